@@ -1,0 +1,82 @@
+// An open database.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/Recordset.h"
+#include "store/Schema.h"
+
+namespace orv::store {
+
+namespace jet {
+class Database;
+}
+
+/// Whether `source` of a record set is a table or saved query by name, or SQL text.
+enum class SourceKind { automatic, table, sql };
+
+/// A connection to one Access database file. Connections of one process to the same file share
+/// its page cache, so that each sees what the others commit. A connection, its record sets and
+/// every other connection to the same file are used from one thread.
+class Connection {
+ public:
+  /// Opens the database that an OLE DB connection string names by "Data Source=" and
+  /// "Jet OLEDB:Database Password=" (other clauses are passed over; a ";" always ends a clause).
+  /// A journal left by a crash is rolled back first.
+  /// Raises kStoreFailure (missing, locked or unreadable file; no database), kNotAuthenticated
+  /// (wrong or missing password), kCorruptFile.
+  static std::shared_ptr<Connection> open(std::string_view connectionString);
+
+  /// Opens the database file at `path` (UTF-8) directly.
+  static std::shared_ptr<Connection> openFile(const std::string& path,
+                                              const std::string& password = "");
+
+  /// Makes a new, empty Jet 4 database at `path`; raises kStoreFailure where a file stands there.
+  static std::shared_ptr<Connection> create(const std::string& path);
+
+  ~Connection();
+
+  /// Closes the connection; record sets that are still open are closed with it.
+  /// Raises kObjectClosed when it is closed already.
+  void close();
+  bool isOpen() const { return database_ != nullptr; }
+
+  /// Opens a record set over a table, a saved SELECT query or a SELECT statement.
+  /// With `automatic`, text that begins with SELECT (or PARAMETERS, TRANSFORM, ...) is SQL.
+  /// Raises kObjectNotFound, kSyntaxError, kNotSupported.
+  std::unique_ptr<Recordset> openRecordset(const std::string& source,
+                                           CursorType cursor = CursorType::forwardOnly,
+                                           LockType lock = LockType::readOnly,
+                                           SourceKind kind = SourceKind::automatic);
+
+  const std::string& path() const { return path_; }
+  /// "Jet 3", "Jet 4", or "ACE" with its version.
+  std::string formatName() const;
+  bool readOnly() const;
+
+  /// Names of the user's tables, in the order of their names.
+  std::vector<std::string> tableNames() const;
+  /// Names of the saved queries, in the order of their names.
+  std::vector<std::string> queryNames() const;
+  /// The Access SQL text of a saved query.
+  std::string querySql(const std::string& name) const;
+  TableInfo table(const std::string& name) const;
+  std::vector<RelationInfo> relations() const;
+
+  void createTable(const TableInfo& design);
+  void createIndex(const std::string& table, const IndexInfo& design);
+  void createQuery(const QueryDesign& design);
+
+  jet::Database& database() const;
+
+ private:
+  Connection(std::string path, std::shared_ptr<jet::Database> database);
+
+  std::string path_;
+  std::shared_ptr<jet::Database> database_;
+};
+
+}  // namespace orv::store

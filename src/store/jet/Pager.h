@@ -1,0 +1,158 @@
+// Pages of one file: cache, locks, journal.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "store/jet/Bytes.h"
+#include "store/jet/File.h"
+#include "store/jet/Format.h"
+
+namespace orv::store::jet {
+
+/// A page as it was when it was read: the bytes stay valid and unchanged while this lives, even
+/// when the page is changed or leaves the cache meanwhile.
+class PageRef {
+ public:
+  PageRef() = default;
+  PageRef(PageNumber number, std::shared_ptr<std::uint8_t[]> bytes, std::size_t size)
+      : number_(number), bytes_(std::move(bytes)), size_(size) {}
+
+  PageNumber number() const { return number_; }
+  const std::uint8_t* data() const { return bytes_.get(); }
+  std::size_t size() const { return size_; }
+  ByteView view() const { return {{bytes_.get(), size_}, number_}; }
+  PageType type() const { return static_cast<PageType>(bytes_[0]); }
+  explicit operator bool() const { return bytes_ != nullptr; }
+
+ private:
+  PageNumber number_ = 0;
+  std::shared_ptr<std::uint8_t[]> bytes_;
+  std::size_t size_ = 0;
+};
+
+/// Reads and writes the pages of one file. All connections of the process to a file share one
+/// pager. Changes are made within a Transaction and reach the file when it commits, atomically
+/// and durably: the pages' former contents are in a journal beside the file, on the disk, before
+/// the first of them is overwritten.
+///
+/// Raises kStoreFailure for failed input or output, kCorruptFile for a page that the file does
+/// not have, kReadOnlyStore for a change where none is possible, kDatabaseFull for growth past
+/// the format's limit. All descriptions name the file.
+class Pager {
+ public:
+  /// The pager of the file at `path`, shared with everyone in the process who has it open.
+  static std::shared_ptr<Pager> open(const std::string& path);
+  /// Writes a new file of `pages` (each of the format's page size, all bytes in order).
+  static void createFile(const std::string& path, const Bytes& content);
+
+  explicit Pager(std::unique_ptr<File> file, std::string path);
+  ~Pager();
+  Pager(const Pager&) = delete;
+  Pager& operator=(const Pager&) = delete;
+
+  const std::string& path() const { return path_; }
+  const Format& format() const { return *format_; }
+  int engineVersion() const { return engineVersion_; }
+  bool readOnly() const;
+  PageNumber pageCount() const { return pageCount_; }
+
+  /// Grows with every commit of this process and with every change by another program that was
+  /// noticed: whoever keeps something derived from pages compares it.
+  std::uint64_t version() const { return version_; }
+
+  PageRef read(PageNumber page);
+
+  /// The bytes of a page, to be changed; only within a transaction. Valid until the next call of
+  /// modify() or append(), commit or rollback.
+  std::uint8_t* modify(PageNumber page);
+  /// Adds a zeroed page at the end of the file.
+  PageNumber append();
+
+  bool inTransaction() const { return transactionDepth_ > 0; }
+
+  /// Shows who reads: while one lives, no other process changes the file. Taking the first one
+  /// looks whether another program has changed the file, and forgets cached pages if so.
+  class ReadLock {
+   public:
+    explicit ReadLock(Pager& pager) : pager_(pager) { pager_.acquireRead(); }
+    ~ReadLock() { pager_.releaseRead(); }
+    ReadLock(const ReadLock&) = delete;
+    ReadLock& operator=(const ReadLock&) = delete;
+
+   private:
+    Pager& pager_;
+  };
+
+  /// While one lives, no other process can begin to write. Waits briefly for another writer,
+  /// then raises kStoreFailure saying who holds the file.
+  class WriteLock {
+   public:
+    explicit WriteLock(Pager& pager) : pager_(pager) { pager_.acquireWrite(); }
+    ~WriteLock() { pager_.releaseWrite(); }
+    WriteLock(const WriteLock&) = delete;
+    WriteLock& operator=(const WriteLock&) = delete;
+
+   private:
+    Pager& pager_;
+  };
+
+ private:
+  friend class Transaction;
+  struct Frame {
+    std::shared_ptr<std::uint8_t[]> bytes;
+    std::list<PageNumber>::iterator age;
+  };
+
+  void acquireRead();
+  void releaseRead();
+  void acquireWrite();
+  void releaseWrite();
+  void begin();
+  void commit();
+  void rollback();
+
+  void loadHeader();
+  void recoverIfNeeded();
+  void noticeForeignChange();
+  std::shared_ptr<std::uint8_t[]> load(PageNumber page);
+  void evict();
+
+  std::string path_;
+  std::unique_ptr<File> file_;
+  const Format* format_ = nullptr;
+  int engineVersion_ = 0;
+  PageNumber pageCount_ = 0;
+  std::uint64_t version_ = 1;
+  FileStamp stamp_;
+
+  std::unordered_map<PageNumber, Frame> cache_;
+  std::list<PageNumber> ages_;  ///< least recently loaded first
+  std::unordered_map<PageNumber, std::shared_ptr<std::uint8_t[]>> dirty_;
+  PageNumber committedPageCount_ = 0;
+  int transactionDepth_ = 0;
+  int readers_ = 0;
+  int writers_ = 0;
+};
+
+/// All changes made while it lives, committed together by commit() and undone when it is
+/// destroyed without. A transaction begun within another joins it: only the outermost commits.
+class Transaction {
+ public:
+  explicit Transaction(Pager& pager);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit();
+
+ private:
+  Pager& pager_;
+  Pager::WriteLock lock_;
+  bool done_ = false;
+};
+
+}  // namespace orv::store::jet

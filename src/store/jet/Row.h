@@ -1,0 +1,49 @@
+// Rows as the file holds them: decoding and encoding.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "store/Value.h"
+#include "store/jet/Pager.h"
+#include "store/jet/TableDefinition.h"
+
+namespace orv::store::jet {
+
+/// A row in its page, decoded column by column when asked. Every offset is checked against the
+/// row; a malformed one raises kCorruptFile.
+class RowView {
+ public:
+  RowView() = default;
+  /// The row of `definition` at `offset`, `length` bytes long, on `page`.
+  RowView(Pager& pager, const TableDefinition& definition, PageRef page, std::size_t offset,
+          std::size_t length);
+
+  bool isNull(const Column& column) const;
+  /// The stored bytes of a column: empty for Null; for a long value its definition (length and
+  /// place). Booleans have none: their value is not isNull().
+  std::span<const std::uint8_t> bytes(const Column& column) const;
+  /// The value of a column; long values are read whole.
+  Value value(const Column& column) const;
+
+  std::span<const std::uint8_t> raw() const { return {data_, length_}; }
+
+ private:
+  Pager* pager_ = nullptr;
+  const TableDefinition* definition_ = nullptr;
+  PageRef page_;
+  const std::uint8_t* data_ = nullptr;
+  std::size_t length_ = 0;
+  std::uint16_t columnCount_ = 0;
+  std::uint16_t variableCount_ = 0;
+  const std::uint8_t* nullMask_ = nullptr;
+  std::size_t fixedEnd_ = 0;  ///< where variable data or, without any, the null mask begins
+};
+
+/// The value that `bytes` (not of a long value) stand for in `column`.
+Value decodeValue(const Format& format, const Column& column, std::span<const std::uint8_t> bytes,
+                  PageNumber page);
+
+}  // namespace orv::store::jet

@@ -1,0 +1,76 @@
+// A table: its rows and their indexes.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "store/Value.h"
+#include "store/jet/IndexTree.h"
+#include "store/jet/Pager.h"
+#include "store/jet/Row.h"
+#include "store/jet/TableDefinition.h"
+
+namespace orv::store::jet {
+
+/// Visits every row of a table, in the order of the pages.
+class TableScan {
+ public:
+  TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition);
+  /// Goes to the next row; false after the last one.
+  bool next();
+  /// The current row; valid until the next call of next().
+  const RowView& row() const { return row_; }
+  RowId rowId() const { return rowId_; }
+
+ private:
+  bool nextPage();
+
+  Pager& pager_;
+  std::shared_ptr<const TableDefinition> definition_;
+  PageNumber nextPage_ = 0;
+  PageRef page_;
+  std::uint16_t rowsOnPage_ = 0;
+  std::uint16_t nextRow_ = 0;
+  RowId rowId_;
+  RowView row_;
+};
+
+/// The rows of one table. Changes keep every index of the table right and are made within a
+/// transaction of the pager (their own, or the caller's).
+class Table {
+ public:
+  Table(std::shared_ptr<Pager> pager, std::shared_ptr<const TableDefinition> definition);
+
+  const std::string& name() const { return definition_->name; }
+  const TableDefinition& definition() const { return *definition_; }
+  std::shared_ptr<const TableDefinition> sharedDefinition() const { return definition_; }
+  Pager& pager() const { return *pager_; }
+
+  std::uint32_t rowCount() const;
+  TableScan scan() const { return TableScan(*pager_, definition_); }
+  /// The row at `id`; none when it was deleted or never was.
+  std::optional<RowView> row(RowId id) const;
+  IndexTree index(std::size_t realIndex) const;
+
+  /// The next autonumber, not handed out again while this object lives (it is shared by all
+  /// connections of the process).
+  std::int32_t reserveAutoNumber();
+
+  /// Adds a row of one value a column (Null where none). Autonumber columns left Null get their
+  /// number. Raises kDuplicateKey when a unique index has the key or a required column is Null,
+  /// kTypeMismatch or kOverflow when a value does not fit its column.
+  RowId insert(std::span<const Value> values);
+  void update(RowId id, std::span<const Value> values);
+  void erase(RowId id);
+
+ private:
+  std::shared_ptr<Pager> pager_;
+  std::shared_ptr<const TableDefinition> definition_;
+  std::int32_t reserved_ = 0;
+  PageNumber insertHint_ = 0;  ///< the page that took the last row
+};
+
+}  // namespace orv::store::jet
