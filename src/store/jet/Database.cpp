@@ -116,6 +116,7 @@ void Database::forgetCatalog() {
 }
 
 void Database::refreshCatalog() {
+  Pager::ReadLock lock(*pager_);
   if (epoch_ == pager_->epoch()) {
     return;
   }
@@ -156,6 +157,7 @@ const CatalogEntry* Database::find(std::string_view name) {
 }
 
 std::shared_ptr<Table> Database::table(std::string_view name) {
+  Pager::ReadLock lock(*pager_);
   const CatalogEntry* entry = find(name);
   using Kind = CatalogEntry::Kind;
   if (entry != nullptr && entry->kind == Kind::table) {
@@ -193,6 +195,7 @@ std::shared_ptr<Table> Database::loadTable(const std::string& name, PageNumber p
 }
 
 std::vector<QueryPart> Database::queryParts(const CatalogEntry& query) {
+  Pager::ReadLock lock(*pager_);
   const SystemTable queries(table("MSysQueries"));
   const Column& objectId = queries.column("ObjectId");
   const Column& order = queries.column("Order");
@@ -226,6 +229,7 @@ std::vector<QueryPart> Database::queryParts(const CatalogEntry& query) {
 }
 
 std::vector<RelationInfo> Database::relations() {
+  Pager::ReadLock lock(*pager_);
   constexpr std::int32_t kNotEnforced = 0x2;
   std::vector<RelationInfo> relations;
   if (find("MSysRelationships") == nullptr) {

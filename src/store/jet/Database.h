@@ -50,7 +50,6 @@ struct QueryPart {
 };
 
 /// The catalogue of one file, shared by all connections of the process to it.
-/// Every call needs a Pager::ReadLock.
 class Database {
  public:
   /// Opens `path`, rolling back what a crash left, and checks the password.

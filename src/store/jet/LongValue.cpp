@@ -89,6 +89,7 @@ void forEachLongValuePart(Pager& pager, std::span<const std::uint8_t> definition
 
 Value readLongValue(Pager& pager, const Column& column, std::span<const std::uint8_t> definition,
                     PageNumber page) {
+  Pager::ReadLock lock(pager);
   const Definition parsed(definition, page);
   Bytes value;
   if (parsed.inRow()) {

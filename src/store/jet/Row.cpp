@@ -105,6 +105,7 @@ std::size_t RowView::variableOffset(std::size_t index) const {
 }
 
 Value RowView::value(const Column& column) const {
+  DamagedFileScope scope(pager_->path());
   if (column.type == ColumnType::boolean) {
     return Value(!isNull(column));
   }

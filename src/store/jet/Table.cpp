@@ -66,6 +66,7 @@ TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> defini
     : pager_(&pager), definition_(std::move(definition)) {}
 
 bool TableScan::nextPage() {
+  Pager::ReadLock lock(*pager_);
   const auto found = UsageMap(*pager_, definition_->ownedPages).next(nextPage_);
   if (!found) {
     return false;
@@ -98,6 +99,7 @@ bool TableScan::next() {
       return true;
     }
     if (slot.kind == SlotKind::pointer) {
+      Pager::ReadLock lock(*pager_);
       if (const auto content = contentOf(*pager_, definition_->page, rowId_)) {
         row_ = viewAt(*pager_, *definition_, *content);
         return true;
@@ -110,10 +112,12 @@ Table::Table(std::shared_ptr<Pager> pager, std::shared_ptr<const TableDefinition
     : pager_(std::move(pager)), definition_(std::move(definition)) {}
 
 std::uint32_t Table::rowCount() const {
+  Pager::ReadLock lock(*pager_);
   return pager_->read(definition_->page).view().u32(pager_->format().definition.rowCount);
 }
 
 std::optional<RowView> Table::row(RowId id) const {
+  Pager::ReadLock lock(*pager_);
   const auto content = contentOf(*pager_, definition_->page, id);
   return content ? std::optional(viewAt(*pager_, *definition_, *content)) : std::nullopt;
 }

@@ -212,6 +212,22 @@ Bytes collectPages(Pager& pager, TableDefinition& table) {
 
 }  // namespace
 
+ColumnInfo describe(const Column& column) {
+  const bool hasSize = column.type == ColumnType::text || column.type == ColumnType::binary;
+  const std::size_t characterSize = column.sortOrder.jet3 ? 1 : 2;
+  return {.name = column.name,
+          .type = column.type,
+          .size = !hasSize                          ? 0
+                  : column.type == ColumnType::text ? column.length / characterSize
+                                                    : column.length,
+          .autoNumber = column.autoNumber,
+          .required = column.required,
+          .allowZeroLength = column.allowZeroLength,
+          .precision = column.precision,
+          .scale = column.scale,
+          .defaultValue = column.defaultValue};
+}
+
 std::optional<std::size_t> TableDefinition::findColumn(std::string_view column) const {
   const std::string folded = foldName(column);
   for (std::size_t i = 0; i < columns.size(); ++i) {

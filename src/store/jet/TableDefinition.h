@@ -42,6 +42,9 @@ struct Column {
   bool isLongValue() const { return type == ColumnType::memo || type == ColumnType::ole; }
 };
 
+/// What users of the store are told of a column.
+ColumnInfo describe(const Column& column);
+
 struct IndexColumn {
   std::size_t column = 0;  ///< position in TableDefinition::columns
   bool ascending = true;

@@ -71,8 +71,12 @@ class LaterParts {
   /// Notes a character; `letters` are those before it.
   void add(const CharacterCode& code, std::span<const std::uint8_t> accent, std::size_t letters) {
     switch (code.kind) {
-      case Kind::combining: combine(accent.front(), letters); break;
-      case Kind::punctuation: addPunctuation(accent, letters); break;
+      case Kind::combining:
+        combine(accent.front(), letters);
+        break;
+      case Kind::punctuation:
+        addPunctuation(accent, letters);
+        break;
       default:
         if (code.accentSize > 0) addAccent(accent, letters);
         if (code.kind == Kind::kana) widths_.push_back(code.width);
