@@ -1,0 +1,76 @@
+// A file system in memory that loses power, runs full or fails when a test says so.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "store/Value.h"
+#include "store/jet/File.h"
+
+namespace orv::test {
+
+/// While it lives, the store's files are in memory. Every call that changes something or waits
+/// for the disk is counted, and one of them can be made to fail.
+class MemoryFiles final : public store::jet::FileSystem {
+ public:
+  MemoryFiles() { setCurrent(this); }
+  ~MemoryFiles() override { setCurrent(nullptr); }
+
+  /// Puts a file of the real disk here, as `name`.
+  void load(const std::filesystem::path& file, const std::string& name);
+  void copy(const std::string& from, const std::string& to);
+
+  /// Number of counted calls so far.
+  std::size_t calls() const { return calls_; }
+  /// Makes the call of this number (from now on, 0 the next) fail, and only that one.
+  void failAt(std::size_t call) { failAt_ = calls_ + call; }
+  /// Makes the power go at the call of this number: it and all later ones fail until restart().
+  void losePowerAt(std::size_t call) { powerOffAt_ = calls_ + call; }
+  /// Writing beyond this many bytes in all files together fails as on a full disk.
+  void limitSpace(std::uint64_t bytes) { space_ = bytes; }
+
+  /// What a disk holds after a loss of power: of what was not synced, some writes, in pieces of
+  /// 512 bytes, and some not, as `seed` has it; files whose creation was not synced may be gone.
+  void restart(unsigned seed);
+
+  std::unique_ptr<store::jet::File> open(const std::string& path, Open mode) override;
+  std::int64_t size(const std::string& path) override;
+  void remove(const std::string& path) override;
+  void syncFolder(const std::string& path) override;
+  std::string identity(const std::string& path) override;
+
+ private:
+  friend class MemoryFile;
+  struct Change {
+    std::uint64_t offset;
+    store::Bytes bytes;      ///< written there, or,
+    bool truncates = false;  ///< the file was cut to `offset`
+  };
+  struct Node {
+    store::Bytes content;
+    store::Bytes synced;
+    std::vector<Change> unsynced;
+    bool creationSynced = false;
+    std::int64_t modified = 0;
+  };
+
+  /// Counts a call and makes it fail if it is its turn.
+  void count(const std::string& what);
+  void checkSpace(std::uint64_t more) const;
+  static void apply(store::Bytes& content, const Change& change);
+
+  std::map<std::string, std::shared_ptr<Node>> files_;
+  std::map<std::string, std::shared_ptr<Node>> removedUnsynced_;
+  std::size_t calls_ = 0;
+  std::size_t failAt_ = SIZE_MAX;
+  std::size_t powerOffAt_ = SIZE_MAX;
+  std::uint64_t space_ = UINT64_MAX;
+  std::int64_t clock_ = 0;
+};
+
+}  // namespace orv::test
