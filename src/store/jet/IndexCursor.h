@@ -51,8 +51,8 @@ class IndexCursor {
   Bound bound_;
   bool onEntry_ = false;
   std::shared_ptr<const StoredIndexPage> leaf_{};
-  std::size_t at_ = 0;               ///< the entry of `leaf_` under the cursor, or after it
-  std::int64_t leavesPassed_ = 0;    ///< forward since the last search: more than all is a circle
+  std::size_t at_ = 0;             ///< the entry of `leaf_` under the cursor, or after it
+  std::int64_t leavesPassed_ = 0;  ///< forward since the last search: more than all is a circle
 };
 
 }  // namespace orv::store::jet

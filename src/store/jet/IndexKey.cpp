@@ -112,12 +112,22 @@ void writeGuid(KeyWriter& key, Guid guid) {
 
 void writeValue(KeyWriter& key, const Column& column, const Value& value) {
   switch (column.type) {
-    case ColumnType::boolean: key.byte(need<bool>(value, column) ? kTrue : kFalse); return;
-    case ColumnType::byte: key.bigEndian(need<std::int32_t>(value, column) & 0xff, 1); return;
-    case ColumnType::integer: writeInteger(key, need<std::int32_t>(value, column), 2); return;
+    case ColumnType::boolean:
+      key.byte(need<bool>(value, column) ? kTrue : kFalse);
+      return;
+    case ColumnType::byte:
+      key.bigEndian(need<std::int32_t>(value, column) & 0xff, 1);
+      return;
+    case ColumnType::integer:
+      writeInteger(key, need<std::int32_t>(value, column), 2);
+      return;
     case ColumnType::longInteger:
-    case ColumnType::complex: writeInteger(key, need<std::int32_t>(value, column), 4); return;
-    case ColumnType::bigInteger: writeInteger(key, need<std::int64_t>(value, column), 8); return;
+    case ColumnType::complex:
+      writeInteger(key, need<std::int32_t>(value, column), 4);
+      return;
+    case ColumnType::bigInteger:
+      writeInteger(key, need<std::int64_t>(value, column), 8);
+      return;
     case ColumnType::currency:
       writeInteger(key, need<Currency>(value, column).tenThousandths, 8);
       return;
@@ -130,15 +140,22 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value) {
     case ColumnType::dateTime:
       writeFloating(key, std::bit_cast<std::uint64_t>(need<Date>(value, column).days), 8);
       return;
-    case ColumnType::numeric: writeNumeric(key, need<Decimal>(value, column), column); return;
-    case ColumnType::guid: writeGuid(key, need<Guid>(value, column)); return;
-    case ColumnType::binary: writeBinary(key, need<Bytes>(value, column)); return;
+    case ColumnType::numeric:
+      writeNumeric(key, need<Decimal>(value, column), column);
+      return;
+    case ColumnType::guid:
+      writeGuid(key, need<Guid>(value, column));
+      return;
+    case ColumnType::binary:
+      writeBinary(key, need<Bytes>(value, column));
+      return;
     case ColumnType::text:
     case ColumnType::memo:
       appendTextKey(key.bytes(), need<std::string>(value, column), column.sortOrder,
                     key.ascending());
       return;
-    case ColumnType::ole: break;
+    case ColumnType::ole:
+      break;
   }
   throw Error(kNotSupported,
               fmt::format("Column \"{}\" is of a type that cannot be indexed.", column.name));
@@ -156,8 +173,7 @@ void appendKey(Bytes& key, const Column& column, const Value& value, bool ascend
   writeValue(writer, column, value);
 }
 
-Bytes makeKey(const TableDefinition& table, const RealIndex& index,
-              std::span<const Value> values) {
+Bytes makeKey(const TableDefinition& table, const RealIndex& index, std::span<const Value> values) {
   Bytes key;
   key.reserve(64);
   for (const IndexColumn& column : index.columns) {

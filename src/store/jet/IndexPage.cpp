@@ -20,9 +20,12 @@ int compareCommon(std::span<const std::uint8_t> a, std::span<const std::uint8_t>
 
 bool readIsLeaf(ByteView page) {
   switch (static_cast<PageType>(page.u8(0))) {
-    case PageType::indexLeaf: return true;
-    case PageType::indexNode: return false;
-    default: raiseDamaged(page.page(), "it should be an index page");
+    case PageType::indexLeaf:
+      return true;
+    case PageType::indexNode:
+      return false;
+    default:
+      raiseDamaged(page.page(), "it should be an index page");
   }
 }
 
@@ -73,11 +76,21 @@ void IndexPage::checkSizes() const {
   }
 }
 
-PageNumber IndexPage::owner() const { return page_.u32(format_.indexPage.owner); }
-PageNumber IndexPage::previous() const { return page_.u32(format_.indexPage.previous); }
-PageNumber IndexPage::next() const { return page_.u32(format_.indexPage.next); }
-PageNumber IndexPage::tail() const { return leaf_ ? 0 : page_.u32(format_.indexPage.tail); }
-std::uint8_t IndexPage::level() const { return page_.u8(format_.indexPage.mask - 1); }
+PageNumber IndexPage::owner() const {
+  return page_.u32(format_.indexPage.owner);
+}
+PageNumber IndexPage::previous() const {
+  return page_.u32(format_.indexPage.previous);
+}
+PageNumber IndexPage::next() const {
+  return page_.u32(format_.indexPage.next);
+}
+PageNumber IndexPage::tail() const {
+  return leaf_ ? 0 : page_.u32(format_.indexPage.tail);
+}
+std::uint8_t IndexPage::level() const {
+  return page_.u8(format_.indexPage.mask - 1);
+}
 
 void IndexPage::copyEntry(std::size_t i, Bytes& entry) const {
   entry.assign(data_, data_ + prefixSize_);

@@ -33,8 +33,8 @@ class IndexPage {
   PageNumber owner() const;     ///< page of the table's definition
   PageNumber previous() const;  ///< neighbour of the same level; 0 for none
   PageNumber next() const;
-  PageNumber tail() const;      ///< 0 for none
-  std::uint8_t level() const;   ///< 0 for leaves; not every program writes it
+  PageNumber tail() const;     ///< 0 for none
+  std::uint8_t level() const;  ///< 0 for leaves; not every program writes it
 
   std::size_t count() const { return count_; }
   /// Bytes of entry `i`, whole; `entry` keeps its capacity.

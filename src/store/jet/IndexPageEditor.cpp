@@ -24,8 +24,12 @@ void IndexPageEditor::initialize(const Format& format, std::uint8_t* bytes, Page
 void IndexPageEditor::setPrevious(PageNumber page) {
   store32(bytes_ + format_.indexPage.previous, page);
 }
-void IndexPageEditor::setNext(PageNumber page) { store32(bytes_ + format_.indexPage.next, page); }
-void IndexPageEditor::setTail(PageNumber page) { store32(bytes_ + format_.indexPage.tail, page); }
+void IndexPageEditor::setNext(PageNumber page) {
+  store32(bytes_ + format_.indexPage.next, page);
+}
+void IndexPageEditor::setTail(PageNumber page) {
+  store32(bytes_ + format_.indexPage.tail, page);
+}
 
 bool IndexPageEditor::insert(std::size_t at, std::span<const std::uint8_t> entry) {
   const bool hasPrefix = entry.size() >= prefixSize_ + (leaf_ ? 1 : kChildSize) &&

@@ -1,8 +1,8 @@
 #include "store/jet/IndexTree.h"
 
-#include <algorithm>
-
 #include <fmt/format.h>
+
+#include <algorithm>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -77,9 +77,13 @@ IndexCursor IndexTree::upperBound(std::span<const std::uint8_t> key) const {
   return {pager_, index_.root, table_, key, IndexCursor::Bound::upper};
 }
 
-IndexCursor IndexTree::first() const { return lowerBound({}); }
+IndexCursor IndexTree::first() const {
+  return lowerBound({});
+}
 
-IndexCursor IndexTree::last() const { return upperBound({}); }
+IndexCursor IndexTree::last() const {
+  return upperBound({});
+}
 
 std::optional<RowId> IndexTree::find(std::span<const std::uint8_t> key) const {
   IndexCursor cursor = lowerBound(key);

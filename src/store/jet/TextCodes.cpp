@@ -4,6 +4,7 @@
 //
 //   -          an ignored character
 //   4A         a letter with the primary code 4A
+//   4A.51      a ligature of two letters
 //   4A/0F      a letter with the primary code 4A and the accent code 0F
 //   /0F        the same, with the primary code of the letter before
 //   s60        an accentable letter of Jet 3
@@ -38,11 +39,13 @@ constexpr const char* kGeneral[] = {
 
 constexpr std::uint16_t kGeneralLanguage = 1033;
 constexpr std::size_t kUnits = 0x10000;
+constexpr CharacterCode kLetter{.kind = Kind::letter, .letters = 1};
 
-/// A code being read or stepped: up to four weights of two bytes.
+/// A code being read or stepped: up to four letters of two bytes.
 struct CodeBytes {
   std::array<std::uint8_t, 8> bytes{};
   std::size_t size = 0;
+  std::uint8_t letters = 1;
 
   operator std::span<const std::uint8_t>() const { return {bytes.data(), size}; }
 };
@@ -78,7 +81,10 @@ class RowReader {
   }
   CodeBytes code() {
     CodeBytes code;
-    while (isHexDigit()) code.bytes[code.size++] = hexByte();
+    while (isHexDigit()) {
+      code.bytes[code.size++] = hexByte();
+      if (skip('.')) ++code.letters;
+    }
     return code;
   }
   unsigned numberAfter(char sign, unsigned otherwise) {
@@ -97,6 +103,10 @@ class RowReader {
 
   const char* at_;
 };
+
+bool isLetter(const CharacterCode& code) {
+  return code.kind == Kind::letter || code.kind == Kind::accentable || code.kind == Kind::kana;
+}
 
 /// The letter that begins a token, taken off it.
 CharacterCode takeKind(RowReader& row) {
@@ -124,21 +134,20 @@ void TextCodes::addRow(const char* text) {
   unit += row.hexByte();
   CodeBytes primary;
   while (row.skip(' ')) {
-    const CharacterCode code = takeKind(row);
+    CharacterCode code = takeKind(row);
     CodeBytes accent;
-    if (code.kind == Kind::combining || code.kind == Kind::punctuation) {
-      accent = row.code();
-    } else if (code.kind != Kind::ignored) {
+    if (isLetter(code)) {
       if (const CodeBytes given = row.code(); given.size > 0) primary = given;
       if (row.skip('/')) accent = row.code();
+      code.letters = primary.letters;
+    } else if (code.kind != Kind::ignored) {
+      accent = row.code();
     }
-    const bool hasPrimary = code.kind != Kind::ignored && code.kind != Kind::combining &&
-                            code.kind != Kind::punctuation;
     const unsigned step = row.numberAfter('+', 0);
     const unsigned accentStep = row.numberAfter('^', 0);
     const unsigned count = row.numberAfter('*', 1);
     for (unsigned i = 0; i < count; ++i) {
-      set(unit++, code, hasPrimary ? primary : CodeBytes{}, accent);
+      set(unit++, code, isLetter(code) ? primary : CodeBytes{}, accent);
       if (i + 1 == count) break;
       advancePrimary(primary, step);
       if (accent.size > 0) {
@@ -164,10 +173,10 @@ void TextCodes::addSurrogates() {
   constexpr CodeBytes kAccent{{0x3f}, 1};
   constexpr CodeBytes kFirstLow{{0xb4, 0xf8}, 2};
   for (unsigned i = 0; i < 0x400; ++i) {
-    set(0xd800 + i, {Kind::letter}, primaryAt(0xb0, i), kAccent);
+    set(0xd800 + i, kLetter, primaryAt(0xb0, i), kAccent);
     CodeBytes low = kFirstLow;
     advancePrimary(low, i);
-    set(0xdc00 + i, {Kind::letter}, low, kAccent);
+    set(0xdc00 + i, kLetter, low, kAccent);
   }
 }
 
@@ -175,7 +184,7 @@ void TextCodes::addSurrogates() {
 void TextCodes::addPrivateUse() {
   constexpr CodeBytes kAccents[] = {{}, {{0x43}, 1}, {{0x84}, 1}, {{0xc5}, 1}};
   for (unsigned i = 0; i < 0x1900; ++i) {
-    set(0xe000 + i, {Kind::letter}, primaryAt(0xa9, i / 4), kAccents[i % 4]);
+    set(0xe000 + i, kLetter, primaryAt(0xa9, i / 4), kAccents[i % 4]);
   }
 }
 
@@ -209,49 +218,85 @@ const TextCodes& TextCodes::of(const SortOrder& order) {
     if (order.version == 0) return generalLegacy();
     if (order.version == 1) return general();
   }
-  throw Error(kNotSupported,
-              fmt::format("Indexes over text in the sort order \"{}\" (language {}, version {}) are "
-                          "not supported; only \"General\" is.",
-                          languageName(order.language), order.language, order.version));
+  throw Error(
+      kNotSupported,
+      fmt::format("Indexes over text in the sort order \"{}\" (language {}, version {}) are "
+                  "not supported; only \"General\" is.",
+                  languageName(order.language), order.language, order.version));
 }
 
 std::string_view languageName(std::uint16_t language) {
   switch (language) {
-    case 1025: return "Arabic";
-    case 1026: return "Bulgarian";
-    case 1027: return "Catalan";
-    case 1028: return "Chinese (Taiwan)";
-    case 1029: return "Czech";
-    case 1030: return "Norwegian/Danish";
-    case 1031: return "German";
-    case 1032: return "Greek";
-    case 1033: return "General";
-    case 1034: return "Spanish (traditional)";
-    case 1035: return "Swedish/Finnish";
-    case 1036: return "French";
-    case 1037: return "Hebrew";
-    case 1038: return "Hungarian";
-    case 1039: return "Icelandic";
-    case 1041: return "Japanese";
-    case 1042: return "Korean";
-    case 1043: return "Dutch";
-    case 1045: return "Polish";
-    case 1048: return "Romanian";
-    case 1049: return "Russian";
-    case 1050: return "Croatian";
-    case 1051: return "Slovak";
-    case 1053: return "Swedish/Finnish";
-    case 1054: return "Thai";
-    case 1055: return "Turkish";
-    case 1058: return "Ukrainian";
-    case 1060: return "Slovenian";
-    case 1061: return "Estonian";
-    case 1062: return "Latvian";
-    case 1063: return "Lithuanian";
-    case 1066: return "Vietnamese";
-    case 2052: return "Chinese (PRC)";
-    case 3082: return "Spanish (modern)";
-    default: return "unknown";
+    case 1025:
+      return "Arabic";
+    case 1026:
+      return "Bulgarian";
+    case 1027:
+      return "Catalan";
+    case 1028:
+      return "Chinese (Taiwan)";
+    case 1029:
+      return "Czech";
+    case 1030:
+      return "Norwegian/Danish";
+    case 1031:
+      return "German";
+    case 1032:
+      return "Greek";
+    case 1033:
+      return "General";
+    case 1034:
+      return "Spanish (traditional)";
+    case 1035:
+      return "Swedish/Finnish";
+    case 1036:
+      return "French";
+    case 1037:
+      return "Hebrew";
+    case 1038:
+      return "Hungarian";
+    case 1039:
+      return "Icelandic";
+    case 1041:
+      return "Japanese";
+    case 1042:
+      return "Korean";
+    case 1043:
+      return "Dutch";
+    case 1045:
+      return "Polish";
+    case 1048:
+      return "Romanian";
+    case 1049:
+      return "Russian";
+    case 1050:
+      return "Croatian";
+    case 1051:
+      return "Slovak";
+    case 1053:
+      return "Swedish/Finnish";
+    case 1054:
+      return "Thai";
+    case 1055:
+      return "Turkish";
+    case 1058:
+      return "Ukrainian";
+    case 1060:
+      return "Slovenian";
+    case 1061:
+      return "Estonian";
+    case 1062:
+      return "Latvian";
+    case 1063:
+      return "Lithuanian";
+    case 1066:
+      return "Vietnamese";
+    case 2052:
+      return "Chinese (PRC)";
+    case 3082:
+      return "Spanish (modern)";
+    default:
+      return "unknown";
   }
 }
 
