@@ -8,7 +8,7 @@
 //   4A/0F      a letter with the primary code 4A and the accent code 0F
 //   /0F        the same, with the primary code of the letter before
 //   s60        an accentable letter of Jet 3
-//   a7F02 k7F02/05   kana, of width 2 and 3
+//   a7F02 k7F02/05   kana, of size 2 (small ones) and 3
 //   m0C        a combining character that adds 0C to an accent code
 //   u80        punctuation of code 80
 //
@@ -116,9 +116,9 @@ CharacterCode takeKind(RowReader& row) {
   if (row.skip('s')) code.kind = Kind::accentable;
   if (row.skip('m')) code.kind = Kind::combining;
   if (row.skip('u')) code.kind = Kind::punctuation;
-  if (row.skip('a')) code.width = 2;
-  if (row.skip('k')) code.width = 3;
-  if (code.width != 0) code.kind = Kind::kana;
+  if (row.skip('a')) code.kanaSize = 2;
+  if (row.skip('k')) code.kanaSize = 3;
+  if (code.kanaSize != 0) code.kind = Kind::kana;
   return code;
 }
 

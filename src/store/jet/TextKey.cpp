@@ -1,12 +1,12 @@
 // Builds the keys of text. Since Jet 4 a key has the parts of a Windows sort key:
 //
-//   primary codes 01 accents [01 01 [kana widths] 01 punctuation] 00
+//   primary codes 01 accents [01 01 [kana sizes] 01 punctuation] 00
 //
 // - The primary codes of all letters: what the text is, without case, accents and hyphens.
 // - One accent byte a letter, 02 for none; those at the end that say nothing are left out. A
 //   ligature counts as its letters.
 // - The part of the case would stand between the two 01 that follow; it is always empty.
-// - Widths of kana, three to a byte, and constant bytes that end the part.
+// - Sizes of kana (small ones or not), three to a byte, and constant bytes that end the part.
 // - Hyphens, apostrophes and control characters, each with its place, so that "coop" and "co-op"
 //   stand side by side.
 // Parts that are empty at the end are left out. Jet 3 has just the primary codes and, between two
@@ -87,21 +87,21 @@ class LaterParts {
           fill(letters);
           append(accents_, accent);
         }
-        if (code.kind == Kind::kana) widths_.push_back(code.width);
+        if (code.kind == Kind::kana) kanaSizes_.push_back(code.kanaSize);
     }
   }
 
   void write(Bytes& key) {
     while (!accents_.empty() && accents_.back() <= kNoAccent) accents_.pop_back();
     append(key, accents_);
-    const bool hasWidths = !widths_.empty();
+    const bool hasKana = !kanaSizes_.empty();
     const bool hasPunctuation = !punctuation_.empty();
-    if (!hasWidths && !hasPunctuation) return;
+    if (!hasKana && !hasPunctuation) return;
     key.push_back(kEndOfPart);
     key.push_back(kEndOfPart);
-    if (hasWidths) writeWidths(key);
+    if (hasKana) writeKana(key);
     if (!hasPunctuation) return;
-    if (hasWidths) key.push_back(0xff);
+    if (hasKana) key.push_back(0xff);
     key.push_back(kEndOfPart);
     append(key, punctuation_);
   }
@@ -130,13 +130,13 @@ class LaterParts {
     append(punctuation_, code);
   }
 
-  void writeWidths(Bytes& key) {
+  void writeKana(Bytes& key) {
     constexpr std::array<std::uint8_t, 5> kEnd{0xff, 0x02, 0x80, 0xff, 0x80};
-    while (!widths_.empty() && widths_.back() == 3) widths_.pop_back();
-    for (std::size_t i = 0; i < widths_.size(); i += 3) {
+    while (!kanaSizes_.empty() && kanaSizes_.back() == 3) kanaSizes_.pop_back();
+    for (std::size_t i = 0; i < kanaSizes_.size(); i += 3) {
       unsigned packed = 0x80;
-      for (std::size_t j = 0; j < 3 && i + j < widths_.size(); ++j) {
-        packed |= static_cast<unsigned>(widths_[i + j]) << (4 - 2 * j);
+      for (std::size_t j = 0; j < 3 && i + j < kanaSizes_.size(); ++j) {
+        packed |= static_cast<unsigned>(kanaSizes_[i + j]) << (4 - 2 * j);
       }
       key.push_back(static_cast<std::uint8_t>(packed));
     }
@@ -146,7 +146,7 @@ class LaterParts {
   Bytes accents_;
   std::size_t strays_ = 0;  ///< bytes of `accents_` that belong to no letter: 1 when the text
                             ///< begins with a combining character
-  Bytes widths_;
+  Bytes kanaSizes_;
   Bytes punctuation_;
 };
 
