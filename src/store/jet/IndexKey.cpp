@@ -165,6 +165,9 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value) {
 
 void appendKey(Bytes& key, const Column& column, const Value& value, bool ascending) {
   KeyWriter writer(key, ascending);
+  if (value.isNull() && column.type == ColumnType::boolean) {
+    return appendKey(key, column, false, ascending);  // booleans have no Null
+  }
   if (value.isNull()) {
     writer.byte(kNullFlag);
     return;

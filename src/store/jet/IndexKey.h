@@ -12,8 +12,10 @@ namespace orv::store::jet {
 
 /// Appends the key bytes of `value` in `column`: a flag byte (Null, or not), then bytes whose
 /// order, compared as unsigned, is the order of the values; all inverted for a descending
-/// column. Text ends with the format's terminator. Raises kNotSupported for a column type or a
-/// sort order whose codes are not known.
+/// column. `value` is Null (for a boolean: false) or of the type that rows hold in the column
+/// (RowView::value()), else kTypeMismatch is raised. Raises kNotSupported for a column type or a
+/// sort order whose codes are not known, and kOverflow for a decimal with more digits after the
+/// point than the column has.
 void appendKey(Bytes& key, const Column& column, const Value& value, bool ascending);
 
 /// The key of a row in an index: appendKey() of each of the index's columns.

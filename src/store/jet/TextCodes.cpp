@@ -4,10 +4,11 @@
 //
 //   -          an ignored character
 //   4A         a letter with the primary code 4A
+//   4A.51      a ligature of two letters
 //   4A/0F      a letter with the primary code 4A and the accent code 0F
 //   /0F        the same, with the primary code of the letter before
 //   s60        an accentable letter of Jet 3
-//   a7F02 k7F02/05   kana, of width 2 and 3
+//   a7F02 k7F02/05   kana, of size 2 (small ones) and 3
 //   m0C        a combining character that adds 0C to an accent code
 //   u80        punctuation of code 80
 //
@@ -38,11 +39,13 @@ constexpr const char* kGeneral[] = {
 
 constexpr std::uint16_t kGeneralLanguage = 1033;
 constexpr std::size_t kUnits = 0x10000;
+constexpr CharacterCode kLetter{.kind = Kind::letter, .letters = 1};
 
-/// A code being read or stepped: up to four weights of two bytes.
+/// A code being read or stepped: up to four letters of two bytes.
 struct CodeBytes {
   std::array<std::uint8_t, 8> bytes{};
   std::size_t size = 0;
+  std::uint8_t letters = 1;
 
   operator std::span<const std::uint8_t>() const { return {bytes.data(), size}; }
 };
@@ -78,7 +81,10 @@ class RowReader {
   }
   CodeBytes code() {
     CodeBytes code;
-    while (isHexDigit()) code.bytes[code.size++] = hexByte();
+    while (isHexDigit()) {
+      code.bytes[code.size++] = hexByte();
+      if (skip('.')) ++code.letters;
+    }
     return code;
   }
   unsigned numberAfter(char sign, unsigned otherwise) {
@@ -98,6 +104,10 @@ class RowReader {
   const char* at_;
 };
 
+bool isLetter(const CharacterCode& code) {
+  return code.kind == Kind::letter || code.kind == Kind::accentable || code.kind == Kind::kana;
+}
+
 /// The letter that begins a token, taken off it.
 CharacterCode takeKind(RowReader& row) {
   CharacterCode code;
@@ -106,9 +116,9 @@ CharacterCode takeKind(RowReader& row) {
   if (row.skip('s')) code.kind = Kind::accentable;
   if (row.skip('m')) code.kind = Kind::combining;
   if (row.skip('u')) code.kind = Kind::punctuation;
-  if (row.skip('a')) code.width = 2;
-  if (row.skip('k')) code.width = 3;
-  if (code.width != 0) code.kind = Kind::kana;
+  if (row.skip('a')) code.kanaSize = 2;
+  if (row.skip('k')) code.kanaSize = 3;
+  if (code.kanaSize != 0) code.kind = Kind::kana;
   return code;
 }
 
@@ -124,21 +134,20 @@ void TextCodes::addRow(const char* text) {
   unit += row.hexByte();
   CodeBytes primary;
   while (row.skip(' ')) {
-    const CharacterCode code = takeKind(row);
+    CharacterCode code = takeKind(row);
     CodeBytes accent;
-    if (code.kind == Kind::combining || code.kind == Kind::punctuation) {
-      accent = row.code();
-    } else if (code.kind != Kind::ignored) {
+    if (isLetter(code)) {
       if (const CodeBytes given = row.code(); given.size > 0) primary = given;
       if (row.skip('/')) accent = row.code();
+      code.letters = primary.letters;
+    } else if (code.kind != Kind::ignored) {
+      accent = row.code();
     }
-    const bool hasPrimary = code.kind != Kind::ignored && code.kind != Kind::combining &&
-                            code.kind != Kind::punctuation;
     const unsigned step = row.numberAfter('+', 0);
     const unsigned accentStep = row.numberAfter('^', 0);
     const unsigned count = row.numberAfter('*', 1);
     for (unsigned i = 0; i < count; ++i) {
-      set(unit++, code, hasPrimary ? primary : CodeBytes{}, accent);
+      set(unit++, code, isLetter(code) ? primary : CodeBytes{}, accent);
       if (i + 1 == count) break;
       advancePrimary(primary, step);
       if (accent.size > 0) {
@@ -164,10 +173,10 @@ void TextCodes::addSurrogates() {
   constexpr CodeBytes kAccent{{0x3f}, 1};
   constexpr CodeBytes kFirstLow{{0xb4, 0xf8}, 2};
   for (unsigned i = 0; i < 0x400; ++i) {
-    set(0xd800 + i, {Kind::letter}, primaryAt(0xb0, i), kAccent);
+    set(0xd800 + i, kLetter, primaryAt(0xb0, i), kAccent);
     CodeBytes low = kFirstLow;
     advancePrimary(low, i);
-    set(0xdc00 + i, {Kind::letter}, low, kAccent);
+    set(0xdc00 + i, kLetter, low, kAccent);
   }
 }
 
@@ -175,7 +184,7 @@ void TextCodes::addSurrogates() {
 void TextCodes::addPrivateUse() {
   constexpr CodeBytes kAccents[] = {{}, {{0x43}, 1}, {{0x84}, 1}, {{0xc5}, 1}};
   for (unsigned i = 0; i < 0x1900; ++i) {
-    set(0xe000 + i, {Kind::letter}, primaryAt(0xa9, i / 4), kAccents[i % 4]);
+    set(0xe000 + i, kLetter, primaryAt(0xa9, i / 4), kAccents[i % 4]);
   }
 }
 

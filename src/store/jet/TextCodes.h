@@ -17,13 +17,14 @@ struct CharacterCode {
     ignored,      ///< leaves no trace in a key
     letter,       ///< primary bytes, perhaps with accent bytes
     accentable,   ///< Jet 3: a letter that takes a place among the accents
-    kana,         ///< like `letter`; `width` is noted too
+    kana,         ///< like `letter`; `kanaSize` is noted too
     combining,    ///< its accent byte is added to that of the character before it
     punctuation,  ///< does not count in the primary order; noted at the end, with its place
   };
 
   Kind kind = Kind::ignored;
-  std::uint8_t width = 0;        ///< kana: 2 or 3
+  std::uint8_t kanaSize = 0;     ///< kana: 2 for small ones, else 3
+  std::uint8_t letters = 0;      ///< places that it takes among the letters: 2 for a ligature
   std::uint8_t primarySize = 0;  ///< bytes at `at`
   std::uint8_t accentSize = 0;   ///< bytes after the primary ones; of punctuation, its code
   std::uint32_t at = 0;          ///< place in the bytes of all codes

@@ -1,11 +1,12 @@
 // Builds the keys of text. Since Jet 4 a key has the parts of a Windows sort key:
 //
-//   primary codes 01 accents [01 01 [kana widths] 01 punctuation] 00
+//   primary codes 01 accents [01 01 [kana sizes] 01 punctuation] 00
 //
 // - The primary codes of all letters: what the text is, without case, accents and hyphens.
-// - One accent byte a letter, 02 for none; those at the end that say nothing are left out.
+// - One accent byte a letter, 02 for none; those at the end that say nothing are left out. A
+//   ligature counts as its letters.
 // - The part of the case would stand between the two 01 that follow; it is always empty.
-// - Widths of kana, three to a byte, and constant bytes that end the part.
+// - Sizes of kana (small ones or not), three to a byte, and constant bytes that end the part.
 // - Hyphens, apostrophes and control characters, each with its place, so that "coop" and "co-op"
 //   stand side by side.
 // Parts that are empty at the end are left out. Jet 3 has just the primary codes and, between two
@@ -18,6 +19,8 @@
 #include <algorithm>
 #include <array>
 
+#include "errors/Error.h"
+#include "store/StoreError.h"
 #include "store/jet/TextCodes.h"
 
 namespace orv::store::jet {
@@ -28,6 +31,8 @@ using Kind = CharacterCode::Kind;
 constexpr std::uint8_t kEndOfPart = 0x01;
 constexpr std::uint8_t kEndOfText = 0x00;
 constexpr std::uint8_t kNoAccent = 0x02;
+/// Since Access 2010, longer keys end early, in two bytes whose rule is not known.
+constexpr std::size_t kMaxKeySize = 508;
 constexpr std::uint8_t kBoundary = 0x0;  ///< half byte around the accents of Jet 3
 
 /// The part of a text that counts, in UTF-16.
@@ -78,67 +83,60 @@ class LaterParts {
         addPunctuation(accent, letters);
         break;
       default:
-        if (code.accentSize > 0) addAccent(accent, letters);
-        if (code.kind == Kind::kana) widths_.push_back(code.width);
+        if (code.accentSize > 0) {
+          fill(letters);
+          append(accents_, accent);
+        }
+        if (code.kind == Kind::kana) kanaSizes_.push_back(code.kanaSize);
     }
   }
 
   void write(Bytes& key) {
     while (!accents_.empty() && accents_.back() <= kNoAccent) accents_.pop_back();
     append(key, accents_);
-    const bool hasWidths = !widths_.empty();
+    const bool hasKana = !kanaSizes_.empty();
     const bool hasPunctuation = !punctuation_.empty();
-    if (!hasWidths && !hasPunctuation) return;
+    if (!hasKana && !hasPunctuation) return;
     key.push_back(kEndOfPart);
     key.push_back(kEndOfPart);
-    if (hasWidths) writeWidths(key);
+    if (hasKana) writeKana(key);
     if (!hasPunctuation) return;
-    if (hasWidths) key.push_back(0xff);
+    if (hasKana) key.push_back(0xff);
     key.push_back(kEndOfPart);
     append(key, punctuation_);
   }
 
  private:
   void fill(std::size_t letters) {
-    if (accented_ >= letters) return;
-    accents_.insert(accents_.end(), letters - accented_, kNoAccent);
-    accented_ = letters;
-  }
-
-  void addAccent(std::span<const std::uint8_t> accent, std::size_t letters) {
-    fill(letters);
-    append(accents_, accent);
-    ++accented_;
+    const std::size_t size = letters + strays_;
+    if (accents_.size() < size) accents_.resize(size, kNoAccent);
   }
 
   void combine(std::uint8_t accent, std::size_t letters) {
     fill(letters);
     if (accents_.empty()) {
       accents_.push_back(accent);
-      leading_ = 1;
+      strays_ = 1;
     } else {
       accents_.back() = static_cast<std::uint8_t>(accents_.back() + accent);
     }
   }
 
-  /// The place counts the accent bytes before the character, whether or not they are written;
-  /// not one that a combining character without a letter left at the start.
   void addPunctuation(std::span<const std::uint8_t> code, std::size_t letters) {
-    const std::size_t bytes = accents_.size() + letters - accented_ - leading_;
-    const std::size_t place = 0x8000 | (7 + 4 * bytes);
+    const std::size_t place = 0x8000 | (7 + 4 * letters);
     punctuation_.push_back(static_cast<std::uint8_t>(place >> 8));
     punctuation_.push_back(static_cast<std::uint8_t>(place));
     punctuation_.push_back(0x06);
     append(punctuation_, code);
   }
 
-  void writeWidths(Bytes& key) {
+  void writeKana(Bytes& key) {
     constexpr std::array<std::uint8_t, 5> kEnd{0xff, 0x02, 0x80, 0xff, 0x80};
-    while (!widths_.empty() && widths_.back() == 3) widths_.pop_back();
-    for (std::size_t i = 0; i < widths_.size(); i += 3) {
+    while (!kanaSizes_.empty() && kanaSizes_.back() == 3) kanaSizes_.pop_back();
+    for (std::size_t i = 0; i < kanaSizes_.size(); i += 3) {
       unsigned packed = 0x80;
-      for (std::size_t j = 0; j < 3 && i + j < widths_.size(); ++j) {
-        packed |= static_cast<unsigned>(widths_[i + j]) << (4 - 2 * j);
+      for (std::size_t j = 0; j < 3 && i + j < kanaSizes_.size(); ++j) {
+        packed |= static_cast<unsigned>(kanaSizes_[i + j]) << (4 - 2 * j);
       }
       key.push_back(static_cast<std::uint8_t>(packed));
     }
@@ -146,9 +144,9 @@ class LaterParts {
   }
 
   Bytes accents_;
-  std::size_t accented_ = 0;  ///< letters that `accents_` covers
-  std::size_t leading_ = 0;
-  Bytes widths_;
+  std::size_t strays_ = 0;  ///< bytes of `accents_` that belong to no letter: 1 when the text
+                            ///< begins with a combining character
+  Bytes kanaSizes_;
   Bytes punctuation_;
 };
 
@@ -162,7 +160,7 @@ void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes) {
     if (code.kind != Kind::letter || code.accentSize > 0) {
       later.add(code, codes.accent(code), letters);
     }
-    if (code.primarySize > 0) ++letters;
+    letters += code.letters;
   }
   key.push_back(kEndOfPart);
   later.write(key);
@@ -192,7 +190,7 @@ void appendJet3(Bytes& key, const IndexedText& text, const TextCodes& codes) {
   for (const char16_t unit : text) {
     const CharacterCode& code = codes[unit];
     append(key, codes.primary(code));
-    if (code.kind == Kind::accentable) ++accentable;
+    if (code.kind == Kind::accentable) accentable += code.letters;
     if (code.accentSize == 0) continue;
     accents.insert(accents.end(), accentable, kNoAccent);
     accents.push_back(codes.accent(code).front());
@@ -222,6 +220,9 @@ void appendTextKey(Bytes& key, std::string_view text, const SortOrder& order, bo
     return;
   }
   appendJet4(key, indexed, codes);
+  if (order.version > 0 && key.size() - start >= kMaxKeySize) {
+    throw Error(kNotSupported, "A text is too long to be looked up in an index of its column.");
+  }
   if (!ascending) {
     key.push_back(kEndOfText);
     invert(key, start);

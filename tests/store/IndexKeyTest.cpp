@@ -1,0 +1,235 @@
+// Keys of single values, and their order.
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/IndexKey.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr SortOrder kJet3Order{1033, 0, true};
+constexpr SortOrder kLegacyOrder{1033, 0, false};
+constexpr SortOrder kOrderOf2010{1033, 1, false};
+
+Column column(ColumnType type) {
+  Column column;
+  column.name = "c";
+  column.type = type;
+  return column;
+}
+
+Column textColumn(const SortOrder& order) {
+  Column made = column(ColumnType::text);
+  made.sortOrder = order;
+  return made;
+}
+
+Bytes key(const Column& column, const Value& value, bool ascending = true) {
+  Bytes bytes;
+  appendKey(bytes, column, value, ascending);
+  return bytes;
+}
+
+std::string hex(const Bytes& bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes) text += fmt::format("{:02x}", byte);
+  return text;
+}
+
+std::string textKey(const char* text, const SortOrder& order = kLegacyOrder,
+                    bool ascending = true) {
+  return hex(key(textColumn(order), text, ascending));
+}
+
+/// Values given in ascending order have ascending keys, and descending ones in a descending
+/// column; Null comes before them (behind them).
+void expectOrder(const Column& column, const std::vector<Value>& values) {
+  Bytes last = key(column, Value(), true);
+  Bytes lastDescending = key(column, Value(), false);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const Bytes ascending = key(column, values[i], true);
+    const Bytes descending = key(column, values[i], false);
+    EXPECT_LT(last, ascending) << "value " << i << " of type " << int(column.type);
+    EXPECT_GT(lastDescending, descending) << "value " << i << " of type " << int(column.type);
+    last = ascending;
+    lastDescending = descending;
+  }
+}
+
+Decimal decimal(bool negative, std::uint8_t scale, std::uint32_t digits) {
+  Decimal number{negative, scale, {}};
+  for (int i = 0; i < 4; ++i) number.magnitude[15 - i] = static_cast<std::uint8_t>(digits >> 8 * i);
+  return number;
+}
+
+TEST(IndexKey, NumbersAreInOrder) {
+  const std::vector<Value> bytes{0, 1, 127, 128, 255};
+  const std::vector<Value> integers{-32768, -1, 0, 1, 255, 256, 32767};
+  const std::vector<Value> longs{
+      std::int32_t{-2147483647 - 1}, -65536, -1, 0, 1, 65536, 2147483647};
+  expectOrder(column(ColumnType::byte), bytes);
+  expectOrder(column(ColumnType::integer), integers);
+  expectOrder(column(ColumnType::longInteger), longs);
+  expectOrder(column(ColumnType::currency), {Currency{-1'000'000'000'000}, Currency{-1},
+                                             Currency{0}, Currency{1}, Currency{1LL << 40}});
+  expectOrder(column(ColumnType::single), {-INFINITY, -3.5F, -1e-30F, 0.0F, 1e-30F, 2.0F, 1e30F});
+  expectOrder(column(ColumnType::double_), {-1e300, -3.5, -1e-300, 0.0, 1e-300, 2.0, 1e300});
+  expectOrder(column(ColumnType::dateTime), {Date{-40000.25}, Date{0}, Date{0.5}, Date{36526}});
+  expectOrder(column(ColumnType::bigInteger),
+              {std::int64_t{-1} << 62, std::int64_t{-1}, std::int64_t{0}, std::int64_t{1} << 62});
+}
+
+TEST(IndexKey, NumericCountsInTheColumnsScale) {
+  Column column = jet::column(ColumnType::numeric);
+  column.scale = 4;
+  EXPECT_EQ(key(column, decimal(false, 1, 125)), key(column, decimal(false, 4, 125'000)));
+  std::vector<Bytes> keys;
+  for (const Decimal& number : {decimal(true, 0, 3), decimal(true, 2, 1), decimal(false, 0, 0),
+                                decimal(false, 3, 1), decimal(false, 0, 3)}) {
+    keys.push_back(key(column, number));
+  }
+  EXPECT_TRUE(std::ranges::is_sorted(keys));
+  // Descending, the negative numbers stay before the others, as Jet 4 has it.
+  EXPECT_EQ(hex(key(column, decimal(true, 4, 1), false)),
+            "8000"
+            "00000000000000000000000000000001");
+  EXPECT_EQ(hex(key(column, decimal(false, 4, 1), false)),
+            "80ff"
+            "fffffffffffffffffffffffffffffffe");
+  EXPECT_THROW(key(column, decimal(false, 5, 1)), Error);
+}
+
+TEST(IndexKey, BooleansBinaryAndGuids) {
+  EXPECT_EQ(hex(key(column(ColumnType::boolean), true)), "7f00");
+  EXPECT_EQ(hex(key(column(ColumnType::boolean), false, false)), "8000");
+  EXPECT_EQ(hex(key(column(ColumnType::boolean), Value())), "7fff");
+  const Column binary = column(ColumnType::binary);
+  EXPECT_EQ(hex(key(binary, Bytes{1, 2, 3})),
+            "7f"
+            "0102030000000000"
+            "03");
+  const Bytes nine{1, 2, 3, 4, 5, 6, 7, 8, 9};
+  EXPECT_EQ(hex(key(binary, nine)),
+            "7f"
+            "0102030405060708"
+            "09"
+            "0900000000000000"
+            "01");
+  EXPECT_EQ(hex(key(binary, nine, false)),
+            "80"
+            "fefdfcfbfaf9f8f7"
+            "09"
+            "f6ffffffffffffff"
+            "fe");
+  Guid guid{{0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66, 0x88, 0x99, 0xaa, 0xbb, 0xcc, 0xdd,
+             0xee, 0xff}};
+  EXPECT_EQ(hex(key(column(ColumnType::guid), guid)),
+            "7f"
+            "0011223344556677"
+            "09"
+            "8899aabbccddeeff"
+            "08");
+}
+
+TEST(IndexKey, TextIgnoresCaseAndBlanksAtTheEnd) {
+  for (const SortOrder& order : {kJet3Order, kLegacyOrder, kOrderOf2010}) {
+    EXPECT_EQ(textKey("Float Glass", order), textKey("fLOAT glass  ", order));
+    EXPECT_NE(textKey("Float Glass", order), textKey("FloatGlass", order));
+    expectOrder(textColumn(order),
+                {"", "1", "10", "2", "a", "A b", "ab", "\u00e4b", "abc", "b", "z"});
+  }
+  EXPECT_EQ(textKey(""), "7f0100");
+  EXPECT_EQ(textKey("", kLegacyOrder, false), "80feff00");
+  EXPECT_EQ(textKey("ab"), "7f4a4c0100");
+  EXPECT_EQ(textKey("ab", kJet3Order), "7f606100");
+  EXPECT_EQ(textKey("ab", kOrderOf2010), "7f0e020e090100");
+}
+
+TEST(IndexKey, AccentsAndPunctuationComeAfterTheLetters) {
+  EXPECT_EQ(textKey("\u00fcmlaut"), "7f6f605e4a6f6d011300");
+  EXPECT_EQ(textKey("\u00e9t\u00e9"), "7f516d51010e020e00");
+  EXPECT_EQ(textKey("co-op"),
+            "7f4d64646601"
+            "0101"
+            "01"
+            "800f0682"
+            "00");
+  EXPECT_EQ(textKey("'-\u00e9"),
+            "7f51010e"
+            "0101"
+            "01"
+            "80070680"
+            "80070682"
+            "00");
+  // A combining acute accent changes the letter before it.
+  EXPECT_EQ(textKey("e\u0301t"), textKey("\u00e9t"));
+  // Letters that are written as two count twice.
+  EXPECT_EQ(textKey("\u00df-\u00e9"),
+            "7f6b6b5101"
+            "02020e"
+            "0101"
+            "01"
+            "800f0682"
+            "00");
+  // Jet 3 counts only letters that take accents.
+  EXPECT_EQ(textKey("t\u00e9a\u00e9", kJet3Order), "7f77666066042400");
+}
+
+TEST(IndexKey, SmallKanaAreToldApart) {
+  EXPECT_EQ(textKey("\u6f22\u5b57\u4eee\u540d\u4ea4\u3058\u308a\u6587"),
+            "7fc0b6acaca00da5479fbe7f137f43b6f6"
+            "01"
+            "0202020202"
+            "03"
+            "0101"
+            "ff0280ff80"
+            "00");
+  EXPECT_EQ(textKey("\u3041\u30a2\u3041"), "7f7f027f027f02010101aeff0280ff8000");
+  EXPECT_LT(textKey("\u3041\u3042"), textKey("\u3042\u3042"));
+}
+
+TEST(IndexKey, TextBeyondTheLimitDoesNotCount) {
+  const std::string limit(255, 'a');
+  EXPECT_EQ(textKey(limit.c_str()), textKey((limit + "bc").c_str()));
+  EXPECT_NE(textKey(limit.c_str()), textKey((limit.substr(1) + "b").c_str()));
+  // The limit counts UTF-16 units, and may part a pair.
+  const std::string pair = limit.substr(1) + "\U0001F600";
+  EXPECT_EQ(textKey(pair.c_str()).size(), 2 * (1 + 254 + 2 + 1 + 254 + 1 + 1));
+  EXPECT_THROW(textKey(limit.c_str(), kOrderOf2010), Error);
+}
+
+TEST(IndexKey, UnknownSortOrdersAreNamed) {
+  try {
+    textKey("a", {1053, 0, false});
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number(), kNotSupported);
+    EXPECT_NE(error.description().find("Swedish/Finnish"), std::string::npos);
+  }
+  EXPECT_NO_THROW(key(textColumn({1053, 0, false}), Value()));
+  EXPECT_THROW(key(column(ColumnType::ole), Bytes{1}), Error);
+  EXPECT_THROW(key(column(ColumnType::longInteger), "1"), Error);
+}
+
+TEST(IndexKey, IndexesThatLeaveOutNulls) {
+  RealIndex index;
+  index.columns = {{0, true}, {1, false}};
+  const std::vector<Value> none{Value(), Value(), 1};
+  const std::vector<Value> one{Value(), 5, Value()};
+  EXPECT_TRUE(hasEntry(index, none));
+  index.ignoreNulls = true;
+  EXPECT_FALSE(hasEntry(index, none));
+  EXPECT_TRUE(hasEntry(index, one));
+  TableDefinition table;
+  table.columns = {column(ColumnType::longInteger), column(ColumnType::byte)};
+  EXPECT_EQ(hex(makeKey(table, index, one)), "0080fa");
+}
+
+}  // namespace
+}  // namespace orv::store::jet

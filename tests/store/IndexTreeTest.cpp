@@ -1,0 +1,370 @@
+// The B-tree of an index against a sorted set, and against damage.
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <set>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/DataPage.h"
+#include "store/jet/IndexPageEditor.h"
+#include "store/jet/IndexTree.h"
+#include "store/jet/Rc4.h"
+#include "store/jet/UsageMap.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr PageNumber kMaps = 1;  ///< of free pages (row 0) and of the index's pages (row 1)
+constexpr PageNumber kRoot = 2;
+constexpr PageNumber kTable = 77;  ///< the page of the table's definition, which nobody reads
+constexpr std::size_t kPageSize = 4096;
+
+/// A file of three pages: header, maps, and the empty root of an index.
+Bytes smallestFile() {
+  Bytes file(3 * kPageSize);
+  const char name[] = "\0\1\0\0Standard Jet DB";
+  std::memcpy(file.data(), name, sizeof name);
+  file[0x14] = 1;
+  applyRc4(kHeaderKey, std::span(file).subspan(kJet4.header.masked, kJet4.header.maskedSize));
+  DataPageEditor maps(kJet4, &file[kMaps * kPageSize], kMaps);
+  maps.initialize(0);
+  maps.add(UsageMap::emptyRow(kJet4));
+  maps.add(UsageMap::emptyRow(kJet4));
+  IndexPageEditor::initialize(kJet4, &file[kRoot * kPageSize], kTable, 0);
+  return file;
+}
+
+struct Entry {
+  Bytes key;
+  RowId row;
+
+  /// The order of the bytes, the row pointer taken in.
+  bool operator<(const Entry& other) const { return bytes() < other.bytes(); }
+  bool operator==(const Entry& other) const = default;
+  Bytes bytes() const {
+    Bytes all = key;
+    for (const int shift : {16, 8, 0}) all.push_back(static_cast<std::uint8_t>(row.page >> shift));
+    all.push_back(row.row);
+    return all;
+  }
+};
+
+class IndexTreeTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    path_ = testing::TempDir() + "orv_index_tree_test.mdb";
+    std::filesystem::remove(path_);
+    Pager::createFile(path_, smallestFile());
+    pager_ = Pager::open(path_);
+    transaction_.emplace(*pager_);
+    index_.root = kRoot;
+    index_.ownedPages = {kMaps, 1};
+  }
+  void TearDown() override {
+    transaction_.reset();
+    pager_.reset();
+    std::filesystem::remove(path_);
+  }
+
+  IndexTree tree() { return {*pager_, index_, kTable}; }
+  void insert(const Entry& entry) {
+    tree().insert(entry.key, entry.row);
+    model_.insert(entry);
+  }
+  void erase(const Entry& entry) {
+    EXPECT_EQ(tree().erase(entry.key, entry.row), model_.erase(entry) == 1);
+  }
+
+  /// Checks cursors both ways and the form of the tree against the model.
+  void check() {
+    IndexCursor forward = tree().first();
+    for (const Entry& entry : model_) {
+      ASSERT_TRUE(forward.next());
+      ASSERT_TRUE(std::ranges::equal(forward.key(), entry.key));
+      ASSERT_EQ(forward.rowId(), entry.row);
+    }
+    EXPECT_FALSE(forward.next());
+    IndexCursor backward = tree().last();
+    for (auto entry = model_.rbegin(); entry != model_.rend(); ++entry) {
+      ASSERT_TRUE(backward.previous());
+      ASSERT_EQ(backward.rowId(), entry->row);
+    }
+    EXPECT_FALSE(backward.previous());
+    pages_ = 0;
+    lastLeaf_ = 0;
+    checkPage(kRoot, std::nullopt);
+    std::size_t owned = 0;
+    UsageMap map(*pager_, index_.ownedPages);
+    for (auto page = map.next(0); page; page = map.next(*page + 1)) ++owned;
+    EXPECT_EQ(owned + 1, pages_);
+  }
+
+  /// Checks a page and those below; `last` is what the node above says of its last entry.
+  void checkPage(PageNumber number, std::optional<Bytes> last) {
+    ++pages_;
+    const StoredIndexPage page(*pager_, number, kTable);
+    const IndexPage& entries = page.entries;
+    if (entries.isLeaf()) {
+      EXPECT_EQ(entries.level(), 0);
+      EXPECT_EQ(entries.previous(), lastLeaf_);
+      lastLeaf_ = number;
+      ASSERT_TRUE(number == kRoot || entries.count() > 0);
+      if (last) {
+        EXPECT_EQ(entries.entry(entries.count() - 1), *last);
+      }
+      return;
+    }
+    ASSERT_GT(entries.count(), 0u);
+    if (last && entries.tail() == 0) {
+      EXPECT_EQ(entries.separator(entries.count() - 1), *last);
+    }
+    for (std::size_t i = 0; i < entries.childCount(); ++i) {
+      const StoredIndexPage child(*pager_, entries.child(i), kTable);
+      EXPECT_EQ(child.entries.level() + 1, entries.level());
+      if (!child.entries.isLeaf()) {
+        EXPECT_EQ(child.entries.previous(), i == 0 ? 0 : entries.child(i - 1));
+        EXPECT_EQ(child.entries.next(), i + 1 == entries.childCount() ? 0 : entries.child(i + 1));
+      }
+      checkPage(entries.child(i), i < entries.count() ? entries.separator(i) : last);
+    }
+  }
+
+  std::string path_;
+  std::shared_ptr<Pager> pager_;
+  std::optional<Transaction> transaction_;
+  RealIndex index_;
+  std::set<Entry> model_;
+  std::mt19937 random_{12345};
+  std::size_t pages_ = 0;
+  PageNumber lastLeaf_ = 0;
+};
+
+Bytes longKey(std::uint32_t number) {
+  number ^= 0x80000000;
+  return {0x7f, std::uint8_t(number >> 24), std::uint8_t(number >> 16), std::uint8_t(number >> 8),
+          std::uint8_t(number)};
+}
+
+RowId rowOf(std::uint32_t number) {
+  return {100 + number / 200, static_cast<std::uint8_t>(number % 200)};
+}
+
+/// Makes the entry of a number; of one shape.
+using Shape = std::function<Entry(std::uint32_t)>;
+
+Entry numberEntry(std::uint32_t number) {
+  return {longKey(number * 7), rowOf(number)};
+}
+
+/// Many rows of few keys.
+Entry duplicateEntry(std::uint32_t number) {
+  return {longKey(number % 5), rowOf(number)};
+}
+
+/// Long keys that have most in common.
+Entry pathEntry(std::uint32_t number) {
+  Bytes key(120 + number % 3 * 40, 0x4a);
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    key.push_back(static_cast<std::uint8_t>(2 + (number >> shift & 0xff) / 2));
+  }
+  return {std::move(key), rowOf(number)};
+}
+
+/// From a few bytes to as many as there can be, with nothing in common.
+Entry mixedEntry(std::uint32_t number) {
+  std::mt19937 random(number);
+  const std::size_t size = number % 4 == 0 ? 1 + random() % 1190 : 1 + random() % 20;
+  Bytes key(size);
+  for (std::uint8_t& byte : key) byte = static_cast<std::uint8_t>(random());
+  return {std::move(key), rowOf(number)};
+}
+
+class IndexTreeShapes : public IndexTreeTest, public testing::WithParamInterface<int> {
+ protected:
+  Entry entry(std::uint32_t number) const {
+    static const Shape shapes[] = {numberEntry, duplicateEntry, pathEntry, mixedEntry};
+    return shapes[GetParam()](number);
+  }
+};
+
+TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
+  constexpr std::uint32_t kNumbers = 6000;
+  for (int i = 0; i < 6000; ++i) insert(entry(random_() % kNumbers));
+  check();
+  for (int i = 0; i < 10'000; ++i) {
+    const Entry chosen = entry(random_() % kNumbers);
+    if (random_() % 2 == 0) {
+      insert(chosen);
+    } else {
+      erase(chosen);
+    }
+  }
+  check();
+  for (int i = 0; i < 500; ++i) {
+    const Entry chosen = entry(random_() % kNumbers);
+    const auto at = model_.lower_bound({chosen.key, {}});
+    const bool exists = at != model_.end() && at->key == chosen.key;
+    EXPECT_EQ(tree().find(chosen.key), exists ? std::optional(at->row) : std::nullopt);
+    IndexCursor cursor = tree().lowerBound(chosen.key);
+    ASSERT_EQ(cursor.next(), at != model_.end());
+    if (at != model_.end()) {
+      EXPECT_EQ(cursor.rowId(), at->row);
+    }
+  }
+  while (!model_.empty()) {
+    auto victim = model_.lower_bound(entry(random_() % kNumbers));
+    erase(victim == model_.end() ? *model_.rbegin() : Entry(*victim));
+    if (model_.size() % 1000 == 0) check();
+  }
+  check();
+  EXPECT_EQ(pages_, 1u);
+}
+
+TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
+  std::set<Entry> all;
+  for (std::uint32_t i = 0; i < 3000; ++i) all.insert(entry(i));
+  for (const Entry& each : all) insert(each);
+  check();
+  for (auto each = all.rbegin(); each != all.rend(); ++each) erase(*each);
+  check();
+  for (auto each = all.rbegin(); each != all.rend(); ++each) insert(*each);
+  check();
+  for (const Entry& each : all) erase(each);
+  check();
+  EXPECT_EQ(pages_, 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(, IndexTreeShapes, testing::Range(0, 4));
+
+TEST_F(IndexTreeTest, KeysThatAscendFillTheirPages) {
+  constexpr std::uint32_t kCount = 20'000;
+  for (std::uint32_t i = 0; i < kCount; ++i) tree().insert(longKey(i), rowOf(i));
+  std::size_t leaves = 0;
+  for (PageNumber page = 0; page < pager_->pageCount(); ++page) {
+    leaves += pager_->read(page).type() == PageType::indexLeaf ? 1 : 0;
+  }
+  // Nine bytes an entry, three or more of them shared.
+  EXPECT_LE(leaves, kCount * 6 / 3616 + 3);
+}
+
+TEST_F(IndexTreeTest, CursorsOutliveChanges) {
+  for (std::uint32_t i = 0; i < 3000; ++i) insert(numberEntry(i));
+  // Each row is erased, and another added behind it, while a cursor stands on it.
+  std::uint32_t expected = 0;
+  IndexCursor cursor = tree().first();
+  while (cursor.next()) {
+    if (cursor.rowId().page >= 5000) continue;
+    ASSERT_EQ(cursor.rowId(), rowOf(expected));
+    erase(numberEntry(expected));
+    Entry added = numberEntry(expected);
+    added.key.back() += 1;
+    added.row.page += 5000;
+    insert(added);
+    ++expected;
+  }
+  EXPECT_EQ(expected, 3000u);
+  check();
+  EXPECT_TRUE(cursor.previous());
+  EXPECT_EQ(cursor.rowId(), model_.rbegin()->row);
+}
+
+TEST_F(IndexTreeTest, BoundsTakePrefixes) {
+  const RowId row{9, 1};
+  const Bytes keys[] = {{1, 1}, {1, 2, 5}, {1, 2, 7}, {1, 3}, {2, 1}};
+  for (const Bytes& key : keys) tree().insert(key, row);
+  const auto nextOf = [](IndexCursor cursor) {
+    return cursor.next() ? Bytes(cursor.key().begin(), cursor.key().end()) : Bytes{};
+  };
+  EXPECT_EQ(nextOf(tree().lowerBound(Bytes{1, 2})), keys[1]);
+  EXPECT_EQ(nextOf(tree().upperBound(Bytes{1, 2})), keys[3]);
+  EXPECT_EQ(nextOf(tree().lowerBound(Bytes{1, 2, 6})), keys[2]);
+  EXPECT_EQ(nextOf(tree().upperBound(Bytes{2})), Bytes{});
+  EXPECT_FALSE(tree().find(Bytes{1, 2}));
+  EXPECT_EQ(tree().find(keys[1]), row);
+}
+
+TEST_F(IndexTreeTest, RefusesAKeyThatNoPageHolds) {
+  EXPECT_THROW(tree().insert(Bytes(1200, 0x20), {9, 1}), Error);
+  EXPECT_FALSE(tree().first().next());
+}
+
+class DamagedIndex : public IndexTreeTest {
+ protected:
+  void SetUp() override {
+    IndexTreeTest::SetUp();
+    for (std::uint32_t i = 0; i < 2000; ++i) insert(numberEntry(i));
+  }
+  std::uint8_t* page(PageNumber number) { return pager_->modify(number); }
+  PageNumber firstLeaf() { return StoredIndexPage(*pager_, kRoot, kTable).entries.child(0); }
+
+  /// Everything that reads the index ends, in an error of a damaged file or by itself.
+  void expectDamage(const std::function<void()>& use) {
+    try {
+      use();
+      ADD_FAILURE() << "the damage was not noticed";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number(), kCorruptFile) << error.description();
+    }
+  }
+  void readAll() {
+    for (IndexCursor cursor = tree().first(); cursor.next();) {
+    }
+  }
+};
+
+TEST_F(DamagedIndex, MaskAndPrefix) {
+  const auto& layout = kJet4.indexPage;
+  std::memset(page(firstLeaf()) + layout.mask, 0xff, 100);
+  expectDamage([&] { readAll(); });
+  std::memset(page(firstLeaf()) + layout.mask, 0, layout.entries - layout.mask);
+  page(firstLeaf())[layout.entries - 1] = 0x80;  // an entry that ends behind the page
+  expectDamage([&] { readAll(); });
+  store16(page(firstLeaf()) + layout.prefixLength, 5000);
+  expectDamage([&] { tree().insert(longKey(3), {9, 9}); });
+}
+
+TEST_F(DamagedIndex, LinksThatRunInACircle) {
+  const PageNumber first = firstLeaf();
+  const PageNumber second = StoredIndexPage(*pager_, first, kTable).entries.next();
+  store32(page(second) + kJet4.indexPage.next, first);
+  expectDamage([&] { readAll(); });
+}
+
+TEST_F(DamagedIndex, NodesThatLeadToThemselvesOrToNothing) {
+  const auto& layout = kJet4.indexPage;
+  store32(page(kRoot) + layout.tail, kRoot);
+  expectDamage([&] { tree().insert(longKey(1 << 30), {9, 9}); });
+  expectDamage([&] { (void)tree().last(); });
+  store32(page(kRoot) + layout.tail, 123456);
+  expectDamage([&] { (void)tree().last(); });
+  store32(page(kRoot) + layout.tail, kMaps);
+  expectDamage([&] { (void)tree().last(); });
+  store32(page(firstLeaf()) + layout.owner, kTable + 1);
+  expectDamage([&] { readAll(); });
+}
+
+TEST_F(DamagedIndex, AnyBytesEndInOrder) {
+  const PageNumber leaf = firstLeaf();
+  const Bytes good(pager_->read(leaf).data(), pager_->read(leaf).data() + kPageSize);
+  for (int round = 0; round < 300; ++round) {
+    std::copy(good.begin(), good.end(), page(leaf));
+    for (int i = 0; i < 4; ++i) page(leaf)[random_() % 600] = static_cast<std::uint8_t>(random_());
+    try {
+      readAll();
+      tree().find(longKey(5));
+      (void)tree().last().previous();
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number(), kCorruptFile) << error.description();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orv::store::jet
