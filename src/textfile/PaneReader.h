@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "model/GlazingData.h"
+
+namespace orv::textfile {
+
+/// Reads a pane file into a record whose `filename` is set. The files that the record refers to
+/// are not read.
+void readPane(const std::filesystem::path& path, GlazingData& pane);
+
+}  // namespace orv::textfile

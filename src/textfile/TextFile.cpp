@@ -1,0 +1,142 @@
+#include "textfile/TextFile.h"
+
+#include <fmt/format.h>
+#include <unicode/ucnv.h>
+#include <unicode/ustring.h>
+
+#include <cerrno>
+#include <ctime>
+#include <fstream>
+
+#include "errors/Error.h"
+#include "model/Text.h"
+
+namespace orv::textfile {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void raiseFileError(const fs::path& path, std::string_view action, int reason) {
+  const bool denied = reason == EACCES || reason == EPERM || reason == EROFS;
+  throw Error(denied ? kPermissionDenied : kDeviceIo,
+              fmt::format("The file '{}' cannot be {}: {}", path.string(), action,
+                          std::generic_category().message(reason == 0 ? EIO : reason)));
+}
+
+std::string readBytes(const fs::path& path) {
+  std::error_code failure;
+  const auto size = fs::file_size(path, failure);
+  if (failure) {
+    raiseFileError(path, "read", failure.value());
+  }
+  if (size > kLargestFile) {
+    throw Error(kInvalidCall,
+                fmt::format("The file '{}' is too large for a spectral text file: {} bytes, where "
+                            "{} are the most",
+                            path.string(), size, kLargestFile));
+  }
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes(size, '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(size));
+  if (!file) {
+    raiseFileError(path, "read", errno);
+  }
+  return bytes;
+}
+
+bool isUtf8(std::string_view bytes) {
+  UErrorCode status = U_ZERO_ERROR;
+  std::int32_t length = 0;
+  u_strFromUTF8(nullptr, 0, &length, bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                &status);
+  return U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR;
+}
+
+std::string fromWindows1252(std::string_view bytes) {
+  constexpr std::size_t kLongestCharacter = 3;  // of the code page, in UTF-8
+  std::string text(bytes.size() * kLongestCharacter, '\0');
+  UErrorCode status = U_ZERO_ERROR;
+  const auto length =
+      ucnv_convert("UTF-8", "windows-1252", text.data(), static_cast<std::int32_t>(text.size()),
+                   bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+}  // namespace
+
+std::optional<fs::path> findFile(const fs::path& folder, const std::string& name) {
+  const fs::path exact = folder / name;
+  std::error_code failure;
+  if (fs::is_regular_file(exact, failure)) {
+    return exact;
+  }
+  const std::string wanted = exact.filename().string();
+  const fs::path place = exact.parent_path().empty() ? fs::path(".") : exact.parent_path();
+  std::optional<fs::path> found;
+  for (fs::directory_iterator entry(place, failure), end; !failure && entry != end;
+       entry.increment(failure)) {
+    std::error_code ignored;
+    if (entry->is_regular_file(ignored) &&
+        equalIgnoringCase(entry->path().filename().string(), wanted) &&
+        (!found || entry->path() < *found)) {
+      found = entry->path();
+    }
+  }
+  return found;
+}
+
+fs::path requireFile(const fs::path& folder, const std::string& name) {
+  if (const auto found = findFile(folder, name)) {
+    return *found;
+  }
+  throw Error(kFileNotFound, fmt::format("There is no file '{}' in the folder '{}'", name,
+                                         folder.empty() ? "." : folder.string()));
+}
+
+std::string readText(const fs::path& path) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  std::string bytes = readBytes(path);
+  if (bytes.find('\0') != std::string::npos) {
+    throw Error(kInvalidCall, fmt::format("The file '{}' is not a text file in UTF-8 or "
+                                          "Windows-1252: it holds zero bytes",
+                                          path.string()));
+  }
+  if (!isUtf8(bytes)) {
+    return fromWindows1252(bytes);
+  }
+  if (bytes.starts_with(kByteOrderMark)) {
+    bytes.erase(0, kByteOrderMark.size());
+  }
+  return bytes;
+}
+
+void writeText(const std::string& path, std::string_view text) {
+  errno = 0;
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(text.data(), static_cast<std::streamsize>(text.size()));
+  file.close();
+  if (!file) {
+    raiseFileError(path, "written", errno);
+  }
+}
+
+OptionalDate fileDate(const fs::path& path) {
+  std::error_code failure;
+  const auto changed = fs::last_write_time(path, failure);
+  if (failure) {
+    return std::nullopt;
+  }
+  const auto moment = std::chrono::file_clock::to_sys(changed);
+  const std::time_t seconds =
+      std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
+  std::tm local{};
+  if (localtime_r(&seconds, &local) == nullptr) {
+    return std::nullopt;
+  }
+  return Date(std::chrono::seconds(seconds + local.tm_gmtoff));
+}
+
+}  // namespace orv::textfile

@@ -1,0 +1,34 @@
+// Text files on disk: finding them, reading them whole, writing them.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "model/Date.h"
+
+namespace orv::textfile {
+
+/// A file that is larger holds no spectrum that anybody measured.
+inline constexpr std::uintmax_t kLargestFile = std::uintmax_t{16} << 20;
+
+/// The regular file of this name in the folder. When the exact name is not there, a name that
+/// differs only in the case of letters is taken (the first in alphabetical order).
+std::optional<std::filesystem::path> findFile(const std::filesystem::path& folder,
+                                              const std::string& name);
+
+/// As `findFile`; raises error 53, which names file and folder, when there is none.
+std::filesystem::path requireFile(const std::filesystem::path& folder, const std::string& name);
+
+/// The whole text in UTF-8. Bytes that are not valid UTF-8 are taken as Windows-1252. Raises
+/// errors 57 and 70 for what cannot be read, and 5 for a file that is too large or no text.
+std::string readText(const std::filesystem::path& path);
+
+/// Makes the file hold exactly this text. Raises errors 57 and 70.
+void writeText(const std::string& path, std::string_view text);
+
+/// When the file was last changed; empty when the file system does not tell.
+OptionalDate fileDate(const std::filesystem::path& path);
+
+}  // namespace orv::textfile

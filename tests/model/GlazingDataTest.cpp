@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include "model/GlazingData.h"
+#include "model/Raised.h"
+
+namespace orv {
+
+namespace {
+
+using test::raisedBy;
+
+std::shared_ptr<GlazingData> paneOfFile(const std::string& filename,
+                                        const std::shared_ptr<GlazingData>& parent = nullptr) {
+  auto pane = std::make_shared<GlazingData>();
+  pane->filename(filename);
+  pane->Parent(parent);
+  return pane;
+}
+
+TEST(GlazingData, StartsUnstoredAndUnset) {
+  const GlazingData pane;
+  EXPECT_EQ(pane.id(), -1);
+  EXPECT_EQ(pane.CoatingID(), -1);
+  EXPECT_EQ(pane.ef(), -1);
+  EXPECT_FALSE(pane.EfExists());
+  EXPECT_FALSE(pane.EbExists());
+  EXPECT_EQ(pane.CoatedSide(), kSideNotSet);
+  EXPECT_EQ(pane.unit(), kSI);
+  EXPECT_EQ(pane.WavelengthUnit(), kMicrons);
+  EXPECT_EQ(pane.StructureCount(), 0);
+  EXPECT_FALSE(pane.HasSubstrate());
+  EXPECT_EQ(pane.SpectralData(), nullptr);
+  EXPECT_FALSE(pane.FileDate().has_value());
+}
+
+TEST(GlazingData, ConvertsUnits) {
+  GlazingData pane;
+  pane.Thickness(4);
+  pane.Conductivity(1);
+  EXPECT_FLOAT_EQ(pane.ConvertedThickness(kIP), 0.15748031F);
+  EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kIP), 0.5778008F);
+  EXPECT_EQ(pane.ConvertedThickness(2), 4);
+  pane.unit(kIP);
+  EXPECT_FLOAT_EQ(pane.ConvertedThickness(kSI), 101.6F);
+  EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kSI), 1.7307F);
+  pane.Thickness(3e38F);
+  EXPECT_EQ(raisedBy([&] { (void)pane.ConvertedThickness(kSI); }).number, kOverflow);
+}
+
+TEST(GlazingData, RefusesNegativeQuantitiesByName) {
+  GlazingData pane;
+  pane.Thickness(3);
+  const auto raised = raisedBy([&] { pane.Thickness(-0.5F); });
+  EXPECT_EQ(raised.number, kInvalidCall);
+  EXPECT_EQ(raised.description, "");
+  EXPECT_EQ(raised.source, "Thickness cannot be -0.5");
+  EXPECT_EQ(pane.Thickness(), 3);
+  EXPECT_EQ(raisedBy([&] { pane.ef(-1); }).number, kInvalidCall);
+  EXPECT_EQ(raisedBy([&] { pane.id(-1); }).number, kInvalidCall);
+}
+
+TEST(GlazingData, PairsEmissivitiesWithTheirSources) {
+  GlazingData pane;
+  pane.ef(0.0F);
+  EXPECT_EQ(raisedBy([&] { (void)pane.EfExists(); }).number, kInvalidCall);
+  pane.ef_source(kMaterialSource);
+  EXPECT_TRUE(pane.EfExists());
+  pane.ResetEf();
+  EXPECT_FALSE(pane.EfExists());
+  pane.eb_source(kMaterialSource);
+  EXPECT_EQ(raisedBy([&] { (void)pane.EbExists(); }).number, kInvalidCall);
+}
+
+TEST(GlazingData, ChecksThePositionsOfItsLists) {
+  GlazingData pane;
+  pane.AddUse("facade");
+  pane.AddAvailability(std::make_shared<Availability>());
+  EXPECT_EQ(pane.uses(1), "facade");
+  for (const std::int32_t position : {-1, 0, 2}) {
+    EXPECT_EQ(raisedBy([&] { (void)pane.uses(position); }).number, kSubscriptOutOfRange);
+    EXPECT_EQ(raisedBy([&] { (void)pane.Availability(position); }).number, kSubscriptOutOfRange);
+  }
+  EXPECT_EQ(pane.StructureCapacity(), 2U);
+  for (int i = 0; i < 3; ++i) {
+    pane.AddStructure(std::make_shared<GlazingStructure>());
+    pane.structure(i)->Thickness(static_cast<float>(i));
+  }
+  EXPECT_EQ(pane.StructureCapacity(), 8U);
+  EXPECT_EQ(pane.structure(2)->Thickness(), 2);
+  EXPECT_EQ(raisedBy([&] { (void)pane.structure(3); }).number, kSubscriptOutOfRange);
+  EXPECT_EQ(raisedBy([&] { (void)pane.structure(-1); }).number, kSubscriptOutOfRange);
+  pane.ClearStructures();
+  EXPECT_EQ(pane.StructureCount(), 0);
+  EXPECT_EQ(pane.StructureCapacity(), 2U);
+}
+
+TEST(GlazingData, GivesItsWavelengthUnitToASpectrumThatItIsSet) {
+  GlazingData pane;
+  pane.WavelengthUnit(kNanometers);
+  pane.SpectralData(std::make_shared<SpectralData>());
+  EXPECT_EQ(pane.SpectralData()->WavelengthUnit(), kNanometers);
+  pane.WavelengthUnit(kMicrons);
+  EXPECT_EQ(pane.SpectralData()->WavelengthUnit(), kNanometers);
+}
+
+TEST(GlazingData, FindsFileNamesThatRepeatAmongItsParents) {
+  const auto top = paneOfFile("A.TXT");
+  const auto middle = paneOfFile("b.txt", top);
+  EXPECT_TRUE(top->EnsureNoAncestorLoops());
+  EXPECT_TRUE(middle->EnsureNoAncestorLoops());
+  EXPECT_FALSE(paneOfFile("a.txt", middle)->EnsureNoAncestorLoops());
+  top->Parent(middle);  // even a circle of records comes to an end
+  EXPECT_FALSE(middle->EnsureNoAncestorLoops());
+}
+
+TEST(GlazingData, DoesNotKeepItsParentAlive) {
+  auto parent = paneOfFile("a.txt");
+  const auto child = paneOfFile("b.txt", parent);
+  parent->SubstrateReference(child);
+  const std::weak_ptr<GlazingData> watched = parent;
+  parent.reset();
+  EXPECT_TRUE(watched.expired());
+  EXPECT_EQ(child->Parent(), nullptr);
+}
+
+TEST(GlazingData, ClonesItsListsAndSharesItsComponents) {
+  GlazingData pane;
+  pane.id(12);
+  pane.ef(0.84F);
+  pane.ef_source(kMaterialSource);
+  pane.eb(0.1F);
+  pane.eb_source(kSpectralDataSource);
+  pane.supplier("Acme");
+  pane.LaminateMaterial("PVB");
+  pane.ORV_Angle(60);
+  pane.Precalc_Rfuv(0.3F);
+  pane.Precalc_Tfuv(0.2F);
+  pane.SubstrateReference(std::make_shared<GlazingData>());
+  pane.AddUse("roof");
+  pane.AddAvailability(std::make_shared<Availability>());
+  pane.AddStructure(std::make_shared<GlazingStructure>());
+  pane.structure(0)->FileGlazingData(std::make_shared<GlazingData>());
+  pane.SpectralData(std::make_shared<SpectralData>());
+  pane.SpectralData()->Allocate(0);
+
+  const auto copy = pane.ShallowClone();
+  EXPECT_EQ(copy->id(), 12);
+  EXPECT_EQ(copy->supplier(), "Acme");
+  EXPECT_EQ(copy->ORV_Angle(), 60);
+  EXPECT_EQ(copy->eb_source(), kSpectralDataSource);
+  EXPECT_EQ(copy->Precalc_Tfuv(), 0.2F);
+  EXPECT_EQ(copy->SubstrateReference(), pane.SubstrateReference());
+  EXPECT_EQ(copy->uses(1), "roof");
+  EXPECT_NE(copy->Availability(1), pane.Availability(1));
+  EXPECT_NE(copy->structure(0), pane.structure(0));
+  EXPECT_EQ(copy->structure(0)->FileGlazingData(), pane.structure(0)->FileGlazingData());
+  EXPECT_NE(copy->SpectralData(), pane.SpectralData());
+  EXPECT_EQ(copy->SpectralData()->count(), 1);
+  EXPECT_EQ(copy->LaminateMaterial(), "");
+  EXPECT_EQ(copy->Precalc_Rfuv(), 0);
+}
+
+TEST(GlazingData, CannotCloneWhatItsSettersRefuse) {
+  GlazingData pane;
+  EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "id cannot be -1");
+  pane.id(1);
+  EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "ef cannot be -1");
+}
+
+}  // namespace
+
+}  // namespace orv

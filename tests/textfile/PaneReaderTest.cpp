@@ -1,0 +1,245 @@
+#include <gtest/gtest.h>
+
+#include "model/Raised.h"
+#include "textfile/Folder.h"
+#include "textfile/ORV_TextFileInterface.h"
+
+namespace orv {
+
+namespace {
+
+class PaneReader : public ::testing::Test {
+ protected:
+  std::shared_ptr<GlazingData> parse(const std::string& text) {
+    folder_.write("pane.txt", text);
+    return ORV_TextFileInterface().ParseSpectralFile(folder_.path(), "pane.txt");
+  }
+
+  test::Raised raisedBy(const std::string& text) {
+    return test::raisedBy([&] { parse(text); });
+  }
+
+  test::Folder folder_;
+};
+
+TEST_F(PaneReader, ReadsABareBody) {
+  const auto pane = parse("SI Microns 5.7 1.0\n0.30 0.8 0.07 0.08\n0.31 0.7 0.06 0.05");
+  EXPECT_EQ(pane->filename(), "pane.txt");
+  EXPECT_EQ(pane->unit(), kSI);
+  EXPECT_EQ(pane->WavelengthUnit(), kMicrons);
+  EXPECT_EQ(pane->Thickness(), 5.7F);
+  EXPECT_EQ(pane->Conductivity(), 1.0F);
+  EXPECT_EQ(pane->ef(), -1);
+  EXPECT_TRUE(pane->spectral_pane());
+  EXPECT_TRUE(pane->FileDate().has_value());
+  const SpectralData& spectrum = *pane->SpectralData();
+  ASSERT_EQ(spectrum.count(), 2);
+  EXPECT_EQ(spectrum.wl(1), 0.31F);
+  EXPECT_EQ(spectrum.Tf(0), 0.8F);
+  EXPECT_EQ(spectrum.Tb(0), 0.8F);
+  EXPECT_EQ(spectrum.Rf(0), 0.07F);
+  EXPECT_EQ(spectrum.Rb(1), 0.05F);
+}
+
+TEST_F(PaneReader, ReadsUnits) {
+  struct Case {
+    const char* words;
+    std::int32_t unit;
+    std::int32_t wavelengthUnit;
+  };
+  const Case cases[] = {{"SI Micron", kSI, kMicrons},
+                        {"IP Nanometer", kIP, kNanometers},
+                        {"SI nanometers", kSI, kNanometers}};
+  for (const Case& c : cases) {
+    const auto pane = parse(std::string(c.words) + " 3 1\n300 0.8 0.1 0.1\n");
+    EXPECT_EQ(pane->unit(), c.unit) << c.words;
+    EXPECT_EQ(pane->SpectralData()->WavelengthUnit(), c.wavelengthUnit) << c.words;
+  }
+}
+
+TEST_F(PaneReader, ReadsTheAcceptanceOfTheNfrc) {
+  EXPECT_EQ(parse("NFRC accepted 2001\n#\nSI Microns 3 1\n0.3 0.8\n")->Acceptance(), "#");
+}
+
+TEST_F(PaneReader, CarriesValuesOverFromTheLineBefore) {
+  const auto pane = parse(
+      "SI Microns 3 1\n"
+      "0.30 * 0.07 0.09\n"      // nothing before the first line: 0
+      "0.31 0.8 * *\n"          // both reflectances carried over
+      "0.32 0.7 0.06\n"         // back as front
+      "0.33 0.6\n"              // front carried over, back as front
+      "0.34 0.5 0.1 0.2 9 x\n"  // further columns passed over
+      "3.5E-01 0.4 0.1 0.2\n");
+  const SpectralData& s = *pane->SpectralData();
+  ASSERT_EQ(s.count(), 6);
+  const float expected[][4] = {{0.30F, 0, 0.07F, 0.09F},    {0.31F, 0.8F, 0.07F, 0.09F},
+                               {0.32F, 0.7F, 0.06F, 0.06F}, {0.33F, 0.6F, 0.06F, 0.06F},
+                               {0.34F, 0.5F, 0.1F, 0.2F},   {0.35F, 0.4F, 0.1F, 0.2F}};
+  for (std::int32_t i = 0; i < s.count(); ++i) {
+    EXPECT_EQ(s.wl(i), expected[i][0]) << i;
+    EXPECT_EQ(s.Tf(i), expected[i][1]) << i;
+    EXPECT_EQ(s.Rf(i), expected[i][2]) << i;
+    EXPECT_EQ(s.Rb(i), expected[i][3]) << i;
+  }
+}
+
+TEST_F(PaneReader, ReadsInfraredLinesInEitherOrder) {
+  struct Case {
+    const char* lines;
+    float tir, ef, eb;
+  };
+  const Case cases[] = {
+      {"", 0, -1, -1},
+      {"TIR=0.2\nEmis= 0.84 0.1\n", 0.2F, 0.84F, 0.1F},
+      {"Emis= 0.84 , 4.657817E-02\ntir = 0.2\n", 0.2F, 0.84F, 4.657817E-02F},
+      {"Emissivity=0.84\n", 0, 0.84F, 0.84F},
+      {"TIR=0.1 Emis= 0.8 {front} 0.7\n", 0.1F, 0.8F, 0.7F},
+  };
+  for (const Case& c : cases) {
+    const auto pane = parse("SI Microns 3 1\n" + std::string(c.lines) + "3E-01 0.8 0.1 0.1\n");
+    EXPECT_EQ(pane->TfIR(), c.tir) << c.lines;
+    EXPECT_EQ(pane->ef(), c.ef) << c.lines;
+    EXPECT_EQ(pane->eb(), c.eb) << c.lines;
+    EXPECT_EQ(pane->SpectralData()->count(), 1) << c.lines;
+    if (c.ef >= 0) {
+      EXPECT_EQ(pane->ef_source(), kTextFileSource);
+      EXPECT_EQ(static_cast<float>(pane->ORV_Emissivity_front()), c.ef);
+      EXPECT_EQ(static_cast<float>(pane->ORV_Emissivity_back()), c.eb);
+    }
+  }
+}
+
+TEST_F(PaneReader, ReadsTheSameRecordWhateverTheLineEndsAndBlankLines) {
+  const std::string lines[] = {"{ first }",
+                               "SI Microns",
+                               "",
+                               "{ Thickness } 3",
+                               "1",
+                               "Emis= 0.84",
+                               "{ Product Name: Café }",
+                               "0.3 0.8 0.1",
+                               "",
+                               "{ between }",
+                               "0.4 0.7 0.2 0.3"};
+  for (const std::string lineEnd : {"\n", "\r\n", "\r"}) {
+    for (const std::string& last :
+         {std::string(), lineEnd, lineEnd + " \t" + lineEnd + "{ end }"}) {
+      std::string text;
+      for (const std::string& line : lines) {
+        text += (text.empty() ? "" : lineEnd) + line;
+      }
+      const auto pane = parse(text + last);
+      EXPECT_EQ(pane->productname(), "Café");
+      EXPECT_EQ(pane->eb(), 0.84F);
+      ASSERT_EQ(pane->SpectralData()->count(), 2);
+      EXPECT_EQ(pane->SpectralData()->Rb(0), 0.1F);
+      EXPECT_EQ(pane->SpectralData()->Rb(1), 0.3F);
+    }
+  }
+}
+
+TEST_F(PaneReader, ReadsHeaderEntriesWithoutRegardToCase) {
+  const auto pane = parse(
+      "{ Ef_Source: Material }{ EB_SOURCE: spectral data }{ see: elsewhere }\n"
+      "SI Microns 3 1\nEmis= 0.84 0.1\n"
+      "{ product name: Low-E: the second }\n{ supplier:  Acme }\n{NFRC ID:}\n"
+      "{ IGDB_Checksum: -1717699038 }\n{ Type: APPLIED film }\n{ Material: Glass }\n"
+      "{ Coating Name: Ag }\n{ Coated Side: back }\n{ Coating Filename: c.txt }\n"
+      "{ Substrate Filename: s.txt }\n{ Film Filename: f.txt }\n{ Description: Two\nlines }\n"
+      "{ Appearance: Grey }\n{ Acceptance: # }\n{ Angle of Incidence: 60.5 }\n"
+      "{ Coating class: b }\n"
+      "{ Structure: a.txt;4;False\n + b.txt;0.76;true\n+ c.txt;6;FALSE }\n"
+      "0.3 0.8 0.1 0.1\n");
+  EXPECT_EQ(pane->productname(), "Low-E: the second");
+  EXPECT_EQ(pane->supplier(), "Acme");
+  EXPECT_EQ(pane->NFRC_id(), -1);
+  EXPECT_EQ(pane->ef_source(), kMaterialSource);
+  EXPECT_EQ(pane->eb_source(), kSpectralDataSource);
+  EXPECT_EQ(pane->IGDBChecksum(), -1717699038);
+  EXPECT_EQ(pane->GlazingType(), kAppliedFilm);
+  EXPECT_EQ(pane->material(), "Glass");
+  EXPECT_EQ(pane->CoatingName(), "Ag");
+  EXPECT_EQ(pane->CoatedSide(), kBackSide);
+  EXPECT_EQ(pane->CoatingFilename(), "c.txt");
+  EXPECT_EQ(pane->SubstrateFilename(), "s.txt");
+  EXPECT_EQ(pane->FilmFilename(), "f.txt");
+  EXPECT_EQ(pane->description(), "Two\nlines");
+  EXPECT_EQ(pane->Appearance(), "Grey");
+  EXPECT_EQ(pane->Acceptance(), "#");
+  EXPECT_EQ(pane->ORV_Angle(), 60);  // halves to the even degree
+  EXPECT_EQ(pane->ORV_CoatingClass(), "b");
+  ASSERT_EQ(pane->StructureCount(), 3);
+  EXPECT_EQ(pane->structure(1)->filename(), "b.txt");
+  EXPECT_EQ(pane->structure(1)->Thickness(), 0.76F);
+  EXPECT_TRUE(pane->structure(1)->Flipped());
+  EXPECT_FALSE(pane->HasSubstrate()) << "references are named, not read";
+}
+
+TEST_F(PaneReader, RefusesMalformedFiles) {
+  struct Case {
+    const char* text;
+    std::int32_t number;
+    const char* description;
+    const char* source;
+  };
+  const std::string start = "SI Microns 3 1\n";
+  const Case cases[] = {
+      {"", 1012, "Beginning of file:  Received non-token when expected a token",
+       "pane.txt, line 1"},
+      {"{ nothing }\n\n", 1012, "Beginning of file:  Received non-token when expected a token",
+       "pane.txt, line 3"},
+      {"CI Microns", 5, "Invalid unit", "pane.txt, line 1: 'CI'"},
+      {"SI nm", 5, "Invalid wavelength", "pane.txt, line 1: 'nm'"},
+      {"SI", 1012, "Wavelength units:  Received non-token when expected a token",
+       "pane.txt, line 1"},
+      {"SI Microns thick", 5, "Invalid thickness", "pane.txt, line 1: 'thick'"},
+      {"SI Microns 3\n1,5", 5, "Invalid conductivity", "pane.txt, line 2: '1,5'"},
+      {"SI Microns -3 1", 5, "pane.txt, line 1: '-3' is negative. No value of a pane is below 0",
+       ""},
+      {"SI Microns 3 1\n", 9, "The file holds no spectral data", "pane.txt, line 2"},
+      {"SI Microns 3 1\nTIR 0", 1015, "TIR:  '0' is not an equal sign", "pane.txt, line 2"},
+      {"SI Microns 3 1\nTIR=\n", 1012, "TIR:  Received non-token when expected a token",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\nEmis= x", 1013, "Emissivity:  'x' is not a number.  Expected a number",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\nEmis= 0.8 , x", 1013,
+       "Backward Emissivity:  'x' is not a number.  Expected a number", "pane.txt, line 2"},
+      {"SI Microns 3 1\nEmis= 0.8", 1016, "Backward emissivity:  Invalid token sequence",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\n* 0.8", 1013, "Spectral Data:  '*' is not a number.  Expected a number",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3\n0.4 0.8", 1012,
+       "Spectral Data:  Received non-token when expected a token", "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3 nan", 1013, "Spectral Data:  'nan' is not a number.  Expected a number",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3 1e99", 1013,
+       "Spectral Data:  '1e99' is not a number.  Expected a number", "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3 0.8 x", 1014, "Spectral Data:  'x' is not a number and not an *",
+       "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3 0.8 0.1 x", 1013,
+       "Spectral Data:  'x' is not a number.  Expected a number", "pane.txt, line 2"},
+      {"SI Microns 3 1\n0.3 0.8\n{ Type: Glass }", 5,
+       "pane.txt, line 3: Glazing Type not recognized", "Glazing Type not recognized"},
+      {"SI Microns 3 1\n0.3 0.8\n{ Coated Side: }", 5,
+       "pane.txt, line 3: Coating side type not recognized", "Coating side type not recognized"},
+      {"SI Microns 3 1\n0.3 0.8\n{ NFRC ID: pending }", 13,
+       "pane.txt, line 3: NFRC ID 'pending' is not a whole number of 32 bits", ""},
+      {"SI Microns 3 1\n0.3 0.8\n{ Angle of Incidence: 1e9 }", 6,
+       "pane.txt, line 3: Angle of Incidence '1e9' is too large", ""},
+      {"SI Microns 3 1\n0.3 0.8\n{ Structure: a.txt;4 }", 5,
+       "pane.txt, line 3: 'a.txt;4' is not a layer of the form file;thickness;True or False",
+       "Mal-formed structure"},
+      {"SI Microns 3 1\n0.3 0.8 { open", -2147220505,
+       "pane.txt, line 2: Comment has no closing brace!", "Comment has no closing brace!"},
+  };
+  for (const Case& c : cases) {
+    const auto raised = raisedBy(c.text);
+    EXPECT_EQ(raised.number, c.number) << c.text;
+    EXPECT_EQ(raised.description, c.description) << c.text;
+    EXPECT_EQ(raised.source, c.source) << c.text;
+  }
+}
+
+}  // namespace
+
+}  // namespace orv

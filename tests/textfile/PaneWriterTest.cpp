@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include "model/Raised.h"
+#include "textfile/Folder.h"
+#include "textfile/ORV_TextFileInterface.h"
+
+namespace orv {
+
+namespace {
+
+/// A coated pane with every value that a file holds.
+std::shared_ptr<GlazingData> coatedPane() {
+  auto pane = std::make_shared<GlazingData>();
+  pane->filename("coated.txt");
+  pane->WavelengthUnit(kNanometers);
+  pane->Thickness(5.7F);
+  pane->Conductivity(1);
+  pane->ef(0.84F);
+  pane->ef_source(kMaterialSource);
+  pane->eb(4.657817E-02F);
+  pane->eb_source(kSpectralDataSource);
+  pane->IGDBChecksum(-7);
+  pane->productname("Sun® 70");
+  pane->NFRC_id(102);
+  pane->GlazingType(kCoated);
+  pane->CoatingName("Ag");
+  pane->CoatedSide(kBackSide);
+  pane->SubstrateFilename("clear.txt");
+  for (const char* const layer : {"clear.txt", "foil.txt"}) {
+    pane->AddStructure(std::make_shared<GlazingStructure>());
+    pane->structure(pane->StructureCount() - 1)->filename(layer);
+  }
+  pane->structure(0)->Thickness(3.048F);
+  pane->structure(1)->Flipped(true);
+  auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(1);
+  spectrum->wl(0, 300);
+  spectrum->Tf(0, 0.12346F);
+  spectrum->Rf(0, 0.07F);
+  spectrum->Rb(0, 1);
+  spectrum->wl(1, 2500.5F);
+  pane->SpectralData(spectrum);
+  return pane;
+}
+
+class PaneWriter : public ::testing::Test {
+ protected:
+  std::string written(GlazingData& pane) {
+    ORV_TextFileInterface().WriteSpectralFile(folder_.withSeparator(), "pane.txt", pane);
+    return folder_.read("pane.txt");
+  }
+
+  test::Folder folder_;
+};
+
+TEST_F(PaneWriter, WritesTheExactLayout) {
+  EXPECT_EQ(written(*coatedPane()),
+            "{ Units, Wavelength Units } SI Nanometers\r\n"
+            "{ Thickness } 5.7\r\n"
+            "{ Conductivity } 1\r\n"
+            "{ IR Transmittance } TIR=0\r\n"
+            "{ Emissivity, front back } Emis= 0.84 0.04657817\r\n"
+            "{ }\r\n"
+            "{ Ef_Source: Material }\r\n"
+            "{ Eb_Source: Spectral Data }\r\n"
+            "{ IGDB_Checksum: -7 }\r\n"
+            "{ Product Name: Sun® 70 }\r\n"
+            "{ supplier: Unknown }\r\n"
+            "{ NFRC ID: 102 }\r\n"
+            "{ Type: Coated }\r\n"
+            "{ Material: N/A }\r\n"
+            "{ Coating Name: Ag }\r\n"
+            "{ Coated Side: Back }\r\n"
+            "{ Substrate Filename: clear.txt }\r\n"
+            "{ Appearance:  }\r\n"
+            "{ Acceptance:  }\r\n"
+            "{ Structure: clear.txt;3.048;False+foil.txt;0;True }\r\n"
+            "300.000    0.1235    0.0700    1.0000\r\n"
+            "2500.500    0.0000    0.0000    0.0000\r\n"
+            "\r\n");
+}
+
+TEST_F(PaneWriter, LeavesOutWhatIsNotSet) {
+  const auto pane = coatedPane();
+  pane->ResetEb();
+  pane->eb_source(kMaterialSource);
+  pane->NFRC_id(-1);
+  pane->ClearStructures();
+  const std::string front = written(*pane);
+  EXPECT_NE(front.find("{ Emissivity, front } Emis= 0.84\r\n{ }\r\n"), std::string::npos);
+  EXPECT_NE(front.find("{ NFRC ID:  }"), std::string::npos);
+  EXPECT_NE(front.find("{ Structure:  }"), std::string::npos);
+  pane->ResetEf();
+  pane->ef_source(kMaterialSource);
+  EXPECT_NE(written(*pane).find("TIR=0\r\n{ }\r\n"), std::string::npos);
+}
+
+TEST_F(PaneWriter, WritesWhatTheReaderReadsBack) {
+  const auto pane = coatedPane();
+  written(*pane);
+  const auto read = ORV_TextFileInterface().ParseSpectralFile(folder_.path(), "pane.txt");
+  EXPECT_EQ(read->eb(), pane->eb());
+  EXPECT_EQ(read->eb_source(), kSpectralDataSource);
+  EXPECT_EQ(read->productname(), "Sun® 70");
+  EXPECT_EQ(read->supplier(), "Unknown");
+  EXPECT_EQ(read->structure(0)->Thickness(), 3.048F);
+  EXPECT_EQ(read->SpectralData()->wl(1), 2500.5F);
+}
+
+TEST_F(PaneWriter, WritesNothingForARecordThatIsWrong) {
+  struct Case {
+    void (*spoil)(GlazingData&);
+    std::int32_t number;
+    const char* description;
+  };
+  const Case cases[] = {
+      {[](GlazingData& p) { p.filename(""); }, 5, "Filename must not be empty"},
+      {[](GlazingData& p) { p.ef.reset(); }, 1022, "Emissivities not set"},
+      {[](GlazingData& p) { p.ef_source(9); }, 5, "Unknown Emittance Source"},
+      {[](GlazingData& p) { p.GlazingType(9); }, 5, "Unknown glazing type"},
+      {[](GlazingData& p) { p.CoatedSide(9); }, 5, "Unknown coated_side type"},
+      {[](GlazingData& p) { p.productname("a}b"); }, 5,
+       "'Product Name' cannot hold a brace in a text file: 'a}b'. Remove the brace"},
+      {[](GlazingData& p) { p.structure(0)->filename("a+b.txt"); }, 5,
+       "A layer's file name cannot hold '+' or ';': 'a+b.txt'. Rename the file"},
+      {[](GlazingData& p) { p.SpectralData(nullptr); }, 5,
+       "The pane has no spectral data, and a pane file cannot be without"},
+  };
+  for (const Case& c : cases) {
+    const auto pane = coatedPane();
+    c.spoil(*pane);
+    const auto raised = test::raisedBy([&] { written(*pane); });
+    EXPECT_EQ(raised.number, c.number);
+    EXPECT_EQ(raised.description, c.description);
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "pane.txt"));
+  }
+}
+
+}  // namespace
+
+}  // namespace orv
