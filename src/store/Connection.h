@@ -14,6 +14,9 @@ namespace orv::store {
 namespace jet {
 class Database;
 }
+namespace sql {
+class SqlEngine;
+}
 
 /// Whether `source` of a record set is a table or saved query by name, or SQL text.
 enum class SourceKind { automatic, table, sql };
@@ -39,7 +42,7 @@ class Connection {
 
   ~Connection();
 
-  /// Closes the connection; record sets that are still open are closed with it.
+  /// Closes the connection. The file stays open for record sets that are, until they close.
   /// Raises kObjectClosed when it is closed already.
   void close();
   bool isOpen() const { return database_ != nullptr; }
@@ -75,8 +78,11 @@ class Connection {
  private:
   Connection(std::string path, std::shared_ptr<jet::Database> database);
 
+  sql::SqlEngine& engine();
+
   std::string path_;
   std::shared_ptr<jet::Database> database_;
+  std::shared_ptr<sql::SqlEngine> engine_;  ///< made when the first statement runs
 };
 
 }  // namespace orv::store

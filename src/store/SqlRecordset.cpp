@@ -1,0 +1,125 @@
+#include "store/SqlRecordset.h"
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+
+namespace orv::store {
+namespace {
+
+[[noreturn]] void raiseReadOnly() {
+  throw Error(kReadOnlyStore,
+              "The rows of this statement cannot be changed: only those of a whole table, or of "
+              "a SELECT * over one table opened for changes, can.");
+}
+
+}  // namespace
+
+SqlRecordset::SqlRecordset(std::unique_ptr<sql::SqlCursor> cursor, CursorType type)
+    : RecordsetBase(cursor->columns()),
+      cursor_(std::move(cursor)),
+      keepsRows_(type != CursorType::forwardOnly) {
+  standOn(0);
+}
+
+bool SqlRecordset::readTo(std::size_t position) {
+  while (rowsRead() <= position && cursor_ != nullptr) {
+    if (!cursor_->step()) {
+      cursor_.reset();
+      break;
+    }
+    if (!keepsRows_) {
+      firstKept_ += kept_.size();
+      kept_.clear();
+    }
+    std::vector<Value>& row = kept_.emplace_back();
+    row.reserve(fields().size());
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+      row.push_back(cursor_->value(i));
+    }
+  }
+  return position < rowsRead();
+}
+
+void SqlRecordset::standOn(std::size_t position) {
+  if (position < firstKept_) {
+    throw Error(kNotSupported, "A forward-only record set cannot go back.");
+  }
+  atEnd_ = !readTo(position);
+  position_ = atEnd_ ? rowsRead() : position;
+  beforeFirst_ = false;
+}
+
+bool SqlRecordset::eof() const {
+  needOpen();
+  return atEnd_;
+}
+
+bool SqlRecordset::bof() const {
+  needOpen();
+  return beforeFirst_ || (atEnd_ && position_ == 0);
+}
+
+void SqlRecordset::moveFirst() {
+  needOpen();
+  standOn(0);
+}
+
+void SqlRecordset::moveLast() {
+  needOpen();
+  const auto count = static_cast<std::size_t>(recordCount());
+  standOn(count == 0 ? 0 : count - 1);
+}
+
+void SqlRecordset::moveNext() {
+  needOpen();
+  if (atEnd_) {
+    raiseNoCurrentRecord();
+  }
+  standOn(beforeFirst_ ? 0 : position_ + 1);
+}
+
+void SqlRecordset::movePrevious() {
+  needOpen();
+  if (beforeFirst_) {
+    raiseNoCurrentRecord();
+  }
+  if (position_ == 0) {
+    beforeFirst_ = true;
+    return;
+  }
+  standOn(position_ - 1);
+}
+
+std::int64_t SqlRecordset::recordCount() {
+  needOpen();
+  if (keepsRows_) {
+    readTo(SIZE_MAX - 1);
+  }
+  return static_cast<std::int64_t>(rowsRead());
+}
+
+void SqlRecordset::moveTo(std::int64_t position) {
+  needOpen();
+  standOn(static_cast<std::size_t>(std::max<std::int64_t>(position, 0)));
+}
+
+Value SqlRecordset::value(std::size_t field) const {
+  needOpen();
+  needField(field);
+  if (atEnd_ || beforeFirst_) {
+    raiseNoCurrentRecord();
+  }
+  return kept_[position_ - firstKept_][field];
+}
+
+void SqlRecordset::setValue(std::size_t, Value) { raiseReadOnly(); }
+void SqlRecordset::addNew() { raiseReadOnly(); }
+void SqlRecordset::deleteRow() { raiseReadOnly(); }
+
+void SqlRecordset::close() {
+  RecordsetBase::close();
+  cursor_.reset();
+  kept_.clear();
+}
+
+}  // namespace orv::store
