@@ -1,5 +1,7 @@
 #include "textfile/Tokenizer.h"
 
+#include <algorithm>
+
 #include "errors/Error.h"
 #include "model/ErrorCatalogue.h"
 
