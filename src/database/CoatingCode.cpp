@@ -2,6 +2,8 @@
 
 namespace orv::database {
 
-std::string coatingCode(int /*first*/, int /*second*/) { return {}; }
+std::string coatingCode(int /*first*/, int /*second*/) {
+  return {};
+}
 
 }  // namespace orv::database

@@ -11,7 +11,9 @@ ORV_DatabaseInterface::ConnectionPtr ORV_DatabaseInterface::OpenDatabase(
                                  ";Jet OLEDB:Database Password=" + password);
 }
 
-void ORV_DatabaseInterface::CloseDatabase(store::Connection& dc) const { dc.close(); }
+void ORV_DatabaseInterface::CloseDatabase(store::Connection& dc) const {
+  dc.close();
+}
 
 std::string ORV_DatabaseInterface::LookupDatabaseVersion(store::Connection& dc) const {
   auto rows = openTable(dc, "ORVdata_version");

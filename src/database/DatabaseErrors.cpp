@@ -6,10 +6,14 @@ namespace orv::database {
 
 std::string ErrorDescription(std::int32_t number) {
   switch (number) {
-    case kRetrievalFailed: return "Data retrieval failed.";
-    case kCannotRetrieve: return "Unable to retrieve this data from this database.";
-    case kCannotWrite: return "Unable to write this data from this database.";
-    case kRecordExists: return "This record already exists.";
+    case kRetrievalFailed:
+      return "Data retrieval failed.";
+    case kCannotRetrieve:
+      return "Unable to retrieve this data from this database.";
+    case kCannotWrite:
+      return "Unable to write this data from this database.";
+    case kRecordExists:
+      return "This record already exists.";
     case kInvalidSpectrum:
       return "The spectral data of this pane is invalid. The values may be unphysical.";
     case kInvalidSubstrateSpectrum:
@@ -17,7 +21,8 @@ std::string ErrorDescription(std::int32_t number) {
              "unphysical.";
     case kSubstrateWavelengthsDiffer:
       return "Data for this pane and its substrate are not given at identical wavelengths.";
-    default: return std::string("An unhandled error occured in ") + kProductName + ".";
+    default:
+      return std::string("An unhandled error occured in ") + kProductName + ".";
   }
 }
 

@@ -11,9 +11,13 @@ std::string FieldToString(const store::Value& value) {
   return value.isNull() ? std::string() : value.toText();
 }
 
-double FieldToDouble(const store::Value& value) { return value.isNull() ? 0.0 : value.toDouble(); }
+double FieldToDouble(const store::Value& value) {
+  return value.isNull() ? 0.0 : value.toDouble();
+}
 
-std::int32_t FieldToLong(const store::Value& value) { return value.isNull() ? 0 : value.toLong(); }
+std::int32_t FieldToLong(const store::Value& value) {
+  return value.isNull() ? 0 : value.toLong();
+}
 
 float fieldToSingle(const store::Value& value) {
   return toSingle(FieldToDouble(value));

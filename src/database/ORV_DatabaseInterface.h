@@ -111,8 +111,6 @@ class ORV_DatabaseInterface {
   void DeleteFrame(std::int32_t FrameID, store::Connection& dc) const;
 
  private:
-  static void insertIntegratedRow(const GlazingData& data, store::Connection& dc);
-  static void insertSpectralRows(const GlazingData& data, store::Connection& dc);
   void insertPaneRow(GlazingData& data, store::Connection& dc) const;
   void validateSpectra(GlazingData& data);
   bool mayDropSubstrate(const GlazingData& data, const std::string& reason);

@@ -40,10 +40,18 @@ ColumnInfo text(std::string name, std::size_t size = kNameLength) {
 }
 
 /// A number that records hold in single precision.
-ColumnInfo single(std::string name) { return column(std::move(name), ColumnType::single); }
-ColumnInfo number(std::string name) { return column(std::move(name), ColumnType::double_); }
-ColumnInfo integer(std::string name) { return column(std::move(name), ColumnType::integer); }
-ColumnInfo memo(std::string name) { return column(std::move(name), ColumnType::memo); }
+ColumnInfo single(std::string name) {
+  return column(std::move(name), ColumnType::single);
+}
+ColumnInfo number(std::string name) {
+  return column(std::move(name), ColumnType::double_);
+}
+ColumnInfo integer(std::string name) {
+  return column(std::move(name), ColumnType::integer);
+}
+ColumnInfo memo(std::string name) {
+  return column(std::move(name), ColumnType::memo);
+}
 
 /// A key of another table's row.
 ColumnInfo reference(std::string name) {
@@ -151,7 +159,7 @@ ColumnInfo shadingColumn(const ShadingColumn& design) {
     ColumnInfo operator()(Property<std::int32_t> ShadingDataClass::*) const {
       return column(name, ColumnType::longInteger);
     }
-    ColumnInfo operator()(Property<std::string> ShadingDataClass::* member) const {
+    ColumnInfo operator()(Property<std::string> ShadingDataClass::*member) const {
       return member == &ShadingDataClass::Info ? memo(name) : text(name);
     }
     ColumnInfo operator()(ShadingKey) const { return reference(name); }
@@ -195,10 +203,11 @@ TableInfo shadingSpectralTable() {
 TableInfo frameTable() {
   TableInfo table;
   table.name = "Frame";
-  table.columns = {key("FrameID"),         text("name"),      text("product_name"),
-                   reference("groupID"),   reference("supplierID"), number("u_value"),
+  table.columns = {key("FrameID"),           text("name"),
+                   text("product_name"),     reference("groupID"),
+                   reference("supplierID"),  number("u_value"),
                    reference("FrameTypeID"), column("picture", ColumnType::ole),
-                   number("width"),        memo("Info")};
+                   number("width"),          memo("Info")};
   table.indexes = {primaryKey("FrameID"), index("NameGroup", {"name", "groupID"})};
   return table;
 }
@@ -232,10 +241,9 @@ QueryDesign paneQuery() {
 QueryDesign frameQuery() {
   QueryDesign query;
   query.name = "qryFrameImport";
-  query.outputs =
-      outputs({"Frame.FrameID", "Frame.name", "Frame.product_name", "Groups.GroupName",
-               "Suppliers.SupplierName", "FrameTypes.FrameTypeName", "Frame.u_value",
-               "Frame.width", "Frame.Info"});
+  query.outputs = outputs({"Frame.FrameID", "Frame.name", "Frame.product_name", "Groups.GroupName",
+                           "Suppliers.SupplierName", "FrameTypes.FrameTypeName", "Frame.u_value",
+                           "Frame.width", "Frame.Info"});
   query.tables = {"Frame", "Groups", "Suppliers", "FrameTypes"};
   query.joins = {leftJoin("Frame", "groupID", "Groups", "GroupID"),
                  leftJoin("Frame", "supplierID", "Suppliers", "supplierID"),
@@ -286,7 +294,9 @@ std::vector<TableInfo> orvTables() {
           shadingSpectralTable()};
 }
 
-std::vector<QueryDesign> orvQueries() { return {paneQuery(), frameQuery(), shadingQuery()}; }
+std::vector<QueryDesign> orvQueries() {
+  return {paneQuery(), frameQuery(), shadingQuery()};
+}
 
 std::shared_ptr<store::Connection> CreateEmptyDatabase(const std::string& path) {
   auto connection = store::Connection::create(path);

@@ -46,8 +46,8 @@ void readPanePoint(SpectralData& spectrum, std::int32_t i, const store::Recordse
 }
 
 /// The database's reflectance of the substrate is not read: all four curves are its transmittance.
-void readSubstratePoint(SpectralData& spectrum, std::int32_t i,
-                        const store::Recordset& rows, const SpectralColumns& columns) {
+void readSubstratePoint(SpectralData& spectrum, std::int32_t i, const store::Recordset& rows,
+                        const SpectralColumns& columns) {
   const float transmission = fieldToSingle(rows.value(columns.transmissionSubstrate));
   spectrum.wl(i, fieldToSingle(rows.value(columns.wavelength)));
   spectrum.Tf(i, transmission);
@@ -81,8 +81,7 @@ void readSpectrum(GlazingData& data, store::Recordset& rows, std::int16_t count)
 
 }  // namespace
 
-void readIntegratedData(GlazingData& data, store::Connection& dc,
-                        const OrvPaneSchema& schema) {
+void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneSchema& schema) {
   auto rows = openSql(dc, std::string("SELECT * FROM Pane_integrated_data WHERE ") +
                               schema.keyColumn + " = " + std::to_string(data.id()) +
                               " AND angle = " + std::to_string(data.ORV_Angle()));

@@ -21,8 +21,7 @@ inline constexpr OrvPaneSchema kPaneSchema20{"Pane_id", false};
 
 /// Sets the integrated values of `data` from the row of its key and angle. `Precalc_Rfsol` is -1
 /// when there is none.
-void readIntegratedData(GlazingData& data, store::Connection& dc,
-                        const OrvPaneSchema& schema);
+void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneSchema& schema);
 inline void ReadIntegratedDataORV_30(GlazingData& data, store::Connection& dc) {
   readIntegratedData(data, dc, kPaneSchema30);
 }

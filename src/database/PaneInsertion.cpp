@@ -64,6 +64,56 @@ void refuseKnownAngle(const GlazingData& data, store::Connection& dc) {
   RaiseUnless(probe.Precalc_Rfsol() == kNoIntegratedData, kRecordExists);
 }
 
+void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
+  auto row = openBatch(dc, "Pane_integrated_data");
+  row->addNew();
+  row->setValue("PaneID", data.id());
+  row->setValue("angle", std::int32_t{data.ORV_Angle()});
+  row->setValue("reflection_solar_outdoor", data.Precalc_Rfsol());
+  row->setValue("reflection_solar_indoor", data.Precalc_RbSol());
+  row->setValue("transmission_solar_outdoor", data.Precalc_Tfsol());
+  row->setValue("transmission_solar_indoor", data.Precalc_Tbsol());
+  row->setValue("reflection_visual_outdoor", data.Precalc_Rfvis());
+  row->setValue("reflection_visual_indoor", data.Precalc_Rbvis());
+  row->setValue("transmission_visual_outdoor", data.Precalc_Tfvis());
+  row->setValue("transmission_visual_indoor", data.Precalc_Tbvis());
+  row->setValue("reflection_UV_outdoor", data.Precalc_Rfuv());
+  row->setValue("reflection_UV_indoor", data.Precalc_Rbuv());
+  row->setValue("transmission_UV_outdoor", data.Precalc_Tfuv());
+  row->setValue("transmission_UV_indoor", data.Precalc_Tbuv());
+  row->updateBatch();
+  row->close();
+}
+
+void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
+  const SpectralData& spectrum = *data.SpectralData();
+  const SpectralData* substrate =
+      data.HasSubstrate() ? data.SubstrateReference()->SpectralData().get() : nullptr;
+  auto rows = openBatch(dc, "Pane_spectral_data");
+  const std::size_t pane = rows->fieldIndex("PaneID");
+  const std::size_t angle = rows->fieldIndex("angle");
+  const std::size_t wavelength = rows->fieldIndex("wavelength");
+  const std::size_t transmission = rows->fieldIndex("transmission_outdoor");
+  const std::size_t reflectionOutdoor = rows->fieldIndex("reflection_outdoor");
+  const std::size_t reflectionIndoor = rows->fieldIndex("reflection_indoor");
+  const std::size_t transmissionSub = rows->fieldIndex("transmission_sub");
+  const std::size_t reflectionSub = rows->fieldIndex("reflection_sub");
+  const std::int32_t count = spectrum.count();
+  for (std::int32_t i = 0; i < count; ++i) {
+    rows->addNew();
+    rows->setValue(pane, data.id());
+    rows->setValue(angle, std::int32_t{data.ORV_Angle()});
+    rows->setValue(wavelength, spectrum.ConvertedWl(i, kNanometers));
+    rows->setValue(transmission, spectrum.Tf(i));
+    rows->setValue(reflectionOutdoor, spectrum.Rf(i));
+    rows->setValue(reflectionIndoor, spectrum.Rb(i));
+    rows->setValue(transmissionSub, substrate ? substrate->Tf(i) : 0.0F);
+    rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
+  }
+  rows->updateBatch();
+  rows->close();
+}
+
 }  // namespace
 
 void ORV_DatabaseInterface::InsertPane(GlazingData& data, store::Connection& dc) {
@@ -96,58 +146,6 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   row->close();
 }
 
-void ORV_DatabaseInterface::insertIntegratedRow(const GlazingData& data,
-                                                store::Connection& dc) {
-  auto row = openBatch(dc, "Pane_integrated_data");
-  row->addNew();
-  row->setValue("PaneID", data.id());
-  row->setValue("angle", std::int32_t{data.ORV_Angle()});
-  row->setValue("reflection_solar_outdoor", data.Precalc_Rfsol());
-  row->setValue("reflection_solar_indoor", data.Precalc_RbSol());
-  row->setValue("transmission_solar_outdoor", data.Precalc_Tfsol());
-  row->setValue("transmission_solar_indoor", data.Precalc_Tbsol());
-  row->setValue("reflection_visual_outdoor", data.Precalc_Rfvis());
-  row->setValue("reflection_visual_indoor", data.Precalc_Rbvis());
-  row->setValue("transmission_visual_outdoor", data.Precalc_Tfvis());
-  row->setValue("transmission_visual_indoor", data.Precalc_Tbvis());
-  row->setValue("reflection_UV_outdoor", data.Precalc_Rfuv());
-  row->setValue("reflection_UV_indoor", data.Precalc_Rbuv());
-  row->setValue("transmission_UV_outdoor", data.Precalc_Tfuv());
-  row->setValue("transmission_UV_indoor", data.Precalc_Tbuv());
-  row->updateBatch();
-  row->close();
-}
-
-void ORV_DatabaseInterface::insertSpectralRows(const GlazingData& data,
-                                               store::Connection& dc) {
-  const SpectralData& spectrum = *data.SpectralData();
-  const SpectralData* substrate =
-      data.HasSubstrate() ? data.SubstrateReference()->SpectralData().get() : nullptr;
-  auto rows = openBatch(dc, "Pane_spectral_data");
-  const std::size_t pane = rows->fieldIndex("PaneID");
-  const std::size_t angle = rows->fieldIndex("angle");
-  const std::size_t wavelength = rows->fieldIndex("wavelength");
-  const std::size_t transmission = rows->fieldIndex("transmission_outdoor");
-  const std::size_t reflectionOutdoor = rows->fieldIndex("reflection_outdoor");
-  const std::size_t reflectionIndoor = rows->fieldIndex("reflection_indoor");
-  const std::size_t transmissionSub = rows->fieldIndex("transmission_sub");
-  const std::size_t reflectionSub = rows->fieldIndex("reflection_sub");
-  const std::int32_t count = spectrum.count();
-  for (std::int32_t i = 0; i < count; ++i) {
-    rows->addNew();
-    rows->setValue(pane, data.id());
-    rows->setValue(angle, std::int32_t{data.ORV_Angle()});
-    rows->setValue(wavelength, spectrum.ConvertedWl(i, kNanometers));
-    rows->setValue(transmission, spectrum.Tf(i));
-    rows->setValue(reflectionOutdoor, spectrum.Rf(i));
-    rows->setValue(reflectionIndoor, spectrum.Rb(i));
-    rows->setValue(transmissionSub, substrate ? substrate->Tf(i) : 0.0F);
-    rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
-  }
-  rows->updateBatch();
-  rows->close();
-}
-
 /// A bad substrate is left out when the user says so, now or once for all.
 void ORV_DatabaseInterface::validateSpectra(GlazingData& data) {
   checkSpectrum(*data.SpectralData());
@@ -162,8 +160,7 @@ void ORV_DatabaseInterface::validateSpectra(GlazingData& data) {
   }
 }
 
-bool ORV_DatabaseInterface::mayDropSubstrate(const GlazingData& data,
-                                             const std::string& reason) {
+bool ORV_DatabaseInterface::mayDropSubstrate(const GlazingData& data, const std::string& reason) {
   if (ignoreSubstrate_) return true;
   if (!questions_.confirm(reason + "\n\nDo you want to save this pane (" + data.filename() +
                               ") without saving the substrate data?",

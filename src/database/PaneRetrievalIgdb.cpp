@@ -59,8 +59,8 @@ void ReadSpectralDataIGDB(GlazingData& data, store::Connection& dc) {
 /// Sets the integrated values of `data` from the row of its id. The database has one value for
 /// both directions of transmission, and no reflectance in the ultraviolet.
 void ReadPrecalcIGDB(GlazingData& data, store::Connection& dc) {
-  auto row = openSql(
-      dc, "SELECT * FROM GlazingProperties WHERE GlazingID = " + std::to_string(data.id()));
+  auto row =
+      openSql(dc, "SELECT * FROM GlazingProperties WHERE GlazingID = " + std::to_string(data.id()));
   if (row->eof()) return;
   const auto read = [&](const char* column) { return fieldToSingle(row->value(column)); };
   data.Precalc_Rfsol(read("Precalc_Rfsol"));

@@ -45,8 +45,8 @@ void readIdentity(GlazingData& data, const store::Recordset& row, const char* ke
 
 std::vector<std::int16_t> readAngles(store::Connection& dc, const std::string& keyColumn,
                                      std::int32_t paneId) {
-  auto rows = openCountedSql(dc, "SELECT * FROM Pane_integrated_data WHERE " + keyColumn + " = " +
-                                     std::to_string(paneId));
+  auto rows = openCountedSql(
+      dc, "SELECT * FROM Pane_integrated_data WHERE " + keyColumn + " = " + std::to_string(paneId));
   std::vector<std::int16_t> angles;
   for (; !rows->eof(); rows->moveNext()) angles.push_back(fieldToInteger(rows->value("angle")));
   rows->close();
@@ -90,8 +90,7 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneORV_20(
     std::int32_t Direction) const {
   RaiseUnless(Pane_id >= 1 || !PaneName.empty(), kRetrievalFailed);
   std::string statement = "Select * FROM Pane WHERE ";
-  statement +=
-      Pane_id >= 1 ? "Pane_id = " + std::to_string(Pane_id) : "name = " + quoted(PaneName);
+  statement += Pane_id >= 1 ? "Pane_id = " + std::to_string(Pane_id) : "name = " + quoted(PaneName);
   auto row = openSql(dc, statement);
   if (row->eof()) return nullptr;
 

@@ -47,6 +47,8 @@ inline RecordsetPtr openCountedSql(store::Connection& dc, const std::string& sta
 
 /// `text` between apostrophes, as it stands: a name that holds one makes the statement or
 /// criterion malformed, which the store reports.
-inline std::string quoted(const std::string& text) { return "'" + text + "'"; }
+inline std::string quoted(const std::string& text) {
+  return "'" + text + "'";
+}
 
 }  // namespace orv::database

@@ -87,8 +87,14 @@ constexpr ShadingSpectralColumn kSpectralColumns[] = {
 
 }  // namespace
 
-std::span<const ShadingColumn> shadingColumns() { return kColumns; }
-std::span<const ShadingIntegratedColumn> shadingIntegratedColumns() { return kIntegratedColumns; }
-std::span<const ShadingSpectralColumn> shadingSpectralColumns() { return kSpectralColumns; }
+std::span<const ShadingColumn> shadingColumns() {
+  return kColumns;
+}
+std::span<const ShadingIntegratedColumn> shadingIntegratedColumns() {
+  return kIntegratedColumns;
+}
+std::span<const ShadingSpectralColumn> shadingSpectralColumns() {
+  return kSpectralColumns;
+}
 
 }  // namespace orv::database

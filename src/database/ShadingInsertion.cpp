@@ -14,21 +14,23 @@ struct ShadingKeys {
   std::int32_t supplier;
 };
 
+/// The value of a column.
+struct ColumnValue {
+  const ShadingDataClass& data;
+  const ShadingKeys& keys;
+  store::Value operator()(ShadingKey key) const {
+    return key == ShadingKey::group ? keys.group : keys.supplier;
+  }
+  template <class T>
+  store::Value operator()(Property<T> ShadingDataClass::*member) const {
+    return (data.*member)();
+  }
+};
+
 void setShadingColumns(store::Recordset& row, const ShadingDataClass& data,
                        const ShadingKeys& keys) {
-  struct Writer {
-    const ShadingDataClass& data;
-    const ShadingKeys& keys;
-    store::Value operator()(ShadingKey key) const {
-      return key == ShadingKey::group ? keys.group : keys.supplier;
-    }
-    template <class T>
-    store::Value operator()(Property<T> ShadingDataClass::* member) const {
-      return (data.*member)();
-    }
-  };
   for (const ShadingColumn& column : shadingColumns()) {
-    row.setValue(column.name, std::visit(Writer{data, keys}, column.member));
+    row.setValue(column.name, std::visit(ColumnValue{data, keys}, column.member));
   }
 }
 

@@ -19,9 +19,8 @@ store::Value fieldOrNull(const store::Recordset& row, const char* name) {
   const auto found = std::find_if(fields.begin(), fields.end(), [&](const auto& field) {
     return equalIgnoringCase(field.name, name);
   });
-  return found == fields.end()
-             ? store::Value()
-             : row.value(static_cast<std::size_t>(found - fields.begin()));
+  return found == fields.end() ? store::Value()
+                               : row.value(static_cast<std::size_t>(found - fields.begin()));
 }
 
 /// Sets one property from a value that is not Null.
@@ -30,16 +29,16 @@ struct PropertyReader {
   const store::Value& value;
   store::Connection& dc;
 
-  void operator()(Property<double> ShadingDataClass::* member) const {
+  void operator()(Property<double> ShadingDataClass::*member) const {
     (data.*member)(value.toDouble());
   }
-  void operator()(Property<bool> ShadingDataClass::* member) const {
+  void operator()(Property<bool> ShadingDataClass::*member) const {
     (data.*member)(value.toBoolean());
   }
-  void operator()(Property<std::int32_t> ShadingDataClass::* member) const {
+  void operator()(Property<std::int32_t> ShadingDataClass::*member) const {
     (data.*member)(value.toLong());
   }
-  void operator()(Property<std::string> ShadingDataClass::* member) const {
+  void operator()(Property<std::string> ShadingDataClass::*member) const {
     (data.*member)(value.toText());
   }
   /// As with panes, the group in the database is not taken over.
@@ -87,10 +86,10 @@ ORV_DatabaseInterface::ShadingPtr ORV_DatabaseInterface::RetrieveShading(
     if (!value.isNull()) std::visit(PropertyReader{*data, value, dc}, column.member);
   }
   row->close();
-  data->integrated(readDetails<ShadingIntegratedData>(dc, "Shading_integrated_data_temp", Shading_id,
-                                                      "angle", shadingIntegratedColumns()));
-  data->spectrum(readDetails<ShadingSpectralPoint>(dc, "Shading_spectral_data", Shading_id, "wavelength",
-                                                   shadingSpectralColumns()));
+  data->integrated(readDetails<ShadingIntegratedData>(
+      dc, "Shading_integrated_data_temp", Shading_id, "angle", shadingIntegratedColumns()));
+  data->spectrum(readDetails<ShadingSpectralPoint>(dc, "Shading_spectral_data", Shading_id,
+                                                   "wavelength", shadingSpectralColumns()));
   return data;
 }
 

@@ -9,7 +9,9 @@ namespace {
 constexpr float kShortestNanometres = 50;
 constexpr float kLongestMicrons = 100;
 
-bool isFraction(float value) { return value >= 0 && value <= 1; }
+bool isFraction(float value) {
+  return value >= 0 && value <= 1;
+}
 
 }  // namespace
 

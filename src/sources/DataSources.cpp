@@ -38,7 +38,9 @@ DataSources::Node DataSources::Item(std::int32_t position) const {
   return nodes_[static_cast<std::size_t>(position - 1)];
 }
 
-DataSources::Node DataSources::Item(const std::string& key) const { return *position(key); }
+DataSources::Node DataSources::Item(const std::string& key) const {
+  return *position(key);
+}
 
 DataSources::Node DataSources::findByKey(const std::string& key) const {
   for (const Node& node : nodes_) {
@@ -48,8 +50,7 @@ DataSources::Node DataSources::findByKey(const std::string& key) const {
   return nullptr;
 }
 
-std::vector<DataSources::Node>::const_iterator DataSources::position(
-    const std::string& key) const {
+std::vector<DataSources::Node>::const_iterator DataSources::position(const std::string& key) const {
   const auto found = std::find_if(nodes_.begin(), nodes_.end(),
                                   [&](const Node& node) { return node->key() == key; });
   if (found == nodes_.end()) {
