@@ -5,7 +5,7 @@ namespace orv::commands {
 
 namespace {
 
-bool copyFrame(TransferWork& work, const std::string& identifier) {
+Outcome copyFrame(TransferWork& work, const std::string& identifier) {
   std::shared_ptr<FrameDataClass> frame;
   return work.attempt(
       identifier,

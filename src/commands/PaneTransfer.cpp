@@ -1,4 +1,3 @@
-#include <numeric>
 #include <vector>
 
 #include "commands/Transfer.h"
@@ -37,21 +36,18 @@ class PaneTransfer {
     work_.progress().expect(records.RecordsCount());
   }
 
-  bool copyPane(const std::string& identifier, const Angles& angles) {
-    if (angles.empty()) {
-      ++work_.result().withoutData;
-      --work_.result().copied;
-      return true;
-    }
-    bool whole = true;
+  /// A pane of which one angle fails counts as failed.
+  Outcome copyPane(const std::string& identifier, const Angles& angles) {
+    if (angles.empty()) return Outcome::withoutData;
+    Outcome outcome = Outcome::copied;
     for (const std::int16_t angle : angles) {
       if (work_.stopped()) break;
-      whole = copyAngle(identifier, angle) && whole;
+      if (copyAngle(identifier, angle) == Outcome::failed) outcome = Outcome::failed;
     }
-    return whole;
+    return outcome;
   }
 
-  bool copyAngle(const std::string& identifier, std::int16_t angle) {
+  Outcome copyAngle(const std::string& identifier, std::int16_t angle) {
     std::shared_ptr<GlazingData> pane;
     return work_.attempt(
         identifier,

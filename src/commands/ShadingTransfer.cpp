@@ -5,7 +5,7 @@ namespace orv::commands {
 
 namespace {
 
-bool copyShading(TransferWork& work, const std::string& identifier) {
+Outcome copyShading(TransferWork& work, const std::string& identifier) {
   return work.attempt(
       identifier,
       [&] {

@@ -67,6 +67,10 @@ Place placeOf(const std::string& path) {
 
 }  // namespace
 
+bool isDatabaseFile(const std::string& path) {
+  return fs::is_regular_file(path) && isDatabase(beginningOf(path));
+}
+
 SourceOpener::Node SourceOpener::openAny(const std::string& path,
                                          std::optional<TextFileKind> kind) {
   if (fs::is_directory(path)) {

@@ -14,7 +14,6 @@ using sources::DataTypeCode;
 
 namespace {
 
-constexpr const char* kIgdbPassword = "tekzil";
 constexpr const char* kGlazingQuery = "qryOptics5Grid";
 
 struct RecordSetDesign {

@@ -12,12 +12,18 @@ namespace orv::commands {
 /// What a user says that text files are.
 enum class TextFileKind { panes, shadings };
 
+/// The fixed password of the International Glazing Database.
+inline constexpr const char* kIgdbPassword = "tekzil";
+
 /// A database file of whatever kind, opened.
 struct DatabaseFile {
   std::shared_ptr<store::Connection> connection;
   /// Whether it has the password of the IGDB.
   bool withIgdbPassword = false;
 };
+
+/// Whether there is a file that begins as a database does.
+bool isDatabaseFile(const std::string& path);
 
 /// Opens any database file; where it wants a password, with that of the IGDB.
 DatabaseFile openDatabaseFile(const std::string& path);

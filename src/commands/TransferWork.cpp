@@ -27,12 +27,12 @@ bool TransferWork::stopped() {
   return result_.cancelled;
 }
 
-bool TransferWork::attempt(const std::string& identifier, const std::function<void()>& step,
-                           const std::function<std::string()>& conflict) {
+Outcome TransferWork::attempt(const std::string& identifier, const std::function<void()>& step,
+                              const std::function<std::string()>& conflict) {
   std::string description;
   try {
     step();
-    return true;
+    return Outcome::copied;
   } catch (const Error& error) {
     description = error.number() == database::kRecordExists ? conflict() : describe(error);
   } catch (const std::exception& error) {
@@ -42,13 +42,15 @@ bool TransferWork::attempt(const std::string& identifier, const std::function<vo
                       "The record " + identifier + " could not be copied: \n" + description +
                           "\nIf this is a text file, check its format.",
                       kProductName);
-  return false;
+  return Outcome::failed;
 }
 
-void TransferWork::forEachRecord(const std::function<bool(const std::string&)>& copy) {
+void TransferWork::forEachRecord(const std::function<Outcome(const std::string&)>& copy) {
   for (std::int32_t i = 1; i <= records_.RecordsCount() && !stopped(); ++i) {
-    const bool copied = copy(records_.SelectedRecordID(i));
-    if (!result_.cancelled) ++(copied ? result_.copied : result_.failed);
+    const Outcome outcome = copy(records_.SelectedRecordID(i));
+    if (outcome == Outcome::failed) ++result_.failed;
+    if (outcome == Outcome::withoutData) ++result_.withoutData;
+    if (outcome == Outcome::copied && !result_.cancelled) ++result_.copied;
     progress_.stepDone();
   }
 }

@@ -11,6 +11,9 @@
 
 namespace orv::commands {
 
+/// What became of one record.
+enum class Outcome { copied, failed, withoutData };
+
 /// One run over the records of a selection.
 class TransferWork {
  public:
@@ -33,14 +36,14 @@ class TransferWork {
   /// Whether the work has to end before its end.
   bool stopped();
 
-  /// Runs one step of the work on a record and shows an error of it; false after an error.
-  /// `conflict` words the error that the destination has the record already.
-  bool attempt(const std::string& identifier, const std::function<void()>& step,
-               const std::function<std::string()>& conflict);
+  /// Runs one step of the work on a record and shows an error of it. `conflict` words the error
+  /// that the destination has the record already.
+  Outcome attempt(const std::string& identifier, const std::function<void()>& step,
+                  const std::function<std::string()>& conflict);
 
-  /// For each record in turn, unless the work is stopped: counts it as copied when `copy`, which
-  /// gets its identifier, returns true, and as failed when it returns false.
-  void forEachRecord(const std::function<bool(const std::string&)>& copy);
+  /// Copies each record in turn, by its identifier, unless the work is stopped, and counts what
+  /// became of them.
+  void forEachRecord(const std::function<Outcome(const std::string&)>& copy);
 
  private:
   Session& session_;
