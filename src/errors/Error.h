@@ -11,12 +11,12 @@ namespace orv {
 inline constexpr std::int32_t kUserErrorBase = -2147221504;  // 0x80040000
 
 /// Standard error numbers, as the runtime of the system's files and messages has them.
-inline constexpr std::int32_t kInvalidCall = 5;        ///< invalid procedure call or argument
-inline constexpr std::int32_t kOverflow = 6;           ///< a number does not fit its type
+inline constexpr std::int32_t kInvalidCall = 5;  ///< invalid procedure call or argument
+inline constexpr std::int32_t kOverflow = 6;     ///< a number does not fit its type
 inline constexpr std::int32_t kSubscriptOutOfRange = 9;
 inline constexpr std::int32_t kTypeMismatch = 13;
 inline constexpr std::int32_t kFileNotFound = 53;
-inline constexpr std::int32_t kDeviceIo = 57;          ///< reading or writing a file failed
+inline constexpr std::int32_t kDeviceIo = 57;  ///< reading or writing a file failed
 inline constexpr std::int32_t kPermissionDenied = 70;
 inline constexpr std::int32_t kInvalidUseOfNull = 94;
 

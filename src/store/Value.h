@@ -32,6 +32,9 @@ struct Decimal {
   bool operator==(const Decimal&) const = default;
   std::string toText() const;
   double toDouble() const;
+  /// The decimal of a number in text, rounded to `scale` digits after the point. Raises
+  /// kTypeMismatch, and kOverflow for more than `precision` digits.
+  static Decimal fromText(const std::string& text, std::uint8_t precision, std::uint8_t scale);
 };
 
 /// A replication id, in the byte order of the file.
@@ -74,10 +77,10 @@ class Value {
     return std::get_if<T>(&v_);
   }
 
-  bool toBoolean() const;       ///< a number is true unless it is 0; text "True", "False" or a number
+  bool toBoolean() const;  ///< a number is true unless it is 0; text "True", "False" or a number
   std::int32_t toLong() const;  ///< rounds to the nearest whole number, halves to even
   double toDouble() const;
-  std::string toText() const;   ///< numbers in their shortest form, booleans "True" and "False"
+  std::string toText() const;  ///< numbers in their shortest form, booleans "True" and "False"
 
   bool operator==(const Value&) const = default;
 

@@ -11,13 +11,29 @@ namespace orv::store::jet {
 /// Number of a page; page 0 is the database's header. Row pointers hold three bytes of it.
 using PageNumber = std::uint32_t;
 
-/// Raises kCorruptFile: "Page 12 is damaged: <what>." The pager adds the file's name.
+/// Raises kCorruptFile, naming the page, what is wrong, and the file that a DamagedFileScope of
+/// this thread names.
 [[noreturn]] void raiseDamaged(PageNumber page, const std::string& what);
+
+/// While it lives, damage that this thread finds is reported of the file at `path` (which must
+/// outlive it). The pager's locks hold one, so that code that knows only bytes can say whose.
+class DamagedFileScope {
+ public:
+  explicit DamagedFileScope(const std::string& path);
+  ~DamagedFileScope();
+  DamagedFileScope(const DamagedFileScope&) = delete;
+  DamagedFileScope& operator=(const DamagedFileScope&) = delete;
+
+ private:
+  const std::string* outer_;
+};
 
 inline std::uint16_t load16(const std::uint8_t* p) {
   return static_cast<std::uint16_t>(p[0] | p[1] << 8);
 }
-inline std::uint32_t load24(const std::uint8_t* p) { return p[0] | p[1] << 8 | p[2] << 16; }
+inline std::uint32_t load24(const std::uint8_t* p) {
+  return p[0] | p[1] << 8 | p[2] << 16;
+}
 inline std::uint32_t load32(const std::uint8_t* p) {
   return load24(p) | static_cast<std::uint32_t>(p[3]) << 24;
 }

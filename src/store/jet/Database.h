@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "store/Schema.h"
@@ -13,6 +14,9 @@
 #include "store/jet/Table.h"
 
 namespace orv::store::jet {
+
+/// The page on which the definition of MSysObjects begins, in every file.
+inline constexpr PageNumber kCatalogPage = 2;
 
 /// One row of MSysObjects.
 struct CatalogEntry {
@@ -24,15 +28,16 @@ struct CatalogEntry {
     query = 5,
     linkedTable = 6,
     relationship = 8,
-    other = 0,
   };
   std::int32_t id = 0;  ///< for a table, the page of its definition
+  std::int32_t parentId = 0;
   std::string name;
-  Kind kind = Kind::other;
+  Kind kind = Kind::table;
   std::uint32_t flags = 0;
   RowId row{};
 
   bool isSystem() const { return (flags & 0x80000002u) != 0; }
+  bool isHiddenQuery() const { return kind == Kind::query && !name.empty() && name[0] == '~'; }
 };
 
 /// A row of MSysQueries: one part of a saved query.
@@ -44,35 +49,47 @@ struct QueryPart {
   std::string name2;
 };
 
+/// The catalogue of one file, shared by all connections of the process to it.
 class Database {
  public:
-  /// Opens `path`, rolling back what a crash left. Raises kStoreFailure, kNotAuthenticated.
+  /// Opens `path`, rolling back what a crash left, and checks the password.
+  /// Raises kStoreFailure, kCorruptFile, kNotAuthenticated.
   static std::shared_ptr<Database> open(const std::string& path, const std::string& password);
 
   Pager& pager() const { return *pager_; }
   const Format& format() const { return pager_->format(); }
+  /// "Jet 4", "ACE (Access 2007)", ...
+  std::string formatName() const;
 
-  /// The catalogue's entries, read again when the file has changed.
+  /// Grows whenever tables or queries may have changed.
+  std::uint64_t catalogVersion();
   const std::vector<CatalogEntry>& entries();
-  /// A table by name (system tables too), without regard to case. One object a table for all
-  /// connections. Raises kObjectNotFound; kNotSupported for a linked table.
+  /// The entry of a table (system, linked or plain) or query of this name, without regard to
+  /// case; null when there is none.
+  const CatalogEntry* find(std::string_view name);
+  /// A table by name (system tables too). One object a table for all connections.
+  /// Raises kObjectNotFound; kNotSupported for a linked table, naming it as such.
   std::shared_ptr<Table> table(std::string_view name);
-  /// The entry of a saved query; null when there is none of that name.
-  const CatalogEntry* findQuery(std::string_view name);
-  /// The parts of a saved query, in the order of the file's index.
+  /// The parts of a saved query, in the order in which they were saved.
   std::vector<QueryPart> queryParts(const CatalogEntry& query);
+  std::vector<RelationInfo> relations();
+
+  /// To be called after tables, indexes or queries have been made.
+  void forgetCatalog();
 
  private:
   explicit Database(std::shared_ptr<Pager> pager);
   void refreshCatalog();
+  void checkPassword(const std::string& password) const;
+  std::shared_ptr<Table> loadTable(const std::string& name, PageNumber page,
+                                   const CatalogEntry* entry);
 
   std::shared_ptr<Pager> pager_;
+  std::uint64_t epoch_ = 0;  ///< of the pager when the catalogue was read; 0: not read
   std::uint64_t catalogVersion_ = 0;
   std::vector<CatalogEntry> entries_;
-  std::unordered_map<std::string, std::shared_ptr<Table>> tables_;  ///< by case-folded name
+  std::map<std::string, std::size_t> byName_;            ///< case-folded, tables and queries
+  std::map<PageNumber, std::shared_ptr<Table>> tables_;  ///< by page of definition
 };
-
-/// Compares names as the store does, and the form of a name by which it is looked up.
-std::string foldName(std::string_view name);
 
 }  // namespace orv::store::jet

@@ -25,7 +25,7 @@ class File {
  public:
   virtual ~File() = default;
 
-  virtual std::size_t size() = 0;
+  virtual std::uint64_t size() = 0;
   /// Reads exactly `length` bytes.
   virtual void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) = 0;
   virtual void write(std::uint64_t offset, const std::uint8_t* bytes, std::size_t length) = 0;
@@ -34,11 +34,14 @@ class File {
   virtual void sync() = 0;
   virtual bool readOnly() const = 0;
   virtual FileStamp stamp() = 0;
+  /// Gives the file a time of modification that no earlier change of it had, and returns the
+  /// stamp with it: the system's own times are too coarse to tell quick changes apart.
+  virtual FileStamp touch() = 0;
 
   /// Takes a lock without waiting; false when another process holds it in the way.
   virtual bool tryLock(LockKind kind, bool exclusive) = 0;
   virtual void unlock(LockKind kind) = 0;
-  /// Who holds the lock that tryLock() was refused, for a message: "mdbtool (process 123)".
+  /// Who holds the lock that tryLock() was refused, for a message: "orv (process 123)".
   virtual std::string lockHolder(LockKind kind) = 0;
 };
 
@@ -47,18 +50,22 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
   enum class Open { existing, existingOrNew, newOnly };
-  /// Opens for reading and writing, or for reading only where writing is not allowed.
+  /// Opens for reading and writing, or, an existing file, for reading only where writing is not
+  /// allowed.
   virtual std::unique_ptr<File> open(const std::string& path, Open mode) = 0;
-  virtual bool exists(const std::string& path) = 0;
+  /// Size in bytes; -1 when there is no such file.
+  virtual std::int64_t size(const std::string& path) = 0;
   virtual void remove(const std::string& path) = 0;
   /// Makes creations and removals in the folder of `path` durable.
   virtual void syncFolder(const std::string& path) = 0;
-  /// The same text for every name of one file.
+  /// The same text for every name of one file. Raises kStoreFailure when there is none.
   virtual std::string identity(const std::string& path) = 0;
 
   /// The one in use: the operating system's, unless a test has set another.
   static FileSystem& current();
+  /// Puts another in use, or with null the operating system's again.
   static void setCurrent(FileSystem* fileSystem);
+  static FileSystem& system();
 };
 
 }  // namespace orv::store::jet

@@ -22,8 +22,8 @@ enum class PageType : std::uint8_t {
 /// Order in which text compares in an index: a language and a version of its rules.
 struct SortOrder {
   std::uint16_t language = 1033;  ///< 1033 (0x409): "General"
-  std::uint8_t version = 0;       ///< 0: as up to Access 2007; 1: as from Access 2010; Jet 3 has none
-  bool jet3 = false;              ///< Jet 3's own table of codes
+  std::uint8_t version = 0;  ///< 0: as up to Access 2007; 1: as from Access 2010; Jet 3 has none
+  bool jet3 = false;         ///< Jet 3's own table of codes
   bool operator==(const SortOrder&) const = default;
 };
 
@@ -56,9 +56,10 @@ struct Format {
   // Table definition: header, then blocks for indexes and columns, names, and long values.
   struct {
     std::size_t freeSpace, nextPage, pageHeader;  ///< of each page of the definition
-    std::size_t length, rowCount, autoNumber, autoNumberFlag, tableType, maxColumns, variableColumns,
-        columnCount, indexCount, realIndexCount, ownedPages, freePages, headerSize;
-    std::size_t realIndexEntry, realIndexRowCount;  ///< size of a counter block; offset of the count
+    std::size_t length, rowCount, autoNumber, autoNumberFlag, tableType, maxColumns,
+        variableColumns, columnCount, indexCount, realIndexCount, ownedPages, freePages, headerSize;
+    std::size_t realIndexEntry,
+        realIndexRowCount;  ///< size of a counter block; offset of the count
     std::size_t nameLengthSize;
   } definition;
 
@@ -84,8 +85,8 @@ struct Format {
   std::size_t maxInlineLongValue;  ///< bytes of a memo or picture kept inside the row
 
   // Usage maps.
-  std::size_t inlineMapBytes;      ///< bitmap bytes of a map kept in a row
-  std::size_t maxFileSize;         ///< bytes
+  std::size_t inlineMapBytes;  ///< bitmap bytes of a map kept in a row
+  std::size_t maxFileSize;     ///< bytes
 };
 
 extern const Format kJet3;

@@ -1,50 +1,34 @@
 // The B-tree of one index.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "store/Value.h"
+#include "store/jet/IndexCursor.h"
+#include "store/jet/IndexPage.h"
 #include "store/jet/Pager.h"
 #include "store/jet/RowId.h"
 #include "store/jet/TableDefinition.h"
 
 namespace orv::store::jet {
 
-/// Goes through the entries of an index in the order of their keys.
-class IndexCursor {
- public:
-  explicit IndexCursor(Pager& pager) : pager_(&pager) {}
-
-  /// Goes to the next entry (or the previous one); false past the last (first) one.
-  bool next();
-  bool previous();
-  /// Key bytes of the current entry, without the row pointer.
-  std::span<const std::uint8_t> key() const;
-  RowId rowId() const;
-
- private:
-  friend class IndexTree;
-  // Position: a leaf and an entry on it, or before the first entry. The layout of what is kept
-  // here belongs to the implementation.
-  Pager* pager_;
-  PageRef leaf_;
-  std::vector<std::uint8_t> entry_;
-  std::size_t at_ = 0;
-  bool started_ = false;
-};
-
 /// Entries of key bytes and row pointers in a B-tree of pages with shared prefixes, as the file
 /// format has them. Duplicate keys are told apart by their row pointers. Changes need a
-/// transaction of the pager.
+/// transaction of the pager. All raise kCorruptFile where pages of the index are malformed.
+///
+/// The root stays on its page, which the table's definition names. A node has an entry for each
+/// of its children, equal to the last entry below it; for its last child it usually has a tail
+/// pointer instead, so that adding at the end of an index changes nothing but the last leaf.
 class IndexTree {
  public:
   /// The tree of `index`; `table` is the page of the table's definition, which owns its pages.
   IndexTree(Pager& pager, const RealIndex& index, PageNumber table);
 
-  /// Adds an entry. Splits pages as needed; the root stays on its page.
+  /// Adds an entry; one that is there already is left alone. Raises kNotSupported when the key
+  /// is too long for a page.
   void insert(std::span<const std::uint8_t> key, RowId row);
   /// Removes an entry; false when there is none. Pages that become empty are freed.
   bool erase(std::span<const std::uint8_t> key, RowId row);
@@ -64,6 +48,35 @@ class IndexTree {
   static void initializeRoot(Pager& pager, PageNumber page, PageNumber table);
 
  private:
+  struct Step {
+    PageNumber page = 0;
+    std::size_t at = 0;  ///< in a node, the entry of the child, or their number for the tail
+  };
+  /// The way from the root to a leaf.
+  struct Path {
+    std::array<Step, kMaxIndexDepth + 1> steps{};
+    std::size_t depth = 0;  ///< level of the leaf in `steps`
+    bool found = false;     ///< whether the leaf has exactly the entry
+  };
+
+  StoredIndexPage load(PageNumber page) const { return {pager_, page, table_}; }
+  Path descend(std::span<const std::uint8_t> entry, bool widen);
+  void widenLast(PageNumber node, std::span<const std::uint8_t> entry);
+
+  void place(Path& path, std::size_t level, std::span<const std::uint8_t> entry);
+  Bytes split(Path& path, std::size_t level, std::span<const std::uint8_t> entry);
+  void pushRootDown(Path& path);
+  PageNumber addPageBefore(PageNumber page, std::uint8_t level);
+  void partNodes(PageNumber left, PageNumber right);
+
+  void removePage(const Path& path);
+  void unlink(PageNumber page);
+  bool removeChild(PageNumber node, std::size_t at);
+  void restoreSeparators(Bytes last);
+  std::optional<std::size_t> staleSeparator(const Path& path,
+                                            std::span<const std::uint8_t> last) const;
+  Bytes lastEntryBelow(PageNumber page) const;
+
   Pager& pager_;
   const RealIndex& index_;
   PageNumber table_;

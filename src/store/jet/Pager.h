@@ -1,16 +1,19 @@
-// Pages of one file: cache, locks, journal.
+// Pages of one file: cache, locks, atomic and durable commits.
 #pragma once
 
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "store/Value.h"
 #include "store/jet/Bytes.h"
 #include "store/jet/File.h"
 #include "store/jet/Format.h"
+#include "store/jet/Journal.h"
 
 namespace orv::store::jet {
 
@@ -40,52 +43,59 @@ class PageRef {
 /// and durably: the pages' former contents are in a journal beside the file, on the disk, before
 /// the first of them is overwritten.
 ///
-/// Raises kStoreFailure for failed input or output, kCorruptFile for a page that the file does
-/// not have, kReadOnlyStore for a change where none is possible, kDatabaseFull for growth past
-/// the format's limit. All descriptions name the file.
+/// Raises kStoreFailure for failed input or output and for a file locked by another program,
+/// kCorruptFile for a page that the file does not have, kReadOnlyStore for a change where none is
+/// possible, kDatabaseFull for growth past the format's limit. All descriptions name the file.
 class Pager {
  public:
   /// The pager of the file at `path`, shared with everyone in the process who has it open.
   static std::shared_ptr<Pager> open(const std::string& path);
-  /// Writes a new file of `pages` (each of the format's page size, all bytes in order).
+  /// Writes a new file with this content, whole or not at all; raises kStoreFailure where a file
+  /// stands already.
   static void createFile(const std::string& path, const Bytes& content);
 
-  explicit Pager(std::unique_ptr<File> file, std::string path);
   ~Pager();
   Pager(const Pager&) = delete;
   Pager& operator=(const Pager&) = delete;
 
   const std::string& path() const { return path_; }
   const Format& format() const { return *format_; }
+  /// 0 Jet 3, 1 Jet 4, 2 and above `.accdb`.
   int engineVersion() const { return engineVersion_; }
-  bool readOnly() const;
+  bool readOnly() const { return file_->readOnly() || !writableFormat(); }
   PageNumber pageCount() const { return pageCount_; }
+  /// The header page, its hidden part decoded.
+  const Bytes& header() const { return header_; }
 
-  /// Grows with every commit of this process and with every change by another program that was
-  /// noticed: whoever keeps something derived from pages compares it.
+  /// Grows with every commit and rollback, and with every change by another program that was
+  /// noticed: whoever keeps something derived from rows compares it.
   std::uint64_t version() const { return version_; }
+  /// Grows when what was read before may be void: after a rollback or a change by another
+  /// program. Whoever keeps something that only this process changes compares it.
+  std::uint64_t epoch() const { return epoch_; }
 
   PageRef read(PageNumber page);
 
   /// The bytes of a page, to be changed; only within a transaction. Valid until the next call of
-  /// modify() or append(), commit or rollback.
+  /// modify() for the same page after a read() of it, commit or rollback.
   std::uint8_t* modify(PageNumber page);
   /// Adds a zeroed page at the end of the file.
   PageNumber append();
 
   bool inTransaction() const { return transactionDepth_ > 0; }
 
-  /// Shows who reads: while one lives, no other process changes the file. Taking the first one
-  /// looks whether another program has changed the file, and forgets cached pages if so.
+  /// While one lives, no other process changes the file. Taking the first one looks whether
+  /// another program has changed the file, and forgets cached pages if so.
   class ReadLock {
    public:
-    explicit ReadLock(Pager& pager) : pager_(pager) { pager_.acquireRead(); }
+    explicit ReadLock(Pager& pager) : pager_(pager), scope_(pager.path_) { pager_.acquireRead(); }
     ~ReadLock() { pager_.releaseRead(); }
     ReadLock(const ReadLock&) = delete;
     ReadLock& operator=(const ReadLock&) = delete;
 
    private:
     Pager& pager_;
+    DamagedFileScope scope_;
   };
 
   /// While one lives, no other process can begin to write. Waits briefly for another writer,
@@ -103,44 +113,59 @@ class Pager {
 
  private:
   friend class Transaction;
+  using PageBytes = std::shared_ptr<std::uint8_t[]>;
   struct Frame {
-    std::shared_ptr<std::uint8_t[]> bytes;
+    PageBytes bytes;
     std::list<PageNumber>::iterator age;
   };
+
+  Pager(std::unique_ptr<File> file, std::string path);
 
   void acquireRead();
   void releaseRead();
   void acquireWrite();
   void releaseWrite();
+  void lockOrExplain(LockKind kind, bool exclusive);
   void begin();
   void commit();
   void rollback();
 
-  void loadHeader();
-  void recoverIfNeeded();
+  bool writableFormat() const { return format_->writable && engineVersion_ <= 1; }
+  void readHeader();
+  void countPages();
+  void recoverFromJournal();
   void noticeForeignChange();
-  std::shared_ptr<std::uint8_t[]> load(PageNumber page);
-  void evict();
+  void forgetPages();
+  PageBytes load(PageNumber page);
+  void encode(PageNumber page, std::uint8_t* bytes) const;
+  void remember(PageNumber page, PageBytes bytes);
+  void writeDirtyPages();
 
   std::string path_;
   std::unique_ptr<File> file_;
   const Format* format_ = nullptr;
   int engineVersion_ = 0;
+  std::uint32_t encodingKey_ = 0;  ///< 0: pages are not encoded
+  Bytes header_;
+  std::optional<Journal> journal_;
   PageNumber pageCount_ = 0;
   std::uint64_t version_ = 1;
+  std::uint64_t epoch_ = 1;
   FileStamp stamp_;
 
   std::unordered_map<PageNumber, Frame> cache_;
-  std::list<PageNumber> ages_;  ///< least recently loaded first
-  std::unordered_map<PageNumber, std::shared_ptr<std::uint8_t[]>> dirty_;
+  std::list<PageNumber> ages_;  ///< of cached pages, least recently used first
+  std::unordered_map<PageNumber, PageBytes> dirty_;
   PageNumber committedPageCount_ = 0;
   int transactionDepth_ = 0;
+  bool doomed_ = false;  ///< an inner transaction was undone: the outer one cannot commit
   int readers_ = 0;
   int writers_ = 0;
 };
 
 /// All changes made while it lives, committed together by commit() and undone when it is
-/// destroyed without. A transaction begun within another joins it: only the outermost commits.
+/// destroyed without. A transaction begun within another joins it: only the outermost commits,
+/// and one that is undone within it dooms the outer one too.
 class Transaction {
  public:
   explicit Transaction(Pager& pager);

@@ -28,9 +28,12 @@ class RowView {
   /// The value of a column; long values are read whole.
   Value value(const Column& column) const;
 
-  std::span<const std::uint8_t> raw() const { return {data_, length_}; }
+  /// Whether this stands for a row at all.
+  explicit operator bool() const { return data_ != nullptr; }
 
  private:
+  std::size_t variableOffset(std::size_t index) const;
+
   Pager* pager_ = nullptr;
   const TableDefinition* definition_ = nullptr;
   PageRef page_;
@@ -39,11 +42,14 @@ class RowView {
   std::uint16_t columnCount_ = 0;
   std::uint16_t variableCount_ = 0;
   const std::uint8_t* nullMask_ = nullptr;
-  std::size_t fixedEnd_ = 0;  ///< where variable data or, without any, the null mask begins
+  std::size_t fixedEnd_ = 0;  ///< where fixed and variable data end
 };
 
 /// The value that `bytes` (not of a long value) stand for in `column`.
-Value decodeValue(const Format& format, const Column& column, std::span<const std::uint8_t> bytes,
+Value decodeValue(const Pager& pager, const Column& column, std::span<const std::uint8_t> bytes,
                   PageNumber page);
+
+/// Text as the file's format has it.
+std::string decodeText(const Pager& pager, std::span<const std::uint8_t> bytes);
 
 }  // namespace orv::store::jet

@@ -11,6 +11,7 @@
 #include "store/jet/IndexTree.h"
 #include "store/jet/Pager.h"
 #include "store/jet/Row.h"
+#include "store/jet/RowSpace.h"
 #include "store/jet/TableDefinition.h"
 
 namespace orv::store::jet {
@@ -28,7 +29,7 @@ class TableScan {
  private:
   bool nextPage();
 
-  Pager& pager_;
+  Pager* pager_;
   std::shared_ptr<const TableDefinition> definition_;
   PageNumber nextPage_ = 0;
   PageRef page_;
@@ -67,6 +68,16 @@ class Table {
   void erase(RowId id);
 
  private:
+  std::int32_t lastAutoNumber() const;
+  void addToCount(std::size_t offset, std::int32_t change);
+  std::vector<Value> fit(std::span<const Value> values) const;
+  RowSpace rowSpace() const;
+  void refuseDuplicate(const RealIndex& index, std::span<const Value> values) const;
+  std::string describeIndex(const RealIndex& index) const;
+  void insertEntry(const RealIndex& index, std::span<const Value> values, RowId id);
+  void eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id);
+  void writeContent(RowId home, RowId content, const Bytes& row);
+
   std::shared_ptr<Pager> pager_;
   std::shared_ptr<const TableDefinition> definition_;
   std::int32_t reserved_ = 0;

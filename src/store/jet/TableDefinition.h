@@ -42,6 +42,9 @@ struct Column {
   bool isLongValue() const { return type == ColumnType::memo || type == ColumnType::ole; }
 };
 
+/// What users of the store are told of a column.
+ColumnInfo describe(const Column& column);
+
 struct IndexColumn {
   std::size_t column = 0;  ///< position in TableDefinition::columns
   bool ascending = true;
@@ -75,14 +78,14 @@ struct LogicalIndex {
 
 struct TableDefinition {
   std::string name;
-  PageNumber page = 0;                    ///< first page of the definition
-  std::vector<PageNumber> morePages;      ///< the others, in order
+  PageNumber page = 0;                ///< first page of the definition
+  std::vector<PageNumber> morePages;  ///< the others, in order
   bool systemTable = false;
-  std::uint16_t maxColumns = 0;           ///< columns that a new row has, deleted ones included
+  std::uint16_t maxColumns = 0;  ///< columns that a new row has, deleted ones included
   std::uint16_t variableColumns = 0;
   RowId ownedPages{};
   RowId freePages{};
-  std::vector<Column> columns;            ///< in the order of their numbers
+  std::vector<Column> columns;  ///< in the order of their numbers
   std::vector<RealIndex> realIndexes;
   std::vector<LogicalIndex> logicalIndexes;
 

@@ -1,0 +1,3 @@
+#include "store/Connection.h"
+
+namespace orv::store {}

@@ -1,0 +1,335 @@
+#include "store/TableRecordset.h"
+
+#include <algorithm>
+
+#include "errors/Error.h"
+#include "store/Criterion.h"
+#include "store/DefaultValue.h"
+#include "store/StoreError.h"
+#include "store/jet/IndexKey.h"
+
+namespace orv::store {
+namespace {
+
+std::vector<ColumnInfo> describe(const jet::TableDefinition& definition) {
+  std::vector<ColumnInfo> columns;
+  for (const jet::Column& column : definition.columns) {
+    columns.push_back(jet::describe(column));
+  }
+  return columns;
+}
+
+}  // namespace
+
+TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, LockType lock)
+    : RecordsetBase(describe(table->definition())), table_(table), lock_(lock), rows_(table) {
+  standOn(0);
+}
+
+TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows,
+                               LockType lock)
+    : RecordsetBase(describe(table->definition())),
+      table_(table),
+      lock_(lock),
+      rows_(table, std::move(rows)) {
+  standOn(0);
+}
+
+// Visiting ----------------------------------------------------------------------------------
+
+void TableRecordset::standOn(std::size_t position) {
+  position_ = position;
+  beforeFirst_ = false;
+  row_.reset();
+  while (const auto id = rows_.at(position_)) {
+    if (auto row = table_->row(*id)) {
+      rowId_ = *id;
+      row_ = std::move(row);
+      atEnd_ = false;
+      return;
+    }
+    rows_.remove(position_);
+  }
+  atEnd_ = true;
+}
+
+bool TableRecordset::eof() const {
+  needOpen();
+  return atEnd_ && !(edit_ && edit_->isNew);
+}
+
+bool TableRecordset::bof() const {
+  needOpen();
+  return beforeFirst_ || (atEnd_ && position_ == 0);
+}
+
+void TableRecordset::moveLast() {
+  needOpen();
+  saveEdit();
+  const std::size_t last = std::max<std::size_t>(rows_.count(), 1) - 1;
+  standOn(last);
+  // Rows that were counted may turn out to be deleted.
+  for (std::size_t at = last; atEnd_ && at-- > 0;) {
+    standOn(at);
+  }
+}
+
+void TableRecordset::moveNext() {
+  needOpen();
+  saveEdit();
+  if (atEnd_) {
+    raiseNoCurrentRecord();
+  }
+  // After a deletion the next row has taken the position.
+  standOn(row_ ? position_ + 1 : position_);
+}
+
+void TableRecordset::movePrevious() {
+  needOpen();
+  saveEdit();
+  if (beforeFirst_) {
+    raiseNoCurrentRecord();
+  }
+  if (position_ == 0) {
+    row_.reset();
+    beforeFirst_ = true;
+    return;
+  }
+  standOn(position_ - 1);
+}
+
+std::int64_t TableRecordset::recordCount() {
+  needOpen();
+  const auto added = std::count_if(pending_.begin(), pending_.end(), [](const Pending& change) {
+    return change.kind == Pending::Kind::insert;
+  });
+  return static_cast<std::int64_t>(rows_.count()) + added;
+}
+
+std::int64_t TableRecordset::position() const {
+  return static_cast<std::int64_t>(position_);
+}
+
+void TableRecordset::moveTo(std::int64_t position) {
+  needOpen();
+  saveEdit();
+  standOn(static_cast<std::size_t>(std::max<std::int64_t>(position, 0)));
+}
+
+Value TableRecordset::value(std::size_t field) const {
+  needOpen();
+  needField(field);
+  if (edit_) {
+    return edit_->values[field];
+  }
+  if (!row_) {
+    raiseNoCurrentRecord();
+  }
+  return row_->value(table_->definition().columns[field]);
+}
+
+std::vector<Value> TableRecordset::currentValues() const {
+  if (!row_) {
+    raiseNoCurrentRecord();
+  }
+  std::vector<Value> values;
+  for (const jet::Column& column : table_->definition().columns) {
+    values.push_back(row_->value(column));
+  }
+  return values;
+}
+
+// Searching ---------------------------------------------------------------------------------
+
+std::optional<std::size_t> TableRecordset::indexFor(std::size_t field) const {
+  for (const jet::RealIndex& index : table_->definition().realIndexes) {
+    if (!index.columns.empty() && index.columns.front().column == field && !index.ignoreNulls) {
+      return index.number;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<jet::RowId> TableRecordset::firstInIndex(std::size_t index,
+                                                       const Criterion& criterion,
+                                                       std::size_t field, jet::RowId from) const {
+  const jet::Column& column = table_->definition().columns[field];
+  const bool ascending = table_->definition().realIndexes[index].columns.front().ascending;
+  Bytes key;
+  jet::appendKey(key, column, criterion.value, ascending);
+  std::optional<jet::RowId> first;
+  jet::Pager::ReadLock lock(table_->pager());
+  for (jet::IndexCursor cursor = table_->index(index).lowerBound(key); cursor.next();) {
+    const auto entry = cursor.key();
+    if (entry.size() < key.size() || !std::equal(key.begin(), key.end(), entry.begin())) {
+      break;
+    }
+    const jet::RowId id = cursor.rowId();
+    if (id < from || (first && *first < id)) {
+      continue;
+    }
+    const auto row = table_->row(id);
+    if (row && criterion.isMetBy(row->value(column))) {
+      first = id;
+    }
+  }
+  return first;
+}
+
+void TableRecordset::find(std::string_view text) {
+  needOpen();
+  saveEdit();
+  const Criterion parsed = Criterion::parse(text);
+  const std::size_t field = fieldIndex(parsed.column);
+  const Criterion criterion = parsed.forColumn(fields()[field]);
+  const auto index = indexFor(field);
+  const bool canUseIndex = index && rows_.isWholeTable() && !criterion.value.isNull() &&
+                           criterion.op == Criterion::Operator::equal && !atEnd_ && row_;
+  if (!canUseIndex) {
+    return RecordsetBase::find(text);
+  }
+  const auto found = firstInIndex(*index, criterion, field, rowId_);
+  found ? standOn(rows_.positionOf(*found)) : standOn(rows_.count());
+}
+
+// Changing ----------------------------------------------------------------------------------
+
+void TableRecordset::needUpdatable() const {
+  needOpen();
+  if (lock_ == LockType::readOnly) {
+    throw Error(kReadOnlyStore,
+                "The record set over table '" + table_->name() + "' was opened for reading only.");
+  }
+}
+
+void TableRecordset::setValue(std::size_t field, Value value) {
+  needUpdatable();
+  needField(field);
+  if (!edit_) {
+    edit_ = Edit{currentValues(), false};
+  }
+  edit_->values[field] = std::move(value);
+}
+
+void TableRecordset::addNew() {
+  needUpdatable();
+  saveEdit();
+  Edit edit{{}, true};
+  for (const jet::Column& column : table_->definition().columns) {
+    if (column.autoNumber) {
+      if (!numberLock_) {
+        numberLock_.emplace(table_->pager());
+      }
+      edit.values.emplace_back(table_->reserveAutoNumber());
+    } else if (column.defaultValue) {
+      edit.values.push_back(evaluateDefault(*column.defaultValue, column.type));
+    } else {
+      edit.values.push_back(column.type == ColumnType::boolean ? Value(false) : Value());
+    }
+  }
+  edit_ = std::move(edit);
+}
+
+void TableRecordset::saveEdit() {
+  if (edit_) {
+    update();
+  }
+}
+
+void TableRecordset::update() {
+  needUpdatable();
+  if (!edit_) {
+    return;
+  }
+  // What is being edited is only let go when it has been saved: after a failure the caller can
+  // mend it, or give it up by cancelUpdate() or deleteRow().
+  Pending change{edit_->isNew ? Pending::Kind::insert : Pending::Kind::update, rowId_,
+                 edit_->values};
+  if (lock_ == LockType::batchOptimistic) {
+    pending_.push_back(std::move(change));
+    edit_.reset();
+    return;
+  }
+  const jet::RowId saved = commit({change});
+  edit_.reset();
+  numberLock_.reset();
+  standOn(rows_.positionOf(saved));
+}
+
+void TableRecordset::updateBatch() {
+  needUpdatable();
+  saveEdit();
+  const jet::RowId saved = commit(pending_);
+  pending_.clear();
+  numberLock_.reset();
+  standOn(rows_.positionOf(saved));
+}
+
+jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
+  jet::RowId last = rowId_;
+  std::vector<jet::RowId> added;
+  {
+    jet::Transaction transaction(table_->pager());
+    for (const Pending& change : changes) {
+      last = apply(change);
+      if (change.kind == Pending::Kind::insert) {
+        added.push_back(last);
+      }
+    }
+    transaction.commit();
+  }
+  for (jet::RowId row : added) {
+    rows_.add(row);
+  }
+  return last;
+}
+
+jet::RowId TableRecordset::apply(const Pending& change) {
+  switch (change.kind) {
+    case Pending::Kind::insert:
+      return table_->insert(change.values);
+    case Pending::Kind::update:
+      table_->update(change.row, change.values);
+      break;
+    case Pending::Kind::erase:
+      table_->erase(change.row);
+      break;
+  }
+  return change.row;
+}
+
+void TableRecordset::cancelUpdate() {
+  needOpen();
+  edit_.reset();
+  if (pending_.empty()) {
+    numberLock_.reset();
+  }
+}
+
+void TableRecordset::deleteRow() {
+  needUpdatable();
+  if (edit_ && edit_->isNew) {
+    return cancelUpdate();
+  }
+  edit_.reset();
+  if (!row_) {
+    raiseNoCurrentRecord();
+  }
+  if (lock_ == LockType::batchOptimistic) {
+    pending_.push_back({Pending::Kind::erase, rowId_, {}});
+  } else {
+    table_->erase(rowId_);
+  }
+  rows_.remove(position_);
+  row_.reset();
+}
+
+void TableRecordset::close() {
+  RecordsetBase::close();
+  edit_.reset();
+  pending_.clear();
+  numberLock_.reset();
+  row_.reset();
+}
+
+}  // namespace orv::store

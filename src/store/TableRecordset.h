@@ -1,0 +1,81 @@
+// A record set whose rows are those of one table.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "store/RecordsetBase.h"
+#include "store/TableRows.h"
+#include "store/jet/Table.h"
+
+namespace orv::store {
+
+/// Rows of one table: all, or those that a statement selected. Values are read when a row is
+/// visited; a row that was deleted meanwhile is passed over.
+class TableRecordset final : public RecordsetBase {
+ public:
+  TableRecordset(std::shared_ptr<jet::Table> table, LockType lock);
+  TableRecordset(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows, LockType lock);
+  ~TableRecordset() override = default;
+
+  bool eof() const override;
+  bool bof() const override;
+  void moveFirst() override { moveTo(0); }
+  void moveLast() override;
+  void moveNext() override;
+  void movePrevious() override;
+  std::int64_t recordCount() override;
+  std::int64_t position() const override;
+  void moveTo(std::int64_t position) override;
+  void find(std::string_view criterion) override;
+
+  using Recordset::setValue;
+  using Recordset::value;
+  Value value(std::size_t field) const override;
+  void setValue(std::size_t field, Value value) override;
+  void addNew() override;
+  void update() override;
+  void updateBatch() override;
+  void cancelUpdate() override;
+  void deleteRow() override;
+  void close() override;
+
+ private:
+  /// The row that is being added or changed.
+  struct Edit {
+    std::vector<Value> values;
+    bool isNew;
+  };
+  /// A change kept aside for updateBatch().
+  struct Pending {
+    enum class Kind { insert, update, erase } kind;
+    jet::RowId row{};
+    std::vector<Value> values{};
+  };
+
+  void standOn(std::size_t position);
+  void saveEdit();
+  void needUpdatable() const;
+  std::vector<Value> currentValues() const;
+  std::optional<std::size_t> indexFor(std::size_t field) const;
+  std::optional<jet::RowId> firstInIndex(std::size_t index, const struct Criterion& criterion,
+                                         std::size_t field, jet::RowId from) const;
+  jet::RowId commit(const std::vector<Pending>& changes);
+  jet::RowId apply(const Pending& change);
+
+  std::shared_ptr<jet::Table> table_;
+  LockType lock_;
+  TableRows rows_;
+  std::size_t position_ = 0;
+  jet::RowId rowId_{};
+  std::optional<jet::RowView> row_;  ///< the current row; none at the end and after a deletion
+  bool atEnd_ = true;
+  bool beforeFirst_ = false;
+  std::optional<Edit> edit_;
+  std::vector<Pending> pending_;
+  /// Keeps other processes from taking the autonumber that a new row has been given.
+  std::optional<jet::Pager::WriteLock> numberLock_;
+};
+
+}  // namespace orv::store

@@ -1,0 +1,65 @@
+#include "store/TableRows.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace orv::store {
+
+TableRows::TableRows(std::shared_ptr<jet::Table> table)
+    : table_(std::move(table)), whole_(true), scan_(table_->scan()) {}
+
+TableRows::TableRows(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows)
+    : table_(std::move(table)), whole_(false), known_(std::move(rows)) {}
+
+void TableRows::readTo(std::size_t position) {
+  while (scan_ && known_.size() <= position) {
+    if (!scan_->next()) {
+      scan_.reset();
+    } else if (known_.empty() || known_.back() < scan_->rowId()) {
+      known_.push_back(scan_->rowId());
+    }
+  }
+}
+
+std::optional<jet::RowId> TableRows::at(std::size_t position) {
+  readTo(position);
+  return position < known_.size() ? std::optional(known_[position]) : std::nullopt;
+}
+
+std::size_t TableRows::positionOf(jet::RowId row) {
+  if (!whole_) {
+    return static_cast<std::size_t>(std::find(known_.begin(), known_.end(), row) - known_.begin());
+  }
+  while (scan_ && (known_.empty() || known_.back() < row)) {
+    readTo(known_.size());
+  }
+  return static_cast<std::size_t>(std::lower_bound(known_.begin(), known_.end(), row) -
+                                  known_.begin());
+}
+
+std::size_t TableRows::count() {
+  if (whole_ && scan_) {
+    return table_->rowCount();
+  }
+  return known_.size();
+}
+
+void TableRows::add(jet::RowId row) {
+  if (!whole_) {
+    known_.push_back(row);
+    return;
+  }
+  const auto place = std::lower_bound(known_.begin(), known_.end(), row);
+  // What lies beyond the rows read so far will be come upon in its turn.
+  if ((place != known_.end() && *place != row) || (place == known_.end() && !scan_)) {
+    known_.insert(place, row);
+  }
+}
+
+void TableRows::remove(std::size_t position) {
+  if (position < known_.size()) {
+    known_.erase(known_.begin() + static_cast<std::ptrdiff_t>(position));
+  }
+}
+
+}  // namespace orv::store

@@ -1,0 +1,41 @@
+// The rows of a table in their order, visited as needed.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "store/jet/Table.h"
+
+namespace orv::store {
+
+/// All rows of a table, or a given list of them, by position. Positions are only worked out as
+/// far as somebody asks; the rows of a table stand in the order of their places in the file.
+class TableRows {
+ public:
+  explicit TableRows(std::shared_ptr<jet::Table> table);
+  TableRows(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows);
+
+  /// The row at a position; none past the end.
+  std::optional<jet::RowId> at(std::size_t position);
+  /// The position of a row that is in the list.
+  std::size_t positionOf(jet::RowId row);
+  /// Whether all rows of the table are in it.
+  bool isWholeTable() const { return whole_; }
+  /// Number of rows.
+  std::size_t count();
+  /// Takes in a row that has been added to the table, at its place (or at the end of a list).
+  void add(jet::RowId row);
+  void remove(std::size_t position);
+
+ private:
+  void readTo(std::size_t position);
+
+  std::shared_ptr<jet::Table> table_;
+  bool whole_;
+  std::optional<jet::TableScan> scan_;  ///< stands on the last of `known_`; none at the end
+  std::vector<jet::RowId> known_;
+};
+
+}  // namespace orv::store

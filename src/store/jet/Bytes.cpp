@@ -1,0 +1,27 @@
+#include "store/jet/Bytes.h"
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+
+namespace orv::store::jet {
+
+namespace {
+thread_local const std::string* damagedFile = nullptr;
+}
+
+DamagedFileScope::DamagedFileScope(const std::string& path) : outer_(damagedFile) {
+  damagedFile = &path;
+}
+
+DamagedFileScope::~DamagedFileScope() {
+  damagedFile = outer_;
+}
+
+void raiseDamaged(PageNumber page, const std::string& what) {
+  const std::string file = damagedFile != nullptr ? "'" + *damagedFile + "'" : "The database file";
+  throw Error(kCorruptFile, file + " is damaged at page " + std::to_string(page) + ": " + what +
+                                ". Check the file to see what is affected, and work with a copy "
+                                "from before the damage.");
+}
+
+}  // namespace orv::store::jet

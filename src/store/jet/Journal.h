@@ -1,0 +1,53 @@
+// The rollback journal: what pages held before they are overwritten.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "store/jet/Bytes.h"
+#include "store/jet/File.h"
+
+namespace orv::store::jet {
+
+/// A file beside the database ("NAME.mdb-journal") that holds the former contents of the pages
+/// that a commit overwrites. It is complete and on the disk before the first page is overwritten,
+/// and emptied after the last one is on the disk. A journal found complete is of a commit that a
+/// crash cut short: writing its pages back undoes that commit. One found incomplete is of a
+/// commit that had not begun to overwrite: it is dropped.
+///
+/// Layout: 8 bytes of magic, u32 page size, u32 page count of the file before, u32 number of
+/// records, u32 of zero, u64 checksum of all that follows and precedes; then per record u32 page
+/// number and the page. Little-endian.
+class Journal {
+ public:
+  Journal(std::string databasePath, std::size_t pageSize);
+  /// Removes the journal's file when it is empty.
+  ~Journal();
+
+  struct Record {
+    PageNumber page;
+    const std::uint8_t* bytes;
+  };
+
+  /// Writes a complete journal and waits until it is on the disk.
+  void write(PageNumber pageCount, const std::vector<Record>& records);
+  /// Empties the journal; when this returns the commit cannot be undone any more.
+  void clear();
+
+  /// Whether there is a journal with content.
+  bool isPresent() const;
+  /// Writes the pages of a complete journal back to `database`, cuts it to its former size and
+  /// empties the journal.
+  void rollBack(File& database);
+
+ private:
+  File& file();
+
+  std::string path_;
+  std::size_t pageSize_;
+  std::unique_ptr<File> file_;
+};
+
+}  // namespace orv::store::jet

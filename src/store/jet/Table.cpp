@@ -1,0 +1,309 @@
+#include "store/jet/Table.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/DataPage.h"
+#include "store/jet/IndexKey.h"
+#include "store/jet/LongValue.h"
+#include "store/jet/RowEncoder.h"
+#include "store/jet/RowSpace.h"
+#include "store/jet/UsageMap.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr int kMostPointers = 16;  // from one place of a row to the next
+
+/// Where the content of a row is: its own place, or where the pointer there leads.
+std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
+  for (int hops = 0; hops < kMostPointers; ++hops) {
+    const PageRef page = pager.read(id.page);
+    const DataPage data(pager.format(), page.view());
+    if (data.owner() != owner) {
+      raiseDamaged(id.page, "a row pointer of one table leads to another's page");
+    }
+    if (id.row >= data.rowCount()) {
+      return std::nullopt;
+    }
+    const Slot slot = data.slot(id.row);
+    if (slot.kind == SlotKind::pointer) {
+      id = RowId::fromPointer(page.view().u32(slot.offset));
+    } else if (slot.kind == SlotKind::dead || (slot.kind == SlotKind::hidden && hops == 0)) {
+      return std::nullopt;
+    } else {
+      return id;
+    }
+  }
+  raiseDamaged(id.page, "the pointers of a row form a loop");
+}
+
+RowView viewAt(Pager& pager, const TableDefinition& definition, RowId content) {
+  PageRef page = pager.read(content.page);
+  const Slot slot = DataPage(pager.format(), page.view()).slot(content.row);
+  return {pager, definition, std::move(page), slot.offset, slot.length};
+}
+
+std::vector<Value> valuesOf(const TableDefinition& definition, const RowView& row) {
+  std::vector<Value> values;
+  values.reserve(definition.columns.size());
+  for (const Column& column : definition.columns) {
+    values.push_back(row.value(column));
+  }
+  return values;
+}
+
+bool anyNull(const RealIndex& index, std::span<const Value> values) {
+  return std::any_of(index.columns.begin(), index.columns.end(),
+                     [&](const IndexColumn& key) { return values[key.column].isNull(); });
+}
+
+}  // namespace
+
+TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition)
+    : pager_(&pager), definition_(std::move(definition)) {}
+
+bool TableScan::nextPage() {
+  Pager::ReadLock lock(*pager_);
+  const auto found = UsageMap(*pager_, definition_->ownedPages).next(nextPage_);
+  if (!found) {
+    return false;
+  }
+  nextPage_ = *found + 1;
+  page_ = pager_->read(*found);
+  const DataPage data(pager_->format(), page_.view());
+  if (data.owner() != definition_->page) {
+    raiseDamaged(*found, "it is listed as a page of table '" + definition_->name +
+                             "', but says that it is another's");
+  }
+  rowsOnPage_ = data.rowCount();
+  nextRow_ = 0;
+  return true;
+}
+
+bool TableScan::next() {
+  while (true) {
+    while (nextRow_ >= rowsOnPage_) {
+      if (!nextPage()) {
+        rowsOnPage_ = nextRow_ = 0;
+        return false;
+      }
+    }
+    const auto number = static_cast<std::uint8_t>(nextRow_++);
+    const Slot slot = DataPage(pager_->format(), page_.view()).slot(number);
+    rowId_ = {page_.number(), number};
+    if (slot.kind == SlotKind::row) {
+      row_ = RowView(*pager_, *definition_, page_, slot.offset, slot.length);
+      return true;
+    }
+    if (slot.kind == SlotKind::pointer) {
+      Pager::ReadLock lock(*pager_);
+      if (const auto content = contentOf(*pager_, definition_->page, rowId_)) {
+        row_ = viewAt(*pager_, *definition_, *content);
+        return true;
+      }
+    }
+  }
+}
+
+Table::Table(std::shared_ptr<Pager> pager, std::shared_ptr<const TableDefinition> definition)
+    : pager_(std::move(pager)), definition_(std::move(definition)) {}
+
+std::uint32_t Table::rowCount() const {
+  Pager::ReadLock lock(*pager_);
+  return pager_->read(definition_->page).view().u32(pager_->format().definition.rowCount);
+}
+
+std::optional<RowView> Table::row(RowId id) const {
+  Pager::ReadLock lock(*pager_);
+  const auto content = contentOf(*pager_, definition_->page, id);
+  return content ? std::optional(viewAt(*pager_, *definition_, *content)) : std::nullopt;
+}
+
+IndexTree Table::index(std::size_t realIndex) const {
+  return {*pager_, definition_->realIndexes.at(realIndex), definition_->page};
+}
+
+std::int32_t Table::lastAutoNumber() const {
+  return static_cast<std::int32_t>(
+      pager_->read(definition_->page).view().u32(pager_->format().definition.autoNumber));
+}
+
+std::int32_t Table::reserveAutoNumber() {
+  const std::int32_t last = std::max(reserved_, lastAutoNumber());
+  if (last == std::numeric_limits<std::int32_t>::max()) {
+    throw Error(kOverflow, "Table '" + name() + "' has used up its automatic numbers.");
+  }
+  return reserved_ = last + 1;
+}
+
+void Table::addToCount(std::size_t offset, std::int32_t change) {
+  std::uint8_t* page = pager_->modify(definition_->page);
+  store32(page + offset, load32(page + offset) + static_cast<std::uint32_t>(change));
+}
+
+void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values) const {
+  if (index.required && anyNull(index, values)) {
+    throw Error(kDuplicateKey, "A key column of " + describeIndex(index) + " has no value.");
+  }
+  if (!index.unique || anyNull(index, values)) {
+    return;
+  }
+  if (this->index(index.number).find(makeKey(*definition_, index, values))) {
+    throw Error(kDuplicateKey,
+                "The row was not saved, since " + describeIndex(index) +
+                    " allows no two rows with the same values and there is one already.");
+  }
+}
+
+std::string Table::describeIndex(const RealIndex& index) const {
+  std::string name;
+  for (const LogicalIndex& logical : definition_->logicalIndexes) {
+    if (logical.realIndex == index.number) {
+      name = logical.name;
+      break;
+    }
+  }
+  std::string columns;
+  for (const IndexColumn& key : index.columns) {
+    columns += (columns.empty() ? "" : ", ") + definition_->columns[key.column].name;
+  }
+  return "index '" + name + "' (" + columns + ") of table '" + definition_->name + "'";
+}
+
+void Table::insertEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
+  if (hasEntry(index, values)) {
+    this->index(index.number).insert(makeKey(*definition_, index, values), id);
+  }
+}
+
+void Table::eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
+  if (hasEntry(index, values) &&
+      !this->index(index.number).erase(makeKey(*definition_, index, values), id)) {
+    raiseDamaged(id.page, describeIndex(index) + " lacks an entry for a row of this page");
+  }
+}
+
+std::vector<Value> Table::fit(std::span<const Value> values) const {
+  if (values.size() != definition_->columns.size()) {
+    throw Error(kInvalidCall, "A row of table '" + name() + "' needs a value for each column.");
+  }
+  std::vector<Value> fitted;
+  fitted.reserve(values.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    fitted.push_back(fitValue(name(), definition_->columns[i], values[i]));
+  }
+  return fitted;
+}
+
+RowSpace Table::rowSpace() const {
+  return {*pager_, definition_->page, definition_->ownedPages, definition_->freePages};
+}
+
+RowId Table::insert(std::span<const Value> values) {
+  Transaction transaction(*pager_);
+  std::vector<Value> numbered(values.begin(), values.end());
+  for (std::size_t i = 0; i < definition_->columns.size() && i < numbered.size(); ++i) {
+    if (definition_->columns[i].autoNumber && numbered[i].isNull()) {
+      numbered[i] = reserveAutoNumber();
+    }
+  }
+  const std::vector<Value> row = fit(numbered);
+  for (const RealIndex& index : definition_->realIndexes) {
+    refuseDuplicate(index, row);
+  }
+  const RowId id =
+      rowSpace().add(encodeRow(*pager_, *definition_, row), SlotKind::row, insertHint_);
+  insertHint_ = id.page;
+  for (const RealIndex& index : definition_->realIndexes) {
+    insertEntry(index, row, id);
+  }
+  const auto& offsets = pager_->format().definition;
+  addToCount(offsets.rowCount, 1);
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    if (definition_->columns[i].autoNumber && row[i].toLong() > lastAutoNumber()) {
+      store32(pager_->modify(definition_->page) + offsets.autoNumber,
+              static_cast<std::uint32_t>(row[i].toLong()));
+    }
+  }
+  transaction.commit();
+  return id;
+}
+
+void Table::update(RowId id, std::span<const Value> values) {
+  Transaction transaction(*pager_);
+  const auto content = contentOf(*pager_, definition_->page, id);
+  if (!content) {
+    throw Error(kNoCurrentRecord, "The row of table '" + name() + "' has been deleted.");
+  }
+  const RowView before = viewAt(*pager_, *definition_, *content);
+  const std::vector<Value> oldRow = valuesOf(*definition_, before);
+  const std::vector<Value> newRow = fit(values);
+  if (oldRow == newRow) {
+    return transaction.commit();
+  }
+  std::vector<const RealIndex*> changed;
+  for (const RealIndex& index : definition_->realIndexes) {
+    if (makeKey(*definition_, index, oldRow) != makeKey(*definition_, index, newRow)) {
+      refuseDuplicate(index, newRow);
+      changed.push_back(&index);
+    }
+  }
+  writeContent(id, *content, encodeRow(*pager_, *definition_, newRow, &before));
+  for (const RealIndex* index : changed) {
+    eraseEntry(*index, oldRow, id);
+    insertEntry(*index, newRow, id);
+  }
+  transaction.commit();
+}
+
+void Table::writeContent(RowId home, RowId content, const Bytes& row) {
+  RowSpace space = rowSpace();
+  const bool moved = content != home;
+  if (space.replace(content, row, moved ? SlotKind::hidden : SlotKind::row)) {
+    return;
+  }
+  if (moved) {
+    space.erase(content);
+  }
+  const RowId place = space.add(row, SlotKind::hidden);
+  // The home keeps its length, at least that of a pointer.
+  const PageRef page = pager_->read(home.page);
+  const Slot slot = DataPage(pager_->format(), page.view()).slot(home.row);
+  Bytes pointer(std::max<std::size_t>(slot.length, 4));
+  store32(pointer.data(), place.toPointer());
+  if (!space.replace(home, pointer, SlotKind::pointer)) {
+    raiseDamaged(home.page, "it has no room for the pointer to a row that has grown");
+  }
+}
+
+void Table::erase(RowId id) {
+  Transaction transaction(*pager_);
+  const auto content = contentOf(*pager_, definition_->page, id);
+  if (!content) {
+    throw Error(kNoCurrentRecord, "The row of table '" + name() + "' has been deleted already.");
+  }
+  {
+    const RowView row = viewAt(*pager_, *definition_, *content);
+    const std::vector<Value> values = valuesOf(*definition_, row);
+    for (const RealIndex& index : definition_->realIndexes) {
+      eraseEntry(index, values, id);
+    }
+    for (const Column& column : definition_->columns) {
+      if (column.isLongValue() && !row.isNull(column)) {
+        eraseLongValue(*pager_, column, row.bytes(column), content->page);
+      }
+    }
+  }
+  RowSpace space = rowSpace();
+  if (*content != id) {
+    space.erase(*content);
+  }
+  space.erase(id);
+  addToCount(pager_->format().definition.rowCount, -1);
+  transaction.commit();
+}
+
+}  // namespace orv::store::jet
