@@ -1,0 +1,81 @@
+#include "cli/Arguments.h"
+
+#include <map>
+
+#include "cli/Failure.h"
+#include "commands/RecordList.h"
+
+namespace orv::cli {
+
+using commands::RecordKind;
+using commands::TextFileKind;
+
+namespace {
+
+const std::map<std::string, RecordKind> kSets = {{"panes", RecordKind::panes},
+                                                 {"frames", RecordKind::frames},
+                                                 {"shadings", RecordKind::shadings}};
+const std::map<std::string, TextFileKind> kTextKinds = {{"panes", TextFileKind::panes},
+                                                        {"shadings", TextFileKind::shadings}};
+const std::map<std::string, Format> kFormats = {
+    {"table", Format::table}, {"tsv", Format::tsv}, {"json", Format::json}};
+
+std::string nameOf(RecordKind kind) {
+  for (const auto& [name, each] : kSets) {
+    if (each == kind) return name;
+  }
+  return {};
+}
+
+}  // namespace
+
+void addFormat(CLI::App& command, Format& format) {
+  command.add_option("--format", format, "Form of the result: table (default), tsv or json")
+      ->transform(CLI::CheckedTransformer(kFormats).description(""));
+}
+
+void SourceArgument::addSource(CLI::App& command) {
+  command
+      .add_option("SOURCE", path_,
+                  "A database (ORV, IGDB or Optics5), a text file, or a folder of text files")
+      ->required();
+}
+
+void SourceArgument::addOptions(CLI::App& command) {
+  command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
+      ->transform(CLI::CheckedTransformer(kSets).description(""));
+  command
+      .add_option("--text", textKind_,
+                  "What text files are: panes or shadings (default: as the first file looks)")
+      ->transform(CLI::CheckedTransformer(kTextKinds).description(""));
+}
+
+Node SourceArgument::open(Console& console) const {
+  return opening([&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+}
+
+Node SourceArgument::recordSet(const Node& source) const {
+  const bool isFolder = source->DataType() == sources::DataType::textFolder;
+  const auto kind = set_ ? *set_ : isFolder ? *commands::recordKind(*source) : RecordKind::panes;
+  const Node node = commands::recordSetOf(source, kind);
+  if (!node) throw wrongUse("\"" + source->text() + "\" has no " + nameOf(kind) + ".");
+  return node;
+}
+
+sources::RecordSelection selectRecords(const Node& node,
+                                       const std::vector<std::string>& identifiers) {
+  const auto chosen = identifiers.empty() ? commands::recordIdentifiers(*node) : identifiers;
+  sources::RecordSelection selection;
+  selection.RecordsCount(static_cast<std::int32_t>(chosen.size()));
+  selection.DataSourcePtr(node);
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), chosen[i]);
+  }
+  return selection;
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,51 @@
+// Arguments that several verbs have.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Console.h"
+#include "cli/RowWriter.h"
+#include "commands/RecordKind.h"
+#include "commands/SourceOpener.h"
+#include "sources/RecordSelection.h"
+
+namespace orv::cli {
+
+using Node = commands::SourceOpener::Node;
+
+void addFormat(CLI::App& command, Format& format);
+
+/// A data source and the record set of it that is meant.
+class SourceArgument {
+ public:
+  /// Declares SOURCE.
+  void addSource(CLI::App& command);
+  /// Declares --set and --text.
+  void addOptions(CLI::App& command);
+
+  /// Opens SOURCE. Raises Failure.
+  Node open(Console& console) const;
+  /// The record set that --set names; without it the panes, or what the text files are. Raises
+  /// Failure when the source has no such records.
+  Node recordSet(const Node& source) const;
+  Node openRecordSet(Console& console) const { return recordSet(open(console)); }
+
+  const std::optional<commands::TextFileKind>& textKind() const { return textKind_; }
+
+ private:
+  std::string path_;
+  std::optional<commands::RecordKind> set_;
+  std::optional<commands::TextFileKind> textKind_;
+};
+
+/// The named records of a node, or all of them when none is named.
+sources::RecordSelection selectRecords(const Node& node,
+                                       const std::vector<std::string>& identifiers);
+
+/// "1 record", "2 records".
+std::string counted(std::size_t count, const std::string& noun);
+
+}  // namespace orv::cli

@@ -1,0 +1,61 @@
+// The commands' user interface on a terminal, or without one.
+#pragma once
+
+#include <string>
+
+#include "commands/UserInterface.h"
+
+namespace orv::cli {
+
+/// What is done with a pane whose substrate's spectrum does not fit its own.
+enum class SubstratePolicy {
+  ask,
+  drop,    ///< copy it without the substrate, and say so
+  refuse,  ///< do not copy it
+};
+
+/// The answers that the command line gives beforehand.
+struct Answers {
+  bool yes = false;   ///< to the confirmation of a deletion
+  std::string group;  ///< to the question for a group name
+  SubstratePolicy substrate = SubstratePolicy::refuse;
+};
+
+/// Whether there is somebody who can be asked.
+bool canAsk();
+
+/// Messages go to standard error, where a terminal also shows a progress bar. An interrupt from
+/// the keyboard ends a long work after the record that is being worked on.
+class CliUserInterface : public commands::UserInterface {
+ public:
+  CliUserInterface();
+
+  /// For the verbs, which know them only once the command line is read.
+  void answers(Answers value) { answers_ = std::move(value); }
+
+  void status(const std::string& text) override;
+  void beginProgress(const std::string& text) override;
+  void progressText(const std::string& text) override;
+  void progressSteps(int done, int total) override;
+  void endProgress() override;
+  bool cancelled() override;
+  void message(commands::MessageKind kind, const std::string& text,
+               const std::string& title) override;
+  commands::Answer ask(const commands::Question& question) override;
+  std::string input(const commands::InputRequest& request) override;
+  bool confirm(const std::string& text, const std::string& caption) override;
+
+ private:
+  void draw();
+  void clear();
+  void print(const std::string& text);
+
+  Answers answers_;
+  bool showsBar_;
+  bool working_ = false;
+  std::string text_;
+  int done_ = 0;
+  int total_ = 0;
+};
+
+}  // namespace orv::cli

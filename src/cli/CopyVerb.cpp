@@ -1,0 +1,126 @@
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <map>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/GroupName.h"
+#include "commands/PasteRecords.h"
+
+namespace orv::cli {
+
+namespace {
+
+const std::map<std::string, SubstratePolicy> kPolicies = {{"ask", SubstratePolicy::ask},
+                                                          {"drop", SubstratePolicy::drop},
+                                                          {"refuse", SubstratePolicy::refuse}};
+
+class CopyVerb : public Verb {
+ public:
+  explicit CopyVerb(CLI::App& app)
+      : Verb(app, "copy", "Copy records into an ORV database of version 3.0.0",
+             "  orv copy measured-panes/ orvdata.mdb --group Demo\n"
+             "  orv copy clear.txt lowe.txt orvdata.mdb --group Demo\n"
+             "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
+             "  orv copy old.mdb orvdata.mdb --set frames --group Old\n") {
+    command()
+        .add_option("SOURCE... DB [ID...]", arguments_,
+                    "A database, a folder or text files; the database to copy into; and the "
+                    "identifiers of the records, all when none is given")
+        ->required()
+        ->expected(2, -1);
+    source_.addOptions(command());
+    command().add_option("--group", answers_.group,
+                         "Group to put the records into (panes of the IGDB need none)");
+    command()
+        .add_option("--substrate", substrate_,
+                    "Panes whose substrate has no data at the same wavelengths: ask (default on a "
+                    "terminal), drop the substrate, or refuse the pane (default elsewhere)")
+        ->transform(CLI::CheckedTransformer(kPolicies).description(""));
+  }
+
+  ExitCode run(Console& console) override {
+    checkOptions();
+    console.ui.answers(answers_);
+    commands::SourceOpener opener(console.session);
+    const auto split = findDestination();
+    const auto nodes = opening([&] {
+      return opener.openAll({arguments_.begin(), split}, source_.textKind());
+    });
+    const Node destination = opening([&] { return opener.openAny(*split); });
+    const std::vector<std::string> identifiers(split + 1, arguments_.end());
+    if (nodes.size() > 1 && !identifiers.empty()) {
+      throw wrongUse("Identifiers of records can be given for one source only.");
+    }
+    ExitCode exit = kAllWell;
+    for (const Node& node : nodes) {
+      exit = std::max(exit, copy(console, source_.recordSet(node), destination, identifiers));
+    }
+    return exit;
+  }
+
+ private:
+  using Position = std::vector<std::string>::const_iterator;
+
+  void checkOptions() {
+    if (!answers_.group.empty() && !commands::isUnreservedGroupName(answers_.group)) {
+      throw wrongUse(answers_.group + " is not a valid group name.");
+    }
+    answers_.substrate =
+        substrate_.value_or(canAsk() ? SubstratePolicy::ask : SubstratePolicy::refuse);
+    if (answers_.substrate == SubstratePolicy::ask && !canAsk()) {
+      throw wrongUse("--substrate ask needs a terminal to ask on.");
+    }
+  }
+
+  /// The first database behind the first argument.
+  Position findDestination() const {
+    const auto found = std::find_if(arguments_.begin() + 1, arguments_.end(), [](const auto& path) {
+      return commands::isDatabaseFile(path);
+    });
+    if (found != arguments_.end()) return found;
+    const std::string& second = arguments_[1];
+    if (std::filesystem::exists(second))
+      throw Failure(kCannotOpen, "No database to copy into is among the arguments.");
+    throw Failure(kCannotOpen, "There is no database \"" + second +
+                                   "\". An empty one is made with: orv new " + second);
+  }
+
+  ExitCode copy(Console& console, const Node& node, const Node& destination,
+                const std::vector<std::string>& identifiers) const {
+    requireGroup(*node);
+    const auto result =
+        commands::pasteRecords(console.session, selectRecords(node, identifiers), destination);
+    if (result.refused) return kWrongUse;
+    std::cout << counted(result.copied, "record") << " copied";
+    if (result.failed > 0) std::cout << ", " << result.failed << " failed";
+    if (result.withoutData > 0) {
+      std::cout << ", " << result.withoutData << " without data at any angle";
+    }
+    std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    const bool allWell = result.failed == 0 && result.withoutData == 0 && !result.cancelled;
+    return allWell ? kAllWell : kRecordsFailed;
+  }
+
+  void requireGroup(const sources::datasource& node) const {
+    const auto database = node.Parent();
+    const bool isIgdb = database && database->DataType() == sources::DataType::igdb;
+    if (!isIgdb && answers_.group.empty() && !canAsk()) {
+      throw wrongUse("The group to put the records into has to be given with --group NAME.");
+    }
+  }
+
+  SourceArgument source_;
+  std::vector<std::string> arguments_;
+  Answers answers_;
+  std::optional<SubstratePolicy> substrate_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeCopyVerb(CLI::App& app) {
+  return std::make_unique<CopyVerb>(app);
+}
+
+}  // namespace orv::cli

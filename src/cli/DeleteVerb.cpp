@@ -1,0 +1,50 @@
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/DeleteRecords.h"
+
+namespace orv::cli {
+
+namespace {
+
+class DeleteVerb : public Verb {
+ public:
+  explicit DeleteVerb(CLI::App& app)
+      : Verb(app, "delete", "Delete records of an ORV database of version 3.0.0",
+             "  orv delete orvdata.mdb 12 13\n"
+             "  orv delete orvdata.mdb 3 --set frames --yes\n") {
+    source_.addSource(command());
+    command().add_option("ID", identifiers_, "Identifiers of the records")->required();
+    command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
+    source_.addOptions(command());
+  }
+
+  ExitCode run(Console& console) override {
+    if (!answers_.yes && !canAsk()) {
+      throw wrongUse("Without a terminal to ask on, a deletion has to be confirmed with --yes.");
+    }
+    console.ui.answers(answers_);
+    const Node node = source_.openRecordSet(console);
+    const auto result =
+        commands::deleteRecords(console.session, selectRecords(node, identifiers_), node);
+    if (result.refused) return kWrongUse;
+    std::cout << counted(result.deleted, "record") << " deleted";
+    if (result.failed > 0) std::cout << ", " << result.failed << " failed";
+    std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    return result.failed == 0 && !result.cancelled ? kAllWell : kRecordsFailed;
+  }
+
+ private:
+  SourceArgument source_;
+  std::vector<std::string> identifiers_;
+  Answers answers_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeDeleteVerb(CLI::App& app) {
+  return std::make_unique<DeleteVerb>(app);
+}
+
+}  // namespace orv::cli

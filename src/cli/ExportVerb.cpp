@@ -1,0 +1,58 @@
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/ExportRecords.h"
+
+namespace orv::cli {
+
+namespace {
+
+class ExportVerb : public Verb {
+ public:
+  explicit ExportVerb(CLI::App& app)
+      : Verb(app, "export", "Write panes or shadings as text files",
+             "  orv export orvdata.mdb --to panes/\n"
+             "  orv export orvdata.mdb 12 13 --to panes/ --overwrite\n"
+             "  orv export orvdata.mdb --set shadings --to shadings/\n") {
+    source_.addSource(command());
+    command().add_option("ID", identifiers_, "Identifiers of the records; all when none is given");
+    command()
+        .add_option("--to", options_.folder, "Folder for the files; made when it is not there")
+        ->required();
+    command().add_flag("--overwrite", options_.overwrite,
+                       "Replace files of the same names; otherwise new files get other names");
+    source_.addOptions(command());
+  }
+
+  ExitCode run(Console& console) override {
+    const Node node = source_.openRecordSet(console);
+    if (commands::recordKind(*node) == commands::RecordKind::frames) {
+      throw wrongUse("Frames cannot be written as text files, only panes and shadings.");
+    }
+    const auto result =
+        commands::exportRecords(console.session, selectRecords(node, identifiers_), options_);
+    for (const std::string& note : result.filled) {
+      std::cerr << "orv: filled in for the file " << note << '\n';
+    }
+    for (const std::string& file : result.files) std::cout << file << '\n';
+    std::cerr << "orv: " << counted(result.files.size(), "file") << " written to "
+              << options_.folder;
+    if (result.failed > 0) std::cerr << ", " << counted(result.failed, "record") << " failed";
+    std::cerr << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    return result.failed == 0 && !result.cancelled ? kAllWell : kRecordsFailed;
+  }
+
+ private:
+  SourceArgument source_;
+  std::vector<std::string> identifiers_;
+  commands::ExportOptions options_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeExportVerb(CLI::App& app) {
+  return std::make_unique<ExportVerb>(app);
+}
+
+}  // namespace orv::cli

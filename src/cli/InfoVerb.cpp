@@ -1,0 +1,76 @@
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/RecordList.h"
+
+namespace orv::cli {
+
+namespace {
+
+namespace DataType = sources::DataType;
+
+std::string kindOf(const sources::datasource& source) {
+  switch (source.DataType()) {
+    case DataType::orvDatabase2:
+    case DataType::orvDatabase3:
+      return "ORV database";
+    case DataType::igdb:
+      return "International Glazing Database";
+    case DataType::optics5User:
+      return "Optics5 user database";
+    default:
+      return commands::recordKind(source) == commands::RecordKind::shadings
+                 ? "Folder of shading text files"
+                 : "Folder of pane text files";
+  }
+}
+
+class InfoVerb : public Verb {
+ public:
+  explicit InfoVerb(CLI::App& app)
+      : Verb(app, "info", "Tell what a data source is and how many records it holds",
+             "  orv info orvdata.mdb\n  orv info measured-panes/ --format json\n") {
+    source_.addSource(command());
+    addFormat(command(), format_);
+  }
+
+  ExitCode run(Console& console) override {
+    const Node source = source_.open(console);
+    const auto writer = makeRowWriter(format_, {"property", "value"}, std::cout);
+    writer->row({"source", source->Folder() + "/" + source->filename()});
+    writer->row({"kind", kindOf(*source)});
+    if (const auto& connection = source->ADOConnection()) {
+      if (isOrv(*source)) {
+        writer->row(
+            {"schema version", console.session.database.LookupDatabaseVersion(*connection)});
+      }
+      writer->row({"file format", connection->formatName()});
+      writer->row({"read only", connection->readOnly()});
+      for (const auto& set : source->DataSources()) {
+        writer->row({set->text(), commands::countRecords(*set)});
+      }
+    } else {
+      writer->row({"Files", commands::countRecords(*source)});
+    }
+    writer->end();
+    return kAllWell;
+  }
+
+ private:
+  static bool isOrv(const sources::datasource& source) {
+    return source.DataType() == DataType::orvDatabase2 ||
+           source.DataType() == DataType::orvDatabase3;
+  }
+
+  SourceArgument source_;
+  Format format_ = Format::table;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeInfoVerb(CLI::App& app) {
+  return std::make_unique<InfoVerb>(app);
+}
+
+}  // namespace orv::cli

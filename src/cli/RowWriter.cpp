@@ -1,0 +1,158 @@
+#include "cli/RowWriter.h"
+
+#include <algorithm>
+
+#include "cli/CellText.h"
+
+namespace orv::cli {
+
+namespace {
+
+/// Longer bytes are not spelled out in a table.
+constexpr std::size_t kLongestBytes = 16;
+
+/// Keeps the rows until it knows how wide the columns are.
+class TableWriter : public RowWriter {
+ public:
+  TableWriter(std::vector<std::string> columns, std::ostream& out)
+      : columns_(std::move(columns)), out_(out), widths_(columns_.size()) {
+    for (std::size_t i = 0; i < columns_.size(); ++i) widths_[i] = characterCount(columns_[i]);
+  }
+
+  void row(const std::vector<store::Value>& values) override {
+    std::vector<Cell>& cells = rows_.emplace_back();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      cells.push_back({textOf(values[i]), isNumber(values[i])});
+      widths_[i] = std::max(widths_[i], characterCount(cells.back().text));
+    }
+  }
+
+  void end() override {
+    std::vector<Cell> header;
+    std::vector<Cell> line;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      header.push_back({columns_[i], !rows_.empty() && rows_.front()[i].isNumber});
+      line.push_back({std::string(widths_[i], '-'), false});
+    }
+    write(header);
+    write(line);
+    for (const auto& cells : rows_) write(cells);
+  }
+
+ private:
+  struct Cell {
+    std::string text;
+    bool isNumber;
+  };
+
+  /// One line, whatever the value holds.
+  static std::string textOf(const store::Value& value) {
+    const auto* bytes = value.getIf<store::Bytes>();
+    if (bytes && bytes->size() > kLongestBytes) {
+      return "(" + std::to_string(bytes->size()) + " bytes)";
+    }
+    std::string text = cellText(value);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+    return text;
+  }
+
+  void write(const std::vector<Cell>& cells) {
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const std::string padding(widths_[i] - characterCount(cells[i].text), ' ');
+      if (i > 0) line += "  ";
+      line += cells[i].isNumber ? padding + cells[i].text : cells[i].text + padding;
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    out_ << line << '\n';
+  }
+
+  std::vector<std::string> columns_;
+  std::ostream& out_;
+  std::vector<std::size_t> widths_;
+  std::vector<std::vector<Cell>> rows_;
+};
+
+class TsvWriter : public RowWriter {
+ public:
+  TsvWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
+    row({columns.begin(), columns.end()});
+  }
+
+  void row(const std::vector<store::Value>& values) override {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (i > 0) out_ << '\t';
+      out_ << escaped(cellText(values[i]));
+    }
+    out_ << '\n';
+  }
+
+  void end() override {}
+
+ private:
+  static std::string escaped(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+      switch (c) {
+        case '\t':
+          result += "\\t";
+          break;
+        case '\n':
+          result += "\\n";
+          break;
+        case '\r':
+          result += "\\r";
+          break;
+        case '\\':
+          result += "\\\\";
+          break;
+        default:
+          result += c;
+      }
+    }
+    return result;
+  }
+
+  std::ostream& out_;
+};
+
+class JsonWriter : public RowWriter {
+ public:
+  JsonWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
+    for (const std::string& column : columns) names_.push_back(jsonString(column));
+    out_ << "[";
+  }
+
+  void row(const std::vector<store::Value>& values) override {
+    out_ << (first_ ? "\n  {" : ",\n  {");
+    first_ = false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      out_ << (i > 0 ? ", " : "") << names_[i] << ": " << jsonValue(values[i]);
+    }
+    out_ << "}";
+  }
+
+  void end() override { out_ << (first_ ? "]\n" : "\n]\n"); }
+
+ private:
+  std::ostream& out_;
+  std::vector<std::string> names_;
+  bool first_ = true;
+};
+
+}  // namespace
+
+std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string> columns,
+                                         std::ostream& out) {
+  switch (format) {
+    case Format::tsv:
+      return std::make_unique<TsvWriter>(columns, out);
+    case Format::json:
+      return std::make_unique<JsonWriter>(columns, out);
+    default:
+      return std::make_unique<TableWriter>(std::move(columns), out);
+  }
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,129 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/RecordDetails.h"
+#include "commands/RecordReader.h"
+#include "database/ShadingColumns.h"
+
+namespace orv::cli {
+
+namespace {
+
+using commands::RecordKind;
+
+class ShowVerb : public Verb {
+ public:
+  explicit ShowVerb(CLI::App& app)
+      : Verb(app, "show", "Show every field of a record, or its spectrum",
+             "  orv show orvdata.mdb 12\n"
+             "  orv show orvdata.mdb 12 --angle 60 --spectrum --format tsv\n"
+             "  orv show glazing.mdb CLEAR_3.DAT\n"
+             "  orv show orvdata.mdb 3 --set frames\n") {
+    source_.addSource(command());
+    command()
+        .add_option("ID", identifier_, "Identifier of the record, as list shows it")
+        ->required();
+    source_.addOptions(command());
+    command().add_option("--angle", angle_,
+                         "Angle of incidence of a pane's data, in degrees (default: the first)");
+    command().add_flag("--spectrum", spectrum_,
+                       "Show the spectrum, a row a wavelength, in place of the fields");
+    addFormat(command(), format_);
+  }
+
+  ExitCode run(Console& console) override {
+    const Node node = source_.openRecordSet(console);
+    const commands::RecordReader reader(console.session, node);
+    switch (commands::recordKind(*node).value_or(RecordKind::panes)) {
+      case RecordKind::panes:
+        showPane(reader);
+        break;
+      case RecordKind::frames:
+        showFrame(reader);
+        break;
+      case RecordKind::shadings:
+        showShading(reader);
+        break;
+    }
+    return kAllWell;
+  }
+
+ private:
+  void showPane(const commands::RecordReader& reader) {
+    const auto pane = reader.pane(identifier_, chooseAngle(reader.angles(identifier_)));
+    spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
+  }
+
+  void showFrame(const commands::RecordReader& reader) {
+    if (spectrum_) throw wrongUse("A frame has no spectrum.");
+    writeFields(commands::frameDetails(*reader.frame(identifier_)));
+  }
+
+  void showShading(const commands::RecordReader& reader) {
+    const auto shading = reader.shading(identifier_);
+    spectrum_ ? writeSpectrum(*shading) : writeFields(commands::shadingDetails(*shading));
+  }
+
+  /// The angle asked for, else the first of those that the pane has; 0 when it has none.
+  std::int16_t chooseAngle(const std::vector<std::int16_t>& angles) const {
+    if (!angle_) return angles.empty() ? std::int16_t{0} : angles.front();
+    if (std::find(angles.begin(), angles.end(), *angle_) == angles.end()) {
+      throw wrongUse(fmt::format("The pane has no data at {} degrees, only at: {}.", *angle_,
+                                 fmt::join(angles, ", ")));
+    }
+    return *angle_;
+  }
+
+  void writeFields(const std::vector<commands::DetailField>& fields) const {
+    const auto writer = makeRowWriter(format_, {"field", "value", "unit"}, std::cout);
+    for (const auto& field : fields) writer->row({field.name, field.value, field.unit});
+    writer->end();
+  }
+
+  void writeSpectrum(const GlazingData& pane) const {
+    const auto writer =
+        makeRowWriter(format_,
+                      {"wavelength (nm)", "transmittance front", "transmittance back",
+                       "reflectance front", "reflectance back"},
+                      std::cout);
+    const auto& spectrum = pane.SpectralData();
+    const std::int32_t count = spectrum ? spectrum->count() : 0;
+    for (std::int32_t i = 0; i < count; ++i) {
+      writer->row({spectrum->ConvertedWl(i, kNanometers), spectrum->Tf(i), spectrum->Tb(i),
+                   spectrum->Rf(i), spectrum->Rb(i)});
+    }
+    writer->end();
+  }
+
+  void writeSpectrum(const ShadingDataClass& shading) const {
+    const auto columns = database::shadingSpectralColumns();
+    std::vector<std::string> names;
+    for (const auto& column : columns) names.emplace_back(column.name);
+    names.front() += " (nm)";
+    const auto writer = makeRowWriter(format_, names, std::cout);
+    for (const ShadingSpectralPoint& point : shading.spectrum()) {
+      std::vector<store::Value> values;
+      for (const auto& column : columns) values.emplace_back(point.*column.member);
+      writer->row(values);
+    }
+    writer->end();
+  }
+
+  SourceArgument source_;
+  std::string identifier_;
+  std::optional<std::int16_t> angle_;
+  bool spectrum_ = false;
+  Format format_ = Format::table;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeShowVerb(CLI::App& app) {
+  return std::make_unique<ShowVerb>(app);
+}
+
+}  // namespace orv::cli

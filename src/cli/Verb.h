@@ -1,0 +1,53 @@
+// A verb of the command line: `orv VERB ...`.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/Console.h"
+#include "cli/Failure.h"
+
+namespace orv::cli {
+
+/// Declares its arguments and its help when it is made, and does its work when it is run.
+class Verb {
+ public:
+  Verb(CLI::App& app, const std::string& name, const std::string& description,
+       const std::string& examples)
+      : command_(*app.add_subcommand(name, description)) {
+    command_.footer("Examples:\n" + examples);
+  }
+  Verb(const Verb&) = delete;
+  Verb& operator=(const Verb&) = delete;
+  virtual ~Verb() = default;
+
+  /// Whether the command line names this verb.
+  bool isChosen() const { return command_.parsed(); }
+
+  /// Results go to standard output, messages to standard error. Raises Failure, and errors of the
+  /// work as they come.
+  virtual ExitCode run(Console& console) = 0;
+
+ protected:
+  CLI::App& command() { return command_; }
+
+ private:
+  CLI::App& command_;
+};
+
+/// All verbs, in the order of the help.
+std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app);
+
+std::unique_ptr<Verb> makeNewVerb(CLI::App& app);
+std::unique_ptr<Verb> makeInfoVerb(CLI::App& app);
+std::unique_ptr<Verb> makeListVerb(CLI::App& app);
+std::unique_ptr<Verb> makeShowVerb(CLI::App& app);
+std::unique_ptr<Verb> makeCopyVerb(CLI::App& app);
+std::unique_ptr<Verb> makeExportVerb(CLI::App& app);
+std::unique_ptr<Verb> makeDeleteVerb(CLI::App& app);
+std::unique_ptr<Verb> makeSqlVerb(CLI::App& app);
+std::unique_ptr<Verb> makeCheckVerb(CLI::App& app);
+
+}  // namespace orv::cli

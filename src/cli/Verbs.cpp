@@ -1,0 +1,14 @@
+#include "cli/Verb.h"
+
+namespace orv::cli {
+
+std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app) {
+  std::vector<std::unique_ptr<Verb>> verbs;
+  for (const auto make : {makeNewVerb, makeInfoVerb, makeListVerb, makeShowVerb, makeCopyVerb,
+                          makeExportVerb, makeDeleteVerb, makeSqlVerb, makeCheckVerb}) {
+    verbs.push_back(make(app));
+  }
+  return verbs;
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,13 @@
+// What a user is told of an error.
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace orv::commands {
+
+/// The error's description. Where that is empty the explanation stands in the error's source, and
+/// where that is empty too the error's number says what happened.
+std::string describe(const std::exception& error);
+
+}  // namespace orv::commands

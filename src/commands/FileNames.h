@@ -1,0 +1,31 @@
+// Names for the files of an export.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace orv::commands {
+
+/// Gives each record a file name in one folder that no other record of the run has.
+class FileNames {
+ public:
+  /// `overwrite` allows the names of files that were in the folder before.
+  FileNames(std::filesystem::path folder, bool overwrite)
+      : folder_(std::move(folder)), overwrite_(overwrite) {}
+
+  /// The name for a record, with an angle in degrees where it has several. Characters that file
+  /// systems do not take become "_".
+  std::string nameFor(const std::string& record, std::optional<std::int16_t> angle);
+
+ private:
+  bool isFree(const std::string& name) const;
+
+  std::filesystem::path folder_;
+  bool overwrite_;
+  std::set<std::string> given_;  ///< in lower case
+};
+
+}  // namespace orv::commands

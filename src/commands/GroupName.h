@@ -1,0 +1,34 @@
+// The name of the group that copied records are put into.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "commands/Session.h"
+
+namespace orv::commands {
+
+/// Whether a name is not empty and none of those that are kept for the maker's own groups.
+bool isUnreservedGroupName(const std::string& name);
+
+/// The group of the records of one paste: asked for once, then settled.
+class GroupName {
+ public:
+  explicit GroupName(Session& session) : session_(session) {}
+
+  /// Settles the name without asking or checking.
+  void settle(std::string name);
+
+  /// The settled name. When there is none yet, asks until the answer may be used, and settles it;
+  /// none when the user gives no name.
+  std::optional<std::string> choose();
+
+ private:
+  bool mayBeUsed(const std::string& name) const;
+
+  Session& session_;
+  std::string remembered_;
+  bool settled_ = false;
+};
+
+}  // namespace orv::commands

@@ -1,0 +1,62 @@
+#include "commands/OpenCommands.h"
+
+#include "commands/ErrorText.h"
+
+namespace orv::commands {
+
+OpenCommands::Node OpenCommands::openOrvDatabase(const std::string& folder,
+                                                 const std::string& filename) {
+  return tryToOpen([&] { return opener_.openOrvDatabase(folder, filename); },
+                   "This may not be a valid ORV database, please check and try again.");
+}
+
+OpenCommands::Node OpenCommands::openIgdb(const std::string& folder, const std::string& filename) {
+  return tryToOpen(
+      [&] { return opener_.openIgdb(folder, filename); },
+      "This may not be a valid International Glazing Database, please check and try again.");
+}
+
+OpenCommands::Node OpenCommands::openOptics5UserDatabase(const std::string& folder,
+                                                         const std::string& filename) {
+  return tryToOpen([&] { return opener_.openOptics5UserDatabase(folder, filename); },
+                   "This may not be a valid Optics5 user database, please check and try again.");
+}
+
+OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
+                                               const std::vector<std::string>& filenames,
+                                               TextFileKind kind) {
+  return tryToOpen([&] { return opener_.openTextFiles(folder, filenames, kind); },
+                   "One or more files may not have been added, please check.");
+}
+
+std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::string>& paths) {
+  std::vector<Node> nodes;
+  tryToOpen(
+      [&]() -> Node {
+        nodes = opener_.openAll(paths);
+        return nullptr;
+      },
+      "One or more files may not have been added, please check.");
+  return nodes;
+}
+
+bool OpenCommands::remove(const std::string& key, Node& next) {
+  const Answer answer = session_.ui.ask(
+      {"Are you sure you want to remove this datasource from the list of available datasources?",
+       kProductName, Buttons::yesNoCancel, Answer::yes});
+  if (answer != Answer::yes) return false;
+  next = session_.MainDataSources.RemoveDataSource(key);
+  return true;
+}
+
+OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,
+                                           const std::string& advice) {
+  try {
+    return open();
+  } catch (const std::exception& error) {
+    session_.ui.message(MessageKind::information, describe(error) + "\n\n" + advice, kProductName);
+    return nullptr;
+  }
+}
+
+}  // namespace orv::commands

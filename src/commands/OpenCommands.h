@@ -1,0 +1,39 @@
+// File > Open and File > Remove.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "commands/SourceOpener.h"
+
+namespace orv::commands {
+
+/// The commands of the File menu that change the list of data sources. Each opening shows what
+/// went wrong in a message of its own and then gives null.
+class OpenCommands {
+ public:
+  using Node = SourceOpener::Node;
+
+  explicit OpenCommands(Session& session) : session_(session), opener_(session) {}
+
+  Node openOrvDatabase(const std::string& folder, const std::string& filename);
+  Node openIgdb(const std::string& folder, const std::string& filename);
+  Node openOptics5UserDatabase(const std::string& folder, const std::string& filename);
+  Node openTextFiles(const std::string& folder, const std::vector<std::string>& filenames,
+                     TextFileKind kind);
+  /// Files and folders of any kind, as they are dropped on a window; those that can be opened.
+  std::vector<Node> openAll(const std::vector<std::string>& paths);
+
+  /// Asks, and takes a top-level source out of the list. False when it stays. `next` is the
+  /// source that is to be shown then, null when none is left.
+  bool remove(const std::string& key, Node& next);
+
+ private:
+  Node tryToOpen(const std::function<Node()>& open, const std::string& advice);
+
+  Session& session_;
+  SourceOpener opener_;
+};
+
+}  // namespace orv::commands

@@ -1,0 +1,57 @@
+#include "commands/PasteRecords.h"
+
+#include "commands/RecordKind.h"
+#include "commands/Transfer.h"
+
+namespace orv::commands {
+
+namespace DataType = sources::DataType;
+using sources::datasource;
+using Node = std::shared_ptr<datasource>;
+
+namespace {
+
+/// The node itself; for a database of version 3.0.0 its record set of the kind of the records.
+Node resolveDestination(const Node& current, const Node& source) {
+  if (!current || current->DataType() != DataType::orvDatabase3) return current;
+  const auto kind = recordKind(*source);
+  const Node recordSet = kind ? recordSetOf(current, *kind) : nullptr;
+  return recordSet ? recordSet : current;
+}
+
+bool accepts(const Node& destination) {
+  const Node database = destination ? destination->Parent() : nullptr;
+  return database && database->DataType() == DataType::orvDatabase3;
+}
+
+/// Why records of `source` cannot be copied to `destination`; empty when they can.
+std::string refusal(const Node& destination, const Node& source) {
+  const std::string refused = "Data cannot be copied to this destination. ";
+  if (destination == source) return refused + "Source and destination are the same.";
+  if (!accepts(destination)) {
+    return refused + "Data can only be copied to a ORV database version 3 or higher.";
+  }
+  return {};
+}
+
+}  // namespace
+
+PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
+                         const Node& current) {
+  if (!pending.HasRecords()) return {};
+  const Node source = pending.DataSourcePtr();
+  const Node destination = resolveDestination(current, source);
+  if (const std::string text = refusal(destination, source); !text.empty()) {
+    session.ui.message(MessageKind::critical, text, kProductName);
+    PasteResult result;
+    result.refused = true;
+    return result;
+  }
+  if (destination->RecordSetName() == "Pane") return transferPanes(session, pending, *destination);
+  if (destination->RecordSetName() == "Frame") {
+    return transferFrames(session, pending, *destination);
+  }
+  return transferShadings(session, pending, *destination);
+}
+
+}  // namespace orv::commands

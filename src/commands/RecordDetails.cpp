@@ -1,0 +1,192 @@
+#include "commands/RecordDetails.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <chrono>
+#include <span>
+
+namespace orv::commands {
+
+namespace {
+
+std::string words(const std::string& text) {
+  return text;
+}
+std::string words(bool value) {
+  return value ? "yes" : "no";
+}
+std::string words(std::int32_t value) {
+  return fmt::format("{}", value);
+}
+std::string words(float value) {
+  return fmt::format("{}", value);
+}
+std::string words(double value) {
+  return fmt::format("{}", value);
+}
+
+std::string words(const OptionalDate& date) {
+  if (!date) return {};
+  const auto seconds = date->time_since_epoch().count();
+  return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(seconds)));
+}
+
+/// The text of a code; the number of one that has none.
+std::string words(std::span<const CodeName> names, std::int32_t code) {
+  const auto name = nameOf(names, code);
+  return name ? std::string(*name) : fmt::format("{}", code);
+}
+
+/// An emissivity of -1 is not set.
+std::string emissivity(float value) {
+  return value < 0 ? "not set" : words(value);
+}
+
+/// The fields gathered so far.
+class Fields {
+ public:
+  template <class T>
+  void add(const char* name, const T& value, const char* unit = "") {
+    fields_.push_back({name, words(value), unit});
+  }
+  void addText(const char* name, std::string value) {
+    fields_.push_back({name, std::move(value), ""});
+  }
+  std::vector<DetailField> take() { return std::move(fields_); }
+
+ private:
+  std::vector<DetailField> fields_;
+};
+
+void addIdentity(Fields& fields, const GlazingData& pane) {
+  fields.add("id", pane.id());
+  fields.add("name", pane.filename());
+  fields.add("product name", pane.productname());
+  fields.add("supplier", pane.supplier());
+  fields.add("group", pane.group());
+  fields.add("NFRC id", pane.NFRC_id());
+  fields.add("description", pane.description());
+  fields.add("appearance", pane.Appearance());
+  fields.add("acceptance", pane.Acceptance());
+  fields.add("file date", pane.FileDate());
+  fields.add("IGDB checksum", pane.IGDBChecksum());
+  fields.add("IGDB checksum date", pane.IGDBChecksumDate());
+  fields.add("hidden", pane.Hidden());
+}
+
+void addScalars(Fields& fields, const GlazingData& pane) {
+  const bool si = pane.unit() == kSI;
+  fields.add("thickness", pane.Thickness(), si ? "mm" : "in");
+  fields.add("conductivity", pane.Conductivity(), si ? "W/(m·K)" : "Btu/(h·ft·°F)");
+  fields.add("infrared transmittance front", pane.TfIR());
+  fields.add("infrared transmittance back", pane.TbiR());
+  fields.addText("emissivity front", emissivity(pane.ef()));
+  fields.addText("source of emissivity front", words(kEmittanceSourceNames, pane.ef_source()));
+  fields.addText("emissivity back", emissivity(pane.eb()));
+  fields.addText("source of emissivity back", words(kEmittanceSourceNames, pane.eb_source()));
+}
+
+std::string layerText(const GlazingStructure& layer) {
+  return fmt::format("{}; {}; {}", layer.filename(), layer.Thickness(),
+                     layer.Flipped() ? "flipped" : "not flipped");
+}
+
+void addComposition(Fields& fields, const GlazingData& pane) {
+  fields.addText("type", words(kGlazingTypeNames, pane.GlazingType()));
+  fields.add("material", pane.material());
+  fields.add("coating name", pane.CoatingName());
+  fields.add("coating id", pane.CoatingID());
+  fields.addText("coated side", pane.CoatedSide() == kSideNotSet
+                                    ? "not set"
+                                    : words(kCoatedSideNames, pane.CoatedSide()));
+  fields.add("coating file", pane.CoatingFilename());
+  fields.add("substrate file", pane.SubstrateFilename());
+  fields.add("laminate file", pane.LaminateFilename());
+  fields.add("laminate material", pane.LaminateMaterial());
+  fields.add("film file", pane.FilmFilename());
+  for (std::int32_t i = 0; i < pane.StructureCount(); ++i) {
+    fields.addText("layer (file; thickness; side)", layerText(*pane.structure(i)));
+  }
+  for (std::int32_t i = 1; i <= pane.UsesCount(); ++i) fields.add("use", pane.uses(i));
+  for (std::int32_t i = 1; i <= pane.AvailabilityCount(); ++i) {
+    const auto& entry = *pane.Availability(i);
+    fields.addText("availability", entry.Region() + ": " + entry.AlternateProductName());
+  }
+}
+
+/// Of the values calculated from the spectrum, those that databases of every kind hold.
+void addIntegrated(Fields& fields, const GlazingData& pane) {
+  if (pane.Precalc_Rfsol() < 0) {
+    fields.addText("integrated values", "none at this angle");
+    return;
+  }
+  fields.add("solar transmittance front", pane.Precalc_Tfsol());
+  fields.add("solar transmittance back", pane.Precalc_Tbsol());
+  fields.add("solar reflectance front", pane.Precalc_Rfsol());
+  fields.add("solar reflectance back", pane.Precalc_RbSol());
+  fields.add("visible transmittance front", pane.Precalc_Tfvis());
+  fields.add("visible transmittance back", pane.Precalc_Tbvis());
+  fields.add("visible reflectance front", pane.Precalc_Rfvis());
+  fields.add("visible reflectance back", pane.Precalc_Rbvis());
+  fields.add("ultraviolet transmittance front", pane.Precalc_Tfuv());
+  fields.add("ultraviolet transmittance back", pane.Precalc_Tbuv());
+  fields.add("ultraviolet reflectance front", pane.Precalc_Rfuv());
+  fields.add("ultraviolet reflectance back", pane.Precalc_Rbuv());
+}
+
+void addOrvFields(Fields& fields, const GlazingData& pane) {
+  fields.add("angle of incidence", std::int32_t{pane.ORV_Angle()}, "°");
+  fields.add("direction", pane.ORV_Direction());
+  fields.add("database emissivity front", pane.ORV_Emissivity_front());
+  fields.add("database emissivity back", pane.ORV_Emissivity_back());
+  fields.add("coating class", pane.ORV_CoatingClass());
+  fields.add("frozen", pane.ORV_Frozen());
+  fields.add("single layer", pane.single_layer());
+  fields.add("spectral pane", pane.spectral_pane());
+  fields.add("with and without film", pane.with_and_without_film());
+  fields.add("film on outdoor side", pane.film_outdoor_side());
+  fields.add("data at 0, 30 and 60 degrees", pane.Use_0_30_60());
+  fields.add("use estimation", pane.use_estimation());
+}
+
+void addSpectrumExtent(Fields& fields, const GlazingData& pane) {
+  const auto& spectrum = pane.SpectralData();
+  const std::int32_t count = spectrum ? spectrum->count() : 0;
+  fields.add("spectral points", count);
+  if (count == 0) return;
+  fields.add("first wavelength", spectrum->ConvertedWl(0, kNanometers), "nm");
+  fields.add("last wavelength", spectrum->ConvertedWl(count - 1, kNanometers), "nm");
+  fields.addText("spectrum of the substrate",
+                 pane.HasSubstrate() && pane.SubstrateReference()->SpectralData() ? "yes" : "no");
+}
+
+}  // namespace
+
+std::vector<DetailField> paneDetails(const GlazingData& pane) {
+  Fields fields;
+  addIdentity(fields, pane);
+  addScalars(fields, pane);
+  addComposition(fields, pane);
+  addOrvFields(fields, pane);
+  addIntegrated(fields, pane);
+  addSpectrumExtent(fields, pane);
+  return fields.take();
+}
+
+std::vector<DetailField> frameDetails(const FrameDataClass& frame) {
+  Fields fields;
+  fields.add("id", frame.id());
+  fields.add("name", frame.name());
+  fields.add("product name", frame.productname());
+  fields.add("supplier", frame.supplier());
+  fields.add("group", frame.group());
+  fields.add("frame type", frame.frametype());
+  fields.add("U-value", frame.u_value(), "W/(m²·K)");
+  fields.add("width", frame.width(), "mm");
+  fields.add("picture", static_cast<std::int32_t>(frame.picture().size()), "bytes");
+  fields.add("info", frame.Info());
+  return fields.take();
+}
+
+}  // namespace orv::commands

@@ -1,0 +1,24 @@
+// Every field of a record, to be shown.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/FrameDataClass.h"
+#include "model/GlazingData.h"
+#include "model/ShadingDataClass.h"
+
+namespace orv::commands {
+
+/// A field with its value in words and its unit; the unit is empty for texts and pure numbers.
+struct DetailField {
+  std::string name;
+  std::string value;
+  std::string unit;
+};
+
+std::vector<DetailField> paneDetails(const GlazingData& pane);
+std::vector<DetailField> frameDetails(const FrameDataClass& frame);
+std::vector<DetailField> shadingDetails(const ShadingDataClass& shading);
+
+}  // namespace orv::commands

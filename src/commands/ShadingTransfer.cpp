@@ -1,0 +1,33 @@
+#include "commands/Transfer.h"
+#include "commands/TransferWork.h"
+
+namespace orv::commands {
+
+namespace {
+
+Outcome copyShading(TransferWork& work, const std::string& identifier) {
+  return work.attempt(
+      identifier,
+      [&] {
+        work.status("Reading " + identifier + "...");
+        const auto shading = work.reader().shading(identifier);
+        const auto group = work.chooseGroup();
+        if (!group) return;
+        shading->group(*group);
+        work.status("Writing " + identifier + "...");
+        work.session().database.InsertShading(*shading, work.destination());
+      },
+      [] { return "A record with this name already exists."; });
+}
+
+}  // namespace
+
+PasteResult transferShadings(Session& session, const sources::RecordSelection& records,
+                             sources::datasource& destination) {
+  TransferWork work(session, records, destination);
+  work.progress().expect(records.RecordsCount());
+  work.forEachRecord([&](const std::string& identifier) { return copyShading(work, identifier); });
+  return work.result();
+}
+
+}  // namespace orv::commands

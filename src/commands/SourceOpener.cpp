@@ -1,0 +1,114 @@
+#include "commands/SourceOpener.h"
+
+#include <filesystem>
+
+#include "database/DatabaseErrors.h"
+#include "database/OrvSchema.h"
+#include "model/Text.h"
+#include "store/StoreError.h"
+
+namespace orv::commands {
+
+namespace DataType = sources::DataType;
+using sources::DataTypeCode;
+
+namespace {
+
+constexpr const char* kGlazingQuery = "qryOptics5Grid";
+
+struct RecordSetDesign {
+  DataTypeCode type;
+  const char* text;
+};
+
+/// The record sets of a database, in the order in which they are listed.
+std::vector<RecordSetDesign> recordSetsOf(DataTypeCode database) {
+  switch (database) {
+    case DataType::orvDatabase2:
+      return {{DataType::orv2Panes, "Panes"},
+              {DataType::orv2Frames, "Frames"},
+              {DataType::orv2Shadings, "Shadings"}};
+    case DataType::orvDatabase3:
+      return {{DataType::orv3Panes, "Panes"},
+              {DataType::orv3Frames, "Frames"},
+              {DataType::orv3Shadings, "Shadings"}};
+    default:
+      return {{DataType::optics5Panes, "Panes"}};
+  }
+}
+
+std::string joined(const std::string& folder, const std::string& filename) {
+  return (std::filesystem::path(folder) / filename).string();
+}
+
+/// The kind of node for a version of an ORV database. Raises kUnknownVersion.
+DataTypeCode databaseType(const std::string& version) {
+  const std::string lower = lowerCase(version);
+  if (lower == database::kVersion2) return DataType::orvDatabase2;
+  if (lower == database::kVersion3) return DataType::orvDatabase3;
+  throw Error(database::kUnknownVersion,
+              "Version number of this ORV database (" + version + ") was not recognized.",
+              kProductName);
+}
+
+}  // namespace
+
+SourceOpener::Node SourceOpener::openOrvDatabase(const std::string& folder,
+                                                 const std::string& filename) {
+  auto connection = session_.database.OpenDatabase(joined(folder, filename), "");
+  const DataTypeCode type = databaseType(session_.database.LookupDatabaseVersion(*connection));
+  return registerDatabase(type, folder, filename, std::move(connection));
+}
+
+SourceOpener::Node SourceOpener::openIgdb(const std::string& folder, const std::string& filename) {
+  return openGlazingDatabase(DataType::igdb, folder, filename, kIgdbPassword);
+}
+
+SourceOpener::Node SourceOpener::openOptics5UserDatabase(const std::string& folder,
+                                                         const std::string& filename) {
+  return openGlazingDatabase(DataType::optics5User, folder, filename, "");
+}
+
+SourceOpener::Node SourceOpener::openTextFiles(const std::string& folder,
+                                               const std::vector<std::string>& filenames,
+                                               TextFileKind kind) {
+  const DataTypeCode type =
+      kind == TextFileKind::panes ? DataType::paneTextFile : DataType::shadingTextFile;
+  const Node node =
+      session_.MainDataSources.AddDataSource(DataType::textFolder, folder, nullptr, folder, "");
+  for (const std::string& filename : filenames) {
+    node->DataSources().AddDataSource(type, filename, nullptr, folder, filename)->Parent(node);
+  }
+  return node;
+}
+
+/// The saved query shows that the file really is such a database; its rows are not read.
+SourceOpener::Node SourceOpener::openGlazingDatabase(DataTypeCode type, const std::string& folder,
+                                                     const std::string& filename,
+                                                     const std::string& password) {
+  auto connection = session_.database.OpenDatabase(joined(folder, filename), password);
+  connection->openRecordset(kGlazingQuery)->close();
+  return registerDatabase(type, folder, filename, std::move(connection));
+}
+
+SourceOpener::Node SourceOpener::registerDatabase(DataTypeCode type, const std::string& folder,
+                                                  const std::string& filename,
+                                                  std::shared_ptr<store::Connection> connection) {
+  const Node node =
+      session_.MainDataSources.AddDataSource(type, filename, connection, folder, filename);
+  for (const RecordSetDesign& design : recordSetsOf(type)) {
+    node->DataSources().AddDataSource(design.type, design.text, connection, "", "")->Parent(node);
+  }
+  return node;
+}
+
+DatabaseFile openDatabaseFile(const std::string& path) {
+  try {
+    return {store::Connection::openFile(path)};
+  } catch (const Error& error) {
+    if (error.number() != store::kNotAuthenticated) throw;
+    return {store::Connection::openFile(path, kIgdbPassword), true};
+  }
+}
+
+}  // namespace orv::commands

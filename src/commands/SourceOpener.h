@@ -1,0 +1,68 @@
+// Opening of data sources and their entry in the registry.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "commands/Session.h"
+
+namespace orv::commands {
+
+/// What a user says that text files are.
+enum class TextFileKind { panes, shadings };
+
+/// The fixed password of the International Glazing Database.
+inline constexpr const char* kIgdbPassword = "tekzil";
+
+/// A database file of whatever kind, opened.
+struct DatabaseFile {
+  std::shared_ptr<store::Connection> connection;
+  /// Whether it has the password of the IGDB.
+  bool withIgdbPassword = false;
+};
+
+/// Whether there is a file that begins as a database does.
+bool isDatabaseFile(const std::string& path);
+
+/// Opens any database file; where it wants a password, with that of the IGDB.
+DatabaseFile openDatabaseFile(const std::string& path);
+
+/// Opens data sources and adds each with its record sets or files to the session's registry. Each
+/// operation returns the new top-level node and raises, with nothing registered, when the source
+/// cannot be opened or is not what it is said to be.
+class SourceOpener {
+ public:
+  using Node = std::shared_ptr<sources::datasource>;
+
+  explicit SourceOpener(Session& session) : session_(session) {}
+
+  /// Raises kUnknownVersion for a version that is neither "2.0.1" nor "3.0.0".
+  Node openOrvDatabase(const std::string& folder, const std::string& filename);
+  Node openIgdb(const std::string& folder, const std::string& filename);
+  Node openOptics5UserDatabase(const std::string& folder, const std::string& filename);
+  Node openTextFiles(const std::string& folder, const std::vector<std::string>& filenames,
+                     TextFileKind kind);
+
+  /// Opens a file or a folder, finding out by itself what it is: a database by its content (with
+  /// the password of the IGDB where it needs one), anything else as text. Of a folder all files
+  /// that may be text are taken, in the order of their names. Where `kind` is not given, the
+  /// first file decides what the texts are.
+  Node openAny(const std::string& path, std::optional<TextFileKind> kind = std::nullopt);
+
+  /// Several paths: text files of one folder become one source.
+  std::vector<Node> openAll(const std::vector<std::string>& paths,
+                            std::optional<TextFileKind> kind = std::nullopt);
+
+ private:
+  Node registerDatabase(sources::DataTypeCode type, const std::string& folder,
+                        const std::string& filename, std::shared_ptr<store::Connection> connection);
+  Node openGlazingDatabase(sources::DataTypeCode type, const std::string& folder,
+                           const std::string& filename, const std::string& password);
+  Node openAnyDatabase(const std::string& folder, const std::string& filename);
+  Node openTextFolder(const std::string& folder, std::optional<TextFileKind> kind);
+
+  Session& session_;
+};
+
+}  // namespace orv::commands

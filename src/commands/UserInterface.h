@@ -1,0 +1,63 @@
+// How the commands talk to whoever started them.
+#pragma once
+
+#include <string>
+
+#include "database/PaneQuestions.h"
+#include "database/Product.h"
+
+namespace orv::commands {
+
+using database::kApplicationTitle;
+using database::kProductName;
+
+enum class MessageKind {
+  information,
+  critical,
+  /// One record of many failed and the work goes on. May be collected and shown at the end.
+  recordFailure,
+};
+
+enum class Buttons { yesNo, yesNoCancel, abortRetryIgnore };
+enum class Answer { yes, no, cancel, abort, retry, ignore };
+
+struct Question {
+  std::string text;
+  std::string title;
+  Buttons buttons = Buttons::yesNo;
+  /// The button that the return key presses.
+  Answer defaultAnswer = Answer::yes;
+};
+
+/// A request for one line of text.
+struct InputRequest {
+  std::string prompt;
+  std::string title;
+  std::string preset;
+};
+
+/// A window or a command line. All texts are UTF-8, lines parted by "\n".
+class UserInterface : public database::PaneQuestions {
+ public:
+  /// Shows what is being done now, in the place where that is always shown.
+  virtual void status(const std::string& text) = 0;
+
+  /// Shows the display of a long work, which stays until endProgress().
+  virtual void beginProgress(const std::string& text) = 0;
+  /// Replaces the text of the display.
+  virtual void progressText(const std::string& text) = 0;
+  virtual void progressSteps(int done, int total) = 0;
+  virtual void endProgress() = 0;
+  /// Whether the user wants the long work to end; asked between records.
+  virtual bool cancelled() = 0;
+
+  virtual void message(MessageKind kind, const std::string& text, const std::string& title) = 0;
+  virtual Answer ask(const Question& question) = 0;
+  /// The text; empty when the user gave none or cancelled.
+  virtual std::string input(const InputRequest& request) = 0;
+
+  /// A question of pane insertion.
+  bool confirm(const std::string& text, const std::string& caption) override;
+};
+
+}  // namespace orv::commands

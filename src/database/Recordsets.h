@@ -1,0 +1,54 @@
+// The ways in which the database layer opens record sets.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "store/Connection.h"
+
+namespace orv::database {
+
+using RecordsetPtr = std::unique_ptr<store::Recordset>;
+
+/// A whole table, to be read and searched.
+inline RecordsetPtr openTable(store::Connection& dc, const std::string& table) {
+  return dc.openRecordset(table, store::CursorType::static_, store::LockType::readOnly,
+                          store::SourceKind::table);
+}
+
+/// A whole table, to which single rows are added.
+inline RecordsetPtr openUpdatable(store::Connection& dc, const std::string& table) {
+  return dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic,
+                          store::SourceKind::table);
+}
+
+/// A table to which the detail rows of one record are added in one commit.
+inline RecordsetPtr openBatch(store::Connection& dc, const std::string& table) {
+  return dc.openRecordset(table, store::CursorType::static_, store::LockType::batchOptimistic,
+                          store::SourceKind::table);
+}
+
+/// Rows from which some are deleted: of a table, or of a SELECT statement.
+inline RecordsetPtr openForDeletion(store::Connection& dc, const std::string& source) {
+  return dc.openRecordset(source, store::CursorType::keyset, store::LockType::optimistic);
+}
+
+/// The rows of a statement, read once in order.
+inline RecordsetPtr openSql(store::Connection& dc, const std::string& statement) {
+  return dc.openRecordset(statement, store::CursorType::forwardOnly, store::LockType::readOnly,
+                          store::SourceKind::sql);
+}
+
+/// The rows of a statement, counted.
+inline RecordsetPtr openCountedSql(store::Connection& dc, const std::string& statement) {
+  return dc.openRecordset(statement, store::CursorType::static_, store::LockType::readOnly,
+                          store::SourceKind::sql);
+}
+
+/// `text` between apostrophes, as it stands: a name that holds one makes the statement or
+/// criterion malformed, which the store reports.
+inline std::string quoted(const std::string& text) {
+  return "'" + text + "'";
+}
+
+}  // namespace orv::database
