@@ -41,37 +41,37 @@ IndexPage::IndexPage(const Format& format, ByteView page)
   // long except in Jet 3.
   const auto& layout = format.indexPage;
   if (layout.prefixLength + 1 < layout.mask - 1) prefixSize_ = page.u16(layout.prefixLength);
-  readMask();
+  const std::size_t shortest = readMask();
   if (count_ == 0) prefixSize_ = 0;
-  checkSizes();
+  checkSizes(shortest);
 }
 
-void IndexPage::readMask() {
+/// Returns the size of the shortest entry, without prefix, but for the first one.
+std::size_t IndexPage::readMask() {
   const auto& layout = format_.indexPage;
   const auto mask = page_.span(layout.mask, layout.entries - layout.mask);
-  const auto addEnds = [this](std::uint64_t bits, std::size_t firstBit) {
+  std::size_t last = 0;
+  std::size_t shortest = capacity();
+  const auto addEnds = [&](std::uint64_t bits, std::size_t firstBit) {
     for (; bits != 0; bits &= bits - 1) {
-      const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
-      ends_[count_++] = static_cast<std::uint16_t>(firstBit + bit);
+      const std::size_t end = firstBit + static_cast<std::size_t>(std::countr_zero(bits));
+      if (count_ > 0) shortest = std::min(shortest, end - last);
+      ends_[count_++] = static_cast<std::uint16_t>(end);
+      last = end;
     }
   };
   std::size_t i = 0;
   for (; i + 8 <= mask.size(); i += 8) addEnds(load64(mask.data() + i), i * 8);
   for (; i < mask.size(); ++i) addEnds(mask[i], i * 8);
+  return shortest;
 }
 
-void IndexPage::checkSizes() const {
+void IndexPage::checkSizes(std::size_t shortest) const {
   if (count_ == 0) return;
   // A prefix may reach into the row pointers, but not into the children, which all differ.
   const std::size_t fixed = leaf_ ? 1 : kChildSize;
-  std::size_t shortest = ends_[0];
-  bool tooShort = ends_[0] < prefixSize_ + fixed;
-  for (std::size_t i = 1; i < count_; ++i) {
-    const std::size_t size = ends_[i] - ends_[i - 1];
-    tooShort |= size < fixed;
-    shortest = std::min(shortest, prefixSize_ + size);
-  }
-  if (tooShort || shortest < trailerSize() || used() > capacity()) {
+  if (ends_[0] < prefixSize_ + fixed || ends_[0] < trailerSize() || shortest < fixed ||
+      prefixSize_ + shortest < trailerSize() || used() > capacity()) {
     raiseDamaged(page_.page(), "its index entries do not fit its mask of entries");
   }
 }

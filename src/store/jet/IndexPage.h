@@ -70,8 +70,8 @@ class IndexPage {
   std::array<std::uint16_t, kMaxEntries> ends_;  ///< from `data_`
 
  private:
-  void readMask();
-  void checkSizes() const;
+  std::size_t readMask();
+  void checkSizes(std::size_t shortest) const;
   template <class IsBefore>
   std::size_t partition(std::span<const std::uint8_t> key, IsBefore isBefore) const;
 };
