@@ -174,7 +174,7 @@ SqlPiece ExpressionWriter::asCollated(SqlPiece piece) {
 /// A number, whatever the expression gives; text that is none raises an error when it is met.
 std::string ExpressionWriter::asNumber(const SqlPiece& piece) {
   const bool known = isNumber(piece) || piece.type == ColumnType::dateTime;
-  return known ? piece.sql : fmt::format("jet_cdbl({})", piece.sql);
+  return known ? piece.sql : fmt::format("jet_number({})", piece.sql);
 }
 
 /// As text where text is wanted: dates and single-precision numbers as Access prints them.

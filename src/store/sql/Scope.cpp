@@ -4,11 +4,13 @@
 #include <fmt/ranges.h>
 
 #include "store/StoreError.h"
-#include "store/sql/Text.h"
+#include "store/jet/Text.h"
 
 namespace orv::store::sql {
 
-bool sameName(std::string_view a, std::string_view b) { return foldCase(a) == foldCase(b); }
+bool sameName(std::string_view a, std::string_view b) {
+  return jet::foldName(a) == jet::foldName(b);
+}
 
 std::string Scope::Found::sql() const { return fmt::format("{}.c{}", member->sqlName, column); }
 

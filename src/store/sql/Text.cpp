@@ -45,14 +45,6 @@ char32_t lowerCharacter(char32_t character) {
   return static_cast<char32_t>(u_tolower(static_cast<UChar32>(character)));
 }
 
-std::string foldCase(std::string_view text) {
-  std::u32string characters = decodeUtf8(text);
-  for (char32_t& character : characters) {
-    character = foldCharacter(character);
-  }
-  return encodeUtf8(characters);
-}
-
 std::string upperWord(std::string_view word) {
   std::string upper(word);
   for (char& c : upper) {

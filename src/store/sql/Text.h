@@ -15,9 +15,6 @@ char32_t foldCharacter(char32_t character);
 char32_t upperCharacter(char32_t character);
 char32_t lowerCharacter(char32_t character);
 
-/// Text with the case of every character taken away.
-std::string foldCase(std::string_view text);
-
 /// The text with ASCII letters in upper case: the form in which words of SQL are compared.
 std::string upperWord(std::string_view word);
 
