@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
+#include <cmath>
+
 #include "errors/Error.h"
 #include "store/Value.h"
 #include "store/sql/DateText.h"
@@ -63,6 +66,10 @@ double Arguments::number(int i) const {
   return Value(text(i)).toDouble();
 }
 
+std::optional<double> Arguments::numberIfAny(int i) const {
+  return isText(i) ? numberOfText(text(i)) : std::optional(number(i));
+}
+
 std::int32_t Arguments::whole(int i) const { return Value(number(i)).toLong(); }
 
 double Arguments::date(int i) const {
@@ -93,6 +100,22 @@ void registerFunction(sqlite3* db, const FunctionDefinition& definition,
   sqlite3_create_function_v2(db, definition.name, -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
                              registered, callFunction, nullptr, nullptr,
                              [](void* p) { delete static_cast<Registered*>(p); });
+}
+
+std::optional<double> numberOfText(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && text.back() == ' ') {
+    text.remove_suffix(1);
+  }
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+  }
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  return whole && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 std::string numberText(double number) { return Value(number).toText(); }

@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,8 @@ class Arguments {
   std::u32string characters(int i) const;
   /// Raises kTypeMismatch for text that is no number.
   double number(int i) const;
+  /// The number, or the number that a text is; none for other text.
+  std::optional<double> numberIfAny(int i) const;
   /// Rounded to the nearest whole number, halves to even. Raises kTypeMismatch, kOverflow.
   std::int32_t whole(int i) const;
   std::int32_t wholeOr(int i, std::int32_t absent) const { return i < count_ ? whole(i) : absent; }
@@ -70,6 +73,9 @@ struct FunctionDefinition {
 
 /// Registers a function; what it raises is kept in `failure`.
 void registerFunction(sqlite3* db, const FunctionDefinition& definition, CallbackFailure& failure);
+
+/// The number that a text is, blanks around it passed over; none for other text.
+std::optional<double> numberOfText(std::string_view text);
 
 /// The text of a number as the `&` operator gives it.
 std::string numberText(double number);

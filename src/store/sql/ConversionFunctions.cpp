@@ -98,22 +98,9 @@ void octal(const Arguments& a, Result& result) {
 }
 
 void isNumeric(const Arguments& a, Result& result) {
-  bool numeric = false;
-  if (a.isText(0)) {
-    std::string text = a.text(0);
-    text.erase(text.find_last_not_of(' ') + 1);
-    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
-    if (text.starts_with('+')) {
-      text.erase(0, 1);
-    }
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    numeric = error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
-  } else {
-    const int type = sqlite3_value_type(a.raw(0));
-    numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-  }
-  result.boolean(numeric);
+  const int type = sqlite3_value_type(a.raw(0));
+  result.boolean(type == SQLITE_INTEGER || type == SQLITE_FLOAT ||
+                 (type == SQLITE_TEXT && numberOfText(a.text(0))));
 }
 
 void isDate(const Arguments& a, Result& result) {

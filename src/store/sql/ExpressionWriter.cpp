@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/sql/Arguments.h"
 #include "store/sql/Catalog.h"
 #include "store/sql/DateText.h"
 #include "store/sql/FunctionTable.h"
@@ -30,19 +30,6 @@ std::string quoteText(std::string_view text) {
     }
   }
   return quoted + "'";
-}
-
-std::optional<double> parseNumber(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') {
-    text.remove_prefix(1);
-  }
-  while (!text.empty() && text.back() == ' ') {
-    text.remove_suffix(1);
-  }
-  double number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  const bool whole = error == std::errc() && end == text.data() + text.size();
-  return whole ? std::optional(number) : std::nullopt;
 }
 
 bool isWholeLiteral(const std::string& digits) {
@@ -200,7 +187,7 @@ void ExpressionWriter::adaptLiteral(const Expression& e, SqlPiece& piece,
       text_.fail(kTypeMismatch, fmt::format("A date is compared with \"{}\"", e.text), e.at);
     }
     piece = dateLiteral(*days);
-  } else if (isNumber(other) && other.type != ColumnType::boolean && !parseNumber(e.text)) {
+  } else if (isNumber(other) && other.type != ColumnType::boolean && !numberOfText(e.text)) {
     text_.fail(kTypeMismatch, fmt::format("A number is compared with \"{}\"", e.text), e.at);
   }
 }

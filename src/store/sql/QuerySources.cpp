@@ -9,6 +9,12 @@
 #include "store/sql/QueryWriter.h"
 
 namespace orv::store::sql {
+namespace {
+
+/// Queries over queries, each of which is put in several times, grow without measure.
+constexpr int kMaximumExpansions = 500;
+
+}  // namespace
 
 std::string QueryWriter::nextAlias() { return fmt::format("t{}", aliases_++); }
 
@@ -86,10 +92,14 @@ Translation QueryWriter::expandQuery(const std::string& name, const std::string&
   if (open) {
     text_.fail(kNotSupported, fmt::format("The saved query \"{}\" refers to itself", name), at);
   }
+  if (++*expansions_ > kMaximumExpansions) {
+    text_.fail(kNotSupported, "The statement is built on too many saved queries", at);
+  }
   const SqlText text{queryText, fmt::format("the saved query \"{}\"", name)};
   QueryWriter inner(catalog_, text);
   inner.openQueries_ = openQueries_;
   inner.openQueries_.push_back(name);
+  inner.expansions_ = expansions_;
   return inner.write(Parser::parse(text), nullptr);
 }
 

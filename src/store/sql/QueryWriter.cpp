@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/sql/ExpressionWriter.h"
 #include "store/sql/Parser.h"
@@ -44,6 +45,14 @@ std::string columnList(std::size_t count) {
 
 Translation QueryWriter::translate(Catalog& catalog, const SqlText& text) {
   return QueryWriter(catalog, text).write(Parser::parse(text), nullptr);
+}
+
+Translation QueryWriter::translateQuery(Catalog& catalog, const std::string& name) {
+  const auto text = catalog.queryText(name);
+  if (!text) {
+    throw Error(kObjectNotFound, fmt::format("There is no saved query \"{}\".", name));
+  }
+  return QueryWriter(catalog, SqlText{name}).expandQuery(name, *text, 0);
 }
 
 Translation QueryWriter::write(const Query& query, const Scope* outer) {

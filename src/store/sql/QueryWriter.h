@@ -1,6 +1,7 @@
 // Access SQL translated to SQLite's.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ class QueryWriter {
 
   /// Raises kSyntaxError, kNotSupported, kObjectNotFound, kItemNotFound, with the place.
   static Translation translate(Catalog& catalog, const SqlText& text);
+
+  /// Translates a saved query.
+  static Translation translateQuery(Catalog& catalog, const std::string& name);
 
   /// The translation of a statement or sub-select; its names resolve in `outer` too.
   Translation write(const Query& query, const Scope* outer);
@@ -76,6 +80,7 @@ class QueryWriter {
   SqlText text_;
   std::vector<std::string> openQueries_;  ///< saved queries that are being expanded
   int aliases_ = 0;
+  std::shared_ptr<int> expansions_ = std::make_shared<int>(0);  ///< of this statement, in all
 };
 
 }  // namespace orv::store::sql
