@@ -1,0 +1,213 @@
+#include "store/sql/RowSource.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "store/jet/IndexKey.h"
+#include "store/sql/KeyBound.h"
+
+namespace orv::store::sql {
+namespace {
+
+class ScanSource final : public RowSource {
+ public:
+  explicit ScanSource(const jet::Table& table) : scan_(table.scan()) {}
+  bool next() override { return scan_.next(); }
+  const jet::RowView& row() const override { return scan_.row(); }
+  jet::RowId rowId() const override { return scan_.rowId(); }
+
+ private:
+  jet::TableScan scan_;
+};
+
+class LookupSource final : public RowSource {
+ public:
+  LookupSource(std::shared_ptr<const jet::Table> table, std::shared_ptr<const ColumnLookup> lookup,
+               std::span<const ColumnLookup::Entry> entries)
+      : table_(std::move(table)), lookup_(std::move(lookup)), entries_(entries) {}
+
+  bool next() override {
+    while (!entries_.empty()) {
+      id_ = jet::RowId::fromPointer(entries_.front().pointer);
+      entries_ = entries_.subspan(1);
+      if (auto row = table_->row(id_)) {
+        row_ = *std::move(row);
+        return true;
+      }
+    }
+    return false;
+  }
+  const jet::RowView& row() const override { return row_; }
+  jet::RowId rowId() const override { return id_; }
+
+ private:
+  std::shared_ptr<const jet::Table> table_;
+  std::shared_ptr<const ColumnLookup> lookup_;
+  std::span<const ColumnLookup::Entry> entries_;
+  jet::RowId id_;
+  jet::RowView row_;
+};
+
+/// The keys between which the entries of an index are wanted: both are prefixes of keys, and the
+/// entries that begin with them are included.
+struct KeyRange {
+  Bytes lower;
+  Bytes upper;
+  bool empty = false;
+};
+
+/// Narrows a range by the plan's constraints, as far as their values have keys.
+class RangeBuilder {
+ public:
+  RangeBuilder(const jet::TableDefinition& table, const jet::RealIndex& index)
+      : table_(table), index_(index) {}
+
+  KeyRange build(std::span<const Constraint::Kind> kinds, BoundValues values) {
+    std::size_t at = 0;
+    bool exact = true;
+    while (exact && at < kinds.size() &&
+           (kinds[at] == Constraint::Kind::equal || kinds[at] == Constraint::Kind::isNull)) {
+      exact = kinds[at] == Constraint::Kind::isNull ? addNull() : addEqual(values[at]);
+      ++at;
+    }
+    const Bytes prefix = range_.lower;
+    for (; exact && at < kinds.size(); ++at) {
+      addBound(prefix, kinds[at], values[at]);
+    }
+    return std::move(range_);
+  }
+
+ private:
+  const jet::Column& column() const { return table_.columns[index_.columns[depth_].column]; }
+  bool ascending() const { return index_.columns[depth_].ascending; }
+
+  void append(Bytes& key, const Value& value) const {
+    jet::appendKey(key, column(), value, ascending());
+  }
+
+  bool addNull() {
+    append(range_.lower, Value());
+    range_.upper = range_.lower;
+    ++depth_;
+    return true;
+  }
+
+  /// False when the columns that follow cannot narrow the range any more.
+  bool addEqual(sqlite3_value* value) {
+    const KeyBound bound = keyBound(column(), value, BoundSide::equal);
+    range_.empty = range_.empty || bound.kind == KeyBound::Kind::nothing;
+    if (bound.kind != KeyBound::Kind::value) {
+      return false;
+    }
+    const bool zeros = hasTwoZeros(column().type) && bound.value.toDouble() == 0;
+    if (zeros) {
+      const Bytes prefix = range_.lower;
+      addBound(prefix, Constraint::Kind::lower, value);
+      addBound(prefix, Constraint::Kind::upper, value);
+      return false;
+    }
+    append(range_.lower, bound.value);
+    range_.upper = range_.lower;
+    ++depth_;
+    return true;
+  }
+
+  void addBound(const Bytes& prefix, Constraint::Kind kind, sqlite3_value* value) {
+    const bool isLower = kind == Constraint::Kind::lower;
+    const KeyBound bound =
+        keyBound(column(), value, isLower ? BoundSide::lower : BoundSide::upper);
+    range_.empty = range_.empty || bound.kind == KeyBound::Kind::nothing;
+    if (bound.kind != KeyBound::Kind::value) {
+      return;
+    }
+    // In a descending column great values come first.
+    Bytes& key = isLower == ascending() ? range_.lower : range_.upper;
+    key = prefix;
+    append(key, bound.value);
+  }
+
+  const jet::TableDefinition& table_;
+  const jet::RealIndex& index_;
+  std::size_t depth_ = 0;
+  KeyRange range_;
+};
+
+/// Compares a key with a prefix of keys: 0 when it begins with it.
+int comparePrefix(std::span<const std::uint8_t> key, const Bytes& prefix) {
+  const std::size_t common = std::min(key.size(), prefix.size());
+  const int order = common == 0 ? 0 : std::memcmp(key.data(), prefix.data(), common);
+  return order != 0 || key.size() >= prefix.size() ? order : -1;
+}
+
+class IndexSource final : public RowSource {
+ public:
+  IndexSource(std::shared_ptr<const jet::Table> table, std::size_t index, bool backward,
+              KeyRange range)
+      : table_(std::move(table)),
+        cursor_(start(table_->index(index), backward, range)),
+        backward_(backward),
+        range_(std::move(range)) {}
+
+  bool next() override {
+    while (!range_.empty && (backward_ ? cursor_.previous() : cursor_.next())) {
+      const bool past = backward_ ? comparePrefix(cursor_.key(), range_.lower) < 0
+                                  : comparePrefix(cursor_.key(), range_.upper) > 0;
+      if (past) {
+        return false;
+      }
+      if (auto row = table_->row(cursor_.rowId())) {
+        row_ = *std::move(row);
+        return true;
+      }
+    }
+    return false;
+  }
+  const jet::RowView& row() const override { return row_; }
+  jet::RowId rowId() const override { return cursor_.rowId(); }
+
+ private:
+  static jet::IndexCursor start(const jet::IndexTree& tree, bool backward, const KeyRange& range) {
+    if (backward) {
+      return range.upper.empty() ? tree.last() : tree.upperBound(range.upper);
+    }
+    return range.lower.empty() ? tree.first() : tree.lowerBound(range.lower);
+  }
+
+  std::shared_ptr<const jet::Table> table_;
+  jet::IndexCursor cursor_;
+  bool backward_;
+  KeyRange range_;
+  jet::RowView row_;
+};
+
+}  // namespace
+
+std::unique_ptr<RowSource> scanRows(const jet::Table& table) {
+  return std::make_unique<ScanSource>(table);
+}
+
+std::unique_ptr<RowSource> indexedRows(std::shared_ptr<const jet::Table> table, std::size_t index,
+                                       bool backward, std::span<const Constraint::Kind> kinds,
+                                       BoundValues values) {
+  const jet::TableDefinition& definition = table->definition();
+  KeyRange range =
+      RangeBuilder(definition, definition.realIndexes.at(index)).build(kinds, values);
+  return std::make_unique<IndexSource>(std::move(table), index, backward, std::move(range));
+}
+
+std::unique_ptr<RowSource> lookedUpRows(std::shared_ptr<const jet::Table> table,
+                                        std::size_t column,
+                                        std::shared_ptr<const ColumnLookup> lookup,
+                                        sqlite3_value* value) {
+  const KeyBound bound =
+      keyBound(table->definition().columns[column], value, BoundSide::equal);
+  if (bound.kind == KeyBound::Kind::unknown || bound.kind == KeyBound::Kind::all) {
+    return scanRows(*table);
+  }
+  const auto entries = bound.kind == KeyBound::Kind::nothing
+                           ? std::span<const ColumnLookup::Entry>()
+                           : lookup->find(bound.value);
+  return std::make_unique<LookupSource>(std::move(table), std::move(lookup), entries);
+}
+
+}  // namespace orv::store::sql

@@ -1,0 +1,63 @@
+#include "store/sql/SqlCursor.h"
+
+#include <algorithm>
+
+#include "store/sql/OutputValue.h"
+#include "store/sql/SqlEngine.h"
+
+namespace orv::store::sql {
+namespace {
+
+constexpr std::size_t kLargestBatch = 512;      // rows
+constexpr std::size_t kBatchBytes = 1'000'000;  // after which a batch ends, for long values
+
+std::size_t bytesOf(const Value& value) {
+  if (const auto* text = value.getIf<std::string>()) {
+    return text->size();
+  }
+  const auto* bytes = value.getIf<Bytes>();
+  return bytes == nullptr ? 0 : bytes->size();
+}
+
+}  // namespace
+
+SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
+                     std::vector<TypedColumn> typed)
+    : engine_(std::move(engine)), statement_(statement), typed_(std::move(typed)) {
+  for (const TypedColumn& column : typed_) {
+    columns_.push_back(column.info);
+  }
+}
+
+SqlCursor::~SqlCursor() = default;
+
+bool SqlCursor::step() {
+  if (started_ && at_ < batch_.size()) {
+    at_ += typed_.size();
+  }
+  started_ = true;
+  if (at_ >= batch_.size() && !finished_) {
+    readBatch();
+  }
+  return at_ < batch_.size();
+}
+
+void SqlCursor::readBatch() {
+  const jet::Pager::ReadLock lock(engine_->pager());
+  batch_.clear();
+  at_ = 0;
+  std::size_t bytes = 0;
+  for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
+    if (!engine_->step(statement_.get())) {
+      finished_ = true;
+      break;
+    }
+    for (std::size_t i = 0; i < typed_.size(); ++i) {
+      batch_.push_back(outputValue(statement_.get(), static_cast<int>(i), typed_[i]));
+      bytes += bytesOf(batch_.back());
+    }
+  }
+  batchRows_ = std::min(batchRows_ * 2, kLargestBatch);
+}
+
+}  // namespace orv::store::sql

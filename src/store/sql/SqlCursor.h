@@ -1,0 +1,59 @@
+// The rows of a SELECT statement, one after the other.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "store/Schema.h"
+#include "store/Value.h"
+#include "store/sql/Scope.h"
+
+namespace orv::store::sql {
+
+class SqlEngine;
+
+/// Reads forward once. Rows are read ahead in batches, each under a Pager::ReadLock that is
+/// released with the batch: other processes can write while the caller works on the rows, and a
+/// later batch sees what they wrote. Destroy or use up the cursor to end the query.
+class SqlCursor {
+ public:
+  ~SqlCursor();
+  SqlCursor(const SqlCursor&) = delete;
+  SqlCursor& operator=(const SqlCursor&) = delete;
+
+  /// The columns of the result: for one of a table its type and size, for an expression its
+  /// type, which is text where that depends on the row.
+  const std::vector<ColumnInfo>& columns() const { return columns_; }
+
+  /// Goes to the next row; false after the last one. Raises what reading the file raises, and
+  /// kTypeMismatch, kOverflow, kInvalidCall for a value that a function cannot take.
+  bool step();
+
+  /// A value of the current row, by 0-based position.
+  const Value& value(std::size_t column) const { return batch_[at_ + column]; }
+
+ private:
+  friend class SqlEngine;
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+
+  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
+            std::vector<TypedColumn> typed);
+  void readBatch();
+
+  std::shared_ptr<SqlEngine> engine_;
+  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+  std::vector<TypedColumn> typed_;
+  std::vector<ColumnInfo> columns_;
+  std::vector<Value> batch_;  ///< the rows' values, row by row
+  std::size_t at_ = 0;        ///< of the current row's first value
+  std::size_t batchRows_ = 16;
+  bool started_ = false;
+  bool finished_ = false;
+};
+
+}  // namespace orv::store::sql

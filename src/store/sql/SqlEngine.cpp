@@ -1,0 +1,146 @@
+#include "store/sql/SqlEngine.h"
+
+#include <fmt/format.h>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/SavedQuery.h"
+#include "store/sql/Functions.h"
+
+namespace orv::store::sql {
+namespace {
+
+/// The sort order in which the database compares: that of its catalogue's names. "General" where
+/// the codes of that are not known; indexes of text then do not serve.
+TextOrder orderOf(jet::Database& database) {
+  const jet::Pager::ReadLock lock(database.pager());
+  const auto catalog = database.table("MSysObjects");
+  const auto name = catalog->definition().findColumn("Name");
+  const jet::SortOrder order =
+      name ? catalog->definition().columns[*name].sortOrder : jet::SortOrder{};
+  const bool general = order.language == jet::SortOrder{}.language;
+  return general ? TextOrder(order) : TextOrder::standard();
+}
+
+sqlite3* openMemory() {
+  sqlite3* db = nullptr;
+  if (sqlite3_open(":memory:", &db) != SQLITE_OK) {
+    sqlite3_close(db);
+    throw Error(kStoreFailure, "SQLite cannot be started.");
+  }
+  return db;
+}
+
+std::string_view bytes(int length, const void* text) {
+  return {static_cast<const char*>(text), static_cast<std::size_t>(length)};
+}
+
+int compareText(void* order, int aLength, const void* a, int bLength, const void* b) {
+  return static_cast<const TextOrder*>(order)->compare(bytes(aLength, a), bytes(bLength, b));
+}
+
+int compareDecimalText(void*, int aLength, const void* a, int bLength, const void* b) {
+  return compareDecimals(bytes(aLength, a), bytes(bLength, b));
+}
+
+}  // namespace
+
+std::shared_ptr<SqlEngine> SqlEngine::create(std::shared_ptr<jet::Database> database) {
+  return std::shared_ptr<SqlEngine>(new SqlEngine(std::move(database)));
+}
+
+SqlEngine::SqlEngine(std::shared_ptr<jet::Database> database)
+    : database_(std::move(database)),
+      textOrder_(orderOf(*database_)),
+      db_(openMemory()),
+      tables_(db_.get(), textOrder_, failure_) {
+  sqlite3_create_collation(db_.get(), kTextCollation, SQLITE_UTF8, &textOrder_, compareText);
+  sqlite3_create_collation(db_.get(), kDecimalCollation, SQLITE_UTF8, nullptr, compareDecimalText);
+  registerFunctions(db_.get(), failure_);
+}
+
+SqlEngine::~SqlEngine() = default;
+
+std::unique_ptr<SqlCursor> SqlEngine::open(const std::string& sql) {
+  const jet::Pager::ReadLock lock(pager());
+  return start(QueryWriter::translate(catalog_, SqlText{sql}));
+}
+
+std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
+  const jet::Pager::ReadLock lock(pager());
+  return start(QueryWriter::translateQuery(catalog_, name));
+}
+
+std::string SqlEngine::translate(const std::string& sql) {
+  const jet::Pager::ReadLock lock(pager());
+  return QueryWriter::translate(catalog_, SqlText{sql}).sql;
+}
+
+std::unique_ptr<SqlCursor> SqlEngine::start(const Translation& translation) {
+  sqlite3_stmt* statement = nullptr;
+  const int result =
+      sqlite3_prepare_v2(db_.get(), translation.sql.c_str(),
+                         static_cast<int>(translation.sql.size()), &statement, nullptr);
+  if (result != SQLITE_OK) {
+    fail();
+  }
+  return std::unique_ptr<SqlCursor>(
+      new SqlCursor(shared_from_this(), statement, translation.columns));
+}
+
+bool SqlEngine::step(sqlite3_stmt* statement) {
+  const int result = sqlite3_step(statement);
+  if (result != SQLITE_ROW && result != SQLITE_DONE) {
+    fail();
+  }
+  return result == SQLITE_ROW;
+}
+
+void SqlEngine::fail() {
+  failure_.rethrow();
+  throw Error(kSyntaxError,
+              fmt::format("The statement cannot be run: {}.", sqlite3_errmsg(db_.get())));
+}
+
+std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name) {
+  jet::Database& database = *engine_.database_;
+  const jet::CatalogEntry* entry = database.find(name);
+  if (entry == nullptr || entry->kind == jet::CatalogEntry::Kind::query) {
+    return std::nullopt;
+  }
+  const std::shared_ptr<jet::Table> table = database.table(name);
+  TableBinding binding{engine_.tables_.nameOf(table), {}};
+  for (const jet::Column& column : table->definition().columns) {
+    binding.columns.push_back(columnInfo(column, database.format()));
+  }
+  return binding;
+}
+
+std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& name) {
+  jet::Database& database = *engine_.database_;
+  const jet::CatalogEntry* entry = database.find(name);
+  if (entry == nullptr || entry->kind != jet::CatalogEntry::Kind::query) {
+    return std::nullopt;
+  }
+  return jet::SavedQuery(entry->name, database.queryParts(*entry)).sql();
+}
+
+ColumnInfo columnInfo(const jet::Column& column, const jet::Format& format) {
+  ColumnInfo info;
+  info.name = column.name;
+  info.type = column.type;
+  if (column.type == ColumnType::text) {
+    info.size = format.unicodeText ? column.length / 2 : column.length;
+  } else if (column.type == ColumnType::binary) {
+    info.size = column.length;
+  }
+  info.autoNumber = column.autoNumber;
+  info.required = column.required;
+  info.allowZeroLength = column.allowZeroLength;
+  info.precision = column.precision;
+  info.scale = column.scale;
+  info.defaultValue = column.defaultValue;
+  return info;
+}
+
+}  // namespace orv::store::sql

@@ -1,0 +1,75 @@
+// SELECT statements over the tables and saved queries of one database.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "store/jet/Database.h"
+#include "store/sql/Callbacks.h"
+#include "store/sql/Catalog.h"
+#include "store/sql/QueryWriter.h"
+#include "store/sql/SqlCursor.h"
+#include "store/sql/TableModule.h"
+#include "store/sql/TextOrder.h"
+
+namespace orv::store::sql {
+
+/// Translates Access SQL and has SQLite run it. Used from one thread.
+class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
+ public:
+  static std::shared_ptr<SqlEngine> create(std::shared_ptr<jet::Database> database);
+  ~SqlEngine();
+  SqlEngine(const SqlEngine&) = delete;
+  SqlEngine& operator=(const SqlEngine&) = delete;
+
+  /// Begins a SELECT statement. The cursor keeps the engine alive. Raises kSyntaxError,
+  /// kNotSupported, kObjectNotFound (a table), kItemNotFound (a column), with the place.
+  std::unique_ptr<SqlCursor> open(const std::string& sql);
+  /// Begins a saved query. Raises kObjectNotFound when there is none of the name.
+  std::unique_ptr<SqlCursor> openQuery(const std::string& name);
+
+  /// Rows that queries have visited in tables so far: what tells an index from a scan.
+  std::uint64_t rowsRead() const { return tables_.rowsRead(); }
+  /// What SQLite is given for a statement.
+  std::string translate(const std::string& sql);
+
+  jet::Pager& pager() const { return database_->pager(); }
+
+ private:
+  friend class SqlCursor;
+
+  /// The database's catalogue as the translator sees it.
+  class JetCatalog final : public Catalog {
+   public:
+    explicit JetCatalog(SqlEngine& engine) : engine_(engine) {}
+    std::optional<TableBinding> table(const std::string& name) override;
+    std::optional<std::string> queryText(const std::string& name) override;
+
+   private:
+    SqlEngine& engine_;
+  };
+
+  explicit SqlEngine(std::shared_ptr<jet::Database> database);
+  std::unique_ptr<SqlCursor> start(const Translation& translation);
+  bool step(sqlite3_stmt* statement);
+  [[noreturn]] void fail();
+
+  std::shared_ptr<jet::Database> database_;
+  TextOrder textOrder_;
+  CallbackFailure failure_;
+  struct Closer {
+    void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+  };
+  std::unique_ptr<sqlite3, Closer> db_;
+  TableModule tables_;
+  JetCatalog catalog_{*this};
+};
+
+/// A column of a table as record sets show it.
+ColumnInfo columnInfo(const jet::Column& column, const jet::Format& format);
+
+}  // namespace orv::store::sql
