@@ -1,6 +1,5 @@
 #include "store/jet/Bytes.h"
 
-#include "errors/Error.h"
 #include "store/StoreError.h"
 
 namespace orv::store::jet {
@@ -17,11 +16,16 @@ DamagedFileScope::~DamagedFileScope() {
   damagedFile = outer_;
 }
 
+DamagedPage::DamagedPage(PageNumber page, std::string what, const std::string& file)
+    : Error(kCorruptFile, file + " is damaged at page " + std::to_string(page) + ": " + what +
+                              ". Check the file to see what is affected, and work with a copy "
+                              "from before the damage."),
+      page_(page),
+      fault_(std::move(what)) {}
+
 void raiseDamaged(PageNumber page, const std::string& what) {
-  const std::string file = damagedFile != nullptr ? "'" + *damagedFile + "'" : "The database file";
-  throw Error(kCorruptFile, file + " is damaged at page " + std::to_string(page) + ": " + what +
-                                ". Check the file to see what is affected, and work with a copy "
-                                "from before the damage.");
+  throw DamagedPage(page, what,
+                    damagedFile != nullptr ? "'" + *damagedFile + "'" : "The database file");
 }
 
 }  // namespace orv::store::jet

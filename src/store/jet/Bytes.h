@@ -6,13 +6,27 @@
 #include <span>
 #include <string>
 
+#include "errors/Error.h"
+
 namespace orv::store::jet {
 
 /// Number of a page; page 0 is the database's header. Row pointers hold three bytes of it.
 using PageNumber = std::uint32_t;
 
-/// Raises kCorruptFile, naming the page, what is wrong, and the file that a DamagedFileScope of
-/// this thread names.
+/// The error of a malformed file: its number is kCorruptFile, its description is for people, and
+/// the page and what is wrong there are given apart for whoever lists damage.
+class DamagedPage : public Error {
+ public:
+  DamagedPage(PageNumber page, std::string what, const std::string& file);
+  PageNumber page() const { return page_; }
+  const std::string& fault() const { return fault_; }
+
+ private:
+  PageNumber page_;
+  std::string fault_;
+};
+
+/// Raises DamagedPage of the file that a DamagedFileScope of this thread names.
 [[noreturn]] void raiseDamaged(PageNumber page, const std::string& what);
 
 /// While it lives, damage that this thread finds is reported of the file at `path` (which must

@@ -37,6 +37,8 @@ class IndexPage {
   std::uint8_t level() const;  ///< 0 for leaves; not every program writes it
 
   std::size_t count() const { return count_; }
+  /// Bytes that no entry takes.
+  std::size_t freeSpace() const { return capacity() - used(); }
   /// Bytes of entry `i`, whole; `entry` keeps its capacity.
   void copyEntry(std::size_t i, Bytes& entry) const;
   Bytes entry(std::size_t i) const;

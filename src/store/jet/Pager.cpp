@@ -218,11 +218,10 @@ Pager::PageBytes Pager::load(PageNumber page) {
     return found->second.bytes;
   }
   if (page >= pageCount_) {
-    throw Error(kCorruptFile, "'" + path_ + "' is damaged: something in it points to page " +
-                                  std::to_string(page) + ", but it has only " +
-                                  std::to_string(pageCount_) +
-                                  " pages. The file may be cut short; "
-                                  "work with a whole copy of it.");
+    throw DamagedPage(page,
+                      "something points to it, but the file has only " +
+                          std::to_string(pageCount_) + " pages and may be cut short",
+                      "'" + path_ + "'");
   }
   auto bytes = std::make_shared_for_overwrite<std::uint8_t[]>(format_->pageSize);
   file_->read(std::uint64_t{page} * format_->pageSize, bytes.get(), format_->pageSize);

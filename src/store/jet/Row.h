@@ -21,6 +21,8 @@ class RowView {
   RowView(Pager& pager, const TableDefinition& definition, PageRef page, std::size_t offset,
           std::size_t length);
 
+  /// Columns that the row has a bit for; fewer than the table where those were added later.
+  std::uint16_t columnCount() const { return columnCount_; }
   bool isNull(const Column& column) const;
   /// The stored bytes of a column: empty for Null; for a long value its definition (length and
   /// place). Booleans have none: their value is not isNull().

@@ -145,6 +145,12 @@ class DefinitionReader {
     }
   }
 
+  /// Some system tables have columns whose maps have never been made.
+  std::optional<RowId> mapAt(std::size_t at) const {
+    const std::uint32_t pointer = bytes_.u32(at);
+    return pointer == 0 ? std::nullopt : std::optional(RowId::fromPointer(pointer));
+  }
+
   void readLongValueMaps() {
     while (at_ + 2 <= bytes_.size()) {
       const std::uint16_t number = bytes_.u16(at_);
@@ -153,8 +159,8 @@ class DefinitionReader {
       }
       for (Column& column : table_.columns) {
         if (column.number == number) {
-          column.longValuePages = RowId::fromPointer(bytes_.u32(at_ + 2));
-          column.longValueFreePages = RowId::fromPointer(bytes_.u32(at_ + 6));
+          column.longValuePages = mapAt(at_ + 2);
+          column.longValueFreePages = mapAt(at_ + 6);
         }
       }
       at_ += 10;

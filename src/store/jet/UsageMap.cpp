@@ -89,9 +89,8 @@ bool UsageMap::contains(PageNumber page) const {
   return bitAt(mapPage(map, index).data() + kMapPageHeader, page % bitsPerMapPage());
 }
 
-std::optional<PageNumber> UsageMap::next(PageNumber from) const {
+std::optional<PageNumber> UsageMap::next(PageNumber from, PageNumber end) const {
   const Shape map = shape();
-  const PageNumber end = pager_.pageCount();
   if (!map.pointers) {
     // Pages outside the bitmap never need to be searched for: free ones beyond it are not in use
     // before the file has grown to them, which makes the map cover them.

@@ -20,7 +20,9 @@ class UsageMap {
 
   bool contains(PageNumber page) const;
   /// The first page of the set that is not below `from` and that the file has.
-  std::optional<PageNumber> next(PageNumber from) const;
+  std::optional<PageNumber> next(PageNumber from) const { return next(from, pager_.pageCount()); }
+  /// The same among the pages below `end`, which the file need not have.
+  std::optional<PageNumber> next(PageNumber from, PageNumber end) const;
   /// Adds a page; turns the map into one of pointers when its span grows too long for a bitmap.
   void add(PageNumber page) { set(page, true); }
   void remove(PageNumber page) { set(page, false); }

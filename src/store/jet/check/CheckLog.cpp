@@ -1,0 +1,88 @@
+#include "store/jet/check/CheckLog.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace orv::store::jet {
+namespace {
+
+/// Faults of one table or index that are listed; a broken one can have one a row.
+constexpr std::size_t kMostListed = 25;
+
+constexpr const char* kRebuild =
+    "Compact the file in Access, or copy its records into a new database.";
+
+std::string adviceFor(Harm harm) {
+  switch (harm) {
+    case Harm::header:
+      return "The file as a whole cannot be relied on. Work with a copy from before the damage.";
+    case Harm::table:
+      return "Rows of the table cannot be reached. Take the table from a copy of the file from "
+             "before the damage.";
+    case Harm::rows:
+      return "What these rows held is lost or wrong. Take them from a copy of the file from before "
+             "the damage, and copy the other records into a new database.";
+    case Harm::longValue:
+      return "The memo or picture is lost or wrong; the rest of its row is not. Enter it anew, or "
+             "take it from a copy of the file from before the damage.";
+    case Harm::index:
+      return fmt::format(
+          "No row is lost, but searches and sorting by the index can miss rows or show wrong ones. "
+          "{}",
+          kRebuild);
+    case Harm::counts:
+      return fmt::format("No row is lost. {}", kRebuild);
+    case Harm::sharing:
+      return "One use overwrites the other. Do not write to the file: copy its records into a new "
+             "database, and compare them with a copy from before the damage.";
+    case Harm::catalogue:
+      break;
+  }
+  return "The object is missing or incomplete. Take it from a copy of the file from before the "
+         "damage.";
+}
+
+CheckFault makeFault(const CheckPlace& place, std::string what, std::string advice) {
+  return {place.table, place.index,     place.page,
+          place.row,   std::move(what), std::move(advice)};
+}
+
+}  // namespace
+
+void CheckLog::fault(const CheckPlace& place, Harm harm, std::string what) {
+  if (counts_[{place.table, place.index}]++ < kMostListed) {
+    report_.faults.push_back(makeFault(place, std::move(what), adviceFor(harm)));
+  }
+}
+
+void CheckLog::note(const CheckPlace& place, std::string what) {
+  const bool known = std::ranges::any_of(report_.notes, [&](const CheckFault& note) {
+    return note.table == place.table && note.index == place.index && note.what == what;
+  });
+  if (!known) {
+    report_.notes.push_back(makeFault(place, std::move(what), ""));
+  }
+}
+
+void CheckLog::report(const CheckPlace& place, Harm harm, const DamagedPage& damage) {
+  if (place.page == 0) {
+    fault(place.onPage(damage.page()), harm, damage.fault());
+  } else if (damage.page() == place.page) {
+    fault(place, harm, damage.fault());
+  } else {
+    fault(place, harm, fmt::format("it leads to page {}: {}", damage.page(), damage.fault()));
+  }
+}
+
+void CheckLog::close() {
+  for (const auto& [place, count] : counts_) {
+    if (count > kMostListed) {
+      report_.faults.push_back(makeFault({place.first, place.second},
+                                         fmt::format("{} more faults", count - kMostListed),
+                                         "They are of the kinds listed above."));
+    }
+  }
+}
+
+}  // namespace orv::store::jet

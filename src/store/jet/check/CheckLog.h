@@ -1,0 +1,75 @@
+// Collects what a check finds.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/StoreError.h"
+#include "store/jet/Bytes.h"
+#include "store/jet/RowId.h"
+
+namespace orv::store::jet {
+
+/// Where a check is looking.
+struct CheckPlace {
+  std::string table{};
+  std::string index{};
+  PageNumber page = 0;
+  int row = -1;
+
+  CheckPlace onPage(PageNumber number) const { return {table, index, number, -1}; }
+  CheckPlace at(RowId id) const { return {table, index, id.page, id.row}; }
+};
+
+/// What a fault does harm to: decides the advice that goes with it.
+enum class Harm {
+  header,     ///< the file as a whole
+  table,      ///< a table's definition or pages: its rows are out of reach
+  rows,       ///< single rows
+  longValue,  ///< a memo or picture
+  index,      ///< searches by an index
+  counts,     ///< bookkeeping from which nothing is read
+  sharing,    ///< a place with two uses, of which one will overwrite the other
+  catalogue,  ///< what the file says it holds
+};
+
+class CheckLog {
+ public:
+  explicit CheckLog(CheckReport& report) : report_(report) {}
+
+  void fault(const CheckPlace& place, Harm harm, std::string what);
+  void note(const CheckPlace& place, std::string what);
+
+  /// Does `work`, and makes a fault of the damage that it comes upon, and a note of what the
+  /// store cannot read. Whether it was done to the end.
+  template <class Work>
+  bool guard(const CheckPlace& place, Harm harm, Work&& work) {
+    try {
+      std::forward<Work>(work)();
+      return true;
+    } catch (const DamagedPage& damage) {
+      report(place, harm, damage);
+    } catch (const Error& error) {
+      if (error.number() != kNotSupported) {
+        throw;
+      }
+      note(place, "not compared: " + error.description());
+    }
+    return false;
+  }
+
+  /// Adds the numbers of faults that were too many to be listed. To be called at the end.
+  void close();
+
+ private:
+  void report(const CheckPlace& place, Harm harm, const DamagedPage& damage);
+
+  CheckReport& report_;
+  /// Faults by table and index.
+  std::map<std::pair<std::string, std::string>, std::size_t> counts_;
+};
+
+}  // namespace orv::store::jet

@@ -1,0 +1,46 @@
+#include "store/jet/check/FileCheck.h"
+
+#include <fmt/format.h>
+
+#include <bit>
+#include <cmath>
+
+#include "store/jet/File.h"
+#include "store/jet/Text.h"
+#include "store/jet/check/CatalogCheck.h"
+
+namespace orv::store::jet {
+
+FileCheck::FileCheck(const std::string& path, const std::string& password,
+                     const CheckProgress& progress)
+    : database_(Database::open(path, password)), progress_(progress) {}
+
+CheckReport FileCheck::run() {
+  const Pager::ReadLock lock(database_->pager());
+  CheckContext context(database_->pager(), progress_);
+  checkHeader(context);
+  CatalogCheck(context).run();
+  context.pages.finish(context.report);
+  context.log.close();
+  return std::move(context.report);
+}
+
+void FileCheck::checkHeader(CheckContext& context) const {
+  const Pager& pager = context.pager;
+  const Format& format = pager.format();
+  const auto size = static_cast<std::uint64_t>(FileSystem::current().size(pager.path()));
+  if (size % format.pageSize != 0) {
+    context.log.fault({}, Harm::header,
+                      fmt::format("its size of {} bytes is not a whole number of pages: it is cut "
+                                  "short",
+                                  size));
+  }
+  context.log.guard({}, Harm::header, [&] {
+    if (!format.unicodeText) {
+      const Bytes sample{'a'};
+      decodeCodePageText(load16(&pager.header()[format.header.codePage]), sample);
+    }
+  });
+}
+
+}  // namespace orv::store::jet

@@ -1,0 +1,30 @@
+// Checking a whole file.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "store/Check.h"
+#include "store/jet/Database.h"
+#include "store/jet/check/CheckContext.h"
+
+namespace orv::store::jet {
+
+/// Walks a file: header, catalogue, each table that the catalogue names, and last the pages that
+/// are left over.
+class FileCheck {
+ public:
+  /// Raises what Database::open() raises.
+  FileCheck(const std::string& path, const std::string& password, const CheckProgress& progress);
+  CheckReport run();
+
+ private:
+  void checkHeader(CheckContext& context) const;
+
+  std::shared_ptr<Database> database_;
+  const CheckProgress& progress_;
+};
+
+}  // namespace orv::store::jet

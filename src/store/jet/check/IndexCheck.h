@@ -1,0 +1,49 @@
+// Checking one index of a table.
+#pragma once
+
+#include <optional>
+
+#include "store/jet/IndexPage.h"
+#include "store/jet/TableDefinition.h"
+#include "store/jet/check/CheckContext.h"
+#include "store/jet/check/RowKeys.h"
+
+namespace orv::store::jet {
+
+/// Walks the tree of an index from its root: every page is the index's own, entries ascend from
+/// the first leaf to the last, leaves are linked in that order, each node's entry is the last one
+/// below, and the entries are exactly those that the rows call for.
+class IndexCheck {
+ public:
+  IndexCheck(CheckContext& context, const TableDefinition& table, const RealIndex& index,
+             RowKeys& keys);
+  void run();
+
+ private:
+  void walk(PageNumber page, std::size_t depth);
+  void checkNode(const StoredIndexPage& node, std::size_t depth);
+  void checkLeaf(const StoredIndexPage& leaf, std::size_t depth);
+  void checkLinks(const StoredIndexPage& leaf);
+  void checkEntry(const CheckPlace& place, std::size_t at);
+  void checkFreeSpace(const StoredIndexPage& page);
+  void findMissingEntries();
+  void checkMap();
+
+  CheckContext& context_;
+  const TableDefinition& table_;
+  const RealIndex& index_;
+  RowKeys& keys_;
+  CheckPlace place_;
+  PageLedger::User user_;
+  Bytes entry_{};     ///< the current entry of a leaf
+  Bytes previous_{};  ///< the one before it; empty before the first
+  bool broken_ = false;  ///< part of the tree could not be read before this place
+  std::optional<std::size_t> leafDepth_{};
+  PageNumber lastLeaf_ = 0;
+  PageNumber lastLeafsNext_ = 0;
+};
+
+/// The name of the index that a tree serves; the first one's if there are several.
+std::string nameOfIndex(const TableDefinition& table, const RealIndex& index);
+
+}  // namespace orv::store::jet

@@ -1,0 +1,37 @@
+// Checking the memos and pictures of a table.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "store/jet/Row.h"
+#include "store/jet/TableDefinition.h"
+#include "store/jet/check/CheckContext.h"
+
+namespace orv::store::jet {
+
+/// Values are given to it one by one; then it looks for parts on their pages that belong to none.
+class LongValueCheck {
+ public:
+  /// Claims the pages of all columns of `table`, which must outlive this.
+  LongValueCheck(CheckContext& context, const TableDefinition& table);
+
+  /// Checks that the value of the row at `id` is whole and that no other has a part of it.
+  void check(const Column& column, const RowView& row, RowId id);
+  /// To be called after all values.
+  void findStrayParts();
+
+ private:
+  struct Space {
+    PageLedger::User user;
+    std::vector<PageNumber> pages;
+  };
+
+  void checkPart(const Column& column, const Space& space, RowId part);
+
+  CheckContext& context_;
+  const TableDefinition& table_;
+  std::map<std::uint16_t, Space> spaces_;  ///< by the column's number
+};
+
+}  // namespace orv::store::jet

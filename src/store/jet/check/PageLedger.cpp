@@ -1,0 +1,129 @@
+#include "store/jet/check/PageLedger.h"
+
+#include <fmt/format.h>
+
+#include "store/jet/DataPage.h"
+#include "store/jet/UsageMap.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr PageNumber kHeaderPage = 0;
+constexpr PageNumber kFreeMapPage = 1;
+constexpr std::size_t kClaimsPerReport = 64;
+
+std::string kindOfPage(const PageRef& page) {
+  switch (page.type()) {
+    case PageType::data:
+      return page.view().u32(4) == kLongValueOwner ? "parts of memos or pictures" : "rows";
+    case PageType::tableDefinition:
+      return "the definition of a table";
+    case PageType::indexNode:
+    case PageType::indexLeaf:
+      return "index entries";
+    case PageType::usageMap:
+      return "a map of pages";
+    default:
+      return "nothing that is known";
+  }
+}
+
+}  // namespace
+
+PageLedger::PageLedger(Pager& pager, CheckLog& log, const CheckProgress& progress)
+    : pager_(pager), log_(log), progress_(progress), users_(pager.pageCount(), kNobody) {
+  addUser({}, "nothing");
+  fileUser_ = addUser({}, "the header and the map of free pages");
+  mapRows_ = addUser({}, "maps of pages");
+  claim(fileUser_, kHeaderPage);
+  claimMap(fileUser_, {kFreeMapPage, 0});
+}
+
+PageLedger::User PageLedger::addUser(const CheckPlace& place, std::string text) {
+  descriptions_.push_back({place, std::move(text)});
+  return static_cast<User>(descriptions_.size() - 1);
+}
+
+std::string PageLedger::describe(User user) const {
+  const Description& found = descriptions_[user];
+  return found.place.table.empty() ? found.text
+                                   : fmt::format("{} of '{}'", found.text, found.place.table);
+}
+
+bool PageLedger::claim(User user, PageNumber page) {
+  if (page >= users_.size()) {
+    log_.fault(descriptions_[user].place.onPage(page), Harm::table,
+               fmt::format("the page belongs to {}, but the file has only {} pages: it is cut "
+                           "short",
+                           descriptions_[user].text, users_.size()));
+    return false;
+  }
+  if (users_[page] != kNobody) {
+    reportShared(user, page);
+    return false;
+  }
+  users_[page] = user;
+  if (++claimed_ % kClaimsPerReport == 0 && progress_) {
+    progress_(claimed_, users_.size());
+  }
+  return true;
+}
+
+void PageLedger::reportShared(User user, PageNumber page) {
+  const std::string what =
+      users_[page] == user
+          ? fmt::format("the page is used twice by {}", descriptions_[user].text)
+          : fmt::format("the page is used twice: by {} and by {}", describe(users_[page]),
+                        describe(user));
+  log_.fault(descriptions_[user].place.onPage(page), Harm::sharing, what);
+}
+
+bool PageLedger::claimMap(User user, RowId map) {
+  const CheckPlace place = descriptions_[user].place.at(map);
+  const bool isOnFile = map.page < users_.size();
+  if (isOnFile && users_[map.page] != kNobody && users_[map.page] != mapRows_) {
+    log_.fault(place, Harm::sharing,
+               fmt::format("the map of pages of {} should be here, but the page is in use by {}",
+                           descriptions_[user].text, describe(users_[map.page])));
+    return false;
+  }
+  if (isOnFile && users_[map.page] == kNobody) {
+    claim(mapRows_, map.page);
+  }
+  if (!maps_.mark(map)) {
+    log_.fault(place, Harm::sharing,
+               fmt::format("the map of pages of {} serves something else too",
+                           descriptions_[user].text));
+    return false;
+  }
+  return log_.guard(place, Harm::table, [&] {
+    UsageMap(pager_, map).forEachMapPage([&](PageNumber page) { claim(user, page); });
+  });
+}
+
+void PageLedger::finish(CheckReport& report) {
+  report.pages = users_.size();
+  log_.guard(CheckPlace{}.at({kFreeMapPage, 0}), Harm::header, [&] {
+    const UsageMap free = PageAllocator::freePages(pager_);
+    for (PageNumber page = 0; page < users_.size(); ++page) {
+      const bool isFree = free.contains(page);
+      report.freePages += isFree ? 1 : 0;
+      if (isFree && users_[page] != kNobody) {
+        log_.fault(descriptions_[users_[page]].place.onPage(page), Harm::sharing,
+                   fmt::format("the page is listed as free, but is in use by {}",
+                               descriptions_[users_[page]].text));
+      } else if (!isFree && users_[page] == kNobody) {
+        ++report.lostPages;
+        reportUnused(page);
+      }
+    }
+  });
+}
+
+void PageLedger::reportUnused(PageNumber page) {
+  log_.note(CheckPlace{}.onPage(page),
+            fmt::format("the page is neither free nor used by anything; it holds {}",
+                        kindOfPage(pager_.read(page))));
+}
+
+}  // namespace orv::store::jet

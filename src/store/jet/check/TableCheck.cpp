@@ -1,0 +1,230 @@
+#include "store/jet/check/TableCheck.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+
+#include "store/jet/IndexKey.h"
+#include "store/jet/check/DataPageCheck.h"
+#include "store/jet/check/IndexCheck.h"
+
+namespace orv::store::jet {
+namespace {
+
+std::uint32_t storedRowCount(Pager& pager, const TableDefinition& table) {
+  return pager.read(table.page).view().u32(pager.format().definition.rowCount);
+}
+
+/// A number of rows to prepare for: what the table says, unless the file is too small for it.
+std::size_t likelyRowCount(Pager& pager, const TableDefinition& table) {
+  return std::min<std::size_t>(storedRowCount(pager, table),
+                               std::size_t{pager.pageCount()} * kMaxRowsOnPage);
+}
+
+bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
+  return std::ranges::any_of(index.columns, [&](const IndexColumn& column) {
+    return values[column.column].isNull();
+  });
+}
+
+}  // namespace
+
+TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
+    : context_(context),
+      table_(table),
+      place_{.table = table.name},
+      rowsUser_(context.pages.addUser(place_, "the rows of the table")),
+      keys_(table.realIndexes.size(), likelyRowCount(context.pager, table)),
+      longValues_(context, table),
+      isKey_(table.columns.size(), false),
+      values_(table.columns.size()) {
+  for (const RealIndex& index : table.realIndexes) {
+    for (const IndexColumn& column : index.columns) {
+      isKey_[column.column] = true;
+    }
+  }
+}
+
+void TableCheck::run(const RowVisitor& visit) {
+  ++context_.report.tables;
+  claimDefinition();
+  checkColumns();
+  claimRows();
+  scan(visit);
+  checkHiddenRows();
+  checkRowCount();
+  longValues_.findStrayParts();
+  for (const RealIndex& index : table_.realIndexes) {
+    IndexCheck(context_, table_, index, keys_).run();
+  }
+}
+
+void TableCheck::claimDefinition() {
+  const PageLedger::User user = context_.pages.addUser(place_, "the definition of the table");
+  context_.pages.claim(user, table_.page);
+  for (const PageNumber page : table_.morePages) {
+    context_.pages.claim(user, page);
+  }
+}
+
+void TableCheck::checkColumns() {
+  std::set<std::uint16_t> numbers;
+  for (const Column& column : table_.columns) {
+    const auto fault = [&](std::string_view what) {
+      context_.log.fault(place_.onPage(table_.page), Harm::table,
+                         fmt::format("the definition of column '{}' {}", column.name, what));
+    };
+    if (!numbers.insert(column.number).second) {
+      fault("has the number of another column");
+    }
+    if (column.number >= table_.maxColumns) {
+      fault(fmt::format("has number {}, but rows have at most {} columns", column.number,
+                        table_.maxColumns));
+    }
+    if (!column.fixed && column.variableIndex >= table_.variableColumns) {
+      fault(fmt::format("is number {} of the columns of variable length, of which there are {}",
+                        column.variableIndex, table_.variableColumns));
+    }
+  }
+}
+
+void TableCheck::claimRows() {
+  pages_ = claimListedPages(context_, rowsUser_, place_, table_.ownedPages);
+  if (context_.pages.claimMap(rowsUser_, table_.freePages)) {
+    checkRoomMap(context_, place_, table_.freePages, pages_);
+  }
+}
+
+void TableCheck::scan(const RowVisitor& visit) {
+  for (const PageNumber page : pages_) {
+    const bool read = checkDataPage(context_, place_.onPage(page), table_.page,
+                                    [&](const PageRef& ref, RowId id, const Slot& slot) {
+                                      visitSlot(ref, id, slot, visit);
+                                    });
+    if (!read) {
+      keys_.addUnreadable(page);
+      allRead_ = false;
+    }
+  }
+}
+
+void TableCheck::visitSlot(const PageRef& page, RowId id, const Slot& slot,
+                           const RowVisitor& visit) {
+  if (slot.kind == SlotKind::row) {
+    checkRow(id, RowView(context_.pager, table_, page, slot.offset, slot.length), visit);
+  } else if (slot.kind == SlotKind::pointer) {
+    const RowId content = followPointer(page, id, slot);
+    PageRef other = context_.pager.read(content.page);
+    const Slot moved = DataPage(context_.pager.format(), other.view()).slot(content.row);
+    checkRow(id, RowView(context_.pager, table_, std::move(other), moved.offset, moved.length),
+             visit);
+  } else if (slot.kind == SlotKind::hidden) {
+    hidden_.push_back(id);
+  }
+}
+
+RowId TableCheck::followPointer(const PageRef& page, RowId id, const Slot& slot) {
+  const ByteView bytes(page.view().span(slot.offset, slot.length), id.page);
+  const RowId content = RowId::fromPointer(bytes.u32(0));
+  const std::string where = fmt::format("row {} of page {}", content.row, content.page);
+  if (!context_.pages.isClaimedBy(rowsUser_, content.page)) {
+    raiseDamaged(id.page, fmt::format("the row has been moved to {}, but that page is not one of "
+                                      "the table's",
+                                      where));
+  }
+  const PageRef other = context_.pager.read(content.page);
+  if (DataPage(context_.pager.format(), other.view()).slot(content.row).kind != SlotKind::hidden) {
+    raiseDamaged(id.page, fmt::format("the row has been moved to {}, but that is no moved row",
+                                      where));
+  }
+  if (!pointedAt_.mark(content)) {
+    raiseDamaged(id.page,
+                 fmt::format("the row has been moved to {}, and another row too", where));
+  }
+  return content;
+}
+
+void TableCheck::checkRow(RowId id, const RowView& row, const RowVisitor& visit) {
+  keys_.add(id);
+  ++rows_;
+  ++context_.report.rows;
+  bool read = false;
+  context_.log.guard(place_.at(id), Harm::rows, [&] {
+    if (row.columnCount() > table_.maxColumns) {
+      raiseDamaged(id.page, fmt::format("the row says that it has {} columns, but the table has "
+                                        "had at most {}",
+                                        row.columnCount(), table_.maxColumns));
+    }
+    readColumns(id, row);
+    read = true;
+    if (visit) {
+      visit(id, row);
+    }
+  });
+  if (read) {
+    expectKeys(id);
+    return;
+  }
+  for (const RealIndex& index : table_.realIndexes) {
+    keys_.expectAny(index.number, false);
+  }
+}
+
+void TableCheck::readColumns(RowId id, const RowView& row) {
+  for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+    const Column& column = table_.columns[i];
+    values_[i] = Value();
+    if (column.isLongValue() && !row.isNull(column)) {
+      longValues_.check(column, row, id);
+    }
+    if (!column.isLongValue() || isKey_[i]) {
+      values_[i] = row.value(column);
+    }
+    if (column.length != 0 && row.bytes(column).size() > column.length) {
+      raiseDamaged(id.page, fmt::format("column '{}' has {} bytes, but takes at most {}",
+                                        column.name, row.bytes(column).size(), column.length));
+    }
+  }
+}
+
+void TableCheck::expectKeys(RowId id) {
+  for (const RealIndex& index : table_.realIndexes) {
+    if (!hasEntry(index, values_)) {
+      continue;
+    }
+    const CheckPlace place{.table = table_.name, .index = nameOfIndex(table_, index)};
+    const bool known = context_.log.guard(place.at(id), Harm::rows, [&] {
+      keys_.expect(index.number, makeKey(table_, index, values_), anyNull(index, values_));
+    });
+    if (!known) {
+      keys_.expectAny(index.number, anyNull(index, values_));
+    }
+  }
+}
+
+void TableCheck::checkHiddenRows() {
+  for (const RowId id : hidden_) {
+    if (!pointedAt_.contains(id)) {
+      context_.log.fault(place_.at(id), Harm::rows,
+                         "the row has been moved here, but its former place does not lead to it");
+    }
+  }
+}
+
+void TableCheck::checkRowCount() {
+  const std::uint32_t said = storedRowCount(context_.pager, table_);
+  if (said == rows_) {
+    return;
+  }
+  const CheckPlace place = place_.onPage(table_.page);
+  const std::string what =
+      fmt::format("the table says that it has {} rows, but {} can be found", said, rows_);
+  if (table_.systemTable && rows_ > said && allRead_) {
+    context_.log.note(place, what + ", as happens in Access's own tables");
+  } else {
+    context_.log.fault(place, allRead_ ? Harm::counts : Harm::rows, what);
+  }
+}
+
+}  // namespace orv::store::jet
