@@ -55,6 +55,34 @@ Translation QueryWriter::translateQuery(Catalog& catalog, const std::string& nam
   return QueryWriter(catalog, SqlText{name}).expandQuery(name, *text, 0);
 }
 
+RowTranslation QueryWriter::translateRows(Catalog& catalog, const SqlText& text) {
+  QueryWriter writer(catalog, text);
+  const Query query = Parser::parse(text);
+  const Select& select = query.selects.front();
+  const bool plain = query.selects.size() == 1 && !select.distinct && !select.distinctRow &&
+                     !select.top && select.groupBy.empty() && !select.having &&
+                     select.items.size() == 1 && select.items.front().all &&
+                     select.from.size() == 1 && select.from.front().kind == Source::Kind::table;
+  Scope scope(writer.text_, nullptr);
+  const std::string from = plain ? writer.writeSources(select, scope) : "";
+  if (!plain || !scope.members().front().baseTable) {
+    writer.text_.fail(kReadOnlyStore,
+                      "Only rows of a SELECT * over one table, with or without WHERE and ORDER "
+                      "BY, can be changed",
+                      0);
+  }
+  ExpressionWriter expressions(writer.text_, scope, writer, select.items);
+  const std::vector<Output> outputs = writer.writeItems(select, scope, expressions);
+  RowTranslation result{.sql = "SELECT " + scope.members().front().sqlName + ".rowid" + from,
+                        .table = select.from.front().name};
+  if (select.where) {
+    result.sql += " WHERE " + expressions.condition(*select.where);
+  }
+  const std::vector<OrderKey> keys = writer.writeOrder(query.orderBy, outputs, expressions);
+  result.sql += orderClause(keys);
+  return result;
+}
+
 Translation QueryWriter::write(const Query& query, const Scope* outer) {
   return query.selects.size() == 1 ? writeSelect(query.selects.front(), query.orderBy, outer)
                                    : writeUnion(query, outer);
@@ -90,12 +118,17 @@ Translation QueryWriter::writeSelect(const Select& select, const std::vector<Ord
                           orderBy.empty() ? 0 : orderBy.front().expression.at);
     return result;
   }
-  result.sql = head + tail;
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    result.sql += fmt::format("{} {}{}", i > 0 ? "," : " ORDER BY", keys[i].sql,
-                              keys[i].descending ? " DESC" : "");
-  }
+  result.sql = head + tail + orderClause(keys);
   return result;
+}
+
+std::string QueryWriter::orderClause(const std::vector<OrderKey>& keys) {
+  std::string sql;
+  for (const OrderKey& key : keys) {
+    sql += fmt::format("{} {}{}", sql.empty() ? " ORDER BY" : ",", key.sql,
+                       key.descending ? " DESC" : "");
+  }
+  return sql;
 }
 
 /// TOP n gives also the rows that are equal to the n-th in what orders them.

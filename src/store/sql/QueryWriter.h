@@ -20,6 +20,12 @@ struct Translation {
   std::vector<TypedColumn> columns;
 };
 
+/// A statement for SQLite that gives the places of rows of one table.
+struct RowTranslation {
+  std::string sql;
+  std::string table;
+};
+
 /// Translates a statement. Saved queries that it names are put in its place as sub-selects.
 class QueryWriter {
  public:
@@ -27,6 +33,9 @@ class QueryWriter {
 
   /// Raises kSyntaxError, kNotSupported, kObjectNotFound, kItemNotFound, with the place.
   static Translation translate(Catalog& catalog, const SqlText& text);
+  /// The rows that `SELECT * FROM table`, with or without WHERE and ORDER BY, picks out. Raises
+  /// kReadOnlyStore for a statement of another shape.
+  static RowTranslation translateRows(Catalog& catalog, const SqlText& text);
 
   /// Translates a saved query.
   static Translation translateQuery(Catalog& catalog, const std::string& name);
@@ -69,6 +78,7 @@ class QueryWriter {
   std::vector<OrderKey> writeOrder(const std::vector<Ordering>& orderBy,
                                    const std::vector<Output>& outputs,
                                    ExpressionWriter& expressions) const;
+  static std::string orderClause(const std::vector<OrderKey>& keys);
   std::string writeTop(const Select& select, const std::string& head, const std::string& tail,
                        const std::vector<OrderKey>& keys, std::size_t columns, std::size_t at) const;
 

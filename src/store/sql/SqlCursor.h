@@ -41,12 +41,14 @@ class SqlCursor {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
+  using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
   SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
             std::vector<TypedColumn> typed);
   void readBatch();
 
   std::shared_ptr<SqlEngine> engine_;
-  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+  Statement statement_;
   std::vector<TypedColumn> typed_;
   std::vector<ColumnInfo> columns_;
   std::vector<Value> batch_;  ///< the rows' values, row by row

@@ -71,21 +71,35 @@ std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
   return start(QueryWriter::translateQuery(catalog_, name));
 }
 
+SelectedRows SqlEngine::selectRows(const std::string& sql) {
+  const jet::Pager::ReadLock lock(pager());
+  const RowTranslation translation = QueryWriter::translateRows(catalog_, SqlText{sql});
+  SelectedRows selected{database_->table(translation.table), {}};
+  const SqlCursor::Statement statement(prepare(translation.sql));
+  while (step(statement.get())) {
+    selected.rows.push_back(jet::RowId::fromPointer(
+        static_cast<std::uint32_t>(sqlite3_column_int64(statement.get(), 0))));
+  }
+  return selected;
+}
+
 std::string SqlEngine::translate(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
   return QueryWriter::translate(catalog_, SqlText{sql}).sql;
 }
 
 std::unique_ptr<SqlCursor> SqlEngine::start(const Translation& translation) {
+  return std::unique_ptr<SqlCursor>(
+      new SqlCursor(shared_from_this(), prepare(translation.sql), translation.columns));
+}
+
+sqlite3_stmt* SqlEngine::prepare(const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
-  const int result =
-      sqlite3_prepare_v2(db_.get(), translation.sql.c_str(),
-                         static_cast<int>(translation.sql.size()), &statement, nullptr);
-  if (result != SQLITE_OK) {
+  if (sqlite3_prepare_v2(db_.get(), sql.c_str(), static_cast<int>(sql.size()), &statement,
+                         nullptr) != SQLITE_OK) {
     fail();
   }
-  return std::unique_ptr<SqlCursor>(
-      new SqlCursor(shared_from_this(), statement, translation.columns));
+  return statement;
 }
 
 bool SqlEngine::step(sqlite3_stmt* statement) {

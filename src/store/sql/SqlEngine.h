@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/jet/Database.h"
 #include "store/sql/Callbacks.h"
@@ -17,6 +18,12 @@
 #include "store/sql/TextOrder.h"
 
 namespace orv::store::sql {
+
+/// Rows of one table.
+struct SelectedRows {
+  std::shared_ptr<jet::Table> table;
+  std::vector<jet::RowId> rows;
+};
 
 /// Translates Access SQL and has SQLite run it. Used from one thread.
 class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
@@ -31,6 +38,10 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
   std::unique_ptr<SqlCursor> open(const std::string& sql);
   /// Begins a saved query. Raises kObjectNotFound when there is none of the name.
   std::unique_ptr<SqlCursor> openQuery(const std::string& name);
+
+  /// The rows of a table that `SELECT * FROM table`, with or without WHERE and ORDER BY, picks
+  /// out, for a record set that changes them. Raises kReadOnlyStore for other statements.
+  SelectedRows selectRows(const std::string& sql);
 
   /// Rows that queries have visited in tables so far: what tells an index from a scan.
   std::uint64_t rowsRead() const { return tables_.rowsRead(); }
@@ -55,6 +66,7 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
 
   explicit SqlEngine(std::shared_ptr<jet::Database> database);
   std::unique_ptr<SqlCursor> start(const Translation& translation);
+  sqlite3_stmt* prepare(const std::string& sql);
   bool step(sqlite3_stmt* statement);
   [[noreturn]] void fail();
 
