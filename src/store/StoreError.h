@@ -16,6 +16,10 @@ inline constexpr std::int32_t kObjectNotFound =
     -2147217865;  ///< 0x80040E37: no such table or query
 inline constexpr std::int32_t kDuplicateKey =
     -2147217873;  ///< 0x80040E2F: a unique index or required column refuses the row
+inline constexpr std::int32_t kObjectExists =
+    -2147217857;  ///< 0x80040E3F: a table, index or query has the name already
+inline constexpr std::int32_t kInvalidDesign =
+    -2147024809;  ///< 0x80070057: a table, index or query cannot be made as asked for
 inline constexpr std::int32_t kNotAuthenticated =
     -2147217843;  ///< 0x80040E4D: wrong or missing password
 inline constexpr std::int32_t kReadOnlyStore =

@@ -112,17 +112,18 @@ const std::vector<CatalogEntry>& Database::entries() {
 }
 
 void Database::forgetCatalog() {
-  epoch_ = 0;
+  entriesKnown_ = false;
 }
 
 void Database::refreshCatalog() {
   Pager::ReadLock lock(*pager_);
-  if (epoch_ == pager_->epoch()) {
+  if (epoch_ != pager_->epoch()) {
+    tables_.clear();
+  } else if (entriesKnown_) {
     return;
   }
   entries_.clear();
   byName_.clear();
-  tables_.clear();
   ++catalogVersion_;
   const SystemTable objects(loadTable("MSysObjects", kCatalogPage, nullptr));
   const Column& id = objects.column("Id");
@@ -148,6 +149,7 @@ void Database::refreshCatalog() {
     }
   }
   epoch_ = pager_->epoch();
+  entriesKnown_ = true;
 }
 
 const CatalogEntry* Database::find(std::string_view name) {

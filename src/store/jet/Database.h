@@ -44,9 +44,9 @@ struct CatalogEntry {
 struct QueryPart {
   std::uint8_t attribute = 0;
   std::int16_t flag = 0;
-  std::string expression;
-  std::string name1;
-  std::string name2;
+  std::string expression{};
+  std::string name1{};
+  std::string name2{};
 };
 
 /// The catalogue of one file, shared by all connections of the process to it.
@@ -74,7 +74,8 @@ class Database {
   std::vector<QueryPart> queryParts(const CatalogEntry& query);
   std::vector<RelationInfo> relations();
 
-  /// To be called after tables, indexes or queries have been made.
+  /// To be called after tables, indexes or queries have been made. Tables that are in use stay
+  /// the same objects.
   void forgetCatalog();
 
  private:
@@ -86,6 +87,7 @@ class Database {
 
   std::shared_ptr<Pager> pager_;
   std::uint64_t epoch_ = 0;  ///< of the pager when the catalogue was read; 0: not read
+  bool entriesKnown_ = false;
   std::uint64_t catalogVersion_ = 0;
   std::vector<CatalogEntry> entries_;
   std::map<std::string, std::size_t> byName_;            ///< case-folded, tables and queries

@@ -9,6 +9,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/MemoryFile.h"
 #include "store/jet/Rc4.h"
 
 namespace orv::store::jet {
@@ -35,6 +36,7 @@ std::shared_ptr<Pager> Pager::open(const std::string& path) {
   auto canonical = std::filesystem::canonical(path, ignored);
   std::shared_ptr<Pager> pager(new Pager(fileSystem.open(path, FileSystem::Open::existing),
                                          ignored ? path : canonical.string()));
+  pager->useJournal();
   slot = pager;
   return pager;
 }
@@ -58,9 +60,18 @@ void Pager::createFile(const std::string& path, const Bytes& content) {
   }
 }
 
+std::shared_ptr<Pager> Pager::overMemory(Bytes& bytes) {
+  std::shared_ptr<Pager> pager(new Pager(std::make_unique<MemoryFile>(bytes), "(memory)"));
+  pager->countPages();
+  return pager;
+}
+
 Pager::Pager(std::unique_ptr<File> file, std::string path)
     : path_(std::move(path)), file_(std::move(file)) {
   readHeader();
+}
+
+void Pager::useJournal() {
   journal_.emplace(path_, format_->pageSize);
   ReadLock recoversAndCounts(*this);
 }
@@ -165,7 +176,7 @@ void Pager::releaseWrite() {
 }
 
 void Pager::recoverFromJournal() {
-  if (!journal_->isPresent()) {
+  if (!journal_ || !journal_->isPresent()) {
     return;
   }
   if (file_->readOnly()) {
@@ -335,7 +346,9 @@ void Pager::writeDirtyPages() {
 
   lockOrExplain(LockKind::readers, true);
   try {
-    journal_->write(committedPageCount_, records);
+    if (journal_) {
+      journal_->write(committedPageCount_, records);
+    }
     for (PageNumber page : pages) {
       Bytes bytes(dirty_[page].get(), dirty_[page].get() + format_->pageSize);
       encode(page, bytes.data());
@@ -343,11 +356,15 @@ void Pager::writeDirtyPages() {
     }
     file_->sync();
     stamp_ = file_->touch();
-    journal_->clear();
+    if (journal_) {
+      journal_->clear();
+    }
   } catch (const Error&) {
     // Undo what reached the file; should that fail too, the journal stays for the next reader.
     try {
-      journal_->rollBack(*file_);
+      if (journal_) {
+        journal_->rollBack(*file_);
+      }
     } catch (const Error&) {
     }
     forgetPages();

@@ -54,6 +54,9 @@ class Pager {
   /// stands already.
   static void createFile(const std::string& path, const Bytes& content);
 
+  /// A pager over the file content `bytes`, which it changes and which outlives it.
+  static std::shared_ptr<Pager> overMemory(Bytes& bytes);
+
   ~Pager();
   Pager(const Pager&) = delete;
   Pager& operator=(const Pager&) = delete;
@@ -120,6 +123,8 @@ class Pager {
   };
 
   Pager(std::unique_ptr<File> file, std::string path);
+  /// Undoes what a crash left, and keeps a journal from now on.
+  void useJournal();
 
   void acquireRead();
   void releaseRead();
@@ -147,7 +152,7 @@ class Pager {
   int engineVersion_ = 0;
   std::uint32_t encodingKey_ = 0;  ///< 0: pages are not encoded
   Bytes header_;
-  std::optional<Journal> journal_;
+  std::optional<Journal> journal_;  ///< none for content in memory
   PageNumber pageCount_ = 0;
   std::uint64_t version_ = 1;
   std::uint64_t epoch_ = 1;

@@ -111,6 +111,11 @@ bool TableScan::next() {
 Table::Table(std::shared_ptr<Pager> pager, std::shared_ptr<const TableDefinition> definition)
     : pager_(std::move(pager)), definition_(std::move(definition)) {}
 
+void Table::changeDefinition(std::shared_ptr<const TableDefinition> definition) {
+  formerDefinitions_.push_back(std::move(definition_));
+  definition_ = std::move(definition);
+}
+
 std::uint32_t Table::rowCount() const {
   Pager::ReadLock lock(*pager_);
   return pager_->read(definition_->page).view().u32(pager_->format().definition.rowCount);

@@ -49,6 +49,9 @@ class Table {
   const TableDefinition& definition() const { return *definition_; }
   std::shared_ptr<const TableDefinition> sharedDefinition() const { return definition_; }
   Pager& pager() const { return *pager_; }
+  /// Goes on with the definition that the table has got. The former one lives on, since rows
+  /// that were read before refer to it.
+  void changeDefinition(std::shared_ptr<const TableDefinition> definition);
 
   std::uint32_t rowCount() const;
   TableScan scan() const { return TableScan(*pager_, definition_); }
@@ -80,6 +83,7 @@ class Table {
 
   std::shared_ptr<Pager> pager_;
   std::shared_ptr<const TableDefinition> definition_;
+  std::vector<std::shared_ptr<const TableDefinition>> formerDefinitions_;
   std::int32_t reserved_ = 0;
   PageNumber insertHint_ = 0;  ///< the page that took the last row
 };

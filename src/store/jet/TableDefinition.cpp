@@ -1,31 +1,17 @@
 #include "store/jet/TableDefinition.h"
 
 #include <algorithm>
-#include <set>
 
-#include "errors/Error.h"
+#include "store/jet/DefinitionFormat.h"
+#include "store/jet/DefinitionPages.h"
 #include "store/jet/Pager.h"
 #include "store/jet/Text.h"
 
 namespace orv::store::jet {
 namespace {
 
-// Flags of a column block.
-constexpr std::uint8_t kFixedFlag = 0x01;
-constexpr std::uint8_t kAutoNumberFlag = 0x04;
-constexpr std::uint8_t kAutoGuidFlag = 0x40;
-constexpr std::uint8_t kHyperlinkFlag = 0x80;
-constexpr std::uint8_t kCompressibleFlag = 0x01;  // of the extra flags
-
-// Flags of a real index block.
-constexpr std::uint8_t kUniqueFlag = 0x01;
-constexpr std::uint8_t kIgnoreNullsFlag = 0x02;
-constexpr std::uint8_t kRequiredFlag = 0x08;
-
-constexpr std::uint8_t kSystemTableType = 0x53;
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000;
-constexpr std::size_t kMaxDefinitionPages = 1000;
 
 /// Reads the blocks of a definition whose pages have been put together.
 class DefinitionReader {
@@ -87,6 +73,7 @@ class DefinitionReader {
       column.fixed = (flags & kFixedFlag) != 0;
       column.autoNumber = (flags & kAutoNumberFlag) != 0 && column.type == ColumnType::longInteger;
       column.autoGuid = (flags & kAutoGuidFlag) != 0;
+      column.securityId = (flags & kSecurityIdFlag) != 0;
       column.hyperlink = (flags & kHyperlinkFlag) != 0;
       if (column.type == ColumnType::numeric) {
         column.precision = bytes_.u8(at_ + c.precision);
@@ -192,30 +179,6 @@ class DefinitionReader {
   std::size_t at_ = 0;
 };
 
-/// The definition's pages put together: the first whole, of the others what follows their header.
-Bytes collectPages(Pager& pager, TableDefinition& table) {
-  const Format& format = pager.format();
-  Bytes bytes;
-  std::set<PageNumber> seen;
-  for (PageNumber page = table.page; page != 0;) {
-    if (!seen.insert(page).second || seen.size() > kMaxDefinitionPages) {
-      raiseDamaged(page, "the pages of the definition of table '" + table.name + "' form a loop");
-    }
-    const PageRef ref = pager.read(page);
-    if (ref.type() != PageType::tableDefinition) {
-      raiseDamaged(page,
-                   "it should define table '" + table.name + "', but is a page of another kind");
-    }
-    const std::size_t skip = bytes.empty() ? 0 : format.definition.pageHeader;
-    bytes.insert(bytes.end(), ref.data() + skip, ref.data() + ref.size());
-    if (page != table.page) {
-      table.morePages.push_back(page);
-    }
-    page = ref.view().u32(format.definition.nextPage);
-  }
-  return bytes;
-}
-
 }  // namespace
 
 ColumnInfo describe(const Column& column) {
@@ -249,8 +212,9 @@ std::shared_ptr<TableDefinition> readTableDefinition(Pager& pager, PageNumber pa
   auto table = std::make_shared<TableDefinition>();
   table->name = name;
   table->page = page;
-  const Bytes bytes = collectPages(pager, *table);
-  DefinitionReader(pager, {bytes, page}, *table).read();
+  DefinitionPages definition = readDefinitionPages(pager, page, name);
+  table->morePages = std::move(definition.more);
+  DefinitionReader(pager, {definition.bytes, page}, *table).read();
   return table;
 }
 

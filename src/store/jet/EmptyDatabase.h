@@ -1,0 +1,14 @@
+// A database in which nothing is yet.
+#pragma once
+
+#include "store/Value.h"
+
+namespace orv::store::jet {
+
+/// The content of a new, empty Jet 4 file: what the engine itself (through ADOX) makes, with the
+/// four system tables, the containers and their permissions. What only the windows of Access use
+/// (containers of forms, reports, modules and the like, MSysAccessObjects, and the permissions
+/// of the workgroup's "Admins") is not in it: Access adds it when it first opens the file.
+Bytes emptyDatabase();
+
+}  // namespace orv::store::jet
