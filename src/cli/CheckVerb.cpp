@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
+#include "commands/LongWork.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
 
@@ -9,13 +10,13 @@ namespace orv::cli {
 
 namespace {
 
-/// Faults of a file, with the password of the IGDB where it wants one.
-std::vector<store::CheckFault> faultsOf(const std::string& path) {
+/// With the password of the IGDB where the file wants one.
+store::CheckReport check(const std::string& path, const store::CheckProgress& progress) {
   try {
-    return store::checkFile(path, "");
+    return store::checkFile(path, "", progress);
   } catch (const Error& error) {
     if (error.number() != store::kNotAuthenticated) throw;
-    return store::checkFile(path, commands::kIgdbPassword);
+    return store::checkFile(path, commands::kIgdbPassword, progress);
   }
 }
 
@@ -28,24 +29,45 @@ class CheckVerb : public Verb {
     addFormat(command(), format_);
   }
 
-  ExitCode run(Console& /*console*/) override {
-    const auto faults = opening([&] { return faultsOf(path_); });
-    if (format_ == Format::table) {
-      for (const store::CheckFault& fault : faults) std::cout << fault.toText() << '\n';
-    } else {
-      const auto writer =
-          makeRowWriter(format_, {"table", "index", "page", "row", "fault"}, std::cout);
-      for (const store::CheckFault& fault : faults) {
-        writer->row({fault.table, fault.index, std::int64_t{fault.page}, fault.row, fault.what});
-      }
-      writer->end();
-    }
+  ExitCode run(Console& console) override {
+    const store::CheckReport report = opening([&] { return checkWithProgress(console.ui); });
+    format_ == Format::table ? writeText(report) : writeRows(report);
     std::cerr << "orv: " << path_ << ": "
-              << (faults.empty() ? "no faults" : counted(faults.size(), "fault")) << ".\n";
-    return faults.empty() ? kAllWell : kRecordsFailed;
+              << (report.sound() ? "no faults" : counted(report.faults.size(), "fault")) << " in "
+              << counted(report.tables, "table") << ", " << counted(report.rows, "row") << ", "
+              << report.indexEntries << " index entries"
+              << ".\n";
+    return report.sound() ? kAllWell : kRecordsFailed;
   }
 
  private:
+  store::CheckReport checkWithProgress(CliUserInterface& ui) const {
+    const commands::LongWork work(ui, "Checking...");
+    return check(path_, [&](std::size_t done, std::size_t pages) {
+      ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
+    });
+  }
+
+  static void writeText(const store::CheckReport& report) {
+    for (const store::CheckFault& fault : report.faults) std::cout << fault.toText() << '\n';
+    for (const store::CheckFault& note : report.notes) {
+      std::cout << "note: " << note.toText() << '\n';
+    }
+  }
+
+  void writeRows(const store::CheckReport& report) const {
+    const auto writer = makeRowWriter(
+        format_, {"kind", "table", "index", "page", "row", "what", "advice"}, std::cout);
+    const auto write = [&](const char* kind, const store::CheckFault& fault) {
+      writer->row({kind, fault.table, fault.index, std::int64_t{fault.page},
+                   fault.row < 0 ? store::Value() : store::Value(fault.row), fault.what,
+                   fault.advice});
+    };
+    for (const store::CheckFault& fault : report.faults) write("fault", fault);
+    for (const store::CheckFault& note : report.notes) write("note", note);
+    writer->end();
+  }
+
   std::string path_;
   Format format_ = Format::table;
 };

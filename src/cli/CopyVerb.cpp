@@ -46,10 +46,10 @@ class CopyVerb : public Verb {
     commands::SourceOpener opener(console.session);
     const auto split = findDestination();
     const auto nodes = opening([&] {
-      return opener.openAll({arguments_.begin(), split}, source_.textKind());
+      return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
     });
     const Node destination = opening([&] { return opener.openAny(*split); });
-    const std::vector<std::string> identifiers(split + 1, arguments_.end());
+    const std::vector<std::string> identifiers(split + 1, arguments_.cend());
     if (nodes.size() > 1 && !identifiers.empty()) {
       throw wrongUse("Identifiers of records can be given for one source only.");
     }

@@ -20,12 +20,13 @@ RecordsetPtr findRecord(store::Connection& dc, const std::string& table,
 }
 
 void deleteRowsOfPane(store::Connection& dc, const std::string& table, std::int32_t paneId) {
-  auto rows =
-      openForDeletion(dc, "SELECT * FROM " + table + " WHERE PaneID = " + std::to_string(paneId));
+  auto rows = openForBatchDeletion(
+      dc, "SELECT * FROM " + table + " WHERE PaneID = " + std::to_string(paneId));
   while (!rows->eof()) {
     rows->deleteRow();
     rows->moveNext();
   }
+  rows->updateBatch();
   rows->close();
 }
 

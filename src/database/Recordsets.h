@@ -28,9 +28,16 @@ inline RecordsetPtr openBatch(store::Connection& dc, const std::string& table) {
                           store::SourceKind::table);
 }
 
-/// Rows from which some are deleted: of a table, or of a SELECT statement.
-inline RecordsetPtr openForDeletion(store::Connection& dc, const std::string& source) {
-  return dc.openRecordset(source, store::CursorType::keyset, store::LockType::optimistic);
+/// A whole table, from which one row is deleted.
+inline RecordsetPtr openForDeletion(store::Connection& dc, const std::string& table) {
+  return dc.openRecordset(table, store::CursorType::keyset, store::LockType::optimistic,
+                          store::SourceKind::table);
+}
+
+/// The rows of a statement, which are deleted in one commit.
+inline RecordsetPtr openForBatchDeletion(store::Connection& dc, const std::string& statement) {
+  return dc.openRecordset(statement, store::CursorType::keyset, store::LockType::batchOptimistic,
+                          store::SourceKind::sql);
 }
 
 /// The rows of a statement, read once in order.

@@ -1,0 +1,74 @@
+#include <fstream>
+
+#include "database/DatabaseErrors.h"
+#include "database/TestDatabase.h"
+#include "model/Raised.h"
+#include "store/StoreError.h"
+
+namespace orv::test {
+namespace {
+
+using ConnectionTest = DatabaseTest;
+
+TEST_F(ConnectionTest, TheLastRowOfTheVersionTableCounts) {
+  EXPECT_EQ(database.LookupDatabaseVersion(*dc), "3.0.0");
+  addRow("ORVdata_version", {{"version", "9.9.9 "}});
+  EXPECT_EQ(database.LookupDatabaseVersion(*dc), "9.9.9 ") << "neither trimmed nor changed";
+}
+
+TEST_F(ConnectionTest, AVersionTableWithoutRowsIsAnError) {
+  auto rows =
+      dc->openRecordset("ORVdata_version", store::CursorType::keyset, store::LockType::optimistic);
+  rows->deleteRow();
+  const Raised raised = raisedBy([&] { database.LookupDatabaseVersion(*dc); });
+  EXPECT_EQ(raised.number, 1005);
+  EXPECT_EQ(raised.description, "The database's version info has no entries!");
+}
+
+TEST_F(ConnectionTest, ANullVersionIsAnError) {
+  addRow("ORVdata_version", {{"version", store::Value()}});
+  EXPECT_EQ(raisedBy([&] { database.LookupDatabaseVersion(*dc); }).number, kInvalidUseOfNull);
+}
+
+TEST_F(ConnectionTest, OpensAndClosesAndRefusesWhatIsNoDatabase) {
+  const auto second = database.OpenDatabase(path, "");
+  EXPECT_EQ(database.LookupDatabaseVersion(*second), "3.0.0");
+  database.CloseDatabase(*second);
+  EXPECT_FALSE(second->isOpen());
+  EXPECT_EQ(raisedBy([&] { database.CloseDatabase(*second); }).number, store::kObjectClosed);
+
+  EXPECT_NE(raisedBy([&] { database.OpenDatabase(path + ".not", ""); }).number, 0);
+  folder.write("text.mdb", "no database");
+  EXPECT_NE(
+      raisedBy([&] { database.OpenDatabase((folder.path() / "text.mdb").string(), ""); }).number,
+      0);
+}
+
+TEST_F(ConnectionTest, ASemicolonInAPathBreaksTheConnectionString) {
+  const auto odd = (folder.path() / "a;b.mdb").string();
+  database::CreateEmptyDatabase(odd);
+  EXPECT_NE(raisedBy([&] { database.OpenDatabase(odd, ""); }).number, 0);
+}
+
+TEST(DatabaseErrorsTest, EachNumberHasItsTextAndTheProductAsItsSource) {
+  const std::vector<std::pair<std::int32_t, std::string>> texts = {
+      {-2147220991, "Data retrieval failed."},
+      {-2147220990, "Unable to retrieve this data from this database."},
+      {-2147220989, "Unable to write this data from this database."},
+      {-2147220988, "This record already exists."},
+      {-2147220987, "The spectral data of this pane is invalid. The values may be unphysical."},
+      {-2147220986,
+       "The spectral data of the subtrate of this pane is invalid. The values may be unphysical."},
+      {-2147220985, "Data for this pane and its substrate are not given at identical wavelengths."},
+      {17, "An unhandled error occured in ORV database manager."}};
+  for (const auto& [number, text] : texts) {
+    EXPECT_EQ(database::ErrorDescription(number), text);
+    const Raised raised = raisedBy([&] { database::RaiseUnless(false, number); });
+    EXPECT_EQ(raised.number, number);
+    EXPECT_EQ(raised.source, "ORV database manager");
+  }
+  EXPECT_NO_THROW(database::RaiseUnless(true, 17));
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,241 @@
+#include "database/DatabaseErrors.h"
+#include "database/TestDatabase.h"
+#include "model/Raised.h"
+
+namespace orv::test {
+namespace {
+
+class PaneInsertionTest : public DatabaseTest {
+ protected:
+  std::string paneValue(const std::string& column) {
+    return valueOf("SELECT " + column + " FROM Pane").toText();
+  }
+};
+
+TEST_F(PaneInsertionTest, WritesThePaneAndItsLookupRows) {
+  const auto pane = makePane("clear.txt");
+  pane->supplier("");
+  pane->group("");
+  pane->ORV_CoatingClass("ab1é");
+  pane->Acceptance("#");
+  pane->single_layer(true);
+  pane->Use_0_30_60(true);
+  pane->ORV_Frozen(true);
+  database.InsertPane(*pane, *dc);
+
+  EXPECT_EQ(pane->id(), 1);
+  auto row = dc->openRecordset("Pane");
+  EXPECT_EQ(row->value("PaneID"), store::Value(1));
+  EXPECT_EQ(row->value("name").toText(), "clear.txt");
+  EXPECT_EQ(row->value("product_name").toText(), "Product clear.txt");
+  EXPECT_FLOAT_EQ(row->value("thickness").toDouble(), 5.7F);
+  EXPECT_EQ(row->value("emission_IR_outdoor").toDouble(), 0.84);
+  EXPECT_EQ(row->value("emission_IR_indoor").toDouble(), 0.1);
+  EXPECT_EQ(row->value("transmission_IR_outdoor").toDouble(), 0.125);
+  EXPECT_EQ(row->value("transmission_IR_indoor").toDouble(), 0.25);
+  EXPECT_TRUE(row->value("single_layer").toBoolean());
+  EXPECT_TRUE(row->value("0_30_60").toBoolean());
+  EXPECT_TRUE(row->value("freeze").toBoolean());
+  EXPECT_FALSE(row->value("film_outdoor_side").toBoolean());
+  EXPECT_EQ(row->value("Ra").toLong(), 0);
+  EXPECT_EQ(row->value("coatingcode").toText(), "AB1É");
+  EXPECT_EQ(row->value("acceptance").toText(), "#");
+  EXPECT_EQ(valueOf("SELECT GroupName FROM Groups WHERE GroupID = 1").toText(), "Unknown");
+  EXPECT_EQ(row->value("groupID").toLong(), 1);
+  EXPECT_EQ(valueOf("SELECT SupplierName FROM Suppliers").toText(), "Unknown");
+}
+
+TEST_F(PaneInsertionTest, ConvertsInchPoundUnits) {
+  const auto pane = makePane("ip.txt");
+  pane->unit(kIP);
+  pane->Thickness(0.25F);
+  pane->Conductivity(0.5F);
+  database.InsertPane(*pane, *dc);
+  EXPECT_FLOAT_EQ(valueOf("SELECT thickness FROM Pane").toDouble(), 6.35F);
+  EXPECT_FLOAT_EQ(valueOf("SELECT conduction FROM Pane").toDouble(), 0.86535F);
+}
+
+TEST_F(PaneInsertionTest, TheInfoIsTheDescriptionElseTheAppearance) {
+  const auto both = makePane("both");
+  both->description("described");
+  both->Appearance("blue");
+  database.InsertPane(*both, *dc);
+  const auto appearance = makePane("appearance");
+  appearance->Appearance("blue");
+  database.InsertPane(*appearance, *dc);
+  const auto neither = makePane("neither");
+  database.InsertPane(*neither, *dc);
+
+  EXPECT_EQ(valueOf("SELECT info FROM Pane WHERE name = 'both'").toText(), "described");
+  EXPECT_EQ(valueOf("SELECT info FROM Pane WHERE name = 'appearance'").toText(),
+            "Appearance: blue");
+  EXPECT_EQ(retrieve(neither->id())->description(), "");
+}
+
+TEST_F(PaneInsertionTest, AnotherAngleGoesToTheSamePaneAndTheSameAngleIsRefused) {
+  const auto first = makePane("pane", 0);
+  database.InsertPane(*first, *dc);
+  const auto second = makePane("pane", 30);
+  database.InsertPane(*second, *dc);
+  EXPECT_EQ(second->id(), first->id());
+  EXPECT_EQ(rowCount("Pane"), 1);
+  EXPECT_EQ(rowCount("Pane_integrated_data"), 2);
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
+
+  const auto again = makePane("pane", 30);
+  const Raised raised = raisedBy([&] { database.InsertPane(*again, *dc); });
+  EXPECT_EQ(raised.number, database::kRecordExists);
+  EXPECT_EQ(raised.description, "This record already exists.");
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
+
+  const auto otherGroup = makePane("pane", 30);
+  otherGroup->group("Other");
+  database.InsertPane(*otherGroup, *dc);
+  EXPECT_EQ(rowCount("Pane"), 2);
+}
+
+TEST_F(PaneInsertionTest, WavelengthsAreStoredInNanometres) {
+  database.InsertPane(*makePane("pane"), *dc);
+  auto rows = dc->openRecordset("SELECT * FROM Pane_spectral_data ORDER BY wavelength");
+  EXPECT_FLOAT_EQ(rows->value("wavelength").toDouble(), 300);
+  EXPECT_FLOAT_EQ(rows->value("transmission_outdoor").toDouble(), 0.5F);
+  EXPECT_FLOAT_EQ(rows->value("reflection_outdoor").toDouble(), 0.1F);
+  EXPECT_FLOAT_EQ(rows->value("reflection_indoor").toDouble(), 0.2F);
+  EXPECT_EQ(rows->value("transmission_sub").toDouble(), 0);
+  EXPECT_EQ(rows->value("reflection_sub").toDouble(), 0);
+  EXPECT_EQ(rows->value("direction").toLong(), 0);
+  EXPECT_EQ(rows->value("angle").toLong(), 0);
+}
+
+TEST_F(PaneInsertionTest, APaneThatIsNotSpectralHasNoSpectralRows) {
+  const auto pane = makePane("pane");
+  pane->spectral_pane(false);
+  pane->SpectralData()->Tf(0, 7);
+  database.InsertPane(*pane, *dc);
+  EXPECT_EQ(rowCount("Pane_integrated_data"), 1);
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 0);
+}
+
+TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) {
+  struct Case {
+    const char* what;
+    void (*spoil)(SpectralData&);
+    bool isRefused;
+  };
+  const Case cases[] = {
+      {"50 nm", [](SpectralData& s) { s.wl(0, 0.05F); }, true},
+      {"50.1 nm", [](SpectralData& s) { s.wl(0, 0.0501F); }, false},
+      {"100 microns", [](SpectralData& s) { s.wl(4, 100); }, true},
+      {"99.9 microns", [](SpectralData& s) { s.wl(4, 99.9F); }, false},
+      {"transmittance", [](SpectralData& s) { s.Tf(2, 1.001F); }, true},
+      {"back transmittance", [](SpectralData& s) { s.Tb(2, 1.001F); }, true},
+      {"reflectance", [](SpectralData& s) { s.Rf(2, 1.001F); }, true},
+      {"back reflectance", [](SpectralData& s) { s.Rb(2, 1.001F); }, true},
+      {"limits",
+       [](SpectralData& s) {
+         s.Rb(2, 1);
+         s.Rf(2, 0);
+       },
+       false},
+  };
+  std::int64_t panes = 0;
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.what);
+    const auto pane = makePane(each.what);
+    each.spoil(*pane->SpectralData());
+    const std::int64_t spectralRows = rowCount("Pane_spectral_data");
+    const Raised raised = raisedBy([&] { database.InsertPane(*pane, *dc); });
+    EXPECT_EQ(raised.number, each.isRefused ? database::kInvalidSpectrum : 0);
+    EXPECT_EQ(rowCount("Pane"), ++panes);
+    EXPECT_EQ(rowCount("Pane_integrated_data"), panes);
+    EXPECT_EQ(rowCount("Pane_spectral_data"), spectralRows + (each.isRefused ? 0 : 5));
+  }
+}
+
+TEST_F(PaneInsertionTest, ANameWithAnApostropheFailsAndWritesNothing) {
+  EXPECT_NE(raisedBy([&] { database.InsertPane(*makePane("it's"), *dc); }).number, 0);
+  EXPECT_EQ(rowCount("Pane"), 0);
+}
+
+/// The substrate of a pane and the two questions about it.
+class SubstrateTest : public PaneInsertionTest {
+ protected:
+  static std::shared_ptr<GlazingData> badPane(const std::string& name) {
+    auto pane = withSubstrate(makePane(name));
+    pane->SubstrateReference()->SpectralData()->wl(0, 0.31F);
+    return pane;
+  }
+};
+
+TEST_F(SubstrateTest, AGoodOneIsWritten) {
+  database.InsertPane(*withSubstrate(makePane("pane")), *dc);
+  EXPECT_FLOAT_EQ(valueOf("SELECT transmission_sub FROM Pane_spectral_data").toDouble(), 0.7F);
+  EXPECT_FLOAT_EQ(valueOf("SELECT reflection_sub FROM Pane_spectral_data").toDouble(), 0.08F);
+  EXPECT_TRUE(valueOf("SELECT with_and_without_film FROM Pane").toBoolean());
+}
+
+TEST_F(SubstrateTest, ABadOneThatIsNotLeftOutIsRefused) {
+  questions.answers = {false};
+  const Raised raised = raisedBy([&] { database.InsertPane(*badPane("pane.txt"), *dc); });
+  EXPECT_EQ(raised.number, database::kSubstrateWavelengthsDiffer);
+  EXPECT_EQ(questions.asked,
+            std::vector<std::string>{
+                "ORV: Data for this pane and its substrate are not given at identical "
+                "wavelengths.\n\nDo you want to save this pane (pane.txt) without saving the "
+                "substrate data?"});
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 0);
+}
+
+TEST_F(SubstrateTest, ABadOneIsLeftOutWhenTheUserSaysSo) {
+  questions.answers = {true, false, true, false};
+  const auto pane = badPane("pane");
+  database.InsertPane(*pane, *dc);
+  EXPECT_EQ(pane->SubstrateFilename(), "");
+  EXPECT_FALSE(pane->with_and_without_film());
+  EXPECT_FALSE(pane->HasSubstrate());
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 5);
+  EXPECT_EQ(valueOf("SELECT transmission_sub FROM Pane_spectral_data").toDouble(), 0);
+  ASSERT_EQ(questions.asked.size(), 2U);
+  EXPECT_EQ(questions.asked[1],
+            "True: Do you want to ignore the substrate for other files with incompatible "
+            "substrate data?");
+
+  database.InsertPane(*badPane("next"), *dc);
+  EXPECT_EQ(questions.asked.size(), 4U) << "asked again, since the second answer was No";
+}
+
+TEST_F(SubstrateTest, TwiceYesAsksNeverAgain) {
+  questions.answers = {true, true};
+  database.InsertPane(*badPane("first"), *dc);
+  database.InsertPane(*badPane("second"), *dc);
+  EXPECT_EQ(questions.asked.size(), 2U);
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
+}
+
+TEST_F(SubstrateTest, EachFaultHasItsNumber) {
+  struct Case {
+    const char* what;
+    void (*spoil)(GlazingData& substrate);
+    std::int32_t number;
+  };
+  const Case cases[] = {{"no spectrum", [](GlazingData& s) { s.SpectralData(nullptr); },
+                         database::kSubstrateWavelengthsDiffer},
+                        {"fewer points", [](GlazingData& s) { s.SpectralData()->Allocate(3); },
+                         database::kSubstrateWavelengthsDiffer},
+                        {"transmittance", [](GlazingData& s) { s.SpectralData()->Tf(1, 1.5F); },
+                         database::kInvalidSubstrateSpectrum},
+                        {"reflectance", [](GlazingData& s) { s.SpectralData()->Rf(1, 1.5F); },
+                         database::kInvalidSubstrateSpectrum},
+                        {"back reflectance, which is not looked at",
+                         [](GlazingData& s) { s.SpectralData()->Rb(1, 1.5F); }, 0}};
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.what);
+    const auto pane = withSubstrate(makePane(each.what));
+    each.spoil(*pane->SubstrateReference());
+    if (each.number != 0) questions.answers = {false};
+    EXPECT_EQ(raisedBy([&] { database.InsertPane(*pane, *dc); }).number, each.number);
+  }
+}
+
+}  // namespace
+}  // namespace orv::test

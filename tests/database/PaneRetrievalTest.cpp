@@ -1,0 +1,201 @@
+#include "database/DatabaseErrors.h"
+#include "database/TestDatabase.h"
+#include "model/Raised.h"
+#include "support/Corpus.h"
+
+namespace orv::test {
+namespace {
+
+using PaneRetrievalTest = DatabaseTest;
+
+TEST_F(PaneRetrievalTest, APaneComesBackAsItWasInserted) {
+  const auto pane = makePane("clear.txt", 30);
+  pane->description("some text");
+  pane->ORV_CoatingClass("ab");
+  pane->Acceptance("#");
+  database.InsertPane(*pane, *dc);
+
+  const auto back = retrieve(pane->id(), 30);
+  ASSERT_NE(back, nullptr);
+  EXPECT_EQ(back->id(), 1);
+  EXPECT_EQ(back->filename(), "clear.txt");
+  EXPECT_EQ(back->productname(), "Product clear.txt");
+  EXPECT_EQ(back->supplier(), "Maker");
+  EXPECT_EQ(back->group(), "Unknown") << "the group is never read";
+  EXPECT_EQ(back->Thickness(), 5.7F);
+  EXPECT_EQ(back->ORV_Emissivity_front(), 0.84);
+  EXPECT_EQ(back->ORV_Emissivity_back(), 0.1);
+  EXPECT_FALSE(back->EfExists());
+  EXPECT_EQ(back->TfIR(), 0.125F);
+  EXPECT_EQ(back->TbiR(), 0.25F);
+  EXPECT_EQ(back->GlazingType(), 0);
+  EXPECT_EQ(back->ORV_CoatingClass(), "AB");
+  EXPECT_EQ(back->description(), "some text");
+  EXPECT_EQ(back->Acceptance(), "#");
+  EXPECT_EQ(back->ORV_Angle(), 30);
+  EXPECT_EQ(back->Precalc_Rfsol(), 0.11F);
+  EXPECT_EQ(back->Precalc_Tbuv(), 0.22F);
+
+  const SpectralData& spectrum = *back->SpectralData();
+  ASSERT_EQ(spectrum.count(), 5);
+  EXPECT_EQ(spectrum.WavelengthUnit(), kNanometers);
+  for (std::int32_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(spectrum.wl(i), pane->SpectralData()->ConvertedWl(i, kNanometers));
+    EXPECT_EQ(spectrum.Tf(i), pane->SpectralData()->Tf(i));
+    EXPECT_EQ(spectrum.Tb(i), spectrum.Tf(i));
+    EXPECT_EQ(spectrum.Rf(i), pane->SpectralData()->Rf(i));
+    EXPECT_EQ(spectrum.Rb(i), pane->SpectralData()->Rb(i));
+  }
+}
+
+TEST_F(PaneRetrievalTest, LooksUpByKeyElseByNameAndGroup) {
+  database.InsertPane(*makePane("a"), *dc);
+  const auto other = makePane("a");
+  other->group("Other");
+  database.InsertPane(*other, *dc);
+  const auto find = [&](std::int32_t id, const char* name, const char* group) {
+    const auto pane = database.RetrievePaneORV_30(*dc, id, name, group, 0, 0);
+    return pane ? pane->id() : 0;
+  };
+  EXPECT_EQ(find(2, "ignored", "ignored"), 2);
+  EXPECT_EQ(find(0, "A", ""), 1) << "names compare without regard to case";
+  EXPECT_EQ(find(0, "a", "Other"), 2);
+  EXPECT_EQ(find(0, "a", "no such group"), 0);
+  EXPECT_EQ(find(9, "", ""), 0);
+  EXPECT_EQ(raisedBy([&] { find(0, "", "Demo"); }).number, database::kRetrievalFailed);
+  EXPECT_NE(raisedBy([&] { find(0, "it's", ""); }).number, 0);
+}
+
+TEST_F(PaneRetrievalTest, WithoutIntegratedDataTheMarkerIsMinusOne) {
+  database.InsertPane(*makePane("pane", 0), *dc);
+  const auto pane = retrieve(1, 60);
+  EXPECT_EQ(pane->Precalc_Rfsol(), -1);
+  EXPECT_EQ(pane->Precalc_Tfsol(), 0);
+  EXPECT_EQ(pane->SpectralData(), nullptr) << "no rows at this angle";
+}
+
+TEST_F(PaneRetrievalTest, DirectionZeroMeansAny) {
+  database.InsertPane(*makePane("pane"), *dc);
+  addRow("Pane_spectral_data",
+         {{"PaneID", 1}, {"angle", 0}, {"direction", 2}, {"wavelength", 350.0}});
+  EXPECT_EQ(retrieve(1, 0, 0)->SpectralData()->count(), 6);
+  EXPECT_EQ(retrieve(1, 0, 0)->SpectralData()->wl(1), 350);
+  EXPECT_EQ(retrieve(1, 0, 2)->SpectralData()->count(), 1);
+  EXPECT_EQ(retrieve(1, 0, 3)->SpectralData(), nullptr);
+}
+
+TEST_F(PaneRetrievalTest, TheSubstrateIsFilledFromItsTransmittanceOnly) {
+  database.InsertPane(*withSubstrate(makePane("pane")), *dc);
+  const auto pane = retrieve(1);
+  ASSERT_TRUE(pane->HasSubstrate());
+  const SpectralData& substrate = *pane->SubstrateReference()->SpectralData();
+  EXPECT_EQ(substrate.Tf(2), 0.7F);
+  EXPECT_EQ(substrate.Tb(2), 0.7F);
+  EXPECT_EQ(substrate.Rf(2), 0.7F);
+  EXPECT_EQ(substrate.Rb(2), 0.7F);
+  EXPECT_EQ(substrate.ConvertedWl(2, kNanometers),
+            pane->SpectralData()->ConvertedWl(2, kNanometers));
+}
+
+TEST_F(PaneRetrievalTest, ADanglingSupplierIsEmpty) {
+  addRow("Pane", {{"name", "pane"}, {"supplierID", 77}});
+  EXPECT_EQ(retrieve(1)->supplier(), "");
+}
+
+TEST_F(PaneRetrievalTest, AnglesComeInTableOrder) {
+  for (const std::int16_t angle : {60, 0, 30}) database.InsertPane(*makePane("a", angle), *dc);
+  EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_30(1, *dc),
+            (std::vector<std::int16_t>{60, 0, 30}));
+  EXPECT_TRUE(database.RetrieveAnglesOfPaneDataORV_30(2, *dc).empty());
+}
+
+/// Files that this project did not make.
+class ForeignPaneTest : public ::testing::Test {
+ protected:
+  std::shared_ptr<store::Connection> open(const char* name, const std::string& password = "") {
+    // A copy, since opening may write beside the file.
+    std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
+    return database.OpenDatabase((folder.path() / name).string(), password);
+  }
+
+  Folder folder;
+  ScriptedQuestions questions;
+  database::ORV_DatabaseInterface database{questions};
+};
+
+TEST_F(ForeignPaneTest, Version2ReadsAllRowsOfAPaneWhateverTheirAngle) {
+  ORV_NEEDS_CORPUS();
+  const auto dc = open("orvdata-2.0.1.mdb");
+  EXPECT_EQ(database.LookupDatabaseVersion(*dc), "2.0.1");
+  EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_20(5, *dc), (std::vector<std::int16_t>{0, 60}));
+  const auto pane = database.RetrievePaneORV_20(*dc, 5, "", 60, 0);
+  ASSERT_NE(pane, nullptr);
+  EXPECT_EQ(pane->filename(), "old5");
+  EXPECT_EQ(pane->supplier(), "Unknown");
+  EXPECT_EQ(pane->group(), "Unknown");
+  EXPECT_EQ(pane->Acceptance(), "");
+  EXPECT_EQ(pane->ORV_CoatingClass(), "C5");
+  EXPECT_EQ(pane->description(), "old pane");
+  EXPECT_FLOAT_EQ(pane->Precalc_Tbuv(), 0.24F);
+  const auto single = database.RetrievePaneORV_20(*dc, 4, "", 0, 0);
+  EXPECT_EQ(pane->SpectralData()->count(), 2 * single->SpectralData()->count());
+
+  const auto withFilm = database.RetrievePaneORV_20(*dc, 0, "old3", 0, 0);
+  ASSERT_NE(withFilm, nullptr);
+  ASSERT_TRUE(withFilm->HasSubstrate());
+  EXPECT_EQ(database.RetrievePaneORV_20(*dc, 99, "", 0, 0), nullptr);
+}
+
+TEST_F(ForeignPaneTest, Version3ReadsNotesNamesAndAngles) {
+  ORV_NEEDS_CORPUS();
+  const auto dc = open("orvdata-3.0.0.mdb");
+  EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_30(4, *dc),
+            (std::vector<std::int16_t>{0, 30, 60}));
+  const auto pane = database.RetrievePaneORV_30(*dc, 7, "", "", 0, 0);
+  EXPECT_EQ(pane->productname(), "Café pane 7");
+  EXPECT_EQ(pane->supplier(), "Sächsische Gläser");
+  EXPECT_EQ(pane->description().size(), 9000U);
+  EXPECT_EQ(pane->ORV_CoatingClass(), "ABC7");
+  const auto notSpectral = database.RetrievePaneORV_30(*dc, 5, "", "", 0, 0);
+  EXPECT_EQ(notSpectral->SpectralData(), nullptr);
+}
+
+TEST_F(ForeignPaneTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
+  ORV_NEEDS_CORPUS();
+  const auto dc = open("glazing.mdb", "tekzil");
+  const auto clear = database.RetrievePaneIGDB(*dc, "PANE00003.DAT");
+  ASSERT_NE(clear, nullptr);
+  EXPECT_EQ(clear->id(), 3);
+  EXPECT_EQ(clear->GlazingType(), kMonolithic);
+  EXPECT_TRUE(clear->single_layer());
+  EXPECT_FALSE(clear->use_estimation());
+  EXPECT_FALSE(clear->with_and_without_film());
+  EXPECT_FALSE(clear->HasSubstrate());
+  EXPECT_EQ(clear->description(), "Monolithic Appearance: ");
+  EXPECT_EQ(clear->group(), "IGDB");
+  EXPECT_EQ(clear->supplier(), "Maker 3");
+  EXPECT_EQ(clear->productname(), "Product ® 3");
+  EXPECT_EQ(clear->ORV_CoatingClass(), "");
+  EXPECT_EQ(clear->ORV_Direction(), 1);
+  EXPECT_EQ(clear->Precalc_Tbsol(), 0.8F);
+  EXPECT_EQ(clear->Precalc_Tfsol(), 0.8F);
+  EXPECT_EQ(clear->Precalc_Rfuv(), 0);
+  EXPECT_EQ(clear->Precalc_Tbuv(), 0.6F);
+  EXPECT_EQ(clear->SpectralData()->count(), 100);
+  EXPECT_EQ(clear->SpectralData()->WavelengthUnit(), kMicrons);
+
+  const auto coated = database.RetrievePaneIGDB(*dc, "pane00004.dat");
+  ASSERT_NE(coated, nullptr);
+  EXPECT_EQ(coated->GlazingType(), kCoated);
+  EXPECT_EQ(coated->description(), "Coated Appearance: ");
+  EXPECT_TRUE(coated->use_estimation());
+  ASSERT_TRUE(coated->HasSubstrate());
+  EXPECT_EQ(coated->SubstrateFilename(), "PANE00003.DAT");
+  EXPECT_EQ(coated->SubstrateReference()->id(), 3);
+  EXPECT_EQ(coated->SubstrateReference()->SpectralData()->count(), 100);
+
+  EXPECT_EQ(database.RetrievePaneIGDB(*dc, "not there"), nullptr);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,123 @@
+// An ORV database of its own for each test, and records to put into it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "database/ORV_DatabaseInterface.h"
+#include "database/OrvSchema.h"
+#include "textfile/Folder.h"
+
+namespace orv::test {
+
+/// Answers the questions of pane insertion in order, and keeps them. A question too many fails the
+/// test and is answered No.
+class ScriptedQuestions : public database::PaneQuestions {
+ public:
+  bool confirm(const std::string& text, const std::string& caption) override {
+    asked.push_back(caption + ": " + text);
+    if (answers.empty()) {
+      ADD_FAILURE() << "unexpected question: " << text;
+      return false;
+    }
+    const bool answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+
+  std::deque<bool> answers;
+  std::vector<std::string> asked;
+};
+
+/// A pane with a spectrum of five points from 300 nm in steps of 100 nm.
+inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16_t angle = 0) {
+  auto pane = std::make_shared<GlazingData>();
+  pane->filename(name);
+  pane->productname("Product " + name);
+  pane->supplier("Maker");
+  pane->group("Demo");
+  pane->Thickness(5.7F);
+  pane->Conductivity(1);
+  pane->TfIR(0.125F);
+  pane->TbiR(0.25F);
+  pane->ORV_Emissivity_front(0.84);
+  pane->ORV_Emissivity_back(0.1);
+  pane->ORV_Angle(angle);
+  pane->spectral_pane(true);
+  pane->Precalc_Rfsol(0.11F);
+  pane->Precalc_RbSol(0.12F);
+  pane->Precalc_Tfsol(0.13F);
+  pane->Precalc_Tbsol(0.14F);
+  pane->Precalc_Rfvis(0.15F);
+  pane->Precalc_Rbvis(0.16F);
+  pane->Precalc_Tfvis(0.17F);
+  pane->Precalc_Tbvis(0.18F);
+  pane->Precalc_Rfuv(0.19F);
+  pane->Precalc_Rbuv(0.2F);
+  pane->Precalc_Tfuv(0.21F);
+  pane->Precalc_Tbuv(0.22F);
+  auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(4);
+  for (std::int32_t i = 0; i < 5; ++i) {
+    const auto step = static_cast<float>(i);
+    spectrum->wl(i, 0.3F + 0.1F * step);
+    spectrum->Tf(i, 0.5F + 0.01F * step);
+    spectrum->Tb(i, 0.5F + 0.01F * step);
+    spectrum->Rf(i, 0.1F + 0.01F * step);
+    spectrum->Rb(i, 0.2F + 0.01F * step);
+  }
+  pane->SpectralData(spectrum);
+  return pane;
+}
+
+/// Gives a pane a substrate whose spectrum has the same wavelengths.
+inline std::shared_ptr<GlazingData> withSubstrate(std::shared_ptr<GlazingData> pane) {
+  auto substrate = std::make_shared<GlazingData>();
+  substrate->SpectralData(pane->SpectralData()->ShallowClone());
+  for (std::int32_t i = 0; i < substrate->SpectralData()->count(); ++i) {
+    substrate->SpectralData()->Tf(i, 0.7F);
+    substrate->SpectralData()->Rf(i, 0.08F);
+  }
+  pane->SubstrateReference(substrate);
+  pane->SubstrateFilename("substrate.txt");
+  pane->with_and_without_film(true);
+  return pane;
+}
+
+class DatabaseTest : public ::testing::Test {
+ protected:
+  std::shared_ptr<GlazingData> retrieve(std::int32_t id, std::int16_t angle = 0,
+                                        std::int32_t direction = 0) {
+    return database.RetrievePaneORV_30(*dc, id, "", "", angle, direction);
+  }
+
+  std::int64_t rowCount(const std::string& table) {
+    return dc->openRecordset(table, store::CursorType::static_)->recordCount();
+  }
+
+  /// The one value of a statement.
+  store::Value valueOf(const std::string& statement) {
+    auto rows = dc->openRecordset(statement);
+    return rows->eof() ? store::Value() : rows->value(std::size_t{0});
+  }
+
+  /// Adds a row with these values to a table.
+  void addRow(const std::string& table,
+              const std::vector<std::pair<std::string, store::Value>>& values) {
+    auto rows = dc->openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
+    rows->addNew();
+    for (const auto& [column, value] : values) rows->setValue(column, value);
+    rows->update();
+  }
+
+  Folder folder;
+  std::string path = (folder.path() / "orvdata.mdb").string();
+  std::shared_ptr<store::Connection> dc = database::CreateEmptyDatabase(path);
+  ScriptedQuestions questions;
+  database::ORV_DatabaseInterface database{questions};
+};
+
+}  // namespace orv::test
