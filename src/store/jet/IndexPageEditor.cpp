@@ -38,8 +38,7 @@ bool IndexPageEditor::insert(std::size_t at, std::span<const std::uint8_t> entry
     insertInPlace(at, entry.subspan(prefixSize_));
     return true;
   }
-  std::vector<Bytes> entries = allEntries();
-  entries.emplace(entries.begin() + static_cast<std::ptrdiff_t>(at), entry.begin(), entry.end());
+  const std::vector<Bytes> entries = entriesWith(at, entry);
   if (!fits(entries)) return false;
   assign(entries);
   return true;
@@ -85,10 +84,20 @@ void IndexPageEditor::assign(std::span<const Bytes> entries) {
   writeMask(0);
 }
 
-std::vector<Bytes> IndexPageEditor::allEntries() const {
+std::vector<Bytes> IndexPageEditor::entriesWith(std::size_t at,
+                                                std::span<const std::uint8_t> entry) const {
   std::vector<Bytes> entries;
   entries.reserve(count_ + 1);
-  for (std::size_t i = 0; i < count_; ++i) entries.push_back(entry(i));
+  for (std::size_t i = 0; i < count_; ++i) entries.push_back(this->entry(i));
+  entries.emplace(entries.begin() + static_cast<std::ptrdiff_t>(at), entry.begin(), entry.end());
+  const std::size_t childSize = leaf_ ? 0 : kChildSize;
+  const auto isBefore = [&](const Bytes& a, const Bytes& b) {
+    return std::ranges::lexicographical_compare(std::span(a).first(a.size() - childSize),
+                                                std::span(b).first(b.size() - childSize));
+  };
+  if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) {
+    raiseDamaged(page_.page(), "its index entries are out of order");
+  }
   return entries;
 }
 

@@ -30,10 +30,10 @@ class IndexPageEditor : public IndexPage {
   /// not enough.
   bool insert(std::size_t at, std::span<const std::uint8_t> entry);
   void erase(std::size_t at);
-  /// Replaces all entries. They must fit.
+  /// All entries, with `entry` before entry `at`. Raises kCorruptFile when they are out of order.
+  std::vector<Bytes> entriesWith(std::size_t at, std::span<const std::uint8_t> entry) const;
+  /// Replaces all entries. They must be in order and fit.
   void assign(std::span<const Bytes> entries);
-
-  std::vector<Bytes> allEntries() const;
   /// Whether entries fit on a page of this kind.
   bool fits(std::span<const Bytes> entries) const;
   /// The largest entry of which every page of a format has room for three.

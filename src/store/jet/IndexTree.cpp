@@ -190,9 +190,7 @@ Bytes IndexTree::split(Path& path, std::size_t level, std::span<const std::uint8
   std::uint8_t pageLevel = 0;
   {
     const IndexPageEditor page(pager_, step.page);
-    entries = page.allEntries();
-    entries.emplace(entries.begin() + static_cast<std::ptrdiff_t>(step.at), entry.begin(),
-                    entry.end());
+    entries = page.entriesWith(step.at, entry);
     parting = partingPoint(page, entries, step.at);
     pageLevel = page.level();
   }
