@@ -388,12 +388,16 @@ std::vector<QueryPart> SavedQuery::partsOf(const QueryDesign& design) {
   };
   add(kStart, 0, "");
   add(kType, static_cast<int>(QueryKind::select), "");
-  add(kOptions, 0, "");
+  const auto isAll = [](const QueryDesign::Output& output) { return output.expression == "*"; };
+  const bool all = std::any_of(design.outputs.begin(), design.outputs.end(), isAll);
+  add(kOptions, all ? kAllColumns : 0, "");
   for (const std::string& table : design.tables) {
     add(kTable, 0, "", table);
   }
   for (const QueryDesign::Output& output : design.outputs) {
-    add(kColumn, 0, output.expression, output.alias);
+    if (!isAll(output)) {
+      add(kColumn, 0, output.expression, output.alias);
+    }
   }
   for (const QueryDesign::Join& join : design.joins) {
     const int kind = join.kind == JoinKind::inner ? 1 : join.kind == JoinKind::left ? 2 : 3;

@@ -362,7 +362,8 @@ SqlPiece ExpressionWriter::arithmetic(const std::string& op, const SqlPiece& lef
   ColumnType type = ColumnType::double_;
   const bool leftDate = left.type == ColumnType::dateTime;
   const bool rightDate = right.type == ColumnType::dateTime;
-  if (op != "*" && leftDate != rightDate) {
+  const bool difference = leftDate && rightDate && op == "-";
+  if (op != "*" && (leftDate || rightDate) && !difference) {
     type = ColumnType::dateTime;
   } else if (isWhole(left) && isWhole(right)) {
     type = ColumnType::longInteger;

@@ -46,10 +46,13 @@ Parser::Nesting::Nesting(Parser& parser) : parser_(parser) {
   }
 }
 
-Query Parser::parse(const SqlText& sql) { return Parser(sql).statement(); }
+Query Parser::parse(const SqlText& sql) {
+  // Before the text is taken apart: other statements may hold what a SELECT may not.
+  refuseOtherStatements(sql);
+  return Parser(sql).statement();
+}
 
 Query Parser::statement() {
-  refuseOtherStatements();
   Query whole = query();
   if (acceptWord("WITH")) {
     expectWord("OWNERACCESS");
@@ -62,13 +65,16 @@ Query Parser::statement() {
   return whole;
 }
 
-void Parser::refuseOtherStatements() const {
+void Parser::refuseOtherStatements(const SqlText& sql) {
+  const std::size_t start = std::min(sql.text.find_first_not_of(" \t\r\n"), sql.text.size());
+  const std::size_t end = std::min(sql.text.find_first_of(" \t\r\n", start), sql.text.size());
+  const std::string word = upperWord(std::string_view(sql.text).substr(start, end - start));
   for (const Statement& other : kOtherStatements) {
-    if (peek().isWord(other.word)) {
-      sql_.fail(kNotSupported,
-                fmt::format("{} cannot be run: only SELECT queries without parameters can",
-                            other.what),
-                peek().at);
+    if (word == other.word) {
+      sql.fail(kNotSupported,
+               fmt::format("{} cannot be run: only SELECT queries without parameters can",
+                           other.what),
+               start);
     }
   }
 }
