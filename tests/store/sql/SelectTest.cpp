@@ -33,15 +33,15 @@ TEST_F(SelectTest, FindsNamesHoweverTheyAreWritten) {
 
 TEST_F(SelectTest, NamesTheColumnsOfTheResult) {
   rows("SELECT p.id, s.id, p.name AS pane, thickness*2, s.* FROM Panes AS p, Suppliers AS s");
-  EXPECT_THAT(names(),
-              ElementsAre("p.id", "s.id", "pane", "Expr1000", "s.id", "name"));
+  EXPECT_THAT(names(), ElementsAre("p.id", "s.id", "pane", "Expr1000", "s.id", "name"));
   rows("SELECT * FROM Suppliers");
   EXPECT_THAT(names(), ElementsAre("id", "name"));
 }
 
 TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
-  rows("SELECT id, made, made+1, made-made, price, price*2, 3D, id=1, id/2, name & 1, Max(id) "
-       "FROM Panes GROUP BY id, made, price, 3D, name");
+  rows(
+      "SELECT id, made, made+1, made-made, price, price*2, 3D, id=1, id/2, name & 1, Max(id) "
+      "FROM Panes GROUP BY id, made, price, 3D, name");
   std::vector<ColumnType> types;
   for (const TypedColumn& column : db_.columns) {
     types.push_back(column.info.type);
@@ -146,8 +146,8 @@ TEST_F(SelectTest, RunsSavedQueriesOverSavedQueries) {
   EXPECT_THAT(rows("SELECT t.id, Suppliers.name FROM [thick and dear] t, Suppliers "
                    "WHERE t.id = Suppliers.id"),
               ElementsAre("2|Verre"));
-  EXPECT_THAT(rows("SELECT * FROM thick"), ElementsAre("5|-|0.0001", "4|Grosse|-",
-                                                       "3|Größe|100.0000", "2|CLEAR |9.9900"));
+  EXPECT_THAT(rows("SELECT * FROM thick"),
+              ElementsAre("5|-|0.0001", "4|Grosse|-", "3|Größe|100.0000", "2|CLEAR |9.9900"));
 }
 
 TEST_F(SelectTest, ComparesFixedPointNumbersByValue) {

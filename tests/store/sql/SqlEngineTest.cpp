@@ -1,14 +1,14 @@
 // Queries over real files: types, indexes, saved queries.
-#include "store/sql/SqlEngine.h"
-
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/sql/SqlEngine.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 
@@ -32,8 +32,9 @@ class QueriedFile {
       std::string row;
       for (std::size_t i = 0; i < cursor->columns().size(); ++i) {
         const Value& value = cursor->value(i);
-        row += (i > 0 ? "|" : "") +
-               (value.isNull() ? "-" : value.getIf<Bytes>() ? "bytes" : value.toText());
+        row += (i > 0 ? "|" : "") + (value.isNull()         ? "-"
+                                     : value.getIf<Bytes>() ? "bytes"
+                                                            : value.toText());
       }
       rows.push_back(row);
     }
@@ -53,8 +54,12 @@ class QueriedFile {
   std::shared_ptr<SqlEngine> engine_;
 };
 
-QueriedFile glazing() { return QueriedFile(corpusFolder() / "sources/glazing.mdb", "tekzil"); }
-QueriedFile panes() { return QueriedFile(corpusFolder() / "sources/orvdata-3.0.0.mdb"); }
+QueriedFile glazing() {
+  return QueriedFile(corpusFolder() / "sources/glazing.mdb", "tekzil");
+}
+QueriedFile panes() {
+  return QueriedFile(corpusFolder() / "sources/orvdata-3.0.0.mdb");
+}
 
 TEST(SqlEngine, RunsTheSavedQueryOfAGlazingDatabase) {
   ORV_NEEDS_CORPUS();
@@ -132,10 +137,9 @@ void compareWithTables(QueriedFile& file) {
 
 TEST(SqlEngine, GivesEveryValueOfEveryType) {
   ORV_NEEDS_CORPUS();
-  for (const char* name :
-       {"access/testV2000.mdb", "access/testV1997.mdb", "access/test2V2000.mdb",
-        "access/fixedNumericTestV2000.mdb", "access/testIndexCodesV1997.mdb",
-        "access/delColTestV2000.mdb", "sources/orvdata-2.0.1.mdb"}) {
+  for (const char* name : {"access/testV2000.mdb", "access/testV1997.mdb", "access/test2V2000.mdb",
+                           "access/fixedNumericTestV2000.mdb", "access/testIndexCodesV1997.mdb",
+                           "access/delColTestV2000.mdb", "sources/orvdata-2.0.1.mdb"}) {
     SCOPED_TRACE(name);
     QueriedFile file(corpusFolder() / name);
     compareWithTables(file);
@@ -198,7 +202,11 @@ void compareIndexWithScan(QueriedFile& file) {
     }
   }
   for (const auto& table : tables) {
+    std::set<std::size_t> seen;
     for (const jet::RealIndex& index : table->definition().realIndexes) {
+      if (!seen.insert(index.columns[0].column).second) {
+        continue;
+      }
       const jet::Column& column = table->definition().columns[index.columns[0].column];
       std::vector<Value> values;
       {
@@ -210,7 +218,7 @@ void compareIndexWithScan(QueriedFile& file) {
       const std::string name = fmt::format("[{}]", column.name);
       const std::string hidden = fmt::format("IIf(True, {0}, {0})", name);
       const std::string from = fmt::format("SELECT * FROM [{}] WHERE ", table->name());
-      for (std::size_t i = 0; i < values.size(); i += 1 + values.size() / 5) {
+      for (std::size_t i = 0; i < values.size(); i += 1 + values.size() / 2) {
         if (values[i].isNull() || values[i].getIf<Bytes>() != nullptr ||
             values[i].getIf<Guid>() != nullptr) {
           continue;
@@ -243,10 +251,9 @@ void compareIndexWithScan(QueriedFile& file) {
 
 TEST(SqlEngine, GivesTheSameWithAndWithoutAnIndex) {
   ORV_NEEDS_CORPUS();
-  for (const char* name :
-       {"sources/orvdata-3.0.0.mdb", "access/testV2000.mdb", "access/compIndexTestV2000.mdb",
-        "access/indexTestV2000.mdb", "access/testIndexCodesV1997.mdb",
-        "access/compIndexTestV1997.mdb"}) {
+  for (const char* name : {"sources/orvdata-3.0.0.mdb", "access/testV2000.mdb",
+                           "access/compIndexTestV2000.mdb", "access/indexTestV2000.mdb",
+                           "access/testIndexCodesV1997.mdb", "access/compIndexTestV1997.mdb"}) {
     SCOPED_TRACE(name);
     QueriedFile file(corpusFolder() / name);
     compareIndexWithScan(file);

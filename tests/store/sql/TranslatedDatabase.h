@@ -25,8 +25,12 @@ class TranslatedDatabase final : public Catalog {
     registerCollations(db_, TextOrder::standard());
     registerFunctions(db_, failure_);
     using enum ColumnType;
-    addTable("Panes", {{"id", longInteger}, {"name", text}, {"supplier", longInteger},
-                       {"thickness", double_}, {"3D", boolean}, {"made", dateTime},
+    addTable("Panes", {{"id", longInteger},
+                       {"name", text},
+                       {"supplier", longInteger},
+                       {"thickness", double_},
+                       {"3D", boolean},
+                       {"made", dateTime},
                        {"price", currency}});
     run("INSERT INTO Panes VALUES (1,'Clear',1,3.9,-1,43861.5,'10.5000'),"
         "(2,'CLEAR ',2,5.7,0,43862.0,'9.9900'),(3,'Größe',1,5.7,0,NULL,'100.0000'),"
@@ -113,10 +117,10 @@ class TranslatedDatabase final : public Catalog {
       info.type = type;
       binding.columns.push_back(info);
       sql += (i > 0 ? ", c" : "c") + std::to_string(i);
-      sql += isTextType(type)                                         ? " TEXT COLLATE JET"
-             : isDecimalType(type)                                    ? " TEXT COLLATE JETDECIMAL"
+      sql += isTextType(type)                                   ? " TEXT COLLATE JET"
+             : isDecimalType(type)                              ? " TEXT COLLATE JETDECIMAL"
              : isWholeType(type) || type == ColumnType::boolean ? " INTEGER"
-                                                                      : " REAL";
+                                                                : " REAL";
     }
     sqlite3_exec(db_, (sql + ")").c_str(), nullptr, nullptr, nullptr);
     tables_.emplace_back(name, std::move(binding));
