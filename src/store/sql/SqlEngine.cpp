@@ -113,7 +113,7 @@ std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name
   const std::shared_ptr<jet::Table> table = database.table(name);
   TableBinding binding{engine_.tables_.nameOf(table), {}};
   for (const jet::Column& column : table->definition().columns) {
-    binding.columns.push_back(columnInfo(column, database.format()));
+    binding.columns.push_back(jet::describe(column));
   }
   return binding;
 }
@@ -132,24 +132,6 @@ std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& n
                             entry->name));
   }
   return query.sql();
-}
-
-ColumnInfo columnInfo(const jet::Column& column, const jet::Format& format) {
-  ColumnInfo info;
-  info.name = column.name;
-  info.type = column.type;
-  if (column.type == ColumnType::text) {
-    info.size = format.unicodeText ? column.length / 2 : column.length;
-  } else if (column.type == ColumnType::binary) {
-    info.size = column.length;
-  }
-  info.autoNumber = column.autoNumber;
-  info.required = column.required;
-  info.allowZeroLength = column.allowZeroLength;
-  info.precision = column.precision;
-  info.scale = column.scale;
-  info.defaultValue = column.defaultValue;
-  return info;
 }
 
 }  // namespace orv::store::sql
