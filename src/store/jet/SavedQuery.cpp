@@ -38,8 +38,8 @@ std::string quoteName(const std::string& name) {
     return name;
   }
   constexpr std::array<std::string_view, 14> kReserved = {
-      "all",   "by",   "from",  "group", "having", "inner", "join",
-      "order", "left", "right", "select", "top",   "union", "where"};
+      "all",   "by",   "from",  "group",  "having", "inner", "join",
+      "order", "left", "right", "select", "top",    "union", "where"};
   const bool plain =
       !name.empty() && (name[0] < '0' || name[0] > '9') &&
       std::all_of(name.begin(), name.end(),
@@ -144,7 +144,7 @@ std::string SavedQuery::sql() const {
   switch (kind_) {
     case QueryKind::dataDefinition:
     case QueryKind::passThrough:
-      return type->expression;
+      return type->expression.substr(0, type->expression.find('\0'));
     case QueryKind::select:
       text += select("");
       break;
@@ -173,19 +173,32 @@ std::string SavedQuery::sql() const {
 std::string SavedQuery::parameters() const {
   const auto typeName = [](int type) -> const char* {
     switch (static_cast<ColumnType>(type)) {
-      case ColumnType::boolean: return "Bit";
-      case ColumnType::byte: return "Byte";
-      case ColumnType::integer: return "Short";
-      case ColumnType::longInteger: return "Long";
-      case ColumnType::currency: return "Currency";
-      case ColumnType::single: return "IEEESingle";
-      case ColumnType::double_: return "IEEEDouble";
-      case ColumnType::dateTime: return "DateTime";
-      case ColumnType::binary: return "Binary";
-      case ColumnType::text: return "Text";
-      case ColumnType::ole: return "LongBinary";
-      case ColumnType::guid: return "Guid";
-      default: return "Value";
+      case ColumnType::boolean:
+        return "Bit";
+      case ColumnType::byte:
+        return "Byte";
+      case ColumnType::integer:
+        return "Short";
+      case ColumnType::longInteger:
+        return "Long";
+      case ColumnType::currency:
+        return "Currency";
+      case ColumnType::single:
+        return "IEEESingle";
+      case ColumnType::double_:
+        return "IEEEDouble";
+      case ColumnType::dateTime:
+        return "DateTime";
+      case ColumnType::binary:
+        return "Binary";
+      case ColumnType::text:
+        return "Text";
+      case ColumnType::ole:
+        return "LongBinary";
+      case ColumnType::guid:
+        return "Guid";
+      default:
+        return "Value";
     }
   };
   std::vector<std::string> list;
@@ -214,8 +227,8 @@ std::string SavedQuery::columns() const {
   std::vector<std::string> list;
   for (const QueryPart* part : all(kColumn)) {
     const int flag = static_cast<std::uint16_t>(part->flag);
-    const bool wanted = kind_ == QueryKind::crosstab ? (flag & kCrosstabNormal) != 0
-                                                     : (flag & kAppendedValue) == 0;
+    const bool wanted =
+        kind_ == QueryKind::crosstab ? (flag & kCrosstabNormal) != 0 : (flag & kAppendedValue) == 0;
     if (wanted) {
       list.push_back(withAlias(part->expression, part->name1));
     }
@@ -247,8 +260,8 @@ std::string SavedQuery::tables() const {
     if (!part->expression.empty() && part->name1.empty()) {
       text = "(" + onOneLine(part->expression) + ")";
     } else {
-      text = (part->expression.empty() ? "" : "[" + part->expression + "].") +
-             quoteName(part->name1);
+      text =
+          (part->expression.empty() ? "" : "[" + part->expression + "].") + quoteName(part->name1);
     }
     const std::string& name = part->name2.empty() ? part->name1 : part->name2;
     sources.push_back({withAlias(text, part->name2), {foldName(name)}});
@@ -282,8 +295,8 @@ std::string SavedQuery::tables() const {
                                             name_, part->flag));
     }
     const JoinedTables right = take(part->name2);
-    JoinedTables join{"", left.names, part->flag, left.nested() + word + right.nested(),
-                      {part->expression}};
+    JoinedTables join{
+        "", left.names, part->flag, left.nested() + word + right.nested(), {part->expression}};
     join.names.insert(join.names.end(), right.names.begin(), right.names.end());
     join.write();
     sources.push_back(std::move(join));
@@ -388,12 +401,16 @@ std::vector<QueryPart> SavedQuery::partsOf(const QueryDesign& design) {
   };
   add(kStart, 0, "");
   add(kType, static_cast<int>(QueryKind::select), "");
-  add(kOptions, 0, "");
+  const auto isAll = [](const QueryDesign::Output& output) { return output.expression == "*"; };
+  const bool all = std::any_of(design.outputs.begin(), design.outputs.end(), isAll);
+  add(kOptions, all ? kAllColumns : 0, "");
   for (const std::string& table : design.tables) {
     add(kTable, 0, "", table);
   }
   for (const QueryDesign::Output& output : design.outputs) {
-    add(kColumn, 0, output.expression, output.alias);
+    if (!isAll(output)) {
+      add(kColumn, 0, output.expression, output.alias);
+    }
   }
   for (const QueryDesign::Join& join : design.joins) {
     const int kind = join.kind == JoinKind::inner ? 1 : join.kind == JoinKind::left ? 2 : 3;

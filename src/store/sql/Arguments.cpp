@@ -48,12 +48,14 @@ std::string Arguments::text(int i) const {
     return numberText(sqlite3_value_double(values_[i]));
   }
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values_[i]));
-  return text == nullptr ? std::string()
-                         : std::string(text, static_cast<std::size_t>(
-                                                 sqlite3_value_bytes(values_[i])));
+  return text == nullptr
+             ? std::string()
+             : std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(values_[i])));
 }
 
-std::u32string Arguments::characters(int i) const { return decodeUtf8(text(i)); }
+std::u32string Arguments::characters(int i) const {
+  return decodeUtf8(text(i));
+}
 
 double Arguments::number(int i) const {
   const int type = sqlite3_value_type(values_[i]);
@@ -70,7 +72,9 @@ std::optional<double> Arguments::numberIfAny(int i) const {
   return isText(i) ? numberOfText(text(i)) : std::optional(number(i));
 }
 
-std::int32_t Arguments::whole(int i) const { return Value(number(i)).toLong(); }
+std::int32_t Arguments::whole(int i) const {
+  return Value(number(i)).toLong();
+}
 
 double Arguments::date(int i) const {
   if (!isText(i)) {
@@ -88,14 +92,15 @@ void Result::text(std::string_view text) {
   sqlite3_result_text64(context_, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
-void Result::characters(std::u32string_view characters) { text(encodeUtf8(characters)); }
+void Result::characters(std::u32string_view characters) {
+  text(encodeUtf8(characters));
+}
 
 void failCall(const char* what) {
   throw Error(kInvalidCall, fmt::format("Invalid procedure call: {}", what));
 }
 
-void registerFunction(sqlite3* db, const FunctionDefinition& definition,
-                      CallbackFailure& failure) {
+void registerFunction(sqlite3* db, const FunctionDefinition& definition, CallbackFailure& failure) {
   auto* registered = new Registered{definition.function, definition.nullGivesNull, &failure};
   sqlite3_create_function_v2(db, definition.name, -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
                              registered, callFunction, nullptr, nullptr,
@@ -118,6 +123,8 @@ std::optional<double> numberOfText(std::string_view text) {
   return whole && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
-std::string numberText(double number) { return Value(number).toText(); }
+std::string numberText(double number) {
+  return Value(number).toText();
+}
 
 }  // namespace orv::store::sql

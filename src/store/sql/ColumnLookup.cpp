@@ -48,9 +48,9 @@ ColumnLookup::ColumnLookup(const jet::Table& table, std::size_t column)
 std::span<const ColumnLookup::Entry> ColumnLookup::find(const Value& value) const {
   Bytes key;
   const std::uint32_t hash = hashOf(column_, value, key);
-  const auto [begin, end] = std::equal_range(
-      entries_.begin(), entries_.end(), Entry{hash, 0},
-      [](const Entry& a, const Entry& b) { return a.hash < b.hash; });
+  const auto [begin, end] =
+      std::equal_range(entries_.begin(), entries_.end(), Entry{hash, 0},
+                       [](const Entry& a, const Entry& b) { return a.hash < b.hash; });
   return {begin, end};
 }
 

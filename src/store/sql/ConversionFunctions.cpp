@@ -22,10 +22,18 @@ void giveWhole(const Arguments& a, Result& result, std::int32_t least, std::int3
   result.whole(number);
 }
 
-void toByte(const Arguments& a, Result& result) { giveWhole(a, result, 0, 255); }
-void toInteger(const Arguments& a, Result& result) { giveWhole(a, result, -32768, 32767); }
-void toLong(const Arguments& a, Result& result) { result.whole(a.whole(0)); }
-void toDouble(const Arguments& a, Result& result) { result.number(a.number(0)); }
+void toByte(const Arguments& a, Result& result) {
+  giveWhole(a, result, 0, 255);
+}
+void toInteger(const Arguments& a, Result& result) {
+  giveWhole(a, result, -32768, 32767);
+}
+void toLong(const Arguments& a, Result& result) {
+  result.whole(a.whole(0));
+}
+void toDouble(const Arguments& a, Result& result) {
+  result.number(a.number(0));
+}
 
 /// A number as it is, and text that is one: what arithmetic takes.
 void toNumber(const Arguments& a, Result& result) {
@@ -52,8 +60,12 @@ void toBoolean(const Arguments& a, Result& result) {
   result.boolean(a.isText(0) ? Value(a.text(0)).toBoolean() : a.number(0) != 0);
 }
 
-void toText(const Arguments& a, Result& result) { result.text(a.text(0)); }
-void toDate(const Arguments& a, Result& result) { result.number(a.date(0)); }
+void toText(const Arguments& a, Result& result) {
+  result.text(a.text(0));
+}
+void toDate(const Arguments& a, Result& result) {
+  result.number(a.date(0));
+}
 void dateToText(const Arguments& a, Result& result) {
   result.text(Value(Date{a.number(0)}).toText());
 }
@@ -74,16 +86,15 @@ void val(const Arguments& a, Result& result) {
   const std::string upper = upperWord(text);
   if (upper.starts_with("&H") || upper.starts_with("&O")) {
     std::int64_t whole = 0;
-    std::from_chars(upper.data() + 2, upper.data() + upper.size(), whole,
-                    upper[1] == 'H' ? 16 : 8);
+    std::from_chars(upper.data() + 2, upper.data() + upper.size(), whole, upper[1] == 'H' ? 16 : 8);
     result.whole(whole);
     return;
   }
   const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
   const char* end = text.data() + text.size();
   double number = 0;
-  const bool starts = begin != end && std::string_view("0123456789.-").find(*begin) !=
-                                          std::string_view::npos;
+  const bool starts =
+      begin != end && std::string_view("0123456789.-").find(*begin) != std::string_view::npos;
   if (!starts || std::from_chars(begin, end, number).ec != std::errc()) {
     number = 0;
   }

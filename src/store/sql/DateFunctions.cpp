@@ -13,19 +13,33 @@
 namespace orv::store::sql {
 namespace {
 
-double dayOf(double date) { return std::trunc(date); }
-double timeOf(double date) { return std::fabs(date - std::trunc(date)); }
+double dayOf(double date) {
+  return std::trunc(date);
+}
+double timeOf(double date) {
+  return std::fabs(date - std::trunc(date));
+}
 
 template <int Calendar::*part>
 void partOf(const Arguments& a, Result& result) {
   result.whole(toCalendar(a.date(0)).*part);
 }
 
-void today(const Arguments&, Result& result) { result.number(dayOf(now())); }
-void timeNow(const Arguments&, Result& result) { result.number(timeOf(now())); }
-void thisMoment(const Arguments&, Result& result) { result.number(now()); }
-void dateValue(const Arguments& a, Result& result) { result.number(dayOf(a.date(0))); }
-void timeValue(const Arguments& a, Result& result) { result.number(timeOf(a.date(0))); }
+void today(const Arguments&, Result& result) {
+  result.number(dayOf(now()));
+}
+void timeNow(const Arguments&, Result& result) {
+  result.number(timeOf(now()));
+}
+void thisMoment(const Arguments&, Result& result) {
+  result.number(now());
+}
+void dateValue(const Arguments& a, Result& result) {
+  result.number(dayOf(a.date(0)));
+}
+void timeValue(const Arguments& a, Result& result) {
+  result.number(timeOf(a.date(0)));
+}
 
 void dateSerial(const Arguments& a, Result& result) {
   int year = a.whole(0);
@@ -91,7 +105,9 @@ double addMonths(double date, double months) {
 }
 
 /// Seconds since 30 December 1899, so that times before it count on too.
-double secondsOf(double date) { return std::round((dayOf(date) + timeOf(date)) * 86400); }
+double secondsOf(double date) {
+  return std::round((dayOf(date) + timeOf(date)) * 86400);
+}
 
 double addSeconds(double date, double seconds) {
   const double total = secondsOf(date) + seconds;

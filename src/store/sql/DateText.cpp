@@ -16,15 +16,17 @@ namespace {
 constexpr std::array<std::string_view, 12> kMonths = {
     "January", "February", "March",     "April",   "May",      "June",
     "July",    "August",   "September", "October", "November", "December"};
-constexpr std::array<std::string_view, 7> kWeekdays = {
-    "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+constexpr std::array<std::string_view, 7> kWeekdays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                       "Thursday", "Friday", "Saturday"};
 
 /// Days from 30 December 1899 to 1 January of the year 1, negated.
 constexpr std::int64_t kDaysBeforeEpoch = 693593;
 constexpr double kFirstDay = -657434;  ///< 1 January 100
 constexpr double kLastDay = 2958465;   ///< 31 December 9999
 
-bool isLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+bool isLeapYear(int year) {
+  return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+}
 
 /// Days from 1 January of the year 1 to that of `year`.
 std::int64_t daysBeforeYear(int year) {
@@ -216,7 +218,9 @@ double fromTime(int hour, int minute, int second) {
   return (hour * 3600.0 + minute * 60.0 + second) / 86400.0;
 }
 
-double withTime(double date, double time) { return date < 0 ? date - time : date + time; }
+double withTime(double date, double time) {
+  return date < 0 ? date - time : date + time;
+}
 
 double now() {
   const std::time_t seconds = std::time(nullptr);
@@ -255,7 +259,9 @@ std::optional<double> parseDate(std::string_view text) {
   return date ? std::optional(withTime(*date, *time)) : std::nullopt;
 }
 
-std::string_view monthName(int month) { return kMonths.at(static_cast<std::size_t>(month - 1)); }
+std::string_view monthName(int month) {
+  return kMonths.at(static_cast<std::size_t>(month - 1));
+}
 
 std::string_view weekdayName(int weekday) {
   return kWeekdays.at(static_cast<std::size_t>(weekday - 1));

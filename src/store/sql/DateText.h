@@ -15,7 +15,7 @@ struct Calendar {
   int hour = 0;
   int minute = 0;
   int second = 0;
-  int weekday = 7;    ///< 1 Sunday to 7 Saturday
+  int weekday = 7;  ///< 1 Sunday to 7 Saturday
   int dayOfYear = 364;
 };
 

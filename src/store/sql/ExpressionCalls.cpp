@@ -20,10 +20,10 @@ struct AggregateInfo {
   std::string_view sqlName;
 };
 constexpr std::array kAggregates = {
-    AggregateInfo{"COUNT", "count"},      AggregateInfo{"SUM", "sum"},
-    AggregateInfo{"AVG", "avg"},          AggregateInfo{"MIN", "min"},
-    AggregateInfo{"MAX", "max"},          AggregateInfo{"FIRST", "jet_first"},
-    AggregateInfo{"LAST", "jet_last"},    AggregateInfo{"STDEV", "jet_stdev"},
+    AggregateInfo{"COUNT", "count"},       AggregateInfo{"SUM", "sum"},
+    AggregateInfo{"AVG", "avg"},           AggregateInfo{"MIN", "min"},
+    AggregateInfo{"MAX", "max"},           AggregateInfo{"FIRST", "jet_first"},
+    AggregateInfo{"LAST", "jet_last"},     AggregateInfo{"STDEV", "jet_stdev"},
     AggregateInfo{"STDEVP", "jet_stdevp"}, AggregateInfo{"VAR", "jet_var"},
     AggregateInfo{"VARP", "jet_varp"},
 };
@@ -129,8 +129,7 @@ SqlPiece ExpressionWriter::call(const Expression& e) {
   std::string sql = fmt::format("{}(", function->sqlName);
   std::optional<ColumnType> firstType;
   // A date that is formatted without a pattern is printed as a date.
-  const bool textWanted =
-      function->wantsText || (name == "FORMAT" && e.operands.size() == 1);
+  const bool textWanted = function->wantsText || (name == "FORMAT" && e.operands.size() == 1);
   for (std::size_t i = 0; i < e.operands.size(); ++i) {
     const SqlPiece argument = value(e.operands[i]);
     if (i == 0) {
@@ -197,8 +196,8 @@ SqlPiece ExpressionWriter::aggregate(const Expression& e, const std::string& nam
   if (containsAggregate(argument)) {
     text_.fail(kSyntaxError, fmt::format("{} holds another aggregate function", e.text), e.at);
   }
-  const bool takesAny = name == "COUNT" || name == "MIN" || name == "MAX" || name == "FIRST" ||
-                        name == "LAST";
+  const bool takesAny =
+      name == "COUNT" || name == "MIN" || name == "MAX" || name == "FIRST" || name == "LAST";
   SqlPiece piece = value(argument);
   std::string sql = takesAny ? piece.sql : asNumber(piece);
   if ((name == "MIN" || name == "MAX") && !piece.column &&

@@ -215,8 +215,8 @@ SqlPiece ExpressionWriter::name(const Expression& e) {
     for (const SelectItem& item : items_) {
       if (!item.alias.empty() && sameName(item.alias, e.path[0])) {
         if (!open_.insert(&item).second) {
-          text_.fail(kSyntaxError,
-                     fmt::format("The alias \"{}\" is defined by itself", item.alias), e.at);
+          text_.fail(kSyntaxError, fmt::format("The alias \"{}\" is defined by itself", item.alias),
+                     e.at);
         }
         SqlPiece piece = write(item.expression);
         open_.erase(&item);
@@ -362,7 +362,8 @@ SqlPiece ExpressionWriter::arithmetic(const std::string& op, const SqlPiece& lef
   ColumnType type = ColumnType::double_;
   const bool leftDate = left.type == ColumnType::dateTime;
   const bool rightDate = right.type == ColumnType::dateTime;
-  if (op != "*" && leftDate != rightDate) {
+  const bool difference = leftDate && rightDate && op == "-";
+  if (op != "*" && (leftDate || rightDate) && !difference) {
     type = ColumnType::dateTime;
   } else if (isWhole(left) && isWhole(right)) {
     type = ColumnType::longInteger;
@@ -391,10 +392,9 @@ void ExpressionWriter::needArguments(const Expression& e, std::size_t least,
                                      std::size_t most) const {
   if (e.operands.size() < least || e.operands.size() > most) {
     text_.fail(kSyntaxError,
-               fmt::format("The function {} has {} arguments, it takes {}", e.text,
-                           e.operands.size(),
-                           least == most ? fmt::format("{}", least)
-                                         : fmt::format("{} to {}", least, most)),
+               fmt::format(
+                   "The function {} has {} arguments, it takes {}", e.text, e.operands.size(),
+                   least == most ? fmt::format("{}", least) : fmt::format("{} to {}", least, most)),
                e.at);
   }
 }

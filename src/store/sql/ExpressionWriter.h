@@ -20,8 +20,8 @@ class QueryWriter;
 struct SqlPiece {
   std::string sql;
   std::optional<ColumnType> type{};
-  bool truth = false;     ///< 1 or 0, as SQLite's conditions give, where Access has -1 or 0
-  bool column = false;    ///< a column as it stands: it brings its collation
+  bool truth = false;   ///< 1 or 0, as SQLite's conditions give, where Access has -1 or 0
+  bool column = false;  ///< a column as it stands: it brings its collation
 };
 
 /// Writes the expressions of one SELECT, resolving names in its scope. An alias of the SELECT

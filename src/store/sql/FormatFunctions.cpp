@@ -22,9 +22,9 @@ void format(const Arguments& a, Result& result) {
   }
   const std::optional<double> number = a.numberIfAny(0);
   const bool forText = pattern.find_first_of("@&<>") != std::string::npos;
-  result.text(pattern.empty()       ? a.text(0)
+  result.text(pattern.empty()      ? a.text(0)
               : forText || !number ? formatText(a.text(0), pattern)
-                                    : formatNumber(*number, pattern));
+                                   : formatNumber(*number, pattern));
 }
 
 std::string decimalsPattern(const Arguments& a, const char* head) {

@@ -33,8 +33,8 @@ constexpr NamedPattern kNumberPatterns[] = {
 };
 
 constexpr NamedPattern kDatePatterns[] = {
-    {"GENERAL DATE", "c"},        {"LONG DATE", "dddd, mmmm d, yyyy"},
-    {"MEDIUM DATE", "dd-mmm-yy"}, {"SHORT DATE", "yyyy-mm-dd"},
+    {"GENERAL DATE", "c"},          {"LONG DATE", "dddd, mmmm d, yyyy"},
+    {"MEDIUM DATE", "dd-mmm-yy"},   {"SHORT DATE", "yyyy-mm-dd"},
     {"LONG TIME", "h:nn:ss AM/PM"}, {"MEDIUM TIME", "hh:nn AM/PM"},
     {"SHORT TIME", "hh:nn"},
 };

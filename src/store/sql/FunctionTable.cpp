@@ -89,7 +89,7 @@ constexpr std::array kFunctions = {
 };
 
 constexpr std::array<std::string_view, 12> kDomainFunctions = {
-    "DLOOKUP", "DCOUNT", "DSUM",    "DAVG", "DMIN",  "DMAX",
+    "DLOOKUP", "DCOUNT", "DSUM",   "DAVG",    "DMIN", "DMAX",
     "DFIRST",  "DLAST",  "DSTDEV", "DSTDEVP", "DVAR", "DVARP"};
 
 }  // namespace

@@ -60,9 +60,8 @@ class Planner {
 
   const Constraint* find(std::size_t column, Constraint::Kind kind) const {
     const auto found =
-        std::find_if(constraints_.begin(), constraints_.end(), [&](const Constraint& c) {
-          return c.column == column && c.kind == kind;
-        });
+        std::find_if(constraints_.begin(), constraints_.end(),
+                     [&](const Constraint& c) { return c.column == column && c.kind == kind; });
     return found == constraints_.end() ? nullptr : &*found;
   }
 
@@ -129,8 +128,7 @@ class Planner {
       }
       // Keys of memos cover only their beginning.
       if (at >= index.columns.size() || index.columns[at].column != term.column ||
-          !serves(index.columns[at]) ||
-          definition_.columns[term.column].type == ColumnType::memo) {
+          !serves(index.columns[at]) || definition_.columns[term.column].type == ColumnType::memo) {
         return;
       }
       const bool against = index.columns[at].ascending == term.descending;

@@ -11,7 +11,9 @@
 namespace orv::store::sql {
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 bool isNameCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '$' ||
@@ -180,6 +182,8 @@ bool Token::isWord(std::string_view upper) const {
   return kind == Kind::word && upperWord(text) == upper;
 }
 
-std::vector<Token> tokenize(const SqlText& sql) { return Lexer(sql).run(); }
+std::vector<Token> tokenize(const SqlText& sql) {
+  return Lexer(sql).run();
+}
 
 }  // namespace orv::store::sql

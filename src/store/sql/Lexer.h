@@ -12,8 +12,8 @@ namespace orv::store::sql {
 struct Token {
   enum class Kind {
     end,
-    word,    ///< a keyword or an unquoted name
-    name,    ///< a name between brackets or backquotes; `text` without them
+    word,  ///< a keyword or an unquoted name
+    name,  ///< a name between brackets or backquotes; `text` without them
     number,
     text,    ///< between double quotes or apostrophes; `text` without them
     date,    ///< between number signs

@@ -25,8 +25,12 @@ void finite(Result& result, double number) {
   result.number(number);
 }
 
-void absolute(const Arguments& a, Result& result) { giveLike(a, result, std::fabs(a.number(0))); }
-void toFloor(const Arguments& a, Result& result) { giveLike(a, result, std::floor(a.number(0))); }
+void absolute(const Arguments& a, Result& result) {
+  giveLike(a, result, std::fabs(a.number(0)));
+}
+void toFloor(const Arguments& a, Result& result) {
+  giveLike(a, result, std::floor(a.number(0)));
+}
 void toTruncated(const Arguments& a, Result& result) {
   giveLike(a, result, std::trunc(a.number(0)));
 }
@@ -68,7 +72,9 @@ void apply(const Arguments& a, Result& result) {
   finite(result, function(a.number(0)));
 }
 
-void power(const Arguments& a, Result& result) { finite(result, std::pow(a.number(0), a.number(1))); }
+void power(const Arguments& a, Result& result) {
+  finite(result, std::pow(a.number(0), a.number(1)));
+}
 
 /// The operands of `\` and Mod are rounded first; a divisor of 0 gives Null, as `/` does.
 void divideWhole(const Arguments& a, Result& result) {

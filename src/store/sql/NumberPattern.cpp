@@ -127,16 +127,17 @@ std::string NumberPattern::write(const Section& section, double magnitude) {
       if (place < section.wholeDigits && token.text == "0") {
         firstZero = std::min(firstZero, place);
       } else if (place >= section.wholeDigits &&
-                 (token.text == "0" || decimals.find_first_not_of('0', place - section.wholeDigits) !=
-                                           std::string::npos)) {
+                 (token.text == "0" ||
+                  decimals.find_first_not_of('0', place - section.wholeDigits) !=
+                      std::string::npos)) {
         lastDecimal = place - section.wholeDigits + 1;
       }
       ++place;
     }
   }
-  whole.insert(0, section.wholeDigits - firstZero -
-                      std::min(whole.size(), section.wholeDigits - firstZero),
-               '0');
+  whole.insert(
+      0, section.wholeDigits - firstZero - std::min(whole.size(), section.wholeDigits - firstZero),
+      '0');
 
   std::string text;
   std::size_t written = 0;  ///< digits of the whole part
@@ -164,8 +165,8 @@ std::string NumberPattern::write(const Section& section, double magnitude) {
       case Kind::exponent:
         text += token.text[0];
         text += exponent < 0 ? "-" : token.text[1] == '+' ? "+" : "";
-        text += fmt::format("{:0{}}", std::abs(exponent), std::max<std::size_t>(
-                                                              section.exponentDigits, 1));
+        text += fmt::format("{:0{}}", std::abs(exponent),
+                            std::max<std::size_t>(section.exponentDigits, 1));
         break;
       case Kind::digit:
         if (place < section.wholeDigits) {

@@ -12,9 +12,9 @@ namespace {
 
 std::string textOf(sqlite3_stmt* statement, int index) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
-  return text == nullptr ? std::string()
-                         : std::string(text, static_cast<std::size_t>(
-                                                 sqlite3_column_bytes(statement, index)));
+  return text == nullptr
+             ? std::string()
+             : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, index)));
 }
 
 Value wholeNumber(std::int64_t number) {

@@ -14,10 +14,11 @@ namespace {
 
 /// Words that end an expression or a table, and so cannot be an alias without AS.
 constexpr std::array kReserved = {
-    "ALL", "AND", "AS", "ASC", "BETWEEN", "BY", "DESC", "DISTINCT", "DISTINCTROW", "EQV",
-    "EXISTS", "FROM", "GROUP", "HAVING", "IMP", "IN", "INNER", "INTO", "IS", "JOIN", "LEFT",
-    "LIKE", "ALIKE", "MOD", "NOT", "ON", "OR", "ORDER", "OUTER", "PIVOT", "RIGHT", "SELECT",
-    "SET", "TOP", "UNION", "WHERE", "WITH", "XOR"};
+    "ALL",         "AND",  "AS",     "ASC",   "BETWEEN", "BY",     "DESC",  "DISTINCT",
+    "DISTINCTROW", "EQV",  "EXISTS", "FROM",  "GROUP",   "HAVING", "IMP",   "IN",
+    "INNER",       "INTO", "IS",     "JOIN",  "LEFT",    "LIKE",   "ALIKE", "MOD",
+    "NOT",         "ON",   "OR",     "ORDER", "OUTER",   "PIVOT",  "RIGHT", "SELECT",
+    "SET",         "TOP",  "UNION",  "WHERE", "WITH",    "XOR"};
 
 struct Statement {
   const char* word;
@@ -46,10 +47,13 @@ Parser::Nesting::Nesting(Parser& parser) : parser_(parser) {
   }
 }
 
-Query Parser::parse(const SqlText& sql) { return Parser(sql).statement(); }
+Query Parser::parse(const SqlText& sql) {
+  // Before the text is taken apart: other statements may hold what a SELECT may not.
+  refuseOtherStatements(sql);
+  return Parser(sql).statement();
+}
 
 Query Parser::statement() {
-  refuseOtherStatements();
   Query whole = query();
   if (acceptWord("WITH")) {
     expectWord("OWNERACCESS");
@@ -62,13 +66,16 @@ Query Parser::statement() {
   return whole;
 }
 
-void Parser::refuseOtherStatements() const {
+void Parser::refuseOtherStatements(const SqlText& sql) {
+  const std::size_t start = std::min(sql.text.find_first_not_of(" \t\r\n"), sql.text.size());
+  const std::size_t end = std::min(sql.text.find_first_of(" \t\r\n", start), sql.text.size());
+  const std::string word = upperWord(std::string_view(sql.text).substr(start, end - start));
   for (const Statement& other : kOtherStatements) {
-    if (peek().isWord(other.word)) {
-      sql_.fail(kNotSupported,
-                fmt::format("{} cannot be run: only SELECT queries without parameters can",
-                            other.what),
-                peek().at);
+    if (word == other.word) {
+      sql.fail(
+          kNotSupported,
+          fmt::format("{} cannot be run: only SELECT queries without parameters can", other.what),
+          start);
     }
   }
 }
@@ -106,8 +113,7 @@ Select Parser::select() {
   } while (acceptSymbol(","));
   if (peek().isWord("INTO")) {
     sql_.fail(kNotSupported,
-              "A make-table query (SELECT INTO) cannot be run: only SELECT queries can",
-              peek().at);
+              "A make-table query (SELECT INTO) cannot be run: only SELECT queries can", peek().at);
   }
   if (acceptWord("FROM")) {
     result.from = sources();
@@ -273,7 +279,9 @@ std::shared_ptr<const Query> Parser::parenthesisedQuery() {
 }
 
 /// Whether a parenthesis with a SELECT in it comes next.
-bool Parser::atQuery() const { return peek().isSymbol("(") && peek(1).isWord("SELECT"); }
+bool Parser::atQuery() const {
+  return peek().isSymbol("(") && peek(1).isWord("SELECT");
+}
 
 const Token& Parser::peek(std::size_t ahead) const {
   return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
@@ -315,8 +323,9 @@ void Parser::expectSymbol(std::string_view symbol) {
 
 void Parser::unexpected(std::string_view wanted) const {
   const Token& token = peek();
-  const std::string found =
-      token.kind == Token::Kind::end ? "the statement ends" : fmt::format("\"{}\" stands", token.text);
+  const std::string found = token.kind == Token::Kind::end
+                                ? "the statement ends"
+                                : fmt::format("\"{}\" stands", token.text);
   sql_.fail(kSyntaxError, fmt::format("Syntax error: {} where {} is wanted", found, wanted),
             token.at);
 }

@@ -30,7 +30,7 @@ class Parser {
   Source source();
   std::string alias(bool asNeeded);
   std::vector<Ordering> orderBy();
-  void refuseOtherStatements() const;
+  static void refuseOtherStatements(const SqlText& sql);
 
   // Expressions, from the loosest operator to the tightest.
   Expression expression();

@@ -62,15 +62,16 @@ Expression Parser::comparison() {
   Expression left = arithmetic(0);
   while (true) {
     const Token& token = peek();
-    const bool symbol = token.kind == Token::Kind::symbol &&
-                        std::find(kComparisons.begin(), kComparisons.end(), token.text) !=
-                            kComparisons.end();
+    const bool symbol =
+        token.kind == Token::Kind::symbol &&
+        std::find(kComparisons.begin(), kComparisons.end(), token.text) != kComparisons.end();
     if (symbol) {
       const Token op = take();
       if (peek().isWord("ALL") || peek().isWord("ANY") || peek().isWord("SOME")) {
-        sql_.fail(kNotSupported,
-                  "ALL, ANY and SOME before a sub-select cannot be run; use Max or Min in it, or IN",
-                  peek().at);
+        sql_.fail(
+            kNotSupported,
+            "ALL, ANY and SOME before a sub-select cannot be run; use Max or Min in it, or IN",
+            peek().at);
       }
       left = binary(op.text, op.at, std::move(left), arithmetic(0));
     } else if (token.isWord("IS") || token.isWord("LIKE") || token.isWord("ALIKE") ||

@@ -16,7 +16,9 @@ constexpr int kMaximumExpansions = 500;
 
 }  // namespace
 
-std::string QueryWriter::nextAlias() { return fmt::format("t{}", aliases_++); }
+std::string QueryWriter::nextAlias() {
+  return fmt::format("t{}", aliases_++);
+}
 
 std::string QueryWriter::writeSources(const Select& select, Scope& scope) {
   std::string sql;
@@ -62,8 +64,8 @@ std::string QueryWriter::writeTable(const Source& source, Scope& scope) {
     member.columns = std::move(query.columns);
     sql = fmt::format("({})", query.sql);
   } else {
-    text_.fail(kObjectNotFound,
-               fmt::format("There is no table or saved query \"{}\"", source.name), source.at);
+    text_.fail(kObjectNotFound, fmt::format("There is no table or saved query \"{}\"", source.name),
+               source.at);
   }
   scope.add(std::move(member), source.at);
   return fmt::format("{} AS {}", sql, alias);

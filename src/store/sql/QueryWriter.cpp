@@ -151,14 +151,13 @@ std::string QueryWriter::writeTop(const Select& select, const std::string& head,
       name = fmt::format("k{}", i);
       extra += fmt::format(", {} AS {}", keys[i].sql, name);
     }
-    order += fmt::format("{}{}{}", i > 0 ? ", " : "ORDER BY ", name,
-                         keys[i].descending ? " DESC" : "");
+    order +=
+        fmt::format("{}{}{}", i > 0 ? ", " : "ORDER BY ", name, keys[i].descending ? " DESC" : "");
   }
-  const std::string place = keys.empty() ? "row_number() OVER ()"
-                                         : fmt::format("rank() OVER ({})", order);
-  const std::string limit = top.percent
-                                ? fmt::format("(place - 1) * 100.0 < total * {}", top.count)
-                                : fmt::format("place <= {}", top.count);
+  const std::string place =
+      keys.empty() ? "row_number() OVER ()" : fmt::format("rank() OVER ({})", order);
+  const std::string limit = top.percent ? fmt::format("(place - 1) * 100.0 < total * {}", top.count)
+                                        : fmt::format("place <= {}", top.count);
   return fmt::format(
       "SELECT {} FROM (SELECT *, {} AS place, count(*) OVER () AS total FROM ({}{}{})) "
       "WHERE {} ORDER BY place",
@@ -182,8 +181,8 @@ Translation QueryWriter::writeUnion(const Query& query, const Scope* outer) {
       result.sql += query.unionAll[i - 1] ? " UNION ALL " : " UNION ";
       for (std::size_t c = 0; c < result.columns.size(); ++c) {
         TypedColumn& column = result.columns[c];
-        column.typed = column.typed && part.columns[c].typed &&
-                       column.info.type == part.columns[c].info.type;
+        column.typed =
+            column.typed && part.columns[c].typed && column.info.type == part.columns[c].info.type;
       }
     }
     result.sql += select.top ? fmt::format("SELECT * FROM ({})", part.sql) : part.sql;
@@ -203,8 +202,7 @@ std::string QueryWriter::unionOrder(const std::vector<Ordering>& orderBy,
       const auto found = std::find_if(
           columns.begin(), columns.end(),
           [&](const TypedColumn& column) { return sameName(column.info.name, e.path.back()); });
-      position = found == columns.end() ? 0
-                                        : static_cast<std::size_t>(found - columns.begin()) + 1;
+      position = found == columns.end() ? 0 : static_cast<std::size_t>(found - columns.begin()) + 1;
     }
     if (position == 0 || position > columns.size()) {
       text_.fail(kSyntaxError, "ORDER BY of a UNION takes the columns of its first SELECT", e.at);
@@ -277,8 +275,7 @@ std::string QueryWriter::writeGroups(const Select& select, const std::vector<Out
                                      const Scope& scope, ExpressionWriter& expressions) const {
   if (select.groupBy.empty() && !hasAggregates(select)) {
     if (select.having) {
-      text_.fail(kSyntaxError, "HAVING needs GROUP BY or an aggregate function",
-                 select.having->at);
+      text_.fail(kSyntaxError, "HAVING needs GROUP BY or an aggregate function", select.having->at);
     }
     return select.distinctRow ? groupingOfRows(scope, outputs) : "";
   }
@@ -364,9 +361,8 @@ std::vector<QueryWriter::OrderKey> QueryWriter::writeOrder(const std::vector<Ord
       key.sql = fmt::format("{}", key.output);
     } else {
       key.sql = expressions.collated(ordering.expression).sql;
-      const auto same = std::find_if(outputs.begin(), outputs.end(), [&](const Output& output) {
-        return output.sql == key.sql;
-      });
+      const auto same = std::find_if(outputs.begin(), outputs.end(),
+                                     [&](const Output& output) { return output.sql == key.sql; });
       key.output = same == outputs.end() ? 0 : static_cast<std::size_t>(same - outputs.begin()) + 1;
     }
     keys.push_back(std::move(key));

@@ -80,7 +80,8 @@ class QueryWriter {
                                    ExpressionWriter& expressions) const;
   static std::string orderClause(const std::vector<OrderKey>& keys);
   std::string writeTop(const Select& select, const std::string& head, const std::string& tail,
-                       const std::vector<OrderKey>& keys, std::size_t columns, std::size_t at) const;
+                       const std::vector<OrderKey>& keys, std::size_t columns,
+                       std::size_t at) const;
 
   Translation expandQuery(const std::string& name, const std::string& queryText,
                           std::size_t at) const;

@@ -114,8 +114,7 @@ class RangeBuilder {
 
   void addBound(const Bytes& prefix, Constraint::Kind kind, sqlite3_value* value) {
     const bool isLower = kind == Constraint::Kind::lower;
-    const KeyBound bound =
-        keyBound(column(), value, isLower ? BoundSide::lower : BoundSide::upper);
+    const KeyBound bound = keyBound(column(), value, isLower ? BoundSide::lower : BoundSide::upper);
     range_.empty = range_.empty || bound.kind == KeyBound::Kind::nothing;
     if (bound.kind != KeyBound::Kind::value) {
       return;
@@ -190,17 +189,14 @@ std::unique_ptr<RowSource> indexedRows(std::shared_ptr<const jet::Table> table, 
                                        bool backward, std::span<const Constraint::Kind> kinds,
                                        BoundValues values) {
   const jet::TableDefinition& definition = table->definition();
-  KeyRange range =
-      RangeBuilder(definition, definition.realIndexes.at(index)).build(kinds, values);
+  KeyRange range = RangeBuilder(definition, definition.realIndexes.at(index)).build(kinds, values);
   return std::make_unique<IndexSource>(std::move(table), index, backward, std::move(range));
 }
 
-std::unique_ptr<RowSource> lookedUpRows(std::shared_ptr<const jet::Table> table,
-                                        std::size_t column,
+std::unique_ptr<RowSource> lookedUpRows(std::shared_ptr<const jet::Table> table, std::size_t column,
                                         std::shared_ptr<const ColumnLookup> lookup,
                                         sqlite3_value* value) {
-  const KeyBound bound =
-      keyBound(table->definition().columns[column], value, BoundSide::equal);
+  const KeyBound bound = keyBound(table->definition().columns[column], value, BoundSide::equal);
   if (bound.kind == KeyBound::Kind::unknown || bound.kind == KeyBound::Kind::all) {
     return scanRows(*table);
   }

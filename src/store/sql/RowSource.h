@@ -36,8 +36,7 @@ std::unique_ptr<RowSource> indexedRows(std::shared_ptr<const jet::Table> table, 
                                        BoundValues values);
 
 /// The rows that a lookup has for the value; all rows where the value has no key.
-std::unique_ptr<RowSource> lookedUpRows(std::shared_ptr<const jet::Table> table,
-                                        std::size_t column,
+std::unique_ptr<RowSource> lookedUpRows(std::shared_ptr<const jet::Table> table, std::size_t column,
                                         std::shared_ptr<const ColumnLookup> lookup,
                                         sqlite3_value* value);
 

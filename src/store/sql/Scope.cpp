@@ -12,7 +12,9 @@ bool sameName(std::string_view a, std::string_view b) {
   return jet::foldName(a) == jet::foldName(b);
 }
 
-std::string Scope::Found::sql() const { return fmt::format("{}.c{}", member->sqlName, column); }
+std::string Scope::Found::sql() const {
+  return fmt::format("{}.c{}", member->sqlName, column);
+}
 
 void Scope::add(Member member, std::size_t at) {
   for (const Member& other : members_) {
@@ -60,10 +62,11 @@ std::optional<Scope::Found> Scope::findHere(const std::vector<std::string>& path
         continue;
       }
       if (found) {
-        text_.fail(kSyntaxError,
-                   fmt::format("\"{}\" is a column of \"{}\" and of \"{}\": put the table before it",
-                               path.back(), found->member->name, member.name),
-                   at);
+        text_.fail(
+            kSyntaxError,
+            fmt::format("\"{}\" is a column of \"{}\" and of \"{}\": put the table before it",
+                        path.back(), found->member->name, member.name),
+            at);
       }
       found = Found{&member, column};
     }
@@ -92,10 +95,10 @@ void Scope::failUnknown(const std::vector<std::string>& path, std::size_t at) co
   if (names.empty()) {
     names.emplace_back("a SELECT without FROM");
   }
-  text_.fail(kItemNotFound,
-             fmt::format("There is no column \"{}\" in {}", fmt::join(path, "."),
-                         fmt::join(names, ", ")),
-             at);
+  text_.fail(
+      kItemNotFound,
+      fmt::format("There is no column \"{}\" in {}", fmt::join(path, "."), fmt::join(names, ", ")),
+      at);
 }
 
 }  // namespace orv::store::sql

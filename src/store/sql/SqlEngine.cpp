@@ -5,6 +5,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/SavedQuery.h"
+#include "store/sql/Collations.h"
 #include "store/sql/Functions.h"
 
 namespace orv::store::sql {
@@ -31,18 +32,6 @@ sqlite3* openMemory() {
   return db;
 }
 
-std::string_view bytes(int length, const void* text) {
-  return {static_cast<const char*>(text), static_cast<std::size_t>(length)};
-}
-
-int compareText(void* order, int aLength, const void* a, int bLength, const void* b) {
-  return static_cast<const TextOrder*>(order)->compare(bytes(aLength, a), bytes(bLength, b));
-}
-
-int compareDecimalText(void*, int aLength, const void* a, int bLength, const void* b) {
-  return compareDecimals(bytes(aLength, a), bytes(bLength, b));
-}
-
 }  // namespace
 
 std::shared_ptr<SqlEngine> SqlEngine::create(std::shared_ptr<jet::Database> database) {
@@ -54,8 +43,7 @@ SqlEngine::SqlEngine(std::shared_ptr<jet::Database> database)
       textOrder_(orderOf(*database_)),
       db_(openMemory()),
       tables_(db_.get(), textOrder_, failure_) {
-  sqlite3_create_collation(db_.get(), kTextCollation, SQLITE_UTF8, &textOrder_, compareText);
-  sqlite3_create_collation(db_.get(), kDecimalCollation, SQLITE_UTF8, nullptr, compareDecimalText);
+  registerCollations(db_.get(), textOrder_);
   registerFunctions(db_.get(), failure_);
 }
 
@@ -125,7 +113,7 @@ std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name
   const std::shared_ptr<jet::Table> table = database.table(name);
   TableBinding binding{engine_.tables_.nameOf(table), {}};
   for (const jet::Column& column : table->definition().columns) {
-    binding.columns.push_back(columnInfo(column, database.format()));
+    binding.columns.push_back(jet::describe(column));
   }
   return binding;
 }
@@ -136,25 +124,14 @@ std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& n
   if (entry == nullptr || entry->kind != jet::CatalogEntry::Kind::query) {
     return std::nullopt;
   }
-  return jet::SavedQuery(entry->name, database.queryParts(*entry)).sql();
-}
-
-ColumnInfo columnInfo(const jet::Column& column, const jet::Format& format) {
-  ColumnInfo info;
-  info.name = column.name;
-  info.type = column.type;
-  if (column.type == ColumnType::text) {
-    info.size = format.unicodeText ? column.length / 2 : column.length;
-  } else if (column.type == ColumnType::binary) {
-    info.size = column.length;
+  const jet::SavedQuery query(entry->name, database.queryParts(*entry));
+  if (query.kind() == jet::QueryKind::passThrough) {
+    throw Error(kNotSupported,
+                fmt::format("The saved query \"{}\" is a pass-through query, which only the "
+                            "server that it is written for can run.",
+                            entry->name));
   }
-  info.autoNumber = column.autoNumber;
-  info.required = column.required;
-  info.allowZeroLength = column.allowZeroLength;
-  info.precision = column.precision;
-  info.scale = column.scale;
-  info.defaultValue = column.defaultValue;
-  return info;
+  return query.sql();
 }
 
 }  // namespace orv::store::sql

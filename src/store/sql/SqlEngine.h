@@ -81,7 +81,4 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
   JetCatalog catalog_{*this};
 };
 
-/// A column of a table as record sets show it.
-ColumnInfo columnInfo(const jet::Column& column, const jet::Format& format);
-
 }  // namespace orv::store::sql

@@ -31,8 +31,8 @@ struct Expression {
     exists,    ///< `query`
     subquery,  ///< `query`
     isNull,
-    like,      ///< value, pattern; `text`: "LIKE" or "ALIKE"
-    call,      ///< `text`: the function's name; its arguments
+    like,  ///< value, pattern; `text`: "LIKE" or "ALIKE"
+    call,  ///< `text`: the function's name; its arguments
   };
   Kind kind = Kind::null;
   std::size_t at = 0;  ///< byte of the statement
@@ -46,8 +46,8 @@ struct Expression {
 struct SelectItem {
   Expression expression;
   std::string alias{};
-  bool all = false;      ///< `*` or `table.*`
-  std::string allOf{};   ///< the table, or empty for all of them
+  bool all = false;     ///< `*` or `table.*`
+  std::string allOf{};  ///< the table, or empty for all of them
   std::size_t at = 0;
 };
 

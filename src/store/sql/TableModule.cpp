@@ -136,8 +136,8 @@ std::vector<SortTerm> sortTermsOf(const sqlite3_index_info* info) {
     if (info->aOrderBy[i].iColumn < 0) {
       return {};
     }
-    terms.push_back({static_cast<std::size_t>(info->aOrderBy[i].iColumn),
-                     info->aOrderBy[i].desc != 0});
+    terms.push_back(
+        {static_cast<std::size_t>(info->aOrderBy[i].iColumn), info->aOrderBy[i].desc != 0});
   }
   return terms;
 }
@@ -299,9 +299,8 @@ std::string TableModule::nameOf(const std::shared_ptr<jet::Table>& table) {
     // A table that was read anew after its definition may have changed replaces the older one,
     // unless a query still runs over that.
     const bool replaced = entry->second->definition().page == table->definition().page;
-    const bool dropped =
-        replaced && sqlite3_exec(db_, fmt::format("DROP TABLE {}", name).c_str(), nullptr, nullptr,
-                                 nullptr) == SQLITE_OK;
+    const bool dropped = replaced && sqlite3_exec(db_, fmt::format("DROP TABLE {}", name).c_str(),
+                                                  nullptr, nullptr, nullptr) == SQLITE_OK;
     entry = dropped ? tables_.erase(entry) : std::next(entry);
   }
   const int number = ++lastNumber_;

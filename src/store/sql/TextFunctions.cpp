@@ -168,9 +168,15 @@ void trimTo(const Arguments& a, Result& result, bool front, bool back) {
   result.text(text);
 }
 
-void trim(const Arguments& a, Result& result) { trimTo(a, result, true, true); }
-void ltrim(const Arguments& a, Result& result) { trimTo(a, result, true, false); }
-void rtrim(const Arguments& a, Result& result) { trimTo(a, result, false, true); }
+void trim(const Arguments& a, Result& result) {
+  trimTo(a, result, true, true);
+}
+void ltrim(const Arguments& a, Result& result) {
+  trimTo(a, result, true, false);
+}
+void rtrim(const Arguments& a, Result& result) {
+  trimTo(a, result, false, true);
+}
 
 void strReverse(const Arguments& a, Result& result) {
   std::u32string text = a.characters(0);
@@ -186,7 +192,9 @@ std::size_t repeatCount(const Arguments& a, int i) {
   return count;
 }
 
-void space(const Arguments& a, Result& result) { result.text(std::string(repeatCount(a, 0), ' ')); }
+void space(const Arguments& a, Result& result) {
+  result.text(std::string(repeatCount(a, 0), ' '));
+}
 
 /// String(count, character or its code)
 void string(const Arguments& a, Result& result) {
@@ -221,7 +229,7 @@ void asc(const Arguments& a, Result& result) {
   const char32_t character = firstCharacter(a);
   const auto* const found = std::find(std::begin(kWindows1252), std::end(kWindows1252), character);
   const bool extra = found != std::end(kWindows1252);
-  result.whole(extra            ? 0x80 + (found - std::begin(kWindows1252))
+  result.whole(extra             ? 0x80 + (found - std::begin(kWindows1252))
                : character < 256 ? static_cast<std::int64_t>(character)
                                  : static_cast<std::int64_t>('?'));
 }

@@ -103,7 +103,7 @@ int TextOrder::compare(std::string_view a, std::string_view b) const {
   for (std::size_t i = 0; i < std::max(a.size(), b.size()); ++i) {
     // All characters have to be plain: one that is not may count only after all that follow.
     for (const std::string_view text : {a, b}) {
-      const auto c = i < text.size() ? static_cast<unsigned char>(text[i]) : 0x61;
+      const std::size_t c = i < text.size() ? static_cast<unsigned char>(text[i]) : 0x61;
       if (c >= codes_.size() || codes_[c].size == 0) {
         return compareKeys(a, b);
       }
