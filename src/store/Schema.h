@@ -61,7 +61,7 @@ struct IndexInfo {
 struct TableInfo {
   std::string name;
   std::vector<ColumnInfo> columns;
-  std::vector<IndexInfo> indexes;
+  std::vector<IndexInfo> indexes{};
   std::int64_t rowCount = 0;
 };
 

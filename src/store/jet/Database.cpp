@@ -117,8 +117,9 @@ void Database::forgetCatalog() {
 
 void Database::refreshCatalog() {
   Pager::ReadLock lock(*pager_);
+  std::map<PageNumber, std::shared_ptr<Table>> former;
   if (epoch_ != pager_->epoch()) {
-    tables_.clear();
+    former.swap(tables_);
   } else if (entriesKnown_) {
     return;
   }
@@ -150,6 +151,22 @@ void Database::refreshCatalog() {
   }
   epoch_ = pager_->epoch();
   entriesKnown_ = true;
+  keepTablesInUse(former);
+}
+
+void Database::keepTablesInUse(const std::map<PageNumber, std::shared_ptr<Table>>& tables) {
+  for (const auto& [page, table] : tables) {
+    const CatalogEntry* entry = find(table->name());
+    if (table.use_count() == 1 || entry == nullptr || entry->kind != CatalogEntry::Kind::table ||
+        static_cast<PageNumber>(entry->id) != page) {
+      continue;
+    }
+    const auto definition = loadDefinition(entry->name, page, entry);
+    if (*definition != table->definition()) {
+      table->changeDefinition(definition);
+    }
+    tables_[page] = table;
+  }
 }
 
 const CatalogEntry* Database::find(std::string_view name) {
@@ -174,25 +191,31 @@ std::shared_ptr<Table> Database::table(std::string_view name) {
               "There is no table '" + std::string(name) + "' in '" + pager_->path() + "'.");
 }
 
-std::shared_ptr<Table> Database::loadTable(const std::string& name, PageNumber page,
-                                           const CatalogEntry* entry) {
-  std::shared_ptr<Table>& table = tables_[page];
-  if (table == nullptr) {
-    std::shared_ptr<TableDefinition> definition = readTableDefinition(*pager_, page, name);
-    if (entry != nullptr && !entry->isSystem()) {
-      const auto catalog = loadTable("MSysObjects", kCatalogPage, nullptr);
-      const auto column = catalog->definition().findColumn("LvProp");
-      const auto row = catalog->row(entry->row);
-      if (column && row) {
-        const Value block = row->value(catalog->definition().columns[*column]);
-        if (const Bytes* bytes = block.getIf<Bytes>()) {
-          applyProperties(*pager_, readProperties(*pager_, *bytes), *definition);
-        }
+std::shared_ptr<const TableDefinition> Database::loadDefinition(const std::string& name,
+                                                                PageNumber page,
+                                                                const CatalogEntry* entry) {
+  std::shared_ptr<TableDefinition> definition = readTableDefinition(*pager_, page, name);
+  if (entry != nullptr && !entry->isSystem()) {
+    const auto catalog = loadTable("MSysObjects", kCatalogPage, nullptr);
+    const auto column = catalog->definition().findColumn("LvProp");
+    const auto row = catalog->row(entry->row);
+    if (column && row) {
+      const Value block = row->value(catalog->definition().columns[*column]);
+      if (const Bytes* bytes = block.getIf<Bytes>()) {
+        applyProperties(*pager_, readProperties(*pager_, *bytes), *definition);
       }
     }
-    tables_[page] = std::make_shared<Table>(pager_, std::move(definition));
-    return tables_[page];
   }
+  return definition;
+}
+
+std::shared_ptr<Table> Database::loadTable(const std::string& name, PageNumber page,
+                                           const CatalogEntry* entry) {
+  if (const auto found = tables_.find(page); found != tables_.end()) {
+    return found->second;
+  }
+  auto table = std::make_shared<Table>(pager_, loadDefinition(name, page, entry));
+  tables_[page] = table;
   return table;
 }
 

@@ -82,8 +82,13 @@ class Database {
   explicit Database(std::shared_ptr<Pager> pager);
   void refreshCatalog();
   void checkPassword(const std::string& password) const;
+  /// Takes tables of before a refresh on that others still use, as their definitions are now: all
+  /// who use a table must agree on its indexes and on the automatic numbers handed out.
+  void keepTablesInUse(const std::map<PageNumber, std::shared_ptr<Table>>& tables);
   std::shared_ptr<Table> loadTable(const std::string& name, PageNumber page,
                                    const CatalogEntry* entry);
+  std::shared_ptr<const TableDefinition> loadDefinition(const std::string& name, PageNumber page,
+                                                        const CatalogEntry* entry);
 
   std::shared_ptr<Pager> pager_;
   std::uint64_t epoch_ = 0;  ///< of the pager when the catalogue was read; 0: not read

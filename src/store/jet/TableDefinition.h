@@ -41,6 +41,8 @@ struct Column {
   std::optional<std::string> defaultValue{};  ///< an expression
 
   bool isLongValue() const { return type == ColumnType::memo || type == ColumnType::ole; }
+
+  bool operator==(const Column&) const = default;
 };
 
 /// What users of the store are told of a column.
@@ -49,6 +51,8 @@ ColumnInfo describe(const Column& column);
 struct IndexColumn {
   std::size_t column = 0;  ///< position in TableDefinition::columns
   bool ascending = true;
+
+  bool operator==(const IndexColumn&) const = default;
 };
 
 /// A B-tree of the table.
@@ -60,6 +64,8 @@ struct RealIndex {
   bool unique = false;
   bool ignoreNulls = false;
   bool required = false;
+
+  bool operator==(const RealIndex&) const = default;
 };
 
 /// A named index: a real one with its use. Several may share one tree.
@@ -75,6 +81,8 @@ struct LogicalIndex {
   PageNumber relationTable = 0;
   bool cascadeUpdates = false;
   bool cascadeDeletes = false;
+
+  bool operator==(const LogicalIndex&) const = default;
 };
 
 struct TableDefinition {
@@ -92,6 +100,8 @@ struct TableDefinition {
 
   /// Position of a column, its name compared without regard to case.
   std::optional<std::size_t> findColumn(std::string_view column) const;
+
+  bool operator==(const TableDefinition&) const = default;
 };
 
 /// Reads the definition that begins on `page`. Raises kCorruptFile.
