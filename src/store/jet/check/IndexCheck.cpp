@@ -20,9 +20,9 @@ std::span<const std::uint8_t> keyOf(const Bytes& entry) {
 
 }  // namespace
 
-std::string nameOfIndex(const TableDefinition& table, const RealIndex& index) {
+std::string_view nameOfIndex(const TableDefinition& table, const RealIndex& index) {
   const auto named = std::ranges::find(table.logicalIndexes, index.number, &LogicalIndex::realIndex);
-  return named == table.logicalIndexes.end() ? fmt::format("number {}", index.number) : named->name;
+  return named == table.logicalIndexes.end() ? "(without a name)" : std::string_view(named->name);
 }
 
 IndexCheck::IndexCheck(CheckContext& context, const TableDefinition& table, const RealIndex& index,

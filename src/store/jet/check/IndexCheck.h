@@ -44,6 +44,6 @@ class IndexCheck {
 };
 
 /// The name of the index that a tree serves; the first one's if there are several.
-std::string nameOfIndex(const TableDefinition& table, const RealIndex& index);
+std::string_view nameOfIndex(const TableDefinition& table, const RealIndex& index);
 
 }  // namespace orv::store::jet

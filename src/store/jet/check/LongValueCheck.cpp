@@ -28,9 +28,9 @@ LongValueCheck::LongValueCheck(CheckContext& context, const TableDefinition& tab
 void LongValueCheck::check(const Column& column, const RowView& row, RowId id) {
   const CheckPlace place = CheckPlace{.table = table_.name}.at(id);
   ++context_.report.longValues;
-  context_.log.guard(place, Harm::longValue, [&] {
+  const auto space = spaces_.find(column.number);
+  const bool whole = context_.log.guard(place, Harm::longValue, [&] {
     std::size_t parts = 0;
-    const auto space = spaces_.find(column.number);
     forEachLongValuePart(context_.pager, row.bytes(column), id.page, [&](RowId part) {
       if (space == spaces_.end()) {
         raiseDamaged(id.page, fmt::format("column '{}' has a value outside its row, but no pages "
@@ -44,6 +44,9 @@ void LongValueCheck::check(const Column& column, const RowView& row, RowId id) {
       row.value(column);  // raises what is wrong with one inside the row
     }
   });
+  if (!whole && space != spaces_.end()) {
+    space->second.broken = true;
+  }
 }
 
 void LongValueCheck::checkPart(const Column& column, const Space& space, RowId part) {
@@ -65,13 +68,15 @@ void LongValueCheck::checkPart(const Column& column, const Space& space, RowId p
   }
 }
 
-void LongValueCheck::findStrayParts() {
-  for (const auto& [number, space] : spaces_) {
+void LongValueCheck::finish(bool findStrayParts) {
+  for (const auto& [column, space] : spaces_) {
+    const bool all = findStrayParts && !space.broken;
     for (const PageNumber number : space.pages) {
       const CheckPlace place = CheckPlace{.table = table_.name}.onPage(number);
       checkDataPage(context_, place, kLongValueOwner,
                     [&](const PageRef&, RowId id, const Slot& slot) {
-                      if (slot.kind != SlotKind::dead && !context_.longValueParts.contains(id)) {
+                      if (all && slot.kind != SlotKind::dead &&
+                          !context_.longValueParts.contains(id)) {
                         context_.log.fault(place.at(id), Harm::longValue,
                                            "the part of a memo or picture belongs to no row");
                       }

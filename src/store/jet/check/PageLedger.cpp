@@ -12,10 +12,10 @@ constexpr PageNumber kHeaderPage = 0;
 constexpr PageNumber kFreeMapPage = 1;
 constexpr std::size_t kClaimsPerReport = 64;
 
-std::string kindOfPage(const PageRef& page) {
-  switch (page.type()) {
+std::string_view contentOf(PageType type) {
+  switch (type) {
     case PageType::data:
-      return page.view().u32(4) == kLongValueOwner ? "parts of memos or pictures" : "rows";
+      return "rows, memos or pictures";
     case PageType::tableDefinition:
       return "the definition of a table";
     case PageType::indexNode:
@@ -23,9 +23,20 @@ std::string kindOfPage(const PageRef& page) {
       return "index entries";
     case PageType::usageMap:
       return "a map of pages";
+    case PageType::header:
+      return "nothing";
     default:
       return "nothing that is known";
   }
+}
+
+bool hasLiveRows(const DataPage& page) {
+  for (std::uint16_t i = 0; i < page.rowCount(); ++i) {
+    if (page.slot(i).kind != SlotKind::dead) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -118,12 +129,40 @@ void PageLedger::finish(CheckReport& report) {
       }
     }
   });
+  noteUnused();
+  if (progress_) {
+    progress_(users_.size(), users_.size());
+  }
 }
 
+/// A page that nothing uses is only lost space, unless it says that it has rows of a table.
 void PageLedger::reportUnused(PageNumber page) {
-  log_.note(CheckPlace{}.onPage(page),
-            fmt::format("the page is neither free nor used by anything; it holds {}",
-                        kindOfPage(pager_.read(page))));
+  const PageRef ref = pager_.read(page);
+  log_.guard(CheckPlace{}.onPage(page), Harm::table, [&] {
+    if (ref.type() == PageType::data) {
+      const DataPage data(pager_.format(), ref.view());
+      const PageNumber owner = data.owner();
+      if (owner < users_.size() && users_[owner] != kNobody &&
+          pager_.read(owner).type() == PageType::tableDefinition && hasLiveRows(data)) {
+        log_.fault(descriptions_[users_[owner]].place.onPage(page), Harm::table,
+                   "the page holds rows of the table, but is not listed as one of its pages");
+        return;
+      }
+    }
+    unused_[ref.type()].push_back(page);
+  });
+}
+
+void PageLedger::noteUnused() {
+  for (const auto& [type, pages] : unused_) {
+    log_.note(CheckPlace{}.onPage(pages.front()),
+              pages.size() == 1
+                  ? fmt::format("the page is neither free nor used by anything; it holds {}",
+                                contentOf(type))
+                  : fmt::format("this page and {} others are neither free nor used by anything; "
+                                "they hold {}",
+                                pages.size() - 1, contentOf(type)));
+  }
 }
 
 }  // namespace orv::store::jet

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,7 @@ class PageLedger {
   std::string describe(User user) const;
   void reportShared(User user, PageNumber page);
   void reportUnused(PageNumber page);
+  void noteUnused();
 
   static constexpr User kNobody = 0;
 
@@ -64,6 +66,7 @@ class PageLedger {
   User fileUser_ = kNobody;
   User mapRows_ = kNobody;  ///< pages on which maps are kept, several users' on one
   RowLedger maps_;
+  std::map<PageType, std::vector<PageNumber>> unused_;
 };
 
 }  // namespace orv::store::jet
