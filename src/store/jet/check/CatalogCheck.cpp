@@ -103,8 +103,7 @@ void CatalogCheck::checkEntries() {
     if (const auto [other, isNew] = byId.emplace(entry.id, &entry); !isNew) {
       fault(fmt::format("has the id of '{}'", other->second->name));
     }
-    if (isNamedTogether(entry.kind) &&
-        !byName.emplace(foldName(entry.name), &entry).second) {
+    if (isNamedTogether(entry.kind) && !byName.emplace(foldName(entry.name), &entry).second) {
       fault("has the name of another table or query");
     }
   }

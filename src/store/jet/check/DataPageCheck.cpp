@@ -38,7 +38,8 @@ std::vector<PageNumber> claimListedPages(CheckContext& context, PageLedger::User
   }
   context.log.guard(place.at(map), Harm::table, [&] {
     const UsageMap listed(context.pager, map);
-    for (auto page = listed.next(0, kEndOfPages); page; page = listed.next(*page + 1, kEndOfPages)) {
+    for (auto page = listed.next(0, kEndOfPages); page;
+         page = listed.next(*page + 1, kEndOfPages)) {
       if (context.pages.claim(user, *page)) {
         pages.push_back(*page);
       }
@@ -68,7 +69,7 @@ bool checkDataPage(CheckContext& context, const CheckPlace& place, std::uint32_t
     const PageRef ref = context.pager.read(place.page);
     const DataPage page(context.pager.format(), ref.view());
     if (page.owner() != owner) {
-      raiseDamaged(place.page, fmt::format("it says that it belongs to {}, but {} uses it",
+      raiseDamaged(place.page, fmt::format("it says that it belongs to {}, but is used by {}",
                                            nameOfOwner(page.owner()), nameOfOwner(owner)));
     }
     std::size_t lowest = ref.size();

@@ -19,7 +19,8 @@ LongValueCheck::LongValueCheck(CheckContext& context, const TableDefinition& tab
     space.user = context.pages.addUser(
         place, fmt::format("the memos or pictures of column '{}'", column.name));
     space.pages = claimListedPages(context, space.user, place, *column.longValuePages);
-    if (column.longValueFreePages && context.pages.claimMap(space.user, *column.longValueFreePages)) {
+    if (column.longValueFreePages &&
+        context.pages.claimMap(space.user, *column.longValueFreePages)) {
       checkRoomMap(context, place, *column.longValueFreePages, space.pages);
     }
   }
@@ -73,14 +74,13 @@ void LongValueCheck::finish(bool findStrayParts) {
     const bool all = findStrayParts && !space.broken;
     for (const PageNumber number : space.pages) {
       const CheckPlace place = CheckPlace{.table = table_.name}.onPage(number);
-      checkDataPage(context_, place, kLongValueOwner,
-                    [&](const PageRef&, RowId id, const Slot& slot) {
-                      if (all && slot.kind != SlotKind::dead &&
-                          !context_.longValueParts.contains(id)) {
-                        context_.log.fault(place.at(id), Harm::longValue,
-                                           "the part of a memo or picture belongs to no row");
-                      }
-                    });
+      checkDataPage(
+          context_, place, kLongValueOwner, [&](const PageRef&, RowId id, const Slot& slot) {
+            if (all && slot.kind != SlotKind::dead && !context_.longValueParts.contains(id)) {
+              context_.log.fault(place.at(id), Harm::longValue,
+                                 "the part of a memo or picture belongs to no row");
+            }
+          });
     }
   }
 }

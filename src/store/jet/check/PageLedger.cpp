@@ -58,7 +58,7 @@ PageLedger::User PageLedger::addUser(const CheckPlace& place, std::string text) 
 std::string PageLedger::describe(User user) const {
   const Description& found = descriptions_[user];
   return found.place.table.empty() ? found.text
-                                   : fmt::format("{} of '{}'", found.text, found.place.table);
+                                   : fmt::format("{} of table '{}'", found.text, found.place.table);
 }
 
 bool PageLedger::claim(User user, PageNumber page) {
@@ -66,7 +66,7 @@ bool PageLedger::claim(User user, PageNumber page) {
     log_.fault(descriptions_[user].place.onPage(page), Harm::table,
                fmt::format("the page belongs to {}, but the file has only {} pages: it is cut "
                            "short",
-                           descriptions_[user].text, users_.size()));
+                           describe(user), users_.size()));
     return false;
   }
   if (users_[page] != kNobody) {
@@ -81,11 +81,10 @@ bool PageLedger::claim(User user, PageNumber page) {
 }
 
 void PageLedger::reportShared(User user, PageNumber page) {
-  const std::string what =
-      users_[page] == user
-          ? fmt::format("the page is used twice by {}", descriptions_[user].text)
-          : fmt::format("the page is used twice: by {} and by {}", describe(users_[page]),
-                        describe(user));
+  const std::string what = users_[page] == user
+                               ? fmt::format("the page is used twice by {}", describe(user))
+                               : fmt::format("the page is used twice: by {} and by {}",
+                                             describe(users_[page]), describe(user));
   log_.fault(descriptions_[user].place.onPage(page), Harm::sharing, what);
 }
 
@@ -95,7 +94,7 @@ bool PageLedger::claimMap(User user, RowId map) {
   if (isOnFile && users_[map.page] != kNobody && users_[map.page] != mapRows_) {
     log_.fault(place, Harm::sharing,
                fmt::format("the map of pages of {} should be here, but the page is in use by {}",
-                           descriptions_[user].text, describe(users_[map.page])));
+                           describe(user), describe(users_[map.page])));
     return false;
   }
   if (isOnFile && users_[map.page] == kNobody) {
@@ -103,8 +102,7 @@ bool PageLedger::claimMap(User user, RowId map) {
   }
   if (!maps_.mark(map)) {
     log_.fault(place, Harm::sharing,
-               fmt::format("the map of pages of {} serves something else too",
-                           descriptions_[user].text));
+               fmt::format("the map of pages of {} serves something else too", describe(user)));
     return false;
   }
   return log_.guard(place, Harm::table, [&] {
@@ -120,9 +118,9 @@ void PageLedger::finish(CheckReport& report) {
       const bool isFree = free.contains(page);
       report.freePages += isFree ? 1 : 0;
       if (isFree && users_[page] != kNobody) {
-        log_.fault(descriptions_[users_[page]].place.onPage(page), Harm::sharing,
-                   fmt::format("the page is listed as free, but is in use by {}",
-                               descriptions_[users_[page]].text));
+        log_.fault(
+            descriptions_[users_[page]].place.onPage(page), Harm::sharing,
+            fmt::format("the page is listed as free, but is in use by {}", describe(users_[page])));
       } else if (!isFree && users_[page] == kNobody) {
         ++report.lostPages;
         reportUnused(page);

@@ -22,7 +22,7 @@ class PageLedger {
 
   PageLedger(Pager& pager, CheckLog& log, const CheckProgress& progress);
 
-  /// A user, of which `text` says what it is ("the rows of the table").
+  /// A user, of which `text` says what it is of its table ("the rows").
   User addUser(const CheckPlace& place, std::string text);
   /// Claims a page; false, with a fault, when the file has no such page or another uses it.
   bool claim(User user, PageNumber page);

@@ -28,9 +28,8 @@ bool isPossible(ColumnType type) {
 }
 
 bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
-  return std::ranges::any_of(index.columns, [&](const IndexColumn& column) {
-    return values[column.column].isNull();
-  });
+  return std::ranges::any_of(
+      index.columns, [&](const IndexColumn& column) { return values[column.column].isNull(); });
 }
 
 }  // namespace
@@ -39,7 +38,7 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
     : context_(context),
       table_(table),
       place_{.table = table.name},
-      rowsUser_(context.pages.addUser(place_, "the rows of the table")),
+      rowsUser_(context.pages.addUser(place_, "the rows")),
       keys_(table.realIndexes.size(), likelyRowCount(context.pager, table)),
       longValues_(context, table),
       isKey_(table.columns.size(), false),
@@ -67,7 +66,7 @@ void TableCheck::run(const RowVisitor& visit) {
 }
 
 void TableCheck::claimDefinition() {
-  const PageLedger::User user = context_.pages.addUser(place_, "the definition of the table");
+  const PageLedger::User user = context_.pages.addUser(place_, "the definition");
   context_.pages.claim(user, table_.page);
   for (const PageNumber page : table_.morePages) {
     context_.pages.claim(user, page);
@@ -123,10 +122,9 @@ void TableCheck::claimRows() {
 
 void TableCheck::scan(const RowVisitor& visit) {
   for (const PageNumber page : pages_) {
-    const bool read = checkDataPage(context_, place_.onPage(page), table_.page,
-                                    [&](const PageRef& ref, RowId id, const Slot& slot) {
-                                      visitSlot(ref, id, slot, visit);
-                                    });
+    const bool read = checkDataPage(
+        context_, place_.onPage(page), table_.page,
+        [&](const PageRef& ref, RowId id, const Slot& slot) { visitSlot(ref, id, slot, visit); });
     if (!read) {
       keys_.addUnreadable(page);
       allFound_ = false;
@@ -179,12 +177,11 @@ RowId TableCheck::followPointer(const PageRef& page, RowId id, const Slot& slot)
   }
   const PageRef other = context_.pager.read(content.page);
   if (DataPage(context_.pager.format(), other.view()).slot(content.row).kind != SlotKind::hidden) {
-    raiseDamaged(id.page, fmt::format("the row has been moved to {}, but that is no moved row",
-                                      where));
+    raiseDamaged(id.page,
+                 fmt::format("the row has been moved to {}, but that is no moved row", where));
   }
   if (!pointedAt_.mark(content)) {
-    raiseDamaged(id.page,
-                 fmt::format("the row has been moved to {}, and another row too", where));
+    raiseDamaged(id.page, fmt::format("the row has been moved to {}, and another row too", where));
   }
   return content;
 }

@@ -46,11 +46,11 @@ class TableCheck {
   std::vector<PageNumber> pages_{};
   RowKeys keys_;
   LongValueCheck longValues_;
-  std::vector<bool> isKey_;       ///< by column: whether an index is over it
-  std::vector<bool> isUnknown_;   ///< by index: whether its keys are in an order not known
-  std::vector<Value> values_;     ///< of the current row; long values only of key columns
-  RowLedger pointedAt_{};         ///< content that a pointer leads to
-  std::vector<RowId> hidden_{};   ///< content that only a pointer can lead to
+  std::vector<bool> isKey_;      ///< by column: whether an index is over it
+  std::vector<bool> isUnknown_;  ///< by index: whether its keys are in an order not known
+  std::vector<Value> values_;    ///< of the current row; long values only of key columns
+  RowLedger pointedAt_{};        ///< content that a pointer leads to
+  std::vector<RowId> hidden_{};  ///< content that only a pointer can lead to
   std::size_t rows_ = 0;
   bool allFound_ = true;  ///< every page of rows, and every place of a row on it
   bool allRead_ = true;   ///< every row found
