@@ -60,6 +60,26 @@ RowView::RowView(Pager& pager, const TableDefinition& definition, PageRef page, 
   }
 }
 
+void RowView::checkLayout() const {
+  if (definition_->variableColumns == 0) {
+    return;
+  }
+  if (variableCount_ > definition_->variableColumns) {
+    raiseDamaged(page_.number(), "a row has more variable columns than its table");
+  }
+  std::size_t last = 0;
+  for (std::size_t i = 0; i <= variableCount_; ++i) {
+    const std::size_t offset = variableOffset(i);
+    if (offset < last) {
+      raiseDamaged(page_.number(), "the table of variable columns of a row is out of order");
+    }
+    last = offset;
+  }
+  if (last > fixedEnd_) {
+    raiseDamaged(page_.number(), "the variable columns of a row are longer than the row");
+  }
+}
+
 bool RowView::isNull(const Column& column) const {
   return column.number >= columnCount_ ||
          (nullMask_[column.number / 8] >> (column.number % 8) & 1) == 0;

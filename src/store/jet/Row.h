@@ -23,6 +23,8 @@ class RowView {
 
   /// Columns that the row has a bit for; fewer than the table where those were added later.
   std::uint16_t columnCount() const { return columnCount_; }
+  /// Raises kCorruptFile unless the variable columns follow each other within the row.
+  void checkLayout() const;
   bool isNull(const Column& column) const;
   /// The stored bytes of a column: empty for Null; for a long value its definition (length and
   /// place). Booleans have none: their value is not isNull().

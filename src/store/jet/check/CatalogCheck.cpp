@@ -25,7 +25,16 @@ const Column& need(const TableDefinition& table, std::string_view name) {
   return table.columns[*column];
 }
 
-std::int32_t longOr0(const Value& value) { return value.isNull() ? 0 : value.toLong(); }
+// What the columns of a damaged system table hold may be of any type.
+std::int32_t longOr0(const Value& value) {
+  const auto* number = value.getIf<std::int32_t>();
+  return number == nullptr ? 0 : *number;
+}
+
+std::string textOrEmpty(const Value& value) {
+  const auto* text = value.getIf<std::string>();
+  return text == nullptr ? "" : *text;
+}
 
 std::string_view describe(Kind kind) {
   switch (kind) {
@@ -72,10 +81,9 @@ void CatalogCheck::readCatalog() {
     const Column& type = need(*table, "Type");
     const Column& flags = need(*table, "Flags");
     TableCheck(context_, *table).run([&](RowId place, const RowView& row) {
-      const Value text = row.value(name);
       entries_.push_back({.id = longOr0(row.value(id)),
                           .parentId = longOr0(row.value(parent)),
-                          .name = text.isNull() ? "" : text.toText(),
+                          .name = textOrEmpty(row.value(name)),
                           .kind = static_cast<Kind>(longOr0(row.value(type))),
                           .flags = static_cast<std::uint32_t>(longOr0(row.value(flags))),
                           .row = place});
@@ -95,8 +103,7 @@ void CatalogCheck::checkEntries() {
     if (const auto [other, isNew] = byId.emplace(entry.id, &entry); !isNew) {
       fault(fmt::format("has the id of '{}'", other->second->name));
     }
-    if (isNamedTogether(entry.kind) &&
-        !byName.emplace(foldName(entry.name), &entry).second) {
+    if (isNamedTogether(entry.kind) && !byName.emplace(foldName(entry.name), &entry).second) {
       fault("has the name of another table or query");
     }
   }

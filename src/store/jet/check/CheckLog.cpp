@@ -44,14 +44,15 @@ std::string adviceFor(Harm harm) {
 }
 
 CheckFault makeFault(const CheckPlace& place, std::string what, std::string advice) {
-  return {place.table, place.index,     place.page,
-          place.row,   std::move(what), std::move(advice)};
+  return {std::string(place.table), std::string(place.index), place.page, place.row,
+          std::move(what),          std::move(advice)};
 }
 
 }  // namespace
 
 void CheckLog::fault(const CheckPlace& place, Harm harm, std::string what) {
-  if (counts_[{place.table, place.index}]++ < kMostListed) {
+  std::size_t& count = counts_[{std::string(place.table), std::string(place.index)}];
+  if (count++ < kMostListed) {
     report_.faults.push_back(makeFault(place, std::move(what), adviceFor(harm)));
   }
 }

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "errors/Error.h"
@@ -13,10 +14,10 @@
 
 namespace orv::store::jet {
 
-/// Where a check is looking.
+/// Where a check is looking. The names belong to definitions that live as long as the check.
 struct CheckPlace {
-  std::string table{};
-  std::string index{};
+  std::string_view table{};
+  std::string_view index{};
   PageNumber page = 0;
   int row = -1;
 

@@ -38,7 +38,8 @@ std::vector<PageNumber> claimListedPages(CheckContext& context, PageLedger::User
   }
   context.log.guard(place.at(map), Harm::table, [&] {
     const UsageMap listed(context.pager, map);
-    for (auto page = listed.next(0, kEndOfPages); page; page = listed.next(*page + 1, kEndOfPages)) {
+    for (auto page = listed.next(0, kEndOfPages); page;
+         page = listed.next(*page + 1, kEndOfPages)) {
       if (context.pages.claim(user, *page)) {
         pages.push_back(*page);
       }
@@ -63,15 +64,15 @@ void checkRoomMap(CheckContext& context, const CheckPlace& place, RowId map,
 
 bool checkDataPage(CheckContext& context, const CheckPlace& place, std::uint32_t owner,
                    const std::function<void(const PageRef&, RowId, const Slot&)>& visit) {
-  return context.log.guard(place, Harm::rows, [&] {
+  bool whole = true;
+  const bool read = context.log.guard(place, Harm::rows, [&] {
     const PageRef ref = context.pager.read(place.page);
     const DataPage page(context.pager.format(), ref.view());
     if (page.owner() != owner) {
-      raiseDamaged(place.page, fmt::format("it says that it belongs to {}, but {} uses it",
+      raiseDamaged(place.page, fmt::format("it says that it belongs to {}, but is used by {}",
                                            nameOfOwner(page.owner()), nameOfOwner(owner)));
     }
     std::size_t lowest = ref.size();
-    bool whole = true;
     for (std::uint16_t i = 0; i < page.rowCount(); ++i) {
       const RowId id{place.page, static_cast<std::uint8_t>(i)};
       whole &= context.log.guard(place.at(id), Harm::rows, [&] {
@@ -84,6 +85,7 @@ bool checkDataPage(CheckContext& context, const CheckPlace& place, std::uint32_t
       checkFreeSpace(context, place, page, lowest);
     }
   });
+  return read && whole;
 }
 
 }  // namespace orv::store::jet

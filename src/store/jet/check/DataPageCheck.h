@@ -19,7 +19,7 @@ void checkRoomMap(CheckContext& context, const CheckPlace& place, RowId map,
                   const std::vector<PageNumber>& pages);
 
 /// Reads a page that `owner` should own and gives its rows, dead ones too, to `visit`. False,
-/// with a fault, when the page cannot be used; a row that cannot is a fault and passed over.
+/// with a fault, when the page cannot be used, or some of its rows cannot.
 bool checkDataPage(CheckContext& context, const CheckPlace& place, std::uint32_t owner,
                    const std::function<void(const PageRef&, RowId, const Slot&)>& visit);
 

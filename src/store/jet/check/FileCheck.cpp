@@ -19,7 +19,8 @@ CheckReport FileCheck::run() {
   const Pager::ReadLock lock(database_->pager());
   CheckContext context(database_->pager(), progress_);
   checkHeader(context);
-  CatalogCheck(context).run();
+  CatalogCheck catalog(context);
+  catalog.run();
   context.pages.finish(context.report);
   context.log.close();
   return std::move(context.report);
@@ -35,12 +36,15 @@ void FileCheck::checkHeader(CheckContext& context) const {
                                   "short",
                                   size));
   }
-  context.log.guard({}, Harm::header, [&] {
-    if (!format.unicodeText) {
+  if (!format.unicodeText) {
+    context.log.guard({}, Harm::header, [&] {
       const Bytes sample{'a'};
       decodeCodePageText(load16(&pager.header()[format.header.codePage]), sample);
-    }
-  });
+    });
+  }
+  if (pager.header()[0] != static_cast<std::uint8_t>(PageType::header)) {
+    context.log.fault({}, Harm::header, "its first page is not marked as the header");
+  }
 }
 
 }  // namespace orv::store::jet

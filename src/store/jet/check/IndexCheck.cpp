@@ -20,9 +20,10 @@ std::span<const std::uint8_t> keyOf(const Bytes& entry) {
 
 }  // namespace
 
-std::string nameOfIndex(const TableDefinition& table, const RealIndex& index) {
-  const auto named = std::ranges::find(table.logicalIndexes, index.number, &LogicalIndex::realIndex);
-  return named == table.logicalIndexes.end() ? fmt::format("number {}", index.number) : named->name;
+std::string_view nameOfIndex(const TableDefinition& table, const RealIndex& index) {
+  const auto named =
+      std::ranges::find(table.logicalIndexes, index.number, &LogicalIndex::realIndex);
+  return named == table.logicalIndexes.end() ? "(without a name)" : std::string_view(named->name);
 }
 
 IndexCheck::IndexCheck(CheckContext& context, const TableDefinition& table, const RealIndex& index,
@@ -32,7 +33,7 @@ IndexCheck::IndexCheck(CheckContext& context, const TableDefinition& table, cons
       index_(index),
       keys_(keys),
       place_{.table = table.name, .index = nameOfIndex(table, index)},
-      user_(context.pages.addUser(place_, fmt::format("the index '{}'", place_.index))) {}
+      user_(context.pages.addUser(place_, fmt::format("index '{}'", place_.index))) {}
 
 void IndexCheck::run() {
   ++context_.report.indexes;
@@ -118,9 +119,9 @@ void IndexCheck::checkEntry(const CheckPlace& place, std::size_t at) {
   ++context_.report.indexEntries;
   const RowId row = rowOf(entry_);
   const auto fault = [&](std::string_view what) {
-    context_.log.fault(place, Harm::index,
-                       fmt::format("entry {}, for row {} of page {}, {}", at, row.row, row.page,
-                                   what));
+    context_.log.fault(
+        place, Harm::index,
+        fmt::format("entry {}, for row {} of page {}, {}", at, row.row, row.page, what));
   };
   if (!previous_.empty()) {
     if (!std::ranges::lexicographical_compare(previous_, entry_)) {

@@ -35,8 +35,8 @@ class IndexCheck {
   RowKeys& keys_;
   CheckPlace place_;
   PageLedger::User user_;
-  Bytes entry_{};     ///< the current entry of a leaf
-  Bytes previous_{};  ///< the one before it; empty before the first
+  Bytes entry_{};        ///< the current entry of a leaf
+  Bytes previous_{};     ///< the one before it; empty before the first
   bool broken_ = false;  ///< part of the tree could not be read before this place
   std::optional<std::size_t> leafDepth_{};
   PageNumber lastLeaf_ = 0;
@@ -44,6 +44,6 @@ class IndexCheck {
 };
 
 /// The name of the index that a tree serves; the first one's if there are several.
-std::string nameOfIndex(const TableDefinition& table, const RealIndex& index);
+std::string_view nameOfIndex(const TableDefinition& table, const RealIndex& index);
 
 }  // namespace orv::store::jet

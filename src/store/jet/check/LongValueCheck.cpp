@@ -19,7 +19,8 @@ LongValueCheck::LongValueCheck(CheckContext& context, const TableDefinition& tab
     space.user = context.pages.addUser(
         place, fmt::format("the memos or pictures of column '{}'", column.name));
     space.pages = claimListedPages(context, space.user, place, *column.longValuePages);
-    if (column.longValueFreePages && context.pages.claimMap(space.user, *column.longValueFreePages)) {
+    if (column.longValueFreePages &&
+        context.pages.claimMap(space.user, *column.longValueFreePages)) {
       checkRoomMap(context, place, *column.longValueFreePages, space.pages);
     }
   }
@@ -28,9 +29,9 @@ LongValueCheck::LongValueCheck(CheckContext& context, const TableDefinition& tab
 void LongValueCheck::check(const Column& column, const RowView& row, RowId id) {
   const CheckPlace place = CheckPlace{.table = table_.name}.at(id);
   ++context_.report.longValues;
-  context_.log.guard(place, Harm::longValue, [&] {
+  const auto space = spaces_.find(column.number);
+  const bool whole = context_.log.guard(place, Harm::longValue, [&] {
     std::size_t parts = 0;
-    const auto space = spaces_.find(column.number);
     forEachLongValuePart(context_.pager, row.bytes(column), id.page, [&](RowId part) {
       if (space == spaces_.end()) {
         raiseDamaged(id.page, fmt::format("column '{}' has a value outside its row, but no pages "
@@ -44,6 +45,9 @@ void LongValueCheck::check(const Column& column, const RowView& row, RowId id) {
       row.value(column);  // raises what is wrong with one inside the row
     }
   });
+  if (!whole && space != spaces_.end()) {
+    space->second.broken = true;
+  }
 }
 
 void LongValueCheck::checkPart(const Column& column, const Space& space, RowId part) {
@@ -65,17 +69,18 @@ void LongValueCheck::checkPart(const Column& column, const Space& space, RowId p
   }
 }
 
-void LongValueCheck::findStrayParts() {
-  for (const auto& [number, space] : spaces_) {
+void LongValueCheck::finish(bool findStrayParts) {
+  for (const auto& [column, space] : spaces_) {
+    const bool all = findStrayParts && !space.broken;
     for (const PageNumber number : space.pages) {
       const CheckPlace place = CheckPlace{.table = table_.name}.onPage(number);
-      checkDataPage(context_, place, kLongValueOwner,
-                    [&](const PageRef&, RowId id, const Slot& slot) {
-                      if (slot.kind != SlotKind::dead && !context_.longValueParts.contains(id)) {
-                        context_.log.fault(place.at(id), Harm::longValue,
-                                           "the part of a memo or picture belongs to no row");
-                      }
-                    });
+      checkDataPage(
+          context_, place, kLongValueOwner, [&](const PageRef&, RowId id, const Slot& slot) {
+            if (all && slot.kind != SlotKind::dead && !context_.longValueParts.contains(id)) {
+              context_.log.fault(place.at(id), Harm::longValue,
+                                 "the part of a memo or picture belongs to no row");
+            }
+          });
     }
   }
 }

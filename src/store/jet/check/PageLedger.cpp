@@ -12,10 +12,10 @@ constexpr PageNumber kHeaderPage = 0;
 constexpr PageNumber kFreeMapPage = 1;
 constexpr std::size_t kClaimsPerReport = 64;
 
-std::string kindOfPage(const PageRef& page) {
-  switch (page.type()) {
+std::string_view contentOf(PageType type) {
+  switch (type) {
     case PageType::data:
-      return page.view().u32(4) == kLongValueOwner ? "parts of memos or pictures" : "rows";
+      return "rows, memos or pictures";
     case PageType::tableDefinition:
       return "the definition of a table";
     case PageType::indexNode:
@@ -23,9 +23,20 @@ std::string kindOfPage(const PageRef& page) {
       return "index entries";
     case PageType::usageMap:
       return "a map of pages";
+    case PageType::header:
+      return "nothing";
     default:
       return "nothing that is known";
   }
+}
+
+bool hasLiveRows(const DataPage& page) {
+  for (std::uint16_t i = 0; i < page.rowCount(); ++i) {
+    if (page.slot(i).kind != SlotKind::dead) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -47,7 +58,7 @@ PageLedger::User PageLedger::addUser(const CheckPlace& place, std::string text) 
 std::string PageLedger::describe(User user) const {
   const Description& found = descriptions_[user];
   return found.place.table.empty() ? found.text
-                                   : fmt::format("{} of '{}'", found.text, found.place.table);
+                                   : fmt::format("{} of table '{}'", found.text, found.place.table);
 }
 
 bool PageLedger::claim(User user, PageNumber page) {
@@ -55,7 +66,7 @@ bool PageLedger::claim(User user, PageNumber page) {
     log_.fault(descriptions_[user].place.onPage(page), Harm::table,
                fmt::format("the page belongs to {}, but the file has only {} pages: it is cut "
                            "short",
-                           descriptions_[user].text, users_.size()));
+                           describe(user), users_.size()));
     return false;
   }
   if (users_[page] != kNobody) {
@@ -70,11 +81,10 @@ bool PageLedger::claim(User user, PageNumber page) {
 }
 
 void PageLedger::reportShared(User user, PageNumber page) {
-  const std::string what =
-      users_[page] == user
-          ? fmt::format("the page is used twice by {}", descriptions_[user].text)
-          : fmt::format("the page is used twice: by {} and by {}", describe(users_[page]),
-                        describe(user));
+  const std::string what = users_[page] == user
+                               ? fmt::format("the page is used twice by {}", describe(user))
+                               : fmt::format("the page is used twice: by {} and by {}",
+                                             describe(users_[page]), describe(user));
   log_.fault(descriptions_[user].place.onPage(page), Harm::sharing, what);
 }
 
@@ -84,7 +94,7 @@ bool PageLedger::claimMap(User user, RowId map) {
   if (isOnFile && users_[map.page] != kNobody && users_[map.page] != mapRows_) {
     log_.fault(place, Harm::sharing,
                fmt::format("the map of pages of {} should be here, but the page is in use by {}",
-                           descriptions_[user].text, describe(users_[map.page])));
+                           describe(user), describe(users_[map.page])));
     return false;
   }
   if (isOnFile && users_[map.page] == kNobody) {
@@ -92,8 +102,7 @@ bool PageLedger::claimMap(User user, RowId map) {
   }
   if (!maps_.mark(map)) {
     log_.fault(place, Harm::sharing,
-               fmt::format("the map of pages of {} serves something else too",
-                           descriptions_[user].text));
+               fmt::format("the map of pages of {} serves something else too", describe(user)));
     return false;
   }
   return log_.guard(place, Harm::table, [&] {
@@ -109,21 +118,49 @@ void PageLedger::finish(CheckReport& report) {
       const bool isFree = free.contains(page);
       report.freePages += isFree ? 1 : 0;
       if (isFree && users_[page] != kNobody) {
-        log_.fault(descriptions_[users_[page]].place.onPage(page), Harm::sharing,
-                   fmt::format("the page is listed as free, but is in use by {}",
-                               descriptions_[users_[page]].text));
+        log_.fault(
+            descriptions_[users_[page]].place.onPage(page), Harm::sharing,
+            fmt::format("the page is listed as free, but is in use by {}", describe(users_[page])));
       } else if (!isFree && users_[page] == kNobody) {
         ++report.lostPages;
         reportUnused(page);
       }
     }
   });
+  noteUnused();
+  if (progress_) {
+    progress_(users_.size(), users_.size());
+  }
 }
 
+/// A page that nothing uses is only lost space, unless it says that it has rows of a table.
 void PageLedger::reportUnused(PageNumber page) {
-  log_.note(CheckPlace{}.onPage(page),
-            fmt::format("the page is neither free nor used by anything; it holds {}",
-                        kindOfPage(pager_.read(page))));
+  const PageRef ref = pager_.read(page);
+  log_.guard(CheckPlace{}.onPage(page), Harm::table, [&] {
+    if (ref.type() == PageType::data) {
+      const DataPage data(pager_.format(), ref.view());
+      const PageNumber owner = data.owner();
+      if (owner < users_.size() && users_[owner] != kNobody &&
+          pager_.read(owner).type() == PageType::tableDefinition && hasLiveRows(data)) {
+        log_.fault(descriptions_[users_[owner]].place.onPage(page), Harm::table,
+                   "the page holds rows of the table, but is not listed as one of its pages");
+        return;
+      }
+    }
+    unused_[ref.type()].push_back(page);
+  });
+}
+
+void PageLedger::noteUnused() {
+  for (const auto& [type, pages] : unused_) {
+    log_.note(CheckPlace{}.onPage(pages.front()),
+              pages.size() == 1
+                  ? fmt::format("the page is neither free nor used by anything; it holds {}",
+                                contentOf(type))
+                  : fmt::format("this page and {} others are neither free nor used by anything; "
+                                "they hold {}",
+                                pages.size() - 1, contentOf(type)));
+  }
 }
 
 }  // namespace orv::store::jet

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ class PageLedger {
 
   PageLedger(Pager& pager, CheckLog& log, const CheckProgress& progress);
 
-  /// A user, of which `text` says what it is ("the rows of the table").
+  /// A user, of which `text` says what it is of its table ("the rows").
   User addUser(const CheckPlace& place, std::string text);
   /// Claims a page; false, with a fault, when the file has no such page or another uses it.
   bool claim(User user, PageNumber page);
@@ -52,6 +53,7 @@ class PageLedger {
   std::string describe(User user) const;
   void reportShared(User user, PageNumber page);
   void reportUnused(PageNumber page);
+  void noteUnused();
 
   static constexpr User kNobody = 0;
 
@@ -64,6 +66,7 @@ class PageLedger {
   User fileUser_ = kNobody;
   User mapRows_ = kNobody;  ///< pages on which maps are kept, several users' on one
   RowLedger maps_;
+  std::map<PageType, std::vector<PageNumber>> unused_;
 };
 
 }  // namespace orv::store::jet

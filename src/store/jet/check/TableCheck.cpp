@@ -22,10 +22,14 @@ std::size_t likelyRowCount(Pager& pager, const TableDefinition& table) {
                                std::size_t{pager.pageCount()} * kMaxRowsOnPage);
 }
 
+/// Access's own tables have columns of types within this range that no other table has.
+bool isPossible(ColumnType type) {
+  return type >= ColumnType::boolean && type <= ColumnType::bigInteger;
+}
+
 bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
-  return std::ranges::any_of(index.columns, [&](const IndexColumn& column) {
-    return values[column.column].isNull();
-  });
+  return std::ranges::any_of(
+      index.columns, [&](const IndexColumn& column) { return values[column.column].isNull(); });
 }
 
 }  // namespace
@@ -34,10 +38,11 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
     : context_(context),
       table_(table),
       place_{.table = table.name},
-      rowsUser_(context.pages.addUser(place_, "the rows of the table")),
+      rowsUser_(context.pages.addUser(place_, "the rows")),
       keys_(table.realIndexes.size(), likelyRowCount(context.pager, table)),
       longValues_(context, table),
       isKey_(table.columns.size(), false),
+      isUnknown_(table.realIndexes.size(), false),
       values_(table.columns.size()) {
   for (const RealIndex& index : table.realIndexes) {
     for (const IndexColumn& column : index.columns) {
@@ -49,43 +54,62 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
 void TableCheck::run(const RowVisitor& visit) {
   ++context_.report.tables;
   claimDefinition();
-  checkColumns();
+  checkDefinition();
   claimRows();
   scan(visit);
   checkHiddenRows();
   checkRowCount();
-  longValues_.findStrayParts();
+  longValues_.finish(allFound_ && allRead_);
   for (const RealIndex& index : table_.realIndexes) {
     IndexCheck(context_, table_, index, keys_).run();
   }
 }
 
 void TableCheck::claimDefinition() {
-  const PageLedger::User user = context_.pages.addUser(place_, "the definition of the table");
+  const PageLedger::User user = context_.pages.addUser(place_, "the definition");
   context_.pages.claim(user, table_.page);
   for (const PageNumber page : table_.morePages) {
     context_.pages.claim(user, page);
   }
 }
 
-void TableCheck::checkColumns() {
+void TableCheck::checkDefinition() {
+  const auto& layout = context_.pager.format().definition;
+  const PageRef page = context_.pager.read(table_.page);
+  const std::size_t room = (page.size() - layout.pageHeader) * (1 + table_.morePages.size());
+  if (page.view().u32(layout.length) > room) {
+    context_.log.fault(place_.onPage(table_.page), Harm::table,
+                       fmt::format("the definition of the table says that it has {} bytes, but has "
+                                   "pages for {} only",
+                                   page.view().u32(layout.length), room));
+  }
   std::set<std::uint16_t> numbers;
   for (const Column& column : table_.columns) {
-    const auto fault = [&](std::string_view what) {
-      context_.log.fault(place_.onPage(table_.page), Harm::table,
-                         fmt::format("the definition of column '{}' {}", column.name, what));
-    };
+    checkColumn(column);
     if (!numbers.insert(column.number).second) {
-      fault("has the number of another column");
+      context_.log.fault(place_.onPage(table_.page), Harm::table,
+                         fmt::format("the definition of column '{}' has the number of another "
+                                     "column",
+                                     column.name));
     }
-    if (column.number >= table_.maxColumns) {
-      fault(fmt::format("has number {}, but rows have at most {} columns", column.number,
-                        table_.maxColumns));
-    }
-    if (!column.fixed && column.variableIndex >= table_.variableColumns) {
-      fault(fmt::format("is number {} of the columns of variable length, of which there are {}",
-                        column.variableIndex, table_.variableColumns));
-    }
+  }
+}
+
+void TableCheck::checkColumn(const Column& column) {
+  const auto fault = [&](std::string_view what) {
+    context_.log.fault(place_.onPage(table_.page), Harm::table,
+                       fmt::format("the definition of column '{}' {}", column.name, what));
+  };
+  if (!isPossible(column.type)) {
+    fault(fmt::format("has a type that there is not: {}", static_cast<int>(column.type)));
+  }
+  if (column.number >= table_.maxColumns) {
+    fault(fmt::format("has number {}, but rows have at most {} columns", column.number,
+                      table_.maxColumns));
+  }
+  if (!column.fixed && column.variableIndex >= table_.variableColumns) {
+    fault(fmt::format("is number {} of the columns of variable length, of which there are {}",
+                      column.variableIndex, table_.variableColumns));
   }
 }
 
@@ -98,30 +122,48 @@ void TableCheck::claimRows() {
 
 void TableCheck::scan(const RowVisitor& visit) {
   for (const PageNumber page : pages_) {
-    const bool read = checkDataPage(context_, place_.onPage(page), table_.page,
-                                    [&](const PageRef& ref, RowId id, const Slot& slot) {
-                                      visitSlot(ref, id, slot, visit);
-                                    });
+    const bool read = checkDataPage(
+        context_, place_.onPage(page), table_.page,
+        [&](const PageRef& ref, RowId id, const Slot& slot) { visitSlot(ref, id, slot, visit); });
     if (!read) {
       keys_.addUnreadable(page);
-      allRead_ = false;
+      allFound_ = false;
     }
   }
 }
 
 void TableCheck::visitSlot(const PageRef& page, RowId id, const Slot& slot,
                            const RowVisitor& visit) {
-  if (slot.kind == SlotKind::row) {
-    checkRow(id, RowView(context_.pager, table_, page, slot.offset, slot.length), visit);
-  } else if (slot.kind == SlotKind::pointer) {
-    const RowId content = followPointer(page, id, slot);
-    PageRef other = context_.pager.read(content.page);
-    const Slot moved = DataPage(context_.pager.format(), other.view()).slot(content.row);
-    checkRow(id, RowView(context_.pager, table_, std::move(other), moved.offset, moved.length),
-             visit);
-  } else if (slot.kind == SlotKind::hidden) {
+  if (slot.kind == SlotKind::hidden) {
     hidden_.push_back(id);
   }
+  if (slot.kind != SlotKind::row && slot.kind != SlotKind::pointer) {
+    return;
+  }
+  keys_.add(id);
+  ++rows_;
+  ++context_.report.rows;
+  const bool read = context_.log.guard(place_.at(id), Harm::rows, [&] {
+    const RowView row = rowAt(page, id, slot);
+    readColumns(id, row);
+    if (visit) {
+      visit(id, row);
+    }
+  });
+  allRead_ &= read;
+  for (const RealIndex& index : table_.realIndexes) {
+    read ? expectKey(index, id) : keys_.expectAny(index.number, false);
+  }
+}
+
+RowView TableCheck::rowAt(const PageRef& page, RowId id, const Slot& slot) {
+  if (slot.kind == SlotKind::row) {
+    return {context_.pager, table_, page, slot.offset, slot.length};
+  }
+  const RowId content = followPointer(page, id, slot);
+  PageRef other = context_.pager.read(content.page);
+  const Slot moved = DataPage(context_.pager.format(), other.view()).slot(content.row);
+  return {context_.pager, table_, std::move(other), moved.offset, moved.length};
 }
 
 RowId TableCheck::followPointer(const PageRef& page, RowId id, const Slot& slot) {
@@ -135,43 +177,22 @@ RowId TableCheck::followPointer(const PageRef& page, RowId id, const Slot& slot)
   }
   const PageRef other = context_.pager.read(content.page);
   if (DataPage(context_.pager.format(), other.view()).slot(content.row).kind != SlotKind::hidden) {
-    raiseDamaged(id.page, fmt::format("the row has been moved to {}, but that is no moved row",
-                                      where));
+    raiseDamaged(id.page,
+                 fmt::format("the row has been moved to {}, but that is no moved row", where));
   }
   if (!pointedAt_.mark(content)) {
-    raiseDamaged(id.page,
-                 fmt::format("the row has been moved to {}, and another row too", where));
+    raiseDamaged(id.page, fmt::format("the row has been moved to {}, and another row too", where));
   }
   return content;
 }
 
-void TableCheck::checkRow(RowId id, const RowView& row, const RowVisitor& visit) {
-  keys_.add(id);
-  ++rows_;
-  ++context_.report.rows;
-  bool read = false;
-  context_.log.guard(place_.at(id), Harm::rows, [&] {
-    if (row.columnCount() > table_.maxColumns) {
-      raiseDamaged(id.page, fmt::format("the row says that it has {} columns, but the table has "
-                                        "had at most {}",
-                                        row.columnCount(), table_.maxColumns));
-    }
-    readColumns(id, row);
-    read = true;
-    if (visit) {
-      visit(id, row);
-    }
-  });
-  if (read) {
-    expectKeys(id);
-    return;
-  }
-  for (const RealIndex& index : table_.realIndexes) {
-    keys_.expectAny(index.number, false);
-  }
-}
-
 void TableCheck::readColumns(RowId id, const RowView& row) {
+  if (row.columnCount() > table_.maxColumns) {
+    raiseDamaged(id.page, fmt::format("the row says that it has {} columns, but the table has had "
+                                      "at most {}",
+                                      row.columnCount(), table_.maxColumns));
+  }
+  row.checkLayout();
   for (std::size_t i = 0; i < table_.columns.size(); ++i) {
     const Column& column = table_.columns[i];
     values_[i] = Value();
@@ -188,19 +209,24 @@ void TableCheck::readColumns(RowId id, const RowView& row) {
   }
 }
 
-void TableCheck::expectKeys(RowId id) {
-  for (const RealIndex& index : table_.realIndexes) {
-    if (!hasEntry(index, values_)) {
-      continue;
-    }
-    const CheckPlace place{.table = table_.name, .index = nameOfIndex(table_, index)};
-    const bool known = context_.log.guard(place.at(id), Harm::rows, [&] {
-      keys_.expect(index.number, makeKey(table_, index, values_), anyNull(index, values_));
-    });
-    if (!known) {
-      keys_.expectAny(index.number, anyNull(index, values_));
-    }
+void TableCheck::expectKey(const RealIndex& index, RowId id) {
+  if (!hasEntry(index, values_)) {
+    return;
   }
+  const CheckPlace place{.table = table_.name, .index = nameOfIndex(table_, index)};
+  const bool hasNull = anyNull(index, values_);
+  if (hasNull && index.required) {
+    context_.log.fault(place.at(id), Harm::index,
+                       "the row has Null in a column that the index requires a value of");
+  }
+  if (isUnknown_[index.number]) {
+    keys_.expectAny(index.number, hasNull);
+    return;
+  }
+  isUnknown_[index.number] = !context_.log.guard(place, Harm::index, [&] {
+    keys_.expectAny(index.number, hasNull);
+    keys_.expect(index.number, makeKey(table_, index, values_), hasNull);
+  });
 }
 
 void TableCheck::checkHiddenRows() {
@@ -220,10 +246,10 @@ void TableCheck::checkRowCount() {
   const CheckPlace place = place_.onPage(table_.page);
   const std::string what =
       fmt::format("the table says that it has {} rows, but {} can be found", said, rows_);
-  if (table_.systemTable && rows_ > said && allRead_) {
+  if (table_.systemTable && rows_ > said && allFound_) {
     context_.log.note(place, what + ", as happens in Access's own tables");
   } else {
-    context_.log.fault(place, allRead_ ? Harm::counts : Harm::rows, what);
+    context_.log.fault(place, allFound_ ? Harm::counts : Harm::rows, what);
   }
 }
 

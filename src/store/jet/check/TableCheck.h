@@ -26,15 +26,16 @@ class TableCheck {
 
  private:
   void claimDefinition();
-  void checkColumns();
+  void checkDefinition();
+  void checkColumn(const Column& column);
   void claimRows();
   void scan(const RowVisitor& visit);
   void visitSlot(const PageRef& page, RowId id, const Slot& slot, const RowVisitor& visit);
+  RowView rowAt(const PageRef& page, RowId id, const Slot& slot);
   /// The content of the row whose place holds a pointer. Raises kCorruptFile.
   RowId followPointer(const PageRef& page, RowId id, const Slot& slot);
-  void checkRow(RowId id, const RowView& row, const RowVisitor& visit);
   void readColumns(RowId id, const RowView& row);
-  void expectKeys(RowId id);
+  void expectKey(const RealIndex& index, RowId id);
   void checkHiddenRows();
   void checkRowCount();
 
@@ -45,12 +46,14 @@ class TableCheck {
   std::vector<PageNumber> pages_{};
   RowKeys keys_;
   LongValueCheck longValues_;
-  std::vector<bool> isKey_{};     ///< by column: whether an index is over it
-  std::vector<Value> values_{};   ///< of the current row; long values only of key columns
-  RowLedger pointedAt_{};         ///< content that a pointer leads to
-  std::vector<RowId> hidden_{};   ///< content that only a pointer can lead to
+  std::vector<bool> isKey_;      ///< by column: whether an index is over it
+  std::vector<bool> isUnknown_;  ///< by index: whether its keys are in an order not known
+  std::vector<Value> values_;    ///< of the current row; long values only of key columns
+  RowLedger pointedAt_{};        ///< content that a pointer leads to
+  std::vector<RowId> hidden_{};  ///< content that only a pointer can lead to
   std::size_t rows_ = 0;
-  bool allRead_ = true;
+  bool allFound_ = true;  ///< every page of rows, and every place of a row on it
+  bool allRead_ = true;   ///< every row found
 };
 
 }  // namespace orv::store::jet

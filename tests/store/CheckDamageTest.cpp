@@ -1,0 +1,451 @@
+// Each kind of damage is found where it is, and said in words.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <ostream>
+
+#include "store/Check.h"
+#include "store/DamagedFile.h"
+#include "store/jet/DataPage.h"
+#include "store/jet/LongValue.h"
+#include "store/jet/RowSpace.h"
+#include "store/jet/UsageMap.h"
+#include "support/Corpus.h"
+
+namespace orv::store::jet {
+namespace {
+
+namespace fs = std::filesystem;
+using test::DamagedFile;
+using test::rowOfEntry;
+
+/// What a check should say of a damage.
+struct Expected {
+  std::string table;
+  std::string index;
+  PageNumber page = 0;  ///< 0: not compared
+  int row = -1;         ///< -1: not compared
+  std::string words;
+};
+
+struct Damage {
+  const char* name;
+  const char* file;
+  std::function<Expected(DamagedFile&)> inflict;
+};
+
+std::ostream& operator<<(std::ostream& out, const Damage& damage) {
+  return out << damage.name;
+}
+
+// The files: one with long memos, an index of two levels and relations; one with moved rows.
+constexpr const char* kMain = "sources/orvdata-3.0.0.mdb";
+constexpr const char* kMoved = "access/overflowTestV2000.mdb";
+
+constexpr const char* kSpectra = "Pane_spectral_data";
+constexpr const char* kPaneAngle = "PaneAngle";
+
+std::string pageName(PageNumber page) {
+  return "page " + std::to_string(page);
+}
+
+const std::vector<Damage> kDefinitionDamage{
+    {"DefinitionOfAnotherKind", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Pane").page;
+       file.page(page)[0] = static_cast<std::uint8_t>(PageType::usageMap);
+       return {"Pane", "", page, -1, "should define table 'Pane'"};
+     }},
+    {"LoopOfDefinitionPages", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Frame").page;
+       store32(file.page(page) + file.format().definition.nextPage, page);
+       return {"Frame", "", page, -1, "form a loop"};
+     }},
+    {"DefinitionTooLong", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Groups").page;
+       store32(file.page(page) + file.format().definition.length, 100000);
+       return {"Groups", "", page, -1, "100000 bytes"};
+     }},
+    {"TooManyColumns", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Groups").page;
+       store16(file.page(page) + file.format().definition.columnCount, 4000);
+       return {"Groups", "", page, -1, "more columns or indexes than are possible"};
+     }},
+    {"ColumnType", kMain,
+     [](DamagedFile& file) -> Expected {
+       file.columnBlock("Groups")[file.format().column.type] = 0x77;
+       return {"Groups", "", file.table("Groups").page, -1, "type that there is not"};
+     }},
+    {"ColumnNumberTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto& layout = file.format().column;
+       // The first columns have indexes.
+       std::uint8_t* third = file.columnBlock("Frame") + 2 * layout.size;
+       store16(third + layout.size + layout.number, load16(third + layout.number));
+       return {"Frame", "", file.table("Frame").page, -1, "number of another column"};
+     }},
+    {"RowCount", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Pane").page;
+       store32(file.page(page) + file.format().definition.rowCount, 41);
+       return {"Pane", "", page, -1, "says that it has 41 rows, but 40"};
+     }},
+};
+
+const std::vector<Damage> kRowDamage{
+    {"RowOffset", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId row = file.rows(kSpectra)[10];
+       store16(file.rowEntry(row), 0x1fff);
+       return {kSpectra, "", row.page, row.row, "outside the page's rows"};
+     }},
+    {"FreeSpaceOfPage", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows(kSpectra)[0].page;
+       store16(file.page(page) + file.format().data.freeSpace, 1234);
+       return {kSpectra, "", page, -1, "1234 free bytes"};
+     }},
+    {"OwnerOfPage", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows(kSpectra)[0].page;
+       store32(file.page(page) + file.format().data.owner, file.table("Pane").page);
+       return {kSpectra, "", page, -1, "says that it belongs to the table defined on page"};
+     }},
+    {"PageOfAnotherKind", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows(kSpectra)[0].page;
+       file.page(page)[0] = static_cast<std::uint8_t>(PageType::indexLeaf);
+       return {kSpectra, "", page, -1, "is a page of another kind"};
+     }},
+    {"ColumnCountOfRow", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId row = file.rows("Suppliers")[1];
+       store16(file.rowBytes(row), file.table("Suppliers").maxColumns + 1u);
+       return {"Suppliers", "", row.page, row.row, "columns"};
+     }},
+    {"VariableColumnsOfRow", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId row = file.rows("Suppliers")[1];
+       const std::size_t length =
+           DataPage(file.format(), file.pager().read(row.page).view()).slot(row.row).length;
+       const std::size_t mask = (file.table("Suppliers").maxColumns + 7u) / 8;
+       // The end of the first variable column, after the number of them and the first's begin.
+       store16(file.rowBytes(row) + length - mask - 6, 0x0fff);
+       return {"Suppliers", "", row.page, row.row, "variable columns"};
+     }},
+    {"PointerOfMovedRow", kMoved,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, content] = file.movedRow("Table1");
+       store32(file.rowBytes(row), RowId{content.page, 200}.toPointer());
+       return {"Table1", "", row.page, row.row, "row 200"};
+     }},
+    {"PointerToAnotherTable", kMoved,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, content] = file.movedRow("Table1");
+       store32(file.rowBytes(row), file.rows("MSysObjects")[0].toPointer());
+       return {"Table1", "", row.page, row.row, "that page is not one of the table's"};
+     }},
+    {"MovedRowWithoutPointer", kMoved,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, content] = file.movedRow("Table1");
+       DataPageEditor(file.format(), file.page(row.page), row.page).erase(row.row);
+       return {"Table1", "", content.page, content.row, "its former place does not lead to it"};
+     }},
+};
+
+const std::vector<Damage> kLongValueDamage{
+    {"ChainCutShort", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, parts] = file.longValue("Frame", "picture");
+       store32(file.rowBytes(parts[0]), 0);
+       return {"Frame", "", row.page, row.row, "do not add up to its length"};
+     }},
+    {"LoopOfParts", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, parts] = file.longValue("Frame", "picture");
+       store32(file.rowBytes(parts[1]), parts[0].toPointer());
+       return {"Frame", "", row.page, row.row, "part of two memos or pictures"};
+     }},
+    {"LengthOfLongValue", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, parts] = file.longValue("Frame", "picture");
+       std::uint8_t* definition = file.field("Frame", row, "picture").data();
+       store32(definition, load32(definition) + 1);
+       return {"Frame", "", row.page, row.row, "do not add up to its length"};
+     }},
+    {"PageOfLongValuesGivenAway", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto [row, parts] = file.longValue("Frame", "picture");
+       store32(file.page(parts[1].page) + file.format().data.owner, file.table("Frame").page);
+       return {"Frame", "", parts[1].page, -1, "but is used by memos and pictures"};
+     }},
+    {"PartOfNoRow", kMain,
+     [](DamagedFile& file) -> Expected {
+       const TableDefinition& table = file.table("Frame");
+       const Column& column = table.columns[table.findColumn("picture").value()];
+       const RowId part = RowSpace(file.pager(), kLongValueOwner, *column.longValuePages,
+                                   *column.longValueFreePages)
+                              .add(Bytes(10, 0x55), SlotKind::row);
+       return {"Frame", "", part.page, part.row, "belongs to no row"};
+     }},
+};
+
+const std::vector<Damage> kPageDamage{
+    {"KindOfUsageMap", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId map = file.table("Pane").ownedPages;
+       *file.rowBytes(map) = 7;
+       return {"Pane", "", map.page, map.row, "map of pages is of an unknown kind"};
+     }},
+    {"KindOfFreeMap", kMain,
+     [](DamagedFile& file) -> Expected {
+       *file.rowBytes({1, 0}) = 7;
+       return {"", "", 1, 0, "map of pages is of an unknown kind"};
+     }},
+    {"PageOfTwoTables", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows("Groups")[0].page;
+       UsageMap(file.pager(), file.table("Suppliers").ownedPages).add(page);
+       return {"Suppliers", "", page, -1, "used twice: by the rows of table 'Groups'"};
+     }},
+    {"PageMissingInMap", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows("Groups")[0].page;
+       UsageMap(file.pager(), file.table("Groups").ownedPages).remove(page);
+       return {"Groups", "", page, -1, "not listed as one of its pages"};
+     }},
+    {"RoomOnForeignPage", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows("Groups")[0].page;
+       UsageMap(file.pager(), file.table("Suppliers").freePages).add(page);
+       return {"Suppliers", "", page, -1, "having room"};
+     }},
+    {"MapOfTwoTables", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Shading").page;
+       const RowId map = file.table("Pane").ownedPages;
+       store32(file.page(page) + file.format().definition.ownedPages, map.toPointer());
+       return {"Shading", "", map.page, map.row, "serves something else too"};
+     }},
+    {"FreePageInUse", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows("Pane")[0].page;
+       PageAllocator::freePages(file.pager()).add(page);
+       return {"Pane", "", page, -1, "listed as free, but is in use by the rows of table"};
+     }},
+};
+
+const std::vector<Damage> kCatalogDamage{
+    {"IdTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       const CatalogEntry* pane = file.database().find("Pane");
+       const RowId shading = file.database().find("Shading")->row;
+       store32(file.field("MSysObjects", shading, "Id").data(),
+               static_cast<std::uint32_t>(pane->id));
+       return {"MSysObjects", "", 0, -1, "has the id of"};
+     }},
+    {"DefinitionBeyondTheFile", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId shading = file.database().find("Shading")->row;
+       store32(file.field("MSysObjects", shading, "Id").data(), 99999);
+       return {"Shading", "", 99999, -1, "the file has only"};
+     }},
+    {"NameTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       // Two names of the same length.
+       const RowId queries = file.database().find("MSysQueries")->row;
+       const RowId objects = file.database().find("MSysObjects")->row;
+       const auto name = file.field("MSysObjects", queries, "Name");
+       const Bytes taken(name.begin(), name.end());
+       std::ranges::copy(taken, file.field("MSysObjects", objects, "Name").begin());
+       return {"MSysObjects", "", 0, -1, "has the name of another table or query"};
+     }},
+    {"QueryWithoutParts", kMain,
+     [](DamagedFile& file) -> Expected {
+       for (const RowId row : file.rows("MSysQueries")) {
+         DataPageEditor(file.format(), file.page(row.page), row.page).erase(row.row);
+       }
+       return {"MSysQueries", "", 0, -1, "has no parts"};
+     }},
+    {"RelationWithNoTable", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId shading = file.database().find("Groups")->row;
+       DataPageEditor(file.format(), file.page(shading.page), shading.page).erase(shading.row);
+       return {"Pane", "GroupsPane", file.table("Pane").page, -1, "there is none"};
+     }},
+};
+
+const std::vector<Damage> kIndexDamage{
+    {"EntriesOutOfOrder", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
+       IndexPageEditor editor = file.indexPage(leaf);
+       std::vector<Bytes> entries = editor.allEntries();
+       std::swap(entries[3], entries[4]);
+       editor.assign(entries);
+       return {kSpectra, kPaneAngle, leaf, -1, "is out of order"};
+     }},
+    {"EntryMissing", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       const PageNumber leaf = file.leaves(index)[1];
+       const RowId row = rowOfEntry(file.indexPage(leaf).entry(5));
+       file.indexPage(leaf).erase(5);
+       return {kSpectra, kPaneAngle, row.page, row.row, "no entry in the index"};
+     }},
+    {"EntryOfNoRow", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
+       IndexPageEditor editor = file.indexPage(leaf);
+       std::vector<Bytes> entries = editor.allEntries();
+       entries[7].back() = 251;
+       editor.assign(entries);
+       return {kSpectra, kPaneAngle, leaf, -1, "entry 7, for row 251"};
+     }},
+    {"EntryTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index("Pane", "PrimaryKey"))[0];
+       IndexPageEditor editor = file.indexPage(leaf);
+       editor.insert(0, editor.entry(0));
+       return {"Pane", "PrimaryKey", leaf, -1, "entry 1, for row"};
+     }},
+    {"UniqueKeyTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index("Pane", "PrimaryKey"))[0];
+       IndexPageEditor editor = file.indexPage(leaf);
+       std::vector<Bytes> entries = editor.allEntries();
+       std::copy_n(entries[0].begin(), entries[0].size() - IndexPage::kPointerSize,
+                   entries[1].begin());
+       editor.assign(entries);
+       return {"Pane", "PrimaryKey", leaf, -1, "which the index does not allow"};
+     }},
+    {"RowWithOtherKey", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RowId row = file.rows("Suppliers")[1];
+       store32(file.field("Suppliers", row, "SupplierID").data(), 777);
+       const PageNumber leaf = file.leaves(file.index("Suppliers", "PrimaryKey"))[0];
+       return {"Suppliers", "PrimaryKey", leaf, -1, "key of other values than the row"};
+     }},
+    {"LinkToPreviousLeaf", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto leaves = file.leaves(file.index(kSpectra, kPaneAngle));
+       file.indexPage(leaves[2]).setPrevious(leaves[0]);
+       return {kSpectra, kPaneAngle, leaves[2], -1, pageName(leaves[0]) + " comes before it"};
+     }},
+    {"LinkToNextLeaf", kMain,
+     [](DamagedFile& file) -> Expected {
+       const auto leaves = file.leaves(file.index(kSpectra, kPaneAngle));
+       file.indexPage(leaves[1]).setNext(leaves[0]);
+       return {kSpectra, kPaneAngle, leaves[1], -1, pageName(leaves[0]) + " follows"};
+     }},
+    {"PrefixLength", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
+       ++file.page(leaf)[file.format().indexPage.prefixLength];
+       return {kSpectra, kPaneAngle, leaf, -1, "key of other values"};
+     }},
+    {"MaskOfEntries", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
+       file.page(leaf)[file.format().indexPage.mask] |= 1;
+       return {kSpectra, kPaneAngle, leaf, -1, "do not fit its mask"};
+     }},
+    {"ChildTwice", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       const PageNumber first = file.leaves(index)[0];
+       IndexPageEditor root = file.indexPage(index.root);
+       std::vector<Bytes> entries = root.allEntries();
+       for (int i = 0; i < 4; ++i) {
+         entries[1][entries[1].size() - 1 - i] = static_cast<std::uint8_t>(first >> (8 * i));
+       }
+       root.assign(entries);
+       return {kSpectra, kPaneAngle, first, -1, "used twice by index"};
+     }},
+    {"EntryOfNode", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       IndexPageEditor root = file.indexPage(index.root);
+       std::vector<Bytes> entries = root.allEntries();
+       entries[0][entries[0].size() - 9] ^= 1;
+       root.assign(entries);
+       return {kSpectra, kPaneAngle, index.root, -1, "not the last one below"};
+     }},
+    {"OwnerOfIndexPage", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index("Groups", "PrimaryKey");
+       store32(file.page(index.root) + file.format().indexPage.owner, file.table("Pane").page);
+       return {"Groups", "PrimaryKey", index.root, -1, "the index of another table"};
+     }},
+    {"FreeSpaceOfIndexPage", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index("Groups", "PrimaryKey");
+       store16(file.page(index.root) + file.format().indexPage.freeSpace, 17);
+       return {"Groups", "PrimaryKey", index.root, -1, "17 free bytes"};
+     }},
+    {"IndexPageNotListed", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       const PageNumber leaf = file.leaves(index)[1];
+       UsageMap(file.pager(), index.ownedPages).remove(leaf);
+       return {kSpectra, kPaneAngle, leaf, -1, "not listed as one of its pages"};
+     }},
+};
+
+bool isExpected(const CheckFault& fault, const Expected& expected) {
+  return fault.table == expected.table && fault.index == expected.index &&
+         (expected.page == 0 || fault.page == expected.page) &&
+         (expected.row == -1 || fault.row == expected.row) &&
+         fault.what.find(expected.words) != std::string::npos;
+}
+
+class CheckDamage : public testing::TestWithParam<Damage> {};
+
+TEST_P(CheckDamage, IsFoundAndNamed) {
+  ORV_NEEDS_CORPUS();
+  DamagedFile file(orv::test::corpusFolder() / GetParam().file, GetParam().name);
+  const Expected expected = GetParam().inflict(file);
+  file.save();
+  const CheckReport report = checkFile(file.path().string(), "");
+  std::string found;
+  for (const CheckFault& fault : report.faults) {
+    found += fault.toText() + "\n";
+    EXPECT_FALSE(fault.advice.empty()) << fault.toText();
+  }
+  EXPECT_TRUE(std::ranges::any_of(
+      report.faults, [&](const CheckFault& fault) { return isExpected(fault, expected); }))
+      << "expected of table '" << expected.table << "', index '" << expected.index << "', page "
+      << expected.page << ": " << expected.words << "\nfound:\n"
+      << found;
+}
+
+const auto nameOf = [](const auto& info) { return info.param.name; };
+INSTANTIATE_TEST_SUITE_P(Definitions, CheckDamage, testing::ValuesIn(kDefinitionDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(Rows, CheckDamage, testing::ValuesIn(kRowDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(LongValues, CheckDamage, testing::ValuesIn(kLongValueDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(Pages, CheckDamage, testing::ValuesIn(kPageDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(Catalogue, CheckDamage, testing::ValuesIn(kCatalogDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(Indexes, CheckDamage, testing::ValuesIn(kIndexDamage), nameOf);
+
+class CheckCutFile : public testing::TestWithParam<std::uintmax_t> {};
+
+TEST_P(CheckCutFile, IsSaidToBeCutShort) {
+  ORV_NEEDS_CORPUS();
+  DamagedFile file(orv::test::corpusFolder() / kMain, "cut-short");
+  file.save();
+  fs::resize_file(file.path(), fs::file_size(file.path()) - GetParam());
+  const CheckReport report = checkFile(file.path().string(), "");
+  EXPECT_TRUE(std::ranges::any_of(report.faults, [](const CheckFault& fault) {
+    return fault.what.find("cut short") != std::string::npos;
+  }));
+}
+
+INSTANTIATE_TEST_SUITE_P(ByBytes, CheckCutFile, testing::Values(100, 4096, 100 * 4096));
+
+}  // namespace
+}  // namespace orv::store::jet

@@ -1,0 +1,122 @@
+#include "store/DamagedFile.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "store/jet/DataPage.h"
+#include "store/jet/LongValue.h"
+
+namespace orv::store::jet::test {
+
+namespace fs = std::filesystem;
+
+DamagedFile::DamagedFile(const fs::path& sound, const std::string& name)
+    : path_(fs::path(testing::TempDir()) / (name + ".mdb")) {
+  fs::copy_file(sound, path_, fs::copy_options::overwrite_existing);
+  fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
+  database_ = Database::open(path_.string(), "");
+  transaction_.emplace(database_->pager());
+}
+
+DamagedFile::~DamagedFile() {
+  transaction_.reset();
+  database_.reset();
+  fs::remove(path_);
+}
+
+void DamagedFile::save() {
+  transaction_->commit();
+  transaction_.reset();
+  database_.reset();
+}
+
+const RealIndex& DamagedFile::index(const std::string& table, const std::string& index) {
+  const TableDefinition& definition = this->table(table);
+  for (const LogicalIndex& logical : definition.logicalIndexes) {
+    if (logical.name == index) return definition.realIndexes[logical.realIndex];
+  }
+  throw std::logic_error("there is no index " + index);
+}
+
+std::vector<RowId> DamagedFile::rows(const std::string& table) {
+  std::vector<RowId> rows;
+  for (TableScan scan = database_->table(table)->scan(); scan.next();) {
+    rows.push_back(scan.rowId());
+  }
+  return rows;
+}
+
+std::uint8_t* DamagedFile::rowEntry(RowId row) {
+  return page(row.page) + format().data.rowTable + 2 * row.row;
+}
+
+std::uint8_t* DamagedFile::rowBytes(RowId row) {
+  return DataPageEditor(format(), page(row.page), row.page).rowBytes(row.row).data();
+}
+
+std::span<std::uint8_t> DamagedFile::field(const std::string& table, RowId row,
+                                           const std::string& column) {
+  const TableDefinition& definition = this->table(table);
+  std::ptrdiff_t offset = 0;
+  std::size_t size = 0;
+  {
+    const RowView view = database_->table(table)->row(row).value();
+    const auto bytes = view.bytes(definition.columns[definition.findColumn(column).value()]);
+    offset = bytes.data() - pager().read(row.page).data();
+    size = bytes.size();
+  }
+  return {page(row.page) + offset, size};
+}
+
+DamagedFile::LongValuePlace DamagedFile::longValue(const std::string& table,
+                                                   const std::string& column) {
+  const TableDefinition& definition = this->table(table);
+  const Column& wanted = definition.columns[definition.findColumn(column).value()];
+  for (TableScan scan = database_->table(table)->scan(); scan.next();) {
+    LongValuePlace place{scan.rowId(), {}};
+    if (!scan.row().isNull(wanted)) {
+      forEachLongValuePart(pager(), scan.row().bytes(wanted), scan.rowId().page,
+                           [&](RowId part) { place.parts.push_back(part); });
+    }
+    if (place.parts.size() > 1) return place;
+  }
+  throw std::logic_error("no value of " + column + " is long");
+}
+
+DamagedFile::MovedRow DamagedFile::movedRow(const std::string& table) {
+  for (const RowId row : rows(table)) {
+    const PageRef page = pager().read(row.page);
+    const Slot slot = DataPage(format(), page.view()).slot(row.row);
+    if (slot.kind == SlotKind::pointer) {
+      return {row, RowId::fromPointer(page.view().u32(slot.offset))};
+    }
+  }
+  throw std::logic_error("no row of " + table + " has been moved");
+}
+
+std::uint8_t* DamagedFile::columnBlock(const std::string& table) {
+  const TableDefinition& definition = this->table(table);
+  return page(definition.page) + format().definition.headerSize +
+         definition.realIndexes.size() * format().definition.realIndexEntry;
+}
+
+std::vector<PageNumber> DamagedFile::leaves(const RealIndex& index) {
+  std::vector<PageNumber> level{index.root};
+  while (!indexPage(level.front()).isLeaf()) {
+    std::vector<PageNumber> below;
+    for (const PageNumber page : level) {
+      const IndexPageEditor node = indexPage(page);
+      for (std::size_t i = 0; i < node.childCount(); ++i) below.push_back(node.child(i));
+    }
+    level = below;
+  }
+  return level;
+}
+
+RowId rowOfEntry(const Bytes& entry) {
+  const std::uint8_t* pointer = entry.data() + entry.size() - IndexPage::kPointerSize;
+  return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};
+}
+
+}  // namespace orv::store::jet::test

@@ -1,0 +1,75 @@
+// A copy of a sound file, to be damaged where a test wants it.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "store/jet/Database.h"
+#include "store/jet/IndexPageEditor.h"
+
+namespace orv::store::jet::test {
+
+/// Places are found with the store's own readers, and changed page by page beneath them.
+class DamagedFile {
+ public:
+  /// Copies `sound` under `name` into the folder for tests' files.
+  DamagedFile(const std::filesystem::path& sound, const std::string& name);
+  ~DamagedFile();
+  DamagedFile(const DamagedFile&) = delete;
+  DamagedFile& operator=(const DamagedFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  Pager& pager() { return database_->pager(); }
+  const Format& format() { return pager().format(); }
+  Database& database() { return *database_; }
+  const TableDefinition& table(const std::string& name) {
+    return database_->table(name)->definition();
+  }
+  const RealIndex& index(const std::string& table, const std::string& index);
+
+  /// The bytes of a page, to be changed.
+  std::uint8_t* page(PageNumber number) { return pager().modify(number); }
+  /// The places of a table's rows.
+  std::vector<RowId> rows(const std::string& table);
+  /// The entry of a row in its page's table of offsets.
+  std::uint8_t* rowEntry(RowId row);
+  /// The bytes of a row.
+  std::uint8_t* rowBytes(RowId row);
+  /// The bytes that a row has for a column.
+  std::span<std::uint8_t> field(const std::string& table, RowId row, const std::string& column);
+  struct LongValuePlace {
+    RowId row;
+    std::vector<RowId> parts;
+  };
+  /// The first value of a column that has more than one part.
+  LongValuePlace longValue(const std::string& table, const std::string& column);
+  struct MovedRow {
+    RowId row;
+    RowId content;
+  };
+  /// The first row of a table that has been moved.
+  MovedRow movedRow(const std::string& table);
+  /// The block of the table's first column in its definition.
+  std::uint8_t* columnBlock(const std::string& table);
+
+  /// The leaves of an index, in order.
+  std::vector<PageNumber> leaves(const RealIndex& index);
+  IndexPageEditor indexPage(PageNumber number) { return {pager(), number}; }
+
+  /// Writes the damage and closes the file.
+  void save();
+
+ private:
+  std::filesystem::path path_;
+  std::shared_ptr<Database> database_;
+  std::optional<Transaction> transaction_;
+};
+
+/// The row that an entry of a leaf is for.
+RowId rowOfEntry(const Bytes& entry);
+
+}  // namespace orv::store::jet::test
