@@ -67,8 +67,7 @@ std::shared_ptr<Connection> Connection::openFile(const std::string& path,
 }
 
 std::shared_ptr<Connection> Connection::create(const std::string& path) {
-  jet::Pager::createFile(path, jet::emptyDatabase());
-  return openFile(path);
+  return std::shared_ptr<Connection>(new Connection(path, jet::createDatabase(path)));
 }
 
 Connection::Connection(std::string path, std::shared_ptr<jet::Database> database)
