@@ -7,6 +7,7 @@
 #include "store/DefaultValue.h"
 #include "store/StoreError.h"
 #include "store/jet/IndexKey.h"
+#include "store/jet/RowEncoder.h"
 
 namespace orv::store {
 namespace {
@@ -156,7 +157,7 @@ std::optional<jet::RowId> TableRecordset::firstInIndex(std::size_t index,
   const jet::Column& column = table_->definition().columns[field];
   const bool ascending = table_->definition().realIndexes[index].columns.front().ascending;
   Bytes key;
-  jet::appendKey(key, column, criterion.value, ascending);
+  jet::appendKey(key, column, jet::fitValue(table_->name(), column, criterion.value), ascending);
   std::optional<jet::RowId> first;
   jet::Pager::ReadLock lock(table_->pager());
   for (jet::IndexCursor cursor = table_->index(index).lowerBound(key); cursor.next();) {

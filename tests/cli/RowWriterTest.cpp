@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "cli/RowWriter.h"
+
+namespace orv::cli {
+namespace {
+
+std::string written(Format format) {
+  std::ostringstream out;
+  const auto writer = makeRowWriter(format, {"id", "näme", "data"}, out);
+  writer->row({5, "a\tb\\\n\"ä\"", store::Bytes{0x0a, 0xff}});
+  writer->row({120, store::Value(), store::Bytes(40)});
+  writer->row({store::Value(), true, store::Date{45000.75}});
+  writer->end();
+  return out.str();
+}
+
+TEST(RowWriterTest, TablesLineUpAndPutNumbersToTheRight) {
+  EXPECT_EQ(written(Format::table),
+            " id  näme       data\n"
+            "---  ---------  -------------------\n"
+            "  5  a b\\ \"ä\"  0x0aff\n"
+            "120             (40 bytes)\n"
+            "     True       2023-03-15 18:00:00\n");
+}
+
+TEST(RowWriterTest, TsvHasALineARowWhateverTheValuesHold) {
+  EXPECT_EQ(written(Format::tsv), "id\tnäme\tdata\n5\ta\\tb\\\\\\n\"ä\"\t0x0aff\n120\t\t0x" +
+                                      std::string(80, '0') + "\n\tTrue\t2023-03-15 18:00:00\n");
+}
+
+TEST(RowWriterTest, JsonKeepsNumbersTruthAndNull) {
+  EXPECT_EQ(written(Format::json),
+            "[\n"
+            "  {\"id\": 5, \"näme\": \"a\\tb\\\\\\n\\\"ä\\\"\", \"data\": \"0x0aff\"},\n"
+            "  {\"id\": 120, \"näme\": null, \"data\": \"0x" +
+                std::string(80, '0') +
+                "\"},\n"
+                "  {\"id\": null, \"näme\": true, \"data\": \"2023-03-15 18:00:00\"}\n"
+                "]\n");
+}
+
+TEST(RowWriterTest, NoRowsAreStillAResult) {
+  const auto empty = [](Format format) {
+    std::ostringstream out;
+    makeRowWriter(format, {"id"}, out)->end();
+    return out.str();
+  };
+  EXPECT_EQ(empty(Format::table), "id\n--\n");
+  EXPECT_EQ(empty(Format::tsv), "id\n");
+  EXPECT_EQ(empty(Format::json), "[]\n");
+}
+
+}  // namespace
+}  // namespace orv::cli

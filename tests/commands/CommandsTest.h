@@ -1,0 +1,99 @@
+// A session with data sources of every kind.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "commands/RecordKind.h"
+#include "commands/RecordList.h"
+#include "commands/RecordingUi.h"
+#include "commands/Session.h"
+#include "commands/SourceOpener.h"
+#include "database/OrvSchema.h"
+#include "database/TestDatabase.h"
+#include "sources/RecordSelection.h"
+#include "support/Corpus.h"
+#include "textfile/Folder.h"
+
+namespace orv::test {
+
+class CommandsTest : public ::testing::Test {
+ protected:
+  using Node = commands::SourceOpener::Node;
+
+  /// A new, empty ORV database of version 3.0.0, opened.
+  Node newDatabase(const std::string& name = "new.mdb") {
+    database::CreateEmptyDatabase((folder.path() / name).string());
+    return opener.openOrvDatabase(folder.path().string(), name);
+  }
+
+  /// A copy of a file of the corpus, opened as what it is.
+  Node foreign(const std::string& name) {
+    std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
+    return opener.openAny((folder.path() / name).string());
+  }
+
+  /// A folder of text files with these texts.
+  Node texts(commands::TextFileKind kind,
+             const std::vector<std::pair<std::string, std::string>>& files) {
+    std::vector<std::string> names;
+    for (const auto& [name, text] : files) {
+      folder.write(name, text);
+      names.push_back(name);
+    }
+    return opener.openTextFiles(folder.path().string(), names, kind);
+  }
+
+  static Node recordSet(const Node& source, commands::RecordKind kind) {
+    return commands::recordSetOf(source, kind);
+  }
+
+  static sources::RecordSelection select(const Node& node, std::vector<std::string> identifiers) {
+    sources::RecordSelection selection;
+    selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
+    selection.DataSourcePtr(node);
+    for (std::size_t i = 0; i < identifiers.size(); ++i) {
+      selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
+    }
+    return selection;
+  }
+
+  static sources::RecordSelection selectAll(const Node& node) {
+    return select(node, commands::recordIdentifiers(*node));
+  }
+
+  /// The log without what the user sees in passing only.
+  std::vector<std::string> messages() const {
+    std::vector<std::string> result;
+    for (const std::string& line : ui.log) {
+      if (!line.starts_with("status") && !line.starts_with("progress")) result.push_back(line);
+    }
+    return result;
+  }
+
+  Folder folder;
+  RecordingUi ui;
+  commands::Session session{ui};
+  commands::SourceOpener opener{session};
+};
+
+/// A pane file of three points.
+inline std::string paneText(const std::string& product = "Clear") {
+  return "{ Units, Wavelength Units } SI Microns\n"
+         "{ Thickness } 3.0\n"
+         "{ Conductivity } 1.0\n"
+         "{ IR Transmittance } TIR=0\n"
+         "{ Emissivity, front back } Emis= 0.84 0.84\n"
+         "{ Product Name: " +
+         product +
+         " }\n"
+         "{ Type: Monolithic }\n"
+         "0.300 0.1 0.05 0.06\n"
+         "0.500 0.8 0.07 0.08\n"
+         "2.500 0.7 0.06 0.07\n";
+}
+
+}  // namespace orv::test

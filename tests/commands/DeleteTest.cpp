@@ -1,0 +1,94 @@
+#include "commands/CommandsTest.h"
+#include "commands/DeleteRecords.h"
+
+namespace orv::test {
+namespace {
+
+using commands::Answer;
+using commands::RecordKind;
+using Log = std::vector<std::string>;
+
+const std::string kConfirm =
+    "question (ORV): Are you sure you want to remove these records? This action cannot be undone.";
+
+class DeleteTest : public CommandsTest {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"a", "b", "c"}) {
+      session.database.InsertPane(*makePane(name), *database_->ADOConnection());
+    }
+    panes_ = recordSet(database_, RecordKind::panes);
+  }
+
+  Node database_ = newDatabase();
+  Node panes_;
+};
+
+TEST_F(DeleteTest, DeletesAfterAConfirmation) {
+  ui.answers = {Answer::yes};
+  const auto result = commands::deleteRecords(session, select(panes_, {"1", "3"}), panes_);
+  EXPECT_EQ(result.deleted, 2);
+  EXPECT_EQ(ui.log, (Log{kConfirm, "progress: Deleting records...", "status: Opening database...",
+                         "status: Deleting 1...", "status: Deleting 3...", "status: Ready",
+                         "progress ends"}));
+  EXPECT_EQ(commands::recordIdentifiers(*panes_), std::vector<std::string>{"2"});
+}
+
+TEST_F(DeleteTest, NoAndCancelChangeNothing) {
+  ui.answers = {Answer::no, Answer::cancel};
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(commands::deleteRecords(session, select(panes_, {"1"}), panes_).cancelled);
+  }
+  EXPECT_EQ(commands::countRecords(*panes_), 3);
+}
+
+TEST_F(DeleteTest, NothingSelectedDoesNothing) {
+  commands::deleteRecords(session, sources::RecordSelection(), nullptr);
+  EXPECT_TRUE(ui.log.empty());
+}
+
+TEST_F(DeleteTest, OtherSourcesRefuse) {
+  const auto files = texts(commands::TextFileKind::panes, {{"a.txt", paneText()}});
+  for (const Node& shown : {files, database_, Node()}) {
+    ui.log.clear();
+    EXPECT_TRUE(commands::deleteRecords(session, select(files, {"a.txt"}), shown).refused);
+    EXPECT_EQ(ui.log, Log{"critical (ORV database manager): This datasource does not allow "
+                          "deleting any records."});
+  }
+}
+
+TEST_F(DeleteTest, AFailureCanBeRetriedIgnoredOrEndTheWork) {
+  const std::string failed =
+      "question (ORV database manager): The record 9 could not be deleted: Pane could not be "
+      "found!";
+  ui.answers = {Answer::yes, Answer::retry, Answer::ignore};
+  auto result = commands::deleteRecords(session, select(panes_, {"9", "1"}), panes_);
+  EXPECT_EQ(messages(), (Log{kConfirm, failed, failed}));
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_EQ(result.deleted, 1);
+
+  ui.answers = {Answer::yes, Answer::abort};
+  result = commands::deleteRecords(session, select(panes_, {"2", "9", "3"}), panes_);
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(result.deleted, 1);
+  EXPECT_EQ(commands::recordIdentifiers(*panes_), std::vector<std::string>{"3"});
+}
+
+TEST_F(DeleteTest, FramesAndShadingsGoFromTheirTables) {
+  FrameDataClass frame;
+  frame.name("frame");
+  session.database.InsertFrame(frame, *database_->ADOConnection());
+  ShadingDataClass shading;
+  shading.name("blind");
+  session.database.InsertShading(shading, *database_->ADOConnection());
+  for (const RecordKind kind : {RecordKind::frames, RecordKind::shadings}) {
+    ui.answers = {Answer::yes};
+    const auto node = recordSet(database_, kind);
+    EXPECT_EQ(commands::deleteRecords(session, select(node, {"1"}), node).deleted, 1);
+    EXPECT_EQ(commands::countRecords(*node), 0);
+  }
+  EXPECT_EQ(commands::countRecords(*panes_), 3);
+}
+
+}  // namespace
+}  // namespace orv::test

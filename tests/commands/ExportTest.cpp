@@ -1,0 +1,142 @@
+#include "commands/CommandsTest.h"
+#include "commands/ExportRecords.h"
+#include "commands/PasteRecords.h"
+#include "commands/RecordDetails.h"
+#include "commands/RecordReader.h"
+#include "model/Raised.h"
+
+namespace orv::test {
+namespace {
+
+using commands::RecordKind;
+
+class ExportTest : public CommandsTest {
+ protected:
+  std::string target() const { return (folder.path() / "out").string(); }
+
+  commands::ExportResult exportAll(const Node& node, bool overwrite = false) {
+    return commands::exportRecords(session, selectAll(node), {target(), overwrite});
+  }
+};
+
+TEST_F(ExportTest, OneFileAnAngleAndNothingIsOverwrittenUnasked) {
+  const auto database = newDatabase();
+  auto& dc = *database->ADOConnection();
+  session.database.InsertPane(*makePane("one.dat"), dc);
+  session.database.InsertPane(*makePane("many", 0), dc);
+  session.database.InsertPane(*makePane("many", 60), dc);
+  const auto otherGroup = makePane("a/b:c");
+  session.database.InsertPane(*otherGroup, dc);
+  const auto panes = recordSet(database, RecordKind::panes);
+
+  const std::vector<std::string> first = {"one.dat", "many_0deg.txt", "many_60deg.txt",
+                                          "a_b_c.txt"};
+  EXPECT_EQ(exportAll(panes).files, first);
+  EXPECT_EQ(exportAll(panes).files, (std::vector<std::string>{"one_2.dat", "many_0deg_2.txt",
+                                                              "many_60deg_2.txt", "a_b_c_2.txt"}));
+  EXPECT_EQ(exportAll(panes, true).files, first);
+}
+
+TEST_F(ExportTest, SaysWhatItHadToFill) {
+  const auto database = newDatabase();
+  session.database.InsertPane(*makePane("pane.txt"), *database->ADOConnection());
+  const auto result = exportAll(recordSet(database, RecordKind::panes));
+  ASSERT_EQ(result.filled.size(), 1U);
+  EXPECT_EQ(result.filled[0],
+            "pane.txt: emissivity front = 0.84, source of emissivity front = Text File, emissivity "
+            "back = 0.1, source of emissivity back = Text File, coating name = Unknown, coated "
+            "side = Unknown, film file = N/A, substrate file = N/A, material = N/A");
+}
+
+TEST_F(ExportTest, WhatIsExportedReadsBackToTheSameRecord) {
+  const auto database = newDatabase();
+  session.database.InsertPane(*makePane("pane.txt"), *database->ADOConnection());
+  const auto panes = recordSet(database, RecordKind::panes);
+  exportAll(panes);
+  const auto from = commands::RecordReader(session, panes).pane("1", 0);
+  const auto back = session.textFiles.ParseSpectralFile(target(), "pane.txt");
+  EXPECT_EQ(back->productname(), from->productname());
+  EXPECT_EQ(back->supplier(), from->supplier());
+  EXPECT_EQ(back->Thickness(), from->Thickness());
+  EXPECT_EQ(back->TfIR(), from->TfIR());
+  EXPECT_EQ(back->ORV_Emissivity_front(), static_cast<float>(from->ORV_Emissivity_front()));
+  ASSERT_EQ(back->SpectralData()->count(), 5);
+  for (std::int32_t i = 0; i < 5; ++i) {
+    EXPECT_FLOAT_EQ(back->SpectralData()->wl(i), from->SpectralData()->wl(i));
+    EXPECT_EQ(back->SpectralData()->Rb(i), from->SpectralData()->Rb(i));
+  }
+}
+
+TEST_F(ExportTest, MeasuredPanesGoThroughADatabaseWithEveryValueEqual) {
+  ORV_NEEDS_CORPUS();
+  const auto files = opener.openAny((corpusFolder() / "panes").string());
+  const auto database = newDatabase();
+  ui.inputs = {"Demo"};
+  ASSERT_EQ(commands::pasteRecords(session, selectAll(files), database).copied, 5);
+  const auto result = exportAll(recordSet(database, RecordKind::panes));
+  ASSERT_EQ(result.files.size(), 5U) << ::testing::PrintToString(ui.log);
+  for (const std::string& name : result.files) {
+    SCOPED_TRACE(name);
+    const auto from = session.textFiles.ParseSpectralFile(corpusFolder() / "panes", name);
+    const auto to = session.textFiles.ParseSpectralFile(target(), name);
+    ASSERT_EQ(to->SpectralData()->count(), from->SpectralData()->count());
+    for (std::int32_t i = 0; i < to->SpectralData()->count(); ++i) {
+      EXPECT_FLOAT_EQ(to->SpectralData()->ConvertedWl(i, kMicrons),
+                      from->SpectralData()->ConvertedWl(i, kMicrons));
+      ASSERT_EQ(to->SpectralData()->Tf(i), from->SpectralData()->Tf(i)) << i;
+      ASSERT_EQ(to->SpectralData()->Rf(i), from->SpectralData()->Rf(i)) << i;
+      ASSERT_EQ(to->SpectralData()->Rb(i), from->SpectralData()->Rb(i)) << i;
+    }
+  }
+}
+
+TEST_F(ExportTest, ShadingsAreWrittenAndFramesRefused) {
+  const auto database = newDatabase();
+  ShadingDataClass shading;
+  shading.name("blind");
+  shading.typeID(1);
+  shading.spectrum({ShadingSpectralPoint{.wavelength = 300, .T_out_BB = 0.1},
+                    ShadingSpectralPoint{.wavelength = 2500, .T_out_BB = 0.2}});
+  session.database.InsertShading(shading, *database->ADOConnection());
+  EXPECT_EQ(exportAll(recordSet(database, RecordKind::shadings)).files,
+            std::vector<std::string>{"blind.txt"})
+      << ::testing::PrintToString(ui.log);
+  EXPECT_EQ(session.textFiles.ParseSpectralFileShading(target(), "blind.txt")->name(), "blind");
+  EXPECT_EQ(raisedBy([&] { exportAll(recordSet(database, RecordKind::frames)); }).number,
+            kInvalidCall);
+}
+
+TEST_F(ExportTest, ARecordThatCannotBeWrittenIsReported) {
+  const auto database = newDatabase();
+  const auto panes = recordSet(database, RecordKind::panes);
+  const auto result = commands::exportRecords(session, select(panes, {"7", "x"}), {target()});
+  EXPECT_EQ(result.failed, 2);
+  EXPECT_EQ(messages(),
+            (std::vector<std::string>{
+                "failure (ORV database manager): The record 7 could not be exported: The pane has "
+                "data at no angle.",
+                "failure (ORV database manager): The record x could not be exported: \"x\" is not "
+                "the number of a record."}));
+}
+
+TEST(RecordDetailsTest, FieldsHaveUnitsAndCodesHaveWords) {
+  GlazingData pane;
+  pane.unit(kIP);
+  pane.Thickness(0.25F);
+  pane.GlazingType(kAppliedFilm);
+  const auto fields = commands::paneDetails(pane);
+  const auto text = [&](const std::string& name) {
+    for (const auto& field : fields) {
+      if (field.name == name) return field.value + (field.unit.empty() ? "" : " " + field.unit);
+    }
+    return std::string("no such field");
+  };
+  EXPECT_EQ(text("thickness"), "0.25 in");
+  EXPECT_EQ(text("type"), "Applied Film");
+  EXPECT_EQ(text("coated side"), "not set");
+  EXPECT_EQ(text("emissivity front"), "not set");
+  EXPECT_EQ(text("spectral points"), "0");
+}
+
+}  // namespace
+}  // namespace orv::test

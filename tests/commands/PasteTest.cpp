@@ -1,0 +1,227 @@
+#include "commands/CommandsTest.h"
+#include "commands/CopyRecords.h"
+#include "commands/PasteRecords.h"
+
+namespace orv::test {
+namespace {
+
+using commands::pasteRecords;
+using commands::RecordKind;
+using commands::TextFileKind;
+
+using Log = std::vector<std::string>;
+
+const std::string kAskGroup =
+    "input (ORV database manager): Supply a new groupname for all of these records: []";
+const std::string kRefused =
+    "critical (ORV database manager): Data cannot be copied to this destination. ";
+
+class PasteTest : public CommandsTest {
+ protected:
+  commands::PasteResult paste(const sources::RecordSelection& selection, const Node& to) {
+    return pasteRecords(session, selection, to);
+  }
+
+  static std::int64_t count(const Node& database, RecordKind kind) {
+    return commands::countRecords(*recordSet(database, kind));
+  }
+};
+
+TEST_F(PasteTest, CopyClonesTheSelectionOrSaysThatThereIsNone) {
+  EXPECT_FALSE(commands::copyRecords(sources::RecordSelection(), ui).has_value());
+  EXPECT_EQ(ui.log, Log{"information (ORV database manager): No records selected. Please select "
+                        "one or more data records first."});
+  const auto database = newDatabase();
+  sources::RecordSelection current = select(recordSet(database, RecordKind::panes), {"1"});
+  const auto pending = commands::copyRecords(current, ui);
+  current.SelectedRecordID(1, "2");
+  ASSERT_TRUE(pending.has_value());
+  EXPECT_EQ(pending->SelectedRecordID(1), "1");
+}
+
+TEST_F(PasteTest, AnEmptyPendingCopyDoesNothing) {
+  EXPECT_EQ(paste(sources::RecordSelection(), nullptr).copied, 0);
+  EXPECT_TRUE(ui.log.empty());
+}
+
+TEST_F(PasteTest, ATextFileIsReadAskedForItsGroupAndWritten) {
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}, {"b.txt", paneText()}});
+  ui.inputs = {"Glass"};
+  const auto result = paste(selectAll(files), database);
+
+  EXPECT_EQ(ui.log,
+            (Log{"progress: Pasting records...", "progress: Opening database...",
+                 "status: Reading a.txt...", "status: Reading a.txt, angle = 0 degrees...",
+                 kAskGroup, "status: Writing a.txt angle = 0 degrees...",
+                 "status: Reading b.txt...", "status: Reading b.txt, angle = 0 degrees...",
+                 "status: Writing b.txt angle = 0 degrees...", "status: Ready", "progress ends"}));
+  EXPECT_EQ(result.copied, 2);
+  const auto entries = commands::listRecords(session, recordSet(database, RecordKind::panes));
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0].name, "a.txt");
+  EXPECT_EQ(entries[0].group, "Glass");
+  EXPECT_EQ(ui.steps.back(), std::pair(2, 2));
+}
+
+TEST_F(PasteTest, AMalformedFileIsReportedAndTheOthersAreCopied) {
+  const auto database = newDatabase();
+  const auto files =
+      texts(TextFileKind::panes,
+            {{"a.txt", paneText()}, {"bad.txt", "SI Furlongs 3 1\n"}, {"c.txt", paneText()}});
+  ui.inputs = {"Glass"};
+  const auto result = paste(selectAll(files), database);
+  EXPECT_EQ(result.copied, 2);
+  EXPECT_EQ(result.failed, 1);
+  ASSERT_EQ(messages().size(), 2U);
+  const std::string& message = messages()[1];
+  EXPECT_TRUE(message.starts_with(
+      "failure (ORV database manager): The record bad.txt could not be copied: \nInvalid wave"))
+      << message;
+  EXPECT_TRUE(message.ends_with("\nIf this is a text file, check its format.")) << message;
+}
+
+TEST_F(PasteTest, ARecordOfTheSameNameIsAConflict) {
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}});
+  ui.inputs = {"Glass", "Glass"};
+  paste(selectAll(files), database);
+  ui.log.clear();
+  const auto result = paste(selectAll(files), database);
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_EQ(messages(),
+            (Log{kAskGroup,
+                 "failure (ORV database manager): The record a.txt could not be copied: \nA record "
+                 "with this name (a.txt) already exists.\n\nIf this is a text file, check its "
+                 "format."}));
+}
+
+TEST_F(PasteTest, ReservedGroupNamesAreRefusedAndAskedForAgain) {
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}});
+  ui.inputs = {"tarven-1", "Removed items", "igdb-x", "Glass"};
+  EXPECT_EQ(paste(selectAll(files), database).copied, 1);
+  const auto refused = [](const std::string& name) {
+    return "critical (ORV database manager): " + name + " is not a valid group name.";
+  };
+  EXPECT_EQ(messages(), (Log{kAskGroup, refused("tarven-1"), kAskGroup, refused("Removed items"),
+                             kAskGroup, refused("igdb-x"), kAskGroup}));
+}
+
+TEST_F(PasteTest, WithoutStrictNamesEveryNamePasses) {
+  session.strictGroupNames = false;
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}});
+  ui.inputs = {"TARVEN"};
+  EXPECT_EQ(paste(selectAll(files), database).copied, 1);
+}
+
+TEST_F(PasteTest, AnEmptyGroupNameEndsThePaste) {
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}, {"b.txt", paneText()}});
+  ui.inputs = {""};
+  const auto result = paste(selectAll(files), database);
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(result.copied, 0);
+  EXPECT_EQ(count(database, RecordKind::panes), 0);
+  EXPECT_EQ(ui.log.back(), "progress ends");
+}
+
+TEST_F(PasteTest, ACancelledPasteKeepsWhatWasWritten) {
+  const auto database = newDatabase();
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}, {"b.txt", paneText()}});
+  ui.inputs = {"Glass"};
+  ui.cancelWhen = [&] { return !ui.steps.empty() && ui.steps.back().first == 1; };
+  const auto result = paste(selectAll(files), database);
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(result.copied, 1);
+  EXPECT_EQ(count(database, RecordKind::panes), 1);
+}
+
+TEST_F(PasteTest, UnfitDestinationsAreRefused) {
+  ORV_NEEDS_CORPUS();
+  const auto database = newDatabase();
+  const auto version2 = foreign("orvdata-2.0.1.mdb");
+  const auto igdb = foreign("glazing.mdb");
+  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}});
+  const auto panes2 = recordSet(version2, RecordKind::panes);
+  const std::string tooOld = "Data can only be copied to a ORV database version 3 or higher.";
+  const std::string same = "Source and destination are the same.";
+
+  const std::vector<std::tuple<Node, Node, std::string>> cases = {
+      {panes2, version2, tooOld},
+      {panes2, panes2, same},
+      {panes2, recordSet(igdb, RecordKind::panes), tooOld},
+      {panes2, files, tooOld},
+      {panes2, nullptr, tooOld},
+      {recordSet(database, RecordKind::panes), database, same},
+      {files, files, same}};
+  for (const auto& [from, to, reason] : cases) {
+    ui.log.clear();
+    EXPECT_TRUE(paste(select(from, {"1"}), to).refused);
+    EXPECT_EQ(ui.log, Log{kRefused + reason});
+  }
+}
+
+TEST_F(PasteTest, RecordsOfAnotherKindThanTheDestinationsAreReported) {
+  const auto database = newDatabase();
+  const auto other = newDatabase("other.mdb");
+  const auto result = paste(select(recordSet(other, RecordKind::frames), {"1"}),
+                            recordSet(database, RecordKind::shadings));
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_EQ(messages().front(),
+            "failure (ORV database manager): The record 1 could not be copied: \nThis data source "
+            "does not hold shadings.\nIf this is a text file, check its format.");
+}
+
+TEST_F(PasteTest, APaneIsReadAndWrittenOnceAnAngle) {
+  const auto source = newDatabase("source.mdb");
+  const auto panes = recordSet(source, RecordKind::panes);
+  for (const std::int16_t angle : {0, 30, 60}) {
+    session.database.InsertPane(*withSubstrate(makePane("pane", angle)), *source->ADOConnection());
+  }
+  const auto database = newDatabase();
+  ui.inputs = {"Glass"};
+  const auto result = paste(selectAll(panes), recordSet(database, RecordKind::panes));
+  EXPECT_EQ(result.copied, 1);
+  EXPECT_EQ(ui.log,
+            (Log{"progress: Pasting records...", "progress: Opening database...",
+                 "status: Reading 1...", "status: Reading pane, angle = 0 degrees...", kAskGroup,
+                 "status: Writing pane angle = 0 degrees...", "status: Reading 1...",
+                 "status: Reading pane, angle = 30 degrees...",
+                 "status: Writing pane angle = 30 degrees...", "status: Reading 1...",
+                 "status: Reading pane, angle = 60 degrees...",
+                 "status: Writing pane angle = 60 degrees...", "status: Ready", "progress ends"}));
+  EXPECT_EQ(session.database.RetrieveAnglesOfPaneDataORV_30(1, *database->ADOConnection()),
+            (std::vector<std::int16_t>{0, 30, 60}));
+}
+
+TEST_F(PasteTest, APaneWithoutDataAtAnyAngleIsCountedAsSuch) {
+  const auto source = newDatabase("source.mdb");
+  auto rows = source->ADOConnection()->openRecordset("Pane", store::CursorType::dynamic,
+                                                     store::LockType::optimistic);
+  rows->addNew();
+  rows->setValue("name", "bare");
+  rows->update();
+  const auto result = paste(selectAll(recordSet(source, RecordKind::panes)), newDatabase());
+  EXPECT_EQ(result.withoutData, 1);
+  EXPECT_EQ(result.copied, 0);
+}
+
+TEST_F(PasteTest, TheCopyOutlivesItsSourceInTheList) {
+  ORV_NEEDS_CORPUS();
+  const auto database = newDatabase();
+  sources::RecordSelection pending;
+  {
+    const auto igdb = foreign("glazing.mdb");
+    pending = select(recordSet(igdb, RecordKind::panes), {"PANE00004.DAT"});
+    session.MainDataSources.RemoveDataSource(igdb->key());
+  }
+  EXPECT_EQ(paste(pending, database).copied, 1);
+  EXPECT_TRUE(messages().empty()) << "the IGDB's panes need no group";
+  EXPECT_EQ(commands::listRecords(session, recordSet(database, RecordKind::panes))[0].group,
+            "IGDB");
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,232 @@
+// Every kind of source, every kind of record, into every kind of destination.
+#include <algorithm>
+
+#include "commands/CommandsTest.h"
+#include "commands/PasteRecords.h"
+#include "commands/RecordReader.h"
+
+namespace orv::test {
+namespace {
+
+using commands::RecordKind;
+
+struct Transfer {
+  const char* name;
+  const char* file;  ///< of the corpus
+  RecordKind kind;
+  const char* identifier;  ///< empty for all records
+  int copied;
+  bool asksForGroup;
+};
+
+std::ostream& operator<<(std::ostream& out, const Transfer& transfer) {
+  return out << transfer.name;
+}
+
+const Transfer kTransfers[] = {
+    {"PanesOfVersion2", "orvdata-2.0.1.mdb", RecordKind::panes, "", 12, true},
+    {"FramesOfVersion2", "orvdata-2.0.1.mdb", RecordKind::frames, "", 4, true},
+    {"ShadingsOfVersion2", "orvdata-2.0.1.mdb", RecordKind::shadings, "", 1, true},
+    {"PanesOfVersion3", "orvdata-3.0.0.mdb", RecordKind::panes, "", 40, true},
+    {"OnePaneOfVersion3", "orvdata-3.0.0.mdb", RecordKind::panes, "4", 1, true},
+    {"FramesOfVersion3", "orvdata-3.0.0.mdb", RecordKind::frames, "", 6, true},
+    {"ShadingsOfVersion3", "orvdata-3.0.0.mdb", RecordKind::shadings, "", 3, true},
+    {"PanesOfTheIgdb", "glazing.mdb", RecordKind::panes, "", 200, false}};
+
+/// Where the records go: a new database of ours or a file of another maker, and within it the
+/// record set or the database's own node.
+struct Destination {
+  const char* name;
+  bool isForeign;
+  bool isRecordSet;
+};
+
+std::ostream& operator<<(std::ostream& out, const Destination& destination) {
+  return out << destination.name;
+}
+
+const Destination kDestinations[] = {{"IntoDatabase", false, false},
+                                     {"IntoRecordSet", false, true},
+                                     {"IntoForeignDatabase", true, false}};
+
+class TransferTableTest : public CommandsTest,
+                          public ::testing::WithParamInterface<std::tuple<Transfer, Destination>> {
+ protected:
+  void SetUp() override { ORV_NEEDS_CORPUS(); }
+
+  Node destinationDatabase(bool isForeign) {
+    if (!isForeign) return newDatabase();
+    std::filesystem::copy_file(corpusFolder() / "sources" / "orvdata-3.0.0.mdb",
+                               folder.path() / "destination.mdb");
+    return opener.openAny((folder.path() / "destination.mdb").string());
+  }
+
+  /// The records that came last to the destination are those of the source, in order.
+  void compareRecords(const sources::RecordSelection& from, const Node& to) {
+    const auto written = commands::recordIdentifiers(*to);
+    const commands::RecordReader source(session, from.DataSourcePtr());
+    const commands::RecordReader copy(session, to);
+    const std::size_t first = written.size() - static_cast<std::size_t>(from.RecordsCount());
+    for (std::int32_t i = 1; i <= from.RecordsCount(); ++i) {
+      const std::string& a = from.SelectedRecordID(i);
+      const std::string& b = written[first + static_cast<std::size_t>(i) - 1];
+      SCOPED_TRACE(a);
+      switch (*commands::recordKind(*to)) {
+        case RecordKind::panes:
+          comparePanes(source, a, copy, b);
+          break;
+        case RecordKind::frames:
+          compareFrames(*source.frame(a), *copy.frame(b));
+          break;
+        case RecordKind::shadings:
+          compareShadings(*source.shading(a), *copy.shading(b));
+          break;
+      }
+    }
+  }
+
+  static void comparePanes(const commands::RecordReader& source, const std::string& a,
+                           const commands::RecordReader& copy, const std::string& b) {
+    ASSERT_EQ(source.angles(a), copy.angles(b));
+    for (const std::int16_t angle : source.angles(a)) {
+      const auto from = source.pane(a, angle);
+      const auto to = copy.pane(b, angle);
+      EXPECT_EQ(to->filename(), from->filename());
+      EXPECT_EQ(to->productname(), from->productname());
+      EXPECT_EQ(to->supplier(), from->supplier());
+      EXPECT_EQ(to->Thickness(), from->Thickness());
+      EXPECT_EQ(to->ORV_Emissivity_front(), from->ORV_Emissivity_front());
+      EXPECT_EQ(to->description(), from->description());
+      EXPECT_EQ(to->ORV_CoatingClass(), from->ORV_CoatingClass());
+      EXPECT_EQ(to->Precalc_Tfvis(), from->Precalc_Tfvis());
+      EXPECT_EQ(to->HasSubstrate(), from->HasSubstrate());
+      compareSpectra(from->SpectralData().get(), to->SpectralData().get());
+      if (from->HasSubstrate() && to->HasSubstrate()) {
+        EXPECT_EQ(to->SubstrateReference()->SpectralData()->Tf(0),
+                  from->SubstrateReference()->SpectralData()->Tf(0));
+      }
+    }
+  }
+
+  static void compareSpectra(const SpectralData* from, const SpectralData* to) {
+    ASSERT_EQ(from == nullptr, to == nullptr);
+    if (from == nullptr) return;
+    ASSERT_EQ(to->count(), from->count());
+    for (std::int32_t i = 0; i < from->count(); ++i) {
+      ASSERT_EQ(to->ConvertedWl(i, kNanometers), from->ConvertedWl(i, kNanometers)) << i;
+      ASSERT_EQ(to->Tf(i), from->Tf(i)) << i;
+      ASSERT_EQ(to->Rf(i), from->Rf(i)) << i;
+      ASSERT_EQ(to->Rb(i), from->Rb(i)) << i;
+    }
+  }
+
+  static void compareFrames(const FrameDataClass& from, const FrameDataClass& to) {
+    EXPECT_EQ(to.name(), from.name());
+    EXPECT_EQ(to.supplier(), from.supplier());
+    EXPECT_EQ(to.frametype(), from.frametype());
+    EXPECT_EQ(to.u_value(), from.u_value());
+    EXPECT_EQ(to.width(), from.width());
+    EXPECT_EQ(to.picture(), from.picture());
+    EXPECT_EQ(to.Info(), from.Info());
+  }
+
+  static void compareShadings(const ShadingDataClass& from, const ShadingDataClass& to) {
+    EXPECT_EQ(to.name(), from.name());
+    EXPECT_EQ(to.productname(), from.productname());
+    EXPECT_EQ(to.thickness(), from.thickness());
+    EXPECT_EQ(to.spectrum(), from.spectrum());
+  }
+};
+
+TEST_P(TransferTableTest, CopiesTheRecordsWithTheSpecifiedTexts) {
+  const auto& [transfer, destination] = GetParam();
+  const auto source = foreign(transfer.file);
+  const auto from = recordSet(source, transfer.kind);
+  const auto database = destinationDatabase(destination.isForeign);
+  const auto to = recordSet(database, transfer.kind);
+  const auto records = *transfer.identifier ? select(from, {transfer.identifier}) : selectAll(from);
+  const std::int64_t before = commands::countRecords(*to);
+  if (transfer.asksForGroup) ui.inputs = {"Copied"};
+
+  const auto result =
+      commands::pasteRecords(session, records, destination.isRecordSet ? to : database);
+
+  EXPECT_EQ(result.copied, transfer.copied);
+  EXPECT_EQ(result.failed, 0);
+  EXPECT_EQ(commands::countRecords(*to) - before, transfer.copied);
+  EXPECT_EQ(messages().size(), transfer.asksForGroup ? 1U : 0U)
+      << ::testing::PrintToString(messages());
+  EXPECT_EQ(ui.log[0], "progress: Pasting records...");
+  EXPECT_EQ(ui.log[1], "progress: Opening database...");
+  const std::string verb = transfer.kind == RecordKind::frames ? "Pasting " : "Reading ";
+  EXPECT_EQ(ui.log[2], "status: " + verb + records.SelectedRecordID(1) + "...");
+  EXPECT_EQ(ui.log[ui.log.size() - 2], "status: Ready");
+  const auto entries = commands::listRecords(session, to);
+  EXPECT_EQ(entries.back().group, transfer.asksForGroup ? "Copied" : "IGDB");
+  compareRecords(records, to);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TransferTableTest,
+                         ::testing::Combine(::testing::ValuesIn(kTransfers),
+                                            ::testing::ValuesIn(kDestinations)),
+                         [](const auto& info) {
+                           return std::string(std::get<0>(info.param).name) +
+                                  std::get<1>(info.param).name;
+                         });
+
+/// The Optics5 user database has the tables of the IGDB and no password: one is made from it.
+TEST_F(CommandsTest, PanesOfAnOptics5UserDatabaseAskForTheirGroup) {
+  const auto path = (folder.path() / "user.mdb").string();
+  {
+    auto connection = store::Connection::create(path);
+    store::TableInfo properties;
+    properties.name = "GlazingProperties";
+    properties.columns = {{"GlazingID", store::ColumnType::longInteger}};
+    for (const char* name :
+         {"FileName", "ProductName", "Type", "Substrate_FileName", "Manufacturer", "Acceptance"}) {
+      properties.columns.push_back({name, store::ColumnType::text, 100});
+    }
+    for (const char* name :
+         {"Thickness", "Conductivity", "ef", "eb", "TIR", "Precalc_Rfsol", "Precalc_Rbsol",
+          "Precalc_Tsol", "Precalc_Rfvis", "Precalc_Rbvis", "Precalc_Tvis", "Precalc_Tuv"}) {
+      properties.columns.push_back({name, store::ColumnType::single});
+    }
+    connection->createTable(properties);
+    store::TableInfo spectra;
+    spectra.name = "SpectralData";
+    spectra.columns = {{"GlazingID", store::ColumnType::longInteger},
+                       {"Wavelength", store::ColumnType::single},
+                       {"T", store::ColumnType::single},
+                       {"Rf", store::ColumnType::single},
+                       {"Rb", store::ColumnType::single}};
+    connection->createTable(spectra);
+    store::QueryDesign query;
+    query.name = "qryOptics5Grid";
+    for (const auto& column : properties.columns) {
+      query.outputs.push_back({"GlazingProperties." + column.name});
+    }
+    query.tables = {"GlazingProperties"};
+    connection->createQuery(query);
+    auto row = connection->openRecordset("GlazingProperties", store::CursorType::dynamic,
+                                         store::LockType::optimistic);
+    row->addNew();
+    row->setValue("GlazingID", 1);
+    row->setValue("FileName", "mine.dat");
+    row->setValue("Type", "laminated");
+    row->setValue("Substrate_FileName", "N/A");
+    row->update();
+  }
+  const auto user = opener.openAny(path);
+  EXPECT_EQ(user->DataType(), sources::DataType::optics5User);
+  const auto database = newDatabase();
+  ui.inputs = {"Mine"};
+  const auto result =
+      commands::pasteRecords(session, selectAll(recordSet(user, RecordKind::panes)), database);
+  EXPECT_EQ(result.copied, 1) << ::testing::PrintToString(messages());
+  const auto pane =
+      session.database.RetrievePaneORV_30(*database->ADOConnection(), 1, "", "", 0, 0);
+  EXPECT_EQ(pane->description(), "Unknown Appearance: ") << "laminated is no known type";
+}
+
+}  // namespace
+}  // namespace orv::test
