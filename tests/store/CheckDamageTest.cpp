@@ -47,6 +47,14 @@ constexpr const char* kMoved = "access/overflowTestV2000.mdb";
 constexpr const char* kSpectra = "Pane_spectral_data";
 constexpr const char* kPaneAngle = "PaneAngle";
 
+std::vector<Bytes> entriesOf(const IndexPage& page) {
+  std::vector<Bytes> entries;
+  for (std::size_t i = 0; i < page.count(); ++i) {
+    entries.push_back(page.entry(i));
+  }
+  return entries;
+}
+
 std::string pageName(PageNumber page) {
   return "page " + std::to_string(page);
 }
@@ -285,7 +293,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        std::swap(entries[3], entries[4]);
        editor.assign(entries);
        return {kSpectra, kPaneAngle, leaf, -1, "is out of order"};
@@ -302,7 +310,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        entries[7].back() = 251;
        editor.assign(entries);
        return {kSpectra, kPaneAngle, leaf, -1, "entry 7, for row 251"};
@@ -318,7 +326,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index("Pane", "PrimaryKey"))[0];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        std::copy_n(entries[0].begin(), entries[0].size() - IndexPage::kPointerSize,
                    entries[1].begin());
        editor.assign(entries);
@@ -360,7 +368,7 @@ const std::vector<Damage> kIndexDamage{
        const RealIndex& index = file.index(kSpectra, kPaneAngle);
        const PageNumber first = file.leaves(index)[0];
        IndexPageEditor root = file.indexPage(index.root);
-       std::vector<Bytes> entries = root.allEntries();
+       std::vector<Bytes> entries = entriesOf(root);
        for (int i = 0; i < 4; ++i) {
          entries[1][entries[1].size() - 1 - i] = static_cast<std::uint8_t>(first >> (8 * i));
        }
@@ -371,7 +379,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const RealIndex& index = file.index(kSpectra, kPaneAngle);
        IndexPageEditor root = file.indexPage(index.root);
-       std::vector<Bytes> entries = root.allEntries();
+       std::vector<Bytes> entries = entriesOf(root);
        entries[0][entries[0].size() - 9] ^= 1;
        root.assign(entries);
        return {kSpectra, kPaneAngle, index.root, -1, "not the last one below"};

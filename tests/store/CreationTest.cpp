@@ -10,6 +10,7 @@
 #include <set>
 
 #include "errors/Error.h"
+#include "store/Check.h"
 #include "store/StoreError.h"
 #include "store/jet/Creation.h"
 #include "store/jet/EmptyDatabase.h"
@@ -32,7 +33,19 @@ class CreationTest : public testing::Test {
     fs::remove_all(folder_);
     fs::create_directories(folder_);
   }
-  void TearDown() override { fs::remove_all(folder_); }
+  /// Whatever a test did, every file that it leaves is sound.
+  void TearDown() override {
+    for (const auto& file : fs::directory_iterator(folder_)) {
+      if (file.path().extension() == ".mdb" && file.file_size() >= kJet4.pageSize) {
+        const CheckReport report = checkFile(file.path(), "");
+        for (const CheckFault& fault : report.faults) {
+          ADD_FAILURE() << fault.toText();
+        }
+        EXPECT_TRUE(file.path().filename() != "new.mdb" || report.lostPages == 0);
+      }
+    }
+    fs::remove_all(folder_);
+  }
 
   std::string path(const std::string& name = "new.mdb") const { return folder_ / name; }
   std::shared_ptr<Database> copyOf(const std::string& corpusFile) const {
