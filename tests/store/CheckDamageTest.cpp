@@ -19,6 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::DamagedFile;
+using test::entriesOf;
 using test::rowOfEntry;
 
 /// What a check should say of a damage.
@@ -285,7 +286,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        std::swap(entries[3], entries[4]);
        editor.assign(entries);
        return {kSpectra, kPaneAngle, leaf, -1, "is out of order"};
@@ -302,7 +303,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index(kSpectra, kPaneAngle))[1];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        entries[7].back() = 251;
        editor.assign(entries);
        return {kSpectra, kPaneAngle, leaf, -1, "entry 7, for row 251"};
@@ -318,7 +319,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const PageNumber leaf = file.leaves(file.index("Pane", "PrimaryKey"))[0];
        IndexPageEditor editor = file.indexPage(leaf);
-       std::vector<Bytes> entries = editor.allEntries();
+       std::vector<Bytes> entries = entriesOf(editor);
        std::copy_n(entries[0].begin(), entries[0].size() - IndexPage::kPointerSize,
                    entries[1].begin());
        editor.assign(entries);
@@ -360,7 +361,7 @@ const std::vector<Damage> kIndexDamage{
        const RealIndex& index = file.index(kSpectra, kPaneAngle);
        const PageNumber first = file.leaves(index)[0];
        IndexPageEditor root = file.indexPage(index.root);
-       std::vector<Bytes> entries = root.allEntries();
+       std::vector<Bytes> entries = entriesOf(root);
        for (int i = 0; i < 4; ++i) {
          entries[1][entries[1].size() - 1 - i] = static_cast<std::uint8_t>(first >> (8 * i));
        }
@@ -371,7 +372,7 @@ const std::vector<Damage> kIndexDamage{
      [](DamagedFile& file) -> Expected {
        const RealIndex& index = file.index(kSpectra, kPaneAngle);
        IndexPageEditor root = file.indexPage(index.root);
-       std::vector<Bytes> entries = root.allEntries();
+       std::vector<Bytes> entries = entriesOf(root);
        entries[0][entries[0].size() - 9] ^= 1;
        root.assign(entries);
        return {kSpectra, kPaneAngle, index.root, -1, "not the last one below"};
