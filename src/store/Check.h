@@ -56,7 +56,7 @@ using CheckProgress = std::function<void(std::size_t pagesDone, std::size_t page
 /// table.
 ///
 /// Raises kStoreFailure where the file cannot be opened or is no database, kNotAuthenticated for
-/// a wrong password.
+/// a wrong password, kNotSupported for an encrypted file or one whose code page is not known.
 CheckReport checkFile(const std::string& path, const std::string& password,
                       const CheckProgress& progress = {});
 

@@ -19,6 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::DamagedFile;
+using test::entriesOf;
 using test::rowOfEntry;
 
 /// What a check should say of a damage.

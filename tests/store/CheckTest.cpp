@@ -9,7 +9,9 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
+#include "store/jet/Creation.h"
 #include "support/Corpus.h"
+#include "support/TemporaryFolder.h"
 
 namespace orv::store {
 namespace {
@@ -46,6 +48,38 @@ TEST(Check, FindsNoFaultInFilesThatAccessMade) {
       EXPECT_EQ(note.what.find("not compared"), std::string::npos) << note.toText();
     }
   }
+}
+
+// Past 512 pages, maps of pages no longer fit their rows and get pages of their own.
+TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "many-pages.mdb";
+  constexpr int kRows = 1500;
+  const std::shared_ptr<jet::Database> database = jet::createDatabase(path);
+  jet::createTable(
+      *database,
+      {.name = "Notes",
+       .columns = {{.name = "Number", .type = ColumnType::longInteger},
+                   {.name = "Name", .type = ColumnType::text, .size = 250},
+                   {.name = "Note", .type = ColumnType::memo}},
+       .indexes = {
+           {.name = "Key", .columns = {{.name = "Number"}}, .primary = true, .unique = true},
+           {.name = "ByName", .columns = {{.name = "Name"}}}}});
+  {
+    jet::Transaction transaction(database->pager());
+    const std::shared_ptr<jet::Table> table = database->table("Notes");
+    for (int i = 0; i < kRows; ++i) {
+      const std::string letter(1, static_cast<char>('a' + i % 26));
+      table->insert(std::vector<Value>{i, letter + std::string(200, letter[0]) + std::to_string(i),
+                                       std::string(1500, letter[0])});
+    }
+    transaction.commit();
+  }
+  const CheckReport report = checkFile(path, "");
+  EXPECT_TRUE(report.sound()) << linesOf(report.faults);
+  EXPECT_EQ(report.lostPages, 0u);
+  EXPECT_EQ(report.longValues, kRows + 1u);  // and the properties of the table
+  EXPECT_GT(report.pages, 600u);
 }
 
 TEST(Check, CountsWhatItHasSeen) {

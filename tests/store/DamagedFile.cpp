@@ -114,6 +114,12 @@ std::vector<PageNumber> DamagedFile::leaves(const RealIndex& index) {
   return level;
 }
 
+std::vector<Bytes> entriesOf(const IndexPage& page) {
+  std::vector<Bytes> entries;
+  for (std::size_t i = 0; i < page.count(); ++i) entries.push_back(page.entry(i));
+  return entries;
+}
+
 RowId rowOfEntry(const Bytes& entry) {
   const std::uint8_t* pointer = entry.data() + entry.size() - IndexPage::kPointerSize;
   return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};

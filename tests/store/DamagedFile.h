@@ -69,6 +69,7 @@ class DamagedFile {
   std::optional<Transaction> transaction_;
 };
 
+std::vector<Bytes> entriesOf(const IndexPage& page);
 /// The row that an entry of a leaf is for.
 RowId rowOfEntry(const Bytes& entry);
 

@@ -2,11 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <bit>
-#include <cmath>
-
 #include "store/jet/File.h"
-#include "store/jet/Text.h"
 #include "store/jet/check/CatalogCheck.h"
 
 namespace orv::store::jet {
@@ -35,12 +31,6 @@ void FileCheck::checkHeader(CheckContext& context) const {
                       fmt::format("its size of {} bytes is not a whole number of pages: it is cut "
                                   "short",
                                   size));
-  }
-  if (!format.unicodeText) {
-    context.log.guard({}, Harm::header, [&] {
-      const Bytes sample{'a'};
-      decodeCodePageText(load16(&pager.header()[format.header.codePage]), sample);
-    });
   }
   if (pager.header()[0] != static_cast<std::uint8_t>(PageType::header)) {
     context.log.fault({}, Harm::header, "its first page is not marked as the header");

@@ -1,10 +1,8 @@
 // Checking a whole file.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "store/Check.h"
 #include "store/jet/Database.h"

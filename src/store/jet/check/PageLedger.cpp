@@ -89,7 +89,8 @@ void PageLedger::reportShared(User user, PageNumber page) {
 }
 
 bool PageLedger::claimMap(User user, RowId map) {
-  const CheckPlace place = descriptions_[user].place.at(map);
+  const auto [ofUser, text] = descriptions_[user];  // a copy: users are added below
+  const CheckPlace place = ofUser.at(map);
   const bool isOnFile = map.page < users_.size();
   if (isOnFile && users_[map.page] != kNobody && users_[map.page] != mapRows_) {
     log_.fault(place, Harm::sharing,
@@ -106,7 +107,8 @@ bool PageLedger::claimMap(User user, RowId map) {
     return false;
   }
   return log_.guard(place, Harm::table, [&] {
-    UsageMap(pager_, map).forEachMapPage([&](PageNumber page) { claim(user, page); });
+    const User bitmaps = addUser(place, fmt::format("the map of pages of {}", text));
+    UsageMap(pager_, map).forEachMapPage([&](PageNumber page) { claim(bitmaps, page); });
   });
 }
 
