@@ -10,7 +10,7 @@
 namespace orv::test {
 namespace {
 
-struct Run {
+struct Ended {
   int exit = -1;
   std::string out;
   std::string err;
@@ -19,11 +19,11 @@ struct Run {
 class CliTest : public ::testing::Test {
  protected:
   /// Runs `orv` with these arguments, as a shell takes them, in the test's folder.
-  Run orv(const std::string& arguments) {
+  Ended orv(const std::string& arguments) {
     const std::string command = "cd '" + folder.path().string() + "' && '" ORV_PROGRAM "' " +
-                                arguments + " >out 2>err </dev/null";
+                                arguments + " >.stdout 2>.stderr </dev/null";
     const int status = std::system(command.c_str());
-    return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
+    return {WEXITSTATUS(status), folder.read(".stdout"), folder.read(".stderr")};
   }
 
   void copyFromCorpus(const std::string& name) {
@@ -43,11 +43,11 @@ class CliTest : public ::testing::Test {
 
 TEST_F(CliTest, NewMakesADatabaseAndNeverReplacesAFile) {
   EXPECT_EQ(orv("new db.mdb").exit, 0);
-  const Run again = orv("new db.mdb");
+  const Ended again = orv("new db.mdb");
   EXPECT_EQ(again.exit, 3);
   EXPECT_NE(again.err.find("db.mdb"), std::string::npos) << again.err;
   EXPECT_EQ(orv("check db.mdb").exit, 0);
-  const Run info = orv("info db.mdb --format tsv");
+  const Ended info = orv("info db.mdb --format tsv");
   EXPECT_EQ(info.exit, 0) << info.err;
   for (const char* line : {"kind\tORV database\n", "schema version\t3.0.0\n",
                            "file format\tJet 4\n", "Panes\t0\n", "Shadings\t0\n"}) {
@@ -64,17 +64,17 @@ TEST_F(CliTest, CopiedPanesAreListedShownAndQueried) {
   EXPECT_EQ(orv("list a.txt --format json").out,
             "[\n  {\"id\": \"a.txt\", \"name\": \"a.txt\", \"product\": \"Alpha\", \"group\": "
             "\"\", \"supplier\": \"\"}\n]\n");
-  const Run show = orv("show db.mdb 2 --format tsv");
+  const Ended show = orv("show db.mdb 2 --format tsv");
   EXPECT_NE(show.out.find("thickness\t3\tmm\n"), std::string::npos) << show.out << show.err;
   EXPECT_EQ(orv("show db.mdb 2 --spectrum --format tsv").out,
             "wavelength (nm)\ttransmittance front\ttransmittance back\treflectance "
             "front\treflectance back\n"
             "300\t0.1\t0.1\t0.05\t0.06\n500\t0.8\t0.8\t0.07\t0.08\n2500\t0.7\t0.7\t0.06\t0.07\n");
-  const Run sql = orv("sql db.mdb \"SELECT name, thickness FROM Pane ORDER BY name DESC\"");
+  const Ended sql = orv("sql db.mdb \"SELECT name, thickness FROM Pane ORDER BY name DESC\"");
   EXPECT_EQ(sql.out, "name   thickness\n-----  ---------\nb.txt          3\na.txt          3\n")
       << sql.err;
   EXPECT_NE(orv("sql db.mdb qryPaneImport").out.find("Alpha"), std::string::npos);
-  const Run queries = orv("sql db.mdb --queries --format tsv");
+  const Ended queries = orv("sql db.mdb --queries --format tsv");
   EXPECT_NE(queries.out.find("qryPaneImport\tSELECT Pane.PaneID"), std::string::npos)
       << queries.out;
 }
@@ -82,7 +82,7 @@ TEST_F(CliTest, CopiedPanesAreListedShownAndQueried) {
 TEST_F(CliTest, WithoutATerminalAMissingGroupIsAnErrorThatNamesTheOption) {
   folder.write("a.txt", paneText());
   orv("new db.mdb");
-  const Run run = orv("copy a.txt db.mdb");
+  const Ended run = orv("copy a.txt db.mdb");
   EXPECT_EQ(run.exit, 2);
   EXPECT_NE(run.err.find("--group"), std::string::npos);
   EXPECT_EQ(orv("copy a.txt db.mdb --group IGDB2").exit, 2);
@@ -94,12 +94,12 @@ TEST_F(CliTest, AFolderWithABadFileCopiesTheOthersAndExitsWithOne) {
   folder.write("panes/a.txt", paneText());
   folder.write("panes/bad.txt", "SI Microns thick\n");
   orv("new db.mdb");
-  const Run run = orv("copy panes db.mdb --group Demo");
+  const Ended run = orv("copy panes db.mdb --group Demo");
   EXPECT_EQ(run.exit, 1);
   EXPECT_EQ(run.out, "1 record copied, 1 failed.\n");
   EXPECT_NE(run.err.find("The record bad.txt could not be copied: "), std::string::npos);
 
-  const Run again = orv("copy panes db.mdb a.txt --group Demo");
+  const Ended again = orv("copy panes db.mdb a.txt --group Demo");
   EXPECT_EQ(again.exit, 1);
   EXPECT_NE(again.err.find("A record with this name (a.txt) already exists."), std::string::npos);
   EXPECT_EQ(orv("copy panes db.mdb nothere.txt --group Demo").exit, 1);
@@ -118,21 +118,21 @@ TEST_F(CliTest, ThePolicyAnswersTheQuestionForTheSubstrate) {
     row->update();
   }
   orv("new db.mdb");
-  const Run refused = orv("copy source.mdb db.mdb --group G");
+  const Ended refused = orv("copy source.mdb db.mdb --group G");
   EXPECT_EQ(refused.exit, 1);
   EXPECT_NE(refused.err.find("subtrate"), std::string::npos) << refused.err;
   EXPECT_EQ(orv("copy source.mdb db.mdb --group G --substrate ask").exit, 2);
-  const Run dropped = orv("copy source.mdb db.mdb --group H --substrate drop");
+  const Ended dropped = orv("copy source.mdb db.mdb --group H --substrate drop");
   EXPECT_EQ(dropped.exit, 0) << dropped.err;
   EXPECT_NE(dropped.err.find("without saving the substrate data? Yes."), std::string::npos);
 }
 
 TEST_F(CliTest, DeletionNeedsAConfirmation) {
   makeDatabase();
-  const Run unconfirmed = orv("delete db.mdb 1");
+  const Ended unconfirmed = orv("delete db.mdb 1");
   EXPECT_EQ(unconfirmed.exit, 2);
   EXPECT_NE(unconfirmed.err.find("--yes"), std::string::npos);
-  const Run run = orv("delete db.mdb 1 9 --yes");
+  const Ended run = orv("delete db.mdb 1 9 --yes");
   EXPECT_EQ(run.exit, 1);
   EXPECT_EQ(run.out, "1 record deleted, 1 failed.\n");
   EXPECT_NE(run.err.find("Pane could not be found!"), std::string::npos);
@@ -143,7 +143,7 @@ TEST_F(CliTest, DeletionNeedsAConfirmation) {
 
 TEST_F(CliTest, ExportWritesFilesAndSaysWhatItFilledIn) {
   makeDatabase();
-  const Run run = orv("export db.mdb 1 --to out");
+  const Ended run = orv("export db.mdb 1 --to out");
   EXPECT_EQ(run.exit, 0) << run.err;
   EXPECT_EQ(run.out, "a.txt\n");
   EXPECT_NE(run.err.find("filled in for the file a.txt: "), std::string::npos);
@@ -161,7 +161,7 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(orv("--version").exit, 0);
   for (const char* verb :
        {"new", "info", "list", "show", "copy", "export", "delete", "sql", "check"}) {
-    const Run help = orv(std::string(verb) + " --help");
+    const Ended help = orv(std::string(verb) + " --help");
     EXPECT_EQ(help.exit, 0);
     EXPECT_NE(help.out.find("Examples:\n  orv " + std::string(verb)), std::string::npos)
         << help.out;
@@ -174,7 +174,7 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(orv("list db.mdb --set windows").exit, 2);
   EXPECT_EQ(orv("sql db.mdb").exit, 2);
   EXPECT_EQ(orv("sql db.mdb \"SELECT nothing FROM nowhere\"").exit, 2);
-  const Run show = orv("show db.mdb 5");
+  const Ended show = orv("show db.mdb 5");
   EXPECT_EQ(show.exit, 1);
   EXPECT_EQ(show.err, "orv: This record was not found in its data source.\n");
 }
@@ -185,20 +185,20 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   copyFromCorpus("orvdata-2.0.1.mdb");
   copyFromCorpus("orvdata-3.0.0.mdb");
   orv("new db.mdb");
-  const Run igdb = orv("copy glazing.mdb db.mdb");
+  const Ended igdb = orv("copy glazing.mdb db.mdb");
   EXPECT_EQ(igdb.exit, 0) << igdb.err;
   EXPECT_EQ(igdb.out, "200 records copied.\n");
   EXPECT_EQ(orv("copy orvdata-2.0.1.mdb db.mdb --group Old").out, "12 records copied.\n");
   EXPECT_EQ(orv("copy orvdata-2.0.1.mdb db.mdb --group Old --set frames").exit, 0);
-  const Run version3 = orv("copy orvdata-3.0.0.mdb db.mdb --group New");
+  const Ended version3 = orv("copy orvdata-3.0.0.mdb db.mdb --group New");
   EXPECT_EQ(version3.out, "40 records copied.\n") << version3.err;
   EXPECT_EQ(orv("copy orvdata-3.0.0.mdb db.mdb --group New --set frames").exit, 0);
   EXPECT_EQ(orv("check db.mdb").exit, 0);
-  const Run grid =
+  const Ended grid =
       orv("sql glazing.mdb \"SELECT * FROM qryOptics5Grid WHERE FileName = 'PANE00004.DAT'\" "
           "--format tsv");
   EXPECT_NE(grid.out.find("\tPANE00004.DAT\t"), std::string::npos) << grid.err;
-  const Run refused = orv("copy glazing.mdb orvdata-2.0.1.mdb");
+  const Ended refused = orv("copy glazing.mdb orvdata-2.0.1.mdb");
   EXPECT_EQ(refused.exit, 2);
   EXPECT_NE(refused.err.find("version 3 or higher"), std::string::npos);
 }

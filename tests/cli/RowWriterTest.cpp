@@ -19,11 +19,11 @@ std::string written(Format format) {
 
 TEST(RowWriterTest, TablesLineUpAndPutNumbersToTheRight) {
   EXPECT_EQ(written(Format::table),
-            " id  näme       data\n"
-            "---  ---------  -------------------\n"
+            " id  näme      data\n"
+            "---  --------  -------------------\n"
             "  5  a b\\ \"ä\"  0x0aff\n"
-            "120             (40 bytes)\n"
-            "     True       2023-03-15 18:00:00\n");
+            "120            (40 bytes)\n"
+            "     True      2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, TsvHasALineARowWhateverTheValuesHold) {

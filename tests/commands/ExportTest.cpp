@@ -63,7 +63,7 @@ TEST_F(ExportTest, WhatIsExportedReadsBackToTheSameRecord) {
   ASSERT_EQ(back->SpectralData()->count(), 5);
   for (std::int32_t i = 0; i < 5; ++i) {
     EXPECT_FLOAT_EQ(back->SpectralData()->wl(i), from->SpectralData()->wl(i));
-    EXPECT_EQ(back->SpectralData()->Rb(i), from->SpectralData()->Rb(i));
+    EXPECT_FLOAT_EQ(back->SpectralData()->Rb(i), from->SpectralData()->Rb(i));
   }
 }
 

@@ -74,7 +74,7 @@ TEST_F(PasteTest, AMalformedFileIsReportedAndTheOthersAreCopied) {
   EXPECT_EQ(result.copied, 2);
   EXPECT_EQ(result.failed, 1);
   ASSERT_EQ(messages().size(), 2U);
-  const std::string& message = messages()[1];
+  const std::string message = messages()[1];
   EXPECT_TRUE(message.starts_with(
       "failure (ORV database manager): The record bad.txt could not be copied: \nInvalid wave"))
       << message;
