@@ -31,23 +31,34 @@ std::string nameOf(RecordKind kind) {
 
 void addFormat(CLI::App& command, Format& format) {
   command.add_option("--format", format, "Form of the result: table (default), tsv or json")
-      ->transform(CLI::CheckedTransformer(kFormats).description(""));
+      ->transform(CLI::CheckedTransformer(kFormats).description(""))
+      ->type_name("FORM");
+}
+
+void addPassword(CLI::App& command, std::string& password) {
+  command
+      .add_option("--password", password,
+                  "Password of the database (that of the IGDB need not be given)")
+      ->type_name("TEXT");
 }
 
 void SourceArgument::addSource(CLI::App& command) {
   command
       .add_option("SOURCE", path_,
                   "A database (ORV, IGDB or Optics5), a text file, or a folder of text files")
-      ->required();
+      ->required()
+      ->type_name("");
 }
 
 void SourceArgument::addOptions(CLI::App& command) {
   command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
-      ->transform(CLI::CheckedTransformer(kSets).description(""));
+      ->transform(CLI::CheckedTransformer(kSets).description(""))
+      ->type_name("KIND");
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first file looks)")
-      ->transform(CLI::CheckedTransformer(kTextKinds).description(""));
+      ->transform(CLI::CheckedTransformer(kTextKinds).description(""))
+      ->type_name("KIND");
 }
 
 Node SourceArgument::open(Console& console) const {

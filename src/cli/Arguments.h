@@ -17,6 +17,7 @@ namespace orv::cli {
 using Node = commands::SourceOpener::Node;
 
 void addFormat(CLI::App& command, Format& format);
+void addPassword(CLI::App& command, std::string& password);
 
 /// A data source and the record set of it that is meant.
 class SourceArgument {

@@ -10,12 +10,13 @@ namespace orv::cli {
 
 namespace {
 
-/// With the password of the IGDB where the file wants one.
-store::CheckReport check(const std::string& path, const store::CheckProgress& progress) {
+/// With the password of the IGDB where the file wants another than is given.
+store::CheckReport check(const std::string& path, const std::string& password,
+                         const store::CheckProgress& progress) {
   try {
-    return store::checkFile(path, "", progress);
+    return store::checkFile(path, password, progress);
   } catch (const Error& error) {
-    if (error.number() != store::kNotAuthenticated) throw;
+    if (error.number() != store::kNotAuthenticated || !password.empty()) throw;
     return store::checkFile(path, commands::kIgdbPassword, progress);
   }
 }
@@ -25,7 +26,8 @@ class CheckVerb : public Verb {
   explicit CheckVerb(CLI::App& app)
       : Verb(app, "check", "Check a whole database file: pages, rows, indexes, long values",
              "  orv check orvdata.mdb\n  orv check orvdata.mdb --format json\n") {
-    command().add_option("FILE", path_, "The database")->required();
+    command().add_option("FILE", path_, "The database")->required()->type_name("");
+    addPassword(command(), password_);
     addFormat(command(), format_);
   }
 
@@ -43,7 +45,7 @@ class CheckVerb : public Verb {
  private:
   store::CheckReport checkWithProgress(CliUserInterface& ui) const {
     const commands::LongWork work(ui, "Checking...");
-    return check(path_, [&](std::size_t done, std::size_t pages) {
+    return check(path_, password_, [&](std::size_t done, std::size_t pages) {
       ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
     });
   }
@@ -69,6 +71,7 @@ class CheckVerb : public Verb {
   }
 
   std::string path_;
+  std::string password_;
   Format format_ = Format::table;
 };
 

@@ -25,19 +25,24 @@ class CopyVerb : public Verb {
              "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
              "  orv copy old.mdb orvdata.mdb --set frames --group Old\n") {
     command()
-        .add_option("SOURCE... DB [ID...]", arguments_,
-                    "A database, a folder or text files; the database to copy into; and the "
-                    "identifiers of the records, all when none is given")
+        .add_option(
+            "SOURCE DB [ID]", arguments_,
+            "A database, a folder, or one or several text files; the database to copy into; "
+            "and identifiers of records, all when none is given")
         ->required()
-        ->expected(2, -1);
+        ->expected(2, -1)
+        ->type_name("");
     source_.addOptions(command());
-    command().add_option("--group", answers_.group,
-                         "Group to put the records into (panes of the IGDB need none)");
+    command()
+        .add_option("--group", answers_.group,
+                    "Group to put the records into (panes of the IGDB need none)")
+        ->type_name("NAME");
     command()
         .add_option("--substrate", substrate_,
                     "Panes whose substrate has no data at the same wavelengths: ask (default on a "
                     "terminal), drop the substrate, or refuse the pane (default elsewhere)")
-        ->transform(CLI::CheckedTransformer(kPolicies).description(""));
+        ->transform(CLI::CheckedTransformer(kPolicies).description(""))
+        ->type_name("ANSWER");
   }
 
   ExitCode run(Console& console) override {

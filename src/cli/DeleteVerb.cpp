@@ -15,7 +15,10 @@ class DeleteVerb : public Verb {
              "  orv delete orvdata.mdb 12 13\n"
              "  orv delete orvdata.mdb 3 --set frames --yes\n") {
     source_.addSource(command());
-    command().add_option("ID", identifiers_, "Identifiers of the records")->required();
+    command()
+        .add_option("ID", identifiers_, "Identifiers of the records")
+        ->required()
+        ->type_name("");
     command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
     source_.addOptions(command());
   }

@@ -16,10 +16,13 @@ class ExportVerb : public Verb {
              "  orv export orvdata.mdb 12 13 --to panes/ --overwrite\n"
              "  orv export orvdata.mdb --set shadings --to shadings/\n") {
     source_.addSource(command());
-    command().add_option("ID", identifiers_, "Identifiers of the records; all when none is given");
+    command()
+        .add_option("ID", identifiers_, "Identifiers of the records; all when none is given")
+        ->type_name("");
     command()
         .add_option("--to", options_.folder, "Folder for the files; made when it is not there")
-        ->required();
+        ->required()
+        ->type_name("FOLDER");
     command().add_flag("--overwrite", options_.overwrite,
                        "Replace files of the same names; otherwise new files get other names");
     source_.addOptions(command());

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 
 #include "cli/Arguments.h"
@@ -38,7 +39,8 @@ class InfoVerb : public Verb {
   ExitCode run(Console& console) override {
     const Node source = source_.open(console);
     const auto writer = makeRowWriter(format_, {"property", "value"}, std::cout);
-    writer->row({"source", source->Folder() + "/" + source->filename()});
+    writer->row(
+        {"source", (std::filesystem::path(source->Folder()) / source->filename()).string()});
     writer->row({"kind", kindOf(*source)});
     if (const auto& connection = source->ADOConnection()) {
       if (isOrv(*source)) {

@@ -13,7 +13,8 @@ class NewVerb : public Verb {
       : Verb(app, "new", "Make an empty ORV database of version 3.0.0", "  orv new orvdata.mdb\n") {
     command()
         .add_option("DB", path_, "File to make; one that is there is never replaced")
-        ->required();
+        ->required()
+        ->type_name("");
   }
 
   ExitCode run(Console& /*console*/) override {

@@ -15,36 +15,31 @@ constexpr std::size_t kLongestBytes = 16;
 class TableWriter : public RowWriter {
  public:
   TableWriter(std::vector<std::string> columns, std::ostream& out)
-      : columns_(std::move(columns)), out_(out), widths_(columns_.size()) {
+      : columns_(std::move(columns)),
+        out_(out),
+        widths_(columns_.size()),
+        holdsNumbers_(columns_.size(), true) {
     for (std::size_t i = 0; i < columns_.size(); ++i) widths_[i] = characterCount(columns_[i]);
   }
 
   void row(const std::vector<store::Value>& values) override {
-    std::vector<Cell>& cells = rows_.emplace_back();
+    std::vector<std::string>& cells = rows_.emplace_back();
     for (std::size_t i = 0; i < values.size(); ++i) {
-      cells.push_back({textOf(values[i]), isNumber(values[i])});
-      widths_[i] = std::max(widths_[i], characterCount(cells.back().text));
+      cells.push_back(textOf(values[i]));
+      widths_[i] = std::max(widths_[i], characterCount(cells.back()));
+      holdsNumbers_[i] = holdsNumbers_[i] && (values[i].isNull() || isNumber(values[i]));
     }
   }
 
   void end() override {
-    std::vector<Cell> header;
-    std::vector<Cell> line;
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      header.push_back({columns_[i], !rows_.empty() && rows_.front()[i].isNumber});
-      line.push_back({std::string(widths_[i], '-'), false});
-    }
-    write(header);
+    std::vector<std::string> line;
+    for (const std::size_t width : widths_) line.emplace_back(width, '-');
+    write(columns_);
     write(line);
     for (const auto& cells : rows_) write(cells);
   }
 
  private:
-  struct Cell {
-    std::string text;
-    bool isNumber;
-  };
-
   /// One line, whatever the value holds.
   static std::string textOf(const store::Value& value) {
     const auto* bytes = value.getIf<store::Bytes>();
@@ -57,12 +52,12 @@ class TableWriter : public RowWriter {
     return text;
   }
 
-  void write(const std::vector<Cell>& cells) {
+  void write(const std::vector<std::string>& cells) {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      const std::string padding(widths_[i] - characterCount(cells[i].text), ' ');
+      const std::string padding(widths_[i] - characterCount(cells[i]), ' ');
       if (i > 0) line += "  ";
-      line += cells[i].isNumber ? padding + cells[i].text : cells[i].text + padding;
+      line += holdsNumbers_[i] ? padding + cells[i] : cells[i] + padding;
     }
     line.erase(line.find_last_not_of(' ') + 1);
     out_ << line << '\n';
@@ -71,7 +66,8 @@ class TableWriter : public RowWriter {
   std::vector<std::string> columns_;
   std::ostream& out_;
   std::vector<std::size_t> widths_;
-  std::vector<std::vector<Cell>> rows_;
+  std::vector<bool> holdsNumbers_;
+  std::vector<std::vector<std::string>> rows_;
 };
 
 class TsvWriter : public RowWriter {

@@ -26,10 +26,13 @@ class ShowVerb : public Verb {
     source_.addSource(command());
     command()
         .add_option("ID", identifier_, "Identifier of the record, as list shows it")
-        ->required();
+        ->required()
+        ->type_name("");
     source_.addOptions(command());
-    command().add_option("--angle", angle_,
-                         "Angle of incidence of a pane's data, in degrees (default: the first)");
+    command()
+        .add_option("--angle", angle_,
+                    "Angle of incidence of a pane's data, in degrees (default: the first)")
+        ->type_name("DEGREES");
     command().add_flag("--spectrum", spectrum_,
                        "Show the spectrum, a row a wavelength, in place of the fields");
     addFormat(command(), format_);
@@ -55,17 +58,27 @@ class ShowVerb : public Verb {
  private:
   void showPane(const commands::RecordReader& reader) {
     const auto pane = reader.pane(identifier_, chooseAngle(reader.angles(identifier_)));
+    tellGroup(reader, *pane);
     spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
   }
 
   void showFrame(const commands::RecordReader& reader) {
     if (spectrum_) throw wrongUse("A frame has no spectrum.");
-    writeFields(commands::frameDetails(*reader.frame(identifier_)));
+    const auto frame = reader.frame(identifier_);
+    tellGroup(reader, *frame);
+    writeFields(commands::frameDetails(*frame));
   }
 
   void showShading(const commands::RecordReader& reader) {
     const auto shading = reader.shading(identifier_);
+    tellGroup(reader, *shading);
     spectrum_ ? writeSpectrum(*shading) : writeFields(commands::shadingDetails(*shading));
+  }
+
+  template <class Record>
+  void tellGroup(const commands::RecordReader& reader, Record& record) const {
+    const std::string group = reader.storedGroup(identifier_);
+    if (!group.empty()) record.group(group);
   }
 
   /// The angle asked for, else the first of those that the pane has; 0 when it has none.

@@ -15,20 +15,22 @@ class SqlVerb : public Verb {
              "  orv sql orvdata.mdb \"SELECT name, thickness FROM Pane WHERE thickness > 5\"\n"
              "  orv sql glazing.mdb qryOptics5Grid --format tsv\n"
              "  orv sql orvdata.mdb --queries\n") {
-    command().add_option("FILE", path_, "The database")->required();
-    auto* statement = command().add_option(
-        "SELECT", statement_, "A SELECT statement, or the name of a saved query or table");
-    auto* queries =
-        command().add_flag("--queries", listsQueries_, "List the saved queries with their SQL");
-    statement->excludes(queries);
+    command().add_option("FILE", path_, "The database")->required()->type_name("");
+    command()
+        .add_option("SELECT", statement_,
+                    "A SELECT statement, or the name of a saved query or table")
+        ->type_name("");
+    command().add_flag("--queries", listsQueries_, "List the saved queries with their SQL");
+    addPassword(command(), password_);
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& /*console*/) override {
-    if (statement_.empty() && !listsQueries_) {
-      throw wrongUse("Give a SELECT statement, the name of a query, or --queries.");
+    if (statement_.empty() != listsQueries_) {
+      throw wrongUse("Give either a SELECT statement, the name of a query, or --queries.");
     }
-    const auto connection = opening([&] { return commands::openDatabaseFile(path_).connection; });
+    const auto connection =
+        opening([&] { return commands::openDatabaseFile(path_, password_).connection; });
     listsQueries_ ? listQueries(*connection) : select(*connection);
     return kAllWell;
   }
@@ -73,6 +75,7 @@ class SqlVerb : public Verb {
   }
 
   std::string path_;
+  std::string password_;
   std::string statement_;
   bool listsQueries_ = false;
   Format format_ = Format::table;

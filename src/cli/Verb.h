@@ -17,6 +17,7 @@ class Verb {
   Verb(CLI::App& app, const std::string& name, const std::string& description,
        const std::string& examples)
       : command_(*app.add_subcommand(name, description)) {
+    command_.group("Verbs");
     command_.footer("Examples:\n" + examples);
   }
   Verb(const Verb&) = delete;

@@ -15,6 +15,7 @@ int run(CLI::App& app, const std::vector<std::unique_ptr<Verb>>& verbs, int argc
     for (const auto& verb : verbs) {
       if (verb->isChosen()) return verb->run(console);
     }
+    std::cerr << app.help();
     return kWrongUse;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kAllWell : kWrongUse;
@@ -37,7 +38,9 @@ int main(int argc, char** argv) {
       "Exit codes: 0 all went well; 1 some records failed; 2 wrong use; 3 a file cannot be "
       "opened.");
   app.set_version_flag("--version", std::string("orv ") + ORV_VERSION);
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
+  app.get_formatter()->label("SUBCOMMAND", "VERB");
+  app.get_formatter()->label("REQUIRED", "");
   const auto verbs = makeVerbs(app);
   return run(app, verbs, argc, argv);
 }

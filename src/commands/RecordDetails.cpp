@@ -38,6 +38,10 @@ std::string words(std::span<const CodeName> names, std::int32_t code) {
   return name ? std::string(*name) : fmt::format("{}", code);
 }
 
+std::string sourceOfEmissivity(std::int32_t code) {
+  return code == kUnknownSource ? "unknown" : words(kEmittanceSourceNames, code);
+}
+
 /// An emissivity of -1 is not set.
 std::string emissivity(float value) {
   return value < 0 ? "not set" : words(value);
@@ -82,9 +86,9 @@ void addScalars(Fields& fields, const GlazingData& pane) {
   fields.add("infrared transmittance front", pane.TfIR());
   fields.add("infrared transmittance back", pane.TbiR());
   fields.addText("emissivity front", emissivity(pane.ef()));
-  fields.addText("source of emissivity front", words(kEmittanceSourceNames, pane.ef_source()));
+  fields.addText("source of emissivity front", sourceOfEmissivity(pane.ef_source()));
   fields.addText("emissivity back", emissivity(pane.eb()));
-  fields.addText("source of emissivity back", words(kEmittanceSourceNames, pane.eb_source()));
+  fields.addText("source of emissivity back", sourceOfEmissivity(pane.eb_source()));
 }
 
 std::string layerText(const GlazingStructure& layer) {

@@ -4,6 +4,8 @@
 
 #include "commands/RecordKind.h"
 #include "database/DatabaseErrors.h"
+#include "database/Fields.h"
+#include "database/Lookups.h"
 
 namespace orv::commands {
 
@@ -99,6 +101,26 @@ std::shared_ptr<ShadingDataClass> RecordReader::shading(const std::string& ident
     default:
       raiseWrongKind("shadings");
   }
+}
+
+std::string RecordReader::storedGroup(const std::string& identifier) const {
+  std::string statement;
+  switch (node_->DataType()) {
+    case DataType::orv3Panes:
+      statement = "SELECT groupID FROM Pane WHERE PaneID = ";
+      break;
+    case DataType::orv3Frames:
+      statement = "SELECT groupID FROM Frame WHERE FrameID = ";
+      break;
+    case DataType::orv3Shadings:
+      statement = "SELECT groupnameID FROM Shading WHERE Shading_id = ";
+      break;
+    default:
+      return {};
+  }
+  const auto row = connection().openRecordset(statement + std::to_string(recordNumber(identifier)));
+  if (row->eof()) return {};
+  return database::GroupNameById(database::FieldToLong(row->value(std::size_t{0})), connection());
 }
 
 }  // namespace orv::commands

@@ -27,6 +27,10 @@ class RecordReader {
   std::shared_ptr<FrameDataClass> frame(const std::string& identifier) const;
   std::shared_ptr<ShadingDataClass> shading(const std::string& identifier) const;
 
+  /// The group in which a database of version 3.0.0 has a record. The operations above do not tell
+  /// it, since who copies a record names its group anew. Empty where there is none to tell.
+  std::string storedGroup(const std::string& identifier) const;
+
  private:
   store::Connection& connection() const { return *node_->ADOConnection(); }
 

@@ -102,11 +102,11 @@ SourceOpener::Node SourceOpener::registerDatabase(DataTypeCode type, const std::
   return node;
 }
 
-DatabaseFile openDatabaseFile(const std::string& path) {
+DatabaseFile openDatabaseFile(const std::string& path, const std::string& password) {
   try {
-    return {store::Connection::openFile(path)};
+    return {store::Connection::openFile(path, password)};
   } catch (const Error& error) {
-    if (error.number() != store::kNotAuthenticated) throw;
+    if (error.number() != store::kNotAuthenticated || !password.empty()) throw;
     return {store::Connection::openFile(path, kIgdbPassword), true};
   }
 }

@@ -25,8 +25,8 @@ struct DatabaseFile {
 /// Whether there is a file that begins as a database does.
 bool isDatabaseFile(const std::string& path);
 
-/// Opens any database file; where it wants a password, with that of the IGDB.
-DatabaseFile openDatabaseFile(const std::string& path);
+/// Opens any database file; where it wants another password, with that of the IGDB.
+DatabaseFile openDatabaseFile(const std::string& path, const std::string& password = "");
 
 /// Opens data sources and adds each with its record sets or files to the session's registry. Each
 /// operation returns the new top-level node and raises, with nothing registered, when the source

@@ -179,6 +179,15 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(show.err, "orv: This record was not found in its data source.\n");
 }
 
+TEST_F(CliTest, APasswordCanBeGiven) {
+  ORV_NEEDS_CORPUS();
+  const std::string file = "'" + (corpusFolder() / "access" / "passwordV2000.mdb").string() + "'";
+  EXPECT_EQ(orv("sql " + file + " --queries").exit, 3);
+  EXPECT_EQ(orv("sql " + file + " --queries --password wrong").exit, 3);
+  EXPECT_EQ(orv("sql " + file + " --queries --password password").exit, 0);
+  EXPECT_EQ(orv("check " + file + " --password password").exit, 0);
+}
+
 TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   ORV_NEEDS_CORPUS();
   copyFromCorpus("glazing.mdb");
