@@ -1,0 +1,77 @@
+// Databases that `orv` makes and changes, as mdbtools, mdb-reader and `orv sql` read them.
+import {copyFileSync, existsSync, mkdtempSync, readdirSync, rmSync} from 'node:fs';
+import {tmpdir} from 'node:os';
+import {join} from 'node:path';
+import {after, before, test} from 'node:test';
+
+import {expectAgreement, expectKept, expectNoRows, expectPanes, rowsOf} from './checks.js';
+import {readPaneFile} from './paneFile.js';
+import {runOrv} from './readers.js';
+
+const kGroup = 'Interop';
+const kCorpus = process.env.ORV_CORPUS;
+const kExamples = join(process.env.ORV_SOURCE_DIR, 'examples', 'panes');
+const kFolders = [kExamples, join(kCorpus, 'panes')].filter(existsSync);
+const kForeignDatabase = join(kCorpus, 'sources', 'orvdata-3.0.0.mdb');
+
+const kPanes = kFolders.flatMap(
+    (source) => readdirSync(source).map((name) => readPaneFile(join(source, name))));
+
+let folder;
+before(() => (folder = mkdtempSync(join(tmpdir(), 'orv-interop-'))));
+after(() => rmSync(folder, {recursive: true}));
+
+/** Copies all panes into the database, in which new rows get this `direction`. */
+function copyPanes(database, direction) {
+  for (const source of kFolders) runOrv('copy', source, database, '--group', kGroup);
+  expectAgreement(database);
+  expectPanes(database, kPanes, kGroup, direction);
+}
+
+/** Deletes every second pane of the group. */
+function deleteHalf(database, direction) {
+  const listed = JSON.parse(runOrv('list', database, '--format', 'json'));
+  const ours = listed.filter((pane) => pane.group === kGroup);
+  const doomed = ours.filter((_, i) => i % 2 === 1);
+  runOrv('delete', database, '--yes', ...doomed.map((pane) => String(pane.id)));
+  expectAgreement(database);
+  expectNoRows(database, new Set(doomed.map((pane) => pane.id)));
+  const gone = new Set(doomed.map((pane) => pane.name));
+  const left = kPanes.filter((pane) => !gone.has(pane.name));
+  expectPanes(database, left, kGroup, direction);
+}
+
+test('an empty database', () => {
+  const database = join(folder, 'empty.mdb');
+  runOrv('new', database);
+  expectAgreement(database);
+});
+
+test('panes in a new database, then half of them', () => {
+  const database = join(folder, 'new.mdb');
+  runOrv('new', database);
+  copyPanes(database, 0);
+  deleteHalf(database, 0);
+});
+
+const absent = 'the corpus of foreign files is not on this machine';
+const skip = existsSync(kForeignDatabase) ? false : absent;
+test('panes in a database of a foreign writer, then half of them', {skip}, () => {
+  const database = join(folder, 'foreign.mdb');
+  copyFileSync(kForeignDatabase, database);
+  const rowsBefore = rowsOf(database);
+  copyPanes(database, null);
+  expectKept(database, rowsBefore);
+  deleteHalf(database, null);
+  expectKept(database, rowsBefore);
+});
+
+test('all that a foreign database holds, copied into a new one', {skip}, () => {
+  const database = join(folder, 'copy.mdb');
+  runOrv('new', database);
+  for (const set of ['panes', 'frames', 'shadings']) {
+    runOrv('copy', kForeignDatabase, database, '--set', set, '--group', kGroup);
+  }
+  runOrv('copy', join(kExamples, '..', 'shadings'), database, '--group', kGroup);
+  expectAgreement(database);
+});

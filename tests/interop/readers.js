@@ -1,0 +1,119 @@
+// Three readers of Access databases with one form of result: a table is an array of objects whose
+// values are null, booleans, numbers or texts (bytes in capital hexadecimal).
+import MDBReader from 'mdb-reader';
+import {execFileSync} from 'node:child_process';
+import {readFileSync} from 'node:fs';
+
+const kLargest = 1 << 30;
+const run = (program, args) => execFileSync(program, args, {encoding: 'utf8', maxBuffer: kLargest});
+
+/** The object with each value changed by `change(value, name)`. */
+function mapValues(object, change) {
+  const pairs = Object.entries(object).map(([name, value]) => [name, change(value, name)]);
+  return Object.fromEntries(pairs);
+}
+
+const open = (path) => new MDBReader(readFileSync(path));
+
+/** The tables of users: by name, the type of each column by its name. */
+export function tablesOf(path) {
+  const reader = open(path);
+  const typesOf = (table) => table.getColumns().map((column) => [column.name, column.type]);
+  const names = reader.getTableNames();
+  return new Map(names.map((name) => [name, new Map(typesOf(reader.getTable(name)))]));
+}
+
+/** Fields of a CSV text: null for an empty field without quotes. */
+function parseCsv(text) {
+  const rows = [];
+  let row = [];
+  const field = /(?:"((?:[^"]|"")*)"|([^",\n]*))(,|\n|$)/gy;
+  while (field.lastIndex < text.length) {
+    const [, quoted, plain, end] = field.exec(text);
+    row.push(quoted !== undefined ? quoted.replaceAll('""', '"') : plain === '' ? null : plain);
+    if (end !== ',') {
+      rows.push(row);
+      row = [];
+    }
+  }
+  return rows;
+}
+
+const kTextTypes = new Set(['text', 'memo', 'ole', 'datetime']);
+const kExportOptions = ['-b', 'hex', '-T', '%Y-%m-%d %H:%M:%S'];
+
+const mdbtools = {
+  name: 'mdbtools',
+  // It rounds numbers to so many digits, and shows an empty text like Null.
+  digits: {float: 8, double: 16},
+  emptyIsNull: true,
+  tableNames: (path) => run('mdb-tables', ['-1', path]).split('\n').filter(Boolean),
+  count: (path, table) => +run('mdb-count', [path, table]),
+  rows(path, table, types) {
+    const [names, ...lines] = parseCsv(run('mdb-export', [...kExportOptions, path, table]));
+    const convert = (text, name) => {
+      const type = types.get(name);
+      if (type === 'boolean') return text === '1';
+      return text === null || kTextTypes.has(type) ? text : +text;
+    };
+    const row = (line) => Object.fromEntries(line.map((text, i) => [names[i], text]));
+    return lines.map((line) => mapValues(row(line), convert));
+  },
+};
+
+export const mdbReader = {
+  name: 'mdb-reader',
+  tableNames: (path) => open(path).getTableNames(),
+  count: (path, table) => open(path).getTable(table).rowCount,
+  rows(path, table) {
+    const convert = (value) => {
+      if (Buffer.isBuffer(value)) return value.toString('hex').toUpperCase();
+      return value instanceof Date ? value.toISOString().slice(0, 19).replace('T', ' ') : value;
+    };
+    return open(path).getTable(table).getData().map((row) => mapValues(row, convert));
+  },
+};
+
+const orv = {
+  name: 'orv sql',
+  tableNames: null,  // lists no tables
+  count: (path, table) => select(path, `SELECT COUNT(*) AS n FROM [${table}]`)[0].n,
+  rows(path, table, types) {
+    const convert = (value, name) =>
+        types.get(name) === 'ole' && value !== null ? value.slice(2).toUpperCase() : value;
+    return select(path, `SELECT * FROM [${table}]`).map((row) => mapValues(row, convert));
+  },
+};
+
+export const kReaders = [mdbtools, mdbReader, orv];
+
+/** Runs `orv` and gives its standard output; throws when it does not end with 0. */
+export function runOrv(...args) { return run(process.env.ORV, args); }
+
+function select(path, statement) {
+  return JSON.parse(runOrv('sql', path, statement, '--format', 'json'));
+}
+
+/** As C prints a number with so many digits: of two that are as near, the even one. */
+function printed(value, digits) {
+  const [mantissa, exponent] = value.toExponential(99).split('e');
+  const exact = mantissa.replace(/0+$/, '');
+  const isHalf = exact.endsWith('5') && exact.replace(/[-.]/g, '').length === digits + 1;
+  const down = isHalf && '02468'.includes(exact.at(-2));
+  return down ? +`${exact.slice(0, -1)}e${exponent}` : +value.toPrecision(digits);
+}
+
+/** A value as far as a reader can tell it. */
+export function asSeen(value, type, reader) {
+  if (value === '' && reader.emptyIsNull) return null;
+  if (typeof value !== 'number') return value;
+  const exact = type === 'float' ? Math.fround(value) : value;
+  const digits = reader.digits?.[type];
+  return digits ? printed(exact, digits) : exact;
+}
+
+/** Rows as far as a reader can tell them, as texts in order, to be compared. */
+export function comparable(rows, types, reader) {
+  const values = (row) => [...types].map(([name, type]) => asSeen(row[name], type, reader));
+  return rows.map((row) => JSON.stringify(values(row))).sort();
+}
