@@ -301,7 +301,7 @@ std::vector<QueryDesign> orvQueries() {
 std::shared_ptr<store::Connection> CreateEmptyDatabase(const std::string& path) {
   auto connection = store::Connection::create(path);
   try {
-    fill(*connection);
+    connection->inOneCommit([&] { fill(*connection); });
   } catch (...) {
     connection->close();
     std::error_code ignored;

@@ -168,6 +168,12 @@ TableInfo Connection::table(const std::string& name) const {
 
 std::vector<RelationInfo> Connection::relations() const { return database().relations(); }
 
+void Connection::inOneCommit(const std::function<void()>& changes) {
+  jet::Transaction transaction(database().pager());
+  changes();
+  transaction.commit();
+}
+
 void Connection::createTable(const TableInfo& design) { jet::createTable(database(), design); }
 
 void Connection::createIndex(const std::string& table, const IndexInfo& design) {

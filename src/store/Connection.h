@@ -1,6 +1,7 @@
 // An open database.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -68,6 +69,9 @@ class Connection {
   std::string querySql(const std::string& name) const;
   TableInfo table(const std::string& name) const;
   std::vector<RelationInfo> relations() const;
+
+  /// Runs `changes` as one commit: all that they do to the file reaches it, or nothing.
+  void inOneCommit(const std::function<void()>& changes);
 
   void createTable(const TableInfo& design);
   void createIndex(const std::string& table, const IndexInfo& design);

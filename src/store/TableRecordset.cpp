@@ -39,19 +39,28 @@ TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, std::vector<je
 // Visiting ----------------------------------------------------------------------------------
 
 void TableRecordset::standOn(std::size_t position) {
-  position_ = position;
-  beforeFirst_ = false;
-  row_.reset();
-  while (const auto id = rows_.at(position_)) {
-    if (auto row = table_->row(*id)) {
-      rowId_ = *id;
-      row_ = std::move(row);
-      atEnd_ = false;
+  while (const auto id = rows_.at(position)) {
+    if (standOnRow(*id, position)) {
       return;
     }
-    rows_.remove(position_);
+    rows_.remove(position);
   }
+  standAtEnd();
+}
+
+bool TableRecordset::standOnRow(jet::RowId row, std::optional<std::size_t> position) {
+  row_ = table_->row(row);
+  rowId_ = row;
+  position_ = position;
+  atEnd_ = beforeFirst_ = false;
+  return row_.has_value();
+}
+
+void TableRecordset::standAtEnd() {
+  row_.reset();
+  position_ = rows_.count();
   atEnd_ = true;
+  beforeFirst_ = false;
 }
 
 bool TableRecordset::eof() const {
@@ -61,7 +70,7 @@ bool TableRecordset::eof() const {
 
 bool TableRecordset::bof() const {
   needOpen();
-  return beforeFirst_ || (atEnd_ && position_ == 0);
+  return beforeFirst_ || (atEnd_ && position_ == std::size_t{0});
 }
 
 void TableRecordset::moveLast() {
@@ -81,8 +90,17 @@ void TableRecordset::moveNext() {
   if (atEnd_) {
     raiseNoCurrentRecord();
   }
-  // After a deletion the next row has taken the position.
-  standOn(row_ ? position_ + 1 : position_);
+  if (position_) {
+    // After a deletion the next row has taken the position.
+    return standOn(row_ ? *position_ + 1 : *position_);
+  }
+  std::optional<jet::RowId> next = rows_.after(rowId_);
+  while (next && !standOnRow(*next, std::nullopt)) {
+    next = rows_.after(*next);
+  }
+  if (!next) {
+    standAtEnd();
+  }
 }
 
 void TableRecordset::movePrevious() {
@@ -91,12 +109,13 @@ void TableRecordset::movePrevious() {
   if (beforeFirst_) {
     raiseNoCurrentRecord();
   }
-  if (position_ == 0) {
+  const auto at = static_cast<std::size_t>(position());
+  if (at == 0) {
     row_.reset();
     beforeFirst_ = true;
     return;
   }
-  standOn(position_ - 1);
+  standOn(at - 1);
 }
 
 std::int64_t TableRecordset::recordCount() {
@@ -108,7 +127,10 @@ std::int64_t TableRecordset::recordCount() {
 }
 
 std::int64_t TableRecordset::position() const {
-  return static_cast<std::int64_t>(position_);
+  if (!position_) {
+    position_ = rows_.positionOf(rowId_);
+  }
+  return static_cast<std::int64_t>(*position_);
 }
 
 void TableRecordset::moveTo(std::int64_t position) {
@@ -190,7 +212,7 @@ void TableRecordset::find(std::string_view text) {
     return RecordsetBase::find(text);
   }
   const auto found = firstInIndex(*index, criterion, field, rowId_);
-  found ? standOn(rows_.positionOf(*found)) : standOn(rows_.count());
+  found ? void(standOnRow(*found, std::nullopt)) : standAtEnd();
 }
 
 // Changing ----------------------------------------------------------------------------------
@@ -254,16 +276,19 @@ void TableRecordset::update() {
   const jet::RowId saved = commit({change});
   edit_.reset();
   numberLock_.reset();
-  standOn(rows_.positionOf(saved));
+  standOnRow(saved, std::nullopt);
 }
 
 void TableRecordset::updateBatch() {
   needUpdatable();
   saveEdit();
+  const bool anySaved = !pending_.empty();
   const jet::RowId saved = commit(pending_);
   pending_.clear();
   numberLock_.reset();
-  standOn(rows_.positionOf(saved));
+  if (anySaved && !standOnRow(saved, std::nullopt)) {
+    standAtEnd();
+  }
 }
 
 jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
@@ -321,7 +346,12 @@ void TableRecordset::deleteRow() {
   } else {
     table_->erase(rowId_);
   }
-  rows_.remove(position_);
+  if (position_) {
+    rows_.remove(*position_);
+  } else if (!rows_.isWholeTable()) {
+    position_ = rows_.positionOf(rowId_);
+    rows_.remove(*position_);
+  }
   row_.reset();
 }
 

@@ -55,6 +55,8 @@ class TableRecordset final : public RecordsetBase {
   };
 
   void standOn(std::size_t position);
+  bool standOnRow(jet::RowId row, std::optional<std::size_t> position);
+  void standAtEnd();
   void saveEdit();
   void needUpdatable() const;
   std::vector<Value> currentValues() const;
@@ -66,9 +68,10 @@ class TableRecordset final : public RecordsetBase {
 
   std::shared_ptr<jet::Table> table_;
   LockType lock_;
-  TableRows rows_;
-  std::size_t position_ = 0;
-  jet::RowId rowId_{};
+  mutable TableRows rows_;
+  /// Of the current row; none when it was found some other way than by its position.
+  mutable std::optional<std::size_t> position_ = 0;
+  jet::RowId rowId_{};  ///< the current row, or the one that was deleted
   std::optional<jet::RowView> row_;  ///< the current row; none at the end and after a deletion
   bool atEnd_ = true;
   bool beforeFirst_ = false;

@@ -37,6 +37,21 @@ std::size_t TableRows::positionOf(jet::RowId row) {
                                   known_.begin());
 }
 
+std::optional<jet::RowId> TableRows::after(jet::RowId row) {
+  if (!whole_) {
+    return at(positionOf(row) + 1);
+  }
+  if (!walk_ || walk_->rowId() != row) {
+    walk_ = table_->scan();
+    walk_->seekAfter(row);
+  }
+  if (!walk_->next()) {
+    walk_.reset();
+    return std::nullopt;
+  }
+  return walk_->rowId();
+}
+
 std::size_t TableRows::count() {
   if (whole_ && scan_) {
     return table_->rowCount();

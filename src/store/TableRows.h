@@ -19,8 +19,10 @@ class TableRows {
 
   /// The row at a position; none past the end.
   std::optional<jet::RowId> at(std::size_t position);
-  /// The position of a row that is in the list.
+  /// The position of a row that is in the list. For a whole table, the rows before it are read.
   std::size_t positionOf(jet::RowId row);
+  /// The row after one that is in the list; none after the last.
+  std::optional<jet::RowId> after(jet::RowId row);
   /// Whether all rows of the table are in it.
   bool isWholeTable() const { return whole_; }
   /// Number of rows.
@@ -35,6 +37,7 @@ class TableRows {
   std::shared_ptr<jet::Table> table_;
   bool whole_;
   std::optional<jet::TableScan> scan_;  ///< stands on the last of `known_`; none at the end
+  std::optional<jet::TableScan> walk_;  ///< stands on the row that after() gave last
   std::vector<jet::RowId> known_;
 };
 

@@ -83,6 +83,14 @@ bool TableScan::nextPage() {
   return true;
 }
 
+void TableScan::seekAfter(RowId row) {
+  nextPage_ = row.page;
+  rowsOnPage_ = nextRow_ = 0;
+  if (nextPage() && page_.number() == row.page) {
+    nextRow_ = static_cast<std::uint16_t>(row.row + 1);
+  }
+}
+
 bool TableScan::next() {
   while (true) {
     while (nextRow_ >= rowsOnPage_) {

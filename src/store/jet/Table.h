@@ -22,6 +22,8 @@ class TableScan {
   TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition);
   /// Goes to the next row; false after the last one.
   bool next();
+  /// Goes between `row`, which may be gone, and the rows after it.
+  void seekAfter(RowId row);
   /// The current row; valid until the next call of next().
   const RowView& row() const { return row_; }
   RowId rowId() const { return rowId_; }
