@@ -56,10 +56,10 @@ class Fields {
   void begin(std::string section) { section_ = std::move(section); }
 
   template <class T>
-  void add(const char* name, const T& value, const char* unit = "") {
+  void add(const std::string& name, const T& value, const char* unit = "") {
     fields_.push_back({section_, name, words(value), unit});
   }
-  void addText(const char* name, std::string value) {
+  void addText(const std::string& name, std::string value) {
     fields_.push_back({section_, name, std::move(value), ""});
   }
   /// A number that is 0 where a source does not hold it.
@@ -90,10 +90,11 @@ void addIdentity(Fields& fields, const GlazingData& pane) {
   fields.add("hidden", pane.Hidden());
 }
 
-void addMaterial(Fields& fields, const GlazingData& pane) {
+/// `prefix` tells the values of a component from the pane's own.
+void addMaterial(Fields& fields, const GlazingData& pane, const std::string& prefix = {}) {
   const bool si = pane.unit() == kSI;
-  fields.add("thickness", pane.Thickness(), si ? "mm" : "in");
-  fields.add("conductivity", pane.Conductivity(), si ? "W/(m·K)" : "Btu/(h·ft·°F)");
+  fields.add(prefix + "thickness", pane.Thickness(), si ? "mm" : "in");
+  fields.add(prefix + "conductivity", pane.Conductivity(), si ? "W/(m·K)" : "Btu/(h·ft·°F)");
 }
 
 void addScalars(Fields& fields, const GlazingData& pane) {
@@ -126,15 +127,16 @@ void addComposition(Fields& fields, const GlazingData& pane) {
 /// The layers from front to back.
 void addLayers(Fields& fields, const GlazingData& pane) {
   const char* unit = pane.unit() == kSI ? "mm" : "in";
+  fields.begin("Layers");
   for (std::int32_t i = 0; i < pane.StructureCount(); ++i) {
     const GlazingStructure& layer = *pane.structure(i);
-    fields.begin(fmt::format("Layer {}", i + 1));
-    fields.add("file", layer.filename());
-    fields.add("thickness", layer.Thickness(), unit);
-    fields.add("flipped", layer.Flipped());
+    const std::string name = fmt::format("layer {} ", i + 1);
+    fields.add(name + "file", layer.filename());
+    fields.add(name + "thickness", layer.Thickness(), unit);
+    fields.add(name + "flipped", layer.Flipped());
     if (!layer.HasReference()) continue;
-    fields.add("product name", layer.FileGlazingData()->productname());
-    fields.add("supplier", layer.FileGlazingData()->supplier());
+    fields.add(name + "product name", layer.FileGlazingData()->productname());
+    fields.add(name + "supplier", layer.FileGlazingData()->supplier());
   }
 }
 
@@ -143,12 +145,11 @@ void addSubstrate(Fields& fields, const GlazingData& pane) {
   if (!pane.HasSubstrate()) return;
   const GlazingData& substrate = *pane.SubstrateReference();
   fields.begin("Substrate");
-  fields.add("name", substrate.filename());
-  fields.add("product name", substrate.productname());
-  fields.add("supplier", substrate.supplier());
-  fields.addText("type", words(kGlazingTypeNames, substrate.GlazingType()));
-  addMaterial(fields, substrate);
-  fields.addText("spectrum", substrate.SpectralData() ? "yes" : "no");
+  fields.add("substrate name", substrate.filename());
+  fields.add("substrate product name", substrate.productname());
+  fields.add("substrate supplier", substrate.supplier());
+  fields.addText("substrate type", words(kGlazingTypeNames, substrate.GlazingType()));
+  addMaterial(fields, substrate, "substrate ");
 }
 
 void addUses(Fields& fields, const GlazingData& pane) {

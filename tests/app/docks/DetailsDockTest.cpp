@@ -70,9 +70,9 @@ TEST_F(DetailsDockTest, ShowsAPaneWithLayersAndSubstrate) {
   pane->SubstrateReference(substrate);
   dock_.showPane({pane});
   EXPECT_EQ(line("Thickness"), "Thickness\t0.25\tin");
-  EXPECT_EQ(line("Flipped"), "Flipped\tyes\t");
-  EXPECT_TRUE(tree_->text(false).contains("Name\tfloat 6\t\n"));
-  EXPECT_TRUE(tree_->text(false).contains("Thickness\t6\tmm\n"));
+  EXPECT_EQ(line("Layer 1 flipped"), "Layer 1 flipped\tyes\t");
+  EXPECT_EQ(line("Substrate name"), "Substrate name\tfloat 6\t");
+  EXPECT_EQ(line("Substrate thickness"), "Substrate thickness\t6\tmm");
   EXPECT_EQ(line("First wavelength"), "First wavelength\t300\tnm");
   EXPECT_FALSE(picture_->isVisible());
   EXPECT_FALSE(slats_->isVisible());
