@@ -6,6 +6,8 @@
 #include <chrono>
 #include <span>
 
+#include "commands/NumberText.h"
+
 namespace orv::commands {
 
 namespace {
@@ -23,7 +25,7 @@ std::string words(float value) {
   return fmt::format("{}", value);
 }
 std::string words(double value) {
-  return fmt::format("{}", value);
+  return numberText(value);
 }
 
 std::string words(const OptionalDate& date) {
@@ -50,20 +52,29 @@ std::string emissivity(float value) {
 /// The fields gathered so far.
 class Fields {
  public:
+  /// The section of the fields that are added from now on.
+  void begin(std::string section) { section_ = std::move(section); }
+
   template <class T>
-  void add(const char* name, const T& value, const char* unit = "") {
-    fields_.push_back({name, words(value), unit});
+  void add(const std::string& name, const T& value, const char* unit = "") {
+    fields_.push_back({section_, name, words(value), unit});
   }
-  void addText(const char* name, std::string value) {
-    fields_.push_back({name, std::move(value), ""});
+  void addText(const std::string& name, std::string value) {
+    fields_.push_back({section_, name, std::move(value), ""});
+  }
+  /// A number that is 0 where a source does not hold it.
+  void addUnlessZero(const char* name, float value) {
+    if (value != 0) add(name, value);
   }
   std::vector<DetailField> take() { return std::move(fields_); }
 
  private:
+  std::string section_;
   std::vector<DetailField> fields_;
 };
 
 void addIdentity(Fields& fields, const GlazingData& pane) {
+  fields.begin("Pane");
   fields.add("id", pane.id());
   fields.add("name", pane.filename());
   fields.add("product name", pane.productname());
@@ -79,10 +90,16 @@ void addIdentity(Fields& fields, const GlazingData& pane) {
   fields.add("hidden", pane.Hidden());
 }
 
-void addScalars(Fields& fields, const GlazingData& pane) {
+/// `prefix` tells the values of a component from the pane's own.
+void addMaterial(Fields& fields, const GlazingData& pane, const std::string& prefix = {}) {
   const bool si = pane.unit() == kSI;
-  fields.add("thickness", pane.Thickness(), si ? "mm" : "in");
-  fields.add("conductivity", pane.Conductivity(), si ? "W/(m·K)" : "Btu/(h·ft·°F)");
+  fields.add(prefix + "thickness", pane.Thickness(), si ? "mm" : "in");
+  fields.add(prefix + "conductivity", pane.Conductivity(), si ? "W/(m·K)" : "Btu/(h·ft·°F)");
+}
+
+void addScalars(Fields& fields, const GlazingData& pane) {
+  fields.begin("Thermal values");
+  addMaterial(fields, pane);
   fields.add("infrared transmittance front", pane.TfIR());
   fields.add("infrared transmittance back", pane.TbiR());
   fields.addText("emissivity front", emissivity(pane.ef()));
@@ -91,12 +108,8 @@ void addScalars(Fields& fields, const GlazingData& pane) {
   fields.addText("source of emissivity back", sourceOfEmissivity(pane.eb_source()));
 }
 
-std::string layerText(const GlazingStructure& layer) {
-  return fmt::format("{}; {}; {}", layer.filename(), layer.Thickness(),
-                     layer.Flipped() ? "flipped" : "not flipped");
-}
-
 void addComposition(Fields& fields, const GlazingData& pane) {
+  fields.begin("Composition");
   fields.addText("type", words(kGlazingTypeNames, pane.GlazingType()));
   fields.add("material", pane.material());
   fields.add("coating name", pane.CoatingName());
@@ -109,9 +122,38 @@ void addComposition(Fields& fields, const GlazingData& pane) {
   fields.add("laminate file", pane.LaminateFilename());
   fields.add("laminate material", pane.LaminateMaterial());
   fields.add("film file", pane.FilmFilename());
+}
+
+/// The layers from front to back.
+void addLayers(Fields& fields, const GlazingData& pane) {
+  const char* unit = pane.unit() == kSI ? "mm" : "in";
+  fields.begin("Layers");
   for (std::int32_t i = 0; i < pane.StructureCount(); ++i) {
-    fields.addText("layer (file; thickness; side)", layerText(*pane.structure(i)));
+    const GlazingStructure& layer = *pane.structure(i);
+    const std::string name = fmt::format("layer {} ", i + 1);
+    fields.add(name + "file", layer.filename());
+    fields.add(name + "thickness", layer.Thickness(), unit);
+    fields.add(name + "flipped", layer.Flipped());
+    if (!layer.HasReference()) continue;
+    fields.add(name + "product name", layer.FileGlazingData()->productname());
+    fields.add(name + "supplier", layer.FileGlazingData()->supplier());
   }
+}
+
+/// The substrate's own record, once it has been read.
+void addSubstrate(Fields& fields, const GlazingData& pane) {
+  if (!pane.HasSubstrate()) return;
+  const GlazingData& substrate = *pane.SubstrateReference();
+  fields.begin("Substrate");
+  fields.add("substrate name", substrate.filename());
+  fields.add("substrate product name", substrate.productname());
+  fields.add("substrate supplier", substrate.supplier());
+  fields.addText("substrate type", words(kGlazingTypeNames, substrate.GlazingType()));
+  addMaterial(fields, substrate, "substrate ");
+}
+
+void addUses(Fields& fields, const GlazingData& pane) {
+  fields.begin("Uses and availability");
   for (std::int32_t i = 1; i <= pane.UsesCount(); ++i) fields.add("use", pane.uses(i));
   for (std::int32_t i = 1; i <= pane.AvailabilityCount(); ++i) {
     const auto& entry = *pane.Availability(i);
@@ -119,8 +161,25 @@ void addComposition(Fields& fields, const GlazingData& pane) {
   }
 }
 
-/// Of the values calculated from the spectrum, those that databases of every kind hold.
+/// The values calculated from the spectrum that only some sources hold.
+void addRareIntegrated(Fields& fields, const GlazingData& pane) {
+  fields.addUnlessZero("calculated infrared transmittance", pane.Precalc_TfIR());
+  fields.addUnlessZero("calculated emissivity front", pane.Precalc_ef());
+  fields.addUnlessZero("calculated emissivity back", pane.Precalc_eb());
+  fields.addUnlessZero("CIE X of transmission", pane.Precalc_TCIEX());
+  fields.addUnlessZero("CIE Y of transmission", pane.Precalc_TCIEY());
+  fields.addUnlessZero("CIE Z of transmission", pane.Precalc_TCIEZ());
+  fields.addUnlessZero("CIE X of front reflection", pane.Precalc_RfCIEX());
+  fields.addUnlessZero("CIE Y of front reflection", pane.Precalc_RfCIEY());
+  fields.addUnlessZero("CIE Z of front reflection", pane.Precalc_RfCIEZ());
+  fields.addUnlessZero("damage-weighted transmittance", pane.Precalc_Tdw());
+  fields.addUnlessZero("skin protection transmittance", pane.Precalc_TSPF());
+  if (!pane.Precalc_StandardName().empty()) fields.add("standard", pane.Precalc_StandardName());
+  if (pane.Precalc_Time()) fields.add("calculated", pane.Precalc_Time());
+}
+
 void addIntegrated(Fields& fields, const GlazingData& pane) {
+  fields.begin("Integrated values");
   if (pane.Precalc_Rfsol() < 0) {
     fields.addText("integrated values", "none at this angle");
     return;
@@ -137,9 +196,11 @@ void addIntegrated(Fields& fields, const GlazingData& pane) {
   fields.add("ultraviolet transmittance back", pane.Precalc_Tbuv());
   fields.add("ultraviolet reflectance front", pane.Precalc_Rfuv());
   fields.add("ultraviolet reflectance back", pane.Precalc_Rbuv());
+  addRareIntegrated(fields, pane);
 }
 
 void addOrvFields(Fields& fields, const GlazingData& pane) {
+  fields.begin("ORV database");
   fields.add("angle of incidence", std::int32_t{pane.ORV_Angle()}, "°");
   fields.add("direction", pane.ORV_Direction());
   fields.add("database emissivity front", pane.ORV_Emissivity_front());
@@ -155,6 +216,7 @@ void addOrvFields(Fields& fields, const GlazingData& pane) {
 }
 
 void addSpectrumExtent(Fields& fields, const GlazingData& pane) {
+  fields.begin("Spectrum");
   const auto& spectrum = pane.SpectralData();
   const std::int32_t count = spectrum ? spectrum->count() : 0;
   fields.add("spectral points", count);
@@ -172,6 +234,9 @@ std::vector<DetailField> paneDetails(const GlazingData& pane) {
   addIdentity(fields, pane);
   addScalars(fields, pane);
   addComposition(fields, pane);
+  addLayers(fields, pane);
+  addSubstrate(fields, pane);
+  addUses(fields, pane);
   addOrvFields(fields, pane);
   addIntegrated(fields, pane);
   addSpectrumExtent(fields, pane);
@@ -180,6 +245,7 @@ std::vector<DetailField> paneDetails(const GlazingData& pane) {
 
 std::vector<DetailField> frameDetails(const FrameDataClass& frame) {
   Fields fields;
+  fields.begin("Frame");
   fields.add("id", frame.id());
   fields.add("name", frame.name());
   fields.add("product name", frame.productname());

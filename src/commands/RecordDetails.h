@@ -11,7 +11,9 @@
 namespace orv::commands {
 
 /// A field with its value in words and its unit; the unit is empty for texts and pure numbers.
+/// Fields that belong together follow each other and have the same section.
 struct DetailField {
+  std::string section;
   std::string name;
   std::string value;
   std::string unit;

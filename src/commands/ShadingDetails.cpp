@@ -1,5 +1,11 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "commands/NumberText.h"
 #include "commands/RecordDetails.h"
 #include "database/ShadingColumns.h"
 
@@ -22,26 +28,92 @@ const char* unitOf(Property<double> ShadingDataClass::*member) {
   return "";
 }
 
-/// One field for a column, under the column's name.
+/// The sections in the order in which they are shown.
+constexpr const char* kSheet = "Shading";
+constexpr const char* kSlats = "Slats";
+constexpr const char* kSurface = "Surface of the slats";
+constexpr const char* kSurfaceBeam = "Surface of the slats, beam";
+constexpr std::array kSections{kSheet, kSlats, kSurface, kSurfaceBeam};
+
+/// Where a column belongs, by its name.
+std::string_view sectionOf(std::string_view column) {
+  if (column.find("_slat_surf") != std::string_view::npos) {
+    return column.ends_with("_BB") ? kSurfaceBeam : kSurface;
+  }
+  const bool isOfSlats = column.find("slat_") != std::string_view::npos || column == "angle";
+  return isOfSlats ? kSlats : kSheet;
+}
+
+/// What the words of columns' names stand for; nothing for those that the section says.
+constexpr std::pair<std::string_view, std::string_view> kWords[] = {
+    {"Sol", "solar"},
+    {"Vis", "visible"},
+    {"Uv", "ultraviolet"},
+    {"UV", "ultraviolet"},
+    {"IR", "infrared"},
+    {"refl", "reflectance"},
+    {"transm", "transmittance"},
+    {"transmission", "transmittance"},
+    {"reflection", "reflectance"},
+    {"emission", "emissivity"},
+    {"visual", "visible"},
+    {"transmissivity", "transmittance"},
+    {"outd", "outdoor"},
+    {"ind", "indoor"},
+    {"BB", ""},
+    {"conduction", "conductivity"},
+    {"homogenious", "homogeneous"},
+    {"productname", "product name"},
+    {"typeID", "type"},
+    {"dataID", "data id"},
+    {"freeze", "frozen"},
+};
+
+std::string_view readableWord(std::string_view word) {
+  for (const auto& [written, meant] : kWords) {
+    if (word == written) return meant;
+  }
+  return word;
+}
+
+/// The name of a column in words: "Sol_refl_slat_surf_outd" is "solar reflectance outdoor".
+std::string readableName(std::string column) {
+  constexpr std::string_view kSurfaceWords = "_slat_surf";
+  if (const auto at = column.find(kSurfaceWords); at != std::string::npos) {
+    column.erase(at, kSurfaceWords.size());
+  }
+  std::string name;
+  for (std::size_t start = 0; start < column.size();) {
+    const std::size_t end = std::min(column.find('_', start), column.size());
+    const auto word = readableWord(std::string_view(column).substr(start, end - start));
+    if (!name.empty() && !word.empty()) name += ' ';
+    name += word;
+    start = end + 1;
+  }
+  return name;
+}
+
+/// One field for a column, under its name in words.
 struct ColumnField {
   const ShadingDataClass& shading;
+  std::string section;
   std::string name;
 
   DetailField operator()(ShadingKey key) const {
-    return key == ShadingKey::group ? DetailField{"group", shading.group(), ""}
-                                    : DetailField{"supplier", shading.supplier(), ""};
+    return key == ShadingKey::group ? DetailField{section, "group", shading.group(), ""}
+                                    : DetailField{section, "supplier", shading.supplier(), ""};
   }
   DetailField operator()(Property<double> ShadingDataClass::*member) const {
-    return {name, fmt::format("{}", (shading.*member)()), unitOf(member)};
+    return {section, name, numberText((shading.*member)()), unitOf(member)};
   }
   DetailField operator()(Property<bool> ShadingDataClass::*member) const {
-    return {name, (shading.*member)() ? "yes" : "no", ""};
+    return {section, name, (shading.*member)() ? "yes" : "no", ""};
   }
   DetailField operator()(Property<std::int32_t> ShadingDataClass::*member) const {
-    return {name, fmt::format("{}", (shading.*member)()), ""};
+    return {section, name, fmt::format("{}", (shading.*member)()), ""};
   }
   DetailField operator()(Property<std::string> ShadingDataClass::*member) const {
-    return {name, (shading.*member)(), ""};
+    return {section, name, (shading.*member)(), ""};
   }
 };
 
@@ -49,17 +121,22 @@ struct ColumnField {
 
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   std::vector<DetailField> fields;
-  fields.push_back({"id", fmt::format("{}", shading.id()), ""});
-  for (const ShadingColumn& column : database::shadingColumns()) {
-    fields.push_back(std::visit(ColumnField{shading, column.name}, column.member));
+  fields.push_back({kSheet, "id", fmt::format("{}", shading.id()), ""});
+  for (const char* section : kSections) {
+    for (const ShadingColumn& column : database::shadingColumns()) {
+      if (sectionOf(column.name) != section) continue;
+      fields.push_back(
+          std::visit(ColumnField{shading, section, readableName(column.name)}, column.member));
+    }
   }
   for (const ShadingIntegratedData& row : shading.integrated()) {
     const std::string at = fmt::format(" at {}°", row.angle);
     for (const auto& column : database::shadingIntegratedColumns().subspan(1)) {
-      fields.push_back({column.name + at, fmt::format("{}", row.*column.member), ""});
+      fields.push_back({"Integrated values", column.name + at, numberText(row.*column.member), ""});
     }
   }
-  fields.push_back({"spectral points", fmt::format("{}", shading.spectrum().size()), ""});
+  fields.push_back(
+      {"Spectrum", "spectral points", fmt::format("{}", shading.spectrum().size()), ""});
   return fields;
 }
 

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QDockWidget>
+#include <memory>
+#include <vector>
+
+#include "model/FrameDataClass.h"
+#include "model/GlazingData.h"
+#include "model/ShadingDataClass.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QSplitter;
+class QStackedWidget;
+
+namespace orv::app {
+
+class DetailsTree;
+class PictureView;
+class SlatDrawing;
+
+/// Every field of one record, with a frame's picture or a shading's slats.
+class DetailsDock : public QDockWidget {
+  Q_OBJECT
+
+ public:
+  explicit DetailsDock(QWidget* parent = nullptr);
+  ~DetailsDock() override;
+
+  /// Shows a pane by its records at each stored angle, at least one. The angle chosen last is shown
+  /// where the pane has it, else the first.
+  void showPane(std::vector<std::shared_ptr<const GlazingData>> angles);
+  void showFrame(const std::shared_ptr<const FrameDataClass>& frame);
+  void showShading(const std::shared_ptr<const ShadingDataClass>& shading);
+  void clear();
+  /// Shows a text in place of a record: that several are selected, or why one could not be read.
+  void showText(const QString& text);
+
+ private:
+  QWidget* buildRecordPage();
+  void fillAngles();
+  void showAngle(int index);
+  /// Shows the page of the record, with this drawing below the fields, or with none.
+  void showRecord(QWidget* drawing);
+
+  QStackedWidget* pages_;
+  QLabel* text_;
+  QLineEdit* filter_;
+  QComboBox* angle_;
+  QSplitter* splitter_;
+  DetailsTree* tree_;
+  QStackedWidget* drawings_;
+  PictureView* picture_;
+  SlatDrawing* slats_;
+  std::vector<std::shared_ptr<const GlazingData>> panes_;
+};
+
+}  // namespace orv::app

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QTreeWidget>
+#include <vector>
+
+#include "commands/RecordDetails.h"
+
+namespace orv::app {
+
+/// The fields of a record, grouped: a name, a value and a unit a row. Rows can be searched, and
+/// selected rows copied as text.
+class DetailsTree : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  explicit DetailsTree(QWidget* parent = nullptr);
+
+  /// Shows fields in place of the former ones; groups that the user closed stay closed.
+  void showFields(const std::vector<commands::DetailField>& fields);
+  /// Hides the rows that have the text neither in their name nor in their value; letter case does
+  /// not count. An empty text shows all.
+  void setFilter(const QString& text);
+
+  /// The selected rows, or all that are shown when none is selected: a line a row, cells parted by
+  /// tabs.
+  QString text(bool onlySelected) const;
+  void copy(bool onlySelected) const;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  void applyFilter();
+  void fitNames();
+
+  QString filter_;
+  QString kind_;  ///< the first section of the fields, by which kinds of records are told apart
+};
+
+}  // namespace orv::app

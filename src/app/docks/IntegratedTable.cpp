@@ -1,0 +1,97 @@
+#include "app/docks/IntegratedTable.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+
+#include "app/docks/IntegratedValues.h"
+
+namespace orv::app {
+
+namespace {
+
+constexpr int kWidestColumn = 110;
+
+}  // namespace
+
+IntegratedTable::IntegratedTable(QWidget* parent) : QTableWidget(parent) {
+  setEditTriggers(NoEditTriggers);
+  setAlternatingRowColors(true);
+  setWordWrap(false);
+  setTabKeyNavigation(false);
+  setShowGrid(false);
+  setHorizontalScrollMode(ScrollPerPixel);
+  verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  horizontalHeader()->setTextElideMode(Qt::ElideMiddle);
+  setAccessibleName(tr("Integrated values"));
+  setWhatsThis(
+      tr("The solar, visible and ultraviolet values that the data source holds beside the "
+         "spectrum. They are shown as they are stored."));
+}
+
+void IntegratedTable::showDataSets(const std::vector<SpectrumDataSet>& dataSets) {
+  const auto rows = integratedRows(dataSets);
+  clear();
+  setRowCount(static_cast<int>(rows.size()));
+  setColumnCount(rows.empty() ? 0 : static_cast<int>(dataSets.size()));
+  for (int column = 0; column < columnCount(); ++column) {
+    const auto& label = dataSets[static_cast<std::size_t>(column)].label;
+    auto* header = new QTableWidgetItem(label);
+    header->setToolTip(label);
+    setHorizontalHeaderItem(column, header);
+  }
+  for (int row = 0; row < rowCount(); ++row) {
+    const auto& [name, values] = rows[static_cast<std::size_t>(row)];
+    setVerticalHeaderItem(row, new QTableWidgetItem(name));
+    for (int column = 0; column < columnCount(); ++column) {
+      const QString& value = values[static_cast<std::size_t>(column)];
+      auto* item = new QTableWidgetItem(value.isEmpty() ? QStringLiteral("–") : value);
+      item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      setItem(row, column, item);
+    }
+  }
+  resizeColumnsToContents();
+  for (int column = 0; column < columnCount(); ++column) {
+    if (columnWidth(column) > kWidestColumn) setColumnWidth(column, kWidestColumn);
+  }
+}
+
+void IntegratedTable::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    copySelection();
+  } else {
+    QTableWidget::keyPressEvent(event);
+  }
+}
+
+void IntegratedTable::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  auto* copy = menu.addAction(tr("&Copy"), this, [this] { copySelection(); });
+  copy->setShortcut(QKeySequence::Copy);
+  copy->setEnabled(!selectedRanges().isEmpty());
+  menu.addAction(tr("Select &All"), this, &QTableWidget::selectAll);
+  menu.exec(event->globalPos());
+}
+
+void IntegratedTable::copySelection() const {
+  const auto ranges = selectedRanges();
+  if (ranges.isEmpty()) return;
+  const QTableWidgetSelectionRange& range = ranges.first();
+  QString text;
+  for (int column = range.leftColumn(); column <= range.rightColumn(); ++column) {
+    text += u'\t' + horizontalHeaderItem(column)->text();
+  }
+  for (int row = range.topRow(); row <= range.bottomRow(); ++row) {
+    text += u'\n' + verticalHeaderItem(row)->text();
+    for (int column = range.leftColumn(); column <= range.rightColumn(); ++column) {
+      text += u'\t' + item(row, column)->text();
+    }
+  }
+  QGuiApplication::clipboard()->setText(text + u'\n');
+}
+
+}  // namespace orv::app

@@ -1,0 +1,102 @@
+#include "app/docks/PictureDecoding.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QtEndian>
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "app/docks/OleObject.h"
+
+namespace orv::app {
+
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// The start of the files that programs wrap into objects.
+constexpr std::array<std::string_view, 4> kSignatures{"\x89PNG\r\n\x1a\n", "\xff\xd8\xff", "BM",
+                                                      "GIF8"};
+constexpr std::size_t kFileHeaderSize = 14;    ///< of a bitmap file
+constexpr std::uint32_t kInfoHeaderSize = 40;  ///< least size of a bitmap's own header
+constexpr std::uint32_t kBitFields = 3;        ///< compression: three masks follow the header
+
+QByteArray viewOf(Bytes bytes) {
+  return QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),
+                                 static_cast<qsizetype>(bytes.size()));
+}
+
+DecodedPicture decodeFile(QByteArray data) {
+  QBuffer buffer(&data);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer);
+  reader.setAutoTransform(true);
+  // By what the data are; the name of a format alone must not make text of them.
+  reader.setDecideFormatFromContent(true);
+  const QString format = QString::fromLatin1(reader.format()).toUpper();
+  return {reader.read(), format};
+}
+
+std::uint32_t long32(Bytes bytes, std::size_t offset) {
+  return qFromLittleEndian<std::uint32_t>(bytes.data() + offset);
+}
+
+/// A bitmap as it lies in memory gets the file header that it lacks.
+DecodedPicture decodeBitmap(Bytes bytes) {
+  if (bytes.size() < kInfoHeaderSize) return {};
+  const std::uint32_t headerSize = long32(bytes, 0);
+  if (headerSize < kInfoHeaderSize || headerSize > bytes.size()) return {};
+  const auto bits = qFromLittleEndian<std::uint16_t>(bytes.data() + 14);
+  const std::uint32_t masks =
+      headerSize == kInfoHeaderSize && long32(bytes, 16) == kBitFields ? 12 : 0;
+  const std::uint32_t used = long32(bytes, 32);
+  const std::uint32_t colours = used != 0 ? std::min(used, 256U) : bits <= 8 ? 1U << bits : 0;
+
+  QByteArray file(kFileHeaderSize, '\0');
+  file[0] = 'B';
+  file[1] = 'M';
+  const auto size = static_cast<std::uint32_t>(kFileHeaderSize + bytes.size());
+  const auto pixels =
+      static_cast<std::uint32_t>(kFileHeaderSize) + headerSize + masks + colours * 4;
+  qToLittleEndian(size, file.data() + 2);
+  qToLittleEndian(pixels, file.data() + 10);
+  return decodeFile(file + viewOf(bytes));
+}
+
+/// The first place where a picture file lies in the bytes and can be decoded.
+DecodedPicture searchFile(Bytes bytes) {
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  for (const std::string_view signature : kSignatures) {
+    for (auto at = text.find(signature); at != std::string_view::npos;
+         at = text.find(signature, at + 1)) {
+      auto picture = decodeFile(viewOf(bytes.subspan(at)));
+      if (!picture.image.isNull()) return picture;
+    }
+  }
+  return {};
+}
+
+DecodedPicture decodeObject(const OleObject& object) {
+  for (const auto decode :
+       {+[](Bytes bytes) { return decodeFile(viewOf(bytes)); }, &decodeBitmap, &searchFile}) {
+    auto picture = decode(object.data);
+    if (!picture.image.isNull()) return picture;
+  }
+  return {QImage(), QString::fromStdString(object.className)};
+}
+
+}  // namespace
+
+DecodedPicture decodePicture(std::span<const std::uint8_t> field) {
+  if (field.empty()) return {};
+  if (const auto object = readOleObject(field)) return decodeObject(*object);
+  for (const auto decode :
+       {+[](Bytes bytes) { return decodeFile(viewOf(bytes)); }, &decodeBitmap, &searchFile}) {
+    auto picture = decode(field);
+    if (!picture.image.isNull()) return picture;
+  }
+  return {};
+}
+
+}  // namespace orv::app

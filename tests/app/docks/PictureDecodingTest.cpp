@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <vector>
+
+#include "app/docks/PictureDecoding.h"
+
+namespace orv::app {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+QImage picture() {
+  QImage image(13, 7, QImage::Format_RGB32);
+  image.fill(Qt::darkGreen);
+  image.setPixelColor(3, 2, Qt::red);
+  return image;
+}
+
+Bytes encoded(const char* format) {
+  QByteArray data;
+  QBuffer buffer(&data);
+  buffer.open(QIODevice::WriteOnly);
+  picture().save(&buffer, format);
+  return {data.begin(), data.end()};
+}
+
+void append(Bytes& bytes, std::uint32_t value, int size = 4) {
+  for (int i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+}
+
+void append(Bytes& bytes, const std::string& text) {
+  append(bytes, static_cast<std::uint32_t>(text.size() + 1));
+  bytes.insert(bytes.end(), text.begin(), text.end());
+  bytes.push_back(0);
+}
+
+/// An object as a field holds it, with data of its own and something behind it.
+Bytes wrapped(std::uint32_t format, const std::string& className, const Bytes& data) {
+  Bytes field;
+  append(field, 0x1C15, 2);
+  append(field, 36, 2);
+  field.resize(36, 0xAA);
+  append(field, 0x0501);
+  append(field, format);
+  append(field, className);
+  append(field, 0);
+  append(field, 0);
+  append(field, static_cast<std::uint32_t>(data.size()));
+  field.insert(field.end(), data.begin(), data.end());
+  field.resize(field.size() + 25, 0xBB);
+  return field;
+}
+
+constexpr std::uint32_t kEmbedded = 2;
+constexpr std::uint32_t kPresentation = 5;
+constexpr int kFileHeader = 14;
+
+TEST(PictureDecodingTest, DecodesPictureFiles) {
+  for (const char* format : {"PNG", "BMP"}) {
+    const auto decoded = decodePicture(encoded(format));
+    EXPECT_EQ(decoded.format, format);
+    EXPECT_EQ(decoded.image.convertToFormat(QImage::Format_RGB32), picture()) << format;
+  }
+  const auto jpeg = decodePicture(encoded("JPEG"));
+  EXPECT_EQ(jpeg.format, "JPEG");
+  EXPECT_EQ(jpeg.image.size(), picture().size());
+}
+
+TEST(PictureDecodingTest, DecodesWhatObjectsWrap) {
+  const Bytes file = encoded("BMP");
+  const Bytes bitmap(file.begin() + kFileHeader, file.end());
+  Bytes package{2, 0, 'a', 0, 'C', ':', 0, 0, 0};
+  const Bytes png = encoded("PNG");
+  package.insert(package.end(), png.begin(), png.end());
+
+  for (const Bytes& field :
+       {wrapped(kEmbedded, "PBrush", file), wrapped(kPresentation, "DIB", bitmap),
+        wrapped(kEmbedded, "Package", package), bitmap}) {
+    const auto decoded = decodePicture(field);
+    EXPECT_EQ(decoded.image.convertToFormat(QImage::Format_RGB32), picture());
+  }
+}
+
+TEST(PictureDecodingTest, NamesObjectsThatCannotBeShown) {
+  const auto decoded = decodePicture(wrapped(kEmbedded, "Word.Document.8", Bytes(500, 7)));
+  EXPECT_TRUE(decoded.image.isNull());
+  EXPECT_EQ(decoded.format, "Word.Document.8");
+}
+
+TEST(PictureDecodingTest, TakesNothingFromDamagedFields) {
+  EXPECT_TRUE(decodePicture({}).image.isNull());
+  EXPECT_TRUE(decodePicture(Bytes(20000, 7)).image.isNull());
+  const Bytes field = wrapped(kEmbedded, "PBrush", encoded("BMP"));
+  for (std::size_t size = 0; size < field.size() - 25; ++size) {
+    decodePicture(Bytes(field.begin(), field.begin() + static_cast<std::ptrdiff_t>(size)));
+  }
+  Bytes overlong = field;
+  overlong[2] = 0xFF;
+  overlong[3] = 0xFF;
+  EXPECT_NO_THROW(decodePicture(overlong));
+}
+
+}  // namespace
+}  // namespace orv::app

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolBar>
+#include <QWheelEvent>
+
+#include "app/docks/IntegratedTable.h"
+#include "app/docks/Panes.h"
+#include "app/docks/SpectrumDock.h"
+#include "app/docks/SpectrumLegend.h"
+#include "app/docks/SpectrumView.h"
+
+namespace orv::app {
+namespace {
+
+class SpectrumDockTest : public testing::Test {
+ protected:
+  SpectrumDockTest() {
+    dock_.resize(800, 400);
+    dock_.show();
+    view_ = dock_.findChild<SpectrumView*>();
+    legend_ = dock_.findChild<SpectrumLegend*>();
+    QApplication::processEvents();
+  }
+
+  void showTwoAngles() {
+    dock_.showPanes({makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.6F, 0.1F, 0.1F}}),
+                     makePane("a", 60, {{300, 0.5F, 0.2F, 0.2F}, {25000, 0.4F, 0.2F, 0.2F}})});
+    QApplication::processEvents();
+  }
+
+  QAction* action(const QString& text) {
+    for (QAction* action : dock_.findChild<QToolBar*>()->actions()) {
+      if (action->text() == text) return action;
+    }
+    ADD_FAILURE() << "no action " << text.toStdString();
+    return nullptr;
+  }
+
+  int visibleCurves() const {
+    int count = 0;
+    for (const auto* series : view_->chart()->series()) count += series->isVisible() ? 1 : 0;
+    return count;
+  }
+
+  QString emptyText() const {
+    const auto* label = dock_.findChild<QLabel*>("spectrumEmptyText");
+    return label->isVisible() ? label->text() : QString();
+  }
+
+  SpectrumDock dock_;
+  SpectrumView* view_;
+  SpectrumLegend* legend_;
+};
+
+TEST_F(SpectrumDockTest, SaysWhyThereIsNoPlot) {
+  EXPECT_EQ(emptyText(), "Select one or more panes to see their spectra here.");
+  EXPECT_FALSE(action("Save as…")->isEnabled());
+  dock_.showPanes({makePane("bare", 0, {})});
+  EXPECT_EQ(emptyText(), "The selected panes have no spectral data.");
+  EXPECT_FALSE(action("Copy")->isEnabled());
+  showTwoAngles();
+  EXPECT_EQ(emptyText(), "");
+  EXPECT_TRUE(action("Save as…")->isEnabled());
+  dock_.clear();
+  EXPECT_EQ(emptyText(), "Select one or more panes to see their spectra here.");
+}
+
+TEST_F(SpectrumDockTest, ShowsAndHidesCurves) {
+  showTwoAngles();
+  EXPECT_EQ(visibleCurves(), 6);
+  action("Rf")->trigger();
+  EXPECT_EQ(visibleCurves(), 4);
+  legend_->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+  EXPECT_EQ(visibleCurves(), 2);
+  legend_->topLevelItem(0)->setCheckState(0, Qt::Checked);
+
+  auto* angles = dock_.findChild<QComboBox*>();
+  ASSERT_EQ(angles->count(), 3);
+  angles->setCurrentIndex(2);
+  emit angles->activated(2);
+  EXPECT_EQ(visibleCurves(), 2);
+  EXPECT_TRUE(legend_->topLevelItem(0)->isHidden());
+  EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
+}
+
+TEST_F(SpectrumDockTest, ChangesTheAxisWithoutTheData) {
+  showTwoAngles();
+  EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
+  action("Logarithmic wavelengths")->trigger();
+  EXPECT_NEAR(dock_.plot().range.right(), std::log10(25.0), 1e-4);
+  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (nm)");
+  dock_.setWavelengthUnit(kMicrons);
+  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (µm)");
+}
+
+TEST_F(SpectrumDockTest, ZoomsWithMouseAndKeys) {
+  showTwoAngles();
+  const QRectF full = dock_.plot().range;
+  EXPECT_FALSE(action("Show everything")->isEnabled());
+
+  const QPoint middle = view_->viewport()->rect().center();
+  QWheelEvent wheel(middle, view_->viewport()->mapToGlobal(middle), {}, {0, 240}, Qt::NoButton,
+                    Qt::ControlModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(view_->viewport(), &wheel);
+  EXPECT_NEAR(dock_.plot().range.width(), full.width() / (1.25 * 1.25), 1e-6);
+  EXPECT_NEAR(dock_.plot().range.height(), full.height(), 1e-9) << "with Ctrl wavelengths only";
+  EXPECT_TRUE(action("Show everything")->isEnabled());
+  QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, middle);
+  EXPECT_EQ(dock_.plot().range, full);
+
+  const QRectF area = view_->chart()->plotArea();
+  const QPoint from = area.center().toPoint();
+  QTest::mousePress(view_->viewport(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(view_->viewport(), area.bottomRight().toPoint() - QPoint(2, 2));
+  QTest::mouseRelease(view_->viewport(), Qt::LeftButton, {},
+                      area.bottomRight().toPoint() - QPoint(2, 2));
+  EXPECT_NEAR(dock_.plot().range.left(), full.center().x(), 0.2);
+  EXPECT_NEAR(dock_.plot().range.bottom(), 0.5, 0.02);
+  QTest::keyClick(view_, Qt::Key_0);
+  EXPECT_EQ(dock_.plot().range, full);
+  QTest::keyClick(view_, Qt::Key_Minus);
+  EXPECT_EQ(dock_.plot().range, full) << "there is nothing beyond everything";
+}
+
+TEST_F(SpectrumDockTest, FollowsThePointer) {
+  showTwoAngles();
+  EXPECT_FALSE(view_->pointedWavelength());
+  const QRectF area = view_->chart()->plotArea();
+  QTest::mouseMove(view_->viewport(), area.center().toPoint());
+  ASSERT_TRUE(view_->pointedWavelength());
+  EXPECT_NEAR(*view_->pointedWavelength(), dock_.plot().range.center().x(), 0.1);
+  const QImage with = view_->grab().toImage();
+  view_->pointAt({-1, -1});
+  EXPECT_FALSE(view_->pointedWavelength());
+  EXPECT_NE(view_->grab().toImage(), with);
+}
+
+TEST_F(SpectrumDockTest, ListsStoredValues) {
+  auto pane = makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.6F, 0.1F, 0.1F}});
+  dock_.showPanes({pane});
+  auto* table = dock_.findChild<IntegratedTable*>();
+  EXPECT_FALSE(table->isVisible());
+  pane->Precalc_Tfvis(0.885F);
+  dock_.showPanes({pane});
+  EXPECT_TRUE(table->isVisible());
+  table->selectRow(4);
+  QTest::keySequence(table, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(), "\ta\nVisible T, front\t0.885\n");
+}
+
+TEST_F(SpectrumDockTest, CopiesPictureAndText) {
+  showTwoAngles();
+  QSignalSpy messages(&dock_, &SpectrumDock::statusMessage);
+  dock_.copy();
+  const QMimeData* data = QApplication::clipboard()->mimeData();
+  EXPECT_TRUE(data->hasImage());
+  EXPECT_TRUE(data->text().startsWith("Wavelength (nm)\ta, 0° T\t"));
+  EXPECT_EQ(messages.count(), 1);
+}
+
+}  // namespace
+}  // namespace orv::app

@@ -1,0 +1,143 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "app/docks/Panes.h"
+#include "app/docks/PlotTheme.h"
+#include "app/docks/Readout.h"
+#include "app/docks/SpectrumPlot.h"
+
+namespace orv::app {
+namespace {
+
+using testing::DoubleNear;
+using testing::ElementsAre;
+
+constexpr auto kT = SpectralQuantity::transmittance;
+constexpr auto kRf = SpectralQuantity::frontReflectance;
+constexpr auto kRb = SpectralQuantity::backReflectance;
+
+TEST(SpectrumPlotTest, TakesSpectraInAscendingMicronsWhateverTheRecordHolds) {
+  const auto sets = dataSetsOf({makePane(
+      "a", 0, {{2500, 0.7F, 0.1F, 0.2F}, {0, 0.5F, 0.5F, 0.5F}, {500, 0.9F, 0.08F, 0.09F}})});
+  ASSERT_EQ(sets.size(), 1U);
+  EXPECT_THAT(sets[0].wavelengths, ElementsAre(DoubleNear(0.5, 1e-6), DoubleNear(2.5, 1e-6)));
+  EXPECT_THAT(sets[0].of(kT), ElementsAre(DoubleNear(0.9, 1e-6), DoubleNear(0.7, 1e-6)));
+  EXPECT_THAT(sets[0].of(kRf), ElementsAre(DoubleNear(0.08, 1e-6), DoubleNear(0.1, 1e-6)));
+  EXPECT_THAT(sets[0].of(kRb), ElementsAre(DoubleNear(0.09, 1e-6), DoubleNear(0.2, 1e-6)));
+}
+
+TEST(SpectrumPlotTest, BindsTheAnglesOfAPaneTogether) {
+  const auto sets = dataSetsOf({makePane("a", 0, {}), makePane("b", 0, {}), makePane("a", 60, {}),
+                                makePane("c", 45, {}), makePane("a", 60, {})});
+  std::vector<int> panes;
+  std::vector<int> angleIndexes;
+  QStringList labels;
+  for (const auto& set : sets) {
+    panes.push_back(set.pane);
+    angleIndexes.push_back(set.angleIndex);
+    labels << set.label;
+  }
+  // The last repeats an angle: the same pane of another source.
+  EXPECT_THAT(panes, ElementsAre(0, 1, 0, 2, 3));
+  EXPECT_THAT(angleIndexes, ElementsAre(0, 0, 1, 0, 0));
+  EXPECT_EQ(labels, (QStringList{"a, 0°", "b", "a, 60°", "c, 45°", "a, 60°"}));
+}
+
+TEST(SpectrumPlotTest, NamesPanesWithoutAFileByProductOrNumber) {
+  auto product = makePane("", 0, {});
+  product->productname("Clear");
+  auto number = makePane("", 0, {});
+  number->id(7);
+  const auto sets = dataSetsOf({product, number, nullptr});
+  ASSERT_EQ(sets.size(), 2U);
+  EXPECT_EQ(sets[0].name, "Clear");
+  EXPECT_EQ(sets[1].name, "Pane 7");
+}
+
+TEST(SpectrumPlotTest, FindsValuesBetweenPointsOnly) {
+  const auto sets = dataSetsOf({makePane("a", 0, {{500, 0.8F, 0, 0}, {600, 0.6F, 0, 0}})});
+  EXPECT_NEAR(sets[0].valueAt(kT, 0.55).value(), 0.7, 1e-6);
+  EXPECT_NEAR(sets[0].valueAt(kT, sets[0].wavelengths[0]).value(), 0.8, 1e-6);
+  EXPECT_NEAR(sets[0].valueAt(kT, sets[0].wavelengths[1]).value(), 0.6, 1e-6);
+  EXPECT_FALSE(sets[0].valueAt(kT, 0.49));
+  EXPECT_FALSE(sets[0].valueAt(kT, 0.61));
+  EXPECT_FALSE(dataSetsOf({makePane("none", 0, {})})[0].valueAt(kT, 0.55));
+}
+
+TEST(SpectrumPlotTest, RangesOverWhatIsShown) {
+  SpectrumPlot plot;
+  EXPECT_EQ(plot.fullRange(), QRectF(QPointF(0.3, 0), QPointF(2.5, 1)));
+  plot.setRecords({makePane("a", 0, {{300, 0.8F, 0, 0}, {2500, 0.6F, 0, 0}}),
+                   makePane("b", 60, {{400, 0.8F, 1.25F, 0}, {25000, 0.6F, 0, 0}})});
+  EXPECT_NEAR(plot.range.right(), 25, 1e-5);
+  EXPECT_NEAR(plot.range.bottom(), 1.25, 1e-6);
+  plot.quantities[1] = false;
+  EXPECT_NEAR(plot.fullRange().bottom(), 1, 1e-6);
+  plot.hidden[1] = true;
+  EXPECT_NEAR(plot.fullRange().right(), 2.5, 1e-6);
+  plot.hidden[1] = false;
+  plot.angle = 60;
+  EXPECT_NEAR(plot.fullRange().left(), 0.4, 1e-6);
+  plot.scale.logarithmic = true;
+  EXPECT_NEAR(plot.fullRange().right(), 1.39794, 1e-5);
+}
+
+TEST(SpectrumPlotTest, KeepsAChosenRangeFromRecordToRecord) {
+  const auto visible = makePane("a", 0, {{300, 0.8F, 0, 0}, {2500, 0.6F, 0, 0}});
+  const auto infrared = makePane("b", 0, {{5000, 0, 0, 0}, {25000, 0, 0, 0}});
+  SpectrumPlot plot;
+  plot.setRecords({visible});
+  plot.range = QRectF(0.4, 0.5, 0.3, 0.2);
+  plot.zoomed = true;
+  plot.setRecords({});
+  plot.setRecords({visible});
+  EXPECT_EQ(plot.range, QRectF(0.4, 0.5, 0.3, 0.2));
+  plot.setRecords({infrared});
+  EXPECT_FALSE(plot.zoomed);
+  EXPECT_EQ(plot.range, plot.fullRange());
+}
+
+TEST(SpectrumPlotTest, ForgetsAnAngleThatNoRecordHas) {
+  SpectrumPlot plot;
+  plot.angle = 60;
+  plot.setRecords({makePane("a", 0, {}), makePane("a", 60, {})});
+  EXPECT_EQ(plot.angle, 60);
+  plot.setRecords({makePane("a", 0, {})});
+  EXPECT_FALSE(plot.angle);
+}
+
+TEST(SpectrumPlotTest, DrawsTwentyPanesInDifferentColoursOnBothBackgrounds) {
+  QPalette dark;
+  dark.setColor(QPalette::Active, QPalette::Base, QColor(0x20, 0x20, 0x20));
+  dark.setColor(QPalette::Active, QPalette::Text, Qt::white);
+  for (const PlotTheme& theme : {PlotTheme::paper(), PlotTheme::of(dark)}) {
+    std::vector<QRgb> colours;
+    for (int pane = 0; pane < 20; ++pane) {
+      SpectrumDataSet set;
+      set.pane = pane;
+      colours.push_back(theme.colour(set, 20).rgb());
+    }
+    std::sort(colours.begin(), colours.end());
+    EXPECT_EQ(std::unique(colours.begin(), colours.end()), colours.end());
+  }
+}
+
+TEST(SpectrumPlotTest, ReadsOutAllCurvesWhileTheyAreFew) {
+  SpectrumPlot plot;
+  const auto pane = makePane("a", 0, {{500, 0.8F, 0.1F, 0.2F}, {600, 0.6F, 0.1F, 0.2F}});
+  const auto elsewhere = makePane("b", 0, {{5000, 0, 0, 0}, {6000, 0, 0, 0}});
+  plot.setRecords({pane, elsewhere});
+  plot.quantities[1] = false;
+  const PlotTheme theme = PlotTheme::paper();
+  const Readout readout(plot, theme, QFont());
+  EXPECT_THAT(readout.lines(0.55, 0),
+              ElementsAre(QStringList{"550.0 nm", "T", "Rb"}, QStringList{"a", "0.700", "0.200"},
+                          QStringList{"b", "–", "–"}));
+  plot.setRecords({pane, pane, pane, pane, pane, pane, elsewhere});
+  EXPECT_EQ(readout.lines(0.55, 3).size(), 2U);
+  EXPECT_EQ(readout.lines(0.55, {}).size(), 1U);
+}
+
+}  // namespace
+}  // namespace orv::app
