@@ -1,32 +1,8 @@
 #include "store/Check.h"
 
-#include <fmt/format.h>
-
 #include "store/jet/check/FileCheck.h"
 
 namespace orv::store {
-
-std::string CheckFault::toText() const {
-  std::string place;
-  const auto add = [&place](const std::string& part) {
-    place += (place.empty() ? "" : ", ") + part;
-  };
-  if (!table.empty()) {
-    add(fmt::format("table '{}'", table));
-  }
-  if (!index.empty()) {
-    add(fmt::format("index '{}'", index));
-  }
-  if (page != 0) {
-    add(fmt::format("page {}", page));
-  }
-  if (row >= 0) {
-    add(fmt::format("row {}", row));
-  }
-  std::string text = fmt::format("{}: {}.", place.empty() ? "the file" : place, what);
-  text[0] = static_cast<char>(text[0] - 'a' + 'A');
-  return advice.empty() ? text : text + " " + advice;
-}
 
 CheckReport checkFile(const std::string& path, const std::string& password,
                       const CheckProgress& progress) {

@@ -112,9 +112,13 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
   return std::make_unique<TableRecordset>(database.table(source), lock);
 }
 
-std::string Connection::formatName() const { return database().formatName(); }
+std::string Connection::formatName() const {
+  return database().formatName();
+}
 
-bool Connection::readOnly() const { return database().pager().readOnly(); }
+bool Connection::readOnly() const {
+  return database().pager().readOnly();
+}
 
 std::vector<std::string> Connection::tableNames() const {
   std::vector<std::string> names;
@@ -147,7 +151,8 @@ std::string Connection::querySql(const std::string& name) const {
 TableInfo Connection::table(const std::string& name) const {
   const std::shared_ptr<jet::Table> table = database().table(name);
   const jet::TableDefinition& definition = table->definition();
-  TableInfo info{.name = table->name(), .columns = {}, .indexes = {}, .rowCount = table->rowCount()};
+  TableInfo info{
+      .name = table->name(), .columns = {}, .indexes = {}, .rowCount = table->rowCount()};
   for (const jet::Column& column : definition.columns) {
     info.columns.push_back(jet::describe(column));
   }
@@ -166,7 +171,9 @@ TableInfo Connection::table(const std::string& name) const {
   return info;
 }
 
-std::vector<RelationInfo> Connection::relations() const { return database().relations(); }
+std::vector<RelationInfo> Connection::relations() const {
+  return database().relations();
+}
 
 void Connection::inOneCommit(const std::function<void()>& changes) {
   jet::Transaction transaction(database().pager());
@@ -174,7 +181,9 @@ void Connection::inOneCommit(const std::function<void()>& changes) {
   transaction.commit();
 }
 
-void Connection::createTable(const TableInfo& design) { jet::createTable(database(), design); }
+void Connection::createTable(const TableInfo& design) {
+  jet::createTable(database(), design);
+}
 
 void Connection::createIndex(const std::string& table, const IndexInfo& design) {
   jet::createIndex(database(), table, design);

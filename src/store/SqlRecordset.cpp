@@ -112,9 +112,15 @@ Value SqlRecordset::value(std::size_t field) const {
   return kept_[position_ - firstKept_][field];
 }
 
-void SqlRecordset::setValue(std::size_t, Value) { raiseReadOnly(); }
-void SqlRecordset::addNew() { raiseReadOnly(); }
-void SqlRecordset::deleteRow() { raiseReadOnly(); }
+void SqlRecordset::setValue(std::size_t, Value) {
+  raiseReadOnly();
+}
+void SqlRecordset::addNew() {
+  raiseReadOnly();
+}
+void SqlRecordset::deleteRow() {
+  raiseReadOnly();
+}
 
 void SqlRecordset::close() {
   RecordsetBase::close();

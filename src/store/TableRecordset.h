@@ -71,7 +71,7 @@ class TableRecordset final : public RecordsetBase {
   mutable TableRows rows_;
   /// Of the current row; none when it was found some other way than by its position.
   mutable std::optional<std::size_t> position_ = 0;
-  jet::RowId rowId_{};  ///< the current row, or the one that was deleted
+  jet::RowId rowId_{};               ///< the current row, or the one that was deleted
   std::optional<jet::RowView> row_;  ///< the current row; none at the end and after a deletion
   bool atEnd_ = true;
   bool beforeFirst_ = false;

@@ -1,7 +1,7 @@
 // What all parts of a check work with.
 #pragma once
 
-#include "store/Check.h"
+#include "store/CheckReport.h"
 #include "store/jet/Pager.h"
 #include "store/jet/check/CheckLog.h"
 #include "store/jet/check/PageLedger.h"

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "errors/Error.h"
-#include "store/Check.h"
+#include "store/CheckReport.h"
 #include "store/StoreError.h"
 #include "store/jet/Bytes.h"
 #include "store/jet/RowId.h"

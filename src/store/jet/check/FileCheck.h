@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "store/Check.h"
+#include "store/CheckReport.h"
 #include "store/jet/Database.h"
 #include "store/jet/check/CheckContext.h"
 
