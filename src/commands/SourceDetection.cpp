@@ -21,8 +21,13 @@ std::string beginningOf(const fs::path& path) {
   return text;
 }
 
-/// Database files of every version begin with 4 bytes and the name of their engine.
-bool isDatabase(const std::string& beginning) {
+/// Database files of every version begin with 4 bytes and the name of their engine. One that is
+/// only called like them is damaged, which opening it as a database tells.
+bool isDatabase(const fs::path& path, const std::string& beginning) {
+  const std::string extension = lowerCase(path.extension().string());
+  if (extension == ".mdb" || extension == ".accdb") {
+    return true;
+  }
   const std::string_view name =
       std::string_view(beginning).substr(std::min<std::size_t>(4, beginning.size()));
   return name.starts_with("Standard Jet DB") || name.starts_with("Standard ACE DB");
@@ -68,7 +73,7 @@ Place placeOf(const std::string& path) {
 }  // namespace
 
 bool isDatabaseFile(const std::string& path) {
-  return fs::is_regular_file(path) && isDatabase(beginningOf(path));
+  return fs::is_regular_file(path) && isDatabase(path, beginningOf(path));
 }
 
 SourceOpener::Node SourceOpener::openAny(const std::string& path,
@@ -79,7 +84,7 @@ SourceOpener::Node SourceOpener::openAny(const std::string& path,
   if (!fs::exists(path)) raiseNotThere(path);
   const Place place = placeOf(path);
   const std::string beginning = beginningOf(path);
-  if (isDatabase(beginning)) return openAnyDatabase(place.folder, place.filename);
+  if (isDatabase(path, beginning)) return openAnyDatabase(place.folder, place.filename);
   if (!mayBeText(beginning)) {
     throw Error(kInvalidCall, "\"" + path + "\" is neither a database nor a text file.");
   }
@@ -92,7 +97,7 @@ std::vector<SourceOpener::Node> SourceOpener::openAll(const std::vector<std::str
   std::vector<std::pair<std::string, std::vector<std::string>>> textFiles;
   for (const std::string& path : paths) {
     if (!fs::exists(path)) raiseNotThere(path);
-    if (fs::is_directory(path) || isDatabase(beginningOf(path))) {
+    if (fs::is_directory(path) || isDatabase(path, beginningOf(path))) {
       nodes.push_back(openAny(path, kind));
       continue;
     }

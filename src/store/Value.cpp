@@ -100,9 +100,12 @@ std::string Decimal::toText() const {
   }
   std::reverse(digits.begin(), digits.end());
   if (scale > 0) {
-    digits.insert(digits.size() - scale, ".");
+    digits.insert(digits.size() - scale, 1, '.');
   }
-  return negative ? "-" + digits : digits;
+  if (negative) {
+    digits.insert(0, 1, '-');
+  }
+  return digits;
 }
 
 double Decimal::toDouble() const {

@@ -250,6 +250,18 @@ TEST_F(IndexTreeTest, KeysThatAscendFillTheirPages) {
   EXPECT_LE(leaves, kCount * 6 / 3616 + 3);
 }
 
+TEST_F(IndexTreeTest, NearlyEmptyLeavesAreJoined) {
+  constexpr std::uint32_t kCount = 8'000;
+  for (std::uint32_t i = 0; i < kCount; ++i) insert(numberEntry(i));
+  check();
+  const std::size_t before = pages_;
+  for (std::uint32_t i = 0; i < kCount; ++i) {
+    if (i % 20 != 0) erase(numberEntry(i));
+  }
+  check();
+  EXPECT_LT(pages_, before / 3);
+}
+
 TEST_F(IndexTreeTest, ANodeWithOneChildGrowsAgain) {
   const auto children = [&] {
     const StoredIndexPage root(*pager_, kRoot, kTable);

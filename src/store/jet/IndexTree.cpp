@@ -250,14 +250,55 @@ bool IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
   if (path.depth == 0) return true;
   if (page.count() == 0) {
     removePage(path);
-  } else if (leaf.at == page.count()) {
-    restoreSeparators(page.entry(leaf.at - 1));
+    return true;
+  }
+  const bool sparse = isSparse(page);
+  const Bytes last = page.entry(page.count() - 1);
+  if (leaf.at == page.count()) {
+    restoreSeparators(last);
+  }
+  if (sparse) {
+    joinLeaf(descend(last, false));
   }
   return true;
 }
 
-/// Frees the empty leaf at the end of the path and the nodes above that lose their only child
-/// with it.
+/// Less than a quarter of the page is used.
+bool IndexTree::isSparse(const IndexPage& page) const {
+  const Format& format = pager_.format();
+  return page.freeSpace() * 4 > (format.pageSize - format.indexPage.entries) * 3;
+}
+
+/// Puts the entries of the leaf at the end of the path and those of a neighbour below the same
+/// node on one page, if they fit, and frees the other.
+void IndexTree::joinLeaf(Path path) {
+  Step& parent = path.steps[path.depth - 1];
+  PageNumber left = 0;
+  PageNumber right = 0;
+  {
+    const StoredIndexPage node = load(parent.page);
+    const std::size_t children = node.entries.childCount();
+    if (children < 2) return;
+    parent.at = std::min(parent.at, children - 2);
+    left = node.entries.child(parent.at);
+    right = node.entries.child(parent.at + 1);
+  }
+  std::vector<Bytes> entries;
+  for (const PageNumber number : {left, right}) {
+    const StoredIndexPage page = load(number);
+    for (std::size_t i = 0; i < page.entries.count(); ++i) {
+      entries.push_back(page.entries.entry(i));
+    }
+  }
+  IndexPageEditor joined(pager_, right);
+  if (!joined.fits(entries)) return;
+  joined.assign(entries);
+  path.steps[path.depth].page = left;
+  removePage(path);
+}
+
+/// Frees the leaf at the end of the path, whose entries are gone, and the nodes above that lose
+/// their only child with it.
 void IndexTree::removePage(const Path& path) {
   std::size_t level = path.depth;
   bool wasLast = false;

@@ -30,7 +30,8 @@ class IndexTree {
   /// Adds an entry; one that is there already is left alone. Raises kNotSupported when the key
   /// is too long for a page.
   void insert(std::span<const std::uint8_t> key, RowId row);
-  /// Removes an entry; false when there is none. Pages that become empty are freed.
+  /// Removes an entry; false when there is none. Pages that become empty are freed, nearly empty
+  /// leaves joined with a neighbour.
   bool erase(std::span<const std::uint8_t> key, RowId row);
 
   /// A row whose entry has exactly this key.
@@ -69,6 +70,8 @@ class IndexTree {
   PageNumber addPageBefore(PageNumber page, std::uint8_t level);
   void partNodes(PageNumber left, PageNumber right);
 
+  bool isSparse(const IndexPage& page) const;
+  void joinLeaf(Path path);
   void removePage(const Path& path);
   void unlink(PageNumber page);
   bool removeChild(PageNumber node, std::size_t at);
