@@ -67,7 +67,9 @@ TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> defini
 
 bool TableScan::nextPage() {
   Pager::ReadLock lock(*pager_);
-  const auto found = UsageMap(*pager_, definition_->ownedPages).next(nextPage_);
+  // A page that the file does not have is asked for too: a file that is cut short must not pass
+  // for one with fewer rows.
+  const auto found = UsageMap(*pager_, definition_->ownedPages).next(nextPage_, kEndOfPages);
   if (!found) {
     return false;
   }
