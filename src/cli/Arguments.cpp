@@ -1,7 +1,5 @@
 #include "cli/Arguments.h"
 
-#include <map>
-
 #include "cli/Failure.h"
 #include "commands/RecordList.h"
 
@@ -31,7 +29,7 @@ std::string nameOf(RecordKind kind) {
 
 void addFormat(CLI::App& command, Format& format) {
   command.add_option("--format", format, "Form of the result: table (default), tsv or json")
-      ->transform(CLI::CheckedTransformer(kFormats).description(""))
+      ->transform(oneOf(kFormats))
       ->type_name("FORM");
 }
 
@@ -52,12 +50,12 @@ void SourceArgument::addSource(CLI::App& command) {
 
 void SourceArgument::addOptions(CLI::App& command) {
   command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
-      ->transform(CLI::CheckedTransformer(kSets).description(""))
+      ->transform(oneOf(kSets))
       ->type_name("KIND");
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first file looks)")
-      ->transform(CLI::CheckedTransformer(kTextKinds).description(""))
+      ->transform(oneOf(kTextKinds))
       ->type_name("KIND");
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,11 +11,28 @@
 #include "cli/RowWriter.h"
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
+#include "model/Text.h"
 #include "sources/RecordSelection.h"
 
 namespace orv::cli {
 
 using Node = commands::SourceOpener::Node;
+
+/// The value of an option that is one of some words, each of which stands for an enumerator.
+template <class T>
+CLI::Validator oneOf(const std::map<std::string, T>& words) {
+  return CLI::Validator(
+      [words](std::string& word) -> std::string {
+        if (const auto found = words.find(lowerCase(word)); found != words.end()) {
+          word = std::to_string(static_cast<int>(found->second));
+          return {};
+        }
+        std::string known;
+        for (const auto& each : words) known += (known.empty() ? "" : ", ") + each.first;
+        return "\"" + word + "\" is none of: " + known;
+      },
+      "");
+}
 
 void addFormat(CLI::App& command, Format& format);
 void addPassword(CLI::App& command, std::string& password);

@@ -28,6 +28,18 @@ void onInterrupt(int signal) {
   std::signal(signal, SIG_DFL);
 }
 
+/// While a question waits for its answer, an interrupt ends the program at once.
+class InterruptEnds {
+ public:
+  InterruptEnds() : before_(std::signal(SIGINT, SIG_DFL)) {}
+  ~InterruptEnds() { std::signal(SIGINT, before_); }
+  InterruptEnds(const InterruptEnds&) = delete;
+  InterruptEnds& operator=(const InterruptEnds&) = delete;
+
+ private:
+  void (*before_)(int);
+};
+
 /// The first characters of a text, no more than a bar's line has room for.
 std::string shortened(const std::string& text) {
   std::size_t end = 0;
@@ -67,6 +79,7 @@ Answer unaskedAnswer(Buttons buttons) {
 
 /// Reads lines until one is an answer; the end of the input gives up.
 Answer readAnswer(const commands::Question& question) {
+  const InterruptEnds interruptEnds;
   const std::vector<Choice> choices = choicesOf(question.buttons);
   std::vector<std::string> words;
   for (const Choice& choice : choices) {
@@ -140,6 +153,7 @@ std::string CliUserInterface::input(const commands::InputRequest& request) {
   if (!answers_.group.empty()) return answers_.group;
   if (!canAsk()) return {};
   clear();
+  const InterruptEnds interruptEnds;
   std::cerr << request.prompt << ' ' << std::flush;
   std::string line;
   std::getline(std::cin, line);

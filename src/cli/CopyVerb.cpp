@@ -41,7 +41,7 @@ class CopyVerb : public Verb {
         .add_option("--substrate", substrate_,
                     "Panes whose substrate has no data at the same wavelengths: ask (default on a "
                     "terminal), drop the substrate, or refuse the pane (default elsewhere)")
-        ->transform(CLI::CheckedTransformer(kPolicies).description(""))
+        ->transform(oneOf(kPolicies))
         ->type_name("ANSWER");
   }
 
@@ -53,7 +53,7 @@ class CopyVerb : public Verb {
     const auto nodes = opening([&] {
       return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
     });
-    const Node destination = opening([&] { return opener.openAny(*split); });
+    const Node destination = destinationNode(nodes, opener, *split);
     const std::vector<std::string> identifiers(split + 1, arguments_.cend());
     if (nodes.size() > 1 && !identifiers.empty()) {
       throw wrongUse("Identifiers of records can be given for one source only.");
@@ -90,6 +90,16 @@ class CopyVerb : public Verb {
       throw Failure(kCannotOpen, "No database to copy into is among the arguments.");
     throw Failure(kCannotOpen, "There is no database \"" + second +
                                    "\". An empty one is made with: orv new " + second);
+  }
+
+  /// The node of a source, when the database is one of the sources too.
+  static Node destinationNode(const std::vector<Node>& sources, commands::SourceOpener& opener,
+                              const std::string& path) {
+    for (const Node& source : sources) {
+      const auto file = std::filesystem::path(source->Folder()) / source->filename();
+      if (std::filesystem::equivalent(file, path)) return source;
+    }
+    return opening([&] { return opener.openAny(path); });
   }
 
   ExitCode copy(Console& console, const Node& node, const Node& destination,

@@ -1,4 +1,7 @@
 // The program `orv`.
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <iostream>
 
 #include "cli/Verb.h"
@@ -8,8 +11,20 @@ namespace {
 
 using namespace orv::cli;
 
+/// Says which verbs there are where the first word is none of them.
+void checkVerb(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(verb->get_name());
+  }
+  if (word.starts_with('-') || std::ranges::find(names, word) != names.end()) return;
+  throw wrongUse(
+      fmt::format("There is no verb \"{}\". There are: {}.", word, fmt::join(names, ", ")));
+}
+
 int run(CLI::App& app, const std::vector<std::unique_ptr<Verb>>& verbs, int argc, char** argv) {
   try {
+    if (argc > 1) checkVerb(app, argv[1]);
     app.parse(argc, argv);
     Console console;
     for (const auto& verb : verbs) {

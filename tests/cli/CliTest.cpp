@@ -212,5 +212,24 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   EXPECT_NE(refused.err.find("version 3 or higher"), std::string::npos);
 }
 
+TEST_F(CliTest, UnknownWordsAreNamedWithThoseThatThereAre) {
+  const Ended verb = orv("lst db.mdb");
+  EXPECT_EQ(verb.exit, 2);
+  EXPECT_NE(verb.err.find("no verb \"lst\". There are: new, info, list,"), std::string::npos)
+      << verb.err;
+  for (const char* word : {"windows", "1"}) {
+    const Ended set = orv(std::string("list db.mdb --set ") + word);
+    EXPECT_EQ(set.exit, 2);
+    EXPECT_NE(set.err.find("is none of: frames, panes, shadings"), std::string::npos) << set.err;
+  }
+}
+
+TEST_F(CliTest, ADatabaseIsNotCopiedIntoItself) {
+  makeDatabase();
+  const Ended run = orv("copy db.mdb ./db.mdb --group Other");
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_NE(run.err.find("Source and destination are the same."), std::string::npos) << run.err;
+}
+
 }  // namespace
 }  // namespace orv::test

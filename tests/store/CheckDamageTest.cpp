@@ -48,14 +48,6 @@ constexpr const char* kMoved = "access/overflowTestV2000.mdb";
 constexpr const char* kSpectra = "Pane_spectral_data";
 constexpr const char* kPaneAngle = "PaneAngle";
 
-std::vector<Bytes> entriesOf(const IndexPage& page) {
-  std::vector<Bytes> entries;
-  for (std::size_t i = 0; i < page.count(); ++i) {
-    entries.push_back(page.entry(i));
-  }
-  return entries;
-}
-
 std::string pageName(PageNumber page) {
   return "page " + std::to_string(page);
 }

@@ -171,5 +171,26 @@ TEST_P(TableChange, KeepsRowsAndIndexesAsAModelInMemory) {
 INSTANTIATE_TEST_SUITE_P(Tables, TableChange,
                          testing::Values("Pane", "Pane_spectral_data", "Groups", "Frame"));
 
+/// What is missing at the end of a file is not taken for rows that were never there.
+TEST(CutTable, LosesNoRowsInSilence) {
+  ORV_NEEDS_CORPUS();
+  test::MemoryFiles files;
+  files.load(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb", "cut.mdb");
+  files.open("cut.mdb", FileSystem::Open::existing)->truncate(files.size("cut.mdb") / 8192 * 4096);
+  const auto database = Database::open("cut.mdb", "");
+  std::size_t damaged = 0;
+  for (const CatalogEntry& entry : database->entries()) {
+    if (entry.kind != CatalogEntry::Kind::table) continue;
+    try {
+      const auto table = database->table(entry.name);
+      EXPECT_EQ(rowsOf(*table).size(), table->rowCount()) << entry.name;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number(), kCorruptFile) << error.what();
+      ++damaged;
+    }
+  }
+  EXPECT_GT(damaged, 0U);
+}
+
 }  // namespace
 }  // namespace orv::store::jet

@@ -9,6 +9,9 @@
 
 namespace orv::store::jet {
 
+/// Above all page numbers: row pointers hold three bytes of one.
+inline constexpr PageNumber kEndOfPages = 1 << 24;
+
 /// A set of page numbers, kept in a row of a data page: as a bitmap in the row for a short span
 /// of pages, or as pointers to pages of bitmaps.
 class UsageMap {

@@ -9,9 +9,6 @@
 namespace orv::store::jet {
 namespace {
 
-/// The pages of a map, those beyond the file's end too.
-constexpr PageNumber kEndOfPages = 1 << 24;
-
 std::string nameOfOwner(std::uint32_t owner) {
   return owner == kLongValueOwner ? "memos and pictures"
                                   : fmt::format("the table defined on page {}", owner);
