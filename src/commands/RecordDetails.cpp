@@ -253,7 +253,7 @@ std::vector<DetailField> frameDetails(const FrameDataClass& frame) {
   fields.add("group", frame.group());
   fields.add("frame type", frame.frametype());
   fields.add("U-value", frame.u_value(), "W/(m²·K)");
-  fields.add("width", frame.width(), "mm");
+  fields.add("width", frame.width(), "m");
   fields.add("picture", static_cast<std::int32_t>(frame.picture().size()), "bytes");
   fields.add("info", frame.Info());
   return fields.take();
