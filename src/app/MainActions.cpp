@@ -148,7 +148,7 @@ void MainActions::makeViewMenu() {
   mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),
                           QKeySequence(), tr("Make the columns as wide as their fields need"));
   mnuViewOptions = add(mnuView, "mnuViewOptions", "options", tr("&Options..."),
-                       QKeySequence::Preferences, tr("Choose how data are displayed"));
+                       QKeySequence(tr("Ctrl+,")), tr("Choose how data are displayed"));
   mnuViewOptions->setMenuRole(QAction::PreferencesRole);
 }
 
