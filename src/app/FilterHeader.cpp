@@ -21,7 +21,7 @@ QString filterHelp() {
 FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
   setSectionsClickable(true);
   setSectionsMovable(true);
-  setHighlightSections(true);
+  setHighlightSections(false);  // rows are selected: all titles would be bold
   setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   connect(this, &QHeaderView::sectionResized, this, &FilterHeader::placeEditors);
   connect(this, &QHeaderView::sectionMoved, this, &FilterHeader::placeEditors);

@@ -44,11 +44,6 @@ ProgressDialog::ProgressDialog(const QString& text, QWidget* parent)
   sinceBreath_.start();
 }
 
-void ProgressDialog::text(const QString& value) {
-  text_->setText(value);
-  breathe();
-}
-
 void ProgressDialog::status(const QString& value) {
   status_->setText(fontMetrics().elidedText(value, Qt::ElideMiddle, bar_->width()));
   breathe();

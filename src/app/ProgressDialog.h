@@ -18,7 +18,7 @@ class ProgressDialog : public QDialog {
  public:
   ProgressDialog(const QString& text, QWidget* parent);
 
-  void text(const QString& value);
+  /// What is being done now, under the text that names the whole work.
   void status(const QString& value);
   void steps(int done, int total);
   bool isCancelled() const { return cancelled_; }

@@ -20,6 +20,9 @@ namespace {
 constexpr int kMillisecondsOfRest = 120;
 /// More curves than these can not be told apart.
 constexpr std::size_t kMostPanes = 8;
+/// Shares of the window's height and width that the docks get at first, in percent.
+constexpr int kSpectrumShare = 42;
+constexpr int kDetailsShare = 26;
 
 QAction* dressed(QAction* action, const char* name, const char* iconName, const QString& shortcut,
                  const QString& help) {
@@ -45,6 +48,7 @@ Panes panesOf(const commands::RecordReader& reader, const std::string& identifie
 RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
     : QObject(&window),
       session_(session),
+      window_(window),
       spectrum_(new SpectrumDock(&window)),
       details_(new DetailsDock(&window)) {
   window.addDockWidget(Qt::BottomDockWidgetArea, spectrum_);
@@ -81,6 +85,9 @@ void RecordDocks::wavelengthUnit(int unit) {
 void RecordDocks::open(bool opened) {
   spectrum_->setVisible(opened);
   details_->setVisible(opened);
+  if (!opened) return;
+  window_.resizeDocks({spectrum_}, {window_.height() * kSpectrumShare / 100}, Qt::Vertical);
+  window_.resizeDocks({details_}, {window_.width() * kDetailsShare / 100}, Qt::Horizontal);
 }
 
 QAction* RecordDocks::spectrumAction() const {

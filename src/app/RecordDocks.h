@@ -47,6 +47,7 @@ class RecordDocks : public QObject {
   void readOther(const commands::RecordReader& reader);
 
   commands::Session& session_;
+  QMainWindow& window_;
   SpectrumDock* spectrum_;
   DetailsDock* details_;
   QTimer rest_;

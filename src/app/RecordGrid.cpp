@@ -170,8 +170,9 @@ void RecordGrid::fitColumns() {
   resizeColumnsToContents();
   const int character = fontMetrics().averageCharWidth();
   for (int i = 0; i < header_->count(); ++i) {
-    const int width = std::clamp(header_->sectionSize(i), character * kNarrowestInCharacters,
-                                 character * kWidestInCharacters);
+    const int width =
+        std::clamp(header_->sectionSize(i) + character, character * kNarrowestInCharacters,
+                   character * kWidestInCharacters);
     header_->resizeSection(i, width);
   }
 }

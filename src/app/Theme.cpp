@@ -2,8 +2,7 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyle>
-#include <QStyleFactory>
+#include <QProxyStyle>
 
 namespace orv::app {
 
@@ -43,6 +42,19 @@ QPalette darkPalette() {
   return palette;
 }
 
+/// A style whose dialog buttons have no pictures, which not all desktops have and none has in the
+/// colours of every theme.
+class PlainButtons : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
 /// What the desktop gave the program at its start.
 struct Desktop {
   QString style;
@@ -59,11 +71,11 @@ const Desktop& desktop() {
 void applyTheme(Theme theme) {
   const Desktop& system = desktop();
   if (theme == Theme::system) {
-    QApplication::setStyle(QStyleFactory::create(system.style));
+    QApplication::setStyle(new PlainButtons(system.style));
     QApplication::setPalette(system.palette);
     return;
   }
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new PlainButtons("Fusion"));
   QApplication::setPalette(theme == Theme::dark ? darkPalette() : lightPalette());
 }
 

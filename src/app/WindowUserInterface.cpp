@@ -93,7 +93,7 @@ void WindowUserInterface::beginProgress(const std::string& text) {
 }
 
 void WindowUserInterface::progressText(const std::string& text) {
-  if (progress_) progress_->text(qt(text));
+  if (progress_) progress_->status(qt(text));
 }
 
 void WindowUserInterface::progressSteps(int done, int total) {
