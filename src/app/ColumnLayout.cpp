@@ -6,12 +6,13 @@
 
 namespace orv::app {
 
-ColumnLayout ColumnLayout::of(const QHeaderView& header, const RecordModel& model) {
+ColumnLayout ColumnLayout::of(const QHeaderView& header, const RecordModel& model,
+                              const QList<int>& fitted) {
   ColumnLayout layout;
   for (int i = 0; i < header.count(); ++i) {
-    // A hidden column has no width; QHeaderView gives back the old one when it is shown again.
-    layout.columns_[model.recordColumns()[i].name] = {header.sectionSize(i), header.visualIndex(i),
-                                                      header.isSectionHidden(i)};
+    const int width = header.sectionSize(i);  // 0 while it is hidden
+    layout.columns_[model.recordColumns()[i].name] = {
+        width == fitted.value(i) ? 0 : width, header.visualIndex(i), header.isSectionHidden(i)};
   }
   return layout;
 }

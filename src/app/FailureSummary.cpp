@@ -8,9 +8,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "app/Text.h"
-#include "commands/UserInterface.h"
-
 namespace orv::app {
 
 namespace {
@@ -22,7 +19,7 @@ constexpr QSize kSizeInCharacters(76, 16);
 FailureSummary::FailureSummary(const QString& heading, const QStringList& failures, QWidget* parent)
     : QDialog(parent) {
   setObjectName("FailureSummary");
-  setWindowTitle(qt(commands::kProductName));
+  setWindowTitle(tr("Failed Records"));
   auto* label = new QLabel(heading);
   auto* list = new QPlainTextEdit(failures.join("\n\n"));
   list->setReadOnly(true);

@@ -95,10 +95,12 @@ void RecordGrid::show(std::unique_ptr<commands::RecordView> view, int kind) {
 void RecordGrid::reload(std::unique_ptr<commands::RecordView> view) {
   rememberLayout();
   const int place = verticalScrollBar()->value();
+  const bool wasEmpty = model_->rowCount() == 0;
   model_->show(std::move(view));
   model_->filter(header_->filters());
   if (sortedColumn_ >= 0) model_->sort(sortedColumn_, header_->sortIndicatorOrder());
   layouts_.at(kind_).applyTo(*header_, *model_);
+  if (wasEmpty) fitColumns();
   verticalScrollBar()->setValue(place);
 }
 
@@ -109,7 +111,8 @@ void RecordGrid::clear() {
 }
 
 void RecordGrid::rememberLayout() {
-  if (kind_ >= 0 && header_->count() > 0) layouts_[kind_] = ColumnLayout::of(*header_, *model_);
+  if (kind_ >= 0 && header_->count() > 0)
+    layouts_[kind_] = ColumnLayout::of(*header_, *model_, fittedWidths_);
 }
 
 RecordGrid::RowBlock RecordGrid::selectedRows() const {
@@ -169,11 +172,13 @@ void RecordGrid::copyCellAsText() const {
 void RecordGrid::fitColumns() {
   resizeColumnsToContents();
   const int character = fontMetrics().averageCharWidth();
+  fittedWidths_.clear();
   for (int i = 0; i < header_->count(); ++i) {
     const int width =
         std::clamp(header_->sectionSize(i) + character, character * kNarrowestInCharacters,
                    character * kWidestInCharacters);
     header_->resizeSection(i, width);
+    fittedWidths_ << width;
   }
 }
 

@@ -69,6 +69,7 @@ class RecordGrid : public QTableView {
   FilterHeader* header_;
   int kind_ = -1;
   int sortedColumn_ = -1;
+  QList<int> fittedWidths_;
   std::map<int, ColumnLayout> layouts_;
 };
 

@@ -124,7 +124,7 @@ void WindowUserInterface::recordFailure(const QString& text, const QString& titl
   failures_ << text;
   if (failuresQuiet_) return;
   Box box(QMessageBox::Warning, title, text, owner());
-  auto* quiet = new QCheckBox(QWidget::tr("Don't ask again for this %1").arg(work_), &box);
+  auto* quiet = new QCheckBox(QWidget::tr("&Don't ask again for this %1").arg(work_), &box);
   box.setCheckBox(quiet);
   box.exec();
   failuresQuiet_ = quiet->isChecked();

@@ -21,7 +21,6 @@ constexpr int kMargin = 32;
 
 frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
   setObjectName("frmSplash");
-  setWindowTitle(qt(commands::kProductName));
   auto* picture = new QLabel;
   picture->setPixmap(applicationIcon().pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
   auto* name = new QLabel(qt(commands::kProductName));
