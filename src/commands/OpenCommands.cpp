@@ -1,8 +1,21 @@
 #include "commands/OpenCommands.h"
 
+#include <filesystem>
+
 #include "commands/ErrorText.h"
+#include "database/OrvSchema.h"
 
 namespace orv::commands {
+
+OpenCommands::Node OpenCommands::createOrvDatabase(const std::string& folder,
+                                                   const std::string& filename) {
+  return tryToOpen(
+      [&] {
+        database::CreateEmptyDatabase((std::filesystem::path(folder) / filename).string());
+        return opener_.openOrvDatabase(folder, filename);
+      },
+      "The new ORV database could not be made.");
+}
 
 OpenCommands::Node OpenCommands::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {

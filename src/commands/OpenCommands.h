@@ -17,6 +17,8 @@ class OpenCommands {
 
   explicit OpenCommands(Session& session) : session_(session), opener_(session) {}
 
+  /// Makes an empty ORV database, never in place of a file that is there, and opens it.
+  Node createOrvDatabase(const std::string& folder, const std::string& filename);
   Node openOrvDatabase(const std::string& folder, const std::string& filename);
   Node openIgdb(const std::string& folder, const std::string& filename);
   Node openOptics5UserDatabase(const std::string& folder, const std::string& filename);

@@ -1,0 +1,42 @@
+// The tree of data sources.
+#pragma once
+
+#include <QTreeWidget>
+
+#include "sources/DataSources.h"
+
+namespace orv::app {
+
+/// Mirrors the registry: an item a node, under the key of the node.
+class DataSourceTree : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  explicit DataSourceTree(QWidget* parent = nullptr);
+
+  /// Fills itself anew. Nothing is selected then, and no signal is sent.
+  void rebuild(const sources::DataSources& registry);
+  /// Selects the item of a node, without a signal; an empty key selects none.
+  void select(const std::string& key);
+
+ signals:
+  void nodeSelected(const std::string& key);
+  /// Records of the grid were dropped on a node.
+  void recordsDropped(const std::string& key);
+  void pathsDropped(const QStringList& paths);
+  void contextMenuWanted(const QPoint& globalPosition);
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void add(QTreeWidgetItem& parent, const sources::datasource& node);
+  QTreeWidgetItem* itemOf(const std::string& key) const;
+};
+
+/// The paths of the local files among what is dragged.
+QStringList localPaths(const QMimeData& data);
+
+}  // namespace orv::app

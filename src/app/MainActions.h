@@ -1,0 +1,83 @@
+// The commands of the main window as menus and buttons.
+#pragma once
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QToolBar>
+
+namespace orv::app {
+
+/// What the commands' enabling depends on.
+struct CommandState {
+  bool sourceShown = false;
+  bool recordsShown = false;
+  bool recordsSelected = false;
+  bool exportable = false;  ///< text files can hold the selected records
+  bool recordsPending = false;
+};
+
+/// Makes the menu bar and the tool bar of a window. Each action has its name in the menus as its
+/// object name, a status tip, a tool tip and a text for What's This.
+class MainActions {
+ public:
+  explicit MainActions(QMainWindow& window);
+
+  /// Offers the actions that open and close docks.
+  void addDocks(std::initializer_list<QAction*> docks);
+
+  /// Fits the menus and buttons to what is shown and selected.
+  void enable(const CommandState& state);
+
+  QMenu* mnuFile;
+  QMenu* mnuFileOpen;
+  QMenu* mnuEdit;
+  QMenu* mnuView;
+  QMenu* mnuSort;
+  QMenu* mnuHelp;
+  QToolBar* tbToolBar;
+
+  QAction* mnuFileNewORVDatabase;
+  QAction* mnuFileOpenORVDatabase;
+  QAction* mnuFileOpenIGDB;
+  QAction* mnuFileOpenO5UserDatabase;
+  QAction* mnuFileOpenTextFiles;
+  QAction* mnuFileRemove;
+  QAction* mnuFileExport;
+  QAction* mnuFileExit;
+  QAction* mnuEditCopy;
+  QAction* mnuEditPaste;
+  QAction* mnuEditDelete;
+  QAction* mnuEditCopyText;
+  QAction* mnuEditCopyCell;
+  QAction* mnuEditSelectAll;
+  QAction* mnuEditFind;
+  QAction* mnuEditFindNext;
+  QAction* mnuEditFindPrevious;
+  QAction* mnuViewRefresh;
+  QAction* mnuViewFilters;
+  QAction* mnuViewEditFilter;
+  QAction* mnuViewColumns;
+  QAction* mnuViewFitColumns;
+  QAction* mnuViewOptions;
+  QAction* mnuSortAscending;
+  QAction* mnuSortDescending;
+  QAction* mnuHelpWhatsThis;
+  QAction* mnuHelpAbout;
+
+ private:
+  QMenu* menu(const char* name, const QString& title);
+  QAction* add(QMenu* menu, const char* name, const char* iconName, const QString& text,
+               const QKeySequence& shortcut, const QString& help);
+  void makeFileMenu();
+  void makeEditMenu();
+  void makeViewMenu();
+  void makeSortMenu();
+  void makeHelpMenu();
+  void makeToolBar();
+  void addButton(QAction* action, const char* key);
+
+  QMainWindow& window_;
+};
+
+}  // namespace orv::app

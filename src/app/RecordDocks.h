@@ -1,0 +1,58 @@
+// The docks that show the selected records.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <string>
+#include <vector>
+
+#include "commands/RecordReader.h"
+#include "commands/Session.h"
+
+class QAction;
+class QMainWindow;
+
+namespace orv::app {
+
+class DetailsDock;
+class SpectrumDock;
+
+/// Reads the selected records for the docks that are open, a moment after the selection has come
+/// to rest.
+class RecordDocks : public QObject {
+  Q_OBJECT
+
+ public:
+  using Node = std::shared_ptr<sources::datasource>;
+
+  RecordDocks(commands::Session& session, QMainWindow& window);
+
+  /// The records to show from now on; none clears the docks.
+  void show(const Node& node, std::vector<std::string> identifiers);
+  /// `WavelengthUnitCode` of the plots.
+  void wavelengthUnit(int unit);
+  /// Opens or closes both docks.
+  void open(bool opened);
+
+  /// Opens and closes the spectrum dock.
+  QAction* spectrumAction() const;
+  QAction* detailsAction() const;
+
+ signals:
+  void statusMessage(const QString& text);
+
+ private:
+  void readRecords();
+  void readPanes(const commands::RecordReader& reader);
+  void readOther(const commands::RecordReader& reader);
+
+  commands::Session& session_;
+  QMainWindow& window_;
+  SpectrumDock* spectrum_;
+  DetailsDock* details_;
+  QTimer rest_;
+  Node node_;
+  std::vector<std::string> identifiers_;
+};
+
+}  // namespace orv::app

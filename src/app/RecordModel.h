@@ -1,0 +1,75 @@
+// The records of the shown node for the grid.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStringList>
+#include <QTimer>
+#include <memory>
+
+#include "commands/RecordView.h"
+
+namespace orv::app {
+
+/// Shows a RecordView without keeping rows of its own. The first rows are there at once; the
+/// others follow in the time that the user leaves idle, up to some hundred thousand, and beyond
+/// that as the user scrolls.
+class RecordModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  /// The format under which rows are dragged: the identifiers of the records, a line each.
+  static constexpr const char* kMimeType = "application/x-orv-records";
+
+  explicit RecordModel(QObject* parent = nullptr);
+
+  /// Replaces all that is shown; null shows nothing. Raises what reading the first rows raises,
+  /// with nothing shown then.
+  void show(std::unique_ptr<commands::RecordView> view);
+
+  const std::vector<commands::RecordColumn>& recordColumns() const;
+  /// The text that identifies the record of a row to the commands.
+  std::string identifier(int row) const;
+  /// Fields of a block of rows as tab-separated text, with all their digits.
+  QString plainText(int firstRow, int lastRow, const QList<int>& columns) const;
+
+  void filter(const QStringList& texts);
+  bool isFiltered() const { return view_ && view_->isFiltered(); }
+  void sort(int column, Qt::SortOrder order) override;
+  void digits(int value);
+  /// The first field from a place on that contains a text; invalid when there is none.
+  QModelIndex find(const QString& text, const QModelIndex& from, bool forward);
+
+  /// Reads everything there is to read, so that the file is not needed until the next show().
+  void complete();
+  bool isComplete() const { return !view_ || view_->isComplete(); }
+  /// Reading on in idle time is left off meanwhile.
+  void pause(bool paused);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool canFetchMore(const QModelIndex& parent) const override;
+  void fetchMore(const QModelIndex& parent) override;
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+
+ signals:
+  /// More rows are there, or all are.
+  void rowsCounted();
+  void readingFailed(const QString& description);
+
+ private:
+  void readAhead();
+  void advance(int rows);
+  void announce();
+  void withdrawRows();
+  void restart();
+
+  std::unique_ptr<commands::RecordView> view_;
+  int shown_ = 0;  ///< rows that the grid knows of
+  QTimer idle_;
+};
+
+}  // namespace orv::app

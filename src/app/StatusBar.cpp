@@ -1,0 +1,41 @@
+#include "app/StatusBar.h"
+
+#include <QLabel>
+
+namespace orv::app {
+
+StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
+  setObjectName("sbStatusBar");
+  status_ = addPanel("lblStatus", 1, tr("What the program is doing"));
+  counts_ = addPanel("lblCounts", 0, tr("Records shown and selected"));
+  pending_ = addPanel("lblPending", 0, tr("Records that Paste will copy"));
+  status(tr("Ready"));
+}
+
+void StatusBar::status(const QString& text) {
+  status_->setText(text);
+}
+
+void StatusBar::counts(const QString& text) {
+  counts_->setText(text);
+  counts_->setVisible(!text.isEmpty());
+}
+
+void StatusBar::pending(const QString& text) {
+  pending_->setText(text);
+  pending_->setVisible(!text.isEmpty());
+}
+
+QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) {
+  auto* label = new QLabel;
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  label->setToolTip(help);
+  label->setWhatsThis(help);
+  // The first panel gives way to the others; none forces the window to be wider.
+  if (stretch > 0) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  addWidget(label, stretch);
+  return label;
+}
+
+}  // namespace orv::app

@@ -1,0 +1,160 @@
+#include "app/WindowUserInterface.h"
+
+#include <QCheckBox>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "app/Pointers.h"
+#include "app/Text.h"
+
+namespace orv::app {
+
+using commands::Answer;
+using commands::Buttons;
+using commands::MessageKind;
+
+namespace {
+
+QMessageBox::StandardButtons standardButtons(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::yesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::yesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case Buttons::abortRetryIgnore:
+      return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
+  }
+  return QMessageBox::Ok;
+}
+
+struct AnswerButton {
+  Answer answer;
+  QMessageBox::StandardButton button;
+};
+
+constexpr AnswerButton kAnswerButtons[] = {
+    {Answer::yes, QMessageBox::Yes},       {Answer::no, QMessageBox::No},
+    {Answer::cancel, QMessageBox::Cancel}, {Answer::abort, QMessageBox::Abort},
+    {Answer::retry, QMessageBox::Retry},   {Answer::ignore, QMessageBox::Ignore},
+};
+
+QMessageBox::StandardButton buttonFor(Answer answer) {
+  for (const AnswerButton& each : kAnswerButtons) {
+    if (each.answer == answer) return each.button;
+  }
+  return QMessageBox::NoButton;
+}
+
+/// The button that the escape key and the close box press.
+QMessageBox::StandardButton escapeButton(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::yesNo:
+      return QMessageBox::No;
+    case Buttons::yesNoCancel:
+      return QMessageBox::Cancel;
+    case Buttons::abortRetryIgnore:
+      return QMessageBox::Abort;
+  }
+  return QMessageBox::NoButton;
+}
+
+/// Texts come from files: nothing in them is markup.
+class Box : public QMessageBox {
+ public:
+  Box(Icon icon, const QString& title, const QString& text, QWidget* parent)
+      : QMessageBox(icon, title, text, NoButton, parent) {
+    setTextFormat(Qt::PlainText);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+};
+
+}  // namespace
+
+void WindowUserInterface::attach(QWidget* window, std::function<void(const QString&)> showStatus) {
+  window_ = window;
+  showStatus_ = std::move(showStatus);
+}
+
+void WindowUserInterface::collectFailures(const QString& work) {
+  work_ = work;
+  failures_.clear();
+  failuresQuiet_ = false;
+}
+
+void WindowUserInterface::status(const std::string& text) {
+  showStatus_(qt(text));
+  if (progress_) progress_->status(qt(text));
+}
+
+void WindowUserInterface::beginProgress(const std::string& text) {
+  progress_ = std::make_unique<ProgressDialog>(qt(text), window_);
+  progress_->show();
+  progress_->breathe();
+}
+
+void WindowUserInterface::progressText(const std::string& text) {
+  if (progress_) progress_->status(qt(text));
+}
+
+void WindowUserInterface::progressSteps(int done, int total) {
+  if (progress_) progress_->steps(done, total);
+}
+
+void WindowUserInterface::endProgress() {
+  progress_.reset();
+}
+
+bool WindowUserInterface::cancelled() {
+  return progress_ && progress_->isCancelled();
+}
+
+void WindowUserInterface::message(MessageKind kind, const std::string& text,
+                                  const std::string& title) {
+  const OrdinaryPointer pointer;
+  if (kind == MessageKind::recordFailure) {
+    recordFailure(qt(text), qt(title));
+    return;
+  }
+  const auto icon =
+      kind == MessageKind::critical ? QMessageBox::Critical : QMessageBox::Information;
+  Box(icon, qt(title), qt(text), owner()).exec();
+}
+
+void WindowUserInterface::recordFailure(const QString& text, const QString& title) {
+  failures_ << text;
+  if (failuresQuiet_) return;
+  Box box(QMessageBox::Warning, title, text, owner());
+  auto* quiet = new QCheckBox(QWidget::tr("&Don't ask again for this %1").arg(work_), &box);
+  box.setCheckBox(quiet);
+  box.exec();
+  failuresQuiet_ = quiet->isChecked();
+}
+
+Answer WindowUserInterface::ask(const commands::Question& question) {
+  const OrdinaryPointer pointer;
+  const bool failure = question.buttons == Buttons::abortRetryIgnore;
+  Box box(failure ? QMessageBox::Warning : QMessageBox::Question, qt(question.title),
+          qt(question.text), owner());
+  box.setStandardButtons(standardButtons(question.buttons));
+  box.setDefaultButton(buttonFor(question.defaultAnswer));
+  box.setEscapeButton(escapeButton(question.buttons));
+  const int pressed = box.exec();
+  for (const AnswerButton& each : kAnswerButtons) {
+    if (each.button == pressed) return each.answer;
+  }
+  return Answer::cancel;
+}
+
+std::string WindowUserInterface::input(const commands::InputRequest& request) {
+  const OrdinaryPointer pointer;
+  bool accepted = false;
+  const QString text = QInputDialog::getText(owner(), qt(request.title), qt(request.prompt),
+                                             QLineEdit::Normal, qt(request.preset), &accepted);
+  return accepted ? text.toStdString() : std::string();
+}
+
+QWidget* WindowUserInterface::owner() const {
+  return progress_ ? progress_.get() : window_.data();
+}
+
+}  // namespace orv::app

@@ -1,0 +1,48 @@
+#include "commands/NodeContent.h"
+
+#include <filesystem>
+
+#include "errors/Error.h"
+#include "sources/DataSources.h"
+#include "textfile/TextFile.h"
+
+namespace orv::commands {
+
+namespace DataType = sources::DataType;
+
+namespace {
+
+std::string fileText(const sources::datasource& node) {
+  try {
+    return textfile::readText(std::filesystem::path(node.Folder()) / node.filename());
+  } catch (const Error&) {
+    return "This file could not be read.";
+  }
+}
+
+}  // namespace
+
+NodeView nodeView(const sources::datasource* node) {
+  if (node == nullptr) return NodeView::text;
+  const sources::DataTypeCode type = node->DataType();
+  if (type < DataType::orvDatabase2 || type > DataType::shadingTextFile) return NodeView::nothing;
+  const bool isRecordSet = !node->DisplayRecordSetName().empty();
+  return isRecordSet || type == DataType::textFolder ? NodeView::records : NodeView::text;
+}
+
+std::string nodeText(const sources::datasource* node) {
+  if (node == nullptr) return "(no data...)";
+  const bool isDatabase = node->DataType() <= DataType::optics5User;
+  return isDatabase ? "Select one of the recordsets." : fileText(*node);
+}
+
+std::string nodeTitle(const sources::datasource* node) {
+  if (node == nullptr) return {};
+  const auto parent = node->Parent();
+  const bool isRecordSet = !node->DisplayRecordSetName().empty();
+  if (isRecordSet && parent) return nodeTitle(parent.get()) + " – " + node->text();
+  if (node->filename().empty()) return node->Folder();
+  return (std::filesystem::path(node->Folder()) / node->filename()).string();
+}
+
+}  // namespace orv::commands

@@ -1,0 +1,47 @@
+// The records of a node as a table of fields.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sources/datasource.h"
+#include "store/Value.h"
+
+namespace orv::commands {
+
+struct RecordColumn {
+  std::string name;   ///< in the database
+  std::string title;  ///< for people, without the unit
+  std::string unit;
+  bool isNumber = false;
+};
+
+/// Rows of the record set that shows a node, or the files of a folder. Rows are read as far as
+/// somebody has asked, so that a table of any size is there at once. The first column identifies
+/// the records to all other commands. Reading raises what the store raises.
+class RecordTable {
+ public:
+  virtual ~RecordTable() = default;
+
+  const std::vector<RecordColumn>& columns() const { return columns_; }
+
+  /// Reads on until `rows` rows have been read or none is left.
+  virtual void readTo(std::size_t rows) = 0;
+  virtual std::size_t rowsRead() const = 0;
+  /// Whether all rows have been read.
+  virtual bool isComplete() const = 0;
+
+  /// A field of a row that has been read.
+  virtual store::Value value(std::size_t row, std::size_t column) const = 0;
+
+ protected:
+  std::vector<RecordColumn> columns_;
+};
+
+/// Opens the records of a record set or folder. Raises what opening the record set raises, and
+/// kInvalidCall for a node that has none.
+std::unique_ptr<RecordTable> openRecordTable(const std::shared_ptr<sources::datasource>& node);
+
+}  // namespace orv::commands

@@ -1,0 +1,53 @@
+// A user who answers the program's modal windows.
+#pragma once
+
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+#include <QWidget>
+#include <deque>
+#include <functional>
+#include <set>
+
+namespace orv::test {
+
+/// What a modal window showed.
+struct SeenDialog {
+  QString title;
+  QString text;  ///< of message and input boxes
+  QStringList buttons;
+  QString defaultButton;
+};
+
+/// Watches for modal windows while it lives, notes each, and does to it what was planned. A window
+/// that nobody planned for is closed by its escape key, so that no test hangs.
+class Dialogs : public QObject {
+ public:
+  using Handler = std::function<void(QWidget&)>;
+
+  Dialogs();
+
+  /// Plans what to do to the next window that is not planned for yet.
+  Dialogs& then(Handler handler);
+  /// Presses the button of this text (without "&").
+  Dialogs& press(const QString& button);
+  /// Chooses files in a file dialog.
+  Dialogs& choose(const QStringList& paths);
+  /// Answers an input box.
+  Dialogs& type(const QString& text);
+
+  const std::vector<SeenDialog>& seen() const { return seen_; }
+  QStringList texts() const;
+  /// Whether every planned window came.
+  bool isDone() const { return handlers_.empty(); }
+
+ private:
+  void look();
+
+  QTimer timer_;
+  std::deque<Handler> handlers_;
+  std::vector<SeenDialog> seen_;
+  std::set<QWidget*> handled_;
+};
+
+}  // namespace orv::test

@@ -1,0 +1,108 @@
+// The secondary dialogs.
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QSpinBox>
+
+#include "app/WindowTest.h"
+#include "app/dlgTextFileOptions.h"
+#include "app/frmAbout.h"
+#include "app/frmOptions.h"
+
+namespace orv::test {
+
+using app::dlgTextFileOptions;
+
+class TextFileOptionsTest : public ::testing::Test {
+ protected:
+  /// Has the user do something to the dialog, and returns its choice.
+  std::int16_t chooseBy(const Dialogs::Handler& deed) {
+    dialogs.then(deed);
+    dlgTextFileOptions dialog;
+    return dialog.choose();
+  }
+  static void click(QWidget& dialog, const char* name) {
+    dialog.findChild<QAbstractButton*>(name)->click();
+  }
+
+  Dialogs dialogs;
+};
+
+TEST_F(TextFileOptionsTest, ReturnsTheOptionThatIsChosen) {
+  EXPECT_EQ(chooseBy([](QWidget& dialog) { click(dialog, "OKButton"); }), 1);
+  EXPECT_EQ(dialogs.seen().front().title, "Text file type");
+  EXPECT_EQ(chooseBy([](QWidget& dialog) {
+              for (auto* button : dialog.findChildren<QAbstractButton*>()) {
+                if (button->text() == "Spectral shading data") button->click();
+              }
+              click(dialog, "OKButton");
+            }),
+            2);
+}
+
+TEST_F(TextFileOptionsTest, ReturnsNoneWhenCancelled) {
+  EXPECT_EQ(chooseBy([](QWidget& dialog) { click(dialog, "CancelButton"); }), 0);
+  EXPECT_EQ(chooseBy([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }), 0);
+  EXPECT_EQ(dialogs.seen().size(), 2U);
+}
+
+TEST_F(TextFileOptionsTest, TheCloseBoxAsksFirst) {
+  for (const char* refusal : {"No", "Cancel"}) {
+    const auto choice = chooseBy([&](QWidget& dialog) {
+      dialogs.press(refusal);
+      EXPECT_FALSE(dialog.close());
+      EXPECT_TRUE(dialog.isVisible());
+      click(dialog, "OKButton");
+    });
+    EXPECT_EQ(choice, 1);
+  }
+  const SeenDialog& question = dialogs.seen().back();
+  EXPECT_EQ(question.title, "ORV");
+  EXPECT_EQ(question.text,
+            "This will cancel the operation. Are you sure you want to close this window without "
+            "making a choice?");
+  EXPECT_EQ(question.buttons.size(), 3);
+  EXPECT_EQ(question.defaultButton, "Cancel");
+  EXPECT_EQ(chooseBy([&](QWidget& dialog) {
+              dialogs.press("Yes");
+              EXPECT_TRUE(dialog.close());
+            }),
+            0);
+}
+
+TEST(AboutTest, TellsTheVersionAndTheSystem) {
+  app::frmAbout about;
+  EXPECT_EQ(about.findChild<QLabel*>("lblVersion")->text(), "Version " ORV_VERSION);
+  EXPECT_FALSE(about.findChild<QLabel*>("lblDisclaimer")->text().isEmpty());
+  Dialogs dialogs;
+  QString facts;
+  dialogs.then([&](QWidget& dialog) {
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) facts += label->text() + '\n';
+    dialog.close();
+  });
+  about.findChild<QAbstractButton*>("cmdSysInfo")->click();
+  EXPECT_TRUE(facts.contains(qVersion())) << facts.toStdString();
+}
+
+TEST_F(WindowTest, TheOptionsChangeTheDigitsAndTheTheme) {
+  ORV_NEEDS_CORPUS();
+  openPanes();
+  openCopy("orvdata-2.0.1.mdb");
+  const QPalette before = QApplication::palette();
+  dialogs.then([](QWidget& dialog) {
+    dialog.findChild<QSpinBox*>("txtDigits")->setValue(1);
+    auto* theme = dialog.findChild<QComboBox*>("cboTheme");
+    theme->setCurrentIndex(theme->findText("Dark"));
+    dynamic_cast<QDialog&>(dialog).accept();
+  });
+  trigger("mnuViewOptions");
+  QStringList row;
+  for (int i = 0; i < grid().model()->columnCount(); ++i) row << cell(0, i);
+  EXPECT_TRUE(row.contains("0.8")) << row.join('|').toStdString();
+  EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 100);
+  app::applyTheme(app::Theme::system);
+  EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+}
+
+}  // namespace orv::test

@@ -1,0 +1,158 @@
+// Opening and removing data sources, and what is shown of them.
+#include <QDropEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMimeData>
+#include <QUrl>
+
+#include "app/WindowTest.h"
+
+namespace orv::test {
+
+TEST_F(WindowTest, OpensAnOrvDatabaseAndShowsItsPanes) {
+  ORV_NEEDS_CORPUS();
+  const std::string path = folder.copyOf(corpusFolder() / "sources/orvdata-3.0.0.mdb");
+  QStringList filters;
+  dialogs.then([&](QWidget& dialog) {
+    filters = dynamic_cast<QFileDialog&>(dialog).nameFilters();
+    dynamic_cast<QFileDialog&>(dialog).reject();
+  });
+  trigger("mnuFileOpenORVDatabase");
+  EXPECT_EQ(dialogs.seen().front().title, "Open new data source");
+  EXPECT_EQ(filters, QStringList({"ORV database (orvdata.mdb)", "All Files (*)"}));
+  EXPECT_EQ(tree().topLevelItemCount(), 0);
+
+  dialogs.choose({file(path)});
+  trigger("mnuFileOpenORVDatabase");
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  const QTreeWidgetItem* root = tree().topLevelItem(0);
+  EXPECT_EQ(root->text(0), "orvdata-3.0.0.mdb");
+  ASSERT_EQ(root->childCount(), 3);
+  EXPECT_EQ(root->child(2)->text(0), "Shadings");
+  EXPECT_EQ(tree().currentItem(), root->child(0));
+  EXPECT_TRUE(grid().isVisible());
+  EXPECT_GT(rows(), 0);
+  EXPECT_EQ(label("lblTitle"), file(path) + " – Panes");
+  EXPECT_EQ(label("lblCounts"), QStringLiteral("%1 records").arg(rows()));
+  EXPECT_TRUE(isEnabled("mnuFileRemove"));
+  EXPECT_TRUE(isEnabled("mnuSortAscending"));
+  EXPECT_FALSE(isEnabled("mnuEditCopy"));
+}
+
+TEST_F(WindowTest, TellsWhyADatabaseCannotBeOpened) {
+  const QString path = QString::fromStdString(folder / "orvdata.mdb");
+  QFile(path).open(QIODevice::WriteOnly);
+  const char* const commands[] = {"mnuFileOpenORVDatabase", "mnuFileOpenIGDB",
+                                  "mnuFileOpenO5UserDatabase"};
+  const char* const advice[] = {
+      "This may not be a valid ORV database, please check and try again.",
+      "This may not be a valid International Glazing Database, please check and try again.",
+      "This may not be a valid Optics5 user database, please check and try again."};
+  for (int i = 0; i < 3; ++i) {
+    dialogs.choose({path}).press("OK");
+    trigger(commands[i]);
+    EXPECT_EQ(dialogs.seen().back().title, "ORV database manager");
+    const QString text = dialogs.seen().back().text;
+    EXPECT_TRUE(text.endsWith(QStringLiteral("\n\n") + advice[i])) << text.toStdString();
+  }
+  EXPECT_EQ(tree().topLevelItemCount(), 0);
+}
+
+TEST_F(WindowTest, ShowsEachKindOfNodeInItsWay) {
+  ORV_NEEDS_CORPUS();
+  openPanes();
+  EXPECT_EQ(tree().currentItem()->text(0), "CLEAR5.LOF");
+  EXPECT_FALSE(grid().isVisible());
+  EXPECT_TRUE(text().contains("{ Units, Wavelength Units }")) << text().left(200).toStdString();
+  tree().setCurrentItem(tree().topLevelItem(0));
+  ASSERT_EQ(rows(), 5);
+  EXPECT_EQ(grid().model()->columnCount(), 1);
+  EXPECT_EQ(grid().model()->headerData(0, Qt::Horizontal).toString(), "Filename");
+  EXPECT_EQ(cell(0, 0), "CLEAR5.LOF");
+  openCopy("glazing.mdb");
+  EXPECT_TRUE(grid().isVisible());
+  EXPECT_EQ(rows(), 200);
+  EXPECT_EQ(cell(0, 0), "PANE00001.DAT");
+  selectNode({"glazing.mdb"});
+  EXPECT_EQ(text(), "Select one of the recordsets.");
+  EXPECT_EQ(label("lblCounts"), "");
+}
+
+TEST_F(WindowTest, TellsThatATextFileIsGone) {
+  const QString path = QString::fromStdString(folder / "pane.txt");
+  {
+    QFile text(path);
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("{ Thickness } 4\n");
+  }
+  dialogs.press("OK").choose({path});
+  trigger("mnuFileOpenTextFiles");
+  EXPECT_EQ(text(), "{ Thickness } 4\n");
+  QFile::remove(path);
+  trigger("mnuViewRefresh");
+  EXPECT_EQ(text(), "This file could not be read.");
+}
+
+TEST_F(WindowTest, OpensSeveralTextFilesInTheOrderChosen) {
+  for (const char* name : {"a.txt", "b.txt"})
+    QFile(QString::fromStdString(folder / name)).open(QIODevice::WriteOnly);
+  dialogs.press("OK").choose(
+      {QString::fromStdString(folder / "a.txt"), QString::fromStdString(folder / "b.txt")});
+  trigger("mnuFileOpenTextFiles");
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  EXPECT_EQ(tree().topLevelItem(0)->childCount(), 2);
+  EXPECT_EQ(tree().currentItem()->text(0), "a.txt");
+}
+
+TEST_F(WindowTest, RemovesASourceOnlyWhenToldTo) {
+  ORV_NEEDS_CORPUS();
+  openPanes();
+  openCopy("orvdata-2.0.1.mdb");
+  dialogs.press("Cancel").press("No").press("Yes");
+  trigger("mnuFileRemove");
+  trigger("mnuFileRemove");
+  EXPECT_EQ(tree().topLevelItemCount(), 2);
+  EXPECT_EQ(dialogs.seen().back().buttons.size(), 3);
+  trigger("mnuFileRemove");
+  EXPECT_EQ(dialogs.texts().back(),
+            "Are you sure you want to remove this datasource from the list of available "
+            "datasources?");
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  EXPECT_EQ(tree().currentItem(), tree().topLevelItem(0));
+  dialogs.press("Yes");
+  trigger("mnuFileRemove");
+  EXPECT_EQ(text(), "(no data...)");
+  EXPECT_FALSE(isEnabled("mnuFileRemove"));
+}
+
+TEST_F(WindowTest, MakesAnOrvDatabaseButNeverReplacesAFile) {
+  const QString path = QString::fromStdString(folder / "orvdata.mdb");
+  dialogs.choose({path});
+  trigger("mnuFileNewORVDatabase");
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  EXPECT_TRUE(grid().isVisible());
+  EXPECT_EQ(rows(), 0);
+  const qint64 size = QFile(path).size();
+  dialogs.choose({path}).press("OK");
+  trigger("mnuFileNewORVDatabase");
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(QFile(path).size(), size);
+  EXPECT_EQ(tree().topLevelItemCount(), 1);
+}
+
+TEST_F(WindowTest, OpensFilesThatAreDroppedOnIt) {
+  ORV_NEEDS_CORPUS();
+  const std::string path = folder.copyOf(corpusFolder() / "sources/glazing.mdb");
+  QMimeData data;
+  data.setUrls(
+      {QUrl::fromLocalFile(file(path)), QUrl::fromLocalFile(file(corpusFolder() / "panes"))});
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&window, &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&window, &drop);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return tree().topLevelItemCount() == 2; }));
+}
+
+}  // namespace orv::test

@@ -1,0 +1,119 @@
+// The window as it starts, and its place on the screen.
+#include <QLabel>
+#include <QMenu>
+#include <QSplitter>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "app/WindowGeometry.h"
+#include "app/WindowTest.h"
+#include "app/frmSplash.h"
+
+namespace orv::test {
+
+TEST_F(WindowTest, StartsWithNothingToWorkOn) {
+  EXPECT_EQ(window.windowTitle(), "ORV database manager");
+  EXPECT_EQ(tree().topLevelItemCount(), 0);
+  EXPECT_EQ(text(), "(no data...)");
+  EXPECT_FALSE(grid().isVisible());
+  EXPECT_EQ(label("lblStatus"), "Ready");
+  for (const char* name : {"mnuFileRemove", "mnuFileExport", "mnuEditCopy", "mnuEditPaste",
+                           "mnuEditDelete", "mnuSortAscending", "mnuSortDescending"}) {
+    EXPECT_FALSE(isEnabled(name)) << name;
+  }
+  for (const char* name : {"mnuFileOpenORVDatabase", "mnuFileOpenIGDB", "mnuFileOpenO5UserDatabase",
+                           "mnuFileOpenTextFiles"}) {
+    EXPECT_TRUE(isEnabled(name)) << name;
+  }
+}
+
+TEST_F(WindowTest, HasAToolBarOfTheMainCommands) {
+  QStringList keys;
+  for (QAction* each : find<QToolBar>("tbToolBar").actions()) {
+    if (const auto* button = find<QToolBar>("tbToolBar").widgetForAction(each);
+        qobject_cast<const QToolButton*>(button) != nullptr) {
+      keys << button->objectName();
+    }
+  }
+  EXPECT_EQ(keys.mid(0, 6),
+            QStringList({"Open", "Copy", "Paste", "Delete", "Sort Ascending", "Sort Descending"}));
+  EXPECT_FALSE(find<QToolButton>("Copy").isEnabled());
+  EXPECT_EQ(find<QToolButton>("Open").defaultAction()->menu()->objectName(), "mnuFileOpen");
+}
+
+TEST_F(WindowTest, EveryCommandExplainsItselfAndHasItsOwnKeys) {
+  QList<QKeySequence> shortcuts;
+  for (const QAction* each : window.findChildren<QAction*>()) {
+    if (!each->objectName().startsWith("mnu") || each->menu() != nullptr) continue;
+    EXPECT_FALSE(each->toolTip().isEmpty()) << each->objectName().toStdString();
+    for (const QKeySequence& shortcut : each->shortcuts()) {
+      EXPECT_FALSE(shortcuts.contains(shortcut)) << shortcut.toString().toStdString();
+      shortcuts << shortcut;
+    }
+  }
+}
+
+TEST(WindowGeometry, IsKeptInTwips) {
+  app::userSettings().clear();
+  app::WindowUserInterface ui;
+  commands::Session session(ui);
+  {
+    app::frmMain window(session, ui);
+    const double dpi = window.logicalDpiX();
+    EXPECT_EQ(window.width(), qRound(6500 * dpi / 1440));
+    EXPECT_EQ(window.pos().x(), qRound(1000 * dpi / 1440));
+    window.show();
+    window.move(40, 50);
+    window.resize(640, 480);
+    window.close();
+  }
+  QSettings settings = app::userSettings();
+  settings.beginGroup("Settings");
+  EXPECT_EQ(settings.childKeys(), QStringList({"MainHeight", "MainLeft", "MainTop", "MainWidth"}));
+  app::frmMain again(session, ui);
+  EXPECT_EQ(again.size(), QSize(640, 480));
+  EXPECT_EQ(again.pos(), QPoint(40, 50));
+}
+
+TEST(WindowGeometry, OfAMinimisedWindowIsNotKept) {
+  app::userSettings().clear();
+  app::WindowUserInterface ui;
+  commands::Session session(ui);
+  app::frmMain window(session, ui);
+  window.showMinimized();
+  window.close();
+  EXPECT_TRUE(app::userSettings().allKeys().isEmpty());
+}
+
+TEST(WindowGeometry, ThatNoScreenShowsIsBroughtBack) {
+  QWidget window;
+  app::WindowGeometry{-200000, 300000, 6500, 6500}.applyTo(window);
+  EXPECT_TRUE(window.screen()->geometry().intersects(window.geometry()));
+}
+
+TEST_F(WindowTest, TheSplitterStaysOffTheEdges) {
+  window.resize(900, 600);
+  auto& splitter = find<QSplitter>("Splitter");
+  const int least = qRound(500 * window.logicalDpiX() / 1440.0);
+  const auto dragTo = [&](int x) {
+    QSplitterHandle* handle = splitter.handle(1);
+    QTest::mousePress(handle, Qt::LeftButton, {}, QPoint(1, 50));
+    QTest::mouseMove(handle, handle->mapFromParent(QPoint(x, 50)));
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, handle->mapFromParent(QPoint(x, 50)));
+  };
+  dragTo(300);
+  EXPECT_NEAR(tree().width(), 300, 3);
+  dragTo(2);
+  EXPECT_EQ(tree().width(), least);
+  dragTo(2000);
+  EXPECT_EQ(splitter.width() - splitter.handle(1)->x() - splitter.handleWidth(), least);
+}
+
+TEST(Splash, TellsNameAndVersion) {
+  app::frmSplash splash;
+  splash.open();
+  EXPECT_EQ(splash.findChild<QLabel*>("lblProductName")->text(), "ORV database manager");
+  EXPECT_EQ(splash.findChild<QLabel*>("lblVersion")->text(), "Version " ORV_VERSION);
+}
+
+}  // namespace orv::test

@@ -1,0 +1,199 @@
+// Copying, pasting, deleting and exporting records.
+#include <QCheckBox>
+#include <QDir>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPlainTextEdit>
+
+#include "app/WindowTest.h"
+#include "database/OrvSchema.h"
+
+namespace orv::test {
+
+class TransferWindowTest : public WindowTest {
+ protected:
+  /// Opens a new ORV database.
+  void openNew() {
+    const std::string path = folder / "new.mdb";
+    database::CreateEmptyDatabase(path)->close();
+    window.openPaths({QString::fromStdString(path)});
+  }
+  /// Copies rows of the panes of the IGDB copy.
+  void copyFromIgdb(int low, int high) {
+    openCopy("glazing.mdb");
+    selectRows(low, high);
+    trigger("mnuEditCopy");
+  }
+};
+
+TEST_F(TransferWindowTest, PastesPanesOfTheIgdbWithoutAQuestion) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 2);
+  EXPECT_TRUE(isEnabled("mnuEditPaste"));
+  EXPECT_EQ(label("lblPending"), "3 copied");
+  openNew();
+  trigger("mnuEditPaste");
+  EXPECT_TRUE(dialogs.seen().empty()) << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(rows(), 3);
+  EXPECT_EQ(cell(2, 3), "IGDB");
+  EXPECT_EQ(label("lblStatus"), "Ready");
+  EXPECT_TRUE(isEnabled("mnuEditPaste"));
+  EXPECT_FALSE(isEnabled("mnuEditDelete"));
+}
+
+TEST_F(TransferWindowTest, RefusesDestinationsThatCannotTakeTheRecords) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 0);
+  trigger("mnuEditPaste");
+  openCopy("orvdata-2.0.1.mdb");
+  trigger("mnuEditPaste");
+  EXPECT_EQ(dialogs.texts(),
+            QStringList({"Data cannot be copied to this destination. Source and destination are "
+                         "the same.",
+                         "Data cannot be copied to this destination. Data can only be copied to a "
+                         "ORV database version 3 or higher."}));
+  EXPECT_EQ(dialogs.seen().back().title, "ORV database manager");
+}
+
+TEST_F(TransferWindowTest, AsksForAGroupUntilItMayBeUsed) {
+  ORV_NEEDS_CORPUS();
+  openCopy("orvdata-2.0.1.mdb");
+  selectRows(0, 3);
+  trigger("mnuEditCopy");
+  openNew();
+  dialogs.type("tarven-1").press("OK").type("Glass");
+  trigger("mnuEditPaste");
+  ASSERT_EQ(dialogs.seen().size(), 3U);
+  EXPECT_EQ(dialogs.texts()[0], "Supply a new groupname for all of these records:");
+  EXPECT_EQ(dialogs.texts()[1], "tarven-1 is not a valid group name.");
+  EXPECT_EQ(dialogs.seen()[2].title, "ORV database manager");
+  ASSERT_GT(rows(), 0);
+  EXPECT_EQ(cell(0, 3), "Glass");
+}
+
+TEST_F(TransferWindowTest, ReportsFailuresOnceAndSumsThemUp) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 4);
+  openNew();
+  trigger("mnuEditPaste");
+  QString summary;
+  dialogs
+      .then([](QWidget& box) {
+        dynamic_cast<QMessageBox&>(box).checkBox()->setChecked(true);
+        dynamic_cast<QMessageBox&>(box).accept();
+      })
+      .then([&](QWidget& dialog) {
+        summary = dialog.findChild<QPlainTextEdit*>()->toPlainText();
+        dialog.close();
+      });
+  trigger("mnuEditPaste");
+  EXPECT_TRUE(dialogs.isDone());
+  ASSERT_EQ(dialogs.seen().size(), 2U);
+  EXPECT_EQ(dialogs.texts().front(),
+            "The record PANE00001.DAT could not be copied: \nA record with this name "
+            "(PANE00001.DAT) already exists.\n\nIf this is a text file, check its format.");
+  EXPECT_EQ(summary.count("could not be copied"), 5);
+  EXPECT_EQ(rows(), 5);
+}
+
+TEST_F(TransferWindowTest, CopiesRowsThatAreDraggedToANode) {
+  ORV_NEEDS_CORPUS();
+  openNew();
+  openCopy("glazing.mdb");
+  selectRows(1, 2);
+  std::unique_ptr<QMimeData> data(
+      grid().model()->mimeData(grid().selectionModel()->selectedIndexes()));
+  EXPECT_EQ(data->text(), "PANE00002.DAT\nPANE00003.DAT");
+  const QTreeWidgetItem* database = tree().topLevelItem(0);
+  const QPointF place = tree().visualItemRect(database).center();
+  QDragEnterEvent enter(place.toPoint(), Qt::CopyAction, data.get(), Qt::LeftButton, {});
+  QDragMoveEvent move(place.toPoint(), Qt::CopyAction, data.get(), Qt::LeftButton, {});
+  QDropEvent drop(place, Qt::CopyAction, data.get(), Qt::LeftButton, {});
+  QApplication::sendEvent(tree().viewport(), &enter);
+  QApplication::sendEvent(tree().viewport(), &move);
+  EXPECT_TRUE(move.isAccepted());
+  QApplication::sendEvent(tree().viewport(), &drop);
+  QTest::qWait(50);
+  EXPECT_TRUE(dialogs.seen().empty()) << dialogs.texts().join('|').toStdString();
+  EXPECT_FALSE(isEnabled("mnuEditPaste"));
+  selectNode({"new.mdb", "Panes"});
+  EXPECT_EQ(rows(), 2);
+}
+
+/// Counts how often a window paints itself.
+class PaintCounter : public QObject {
+ public:
+  explicit PaintCounter(QWidget& window) { window.installEventFilter(this); }
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+};
+
+TEST_F(TransferWindowTest, StaysPaintedAndCanBeCancelledDuringAPaste) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 199);
+  openNew();
+  QStringList seen;
+  PaintCounter paints(find<QLabel>("lblStatus"));
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    const auto* progress = window.findChild<QDialog*>("ProgressDialog");
+    if (progress == nullptr) return;
+    seen << progress->findChild<QLabel*>("lblProgressStatus")->text();
+    if (seen.size() == 3) QTest::keyClick(const_cast<QDialog*>(progress), Qt::Key_Escape);
+  });
+  user.start(1);
+  trigger("mnuEditPaste");
+  EXPECT_GE(seen.size(), 3);
+  EXPECT_GE(paints.count, 3);
+  EXPECT_GT(rows(), 0);
+  EXPECT_LT(rows(), 200);
+}
+
+TEST_F(TransferWindowTest, DeletesOnlyWhereAllowedAndConfirmed) {
+  ORV_NEEDS_CORPUS();
+  openCopy("glazing.mdb");
+  selectRows(0, 0);
+  trigger("mnuEditDelete");
+  EXPECT_EQ(dialogs.texts().back(), "This datasource does not allow deleting any records.");
+
+  openCopy("orvdata-3.0.0.mdb");
+  const int before = rows();
+  const QString third = cell(2, 0);
+  selectRows(0, 1);
+  dialogs.press("No").press("Yes");
+  trigger("mnuEditDelete");
+  EXPECT_EQ(rows(), before);
+  selectRows(0, 1);
+  trigger("mnuEditDelete");
+  const SeenDialog& question = dialogs.seen().back();
+  EXPECT_EQ(question.title, "ORV");
+  EXPECT_EQ(question.text,
+            "Are you sure you want to remove these records? This action cannot be undone.");
+  EXPECT_EQ(rows(), before - 2);
+  EXPECT_EQ(cell(0, 0), third);
+  EXPECT_FALSE(isEnabled("mnuEditDelete"));
+}
+
+TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
+  ORV_NEEDS_CORPUS();
+  openCopy("glazing.mdb");
+  selectRows(0, 1);
+  const std::string target = folder / "export";
+  QDir().mkdir(QString::fromStdString(target));
+  dialogs.choose({QString::fromStdString(target)}).press("OK");
+  trigger("mnuFileExport");
+  EXPECT_TRUE(dialogs.texts().back().startsWith("2 file(s) written to "))
+      << dialogs.texts().back().toStdString();
+  window.openPaths({QString::fromStdString(target)});
+  selectNode({QString::fromStdString(target)});
+  EXPECT_EQ(rows(), 2);
+}
+
+}  // namespace orv::test

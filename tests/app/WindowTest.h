@@ -1,0 +1,69 @@
+// The main window, as a user has it before him.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QSettings>
+#include <QTest>
+
+#include "app/DataSourceTree.h"
+#include "app/Dialogs.h"
+#include "app/FilterHeader.h"
+#include "app/RecordGrid.h"
+#include "app/Text.h"
+#include "app/WindowUserInterface.h"
+#include "app/frmMain.h"
+#include "commands/Session.h"
+#include "support/Corpus.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::test {
+
+inline QString file(const std::filesystem::path& path) {
+  return QString::fromStdString(path.string());
+}
+
+class WindowTest : public ::testing::Test {
+ protected:
+  WindowTest() { window.show(); }
+
+  template <class Widget>
+  Widget& find(const char* name) {
+    auto* widget = window.findChild<Widget*>(name);
+    if (widget == nullptr) throw std::logic_error(std::string("no ") + name);
+    return *widget;
+  }
+  QAction& action(const char* name) { return find<QAction>(name); }
+  void trigger(const char* name) { action(name).trigger(); }
+  bool isEnabled(const char* name) { return action(name).isEnabled(); }
+
+  app::DataSourceTree& tree() { return find<app::DataSourceTree>("tvDataSources"); }
+  app::RecordGrid& grid() { return find<app::RecordGrid>("RecordGrid"); }
+  QString label(const char* name) { return find<QLabel>(name).text(); }
+  QString text();
+  QString cell(int row, int column) { return grid().model()->index(row, column).data().toString(); }
+  int rows() { return grid().model()->rowCount(); }
+
+  /// A copy of a file of the corpus, opened as dropped files are.
+  QString openCopy(const char* name) {
+    const QString copy = QString::fromStdString(folder.copyOf(corpusFolder() / "sources" / name));
+    window.openPaths({copy});
+    return copy;
+  }
+  /// Opens a folder with the corpus's pane files.
+  void openPanes() { window.openPaths({file(corpusFolder() / "panes")}); }
+
+  /// Chooses an item of the tree by the texts from its root on.
+  void selectNode(const QStringList& path);
+  void selectRows(int low, int high) { grid().selectRows({low, high}); }
+
+  TemporaryFolder folder;
+  app::WindowUserInterface ui;
+  commands::Session session{ui};
+  app::frmMain window{session, ui};
+  Dialogs dialogs;
+};
+
+}  // namespace orv::test

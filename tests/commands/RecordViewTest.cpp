@@ -1,0 +1,191 @@
+// Tables of records, filtered and sorted.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "commands/CellText.h"
+#include "commands/ColumnTitle.h"
+#include "commands/CommandsTest.h"
+#include "commands/NodeContent.h"
+#include "commands/RecordView.h"
+
+namespace orv::commands {
+namespace {
+
+using store::Value;
+using ::testing::ElementsAre;
+
+/// A table in memory that notes how far it was read.
+class MemoryTable : public RecordTable {
+ public:
+  using Rows = std::vector<std::vector<Value>>;
+
+  MemoryTable(std::vector<RecordColumn> columns, Rows rows) : rows_(std::move(rows)) {
+    columns_ = std::move(columns);
+  }
+  void readTo(std::size_t rows) override { read_ = std::max(read_, std::min(rows, rows_.size())); }
+  std::size_t rowsRead() const override { return read_; }
+  bool isComplete() const override { return read_ == rows_.size(); }
+  Value value(std::size_t row, std::size_t column) const override {
+    EXPECT_LT(row, read_);
+    return rows_[row][column];
+  }
+
+ private:
+  Rows rows_;
+  std::size_t read_ = 0;
+};
+
+RecordView glazings() {
+  return {std::make_unique<MemoryTable>(
+              std::vector<RecordColumn>{{"name", "Name", "", false}, {"mm", "mm", "", true}},
+              MemoryTable::Rows{{"clear 10", 10.0F},
+                                {"Clear 3", 3.1F},
+                                {"low-e", Value()},
+                                {"bronze", 10.0F},
+                                {"CLEAR 9", 9.0F}}),
+          4};
+}
+
+std::vector<std::string> names(RecordView& view) {
+  while (!view.isComplete()) view.advance(2);
+  std::vector<std::string> names;
+  for (std::size_t row = 0; row < view.count(); ++row) names.push_back(view.text(row, 0));
+  return names;
+}
+
+TEST(RecordView, ReadsNoFurtherThanAsked) {
+  RecordView view = glazings();
+  view.advance(2);
+  EXPECT_EQ(view.count(), 2U);
+  EXPECT_FALSE(view.isComplete());
+  view.advance(100);
+  EXPECT_EQ(view.count(), 5U);
+  EXPECT_TRUE(view.isComplete());
+}
+
+TEST(RecordView, FiltersByTextWithoutRegardToCase) {
+  RecordView view = glazings();
+  view.filter({"clear"});
+  EXPECT_THAT(names(view), ElementsAre("clear 10", "Clear 3", "CLEAR 9"));
+  view.filter({"=clear 3"});
+  EXPECT_THAT(names(view), ElementsAre("Clear 3"));
+  view.filter({"clear", "9"});
+  EXPECT_THAT(names(view), ElementsAre("CLEAR 9"));
+  view.filter({"", "="});
+  EXPECT_THAT(names(view), ElementsAre("low-e"));
+  view.filter({"", ""});
+  EXPECT_EQ(names(view).size(), 5U);
+}
+
+TEST(RecordView, ComparesNumbersAsNumbers) {
+  const auto filtered = [](const char* filter) {
+    RecordView view = glazings();
+    view.filter({"", filter});
+    return names(view);
+  };
+  EXPECT_THAT(filtered(">9"), ElementsAre("clear 10", "bronze"));
+  EXPECT_THAT(filtered(">= 9"), ElementsAre("clear 10", "bronze", "CLEAR 9"));
+  EXPECT_THAT(filtered("<3,2"), ElementsAre("Clear 3"));
+  EXPECT_THAT(filtered("=3.1"), ElementsAre("Clear 3"));
+  EXPECT_THAT(filtered("3..9"), ElementsAre("Clear 3", "CLEAR 9"));
+  EXPECT_THAT(filtered(">"), ::testing::SizeIs(5)) << "not finished, and so no filter yet";
+}
+
+TEST(RecordView, SortsTheFilteredRowsAndKeepsEqualOnesInOrder) {
+  RecordView view = glazings();
+  view.sort(1, true);
+  EXPECT_THAT(names(view), ElementsAre("low-e", "Clear 3", "CLEAR 9", "clear 10", "bronze"));
+  view.filter({"", "1"});
+  EXPECT_THAT(names(view), ElementsAre("Clear 3", "clear 10", "bronze"));
+  view.sort(0, false);
+  EXPECT_THAT(names(view), ElementsAre("Clear 3", "clear 10", "bronze"));
+}
+
+TEST(RecordView, FindsAroundTheEnds) {
+  RecordView view = glazings();
+  EXPECT_EQ(view.find("10", 0, true), 0U);
+  EXPECT_EQ(view.find("10", 1, true), 1U) << "the number in the second column";
+  EXPECT_EQ(view.find("10", 2, true), 7U);
+  EXPECT_EQ(view.find("10", 8, true), 0U);
+  EXPECT_EQ(view.find("bronze", 2, false), 6U);
+  EXPECT_EQ(view.find("nowhere", 0, true), std::nullopt);
+}
+
+TEST(CellText, RoundsFractionsAndLeavesWholeNumbersAlone) {
+  EXPECT_EQ(cellText(0.0123456F, 4), "0.01235");
+  EXPECT_EQ(cellText(5.7F, 4), "5.7");
+  EXPECT_EQ(cellText(5.7F, kAllDigits), "5.7");
+  EXPECT_EQ(cellText(123456.7, 4), "123457");
+  EXPECT_EQ(cellText(0.9999999, 4), "1");
+  EXPECT_EQ(cellText(-0.00001, 4), "-1e-05");
+  EXPECT_EQ(cellText(0.0, 4), "0");
+  EXPECT_EQ(cellText(123456789, 4), "123456789");
+  EXPECT_EQ(cellText(true, 4), "Yes");
+  EXPECT_EQ(cellText(Value(), 4), "");
+  EXPECT_EQ(cellText(store::Bytes(12), 4), "12 bytes");
+  EXPECT_EQ(cellText(store::Date{45657.0}, 4), "2024-12-31");
+  EXPECT_EQ(cellText(store::Date{45657.5}, 4), "2024-12-31 12:00:00");
+}
+
+TEST(ColumnTitle, HasWordsAndUnits) {
+  EXPECT_EQ(columnTitle("Thickness").text, "Thickness");
+  EXPECT_EQ(columnTitle("Thickness").unit, "mm");
+  EXPECT_EQ(columnTitle("product_name").text, "Product name");
+  EXPECT_EQ(columnTitle("ProductName").text, "Product name");
+  EXPECT_EQ(columnTitle("Shading_id").text, "Shading ID");
+  EXPECT_EQ(columnTitle("PaneID").text, "Pane ID");
+  EXPECT_EQ(columnTitle("conduction").unit, "W/(m·K)");
+}
+
+class RecordTableTest : public test::CommandsTest {};
+
+TEST_F(RecordTableTest, ShowsEachKindOfNode) {
+  EXPECT_EQ(nodeView(nullptr), NodeView::text);
+  EXPECT_EQ(nodeText(nullptr), "(no data...)");
+  const auto database = newDatabase();
+  EXPECT_EQ(nodeView(database.get()), NodeView::text);
+  EXPECT_EQ(nodeText(database.get()), "Select one of the recordsets.");
+  const auto panes = recordSet(database, RecordKind::panes);
+  EXPECT_EQ(nodeView(panes.get()), NodeView::records);
+  EXPECT_EQ(nodeTitle(panes.get()), (folder.path() / "new.mdb").string() + " – Panes");
+
+  const auto files = texts(TextFileKind::panes, {{"a.txt", "text of a"}, {"b.txt", ""}});
+  EXPECT_EQ(nodeView(files.get()), NodeView::records);
+  const auto first = files->DataSources().Item(1);
+  EXPECT_EQ(nodeText(first.get()), "text of a");
+  std::filesystem::remove(folder.path() / "a.txt");
+  EXPECT_EQ(nodeText(first.get()), "This file could not be read.");
+  first->DataType(20);
+  EXPECT_EQ(nodeView(first.get()), NodeView::nothing);
+}
+
+TEST_F(RecordTableTest, PutsTheKeyFirst) {
+  const auto database = newDatabase();
+  for (const auto kind : {RecordKind::panes, RecordKind::frames, RecordKind::shadings}) {
+    const auto node = recordSet(database, kind);
+    const auto table = openRecordTable(node);
+    EXPECT_EQ(table->columns().front().name, identifierColumn(node->DataType()));
+    EXPECT_TRUE(table->isComplete());
+  }
+  EXPECT_THROW(openRecordTable(database), Error);
+}
+
+TEST_F(RecordTableTest, ReadsTheRowsOfAForeignFileInSteps) {
+  ORV_NEEDS_CORPUS();
+  const auto node = recordSet(foreign("glazing.mdb"), RecordKind::panes);
+  const auto table = openRecordTable(node);
+  EXPECT_EQ(table->columns()[0].title, "File name");
+  EXPECT_EQ(table->columns()[2].title, "Thickness");
+  EXPECT_TRUE(table->columns()[2].isNumber);
+  table->readTo(7);
+  EXPECT_EQ(table->rowsRead(), 7U);
+  EXPECT_FALSE(table->isComplete());
+  table->readTo(1000);
+  EXPECT_EQ(table->rowsRead(), 200U);
+  EXPECT_TRUE(table->isComplete());
+  EXPECT_EQ(cellText(table->value(199, 0), 4), "PANE00200.DAT");
+  EXPECT_EQ(cellText(table->value(3, 0), 4), "PANE00004.DAT");
+}
+
+}  // namespace
+}  // namespace orv::commands
