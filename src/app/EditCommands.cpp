@@ -19,8 +19,8 @@ namespace {
 /// What an export did, for the message at its end.
 std::string exportReport(const commands::ExportResult& result, const std::string& folder) {
   const QString written =
-      EditCommands::tr("%n file(s) written to %1.", nullptr, static_cast<int>(result.files.size()))
-          .arg(qt(folder));
+      EditCommands::tr("%1 written to %2.")
+          .arg(counted(static_cast<qlonglong>(result.files.size()), "file"), qt(folder));
   if (result.filled.empty()) return written.toStdString();
   QStringList lines;
   for (const std::string& line : result.filled) lines << qt(line);

@@ -19,9 +19,11 @@ constexpr const char* kIgdbFilter = "LBNL International Glazing Database(glazing
 constexpr const char* kOptics5Filter = "Optics/IGDB user database (*.mdb)";
 constexpr const char* kAllFilter = "All Files (*.*)";
 
-/// In the toolkit's eyes "*.*" wants a point in the name; it shows all files for "*" only.
-QString toolkitFilter(QString filter) {
-  return filter.replace("(*.*)", "(*)");
+/// The toolkit takes the pattern from the last parentheses of a filter and, told to hide it, shows
+/// what stands before. "*.*" means all files to people, but to the toolkit only those with a point.
+QString toolkitFilter(const QString& filter) {
+  const QString pattern = filter.section('(', -1).chopped(1);
+  return QStringLiteral("%1 (%2)").arg(filter, pattern == "*.*" ? "*" : pattern);
 }
 
 }  // namespace
@@ -92,6 +94,7 @@ FileCommands::Choice FileCommands::chooseFiles(const QStringList& filters, Mode 
                                                  : QFileDialog::AnyFile);
   QStringList shown;
   for (const QString& filter : filters) shown << toolkitFilter(filter);
+  dialog.setOption(QFileDialog::HideNameFilterDetails);
   dialog.setNameFilters(shown);
   if (dialog.exec() != QDialog::Accepted) return {};
   Choice choice;

@@ -22,7 +22,7 @@ constexpr int kMillisecondsOfRest = 120;
 constexpr std::size_t kMostPanes = 8;
 /// Shares of the window's height and width that the docks get at first, in percent.
 constexpr int kSpectrumShare = 42;
-constexpr int kDetailsShare = 26;
+constexpr int kDetailsShare = 30;
 
 QAction* dressed(QAction* action, const char* name, const char* iconName, const QString& shortcut,
                  const QString& help) {

@@ -11,6 +11,7 @@
 
 #include "app/FilterHeader.h"
 #include "app/Pointers.h"
+#include "app/Text.h"
 
 namespace orv::app {
 
@@ -198,7 +199,7 @@ void RecordGrid::startDrag(Qt::DropActions /*actions*/) {
   auto* drag = new QDrag(this);
   drag->setMimeData(model_->mimeData(selectionModel()->selectedIndexes()));
   if (drag->mimeData() == nullptr) return;
-  drag->setPixmap(dragLabel(tr("%n record(s)", nullptr, selectedRows().count()), *this));
+  drag->setPixmap(dragLabel(counted(selectedRows().count(), "record"), *this));
   drag->exec(Qt::CopyAction);
 }
 

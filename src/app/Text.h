@@ -1,6 +1,7 @@
 // Between the toolkit's texts and those of the system, which are UTF-8.
 #pragma once
 
+#include <QLocale>
 #include <QString>
 #include <string>
 
@@ -11,6 +12,12 @@ inline QString qt(const std::string& text) {
 }
 inline QString qt(const char* text) {
   return QString::fromUtf8(text);
+}
+
+/// "1 record", "6,000 records".
+inline QString counted(qlonglong number, const QString& thing) {
+  const QString text = QLocale().toString(number) + ' ' + thing;
+  return number == 1 ? text : text + 's';
 }
 
 }  // namespace orv::app

@@ -24,6 +24,7 @@ namespace orv::app {
 
 namespace {
 
+constexpr QSize kSmallest(360, 280);
 /// In a smaller window the docks are closed at first: they would leave the grid no room.
 constexpr QSize kRoomForDocks(900, 600);
 
@@ -44,6 +45,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
+  setMinimumSize(kSmallest);
   setStatusBar(sbStatusBar_);
   setCentralWidget(new PaneSplitter(tvDataSources_, dataPane_));
   file_->setParent(this);
@@ -177,9 +179,9 @@ void frmMain::updateCounts() {
   QString counts;
   if (dataPane_->showsRecords()) {
     const RecordModel& records = grid_.records();
-    const QString more = records.isComplete() ? QString() : tr(" and more");
-    counts = records.isFiltered() ? tr("%L1%2 records found").arg(records.rowCount()).arg(more)
-                                  : tr("%L1%2 records").arg(records.rowCount()).arg(more);
+    counts = counted(records.rowCount(), tr("record"));
+    if (!records.isComplete()) counts = tr("more than %1").arg(counts);
+    if (records.isFiltered()) counts += tr(" found");
     if (selection_.HasRecords()) counts += tr(", %L1 selected").arg(selection_.RecordsCount());
   }
   sbStatusBar_->counts(counts);

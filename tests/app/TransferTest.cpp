@@ -8,6 +8,8 @@
 #include <QPlainTextEdit>
 
 #include "app/WindowTest.h"
+#include "app/docks/DetailsDock.h"
+#include "app/docks/SpectrumDock.h"
 #include "database/OrvSchema.h"
 
 namespace orv::test {
@@ -181,6 +183,24 @@ TEST_F(TransferWindowTest, DeletesOnlyWhereAllowedAndConfirmed) {
   EXPECT_FALSE(isEnabled("mnuEditDelete"));
 }
 
+TEST_F(TransferWindowTest, ShowsTheSelectedRecordInTheDocksThatAreOpen) {
+  ORV_NEEDS_CORPUS();
+  openCopy("glazing.mdb");
+  trigger("mnuViewSpectrum");
+  trigger("mnuViewDetails");
+  auto& spectrum = *window.findChild<app::SpectrumDock*>();
+  auto& details = *window.findChild<app::DetailsDock*>();
+  selectRows(0, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return spectrum.plot().dataSets.size() == 2; }));
+  selectRows(2, 2);
+  const auto& fields = *details.findChild<QTreeWidget*>();
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    return !fields.findItems("PANE00003.DAT", Qt::MatchExactly | Qt::MatchRecursive, 1).isEmpty();
+  }));
+  selectNode({"glazing.mdb"});
+  EXPECT_TRUE(spectrum.plot().dataSets.empty());
+}
+
 TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   ORV_NEEDS_CORPUS();
   openCopy("glazing.mdb");
@@ -189,7 +209,7 @@ TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   QDir().mkdir(QString::fromStdString(target));
   dialogs.choose({QString::fromStdString(target)}).press("OK");
   trigger("mnuFileExport");
-  EXPECT_TRUE(dialogs.texts().back().startsWith("2 file(s) written to "))
+  EXPECT_TRUE(dialogs.texts().back().startsWith("2 files written to "))
       << dialogs.texts().back().toStdString();
   window.openPaths({QString::fromStdString(target)});
   selectNode({QString::fromStdString(target)});

@@ -14,7 +14,7 @@ namespace {
 
 enum Column { kName, kValue, kUnit, kColumns };
 
-constexpr int kLongestName = 36;  ///< characters; longer names are cut
+constexpr int kLongestName = 28;  ///< characters; longer names are cut
 
 /// With a capital letter at its start.
 QString displayName(const std::string& name) {
