@@ -118,7 +118,7 @@ TEST_P(TableChange, KeepsRowsAndIndexesAsAModelInMemory) {
   const TableDefinition& definition = table->definition();
   Rows model = rowsOf(*table);
   ValueMaker maker(7);
-  for (int round = 0; round < 3000; ++round) {
+  for (int round = 0; round < 1200; ++round) {
     const std::size_t action = maker.below(10);
     auto chosen = model.empty() ? model.end() : std::next(model.begin(), static_cast<std::ptrdiff_t>(maker.below(model.size())));
     if (action < 5 || chosen == model.end()) {

@@ -252,7 +252,7 @@ bool IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
     removePage(path);
     return true;
   }
-  const bool sparse = isSparse(page);
+  const bool sparse = page.freeSpace() > entriesRoom() / 4 * 3;
   const Bytes last = page.entry(page.count() - 1);
   if (leaf.at == page.count()) {
     restoreSeparators(last);
@@ -263,38 +263,50 @@ bool IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
   return true;
 }
 
-/// Less than a quarter of the page is used.
-bool IndexTree::isSparse(const IndexPage& page) const {
-  const Format& format = pager_.format();
-  return page.freeSpace() * 4 > (format.pageSize - format.indexPage.entries) * 3;
+/// Bytes that the entries of a page can take.
+std::size_t IndexTree::entriesRoom() const {
+  return pager_.format().pageSize - pager_.format().indexPage.entries;
 }
 
 /// Puts the entries of the leaf at the end of the path and those of a neighbour below the same
 /// node on one page, if they fit, and frees the other.
-void IndexTree::joinLeaf(Path path) {
+void IndexTree::joinLeaf(const Path& path) {
+  const Step parent = path.steps[path.depth - 1];
+  const std::size_t children = load(parent.page).entries.childCount();
+  const bool joined = parent.at > 0 && joinWithNext(path, parent.at - 1);
+  if (!joined && parent.at + 1 < children) {
+    joinWithNext(path, parent.at);
+  }
+}
+
+/// Joins child `at` of the lowest node on the path with the one after it; false when the entries
+/// of both do not fit on a page.
+bool IndexTree::joinWithNext(Path path, std::size_t at) {
   Step& parent = path.steps[path.depth - 1];
-  PageNumber left = 0;
+  parent.at = at;
+  Step& left = path.steps[path.depth];
   PageNumber right = 0;
   {
     const StoredIndexPage node = load(parent.page);
-    const std::size_t children = node.entries.childCount();
-    if (children < 2) return;
-    parent.at = std::min(parent.at, children - 2);
-    left = node.entries.child(parent.at);
-    right = node.entries.child(parent.at + 1);
+    left.page = node.entries.child(at);
+    right = node.entries.child(at + 1);
   }
   std::vector<Bytes> entries;
-  for (const PageNumber number : {left, right}) {
-    const StoredIndexPage page = load(number);
-    for (std::size_t i = 0; i < page.entries.count(); ++i) {
-      entries.push_back(page.entries.entry(i));
+  {
+    const StoredIndexPage first = load(left.page);
+    const StoredIndexPage second = load(right);
+    if (first.entries.freeSpace() + second.entries.freeSpace() < entriesRoom()) return false;
+    for (const IndexPage* page : {&first.entries, &second.entries}) {
+      for (std::size_t i = 0; i < page->count(); ++i) {
+        entries.push_back(page->entry(i));
+      }
     }
   }
   IndexPageEditor joined(pager_, right);
-  if (!joined.fits(entries)) return;
+  if (!joined.fits(entries)) return false;
   joined.assign(entries);
-  path.steps[path.depth].page = left;
   removePage(path);
+  return true;
 }
 
 /// Frees the leaf at the end of the path, whose entries are gone, and the nodes above that lose

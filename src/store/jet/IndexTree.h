@@ -70,8 +70,9 @@ class IndexTree {
   PageNumber addPageBefore(PageNumber page, std::uint8_t level);
   void partNodes(PageNumber left, PageNumber right);
 
-  bool isSparse(const IndexPage& page) const;
-  void joinLeaf(Path path);
+  std::size_t entriesRoom() const;
+  void joinLeaf(const Path& path);
+  bool joinWithNext(Path path, std::size_t at);
   void removePage(const Path& path);
   void unlink(PageNumber page);
   bool removeChild(PageNumber node, std::size_t at);
