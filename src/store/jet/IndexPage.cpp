@@ -105,7 +105,7 @@ Bytes IndexPage::entry(std::size_t i) const {
 
 Bytes IndexPage::separator(std::size_t i) const {
   Bytes bytes = entry(i);
-  bytes.resize(bytes.size() - kChildSize);
+  bytes.erase(bytes.end() - kChildSize, bytes.end());
   return bytes;
 }
 
