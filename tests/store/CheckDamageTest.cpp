@@ -437,7 +437,7 @@ class CheckCutFile : public testing::TestWithParam<std::uintmax_t> {};
 
 TEST_P(CheckCutFile, IsSaidToBeCutShort) {
   ORV_NEEDS_CORPUS();
-  DamagedFile file(orv::test::corpusFolder() / kMain, "cut-short");
+  DamagedFile file(orv::test::corpusFolder() / kMain, "cut-short-" + std::to_string(GetParam()));
   file.save();
   fs::resize_file(file.path(), fs::file_size(file.path()) - GetParam());
   const CheckReport report = checkFile(file.path().string(), "");

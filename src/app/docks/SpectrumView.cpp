@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 #include "app/docks/Readout.h"
 
@@ -36,6 +37,8 @@ SpectrumView::SpectrumView(SpectrumPlot& plot, QWidget* parent)
       plot_(plot),
       chart_(new SpectrumChart(PlotTheme::of(palette()))),
       rubberBand_(new QRubberBand(QRubberBand::Rectangle, viewport())) {
+  // The view comes with a chart, which nobody owns once another takes its place.
+  const std::unique_ptr<QChart> replaced(chart());
   setChart(chart_);
   setRenderHint(QPainter::Antialiasing);
   setFrameShape(QFrame::NoFrame);
