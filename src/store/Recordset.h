@@ -18,7 +18,7 @@ enum class CursorType {
   forwardOnly,  ///< rows once, in order; no count
   keyset,       ///< the set of rows is fixed, their values are read when visited
   dynamic,      ///< rows are read when visited
-  static_,      ///< a snapshot; rows counted, any order of visiting
+  static_,      ///< rows counted, any order of visiting; those of a statement are a snapshot
 };
 
 enum class LockType {
