@@ -74,11 +74,6 @@ std::string jsonValue(const store::Value& value) {
   return std::isfinite(value.toDouble()) ? value.toText() : "null";
 }
 
-bool isNumber(const store::Value& value) {
-  return value.getIf<std::int32_t>() || value.getIf<std::int64_t>() || value.getIf<float>() ||
-         value.getIf<double>() || value.getIf<store::Currency>() || value.getIf<store::Decimal>();
-}
-
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
   for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80;

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "commands/CellText.h"
 #include "store/Value.h"
 
 namespace orv::cli {
@@ -17,7 +18,7 @@ std::string jsonString(std::string_view text);
 /// A number, true, false or null where the value is one, else a string.
 std::string jsonValue(const store::Value& value);
 
-bool isNumber(const store::Value& value);
+using commands::isNumber;
 
 /// Number of characters of a UTF-8 text.
 std::size_t characterCount(std::string_view text);

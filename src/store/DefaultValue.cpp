@@ -1,26 +1,12 @@
 #include "store/DefaultValue.h"
 
 #include <cmath>
-#include <ctime>
 
 #include "errors/Error.h"
+#include "store/jet/Clock.h"
 #include "store/jet/Text.h"
 
 namespace orv::store {
-namespace {
-
-/// The local date and time.
-Date now() {
-  const std::time_t seconds = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  // timegm() of the local fields counts days without regard to time zones.
-  constexpr double kDaysTo1970 = 25569;
-  return {kDaysTo1970 + static_cast<double>(timegm(&local)) / 86400.0};
-}
-
-}  // namespace
-
 Value evaluateDefault(const std::string& expression, ColumnType type) {
   std::string text = expression;
   text.erase(0, text.find_first_not_of(" ="));
@@ -43,13 +29,14 @@ Value evaluateDefault(const std::string& expression, ColumnType type) {
     return false;
   }
   if (word == "now()") {
-    return now();
+    return jet::localTime();
   }
   if (word == "date()") {
-    return Date{std::floor(now().days)};
+    return Date{std::floor(jet::localTime().days)};
   }
   if (word == "time()") {
-    return Date{now().days - std::floor(now().days)};
+    const double time = jet::localTime().days;
+    return Date{time - std::floor(time)};
   }
   try {
     const double number = Value(text).toDouble();

@@ -1,20 +1,11 @@
 #include "store/jet/CatalogWriter.h"
 
-#include <ctime>
 #include <map>
+
+#include "store/jet/Clock.h"
 
 namespace orv::store::jet {
 namespace {
-
-/// The local time.
-Date now() {
-  constexpr double kSecondsPerDay = 86400;
-  constexpr double kDaysTo1970 = 25569;
-  const std::time_t time = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&time, &local);
-  return {kDaysTo1970 + static_cast<double>(time + local.tm_gmtoff) / kSecondsPerDay};
-}
 
 std::size_t columnOf(const Table& table, std::string_view name) {
   const auto column = table.definition().findColumn(name);
@@ -46,7 +37,7 @@ CatalogWriter::CatalogWriter(Database& database)
       ids_(SecurityIds::of(*objects_)) {}
 
 void CatalogWriter::addObject(const CatalogObject& object, const Bytes& owner) {
-  const Date time = now();
+  const Date time = localTime();
   objects_->insert(systemRow(
       *objects_, {{"Id", object.id},
                   {"ParentId", object.parentId},

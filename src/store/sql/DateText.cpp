@@ -3,11 +3,11 @@
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <ctime>
 #include <string>
 #include <vector>
 
 #include "errors/Error.h"
+#include "store/jet/Clock.h"
 #include "store/sql/Text.h"
 
 namespace orv::store::sql {
@@ -223,11 +223,7 @@ double withTime(double date, double time) {
 }
 
 double now() {
-  const std::time_t seconds = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  return withTime(fromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday),
-                  fromTime(local.tm_hour, local.tm_min, std::min(local.tm_sec, 59)));
+  return jet::localTime().days;
 }
 
 std::optional<double> parseDate(std::string_view text) {
