@@ -15,7 +15,7 @@ int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(app::qt(commands::kApplicationTitle));
   QApplication::setApplicationVersion(ORV_VERSION);
-  QGuiApplication::setDesktopFileName("orv-manager");
+  QGuiApplication::setDesktopFileName("io.github.orv_manager.OrvManager");
   QApplication::setQuitOnLastWindowClosed(false);  // the splash window's closing is no end
   app::applyTheme(app::Theme::system);
 
