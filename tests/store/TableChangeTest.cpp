@@ -6,7 +6,9 @@
 #include <random>
 
 #include "errors/Error.h"
+#include "store/Check.h"
 #include "store/StoreError.h"
+#include "store/jet/Creation.h"
 #include "store/jet/Database.h"
 #include "store/jet/IndexKey.h"
 #include "support/Corpus.h"
@@ -170,6 +172,27 @@ TEST_P(TableChange, KeepsRowsAndIndexesAsAModelInMemory) {
 
 INSTANTIATE_TEST_SUITE_P(Tables, TableChange,
                          testing::Values("Pane", "Pane_spectral_data", "Groups", "Frame"));
+
+/// The page that took the last row is not used any more when it was freed since: by the deletion
+/// of its rows, or by undoing what took it.
+TEST(FreedPage, TakesNoRows) {
+  test::MemoryFiles files;
+  const auto database = createDatabase("freed.mdb");
+  createTable(*database, {.name = "Notes", .columns = {{"text", ColumnType::text, 255}}});
+  const auto table = database->table("Notes");
+  const auto insert = [&](const char* text) { return table->insert(std::vector<Value>{text}); };
+  table->erase(insert("deleted"));
+  insert("kept");
+  EXPECT_EQ(rowsOf(*table).size(), 1U);
+  {
+    Transaction undone(database->pager());
+    for (int i = 0; i < 500; ++i) insert("a row of a batch that is undone, long enough to fill pages");
+  }
+  insert("kept too");
+  EXPECT_EQ(rowsOf(*table).size(), 2U);
+  const CheckReport report = checkFile("freed.mdb", "");
+  EXPECT_TRUE(report.sound()) << report.faults.front().toText();
+}
 
 /// What is missing at the end of a file is not taken for rows that were never there.
 TEST(CutTable, LosesNoRowsInSilence) {

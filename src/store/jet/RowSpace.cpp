@@ -30,7 +30,9 @@ bool RowSpace::takes(PageNumber page, std::size_t length) const {
 }
 
 PageNumber RowSpace::findPage(std::size_t length, PageNumber hint) {
-  if (hint != 0 && hint < pager_.pageCount() && takes(hint, length)) {
+  // A page that was freed since still looks like one of the owner's.
+  if (hint != 0 && hint < pager_.pageCount() && takes(hint, length) &&
+      UsageMap(pager_, owned_).contains(hint)) {
     return hint;
   }
   UsageMap free(pager_, free_);
