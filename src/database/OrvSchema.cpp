@@ -1,7 +1,5 @@
 #include "database/OrvSchema.h"
 
-#include <filesystem>
-
 #include "database/ShadingColumns.h"
 
 namespace orv::database {
@@ -299,16 +297,7 @@ std::vector<QueryDesign> orvQueries() {
 }
 
 std::shared_ptr<store::Connection> CreateEmptyDatabase(const std::string& path) {
-  auto connection = store::Connection::create(path);
-  try {
-    connection->inOneCommit([&] { fill(*connection); });
-  } catch (...) {
-    connection->close();
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-    throw;
-  }
-  return connection;
+  return store::Connection::create(path, fill);
 }
 
 }  // namespace orv::database

@@ -23,7 +23,7 @@ std::vector<store::TableInfo> orvTables();
 std::vector<store::QueryDesign> orvQueries();
 
 /// Makes an empty ORV database at `path` and returns a connection to it. Raises kStoreFailure
-/// when a file stands there already; a file that cannot be finished is removed again.
+/// when a file stands there already; what fails leaves no file behind.
 std::shared_ptr<store::Connection> CreateEmptyDatabase(const std::string& path);
 
 }  // namespace orv::database

@@ -66,8 +66,15 @@ std::shared_ptr<Connection> Connection::openFile(const std::string& path,
   return std::shared_ptr<Connection>(new Connection(path, std::move(database)));
 }
 
-std::shared_ptr<Connection> Connection::create(const std::string& path) {
-  return std::shared_ptr<Connection>(new Connection(path, jet::createDatabase(path)));
+std::shared_ptr<Connection> Connection::create(const std::string& path,
+                                               const std::function<void(Connection&)>& fill) {
+  const auto fillNew = [&](const std::shared_ptr<jet::Database>& database) {
+    if (fill) {
+      Connection connection(path, database);
+      fill(connection);
+    }
+  };
+  return std::shared_ptr<Connection>(new Connection(path, jet::createDatabase(path, fillNew)));
 }
 
 Connection::Connection(std::string path, std::shared_ptr<jet::Database> database)

@@ -38,8 +38,10 @@ class Connection {
   static std::shared_ptr<Connection> openFile(const std::string& path,
                                               const std::string& password = "");
 
-  /// Makes a new, empty Jet 4 database at `path`; raises kStoreFailure where a file stands there.
-  static std::shared_ptr<Connection> create(const std::string& path);
+  /// Makes a new Jet 4 database at `path`, empty but for what `fill` puts into it: the file
+  /// appears whole or not at all. Raises kStoreFailure where a file stands there.
+  static std::shared_ptr<Connection> create(const std::string& path,
+                                            const std::function<void(Connection&)>& fill = {});
 
   ~Connection();
 

@@ -83,7 +83,7 @@ void MemoryFiles::copy(const std::string& from, const std::string& to) {
 
 void MemoryFiles::count(const std::string& what) {
   const std::size_t call = calls_++;
-  if (call == failAt_ || call >= powerOffAt_) {
+  if ((call >= failAt_ && call < failEnd_) || call >= powerOffAt_) {
     throw Error(store::kStoreFailure, what + " was made to fail");
   }
 }
@@ -118,6 +118,13 @@ void MemoryFiles::restart(unsigned seed) {
     }
   }
   removedUnsynced_.clear();
+  for (const auto& [to, from] : renamedUnsynced_) {
+    if (files_.count(to) != 0 && heads()) {
+      files_[from] = files_.at(to);
+      files_.erase(to);
+    }
+  }
+  renamedUnsynced_.clear();
   for (auto at = files_.begin(); at != files_.end();) {
     Node& node = *at->second;
     if (!node.creationSynced && heads()) {
@@ -175,9 +182,20 @@ void MemoryFiles::remove(const std::string& path) {
   }
 }
 
+void MemoryFiles::rename(const std::string& from, const std::string& to) {
+  count("rename");
+  if (files_.count(to) != 0) {
+    throw Error(store::kStoreFailure, "the file is there already: " + to);
+  }
+  files_[to] = files_.at(from);
+  files_.erase(from);
+  renamedUnsynced_[to] = from;
+}
+
 void MemoryFiles::syncFolder(const std::string&) {
   count("syncFolder");
   removedUnsynced_.clear();
+  renamedUnsynced_.clear();
   for (auto& [name, node] : files_) {
     node->creationSynced = true;
   }

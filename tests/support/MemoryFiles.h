@@ -27,20 +27,25 @@ class MemoryFiles final : public store::jet::FileSystem {
 
   /// Number of counted calls so far.
   std::size_t calls() const { return calls_; }
-  /// Makes the call of this number (from now on, 0 the next) fail, and only that one.
-  void failAt(std::size_t call) { failAt_ = calls_ + call; }
+  /// Makes `count` calls fail from that of this number on (from now on, 0 the next).
+  void failAt(std::size_t call, std::size_t count = 1) {
+    failAt_ = calls_ + call;
+    failEnd_ = failAt_ + count;
+  }
   /// Makes the power go at the call of this number: it and all later ones fail until restart().
   void losePowerAt(std::size_t call) { powerOffAt_ = calls_ + call; }
   /// Writing beyond this many bytes in all files together fails as on a full disk.
   void limitSpace(std::uint64_t bytes) { space_ = bytes; }
 
   /// What a disk holds after a loss of power: of what was not synced, some writes, in pieces of
-  /// 512 bytes, and some not, as `seed` has it; files whose creation was not synced may be gone.
+  /// 512 bytes, and some not, as `seed` has it; files whose creation was not synced may be gone,
+  /// and those whose new name was not synced may have the old one.
   void restart(unsigned seed);
 
   std::unique_ptr<store::jet::File> open(const std::string& path, Open mode) override;
   std::int64_t size(const std::string& path) override;
   void remove(const std::string& path) override;
+  void rename(const std::string& from, const std::string& to) override;
   void syncFolder(const std::string& path) override;
   std::string identity(const std::string& path) override;
 
@@ -66,8 +71,10 @@ class MemoryFiles final : public store::jet::FileSystem {
 
   std::map<std::string, std::shared_ptr<Node>> files_;
   std::map<std::string, std::shared_ptr<Node>> removedUnsynced_;
+  std::map<std::string, std::string> renamedUnsynced_;  ///< by the new name, the old one
   std::size_t calls_ = 0;
   std::size_t failAt_ = SIZE_MAX;
+  std::size_t failEnd_ = SIZE_MAX;
   std::size_t powerOffAt_ = SIZE_MAX;
   std::uint64_t space_ = UINT64_MAX;
   std::int64_t clock_ = 0;

@@ -44,6 +44,9 @@ class FilesWithoutSync final : public FileSystem {
   }
   std::int64_t size(const std::string& path) override { return system().size(path); }
   void remove(const std::string& path) override { system().remove(path); }
+  void rename(const std::string& from, const std::string& to) override {
+    system().rename(from, to);
+  }
   void syncFolder(const std::string&) override {}
   std::string identity(const std::string& path) override { return system().identity(path); }
 };

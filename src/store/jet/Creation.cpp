@@ -100,8 +100,12 @@ Bytes bigEndian(std::uint32_t number) {
 
 }  // namespace
 
-std::shared_ptr<Database> createDatabase(const std::string& path) {
-  Pager::createFile(path, emptyDatabase());
+std::shared_ptr<Database> createDatabase(const std::string& path, const Filling& fill) {
+  Bytes content = emptyDatabase();
+  if (fill) {
+    fill(Database::overMemory(content, path));
+  }
+  Pager::createFile(path, content);
   return Database::open(path, "");
 }
 

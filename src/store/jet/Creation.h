@@ -1,6 +1,7 @@
 // New databases, and new tables, indexes and saved queries in them.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,9 +11,12 @@
 
 namespace orv::store::jet {
 
-/// Makes an empty Jet 4 database at `path` and opens it. Raises kStoreFailure, also where a file
-/// stands already.
-std::shared_ptr<Database> createDatabase(const std::string& path);
+/// Makes an empty Jet 4 database at `path`, with what `fill` puts into it, and opens it. It is
+/// filled in memory: the file appears whole or, after a failure, not at all; a crash may leave a
+/// file "NAME-new", which is no database yet and is replaced by the next try. Raises
+/// kStoreFailure, also where a file stands already.
+using Filling = std::function<void(const std::shared_ptr<Database>&)>;
+std::shared_ptr<Database> createDatabase(const std::string& path, const Filling& fill = {});
 
 /// Each of these is one transaction, or part of the caller's. All raise kInvalidDesign for names,
 /// sizes and numbers that are not possible, kObjectExists when the name is taken, and

@@ -75,6 +75,10 @@ std::shared_ptr<Database> Database::open(const std::string& path, const std::str
   return database;
 }
 
+std::shared_ptr<Database> Database::overMemory(Bytes& content, const std::string& path) {
+  return std::shared_ptr<Database>(new Database(Pager::overMemory(content, path)));
+}
+
 Database::Database(std::shared_ptr<Pager> pager) : pager_(std::move(pager)) {}
 
 void Database::checkPassword(const std::string& password) const {

@@ -55,6 +55,8 @@ class Database {
   /// Opens `path`, rolling back what a crash left, and checks the password.
   /// Raises kStoreFailure, kCorruptFile, kNotAuthenticated.
   static std::shared_ptr<Database> open(const std::string& path, const std::string& password);
+  /// The database in `content`, which is changed in memory only and outlives it.
+  static std::shared_ptr<Database> overMemory(Bytes& content, const std::string& path);
 
   Pager& pager() const { return *pager_; }
   const Format& format() const { return pager_->format(); }

@@ -210,7 +210,7 @@ void addPermissions(CatalogWriter& catalog) {
 Bytes emptyDatabase() {
   Bytes content(kFirstFreePage * kJet4.pageSize);
   writeHeader(std::span(content).first(kJet4.pageSize));
-  const std::shared_ptr<Pager> pager = Pager::overMemory(content);
+  const std::shared_ptr<Pager> pager = Pager::overMemory(content, "(memory)");
   Transaction transaction(*pager);
   writePageMaps(*pager);
   auto objects = makeSystemTable(pager, kCatalogPage, objectsDesign());

@@ -56,7 +56,9 @@ class FileSystem {
   /// Size in bytes; -1 when there is no such file.
   virtual std::int64_t size(const std::string& path) = 0;
   virtual void remove(const std::string& path) = 0;
-  /// Makes creations and removals in the folder of `path` durable.
+  /// Gives a file another name in its folder, which no file may have.
+  virtual void rename(const std::string& from, const std::string& to) = 0;
+  /// Makes creations, removals and new names in the folder of `path` durable.
   virtual void syncFolder(const std::string& path) = 0;
   /// The same text for every name of one file. Raises kStoreFailure when there is none.
   virtual std::string identity(const std::string& path) = 0;

@@ -28,27 +28,22 @@ std::uint64_t checksum(const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
-Journal::Journal(std::string databasePath, std::size_t pageSize)
-    : path_(std::move(databasePath) + "-journal"), pageSize_(pageSize) {}
+Journal::Journal(const std::string& databasePath, std::size_t pageSize)
+    : path_(pathFor(databasePath)), pageSize_(pageSize) {}
 
-Journal::~Journal() {
-  if (file_ == nullptr) {
-    return;
-  }
-  try {
-    if (file_->size() == 0) {
-      FileSystem::current().remove(path_);
-    }
-  } catch (const Error&) {
-    // An empty journal that stays behind means nothing to whoever finds it.
+void Journal::removeEmptyFile() {
+  if (file_ != nullptr && file_->size() == 0) {
+    FileSystem::current().remove(path_);
   }
 }
 
 File& Journal::file() {
-  // Another process may have removed the file that is open here: then a new one is needed.
-  if (file_ == nullptr || FileSystem::current().size(path_) < 0) {
-    file_ = FileSystem::current().open(path_, FileSystem::Open::existingOrNew);
-    FileSystem::current().syncFolder(path_);
+  // Another process may have removed the file that is open here, and made a new one.
+  FileSystem& files = FileSystem::current();
+  if (file_ == nullptr || files.size(path_) < 0 || files.identity(path_) != identity_) {
+    file_ = files.open(path_, FileSystem::Open::existingOrNew);
+    files.syncFolder(path_);
+    identity_ = files.identity(path_);
   }
   return *file_;
 }

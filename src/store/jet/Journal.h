@@ -22,9 +22,10 @@ namespace orv::store::jet {
 /// number and the page. Little-endian.
 class Journal {
  public:
-  Journal(std::string databasePath, std::size_t pageSize);
-  /// Removes the journal's file when it is empty.
-  ~Journal();
+  Journal(const std::string& databasePath, std::size_t pageSize);
+
+  /// The path of the journal of the database at `databasePath`.
+  static std::string pathFor(const std::string& databasePath) { return databasePath + "-journal"; }
 
   struct Record {
     PageNumber page;
@@ -41,6 +42,9 @@ class Journal {
   /// Writes the pages of a complete journal back to `database`, cuts it to its former size and
   /// empties the journal.
   void rollBack(File& database);
+  /// Removes the file if this has opened it and it is empty. Nobody may be writing a journal
+  /// meanwhile.
+  void removeEmptyFile();
 
  private:
   File& file();
@@ -48,6 +52,7 @@ class Journal {
   std::string path_;
   std::size_t pageSize_;
   std::unique_ptr<File> file_;
+  std::string identity_;  ///< of the open file
 };
 
 }  // namespace orv::store::jet

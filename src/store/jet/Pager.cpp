@@ -48,20 +48,34 @@ void Pager::createFile(const std::string& path, const Bytes& content) {
                                    "' exists already and is left as it is. Choose another name, "
                                    "or remove it first.");
   }
-  auto file = fileSystem.open(path, FileSystem::Open::newOnly);
+  // It is written under another name, so that nobody ever finds a part of it under its own.
+  std::string written = path + "-new";
+  auto file = fileSystem.open(written, fileSystem.size(written) < 0 ? FileSystem::Open::newOnly
+                                                                    : FileSystem::Open::existing);
+  if (!file->tryLock(LockKind::writer, true)) {
+    throw Error(kStoreFailure, "'" + path + "' is being made by " +
+                                   file->lockHolder(LockKind::writer) + " at this moment.");
+  }
   try {
+    file->truncate(0);  // of what a crash may have left
     file->write(0, content.data(), content.size());
     file->sync();
+    fileSystem.remove(Journal::pathFor(path));  // of a database that was here before
+    fileSystem.syncFolder(path);
+    fileSystem.rename(written, path);
+    written = path;
     fileSystem.syncFolder(path);
   } catch (const Error&) {
-    file.reset();
-    fileSystem.remove(path);
+    try {
+      fileSystem.remove(written);
+    } catch (const Error&) {  // The first failure is the one to be told.
+    }
     throw;
   }
 }
 
-std::shared_ptr<Pager> Pager::overMemory(Bytes& bytes) {
-  std::shared_ptr<Pager> pager(new Pager(std::make_unique<MemoryFile>(bytes), "(memory)"));
+std::shared_ptr<Pager> Pager::overMemory(Bytes& bytes, const std::string& path) {
+  std::shared_ptr<Pager> pager(new Pager(std::make_unique<MemoryFile>(bytes), path));
   pager->countPages();
   return pager;
 }
@@ -76,7 +90,16 @@ void Pager::useJournal() {
   ReadLock recoversAndCounts(*this);
 }
 
-Pager::~Pager() = default;
+Pager::~Pager() {
+  try {
+    // While another program reads or writes, the journal is left to it.
+    if (journal_ && file_->tryLock(LockKind::readers, true)) {
+      journal_->removeEmptyFile();
+    }
+  } catch (const Error&) {
+    // An empty journal that stays behind means nothing to whoever finds it.
+  }
+}
 
 void Pager::readHeader() {
   const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(file_->size(), kLargestPage));
@@ -126,11 +149,15 @@ void Pager::lockOrExplain(LockKind kind, bool exclusive) {
 void Pager::acquireRead() {
   if (readers_ == 0) {
     lockOrExplain(LockKind::readers, false);
+  }
+  if (readers_ == 0 || undoIsDue_) {
     try {
       recoverFromJournal();
       noticeForeignChange();
     } catch (const Error&) {
-      file_->unlock(LockKind::readers);
+      if (readers_ == 0) {
+        file_->unlock(LockKind::readers);
+      }
       throw;
     }
   }
@@ -177,6 +204,7 @@ void Pager::releaseWrite() {
 
 void Pager::recoverFromJournal() {
   if (!journal_ || !journal_->isPresent()) {
+    undoIsDue_ = false;
     return;
   }
   if (file_->readOnly()) {
@@ -193,6 +221,7 @@ void Pager::recoverFromJournal() {
     journal_->rollBack(*file_);
     forgetPages();
   }
+  undoIsDue_ = false;
   lockOrExplain(LockKind::readers, false);
 }
 
@@ -298,9 +327,13 @@ PageNumber Pager::append() {
 // Transactions ------------------------------------------------------------------------------
 
 void Pager::begin() {
-  if (transactionDepth_++ == 0) {
+  if (transactionDepth_ == 0) {
+    if (undoIsDue_) {
+      ReadLock recovers(*this);
+    }
     committedPageCount_ = pageCount_;
   }
+  ++transactionDepth_;
 }
 
 void Pager::commit() {
@@ -345,10 +378,12 @@ void Pager::writeDirtyPages() {
   }
 
   lockOrExplain(LockKind::readers, true);
+  bool overwriting = false;
   try {
     if (journal_) {
       journal_->write(committedPageCount_, records);
     }
+    overwriting = true;
     for (PageNumber page : pages) {
       Bytes bytes(dirty_[page].get(), dirty_[page].get() + format_->pageSize);
       encode(page, bytes.data());
@@ -360,18 +395,28 @@ void Pager::writeDirtyPages() {
       journal_->clear();
     }
   } catch (const Error&) {
-    // Undo what reached the file; should that fail too, the journal stays for the next reader.
-    try {
-      if (journal_) {
-        journal_->rollBack(*file_);
-      }
-    } catch (const Error&) {
-    }
-    forgetPages();
+    undoCommit(overwriting ? records : std::vector<Journal::Record>());
     file_->tryLock(LockKind::readers, false);
     throw;
   }
   lockOrExplain(LockKind::readers, false);
+}
+
+void Pager::undoCommit(const std::vector<Journal::Record>& overwritten) {
+  forgetPages();
+  if (!journal_) {
+    return;
+  }
+  // Should this fail too, the journal stays, and nothing is read or changed before it succeeds.
+  undoIsDue_ = true;
+  try {
+    if (!overwritten.empty() && !journal_->isPresent()) {
+      journal_->write(committedPageCount_, overwritten);  // It was emptied, but not for good.
+    }
+    journal_->rollBack(*file_);
+    undoIsDue_ = false;
+  } catch (const Error&) {
+  }
 }
 
 void Pager::rollback() {

@@ -54,8 +54,9 @@ class Pager {
   /// stands already.
   static void createFile(const std::string& path, const Bytes& content);
 
-  /// A pager over the file content `bytes`, which it changes and which outlives it.
-  static std::shared_ptr<Pager> overMemory(Bytes& bytes);
+  /// A pager over the file content `bytes`, which it changes and which outlives it; errors name
+  /// it `path`.
+  static std::shared_ptr<Pager> overMemory(Bytes& bytes, const std::string& path);
 
   ~Pager();
   Pager(const Pager&) = delete;
@@ -145,6 +146,8 @@ class Pager {
   void encode(PageNumber page, std::uint8_t* bytes) const;
   void remember(PageNumber page, PageBytes bytes);
   void writeDirtyPages();
+  /// Undoes a commit that failed, of which these pages were `overwritten`.
+  void undoCommit(const std::vector<Journal::Record>& overwritten);
 
   std::string path_;
   std::unique_ptr<File> file_;
@@ -163,7 +166,8 @@ class Pager {
   std::unordered_map<PageNumber, PageBytes> dirty_;
   PageNumber committedPageCount_ = 0;
   int transactionDepth_ = 0;
-  bool doomed_ = false;  ///< an inner transaction was undone: the outer one cannot commit
+  bool doomed_ = false;     ///< an inner transaction was undone: the outer one cannot commit
+  bool undoIsDue_ = false;  ///< a commit failed, and so did undoing it: a journal is left
   int readers_ = 0;
   int writers_ = 0;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
@@ -189,6 +190,16 @@ class PosixFileSystem final : public FileSystem {
   void remove(const std::string& path) override {
     if (::unlink(path.c_str()) != 0 && errno != ENOENT) {
       raiseFailure("Removing", path, errno);
+    }
+  }
+
+  void rename(const std::string& from, const std::string& to) override {
+    int result = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+    if (result != 0 && (errno == EINVAL || errno == ENOSYS) && size(to) < 0) {
+      result = ::rename(from.c_str(), to.c_str());  // on file systems that cannot do both at once
+    }
+    if (result != 0) {
+      raiseFailure("Creating", to, errno);
     }
   }
 

@@ -1,0 +1,198 @@
+#include "store/CrashScenario.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "store/jet/Creation.h"
+#include "store/jet/IndexKey.h"
+
+namespace orv::test {
+namespace {
+
+using namespace store;
+using namespace store::jet;
+using enum ColumnType;
+
+TableInfo notesTable(const std::string& name) {
+  return {.name = name,
+          .columns = {{"id", longInteger}, {"title", text, 100}, {"note", memo}, {"picture", ole}},
+          .indexes = {{.name = "PrimaryKey", .columns = {{"id"}}, .primary = true},
+                      {.name = "title", .columns = {{"title"}, {"id", false}}}}};
+}
+
+std::vector<Value> note(int id, std::size_t noteLength = 0, std::size_t pictureLength = 0) {
+  return {id, fmt::format("note {} of those that are kept in this table", id * 7919 % 1000),
+          noteLength == 0 ? Value() : Value(std::string(noteLength, 'n')),
+          pictureLength == 0 ? Value() : Value(Bytes(pictureLength, 0x7e))};
+}
+
+void insert(Database& database, const char* table, int from, int to, std::size_t noteLength = 0,
+            std::size_t pictureLength = 0) {
+  Transaction all(database.pager());
+  const auto target = database.table(table);
+  for (int id = from; id < to; ++id) {
+    target->insert(note(id, noteLength, pictureLength));
+  }
+  all.commit();
+}
+
+/// Deletes the rows whose number `isDoomed`.
+void erase(Database& database, const char* table, const std::function<bool(int)>& isDoomed) {
+  Transaction all(database.pager());
+  const auto target = database.table(table);
+  std::vector<RowId> doomed;
+  for (TableScan scan = target->scan(); scan.next();) {
+    if (isDoomed(scan.row().value(target->definition().columns[0]).toLong())) {
+      doomed.push_back(scan.rowId());
+    }
+  }
+  for (const RowId row : doomed) {
+    target->erase(row);
+  }
+  all.commit();
+}
+
+void update(Database& database, const char* table, int id, const std::vector<Value>& values) {
+  const auto target = database.table(table);
+  for (TableScan scan = target->scan(); scan.next();) {
+    if (scan.row().value(target->definition().columns[0]).toLong() == id) {
+      return target->update(scan.rowId(), values);
+    }
+  }
+}
+
+void makeNotes(const std::string& path, int rows) {
+  const auto database = createDatabase(path);
+  createTable(*database, notesTable("Notes"));
+  insert(*database, "Notes", 0, rows);
+}
+
+std::string describe(const Column& column, const Value& value) {
+  if (column.type == dateTime || value.isNull()) {
+    return "-";
+  }
+  if (const Bytes* bytes = value.getIf<Bytes>()) {
+    const std::string_view all(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+    return fmt::format("{} bytes {:x}", all.size(), std::hash<std::string_view>()(all));
+  }
+  return value.toText();
+}
+
+std::string describe(const TableDefinition& definition, const RowView& row) {
+  std::string line;
+  for (const Column& column : definition.columns) {
+    line += describe(column, row.value(column)) + '|';
+  }
+  return line;
+}
+
+/// The index gives each row that has an entry once.
+void expectAllRows(const Table& table, const RealIndex& index,
+                   const std::vector<RowId>& rowsWithEntry) {
+  std::vector<RowId> found;
+  for (IndexCursor cursor = table.index(index.number).first(); cursor.next();) {
+    found.push_back(cursor.rowId());
+  }
+  std::sort(found.begin(), found.end());
+  EXPECT_EQ(found, rowsWithEntry) << "index " << index.number << " of " << table.name();
+}
+
+std::string describe(const Table& table) {
+  Pager::ReadLock lock(table.pager());
+  const TableDefinition& definition = table.definition();
+  std::vector<std::string> lines;
+  std::vector<std::vector<RowId>> entries(definition.realIndexes.size());
+  for (TableScan scan = table.scan(); scan.next();) {
+    lines.push_back(describe(definition, scan.row()));
+    std::vector<Value> values;
+    for (const Column& column : definition.columns) {
+      values.push_back(scan.row().value(column));
+    }
+    for (const RealIndex& index : definition.realIndexes) {
+      if (hasEntry(index, values)) {
+        entries[index.number].push_back(scan.rowId());
+      }
+    }
+  }
+  EXPECT_EQ(table.rowCount(), lines.size()) << table.name();
+  for (const RealIndex& index : definition.realIndexes) {
+    std::sort(entries[index.number].begin(), entries[index.number].end());
+    expectAllRows(table, index, entries[index.number]);
+  }
+  std::sort(lines.begin(), lines.end());
+  return fmt::format("{} with {} indexes:\n{}\n", table.name(), definition.realIndexes.size(),
+                     fmt::join(lines, "\n"));
+}
+
+}  // namespace
+
+CrashScenario changesOfRows() {
+  return {.name = "ChangesOfRows",
+          .prepare = [](const std::string& path) { makeNotes(path, 5); },
+          .commits = {[](Database& d) { insert(d, "Notes", 10, 11, 20); },
+                      [](Database& d) { insert(d, "Notes", 11, 12, 12000, 9000); },
+                      [](Database& d) { insert(d, "Notes", 100, 200); },
+                      [](Database& d) { update(d, "Notes", 2, note(2, 3000, 50)); },
+                      [](Database& d) { update(d, "Notes", 11, note(11, 0, 20000)); },
+                      [](Database& d) { erase(d, "Notes", [](int id) { return id % 2 == 1; }); }}};
+}
+
+CrashScenario newTablesAndIndexes() {
+  const auto makeIndex = [](const char* name, const char* column, bool unique) {
+    return [=](Database& d) {
+      createIndex(d, "Notes", {.name = name, .columns = {{column, false}}, .unique = unique});
+    };
+  };
+  return {.name = "NewTablesAndIndexes",
+          .prepare = [](const std::string& path) { makeNotes(path, 150); },
+          .commits = {[](Database& d) { createTable(d, notesTable("More notes")); },
+                      makeIndex("number", "id", true), makeIndex("text", "title", false),
+                      [](Database& d) { insert(d, "More notes", 0, 40, 100); },
+                      [](Database& d) {
+                        createQuery(d, "qryNotes",
+                                    {{.attribute = 5, .name1 = "Notes"},
+                                     {.attribute = 6, .expression = "title"}});
+                      }}};
+}
+
+CrashScenario growthOfMaps() {
+  return {.name = "GrowthOfMaps",
+          .prepare =
+              [](const std::string& path) {
+                makeNotes(path, 5);
+                insert(*Database::open(path, ""), "Notes", 10, 30, 0, 98000);
+              },
+          .commits = {[](Database& d) { insert(d, "Notes", 30, 31, 0, 20000); },
+                      [](Database& d) { insert(d, "Notes", 31, 32, 0, 60000); },
+                      [](Database& d) { insert(d, "Notes", 40, 140, 2000); },
+                      [](Database& d) { erase(d, "Notes", [](int id) { return id < 12; }); },
+                      [](Database& d) { insert(d, "Notes", 140, 141, 9000, 150000); }}};
+}
+
+CrashScenario joinsOfIndexPages() {
+  const auto eraseWhere = [](auto isDoomed) {
+    return [=](Database& d) { erase(d, "Notes", isDoomed); };
+  };
+  return {.name = "JoinsOfIndexPages",
+          .prepare = [](const std::string& path) { makeNotes(path, 600); },
+          .commits = {eraseWhere([](int id) { return id % 8 != 0; }),
+                      eraseWhere([](int id) { return id < 200; }),
+                      eraseWhere([](int id) { return id % 16 == 0; }),
+                      [](Database& d) { insert(d, "Notes", 1000, 1100); },
+                      eraseWhere([](int) { return true; })}};
+}
+
+std::string describe(Database& database) {
+  std::string text;
+  for (const CatalogEntry& entry : std::vector(database.entries())) {
+    if (entry.kind == CatalogEntry::Kind::table) {
+      text += describe(*database.table(entry.name));
+    }
+  }
+  return text;
+}
+
+}  // namespace orv::test
