@@ -13,10 +13,14 @@ int main(int argc, char** argv) {
   }
   try {
     const auto source = Connection::openFile(argv[1]);
-    const auto target = Connection::create(argv[3]);
     const auto rows = source->openRecordset(argv[2]);
+    TableInfo design = source->table(argv[2]);
+    // Relations stay behind, and so do the indexes that are kept for them.
+    std::erase_if(design.indexes, [](const IndexInfo& index) { return index.ofRelation; });
+
+    const auto target = Connection::create(argv[3]);
     target->inOneCommit([&] {
-      target->createTable(source->table(argv[2]));
+      target->createTable(design);
       const auto copies = target->openRecordset(argv[2], CursorType::keyset, LockType::optimistic);
       for (; !rows->eof(); rows->moveNext()) {
         copies->addNew();

@@ -171,6 +171,7 @@ TableInfo Connection::table(const std::string& name) const {
     index.unique = real.unique || index.primary;
     index.ignoreNulls = real.ignoreNulls;
     index.required = real.required;
+    index.ofRelation = logical.kind == jet::LogicalIndex::Kind::foreign;
     for (const jet::IndexColumn& key : real.columns) {
       index.columns.push_back({definition.columns[key.column].name, key.ascending});
     }

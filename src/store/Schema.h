@@ -56,6 +56,7 @@ struct IndexInfo {
   bool unique = false;
   bool ignoreNulls = false;  ///< rows whose key is all Null have no entry
   bool required = false;     ///< Null in a key column is refused
+  bool ofRelation = false;   ///< kept for a relation, under a name that no other index may have
 };
 
 struct TableInfo {
