@@ -18,10 +18,10 @@ int main(int argc, char** argv) {
     // Relations stay behind, and so do the indexes that are kept for them.
     std::erase_if(design.indexes, [](const IndexInfo& index) { return index.ofRelation; });
 
-    const auto target = Connection::create(argv[3]);
-    target->inOneCommit([&] {
-      target->createTable(design);
-      const auto copies = target->openRecordset(argv[2], CursorType::keyset, LockType::optimistic);
+    // The new file appears with all rows in it, or not at all.
+    const auto target = Connection::create(argv[3], [&](Connection& database) {
+      database.createTable(design);
+      const auto copies = database.openRecordset(argv[2], CursorType::keyset, LockType::optimistic);
       for (; !rows->eof(); rows->moveNext()) {
         copies->addNew();
         for (std::size_t field = 0; field < rows->fields().size(); ++field) {
