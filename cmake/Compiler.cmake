@@ -15,3 +15,7 @@ if(ORV_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+if(ORV_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

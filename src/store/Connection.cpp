@@ -116,7 +116,7 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
   if (entry != nullptr && entry->kind == CatalogEntry::Kind::query) {
     return std::make_unique<SqlRecordset>(engine().openQuery(source), cursor);
   }
-  return std::make_unique<TableRecordset>(database.table(source), lock);
+  return std::make_unique<TableRecordset>(database.table(source), cursor, lock);
 }
 
 std::string Connection::formatName() const {

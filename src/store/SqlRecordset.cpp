@@ -28,14 +28,14 @@ bool SqlRecordset::readTo(std::size_t position) {
       break;
     }
     if (!keepsRows_) {
-      firstKept_ += kept_.size();
+      firstKept_ += keptRows_;
+      keptRows_ = 0;
       kept_.clear();
     }
-    std::vector<Value>& row = kept_.emplace_back();
-    row.reserve(fields().size());
     for (std::size_t i = 0; i < fields().size(); ++i) {
-      row.push_back(cursor_->value(i));
+      kept_.push_back(std::move(cursor_->value(i)));
     }
+    ++keptRows_;
   }
   return position < rowsRead();
 }
@@ -109,7 +109,7 @@ Value SqlRecordset::value(std::size_t field) const {
   if (atEnd_ || beforeFirst_) {
     raiseNoCurrentRecord();
   }
-  return kept_[position_ - firstKept_][field];
+  return kept_[(position_ - firstKept_) * fields().size() + field];
 }
 
 void SqlRecordset::setValue(std::size_t, Value) {

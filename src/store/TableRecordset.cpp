@@ -22,8 +22,13 @@ std::vector<ColumnInfo> describe(const jet::TableDefinition& definition) {
 
 }  // namespace
 
-TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, LockType lock)
-    : RecordsetBase(describe(table->definition())), table_(table), lock_(lock), rows_(table) {
+TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, CursorType cursor, LockType lock)
+    : RecordsetBase(describe(table->definition())),
+      table_(table),
+      forwardOnly_(cursor == CursorType::forwardOnly),
+      lock_(lock),
+      rows_(table),
+      reader_(table) {
   standOn(0);
 }
 
@@ -31,8 +36,10 @@ TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, std::vector<je
                                LockType lock)
     : RecordsetBase(describe(table->definition())),
       table_(table),
+      forwardOnly_(false),
       lock_(lock),
-      rows_(table, std::move(rows)) {
+      rows_(table, std::move(rows)),
+      reader_(table) {
   standOn(0);
 }
 
@@ -40,7 +47,8 @@ TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, std::vector<je
 
 void TableRecordset::standOn(std::size_t position) {
   while (const auto id = rows_.at(position)) {
-    if (standOnRow(*id, position)) {
+    // Without positions the places of the rows that are passed need not be kept.
+    if (standOnRow(*id, forwardOnly_ ? std::nullopt : std::optional(position))) {
       return;
     }
     rows_.remove(position);
@@ -49,7 +57,11 @@ void TableRecordset::standOn(std::size_t position) {
 }
 
 bool TableRecordset::standOnRow(jet::RowId row, std::optional<std::size_t> position) {
-  row_ = table_->row(row);
+  if (const jet::RowView* found = reader_.read(row)) {
+    row_ = *found;
+  } else {
+    row_.reset();
+  }
   rowId_ = row;
   position_ = position;
   atEnd_ = beforeFirst_ = false;

@@ -7,6 +7,7 @@
 
 #include "store/RecordsetBase.h"
 #include "store/TableRows.h"
+#include "store/jet/RowReader.h"
 #include "store/jet/Table.h"
 
 namespace orv::store {
@@ -15,7 +16,7 @@ namespace orv::store {
 /// visited; a row that was deleted meanwhile is passed over.
 class TableRecordset final : public RecordsetBase {
  public:
-  TableRecordset(std::shared_ptr<jet::Table> table, LockType lock);
+  TableRecordset(std::shared_ptr<jet::Table> table, CursorType cursor, LockType lock);
   TableRecordset(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows, LockType lock);
   ~TableRecordset() override = default;
 
@@ -67,8 +68,10 @@ class TableRecordset final : public RecordsetBase {
   jet::RowId apply(const Pending& change);
 
   std::shared_ptr<jet::Table> table_;
+  bool forwardOnly_;
   LockType lock_;
   mutable TableRows rows_;
+  jet::RowReader reader_;
   /// Of the current row; none when it was found some other way than by its position.
   mutable std::optional<std::size_t> position_ = 0;
   jet::RowId rowId_{};               ///< the current row, or the one that was deleted

@@ -75,6 +75,7 @@ inline void store64(std::uint8_t* p, std::uint64_t v) {
 /// kCorruptFile.
 class ByteView {
  public:
+  ByteView() = default;
   ByteView(std::span<const std::uint8_t> bytes, PageNumber page) : bytes_(bytes), page_(page) {}
 
   std::size_t size() const { return bytes_.size(); }
@@ -97,7 +98,7 @@ class ByteView {
   }
 
   std::span<const std::uint8_t> bytes_;
-  PageNumber page_;
+  PageNumber page_ = 0;
 };
 
 }  // namespace orv::store::jet

@@ -32,6 +32,8 @@ struct Slot {
 /// Reads a data page. Raises kCorruptFile when it is none, or when offsets are out of order.
 class DataPage {
  public:
+  /// One without rows.
+  DataPage() = default;
   DataPage(const Format& format, ByteView page);
 
   std::uint16_t rowCount() const { return rowCount_; }
@@ -44,9 +46,9 @@ class DataPage {
   static bool fits(std::size_t freeSpace, std::size_t length) { return freeSpace >= length + 2; }
 
  private:
-  const Format* format_;
+  const Format* format_ = nullptr;
   ByteView page_;
-  std::uint16_t rowCount_;
+  std::uint16_t rowCount_ = 0;
 };
 
 /// Changes a data page in place. The page has been read through DataPage before, or made by

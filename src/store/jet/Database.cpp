@@ -52,7 +52,8 @@ std::string storedPassword(const Pager& pager) {
                  &pager.header()[format.header.password + format.header.passwordSize]);
   if (format.header.passwordMaskedByDate) {
     const double date = std::bit_cast<double>(load64(&pager.header()[format.header.creationDate]));
-    const auto days = std::isfinite(date) ? static_cast<std::int64_t>(date) : 0;
+    constexpr double kEndOfDates = 2'958'466;  // 1 January 10000
+    const auto days = std::abs(date) < kEndOfDates ? static_cast<std::int32_t>(date) : 0;
     for (std::size_t i = 0; i < password.size(); ++i) {
       password[i] ^= static_cast<std::uint8_t>(days >> (8 * (i % 4)));
     }

@@ -87,6 +87,8 @@ class Pager {
   PageNumber append();
 
   bool inTransaction() const { return transactionDepth_ > 0; }
+  /// Whether a lock is held, so that no other process changes the file.
+  bool isLocked() const { return readers_ > 0; }
 
   /// While one lives, no other process changes the file. Taking the first one looks whether
   /// another program has changed the file, and forgets cached pages if so.

@@ -27,13 +27,16 @@ Jumps jumpsOf(std::size_t rowLength, std::size_t maskLength, std::size_t variabl
 
 }  // namespace
 
-RowView::RowView(Pager& pager, const TableDefinition& definition, PageRef page, std::size_t offset,
-                 std::size_t length)
-    : pager_(&pager),
-      definition_(&definition),
-      page_(std::move(page)),
-      data_(page_.data() + offset),
-      length_(length) {
+void RowView::show(Pager& pager, const TableDefinition& definition, const PageRef& page,
+                   std::size_t offset, std::size_t length) {
+  if (page_.data() != page.data()) {
+    page_ = page;
+  }
+  pager_ = &pager;
+  definition_ = &definition;
+  data_ = page_.data() + offset;
+  length_ = length;
+  variableCount_ = 0;
   const Format& format = pager.format();
   const std::size_t countSize = format.row.columnCountSize;
   if (length_ < countSize) {
@@ -80,11 +83,6 @@ void RowView::checkLayout() const {
   }
 }
 
-bool RowView::isNull(const Column& column) const {
-  return column.number >= columnCount_ ||
-         (nullMask_[column.number / 8] >> (column.number % 8) & 1) == 0;
-}
-
 std::span<const std::uint8_t> RowView::bytes(const Column& column) const {
   if (isNull(column) || column.type == ColumnType::boolean) {
     return {};
@@ -125,17 +123,25 @@ std::size_t RowView::variableOffset(std::size_t index) const {
 }
 
 Value RowView::value(const Column& column) const {
-  DamagedFileScope scope(pager_->path());
   if (column.type == ColumnType::boolean) {
     return Value(!isNull(column));
   }
   if (isNull(column)) {
     return {};
   }
-  if (column.isLongValue()) {
-    return readLongValue(*pager_, column, bytes(column), page_.number());
+  DamagedFileScope scope(pager_->path());
+  const auto stored = bytes(column);
+  // The types of nearly all values first.
+  if (column.type == ColumnType::double_ && stored.size() == 8) {
+    return std::bit_cast<double>(load64(stored.data()));
   }
-  return decodeValue(*pager_, column, bytes(column), page_.number());
+  if (column.type == ColumnType::longInteger && stored.size() == 4) {
+    return static_cast<std::int32_t>(load32(stored.data()));
+  }
+  if (column.isLongValue()) {
+    return readLongValue(*pager_, column, stored, page_.number());
+  }
+  return decodeValue(*pager_, column, stored, page_.number());
 }
 
 Value decodeValue(const Pager& pager, const Column& column, std::span<const std::uint8_t> bytes,

@@ -18,14 +18,22 @@ class RowView {
  public:
   RowView() = default;
   /// The row of `definition` at `offset`, `length` bytes long, on `page`.
-  RowView(Pager& pager, const TableDefinition& definition, PageRef page, std::size_t offset,
-          std::size_t length);
+  RowView(Pager& pager, const TableDefinition& definition, const PageRef& page, std::size_t offset,
+          std::size_t length) {
+    show(pager, definition, page, offset, length);
+  }
+  /// Shows that row from now on. Cheap for a row of the same page.
+  void show(Pager& pager, const TableDefinition& definition, const PageRef& page,
+            std::size_t offset, std::size_t length);
 
   /// Columns that the row has a bit for; fewer than the table where those were added later.
   std::uint16_t columnCount() const { return columnCount_; }
   /// Raises kCorruptFile unless the variable columns follow each other within the row.
   void checkLayout() const;
-  bool isNull(const Column& column) const;
+  bool isNull(const Column& column) const {
+    return column.number >= columnCount_ ||
+           (nullMask_[column.number / 8] >> (column.number % 8) & 1) == 0;
+  }
   /// The stored bytes of a column: empty for Null; for a long value its definition (length and
   /// place). Booleans have none: their value is not isNull().
   std::span<const std::uint8_t> bytes(const Column& column) const;

@@ -15,7 +15,8 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr int kMostPointers = 16;  // from one place of a row to the next
+constexpr int kMostPointers = 16;       // from one place of a row to the next
+constexpr std::size_t kReadAhead = 16;  // pages that a scan reads under one lock
 
 /// Where the content of a row is: its own place, or where the pointer there leads.
 std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
@@ -41,9 +42,9 @@ std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
 }
 
 RowView viewAt(Pager& pager, const TableDefinition& definition, RowId content) {
-  PageRef page = pager.read(content.page);
+  const PageRef page = pager.read(content.page);
   const Slot slot = DataPage(pager.format(), page.view()).slot(content.row);
-  return {pager, definition, std::move(page), slot.offset, slot.length};
+  return {pager, definition, page, slot.offset, slot.length};
 }
 
 std::vector<Value> valuesOf(const TableDefinition& definition, const RowView& row) {
@@ -65,29 +66,58 @@ bool anyNull(const RealIndex& index, std::span<const Value> values) {
 TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition)
     : pager_(&pager), definition_(std::move(definition)) {}
 
-bool TableScan::nextPage() {
+void TableScan::readAhead() {
   Pager::ReadLock lock(*pager_);
-  // A page that the file does not have is asked for too: a file that is cut short must not pass
-  // for one with fewer rows.
-  const auto found = UsageMap(*pager_, definition_->ownedPages).next(nextPage_, kEndOfPages);
-  if (!found) {
+  ahead_.clear();
+  aheadUsed_ = 0;
+  aheadVersion_ = pager_->version();
+  const UsageMap owned(*pager_, definition_->ownedPages);
+  const std::size_t most = pager_->inTransaction() ? 1 : kReadAhead;
+  for (PageNumber from = nextPage_; ahead_.size() < most;) {
+    try {
+      // A page that the file does not have is asked for too: a file that is cut short must not
+      // pass for one with fewer rows.
+      const auto found = owned.next(from, kEndOfPages);
+      if (!found) {
+        return;
+      }
+      ahead_.push_back(pager_->read(*found));
+      from = *found + 1;
+    } catch (const Error&) {
+      if (ahead_.empty()) {
+        throw;
+      }
+      return;  // What can be read is visited before the damage is told.
+    }
+  }
+}
+
+bool TableScan::nextPage() {
+  const bool current = aheadVersion_ == pager_->version() && !pager_->inTransaction();
+  if (aheadUsed_ == ahead_.size() || !current) {
+    readAhead();
+  }
+  if (ahead_.empty()) {
     return false;
   }
-  nextPage_ = *found + 1;
-  page_ = pager_->read(*found);
-  const DataPage data(pager_->format(), page_.view());
-  if (data.owner() != definition_->page) {
-    raiseDamaged(*found, "it is listed as a page of table '" + definition_->name +
-                             "', but says that it is another's");
+  DamagedFileScope scope(pager_->path());
+  page_ = std::move(ahead_[aheadUsed_++]);
+  nextPage_ = page_.number() + 1;
+  rows_ = DataPage(pager_->format(), page_.view());
+  if (rows_.owner() != definition_->page) {
+    raiseDamaged(page_.number(), "it is listed as a page of table '" + definition_->name +
+                                     "', but says that it is another's");
   }
-  rowsOnPage_ = data.rowCount();
   nextRow_ = 0;
   return true;
 }
 
 void TableScan::seekAfter(RowId row) {
   nextPage_ = row.page;
-  rowsOnPage_ = nextRow_ = 0;
+  ahead_.clear();
+  aheadUsed_ = 0;
+  rows_ = {};
+  nextRow_ = 0;
   if (nextPage() && page_.number() == row.page) {
     nextRow_ = static_cast<std::uint16_t>(row.row + 1);
   }
@@ -95,17 +125,18 @@ void TableScan::seekAfter(RowId row) {
 
 bool TableScan::next() {
   while (true) {
-    while (nextRow_ >= rowsOnPage_) {
+    while (nextRow_ >= rows_.rowCount()) {
       if (!nextPage()) {
-        rowsOnPage_ = nextRow_ = 0;
+        rows_ = {};
+        nextRow_ = 0;
         return false;
       }
     }
     const auto number = static_cast<std::uint8_t>(nextRow_++);
-    const Slot slot = DataPage(pager_->format(), page_.view()).slot(number);
+    const Slot slot = rows_.slot(number);
     rowId_ = {page_.number(), number};
     if (slot.kind == SlotKind::row) {
-      row_ = RowView(*pager_, *definition_, page_, slot.offset, slot.length);
+      row_.show(*pager_, *definition_, page_, slot.offset, slot.length);
       return true;
     }
     if (slot.kind == SlotKind::pointer) {

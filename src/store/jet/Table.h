@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "store/Value.h"
+#include "store/jet/DataPage.h"
 #include "store/jet/IndexTree.h"
 #include "store/jet/Pager.h"
 #include "store/jet/Row.h"
@@ -16,7 +17,8 @@
 
 namespace orv::store::jet {
 
-/// Visits every row of a table, in the order of the pages.
+/// Visits every row of a table, in the order of the pages. Some pages are read ahead under one
+/// lock of the file; what this process has changed since is read anew.
 class TableScan {
  public:
   TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition);
@@ -30,12 +32,16 @@ class TableScan {
 
  private:
   bool nextPage();
+  void readAhead();
 
   Pager* pager_;
   std::shared_ptr<const TableDefinition> definition_;
   PageNumber nextPage_ = 0;
-  PageRef page_;
-  std::uint16_t rowsOnPage_ = 0;
+  std::vector<PageRef> ahead_{};    ///< pages after the current one
+  std::size_t aheadUsed_ = 0;       ///< how many of them have been current
+  std::uint64_t aheadVersion_ = 0;  ///< of the pager when they were read
+  PageRef page_{};
+  DataPage rows_{};  ///< of `page_`
   std::uint16_t nextRow_ = 0;
   RowId rowId_;
   RowView row_;

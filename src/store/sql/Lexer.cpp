@@ -125,7 +125,7 @@ class Lexer {
       }
     };
     digits();
-    const bool partOfPath = at_ > 0 && text_[at_ - 1] == '.';
+    const bool partOfPath = isDigit(peek()) && at_ > 0 && text_[at_ - 1] == '.';
     if (end < text_.size() && text_[end] == '.' && !partOfPath) {
       ++end;
       digits();

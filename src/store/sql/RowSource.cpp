@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "store/jet/IndexKey.h"
+#include "store/jet/RowReader.h"
 #include "store/sql/KeyBound.h"
 
 namespace orv::store::sql {
@@ -24,28 +25,27 @@ class LookupSource final : public RowSource {
  public:
   LookupSource(std::shared_ptr<const jet::Table> table, std::shared_ptr<const ColumnLookup> lookup,
                std::span<const ColumnLookup::Entry> entries)
-      : table_(std::move(table)), lookup_(std::move(lookup)), entries_(entries) {}
+      : rows_(std::move(table)), lookup_(std::move(lookup)), entries_(entries) {}
 
   bool next() override {
     while (!entries_.empty()) {
       id_ = jet::RowId::fromPointer(entries_.front().pointer);
       entries_ = entries_.subspan(1);
-      if (auto row = table_->row(id_)) {
-        row_ = *std::move(row);
+      if (row_ = rows_.read(id_); row_ != nullptr) {
         return true;
       }
     }
     return false;
   }
-  const jet::RowView& row() const override { return row_; }
+  const jet::RowView& row() const override { return *row_; }
   jet::RowId rowId() const override { return id_; }
 
  private:
-  std::shared_ptr<const jet::Table> table_;
+  jet::RowReader rows_;
   std::shared_ptr<const ColumnLookup> lookup_;
   std::span<const ColumnLookup::Entry> entries_;
   jet::RowId id_;
-  jet::RowView row_;
+  const jet::RowView* row_ = nullptr;
 };
 
 /// The keys between which the entries of an index are wanted: both are prefixes of keys, and the
@@ -142,8 +142,8 @@ class IndexSource final : public RowSource {
  public:
   IndexSource(std::shared_ptr<const jet::Table> table, std::size_t index, bool backward,
               KeyRange range)
-      : table_(std::move(table)),
-        cursor_(start(table_->index(index), backward, range)),
+      : rows_(std::move(table)),
+        cursor_(start(rows_.table().index(index), backward, range)),
         backward_(backward),
         range_(std::move(range)) {}
 
@@ -154,14 +154,13 @@ class IndexSource final : public RowSource {
       if (past) {
         return false;
       }
-      if (auto row = table_->row(cursor_.rowId())) {
-        row_ = *std::move(row);
+      if (row_ = rows_.read(cursor_.rowId()); row_ != nullptr) {
         return true;
       }
     }
     return false;
   }
-  const jet::RowView& row() const override { return row_; }
+  const jet::RowView& row() const override { return *row_; }
   jet::RowId rowId() const override { return cursor_.rowId(); }
 
  private:
@@ -172,11 +171,11 @@ class IndexSource final : public RowSource {
     return range.lower.empty() ? tree.first() : tree.lowerBound(range.lower);
   }
 
-  std::shared_ptr<const jet::Table> table_;
+  jet::RowReader rows_;
   jet::IndexCursor cursor_;
   bool backward_;
   KeyRange range_;
-  jet::RowView row_;
+  const jet::RowView* row_ = nullptr;
 };
 
 }  // namespace

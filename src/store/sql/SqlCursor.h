@@ -32,8 +32,8 @@ class SqlCursor {
   /// kTypeMismatch, kOverflow, kInvalidCall for a value that a function cannot take.
   bool step();
 
-  /// A value of the current row, by 0-based position.
-  const Value& value(std::size_t column) const { return batch_[at_ + column]; }
+  /// A value of the current row, by 0-based position; the caller may move it away.
+  Value& value(std::size_t column) { return batch_[at_ + column]; }
 
  private:
   friend class SqlEngine;

@@ -25,7 +25,9 @@ TextOrder orderOf(jet::Database& database) {
 
 sqlite3* openMemory() {
   sqlite3* db = nullptr;
-  if (sqlite3_open(":memory:", &db) != SQLITE_OK) {
+  // An engine is used from one thread: SQLite need not lock.
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  if (sqlite3_open_v2(":memory:", &db, kFlags, nullptr) != SQLITE_OK) {
     sqlite3_close(db);
     throw Error(kStoreFailure, "SQLite cannot be started.");
   }

@@ -41,6 +41,7 @@ constexpr Refused kSyntax[] = {
     {"SELECT [id FROM Panes", kSyntaxError, "not closed by ]"},
     {"SELECT id FROM Panes WHERE made > #32/13/2020#", kSyntaxError, "#32/13/2020# is no date"},
     {"SELECT id FROM Panes WHERE", kSyntaxError, "the statement ends where an expression"},
+    {"SELECT id..1 FROM Panes", kSyntaxError, "character 11"},
     {"SELECT id @ 2 FROM Panes", kSyntaxError, "character @"},
     {"SELECT Größe FROM Panes WHERE ?", kSyntaxError, "character 31"},
     {"", kSyntaxError, "where SELECT is wanted"},

@@ -89,8 +89,8 @@ void PageLedger::reportShared(User user, PageNumber page) {
 }
 
 bool PageLedger::claimMap(User user, RowId map) {
-  const auto [ofUser, text] = descriptions_[user];  // a copy: users are added below
-  const CheckPlace place = ofUser.at(map);
+  const auto former = descriptions_[user];  // a copy: users are added below
+  const CheckPlace place = former.place.at(map);
   const bool isOnFile = map.page < users_.size();
   if (isOnFile && users_[map.page] != kNobody && users_[map.page] != mapRows_) {
     log_.fault(place, Harm::sharing,
@@ -107,7 +107,7 @@ bool PageLedger::claimMap(User user, RowId map) {
     return false;
   }
   return log_.guard(place, Harm::table, [&] {
-    const User bitmaps = addUser(place, fmt::format("the map of pages of {}", text));
+    const User bitmaps = addUser(place, fmt::format("the map of pages of {}", former.text));
     UsageMap(pager_, map).forEachMapPage([&](PageNumber page) { claim(bitmaps, page); });
   });
 }
