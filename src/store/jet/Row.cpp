@@ -135,6 +135,9 @@ Value RowView::value(const Column& column) const {
   if (column.type == ColumnType::double_ && stored.size() == 8) {
     return std::bit_cast<double>(load64(stored.data()));
   }
+  if (column.type == ColumnType::single && stored.size() == 4) {
+    return std::bit_cast<float>(load32(stored.data()));
+  }
   if (column.type == ColumnType::longInteger && stored.size() == 4) {
     return static_cast<std::int32_t>(load32(stored.data()));
   }
