@@ -23,8 +23,8 @@ class SqlEngine;
 enum class SourceKind { automatic, table, sql };
 
 /// A connection to one Access database file. Connections of one process to the same file share
-/// its page cache, so that each sees what the others commit. A connection, its record sets and
-/// every other connection to the same file are used from one thread.
+/// its page cache, so that each sees what the others commit. A process uses the store from one
+/// thread.
 class Connection {
  public:
   /// Opens the database that an OLE DB connection string names by "Data Source=" and
