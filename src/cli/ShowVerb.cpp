@@ -58,27 +58,21 @@ class ShowVerb : public Verb {
  private:
   void showPane(const commands::RecordReader& reader) {
     const auto pane = reader.pane(identifier_, chooseAngle(reader.angles(identifier_)));
-    tellGroup(reader, *pane);
+    reader.tellGroup(identifier_, *pane);
     spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
   }
 
   void showFrame(const commands::RecordReader& reader) {
     if (spectrum_) throw wrongUse("A frame has no spectrum.");
     const auto frame = reader.frame(identifier_);
-    tellGroup(reader, *frame);
+    reader.tellGroup(identifier_, *frame);
     writeFields(commands::frameDetails(*frame));
   }
 
   void showShading(const commands::RecordReader& reader) {
     const auto shading = reader.shading(identifier_);
-    tellGroup(reader, *shading);
+    reader.tellGroup(identifier_, *shading);
     spectrum_ ? writeSpectrum(*shading) : writeFields(commands::shadingDetails(*shading));
-  }
-
-  template <class Record>
-  void tellGroup(const commands::RecordReader& reader, Record& record) const {
-    const std::string group = reader.storedGroup(identifier_);
-    if (!group.empty()) record.group(group);
   }
 
   /// The angle asked for, else the first of those that the pane has; 0 when it has none.

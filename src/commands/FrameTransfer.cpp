@@ -11,9 +11,9 @@ Outcome copyFrame(TransferWork& work, const std::string& identifier) {
       identifier,
       [&] {
         work.status("Pasting " + identifier + "...");
-        frame = work.reader().frame(identifier);
         const auto group = work.chooseGroup();
         if (!group) return;
+        frame = work.reader().frame(identifier);
         frame->group(*group);
         work.session().database.InsertFrame(*frame, work.destination());
       },

@@ -44,12 +44,11 @@ OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
 
 std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::string>& paths) {
   std::vector<Node> nodes;
-  tryToOpen(
-      [&]() -> Node {
-        nodes = opener_.openAll(paths);
-        return nullptr;
-      },
-      "One or more files may not have been added, please check.");
+  for (const auto& group : SourceOpener::grouped(paths)) {
+    const Node node = tryToOpen([&] { return opener_.openGroup(group); },
+                                "One or more files may not have been added, please check.");
+    if (node) nodes.push_back(node);
+  }
   return nodes;
 }
 

@@ -24,7 +24,8 @@ class OpenCommands {
   Node openOptics5UserDatabase(const std::string& folder, const std::string& filename);
   Node openTextFiles(const std::string& folder, const std::vector<std::string>& filenames,
                      TextFileKind kind);
-  /// Files and folders of any kind, as they are dropped on a window; those that can be opened.
+  /// Files and folders of any kind, as they are dropped on a window. Each that cannot be opened is
+  /// told of; the others are opened all the same.
   std::vector<Node> openAll(const std::vector<std::string>& paths);
 
   /// Asks, and takes a top-level source out of the list. False when it stays. `next` is the

@@ -27,11 +27,17 @@ class RecordReader {
   std::shared_ptr<FrameDataClass> frame(const std::string& identifier) const;
   std::shared_ptr<ShadingDataClass> shading(const std::string& identifier) const;
 
-  /// The group in which a database of version 3.0.0 has a record. The operations above do not tell
-  /// it, since who copies a record names its group anew. Empty where there is none to tell.
-  std::string storedGroup(const std::string& identifier) const;
+  /// Gives a record that was read the group in which a database of version 3.0.0 has it. The
+  /// operations above do not, since who copies a record names its group anew.
+  template <class Record>
+  void tellGroup(const std::string& identifier, Record& record) const {
+    const std::string group = storedGroup(identifier);
+    if (!group.empty()) record.group(group);
+  }
 
  private:
+  /// Empty where there is none to tell.
+  std::string storedGroup(const std::string& identifier) const;
   store::Connection& connection() const { return *node_->ADOConnection(); }
 
   Session& session_;

@@ -91,27 +91,38 @@ SourceOpener::Node SourceOpener::openAny(const std::string& path,
   return openTextFiles(place.folder, {place.filename}, kind.value_or(textKindOf(beginning)));
 }
 
+std::vector<std::vector<std::string>> SourceOpener::grouped(const std::vector<std::string>& paths) {
+  std::vector<std::vector<std::string>> groups;
+  std::vector<std::vector<std::string>> textFiles;
+  for (const std::string& path : paths) {
+    if (!fs::is_regular_file(path) || isDatabase(path, beginningOf(path))) {
+      groups.push_back({path});
+      continue;
+    }
+    const std::string folder = placeOf(path).folder;
+    auto group = std::find_if(textFiles.begin(), textFiles.end(), [&](const auto& each) {
+      return placeOf(each.front()).folder == folder;
+    });
+    if (group == textFiles.end()) group = textFiles.emplace(group);
+    group->push_back(path);
+  }
+  groups.insert(groups.end(), textFiles.begin(), textFiles.end());
+  return groups;
+}
+
+SourceOpener::Node SourceOpener::openGroup(const std::vector<std::string>& paths,
+                                           std::optional<TextFileKind> kind) {
+  if (paths.size() == 1) return openAny(paths.front(), kind);
+  std::vector<std::string> filenames;
+  for (const std::string& path : paths) filenames.push_back(placeOf(path).filename);
+  return openTextFiles(placeOf(paths.front()).folder, filenames,
+                       kind.value_or(textKindOf(beginningOf(paths.front()))));
+}
+
 std::vector<SourceOpener::Node> SourceOpener::openAll(const std::vector<std::string>& paths,
                                                       std::optional<TextFileKind> kind) {
   std::vector<Node> nodes;
-  std::vector<std::pair<std::string, std::vector<std::string>>> textFiles;
-  for (const std::string& path : paths) {
-    if (!fs::exists(path)) raiseNotThere(path);
-    if (fs::is_directory(path) || isDatabase(path, beginningOf(path))) {
-      nodes.push_back(openAny(path, kind));
-      continue;
-    }
-    const Place place = placeOf(path);
-    auto group = std::find_if(textFiles.begin(), textFiles.end(),
-                              [&](const auto& each) { return each.first == place.folder; });
-    if (group == textFiles.end()) group = textFiles.insert(group, {place.folder, {}});
-    group->second.push_back(place.filename);
-  }
-  for (const auto& [folder, filenames] : textFiles) {
-    const fs::path first = fs::path(folder) / filenames.front();
-    nodes.push_back(
-        openTextFiles(folder, filenames, kind.value_or(textKindOf(beginningOf(first)))));
-  }
+  for (const auto& group : grouped(paths)) nodes.push_back(openGroup(group, kind));
   return nodes;
 }
 

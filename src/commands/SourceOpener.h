@@ -50,7 +50,14 @@ class SourceOpener {
   /// first file decides what the texts are.
   Node openAny(const std::string& path, std::optional<TextFileKind> kind = std::nullopt);
 
-  /// Several paths: text files of one folder become one source.
+  /// Puts together the paths that become one source: text files of one folder. Any other path is
+  /// a source by itself.
+  static std::vector<std::vector<std::string>> grouped(const std::vector<std::string>& paths);
+  /// Opens paths that belong together.
+  Node openGroup(const std::vector<std::string>& paths,
+                 std::optional<TextFileKind> kind = std::nullopt);
+
+  /// Opens several paths, as they belong together; the first that cannot be opened ends it.
   std::vector<Node> openAll(const std::vector<std::string>& paths,
                             std::optional<TextFileKind> kind = std::nullopt);
 
