@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "app/FilterHeader.h"
+#include "app/Help.h"
 #include "app/RecordGrid.h"
 
 namespace orv::app {
@@ -18,9 +19,11 @@ ColumnChooser::ColumnChooser(RecordGrid& grid, QWidget* parent)
   search_->setObjectName("txtColumnSearch");
   search_->setPlaceholderText(tr("Search columns"));
   search_->setAccessibleName(tr("Search columns"));
+  explain(search_, tr("Lists only the columns whose titles contain this text"));
   search_->setClearButtonEnabled(true);
   list_->setObjectName("lstColumns");
   list_->setAccessibleName(tr("Columns of the grid"));
+  list_->setWhatsThis(tr("The columns of the grid; those with a tick are shown."));
   list_->setMinimumHeight(fontMetrics().lineSpacing() * 14);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
@@ -28,7 +31,8 @@ ColumnChooser::ColumnChooser(RecordGrid& grid, QWidget* parent)
   auto* none = buttons->addButton(tr("&Hide All"), QDialogButtonBox::ActionRole);
   all->setAutoDefault(false);
   none->setAutoDefault(false);
-  none->setToolTip(tr("Hide all columns but the first, which identifies the records"));
+  explain(all, tr("Show all columns of the list"));
+  explain(none, tr("Hide all columns of the list but the first, which identifies the records"));
   connect(all, &QPushButton::clicked, this, [this] { showAll(true); });
   connect(none, &QPushButton::clicked, this, [this] { showAll(false); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QStylePainter>
 #include <QVBoxLayout>
 
 #include "app/FindBar.h"
@@ -20,14 +21,21 @@ using Node = std::shared_ptr<sources::datasource>;
 
 namespace {
 
-/// A label that gives way when there is no room for its text.
+/// A label that leaves out the middle of its text when there is no room for it.
 class TitleLabel : public QLabel {
  public:
   TitleLabel() {
     setObjectName("lblTitle");
     setTextFormat(Qt::PlainText);
-    setTextInteractionFlags(Qt::TextSelectableByMouse);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStylePainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+    painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                         foregroundRole());
   }
 };
 
@@ -35,6 +43,7 @@ QPlainTextEdit* makeTextBox() {
   auto* box = new QPlainTextEdit;
   box->setObjectName("DataSourceTextBox");
   box->setAccessibleName(DataPane::tr("Text of the data source"));
+  box->setWhatsThis(DataPane::tr("The text of the file that is selected on the left"));
   box->setReadOnly(true);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   box->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -18,6 +18,14 @@ namespace DataType = sources::DataType;
 namespace {
 
 constexpr int kKeyRole = Qt::UserRole;
+constexpr int kTakesRecordsRole = Qt::UserRole + 1;
+
+/// Records can be copied into the databases that can be changed, and into their record sets.
+bool takesRecords(const sources::datasource& node) {
+  const auto parent = node.Parent();
+  return node.DataType() == DataType::orvDatabase3 ||
+         (parent && parent->DataType() == DataType::orvDatabase3);
+}
 
 const char* iconName(const sources::datasource& node) {
   const sources::DataTypeCode type = node.DataType();
@@ -61,6 +69,10 @@ QString description(const sources::datasource& node) {
 DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
   setObjectName("tvDataSources");
   setAccessibleName(tr("Data sources"));
+  setWhatsThis(
+      tr("<p>The opened data sources with their record sets or files. The one that is selected is "
+         "shown on the right.</p><p>Files and folders that are dropped here are opened; records "
+         "that are dropped on an ORV database are copied into it.</p>"));
   setHeaderHidden(true);
   setColumnCount(1);
   setUniformRowHeights(true);
@@ -91,6 +103,7 @@ void DataSourceTree::select(const std::string& key) {
 void DataSourceTree::add(QTreeWidgetItem& parent, const sources::datasource& node) {
   auto* item = new QTreeWidgetItem(&parent, {qt(node.text())});
   item->setData(0, kKeyRole, qt(node.key()));
+  item->setData(0, kTakesRecordsRole, takesRecords(node));
   item->setToolTip(0, description(node));
   item->setIcon(0, icon(iconName(node)));
   for (const auto& child : node.DataSources()) add(*item, *child);
@@ -106,21 +119,22 @@ QTreeWidgetItem* DataSourceTree::itemOf(const std::string& key) const {
 
 void DataSourceTree::dragEnterEvent(QDragEnterEvent* event) {
   const QMimeData& data = *event->mimeData();
-  if (data.hasFormat(RecordModel::kMimeType) || !localPaths(data).isEmpty()) {
+  if (data.hasFormat(RecordModel::mimeType()) || !localPaths(data).isEmpty()) {
     event->acceptProposedAction();
   }
 }
 
 void DataSourceTree::dragMoveEvent(QDragMoveEvent* event) {
-  const bool records = event->mimeData()->hasFormat(RecordModel::kMimeType);
-  const bool onItem = itemAt(event->position().toPoint()) != nullptr;
-  event->setAccepted(!records || onItem);
+  const bool records = event->mimeData()->hasFormat(RecordModel::mimeType());
+  const QTreeWidgetItem* item = itemAt(event->position().toPoint());
+  const bool taken = item != nullptr && item->data(0, kTakesRecordsRole).toBool();
+  event->setAccepted(!records || taken);
 }
 
 void DataSourceTree::dropEvent(QDropEvent* event) {
   event->setDropAction(Qt::CopyAction);
   event->accept();
-  if (event->mimeData()->hasFormat(RecordModel::kMimeType)) {
+  if (event->mimeData()->hasFormat(RecordModel::mimeType())) {
     if (const QTreeWidgetItem* item = itemAt(event->position().toPoint())) {
       emit recordsDropped(item->data(0, kKeyRole).toString().toStdString());
     }

@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include "app/Help.h"
+
 namespace orv::app {
 
 namespace {
@@ -19,6 +21,10 @@ QString filterHelp() {
 }  // namespace
 
 FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+  setAccessibleName(tr("Columns and filters"));
+  setWhatsThis(
+      tr("A click on a heading sorts by its column, another one the other way round. The fields "
+         "below the headings filter the rows as you type."));
   setSectionsClickable(true);
   setSectionsMovable(true);
   setHighlightSections(false);  // rows are selected: all titles would be bold
@@ -127,8 +133,7 @@ void FilterHeader::makeEditors() {
     editor->setPlaceholderText(tr("Filter"));
     editor->setClearButtonEnabled(true);
     editor->setAccessibleName(tr("Filter of %1").arg(titles[i]));
-    editor->setToolTip(filterHelp());
-    editor->setWhatsThis(filterHelp());
+    explain(editor, filterHelp());
     editor->installEventFilter(this);
     connect(editor, &QLineEdit::textChanged, this, &FilterHeader::filtersChanged);
     editors_ << editor;

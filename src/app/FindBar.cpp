@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "app/FilterHeader.h"
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/Pointers.h"
 #include "app/RecordGrid.h"
@@ -15,12 +16,14 @@ namespace orv::app {
 
 namespace {
 
+constexpr int kLeastCharacters = 6;
+
 QToolButton* button(const char* iconName, const QString& name, const QString& toolTip) {
   auto* button = new QToolButton;
   button->setIcon(icon(iconName));
   button->setAutoRaise(true);
   button->setAccessibleName(name);
-  button->setToolTip(toolTip);
+  explain(button, toolTip);
   return button;
 }
 
@@ -41,17 +44,16 @@ FindBar::FindBar(RecordGrid& grid, QWidget* parent)
   text_->setObjectName("txtFind");
   text_->setPlaceholderText(tr("Find in the records shown"));
   text_->setAccessibleName(tr("Text to find"));
+  explain(text_, tr("Finds the next field that contains this text, in any column"));
   text_->setClearButtonEnabled(true);
-  text_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
-  auto* label = new QLabel(tr("Fin&d:"));
-  label->setBuddy(text_);
+  text_->setMinimumWidth(fontMetrics().averageCharWidth() * kLeastCharacters);
   auto* previous = button("previous", tr("Find previous"), tr("Find previous (Shift+F3)"));
   auto* next = button("next", tr("Find next"), tr("Find next (F3)"));
   auto* shut = button("cancel", tr("Close the find bar"), tr("Close (Esc)"));
 
   auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(4, 2, 4, 2);
-  layout->addWidget(label);
+  layout->setContentsMargins(2, 2, 2, 2);
+  layout->setSpacing(2);
   layout->addWidget(text_, 1);
   layout->addWidget(previous);
   layout->addWidget(next);

@@ -4,6 +4,7 @@
 #include <QToolButton>
 #include <QWhatsThis>
 
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/Text.h"
 
@@ -54,10 +55,11 @@ void MainActions::addDocks(std::initializer_list<QAction*> docks) {
   }
 }
 
-QMenu* MainActions::menu(const char* name, const QString& title) {
+QMenu* MainActions::menu(const char* name, const QString& title, const QString& help) {
   QMenu* menu = window_.menuBar()->addMenu(title);
   menu->setObjectName(name);
   menu->setToolTipsVisible(true);
+  explain(menu->menuAction(), help);
   return menu;
 }
 
@@ -66,16 +68,14 @@ QAction* MainActions::add(QMenu* menu, const char* name, const char* iconName, c
   auto* action = new QAction(icon(iconName), text, &window_);
   action->setObjectName(name);
   action->setShortcut(shortcut);
-  action->setStatusTip(help);
-  action->setWhatsThis(help);
-  const QString keys = shortcut.toString(QKeySequence::NativeText);
-  action->setToolTip(keys.isEmpty() ? help : QStringLiteral("%1 (%2)").arg(help, keys));
+  explain(action, help);
   menu->addAction(action);
   return action;
 }
 
 void MainActions::makeFileMenu() {
-  mnuFile = menu("mnuFile", tr("&File"));
+  mnuFile =
+      menu("mnuFile", tr("&File"), tr("Open, make and export data sources, and end the program"));
   mnuFileNewORVDatabase = add(mnuFile, "mnuFileNewORVDatabase", "new", tr("&New ORV Database..."),
                               QKeySequence::New, tr("Make an empty ORV database and open it"));
   mnuFileOpen = mnuFile->addMenu(icon("open"), tr("&Open"));
@@ -106,7 +106,7 @@ void MainActions::makeFileMenu() {
 }
 
 void MainActions::makeEditMenu() {
-  mnuEdit = menu("mnuEdit", tr("&Edit"));
+  mnuEdit = menu("mnuEdit", tr("&Edit"), tr("Copy, paste, delete and find records"));
   mnuEditCopy = add(mnuEdit, "mnuEditCopy", "copy", tr("&Copy Records"), QKeySequence::Copy,
                     tr("Remember the selected records, to paste them into an ORV database"));
   mnuEditPaste = add(mnuEdit, "mnuEditPaste", "paste", tr("&Paste Records"), QKeySequence::Paste,
@@ -132,7 +132,7 @@ void MainActions::makeEditMenu() {
 }
 
 void MainActions::makeViewMenu() {
-  mnuView = menu("mnuView", tr("&View"));
+  mnuView = menu("mnuView", tr("&View"), tr("Choose what the window shows, and how"));
   mnuViewRefresh = add(mnuView, "mnuViewRefresh", "refresh", tr("&Refresh"), QKeySequence::Refresh,
                        tr("Read the data source shown again"));
   mnuView->addSeparator();
@@ -153,7 +153,7 @@ void MainActions::makeViewMenu() {
 }
 
 void MainActions::makeSortMenu() {
-  mnuSort = menu("mnuSort", tr("&Sort"));
+  mnuSort = menu("mnuSort", tr("&Sort"), tr("Put the records in order"));
   mnuSortAscending = add(mnuSort, "mnuSortAscending", "sort-ascending", tr("&Ascending"),
                          QKeySequence(tr("Ctrl+Shift+Up")),
                          tr("Sort the records by the selected column, least first"));
@@ -163,10 +163,12 @@ void MainActions::makeSortMenu() {
 }
 
 void MainActions::makeHelpMenu() {
-  mnuHelp = menu("mnuHelp", tr("&Help"));
+  mnuHelp = menu("mnuHelp", tr("&Help"), tr("Explain the window and the program"));
   mnuHelpWhatsThis = QWhatsThis::createAction(&window_);
   mnuHelpWhatsThis->setObjectName("mnuHelpWhatsThis");
+  mnuHelpWhatsThis->setText(tr("&What's This?"));
   mnuHelpWhatsThis->setIcon(icon("help"));
+  explain(mnuHelpWhatsThis, tr("Explain what is clicked on next"));
   mnuHelp->addAction(mnuHelpWhatsThis);
   mnuHelp->addSeparator();
   mnuHelpAbout = add(mnuHelp, "mnuHelpAbout", "about", tr("&About..."), QKeySequence(),
@@ -178,10 +180,12 @@ void MainActions::makeToolBar() {
   tbToolBar = new QToolBar(tr("Tool Bar"), &window_);
   tbToolBar->setObjectName("tbToolBar");
   tbToolBar->setMovable(false);
+  tbToolBar->setAccessibleName(tr("Tool bar"));
+  tbToolBar->setWhatsThis(tr("The commands that are used most"));
+  explain(tbToolBar->toggleViewAction(), tr("Show or hide the tool bar"));
   window_.addToolBar(tbToolBar);
   QAction* open = mnuFileOpen->menuAction();
-  open->setToolTip(tr("Open a data source"));
-  open->setWhatsThis(tr("Open a database or text files and add them to the list"));
+  explain(open, tr("Open a database or text files and add them to the list"));
   addButton(open, "Open");
   tbToolBar->addSeparator();
   addButton(mnuEditCopy, "Copy");

@@ -66,7 +66,7 @@ class MainActions {
   QAction* mnuHelpAbout;
 
  private:
-  QMenu* menu(const char* name, const QString& title);
+  QMenu* menu(const char* name, const QString& title, const QString& help);
   QAction* add(QMenu* menu, const char* name, const char* iconName, const QString& text,
                const QKeySequence& shortcut, const QString& help);
   void makeFileMenu();

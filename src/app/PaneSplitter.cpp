@@ -1,5 +1,8 @@
 #include "app/PaneSplitter.h"
 
+#include <algorithm>
+
+#include "app/Help.h"
 #include "app/Twips.h"
 
 namespace orv::app {
@@ -8,6 +11,24 @@ namespace {
 
 constexpr int kTwipsToEdge = 500;
 constexpr int kTreeTwips = 2400;
+constexpr int kTwipsToBar = 20;
+/// Docks never take more room than leaves this; the window grows when they need it.
+constexpr QSize kLeastRoom(300, 160);
+
+class Handle : public QSplitterHandle {
+ public:
+  explicit Handle(PaneSplitter& splitter)
+      : QSplitterHandle(Qt::Horizontal, &splitter), splitter_(splitter) {}
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    QSplitterHandle::mousePressEvent(event);
+    splitter_.showBar(std::max(x() - pixelsFromTwips(kTwipsToBar, logicalDpiX()), 0));
+  }
+
+ private:
+  PaneSplitter& splitter_;
+};
 
 }  // namespace
 
@@ -16,14 +37,19 @@ PaneSplitter::PaneSplitter(QWidget* left, QWidget* right, QWidget* parent)
   setObjectName("Splitter");
   addWidget(left);
   addWidget(right);
+  setMinimumSize(kLeastRoom);
   setChildrenCollapsible(false);
   setOpaqueResize(false);
   setStretchFactor(0, 0);
   setStretchFactor(1, 1);
-  handle(1)->setToolTip(tr("Drag to give the tree or the records more room"));
+  explain(handle(1), tr("Drag to give the tree or the records more room"));
   SizeControls();
   const int tree = pixelsFromTwips(kTreeTwips, logicalDpiX());
   setSizes({tree, 4 * tree});
+}
+
+QSplitterHandle* PaneSplitter::createHandle() {
+  return new Handle(*this);
 }
 
 void PaneSplitter::SizeControls() {

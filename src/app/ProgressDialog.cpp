@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
 #include "app/Text.h"
 #include "commands/UserInterface.h"
 
@@ -29,11 +30,12 @@ ProgressDialog::ProgressDialog(const QString& text, QWidget* parent)
   text_->setObjectName("lblProgressText");
   bar_->setRange(0, 0);
   bar_->setAccessibleName(tr("Progress"));
+  bar_->setWhatsThis(tr("How many of the records have been worked on"));
   setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   cancel_ = buttons->button(QDialogButtonBox::Cancel);
-  cancel_->setToolTip(tr("End after the record that is being worked on"));
+  explain(cancel_, tr("End after the record that is being worked on"));
   connect(buttons, &QDialogButtonBox::rejected, this, &ProgressDialog::reject);
 
   auto* layout = new QVBoxLayout(this);

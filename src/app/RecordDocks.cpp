@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMainWindow>
 
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/Text.h"
 #include "app/docks/DetailsDock.h"
@@ -24,21 +25,22 @@ constexpr std::size_t kMostPanes = 8;
 constexpr int kSpectrumShare = 42;
 constexpr int kDetailsShare = 30;
 
-QAction* dressed(QAction* action, const char* name, const char* iconName, const QString& shortcut,
-                 const QString& help) {
+/// Makes the action that opens a dock one of the window's commands.
+void dress(QAction* action, const char* name, const char* iconName, const QString& text,
+           const QString& shortcut, const QString& help) {
   action->setObjectName(name);
   action->setIcon(icon(iconName));
+  action->setText(text);
   action->setShortcut(shortcut);
-  action->setToolTip(QStringLiteral("%1 (%2)").arg(help, shortcut));
-  action->setStatusTip(help);
-  action->setWhatsThis(help);
-  return action;
+  explain(action, help);
 }
 
 Panes panesOf(const commands::RecordReader& reader, const std::string& identifier) {
   Panes panes;
   for (const std::int16_t angle : reader.angles(identifier)) {
-    panes.push_back(reader.pane(identifier, angle));
+    const auto pane = reader.pane(identifier, angle);
+    reader.tellGroup(identifier, *pane);
+    panes.push_back(pane);
   }
   return panes;
 }
@@ -54,8 +56,10 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
   window.addDockWidget(Qt::BottomDockWidgetArea, spectrum_);
   window.addDockWidget(Qt::RightDockWidgetArea, details_);
   window.setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
-  dressed(spectrumAction(), "mnuViewSpectrum", "plot", "F7", tr("Plot the spectra of the panes"));
-  dressed(detailsAction(), "mnuViewDetails", "details", "F8", tr("Show all fields of the record"));
+  dress(spectrumAction(), "mnuViewSpectrum", "plot", tr("&Spectra"), "F7",
+        tr("Plot the spectra of the selected panes"));
+  dress(detailsAction(), "mnuViewDetails", "details", tr("&Details"), "F8",
+        tr("Show all fields of the selected record"));
   rest_.setSingleShot(true);
   rest_.setInterval(kMillisecondsOfRest);
   connect(&rest_, &QTimer::timeout, this, &RecordDocks::readRecords);
@@ -133,12 +137,17 @@ void RecordDocks::readPanes(const commands::RecordReader& reader) {
 void RecordDocks::readOther(const commands::RecordReader& reader) {
   spectrum_->clear();
   if (!details_->isVisible()) return;
+  const std::string& identifier = identifiers_.front();
   if (identifiers_.size() > 1) {
     details_->showText(tr("%L1 records are selected.").arg(identifiers_.size()));
   } else if (commands::recordKind(*node_) == RecordKind::frames) {
-    details_->showFrame(reader.frame(identifiers_.front()));
+    const auto frame = reader.frame(identifier);
+    reader.tellGroup(identifier, *frame);
+    details_->showFrame(frame);
   } else {
-    details_->showShading(reader.shading(identifiers_.front()));
+    const auto shading = reader.shading(identifier);
+    reader.tellGroup(identifier, *shading);
+    details_->showShading(shading);
   }
 }
 

@@ -42,6 +42,11 @@ RecordGrid::RecordGrid(QWidget* parent)
     : QTableView(parent), model_(new RecordModel(this)), header_(new FilterHeader(this)) {
   setObjectName("RecordGrid");
   setAccessibleName(tr("Records"));
+  setWhatsThis(
+      tr("<p>The records of the data source, the column that identifies them first. One block of "
+         "rows can be selected, with Shift and a click or the arrows, to be copied, deleted or "
+         "exported, or dragged to a data source on the left.</p><p>A click on a heading sorts; "
+         "drag headings to change the order of the columns.</p>"));
   setHorizontalHeader(header_);
   setModel(model_);
   setSelectionBehavior(SelectRows);
@@ -83,6 +88,7 @@ void RecordGrid::show(std::unique_ptr<commands::RecordView> view, int kind) {
   }
   header_->setSortIndicatorShown(false);
   sortedColumn_ = -1;
+  selectedColumn_ = -1;
   kind_ = kind;
   model_->show(std::move(view));
   header_->clearFilters();
@@ -135,19 +141,15 @@ void RecordGrid::selectRows(const RowBlock& rows) {
   scrollTo(first);
 }
 
-int RecordGrid::selectedColumn() const {
-  return currentIndex().isValid() ? currentIndex().column() : -1;
-}
-
 void RecordGrid::sort(Qt::SortOrder order) {
-  const int column = selectedColumn() >= 0 ? selectedColumn() : sortedColumn_;
-  sortBy(column >= 0 ? column : 0, order);
+  sortBy(std::max(selectedColumn_, 0), order);
 }
 
 void RecordGrid::sortBy(int column, Qt::SortOrder order) {
   const BusyPointer busy;
   model_->sort(column, order);
   sortedColumn_ = column;
+  selectedColumn_ = column;
   header_->setSortIndicatorShown(true);
   header_->setSortIndicator(column, order);
   scrollToTop();
@@ -181,6 +183,11 @@ void RecordGrid::fitColumns() {
     header_->resizeSection(i, width);
     fittedWidths_ << width;
   }
+}
+
+void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  if (current.isValid()) selectedColumn_ = current.column();
 }
 
 void RecordGrid::selectionChanged(const QItemSelection& selected,
@@ -226,7 +233,7 @@ void RecordGrid::headerMenu(const QPoint& position) {
   menu.addAction(tr("&Fit Columns"), this, &RecordGrid::fitColumns);
   menu.addAction(tr("&Clear Filters"), header_, &FilterHeader::clearFilters)
       ->setEnabled(model_->isFiltered());
-  menu.addAction(tr("&Columns..."), this, &RecordGrid::columnChooserWanted);
+  menu.addAction(tr("C&olumns..."), this, &RecordGrid::columnChooserWanted);
   menu.exec(header_->mapToGlobal(position));
 }
 

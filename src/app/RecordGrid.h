@@ -39,8 +39,9 @@ class RecordGrid : public QTableView {
 
   RowBlock selectedRows() const;
   void selectRows(const RowBlock& rows);
-  /// The column that the sort commands work on; -1 when no cell is current.
-  int selectedColumn() const;
+  /// The column that the sort commands work on: that of the cell or heading that the user chose
+  /// last; -1 before.
+  int selectedColumn() const { return selectedColumn_; }
   void sort(Qt::SortOrder order);
   /// Puts the visible columns of the selected rows, or the current cell, on the clipboard.
   void copyRowsAsText() const;
@@ -53,6 +54,7 @@ class RecordGrid : public QTableView {
   void contextMenuWanted(const QPoint& globalPosition);
 
  protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   void mousePressEvent(QMouseEvent* event) override;
   void startDrag(Qt::DropActions actions) override;
@@ -69,6 +71,7 @@ class RecordGrid : public QTableView {
   FilterHeader* header_;
   int kind_ = -1;
   int sortedColumn_ = -1;
+  int selectedColumn_ = -1;
   QList<int> fittedWidths_;
   std::map<int, ColumnLayout> layouts_;
 };

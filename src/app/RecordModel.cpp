@@ -1,5 +1,6 @@
 #include "app/RecordModel.h"
 
+#include <QCoreApplication>
 #include <QMimeData>
 #include <algorithm>
 #include <set>
@@ -43,6 +44,7 @@ RecordModel::RecordModel(QObject* parent) : QAbstractTableModel(parent) {
 
 void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   idle_.stop();
+  failed_ = false;
   beginResetModel();
   view_ = std::move(view);
   shown_ = 0;
@@ -85,44 +87,45 @@ void RecordModel::filter(const QStringList& texts) {
   std::vector<std::string> filters;
   for (const QString& text : texts) filters.push_back(text.toStdString());
   withdrawRows();
-  view_->filter(filters);
-  restart();
+  reading([&] {
+    view_->filter(filters);
+    restart();
+  });
 }
 
 void RecordModel::sort(int column, Qt::SortOrder order) {
   if (!view_ || column < 0) return;
   withdrawRows();
-  view_->sort(column, order == Qt::AscendingOrder);
-  restart();
+  reading([&] {
+    view_->sort(column, order == Qt::AscendingOrder);
+    restart();
+  });
 }
 
 void RecordModel::digits(int value) {
   if (!view_) return;
   withdrawRows();
-  view_->digits(value);
-  restart();
+  reading([&] {
+    view_->digits(value);
+    restart();
+  });
 }
 
 QModelIndex RecordModel::find(const QString& text, const QModelIndex& from, bool forward) {
   if (!view_) return {};
   const std::size_t width = view_->columns().size();
   const std::size_t start = from.isValid() ? from.row() * width + from.column() : 0;
-  const auto found = view_->find(text.toStdString(), start, forward);
-  announce();
+  std::optional<std::size_t> found;
+  reading([&] {
+    found = view_->find(text.toStdString(), start, forward);
+    announce();
+  });
   if (!found) return {};
   return index(static_cast<int>(*found / width), static_cast<int>(*found % width));
 }
 
 void RecordModel::complete() {
   while (!isComplete()) advance(kRowsAhead);
-}
-
-void RecordModel::pause(bool paused) {
-  if (paused) {
-    idle_.stop();
-  } else if (!isComplete()) {
-    idle_.start();
-  }
 }
 
 int RecordModel::rowCount(const QModelIndex& parent) const {
@@ -172,15 +175,21 @@ Qt::ItemFlags RecordModel::flags(const QModelIndex& index) const {
 }
 
 bool RecordModel::canFetchMore(const QModelIndex& parent) const {
-  return !parent.isValid() && !isComplete() && !idle_.isActive();
+  return !parent.isValid() && !isComplete() && !idle_.isActive() && !failed_;
 }
 
 void RecordModel::fetchMore(const QModelIndex& /*parent*/) {
-  advance(kRowsAtOnce);
+  reading([this] { advance(kRowsAtOnce); });
+}
+
+QString RecordModel::mimeType() {
+  static const QString type = QStringLiteral("application/x-orv-records; process=%1")
+                                  .arg(QCoreApplication::applicationPid());
+  return type;
 }
 
 QStringList RecordModel::mimeTypes() const {
-  return {kMimeType, QStringLiteral("text/plain")};
+  return {mimeType(), QStringLiteral("text/plain")};
 }
 
 QMimeData* RecordModel::mimeData(const QModelIndexList& indexes) const {
@@ -190,22 +199,28 @@ QMimeData* RecordModel::mimeData(const QModelIndexList& indexes) const {
   QStringList identifiers;
   for (const int row : rows) identifiers << qt(identifier(row));
   auto* data = new QMimeData;
-  data->setData(kMimeType, identifiers.join('\n').toUtf8());
+  data->setData(mimeType(), identifiers.join('\n').toUtf8());
   data->setText(identifiers.join('\n'));
   return data;
 }
 
 void RecordModel::readAhead() {
-  try {
+  reading([this] {
     advance(kRowsAtOnce);
-  } catch (const std::exception& error) {
-    idle_.stop();
-    emit readingFailed(qt(commands::describe(error)));
-    return;
-  }
-  if (isComplete() || shown_ >= kRowsAhead) {
+    if (!isComplete() && shown_ < kRowsAhead) return;
     idle_.stop();
     emit rowsCounted();
+  });
+}
+
+void RecordModel::reading(const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const std::exception& error) {
+    idle_.stop();
+    failed_ = true;
+    announce();
+    emit readingFailed(qt(commands::describe(error)));
   }
 }
 
@@ -225,6 +240,7 @@ void RecordModel::announce() {
 
 void RecordModel::withdrawRows() {
   idle_.stop();
+  failed_ = false;
   if (shown_ == 0) return;
   beginRemoveRows({}, 0, shown_ - 1);
   shown_ = 0;

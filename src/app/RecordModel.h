@@ -4,6 +4,7 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 #include "commands/RecordView.h"
@@ -17,14 +18,15 @@ class RecordModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  /// The format under which rows are dragged: the identifiers of the records, a line each.
-  static constexpr const char* kMimeType = "application/x-orv-records";
-
   explicit RecordModel(QObject* parent = nullptr);
 
   /// Replaces all that is shown; null shows nothing. Raises what reading the first rows raises,
   /// with nothing shown then.
   void show(std::unique_ptr<commands::RecordView> view);
+
+  /// The format under which rows are dragged: the identifiers of the records, a line each. It
+  /// names the process, since another one knows nothing of where they come from.
+  static QString mimeType();
 
   const std::vector<commands::RecordColumn>& recordColumns() const;
   /// The text that identifies the record of a row to the commands.
@@ -40,10 +42,9 @@ class RecordModel : public QAbstractTableModel {
   QModelIndex find(const QString& text, const QModelIndex& from, bool forward);
 
   /// Reads everything there is to read, so that the file is not needed until the next show().
+  /// Raises what reading raises.
   void complete();
   bool isComplete() const { return !view_ || view_->isComplete(); }
-  /// Reading on in idle time is left off meanwhile.
-  void pause(bool paused);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -58,17 +59,21 @@ class RecordModel : public QAbstractTableModel {
  signals:
   /// More rows are there, or all are.
   void rowsCounted();
+  /// A row cannot be read. Those before it stay; nothing is read on before the next beginning.
   void readingFailed(const QString& description);
 
  private:
   void readAhead();
+  /// Takes a step that reads, and tells of its error: no user's click may raise one.
+  void reading(const std::function<void()>& step);
   void advance(int rows);
   void announce();
   void withdrawRows();
   void restart();
 
   std::unique_ptr<commands::RecordView> view_;
-  int shown_ = 0;  ///< rows that the grid knows of
+  int shown_ = 0;        ///< rows that the grid knows of
+  bool failed_ = false;  ///< reading on has failed
   QTimer idle_;
 };
 

@@ -1,8 +1,12 @@
 #include "app/Theme.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QStyleOption>
+
+#include "app/Icons.h"
 
 namespace orv::app {
 
@@ -26,25 +30,58 @@ QPalette lightPalette() {
 }
 
 QPalette darkPalette() {
-  QPalette palette(QColor(0x35, 0x38, 0x3c), QColor(0x2b, 0x2e, 0x31));
-  palette.setColor(QPalette::Base, QColor(0x20, 0x22, 0x25));
+  QPalette palette(QColor(0x45, 0x4a, 0x4f), QColor(0x38, 0x3c, 0x40));
+  palette.setColor(QPalette::Base, QColor(0x1e, 0x20, 0x23));
   palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x29, 0x2c));
-  palette.setColor(QPalette::ToolTipBase, QColor(0x3c, 0x40, 0x44));
+  palette.setColor(QPalette::ToolTipBase, QColor(0x4a, 0x4f, 0x54));
   palette.setColor(QPalette::Highlight, QColor(0x2f, 0x78, 0xb4));
   palette.setColor(QPalette::Link, QColor(0x6c, 0xb8, 0xf0));
   for (const auto role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
     palette.setColor(role, QColor(0xe6, 0xe8, 0xea));
-    palette.setColor(QPalette::Disabled, role, QColor(0x7d, 0x83, 0x88));
+    palette.setColor(QPalette::Disabled, role, QColor(0x8b, 0x91, 0x96));
   }
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::PlaceholderText, QColor(0x8a, 0x90, 0x95));
   return palette;
 }
 
-/// A style whose dialog buttons have no pictures, which not all desktops have and none has in the
-/// colours of every theme.
-class PlainButtons : public QProxyStyle {
+/// The program's symbol for a button that the toolkit makes; the toolkit's own are black in any
+/// theme. None for other pictures.
+const char* buttonIcon(QStyle::StandardPixmap picture) {
+  switch (picture) {
+    case QStyle::SP_TitleBarCloseButton:
+    case QStyle::SP_LineEditClearButton:
+      return "cancel";
+    case QStyle::SP_TitleBarNormalButton:
+      return "float";
+    case QStyle::SP_ToolBarHorizontalExtensionButton:
+      return "more";
+    default:
+      return nullptr;
+  }
+}
+
+/// The program's picture for a message box; none for other pictures.
+const char* boxIcon(QStyle::StandardPixmap picture) {
+  switch (picture) {
+    case QStyle::SP_MessageBoxInformation:
+      return "box-information";
+    case QStyle::SP_MessageBoxQuestion:
+      return "box-question";
+    case QStyle::SP_MessageBoxWarning:
+      return "box-warning";
+    case QStyle::SP_MessageBoxCritical:
+      return "box-critical";
+    default:
+      return nullptr;
+  }
+}
+
+/// What the program has otherwise than its style: dialog buttons without pictures, which not all
+/// desktops have and none has in the colours of every theme; message boxes with pictures of its
+/// own where the desktop has none; a menu's symbol in the colour of the selected entry's text.
+class ProgramStyle : public QProxyStyle {
  public:
   using QProxyStyle::QProxyStyle;
 
@@ -52,6 +89,30 @@ class PlainButtons : public QProxyStyle {
                 QStyleHintReturn* data) const override {
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
     return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+
+  QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    if (const char* symbol = buttonIcon(picture)) return icon(symbol);
+    const char* box = boxIcon(picture);
+    if (box != nullptr && !QIcon::hasThemeIcon("dialog-question")) return icon(box);
+    return QProxyStyle::standardIcon(picture, option, widget);
+  }
+
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    const auto* entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element != CE_MenuItem || entry == nullptr || entry->icon.isNull() ||
+        !(entry->state & State_Selected)) {
+      QProxyStyle::drawControl(element, option, painter, widget);
+      return;
+    }
+    QStyleOptionMenuItem selected = *entry;
+    const int side = pixelMetric(PM_SmallIconSize, option, widget);
+    const auto mode = entry->state & State_Enabled ? QIcon::Selected : QIcon::Disabled;
+    selected.icon =
+        entry->icon.pixmap(QSize(side, side), painter->device()->devicePixelRatio(), mode);
+    QProxyStyle::drawControl(element, &selected, painter, widget);
   }
 };
 
@@ -71,11 +132,11 @@ const Desktop& desktop() {
 void applyTheme(Theme theme) {
   const Desktop& system = desktop();
   if (theme == Theme::system) {
-    QApplication::setStyle(new PlainButtons(system.style));
+    QApplication::setStyle(new ProgramStyle(system.style));
     QApplication::setPalette(system.palette);
     return;
   }
-  QApplication::setStyle(new PlainButtons("Fusion"));
+  QApplication::setStyle(new ProgramStyle("Fusion"));
   QApplication::setPalette(theme == Theme::dark ? darkPalette() : lightPalette());
 }
 

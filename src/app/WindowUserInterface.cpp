@@ -1,6 +1,7 @@
 #include "app/WindowUserInterface.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -65,6 +66,15 @@ class Box : public QMessageBox {
       : QMessageBox(icon, title, text, NoButton, parent) {
     setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+
+ protected:
+  /// A box is as wide as its title: the text takes what it does not need, beside the picture.
+  void showEvent(QShowEvent* event) override {
+    if (auto* grid = qobject_cast<QGridLayout*>(layout())) {
+      grid->setColumnStretch(grid->columnCount() - 1, 1);
+    }
+    QMessageBox::showEvent(event);
   }
 };
 

@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
 #include "app/Text.h"
 #include "commands/UserInterface.h"
 
@@ -25,8 +26,8 @@ dlgTextFileOptions::dlgTextFileOptions(QWidget* parent)
   optTextFileType->addButton(paneData_, kPaneData);
   optTextFileType->addButton(shadingData_, kShadingData);
   paneData_->setChecked(true);
-  paneData_->setWhatsThis(tr("The files hold the spectra of glass panes or films"));
-  shadingData_->setWhatsThis(tr("The files hold the spectra of shading devices"));
+  explain(paneData_, tr("The files hold the spectra of glass panes or films"));
+  explain(shadingData_, tr("The files hold the spectra of shading devices"));
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   buttons->button(QDialogButtonBox::Ok)->setObjectName("OKButton");

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/SystemInformation.h"
 #include "app/Text.h"
@@ -49,9 +50,11 @@ class SystemInformationDialog : public QDialog {
     }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     auto* copy = buttons->addButton(frmAbout::tr("&Copy"), QDialogButtonBox::ActionRole);
+    explain(copy, frmAbout::tr("Copy these facts as text, for a report"));
     connect(copy, &QPushButton::clicked, this,
             [facts] { QGuiApplication::clipboard()->setText(asText(facts)); });
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
     auto* layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addLayout(form);
@@ -86,6 +89,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
   auto* system = buttons->addButton(tr("&System Info..."), QDialogButtonBox::ActionRole);
   system->setObjectName("cmdSysInfo");
+  explain(system, tr("Show what the program runs on"));
   connect(system, &QPushButton::clicked, this, &frmAbout::showSystemInformation);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   buttons->button(QDialogButtonBox::Ok)->setDefault(true);

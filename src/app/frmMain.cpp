@@ -24,7 +24,6 @@ namespace orv::app {
 
 namespace {
 
-constexpr QSize kSmallest(360, 280);
 /// In a smaller window the docks are closed at first: they would leave the grid no room.
 constexpr QSize kRoomForDocks(900, 600);
 
@@ -45,7 +44,6 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
-  setMinimumSize(kSmallest);
   setStatusBar(sbStatusBar_);
   setCentralWidget(new PaneSplitter(tvDataSources_, dataPane_));
   file_->setParent(this);

@@ -63,6 +63,7 @@ class frmMain : public QMainWindow {
   void filterToggled(bool shown);
   void showOptions();
   void treeMenu(const QPoint& position);
+  void copyPath();
   void gridMenu(const QPoint& position);
 
   commands::Session& session_;

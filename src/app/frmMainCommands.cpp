@@ -1,4 +1,6 @@
 // What the menus, the tree and the grid of the main window do.
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QTimer>
 
@@ -14,9 +16,11 @@
 #include "app/RecordDocks.h"
 #include "app/RecordGrid.h"
 #include "app/StatusBar.h"
+#include "app/Text.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
 #include "app/frmOptions.h"
+#include "commands/NodeContent.h"
 #include "model/Codes.h"
 
 namespace orv::app {
@@ -98,7 +102,8 @@ void frmMain::connectParts() {
   });
   connect(tvDataSources_, &DataSourceTree::contextMenuWanted, this, &frmMain::treeMenu);
 
-  connect(&grid_, &RecordGrid::selectedRowsChanged, this, &frmMain::takeSelection);
+  connect(&grid_, &RecordGrid::selectedRowsChanged, this,
+          [this] { guarded(ui_, [this] { takeSelection(); }); });
   connect(&grid_, &RecordGrid::contextMenuWanted, this, &frmMain::gridMenu);
   connect(&grid_, &RecordGrid::columnChooserWanted, actions_->mnuViewColumns, &QAction::trigger);
   connect(docks_, &RecordDocks::statusMessage, sbStatusBar_, &StatusBar::status);
@@ -127,9 +132,17 @@ void frmMain::treeMenu(const QPoint& position) {
   menu.addAction(actions_->mnuFileNewORVDatabase);
   menu.addAction(actions_->mnuEditPaste);
   menu.addSeparator();
+  menu.addAction(tr("Copy Pat&h"), this, [this] { copyPath(); })->setEnabled(current_ != nullptr);
   menu.addAction(actions_->mnuViewRefresh);
   menu.addAction(actions_->mnuFileRemove);
   menu.exec(position);
+}
+
+/// Of the file or folder that the shown node is or belongs to.
+void frmMain::copyPath() {
+  const bool isRecordSet = !current_->DisplayRecordSetName().empty();
+  const Node source = isRecordSet ? current_->Parent() : current_;
+  QGuiApplication::clipboard()->setText(qt(commands::nodeTitle(source.get())));
 }
 
 void frmMain::gridMenu(const QPoint& position) {
@@ -138,8 +151,8 @@ void frmMain::gridMenu(const QPoint& position) {
   menu.addSeparator();
   menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuFileExport});
   menu.addSeparator();
-  menu.addActions({actions_->mnuSortAscending, actions_->mnuSortDescending,
-                   actions_->mnuViewEditFilter, actions_->mnuViewColumns});
+  menu.addMenu(actions_->mnuSort);
+  menu.addActions({actions_->mnuViewEditFilter, actions_->mnuViewColumns});
   menu.exec(position);
 }
 

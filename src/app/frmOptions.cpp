@@ -7,6 +7,8 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
+
 namespace orv::app {
 
 namespace {
@@ -18,8 +20,7 @@ QComboBox* choices(const char* name, std::initializer_list<std::pair<Choice, QSt
                    Choice current, const QString& help) {
   auto* box = new QComboBox;
   box->setObjectName(name);
-  box->setWhatsThis(help);
-  box->setToolTip(help);
+  explain(box, help);
   for (const auto& [value, text] : entries) box->addItem(text, static_cast<int>(value));
   box->setCurrentIndex(box->findData(static_cast<int>(current)));
   return box;
@@ -45,8 +46,7 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
   digits_->setRange(commands::kAllDigits, kMostDigits);
   digits_->setSpecialValueText(tr("All"));
   digits_->setValue(options.digits);
-  digits_->setToolTip(tr("Significant digits of the numbers in the grid"));
-  digits_->setWhatsThis(digits_->toolTip());
+  explain(digits_, tr("Significant digits of the numbers in the grid"));
 
   auto* form = new QFormLayout;
   form->addRow(tr("&Digits of numbers:"), digits_);

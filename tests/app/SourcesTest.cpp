@@ -157,4 +157,18 @@ TEST_F(WindowTest, OpensFilesThatAreDroppedOnIt) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return tree().topLevelItemCount() == 2; }));
 }
 
+TEST_F(WindowTest, AFileThatCannotBeOpenedDoesNotKeepOthersOut) {
+  const QString good = QString::fromStdString(folder / "good.txt");
+  QFile(good).open(QIODevice::WriteOnly);
+  const QString bad = QString::fromStdString(folder / "bad.mdb");
+  QFile(bad).open(QIODevice::WriteOnly);
+  dialogs.press("OK");
+  window.openPaths({bad, good});
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_TRUE(dialogs.texts().front().endsWith(
+      "\n\nOne or more files may not have been added, please check."));
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  EXPECT_EQ(tree().currentItem()->text(0), "good.txt");
+}
+
 }  // namespace orv::test

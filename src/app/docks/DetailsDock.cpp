@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/docks/DetailsTree.h"
 #include "app/docks/PictureView.h"
@@ -17,6 +18,10 @@ namespace orv::app {
 
 DetailsDock::DetailsDock(QWidget* parent) : QDockWidget(tr("Details"), parent) {
   setObjectName(QStringLiteral("DetailsDock"));
+  setAccessibleName(tr("Details"));
+  setWhatsThis(
+      tr("All fields of the selected record, with the picture of a frame or a drawing of "
+         "the slats of a shading."));
   pages_ = new QStackedWidget(this);
   text_ = new QLabel(pages_);
   text_->setObjectName(QStringLiteral("detailsEmptyText"));
@@ -40,8 +45,9 @@ QWidget* DetailsDock::buildRecordPage() {
   filter_->setClearButtonEnabled(true);
   filter_->addAction(icon("find"), QLineEdit::LeadingPosition);
   filter_->setAccessibleName(tr("Search fields"));
+  explain(filter_, tr("Lists only the fields with this text in their name or value"));
   angle_ = new QComboBox(page);
-  angle_->setToolTip(tr("Angle of incidence of the values that are shown"));
+  explain(angle_, tr("Angle of incidence of the values that are shown"));
   angle_->setAccessibleName(tr("Angle of incidence"));
   splitter_ = new QSplitter(Qt::Vertical, page);
   tree_ = new DetailsTree(splitter_);

@@ -126,6 +126,16 @@ void DetailsTree::copy(bool onlySelected) const {
   QGuiApplication::clipboard()->setText(text(onlySelected));
 }
 
+/// The keys of copying are for this, not for the window's command of the same keys.
+bool DetailsTree::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride &&
+      static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+    event->accept();
+    return true;
+  }
+  return QTreeWidget::event(event);
+}
+
 void DetailsTree::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) {
     copy(!selectedItems().isEmpty());

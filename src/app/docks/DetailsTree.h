@@ -27,6 +27,7 @@ class DetailsTree : public QTreeWidget {
   void copy(bool onlySelected) const;
 
  protected:
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 

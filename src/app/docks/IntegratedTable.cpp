@@ -60,6 +60,16 @@ void IntegratedTable::showDataSets(const std::vector<SpectrumDataSet>& dataSets)
   }
 }
 
+/// The keys of copying are for this, not for the window's command of the same keys.
+bool IntegratedTable::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride &&
+      static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+    event->accept();
+    return true;
+  }
+  return QTableWidget::event(event);
+}
+
 void IntegratedTable::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) {
     copySelection();

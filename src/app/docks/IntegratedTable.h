@@ -20,6 +20,7 @@ class IntegratedTable : public QTableWidget {
   QSize minimumSizeHint() const override { return {100, 60}; }
 
  protected:
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 

@@ -19,6 +19,7 @@ constexpr int kMargin = 6;
 
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
   setAccessibleName(tr("Picture of the frame"));
+  setWhatsThis(tr("The picture that the database holds of the frame, as large as there is room"));
 }
 
 void PictureView::showPicture(std::span<const std::uint8_t> field) {

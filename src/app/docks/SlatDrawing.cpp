@@ -42,6 +42,9 @@ void drawArrow(QPainter& painter, const QPointF& tip, double direction) {
 
 SlatDrawing::SlatDrawing(QWidget* parent) : QWidget(parent) {
   setAccessibleName(tr("Geometry of the slats"));
+  setWhatsThis(tr(
+      "Three slats beside the pane, to scale: their width, crown, angle and distance. A vertical "
+      "blind is seen from above."));
 }
 
 void SlatDrawing::showShading(std::shared_ptr<const ShadingDataClass> shading) {

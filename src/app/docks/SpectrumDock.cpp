@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/Help.h"
 #include "app/Icons.h"
 #include "app/docks/IntegratedTable.h"
 #include "app/docks/SpectrumCsv.h"
@@ -57,6 +58,8 @@ QLabel* hint(QWidget* parent) {
 
 SpectrumDock::SpectrumDock(QWidget* parent) : QDockWidget(tr("Spectra"), parent) {
   setObjectName(QStringLiteral("SpectrumDock"));
+  setAccessibleName(tr("Spectra"));
+  setWhatsThis(tr("The spectra of the selected panes, laid over each other."));
   auto* content = new QWidget(this);
   toolBar_ = new QToolBar(content);
   stack_ = new QStackedWidget(content);
@@ -112,9 +115,10 @@ QSplitter* SpectrumDock::buildSide() {
 void SpectrumDock::buildToolBar() {
   toolBar_->setIconSize({16, 16});
   toolBar_->setAccessibleName(tr("Spectrum tools"));
+  toolBar_->setWhatsThis(tr("What the plot shows, and ways to save, copy and print it."));
   addQuantityActions();
   angle_ = new QComboBox(toolBar_);
-  angle_->setToolTip(tr("Angle of incidence of the curves that are shown"));
+  explain(angle_, tr("Angle of incidence of the curves that are shown"));
   angle_->setAccessibleName(tr("Angle of incidence"));
   angle_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   angleAction_ = toolBar_->addWidget(angle_);
@@ -135,7 +139,7 @@ void SpectrumDock::addQuantityActions() {
     auto* action = toolBar_->addAction(icon(iconOf(quantity)), symbolOf(quantity));
     action->setCheckable(true);
     action->setChecked(true);
-    action->setToolTip(tr("%1: show or hide these curves").arg(nameOf(quantity)));
+    explain(action, tr("%1: show or hide these curves").arg(nameOf(quantity)));
     quantities_.push_back(action);
     auto* button = toolBar_->widgetForAction(action);
     static_cast<QToolButton*>(button)->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -150,9 +154,8 @@ void SpectrumDock::addQuantityActions() {
 void SpectrumDock::addViewActions() {
   logarithmic_ = toolBar_->addAction(icon("logarithmic"), tr("Logarithmic wavelengths"));
   logarithmic_->setCheckable(true);
-  logarithmic_->setToolTip(
-      tr("Logarithmic axis of wavelengths, to see visible light and infrared "
-         "together"));
+  explain(logarithmic_,
+          tr("Logarithmic axis of wavelengths, to see visible light and infrared together"));
   connect(logarithmic_, &QAction::toggled, this, &SpectrumDock::setLogarithmic);
   zoomIn_ = toolBar_->addAction(icon("zoom-in"), tr("Zoom in"), view_,
                                 [this] { view_->zoom(kZoomStep); });
@@ -160,20 +163,26 @@ void SpectrumDock::addViewActions() {
                                  [this] { view_->zoom(1 / kZoomStep); });
   showAll_ =
       toolBar_->addAction(icon("zoom-reset"), tr("Show everything"), view_, &SpectrumView::showAll);
+  explain(zoomIn_, tr("Show less of the plot, larger"));
+  explain(zoomOut_, tr("Show more of the plot, smaller"));
+  explain(showAll_, tr("Show all of the curves"));
   showSide_ = toolBar_->addAction(icon("table"), tr("Legend and integrated values"));
   showSide_->setCheckable(true);
   showSide_->setChecked(true);
-  showSide_->setToolTip(tr("Show or hide the legend and the integrated values"));
+  explain(showSide_, tr("Show or hide the legend and the integrated values"));
   connect(showSide_, &QAction::toggled, this, &SpectrumDock::updateActions);
 }
 
 void SpectrumDock::addExportActions() {
   save_ = toolBar_->addAction(icon("save"), tr("Save as…"), this, &SpectrumDock::saveAs);
-  save_->setToolTip(tr("Save as a picture (PNG, SVG) or a table (CSV)"));
+  explain(save_, tr("Save as a picture (PNG, SVG) or a table (CSV)"));
   copy_ = toolBar_->addAction(icon("copy"), tr("Copy"), this, &SpectrumDock::copy);
-  copy_->setToolTip(tr("Copy as a picture and as text"));
+  explain(copy_, tr("Copy as a picture and as text"));
   print_ = toolBar_->addAction(icon("print"), tr("Print…"), this, &SpectrumDock::print);
-  print_->setToolTip(tr("Print the plot"));
+  explain(print_, tr("Print the plot"));
+  // The same commands by a right click on the plot.
+  view_->addActions(toolBar_->actions().mid(toolBar_->actions().indexOf(logarithmic_)));
+  view_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 // --- What is shown -------------------------------------------------------------------------------

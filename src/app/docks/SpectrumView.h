@@ -38,7 +38,7 @@ class SpectrumView : public QChartView {
   void emphasize(std::optional<std::size_t> dataSet);
 
   QSize sizeHint() const override { return {640, 360}; }
-  QSize minimumSizeHint() const override { return {220, 160}; }
+  QSize minimumSizeHint() const override { return {180, 110}; }
 
  signals:
   void rangeChanged();

@@ -1,0 +1,155 @@
+// Work that takes long: the window stays alive meanwhile.
+#include <QElapsedTimer>
+#include <QLineEdit>
+
+#include "app/ProgressDialog.h"
+#include "app/WindowTest.h"
+#include "database/OrvSchema.h"
+
+namespace orv::test {
+
+class LongWorkTest : public WindowTest {
+ protected:
+  /// Makes an ORV database with panes of a short spectrum.
+  QString makeDatabase(const char* name, int panes) {
+    const std::string path = folder / name;
+    const auto connection = database::CreateEmptyDatabase(path);
+    for (int i = 0; i < panes; ++i) session.database.InsertPane(*makePane(i), *connection);
+    connection->close();
+    return QString::fromStdString(path);
+  }
+
+  /// The same with a row a pane and no spectra, which is made sooner.
+  QString makeLargeDatabase(int panes) {
+    const std::string path = folder / "large.mdb";
+    const auto connection = database::CreateEmptyDatabase(path);
+    auto rows = connection->openRecordset("Pane", store::CursorType::keyset,
+                                          store::LockType::batchOptimistic);
+    for (int i = 0; i < panes; ++i) {
+      rows->addNew();
+      rows->setValue("name", "PANE" + std::to_string(i) + ".DAT");
+      rows->setValue("product_name", "Product " + std::to_string(i % 97));
+      rows->setValue("thickness", static_cast<float>(3 + i % 10));
+      rows->update();
+    }
+    rows->updateBatch();
+    rows->close();
+    connection->close();
+    return QString::fromStdString(path);
+  }
+
+ private:
+  static std::shared_ptr<GlazingData> makePane(int number) {
+    constexpr int kWavelengths = 12;
+    auto spectrum = std::make_shared<SpectralData>();
+    spectrum->Allocate(kWavelengths - 1);
+    spectrum->WavelengthUnit(kNanometers);
+    for (int i = 0; i < kWavelengths; ++i) {
+      spectrum->wl(i, 300.0F + 200.0F * static_cast<float>(i));
+      spectrum->Tf(i, 0.8F);
+      spectrum->Tb(i, 0.8F);
+      spectrum->Rf(i, 0.07F);
+      spectrum->Rb(i, 0.07F);
+    }
+    auto pane = std::make_shared<GlazingData>();
+    pane->filename("pane" + std::to_string(number) + ".txt");
+    pane->supplier("Maker");
+    pane->group("Made");
+    pane->Thickness(4);
+    pane->Conductivity(1);
+    pane->spectral_pane(true);
+    pane->WavelengthUnit(kNanometers);
+    pane->SpectralData(spectrum);
+    return pane;
+  }
+};
+
+/// Notes how long the event loop is away at most, and how often a window is painted.
+class Watch : public QObject {
+ public:
+  explicit Watch(QWidget& window) {
+    window.installEventFilter(this);
+    clock_.start();
+    connect(&timer_, &QTimer::timeout, this, [this] {
+      longestGap = std::max(longestGap, clock_.restart());
+      if (whenIdle) whenIdle();
+    });
+    timer_.start(1);
+  }
+
+  std::function<void()> whenIdle;
+  qint64 longestGap = 0;  ///< milliseconds
+  int paints = 0;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++paints;
+    return false;
+  }
+
+ private:
+  QElapsedTimer clock_;
+  QTimer timer_;
+};
+
+/// Far above what a pane takes, and far below what makes a desktop call a window dead.
+constexpr qint64 kLongestGap = 1000;
+
+TEST_F(LongWorkTest, TheWindowStaysPaintedWhileAThousandPanesArePasted) {
+  constexpr int kPanes = 1000;
+  window.openPaths({makeDatabase("source.mdb", kPanes)});
+  trigger("mnuEditSelectAll");
+  trigger("mnuEditCopy");
+  window.openPaths({makeDatabase("target.mdb", 0)});
+  dialogs.type("Copied");
+  Watch watch(find<QLabel>("lblStatus"));
+  trigger("mnuEditPaste");
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(dialogs.seen().size(), 1U) << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(rows(), kPanes);
+  EXPECT_GT(watch.paints, 10);
+  EXPECT_LT(watch.longestGap, kLongestGap);
+}
+
+TEST_F(LongWorkTest, APasteIsCancelledBetweenTwoRecords) {
+  constexpr int kPanes = 300;
+  window.openPaths({makeDatabase("source.mdb", kPanes)});
+  trigger("mnuEditSelectAll");
+  trigger("mnuEditCopy");
+  window.openPaths({makeDatabase("target.mdb", 0)});
+  dialogs.type("Copied");
+  Watch watch(find<QLabel>("lblStatus"));
+  int written = 0;
+  watch.whenIdle = [&] {
+    const auto* progress = window.findChild<app::ProgressDialog*>();
+    if (progress == nullptr) return;
+    const QString status = progress->findChild<QLabel*>("lblProgressStatus")->text();
+    if (status.startsWith("Writing") && ++written == 3) {
+      QTest::keyClick(const_cast<app::ProgressDialog*>(progress), Qt::Key_Escape);
+    }
+  };
+  trigger("mnuEditPaste");
+  EXPECT_EQ(label("lblStatus"), "Ready");
+  EXPECT_GT(rows(), 0);
+  EXPECT_LT(rows(), kPanes);
+  EXPECT_TRUE(isEnabled("mnuEditPaste"));
+}
+
+TEST_F(LongWorkTest, ALargeSourceShowsItsFirstRowsBeforeAllAreRead) {
+  constexpr int kPanes = 6000;
+  window.openPaths({makeLargeDatabase(kPanes)});
+  window.repaint();
+  EXPECT_GE(rows(), 100);
+  EXPECT_LT(rows(), kPanes / 2);
+  EXPECT_TRUE(label("lblCounts").startsWith("more than ")) << label("lblCounts").toStdString();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return label("lblCounts") == "6,000 records"; }));
+  EXPECT_EQ(rows(), kPanes);
+  QTest::keyClicks(&find<QLineEdit>("txtFilter2"), "product 9");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return label("lblCounts").endsWith("found"); }));
+  EXPECT_LT(rows(), kPanes);
+  grid().setCurrentIndex(grid().model()->index(0, 5));
+  trigger("mnuSortDescending");
+  EXPECT_EQ(cell(0, 5), "12");
+}
+
+}  // namespace orv::test
