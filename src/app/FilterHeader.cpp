@@ -42,9 +42,9 @@ QStringList FilterHeader::filters() const {
 }
 
 void FilterHeader::clearFilters() {
-  for (QLineEdit* editor : editors_) {
-    const QSignalBlocker blocker(editor);
-    editor->clear();
+  {
+    const QSignalBlocker blocker(this);  // one change, not one a field
+    for (QLineEdit* editor : editors_) editor->clear();
   }
   emit filtersChanged();
 }

@@ -93,7 +93,7 @@ void MainActions::makeFileMenu() {
   mnuFileOpenTextFiles =
       add(mnuFileOpen, "mnuFileOpenTextFiles", "text-file", tr("Spectral &Text Files..."),
           QKeySequence(tr("Ctrl+T")), tr("Open spectral data of panes or shadings as text files"));
-  mnuFileRemove = add(mnuFile, "mnuFileRemove", "remove", tr("&Remove"), QKeySequence::Close,
+  mnuFileRemove = add(mnuFile, "mnuFileRemove", "remove", tr("Re&move"), QKeySequence::Close,
                       tr("Remove the data source from the list; its file stays as it is"));
   mnuFile->addSeparator();
   mnuFileExport =

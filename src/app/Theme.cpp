@@ -42,7 +42,7 @@ QPalette darkPalette() {
     palette.setColor(QPalette::Disabled, role, QColor(0x8b, 0x91, 0x96));
   }
   palette.setColor(QPalette::HighlightedText, Qt::white);
-  palette.setColor(QPalette::PlaceholderText, QColor(0x8a, 0x90, 0x95));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x9a, 0xa0, 0xa5));
   return palette;
 }
 

@@ -54,7 +54,9 @@ class SystemInformationDialog : public QDialog {
     connect(copy, &QPushButton::clicked, this,
             [facts] { QGuiApplication::clipboard()->setText(asText(facts)); });
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    copy->setAutoDefault(false);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);
+    buttons->button(QDialogButtonBox::Close)->setFocus();
     auto* layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addLayout(form);

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QSet>
+#include <algorithm>
 
 namespace orv::app {
 
@@ -83,8 +84,17 @@ void DetailsTree::fitNames() {
   if (kind == kind_) return;
   kind_ = kind;
   resizeColumnToContents(kName);
-  const int most = kLongestName * fontMetrics().averageCharWidth();
+  limitNames(std::min(kLongestName * fontMetrics().averageCharWidth(), viewport()->width() / 2));
+}
+
+void DetailsTree::limitNames(int most) {
   if (columnWidth(kName) > most) setColumnWidth(kName, most);
+}
+
+/// In a narrow dock, too, the values are seen beside the names.
+void DetailsTree::resizeEvent(QResizeEvent* event) {
+  limitNames(viewport()->width() / 2);
+  QTreeWidget::resizeEvent(event);
 }
 
 void DetailsTree::setFilter(const QString& text) {

@@ -28,12 +28,14 @@ class DetailsTree : public QTreeWidget {
 
  protected:
   bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   void applyFilter();
   void fitNames();
+  void limitNames(int most);
 
   QString filter_;
   QString kind_;  ///< the first section of the fields, by which kinds of records are told apart
