@@ -70,10 +70,8 @@ class FirstRows : public QObject {
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     if (event->type() != QEvent::Paint || grid_.model()->rowCount() == 0) return false;
     grid_.viewport()->removeEventFilter(this);
-    const auto note = [this] {
-      time = milliseconds(clock_);
-      rows = grid_.model()->rowCount();
-    };
+    rows = grid_.model()->rowCount();
+    const auto note = [this] { time = milliseconds(clock_); };
     QMetaObject::invokeMethod(this, note, Qt::QueuedConnection);  // once the painting is done
     return false;
   }

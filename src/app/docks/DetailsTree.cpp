@@ -49,6 +49,9 @@ DetailsTree::DetailsTree(QWidget* parent) : QTreeWidget(parent) {
   header()->setSectionResizeMode(kName, QHeaderView::Interactive);
   header()->setSectionResizeMode(kValue, QHeaderView::Stretch);
   header()->setSectionResizeMode(kUnit, QHeaderView::ResizeToContents);
+  connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+    if (column == kName && !placing_) wantedNames_ = width;
+  });
   setAccessibleName(tr("Fields of the record"));
   setWhatsThis(
       tr("All fields of the selected record. Type above to search; Ctrl+C copies the "
@@ -84,17 +87,20 @@ void DetailsTree::fitNames() {
   if (kind == kind_) return;
   kind_ = kind;
   resizeColumnToContents(kName);
-  limitNames(std::min(kLongestName * fontMetrics().averageCharWidth(), viewport()->width() / 2));
-}
-
-void DetailsTree::limitNames(int most) {
-  if (columnWidth(kName) > most) setColumnWidth(kName, most);
+  wantedNames_ = std::min(columnWidth(kName), kLongestName * fontMetrics().averageCharWidth());
+  placeNames();
 }
 
 /// In a narrow dock, too, the values are seen beside the names.
+void DetailsTree::placeNames() {
+  placing_ = true;
+  setColumnWidth(kName, std::min(wantedNames_, viewport()->width() / 2));
+  placing_ = false;
+}
+
 void DetailsTree::resizeEvent(QResizeEvent* event) {
-  limitNames(viewport()->width() / 2);
   QTreeWidget::resizeEvent(event);
+  if (wantedNames_ > 0) placeNames();
 }
 
 void DetailsTree::setFilter(const QString& text) {

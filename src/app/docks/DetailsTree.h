@@ -35,9 +35,11 @@ class DetailsTree : public QTreeWidget {
  private:
   void applyFilter();
   void fitNames();
-  void limitNames(int most);
+  void placeNames();
 
   QString filter_;
+  int wantedNames_ = 0;   ///< width of the names where there is room
+  bool placing_ = false;  ///< the width is being changed, not by the user
   QString kind_;  ///< the first section of the fields, by which kinds of records are told apart
 };
 
