@@ -86,9 +86,14 @@ IndexCursor IndexTree::last() const {
 }
 
 std::optional<RowId> IndexTree::find(std::span<const std::uint8_t> key) const {
-  IndexCursor cursor = lowerBound(key);
-  if (!cursor.next() || !std::ranges::equal(cursor.key(), key)) return std::nullopt;
-  return cursor.rowId();
+  // Among the first entries may be ones whose keys only begin like this one: that of empty binary
+  // is the beginning of all others.
+  for (IndexCursor cursor = lowerBound(key); cursor.next();) {
+    const auto found = cursor.key();
+    if (std::ranges::equal(found, key)) return cursor.rowId();
+    if (!std::ranges::equal(found.first(std::min(found.size(), key.size())), key)) break;
+  }
+  return std::nullopt;
 }
 
 /// The way to the leaf where `entry` is or would be. With `widen`, nodes on the way that end
