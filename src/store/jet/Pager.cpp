@@ -18,6 +18,8 @@ namespace {
 constexpr std::size_t kCacheBytes = std::size_t{64} << 20;
 constexpr std::size_t kLargestPage = 4096;
 constexpr auto kLockPatience = std::chrono::seconds(3);
+// Between two tries; a writer leaves the lock free for short moments only.
+constexpr auto kLongestPause = std::chrono::milliseconds(4);
 
 std::map<std::string, std::weak_ptr<Pager>>& openPagers() {
   static std::map<std::string, std::weak_ptr<Pager>> pagers;
@@ -142,7 +144,7 @@ void Pager::lockOrExplain(LockKind kind, bool exclusive) {
                                      "try again.");
     }
     std::this_thread::sleep_for(pause);
-    pause = std::min(pause * 2, std::chrono::milliseconds(50));
+    pause = std::min(pause * 2, kLongestPause);
   }
 }
 

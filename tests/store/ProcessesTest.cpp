@@ -1,0 +1,298 @@
+// Two processes with the same file: both write, one is killed; what one changes the other sees.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/StoreError.h"
+#include "store/jet/Creation.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::store::jet {
+namespace {
+
+using namespace std::chrono_literals;
+using enum ColumnType;
+
+/// Another process, which runs `work` and tells numbers through a pipe. It ends with 0 when the
+/// work returned, 1 when it raised; at the latest it is killed with this object.
+class Process {
+ public:
+  using Tell = std::function<void(std::int32_t)>;
+
+  explicit Process(const std::function<void(const Tell&)>& work) {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    id_ = ::fork();
+    if (id_ == 0) {
+      ::close(ends[0]);
+      run(work, ends[1]);
+    }
+    ::close(ends[1]);
+    told_ = ends[0];
+  }
+  ~Process() {
+    kill();
+    ::close(told_);
+  }
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  /// The next number that the process has told; none after its end.
+  std::optional<std::int32_t> hear() {
+    std::int32_t number = 0;
+    return ::read(told_, &number, sizeof number) == sizeof number ? std::optional(number)
+                                                                  : std::nullopt;
+  }
+  void kill() {
+    if (id_ > 0) {
+      ::kill(id_, SIGKILL);
+      ::waitpid(id_, &status_, 0);
+      id_ = -1;
+    }
+  }
+  int wait() {
+    ::waitpid(id_, &status_, 0);
+    id_ = -1;
+    return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1;
+  }
+  pid_t id() const { return id_; }
+  /// Whether it ran until it was killed.
+  bool wasKilled() const { return WIFSIGNALED(status_) && WTERMSIG(status_) == SIGKILL; }
+
+ private:
+  [[noreturn]] static void run(const std::function<void(const Tell&)>& work, int pipe) {
+    try {
+      work([&](std::int32_t number) {
+        if (::write(pipe, &number, sizeof number) != sizeof number) {
+          ::_exit(2);
+        }
+      });
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "the other process: %s\n", error.what());
+      ::_exit(1);
+    }
+    ::_exit(0);
+  }
+
+  pid_t id_ = -1;
+  int told_ = -1;
+  int status_ = 0;
+};
+
+constexpr int kWindow = 5;  // batches of a writer that are there at a time
+
+/// A file into which several writers put numbered batches of rows, each in one commit that also
+/// deletes the batch that is kWindow older.
+class Ledger {
+ public:
+  explicit Ledger(const std::string& path)
+      : database_(Database::open(path, "")), table_(database_->table("Ledger")) {}
+
+  static void create(const std::string& path) {
+    createTable(*createDatabase(path),
+                {.name = "Ledger",
+                 .columns = {{"writer", longInteger},
+                             {"batch", longInteger},
+                             {"number", longInteger},
+                             {"note", memo}},
+                 .indexes = {{.name = "PrimaryKey",
+                              .columns = {{"writer"}, {"batch"}, {"number"}},
+                              .primary = true},
+                             {.name = "newest", .columns = {{"batch", false}}}}});
+  }
+
+  static int sizeOf(int batch) { return 1 + batch * 7 % 90; }
+
+  void commit(int writer, int batch) {
+    Transaction transaction(database_->pager());
+    std::vector<RowId> old;
+    for (TableScan scan = table_->scan(); scan.next();) {
+      if (number(scan.row(), 0) == writer && number(scan.row(), 1) <= batch - kWindow) {
+        old.push_back(scan.rowId());
+      }
+    }
+    for (const RowId row : old) {
+      table_->erase(row);
+    }
+    for (int i = 0; i < sizeOf(batch); ++i) {
+      const std::string note(i % 9 == 0 ? 200 * static_cast<std::size_t>(i) : 20, 'n');
+      table_->insert(std::vector<Value>{writer, batch, i, note});
+    }
+    transaction.commit();
+  }
+
+  /// The batches of a writer; each must be whole.
+  std::set<int> batchesOf(int writer) {
+    std::map<int, std::set<int>> rows;
+    for (TableScan scan = table_->scan(); scan.next();) {
+      if (number(scan.row(), 0) == writer) {
+        rows[number(scan.row(), 1)].insert(number(scan.row(), 2));
+      }
+    }
+    std::set<int> batches;
+    for (const auto& [batch, numbers] : rows) {
+      EXPECT_EQ(numbers.size(), static_cast<std::size_t>(sizeOf(batch))) << "batch " << batch;
+      batches.insert(batch);
+    }
+    return batches;
+  }
+
+ private:
+  int number(const RowView& row, std::size_t column) const {
+    return row.value(table_->definition().columns[column]).toLong();
+  }
+
+  std::shared_ptr<Database> database_;
+  std::shared_ptr<Table> table_;
+};
+
+/// The batches that are there when `last` was the last to be committed.
+std::set<int> windowUpTo(int last) {
+  std::set<int> batches;
+  for (int batch = std::max(0, last - kWindow + 1); batch <= last; ++batch) {
+    batches.insert(batch);
+  }
+  return batches;
+}
+
+class Processes : public testing::Test {
+ protected:
+  Processes() { Ledger::create(path_); }
+
+  void expectSound() {
+    const CheckReport report = checkFile(path_, "");
+    for (const CheckFault& fault : report.faults) {
+      ADD_FAILURE() << fault.toText();
+    }
+  }
+
+  test::TemporaryFolder folder_;
+  std::string path_ = folder_ / "shared.mdb";
+};
+
+/// Twelve kills, or in a long run (ORV_LONG_TESTS=1) three hundred.
+TEST_F(Processes, AWriterThatIsKilledLeavesWholeCommitsAndTheOtherGoesOn) {
+  const int rounds = std::getenv("ORV_LONG_TESTS") != nullptr ? 300 : 12;
+  constexpr int kSurvivor = 1;
+  constexpr int kKilled = 2;
+  std::mt19937 random(1);
+  int survivorsLast = -1;
+  int killedLast = -1;
+  for (int round = 0; round < rounds && !HasFailure(); ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    Process other([&](const Process::Tell& tell) {
+      Ledger ledger(path_);
+      for (int batch = killedLast + 1;; ++batch) {
+        ledger.commit(kKilled, batch);
+        tell(batch);
+      }
+    });
+    const auto end = std::chrono::steady_clock::now() + 1ms * (random() % 100);
+    std::thread killer([&] {
+      std::this_thread::sleep_until(end);
+      other.kill();
+    });
+    Ledger ledger(path_);
+    for (int more = 3; more > 0; more -= std::chrono::steady_clock::now() > end ? 1 : 0) {
+      ledger.commit(kSurvivor, ++survivorsLast);
+    }
+    killer.join();
+    EXPECT_TRUE(other.wasKilled());
+    while (const auto told = other.hear()) {
+      killedLast = *told;
+    }
+    EXPECT_EQ(ledger.batchesOf(kSurvivor), windowUpTo(survivorsLast));
+    const std::set<int> found = ledger.batchesOf(kKilled);
+    if (found == windowUpTo(killedLast + 1)) {
+      ++killedLast;  // it was killed between committing and telling
+    }
+    EXPECT_EQ(found, windowUpTo(killedLast));
+    expectSound();
+  }
+  EXPECT_GT(killedLast, 0);
+  RecordProperty("commits of the killed", killedLast + 1);
+  RecordProperty("commits of the survivor", survivorsLast + 1);
+}
+
+TEST_F(Processes, TwoWritersDoNotStarveEachOther) {
+  const auto write = [&](int writer) {
+    Ledger ledger(path_);
+    for (int batch = 0; batch < 60; ++batch) {
+      ledger.commit(writer, batch);
+    }
+  };
+  Process other([&](const Process::Tell&) { write(2); });
+  EXPECT_NO_THROW(write(1));
+  EXPECT_EQ(other.wait(), 0);
+  Ledger ledger(path_);
+  EXPECT_EQ(ledger.batchesOf(1), windowUpTo(59));
+  EXPECT_EQ(ledger.batchesOf(2), windowUpTo(59));
+  expectSound();
+}
+
+TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
+  const auto database = Database::open(path_, "");
+  const auto table = database->table("Ledger");
+  const RowId row = table->insert(std::vector<Value>{1, 1, 1, "before"});
+  const auto noteOf = [&] { return table->row(row)->value(table->definition().columns[3]); };
+  EXPECT_EQ(noteOf().toText(), "before");
+  EXPECT_EQ(database->find("Later"), nullptr);
+  Process other([&](const Process::Tell&) {
+    const auto again = Database::open(path_, "");
+    const auto theirs = again->table("Ledger");
+    theirs->update(row, std::vector<Value>{1, 1, 1, "after"});
+    theirs->insert(std::vector<Value>{1, 1, 2, "more"});
+    createTable(*again, {.name = "Later", .columns = {{"number", longInteger}}});
+  });
+  ASSERT_EQ(other.wait(), 0);
+  EXPECT_EQ(noteOf().toText(), "after");
+  EXPECT_EQ(table->rowCount(), 2U);
+  std::size_t rows = 0;
+  for (TableScan scan = table->scan(); scan.next();) {
+    ++rows;
+  }
+  EXPECT_EQ(rows, 2U);
+  EXPECT_NE(database->find("Later"), nullptr);
+  EXPECT_THROW(table->insert(std::vector<Value>{1, 1, 2, "again"}), Error);
+  table->erase(row);
+  expectSound();
+}
+
+TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
+  Process other([&](const Process::Tell& tell) {
+    const auto database = Database::open(path_, "");
+    Pager::WriteLock lock(database->pager());
+    tell(0);
+    std::this_thread::sleep_for(60s);
+  });
+  ASSERT_TRUE(other.hear().has_value());
+  const auto database = Database::open(path_, "");
+  const auto table = database->table("Ledger");
+  EXPECT_EQ(table->rowCount(), 0U) << "reading need not wait for a writer that only prepares";
+  try {
+    table->insert(std::vector<Value>{1, 1, 1, ""});
+    ADD_FAILURE() << "two processes hold the writer's lock";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number(), kStoreFailure);
+    EXPECT_THAT(error.description(),
+                testing::HasSubstr("(process " + std::to_string(other.id()) + ")"));
+  }
+  other.kill();
+  table->insert(std::vector<Value>{1, 1, 1, ""});
+}
+
+}  // namespace
+}  // namespace orv::store::jet
