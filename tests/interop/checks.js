@@ -103,6 +103,24 @@ export function expectNoRows(database, paneIds) {
   }
 }
 
+/** The file is sound, and every reader finds exactly these rows; `expected` has them by table. */
+export function expectRows(database, expected) {
+  runOrv('check', database);
+  const isTold = (reader) => ([, type]) => type !== 'memo' || !reader.cutsMemos;
+  for (const reader of kReaders) {
+    for (const [table, allTypes] of tablesOf(database)) {
+      const what = `${reader.name}, table ${table}`;
+      const types = new Map([...allTypes].filter(isTold(reader)));
+      assert.equal(reader.count(database, table), expected[table].length, what);
+      const found = comparable(reader.rows(database, table, types), types, reader);
+      const wanted = comparable(expected[table], types, reader);
+      const first = wanted.findIndex((text, i) => text !== found[i]);
+      if (first >= 0) assert.fail(`${what} has ${cut(found[first])}, not ${cut(wanted[first])}`);
+      assert.equal(found.length, wanted.length, what);
+    }
+  }
+}
+
 /** All rows, by table, for expectKept(). */
 export function rowsOf(database) {
   const pairs = [...tablesOf(database)].map(

@@ -1,10 +1,11 @@
 // Databases that `orv` makes and changes, as mdbtools, mdb-reader and `orv sql` read them.
-import {copyFileSync, existsSync, mkdtempSync, readdirSync, rmSync} from 'node:fs';
+import {execFileSync} from 'node:child_process';
+import {copyFileSync, existsSync, mkdtempSync, readdirSync, readFileSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {expectAgreement, expectKept, expectNoRows, expectPanes, rowsOf} from './checks.js';
+import {expectAgreement, expectKept, expectNoRows, expectPanes, expectRows, rowsOf} from './checks.js';
 import {readPaneFile} from './paneFile.js';
 import {runOrv} from './readers.js';
 
@@ -74,4 +75,10 @@ test('all that a foreign database holds, copied into a new one', {skip}, () => {
   }
   runOrv('copy', join(kExamples, '..', 'shadings'), database, '--group', kGroup);
   expectAgreement(database);
+});
+
+test('tables with every kind of index after 10,000 random changes', () => {
+  const [database, rows] = [join(folder, 'random.mdb'), join(folder, 'random.json')];
+  execFileSync(process.env.ORV_RANDOM_DATABASE, [database, rows, '20', '10000']);
+  expectRows(database, JSON.parse(readFileSync(rows, 'utf8')));
 });

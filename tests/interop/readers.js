@@ -39,14 +39,19 @@ function parseCsv(text) {
   return rows;
 }
 
-const kTextTypes = new Set(['text', 'memo', 'ole', 'datetime']);
+const kTextTypes =
+    new Set(['text', 'memo', 'ole', 'binary', 'datetime', 'currency', 'numeric', 'repid']);
 const kExportOptions = ['-b', 'hex', '-T', '%Y-%m-%d %H:%M:%S'];
 
 const mdbtools = {
   name: 'mdbtools',
-  // It rounds numbers to so many digits, and shows an empty text like Null.
+  // It rounds numbers to so many digits, shows an empty text like Null, a binary value up to its
+  // first byte of 0, question marks for characters of two UTF-16 units, and no dates before 1900.
   digits: {float: 8, double: 16},
   emptyIsNull: true,
+  binaryEndsAtZero: true,
+  unitsAreCharacters: true,
+  firstDate: '1900-01-01',
   tableNames: (path) => run('mdb-tables', ['-1', path]).split('\n').filter(Boolean),
   count: (path, table) => +run('mdb-count', [path, table]),
   rows(path, table, types) {
@@ -54,6 +59,8 @@ const mdbtools = {
     const convert = (text, name) => {
       const type = types.get(name);
       if (type === 'boolean') return text === '1';
+      // It shows the letters of these like binary.
+      if (type === 'repid' && text !== null) return Buffer.from(text, 'hex').toString();
       return text === null || kTextTypes.has(type) ? text : +text;
     };
     const row = (line) => Object.fromEntries(line.map((text, i) => [names[i], text]));
@@ -63,6 +70,9 @@ const mdbtools = {
 
 export const mdbReader = {
   name: 'mdb-reader',
+  // It takes a part of a long memo that stands behind a deleted one on its page for longer than it
+  // is, and leaves out the rest.
+  cutsMemos: true,
   tableNames: (path) => open(path).getTableNames(),
   count: (path, table) => open(path).getTable(table).rowCount,
   rows(path, table) {
@@ -74,13 +84,15 @@ export const mdbReader = {
   },
 };
 
+const kBinaryTypes = new Set(['ole', 'binary']);
+
 const orv = {
   name: 'orv sql',
   tableNames: null,  // lists no tables
   count: (path, table) => select(path, `SELECT COUNT(*) AS n FROM [${table}]`)[0].n,
   rows(path, table, types) {
     const convert = (value, name) =>
-        types.get(name) === 'ole' && value !== null ? value.slice(2).toUpperCase() : value;
+        kBinaryTypes.has(types.get(name)) && value !== null ? value.slice(2).toUpperCase() : value;
     return select(path, `SELECT * FROM [${table}]`).map((row) => mapValues(row, convert));
   },
 };
@@ -103,9 +115,18 @@ function printed(value, digits) {
   return down ? +`${exact.slice(0, -1)}e${exponent}` : +value.toPrecision(digits);
 }
 
+const kFixedPointTypes = new Set(['currency', 'numeric']);
+const withoutEndingZeros = (text) => text.includes('.') ? text.replace(/\.?0+$/, '') : text;
+
 /** A value as far as a reader can tell it. */
 export function asSeen(value, type, reader) {
+  if (type === 'binary' && reader.binaryEndsAtZero) value = value?.replace(/^((?:..)*?)00.*/, '$1');
   if (value === '' && reader.emptyIsNull) return null;
+  if (value !== null && kFixedPointTypes.has(type)) return withoutEndingZeros(String(value));
+  if (value !== null && type === 'repid') return value.replace(/[{}-]/g, '').toLowerCase();
+  if (type === 'datetime' && value < reader.firstDate) return 'before the first date';
+  if (typeof value === 'string' && reader.unitsAreCharacters)
+    return value.replace(/[\ud800-\udfff]/g, '?');
   if (typeof value !== 'number') return value;
   const exact = type === 'float' ? Math.fround(value) : value;
   const digits = reader.digits?.[type];

@@ -81,6 +81,13 @@ void MemoryFiles::copy(const std::string& from, const std::string& to) {
   files_[to] = std::make_shared<Node>(*files_.at(from));
 }
 
+void MemoryFiles::save(const std::string& name, const std::filesystem::path& file) const {
+  const Bytes& content = files_.at(name)->content;
+  std::ofstream stream(file, std::ios::binary);
+  stream.write(reinterpret_cast<const char*>(content.data()),
+               static_cast<std::streamsize>(content.size()));
+}
+
 void MemoryFiles::count(const std::string& what) {
   const std::size_t call = calls_++;
   if ((call >= failAt_ && call < failEnd_) || call >= powerOffAt_) {

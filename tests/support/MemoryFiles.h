@@ -24,6 +24,8 @@ class MemoryFiles final : public store::jet::FileSystem {
   /// Puts a file of the real disk here, as `name`.
   void load(const std::filesystem::path& file, const std::string& name);
   void copy(const std::string& from, const std::string& to);
+  /// Puts a file of here on the real disk.
+  void save(const std::string& name, const std::filesystem::path& file) const;
 
   /// Number of counted calls so far.
   std::size_t calls() const { return calls_; }

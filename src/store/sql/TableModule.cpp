@@ -65,6 +65,9 @@ struct ValueGiver {
   void operator()(const Guid& v) const { giveText(context, v.toText()); }
   void operator()(const std::string& v) const { giveText(context, v); }
   void operator()(const Bytes& v) const {
+    if (v.empty()) {
+      return sqlite3_result_zeroblob(context, 0);  // an address of null would give Null
+    }
     sqlite3_result_blob64(context, v.data(), v.size(), SQLITE_TRANSIENT);
   }
 };
