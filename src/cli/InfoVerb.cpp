@@ -52,6 +52,11 @@ class InfoVerb : public Verb {
       for (const auto& set : source->DataSources()) {
         writer->row({set->text(), commands::countRecords(*set)});
       }
+      for (const auto& linked : connection->linkedTables()) {
+        writer->row({"linked table",
+                     linked.name + (linked.database.empty() ? " (in an ODBC source)"
+                                                            : " (in " + linked.database + ")")});
+      }
     } else {
       writer->row({"Files", commands::countRecords(*source)});
     }

@@ -132,6 +132,14 @@ SourceOpener::Node SourceOpener::openAnyDatabase(const std::string& folder,
   const DatabaseFile file = openDatabaseFile(path);
   if (holds(file.connection->tableNames(), "ORVdata_version"))
     return openOrvDatabase(folder, filename);
+  for (const store::LinkedTableInfo& linked : file.connection->linkedTables()) {
+    if (equalIgnoringCase(linked.name, "ORVdata_version")) {
+      throw Error(kInvalidCall, "\"" + path +
+                                    "\" holds no records: its tables are linked, and their rows "
+                                    "are in \"" +
+                                    linked.database + "\". Open that database instead.");
+    }
+  }
   if (!holds(file.connection->queryNames(), "qryOptics5Grid")) {
     throw Error(kInvalidCall, "\"" + path +
                                   "\" is a database, but no ORV database (it has no table "

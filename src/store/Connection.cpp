@@ -183,6 +183,10 @@ std::vector<RelationInfo> Connection::relations() const {
   return database().relations();
 }
 
+std::vector<LinkedTableInfo> Connection::linkedTables() const {
+  return database().linkedTables();
+}
+
 void Connection::inOneCommit(const std::function<void()>& changes) {
   jet::Transaction transaction(database().pager());
   changes();

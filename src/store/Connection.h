@@ -71,6 +71,8 @@ class Connection {
   std::string querySql(const std::string& name) const;
   TableInfo table(const std::string& name) const;
   std::vector<RelationInfo> relations() const;
+  /// The tables that tableNames() leaves out, since their rows are in other databases.
+  std::vector<LinkedTableInfo> linkedTables() const;
 
   /// Runs `changes` as one commit: all that they do to the file reaches it, or nothing.
   void inOneCommit(const std::function<void()>& changes);

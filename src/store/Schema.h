@@ -92,6 +92,13 @@ struct QueryDesign {
   std::vector<OrderTerm> orderBy{};
 };
 
+/// A table whose rows are in another database.
+struct LinkedTableInfo {
+  std::string name;
+  std::string database;  ///< path of the other database as the file has it; empty for ODBC sources
+  std::string foreignName;  ///< the table's name there
+};
+
 /// A relation between two tables, as the catalogue lists it.
 struct RelationInfo {
   std::string name;

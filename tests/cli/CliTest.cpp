@@ -6,6 +6,7 @@
 #include <string>
 
 #include "commands/CommandsTest.h"
+#include "store/jet/CatalogWriter.h"
 
 namespace orv::test {
 namespace {
@@ -186,6 +187,36 @@ TEST_F(CliTest, APasswordCanBeGiven) {
   EXPECT_EQ(orv("sql " + file + " --queries --password wrong").exit, 3);
   EXPECT_EQ(orv("sql " + file + " --queries --password password").exit, 0);
   EXPECT_EQ(orv("check " + file + " --password password").exit, 0);
+}
+
+/// Adds a table to the catalogue whose rows are in another database.
+void link(const std::string& database, const char* name) {
+  const auto connection = store::Connection::openFile(database);
+  const auto objects = connection->database().table("MSysObjects");
+  objects->insert(store::jet::systemRow(*objects, {{"Id", -2147483000},
+                                                   {"ParentId", store::jet::kTablesContainer},
+                                                   {"Name", name},
+                                                   {"Type", 6},
+                                                   {"Flags", 2097152},
+                                                   {"Database", "C:\\data\\shared.mdb"},
+                                                   {"ForeignName", "Origin"}}));
+}
+
+TEST_F(CliTest, LinkedTablesAreNamedAsSuch) {
+  orv("new db.mdb");
+  link((folder.path() / "db.mdb").string(), "Remarks");
+  EXPECT_NE(
+      orv("info db.mdb --format tsv").out.find("linked table\tRemarks (in C:\\data\\shared.mdb)"),
+      std::string::npos);
+  const Ended read = orv("sql db.mdb \"SELECT * FROM Remarks\"");
+  EXPECT_NE(read.exit, 0);
+  EXPECT_NE(read.err.find("linked table: its rows are in table 'Origin' of 'C:\\data\\shared.mdb'"),
+            std::string::npos)
+      << read.err;
+  { store::Connection::create((folder.path() / "front.mdb").string()); }
+  link((folder.path() / "front.mdb").string(), "ORVdata_version");
+  const Ended list = orv("list front.mdb");
+  EXPECT_NE(list.err.find("Open that database instead"), std::string::npos) << list.err;
 }
 
 TEST_F(CliTest, ForeignSourcesCopyAsWhole) {

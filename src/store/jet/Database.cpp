@@ -29,6 +29,7 @@ class SystemTable {
     return table_->definition().columns[need(name)];
   }
   TableScan scan() const { return table_->scan(); }
+  std::optional<RowView> row(RowId id) const { return table_->row(id); }
 
  private:
   std::shared_ptr<Table> table_;
@@ -188,12 +189,24 @@ std::shared_ptr<Table> Database::table(std::string_view name) {
     return loadTable(entry->name, static_cast<PageNumber>(entry->id), entry);
   }
   if (entry != nullptr && entry->kind != Kind::query) {
-    throw Error(kNotSupported, "'" + entry->name + "' in '" + pager_->path() +
-                                   "' is a linked table: its rows are in another database. Open "
-                                   "that one instead.");
+    refuseLinkedTable(entry->name);
   }
   throw Error(kObjectNotFound,
               "There is no table '" + std::string(name) + "' in '" + pager_->path() + "'.");
+}
+
+void Database::refuseLinkedTable(const std::string& name) {
+  for (const LinkedTableInfo& linked : linkedTables()) {
+    if (linked.name == name && !linked.database.empty()) {
+      throw Error(kNotSupported, "'" + name + "' in '" + pager_->path() +
+                                     "' is a linked table: its rows are in table '" +
+                                     linked.foreignName + "' of '" + linked.database +
+                                     "'. Open that database instead.");
+    }
+  }
+  throw Error(kNotSupported, "'" + name + "' in '" + pager_->path() +
+                                 "' is a linked table: its rows are in a database that is reached "
+                                 "by ODBC, which cannot be read.");
 }
 
 std::shared_ptr<const TableDefinition> Database::loadDefinition(const std::string& name,
@@ -256,6 +269,25 @@ std::vector<QueryPart> Database::queryParts(const CatalogEntry& query) {
     parts.push_back(std::move(ordered.part));
   }
   return parts;
+}
+
+std::vector<LinkedTableInfo> Database::linkedTables() {
+  Pager::ReadLock lock(*pager_);
+  std::vector<LinkedTableInfo> linked;
+  for (const CatalogEntry& entry : entries()) {
+    if (entry.kind != CatalogEntry::Kind::linkedTable &&
+        entry.kind != CatalogEntry::Kind::linkedOdbcTable) {
+      continue;
+    }
+    const SystemTable objects(loadTable("MSysObjects", kCatalogPage, nullptr));
+    LinkedTableInfo& info = linked.emplace_back();
+    info.name = entry.name;
+    if (const auto row = objects.row(entry.row)) {
+      info.database = textOrEmpty(row->value(objects.column("Database")));
+      info.foreignName = textOrEmpty(row->value(objects.column("ForeignName")));
+    }
+  }
+  return linked;
 }
 
 std::vector<RelationInfo> Database::relations() {

@@ -75,6 +75,7 @@ class Database {
   /// The parts of a saved query, in the order in which they were saved.
   std::vector<QueryPart> queryParts(const CatalogEntry& query);
   std::vector<RelationInfo> relations();
+  std::vector<LinkedTableInfo> linkedTables();
 
   /// To be called after tables, indexes or queries have been made. Tables that are in use stay
   /// the same objects.
@@ -84,6 +85,7 @@ class Database {
   explicit Database(std::shared_ptr<Pager> pager);
   void refreshCatalog();
   void checkPassword(const std::string& password) const;
+  [[noreturn]] void refuseLinkedTable(const std::string& name);
   /// Takes tables of before a refresh on that others still use, as their definitions are now: all
   /// who use a table must agree on its indexes and on the automatic numbers handed out.
   void keepTablesInUse(const std::map<PageNumber, std::shared_ptr<Table>>& tables);

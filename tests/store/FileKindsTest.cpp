@@ -1,0 +1,187 @@
+// Files that are only read, that are encoded, that need a password, that are nearly full.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/CrashScenario.h"
+#include "store/StoreError.h"
+#include "store/jet/CatalogWriter.h"
+#include "store/jet/Creation.h"
+#include "store/jet/UsageMap.h"
+#include "support/Corpus.h"
+#include "support/EncodedFile.h"
+#include "support/MemoryFiles.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::store::jet {
+namespace {
+
+using testing::HasSubstr;
+using enum ColumnType;
+
+void expectError(std::int32_t number, const std::vector<std::string>& says,
+                 const std::function<void()>& work) {
+  try {
+    work();
+    ADD_FAILURE() << "nothing was raised that says " << says.front();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number(), number) << error.what();
+    for (const std::string& part : says) {
+      EXPECT_THAT(error.description(), HasSubstr(part));
+    }
+  }
+}
+
+TEST(FileKinds, AChangeOfAJet3FileIsRefusedWithWhatToDoInstead) {
+  ORV_NEEDS_CORPUS();
+  test::MemoryFiles files;
+  files.load(test::corpusFolder() / "access" / "testV1997.mdb", "old.mdb");
+  const auto database = Database::open("old.mdb", "");
+  const std::string before = test::describe(*database);
+  const auto refused = [](const std::function<void()>& work) {
+    expectError(kReadOnlyStore, {"old.mdb", "format Jet 3", "convert the file", "Jet 4"}, work);
+  };
+  const auto table = database->table("Table1");
+  refused([&] { table->erase({2, 0}); });
+  refused([&] { table->insert(std::vector<Value>(table->definition().columns.size())); });
+  refused([&] { createTable(*database, {.name = "New", .columns = {{"a", text, 10}}}); });
+  EXPECT_EQ(files.calls(), 0U);
+  EXPECT_EQ(test::describe(*database), before);
+}
+
+TEST(FileKinds, APasswordIsAskedForAndCompared) {
+  ORV_NEEDS_CORPUS();
+  test::MemoryFiles files;
+  files.load(test::corpusFolder() / "access" / "passwordV2000.mdb", "guarded.mdb");
+  const auto open = [](const char* password) {
+    return [=] { Database::open("guarded.mdb", password); };
+  };
+  expectError(kNotAuthenticated, {"guarded.mdb", "protected", "none was given"}, open(""));
+  expectError(kNotAuthenticated, {"guarded.mdb", "not valid"}, open("Password"));
+  EXPECT_NO_THROW(open("password")());
+}
+
+/// Pages are encoded as the format's description has it; mdbtools and mdb-reader read such files.
+TEST(FileKinds, AnEncodedFileIsReadChangedAndRecoveredAsAnyOther) {
+  ORV_NEEDS_CORPUS();
+  test::MemoryFiles files;
+  files.load(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb", "plain.mdb");
+  files.copy("plain.mdb", "encoded.mdb");
+  test::encodePages(*files.open("encoded.mdb", FileSystem::Open::existing), 0x8badf00d);
+  const auto change = [](Database& database) {
+    createTable(database, {.name = "Secrets", .columns = {{"note", memo}}});
+    const auto table = database.table("Secrets");
+    Transaction transaction(database.pager());
+    for (int i = 0; i < 100; ++i) {
+      table->insert(std::vector<Value>{std::string(100 * static_cast<std::size_t>(i), 'x')});
+    }
+    transaction.commit();
+  };
+  std::string states[2];
+  {
+    const auto plain = Database::open("plain.mdb", "");
+    const auto encoded = Database::open("encoded.mdb", "");
+    EXPECT_EQ(test::describe(*plain), test::describe(*encoded));
+    change(*plain);
+    change(*encoded);
+    states[0] = test::describe(*plain);
+  }
+  const auto describeAgain = [] { return test::describe(*Database::open("encoded.mdb", "")); };
+  EXPECT_TRUE(describeAgain() == states[0]);
+  EXPECT_TRUE(checkFile("encoded.mdb", "").sound());
+  {
+    const auto table = Database::open("encoded.mdb", "")->table("Secrets");
+    files.losePowerAt(6);
+    EXPECT_THROW(table->insert(std::vector<Value>{std::string(30000, 'y')}), Error);
+  }
+  files.restart(3);
+  EXPECT_TRUE(describeAgain() == states[0]);
+
+  Bytes content(static_cast<std::size_t>(files.size("encoded.mdb")));
+  files.open("encoded.mdb", FileSystem::Open::existing)->read(0, content.data(), content.size());
+  const Bytes readable(60, 'x');
+  EXPECT_EQ(std::search(content.begin(), content.end(), readable.begin(), readable.end()),
+            content.end());
+}
+
+/// Takes the pages that the file has from the map of free pages: those that its first and last
+/// pages of bits are for, since the others are not made before they are needed.
+void useAllPages(Pager& pager) {
+  constexpr PageNumber kBits = 32736;
+  Transaction transaction(pager);
+  UsageMap free = PageAllocator::freePages(pager);
+  for (PageNumber page = 2; page < kBits; ++page) {
+    free.remove(page);
+  }
+  for (PageNumber page = pager.pageCount() / kBits * kBits; page < pager.pageCount(); ++page) {
+    free.remove(page);
+  }
+  transaction.commit();
+}
+
+/// A file of nearly 2 GB that is mostly a hole: no disk is filled and no memory.
+TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "large.mdb";
+  createTable(*createDatabase(path),
+              {.name = "Pictures",
+               .columns = {{"id", longInteger}, {"picture", ole}},
+               .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
+  std::filesystem::resize_file(path, kJet4.maxFileSize - 300 * kJet4.pageSize);
+  const auto database = Database::open(path, "");
+  useAllPages(database->pager());
+  const auto table = database->table("Pictures");
+  const auto insert = [&](int id, std::size_t length) {
+    table->insert(std::vector<Value>{id, Bytes(length, 0x5a)});
+  };
+  int rows = 0;
+  expectError(kDatabaseFull, {"large.mdb", "largest size", "2047 MB", "Compact it"}, [&] {
+    for (; rows < 100; ++rows) {
+      insert(rows, 100000);
+    }
+  });
+  EXPECT_GT(rows, 8);
+  EXPECT_LE(std::filesystem::file_size(path), kJet4.maxFileSize);
+  insert(rows, 10);  // a small one has room yet
+  table->erase(*table->index(0).find(Bytes{0x7f, 0x80, 0, 0, 0}));
+  insert(0, 90000);  // and so has one that takes the room of another
+  const auto again = Database::open(path, "")->table("Pictures");
+  EXPECT_EQ(again->rowCount(), static_cast<std::uint32_t>(rows) + 1);
+  for (TableScan scan = again->scan(); scan.next();) {
+    const int id = scan.row().value(again->definition().columns[0]).toLong();
+    const std::size_t length = id == rows ? 10 : id == 0 ? 90000 : 100000;
+    EXPECT_EQ(scan.row().value(again->definition().columns[1]), Value(Bytes(length, 0x5a))) << id;
+  }
+}
+
+TEST(FileKinds, ALinkedTableIsNamedAsSuch) {
+  test::MemoryFiles files;
+  const auto database = createDatabase("front.mdb");
+  const auto objects = database->table("MSysObjects");
+  const auto link = [&](int id, const char* name, int type, const Value& path) {
+    objects->insert(systemRow(*objects, {{"Id", id},
+                                         {"ParentId", kTablesContainer},
+                                         {"Name", name},
+                                         {"Type", type},
+                                         {"Flags", 0x200000},
+                                         {"Database", path},
+                                         {"ForeignName", "Origin"}}));
+  };
+  link(-2000, "Shared", 6, "C:\\data\\shared.mdb");
+  link(-1999, "Remote", 4, {});
+  database->forgetCatalog();
+  expectError(kNotSupported, {"'Shared'", "linked table", "'Origin' of 'C:\\data\\shared.mdb'"},
+              [&] { database->table("shared"); });
+  expectError(kNotSupported, {"'Remote'", "linked table", "ODBC"},
+              [&] { database->table("Remote"); });
+  ASSERT_EQ(database->linkedTables().size(), 2U);
+  EXPECT_EQ(database->linkedTables()[0].database, "C:\\data\\shared.mdb");
+  EXPECT_TRUE(checkFile("front.mdb", "").sound());
+}
+
+}  // namespace
+}  // namespace orv::store::jet

@@ -1,0 +1,31 @@
+// Encoded files, of which there are no samples.
+#pragma once
+
+#include "store/jet/Bytes.h"
+#include "store/jet/File.h"
+#include "store/jet/Format.h"
+#include "store/jet/Rc4.h"
+
+namespace orv::test {
+
+/// Encodes all pages of a Jet 4 file as the format has it: each by RC4 with the key that the
+/// header names and its own number.
+inline void encodePages(store::jet::File& file, std::uint32_t key) {
+  using namespace store::jet;
+  const Format& format = kJet4;
+  store::Bytes page(format.pageSize);
+  for (std::uint64_t at = 0; at < file.size(); at += format.pageSize) {
+    file.read(at, page.data(), page.size());
+    if (at == 0) {
+      const auto hidden = std::span(page).subspan(format.header.masked, format.header.maskedSize);
+      applyRc4(kHeaderKey, hidden);
+      store32(&page[format.header.encodingKey], key);
+      applyRc4(kHeaderKey, hidden);
+    } else {
+      applyRc4(key ^ static_cast<std::uint32_t>(at / format.pageSize), page);
+    }
+    file.write(at, page.data(), page.size());
+  }
+}
+
+}  // namespace orv::test
