@@ -16,6 +16,7 @@ namespace {
 enum Column { kName, kValue, kUnit, kColumns };
 
 constexpr int kLongestName = 28;  ///< characters; longer names are cut
+constexpr int kNarrowest = 40;    ///< characters for all columns
 
 /// With a capital letter at its start.
 QString displayName(const std::string& name) {
@@ -44,6 +45,7 @@ DetailsTree::DetailsTree(QWidget* parent) : QTreeWidget(parent) {
   setAlternatingRowColors(true);
   setUniformRowHeights(true);
   setIndentation(12);
+  setMinimumWidth(kNarrowest * fontMetrics().averageCharWidth());
   header()->setSectionsMovable(false);
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(kName, QHeaderView::Interactive);

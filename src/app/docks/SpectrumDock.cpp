@@ -99,6 +99,8 @@ QSplitter* SpectrumDock::buildSide() {
   table_ = new IntegratedTable(below);
   noTable_ = hint(below);
   noTable_->setText(tr("No integrated values are stored."));
+  noTable_->setMargin(2);
+  noTable_->setMinimumHeight(3 * fontMetrics().lineSpacing() + 4);  // in a narrow dock
   auto* layout = new QVBoxLayout(below);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(table_);
