@@ -169,13 +169,13 @@ TEST(IndexKey, AccentsAndPunctuationComeAfterTheLetters) {
             "00");
   // A combining acute accent changes the letter before it.
   EXPECT_EQ(textKey("e\u0301t"), textKey("\u00e9t"));
-  // Letters that are written as two count twice.
+  // A letter with the codes of two counts once.
   EXPECT_EQ(textKey("\u00df-\u00e9"),
             "7f6b6b5101"
-            "02020e"
+            "020e"
             "0101"
             "01"
-            "800f0682"
+            "800b0682"
             "00");
   // Jet 3 counts only letters that take accents.
   EXPECT_EQ(textKey("t\u00e9a\u00e9", kJet3Order), "7f77666066042400");

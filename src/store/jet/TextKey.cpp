@@ -4,7 +4,7 @@
 //
 // - The primary codes of all letters: what the text is, without case, accents and hyphens.
 // - One accent byte a letter, 02 for none; those at the end that say nothing are left out. A
-//   ligature counts as its letters.
+//   ligature counts as one letter.
 // - The part of the case would stand between the two 01 that follow; it is always empty.
 // - Sizes of kana (small ones or not), three to a byte, and constant bytes that end the part.
 // - Hyphens, apostrophes and control characters, each with its place, so that "coop" and "co-op"
@@ -160,7 +160,7 @@ void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes) {
     if (code.kind != Kind::letter || code.accentSize > 0) {
       later.add(code, codes.accent(code), letters);
     }
-    letters += code.letters;
+    letters += code.primarySize > 0 ? 1 : 0;
   }
   key.push_back(kEndOfPart);
   later.write(key);
@@ -190,7 +190,7 @@ void appendJet3(Bytes& key, const IndexedText& text, const TextCodes& codes) {
   for (const char16_t unit : text) {
     const CharacterCode& code = codes[unit];
     append(key, codes.primary(code));
-    if (code.kind == Kind::accentable) accentable += code.letters;
+    if (code.kind == Kind::accentable) ++accentable;
     if (code.accentSize == 0) continue;
     accents.insert(accents.end(), accentable, kNoAccent);
     accents.push_back(codes.accent(code).front());
