@@ -23,6 +23,7 @@ inline constexpr std::uint8_t kSecurityIdFlag = 0x20;
 inline constexpr std::uint8_t kAutoGuidFlag = 0x40;
 inline constexpr std::uint8_t kHyperlinkFlag = 0x80;
 inline constexpr std::uint8_t kCompressibleFlag = 0x01;  ///< of the extra flags
+inline constexpr std::uint8_t kCalculatedFlags = 0xc0;   ///< of the extra flags, since Access 2010
 
 // Flags of an index tree.
 inline constexpr std::uint8_t kUniqueFlag = 0x01;

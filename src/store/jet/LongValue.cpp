@@ -87,8 +87,7 @@ void forEachLongValuePart(Pager& pager, std::span<const std::uint8_t> definition
   }
 }
 
-Value readLongValue(Pager& pager, const Column& column, std::span<const std::uint8_t> definition,
-                    PageNumber page) {
+Bytes readLongValue(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page) {
   Pager::ReadLock lock(pager);
   const Definition parsed(definition, page);
   Bytes value;
@@ -99,9 +98,6 @@ Value readLongValue(Pager& pager, const Column& column, std::span<const std::uin
     walkParts(pager, parsed, [&](RowId, std::span<const std::uint8_t> part) {
       value.insert(value.end(), part.begin(), part.end());
     });
-  }
-  if (column.type == ColumnType::memo) {
-    return decodeText(pager, value);
   }
   return value;
 }

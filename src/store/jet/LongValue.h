@@ -20,9 +20,8 @@ namespace orv::store::jet {
 void forEachLongValuePart(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page,
                           const std::function<void(RowId)>& visit);
 
-/// The whole value: text of a memo, bytes of an OLE column.
-Value readLongValue(Pager& pager, const Column& column, std::span<const std::uint8_t> definition,
-                    PageNumber page);
+/// The bytes of the whole value: of a memo, its text as the file's format has it.
+Bytes readLongValue(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page);
 
 /// Stores `value` for `column` and returns the definition for the row. Short values go into it.
 Bytes writeLongValue(Pager& pager, const Column& column, const Bytes& value);

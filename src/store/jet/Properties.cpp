@@ -146,6 +146,8 @@ void applyProperties(const Pager& pager, const PropertyMap& properties, TableDef
         column.allowZeroLength = isTrue(property);
       } else if (property.name == "DefaultValue") {
         column.defaultValue = decodeText(pager, property.value);
+      } else if (property.name == "ResultType" && column.calculated && !property.value.empty()) {
+        column.type = static_cast<ColumnType>(property.value[0]);
       }
     }
   }

@@ -33,8 +33,8 @@ PropertyMap readProperties(const Pager& pager, std::span<const std::uint8_t> blo
 /// The block of Jet 4 for a map.
 Bytes writeProperties(const PropertyMap& properties);
 
-/// Takes the properties that the store heeds into the columns: "Required", "AllowZeroLength"
-/// and "DefaultValue".
+/// Takes the properties that the store heeds into the columns: "Required", "AllowZeroLength",
+/// "DefaultValue" and, of a calculated column, "ResultType", the type of what is stored.
 void applyProperties(const Pager& pager, const PropertyMap& properties, TableDefinition& table);
 
 }  // namespace orv::store::jet

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstring>
 
+#include "store/jet/CalculatedValue.h"
 #include "store/jet/LongValue.h"
 #include "store/jet/Text.h"
 
@@ -84,7 +85,7 @@ void RowView::checkLayout() const {
 }
 
 std::span<const std::uint8_t> RowView::bytes(const Column& column) const {
-  if (isNull(column) || column.type == ColumnType::boolean) {
+  if (isNull(column) || (column.type == ColumnType::boolean && !column.calculated)) {
     return {};
   }
   if (column.fixed) {
@@ -123,7 +124,7 @@ std::size_t RowView::variableOffset(std::size_t index) const {
 }
 
 Value RowView::value(const Column& column) const {
-  if (column.type == ColumnType::boolean) {
+  if (column.type == ColumnType::boolean && !column.calculated) {
     return Value(!isNull(column));
   }
   if (isNull(column)) {
@@ -131,6 +132,12 @@ Value RowView::value(const Column& column) const {
   }
   DamagedFileScope scope(pager_->path());
   const auto stored = bytes(column);
+  if (column.calculated) {
+    return column.isLongValue()
+               ? decodeCalculated(*pager_, column, readLongValue(*pager_, stored, page_.number()),
+                                  page_.number())
+               : decodeCalculated(*pager_, column, stored, page_.number());
+  }
   // The types of nearly all values first.
   if (column.type == ColumnType::double_ && stored.size() == 8) {
     return std::bit_cast<double>(load64(stored.data()));
@@ -141,8 +148,11 @@ Value RowView::value(const Column& column) const {
   if (column.type == ColumnType::longInteger && stored.size() == 4) {
     return static_cast<std::int32_t>(load32(stored.data()));
   }
-  if (column.isLongValue()) {
-    return readLongValue(*pager_, column, stored, page_.number());
+  if (column.type == ColumnType::memo) {
+    return decodeText(*pager_, readLongValue(*pager_, stored, page_.number()));
+  }
+  if (column.type == ColumnType::ole) {
+    return readLongValue(*pager_, stored, page_.number());
   }
   return decodeValue(*pager_, column, stored, page_.number());
 }

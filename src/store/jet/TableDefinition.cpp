@@ -12,12 +12,14 @@ namespace {
 
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000;
+constexpr int kAccess2010 = 3;  // an engine version
 
 /// Reads the blocks of a definition whose pages have been put together.
 class DefinitionReader {
  public:
   DefinitionReader(const Pager& pager, ByteView bytes, TableDefinition& table)
       : format_(pager.format()),
+        engineVersion_(pager.engineVersion()),
         codePage_(load16(&pager.header()[format_.header.codePage])),
         bytes_(bytes),
         table_(table) {}
@@ -83,7 +85,9 @@ class DefinitionReader {
       column.sortOrder.jet3 = !format_.unicodeText;
       if (format_.unicodeText) {
         column.sortOrder.version = bytes_.u8(at_ + c.sortVersion);
-        column.compressible = (bytes_.u8(at_ + c.extraFlags) & kCompressibleFlag) != 0;
+        const std::uint8_t extraFlags = bytes_.u8(at_ + c.extraFlags);
+        column.compressible = (extraFlags & kCompressibleFlag) != 0;
+        column.calculated = engineVersion_ >= kAccess2010 && (extraFlags & kCalculatedFlags) != 0;
       }
     }
     for (Column& column : table_.columns) {
@@ -170,6 +174,7 @@ class DefinitionReader {
   }
 
   const Format& format_;
+  int engineVersion_;
   std::uint16_t codePage_;
   ByteView bytes_;
   TableDefinition& table_;

@@ -27,6 +27,7 @@ struct Column {
   bool autoNumber = false;
   bool autoGuid = false;
   bool hyperlink = false;
+  bool calculated = false;    ///< its values have a form of their own: decodeCalculated()
   bool securityId = false;    ///< binary: names a user, in system tables
   bool compressible = false;  ///< text may be stored compressed
   std::uint8_t precision = 0;

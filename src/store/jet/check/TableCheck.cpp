@@ -101,7 +101,17 @@ void TableCheck::checkColumn(const Column& column) {
                        fmt::format("the definition of column '{}' {}", column.name, what));
   };
   if (!isPossible(column.type)) {
-    fault(fmt::format("has a type that there is not: {}", static_cast<int>(column.type)));
+    const std::string what =
+        fmt::format("has a type that there is not: {}", static_cast<int>(column.type));
+    // Each Access since 2007 has brought types.
+    if (context_.pager.engineVersion() > 1) {
+      context_.log.note(place_.onPage(table_.page),
+                        fmt::format("column '{}' {} before later versions of Access; its values "
+                                    "are shown as bytes",
+                                    column.name, what));
+    } else {
+      fault(what);
+    }
   }
   if (column.number >= table_.maxColumns) {
     fault(fmt::format("has number {}, but rows have at most {} columns", column.number,
@@ -196,13 +206,18 @@ void TableCheck::readColumns(RowId id, const RowView& row) {
   for (std::size_t i = 0; i < table_.columns.size(); ++i) {
     const Column& column = table_.columns[i];
     values_[i] = Value();
+    if (column.calculated) {
+      continue;  // follows from other columns; its type is not known from here
+    }
     if (column.isLongValue() && !row.isNull(column)) {
       longValues_.check(column, row, id);
     }
     if (!column.isLongValue() || isKey_[i]) {
       values_[i] = row.value(column);
     }
-    if (column.length != 0 && row.bytes(column).size() > column.length) {
+    // Access gives decimals lengths of its own.
+    const bool hasLength = column.length != 0 && column.type != ColumnType::numeric;
+    if (hasLength && row.bytes(column).size() > column.length) {
       raiseDamaged(id.page, fmt::format("column '{}' has {} bytes, but takes at most {}",
                                         column.name, row.bytes(column).size(), column.length));
     }
