@@ -2,17 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
-
-#include "store/Connection.h"
+#include <filesystem>
 
 namespace orv::bench {
 
 using store::ColumnType;
 
 namespace {
-
-constexpr int kWavelengths = 420;
 
 store::TableInfo propertiesDesign() {
   store::TableInfo table;
@@ -49,7 +47,7 @@ store::TableInfo spectraDesign() {
                    {"T", ColumnType::single},
                    {"Rf", ColumnType::single},
                    {"Rb", ColumnType::single}};
-  table.indexes = {{"GlazingID", {{"GlazingID"}}}};
+  table.indexes = {{"PrimaryKey", {{"GlazingID"}, {"Wavelength"}}, true, true}};
   return table;
 }
 
@@ -80,58 +78,84 @@ void addTypes(store::Connection& database) {
   }
 }
 
-void addProperties(store::Recordset& rows, int id) {
-  rows.addNew();
-  rows.setValue("GlazingID", id);
-  rows.setValue("FileName", fmt::format("PANE{:05}.DAT", id));
-  rows.setValue("NFRC_ID", 10000 + id);
-  rows.setValue("ProductName", fmt::format("Product {}", id));
-  rows.setValue("Manufacturer", fmt::format("Maker {}", id % 97));
-  rows.setValue("GlazingTypeID", 1);
-  rows.setValue("Substrate_FileName", "N/A");
-  rows.setValue("Acceptance", "#");
-  rows.setValue("Thickness", static_cast<float>(3 + id % 10));
-  rows.setValue("Conductivity", 1.0F);
-  rows.setValue("ef", 0.84F);
-  rows.setValue("eb", 0.84F);
-  rows.setValue("Precalc_Tsol", 0.8F);
-  rows.setValue("Precalc_Tvis", 0.9F);
-  rows.update();
-}
-
-void addSpectrum(store::Recordset& rows, int id) {
-  for (int i = 0; i < kWavelengths; ++i) {
-    rows.addNew();
-    rows.setValue("GlazingID", id);
-    rows.setValue("Wavelength", 0.3F + 0.005F * static_cast<float>(i));
-    rows.setValue("T", static_cast<float>(0.5 + 0.4 * std::sin(0.01 * (i + id))));
-    rows.setValue("Rf", 0.05F);
-    rows.setValue("Rb", 0.06F);
-    rows.update();
-  }
-  rows.updateBatch();
-}
-
 }  // namespace
 
-void makeGlazingDatabase(const std::string& path, int glazings) {
-  const auto database = store::Connection::create(path);
-  database->inOneCommit([&] {
+float sampleAt(int glazing, int place, int which) {
+  return static_cast<float>(0.3 + 0.25 * std::sin(0.01 * place + glazing + which));
+}
+
+std::string fileNameOf(int glazing) {
+  return fmt::format("PANE{:05}.DAT", glazing);
+}
+
+std::string productNameOf(int glazing) {
+  return fmt::format("Product {}", glazing);
+}
+
+GlazingDatabase::GlazingDatabase(const std::string& path) {
+  std::filesystem::remove(path);
+  connection_ = store::Connection::create(path);
+  connection_->inOneCommit([&] {
     for (const auto& table : {typesDesign(), propertiesDesign(), spectraDesign()}) {
-      database->createTable(table);
+      connection_->createTable(table);
     }
-    database->createQuery(queryDesign());
-    addTypes(*database);
+    connection_->createQuery(queryDesign());
+    addTypes(*connection_);
   });
-  auto properties = database->openRecordset("GlazingProperties", store::CursorType::static_,
-                                            store::LockType::batchOptimistic);
-  auto spectra = database->openRecordset("SpectralData", store::CursorType::static_,
+}
+
+void GlazingDatabase::addProperties() {
+  auto rows = connection_->openRecordset("GlazingProperties", store::CursorType::static_,
+                                         store::LockType::optimistic);
+  rows->addNew();
+  rows->setValue("GlazingID", count_);
+  rows->setValue("FileName", fileNameOf(count_));
+  rows->setValue("NFRC_ID", 10000 + count_);
+  rows->setValue("ProductName", productNameOf(count_));
+  rows->setValue("Manufacturer", fmt::format("Maker {}", count_ % 97));
+  rows->setValue("GlazingTypeID", 1);
+  rows->setValue("Substrate_FileName", "N/A");
+  rows->setValue("Acceptance", "#");
+  rows->setValue("Thickness", static_cast<float>(3 + count_ % 10));
+  rows->setValue("Conductivity", 1.0F);
+  rows->setValue("ef", 0.84F);
+  rows->setValue("eb", 0.84F);
+  rows->setValue("Precalc_Tsol", 0.8F);
+  rows->setValue("Precalc_Tvis", 0.9F);
+  rows->update();
+}
+
+void GlazingDatabase::addCurve() {
+  auto rows = connection_->openRecordset("SpectralData", store::CursorType::static_,
                                          store::LockType::batchOptimistic);
-  for (int id = 1; id <= glazings; ++id) {
-    addProperties(*properties, id);
-    addSpectrum(*spectra, id);
+  for (int place = 0; place < kWavelengths; ++place) {
+    rows->addNew();
+    rows->setValue(0, count_);
+    rows->setValue(1, wavelengthAt(place));
+    for (int which = 0; which < 3; ++which) {
+      rows->setValue(static_cast<std::size_t>(2 + which), sampleAt(count_, place, which));
+    }
   }
-  properties->updateBatch();
+  rows->updateBatch();
+}
+
+void GlazingDatabase::addGlazing() {
+  connection_->inOneCommit([&] {
+    ++count_;
+    addProperties();
+    addCurve();
+  });
+}
+
+void GlazingDatabase::addGlazings(int count) {
+  constexpr int kInACommit = 50;
+  for (int done = 0; done < count;) {
+    connection_->inOneCommit([&] {
+      for (const int end = std::min(count, done + kInACommit); done < end; ++done) {
+        addGlazing();
+      }
+    });
+  }
 }
 
 }  // namespace orv::bench

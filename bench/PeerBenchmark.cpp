@@ -14,7 +14,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "bench/GlazingFile.h"
+#include "bench/GlazingDatabase.h"
 #include "bench/SqliteFile.h"
 #include "store/jet/Database.h"
 #include "store/jet/IndexKey.h"
@@ -137,21 +137,21 @@ template <class File>
 double insert(File& file) {
   return secondsOf([&] {
     for (int i = 0; i < kInserted; ++i) {
-      file.addPane();
+      file.addGlazing();
     }
   });
 }
 
 void compareInsertion(const std::string& folder) {
   const std::int64_t rows = std::int64_t{kInserted} * kWavelengths;
-  GlazingFile own(folder + "/inserted.mdb");
+  GlazingDatabase own(folder + "/inserted.mdb");
   report("insert durably", "this store", insert(own), rows);
   for (const char* journal : {"DELETE", "WAL"}) {
     SqliteFile peer(folder + "/inserted.sqlite", journal);
     report("insert durably", *journal == 'W' ? "SQLite, WAL" : "SQLite, rollback journal",
            insert(peer), rows);
   }
-  own.addPanes(20'000 - kInserted - own.panes());
+  own.addGlazings(20'000 - kInserted - own.count());
   report("insert durably, behind 19,000 panes", "this store", insert(own), rows);
 }
 
@@ -165,9 +165,9 @@ int main(int count, char** arguments) {
   const std::string folder = arguments[1];
   const int panes = count > 2 ? std::atoi(arguments[2]) : 6000;
   const std::string mdb = folder + "/glazings.mdb";
-  GlazingFile(mdb).addPanes(panes);
+  GlazingDatabase(mdb).addGlazings(panes);
   SqliteFile sqlite(folder + "/glazings.sqlite", "DELETE");
-  sqlite.addPanes(panes);
+  sqlite.addGlazings(panes);
   compareReading(mdb, panes, sqlite);
   compareInsertion(folder);
   rusage usage{};

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "bench/GlazingFile.h"
+#include "bench/GlazingDatabase.h"
 
 namespace orv::bench {
 namespace {
@@ -34,13 +34,17 @@ SqliteFile::SqliteFile(const std::string& path, const std::string& journal) {
   db_.reset(db);
   run("PRAGMA journal_mode=" + journal);
   run("PRAGMA synchronous=FULL");
-  run("CREATE TABLE GlazingProperties(GlazingID INTEGER, FileName TEXT, ProductName TEXT,"
-      " Thickness REAL)");
+  run("CREATE TABLE GlazingProperties(GlazingID INTEGER, FileName TEXT, NFRC_ID INTEGER,"
+      " ProductName TEXT, Manufacturer TEXT, GlazingTypeID INTEGER, Substrate_FileName TEXT,"
+      " Acceptance TEXT, Thickness REAL, Conductivity REAL, ef REAL, eb REAL, Precalc_Tsol REAL,"
+      " Precalc_Tvis REAL)");
   run("CREATE UNIQUE INDEX PropertiesKey ON GlazingProperties(GlazingID)");
-  run("CREATE INDEX FileName ON GlazingProperties(FileName)");
+  run("CREATE UNIQUE INDEX FileName ON GlazingProperties(FileName)");
   run("CREATE TABLE SpectralData(GlazingID INTEGER, Wavelength REAL, T REAL, Rf REAL, Rb REAL)");
   run("CREATE UNIQUE INDEX SpectralKey ON SpectralData(GlazingID, Wavelength)");
-  addProperties_ = prepare("INSERT INTO GlazingProperties VALUES(?, ?, ?, ?)");
+  addProperties_ = prepare(
+      "INSERT INTO GlazingProperties VALUES(?, ?, ?, ?, 'Maker', 1, 'N/A', '#', 4.0, 1.0, 0.84,"
+      " 0.84, 0.8, 0.9)");
   addSample_ = prepare("INSERT INTO SpectralData VALUES(?, ?, ?, ?, ?)");
 }
 
@@ -58,23 +62,23 @@ SqliteFile::Statement SqliteFile::prepare(const std::string& sql) {
   return Statement(statement);
 }
 
-void SqliteFile::insertPane() {
-  const int pane = ++panes_;
-  const std::string file = "PANE" + std::to_string(pane) + ".DAT";
-  const std::string product = "Pane " + std::to_string(pane);
+void SqliteFile::insertGlazing() {
+  ++count_;
+  const std::string file = fileNameOf(count_);
+  const std::string product = productNameOf(count_);
   sqlite3_stmt* properties = addProperties_.get();
-  sqlite3_bind_int(properties, 1, pane);
-  sqlite3_bind_text(properties, 2, file.c_str(), -1, SQLITE_TRANSIENT);
-  sqlite3_bind_text(properties, 3, product.c_str(), -1, SQLITE_TRANSIENT);
-  sqlite3_bind_double(properties, 4, 4.0);
+  sqlite3_bind_int(properties, 1, count_);
+  sqlite3_bind_text(properties, 2, file.c_str(), -1, SQLITE_STATIC);
+  sqlite3_bind_int(properties, 3, 10000 + count_);
+  sqlite3_bind_text(properties, 4, product.c_str(), -1, SQLITE_STATIC);
   sqlite3_step(properties);
   sqlite3_reset(properties);
   sqlite3_stmt* sample = addSample_.get();
   for (int place = 0; place < kWavelengths; ++place) {
-    sqlite3_bind_int(sample, 1, pane);
+    sqlite3_bind_int(sample, 1, count_);
     sqlite3_bind_double(sample, 2, static_cast<double>(wavelengthAt(place)));
     for (int which = 0; which < 3; ++which) {
-      sqlite3_bind_double(sample, 3 + which, static_cast<double>(sampleAt(pane, place, which)));
+      sqlite3_bind_double(sample, 3 + which, static_cast<double>(sampleAt(count_, place, which)));
     }
     if (sqlite3_step(sample) != SQLITE_DONE) {
       throw std::runtime_error(sqlite3_errmsg(db_.get()));
@@ -83,16 +87,16 @@ void SqliteFile::insertPane() {
   }
 }
 
-void SqliteFile::addPane() {
+void SqliteFile::addGlazing() {
   run("BEGIN");
-  insertPane();
+  insertGlazing();
   run("COMMIT");
 }
 
-void SqliteFile::addPanes(int count) {
+void SqliteFile::addGlazings(int count) {
   run("BEGIN");
   for (int i = 0; i < count; ++i) {
-    insertPane();
+    insertGlazing();
   }
   run("COMMIT");
 }
@@ -106,8 +110,8 @@ double SqliteFile::readByKey() {
   const Statement statement =
       prepare("SELECT * FROM SpectralData WHERE GlazingID = ? ORDER BY Wavelength");
   double sum = 0;
-  for (int pane = 1; pane <= panes_; ++pane) {
-    sqlite3_bind_int(statement.get(), 1, pane);
+  for (int glazing = 1; glazing <= count_; ++glazing) {
+    sqlite3_bind_int(statement.get(), 1, glazing);
     sum += sumOfRows(statement.get());
   }
   return sum;

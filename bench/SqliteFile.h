@@ -1,4 +1,4 @@
-// The same panes and spectra in an SQLite file, for comparison.
+// The same glazings and spectra in an SQLite file, for comparison.
 #pragma once
 
 #include <sqlite3.h>
@@ -8,18 +8,18 @@
 
 namespace orv::bench {
 
-/// An SQLite database with the tables and indexes of a GlazingFile, each commit durable.
+/// An SQLite database with the tables and indexes of a GlazingDatabase, each commit durable.
 class SqliteFile {
  public:
   /// Makes the file anew at `path`. `journal` is SQLite's journal_mode: "DELETE" or "WAL".
   SqliteFile(const std::string& path, const std::string& journal);
 
-  /// Adds one pane and its curve in one commit.
-  void addPane();
-  void addPanes(int count);
+  /// Adds one glazing and its curve in one commit.
+  void addGlazing();
+  void addGlazings(int count);
   /// Reads all spectral rows; returns a sum of what they hold.
   double scan();
-  /// Reads the curves of all panes, one after another by key.
+  /// Reads the curves of all glazings, one after another by key.
   double readByKey();
 
   void run(const std::string& sql);
@@ -32,12 +32,12 @@ class SqliteFile {
   using Statement = std::unique_ptr<sqlite3_stmt, Closer>;
 
   Statement prepare(const std::string& sql);
-  void insertPane();
+  void insertGlazing();
 
   std::unique_ptr<sqlite3, Closer> db_;
   Statement addProperties_;
   Statement addSample_;
-  int panes_ = 0;
+  int count_ = 0;  ///< of glazings
 };
 
 }  // namespace orv::bench

@@ -154,7 +154,7 @@ int main(int count, char** arguments) {
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
                      QString::fromStdString(folder.string()));
   const std::string source = folder / "glazing.mdb";
-  bench::makeGlazingDatabase(source, glazings);
+  bench::GlazingDatabase(source).addGlazings(glazings);
   database::CreateEmptyDatabase(folder / "orvdata.mdb")->close();
   {
     app::applyTheme(app::Theme::light);
