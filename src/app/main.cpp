@@ -1,5 +1,6 @@
 // The desktop program.
 #include <QApplication>
+#include <QCommandLineParser>
 
 #include "app/Text.h"
 #include "app/Theme.h"
@@ -7,6 +8,24 @@
 #include "app/frmMain.h"
 #include "app/frmSplash.h"
 #include "commands/Session.h"
+
+namespace {
+
+/// The files and folders to be opened. Ends the program where only its help or version is wanted.
+QStringList pathsOf(const QCoreApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QCoreApplication::translate("main", "Opens the window of the ORV database manager."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addPositionalArgument(
+      "sources", QCoreApplication::translate("main", "Databases, text files and folders to open."),
+      "[FILE or FOLDER ...]");
+  parser.process(application);
+  return parser.positionalArguments();
+}
+
+}  // namespace
 
 /// Files that are named on the command line, as the desktop does with files that are opened with
 /// the program, are opened. Otherwise the list of data sources is empty.
@@ -16,6 +35,7 @@ int main(int argc, char* argv[]) {
   QApplication::setApplicationName(app::qt(commands::kApplicationTitle));
   QApplication::setApplicationVersion(ORV_VERSION);
   QGuiApplication::setDesktopFileName("io.github.orv_manager.OrvManager");
+  const QStringList paths = pathsOf(application);
   QApplication::setQuitOnLastWindowClosed(false);  // the splash window's closing is no end
   app::applyTheme(app::Theme::system);
 
@@ -28,6 +48,6 @@ int main(int argc, char* argv[]) {
   session.strictGroupNames = true;
   window.show();
   QApplication::setQuitOnLastWindowClosed(true);
-  window.openPaths(QApplication::arguments().mid(1));
+  window.openPaths(paths);
   return QApplication::exec();
 }
