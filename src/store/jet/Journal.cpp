@@ -12,6 +12,8 @@ namespace {
 constexpr std::array<std::uint8_t, 8> kMagic = {'O', 'R', 'V', 'J', 'R', 'N', 'L', '1'};
 constexpr std::size_t kChecksumOffset = 24;
 constexpr std::size_t kHeaderSize = 32;
+constexpr std::array<std::uint8_t, kHeaderSize> kVoidHeader{};
+constexpr std::uint64_t kLargestKept = 1 << 20;  // a longer journal is cut when it is voided
 
 /// FNV-1a over 64-bit words: quick, and any torn or missing write changes it.
 std::uint64_t checksum(const std::vector<std::uint8_t>& bytes) {
@@ -31,8 +33,8 @@ std::uint64_t checksum(const std::vector<std::uint8_t>& bytes) {
 Journal::Journal(const std::string& databasePath, std::size_t pageSize)
     : path_(pathFor(databasePath)), pageSize_(pageSize) {}
 
-void Journal::removeEmptyFile() {
-  if (file_ != nullptr && file_->size() == 0) {
+void Journal::removeVoidFile() {
+  if (file_ != nullptr && !isPresent()) {
     FileSystem::current().remove(path_);
   }
 }
@@ -67,12 +69,24 @@ void Journal::write(PageNumber pageCount, const std::vector<Record>& records) {
 }
 
 void Journal::clear() {
-  file().truncate(0);
-  file().sync();
+  File& journal = file();
+  const std::uint64_t size = journal.size();
+  if (size > kLargestKept) {
+    journal.truncate(0);
+  } else if (size > 0) {
+    journal.write(0, kVoidHeader.data(), kVoidHeader.size());
+  }
+  journal.sync();
 }
 
-bool Journal::isPresent() const {
-  return FileSystem::current().size(path_) > 0;
+bool Journal::isPresent() {
+  if (FileSystem::current().size(path_) <= 0) {
+    return false;
+  }
+  File& journal = file();
+  std::array<std::uint8_t, kHeaderSize> header{};
+  journal.read(0, header.data(), std::min<std::uint64_t>(journal.size(), header.size()));
+  return header != kVoidHeader;
 }
 
 void Journal::rollBack(File& database) {

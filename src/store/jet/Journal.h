@@ -13,9 +13,12 @@ namespace orv::store::jet {
 
 /// A file beside the database ("NAME.mdb-journal") that holds the former contents of the pages
 /// that a commit overwrites. It is complete and on the disk before the first page is overwritten,
-/// and emptied after the last one is on the disk. A journal found complete is of a commit that a
+/// and voided after the last one is on the disk. A journal found complete is of a commit that a
 /// crash cut short: writing its pages back undoes that commit. One found incomplete is of a
 /// commit that had not begun to overwrite: it is dropped.
+///
+/// A void journal has a header of zeros, or no content. The file keeps its size from one commit
+/// to the next, which spares the disk work.
 ///
 /// Layout: 8 bytes of magic, u32 page size, u32 page count of the file before, u32 number of
 /// records, u32 of zero, u64 checksum of all that follows and precedes; then per record u32 page
@@ -34,17 +37,17 @@ class Journal {
 
   /// Writes a complete journal and waits until it is on the disk.
   void write(PageNumber pageCount, const std::vector<Record>& records);
-  /// Empties the journal; when this returns the commit cannot be undone any more.
+  /// Voids the journal; when this returns the commit cannot be undone any more.
   void clear();
 
-  /// Whether there is a journal with content.
-  bool isPresent() const;
+  /// Whether there is a journal that is not void.
+  bool isPresent();
   /// Writes the pages of a complete journal back to `database`, cuts it to its former size and
-  /// empties the journal.
+  /// voids the journal.
   void rollBack(File& database);
-  /// Removes the file if this has opened it and it is empty. Nobody may be writing a journal
+  /// Removes the file if this has opened it and it is void. Nobody may be writing a journal
   /// meanwhile.
-  void removeEmptyFile();
+  void removeVoidFile();
 
  private:
   File& file();

@@ -96,10 +96,10 @@ Pager::~Pager() {
   try {
     // While another program reads or writes, the journal is left to it.
     if (journal_ && file_->tryLock(LockKind::readers, true)) {
-      journal_->removeEmptyFile();
+      journal_->removeVoidFile();
     }
   } catch (const Error&) {
-    // An empty journal that stays behind means nothing to whoever finds it.
+    // A void journal that stays behind means nothing to whoever finds it.
   }
 }
 
@@ -413,7 +413,7 @@ void Pager::undoCommit(const std::vector<Journal::Record>& overwritten) {
   undoIsDue_ = true;
   try {
     if (!overwritten.empty() && !journal_->isPresent()) {
-      journal_->write(committedPageCount_, overwritten);  // It was emptied, but not for good.
+      journal_->write(committedPageCount_, overwritten);  // It was voided, but not for good.
     }
     journal_->rollBack(*file_);
     undoIsDue_ = false;

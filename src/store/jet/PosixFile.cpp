@@ -167,9 +167,11 @@ class PosixFileSystem final : public FileSystem {
     }
     bool readOnly = false;
     int descriptor = ::open(path.c_str(), flags, 0666);
-    if (descriptor < 0 && mode == Open::existing && (errno == EACCES || errno == EROFS)) {
+    const int refusal = errno;
+    if (descriptor < 0 && mode != Open::newOnly && (refusal == EACCES || refusal == EROFS)) {
       readOnly = true;
       descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+      errno = refusal;
     }
     if (descriptor < 0) {
       raiseFailure(mode == Open::newOnly ? "Creating" : "Opening", path, errno);
