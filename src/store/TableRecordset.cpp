@@ -250,6 +250,7 @@ void TableRecordset::addNew() {
   needUpdatable();
   saveEdit();
   Edit edit{{}, true};
+  edit.values.reserve(table_->definition().columns.size());
   for (const jet::Column& column : table_->definition().columns) {
     if (column.autoNumber) {
       if (!numberLock_) {
@@ -276,16 +277,15 @@ void TableRecordset::update() {
   if (!edit_) {
     return;
   }
-  // What is being edited is only let go when it has been saved: after a failure the caller can
-  // mend it, or give it up by cancelUpdate() or deleteRow().
-  Pending change{edit_->isNew ? Pending::Kind::insert : Pending::Kind::update, rowId_,
-                 edit_->values};
+  const auto kind = edit_->isNew ? Pending::Kind::insert : Pending::Kind::update;
   if (lock_ == LockType::batchOptimistic) {
-    pending_.push_back(std::move(change));
+    pending_.push_back({kind, rowId_, std::move(edit_->values)});
     edit_.reset();
     return;
   }
-  const jet::RowId saved = commit({change});
+  // What is being edited is only let go when it has been saved: after a failure the caller can
+  // mend it, or give it up by cancelUpdate() or deleteRow().
+  const jet::RowId saved = commit({{kind, rowId_, edit_->values}});
   edit_.reset();
   numberLock_.reset();
   standOnRow(saved, std::nullopt);

@@ -50,19 +50,21 @@ IndexPage::IndexPage(const Format& format, ByteView page)
 std::size_t IndexPage::readMask() {
   const auto& layout = format_.indexPage;
   const auto mask = page_.span(layout.mask, layout.entries - layout.mask);
-  std::size_t last = 0;
-  std::size_t shortest = capacity();
+  std::uint16_t* next = ends_.data();
   const auto addEnds = [&](std::uint64_t bits, std::size_t firstBit) {
     for (; bits != 0; bits &= bits - 1) {
-      const std::size_t end = firstBit + static_cast<std::size_t>(std::countr_zero(bits));
-      if (count_ > 0) shortest = std::min(shortest, end - last);
-      ends_[count_++] = static_cast<std::uint16_t>(end);
-      last = end;
+      *next++ =
+          static_cast<std::uint16_t>(firstBit + static_cast<std::size_t>(std::countr_zero(bits)));
     }
   };
   std::size_t i = 0;
   for (; i + 8 <= mask.size(); i += 8) addEnds(load64(mask.data() + i), i * 8);
   for (; i < mask.size(); ++i) addEnds(mask[i], i * 8);
+  count_ = static_cast<std::size_t>(next - ends_.data());
+  auto shortest = static_cast<std::uint16_t>(capacity());
+  for (std::size_t end = 1; end < count_; ++end) {
+    shortest = std::min(shortest, static_cast<std::uint16_t>(ends_[end] - ends_[end - 1]));
+  }
   return shortest;
 }
 

@@ -1,6 +1,7 @@
 #include "store/jet/RowEncoder.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -12,6 +13,8 @@
 
 namespace orv::store::jet {
 namespace {
+
+constexpr std::size_t kUsualRowSize = 128;  // bytes; longer rows grow
 
 [[noreturn]] void raiseFor(const std::string& table, const Column& column, std::int32_t number,
                            const std::string& what) {
@@ -75,9 +78,11 @@ Bytes fitBytes(const std::string& table, const Column& column, const Value& valu
 
 template <class T>
 void append(Bytes& out, T bits) {
+  std::array<std::uint8_t, sizeof(T)> bytes{};
   for (std::size_t i = 0; i < sizeof(T); ++i) {
-    out.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
+    bytes[i] = static_cast<std::uint8_t>(bits >> (8 * i));
   }
+  out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
 /// The stored bytes of a value that is neither Null nor long nor a boolean.
@@ -212,6 +217,7 @@ Value fitValue(const std::string& table, const Column& column, const Value& valu
 Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Value> values,
                 const RowView* before) {
   Bytes row(2);
+  row.reserve(kUsualRowSize);
   store16(row.data(), table.maxColumns);
   Bytes mask((table.maxColumns + std::size_t{7}) / 8);
   std::vector<Bytes> variable(table.variableColumns);

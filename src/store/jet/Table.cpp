@@ -190,14 +190,15 @@ void Table::addToCount(std::size_t offset, std::int32_t change) {
   store32(page + offset, load32(page + offset) + static_cast<std::uint32_t>(change));
 }
 
-void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values) const {
+void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values,
+                            std::span<const std::uint8_t> key) const {
   if (index.required && anyNull(index, values)) {
     throw Error(kDuplicateKey, "A key column of " + describeIndex(index) + " has no value.");
   }
   if (!index.unique || anyNull(index, values)) {
     return;
   }
-  if (this->index(index.number).find(makeKey(*definition_, index, values))) {
+  if (this->index(index.number).find(key)) {
     throw Error(kDuplicateKey,
                 "The row was not saved, since " + describeIndex(index) +
                     " allows no two rows with the same values and there is one already.");
@@ -219,9 +220,10 @@ std::string Table::describeIndex(const RealIndex& index) const {
   return "index '" + name + "' (" + columns + ") of table '" + definition_->name + "'";
 }
 
-void Table::insertEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
+void Table::insertEntry(const RealIndex& index, std::span<const Value> values,
+                        std::span<const std::uint8_t> key, RowId id) {
   if (hasEntry(index, values)) {
-    this->index(index.number).insert(makeKey(*definition_, index, values), id);
+    this->index(index.number).insert(key, id);
   }
 }
 
@@ -232,14 +234,16 @@ void Table::eraseEntry(const RealIndex& index, std::span<const Value> values, Ro
   }
 }
 
-std::vector<Value> Table::fit(std::span<const Value> values) const {
+std::vector<Value> Table::fit(std::span<const Value> values, bool newRow) {
   if (values.size() != definition_->columns.size()) {
     throw Error(kInvalidCall, "A row of table '" + name() + "' needs a value for each column.");
   }
   std::vector<Value> fitted;
   fitted.reserve(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
-    fitted.push_back(fitValue(name(), definition_->columns[i], values[i]));
+    const Column& column = definition_->columns[i];
+    const bool numbered = newRow && column.autoNumber && values[i].isNull();
+    fitted.push_back(numbered ? Value(reserveAutoNumber()) : fitValue(name(), column, values[i]));
   }
   return fitted;
 }
@@ -250,21 +254,21 @@ RowSpace Table::rowSpace() const {
 
 RowId Table::insert(std::span<const Value> values) {
   Transaction transaction(*pager_);
-  std::vector<Value> numbered(values.begin(), values.end());
-  for (std::size_t i = 0; i < definition_->columns.size() && i < numbered.size(); ++i) {
-    if (definition_->columns[i].autoNumber && numbered[i].isNull()) {
-      numbered[i] = reserveAutoNumber();
-    }
-  }
-  const std::vector<Value> row = fit(numbered);
+  const std::vector<Value> row = fit(values, true);
+  std::vector<Bytes> keys;
+  keys.reserve(definition_->realIndexes.size());
   for (const RealIndex& index : definition_->realIndexes) {
-    refuseDuplicate(index, row);
+    Bytes& key = keys.emplace_back();
+    if (hasEntry(index, row)) {
+      key = makeKey(*definition_, index, row);
+    }
+    refuseDuplicate(index, row, key);
   }
   const RowId id =
       rowSpace().add(encodeRow(*pager_, *definition_, row), SlotKind::row, insertHint_);
   insertHint_ = id.page;
   for (const RealIndex& index : definition_->realIndexes) {
-    insertEntry(index, row, id);
+    insertEntry(index, row, keys[index.number], id);
   }
   const auto& offsets = pager_->format().definition;
   addToCount(offsets.rowCount, 1);
@@ -286,21 +290,22 @@ void Table::update(RowId id, std::span<const Value> values) {
   }
   const RowView before = viewAt(*pager_, *definition_, *content);
   const std::vector<Value> oldRow = valuesOf(*definition_, before);
-  const std::vector<Value> newRow = fit(values);
+  const std::vector<Value> newRow = fit(values, false);
   if (oldRow == newRow) {
     return transaction.commit();
   }
-  std::vector<const RealIndex*> changed;
+  std::vector<std::pair<const RealIndex*, Bytes>> changed;
   for (const RealIndex& index : definition_->realIndexes) {
-    if (makeKey(*definition_, index, oldRow) != makeKey(*definition_, index, newRow)) {
-      refuseDuplicate(index, newRow);
-      changed.push_back(&index);
+    Bytes key = makeKey(*definition_, index, newRow);
+    if (makeKey(*definition_, index, oldRow) != key) {
+      refuseDuplicate(index, newRow, key);
+      changed.emplace_back(&index, std::move(key));
     }
   }
   writeContent(id, *content, encodeRow(*pager_, *definition_, newRow, &before));
-  for (const RealIndex* index : changed) {
+  for (const auto& [index, key] : changed) {
     eraseEntry(*index, oldRow, id);
-    insertEntry(*index, newRow, id);
+    insertEntry(*index, newRow, key, id);
   }
   transaction.commit();
 }

@@ -81,11 +81,14 @@ class Table {
  private:
   std::int32_t lastAutoNumber() const;
   void addToCount(std::size_t offset, std::int32_t change);
-  std::vector<Value> fit(std::span<const Value> values) const;
+  /// The values as rows hold them; a new row gets its automatic numbers.
+  std::vector<Value> fit(std::span<const Value> values, bool newRow);
   RowSpace rowSpace() const;
-  void refuseDuplicate(const RealIndex& index, std::span<const Value> values) const;
+  void refuseDuplicate(const RealIndex& index, std::span<const Value> values,
+                       std::span<const std::uint8_t> key) const;
   std::string describeIndex(const RealIndex& index) const;
-  void insertEntry(const RealIndex& index, std::span<const Value> values, RowId id);
+  void insertEntry(const RealIndex& index, std::span<const Value> values,
+                   std::span<const std::uint8_t> key, RowId id);
   void eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id);
   void writeContent(RowId home, RowId content, const Bytes& row);
 
