@@ -46,6 +46,10 @@ double numberFromText(std::string_view text) {
 }
 
 std::string dateText(double days) {
+  constexpr double kEndOfDates = 2'958'466;  // 1 January 10000; a damaged file may hold any number
+  if (!(std::abs(days) < kEndOfDates)) {
+    return fmt::format("{}", days);
+  }
   // A negative date's fraction still counts forwards from midnight.
   const double whole = std::trunc(days);
   auto seconds = static_cast<std::int64_t>(std::llround(std::abs(days - whole) * 86400.0));

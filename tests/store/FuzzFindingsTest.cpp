@@ -5,6 +5,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/Creation.h"
+#include "store/jet/RowEncoder.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
@@ -32,6 +33,37 @@ TEST_F(FuzzFindings, PasswordMaskedByAnImpossibleDate) {
   } catch (const Error& error) {
     EXPECT_EQ(error.number(), kNotAuthenticated) << error.what();
   }
+}
+
+TEST_F(FuzzFindings, DateBeyondAllDates) {
+  EXPECT_EQ(Value(Date{2.5e151}).toText(), "2.5e+151");
+  EXPECT_EQ(Value(Date{-1e9}).toText(), "-1000000000");
+}
+
+TEST_F(FuzzFindings, DefinitionWhoseColumnsHaveNoPlaceInRows) {
+  const auto database = Database::open(kFile, "");
+  TableDefinition table;
+  table.name = "Found";
+  table.maxColumns = 3;
+  table.variableColumns = 1;
+  Column& column = table.columns.emplace_back();
+  column.name = "Place";
+  const auto refuses = [&](const Value& value) {
+    try {
+      encodeRow(database->pager(), table, std::vector<Value>{value});
+      return false;
+    } catch (const Error& error) {
+      return error.number() == kCorruptFile;
+    }
+  };
+  EXPECT_FALSE(refuses("text"));
+  column.variableIndex = 1;
+  EXPECT_TRUE(refuses("text"));
+  column.variableIndex = 0;
+  column.number = 40;
+  EXPECT_TRUE(refuses("text"));
+  column = {.name = "Place", .type = ColumnType::double_, .length = 2, .fixed = true};
+  EXPECT_TRUE(refuses(1.5));
 }
 
 }  // namespace

@@ -214,6 +214,20 @@ Value fitValue(const std::string& table, const Column& column, const Value& valu
   raiseFor(table, column, kNotSupported, "is of a type that cannot be written with this value");
 }
 
+namespace {
+
+/// A definition's places for a column are not trusted: writing would follow them anywhere.
+void needPlace(const TableDefinition& table, const Column& column) {
+  const bool variable = !column.fixed && column.type != ColumnType::boolean;
+  if (column.number >= table.maxColumns ||
+      (variable && column.variableIndex >= table.variableColumns)) {
+    raiseDamaged(table.page, "rows of table '" + table.name + "' have no place for column '" +
+                                 column.name + "' of its definition");
+  }
+}
+
+}  // namespace
+
 Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Value> values,
                 const RowView* before) {
   Bytes row(2);
@@ -224,6 +238,7 @@ Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Valu
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
     const Value& value = values[i];
+    needPlace(table, column);
     const bool present = column.type == ColumnType::boolean ? value.toBoolean() : !value.isNull();
     if (present) {
       mask[column.number / 8] |= static_cast<std::uint8_t>(1 << (column.number % 8));
@@ -236,13 +251,17 @@ Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Valu
       row.resize(std::max(row.size(), end));
       if (present) {
         const Bytes bytes = encodeValue(column, value);
+        if (bytes.size() > column.length) {
+          raiseDamaged(table.page, "column '" + column.name + "' of table '" + table.name +
+                                       "' has less room than its type takes");
+        }
         std::copy(bytes.begin(), bytes.end(),
                   row.begin() + static_cast<std::ptrdiff_t>(end - column.length));
       }
     } else if (column.isLongValue()) {
-      variable.at(column.variableIndex) = encodeLongValue(pager, column, value, before);
+      variable[column.variableIndex] = encodeLongValue(pager, column, value, before);
     } else if (present) {
-      variable.at(column.variableIndex) = encodeValue(column, value);
+      variable[column.variableIndex] = encodeValue(column, value);
     }
   }
   if (table.variableColumns > 0) {
