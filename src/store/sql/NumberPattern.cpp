@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+
+#include "errors/Error.h"
 
 namespace orv::store::sql {
 namespace {
@@ -14,7 +17,8 @@ double roundAway(double magnitude, std::size_t decimals) {
   if (magnitude * factor > 1e15) {
     return magnitude;
   }
-  return std::round(std::stod(fmt::format("{:.15g}", magnitude * factor))) / factor;
+  const std::string digits = fmt::format("{:.15g}", magnitude * factor);
+  return std::round(std::strtod(digits.c_str(), nullptr)) / factor;
 }
 
 }  // namespace
@@ -109,8 +113,11 @@ std::string NumberPattern::write(const Section& section, double magnitude) {
       ++exponent;
     }
   }
-  const std::string digits =
-      fmt::format("{:.{}f}", roundAway(magnitude, section.decimals), section.decimals);
+  const double rounded = roundAway(magnitude, section.decimals);
+  if (!std::isfinite(rounded)) {
+    throw Error(kOverflow, "A number is too large for the pattern that it is to be shown by.");
+  }
+  const std::string digits = fmt::format("{:.{}f}", rounded, section.decimals);
   std::string whole = digits.substr(0, digits.find('.'));
   const std::string decimals =
       section.decimals > 0 ? digits.substr(digits.find('.') + 1) : std::string();

@@ -1,10 +1,12 @@
 #include "store/sql/OutputValue.h"
 
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string>
 
+#include "errors/Error.h"
 #include "store/sql/Catalog.h"
 
 namespace orv::store::sql {
@@ -61,7 +63,12 @@ Value decimalFromText(const std::string& text, bool currency) {
   std::string digits = text;
   std::erase(digits, '.');
   digits.append(decimals < 4 ? 4 - decimals : 0, '0');
-  return Value(Currency{std::stoll(digits)});
+  Currency amount;
+  if (std::from_chars(digits.data(), digits.data() + digits.size(), amount.tenThousandths).ec !=
+      std::errc()) {
+    throw Error(kOverflow, "The amount " + text + " is too large for a currency.");
+  }
+  return Value(amount);
 }
 
 Value textOfType(const TypedColumn& column, std::string text) {

@@ -188,6 +188,8 @@ TEST(ExpressionFailure, RaisesWhatAFunctionCannotTake) {
   EXPECT_EQ(numberOf("DateAdd('yyyy', 9000, Date())"), kOverflow);
   EXPECT_EQ(numberOf("Year('soon')"), kTypeMismatch);
   EXPECT_EQ(numberOf("10 ^ 400"), kOverflow);
+  const std::string percents(200, '%');
+  EXPECT_EQ(numberOf(("Format(1, '0.##" + percents + "')").c_str()), kOverflow);
 }
 
 }  // namespace
