@@ -12,37 +12,48 @@ namespace orv::app {
 
 namespace {
 
-QPalette lightPalette() {
-  QPalette palette(QColor(0xf3, 0xf3, 0xf3), QColor(0xf3, 0xf3, 0xf3));
-  palette.setColor(QPalette::Base, Qt::white);
-  palette.setColor(QPalette::AlternateBase, QColor(0xf5, 0xf7, 0xfa));
-  palette.setColor(QPalette::ToolTipBase, QColor(0xff, 0xff, 0xe8));
-  palette.setColor(QPalette::Highlight, QColor(0x1a, 0x6f, 0xb0));
-  palette.setColor(QPalette::Link, QColor(0x1a, 0x6f, 0xb0));
-  for (const auto role :
-       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
-    palette.setColor(role, QColor(0x1b, 0x1e, 0x20));
-    palette.setColor(QPalette::Disabled, role, QColor(0x8c, 0x92, 0x96));
-  }
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0x86, 0x8b));
-  return palette;
-}
+/// The colours in which the palettes differ.
+struct Colours {
+  QColor button, window, base, alternateBase, toolTip, highlight, link, text, disabledText,
+      placeholder;
+};
 
-QPalette darkPalette() {
-  QPalette palette(QColor(0x45, 0x4a, 0x4f), QColor(0x38, 0x3c, 0x40));
-  palette.setColor(QPalette::Base, QColor(0x1e, 0x20, 0x23));
-  palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x29, 0x2c));
-  palette.setColor(QPalette::ToolTipBase, QColor(0x4a, 0x4f, 0x54));
-  palette.setColor(QPalette::Highlight, QColor(0x2f, 0x78, 0xb4));
-  palette.setColor(QPalette::Link, QColor(0x6c, 0xb8, 0xf0));
+const Colours kLight{.button = {0xf3, 0xf3, 0xf3},
+                     .window = {0xf3, 0xf3, 0xf3},
+                     .base = {0xff, 0xff, 0xff},
+                     .alternateBase = {0xf5, 0xf7, 0xfa},
+                     .toolTip = {0xff, 0xff, 0xe8},
+                     .highlight = {0x1a, 0x6f, 0xb0},
+                     .link = {0x1a, 0x6f, 0xb0},
+                     .text = {0x1b, 0x1e, 0x20},
+                     .disabledText = {0x8c, 0x92, 0x96},
+                     .placeholder = {0x80, 0x86, 0x8b}};
+
+const Colours kDark{.button = {0x45, 0x4a, 0x4f},
+                    .window = {0x38, 0x3c, 0x40},
+                    .base = {0x1e, 0x20, 0x23},
+                    .alternateBase = {0x26, 0x29, 0x2c},
+                    .toolTip = {0x4a, 0x4f, 0x54},
+                    .highlight = {0x2f, 0x78, 0xb4},
+                    .link = {0x6c, 0xb8, 0xf0},
+                    .text = {0xe6, 0xe8, 0xea},
+                    .disabledText = {0x8b, 0x91, 0x96},
+                    .placeholder = {0x9a, 0xa0, 0xa5}};
+
+QPalette paletteOf(const Colours& colours) {
+  QPalette palette(colours.button, colours.window);
+  palette.setColor(QPalette::Base, colours.base);
+  palette.setColor(QPalette::AlternateBase, colours.alternateBase);
+  palette.setColor(QPalette::ToolTipBase, colours.toolTip);
+  palette.setColor(QPalette::Highlight, colours.highlight);
+  palette.setColor(QPalette::Link, colours.link);
   for (const auto role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
-    palette.setColor(role, QColor(0xe6, 0xe8, 0xea));
-    palette.setColor(QPalette::Disabled, role, QColor(0x8b, 0x91, 0x96));
+    palette.setColor(role, colours.text);
+    palette.setColor(QPalette::Disabled, role, colours.disabledText);
   }
   palette.setColor(QPalette::HighlightedText, Qt::white);
-  palette.setColor(QPalette::PlaceholderText, QColor(0x9a, 0xa0, 0xa5));
+  palette.setColor(QPalette::PlaceholderText, colours.placeholder);
   return palette;
 }
 
@@ -137,7 +148,7 @@ void applyTheme(Theme theme) {
     return;
   }
   QApplication::setStyle(new ProgramStyle("Fusion"));
-  QApplication::setPalette(theme == Theme::dark ? darkPalette() : lightPalette());
+  QApplication::setPalette(theme == Theme::dark ? paletteOf(kDark) : paletteOf(kLight));
 }
 
 }  // namespace orv::app
