@@ -73,15 +73,19 @@ double scan(store::Connection& connection) {
   return sum;
 }
 
-double scanRecordset(store::Connection& connection) {
+double sumOf(store::Recordset& rows) {
   double sum = 0;
-  for (auto rows = connection.openRecordset("SpectralData"); !rows->eof(); rows->moveNext()) {
-    sum += *rows->value(0).getIf<std::int32_t>();
+  for (; !rows.eof(); rows.moveNext()) {
+    sum += *rows.value(0).getIf<std::int32_t>();
     for (std::size_t i = 1; i < 5; ++i) {
-      sum += static_cast<double>(*rows->value(i).getIf<float>());
+      sum += static_cast<double>(*rows.value(i).getIf<float>());
     }
   }
   return sum;
+}
+
+double scanRecordset(store::Connection& connection) {
+  return sumOf(*connection.openRecordset("SpectralData"));
 }
 
 double readByKey(store::Connection& connection, int panes) {
@@ -104,14 +108,8 @@ double readByKey(store::Connection& connection, int panes) {
 double selectByKey(store::Connection& connection, int panes) {
   double sum = 0;
   for (int pane = 1; pane <= panes; ++pane) {
-    const auto rows = connection.openRecordset(
-        fmt::format("SELECT * FROM SpectralData WHERE GlazingID = {} ORDER BY Wavelength", pane));
-    for (; !rows->eof(); rows->moveNext()) {
-      sum += *rows->value(0).getIf<std::int32_t>();
-      for (std::size_t i = 1; i < 5; ++i) {
-        sum += static_cast<double>(*rows->value(i).getIf<float>());
-      }
-    }
+    sum += sumOf(*connection.openRecordset(
+        fmt::format("SELECT * FROM SpectralData WHERE GlazingID = {} ORDER BY Wavelength", pane)));
   }
   return sum;
 }
