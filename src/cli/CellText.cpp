@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <chrono>
 #include <cmath>
 
 namespace orv::cli {
@@ -15,17 +14,12 @@ std::string hexadecimal(const store::Bytes& bytes) {
   return text;
 }
 
-std::string dateText(store::Date date) {
-  using namespace std::chrono;
-  const double whole = std::trunc(date.days);
-  const auto time = seconds(std::llround(std::abs(date.days - whole) * 86400));
-  const sys_days day = sys_days(year(1899) / December / 30) + days(std::llround(whole));
-  const auto moment = sys_seconds(day) + time;
-  const year_month_day calendar(floor<days>(moment));
-  const hh_mm_ss clock(moment - floor<days>(moment));
-  return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", int(calendar.year()),
-                     unsigned(calendar.month()), unsigned(calendar.day()), clock.hours().count(),
-                     clock.minutes().count(), clock.seconds().count());
+/// A date with its time, also at midnight. What is no date, as damage leaves it, stays a number.
+std::string dateText(const store::Value& date) {
+  const std::string text = date.toText();
+  const std::size_t dash = text.rfind('-');
+  const bool isDay = dash != std::string::npos && dash > 0 && text.find(':') == std::string::npos;
+  return isDay ? text + " 00:00:00" : text;
 }
 
 }  // namespace
@@ -33,7 +27,7 @@ std::string dateText(store::Date date) {
 std::string cellText(const store::Value& value) {
   if (value.isNull()) return {};
   if (const auto* bytes = value.getIf<store::Bytes>()) return hexadecimal(*bytes);
-  if (const auto* date = value.getIf<store::Date>()) return dateText(*date);
+  if (value.getIf<store::Date>() != nullptr) return dateText(value);
   return value.toText();
 }
 

@@ -1,10 +1,8 @@
 #include "commands/CellText.h"
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace orv::commands {
@@ -19,19 +17,6 @@ std::string withoutEndingZeros(std::string text) {
   text.erase(text.find_last_not_of('0') + 1);
   if (text.ends_with('.')) text.pop_back();
   return text == "-0" ? "0" : text;
-}
-
-std::string dateText(store::Date date) {
-  using namespace std::chrono;
-  const double whole = std::trunc(date.days);
-  const auto time = std::llround(std::abs(date.days - whole) * 86400);
-  const sys_days epoch = year(1899) / December / 30;
-  const year_month_day day(epoch + days(std::llround(whole)));
-  const std::string text =
-      fmt::format("{:04}-{:02}-{:02}", static_cast<int>(day.year()),
-                  static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()));
-  if (time == 0) return text;
-  return fmt::format("{} {:02}:{:02}:{:02}", text, time / 3600, time / 60 % 60, time % 60);
 }
 
 }  // namespace
@@ -52,7 +37,6 @@ std::string cellText(const store::Value& value, int digits) {
   if (const bool* flag = value.getIf<bool>()) return *flag ? "Yes" : "No";
   if (const auto* bytes = value.getIf<store::Bytes>())
     return fmt::format("{} bytes", bytes->size());
-  if (const auto* date = value.getIf<store::Date>()) return dateText(*date);
   const bool fraction = value.getIf<float>() != nullptr || value.getIf<double>() != nullptr;
   return fraction && digits != kAllDigits ? numberText(value.toDouble(), digits) : value.toText();
 }

@@ -125,6 +125,7 @@ TEST(CellText, RoundsFractionsAndLeavesWholeNumbersAlone) {
   EXPECT_EQ(cellText(store::Bytes(12), 4), "12 bytes");
   EXPECT_EQ(cellText(store::Date{45657.0}, 4), "2024-12-31");
   EXPECT_EQ(cellText(store::Date{45657.5}, 4), "2024-12-31 12:00:00");
+  EXPECT_EQ(cellText(store::Date{2.5e151}, 4), "2.5e+151");  // of a damaged file
 }
 
 TEST(ColumnTitle, HasWordsAndUnits) {
