@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "errors/Error.h"
-#include "store/jet/Clock.h"
+#include "store/jet/file/Clock.h"
 #include "store/jet/Text.h"
 
 namespace orv::store {

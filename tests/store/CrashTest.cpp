@@ -46,7 +46,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
   }
 
   void startAnew() {
-    files_.remove(Journal::pathFor(kFile));
+    files_.remove(std::string(kFile) + "-log");
     files_.copy(kPrepared, kFile);
   }
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "store/jet/Bytes.h"
-#include "store/jet/File.h"
 #include "store/jet/Format.h"
 #include "store/jet/Rc4.h"
+#include "store/jet/file/File.h"
 
 namespace orv::test {
 

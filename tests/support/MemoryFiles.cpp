@@ -10,7 +10,7 @@
 namespace orv::test {
 
 using store::Bytes;
-using store::jet::FileStamp;
+using store::jet::FileStatus;
 using store::jet::LockKind;
 
 class MemoryFile final : public store::jet::File {
@@ -18,7 +18,13 @@ class MemoryFile final : public store::jet::File {
   MemoryFile(MemoryFiles& files, std::shared_ptr<MemoryFiles::Node> node)
       : files_(files), node_(std::move(node)) {}
 
-  std::uint64_t size() override { return node_->content.size(); }
+  FileStatus status() override {
+    return {.device = 1,
+            .inode = node_->number,
+            .links = node_->isRemoved ? 0U : 1U,
+            .size = node_->content.size(),
+            .modified = node_->modified};
+  }
 
   void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) override {
     if (offset + length > node_->content.size()) {
@@ -46,15 +52,9 @@ class MemoryFile final : public store::jet::File {
   }
 
   bool readOnly() const override { return false; }
-  FileStamp stamp() override {
-    return {static_cast<std::int64_t>(node_->content.size()), node_->modified};
-  }
-  FileStamp touch() override {
-    node_->modified = ++files_.clock_;
-    return stamp();
-  }
   bool tryLock(LockKind, bool) override { return true; }
   void unlock(LockKind) override {}
+  bool isFree(LockKind) override { return true; }
   std::string lockHolder(LockKind) override { return "nobody"; }
 
  private:
@@ -70,7 +70,7 @@ class MemoryFile final : public store::jet::File {
 
 void MemoryFiles::load(const std::filesystem::path& file, const std::string& name) {
   std::ifstream stream(file, std::ios::binary);
-  auto node = std::make_shared<Node>();
+  auto node = newNode();
   node->content.assign(std::istreambuf_iterator<char>(stream), {});
   node->synced = node->content;
   node->creationSynced = true;
@@ -78,7 +78,21 @@ void MemoryFiles::load(const std::filesystem::path& file, const std::string& nam
 }
 
 void MemoryFiles::copy(const std::string& from, const std::string& to) {
-  files_[to] = std::make_shared<Node>(*files_.at(from));
+  const Node& source = *files_.at(from);
+  if (files_.count(to) == 0) {
+    files_[to] = newNode();
+  }
+  Node& node = *files_.at(to);
+  node.content = node.synced = source.content;
+  node.unsynced.clear();
+  node.creationSynced = true;
+  node.modified = ++clock_;
+}
+
+std::shared_ptr<MemoryFiles::Node> MemoryFiles::newNode() {
+  auto node = std::make_shared<Node>();
+  node->number = ++lastNumber_;
+  return node;
 }
 
 void MemoryFiles::save(const std::string& name, const std::filesystem::path& file) const {
@@ -120,8 +134,8 @@ void MemoryFiles::restart(unsigned seed) {
   std::mt19937 random(seed);
   auto heads = [&] { return random() % 2 == 0; };
   for (auto& [name, node] : removedUnsynced_) {
-    if (heads()) {
-      files_.emplace(name, node);
+    if (heads() && files_.emplace(name, node).second) {
+      node->isRemoved = false;
     }
   }
   removedUnsynced_.clear();
@@ -165,38 +179,55 @@ void MemoryFiles::restart(unsigned seed) {
 std::unique_ptr<store::jet::File> MemoryFiles::open(const std::string& path, Open mode) {
   auto found = files_.find(path);
   if (found == files_.end()) {
-    if (mode == Open::existing) {
+    if (mode != Open::newOnly) {
       throw Error(store::kStoreFailure, "there is no file " + path);
     }
     count("create");
-    found = files_.emplace(path, std::make_shared<Node>()).first;
+    found = files_.emplace(path, newNode()).first;
   } else if (mode == Open::newOnly) {
     throw Error(store::kStoreFailure, "the file is there already: " + path);
   }
   return std::make_unique<MemoryFile>(*this, found->second);
 }
 
-std::int64_t MemoryFiles::size(const std::string& path) {
+std::int64_t MemoryFiles::size(const std::string& path) const {
   const auto found = files_.find(path);
   return found == files_.end() ? -1 : static_cast<std::int64_t>(found->second->content.size());
+}
+
+std::optional<FileStatus> MemoryFiles::status(const std::string& path) {
+  const auto found = files_.find(path);
+  return found == files_.end() ? std::nullopt
+                               : std::optional(MemoryFile(*this, found->second).status());
+}
+
+std::unique_ptr<store::jet::File> MemoryFiles::openCompanion(const std::string& path) {
+  return files_.count(path) == 0 ? nullptr : open(path, Open::existing);
+}
+
+std::unique_ptr<store::jet::File> MemoryFiles::createCompanion(const std::string& path,
+                                                               const std::string&) {
+  return open(path, Open::newOnly);
 }
 
 void MemoryFiles::remove(const std::string& path) {
   count("remove");
   if (const auto found = files_.find(path); found != files_.end()) {
     removedUnsynced_[path] = found->second;
+    found->second->isRemoved = true;
     files_.erase(found);
   }
 }
 
-void MemoryFiles::rename(const std::string& from, const std::string& to) {
+bool MemoryFiles::rename(const std::string& from, const std::string& to) {
   count("rename");
   if (files_.count(to) != 0) {
-    throw Error(store::kStoreFailure, "the file is there already: " + to);
+    return false;
   }
   files_[to] = files_.at(from);
   files_.erase(from);
   renamedUnsynced_[to] = from;
+  return true;
 }
 
 void MemoryFiles::syncFolder(const std::string&) {
@@ -206,13 +237,6 @@ void MemoryFiles::syncFolder(const std::string&) {
   for (auto& [name, node] : files_) {
     node->creationSynced = true;
   }
-}
-
-std::string MemoryFiles::identity(const std::string& path) {
-  if (files_.count(path) == 0) {
-    throw Error(store::kStoreFailure, "there is no file " + path);
-  }
-  return "memory:" + path;
 }
 
 }  // namespace orv::test

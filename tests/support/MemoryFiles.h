@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "store/Value.h"
-#include "store/jet/File.h"
+#include "store/jet/file/File.h"
 
 namespace orv::test {
 
@@ -23,6 +23,7 @@ class MemoryFiles final : public store::jet::FileSystem {
 
   /// Puts a file of the real disk here, as `name`.
   void load(const std::filesystem::path& file, const std::string& name);
+  /// Over a file that is there its content is written, as by a program that copies.
   void copy(const std::string& from, const std::string& to);
   /// Puts a file of here on the real disk.
   void save(const std::string& name, const std::filesystem::path& file) const;
@@ -45,11 +46,15 @@ class MemoryFiles final : public store::jet::FileSystem {
   void restart(unsigned seed);
 
   std::unique_ptr<store::jet::File> open(const std::string& path, Open mode) override;
-  std::int64_t size(const std::string& path) override;
+  std::optional<store::jet::FileStatus> status(const std::string& path) override;
+  std::unique_ptr<store::jet::File> openCompanion(const std::string& path) override;
+  std::unique_ptr<store::jet::File> createCompanion(const std::string& path,
+                                                    const std::string& database) override;
   void remove(const std::string& path) override;
-  void rename(const std::string& from, const std::string& to) override;
+  bool rename(const std::string& from, const std::string& to) override;
   void syncFolder(const std::string& path) override;
-  std::string identity(const std::string& path) override;
+  /// Size in bytes; -1 when there is no such file.
+  std::int64_t size(const std::string& path) const;
 
  private:
   friend class MemoryFile;
@@ -62,10 +67,13 @@ class MemoryFiles final : public store::jet::FileSystem {
     store::Bytes content;
     store::Bytes synced;
     std::vector<Change> unsynced;
+    std::uint64_t number = 0;
+    bool isRemoved = false;
     bool creationSynced = false;
     std::int64_t modified = 0;
   };
 
+  std::shared_ptr<Node> newNode();
   /// Counts a call and makes it fail if it is its turn.
   void count(const std::string& what);
   void checkSpace(std::uint64_t more) const;
@@ -80,6 +88,7 @@ class MemoryFiles final : public store::jet::FileSystem {
   std::size_t powerOffAt_ = SIZE_MAX;
   std::uint64_t space_ = UINT64_MAX;
   std::int64_t clock_ = 0;
+  std::uint64_t lastNumber_ = 0;
 };
 
 }  // namespace orv::test

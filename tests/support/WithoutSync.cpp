@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "store/jet/File.h"
+#include "store/jet/file/File.h"
 
 namespace orv::test {
 namespace {
 
 using store::jet::File;
-using store::jet::FileStamp;
+using store::jet::FileStatus;
 using store::jet::FileSystem;
 using store::jet::LockKind;
 
@@ -17,7 +17,7 @@ class FileWithoutSync final : public File {
  public:
   explicit FileWithoutSync(std::unique_ptr<File> file) : file_(std::move(file)) {}
 
-  std::uint64_t size() override { return file_->size(); }
+  FileStatus status() override { return file_->status(); }
   void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) override {
     file_->read(offset, bytes, length);
   }
@@ -27,10 +27,9 @@ class FileWithoutSync final : public File {
   void truncate(std::uint64_t size) override { file_->truncate(size); }
   void sync() override {}
   bool readOnly() const override { return file_->readOnly(); }
-  FileStamp stamp() override { return file_->stamp(); }
-  FileStamp touch() override { return file_->touch(); }
   bool tryLock(LockKind kind, bool exclusive) override { return file_->tryLock(kind, exclusive); }
   void unlock(LockKind kind) override { file_->unlock(kind); }
+  bool isFree(LockKind kind) override { return file_->isFree(kind); }
   std::string lockHolder(LockKind kind) override { return file_->lockHolder(kind); }
 
  private:
@@ -42,13 +41,22 @@ class FilesWithoutSync final : public FileSystem {
   std::unique_ptr<File> open(const std::string& path, Open mode) override {
     return std::make_unique<FileWithoutSync>(system().open(path, mode));
   }
-  std::int64_t size(const std::string& path) override { return system().size(path); }
+  std::optional<FileStatus> status(const std::string& path) override {
+    return system().status(path);
+  }
+  std::unique_ptr<File> openCompanion(const std::string& path) override {
+    auto file = system().openCompanion(path);
+    return file == nullptr ? nullptr : std::make_unique<FileWithoutSync>(std::move(file));
+  }
+  std::unique_ptr<File> createCompanion(const std::string& path,
+                                        const std::string& database) override {
+    return std::make_unique<FileWithoutSync>(system().createCompanion(path, database));
+  }
   void remove(const std::string& path) override { system().remove(path); }
-  void rename(const std::string& from, const std::string& to) override {
-    system().rename(from, to);
+  bool rename(const std::string& from, const std::string& to) override {
+    return system().rename(from, to);
   }
   void syncFolder(const std::string&) override {}
-  std::string identity(const std::string& path) override { return system().identity(path); }
 };
 
 class WithoutSync final : public testing::Environment {

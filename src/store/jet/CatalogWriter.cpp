@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "store/jet/Clock.h"
+#include "store/jet/file/Clock.h"
 
 namespace orv::store::jet {
 namespace {

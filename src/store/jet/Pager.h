@@ -2,18 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "store/Value.h"
 #include "store/jet/Bytes.h"
-#include "store/jet/File.h"
 #include "store/jet/Format.h"
-#include "store/jet/Journal.h"
+#include "store/jet/PageCache.h"
+#include "store/jet/file/LoggedFile.h"
 
 namespace orv::store::jet {
 
@@ -22,7 +19,7 @@ namespace orv::store::jet {
 class PageRef {
  public:
   PageRef() = default;
-  PageRef(PageNumber number, std::shared_ptr<std::uint8_t[]> bytes, std::size_t size)
+  PageRef(PageNumber number, PageBytes bytes, std::size_t size)
       : number_(number), bytes_(std::move(bytes)), size_(size) {}
 
   PageNumber number() const { return number_; }
@@ -34,24 +31,25 @@ class PageRef {
 
  private:
   PageNumber number_ = 0;
-  std::shared_ptr<std::uint8_t[]> bytes_;
+  PageBytes bytes_;
   std::size_t size_ = 0;
 };
 
 /// Reads and writes the pages of one file. All connections of the process to a file share one
 /// pager. Changes are made within a Transaction and reach the file when it commits, atomically
-/// and durably: the pages' former contents are in a journal beside the file, on the disk, before
-/// the first of them is overwritten.
+/// and durably: the pages' new contents are in a log beside the file, on the disk, before the
+/// first of them is overwritten (see LoggedFile).
 ///
-/// Raises kStoreFailure for failed input or output and for a file locked by another program,
-/// kCorruptFile for a page that the file does not have, kReadOnlyStore for a change where none is
-/// possible, kDatabaseFull for growth past the format's limit. All descriptions name the file.
+/// Raises kStoreFailure for failed input or output, for a file locked by another program and for
+/// one that was deleted or replaced meanwhile, kCorruptFile for a page that the file does not have,
+/// kReadOnlyStore for a change where none is possible, kDatabaseFull for growth past the format's
+/// limit. All descriptions name the file.
 class Pager {
  public:
   /// The pager of the file at `path`, shared with everyone in the process who has it open.
   static std::shared_ptr<Pager> open(const std::string& path);
   /// Writes a new file with this content, whole or not at all; raises kStoreFailure where a file
-  /// stands already.
+  /// stands already, or has come to stand meanwhile.
   static void createFile(const std::string& path, const Bytes& content);
 
   /// A pager over the file content `bytes`, which it changes and which outlives it; errors name
@@ -62,12 +60,14 @@ class Pager {
   Pager(const Pager&) = delete;
   Pager& operator=(const Pager&) = delete;
 
-  const std::string& path() const { return path_; }
+  const std::string& path() const { return file_.path(); }
   const Format& format() const { return *format_; }
   /// 0 Jet 3, 1 Jet 4, 2 and above `.accdb`.
   int engineVersion() const { return engineVersion_; }
-  bool readOnly() const { return file_->readOnly() || !writableFormat(); }
+  bool readOnly() const { return file_.readOnly() || !writableFormat(); }
   PageNumber pageCount() const { return pageCount_; }
+  /// In bytes, which may end with a part of a page.
+  std::uint64_t fileSize() { return file_.size(); }
   /// The header page, its hidden part decoded.
   const Bytes& header() const { return header_; }
 
@@ -89,12 +89,15 @@ class Pager {
   bool inTransaction() const { return transactionDepth_ > 0; }
   /// Whether a lock is held, so that no other process changes the file.
   bool isLocked() const { return readers_ > 0; }
+  /// For long reading, within a lock and outside transactions: lets a writer who waits have the
+  /// file for a while. False when he, or anybody, has changed it: what was read is void then.
+  bool letWritersIn();
 
   /// While one lives, no other process changes the file. Taking the first one looks whether
   /// another program has changed the file, and forgets cached pages if so.
   class ReadLock {
    public:
-    explicit ReadLock(Pager& pager) : pager_(pager), scope_(pager.path_) { pager_.acquireRead(); }
+    explicit ReadLock(Pager& pager) : pager_(pager), scope_(pager.path()) { pager_.acquireRead(); }
     ~ReadLock() { pager_.releaseRead(); }
     ReadLock(const ReadLock&) = delete;
     ReadLock& operator=(const ReadLock&) = delete;
@@ -119,21 +122,17 @@ class Pager {
 
  private:
   friend class Transaction;
-  using PageBytes = std::shared_ptr<std::uint8_t[]>;
-  struct Frame {
+  struct DirtyPage {
     PageBytes bytes;
-    std::list<PageNumber>::iterator age;
+    PageBytes before;  ///< as the file has it; null for a page that is new
   };
 
   Pager(std::unique_ptr<File> file, std::string path);
-  /// Undoes what a crash left, and keeps a journal from now on.
-  void useJournal();
 
   void acquireRead();
   void releaseRead();
   void acquireWrite();
   void releaseWrite();
-  void lockOrExplain(LockKind kind, bool exclusive);
   void begin();
   void commit();
   void rollback();
@@ -141,35 +140,28 @@ class Pager {
   bool writableFormat() const { return format_->writable && engineVersion_ <= 1; }
   void readHeader();
   void countPages();
-  void recoverFromJournal();
-  void noticeForeignChange();
   void forgetPages();
   PageBytes load(PageNumber page);
+  PageBytes copyOf(const PageBytes& bytes) const;
+  /// The page as the file has it: the same bytes, or an encoded copy.
+  PageBytes encoded(PageNumber page, const PageBytes& bytes) const;
   void encode(PageNumber page, std::uint8_t* bytes) const;
-  void remember(PageNumber page, PageBytes bytes);
   void writeDirtyPages();
-  /// Undoes a commit that failed, of which these pages were `overwritten`.
-  void undoCommit(const std::vector<Journal::Record>& overwritten);
 
-  std::string path_;
-  std::unique_ptr<File> file_;
+  LoggedFile file_;
   const Format* format_ = nullptr;
   int engineVersion_ = 0;
   std::uint32_t encodingKey_ = 0;  ///< 0: pages are not encoded
   Bytes header_;
-  std::optional<Journal> journal_;  ///< none for content in memory
   PageNumber pageCount_ = 0;
   std::uint64_t version_ = 1;
   std::uint64_t epoch_ = 1;
-  FileStamp stamp_;
 
-  std::unordered_map<PageNumber, Frame> cache_;
-  std::list<PageNumber> ages_;  ///< of cached pages, least recently used first
-  std::unordered_map<PageNumber, PageBytes> dirty_;
+  PageCache cache_;
+  std::unordered_map<PageNumber, DirtyPage> dirty_;
   PageNumber committedPageCount_ = 0;
   int transactionDepth_ = 0;
-  bool doomed_ = false;     ///< an inner transaction was undone: the outer one cannot commit
-  bool undoIsDue_ = false;  ///< a commit failed, and so did undoing it: a journal is left
+  bool doomed_ = false;  ///< an inner transaction was undone: the outer one cannot commit
   int readers_ = 0;
   int writers_ = 0;
 };

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "errors/Error.h"
-#include "store/jet/Clock.h"
+#include "store/jet/file/Clock.h"
 #include "store/sql/Text.h"
 
 namespace orv::store::sql {

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "store/jet/File.h"
 #include "store/jet/check/CatalogCheck.h"
 
 namespace orv::store::jet {
@@ -23,9 +22,9 @@ CheckReport FileCheck::run() {
 }
 
 void FileCheck::checkHeader(CheckContext& context) const {
-  const Pager& pager = context.pager;
+  Pager& pager = context.pager;
   const Format& format = pager.format();
-  const auto size = static_cast<std::uint64_t>(FileSystem::current().size(pager.path()));
+  const std::uint64_t size = pager.fileSize();
   if (size % format.pageSize != 0) {
     context.log.fault({}, Harm::header,
                       fmt::format("its size of {} bytes is not a whole number of pages: it is cut "

@@ -1,4 +1,4 @@
-#include "store/jet/Clock.h"
+#include "store/jet/file/Clock.h"
 
 #include <ctime>
 

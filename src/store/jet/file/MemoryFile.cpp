@@ -1,4 +1,4 @@
-#include "store/jet/MemoryFile.h"
+#include "store/jet/file/MemoryFile.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "store/Value.h"
-#include "store/jet/File.h"
+#include "store/jet/file/File.h"
 
 namespace orv::store::jet {
 
@@ -12,16 +12,15 @@ class MemoryFile : public File {
  public:
   explicit MemoryFile(Bytes& bytes) : bytes_(bytes) {}
 
-  std::uint64_t size() override { return bytes_.size(); }
+  FileStatus status() override { return {.links = 1, .size = bytes_.size()}; }
   void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) override;
   void write(std::uint64_t offset, const std::uint8_t* bytes, std::size_t length) override;
   void truncate(std::uint64_t size) override { bytes_.resize(size); }
   void sync() override {}
   bool readOnly() const override { return false; }
-  FileStamp stamp() override { return {}; }
-  FileStamp touch() override { return {}; }
   bool tryLock(LockKind, bool) override { return true; }
   void unlock(LockKind) override {}
+  bool isFree(LockKind) override { return true; }
   std::string lockHolder(LockKind) override { return {}; }
 
  private:

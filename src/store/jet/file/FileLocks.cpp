@@ -1,0 +1,88 @@
+#include "store/jet/file/FileLocks.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr auto kPatience = std::chrono::seconds(3);
+// Between two tries; a writer leaves the lock free for short moments only.
+constexpr auto kLongestPause = std::chrono::milliseconds(4);
+
+}  // namespace
+
+void FileLocks::wait(LockKind kind, bool exclusive) {
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  auto pause = std::chrono::microseconds(50);
+  while (!file_.tryLock(kind, exclusive)) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      throw Error(kStoreFailure, "'" + path_ + "' is in use by " + file_.lockHolder(kind) +
+                                     ". Wait until it has finished or close the file there, then "
+                                     "try again.");
+    }
+    std::this_thread::sleep_for(pause);
+    pause = std::min<std::chrono::microseconds>(pause * 2, kLongestPause);
+  }
+}
+
+void FileLocks::enterShared() {
+  wait(LockKind::queue, false);
+  try {
+    wait(LockKind::readers, false);
+  } catch (const Error&) {
+    file_.unlock(LockKind::queue);
+    throw;
+  }
+  file_.unlock(LockKind::queue);
+}
+
+void FileLocks::enterExclusive() {
+  wait(LockKind::queue, true);
+  try {
+    wait(LockKind::readers, true);
+  } catch (const Error&) {
+    file_.unlock(LockKind::queue);
+    throw;
+  }
+}
+
+void FileLocks::leaveExclusive() {
+  file_.tryLock(LockKind::readers, false);
+  file_.unlock(LockKind::queue);
+}
+
+void FileLocks::enterWriter() {
+  wait(LockKind::turn, true);
+  try {
+    wait(LockKind::writer, true);
+  } catch (const Error&) {
+    file_.unlock(LockKind::turn);
+    throw;
+  }
+  file_.unlock(LockKind::turn);
+}
+
+bool FileLocks::enterAlone() {
+  // Who opens a file for reading only cannot lock it for himself.
+  if (file_.readOnly() ? file_.isFree(LockKind::presence)
+                       : file_.tryLock(LockKind::presence, true)) {
+    return true;
+  }
+  joinOthers();
+  return false;
+}
+
+void FileLocks::joinOthers() {
+  wait(LockKind::presence, false);
+}
+
+bool FileLocks::isLast() {
+  return !file_.readOnly() && file_.tryLock(LockKind::presence, true);
+}
+
+}  // namespace orv::store::jet
