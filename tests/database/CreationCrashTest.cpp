@@ -76,8 +76,8 @@ TEST_F(CreationCrash, EveryFailureLeavesNothingBehind) {
   EXPECT_LT(files_.size(kFile), 0);
 }
 
-/// A journal that a crash left beside a database that has been removed since is not of the new one.
-TEST_F(CreationCrash, AnOldJournalIsNotPlayedBackIntoANewDatabase) {
+/// A log that a crash left beside a database that has been removed since is not of the new one.
+TEST_F(CreationCrash, AnOldLogIsNotAppliedToANewDatabase) {
   ASSERT_TRUE(make());
   files_.copy(kFile, "old.mdb");
   {
@@ -86,7 +86,7 @@ TEST_F(CreationCrash, AnOldJournalIsNotPlayedBackIntoANewDatabase) {
     EXPECT_THROW(old->createTable({.name = "more", .columns = {{.name = "a"}}}), Error);
   }
   files_.restart(1);
-  ASSERT_GT(files_.size("old.mdb-journal"), 0);
+  ASSERT_GT(files_.size("old.mdb-log"), 0);
   files_.remove("old.mdb");
   const auto connection = store::Connection::create("old.mdb");
   EXPECT_TRUE(connection->tableNames().empty());

@@ -130,6 +130,29 @@ TEST_P(Crash, LossOfPowerAtEveryCallLosesNoCommit) {
   RecordProperty("calls", static_cast<int>(calls_));
 }
 
+/// Whoever opens the file after a loss of power loses the power too, at any call of recovery.
+TEST_P(Crash, LossOfPowerDuringRecoveryLosesNoCommit) {
+  const std::size_t step = isLongRun() ? 1 : calls_ / 8 + 1;
+  for (std::size_t call = 1; call < calls_ && !HasFailure(); call += step) {
+    bool recovered = false;
+    for (std::size_t second = 0; !recovered; ++second) {
+      startAnew();
+      files_.losePowerAt(call);
+      const std::size_t returned = run();
+      files_.restart(static_cast<unsigned>(call));
+      files_.losePowerAt(second);
+      try {
+        Database::open(kFile, "");
+        recovered = true;
+      } catch (const Error&) {
+      }
+      files_.restart(static_cast<unsigned>(second));
+      expectWholeState(returned, "power lost at call " + std::to_string(call) +
+                                     " and at call " + std::to_string(second) + " of recovery");
+    }
+  }
+}
+
 /// Of calls that fail for a while some may be those that undo.
 TEST_P(Crash, FailureOfAnyCallsIsUndoneAndTheNextTrySucceeds) {
   for (std::size_t call = 0; call < calls_; call += step_) {

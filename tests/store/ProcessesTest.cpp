@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <random>
@@ -295,6 +296,77 @@ TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
   }
   other.kill();
   table->insert(std::vector<Value>{1, 1, 1, ""});
+}
+
+/// A file system may have times of whole seconds, or a program may set them back.
+TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
+  Process other([&](const Process::Tell& tell) {
+    Ledger ledger(path_);
+    tell(0);
+    std::this_thread::sleep_for(50ms);  // until the first process has read
+    const auto time = std::filesystem::last_write_time(path_);
+    ledger.commit(2, 3);
+    std::filesystem::last_write_time(path_, time);
+    tell(1);
+    std::this_thread::sleep_for(60s);  // without closing the file, which would change it again
+  });
+  ASSERT_EQ(other.hear(), 0);
+  Ledger ledger(path_);
+  EXPECT_TRUE(ledger.batchesOf(2).empty());
+  ASSERT_EQ(other.hear(), 1);
+  EXPECT_EQ(ledger.batchesOf(2), std::set<int>{3});
+}
+
+TEST_F(Processes, ReadersInALoopDoNotKeepAWriterOut) {
+  const auto read = [&](const Process::Tell& tell) {
+    const auto database = Database::open(path_, "");
+    tell(0);
+    for (;;) {
+      Pager::ReadLock lock(database->pager());
+      std::this_thread::sleep_for(1ms);
+    }
+  };
+  Process one(read);
+  Process two(read);
+  Process three(read);
+  for (Process* reader : {&one, &two, &three}) {
+    ASSERT_TRUE(reader->hear().has_value());
+  }
+  Ledger ledger(path_);
+  for (int batch = 0; batch < 20; ++batch) {
+    EXPECT_NO_THROW(ledger.commit(1, batch));
+  }
+  EXPECT_EQ(ledger.batchesOf(1), windowUpTo(19));
+}
+
+TEST_F(Processes, ACheckLetsAWriterInAndTellsWhatIsThereThen) {
+  {
+    Ledger ledger(path_);
+    for (int batch = 84; batch < 90; ++batch) {
+      ledger.commit(1, batch);
+    }
+  }
+  Process other([&](const Process::Tell& tell) {
+    Ledger ledger(path_);
+    tell(0);
+    ledger.commit(2, 12);
+    tell(1);
+    std::this_thread::sleep_for(60s);
+  });
+  ASSERT_EQ(other.hear(), 0);
+  int beginnings = 0;
+  std::size_t last = SIZE_MAX;
+  const CheckReport report = checkFile(path_, "", [&](std::size_t pages, std::size_t) {
+    beginnings += pages < last ? 1 : 0;
+    last = pages;
+    if (beginnings == 1) {
+      std::this_thread::sleep_for(100ms);  // the writer comes to wait meanwhile
+    }
+  });
+  EXPECT_EQ(other.hear(), 1);
+  EXPECT_TRUE(report.sound());
+  EXPECT_EQ(Ledger(path_).batchesOf(2), std::set<int>{12});
+  RecordProperty("beginnings", beginnings);
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ void Pager::createFile(const std::string& path, const Bytes& content) {
     refuseToReplace(path);
   }
   // It is written under another name, so that nobody ever finds a part of it under its own.
-  const std::string written = nameWhileMade(path);
+  std::string written = nameWhileMade(path);
   auto file = fileSystem.open(written, FileSystem::Open::newOnly);
   try {
     file->write(0, content.data(), content.size());
@@ -77,6 +77,7 @@ void Pager::createFile(const std::string& path, const Bytes& content) {
     if (!fileSystem.rename(written, path)) {
       refuseToReplace(path);
     }
+    written = path;
     fileSystem.syncFolder(path);
   } catch (const Error&) {
     try {

@@ -2,17 +2,48 @@
 
 #include <fmt/format.h>
 
+#include "errors/Error.h"
+#include "store/StoreError.h"
 #include "store/jet/check/CatalogCheck.h"
 
 namespace orv::store::jet {
+namespace {
+
+/// A check reads a file as it is at one moment. A writer need not wait for its end all the same:
+/// he is let in, and the check begins anew, so often.
+constexpr int kAttempts = 5;
+struct ChangedMeanwhile {};
+
+}  // namespace
 
 FileCheck::FileCheck(const std::string& path, const std::string& password,
                      const CheckProgress& progress)
     : database_(Database::open(path, password)), progress_(progress) {}
 
 CheckReport FileCheck::run() {
-  const Pager::ReadLock lock(database_->pager());
-  CheckContext context(database_->pager(), progress_);
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    try {
+      return runOnce();
+    } catch (const ChangedMeanwhile&) {
+    }
+  }
+  throw Error(kStoreFailure, "'" + database_->pager().path() +
+                                 "' was changed each time while it was being checked. Check it "
+                                 "when no program changes it.");
+}
+
+CheckReport FileCheck::runOnce() {
+  Pager& pager = database_->pager();
+  const Pager::ReadLock lock(pager);
+  const CheckProgress progress = [&](std::size_t done, std::size_t pages) {
+    if (!pager.letWritersIn()) {
+      throw ChangedMeanwhile();
+    }
+    if (progress_) {
+      progress_(done, pages);
+    }
+  };
+  CheckContext context(pager, progress);
   checkHeader(context);
   CatalogCheck catalog(context);
   catalog.run();

@@ -19,6 +19,7 @@ class FileCheck {
   CheckReport run();
 
  private:
+  CheckReport runOnce();
   void checkHeader(CheckContext& context) const;
 
   std::shared_ptr<Database> database_;

@@ -10,14 +10,19 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(3);
+/// A writer may think for long, and who waits should be told; readers have soon finished.
+std::chrono::seconds patienceFor(LockKind kind) {
+  const bool isReading = kind == LockKind::readers || kind == LockKind::queue;
+  return std::chrono::seconds(isReading ? 30 : 3);
+}
+
 // Between two tries; a writer leaves the lock free for short moments only.
 constexpr auto kLongestPause = std::chrono::milliseconds(4);
 
 }  // namespace
 
 void FileLocks::wait(LockKind kind, bool exclusive) {
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  const auto deadline = std::chrono::steady_clock::now() + patienceFor(kind);
   auto pause = std::chrono::microseconds(50);
   while (!file_.tryLock(kind, exclusive)) {
     if (std::chrono::steady_clock::now() > deadline) {

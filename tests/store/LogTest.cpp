@@ -1,0 +1,275 @@
+// The log beside a database: what it is applied to, and what it is not.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/CrashScenario.h"
+#include "store/StoreError.h"
+#include "store/jet/Creation.h"
+#include "support/MemoryFiles.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::store::jet {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+constexpr const char* kFile = "orvdata.mdb";
+constexpr const char* kLog = "orvdata.mdb-log";
+
+/// The description of the error that `work` raises; empty when it raises none.
+template <class Work>
+std::string refusalOf(const Work& work) {
+  try {
+    work();
+  } catch (const Error& error) {
+    return error.description();
+  }
+  return {};
+}
+
+/// A database in memory whose last commit a loss of power has cut short.
+class CutShort : public testing::Test {
+ protected:
+  void SetUp() override {
+    scenario_.prepare(kFile);
+    files_.copy(kFile, "backup.mdb");  // of yesterday
+    states_.push_back(test::describe(*Database::open(kFile, "")));
+    scenario_.commits[0](*Database::open(kFile, ""));
+    const auto database = Database::open(kFile, "");
+    scenario_.commits[1](*database);
+    states_.push_back(test::describe(*database));
+    // The record is in the log; the pages are not all in the database.
+    files_.losePowerAt(5);
+    EXPECT_NE(refusalOf([&] { scenario_.commits[2](*database); }), "");
+    files_.restart(3);
+    files_.copy(kFile, "cut.mdb");
+    files_.copy(kLog, "cut.log");
+  }
+
+  void restore(const std::string& database) {
+    files_.copy(database, kFile);
+    files_.copy("cut.log", kLog);
+  }
+  Bytes contentOf(const std::string& name) {
+    Bytes bytes(static_cast<std::size_t>(files_.size(name)));
+    files_.open(name, FileSystem::Open::existing)->read(0, bytes.data(), bytes.size());
+    return bytes;
+  }
+
+  test::MemoryFiles files_;
+  test::CrashScenario scenario_ = test::changesOfRows();
+  std::vector<std::string> states_;
+};
+
+TEST_F(CutShort, TheCommitIsCompletedByWhoeverOpensTheFile) {
+  const auto database = Database::open(kFile, "");
+  EXPECT_EQ(states_.end(), std::find(states_.begin(), states_.end(), test::describe(*database)));
+  EXPECT_NE(contentOf(kFile), contentOf("cut.mdb"));
+  EXPECT_TRUE(checkFile(kFile, "").sound());
+}
+
+TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
+  restore("backup.mdb");
+  const std::string refusal = refusalOf([] { Database::open(kFile, ""); });
+  EXPECT_THAT(refusal, HasSubstr("'orvdata.mdb'"));
+  EXPECT_THAT(refusal, HasSubstr("orvdata.mdb-log-1"));
+  EXPECT_EQ(contentOf(kFile), contentOf("backup.mdb"));
+  EXPECT_EQ(contentOf("orvdata.mdb-log-1"), contentOf("cut.log"));
+  EXPECT_EQ(test::describe(*Database::open(kFile, "")), states_[0]);
+}
+
+TEST_F(CutShort, ALogThatSomebodyMadeOrDamagedGivesWholeCommitsOrNothing) {
+  std::mt19937 random(5);
+  const Bytes log = contentOf("cut.log");
+  std::string complete;
+  { complete = test::describe(*Database::open(kFile, "")); }
+  for (int round = 0; round < 150 && !HasFailure(); ++round) {
+    restore("cut.mdb");
+    Bytes forged = log;
+    // Most of what there is to be believed stands in the first pieces and in heads of records.
+    const std::size_t reach = round % 3 == 0 ? forged.size() : 1200;
+    for (int i = 1 + round % 4; i > 0; --i) {
+      forged[random() % reach] = static_cast<std::uint8_t>(round % 5 == 0 ? 0xff : random());
+    }
+    files_.open(kLog, FileSystem::Open::existing)->write(0, forged.data(), forged.size());
+    const Bytes before = contentOf(kFile);
+    const std::string refusal = refusalOf([] { Database::open(kFile, ""); });
+    if (refusal.empty() && contentOf(kFile) != before) {
+      // A damaged record is a torn one: the commits before it are completed.
+      const std::string found = test::describe(*Database::open(kFile, ""));
+      EXPECT_TRUE(found == complete || found == states_[1]) << "round " << round;
+    } else {
+      EXPECT_EQ(contentOf(kFile), before) << "round " << round;
+    }
+    files_.remove(kLog);
+    files_.remove(std::string(kLog) + "-1");
+  }
+}
+
+/// On the real disk.
+class LogBeside : public testing::Test {
+ protected:
+  LogBeside() { make(path_); }
+
+  static void make(const std::string& path) {
+    createTable(*createDatabase(path),
+                {.name = "Pane",
+                 .columns = {{"id", ColumnType::longInteger}, {"name", ColumnType::text, 50}}});
+  }
+  static void insert(Database& database, int id) {
+    database.table("Pane")->insert(std::vector<Value>{id, "pane"});
+  }
+  static std::uint32_t rowsOf(const std::string& path) {
+    return Database::open(path, "")->table("Pane")->rowCount();
+  }
+  std::string contentOf(const std::string& path) const {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  test::TemporaryFolder folder_;
+  std::string path_ = folder_ / "panes.mdb";
+  std::string log_ = path_ + "-log";
+};
+
+TEST_F(LogBeside, IsMadeLikeTheDatabaseAndRemovedByTheLastWhoClosesIt) {
+  ASSERT_EQ(::chmod(path_.c_str(), 0664), 0);
+  {
+    const auto database = Database::open(path_, "");
+    EXPECT_FALSE(fs::exists(log_)) << "reading needs no log";
+    insert(*database, 1);
+    struct stat made {};
+    ASSERT_EQ(::stat(log_.c_str(), &made), 0);
+    EXPECT_EQ(made.st_mode & 0777, 0664U);
+  }
+  EXPECT_FALSE(fs::exists(log_));
+  EXPECT_EQ(rowsOf(path_), 1U);
+}
+
+TEST_F(LogBeside, WhatIsNoLogOfOursIsRefusedAndLeftAsItIs) {
+  const std::string victim = folder_ / "letter.txt";
+  std::ofstream(victim) << "dear colleague";
+  const auto refuses = [&](const std::string& what) {
+    EXPECT_THAT(refusalOf([&] { insert(*Database::open(path_, ""), 1); }), HasSubstr(what));
+    EXPECT_EQ(contentOf(victim), "dear colleague");
+    fs::remove_all(log_);
+  };
+  fs::create_symlink(victim, log_);
+  refuses("a symbolic link");
+  fs::create_hard_link(victim, log_);
+  refuses("hard link");
+  fs::create_directory(log_);
+  refuses("a folder");
+  fs::copy_file(victim, log_);
+  EXPECT_THAT(refusalOf([&] { Database::open(path_, ""); }), HasSubstr(log_ + "-1"));
+  EXPECT_EQ(contentOf(log_ + "-1"), "dear colleague");
+  insert(*Database::open(path_, ""), 1);
+  EXPECT_EQ(rowsOf(path_), 1U);
+}
+
+TEST_F(LogBeside, ADatabaseWithTwoNamesIsReadAndNotWritten) {
+  fs::create_hard_link(path_, folder_ / "other.mdb");
+  const std::string before = contentOf(path_);
+  EXPECT_EQ(rowsOf(folder_ / "other.mdb"), 0U);
+  EXPECT_THAT(refusalOf([&] { insert(*Database::open(path_, ""), 1); }), HasSubstr("2 names"));
+  EXPECT_EQ(contentOf(path_), before);
+  fs::remove(folder_ / "other.mdb");
+  insert(*Database::open(path_, ""), 1);
+  EXPECT_EQ(rowsOf(path_), 1U);
+}
+
+TEST_F(LogBeside, ThroughASymbolicLinkStandsBesideTheRealFile) {
+  fs::create_directory(folder_ / "elsewhere");
+  const std::string link = folder_ / "elsewhere/link.mdb";
+  fs::create_symlink(path_, link);
+  const auto database = Database::open(link, "");
+  insert(*database, 1);
+  EXPECT_TRUE(fs::exists(log_));
+  EXPECT_FALSE(fs::exists(link + "-log"));
+}
+
+TEST_F(LogBeside, AFileThatIsDeletedOrReplacedIsNoticedAtTheNextStep) {
+  const std::string other = folder_ / "other.mdb";
+  make(other);
+  insert(*Database::open(other, ""), 7);
+  const std::string content = contentOf(other);
+  {
+    const auto database = Database::open(path_, "");
+    insert(*database, 1);
+    fs::rename(other, path_);
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_THAT(refusalOf([&] { insert(*database, 2); }), HasSubstr("replaced"));
+      EXPECT_THAT(refusalOf([&] { database->table("Pane")->rowCount(); }), HasSubstr("replaced"));
+    }
+    fs::remove(path_);
+    EXPECT_THAT(refusalOf([&] { insert(*database, 2); }), HasSubstr("deleted"));
+    std::ofstream(path_, std::ios::binary) << content;
+    EXPECT_THAT(refusalOf([&] { Database::open(path_, ""); }), HasSubstr(log_ + "-1"));
+    insert(*Database::open(path_, ""), 3);
+  }
+  EXPECT_EQ(rowsOf(path_), 2U);
+  EXPECT_FALSE(fs::exists(log_));
+}
+
+/// Another program that knows no locks changes a page, and leaves the file's time as it was.
+TEST_F(LogBeside, APageThatAnotherProgramChangedUnseenIsNotWrittenOver) {
+  const auto database = Database::open(path_, "");
+  insert(*database, 1);
+  const auto table = database->table("Pane");
+  Transaction transaction(database->pager());
+  table->insert(std::vector<Value>{2, "pane"});
+  const fs::file_time_type time = fs::last_write_time(path_);
+  std::string content = contentOf(path_);
+  {
+    std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
+    for (std::size_t page = 0; page < content.size(); page += 4096) {
+      file.seekp(static_cast<std::streamoff>(page + 4000));
+      file.put(static_cast<char>(content[page + 4000] ^ 0x20));
+    }
+  }
+  fs::last_write_time(path_, time);
+  content = contentOf(path_);
+  EXPECT_THAT(refusalOf([&] { transaction.commit(); }), HasSubstr("another program"));
+  EXPECT_EQ(contentOf(path_), content);
+}
+
+TEST_F(LogBeside, ANewDatabaseNeverReplacesAFileNorTakesAnOldLog) {
+  const std::string fresh = folder_ / "fresh.mdb";
+  std::ofstream(fresh + "-log") << "of a database that was here";
+  EXPECT_NE(refusalOf([&] { createDatabase(path_); }), "");
+  make(fresh);
+  EXPECT_EQ(rowsOf(fresh), 0U);
+  EXPECT_EQ(contentOf(fresh + "-log-1"), "of a database that was here");
+  std::size_t files = 0;
+  for (const auto& entry : fs::directory_iterator(folder_.path())) {
+    files += entry.path().string().find("-new") == std::string::npos ? 1 : 100;
+  }
+  EXPECT_EQ(files, 3U);
+}
+
+/// Many commits: the log begins anew, again and again, and does not grow without end.
+TEST_F(LogBeside, StaysShort) {
+  const auto database = Database::open(path_, "");
+  std::uintmax_t longest = 0;
+  for (int id = 0; id < 1500; ++id) {
+    insert(*database, id);
+    longest = std::max(longest, fs::file_size(log_));
+  }
+  EXPECT_GT(longest, 1U << 20);
+  EXPECT_LT(longest, 12U << 20);
+  EXPECT_TRUE(checkFile(path_, "").sound());
+}
+
+}  // namespace
+}  // namespace orv::store::jet
