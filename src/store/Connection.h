@@ -29,7 +29,7 @@ class Connection {
  public:
   /// Opens the database that an OLE DB connection string names by "Data Source=" and
   /// "Jet OLEDB:Database Password=" (other clauses are passed over; a ";" always ends a clause).
-  /// A journal left by a crash is rolled back first.
+  /// Commits that a crash has cut short are completed first.
   /// Raises kStoreFailure (missing, locked or unreadable file; no database), kNotAuthenticated
   /// (wrong or missing password), kCorruptFile.
   static std::shared_ptr<Connection> open(std::string_view connectionString);

@@ -1,10 +1,8 @@
 // The log beside a database: what it is applied to, and what it is not.
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -92,8 +90,7 @@ TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
 TEST_F(CutShort, ALogThatSomebodyMadeOrDamagedGivesWholeCommitsOrNothing) {
   std::mt19937 random(5);
   const Bytes log = contentOf("cut.log");
-  std::string complete;
-  { complete = test::describe(*Database::open(kFile, "")); }
+  const std::string complete = test::describe(*Database::open(kFile, ""));
   for (int round = 0; round < 150 && !HasFailure(); ++round) {
     restore("cut.mdb");
     Bytes forged = log;

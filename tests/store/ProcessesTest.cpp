@@ -300,10 +300,13 @@ TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
 
 /// A file system may have times of whole seconds, or a program may set them back.
 TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
+  const std::string firstHasRead = folder_ / "read";
   Process other([&](const Process::Tell& tell) {
     Ledger ledger(path_);
     tell(0);
-    std::this_thread::sleep_for(50ms);  // until the first process has read
+    while (!std::filesystem::exists(firstHasRead)) {
+      std::this_thread::sleep_for(1ms);
+    }
     const auto time = std::filesystem::last_write_time(path_);
     ledger.commit(2, 3);
     std::filesystem::last_write_time(path_, time);
@@ -313,6 +316,7 @@ TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
   ASSERT_EQ(other.hear(), 0);
   Ledger ledger(path_);
   EXPECT_TRUE(ledger.batchesOf(2).empty());
+  std::filesystem::create_directory(firstHasRead);
   ASSERT_EQ(other.hear(), 1);
   EXPECT_EQ(ledger.batchesOf(2), std::set<int>{3});
 }

@@ -52,7 +52,7 @@ struct QueryPart {
 /// The catalogue of one file, shared by all connections of the process to it.
 class Database {
  public:
-  /// Opens `path`, rolling back what a crash left, and checks the password.
+  /// Opens `path`, completing commits that a crash has cut short, and checks the password.
   /// Raises kStoreFailure, kCorruptFile, kNotAuthenticated.
   static std::shared_ptr<Database> open(const std::string& path, const std::string& password);
   /// The database in `content`, which is changed in memory only and outlives it.

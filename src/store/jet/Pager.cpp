@@ -17,7 +17,6 @@ namespace orv::store::jet {
 namespace {
 
 constexpr std::size_t kCacheBytes = std::size_t{64} << 20;
-constexpr std::size_t kSmallestPage = 2048;
 constexpr std::size_t kLargestPage = 4096;
 
 using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
@@ -71,7 +70,7 @@ void Pager::createFile(const std::string& path, const Bytes& content) {
   try {
     file->write(0, content.data(), content.size());
     file->sync();
-    if (Log former(path, kSmallestPage); former.look() != Log::Found::absent) {
+    if (Log former(path, kLargestPage); former.look() != Log::Found::absent) {
       former.setAside();  // It is of a database that was here before.
     }
     if (!fileSystem.rename(written, path)) {

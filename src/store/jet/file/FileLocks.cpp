@@ -35,25 +35,23 @@ void FileLocks::wait(LockKind kind, bool exclusive) {
   }
 }
 
-void FileLocks::enterShared() {
-  wait(LockKind::queue, false);
+void FileLocks::waitInLine(LockKind line, LockKind kind, bool exclusive) {
+  wait(line, exclusive);
   try {
-    wait(LockKind::readers, false);
+    wait(kind, exclusive);
   } catch (const Error&) {
-    file_.unlock(LockKind::queue);
+    file_.unlock(line);
     throw;
   }
+}
+
+void FileLocks::enterShared() {
+  waitInLine(LockKind::queue, LockKind::readers, false);
   file_.unlock(LockKind::queue);
 }
 
 void FileLocks::enterExclusive() {
-  wait(LockKind::queue, true);
-  try {
-    wait(LockKind::readers, true);
-  } catch (const Error&) {
-    file_.unlock(LockKind::queue);
-    throw;
-  }
+  waitInLine(LockKind::queue, LockKind::readers, true);
 }
 
 void FileLocks::leaveExclusive() {
@@ -62,13 +60,7 @@ void FileLocks::leaveExclusive() {
 }
 
 void FileLocks::enterWriter() {
-  wait(LockKind::turn, true);
-  try {
-    wait(LockKind::writer, true);
-  } catch (const Error&) {
-    file_.unlock(LockKind::turn);
-    throw;
-  }
+  waitInLine(LockKind::turn, LockKind::writer, true);
   file_.unlock(LockKind::turn);
 }
 

@@ -45,6 +45,8 @@ class FileLocks {
 
  private:
   void wait(LockKind kind, bool exclusive);
+  /// Waits for a lock while holding the one of those who wait for it.
+  void waitInLine(LockKind line, LockKind kind, bool exclusive);
 
   File& file_;
   const std::string& path_;

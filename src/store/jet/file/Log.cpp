@@ -19,15 +19,18 @@ std::uint64_t randomNumber() {
 Log::Log(const std::string& databasePath, std::size_t pageSize)
     : path_(databasePath + "-log"), databasePath_(databasePath), pageSize_(pageSize) {}
 
-/// Opens the file if there is one. One that is open may have been removed, by the last who had
-/// the database open before or by somebody at the keyboard.
+/// Opens the file if there is one, and takes its size. One that is open may have been removed, by
+/// the last who had the database open before or by somebody at the keyboard.
 bool Log::isOpen() {
-  if (file_ != nullptr && file_->status().links == 0) {
-    file_.reset();
+  if (file_ != nullptr) {
+    const FileStatus status = file_->status();
+    size_ = status.size;
+    if (status.links > 0) {
+      return true;
+    }
   }
-  if (file_ == nullptr) {
-    file_ = FileSystem::current().openCompanion(path_);
-  }
+  file_ = FileSystem::current().openCompanion(path_);
+  size_ = file_ != nullptr ? file_->size() : 0;
   return file_ != nullptr;
 }
 
@@ -38,7 +41,6 @@ Log::Found Log::look() {
     return Found::absent;
   }
   std::array<std::uint8_t, kLogRecords> bytes{};
-  size_ = file_->size();
   file_->read(0, bytes.data(), std::min<std::uint64_t>(size_, bytes.size()));
   const auto header = LogHeader::decode(bytes);
   if (!header) {
