@@ -1,5 +1,6 @@
 // Removal of panes, shadings and frames.
 #include "database/ORV_DatabaseInterface.h"
+#include "database/RecordCommit.h"
 #include "database/Recordsets.h"
 #include "errors/Error.h"
 
@@ -33,11 +34,13 @@ void deleteRowsOfPane(store::Connection& dc, const std::string& table, std::int3
 }  // namespace
 
 void ORV_DatabaseInterface::DeleteGlazing(std::int32_t PaneID, store::Connection& dc) const {
-  auto pane = findRecord(dc, "Pane", "PaneID", PaneID);
-  deleteRowsOfPane(dc, "Pane_integrated_data", PaneID);
-  deleteRowsOfPane(dc, "Pane_spectral_data", PaneID);
-  pane->deleteRow();
-  pane->close();
+  commitRecord(dc, [&] {
+    auto pane = findRecord(dc, "Pane", "PaneID", PaneID);
+    deleteRowsOfPane(dc, "Pane_integrated_data", PaneID);
+    deleteRowsOfPane(dc, "Pane_spectral_data", PaneID);
+    pane->deleteRow();
+    pane->close();
+  });
 }
 
 void ORV_DatabaseInterface::DeleteShading(std::int32_t Shading_id, store::Connection& dc) const {

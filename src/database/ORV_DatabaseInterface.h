@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "database/PaneQuestions.h"
+#include "errors/Error.h"
 #include "model/FrameDataClass.h"
 #include "model/GlazingData.h"
 #include "model/ShadingDataClass.h"
@@ -20,9 +22,10 @@ namespace orv::database {
 ///
 /// The program has one object of this class. It keeps no connection: each operation gets one,
 /// opens its own record sets on it and closes them before it returns. Nothing is cached between
-/// calls, and there are no transactions: what an operation committed before it failed stays, save
-/// where it says otherwise. A name goes into statements and criteria as it stands, so that one with
-/// an apostrophe fails with the store's error. Errors of the store pass through unchanged.
+/// calls. All that an operation writes is one commit: a crash, a full disk, a failure of the file
+/// leave nothing of it, while an error of the record leaves what was written before it, save where
+/// an operation says otherwise. A name goes into statements and criteria as it stands, so that one
+/// with an apostrophe fails with the store's error. Errors of the store pass through unchanged.
 class ORV_DatabaseInterface {
  public:
   using ConnectionPtr = std::shared_ptr<store::Connection>;
@@ -112,7 +115,14 @@ class ORV_DatabaseInterface {
 
  private:
   void insertPaneRow(GlazingData& data, store::Connection& dc) const;
-  void validateSpectra(GlazingData& data);
+  PanePtr findPane(const GlazingData& data, store::Connection& dc) const;
+
+  /// What is to become of a pane's spectrum.
+  struct SpectrumVerdict {
+    std::optional<Error> refusal = {};
+    bool dropsSubstrate = false;
+  };
+  SpectrumVerdict judgeSpectra(const GlazingData& data, store::Connection& dc);
   bool mayDropSubstrate(const GlazingData& data, const std::string& reason);
 
   PaneQuestions& questions_;

@@ -5,6 +5,7 @@
 #include "database/ORV_DatabaseInterface.h"
 #include "database/PaneDetails.h"
 #include "database/Product.h"
+#include "database/RecordCommit.h"
 #include "database/Recordsets.h"
 #include "database/SpectralValidation.h"
 #include "model/Codes.h"
@@ -16,6 +17,10 @@ namespace {
 
 /// `Precalc_Rfsol` of a pane without integrated data at an angle.
 constexpr float kNoIntegratedData = -1;
+
+bool hasIntegratedData(const GlazingData& pane) {
+  return pane.Precalc_Rfsol() != kNoIntegratedData;
+}
 
 /// The appearance is stored only where there is no description.
 std::string infoText(const GlazingData& data) {
@@ -61,7 +66,7 @@ void refuseKnownAngle(const GlazingData& data, store::Connection& dc) {
   probe.ORV_Angle(data.ORV_Angle());
   probe.ORV_Direction(data.ORV_Direction());
   ReadIntegratedDataORV_30(probe, dc);
-  RaiseUnless(probe.Precalc_Rfsol() == kNoIntegratedData, kRecordExists);
+  RaiseUnless(!hasIntegratedData(probe), kRecordExists);
 }
 
 void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
@@ -114,27 +119,42 @@ void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
   rows->close();
 }
 
+void dropSubstrate(GlazingData& data) {
+  data.SubstrateFilename("");
+  data.with_and_without_film(false);
+  data.SubstrateReference(nullptr);
+}
+
 }  // namespace
 
 void ORV_DatabaseInterface::InsertPane(GlazingData& data, store::Connection& dc) {
   if (data.supplier().empty()) data.supplier("Unknown");
   if (data.group().empty()) data.group("Unknown");
-  const PanePtr known = RetrievePaneORV_30(dc, 0, data.filename(), data.group(), data.ORV_Angle(),
-                                           data.ORV_Direction());
-  if (known) {
-    data.id(known->id());
-  } else {
-    insertPaneRow(data, dc);
-  }
-  refuseKnownAngle(data, dc);
-  insertIntegratedRow(data, dc);
-  if (data.spectral_pane() && data.SpectralData()) {
-    validateSpectra(data);
+  const bool hasSpectrum = data.spectral_pane() && data.SpectralData();
+  const SpectrumVerdict verdict = hasSpectrum ? judgeSpectra(data, dc) : SpectrumVerdict();
+  commitRecord(dc, [&] {
+    const PanePtr known = findPane(data, dc);
+    if (known) {
+      data.id(known->id());
+    } else {
+      insertPaneRow(data, dc);
+    }
+    refuseKnownAngle(data, dc);
+    insertIntegratedRow(data, dc);
+    if (!hasSpectrum) return;
+    if (verdict.refusal) throw Error(*verdict.refusal);
+    if (verdict.dropsSubstrate) dropSubstrate(data);
     insertSpectralRows(data, dc);
-  }
+  });
 }
 
-/// The row is committed whole or not at all; rows of the lookup tables stay.
+ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::findPane(const GlazingData& data,
+                                                               store::Connection& dc) const {
+  return RetrievePaneORV_30(dc, 0, data.filename(), data.group(), data.ORV_Angle(),
+                            data.ORV_Direction());
+}
+
+/// Should the row be refused, those of the lookup tables stay.
 void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& dc) const {
   InsertSupplier(data.supplier(), dc);
   InsertGroup(data.group(), dc);
@@ -146,18 +166,25 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   row->close();
 }
 
-/// A bad substrate is left out when the user says so, now or once for all.
-void ORV_DatabaseInterface::validateSpectra(GlazingData& data) {
-  checkSpectrum(*data.SpectralData());
-  if (!data.HasSubstrate()) return;
+/// Made before the record's commit begins, so that no file is locked while the user thinks. Where
+/// the insertion will be refused anyway nobody is asked.
+ORV_DatabaseInterface::SpectrumVerdict ORV_DatabaseInterface::judgeSpectra(const GlazingData& data,
+                                                                           store::Connection& dc) {
+  try {
+    checkSpectrum(*data.SpectralData());
+  } catch (const Error& error) {
+    return {.refusal = error};
+  }
+  if (!data.HasSubstrate()) return {};
   try {
     checkSubstrate(*data.SpectralData(), *data.SubstrateReference());
   } catch (const Error& error) {
-    if (!mayDropSubstrate(data, error.description())) throw;
-    data.SubstrateFilename("");
-    data.with_and_without_film(false);
-    data.SubstrateReference(nullptr);
+    const PanePtr known = findPane(data, dc);
+    if (known && hasIntegratedData(*known)) return {};
+    if (!mayDropSubstrate(data, error.description())) return {.refusal = error};
+    return {.dropsSubstrate = true};
   }
+  return {};
 }
 
 bool ORV_DatabaseInterface::mayDropSubstrate(const GlazingData& data, const std::string& reason) {

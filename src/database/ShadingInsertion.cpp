@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "database/ORV_DatabaseInterface.h"
+#include "database/RecordCommit.h"
 #include "database/Recordsets.h"
 #include "database/ShadingColumns.h"
 
@@ -74,17 +75,19 @@ void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
 void ORV_DatabaseInterface::InsertShading(ShadingDataClass& data, store::Connection& dc) const {
   if (data.supplier().empty()) data.supplier("Unknown");
   if (data.group().empty()) data.group("Unknown");
-  const std::int32_t supplier = InsertSupplier(data.supplier(), dc);
-  const std::int32_t group = InsertGroup(data.group(), dc);
+  commitRecord(dc, [&] {
+    const std::int32_t supplier = InsertSupplier(data.supplier(), dc);
+    const std::int32_t group = InsertGroup(data.group(), dc);
 
-  auto row = openUpdatable(dc, "Shading");
-  row->addNew();
-  data.id(row->value(kShadingKeyColumn).toLong());
-  setShadingColumns(*row, data, {group, supplier});
-  row->update();
-  row->close();
-  insertIntegratedRows(data, dc);
-  insertSpectralRows(data, dc);
+    auto row = openUpdatable(dc, "Shading");
+    row->addNew();
+    data.id(row->value(kShadingKeyColumn).toLong());
+    setShadingColumns(*row, data, {group, supplier});
+    row->update();
+    row->close();
+    insertIntegratedRows(data, dc);
+    insertSpectralRows(data, dc);
+  });
 }
 
 }  // namespace orv::database

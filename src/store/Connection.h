@@ -74,7 +74,9 @@ class Connection {
   /// The tables that tableNames() leaves out, since their rows are in other databases.
   std::vector<LinkedTableInfo> linkedTables() const;
 
-  /// Runs `changes` as one commit: all that they do to the file reaches it, or nothing.
+  /// Runs `changes` as one commit: all that they do to the file reaches it or, when an error leaves
+  /// them, nothing. Other programs cannot write meanwhile. A row or batch that is refused within is
+  /// undone by itself: when its error is caught within, the other changes are committed.
   void inOneCommit(const std::function<void()>& changes);
 
   void createTable(const TableInfo& design);

@@ -307,7 +307,7 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   jet::RowId last = rowId_;
   std::vector<jet::RowId> added;
   {
-    jet::Transaction transaction(table_->pager());
+    jet::Savepoint transaction(table_->pager());
     for (const Pending& change : changes) {
       last = apply(change);
       if (change.kind == Pending::Kind::insert) {
@@ -356,7 +356,7 @@ void TableRecordset::deleteRow() {
   if (lock_ == LockType::batchOptimistic) {
     pending_.push_back({Pending::Kind::erase, rowId_, {}});
   } else {
-    table_->erase(rowId_);
+    commit({{Pending::Kind::erase, rowId_, {}}});
   }
   if (position_) {
     rows_.remove(*position_);

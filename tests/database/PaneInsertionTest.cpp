@@ -1,6 +1,9 @@
 #include "database/DatabaseErrors.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
+#include "store/Check.h"
+#include "store/StoreError.h"
+#include "store/jet/Database.h"
 
 namespace orv::test {
 namespace {
@@ -152,6 +155,29 @@ TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) 
   }
 }
 
+TEST_F(PaneInsertionTest, ASpectrumThatTheStoreRefusesLeavesTheRowsBeforeIt) {
+  dc->createIndex(
+      "Pane_spectral_data",
+      {.name = "once", .columns = {{"PaneID"}, {"angle"}, {"wavelength"}}, .unique = true});
+  const auto twice = makePane("twice");
+  twice->SpectralData()->wl(3, twice->SpectralData()->wl(1));
+  EXPECT_EQ(raisedBy([&] { database.InsertPane(*twice, *dc); }).number, store::kDuplicateKey);
+  const auto next = makePane("next");
+  database.InsertPane(*next, *dc);
+
+  EXPECT_NE(next->id(), twice->id());
+  const auto again = store::Connection::openFile(path);
+  dc->close();
+  EXPECT_EQ(again->table("Pane").rowCount, 2);
+  EXPECT_EQ(again->table("Pane_integrated_data").rowCount, 2);
+  EXPECT_EQ(again->table("Pane_spectral_data").rowCount, 5);
+  EXPECT_EQ(again->table("Suppliers").rowCount, 1);
+  const auto retrieved = database.RetrievePaneORV_30(*again, twice->id(), "", "", 0, 0);
+  EXPECT_EQ(retrieved->productname(), "Product twice");
+  EXPECT_FLOAT_EQ(retrieved->Precalc_Rfsol(), 0.11F);
+  EXPECT_TRUE(store::checkFile(path, "").sound());
+}
+
 TEST_F(PaneInsertionTest, ANameWithAnApostropheFailsAndWritesNothing) {
   EXPECT_NE(raisedBy([&] { database.InsertPane(*makePane("it's"), *dc); }).number, 0);
   EXPECT_EQ(rowCount("Pane"), 0);
@@ -184,6 +210,34 @@ TEST_F(SubstrateTest, ABadOneThatIsNotLeftOutIsRefused) {
                 "wavelengths.\n\nDo you want to save this pane (pane.txt) without saving the "
                 "substrate data?"});
   EXPECT_EQ(rowCount("Pane_spectral_data"), 0);
+}
+
+TEST_F(SubstrateTest, NobodyIsAskedForAPaneThatIsThereAlready) {
+  database.InsertPane(*makePane("pane"), *dc);
+  EXPECT_EQ(raisedBy([&] { database.InsertPane(*badPane("pane"), *dc); }).number,
+            database::kRecordExists);
+}
+
+/// Whoever thinks about the answer keeps nobody from the file.
+TEST_F(SubstrateTest, TheFileIsFreeWhileTheQuestionIsOpen) {
+  class LooksAtTheFile : public database::PaneQuestions {
+   public:
+    explicit LooksAtTheFile(store::Connection& dc) : dc_(dc) {}
+    bool confirm(const std::string&, const std::string&) override {
+      isLocked = isLocked || dc_.database().pager().inTransaction();
+      return true;
+    }
+    bool isLocked = false;
+
+   private:
+    store::Connection& dc_;
+  } user(*dc);
+  database::ORV_DatabaseInterface asking(user);
+  asking.InsertPane(*badPane("pane"), *dc);
+  EXPECT_FALSE(user.isLocked);
+  EXPECT_EQ(rowCount("Pane_spectral_data"), 5);
+  EXPECT_TRUE(valueOf("SELECT with_and_without_film FROM Pane").toBoolean())
+      << "the pane's row is written before its substrate is left out";
 }
 
 TEST_F(SubstrateTest, ABadOneIsLeftOutWhenTheUserSaysSo) {

@@ -358,4 +358,34 @@ void Transaction::commit() {
   done_ = true;
 }
 
+Savepoint::Savepoint(Pager& pager)
+    : pager_(pager),
+      transaction_(pager),
+      isWithin_(pager.transactionDepth_ > 1 && !pager.doomed_),
+      pageCount_(pager.pageCount_) {
+  if (isWithin_) {
+    dirty_ = pager.dirty_;
+  }
+}
+
+Savepoint::~Savepoint() {
+  if (done_ || !isWithin_) {
+    return;
+  }
+  pager_.dirty_ = std::move(dirty_);
+  pager_.pageCount_ = pageCount_;
+  pager_.doomed_ = false;  // by a transaction within this one
+  ++pager_.version_;
+  ++pager_.epoch_;
+  transaction_.commit();  // of nothing: the outer one goes on
+}
+
+void Savepoint::commit() {
+  transaction_.commit();
+  if (isWithin_) {
+    ++pager_.version_;
+  }
+  done_ = true;
+}
+
 }  // namespace orv::store::jet

@@ -122,6 +122,7 @@ class Pager {
 
  private:
   friend class Transaction;
+  friend class Savepoint;
   struct DirtyPage {
     PageBytes bytes;
     PageBytes before;  ///< as the file has it; null for a page that is new
@@ -180,6 +181,27 @@ class Transaction {
  private:
   Pager& pager_;
   Pager::WriteLock lock_;
+  bool done_ = false;
+};
+
+/// A transaction that, within another one, can be undone by itself: destroyed without commit(), it
+/// leaves the outer one as it was when this one was begun. Nobody may hold bytes of modify() over
+/// its beginning.
+class Savepoint {
+ public:
+  explicit Savepoint(Pager& pager);
+  ~Savepoint();
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+  void commit();
+
+ private:
+  Pager& pager_;
+  Transaction transaction_;
+  const bool isWithin_;  ///< another transaction, which can still be committed
+  /// Of the outer transaction. Since they are held here too, changes go to copies.
+  std::unordered_map<PageNumber, Pager::DirtyPage> dirty_;
+  PageNumber pageCount_;
   bool done_ = false;
 };
 
