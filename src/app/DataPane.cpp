@@ -90,14 +90,14 @@ bool DataPane::showsRecords() const {
 
 void DataPane::show(const Node& node, int digits) {
   const QString title = qt(commands::nodeTitle(node.get()));
-  lblTitle_->setText(title);
-  lblTitle_->setToolTip(title);
+  lblTitle_->setText(shownText(title));
+  lblTitle_->setToolTip(toolTipText(title));
   switch (commands::nodeView(node.get())) {
     case NodeView::records:
       showRecords(node, digits, false);
       break;
     case NodeView::text:
-      showText(qt(commands::nodeText(node.get())));
+      showText(shownText(commands::nodeText(node.get())));
       break;
     case NodeView::nothing:
       showNothing();
@@ -117,7 +117,7 @@ void DataPane::showRecords(const Node& node, int digits, bool again) {
     records_->show();
     DataSourceTextBox_->hide();
   } catch (const std::exception& error) {
-    showText(tr("The records could not be read.\n\n%1").arg(qt(commands::describe(error))));
+    showText(tr("The records could not be read.\n\n%1").arg(shownText(commands::describe(error))));
   }
 }
 

@@ -101,10 +101,10 @@ void DataSourceTree::select(const std::string& key) {
 }
 
 void DataSourceTree::add(QTreeWidgetItem& parent, const sources::datasource& node) {
-  auto* item = new QTreeWidgetItem(&parent, {qt(node.text())});
+  auto* item = new QTreeWidgetItem(&parent, {shownText(node.text())});
   item->setData(0, kKeyRole, qt(node.key()));
   item->setData(0, kTakesRecordsRole, takesRecords(node));
-  item->setToolTip(0, description(node));
+  item->setToolTip(0, toolTipText(description(node)));
   item->setIcon(0, icon(iconName(node)));
   for (const auto& child : node.DataSources()) add(*item, *child);
 }

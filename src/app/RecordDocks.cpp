@@ -109,7 +109,7 @@ void RecordDocks::readRecords() {
     commands::recordKind(*node_) == RecordKind::panes ? readPanes(reader) : readOther(reader);
   } catch (const std::exception& error) {
     spectrum_->clear();
-    details_->showText(qt(commands::describe(error)));
+    details_->showText(shownText(commands::describe(error)));
   }
 }
 

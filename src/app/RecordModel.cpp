@@ -144,8 +144,8 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   try {
     const QString text = qt(view_->text(index.row(), index.column()));
-    if (role == Qt::DisplayRole) return oneLine(text);
-    return isNumber ? QVariant() : QVariant(text.left(kLongestToolTip).toHtmlEscaped());
+    if (role == Qt::DisplayRole) return shownText(oneLine(text));
+    return isNumber ? QVariant() : QVariant(toolTipText(text.left(kLongestToolTip)));
   } catch (const std::exception&) {
     return {};  // a row that cannot be read is empty; commands on it say why
   }

@@ -5,6 +5,8 @@
 #include <QString>
 #include <string>
 
+#include "model/ShownText.h"
+
 namespace orv::app {
 
 inline QString qt(const std::string& text) {
@@ -12,6 +14,20 @@ inline QString qt(const std::string& text) {
 }
 inline QString qt(const char* text) {
   return QString::fromUtf8(text);
+}
+
+/// Texts of unknown origin as they are shown; what is copied or written is left as it is.
+inline QString shownText(const std::string& text) {
+  return qt(orv::shown(text));
+}
+inline QString shownText(const QString& text) {
+  return shownText(text.toStdString());
+}
+
+/// Such a text for a tool tip, in which nothing is markup.
+inline QString toolTipText(const QString& text) {
+  return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>")
+      .arg(shownText(text).toHtmlEscaped());
 }
 
 /// "1 record", "6,000 records".

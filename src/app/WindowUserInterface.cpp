@@ -92,8 +92,8 @@ void WindowUserInterface::collectFailures(const QString& work) {
 }
 
 void WindowUserInterface::status(const std::string& text) {
-  showStatus_(qt(text));
-  if (progress_) progress_->status(qt(text));
+  showStatus_(shownText(text));
+  if (progress_) progress_->status(shownText(text));
 }
 
 void WindowUserInterface::beginProgress(const std::string& text) {
@@ -103,7 +103,7 @@ void WindowUserInterface::beginProgress(const std::string& text) {
 }
 
 void WindowUserInterface::progressText(const std::string& text) {
-  if (progress_) progress_->status(qt(text));
+  if (progress_) progress_->status(shownText(text));
 }
 
 void WindowUserInterface::progressSteps(int done, int total) {
@@ -122,12 +122,12 @@ void WindowUserInterface::message(MessageKind kind, const std::string& text,
                                   const std::string& title) {
   const OrdinaryPointer pointer;
   if (kind == MessageKind::recordFailure) {
-    recordFailure(qt(text), qt(title));
+    recordFailure(shownText(text), qt(title));
     return;
   }
   const auto icon =
       kind == MessageKind::critical ? QMessageBox::Critical : QMessageBox::Information;
-  Box(icon, qt(title), qt(text), owner()).exec();
+  Box(icon, qt(title), shownText(text), owner()).exec();
 }
 
 void WindowUserInterface::recordFailure(const QString& text, const QString& title) {
@@ -144,7 +144,7 @@ Answer WindowUserInterface::ask(const commands::Question& question) {
   const OrdinaryPointer pointer;
   const bool failure = question.buttons == Buttons::abortRetryIgnore;
   Box box(failure ? QMessageBox::Warning : QMessageBox::Question, qt(question.title),
-          qt(question.text), owner());
+          shownText(question.text), owner());
   box.setStandardButtons(standardButtons(question.buttons));
   box.setDefaultButton(buttonFor(question.defaultAnswer));
   box.setEscapeButton(escapeButton(question.buttons));

@@ -1,5 +1,7 @@
 #include "cli/Arguments.h"
 
+#include <fstream>
+
 #include "cli/Failure.h"
 #include "commands/RecordList.h"
 
@@ -33,11 +35,33 @@ void addFormat(CLI::App& command, Format& format) {
       ->type_name("FORM");
 }
 
-void addPassword(CLI::App& command, std::string& password) {
+void addForce(CLI::App& command, bool& force) {
+  command.add_flag("--force", force, "Change the database even when Access seems to have it open");
+}
+
+void PasswordArgument::addTo(CLI::App& command) {
+  auto* text = command
+                   .add_option("--password", text_,
+                               "Password of the database (that of the IGDB need not be given); "
+                               "other users of the machine can see it while the program runs")
+                   ->type_name("TEXT");
   command
-      .add_option("--password", password,
-                  "Password of the database (that of the IGDB need not be given)")
-      ->type_name("TEXT");
+      .add_option("--password-file", file_,
+                  "File whose first line is the password. Without either, it is asked for on a "
+                  "terminal")
+      ->type_name("FILE")
+      ->excludes(text);
+}
+
+std::string PasswordArgument::value() const {
+  if (file_.empty()) return text_;
+  std::ifstream file(file_, std::ios::binary);
+  std::string line;
+  if (!std::getline(file, line)) {
+    throw Failure(kCannotOpen, "No password can be read from \"" + file_ + "\".");
+  }
+  if (line.ends_with('\r')) line.pop_back();
+  return line;
 }
 
 void SourceArgument::addSource(CLI::App& command) {

@@ -8,11 +8,13 @@
 #include <vector>
 
 #include "cli/Console.h"
+#include "cli/PasswordPrompt.h"
 #include "cli/RowWriter.h"
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
 #include "model/Text.h"
 #include "sources/RecordSelection.h"
+#include "store/StoreError.h"
 
 namespace orv::cli {
 
@@ -35,7 +37,35 @@ CLI::Validator oneOf(const std::map<std::string, T>& words) {
 }
 
 void addFormat(CLI::App& command, Format& format);
-void addPassword(CLI::App& command, std::string& password);
+/// Declares --force, for the verbs that change a database.
+void addForce(CLI::App& command, bool& force);
+
+/// The password of a database.
+class PasswordArgument {
+ public:
+  /// Declares --password and --password-file.
+  void addTo(CLI::App& command);
+
+  /// Runs `open` with the password that was given, and when the file wants one and none was given,
+  /// again with one asked for on the terminal. Raises what `open` raises, and Failure for a
+  /// password file that cannot be read.
+  template <class Open>
+  auto use(Open open) const {
+    const std::string given = value();
+    try {
+      return open(given);
+    } catch (const Error& error) {
+      if (error.number() != store::kNotAuthenticated || !given.empty() || !canAsk()) throw;
+    }
+    return open(askForPassword());
+  }
+
+ private:
+  std::string value() const;
+
+  std::string text_;
+  std::string file_;
+};
 
 /// A data source and the record set of it that is meant.
 class SourceArgument {

@@ -27,12 +27,16 @@ class CheckVerb : public Verb {
       : Verb(app, "check", "Check a whole database file: pages, rows, indexes, long values",
              "  orv check orvdata.mdb\n  orv check orvdata.mdb --format json\n") {
     command().add_option("FILE", path_, "The database")->required()->type_name("");
-    addPassword(command(), password_);
+    password_.addTo(command());
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& console) override {
-    const store::CheckReport report = opening([&] { return checkWithProgress(console.ui); });
+    const store::CheckReport report = opening([&] {
+      commands::refuseSemicolon(path_);
+      return password_.use(
+          [&](const std::string& password) { return checkWithProgress(console.ui, password); });
+    });
     format_ == Format::table ? writeText(report) : writeRows(report);
     std::cerr << "orv: " << path_ << ": "
               << (report.sound() ? "no faults" : counted(report.faults.size(), "fault")) << " in "
@@ -43,10 +47,11 @@ class CheckVerb : public Verb {
   }
 
  private:
-  store::CheckReport checkWithProgress(CliUserInterface& ui) const {
+  store::CheckReport checkWithProgress(CliUserInterface& ui, const std::string& password) const {
     const commands::LongWork work(ui, "Checking...");
-    return check(path_, password_, [&](std::size_t done, std::size_t pages) {
+    return check(path_, password, [&](std::size_t done, std::size_t pages) {
       ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
+      if (ui.cancelled()) throw std::runtime_error("The check was cancelled.");
     });
   }
 
@@ -71,7 +76,7 @@ class CheckVerb : public Verb {
   }
 
   std::string path_;
-  std::string password_;
+  PasswordArgument password_;
   Format format_ = Format::table;
 };
 

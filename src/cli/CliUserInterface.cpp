@@ -3,11 +3,12 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <vector>
 
+#include "model/ShownText.h"
 #include "model/Text.h"
 
 namespace orv::cli {
@@ -20,26 +21,6 @@ namespace {
 constexpr int kBarWidth = 24;
 constexpr std::size_t kTextWidth = 46;
 
-volatile std::sig_atomic_t interrupted = 0;
-
-/// The first interrupt is a wish; a second one ends the program as usual.
-void onInterrupt(int signal) {
-  interrupted = 1;
-  std::signal(signal, SIG_DFL);
-}
-
-/// While a question waits for its answer, an interrupt ends the program at once.
-class InterruptEnds {
- public:
-  InterruptEnds() : before_(std::signal(SIGINT, SIG_DFL)) {}
-  ~InterruptEnds() { std::signal(SIGINT, before_); }
-  InterruptEnds(const InterruptEnds&) = delete;
-  InterruptEnds& operator=(const InterruptEnds&) = delete;
-
- private:
-  void (*before_)(int);
-};
-
 /// The first characters of a text, no more than a bar's line has room for.
 std::string shortened(const std::string& text) {
   std::size_t end = 0;
@@ -50,6 +31,19 @@ std::string shortened(const std::string& text) {
     ++end;
   }
   return text.substr(0, end);
+}
+
+/// A text that may come from a file, within one line.
+std::string oneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\t'; }, ' ');
+  return shown(text);
+}
+
+/// Writes to the terminal what std::cerr would spell out.
+void steer(const std::string& text) {
+  std::cerr << std::flush;
+  std::fputs(text.c_str(), stderr);
 }
 
 struct Choice {
@@ -79,7 +73,7 @@ Answer unaskedAnswer(Buttons buttons) {
 
 /// Reads lines until one is an answer; the end of the input gives up.
 Answer readAnswer(const commands::Question& question) {
-  const InterruptEnds interruptEnds;
+  const InterruptsEnd interruptsEnd;
   const std::vector<Choice> choices = choicesOf(question.buttons);
   std::vector<std::string> words;
   for (const Choice& choice : choices) {
@@ -112,8 +106,7 @@ void CliUserInterface::status(const std::string& text) {
 void CliUserInterface::beginProgress(const std::string& text) {
   working_ = true;
   done_ = total_ = 0;
-  interrupted = 0;
-  std::signal(SIGINT, onInterrupt);
+  interrupts_.emplace();
   progressText(text);
 }
 
@@ -131,11 +124,11 @@ void CliUserInterface::progressSteps(int done, int total) {
 void CliUserInterface::endProgress() {
   clear();
   working_ = false;
-  std::signal(SIGINT, SIG_DFL);
+  interrupts_.reset();
 }
 
 bool CliUserInterface::cancelled() {
-  return interrupted != 0;
+  return interrupts_ && Interrupts::happened();
 }
 
 void CliUserInterface::message(commands::MessageKind /*kind*/, const std::string& text,
@@ -153,7 +146,7 @@ std::string CliUserInterface::input(const commands::InputRequest& request) {
   if (!answers_.group.empty()) return answers_.group;
   if (!canAsk()) return {};
   clear();
-  const InterruptEnds interruptEnds;
+  const InterruptsEnd interruptsEnd;
   std::cerr << request.prompt << ' ' << std::flush;
   std::string line;
   std::getline(std::cin, line);
@@ -171,16 +164,20 @@ bool CliUserInterface::confirm(const std::string& text, const std::string& capti
   return true;
 }
 
+bool CliUserInterface::acceptRisk(const std::string& warning) {
+  print("orv: " + warning + (answers_.force ? "" : " Close it there, or go on with --force."));
+  return answers_.force;
+}
+
 void CliUserInterface::draw() {
   if (!showsBar_ || !working_) return;
   const int filled = total_ > 0 ? done_ * kBarWidth / total_ : 0;
   const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
-  std::cerr << fmt::format("\r\033[K[{}] {}/{} {}", bar, done_, total_, shortened(text_))
-            << std::flush;
+  steer(fmt::format("\r\033[K[{}] {}/{} {}", bar, done_, total_, shortened(oneLine(text_))));
 }
 
 void CliUserInterface::clear() {
-  if (showsBar_ && working_) std::cerr << "\r\033[K" << std::flush;
+  if (showsBar_ && working_) steer("\r\033[K");
 }
 
 /// Above the bar, which is drawn again with the next text.

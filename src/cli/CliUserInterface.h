@@ -1,8 +1,10 @@
 // The commands' user interface on a terminal, or without one.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "cli/Interrupts.h"
 #include "commands/UserInterface.h"
 
 namespace orv::cli {
@@ -16,16 +18,17 @@ enum class SubstratePolicy {
 
 /// The answers that the command line gives beforehand.
 struct Answers {
-  bool yes = false;   ///< to the confirmation of a deletion
-  std::string group;  ///< to the question for a group name
+  bool yes = false;    ///< to the confirmation of a deletion
+  bool force = false;  ///< to the warning that a file is in use elsewhere
+  std::string group;   ///< to the question for a group name
   SubstratePolicy substrate = SubstratePolicy::refuse;
 };
 
 /// Whether there is somebody who can be asked.
 bool canAsk();
 
-/// Messages go to standard error, where a terminal also shows a progress bar. An interrupt from
-/// the keyboard ends a long work after the record that is being worked on.
+/// Messages go to standard error, where a terminal also shows a progress bar. A signal that asks
+/// the program to end ends a long work after the record that is being worked on.
 class CliUserInterface : public commands::UserInterface {
  public:
   CliUserInterface();
@@ -44,6 +47,7 @@ class CliUserInterface : public commands::UserInterface {
   commands::Answer ask(const commands::Question& question) override;
   std::string input(const commands::InputRequest& request) override;
   bool confirm(const std::string& text, const std::string& caption) override;
+  bool acceptRisk(const std::string& warning) override;
 
  private:
   void draw();
@@ -56,6 +60,7 @@ class CliUserInterface : public commands::UserInterface {
   std::string text_;
   int done_ = 0;
   int total_ = 0;
+  std::optional<Interrupts> interrupts_;  ///< during a long work
 };
 
 }  // namespace orv::cli

@@ -33,6 +33,7 @@ class CopyVerb : public Verb {
         ->expected(2, -1)
         ->type_name("");
     source_.addOptions(command());
+    addForce(command(), answers_.force);
     command()
         .add_option("--group", answers_.group,
                     "Group to put the records into (panes of the IGDB need none)")
@@ -60,7 +61,9 @@ class CopyVerb : public Verb {
     }
     ExitCode exit = kAllWell;
     for (const Node& node : nodes) {
-      exit = std::max(exit, copy(console, source_.recordSet(node), destination, identifiers));
+      const auto result = copy(console, source_.recordSet(node), destination, identifiers);
+      exit = std::max(exit, exitOf(result));
+      if (result.cancelled || result.refused) break;
     }
     return exit;
   }
@@ -102,18 +105,26 @@ class CopyVerb : public Verb {
     return opening([&] { return opener.openAny(path); });
   }
 
-  ExitCode copy(Console& console, const Node& node, const Node& destination,
-                const std::vector<std::string>& identifiers) const {
+  commands::PasteResult copy(Console& console, const Node& node, const Node& destination,
+                             const std::vector<std::string>& identifiers) const {
     requireGroup(*node);
     const auto result =
         commands::pasteRecords(console.session, selectRecords(node, identifiers), destination);
-    if (result.refused) return kWrongUse;
+    if (!result.refused) tell(result);
+    return result;
+  }
+
+  static void tell(const commands::PasteResult& result) {
     std::cout << counted(result.copied, "record") << " copied";
     if (result.failed > 0) std::cout << ", " << result.failed << " failed";
     if (result.withoutData > 0) {
       std::cout << ", " << result.withoutData << " without data at any angle";
     }
     std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+  }
+
+  static ExitCode exitOf(const commands::PasteResult& result) {
+    if (result.refused) return kWrongUse;
     const bool allWell = result.failed == 0 && result.withoutData == 0 && !result.cancelled;
     return allWell ? kAllWell : kRecordsFailed;
   }

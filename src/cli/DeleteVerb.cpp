@@ -20,6 +20,7 @@ class DeleteVerb : public Verb {
         ->required()
         ->type_name("");
     command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
+    addForce(command(), answers_.force);
     source_.addOptions(command());
   }
 

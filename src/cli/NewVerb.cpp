@@ -1,7 +1,7 @@
 #include <iostream>
 
 #include "cli/Verb.h"
-#include "database/OrvSchema.h"
+#include "commands/SourceOpener.h"
 
 namespace orv::cli {
 
@@ -18,7 +18,7 @@ class NewVerb : public Verb {
   }
 
   ExitCode run(Console& /*console*/) override {
-    opening([&] { return database::CreateEmptyDatabase(path_); });
+    opening([&] { commands::createDatabaseFile(path_); });
     std::cout << "Made the empty ORV database " << path_ << ".\n";
     return kAllWell;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/CellText.h"
+#include "model/ShownText.h"
 
 namespace orv::cli {
 
@@ -19,7 +20,10 @@ class TableWriter : public RowWriter {
         out_(out),
         widths_(columns_.size()),
         holdsNumbers_(columns_.size(), true) {
-    for (std::size_t i = 0; i < columns_.size(); ++i) widths_[i] = characterCount(columns_[i]);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      columns_[i] = shown(columns_[i]);
+      widths_[i] = characterCount(columns_[i]);
+    }
   }
 
   void row(const std::vector<store::Value>& values) override {
@@ -49,7 +53,7 @@ class TableWriter : public RowWriter {
     std::string text = cellText(value);
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
-    return text;
+    return shown(text);
   }
 
   void write(const std::vector<std::string>& cells) {

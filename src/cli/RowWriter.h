@@ -20,7 +20,8 @@ class RowWriter {
   virtual void end() = 0;
 };
 
-/// `table`: columns lined up under their names, numbers to the right, long bytes by their count.
+/// `table`: columns lined up under their names, numbers to the right, long bytes by their count,
+/// texts as orv::shown() has them.
 /// `tsv`: a line of names, then a line a row; tabs, line breaks and backslashes in values become
 /// \t, \n, \r and \\. `json`: an array of objects. Bytes are hexadecimal after "0x", dates
 /// "2024-12-31 23:59:59".

@@ -2,7 +2,6 @@
 
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
-#include "store/StoreError.h"
 
 namespace orv::cli {
 
@@ -21,7 +20,7 @@ class SqlVerb : public Verb {
                     "A SELECT statement, or the name of a saved query or table")
         ->type_name("");
     command().add_flag("--queries", listsQueries_, "List the saved queries with their SQL");
-    addPassword(command(), password_);
+    password_.addTo(command());
     addFormat(command(), format_);
   }
 
@@ -29,8 +28,11 @@ class SqlVerb : public Verb {
     if (statement_.empty() != listsQueries_) {
       throw wrongUse("Give either a SELECT statement, the name of a query, or --queries.");
     }
-    const auto connection =
-        opening([&] { return commands::openDatabaseFile(path_, password_).connection; });
+    const auto connection = opening([&] {
+      return password_.use([&](const std::string& password) {
+        return commands::openDatabaseFile(path_, password).connection;
+      });
+    });
     listsQueries_ ? listQueries(*connection) : select(*connection);
     return kAllWell;
   }
@@ -75,7 +77,7 @@ class SqlVerb : public Verb {
   }
 
   std::string path_;
-  std::string password_;
+  PasswordArgument password_;
   std::string statement_;
   bool listsQueries_ = false;
   Format format_ = Format::table;

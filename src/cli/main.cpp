@@ -1,9 +1,12 @@
 // The program `orv`.
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 
+#include "cli/ShownStream.h"
 #include "cli/Verb.h"
 #include "commands/ErrorText.h"
 
@@ -47,6 +50,9 @@ int run(CLI::App& app, const std::vector<std::unique_ptr<Verb>>& verbs, int argc
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
+  const ShownStream messages(std::cerr);
+  std::optional<ShownStream> results;
+  if (isatty(STDOUT_FILENO) != 0) results.emplace(std::cout);
   CLI::App app("Keeps the optical and thermal data of building glazing in ORV databases.", "orv");
   app.footer(
       "Run \"orv VERB --help\" for the arguments of a verb and examples.\n"

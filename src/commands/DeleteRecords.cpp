@@ -1,5 +1,6 @@
 #include "commands/DeleteRecords.h"
 
+#include "commands/AccessUse.h"
 #include "commands/ErrorText.h"
 #include "commands/LongWork.h"
 #include "commands/RecordReader.h"
@@ -73,6 +74,10 @@ DeletionResult deleteRecords(Session& session, const sources::RecordSelection& c
   }
   if (!confirmed(session.ui)) {
     result.cancelled = true;
+    return result;
+  }
+  if (!mayBeChanged(*shown->ADOConnection(), session.ui)) {
+    result.refused = true;
     return result;
   }
   LongWork work(session.ui, "Deleting records...");

@@ -9,7 +9,7 @@
 namespace orv::commands {
 
 struct DeletionResult {
-  bool refused = false;    ///< the shown node's records cannot be deleted
+  bool refused = false;    ///< the shown node's records cannot be deleted, or it is too risky
   bool cancelled = false;  ///< not confirmed, or ended by the user
   int deleted = 0;
   int failed = 0;

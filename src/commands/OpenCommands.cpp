@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "commands/ErrorText.h"
-#include "database/OrvSchema.h"
 
 namespace orv::commands {
 
@@ -11,7 +10,7 @@ OpenCommands::Node OpenCommands::createOrvDatabase(const std::string& folder,
                                                    const std::string& filename) {
   return tryToOpen(
       [&] {
-        database::CreateEmptyDatabase((std::filesystem::path(folder) / filename).string());
+        createDatabaseFile((std::filesystem::path(folder) / filename).string());
         return opener_.openOrvDatabase(folder, filename);
       },
       "The new ORV database could not be made.");

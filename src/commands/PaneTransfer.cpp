@@ -36,12 +36,13 @@ class PaneTransfer {
     work_.progress().expect(records.RecordsCount());
   }
 
-  /// A pane of which one angle fails counts as failed.
+  /// A pane of which one angle fails counts as failed. A wish to end waits for the pane's last
+  /// angle, so that no part of it is left for another copy to find.
   Outcome copyPane(const std::string& identifier, const Angles& angles) {
     if (angles.empty()) return Outcome::withoutData;
     Outcome outcome = Outcome::copied;
     for (const std::int16_t angle : angles) {
-      if (work_.stopped()) break;
+      if (work_.result().cancelled) break;
       if (copyAngle(identifier, angle) == Outcome::failed) outcome = Outcome::failed;
     }
     return outcome;

@@ -1,5 +1,6 @@
 #include "commands/PasteRecords.h"
 
+#include "commands/AccessUse.h"
 #include "commands/RecordKind.h"
 #include "commands/Transfer.h"
 
@@ -43,10 +44,9 @@ PasteResult pasteRecords(Session& session, const sources::RecordSelection& pendi
   const Node destination = resolveDestination(current, source);
   if (const std::string text = refusal(destination, source); !text.empty()) {
     session.ui.message(MessageKind::critical, text, kProductName);
-    PasteResult result;
-    result.refused = true;
-    return result;
+    return {.refused = true};
   }
+  if (!mayBeChanged(*destination->ADOConnection(), session.ui)) return {.refused = true};
   if (destination->RecordSetName() == "Pane") return transferPanes(session, pending, *destination);
   if (destination->RecordSetName() == "Frame") {
     return transferFrames(session, pending, *destination);

@@ -9,7 +9,8 @@
 namespace orv::commands {
 
 struct PasteResult {
-  /// The destination cannot take the records; nothing was read or written.
+  /// The destination cannot take the records, or the user found it too risky; nothing was read or
+  /// written.
   bool refused = false;
   /// Ended by the user; what was written before stays.
   bool cancelled = false;

@@ -55,7 +55,7 @@ DataTypeCode databaseType(const std::string& version) {
 
 SourceOpener::Node SourceOpener::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {
-  auto connection = session_.database.OpenDatabase(joined(folder, filename), "");
+  auto connection = connect(folder, filename, "");
   const DataTypeCode type = databaseType(session_.database.LookupDatabaseVersion(*connection));
   return registerDatabase(type, folder, filename, std::move(connection));
 }
@@ -86,9 +86,17 @@ SourceOpener::Node SourceOpener::openTextFiles(const std::string& folder,
 SourceOpener::Node SourceOpener::openGlazingDatabase(DataTypeCode type, const std::string& folder,
                                                      const std::string& filename,
                                                      const std::string& password) {
-  auto connection = session_.database.OpenDatabase(joined(folder, filename), password);
+  auto connection = connect(folder, filename, password);
   connection->openRecordset(kGlazingQuery)->close();
   return registerDatabase(type, folder, filename, std::move(connection));
+}
+
+std::shared_ptr<store::Connection> SourceOpener::connect(const std::string& folder,
+                                                         const std::string& filename,
+                                                         const std::string& password) {
+  const std::string path = joined(folder, filename);
+  refuseSemicolon(path);
+  return session_.database.OpenDatabase(path, password);
 }
 
 SourceOpener::Node SourceOpener::registerDatabase(DataTypeCode type, const std::string& folder,
@@ -102,7 +110,22 @@ SourceOpener::Node SourceOpener::registerDatabase(DataTypeCode type, const std::
   return node;
 }
 
+void refuseSemicolon(const std::string& path) {
+  const std::string whole = std::filesystem::absolute(path).lexically_normal().string();
+  if (whole.find(';') == std::string::npos) return;
+  throw Error(kInvalidCall, "\"" + whole +
+                                "\" cannot be opened: what names a database to the store ends at "
+                                "a semicolon (;), so that another file would be taken. Rename the "
+                                "file or the folder.");
+}
+
+void createDatabaseFile(const std::string& path) {
+  refuseSemicolon(path);
+  database::CreateEmptyDatabase(path);
+}
+
 DatabaseFile openDatabaseFile(const std::string& path, const std::string& password) {
+  refuseSemicolon(path);
   try {
     return {store::Connection::openFile(path, password)};
   } catch (const Error& error) {

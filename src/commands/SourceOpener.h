@@ -25,12 +25,20 @@ struct DatabaseFile {
 /// Whether there is a file that begins as a database does.
 bool isDatabaseFile(const std::string& path);
 
-/// Opens any database file; where it wants another password, with that of the IGDB.
+/// Raises kInvalidCall for the path of a database that holds a ";", at which a connection string
+/// ends the path: another file would be opened.
+void refuseSemicolon(const std::string& path);
+
+/// Opens any database file; where it wants another password, with that of the IGDB. Refuses a ";"
+/// in the path.
 DatabaseFile openDatabaseFile(const std::string& path, const std::string& password = "");
+
+/// Makes an empty ORV database, never in place of a file that is there. Refuses a ";" in the path.
+void createDatabaseFile(const std::string& path);
 
 /// Opens data sources and adds each with its record sets or files to the session's registry. Each
 /// operation returns the new top-level node and raises, with nothing registered, when the source
-/// cannot be opened or is not what it is said to be.
+/// cannot be opened or is not what it is said to be. A database whose path holds a ";" is refused.
 class SourceOpener {
  public:
   using Node = std::shared_ptr<sources::datasource>;
@@ -62,6 +70,8 @@ class SourceOpener {
                             std::optional<TextFileKind> kind = std::nullopt);
 
  private:
+  std::shared_ptr<store::Connection> connect(const std::string& folder, const std::string& filename,
+                                             const std::string& password);
   Node registerDatabase(sources::DataTypeCode type, const std::string& folder,
                         const std::string& filename, std::shared_ptr<store::Connection> connection);
   Node openGlazingDatabase(sources::DataTypeCode type, const std::string& folder,

@@ -56,6 +56,9 @@ class UserInterface : public database::PaneQuestions {
   /// The text; empty when the user gave none or cancelled.
   virtual std::string input(const InputRequest& request) = 0;
 
+  /// Warns of what can harm a file; true when the work is to go on all the same.
+  virtual bool acceptRisk(const std::string& warning);
+
   /// A question of pane insertion.
   bool confirm(const std::string& text, const std::string& caption) override;
 };

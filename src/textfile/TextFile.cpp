@@ -10,6 +10,7 @@
 
 #include "errors/Error.h"
 #include "model/Text.h"
+#include "textfile/WholeFile.h"
 
 namespace orv::textfile {
 
@@ -114,12 +115,11 @@ std::string readText(const fs::path& path) {
 }
 
 void writeText(const std::string& path, std::string_view text) {
-  errno = 0;
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file.write(text.data(), static_cast<std::streamsize>(text.size()));
-  file.close();
-  if (!file) {
-    raiseFileError(path, "written", errno);
+  std::error_code failure;
+  const fs::path real = fs::canonical(path, failure);  // of a link, the file that it leads to
+  const fs::path target = failure ? fs::path(path) : real;
+  if (const int reason = writeWhole(target, text)) {
+    raiseFileError(path, "written", reason);
   }
 }
 

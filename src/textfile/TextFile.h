@@ -25,7 +25,8 @@ std::filesystem::path requireFile(const std::filesystem::path& folder, const std
 /// errors 57 and 70 for what cannot be read, and 5 for a file that is too large or no text.
 std::string readText(const std::filesystem::path& path);
 
-/// Makes the file hold exactly this text. Raises errors 57 and 70.
+/// Makes the file hold exactly this text; when that fails, what it held before, if it was there.
+/// Raises errors 57 and 70.
 void writeText(const std::string& path, std::string_view text);
 
 /// When the file was last changed; empty when the file system does not tell.

@@ -1,46 +1,10 @@
 // The program as users run it, without a terminal.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
+#include "cli/CliTest.h"
 
-#include <cstdlib>
-#include <string>
-
-#include "commands/CommandsTest.h"
 #include "store/jet/CatalogWriter.h"
 
 namespace orv::test {
 namespace {
-
-struct Ended {
-  int exit = -1;
-  std::string out;
-  std::string err;
-};
-
-class CliTest : public ::testing::Test {
- protected:
-  /// Runs `orv` with these arguments, as a shell takes them, in the test's folder.
-  Ended orv(const std::string& arguments) {
-    const std::string command = "cd '" + folder.path().string() + "' && '" ORV_PROGRAM "' " +
-                                arguments + " >.stdout 2>.stderr </dev/null";
-    const int status = std::system(command.c_str());
-    return {WEXITSTATUS(status), folder.read(".stdout"), folder.read(".stderr")};
-  }
-
-  void copyFromCorpus(const std::string& name) {
-    std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
-  }
-
-  /// A database with the panes a.txt and b.txt in the group Demo.
-  void makeDatabase() {
-    folder.write("a.txt", paneText("Alpha"));
-    folder.write("b.txt", paneText("Beta"));
-    ASSERT_EQ(orv("new db.mdb").exit, 0);
-    ASSERT_EQ(orv("copy a.txt b.txt db.mdb --group Demo").exit, 0);
-  }
-
-  Folder folder;
-};
 
 TEST_F(CliTest, NewMakesADatabaseAndNeverReplacesAFile) {
   EXPECT_EQ(orv("new db.mdb").exit, 0);
@@ -187,6 +151,13 @@ TEST_F(CliTest, APasswordCanBeGiven) {
   EXPECT_EQ(orv("sql " + file + " --queries --password wrong").exit, 3);
   EXPECT_EQ(orv("sql " + file + " --queries --password password").exit, 0);
   EXPECT_EQ(orv("check " + file + " --password password").exit, 0);
+  folder.write("secret", "password\r\nsomething else\n");
+  EXPECT_EQ(orv("check " + file + " --password-file secret").exit, 0);
+  EXPECT_EQ(orv("sql " + file + " --queries --password-file secret").exit, 0);
+  EXPECT_EQ(orv("check " + file + " --password-file secret --password password").exit, 2);
+  const Ended absent = orv("check " + file + " --password-file absent");
+  EXPECT_EQ(absent.exit, 3);
+  EXPECT_NE(absent.err.find("\"absent\""), std::string::npos) << absent.err;
 }
 
 /// Adds a table to the catalogue whose rows are in another database.

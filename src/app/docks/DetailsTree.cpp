@@ -9,6 +9,8 @@
 #include <QSet>
 #include <algorithm>
 
+#include "app/Text.h"
+
 namespace orv::app {
 
 namespace {
@@ -20,7 +22,7 @@ constexpr int kNarrowest = 40;    ///< characters for all columns
 
 /// With a capital letter at its start.
 QString displayName(const std::string& name) {
-  QString text = QString::fromStdString(name);
+  QString text = shownText(name);
   if (!text.isEmpty()) text[0] = text[0].toUpper();
   return text;
 }
@@ -68,15 +70,15 @@ void DetailsTree::showFields(const std::vector<commands::DetailField>& fields) {
   clear();
   QTreeWidgetItem* section = nullptr;
   for (const auto& field : fields) {
-    const QString name = QString::fromStdString(field.section);
+    const QString name = qt(field.section);
     if (!section || section->text(kName) != name) {
       section = addSection(this, name, !closed.contains(name));
     }
-    const QString value = QString::fromStdString(field.value);
+    const QString value = qt(field.value);
     auto* item = new QTreeWidgetItem(
-        section, {displayName(field.name), value.simplified(), QString::fromStdString(field.unit)});
-    item->setToolTip(kName, item->text(kName));
-    item->setToolTip(kValue, value);
+        section, {displayName(field.name), shownText(value.simplified()), qt(field.unit)});
+    item->setToolTip(kName, toolTipText(item->text(kName)));
+    item->setToolTip(kValue, toolTipText(value));
     item->setData(kValue, Qt::UserRole, value);
   }
   applyFilter();

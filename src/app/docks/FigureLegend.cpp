@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <algorithm>
 
+#include "app/Text.h"
+
 namespace orv::app {
 
 namespace {
@@ -32,7 +34,7 @@ FigureLegend::FigureLegend(const SpectrumPlot& plot, const PlotTheme& theme, dou
     const SpectrumDataSet& set = plot.dataSets[i];
     if (!plot.showsDataSet(i) || !set.hasSpectrum()) continue;
     const QPen pen = theme.pen(set, plot.paneCount(), SpectralQuantity::transmittance);
-    dataSets_.push_back({pen, set.label});
+    dataSets_.push_back({pen, shownText(set.label)});
   }
   for (const auto* entries : {&quantities_, &dataSets_}) {
     for (const Entry& entry : *entries) {

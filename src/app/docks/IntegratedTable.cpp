@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "app/Text.h"
 #include "app/docks/IntegratedValues.h"
 
 namespace orv::app {
@@ -14,6 +15,17 @@ namespace orv::app {
 namespace {
 
 constexpr int kWidestColumn = 110;
+
+/// Shows a text that may come from a file, and keeps it as it is for copying.
+QTableWidgetItem* cell(const QString& text) {
+  auto* item = new QTableWidgetItem(shownText(text));
+  item->setData(Qt::UserRole, text);
+  return item;
+}
+
+QString textOf(const QTableWidgetItem* item) {
+  return item->data(Qt::UserRole).toString();
+}
 
 }  // namespace
 
@@ -40,16 +52,16 @@ void IntegratedTable::showDataSets(const std::vector<SpectrumDataSet>& dataSets)
   setColumnCount(rows.empty() ? 0 : static_cast<int>(dataSets.size()));
   for (int column = 0; column < columnCount(); ++column) {
     const auto& label = dataSets[static_cast<std::size_t>(column)].label;
-    auto* header = new QTableWidgetItem(label);
-    header->setToolTip(label);
+    auto* header = cell(label);
+    header->setToolTip(toolTipText(label));
     setHorizontalHeaderItem(column, header);
   }
   for (int row = 0; row < rowCount(); ++row) {
     const auto& [name, values] = rows[static_cast<std::size_t>(row)];
-    setVerticalHeaderItem(row, new QTableWidgetItem(name));
+    setVerticalHeaderItem(row, cell(name));
     for (int column = 0; column < columnCount(); ++column) {
       const QString& value = values[static_cast<std::size_t>(column)];
-      auto* item = new QTableWidgetItem(value.isEmpty() ? QStringLiteral("–") : value);
+      auto* item = cell(value.isEmpty() ? QStringLiteral("–") : value);
       item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
       setItem(row, column, item);
     }
@@ -93,12 +105,12 @@ void IntegratedTable::copySelection() const {
   const QTableWidgetSelectionRange& range = ranges.first();
   QString text;
   for (int column = range.leftColumn(); column <= range.rightColumn(); ++column) {
-    text += u'\t' + horizontalHeaderItem(column)->text();
+    text += u'\t' + textOf(horizontalHeaderItem(column));
   }
   for (int row = range.topRow(); row <= range.bottomRow(); ++row) {
-    text += u'\n' + verticalHeaderItem(row)->text();
+    text += u'\n' + textOf(verticalHeaderItem(row));
     for (int column = range.leftColumn(); column <= range.rightColumn(); ++column) {
-      text += u'\t' + item(row, column)->text();
+      text += u'\t' + textOf(item(row, column));
     }
   }
   QGuiApplication::clipboard()->setText(text + u'\n');

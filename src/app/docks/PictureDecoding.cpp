@@ -5,6 +5,7 @@
 #include <QtEndian>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <string_view>
 
 #include "app/docks/OleObject.h"
@@ -18,6 +19,8 @@ using Bytes = std::span<const std::uint8_t>;
 // The start of the files that programs wrap into objects.
 constexpr std::array<std::string_view, 4> kSignatures{"\x89PNG\r\n\x1a\n", "\xff\xd8\xff", "BM",
                                                       "GIF8"};
+constexpr qint64 kMostPoints = 50'000'000;  ///< of a picture; a camera makes half as many
+constexpr int kMostFinds = 16;  ///< of what begins like a picture of one kind within a field
 constexpr std::size_t kFileHeaderSize = 14;    ///< of a bitmap file
 constexpr std::uint32_t kInfoHeaderSize = 40;  ///< least size of a bitmap's own header
 constexpr std::uint32_t kBitFields = 3;        ///< compression: three masks follow the header
@@ -35,7 +38,9 @@ DecodedPicture decodeFile(QByteArray data) {
   // By what the data are; the name of a format alone must not make text of them.
   reader.setDecideFormatFromContent(true);
   const QString format = QString::fromLatin1(reader.format()).toUpper();
-  return {reader.read(), format};
+  const QSize size = reader.size();
+  if (std::abs(qint64{size.width()} * size.height()) > kMostPoints) return {QImage(), format, size};
+  return {reader.read(), format, {}};
 }
 
 std::uint32_t long32(Bytes bytes, std::size_t offset) {
@@ -68,35 +73,39 @@ DecodedPicture decodeBitmap(Bytes bytes) {
 DecodedPicture searchFile(Bytes bytes) {
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   for (const std::string_view signature : kSignatures) {
-    for (auto at = text.find(signature); at != std::string_view::npos;
+    int finds = 0;
+    for (auto at = text.find(signature); at != std::string_view::npos && finds < kMostFinds;
          at = text.find(signature, at + 1)) {
       auto picture = decodeFile(viewOf(bytes.subspan(at)));
       if (!picture.image.isNull()) return picture;
+      finds += picture.format.isEmpty() ? 0 : 1;
     }
   }
   return {};
 }
 
-DecodedPicture decodeObject(const OleObject& object) {
+DecodedPicture decodeBytes(Bytes bytes) {
+  DecodedPicture refused;
   for (const auto decode :
-       {+[](Bytes bytes) { return decodeFile(viewOf(bytes)); }, &decodeBitmap, &searchFile}) {
-    auto picture = decode(object.data);
+       {+[](Bytes each) { return decodeFile(viewOf(each)); }, &decodeBitmap, &searchFile}) {
+    auto picture = decode(bytes);
     if (!picture.image.isNull()) return picture;
+    if (refused.refused.isEmpty() && !picture.refused.isEmpty()) refused = picture;
   }
-  return {QImage(), QString::fromStdString(object.className)};
+  return refused;
 }
 
 }  // namespace
 
 DecodedPicture decodePicture(std::span<const std::uint8_t> field) {
   if (field.empty()) return {};
-  if (const auto object = readOleObject(field)) return decodeObject(*object);
-  for (const auto decode :
-       {+[](Bytes bytes) { return decodeFile(viewOf(bytes)); }, &decodeBitmap, &searchFile}) {
-    auto picture = decode(field);
-    if (!picture.image.isNull()) return picture;
+  const auto object = readOleObject(field);
+  if (!object) return decodeBytes(field);
+  DecodedPicture picture = decodeBytes(object->data);
+  if (picture.image.isNull() && picture.refused.isEmpty()) {
+    picture.format = QString::fromStdString(object->className);
   }
-  return {};
+  return picture;
 }
 
 }  // namespace orv::app

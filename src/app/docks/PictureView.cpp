@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPainter>
 
+#include "app/Text.h"
 #include "app/docks/PictureDecoding.h"
 
 namespace orv::app {
@@ -34,13 +35,18 @@ void PictureView::showPicture(std::span<const std::uint8_t> field) {
                    .arg(picture_.width())
                    .arg(picture_.height())
                    .arg(bytes);
+  } else if (!decoded.refused.isEmpty()) {
+    caption_ = tr("%1 of %2 that claims to have %L3 × %L4 pixels: it is too large to be shown")
+                   .arg(decoded.format, bytes)
+                   .arg(decoded.refused.width())
+                   .arg(decoded.refused.height());
   } else if (decoded.format.isEmpty()) {
     caption_ = tr("Picture of %1: it cannot be shown").arg(bytes);
   } else {
-    caption_ = tr("%1 object of %2: it cannot be shown").arg(decoded.format, bytes);
+    caption_ = tr("%1 object of %2: it cannot be shown").arg(shownText(decoded.format), bytes);
   }
   setAccessibleDescription(caption_);
-  setToolTip(caption_);
+  setToolTip(toolTipText(caption_));
   update();
 }
 

@@ -3,6 +3,8 @@
 #include <QFontMetricsF>
 #include <algorithm>
 
+#include "app/Text.h"
+
 namespace orv::app {
 
 namespace {
@@ -46,7 +48,7 @@ std::vector<QStringList> Readout::lines(double microns, std::optional<std::size_
   lines.push_back(head);
   for (const std::size_t i : listed(nearest)) {
     const SpectrumDataSet& set = plot_.dataSets[i];
-    QStringList line{set.label};
+    QStringList line{shownText(set.label)};
     for (const SpectralQuantity quantity : kSpectralQuantities) {
       if (!plot_.shows(quantity)) continue;
       const auto value = set.valueAt(quantity, microns);

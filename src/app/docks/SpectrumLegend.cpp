@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "app/Text.h"
 #include "app/docks/PlotTheme.h"
 
 namespace orv::app {
@@ -19,12 +20,12 @@ QString toolTipOf(const SpectrumDataSet& set) {
   const GlazingData& pane = *set.record;
   QStringList lines{set.name};
   for (const std::string& text : {pane.productname(), pane.supplier(), pane.group()}) {
-    if (!text.empty()) lines << QString::fromStdString(text);
+    if (!text.empty()) lines << qt(text);
   }
   lines << SpectrumLegend::tr("Angle of incidence %1°").arg(set.angle);
   if (!set.hasSpectrum()) lines << SpectrumLegend::tr("No spectral data");
   lines.removeDuplicates();
-  return lines.join(u'\n');
+  return toolTipText(lines.join(u'\n'));
 }
 
 }  // namespace
@@ -55,7 +56,7 @@ void SpectrumLegend::refresh() {
   clear();
   for (std::size_t i = 0; i < plot_.dataSets.size(); ++i) {
     const SpectrumDataSet& set = plot_.dataSets[i];
-    auto* item = new QTreeWidgetItem(this, {set.label});
+    auto* item = new QTreeWidgetItem(this, {shownText(set.label)});
     item->setIcon(0, swatch(set));
     item->setToolTip(0, toolTipOf(set));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);

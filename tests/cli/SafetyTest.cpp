@@ -1,0 +1,183 @@
+// What the program does to files when it is ended, has no room, or is not alone with a file.
+#include <fcntl.h>
+#include <signal.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "cli/CliTest.h"
+
+namespace orv::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SafetyTest : public CliTest {
+ protected:
+  void writePanes(int count) {
+    fs::create_directory(folder.path() / "panes");
+    for (int i = 0; i < count; ++i) {
+      folder.write("panes/p" + std::to_string(i) + ".txt", paneText("Pane " + std::to_string(i)));
+    }
+  }
+
+  /// Starts a copy of the folder `panes`, and sends it a signal once it is at work.
+  Ended interruptedCopy(int signal) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const std::string line = "cd '" + folder.path().string() +
+                               "' && exec '" ORV_PROGRAM
+                               "' copy panes db.mdb --group Demo >.stdout 2>.stderr </dev/null";
+      execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+      _exit(127);
+    }
+    const auto size = fs::file_size(folder.path() / "db.mdb");
+    while (fs::file_size(folder.path() / "db.mdb") < size + 20000 && kill(child, 0) == 0) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    kill(child, signal);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, folder.read(".stdout"),
+            folder.read(".stderr")};
+  }
+
+  /// Number of panes in the database, each of which must be whole.
+  int wholePanes() {
+    const auto dc = store::Connection::openFile((folder.path() / "db.mdb").string());
+    const auto panes = dc->table("Pane").rowCount;
+    EXPECT_EQ(dc->table("Pane_integrated_data").rowCount, panes);
+    EXPECT_EQ(dc->table("Pane_spectral_data").rowCount, 3 * panes);
+    return static_cast<int>(panes);
+  }
+
+  static std::string copied(int count) {
+    return std::to_string(count) + (count == 1 ? " record" : " records") + " copied";
+  }
+};
+
+TEST_F(SafetyTest, ACopyThatIsAskedToEndFinishesTheRecordUnderWayAndSaysHowManyAreThere) {
+  writePanes(200);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGKILL}) {
+    SCOPED_TRACE(signal);
+    fs::remove(folder.path() / "db.mdb");
+    orv("new db.mdb");
+    const Ended run = interruptedCopy(signal);
+    const int panes = wholePanes();
+    EXPECT_GT(panes, 0);
+    EXPECT_LT(panes, 200);
+    EXPECT_EQ(run.exit, signal == SIGKILL ? -1 : 1);
+    EXPECT_EQ(run.out, signal == SIGKILL ? "" : copied(panes) + ", then cancelled.\n") << run.err;
+    EXPECT_EQ(orv("check db.mdb").exit, 0);
+  }
+  const int before = wholePanes();
+  const Ended rest = orv("copy panes db.mdb --group Demo");
+  EXPECT_EQ(rest.out, copied(200 - before) + ", " + std::to_string(before) + " failed.\n");
+  EXPECT_EQ(wholePanes(), 200);
+}
+
+/// A limit for the size of files has the same effect as a full disk.
+TEST_F(SafetyTest, ACopyWithoutRoomLeavesNoPartOfAPane) {
+  writePanes(150);
+  orv("new db.mdb");
+  const auto blocks = fs::file_size(folder.path() / "db.mdb") / 512 + 60;
+  const Ended full = shell("trap '' XFSZ; ulimit -f " + std::to_string(blocks) +
+                           "; orv copy panes db.mdb --group Demo");
+  EXPECT_EQ(full.exit, 1);
+  const int panes = wholePanes();
+  EXPECT_GT(panes, 0);
+  EXPECT_LT(panes, 150);
+  EXPECT_EQ(full.out, copied(panes) + ", " + std::to_string(150 - panes) + " failed.\n");
+  EXPECT_NE(full.err.find("db.mdb"), std::string::npos) << full.err;
+  EXPECT_EQ(orv("check db.mdb").exit, 0);
+  orv("copy panes db.mdb --group Demo");
+  EXPECT_EQ(wholePanes(), 150);
+}
+
+TEST_F(SafetyTest, AnExportWithoutRoomLeavesNoPartOfAFile) {
+  makeDatabase();
+  const Ended full = shell(
+      "mkdir -p full; echo mine >full/a.txt; trap '' XFSZ; ulimit -f 1; "
+      "orv export db.mdb --to full --overwrite");
+  EXPECT_EQ(full.exit, 1);
+  EXPECT_NE(full.err.find("a.txt' cannot be written: File too large"), std::string::npos)
+      << full.err;
+  EXPECT_EQ(shell("ls -A full").out, "a.txt\n");
+  EXPECT_EQ(folder.read("full/a.txt"), "mine\n");
+  shell("ulimit -f 1; orv export db.mdb --to killed");
+  EXPECT_EQ(shell("ls killed").out, "") << "what is seen of a file is whole";
+}
+
+TEST_F(SafetyTest, ADatabaseThatAccessHasOpenIsChangedOnlyByForce) {
+  makeDatabase();
+  const fs::path note = folder.path() / "DB.LDB";
+  folder.write("DB.LDB", std::string(64, ' '));
+  const std::pair<const char*, int> changes[] = {{"copy a.txt db.mdb --group Other", 3},
+                                                 {"delete db.mdb 1 --yes", 2}};
+  int panes = wholePanes();
+  for (const auto& [change, panesAfter] : changes) {
+    SCOPED_TRACE(change);
+    const Ended warned = orv(change);
+    EXPECT_EQ(warned.exit, 2);
+    EXPECT_NE(warned.err.find("Access seems to have"), std::string::npos) << warned.err;
+    EXPECT_NE(warned.err.find("--force"), std::string::npos);
+    EXPECT_EQ(wholePanes(), panes);
+    const Ended forced = orv(std::string(change) + " --force");
+    EXPECT_EQ(forced.exit, 0) << forced.err;
+    EXPECT_NE(forced.err.find("DB.LDB"), std::string::npos) << "it is told all the same";
+    EXPECT_EQ(wholePanes(), panes = panesAfter);
+  }
+  fs::last_write_time(note, fs::file_time_type::clock::now() - std::chrono::hours(30));
+  const Ended old = orv("delete db.mdb 2 --yes");
+  EXPECT_EQ(old.exit, 0) << old.err;
+  EXPECT_EQ(old.err, "") << "Access left the file behind";
+
+  const int held = open(note.c_str(), O_RDWR);
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_start = 0x10000001;
+  lock.l_len = 1;
+  ASSERT_EQ(fcntl(held, F_SETLK, &lock), 0);
+  const Ended inUse = orv("delete db.mdb 3 --yes");
+  EXPECT_EQ(inUse.exit, 2);
+  EXPECT_NE(inUse.err.find("which another program holds"), std::string::npos) << inUse.err;
+  close(held);
+  EXPECT_EQ(orv("delete db.mdb 3 --yes").exit, 0);
+}
+
+TEST_F(SafetyTest, ASemicolonInThePathOfADatabaseIsRefusedBeforeAnythingIsOpened) {
+  makeDatabase();
+  fs::rename(folder.path() / "db.mdb", folder.path() / "a.mdb");
+  fs::copy_file(folder.path() / "a.mdb", folder.path() / "a.mdb;b.mdb");
+  const std::string before = folder.read("a.mdb");
+  for (const char* arguments :
+       {"delete 'a.mdb;b.mdb' 1 --yes", "copy a.txt 'a.mdb;b.mdb' --group Other",
+        "list 'a.mdb;b.mdb'", "sql 'a.mdb;b.mdb' Pane", "check 'a.mdb;b.mdb'", "new 'c;d.mdb'",
+        "new 'e;f/g.mdb'"}) {
+    const Ended run = orv(arguments);
+    EXPECT_EQ(run.exit, 3) << arguments;
+    EXPECT_NE(run.err.find("semicolon"), std::string::npos) << run.err;
+  }
+  EXPECT_EQ(folder.read("a.mdb"), before);
+  EXPECT_FALSE(fs::exists(folder.path() / "c;d.mdb"));
+}
+
+TEST_F(SafetyTest, NamesCannotSteerWhoReadsThem) {
+  const std::string name = "a\x1b]0;title\x07\u202Etxt";
+  folder.write(name, paneText("Red \x1b[31m glass\u202E"));
+  orv("new db.mdb");
+  EXPECT_EQ(orv("copy '" + name + "' db.mdb --group Demo").exit, 0);
+  EXPECT_EQ(orv("list db.mdb").out.find('\x1b'), std::string::npos);
+  EXPECT_NE(orv("list db.mdb").out.find("a\\u001b]0;title\\u0007\\u202etxt"), std::string::npos);
+  const Ended again = orv("copy '" + name + "' db.mdb --group Demo");
+  EXPECT_NE(again.err.find("a\\u001b]0;title\\u0007\\u202etxt"), std::string::npos) << again.err;
+  EXPECT_EQ(again.err.find('\x1b'), std::string::npos);
+  EXPECT_EQ(orv("list db.mdb --format tsv").out, "id\tname\tproduct\tgroup\tsupplier\n1\t" + name +
+                                                     "\tRed \x1b[31m glass\u202E\tDemo\tUnknown\n")
+      << "data for other programs stay as they are";
+}
+
+}  // namespace
+}  // namespace orv::test
