@@ -45,8 +45,8 @@ class HiddenInput {
 }  // namespace
 
 std::string askForPassword() {
+  const HiddenInput hidden;  // before the prompt, so that nothing typed after it is lost
   std::cerr << "Password: " << std::flush;
-  const HiddenInput hidden;
   std::string password;
   std::getline(std::cin, password);
   return password;
