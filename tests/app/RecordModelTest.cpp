@@ -49,4 +49,32 @@ TEST(RecordModelTest, RowsThatCannotBeReadAreToldOfAndTheOthersStay) {
   EXPECT_ANY_THROW(model.complete());
 }
 
+/// A table of one text.
+class OneText : public commands::RecordTable {
+ public:
+  explicit OneText(std::string text) : text_(std::move(text)) {
+    columns_.push_back({"name", "Name", "", false});
+  }
+
+  void readTo(std::size_t /*rows*/) override {}
+  std::size_t rowsRead() const override { return 1; }
+  bool isComplete() const override { return true; }
+  store::Value value(std::size_t /*row*/, std::size_t /*column*/) const override { return text_; }
+
+ private:
+  std::string text_;
+};
+
+TEST(RecordModelTest, TextsThatSteerAreSpelledOutAndCopiedAsTheyAre) {
+  app::RecordModel model;
+  const std::string text = "<b>Red</b> \u202Eglass\x1b";
+  model.show(std::make_unique<commands::RecordView>(std::make_unique<OneText>(text), 4));
+  const QModelIndex cell = model.index(0, 0);
+  EXPECT_EQ(model.data(cell, Qt::DisplayRole).toString(), "<b>Red</b> \\u202eglass\\u001b");
+  EXPECT_TRUE(model.data(cell, Qt::ToolTipRole)
+                  .toString()
+                  .contains("&lt;b&gt;Red&lt;/b&gt; \\u202eglass\\u001b"));
+  EXPECT_EQ(model.plainText(0, 0, {0}), QString::fromStdString(text));
+}
+
 }  // namespace orv::test

@@ -58,6 +58,23 @@ TEST(TextFile, RefusesWhatIsNoTextOrCannotBeWritten) {
   EXPECT_NE(unwritable.description.find("none/a.txt"), std::string::npos);
 }
 
+TEST(TextFile, IsReplacedWhole) {
+  const test::Folder folder;
+  const auto file = folder.path() / "a.txt";
+  folder.write("a.txt", "before, and longer");
+  std::filesystem::permissions(file, std::filesystem::perms(0640));
+  std::filesystem::create_symlink("a.txt", folder.path() / "link.txt");
+  writeText((folder.path() / "link.txt").string(), "after");
+  EXPECT_EQ(folder.read("a.txt"), "after");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link.txt"));
+  EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
+
+  std::filesystem::create_directory(folder.path() / "folder");
+  test::raisedBy([&] { writeText((folder.path() / "folder").string(), "x"); });
+  const std::filesystem::directory_iterator entries(folder.path());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 3) << "nothing is left behind";
+}
+
 }  // namespace
 
 }  // namespace orv::textfile

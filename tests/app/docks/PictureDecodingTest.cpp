@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QElapsedTimer>
 #include <vector>
 
 #include "app/docks/PictureDecoding.h"
@@ -99,6 +100,39 @@ TEST(PictureDecodingTest, TakesNothingFromDamagedFields) {
   overlong[2] = 0xFF;
   overlong[3] = 0xFF;
   EXPECT_NO_THROW(decodePicture(overlong));
+}
+
+/// The picture as a bitmap file that claims another size.
+Bytes claiming(std::int32_t width, std::int32_t height) {
+  Bytes file = encoded("BMP");
+  for (int i = 0; i < 4; ++i) {
+    file[static_cast<std::size_t>(18 + i)] = static_cast<std::uint8_t>(width >> (8 * i));
+    file[static_cast<std::size_t>(22 + i)] = static_cast<std::uint8_t>(height >> (8 * i));
+  }
+  return file;
+}
+
+TEST(PictureDecodingTest, RefusesWhatClaimsToBeHuge) {
+  const Bytes huge = claiming(100'000, 100'000);
+  const Bytes bitmap(huge.begin() + kFileHeader, huge.end());
+  for (const Bytes& field :
+       {huge, bitmap, claiming(100'000, -100'000), wrapped(kEmbedded, "PBrush", huge)}) {
+    const auto decoded = decodePicture(field);
+    EXPECT_TRUE(decoded.image.isNull());
+    EXPECT_EQ(decoded.format, "BMP");
+    EXPECT_EQ(decoded.refused.width(), 100'000);
+  }
+}
+
+/// Each of them takes 160 MB: a field of nothing else must not keep the window for minutes.
+TEST(PictureDecodingTest, GivesUpOnFieldsThatBeginPicturesWithoutEnd) {
+  const Bytes claim = claiming(6500, 6500);
+  Bytes field{0};
+  for (int i = 0; i < 3000; ++i) field.insert(field.end(), claim.begin(), claim.begin() + 54);
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_TRUE(decodePicture(field).image.isNull());
+  EXPECT_LT(timer.elapsed(), 20'000);
 }
 
 }  // namespace
