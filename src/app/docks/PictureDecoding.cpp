@@ -19,7 +19,7 @@ using Bytes = std::span<const std::uint8_t>;
 // The start of the files that programs wrap into objects.
 constexpr std::array<std::string_view, 4> kSignatures{"\x89PNG\r\n\x1a\n", "\xff\xd8\xff", "BM",
                                                       "GIF8"};
-constexpr qint64 kMostPoints = 50'000'000;  ///< of a picture; a camera makes half as many
+constexpr qint64 kMostPoints = 32 << 20;  ///< of a picture: what Qt takes memory for
 constexpr int kMostFinds = 16;  ///< of what begins like a picture of one kind within a field
 constexpr std::size_t kFileHeaderSize = 14;    ///< of a bitmap file
 constexpr std::uint32_t kInfoHeaderSize = 40;  ///< least size of a bitmap's own header
@@ -38,8 +38,8 @@ DecodedPicture decodeFile(QByteArray data) {
   // By what the data are; the name of a format alone must not make text of them.
   reader.setDecideFormatFromContent(true);
   const QString format = QString::fromLatin1(reader.format()).toUpper();
-  const QSize size = reader.size();
-  if (std::abs(qint64{size.width()} * size.height()) > kMostPoints) return {QImage(), format, size};
+  const QSize size(reader.size().width(), std::abs(reader.size().height()));  // bitmaps: or < 0
+  if (qint64{size.width()} * size.height() > kMostPoints) return {QImage(), format, size};
   return {reader.read(), format, {}};
 }
 
