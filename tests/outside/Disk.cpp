@@ -93,6 +93,19 @@ Disk::Disk(const fs::path& folder) {
   }
 }
 
+Disk::Disk(const Disk& other)
+    : files_(other.files_), certainNames_(other.certainNames_), pendingNames_(other.pendingNames_) {
+  std::map<FilePointer, FilePointer> copies;
+  const auto replace = [&](FilePointer& file) {
+    FilePointer& copy = copies[file];
+    if (copy == nullptr) copy = std::make_shared<File>(*file);
+    file = copy;
+  };
+  for (auto& [number, file] : files_) replace(file);
+  for (auto& [name, file] : certainNames_) replace(file);
+  for (NameChange& change : pendingNames_) replace(change.file);
+}
+
 const Disk::FilePointer& Disk::fileOf(const Call& call) {
   const auto found = files_.find(call.file);
   if (found == files_.end()) {

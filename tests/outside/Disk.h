@@ -38,6 +38,9 @@ class Disk {
 
   /// Holds what the folder holds now; it is watched from now on.
   explicit Disk(const std::filesystem::path& folder);
+  /// Has files of its own.
+  Disk(const Disk& other);
+  Disk& operator=(const Disk&) = delete;
 
   void apply(const Call& call);
   /// Writes what the disk may hold into a folder.
