@@ -1,0 +1,169 @@
+// Several processes with one file at a time.
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+#include "outside/Work.h"
+
+namespace orv::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// A program that is run again and again, each time with arguments of its own.
+class Again {
+ public:
+  Again(fs::path folder, std::function<Command(int run)> command)
+      : folder_(std::move(folder)), command_(std::move(command)) {}
+
+  /// Starts the program when it does not run; notes how the last run ended.
+  void keepUp(bool mayStart) {
+    if (program_ && program_->hasEnded()) {
+      const Ended ended = program_->end();
+      program_.reset();
+      if (ended.exit != 0) failures_ += ended.err + "(exit " + std::to_string(ended.exit) + ")\n";
+      ++runs_;
+    }
+    if (!program_ && mayStart) {
+      program_.emplace(command_(runs_), Surroundings{.folder = folder_, .isWatched = false});
+    }
+  }
+  bool isRunning() const { return program_.has_value(); }
+  int runs() const { return runs_; }
+  const std::string& failures() const { return failures_; }
+
+ private:
+  fs::path folder_;
+  std::function<Command(int)> command_;
+  std::optional<Program> program_;
+  int runs_ = 0;
+  std::string failures_;
+};
+
+void keepUp(std::vector<Again>& programs, Clock::duration time) {
+  const auto end = Clock::now() + time;
+  bool isAnyRunning = true;
+  while (isAnyRunning) {
+    isAnyRunning = false;
+    for (Again& program : programs) {
+      program.keepUp(Clock::now() < end);
+      isAnyRunning = isAnyRunning || program.isRunning();
+    }
+    std::this_thread::sleep_for(1ms);
+  }
+}
+
+std::string groupOf(int writer, int run) {
+  return "W" + std::to_string(writer) + "x" + std::to_string(run);
+}
+
+/// Four that write and three that read, for a minute in a long run.
+void expectThatACrowdGetsOn(const fs::path& folder, Clock::duration time) {
+  constexpr int kWriters = 4;
+  prepareDatabase(folder);
+  const std::string panes = (sourceFolder() / "panes").string();
+  std::vector<Again> programs;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    programs.emplace_back(folder, [=](int run) {
+      return orv({"copy", panes, kDatabase, "--group", groupOf(writer, run)});
+    });
+  }
+  programs.emplace_back(folder, [](int) { return orv({"list", kDatabase}); });
+  programs.emplace_back(folder, [](int) { return orv({"check", kDatabase}); });
+  programs.emplace_back(folder, [](int) {
+    return orv({"sql", kDatabase, "SELECT COUNT(*) FROM Pane_spectral_data"});
+  });
+  keepUp(programs, time);
+
+  std::size_t expected = 2;
+  for (int i = 0; i < static_cast<int>(programs.size()); ++i) {
+    EXPECT_EQ(programs[i].failures(), "") << (i < kWriters ? "A writer" : "A reader") << " failed.";
+    EXPECT_GT(programs[i].runs(), 0) << "One never got its turn.";
+    if (i < kWriters) expected += 5 * static_cast<std::size_t>(programs[i].runs());
+  }
+  EXPECT_EQ(run(orv({"check", kDatabase}), {.folder = folder}).exit, 0);
+  const Content content = contentOf(folder / kDatabase);
+  EXPECT_EQ(recordCount(content), expected);
+  EXPECT_TRUE(content.strays.empty()) << *content.strays.begin();
+  const auto partsOf = [&](const std::string& group) {
+    const auto found = content.records.find("Pane lowe_4_infrared.txt of " + group);
+    return found != content.records.end() ? found->second.begin()->size() : 0;
+  };
+  const std::size_t whole = partsOf(groupOf(0, 0));
+  for (int writer = 0; writer < kWriters; ++writer) {
+    for (int i = 0; i < programs[writer].runs(); ++i) {
+      const std::size_t nameLength = groupOf(writer, i).size() - groupOf(0, 0).size();
+      EXPECT_EQ(partsOf(groupOf(writer, i)), whole + nameLength) << groupOf(writer, i);
+    }
+  }
+  testing::Test::RecordProperty("panes", static_cast<int>(expected));
+}
+
+TEST(Crowd, OfWritersAndReadersGetsOn) {
+  const TemporaryFolder folder;
+  expectThatACrowdGetsOn(folder.path(), isLongRun() ? 60s : 4s);
+}
+
+/// A file system in a file, for as long as this lives.
+class Mounted {
+ public:
+  explicit Mounted(const std::string& make) {
+    const std::string image = folder_ / "image";
+    fs::create_directory(place());
+    isMounted_ = geteuid() == 0 &&
+                 succeeds("truncate -s 64M " + image + " && " + make + " " + image) &&
+                 succeeds("mount -o loop " + image + " " + place().string());
+  }
+  ~Mounted() {
+    if (isMounted_) umount2(place().c_str(), MNT_DETACH);
+  }
+  Mounted(const Mounted&) = delete;
+  Mounted& operator=(const Mounted&) = delete;
+
+  bool isMounted() const { return isMounted_; }
+  fs::path place() const { return folder_.path() / "place"; }
+
+ private:
+  static bool succeeds(const std::string& command) {
+    return std::system(("(" + command + ") >/dev/null 2>&1").c_str()) == 0;
+  }
+
+  TemporaryFolder folder_;
+  bool isMounted_ = false;
+};
+
+/// With inodes of 128 bytes ext4 has no room for parts of seconds.
+TEST(Crowd, GetsOnWhereFileTimesAreWholeSeconds) {
+  const Mounted fileSystem("mkfs.ext4 -q -F -I 128");
+  if (!fileSystem.isMounted()) GTEST_SKIP() << "no file system can be mounted here";
+  expectThatACrowdGetsOn(fileSystem.place(), isLongRun() ? 60s : 4s);
+}
+
+TEST(Crowd, OfReadersDoesNotStarveAWriter) {
+  const TemporaryFolder folder;
+  prepareDatabase(folder.path());
+  std::vector<Again> readers;
+  for (int i = 0; i < 3; ++i) {
+    readers.emplace_back(folder.path(), [](int) { return orv({"list", kDatabase}); });
+  }
+  Again writer(folder.path(), [](int) {
+    return orv({"copy", (sourceFolder() / "panes").string(), kDatabase, "--group", "New"});
+  });
+  const auto end = Clock::now() + 20s;
+  while (writer.runs() == 0 && Clock::now() < end) {
+    for (Again& reader : readers) reader.keepUp(true);
+    writer.keepUp(true);
+    std::this_thread::sleep_for(1ms);
+  }
+  EXPECT_EQ(writer.runs(), 1) << "It did not come to its end.";
+  EXPECT_EQ(writer.failures(), "");
+}
+
+}  // namespace
+}  // namespace orv::test
