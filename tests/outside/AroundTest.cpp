@@ -108,7 +108,8 @@ TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
     SCOPED_TRACE("killed before call " + std::to_string(call));
     const TemporaryFolder other;
     ASSERT_EQ(test::run(orv({"new", kDatabase}), {.folder = other.path()}).exit, 0);
-    if (!test::run(copyTo(kDatabase), {.folder = other.path(), .plan = {kKillBefore, call}}).killed) {
+    if (!test::run(copyTo(kDatabase), {.folder = other.path(), .plan = {kKillBefore, call}})
+             .killed) {
       continue;
     }
     for (const fs::path& file : besides(other.path())) {
@@ -240,8 +241,7 @@ TEST_F(Around, APathWithASemicolonIsRefused) {
   for (const Command& command :
        {orv({"list", path}), orv({"check", path}), orv({"info", path}), copyTo(path),
         orv({"delete", path, "1", "--yes"}), orv({"sql", path, "SELECT * FROM Pane"}),
-        orv({"new", std::string(kDatabase) + ";c.mdb"}),
-        orv({"export", path, "--to", "out"})}) {
+        orv({"new", std::string(kDatabase) + ";c.mdb"}), orv({"export", path, "--to", "out"})}) {
     const Ended ended = run(command);
     EXPECT_NE(ended.exit, 0) << command.arguments[0];
     EXPECT_NE(ended.err.find(';'), std::string::npos) << command.arguments[0] << ": " << ended.err;
@@ -301,10 +301,9 @@ TEST_F(Around, AMemberOfAGroupRecoversWhatAnotherLeft) {
     ASSERT_EQ(chown((folder / kDatabase).c_str(), kOneUser, kGroup), 0);
     ASSERT_EQ(chmod(folder.path().c_str(), 02770), 0);
     ASSERT_EQ(chmod((folder / kDatabase).c_str(), 0660), 0);
-    const Ended ended = test::run(copy, {.folder = folder.path(),
-                                         .plan = {kKillBefore, call},
-                                         .user = kOneUser,
-                                         .group = kGroup});
+    const Ended ended = test::run(
+        copy,
+        {.folder = folder.path(), .plan = {kKillBefore, call}, .user = kOneUser, .group = kGroup});
     if (!ended.killed) GTEST_SKIP() << "the program cannot be run as another: " << ended.err;
     const Ended list = test::run(orv({"list", kDatabase}),
                                  {.folder = folder.path(), .user = kOtherUser, .group = kGroup});

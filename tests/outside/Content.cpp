@@ -89,7 +89,8 @@ class Reader {
   explicit Reader(const fs::path& database) : database_(database) {}
 
   Content read() {
-    for (const Row& row : rowsOf("ORVdata_version")) content_.records["database"].insert(textOf(row));
+    for (const Row& row : rowsOf("ORVdata_version"))
+      content_.records["database"].insert(textOf(row));
     for (const Lookup& lookup : kLookups) {
       for (const Row& row : rowsOf(lookup.table)) {
         names_[lookup.table][row.at(lookup.key)] = row.at(lookup.name);
@@ -140,8 +141,7 @@ class Reader {
 
   void addRecord(const Kind& kind, const Row& row, const Details& parts) {
     const std::string group = row.contains("groupid") ? row.at("groupid") : row.at("groupnameid");
-    const std::string title =
-        std::string(kind.table) + " " + row.at("name") + " of " + group;
+    const std::string title = std::string(kind.table) + " " + row.at("name") + " of " + group;
     if (parts.empty()) content_.records[title].insert(textOf(row));
     for (const auto& [part, texts] : parts) {
       std::string text = textOf(row);
@@ -159,8 +159,9 @@ class Reader {
         const auto& names = names_[lookup.table];
         const auto name = names.find(field->second);
         used_.insert(lookup.table + field->second);
-        field->second =
-            name != names.end() ? name->second : "a row of " + std::string(lookup.table) + " that is not there";
+        field->second = name != names.end()
+                            ? name->second
+                            : "a row of " + std::string(lookup.table) + " that is not there";
       }
     }
     return row;

@@ -40,8 +40,12 @@ std::vector<Call> readRecording(const fs::path& recording) {
   while (bytes.size() - at >= sizeof(CallHeader)) {
     CallHeader header;
     std::memcpy(&header, take(sizeof header).data(), sizeof header);
-    Call call{header.kind, take(header.nameLength), take(header.otherLength),
-              take(header.dataLength), header.file, header.offset};
+    Call call{header.kind,
+              take(header.nameLength),
+              take(header.otherLength),
+              take(header.dataLength),
+              header.file,
+              header.offset};
     calls.push_back(std::move(call));
   }
   return calls;

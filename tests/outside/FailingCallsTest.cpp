@@ -16,11 +16,12 @@ struct Failure {
 };
 
 constexpr std::uint64_t kAllThatFollow = 1'000'000'000;
-constexpr Failure kFailures[] = {{"an input or output error", kInputOutputError, 1, 0},
-                                 {"two errors", kInputOutputError, 2, 1},
-                                 {"one refusal for want of space", kNoSpace, 1, 2},
-                                 {"a disk that stays full", kNoSpace, kAllThatFollow, 3},
-                                 {"a write in part, then a full disk", kShortWrite, kAllThatFollow, 4}};
+constexpr Failure kFailures[] = {
+    {"an input or output error", kInputOutputError, 1, 0},
+    {"two errors", kInputOutputError, 2, 1},
+    {"one refusal for want of space", kNoSpace, 1, 2},
+    {"a disk that stays full", kNoSpace, kAllThatFollow, 3},
+    {"a write in part, then a full disk", kShortWrite, kAllThatFollow, 4}};
 
 class FailingCalls : public testing::TestWithParam<std::string> {
  protected:
@@ -51,7 +52,7 @@ class FailingCalls : public testing::TestWithParam<std::string> {
 TEST_P(FailingCalls, AreToldAndLeaveNothingHalfDone) {
   const Rehearsal rehearsal(workNamed(GetParam()));
   for (const Failure& failure : kFailures) {
-    for (const std::uint64_t number : sampled(rehearsal.calls(), 5)) {
+    for (const std::uint64_t number : sampled(rehearsal.calls(), 4)) {
       const std::uint64_t call = isLongRun() ? number : number + failure.offset;
       if (call <= rehearsal.calls()) tryAt(rehearsal, failure, call);
       if (HasFailure() && !isLongRun()) return;

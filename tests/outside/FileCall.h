@@ -21,7 +21,7 @@ inline constexpr const char* kKillBefore = "kill-before";
 inline constexpr const char* kKillAfter = "kill-after";
 inline constexpr const char* kStopBefore = "stop-before";  ///< until it gets SIGCONT
 inline constexpr const char* kInputOutputError = "eio";
-inline constexpr const char* kNoSpace = "enospc";  ///< for what needs space
+inline constexpr const char* kNoSpace = "enospc";    ///< for what needs space
 inline constexpr const char* kShortWrite = "short";  ///< half is written, then there is no space
 
 enum class CallKind : std::uint32_t {

@@ -72,9 +72,8 @@ class Instructions {
   }
   /// How many of the calls that are to fail were before this one; -1 when this is not to fail.
   std::int64_t position(std::uint64_t number) const {
-    return number >= first_ && number - first_ < count_
-               ? static_cast<std::int64_t>(number - first_)
-               : -1;
+    return number >= first_ && number - first_ < count_ ? static_cast<std::int64_t>(number - first_)
+                                                        : -1;
   }
 
   /// The name that a path has in the folder; empty for the folder itself; null elsewhere.
@@ -92,8 +91,7 @@ class Instructions {
     header.dataLength = static_cast<std::uint32_t>(data.size());
     std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
     bytes += name + other + data;
-    if (realWrite(recording_, bytes.data(), bytes.size()) !=
-        static_cast<ssize_t>(bytes.size())) {
+    if (realWrite(recording_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
       abort();
     }
   }

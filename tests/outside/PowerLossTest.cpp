@@ -17,8 +17,9 @@ class PowerLoss : public testing::TestWithParam<std::string> {
 };
 
 Disk::Luck luckOf(std::uint32_t seed) {
-  return seed % kSeeds == 0 ? Disk::Luck::bad
-                            : seed % kSeeds == 1 ? Disk::Luck::good : Disk::Luck::mixed;
+  return seed % kSeeds == 0   ? Disk::Luck::bad
+         : seed % kSeeds == 1 ? Disk::Luck::good
+                              : Disk::Luck::mixed;
 }
 
 std::vector<std::uint32_t> seedsAt(std::uint64_t call) {
@@ -61,7 +62,7 @@ void loseAgain(const Rehearsal& rehearsal, const std::filesystem::path& left,
 
 TEST_P(PowerLoss, LeavesNothingHalfDoneAndAllThatWasReported) {
   const Rehearsal rehearsal(workNamed(GetParam()));
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 12)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 10)) {
     for (const std::uint32_t seed : seedsAt(call)) {
       SCOPED_TRACE("the power goes after call " + std::to_string(call) + " of " +
                    std::to_string(rehearsal.calls()) + ", seed " + std::to_string(seed));

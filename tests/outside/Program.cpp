@@ -40,7 +40,8 @@ fs::path makeNotes() {
 
 std::vector<std::string> environmentOf(const Surroundings& surroundings, const fs::path& notes) {
   std::vector<std::string> variables;
-  for (char** variable = environ; *variable != nullptr; ++variable) variables.emplace_back(*variable);
+  for (char** variable = environ; *variable != nullptr; ++variable)
+    variables.emplace_back(*variable);
   if (!surroundings.isWatched) return variables;
   const auto add = [&](const char* name, const std::string& value) {
     variables.push_back(std::string(name) + "=" + value);
@@ -51,8 +52,8 @@ std::vector<std::string> environmentOf(const Surroundings& surroundings, const f
   add(kCounterVariable, (notes / "calls").string());
   add(kTerminalVariable, "1");
   add(kRecordingVariable, surroundings.recording.string());
-  add(kPlanVariable, std::string(plan.word) + " " + std::to_string(plan.first) + " " +
-                         std::to_string(plan.count));
+  add(kPlanVariable,
+      std::string(plan.word) + " " + std::to_string(plan.first) + " " + std::to_string(plan.count));
   return variables;
 }
 
@@ -67,7 +68,8 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 bool settle(const Surroundings& surroundings, const fs::path& notes) {
   const auto opens = [](int as, const fs::path& path, int flags) {
     const int descriptor = open(path.c_str(), flags, 0600);
-    return descriptor >= 0 && dup2(descriptor, as) == as && (descriptor == as || !close(descriptor));
+    return descriptor >= 0 && dup2(descriptor, as) == as &&
+           (descriptor == as || !close(descriptor));
   };
   if (!opens(STDIN_FILENO, "/dev/null", O_RDONLY) ||
       !opens(STDOUT_FILENO, notes / "out", O_WRONLY | O_CREAT | O_APPEND) ||

@@ -82,8 +82,7 @@ const Entry kEntries[] = {
     // Panes with spectra of different lengths, one with a substrate that is read besides.
     {"copyOfTexts", false,
      [] {
-       return withOneCommand(prepareDatabase,
-                             copyOf({(sourceFolder() / "panes").string()}, {}));
+       return withOneCommand(prepareDatabase, copyOf({(sourceFolder() / "panes").string()}, {}));
      }},
     // A pane with three angles, one without a spectrum, and two others.
     {"copyOfPanes", true,
@@ -97,8 +96,8 @@ const Entry kEntries[] = {
      }},
     {"copyOfShadings", false,
      [] {
-       Work work = withOneCommand(prepareDatabase,
-                                  copyOf({(sourceFolder() / "shadings").string()}, {}));
+       Work work =
+           withOneCommand(prepareDatabase, copyOf({(sourceFolder() / "shadings").string()}, {}));
        work.repeats = true;
        return work;
      }},
@@ -112,7 +111,9 @@ const Entry kEntries[] = {
            orv({"delete", kDatabase, "2", "3", "5", "--yes"}));
      }},
     {"newDatabase", false,
-     [] { return withOneCommand([](const fs::path&) {}, orv({"new", kDatabase})); }},
+     [] {
+       return withOneCommand([](const fs::path&) {}, orv({"new", kDatabase}));
+     }},
     // The window pastes three panes and three frames.
     {"paste", true,
      [] {
@@ -138,17 +139,17 @@ Work workNamed(const std::string& name) {
 }
 
 bool needsCorpus(const std::string& workName) {
-  return std::ranges::any_of(kEntries, [&](const Entry& entry) {
-    return entry.name == workName && entry.needsCorpus;
-  });
+  return std::ranges::any_of(
+      kEntries, [&](const Entry& entry) { return entry.name == workName && entry.needsCorpus; });
 }
 
 fs::path sourceFolder() {
   static const TemporaryFolder folder;
   static const bool isMade = [] {
     makeFolder(folder / "two", examples() / "panes", {"clear_6.txt", "grey_6.txt"});
-    makeFolder(folder / "panes", examples() / "panes",
-               {"clear_4.txt", "film_mist.txt", "lowe_4.txt", "lowe_4_infrared.txt", "ripple_4.txt"});
+    makeFolder(
+        folder / "panes", examples() / "panes",
+        {"clear_4.txt", "film_mist.txt", "lowe_4.txt", "lowe_4_infrared.txt", "ripple_4.txt"});
     makeFolder(folder / "shadings", examples() / "shadings",
                {"screen_5.txt", "venetian_25.txt", "vertical_89.txt"});
     return true;
@@ -247,7 +248,8 @@ void Rehearsal::complete(const fs::path& folder) const {
     const Content already = contentOf(folder / kDatabase);
     for (const auto& [title, parts] : already.records) {
       const auto first = before_.records.find(title);
-      if (first == before_.records.end()) expected.records[title].insert(parts.begin(), parts.end());
+      if (first == before_.records.end())
+        expected.records[title].insert(parts.begin(), parts.end());
     }
   }
   const Ended ended = run(work_.completion, {.folder = folder});
