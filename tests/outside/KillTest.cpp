@@ -44,6 +44,7 @@ TEST_P(Killed, AtACallNothingIsHalfDoneOrLost) {
 
 /// The program that opens the file after a kill is killed too.
 TEST_P(Killed, InRecoveryNothingIsHalfDoneOrLost) {
+  if (repeatsCopyOfPanes(GetParam())) GTEST_SKIP() << "in long runs only";
   const Rehearsal rehearsal(workNamed(GetParam()));
   int recoveries = 0;
   for (const std::uint64_t call : sampled(rehearsal.calls(), 8)) {

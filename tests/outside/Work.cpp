@@ -143,6 +143,10 @@ bool needsCorpus(const std::string& workName) {
       kEntries, [&](const Entry& entry) { return entry.name == workName && entry.needsCorpus; });
 }
 
+bool repeatsCopyOfPanes(const std::string& workName) {
+  return workName == "paste" && !isLongRun();
+}
+
 fs::path sourceFolder() {
   static const TemporaryFolder folder;
   static const bool isMade = [] {
