@@ -2,16 +2,14 @@
 
 #include <fmt/format.h>
 
-#include "errors/Error.h"
-#include "store/StoreError.h"
 #include "store/jet/check/CatalogCheck.h"
 
 namespace orv::store::jet {
 namespace {
 
 /// A check reads a file as it is at one moment. A writer need not wait for its end all the same:
-/// he is let in, and the check begins anew, so often.
-constexpr int kAttempts = 5;
+/// he is let in, and the check begins anew, so often. Then writers wait.
+constexpr int kYieldingAttempts = 4;
 struct ChangedMeanwhile {};
 
 }  // namespace
@@ -21,22 +19,20 @@ FileCheck::FileCheck(const std::string& path, const std::string& password,
     : database_(Database::open(path, password)), progress_(progress) {}
 
 CheckReport FileCheck::run() {
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+  for (int attempt = 0; attempt < kYieldingAttempts; ++attempt) {
     try {
-      return runOnce();
+      return runOnce(true);
     } catch (const ChangedMeanwhile&) {
     }
   }
-  throw Error(kStoreFailure, "'" + database_->pager().path() +
-                                 "' was changed each time while it was being checked. Check it "
-                                 "when no program changes it.");
+  return runOnce(false);
 }
 
-CheckReport FileCheck::runOnce() {
+CheckReport FileCheck::runOnce(bool yields) {
   Pager& pager = database_->pager();
   const Pager::ReadLock lock(pager);
   const CheckProgress progress = [&](std::size_t done, std::size_t pages) {
-    if (!pager.letWritersIn()) {
+    if (yields && !pager.letWritersIn()) {
       throw ChangedMeanwhile();
     }
     if (progress_) {

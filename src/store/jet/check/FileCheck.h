@@ -19,7 +19,7 @@ class FileCheck {
   CheckReport run();
 
  private:
-  CheckReport runOnce();
+  CheckReport runOnce(bool yields);
   void checkHeader(CheckContext& context) const;
 
   std::shared_ptr<Database> database_;
