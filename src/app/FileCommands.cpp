@@ -72,6 +72,10 @@ void FileCommands::openPaths(const QStringList& paths) {
   if (!nodes.empty()) announce(nodes.back());
 }
 
+void FileCommands::offerReplacements() {
+  announce(commands_.openReplacements());
+}
+
 void FileCommands::remove(const Node& shown) {
   if (!shown) return;
   Node source = shown;

@@ -24,6 +24,8 @@ class FileCommands : public QObject {
   void openTextFiles();
   /// Files and folders of any kind.
   void openPaths(const QStringList& paths);
+  /// Offers to open the files that have taken the places of open databases.
+  void offerReplacements();
   /// Asks, and takes the source that `shown` is or belongs to out of the list.
   void remove(const Node& shown);
 

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMimeData>
+#include <QTimer>
 
 #include "app/DataPane.h"
 #include "app/DataSourceTree.h"
@@ -73,6 +74,12 @@ void frmMain::saveGeometry() const {
   WindowGeometry::of(*this).save(settings);
 }
 
+/// Files are replaced while the user is with another program.
+void frmMain::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) offerReplacements();
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
   if (ui_.isWorking()) {
     event->ignore();
@@ -131,6 +138,14 @@ void frmMain::beginWork() {
 
 void frmMain::endWork(bool changedRecords) {
   changedRecords ? reloadNode() : showDetails();
+  offerReplacements();
+}
+
+void frmMain::offerReplacements() {
+  QTimer::singleShot(0, this, [this] {
+    const bool isBusy = ui_.isWorking() || QApplication::activeModalWidget() != nullptr;
+    if (!isBusy) guarded(ui_, [this] { file_->offerReplacements(); });
+  });
 }
 
 /// The block of rows between the grid's anchor and its current row, as identifiers of records.

@@ -33,6 +33,7 @@ class frmMain : public QMainWindow {
   void openPaths(const QStringList& paths);
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -54,6 +55,8 @@ class frmMain : public QMainWindow {
   void reloadNode();
   void beginWork();
   void endWork(bool changedRecords);
+  /// Asks when the event at hand is done, unless a command is under way.
+  void offerReplacements();
 
   void takeSelection();
   /// Has the docks show the selected records, or the text file that is shown.

@@ -69,7 +69,10 @@ void frmMain::connectEditMenu() {
 }
 
 void frmMain::connectViewMenu() {
-  onTriggered(actions_->mnuViewRefresh, ui_, [this] { reloadNode(); });
+  onTriggered(actions_->mnuViewRefresh, ui_, [this] {
+    reloadNode();
+    offerReplacements();
+  });
   connect(actions_->mnuViewFilters, &QAction::toggled, this, &frmMain::filterToggled);
   onTriggered(actions_->mnuViewEditFilter, ui_, [this] {
     actions_->mnuViewFilters->setChecked(true);

@@ -51,6 +51,32 @@ std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::str
   return nodes;
 }
 
+OpenCommands::Node OpenCommands::openReplacements() {
+  std::vector<Node> replaced;
+  for (const Node& source : session_.MainDataSources) {
+    const auto connection = source->ADOConnection();
+    if (connection && connection->isReplaced() && !declined_.contains(source->key())) {
+      replaced.push_back(source);
+    }
+  }
+  Node opened;
+  for (const Node& source : replaced) {
+    const std::string path = source->ADOConnection()->path();
+    declined_.insert(source->key());
+    const Answer answer =
+        session_.ui.ask({"\"" + path +
+                             "\" has been replaced by another file since it was opened. "
+                             "Do you want to open the new file in its place?",
+                         kProductName, Buttons::yesNo, Answer::yes});
+    if (answer != Answer::yes) continue;
+    const auto nodes = openAll({path});
+    if (nodes.empty()) continue;
+    session_.MainDataSources.RemoveDataSource(source->key());
+    opened = nodes.back();
+  }
+  return opened;
+}
+
 bool OpenCommands::remove(const std::string& key, Node& next) {
   const Answer answer = session_.ui.ask(
       {"Are you sure you want to remove this datasource from the list of available datasources?",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,10 @@ class OpenCommands {
   /// told of; the others are opened all the same.
   std::vector<Node> openAll(const std::vector<std::string>& paths);
 
+  /// Asks for each open database in whose place another file stands now whether that is to be
+  /// opened instead, once for each. The last one opened; null when none was.
+  Node openReplacements();
+
   /// Asks, and takes a top-level source out of the list. False when it stays. `next` is the
   /// source that is to be shown then, null when none is left.
   bool remove(const std::string& key, Node& next);
@@ -37,6 +42,7 @@ class OpenCommands {
 
   Session& session_;
   SourceOpener opener_;
+  std::set<std::string> declined_;  ///< keys of replaced databases that are to stay as they are
 };
 
 }  // namespace orv::commands

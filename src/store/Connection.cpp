@@ -123,6 +123,10 @@ std::string Connection::formatName() const {
   return database().formatName();
 }
 
+bool Connection::isReplaced() const {
+  return database().pager().isReplaced();
+}
+
 bool Connection::readOnly() const {
   return database().pager().readOnly();
 }

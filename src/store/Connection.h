@@ -62,6 +62,9 @@ class Connection {
   /// "Jet 3", "Jet 4", or "ACE" with its version.
   std::string formatName() const;
   bool readOnly() const;
+  /// Whether another file stands now where the connection's file was when it was opened. Nothing
+  /// can be read or written by this connection then.
+  bool isReplaced() const;
 
   /// Names of the user's tables, in the order of their names.
   std::vector<std::string> tableNames() const;

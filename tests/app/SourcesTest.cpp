@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "app/WindowTest.h"
+#include "database/OrvSchema.h"
 
 namespace orv::test {
 
@@ -79,6 +80,45 @@ TEST_F(WindowTest, ShowsEachKindOfNodeInItsWay) {
   selectNode({"glazing.mdb"});
   EXPECT_EQ(text(), "Select one of the recordsets.");
   EXPECT_EQ(label("lblCounts"), "");
+}
+
+/// As a synchronising folder does it.
+TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
+  const auto makeDatabase = [&](const std::string& name, const std::string& maker) {
+    session.database.InsertSupplier(maker, *database::CreateEmptyDatabase(folder / name));
+  };
+  makeDatabase("orvdata.mdb", "Old");
+  makeDatabase("newer.mdb", "New");
+  window.openPaths({file(folder / "orvdata.mdb")});
+  const auto replace = [&] {
+    std::filesystem::rename(folder / "newer.mdb", folder / "orvdata.mdb");
+  };
+  const auto refresh = [&] {
+    trigger("mnuViewRefresh");
+    QTest::qWait(50);
+  };
+  replace();
+  dialogs.press("No");
+  refresh();
+  ASSERT_EQ(dialogs.seen().size(), 1U);
+  EXPECT_TRUE(dialogs.texts().back().contains(file(folder / "orvdata.mdb")));
+  EXPECT_TRUE(text().contains("replaced by another file")) << text().toStdString();
+  refresh();  // asks no more
+  EXPECT_EQ(dialogs.seen().size(), 1U);
+
+  makeDatabase("newer.mdb", "Newest");
+  window.openPaths({file(folder / "orvdata.mdb")});
+  replace();
+  dialogs.press("Yes");
+  refresh();
+  ASSERT_EQ(dialogs.seen().size(), 2U);
+  ASSERT_EQ(tree().topLevelItemCount(), 2);
+  EXPECT_TRUE(grid().isVisible());
+  const auto opened = session.MainDataSources.Item(2)->ADOConnection();
+  EXPECT_FALSE(opened->isReplaced());
+  const auto suppliers = opened->openRecordset("Suppliers", store::CursorType::static_);
+  suppliers->find("SupplierName = 'Newest'");
+  EXPECT_FALSE(suppliers->eof());
 }
 
 TEST_F(WindowTest, TellsThatATextFileIsGone) {

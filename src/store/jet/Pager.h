@@ -65,6 +65,7 @@ class Pager {
   /// 0 Jet 3, 1 Jet 4, 2 and above `.accdb`.
   int engineVersion() const { return engineVersion_; }
   bool readOnly() const { return file_.readOnly() || !writableFormat(); }
+  bool isReplaced() const { return file_.isReplaced(); }
   PageNumber pageCount() const { return pageCount_; }
   /// In bytes, which may end with a part of a page.
   std::uint64_t fileSize() { return file_.size(); }

@@ -61,6 +61,11 @@ bool LoggedFile::recoverIfDue() {
   return recoveryIsDue_ && noticeChanges();
 }
 
+bool LoggedFile::isReplaced() const {
+  const auto status = FileSystem::current().status(path_);
+  return log_ && status && !status->isSameFile(seen_);
+}
+
 FileStatus LoggedFile::statusAtPath() const {
   const auto status = FileSystem::current().status(path_);
   if (!status || !status->isSameFile(seen_)) {

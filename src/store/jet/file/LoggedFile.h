@@ -32,6 +32,8 @@ class LoggedFile {
 
   const std::string& path() const { return path_; }
   bool readOnly() const { return file_->readOnly(); }
+  /// Whether another file stands at the path now.
+  bool isReplaced() const;
   std::uint64_t size() { return file_->size(); }
   void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) {
     file_->read(offset, bytes, length);
