@@ -118,7 +118,7 @@ void changeOnce(Connection& database, Input& input) {
 
 void mustBeSound(const orv::fuzz::Specimens::Copy& file) {
   const CheckReport report = checkFile(file.path, file.password);
-  for (const CheckFault& fault : report.faults) {
+  for (const CheckFinding& fault : report.faults) {
     std::fprintf(stderr, "%s\n", fault.toText().c_str());
   }
   if (!report.sound()) {

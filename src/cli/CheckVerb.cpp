@@ -25,8 +25,10 @@ class CheckVerb : public Verb {
  public:
   explicit CheckVerb(CLI::App& app)
       : Verb(app, "check", "Check a whole database file: pages, rows, indexes, long values",
-             "  orv check orvdata.mdb\n  orv check orvdata.mdb --format json\n") {
+             "  orv check orvdata.mdb\n  orv check orvdata.mdb --verbose --format json\n") {
     command().add_option("FILE", path_, "The database")->required()->type_name("");
+    command().add_flag("--verbose", verbose_,
+                       "List also remarks: what is unusual but harms nothing");
     password_.addTo(command());
     addFormat(command(), format_);
   }
@@ -38,8 +40,7 @@ class CheckVerb : public Verb {
           [&](const std::string& password) { return checkWithProgress(console.ui, password); });
     });
     format_ == Format::table ? writeText(report) : writeRows(report);
-    std::cerr << "orv: " << path_ << ": "
-              << (report.sound() ? "no faults" : counted(report.faults.size(), "fault")) << " in "
+    std::cerr << "orv: " << path_ << ": " << summaryOf(report) << " in "
               << counted(report.tables, "table") << ", " << counted(report.rows, "row") << ", "
               << report.indexEntries << " index entries"
               << ".\n";
@@ -55,28 +56,41 @@ class CheckVerb : public Verb {
     });
   }
 
-  static void writeText(const store::CheckReport& report) {
-    for (const store::CheckFault& fault : report.faults) std::cout << fault.toText() << '\n';
-    for (const store::CheckFault& note : report.notes) {
-      std::cout << "note: " << note.toText() << '\n';
+  std::string summaryOf(const store::CheckReport& report) const {
+    std::string text = report.sound() ? "no faults" : counted(report.faultCount, "fault");
+    if (report.remarkCount != 0) {
+      text += " and " + counted(report.remarkCount, "remark");
+      text += verbose_ ? "" : " (listed with --verbose)";
+    }
+    return text;
+  }
+
+  void writeText(const store::CheckReport& report) const {
+    for (const store::CheckFinding& fault : report.faults) std::cout << fault.toText() << '\n';
+    if (!verbose_) return;
+    for (const store::CheckFinding& remark : report.remarks) {
+      std::cout << "remark: " << remark.toText() << '\n';
     }
   }
 
   void writeRows(const store::CheckReport& report) const {
     const auto writer = makeRowWriter(
         format_, {"kind", "table", "index", "page", "row", "what", "advice"}, std::cout);
-    const auto write = [&](const char* kind, const store::CheckFault& fault) {
-      writer->row({kind, fault.table, fault.index, std::int64_t{fault.page},
-                   fault.row < 0 ? store::Value() : store::Value(fault.row), fault.what,
-                   fault.advice});
+    const auto write = [&](const char* kind, const store::CheckFinding& finding) {
+      writer->row({kind, finding.table, finding.index, std::int64_t{finding.page},
+                   finding.row < 0 ? store::Value() : store::Value(finding.row), finding.what,
+                   finding.advice});
     };
-    for (const store::CheckFault& fault : report.faults) write("fault", fault);
-    for (const store::CheckFault& note : report.notes) write("note", note);
+    for (const store::CheckFinding& fault : report.faults) write("fault", fault);
+    if (verbose_) {
+      for (const store::CheckFinding& remark : report.remarks) write("remark", remark);
+    }
     writer->end();
   }
 
   std::string path_;
   PasswordArgument password_;
+  bool verbose_ = false;
   Format format_ = Format::table;
 };
 

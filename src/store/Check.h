@@ -13,8 +13,7 @@ namespace orv::store {
 /// a program that was stopped midway, which are undone as at every opening), and other programs
 /// cannot change it meanwhile.
 ///
-/// Damage is reported, not raised. Of many faults of one table or index the first ones are
-/// listed, and the others counted. Needs about 50 bytes of memory for each row of the largest
+/// Damage is reported, not raised. Needs about 50 bytes of memory for each row of the largest
 /// table.
 ///
 /// Raises kStoreFailure where the file cannot be opened or is no database, kNotAuthenticated for

@@ -4,7 +4,7 @@
 
 namespace orv::store {
 
-std::string CheckFault::toText() const {
+std::string CheckFinding::toText() const {
   std::string place;
   const auto add = [&place](const std::string& part) {
     place += (place.empty() ? "" : ", ") + part;

@@ -9,25 +9,30 @@
 
 namespace orv::store {
 
-/// One thing that is wrong in a file, and where.
-struct CheckFault {
-  std::string table;       ///< empty where the fault is of no table
+/// One thing that a check has found in a file, and where.
+struct CheckFinding {
+  std::string table;       ///< empty where it is of no table
   std::string index;       ///< empty where it is of no index
   std::uint32_t page = 0;  ///< 0 where it is on no one page, or on the header page
   int row = -1;            ///< number of the row on the page; -1 where it is of no one row
-  std::string what;        ///< what is wrong, without the place: "the page is used twice"
-  std::string advice;      ///< what is lost, and what to do: one or two sentences
+  std::string what;        ///< what it is, without the place: "the page is used twice"
+  std::string advice;      ///< what is lost, and what to do; empty for a remark
 
-  /// Place, fault and advice in one line.
+  /// Place, finding and advice in one line.
   std::string toText() const;
 };
 
 /// What a check has found and has counted.
 struct CheckReport {
-  std::vector<CheckFault> faults;
-  /// What is worth knowing but loses nothing: space that nothing uses, and what could not be
-  /// compared. Files that Access made have such, too.
-  std::vector<CheckFault> notes;
+  /// What makes rows, values or entries unreachable, doubled or wrong, or will do so when the file
+  /// is written to. Of many of one table or index the first are listed, and then their number.
+  std::vector<CheckFinding> faults;
+  /// What is worth knowing and harms nothing: how other programs leave their files, space that
+  /// nothing uses, and what could not be compared. Listed like faults.
+  std::vector<CheckFinding> remarks;
+
+  std::size_t faultCount = 0;   ///< with those that are not listed
+  std::size_t remarkCount = 0;  ///< likewise
 
   std::size_t pages = 0;      ///< of the file
   std::size_t freePages = 0;  ///< of them, those listed as free
@@ -39,7 +44,7 @@ struct CheckReport {
   std::size_t indexEntries = 0;
   std::size_t queries = 0;
 
-  bool sound() const { return faults.empty(); }
+  bool sound() const { return faultCount == 0; }
 };
 
 /// Told now and then how far a check is, in pages looked at; what it raises ends the check.

@@ -398,7 +398,7 @@ const std::vector<Damage> kIndexDamage{
      }},
 };
 
-bool isExpected(const CheckFault& fault, const Expected& expected) {
+bool isExpected(const CheckFinding& fault, const Expected& expected) {
   return fault.table == expected.table && fault.index == expected.index &&
          (expected.page == 0 || fault.page == expected.page) &&
          (expected.row == -1 || fault.row == expected.row) &&
@@ -414,12 +414,12 @@ TEST_P(CheckDamage, IsFoundAndNamed) {
   file.save();
   const CheckReport report = checkFile(file.path().string(), "");
   std::string found;
-  for (const CheckFault& fault : report.faults) {
+  for (const CheckFinding& fault : report.faults) {
     found += fault.toText() + "\n";
     EXPECT_FALSE(fault.advice.empty()) << fault.toText();
   }
   EXPECT_TRUE(std::ranges::any_of(
-      report.faults, [&](const CheckFault& fault) { return isExpected(fault, expected); }))
+      report.faults, [&](const CheckFinding& fault) { return isExpected(fault, expected); }))
       << "expected of table '" << expected.table << "', index '" << expected.index << "', page "
       << expected.page << ": " << expected.words << "\nfound:\n"
       << found;
@@ -441,7 +441,7 @@ TEST_P(CheckCutFile, IsSaidToBeCutShort) {
   file.save();
   fs::resize_file(file.path(), fs::file_size(file.path()) - GetParam());
   const CheckReport report = checkFile(file.path().string(), "");
-  EXPECT_TRUE(std::ranges::any_of(report.faults, [](const CheckFault& fault) {
+  EXPECT_TRUE(std::ranges::any_of(report.faults, [](const CheckFinding& fault) {
     return fault.what.find("cut short") != std::string::npos;
   }));
 }

@@ -33,9 +33,9 @@ std::string passwordOf(const fs::path& file) {
   return name.starts_with("password") ? "password" : name.starts_with("glazing") ? "tekzil" : "";
 }
 
-std::string linesOf(const std::vector<CheckFault>& faults) {
+std::string linesOf(const std::vector<CheckFinding>& faults) {
   std::string lines;
-  for (const CheckFault& fault : faults) lines += fault.toText() + "\n";
+  for (const CheckFinding& fault : faults) lines += fault.toText() + "\n";
   return lines;
 }
 
@@ -44,8 +44,8 @@ TEST(Check, FindsNoFaultInFilesThatAccessMade) {
   for (const fs::path& file : corpusFiles()) {
     const CheckReport report = checkFile(file.string(), passwordOf(file));
     EXPECT_TRUE(report.sound()) << file.filename() << ":\n" << linesOf(report.faults);
-    for (const CheckFault& note : report.notes) {
-      EXPECT_EQ(note.what.find("not compared"), std::string::npos) << note.toText();
+    for (const CheckFinding& remark : report.remarks) {
+      EXPECT_EQ(remark.what.find("not compared"), std::string::npos) << remark.toText();
     }
   }
 }
@@ -104,12 +104,12 @@ TEST(Check, CountsWhatItHasSeen) {
 }
 
 TEST(Check, NamesPlaceFaultAndAdvice) {
-  const CheckFault fault{"Pane",           "GroupID", 12, 3, "the row has no entry in the index",
+  const CheckFinding fault{"Pane",           "GroupID", 12, 3, "the row has no entry in the index",
                          "No row is lost."};
   EXPECT_EQ(fault.toText(),
             "Table 'Pane', index 'GroupID', page 12, row 3: the row has no entry in the index. "
             "No row is lost.");
-  EXPECT_EQ((CheckFault{"", "", 0, -1, "it is cut short", ""}.toText()),
+  EXPECT_EQ((CheckFinding{"", "", 0, -1, "it is cut short", ""}.toText()),
             "The file: it is cut short.");
 }
 

@@ -38,7 +38,7 @@ class CreationTest : public testing::Test {
     for (const auto& file : fs::directory_iterator(folder_)) {
       if (file.path().extension() == ".mdb" && file.file_size() >= kJet4.pageSize) {
         const CheckReport report = checkFile(file.path(), "");
-        for (const CheckFault& fault : report.faults) {
+        for (const CheckFinding& fault : report.faults) {
           ADD_FAILURE() << fault.toText();
         }
         EXPECT_TRUE(file.path().filename() != "new.mdb" || report.lostPages == 0);

@@ -175,7 +175,7 @@ class Processes : public testing::Test {
 
   void expectSound() {
     const CheckReport report = checkFile(path_, "");
-    for (const CheckFault& fault : report.faults) {
+    for (const CheckFinding& fault : report.faults) {
       ADD_FAILURE() << fault.toText();
     }
   }

@@ -131,7 +131,7 @@ void expectAsModel(const test::RandomTables& tables) {
     ASSERT_NO_FATAL_FAILURE(expectAsModel(model));
   }
   const CheckReport report = checkFile(kFile, "");
-  for (const CheckFault& fault : report.faults) {
+  for (const CheckFinding& fault : report.faults) {
     ADD_FAILURE() << fault.toText();
   }
 }

@@ -7,7 +7,7 @@
 namespace orv::store::jet {
 namespace {
 
-/// Faults of one table or index that are listed; a broken one can have one a row.
+/// Findings of one table or index that are listed; a broken one can have one a row.
 constexpr std::size_t kMostListed = 25;
 
 constexpr const char* kRebuild =
@@ -43,26 +43,37 @@ std::string adviceFor(Harm harm) {
          "damage.";
 }
 
-CheckFault makeFault(const CheckPlace& place, std::string what, std::string advice) {
+CheckFinding makeFinding(const CheckPlace& place, std::string what, std::string advice) {
   return {std::string(place.table), std::string(place.index), place.page, place.row,
           std::move(what),          std::move(advice)};
+}
+
+std::pair<std::string, std::string> ownerOf(const CheckPlace& place) {
+  return {std::string(place.table), std::string(place.index)};
 }
 
 }  // namespace
 
 void CheckLog::fault(const CheckPlace& place, Harm harm, std::string what) {
-  std::size_t& count = counts_[{std::string(place.table), std::string(place.index)}];
-  if (count++ < kMostListed) {
-    report_.faults.push_back(makeFault(place, std::move(what), adviceFor(harm)));
+  ++report_.faultCount;
+  if (faults_[ownerOf(place)]++ < kMostListed) {
+    report_.faults.push_back(makeFinding(place, std::move(what), adviceFor(harm)));
   }
 }
 
-void CheckLog::note(const CheckPlace& place, std::string what) {
-  const bool known = std::ranges::any_of(report_.notes, [&](const CheckFault& note) {
-    return note.table == place.table && note.index == place.index && note.what == what;
+void CheckLog::remark(const CheckPlace& place, std::string what) {
+  ++report_.remarkCount;
+  if (remarks_[ownerOf(place)]++ < kMostListed) {
+    report_.remarks.push_back(makeFinding(place, std::move(what), ""));
+  }
+}
+
+void CheckLog::remarkOnce(const CheckPlace& place, std::string what) {
+  const bool known = std::ranges::any_of(report_.remarks, [&](const CheckFinding& remark) {
+    return remark.table == place.table && remark.index == place.index && remark.what == what;
   });
   if (!known) {
-    report_.notes.push_back(makeFault(place, std::move(what), ""));
+    remark(place, std::move(what));
   }
 }
 
@@ -77,13 +88,18 @@ void CheckLog::report(const CheckPlace& place, Harm harm, const DamagedPage& dam
 }
 
 void CheckLog::close() {
-  for (const auto& [place, count] : counts_) {
-    if (count > kMostListed) {
-      report_.faults.push_back(makeFault({place.first, place.second},
-                                         fmt::format("{} more faults", count - kMostListed),
-                                         "They are of the kinds listed above."));
+  const auto addRest = [](std::vector<CheckFinding>& list, const Counts& counts,
+                          std::string_view what) {
+    for (const auto& [owner, count] : counts) {
+      if (count > kMostListed) {
+        list.push_back(makeFinding({owner.first, owner.second},
+                                   fmt::format("{} more {}", count - kMostListed, what),
+                                   "They are of the kinds listed above."));
+      }
     }
-  }
+  };
+  addRest(report_.faults, faults_, "faults");
+  addRest(report_.remarks, remarks_, "remarks");
 }
 
 }  // namespace orv::store::jet

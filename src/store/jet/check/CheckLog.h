@@ -42,9 +42,10 @@ class CheckLog {
   explicit CheckLog(CheckReport& report) : report_(report) {}
 
   void fault(const CheckPlace& place, Harm harm, std::string what);
-  void note(const CheckPlace& place, std::string what);
+  /// Something that harms nothing: how another program leaves its files.
+  void remark(const CheckPlace& place, std::string what);
 
-  /// Does `work`, and makes a fault of the damage that it comes upon, and a note of what the
+  /// Does `work`, and makes a fault of the damage that it comes upon, and a remark of what the
   /// store cannot read. Whether it was done to the end.
   template <class Work>
   bool guard(const CheckPlace& place, Harm harm, Work&& work) {
@@ -57,20 +58,24 @@ class CheckLog {
       if (error.number() != kNotSupported) {
         throw;
       }
-      note(place, "not compared: " + error.description());
+      remarkOnce(place, "not compared: " + error.description());
     }
     return false;
   }
 
-  /// Adds the numbers of faults that were too many to be listed. To be called at the end.
+  /// Adds the numbers of findings that were too many to be listed. To be called at the end.
   void close();
 
  private:
+  /// Numbers of findings by table and index.
+  using Counts = std::map<std::pair<std::string, std::string>, std::size_t>;
+
   void report(const CheckPlace& place, Harm harm, const DamagedPage& damage);
+  void remarkOnce(const CheckPlace& place, std::string what);
 
   CheckReport& report_;
-  /// Faults by table and index.
-  std::map<std::pair<std::string, std::string>, std::size_t> counts_;
+  Counts faults_{};
+  Counts remarks_{};
 };
 
 }  // namespace orv::store::jet

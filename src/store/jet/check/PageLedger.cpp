@@ -155,13 +155,13 @@ void PageLedger::reportUnused(PageNumber page) {
 
 void PageLedger::noteUnused() {
   for (const auto& [type, pages] : unused_) {
-    log_.note(CheckPlace{}.onPage(pages.front()),
-              pages.size() == 1
-                  ? fmt::format("the page is neither free nor used by anything; it holds {}",
-                                contentOf(type))
-                  : fmt::format("this page and {} others are neither free nor used by anything; "
-                                "they hold {}",
-                                pages.size() - 1, contentOf(type)));
+    log_.remark(CheckPlace{}.onPage(pages.front()),
+                pages.size() == 1
+                    ? fmt::format("the page is neither free nor used by anything; it holds {}",
+                                  contentOf(type))
+                    : fmt::format("this page and {} others are neither free nor used by anything; "
+                                  "they hold {}",
+                                  pages.size() - 1, contentOf(type)));
   }
 }
 

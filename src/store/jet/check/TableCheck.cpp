@@ -105,10 +105,10 @@ void TableCheck::checkColumn(const Column& column) {
         fmt::format("has a type that there is not: {}", static_cast<int>(column.type));
     // Each Access since 2007 has brought types.
     if (context_.pager.engineVersion() > 1) {
-      context_.log.note(place_.onPage(table_.page),
-                        fmt::format("column '{}' {} before later versions of Access; its values "
-                                    "are shown as bytes",
-                                    column.name, what));
+      context_.log.remark(place_.onPage(table_.page),
+                          fmt::format("column '{}' {} before later versions of Access; its values "
+                                      "are shown as bytes",
+                                      column.name, what));
     } else {
       fault(what);
     }
@@ -262,7 +262,7 @@ void TableCheck::checkRowCount() {
   const std::string what =
       fmt::format("the table says that it has {} rows, but {} can be found", said, rows_);
   if (table_.systemTable && rows_ > said && allFound_) {
-    context_.log.note(place, what + ", as happens in Access's own tables");
+    context_.log.remark(place, what + ", as happens in Access's own tables");
   } else {
     context_.log.fault(place, allFound_ ? Harm::counts : Harm::rows, what);
   }
