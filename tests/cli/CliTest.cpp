@@ -144,6 +144,27 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(show.err, "orv: This record was not found in its data source.\n");
 }
 
+TEST_F(CliTest, ACheckCountsRemarksAndListsThemWhenAskedTo) {
+  makeDatabase();
+  {
+    const auto connection = store::Connection::openFile((folder.path() / "db.mdb").string());
+    store::jet::Pager& pager = connection->database().pager();
+    store::jet::Transaction transaction(pager);
+    const auto page = connection->database().table("Pane")->definition().page;
+    store::jet::store32(pager.modify(page) + pager.format().definition.rowCount, 7);
+    transaction.commit();
+  }
+  const Ended counted = orv("check db.mdb");
+  EXPECT_EQ(counted.exit, 0);
+  EXPECT_EQ(counted.out, "");
+  EXPECT_NE(counted.err.find("no faults and 1 remark (listed with --verbose) in "),
+            std::string::npos)
+      << counted.err;
+  const Ended listed = orv("check db.mdb --verbose --format tsv");
+  EXPECT_EQ(listed.exit, 0);
+  EXPECT_NE(listed.out.find("\nremark\tPane\t"), std::string::npos) << listed.out;
+}
+
 TEST_F(CliTest, APasswordCanBeGiven) {
   ORV_NEEDS_CORPUS();
   const std::string file = "'" + (corpusFolder() / "access" / "passwordV2000.mdb").string() + "'";

@@ -1,4 +1,4 @@
-// Each kind of damage is found where it is, and said in words.
+// Each kind of damage is found where it is, and said in words; what only looks odd is a remark.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include "store/Check.h"
 #include "store/DamagedFile.h"
 #include "store/jet/DataPage.h"
+#include "store/jet/FreePages.h"
 #include "store/jet/LongValue.h"
 #include "store/jet/RowSpace.h"
 #include "store/jet/UsageMap.h"
@@ -89,12 +90,6 @@ const std::vector<Damage> kDefinitionDamage{
        std::uint8_t* third = file.columnBlock("Frame") + 2 * layout.size;
        store16(third + layout.size + layout.number, load16(third + layout.number));
        return {"Frame", "", file.table("Frame").page, -1, "number of another column"};
-     }},
-    {"RowCount", kMain,
-     [](DamagedFile& file) -> Expected {
-       const PageNumber page = file.table("Pane").page;
-       store32(file.page(page) + file.format().definition.rowCount, 41);
-       return {"Pane", "", page, -1, "says that it has 41 rows, but 40"};
      }},
 };
 
@@ -185,15 +180,6 @@ const std::vector<Damage> kLongValueDamage{
        store32(file.page(parts[1].page) + file.format().data.owner, file.table("Frame").page);
        return {"Frame", "", parts[1].page, -1, "but is used by memos and pictures"};
      }},
-    {"PartOfNoRow", kMain,
-     [](DamagedFile& file) -> Expected {
-       const TableDefinition& table = file.table("Frame");
-       const Column& column = table.columns[table.findColumn("picture").value()];
-       const RowId part = RowSpace(file.pager(), kLongValueOwner, *column.longValuePages,
-                                   *column.longValueFreePages)
-                              .add(Bytes(10, 0x55), SlotKind::row);
-       return {"Frame", "", part.page, part.row, "belongs to no row"};
-     }},
 };
 
 const std::vector<Damage> kPageDamage{
@@ -233,10 +219,15 @@ const std::vector<Damage> kPageDamage{
        store32(file.page(page) + file.format().definition.ownedPages, map.toPointer());
        return {"Shading", "", map.page, map.row, "serves something else too"};
      }},
+    {"MapOfFreePagesThatLies", kMain,
+     [](DamagedFile& file) -> Expected {
+       FreePages(file.pager()).add(2);
+       return {"", "", 1, 0, "calls pages free that every file needs"};
+     }},
     {"FreePageInUse", kMain,
      [](DamagedFile& file) -> Expected {
        const PageNumber page = file.rows("Pane")[0].page;
-       PageAllocator::freePages(file.pager()).add(page);
+       FreePages(file.pager()).add(page);
        return {"Pane", "", page, -1, "listed as free, but is in use by the rows of table"};
      }},
 };
@@ -375,7 +366,18 @@ const std::vector<Damage> kIndexDamage{
        std::vector<Bytes> entries = entriesOf(root);
        entries[0][entries[0].size() - 9] ^= 1;
        root.assign(entries);
-       return {kSpectra, kPaneAngle, index.root, -1, "not the last one below"};
+       return {kSpectra, kPaneAngle, index.root, -1, "the last one below"};
+     }},
+    {"EntryOfNodeThatReachesTheNextLeaf", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       IndexPageEditor root = file.indexPage(index.root);
+       std::vector<Bytes> entries = entriesOf(root);
+       const Bytes first = file.indexPage(file.leaves(index)[1]).entry(0);
+       entries[0].erase(entries[0].begin(), entries[0].end() - IndexPage::kChildSize);
+       entries[0].insert(entries[0].begin(), first.begin(), first.end());
+       root.assign(entries);
+       return {kSpectra, kPaneAngle, index.root, -1, "does not come before what follows"};
      }},
     {"OwnerOfIndexPage", kMain,
      [](DamagedFile& file) -> Expected {
@@ -398,11 +400,74 @@ const std::vector<Damage> kIndexDamage{
      }},
 };
 
+/// What other programs leave in their files: nothing of it loses a row.
+const std::vector<Damage> kOddities{
+    {"RowCount", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.table("Pane").page;
+       store32(file.page(page) + file.format().definition.rowCount, 41);
+       return {"Pane", "", page, -1, "says that it has 41 rows, but 40"};
+     }},
+    {"PartOfNoRow", kMain,
+     [](DamagedFile& file) -> Expected {
+       const TableDefinition& table = file.table("Frame");
+       const Column& column = table.columns[table.findColumn("picture").value()];
+       const RowId part = RowSpace(file.pager(), kLongValueOwner, *column.longValuePages,
+                                   *column.longValueFreePages)
+                              .add(Bytes(10, 0x55), SlotKind::row);
+       return {"Frame", "", part.page, part.row, "belongs to no row"};
+     }},
+    {"EntryOfNodeBetweenItsLeafAndTheNext", kMain,
+     [](DamagedFile& file) -> Expected {
+       const RealIndex& index = file.index(kSpectra, kPaneAngle);
+       IndexPageEditor root = file.indexPage(index.root);
+       std::vector<Bytes> entries = entriesOf(root);
+       entries[0].insert(entries[0].end() - IndexPage::kChildSize, 0);
+       root.assign(entries);
+       return {kSpectra, kPaneAngle, index.root, -1, "entry 0 of the page is not the last one"};
+     }},
+    {"PageOfRowsThatTheTableDoesNotCount", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.pager().append();
+       FreePages(file.pager()).remove(page);
+       const PageRef rows = file.pager().read(file.rows("Groups")[0].page);
+       std::copy_n(rows.data(), file.format().pageSize, file.page(page));
+       return {"Groups", "", page, -1, "has all its rows without them"};
+     }},
+    {"MovedRowThatTheTableDoesNotCount", kMain,
+     [](DamagedFile& file) -> Expected {
+       const PageNumber page = file.rows("Groups")[0].page;
+       const std::uint8_t row = DataPageEditor(file.format(), file.page(page), page)
+                                    .add(Bytes(20, 0x55), SlotKind::hidden);
+       return {"Groups", "", page, row, "its former place does not lead to it"};
+     }},
+    {"MapOfFreePagesThatGoesOnNowhere", kMain,
+     [](DamagedFile& file) -> Expected {
+       std::uint8_t* map = file.rowBytes(FreePages::kPlace);
+       std::fill_n(map, 69, std::uint8_t{0});
+       map[0] = 1;  // pointers
+       map[66] = 0x80;
+       return {"", "", 1, 0, "should go on on page 32768, but does not"};
+     }},
+};
+
 bool isExpected(const CheckFinding& fault, const Expected& expected) {
   return fault.table == expected.table && fault.index == expected.index &&
          (expected.page == 0 || fault.page == expected.page) &&
          (expected.row == -1 || fault.row == expected.row) &&
          fault.what.find(expected.words) != std::string::npos;
+}
+
+void expectAmong(const std::vector<CheckFinding>& findings, const Expected& expected) {
+  std::string found;
+  for (const CheckFinding& finding : findings) {
+    found += finding.toText() + "\n";
+  }
+  EXPECT_TRUE(std::ranges::any_of(
+      findings, [&](const CheckFinding& finding) { return isExpected(finding, expected); }))
+      << "expected of table '" << expected.table << "', index '" << expected.index << "', page "
+      << expected.page << ": " << expected.words << "\nfound:\n"
+      << found;
 }
 
 class CheckDamage : public testing::TestWithParam<Damage> {};
@@ -413,16 +478,25 @@ TEST_P(CheckDamage, IsFoundAndNamed) {
   const Expected expected = GetParam().inflict(file);
   file.save();
   const CheckReport report = checkFile(file.path().string(), "");
-  std::string found;
   for (const CheckFinding& fault : report.faults) {
-    found += fault.toText() + "\n";
     EXPECT_FALSE(fault.advice.empty()) << fault.toText();
   }
-  EXPECT_TRUE(std::ranges::any_of(
-      report.faults, [&](const CheckFinding& fault) { return isExpected(fault, expected); }))
-      << "expected of table '" << expected.table << "', index '" << expected.index << "', page "
-      << expected.page << ": " << expected.words << "\nfound:\n"
-      << found;
+  expectAmong(report.faults, expected);
+}
+
+class CheckOddity : public testing::TestWithParam<Damage> {};
+
+TEST_P(CheckOddity, IsARemarkAndNoFault) {
+  ORV_NEEDS_CORPUS();
+  DamagedFile file(orv::test::corpusFolder() / GetParam().file, GetParam().name);
+  const Expected expected = GetParam().inflict(file);
+  file.save();
+  const CheckReport report = checkFile(file.path().string(), "");
+  for (const CheckFinding& fault : report.faults) {
+    ADD_FAILURE() << fault.toText();
+  }
+  expectAmong(report.remarks, expected);
+  EXPECT_GE(report.remarkCount, report.remarks.size());
 }
 
 const auto nameOf = [](const auto& info) { return info.param.name; };
@@ -432,6 +506,7 @@ INSTANTIATE_TEST_SUITE_P(LongValues, CheckDamage, testing::ValuesIn(kLongValueDa
 INSTANTIATE_TEST_SUITE_P(Pages, CheckDamage, testing::ValuesIn(kPageDamage), nameOf);
 INSTANTIATE_TEST_SUITE_P(Catalogue, CheckDamage, testing::ValuesIn(kCatalogDamage), nameOf);
 INSTANTIATE_TEST_SUITE_P(Indexes, CheckDamage, testing::ValuesIn(kIndexDamage), nameOf);
+INSTANTIATE_TEST_SUITE_P(Remarks, CheckOddity, testing::ValuesIn(kOddities), nameOf);
 
 class CheckCutFile : public testing::TestWithParam<std::uintmax_t> {};
 

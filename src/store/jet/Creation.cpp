@@ -13,7 +13,7 @@
 #include "store/jet/TableDesign.h"
 #include "store/jet/TablePlacement.h"
 #include "store/jet/Text.h"
-#include "store/jet/UsageMap.h"
+#include "store/jet/PageAllocator.h"
 
 namespace orv::store::jet {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <set>
 
-#include "store/jet/UsageMap.h"
+#include "store/jet/PageAllocator.h"
 
 namespace orv::store::jet {
 namespace {

@@ -10,6 +10,7 @@
 #include "store/jet/Rc4.h"
 #include "store/jet/TableDesign.h"
 #include "store/jet/TablePlacement.h"
+#include "store/jet/FreePages.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {
@@ -80,7 +81,7 @@ void writePageMaps(Pager& pager) {
   editor.initialize(kMapPage);
   editor.add(UsageMap::emptyRow(pager.format()));
   editor.add(UsageMap::emptyRow(pager.format()));
-  UsageMap free = PageAllocator::freePages(pager);
+  FreePages free(pager);
   for (PageNumber page = kFirstFreePage; page < 8 * pager.format().inlineMapBytes; ++page) {
     free.add(page);
   }

@@ -7,6 +7,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/IndexPageEditor.h"
+#include "store/jet/PageAllocator.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {
@@ -375,7 +376,9 @@ bool IndexTree::removeChild(PageNumber number, std::size_t at) {
   return wasLast;
 }
 
-/// Makes the entries of the nodes above `last`, the last entry of its leaf, right again.
+/// Makes the entries of the nodes above `last`, the last entry of its leaf, right again: those that
+/// there is room for. One that is after `last`, but before what follows, parts the leaves as well;
+/// nothing that removes entries makes the file grow.
 void IndexTree::restoreSeparators(Bytes last) {
   for (std::size_t changes = 0; changes <= 2 * kMaxIndexDepth; ++changes) {
     Path path = descend(last, false);
@@ -383,9 +386,13 @@ void IndexTree::restoreSeparators(Bytes last) {
     if (!level) return;
     const Step step = path.steps[*level];
     IndexPageEditor node(pager_, step.page);
-    const PageNumber child = node.child(step.at);
+    const Bytes former = node.entry(step.at);
+    const Bytes entry = nodeEntry(last, node.child(step.at));
     node.erase(step.at);
-    place(path, *level, nodeEntry(last, child));
+    if (!node.insert(step.at, entry)) {
+      node.insert(step.at, former);
+      return;
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "store/jet/DataPage.h"
+#include "store/jet/PageAllocator.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {

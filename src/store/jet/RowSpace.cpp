@@ -1,5 +1,6 @@
 #include "store/jet/RowSpace.h"
 
+#include "store/jet/PageAllocator.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {
@@ -50,7 +51,7 @@ PageNumber RowSpace::findPage(std::size_t length, PageNumber hint) {
   const PageNumber page = PageAllocator(pager_).allocate();
   DataPageEditor(pager_.format(), pager_.modify(page), page).initialize(owner_);
   UsageMap(pager_, owned_).add(page);
-  free.add(page);
+  free.addIfItFits(page);
   return page;
 }
 
@@ -59,7 +60,7 @@ void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
       data.freeSpace() >= leastUsefulRoom(pager_.format()) && data.rowCount() < kMaxRowsOnPage;
   UsageMap free(pager_, free_);
   if (free.contains(page) != useful) {
-    useful ? free.add(page) : free.remove(page);
+    useful ? free.addIfItFits(page) : free.remove(page);
   }
 }
 

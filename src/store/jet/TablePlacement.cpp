@@ -4,6 +4,7 @@
 #include "store/jet/DefinitionWriter.h"
 #include "store/jet/IndexTree.h"
 #include "store/jet/MapRows.h"
+#include "store/jet/PageAllocator.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {

@@ -33,6 +33,10 @@ std::string adviceFor(Harm harm) {
           kRebuild);
     case Harm::counts:
       return fmt::format("No row is lost. {}", kRebuild);
+    case Harm::freePages:
+      return "Nothing is lost, and this program takes no page that the map names. Another program "
+             "that writes to the file will overwrite what is there: copy its records into a new "
+             "database before that.";
     case Harm::sharing:
       return "One use overwrites the other. Do not write to the file: copy its records into a new "
              "database, and compare them with a copy from before the damage.";

@@ -33,6 +33,7 @@ enum class Harm {
   longValue,  ///< a memo or picture
   index,      ///< searches by an index
   counts,     ///< bookkeeping from which nothing is read
+  freePages,  ///< the map of free pages: other programs may take pages that are in use
   sharing,    ///< a place with two uses, of which one will overwrite the other
   catalogue,  ///< what the file says it holds
 };

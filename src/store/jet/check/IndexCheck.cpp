@@ -44,6 +44,8 @@ void IndexCheck::run() {
                                    "follows",
                                    lastLeafsNext_));
   }
+  entry_.clear();
+  compareSeparators();
   findMissingEntries();
   checkMap();
 }
@@ -74,13 +76,43 @@ void IndexCheck::checkNode(const StoredIndexPage& node, std::size_t depth) {
   for (std::size_t i = 0; i < entries.childCount(); ++i) {
     broken_ = false;
     walk(entries.child(i), depth + 1);
-    if (!broken_ && i < entries.count() && entries.separator(i) != previous_) {
-      context_.log.fault(place, Harm::index,
-                         fmt::format("entry {} of the page is not the last one below page {}, to "
-                                     "which it leads",
-                                     i, entries.child(i)));
+    if (!broken_ && i < entries.count()) {
+      checkSeparator(node, i);
     }
   }
+}
+
+/// A node's entry should be the last one below it. One that comes after that, as Access leaves it
+/// when the last one is deleted, does as well unless it reaches what follows.
+void IndexCheck::checkSeparator(const StoredIndexPage& node, std::size_t at) {
+  Bytes separator = node.entries.separator(at);
+  if (separator == previous_) {
+    return;
+  }
+  if (std::ranges::lexicographical_compare(separator, previous_)) {
+    context_.log.fault(place_.onPage(node.bytes.number()), Harm::index,
+                       fmt::format("entry {} of the page comes before the last one below page {}, "
+                                   "to which it leads",
+                                   at, node.entries.child(at)));
+    return;
+  }
+  separators_.push_back({node.bytes.number(), node.entries.child(at), at, std::move(separator)});
+}
+
+/// Compares the entries of nodes that come after what is below them with the entry that follows,
+/// which is empty at the end of the index.
+void IndexCheck::compareSeparators() {
+  for (const Separator& separator : separators_) {
+    const CheckPlace place = place_.onPage(separator.node);
+    const std::string what = fmt::format("entry {} of the page is not the last one below page {}",
+                                         separator.at, separator.child);
+    if (entry_.empty() || std::ranges::lexicographical_compare(separator.entry, entry_)) {
+      context_.log.remark(place, what);
+    } else {
+      context_.log.fault(place, Harm::index, what + ", and does not come before what follows");
+    }
+  }
+  separators_.clear();
 }
 
 void IndexCheck::checkLeaf(const StoredIndexPage& leaf, std::size_t depth) {
@@ -92,6 +124,7 @@ void IndexCheck::checkLeaf(const StoredIndexPage& leaf, std::size_t depth) {
   checkLinks(leaf);
   for (std::size_t i = 0; i < leaf.entries.count(); ++i) {
     leaf.entries.copyEntry(i, entry_);
+    compareSeparators();
     checkEntry(place, i);
     std::swap(entry_, previous_);
   }

@@ -77,8 +77,7 @@ void LongValueCheck::finish(bool findStrayParts) {
       checkDataPage(
           context_, place, kLongValueOwner, [&](const PageRef&, RowId id, const Slot& slot) {
             if (all && slot.kind != SlotKind::dead && !context_.longValueParts.contains(id)) {
-              context_.log.fault(place.at(id), Harm::longValue,
-                                 "the part of a memo or picture belongs to no row");
+              context_.log.remark(place.at(id), "the part of a memo or picture belongs to no row");
             }
           });
     }

@@ -3,13 +3,13 @@
 #include <fmt/format.h>
 
 #include "store/jet/DataPage.h"
+#include "store/jet/FreePages.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {
 namespace {
 
 constexpr PageNumber kHeaderPage = 0;
-constexpr PageNumber kFreeMapPage = 1;
 constexpr std::size_t kClaimsPerReport = 64;
 
 std::string_view contentOf(PageType type) {
@@ -47,7 +47,22 @@ PageLedger::PageLedger(Pager& pager, CheckLog& log, const CheckProgress& progres
   fileUser_ = addUser({}, "the header and the map of free pages");
   mapRows_ = addUser({}, "maps of pages");
   claim(fileUser_, kHeaderPage);
-  claimMap(fileUser_, {kFreeMapPage, 0});
+  claimFreeMap();
+}
+
+void PageLedger::claimFreeMap() {
+  claim(mapRows_, FreePages::kPlace.page);
+  maps_.mark(FreePages::kPlace);
+  const CheckPlace place = CheckPlace{}.at(FreePages::kPlace);
+  log_.guard(place, Harm::header, [&] {
+    FreePages(pager_).forEachMapPage(
+        [&](PageNumber page) { claim(fileUser_, page); },
+        [&](PageNumber page) {
+          log_.remark(place, fmt::format("the map of free pages should go on on page {}, but "
+                                         "does not: pages that it lacks count as in use",
+                                         page));
+        });
+  });
 }
 
 PageLedger::User PageLedger::addUser(const CheckPlace& place, std::string text) {
@@ -114,19 +129,13 @@ bool PageLedger::claimMap(User user, RowId map) {
 
 void PageLedger::finish(CheckReport& report) {
   report.pages = users_.size();
-  log_.guard(CheckPlace{}.at({kFreeMapPage, 0}), Harm::header, [&] {
-    const UsageMap free = PageAllocator::freePages(pager_);
-    for (PageNumber page = 0; page < users_.size(); ++page) {
-      const bool isFree = free.contains(page);
-      report.freePages += isFree ? 1 : 0;
-      if (isFree && users_[page] != kNobody) {
-        log_.fault(
-            descriptions_[users_[page]].place.onPage(page), Harm::sharing,
-            fmt::format("the page is listed as free, but is in use by {}", describe(users_[page])));
-      } else if (!isFree && users_[page] == kNobody) {
-        ++report.lostPages;
-        reportUnused(page);
-      }
+  const CheckPlace place = CheckPlace{}.at(FreePages::kPlace);
+  log_.guard(place, Harm::header, [&] {
+    if (FreePages(pager_).lies()) {
+      log_.fault(place, Harm::freePages,
+                 "the map of free pages calls pages free that every file needs");
+    } else {
+      compareWithFreePages(report);
     }
   });
   noteUnused();
@@ -135,7 +144,23 @@ void PageLedger::finish(CheckReport& report) {
   }
 }
 
-/// A page that nothing uses is only lost space, unless it says that it has rows of a table.
+void PageLedger::compareWithFreePages(CheckReport& report) {
+  const FreePages free(pager_);
+  for (PageNumber page = 0; page < users_.size(); ++page) {
+    const bool isFree = free.contains(page);
+    report.freePages += isFree ? 1 : 0;
+    if (isFree && users_[page] != kNobody) {
+      log_.fault(
+          descriptions_[users_[page]].place.onPage(page), Harm::sharing,
+          fmt::format("the page is listed as free, but is in use by {}", describe(users_[page])));
+    } else if (!isFree && users_[page] == kNobody) {
+      ++report.lostPages;
+      reportUnused(page);
+    }
+  }
+}
+
+/// A page that nothing uses is only lost space, unless it has rows that a table lacks.
 void PageLedger::reportUnused(PageNumber page) {
   const PageRef ref = pager_.read(page);
   log_.guard(CheckPlace{}.onPage(page), Harm::table, [&] {
@@ -144,8 +169,12 @@ void PageLedger::reportUnused(PageNumber page) {
       const PageNumber owner = data.owner();
       if (owner < users_.size() && users_[owner] != kNobody &&
           pager_.read(owner).type() == PageType::tableDefinition && hasLiveRows(data)) {
-        log_.fault(descriptions_[users_[owner]].place.onPage(page), Harm::table,
-                   "the page holds rows of the table, but is not listed as one of its pages");
+        const CheckPlace place = descriptions_[users_[owner]].place.onPage(page);
+        const std::string what =
+            "the page holds rows of the table, but is not listed as one of its pages";
+        complete_.contains(owner)
+            ? log_.remark(place, what + "; the table has all its rows without them")
+            : log_.fault(place, Harm::table, what);
         return;
       }
     }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,8 @@ class PageLedger {
   /// Claims the row in which a usage map of `user` is kept, and the pages that the map adds.
   /// False, with a fault, when the map cannot be read or is another's.
   bool claimMap(User user, RowId map);
+  /// The table defined on a page has as many rows on its pages as it says.
+  void setComplete(PageNumber definition) { complete_.insert(definition); }
   bool isClaimedBy(User user, PageNumber page) const {
     return page < users_.size() && users_[page] == user;
   }
@@ -50,6 +53,8 @@ class PageLedger {
     std::string text;
   };
 
+  void claimFreeMap();
+  void compareWithFreePages(CheckReport& report);
   std::string describe(User user) const;
   void reportShared(User user, PageNumber page);
   void reportUnused(PageNumber page);
@@ -66,6 +71,7 @@ class PageLedger {
   User fileUser_ = kNobody;
   User mapRows_ = kNobody;  ///< pages on which maps are kept, several users' on one
   RowLedger maps_;
+  std::set<PageNumber> complete_;  ///< definitions
   std::map<PageType, std::vector<PageNumber>> unused_;
 };
 

@@ -1,0 +1,202 @@
+// Maps of free pages as other programs leave them: no page that is in use is taken for a free one.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <ostream>
+
+#include "store/Check.h"
+#include "store/jet/Creation.h"
+#include "store/jet/DataPage.h"
+#include "store/jet/FreePages.h"
+#include "support/Corpus.h"
+#include "support/MemoryFiles.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr const char* kFile = "map.mdb";
+constexpr std::size_t kOwnRow = 69;  // bytes of a map's row in new files
+
+/// A form of the map: gives the map's row for a file, whose bits are in a row from page 0 on.
+struct Form {
+  const char* name;
+  std::function<Bytes(Pager&, Bytes)> rewrite;
+  bool lies = false;
+};
+
+std::ostream& operator<<(std::ostream& out, const Form& form) {
+  return out << form.name;
+}
+
+Bytes pointers(std::size_t size, const std::map<std::size_t, PageNumber>& places) {
+  Bytes row(size, 0);
+  row[0] = 1;
+  for (const auto& [index, page] : places) {
+    store32(&row[1 + 4 * index], page);
+  }
+  return row;
+}
+
+/// The first page of rows of the table: no page of bits.
+PageNumber pageOfRows(Pager& pager) {
+  PageNumber page = FreePages::kFirst;
+  while (pager.read(page).type() != PageType::data) {
+    ++page;
+  }
+  return page;
+}
+
+const std::vector<Form> kForms{
+    {"AsItIs", [](Pager&, Bytes row) { return row; }},
+    {"LengthenedRow",
+     [](Pager&, Bytes row) {
+       row.resize(row.size() + 32, 0xff);
+       return row;
+     }},
+    {"ShortRow",
+     [](Pager&, Bytes row) {
+       row.resize(5 + 16);
+       return row;
+     }},
+    {"BeginsPastTheFirstPages",
+     [](Pager& pager, Bytes row) {
+       const PageNumber start = pager.pageCount() / 2 / 8 * 8;
+       std::rotate(row.begin() + 5, row.begin() + 5 + start / 8, row.end());
+       std::fill(row.end() - start / 8, row.end(), 0xff);
+       store32(&row[1], start);
+       return row;
+     }},
+    {"BeginsPastTheFile",
+     [](Pager& pager, Bytes row) {
+       store32(&row[1], pager.pageCount() / 8 * 8 + 8);
+       std::fill(row.begin() + 5, row.end(), 0xff);
+       return row;
+     }},
+    {"NullPointers", [](Pager&, const Bytes& row) { return pointers(row.size(), {}); }},
+    {"PointersThatWereBits",
+     [](Pager&, const Bytes& row) {
+       return pointers(row.size() + 32, {{0, 0xffffff80}, {3, 1000000}, {24, 0xffffff80}});
+     }},
+    {"PointerToAPageOfRows",
+     [](Pager& pager, const Bytes& row) {
+       return pointers(row.size(), {{0, pageOfRows(pager)}});
+     }},
+    {"AllPagesAreFree",
+     [](Pager& pager, const Bytes& row) {
+       const PageNumber page = pager.append();
+       std::fill_n(pager.modify(page), pager.format().pageSize, std::uint8_t{0xff});
+       store32(pager.modify(page), 0x0105);
+       return pointers(row.size(), {{0, page}});
+     },
+     true},
+};
+
+class ForeignFreePages : public testing::TestWithParam<Form> {
+ protected:
+  void SetUp() override {
+    createTable(*createDatabase(kFile),
+                {.name = "Notes",
+                 .columns = {{.name = "id", .type = ColumnType::longInteger},
+                             {.name = "note", .type = ColumnType::memo}},
+                 .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
+    open();
+    change([&] {
+      for (int id = 0; id < 300; ++id) {
+        insert(id);
+      }
+      for (int id = 0; id < 300; id += 10) {
+        erase(id);
+      }
+    });
+    change([&] {
+      Pager& pager = database_->pager();
+      DataPageEditor maps(pager.format(), pager.modify(FreePages::kPlace.page),
+                          FreePages::kPlace.page);
+      const auto old = maps.rowBytes(FreePages::kPlace.row);
+      ASSERT_EQ(old.size(), kOwnRow);
+      ASSERT_LT(pager.pageCount(), 8 * (kOwnRow - 5));
+      const Bytes row = GetParam().rewrite(pager, {old.begin(), old.end()});
+      DataPageEditor(pager.format(), pager.modify(FreePages::kPlace.page), FreePages::kPlace.page)
+          .replace(FreePages::kPlace.row, row, SlotKind::row);
+    });
+  }
+
+  void open() {
+    database_ = Database::open(kFile, "");
+    table_ = database_->table("Notes");
+  }
+  void change(const std::function<void()>& work) {
+    Transaction transaction(database_->pager());
+    work();
+    transaction.commit();
+  }
+
+  static std::string note(int id) { return std::string(1900, static_cast<char>('a' + id % 26)); }
+  void insert(int id) { rows_[id] = table_->insert(std::vector<Value>{id, note(id)}); }
+  void erase(int id) {
+    table_->erase(rows_.at(id));
+    rows_.erase(id);
+  }
+
+  void expectSound() {
+    open();
+    std::size_t found = 0;
+    for (TableScan scan = table_->scan(); scan.next(); ++found) {
+      const int id = scan.row().value(table_->definition().columns[0]).toLong();
+      ASSERT_TRUE(rows_.contains(id));
+      ASSERT_EQ(scan.row().value(table_->definition().columns[1]), Value(note(id))) << id;
+    }
+    EXPECT_EQ(found, rows_.size());
+    const CheckReport report = checkFile(kFile, "");
+    for (const CheckFinding& fault : report.faults) {
+      EXPECT_TRUE(GetParam().lies && fault.page == 1 && fault.row == 0) << fault.toText();
+    }
+    EXPECT_EQ(report.faultCount, GetParam().lies ? 1U : 0U);
+  }
+
+  test::MemoryFiles files_;
+  std::shared_ptr<Database> database_;
+  std::shared_ptr<Table> table_;
+  std::map<int, RowId> rows_;
+};
+
+// Grows the file past the end of its bitmap, and frees pages that the map has no bit for.
+TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
+  expectSound();
+  change([&] {
+    for (int id = 1; id < 300; id += 10) {
+      erase(id);
+    }
+    for (int id = 1000; id < 1100; ++id) {
+      insert(id);
+    }
+  });
+  expectSound();
+  change([&] {
+    for (int id = 1100; id < 1400; ++id) {
+      insert(id);
+    }
+  });
+  expectSound();
+  EXPECT_GT(database_->pager().pageCount(), 8 * (kOwnRow - 5));
+  change([&] {
+    while (!rows_.empty()) {
+      erase(rows_.begin()->first);
+    }
+  });
+  expectSound();
+  change([&] {
+    for (int id = 0; id < 200; ++id) {
+      insert(id);
+    }
+  });
+  expectSound();
+}
+
+const auto nameOf = [](const auto& info) { return info.param.name; };
+INSTANTIATE_TEST_SUITE_P(Forms, ForeignFreePages, testing::ValuesIn(kForms), nameOf);
+
+}  // namespace
+}  // namespace orv::store::jet
