@@ -17,8 +17,12 @@ struct Jumps {
   std::size_t used;
 };
 
+std::size_t jumpEntries(std::size_t rowLength) {
+  return (rowLength - 1) / 256;
+}
+
 Jumps jumpsOf(std::size_t rowLength, std::size_t maskLength, std::size_t variableCount) {
-  const std::size_t stored = (rowLength - 1) / 256;
+  const std::size_t stored = jumpEntries(rowLength);
   // The table's own bytes can make the row need one entry more than its data: that one is unused.
   const std::size_t tail = maskLength + 1 + stored;
   const std::size_t eodPlace = rowLength > tail ? rowLength - 1 - tail : 0;
@@ -50,38 +54,59 @@ void RowView::show(Pager& pager, const TableDefinition& definition, const PageRe
   }
   nullMask_ = data_ + length_ - maskLength;
   fixedEnd_ = length_ - maskLength;
-  if (definition.variableColumns > 0) {
-    const std::size_t size = format.row.offsetSize;
-    if (fixedEnd_ < countSize + size) {
-      raiseDamaged(page_.number(), "a row is too short for its variable columns");
-    }
-    variableCount_ = size == 1 ? nullMask_[-1] : load16(nullMask_ - 2);
-    const std::size_t table = (std::size_t{variableCount_} + 2) * size;
-    if (fixedEnd_ < countSize + table) {
-      raiseDamaged(page_.number(), "a row is too short for its table of variable columns");
-    }
-    fixedEnd_ -= table;
+  if (definition.variableColumns == 0 || columnCount_ <= definition.variablePerhaps) {
+    return;
+  }
+  const char* fault = findVariablePart();
+  const bool isCertain = columnCount_ > definition.variableAbove;
+  if (isCertain && fault != nullptr) {
+    raiseDamaged(page_.number(), fault);
+  }
+  if (!isCertain && (fault != nullptr || variableFault() != nullptr)) {
+    variableCount_ = 0;
+    fixedEnd_ = length_ - maskLength;
   }
 }
 
+const char* RowView::findVariablePart() {
+  const Format& format = pager_->format();
+  const std::size_t size = format.row.offsetSize;
+  const std::size_t jumps = format.row.jumpTable ? jumpEntries(length_) : 0;
+  const std::size_t begin = format.row.columnCountSize + jumps;
+  if (fixedEnd_ < begin + size) {
+    return "a row is too short for its variable columns";
+  }
+  variableCount_ = size == 1 ? nullMask_[-1] : load16(nullMask_ - 2);
+  const std::size_t table = (std::size_t{variableCount_} + 2) * size;
+  if (fixedEnd_ < begin + table) {
+    return "a row is too short for its table of variable columns";
+  }
+  fixedEnd_ -= table;
+  return nullptr;
+}
+
 void RowView::checkLayout() const {
-  if (definition_->variableColumns == 0) {
+  if (variableCount_ == 0) {
     return;
   }
+  if (const char* fault = variableFault()) {
+    raiseDamaged(page_.number(), fault);
+  }
+}
+
+const char* RowView::variableFault() const {
   if (variableCount_ > definition_->variableColumns) {
-    raiseDamaged(page_.number(), "a row has more variable columns than its table");
+    return "a row has more variable columns than its table";
   }
   std::size_t last = 0;
   for (std::size_t i = 0; i <= variableCount_; ++i) {
     const std::size_t offset = variableOffset(i);
     if (offset < last) {
-      raiseDamaged(page_.number(), "the table of variable columns of a row is out of order");
+      return "the table of variable columns of a row is out of order";
     }
     last = offset;
   }
-  if (last > fixedEnd_) {
-    raiseDamaged(page_.number(), "the variable columns of a row are longer than the row");
-  }
+  return last > fixedEnd_ ? "the variable columns of a row are longer than the row" : nullptr;
 }
 
 std::span<const std::uint8_t> RowView::bytes(const Column& column) const {
@@ -113,9 +138,6 @@ std::size_t RowView::variableOffset(std::size_t index) const {
   const std::size_t maskLength = (std::size_t{columnCount_} + 7) / 8;
   const Jumps jumps = jumpsOf(length_, maskLength, variableCount_);
   const std::uint8_t* countPlace = nullMask_ - 1;
-  if (jumps.stored + index + 1 > static_cast<std::size_t>(countPlace - data_)) {
-    raiseDamaged(page_.number(), "a row is too short for its table of variable columns");
-  }
   std::size_t jumped = 0;
   while (jumped < jumps.used && countPlace[-1 - static_cast<std::ptrdiff_t>(jumped)] <= index) {
     ++jumped;

@@ -44,6 +44,10 @@ class RowView {
   explicit operator bool() const { return data_ != nullptr; }
 
  private:
+  /// Finds the part for variable columns. What is wrong with it, or null.
+  const char* findVariablePart();
+  /// What is wrong with the places of the variable columns, or null.
+  const char* variableFault() const;
   std::size_t variableOffset(std::size_t index) const;
 
   Pager* pager_ = nullptr;
@@ -52,7 +56,7 @@ class RowView {
   const std::uint8_t* data_ = nullptr;
   std::size_t length_ = 0;
   std::uint16_t columnCount_ = 0;
-  std::uint16_t variableCount_ = 0;
+  std::uint16_t variableCount_ = 0;  ///< 0 where the row has no part for variable columns
   const std::uint8_t* nullMask_ = nullptr;
   std::size_t fixedEnd_ = 0;  ///< where fixed and variable data end
 };

@@ -34,6 +34,7 @@ class DefinitionReader {
     std::sort(table_.columns.begin(), table_.columns.end(),
               [](const Column& a, const Column& b) { return a.number < b.number; });
     resolveIndexColumns();
+    findVariablePart();
   }
 
  private:
@@ -171,6 +172,22 @@ class DefinitionReader {
         key.column = static_cast<std::size_t>(found - table_.columns.begin());
       }
     }
+  }
+
+  void findVariablePart() {
+    std::size_t live = 0;
+    std::uint16_t firstVariable = table_.maxColumns;
+    std::uint16_t firstDeleted = 0;
+    for (const Column& column : table_.columns) {
+      if (!column.fixed && column.type != ColumnType::boolean) {
+        ++live;
+        firstVariable = std::min(firstVariable, column.number);
+      }
+      firstDeleted += column.number == firstDeleted ? 1 : 0;  // they come in this order
+    }
+    table_.variableAbove = firstVariable;
+    table_.variablePerhaps =
+        live < table_.variableColumns ? std::min(firstDeleted, firstVariable) : firstVariable;
   }
 
   const Format& format_;

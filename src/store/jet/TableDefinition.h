@@ -93,6 +93,11 @@ struct TableDefinition {
   bool systemTable = false;
   std::uint16_t maxColumns = 0;  ///< columns that a new row has, deleted ones included
   std::uint16_t variableColumns = 0;
+  // Which rows have a part for variable columns: those written when the table had such a column,
+  // which their own number of columns tells.
+  std::uint16_t variableAbove = 0;    ///< rows of more columns have it
+  std::uint16_t variablePerhaps = 0;  ///< rows of as many or fewer have none; between the two a
+                                      ///< deleted column may have been variable
   RowId ownedPages{};
   RowId freePages{};
   std::vector<Column> columns;  ///< in the order of their numbers
