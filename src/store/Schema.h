@@ -63,7 +63,7 @@ struct TableInfo {
   std::string name;
   std::vector<ColumnInfo> columns;
   std::vector<IndexInfo> indexes{};
-  std::int64_t rowCount = 0;
+  std::int64_t rowCount = 0;  ///< as the file says; other programs do not always keep it
 };
 
 enum class JoinKind { inner, left, right };

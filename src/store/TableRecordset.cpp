@@ -70,7 +70,7 @@ bool TableRecordset::standOnRow(jet::RowId row, std::optional<std::size_t> posit
 
 void TableRecordset::standAtEnd() {
   row_.reset();
-  position_ = rows_.count();
+  position_.reset();
   atEnd_ = true;
   beforeFirst_ = false;
 }
@@ -82,7 +82,7 @@ bool TableRecordset::eof() const {
 
 bool TableRecordset::bof() const {
   needOpen();
-  return beforeFirst_ || (atEnd_ && position_ == std::size_t{0});
+  return beforeFirst_ || (atEnd_ && !rows_.at(0));
 }
 
 void TableRecordset::moveLast() {
@@ -140,7 +140,7 @@ std::int64_t TableRecordset::recordCount() {
 
 std::int64_t TableRecordset::position() const {
   if (!position_) {
-    position_ = rows_.positionOf(rowId_);
+    position_ = atEnd_ ? rows_.count() : rows_.positionOf(rowId_);
   }
   return static_cast<std::int64_t>(*position_);
 }

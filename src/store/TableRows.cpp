@@ -53,10 +53,15 @@ std::optional<jet::RowId> TableRows::after(jet::RowId row) {
 }
 
 std::size_t TableRows::count() {
-  if (whole_ && scan_) {
-    return table_->rowCount();
+  if (!whole_ || !scan_) {
+    return known_.size();
   }
-  return known_.size();
+  const jet::Pager& pager = table_->pager();
+  if (!counted_ || countedVersion_ != pager.version() || pager.inTransaction()) {
+    counted_ = table_->countRows();
+    countedVersion_ = pager.version();
+  }
+  return *counted_;
 }
 
 void TableRows::add(jet::RowId row) {

@@ -39,6 +39,8 @@ class TableRows {
   std::optional<jet::TableScan> scan_;  ///< stands on the last of `known_`; none at the end
   std::optional<jet::TableScan> walk_;  ///< stands on the row that after() gave last
   std::vector<jet::RowId> known_;
+  std::optional<std::size_t> counted_;  ///< rows of the whole table
+  std::uint64_t countedVersion_ = 0;    ///< of the file when they were counted
 };
 
 }  // namespace orv::store

@@ -144,25 +144,44 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(show.err, "orv: This record was not found in its data source.\n");
 }
 
-TEST_F(CliTest, ACheckCountsRemarksAndListsThemWhenAskedTo) {
+/// Changes bytes of the database; `change` gets its table of panes.
+template <class Change>
+void tamper(const std::filesystem::path& file, Change change) {
+  const auto connection = store::Connection::openFile(file.string());
+  store::jet::Pager& pager = connection->database().pager();
+  store::jet::Transaction transaction(pager);
+  change(pager, connection->database().table("Pane")->definition());
+  transaction.commit();
+}
+
+TEST_F(CliTest, ACheckFailsForFaultsAndListsRemarksWhenAskedTo) {
   makeDatabase();
-  {
-    const auto connection = store::Connection::openFile((folder.path() / "db.mdb").string());
-    store::jet::Pager& pager = connection->database().pager();
-    store::jet::Transaction transaction(pager);
-    const auto page = connection->database().table("Pane")->definition().page;
-    store::jet::store32(pager.modify(page) + pager.format().definition.rowCount, 7);
-    transaction.commit();
-  }
+  // A count of rows is a hint: nobody waits for billions of rows that are not there.
+  tamper(folder.path() / "db.mdb", [](auto& pager, const auto& panes) {
+    store::jet::store32(pager.modify(panes.page) + pager.format().definition.rowCount, 0xffffffff);
+  });
+  const Ended info = orv("info db.mdb --format tsv");
+  EXPECT_NE(info.out.find("Panes\t2\n"), std::string::npos) << info.out << info.err;
   const Ended counted = orv("check db.mdb");
   EXPECT_EQ(counted.exit, 0);
   EXPECT_EQ(counted.out, "");
   EXPECT_NE(counted.err.find("no faults and 1 remark (listed with --verbose) in "),
             std::string::npos)
       << counted.err;
-  const Ended listed = orv("check db.mdb --verbose --format tsv");
+  const Ended listed = orv("check db.mdb --verbose");
   EXPECT_EQ(listed.exit, 0);
-  EXPECT_NE(listed.out.find("\nremark\tPane\t"), std::string::npos) << listed.out;
+  EXPECT_EQ(listed.out.find("remark: Table 'Pane', page "), 0U) << listed.out;
+  EXPECT_NE(listed.err.find("no faults and 1 remark in "), std::string::npos) << listed.err;
+
+  tamper(folder.path() / "db.mdb", [](auto& pager, const auto& panes) {
+    const store::jet::PageNumber root = panes.realIndexes.front().root;
+    std::fill_n(pager.modify(root) + pager.format().indexPage.mask, 8, std::uint8_t{0});
+  });
+  const Ended faulty = orv("check db.mdb --verbose --format tsv");
+  EXPECT_EQ(faulty.exit, 1);
+  EXPECT_NE(faulty.out.find("\nfault\tPane\t"), std::string::npos) << faulty.out;
+  EXPECT_NE(faulty.out.find("\nremark\tPane\t"), std::string::npos) << faulty.out;
+  EXPECT_NE(faulty.err.find(" and 1 remark in "), std::string::npos) << faulty.err;
 }
 
 TEST_F(CliTest, APasswordCanBeGiven) {

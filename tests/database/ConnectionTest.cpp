@@ -4,6 +4,7 @@
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "store/StoreError.h"
+#include "store/jet/Database.h"
 
 namespace orv::test {
 namespace {
@@ -42,6 +43,35 @@ TEST_F(ConnectionTest, OpensAndClosesAndRefusesWhatIsNoDatabase) {
   EXPECT_NE(
       raisedBy([&] { database.OpenDatabase((folder.path() / "text.mdb").string(), ""); }).number,
       0);
+}
+
+// A count of rows in a file is a hint: other programs do not always keep it.
+TEST_F(ConnectionTest, ARecordSetHasTheRowsOfItsTableWhateverTheTableSays) {
+  addRow("ORVdata_version", {{"version", "last"}});
+  const auto say = [&](std::uint32_t count) {
+    store::jet::Pager& pager = dc->database().pager();
+    store::jet::Transaction transaction(pager);
+    store::jet::store32(pager.modify(dc->database().table("ORVdata_version")->definition().page) +
+                            pager.format().definition.rowCount,
+                        count);
+    transaction.commit();
+  };
+  const auto open = [&] {
+    return dc->openRecordset("ORVdata_version", store::CursorType::static_);
+  };
+  for (const std::uint32_t count : {0xffffffffU, 0U}) {
+    say(count);
+    EXPECT_EQ(open()->recordCount(), 2);
+    const auto rows = open();
+    rows->moveLast();
+    EXPECT_EQ(rows->position(), 1);
+    EXPECT_EQ(rows->value(0).toText(), "last");
+    rows->moveNext();
+    EXPECT_TRUE(rows->eof() && !rows->bof());
+    EXPECT_EQ(rows->position(), 2);
+    rows->movePrevious();
+    EXPECT_EQ(rows->value(0).toText(), "last");
+  }
 }
 
 TEST_F(ConnectionTest, ASemicolonInAPathBreaksTheConnectionString) {

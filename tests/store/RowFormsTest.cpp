@@ -124,5 +124,28 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
   expectRows(rows);
 }
 
+// A count of rows in a file is a hint, whatever it is.
+TEST_F(RowForms, RowsAreCountedByThePages) {
+  create({.name = "Forms", .columns = {{.name = "whole", .type = ColumnType::longInteger}}});
+  for (int i = 0; i < 5; ++i) {
+    table_->insert(std::vector<Value>{i});
+  }
+  for (const std::uint32_t said : {0xffffffffU, 0U, 3U}) {
+    Transaction transaction(database_->pager());
+    store32(database_->pager().modify(table_->definition().page) + kJet4.definition.rowCount, said);
+    transaction.commit();
+    EXPECT_EQ(table_->countRows(), 5U);
+    const CheckReport report = checkFile(kFile, "");
+    EXPECT_TRUE(report.sound());
+    EXPECT_EQ(report.remarkCount, 1U);
+  }
+  while (table_->countRows() > 0) {
+    TableScan scan = table_->scan();
+    scan.next();
+    table_->erase(scan.rowId());
+    EXPECT_LE(table_->rowCount(), 3U) << "a deletion made few rows billions";
+  }
+}
+
 }  // namespace
 }  // namespace orv::store::jet

@@ -41,6 +41,16 @@ std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
   raiseDamaged(id.page, "the pointers of a row form a loop");
 }
 
+/// A page that is listed as one of the table's, as rows.
+DataPage rowsOf(const Pager& pager, const TableDefinition& definition, const PageRef& page) {
+  const DataPage rows(pager.format(), page.view());
+  if (rows.owner() != definition.page) {
+    raiseDamaged(page.number(), "it is listed as a page of table '" + definition.name +
+                                    "', but says that it is another's");
+  }
+  return rows;
+}
+
 RowView viewAt(Pager& pager, const TableDefinition& definition, RowId content) {
   const PageRef page = pager.read(content.page);
   const Slot slot = DataPage(pager.format(), page.view()).slot(content.row);
@@ -103,11 +113,7 @@ bool TableScan::nextPage() {
   DamagedFileScope scope(pager_->path());
   page_ = std::move(ahead_[aheadUsed_++]);
   nextPage_ = page_.number() + 1;
-  rows_ = DataPage(pager_->format(), page_.view());
-  if (rows_.owner() != definition_->page) {
-    raiseDamaged(page_.number(), "it is listed as a page of table '" + definition_->name +
-                                     "', but says that it is another's");
-  }
+  rows_ = rowsOf(*pager_, *definition_, page_);
   nextRow_ = 0;
   return true;
 }
@@ -162,6 +168,21 @@ std::uint32_t Table::rowCount() const {
   return pager_->read(definition_->page).view().u32(pager_->format().definition.rowCount);
 }
 
+std::size_t Table::countRows() const {
+  Pager::ReadLock lock(*pager_);
+  const UsageMap owned(*pager_, definition_->ownedPages);
+  std::size_t rows = 0;
+  for (auto page = owned.next(0, kEndOfPages); page; page = owned.next(*page + 1, kEndOfPages)) {
+    const PageRef ref = pager_->read(*page);
+    const DataPage data = rowsOf(*pager_, *definition_, ref);
+    for (std::uint16_t i = 0; i < data.rowCount(); ++i) {
+      const SlotKind kind = data.slot(i).kind;
+      rows += kind == SlotKind::row || kind == SlotKind::pointer ? 1 : 0;
+    }
+  }
+  return rows;
+}
+
 std::optional<RowView> Table::row(RowId id) const {
   Pager::ReadLock lock(*pager_);
   const auto content = contentOf(*pager_, definition_->page, id);
@@ -185,9 +206,12 @@ std::int32_t Table::reserveAutoNumber() {
   return reserved_ = last + 1;
 }
 
-void Table::addToCount(std::size_t offset, std::int32_t change) {
-  std::uint8_t* page = pager_->modify(definition_->page);
-  store32(page + offset, load32(page + offset) + static_cast<std::uint32_t>(change));
+/// The file's own count may be wrong: it is kept from passing its ends.
+void Table::changeRowCount(int change) {
+  std::uint8_t* count = pager_->modify(definition_->page) + pager_->format().definition.rowCount;
+  const std::int64_t rows = std::int64_t{load32(count)} + change;
+  store32(count, static_cast<std::uint32_t>(
+                     std::clamp<std::int64_t>(rows, 0, std::numeric_limits<std::uint32_t>::max())));
 }
 
 void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values,
@@ -271,7 +295,7 @@ RowId Table::insert(std::span<const Value> values) {
     insertEntry(index, row, keys[index.number], id);
   }
   const auto& offsets = pager_->format().definition;
-  addToCount(offsets.rowCount, 1);
+  changeRowCount(1);
   for (std::size_t i = 0; i < row.size(); ++i) {
     if (definition_->columns[i].autoNumber && row[i].toLong() > lastAutoNumber()) {
       store32(pager_->modify(definition_->page) + offsets.autoNumber,
@@ -353,7 +377,7 @@ void Table::erase(RowId id) {
     space.erase(*content);
   }
   space.erase(id);
-  addToCount(pager_->format().definition.rowCount, -1);
+  changeRowCount(-1);
   transaction.commit();
 }
 

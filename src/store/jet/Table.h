@@ -61,7 +61,10 @@ class Table {
   /// that were read before refer to it.
   void changeDefinition(std::shared_ptr<const TableDefinition> definition);
 
+  /// The number of rows that the file says the table has: other programs do not always keep it.
   std::uint32_t rowCount() const;
+  /// The number of rows that the table's pages have; reads all of them.
+  std::size_t countRows() const;
   TableScan scan() const { return TableScan(*pager_, definition_); }
   /// The row at `id`; none when it was deleted or never was.
   std::optional<RowView> row(RowId id) const;
@@ -80,7 +83,7 @@ class Table {
 
  private:
   std::int32_t lastAutoNumber() const;
-  void addToCount(std::size_t offset, std::int32_t change);
+  void changeRowCount(int change);
   /// The values as rows hold them; a new row gets its automatic numbers.
   std::vector<Value> fit(std::span<const Value> values, bool newRow);
   RowSpace rowSpace() const;

@@ -16,11 +16,8 @@ std::uint32_t storedRowCount(Pager& pager, const TableDefinition& table) {
   return pager.read(table.page).view().u32(pager.format().definition.rowCount);
 }
 
-/// A number of rows to prepare for: what the table says, unless the file is too small for it.
-std::size_t likelyRowCount(Pager& pager, const TableDefinition& table) {
-  return std::min<std::size_t>(storedRowCount(pager, table),
-                               std::size_t{pager.pageCount()} * kMaxRowsOnPage);
-}
+/// Rows that room is made for before they are read: a file can say that it has any number.
+constexpr std::uint32_t kMostExpected = 1'000'000;
 
 /// Access's own tables have columns of types within this range that no other table has.
 bool isPossible(ColumnType type) {
@@ -39,7 +36,8 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
       table_(table),
       place_{.table = table.name},
       rowsUser_(context.pages.addUser(place_, "the rows")),
-      keys_(table.realIndexes.size(), likelyRowCount(context.pager, table)),
+      keys_(table.realIndexes.size(),
+            std::min(storedRowCount(context.pager, table), kMostExpected)),
       longValues_(context, table),
       isKey_(table.columns.size(), false),
       isUnknown_(table.realIndexes.size(), false),
