@@ -105,7 +105,7 @@ TEST(Check, CountsWhatItHasSeen) {
 
 TEST(Check, NamesPlaceFaultAndAdvice) {
   const CheckFinding fault{"Pane",           "GroupID", 12, 3, "the row has no entry in the index",
-                         "No row is lost."};
+                           "No row is lost."};
   EXPECT_EQ(fault.toText(),
             "Table 'Pane', index 'GroupID', page 12, row 3: the row has no entry in the index. "
             "No row is lost.");

@@ -195,6 +195,27 @@ TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
   expectSound();
 }
 
+TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
+  test::MemoryFiles files;
+  const auto database = createDatabase(kFile);
+  Pager& pager = database->pager();
+  Transaction transaction(pager);
+  FreePages free(pager);
+  const PageNumber first = pager.append();
+  const PageNumber second = pager.append();
+  while (pager.pageCount() < 8 * (kOwnRow - 5)) {
+    free.remove(pager.append());
+  }
+  free.add(first);
+  free.add(second);
+  const PageNumber beyond = pager.append();
+  free.remove(beyond);
+  EXPECT_FALSE(free.contains(beyond));
+  EXPECT_NE(free.contains(first), free.contains(second)) << "one of them has the bits";
+  EXPECT_EQ(pager.pageCount(), beyond + 1);
+  transaction.commit();
+}
+
 const auto nameOf = [](const auto& info) { return info.param.name; };
 INSTANTIATE_TEST_SUITE_P(Forms, ForeignFreePages, testing::ValuesIn(kForms), nameOf);
 

@@ -9,11 +9,11 @@
 #include "store/jet/CatalogWriter.h"
 #include "store/jet/EmptyDatabase.h"
 #include "store/jet/IndexBuilder.h"
+#include "store/jet/PageAllocator.h"
 #include "store/jet/Properties.h"
 #include "store/jet/TableDesign.h"
 #include "store/jet/TablePlacement.h"
 #include "store/jet/Text.h"
-#include "store/jet/PageAllocator.h"
 
 namespace orv::store::jet {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "store/jet/CatalogWriter.h"
 #include "store/jet/DataPage.h"
+#include "store/jet/FreePages.h"
 #include "store/jet/Rc4.h"
 #include "store/jet/TableDesign.h"
 #include "store/jet/TablePlacement.h"
-#include "store/jet/FreePages.h"
 #include "store/jet/UsageMap.h"
 
 namespace orv::store::jet {

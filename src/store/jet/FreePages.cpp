@@ -23,7 +23,7 @@ void FreePages::remove(PageNumber page) {
     }
     useMapPages();
   }
-  if (bits_.hasPointerFor(page)) {
+  if (!bits_.set(page, false) && bits_.hasPointerFor(page)) {
     const PageNumber bitsPage = pager_.append();
     bits_.addMapPage(page, bitsPage, pager_.pageCount());
   }
