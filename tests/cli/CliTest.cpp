@@ -184,6 +184,19 @@ TEST_F(CliTest, ACheckFailsForFaultsAndListsRemarksWhenAskedTo) {
   EXPECT_NE(faulty.err.find(" and 1 remark in "), std::string::npos) << faulty.err;
 }
 
+TEST_F(CliTest, AFileThatAnotherWriterHasGrownIsChangedAndStaysSound) {
+  ORV_NEEDS_CORPUS();
+  const auto foreign = corpusFolder() / "foreign" / "grownByAnotherWriter.mdb";
+  std::filesystem::copy_file(foreign, folder.path() / "grown.mdb");
+  const Ended deletion = orv("delete grown.mdb 2 --yes");
+  EXPECT_EQ(deletion.exit, 0) << deletion.err;
+  const Ended copy = orv("copy '" + foreign.string() + "' grown.mdb --group Again");
+  EXPECT_EQ(copy.out, "120 records copied.\n") << copy.err;
+  const Ended check = orv("check grown.mdb");
+  EXPECT_EQ(check.exit, 0) << check.out;
+  EXPECT_NE(orv("info grown.mdb --format tsv").out.find("Panes\t239\n"), std::string::npos);
+}
+
 TEST_F(CliTest, APasswordCanBeGiven) {
   ORV_NEEDS_CORPUS();
   const std::string file = "'" + (corpusFolder() / "access" / "passwordV2000.mdb").string() + "'";

@@ -14,6 +14,7 @@ const kCorpus = process.env.ORV_CORPUS;
 const kExamples = join(process.env.ORV_SOURCE_DIR, 'examples', 'panes');
 const kFolders = [kExamples, join(kCorpus, 'panes')].filter(existsSync);
 const kForeignDatabase = join(kCorpus, 'sources', 'orvdata-3.0.0.mdb');
+const kGrownDatabase = join(kCorpus, 'foreign', 'grownByAnotherWriter.mdb');
 
 const kPanes = kFolders.flatMap(
     (source) => readdirSync(source).map((name) => readPaneFile(join(source, name))));
@@ -65,6 +66,17 @@ test('panes in a database of a foreign writer, then half of them', {skip}, () =>
   expectKept(database, rowsBefore);
   deleteHalf(database, null);
   expectKept(database, rowsBefore);
+});
+
+test('three panes in a database whose map of free pages leaves pages out', {skip}, () => {
+  const database = join(folder, 'grown.mdb');
+  copyFileSync(kGrownDatabase, database);
+  const rowsBefore = rowsOf(database);
+  const files = readdirSync(kExamples).slice(0, 3).map((name) => join(kExamples, name));
+  runOrv('copy', ...files, database, '--group', kGroup);
+  expectAgreement(database);
+  expectKept(database, rowsBefore);
+  expectPanes(database, files.map(readPaneFile), kGroup, 0);
 });
 
 test('all that a foreign database holds, copied into a new one', {skip}, () => {
