@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <functional>
+#include <random>
 
 #include "errors/Error.h"
 #include "store/Check.h"
@@ -119,7 +122,16 @@ void useAllPages(Pager& pager) {
   transaction.commit();
 }
 
-/// A file of nearly 2 GB that is mostly a hole: no disk is filled and no memory.
+/// A file of `most` pages that is mostly a hole: no disk is filled and no memory.
+std::shared_ptr<Database> enlarge(const std::string& path, std::uint64_t most) {
+  std::filesystem::resize_file(path, most * kJet4.pageSize);
+  auto database = Database::open(path, "");
+  useAllPages(database->pager());
+  return database;
+}
+
+const std::uint64_t kMostPages = kJet4.maxFileSize / kJet4.pageSize;
+
 TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   const test::TemporaryFolder folder;
   const std::string path = folder / "large.mdb";
@@ -127,19 +139,18 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
               {.name = "Pictures",
                .columns = {{"id", longInteger}, {"picture", ole}},
                .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
-  std::filesystem::resize_file(path, kJet4.maxFileSize - 300 * kJet4.pageSize);
-  const auto database = Database::open(path, "");
-  useAllPages(database->pager());
+  const auto database = enlarge(path, kMostPages - 300);
   const auto table = database->table("Pictures");
   const auto insert = [&](int id, std::size_t length) {
     table->insert(std::vector<Value>{id, Bytes(length, 0x5a)});
   };
   int rows = 0;
-  expectError(kDatabaseFull, {"large.mdb", "largest size", "2047 MB", "Compact it"}, [&] {
-    for (; rows < 100; ++rows) {
-      insert(rows, 100000);
-    }
-  });
+  expectError(kDatabaseFull,
+              {"large.mdb", "2047 MB", "Delete records", "compact it", "new database"}, [&] {
+                for (; rows < 100; ++rows) {
+                  insert(rows, 100000);
+                }
+              });
   EXPECT_GT(rows, 8);
   EXPECT_LE(std::filesystem::file_size(path), kJet4.maxFileSize);
   insert(rows, 10);  // a small one has room yet
@@ -162,6 +173,51 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   }
   EXPECT_EQ(again->rowCount(), 0U);
   again->insert(std::vector<Value>{1, Bytes(10000, 0x5a)});
+}
+
+// Entries of different lengths in several levels: as they go, nodes get longer ones in their place.
+TEST(FileKinds, AFullFileCanBeEmptiedInAnyOrder) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "full.mdb";
+  createTable(*createDatabase(path),
+              {.name = "Names",
+               .columns = {{"name", text, 255}, {"note", memo}},
+               .indexes = {{.name = "name", .columns = {{"name"}}, .unique = true}}});
+  std::vector<RowId> rows;
+  std::mt19937 random(1);
+  const auto insert = [&](Table& table, int id) {
+    const std::string start = std::to_string(random() % 100) + "name";
+    rows.push_back(table.insert(std::vector<Value>{
+        start + std::string(random() % 200, 'x') + std::to_string(id), std::string(700, 'n')}));
+  };
+  {
+    const auto made = Database::open(path, "");
+    Transaction transaction(made->pager());
+    for (int id = 0; id < 3000; ++id) {
+      insert(*made->table("Names"), id);
+    }
+    transaction.commit();
+  }
+  const auto database = enlarge(path, kMostPages);
+  const auto table = database->table("Names");
+  expectError(kDatabaseFull, {"full.mdb"}, [&] {
+    Transaction transaction(database->pager());
+    for (int id = 3000; id < 4000; ++id) {
+      insert(*table, id);
+    }
+  });
+  rows.resize(3000);
+  std::shuffle(rows.begin(), rows.end(), random);
+  Transaction transaction(database->pager());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    table->erase(rows[i]);
+    if (i % 1000 == 999) {
+      EXPECT_EQ(table->countRows(), rows.size() - i - 1);
+    }
+  }
+  insert(*table, 0);
+  transaction.commit();
+  EXPECT_EQ(database->pager().pageCount(), kMostPages);
 }
 
 TEST(FileKinds, ALinkedTableIsNamedAsSuch) {

@@ -273,7 +273,8 @@ PageNumber Pager::append() {
                                    "' has reached the largest size that its format "
                                    "allows (" +
                                    std::to_string(format_->maxFileSize >> 20) +
-                                   " MB). Compact it, or go on in a new database.");
+                                   " MB). Delete records that are not needed, compact it in "
+                                   "Access, or go on in a new database.");
   }
   const PageNumber page = pageCount_++;
   dirty_[page].bytes = std::make_shared<std::uint8_t[]>(format_->pageSize);
