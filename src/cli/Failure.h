@@ -12,7 +12,8 @@ enum ExitCode : int {
   kAllWell = 0,
   kRecordsFailed = 1,  ///< some records, or the one thing that was asked for, failed
   kWrongUse = 2,
-  kCannotOpen = 3,  ///< a file or folder cannot be opened, or is not what it is said to be
+  kCannotOpen = 3,  ///< a file or folder cannot be opened or is not what it is said to be, or
+                    ///< standard output cannot be written
 };
 
 /// Ends the run with a message and an exit code.

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "cli/ShownStream.h"
+#include "cli/StandardStreams.h"
 #include "cli/Verb.h"
 #include "commands/ErrorText.h"
 
@@ -49,6 +50,7 @@ int run(CLI::App& app, const std::vector<std::unique_ptr<Verb>>& verbs, int argc
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupyClosedStreams();
   std::ios::sync_with_stdio(false);
   const ShownStream messages(std::cerr);
   std::optional<ShownStream> results;
@@ -57,11 +59,16 @@ int main(int argc, char** argv) {
   app.footer(
       "Run \"orv VERB --help\" for the arguments of a verb and examples.\n"
       "Exit codes: 0 all went well; 1 some records failed; 2 wrong use; 3 a file cannot be "
-      "opened.");
+      "opened or written.");
   app.set_version_flag("--version", std::string("orv ") + ORV_VERSION);
   app.require_subcommand(0, 1);
   app.get_formatter()->label("SUBCOMMAND", "VERB");
   app.get_formatter()->label("REQUIRED", "");
   const auto verbs = makeVerbs(app);
-  return run(app, verbs, argc, argv);
+  const int exit = run(app, verbs, argc, argv);
+  if (finishOutput()) return exit;
+  std::cerr
+      << "orv: The standard output could not be written: what was written there is not whole. "
+         "Look whether the disk is full.\n";
+  return kCannotOpen;
 }

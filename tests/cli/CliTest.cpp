@@ -1,5 +1,6 @@
-// The program as users run it, without a terminal.
 #include "cli/CliTest.h"
+
+#include <string>
 
 #include "store/jet/CatalogWriter.h"
 
