@@ -16,16 +16,25 @@ namespace orv::app {
 
 namespace {
 
+/// The notes under a heading, as many as a message has room for.
+QString listed(const commands::Notes& notes, const QString& heading) {
+  constexpr int kMostLines = 12;
+  QStringList lines;
+  for (const commands::Note& note : notes.list()) lines << qt(note.line());
+  if (lines.isEmpty()) return {};
+  const bool isLong = lines.size() > kMostLines;
+  return "\n\n" + heading + "\n" + lines.mid(0, kMostLines).join('\n') + (isLong ? "\n..." : "");
+}
+
 /// What an export did, for the message at its end.
 std::string exportReport(const commands::ExportResult& result, const std::string& folder) {
   const QString written =
       EditCommands::tr("%1 written to %2.")
           .arg(counted(static_cast<qlonglong>(result.files.size()), "file"), qt(folder));
-  if (result.filled.empty()) return written.toStdString();
-  QStringList lines;
-  for (const std::string& line : result.filled) lines << qt(line);
-  return EditCommands::tr("%1\n\nFilled in, because a text file needs it:\n%2")
-      .arg(written, lines.mid(0, 12).join('\n') + (lines.size() > 12 ? "\n..." : ""))
+  return (written +
+          listed(result.filled, EditCommands::tr("Filled in, because a text file needs it:")) +
+          listed(result.notKept,
+                 EditCommands::tr("Not kept, since a text file has no place for it:")))
       .toStdString();
 }
 
@@ -43,8 +52,15 @@ void EditCommands::paste(const Node& destination) {
 }
 
 void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
-  run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"),
-      [&] { commands::pasteRecords(session_, records, destination); });
+  run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
+    const auto result = commands::pasteRecords(session_, records, destination);
+    const QString report =
+        listed(result.notes, tr("What became of the records:")) +
+        listed(result.notKept, tr("Not kept, since an ORV database has no place for it:"));
+    if (report.isEmpty()) return;
+    ui_.message(commands::MessageKind::information, report.trimmed().toStdString(),
+                commands::kProductName);
+  });
 }
 
 void EditCommands::remove(const sources::RecordSelection& selection, const Node& shown) {

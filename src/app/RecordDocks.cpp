@@ -37,8 +37,7 @@ void dress(QAction* action, const char* name, const char* iconName, const QStrin
 
 Panes panesOf(const commands::RecordReader& reader, const std::string& identifier) {
   Panes panes;
-  for (const std::int16_t angle : reader.angles(identifier)) {
-    const auto pane = reader.pane(identifier, angle);
+  for (const auto& pane : reader.dataSets(identifier)) {
     reader.tellGroup(identifier, *pane);
     panes.push_back(pane);
   }

@@ -1,6 +1,11 @@
 #include "cli/Arguments.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
 #include <fstream>
+#include <iostream>
 
 #include "cli/Failure.h"
 #include "commands/RecordList.h"
@@ -84,7 +89,19 @@ void SourceArgument::addOptions(CLI::App& command) {
 }
 
 Node SourceArgument::open(Console& console) const {
-  return opening([&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+  const Node source =
+      opening([&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+  requireTexts({source});
+  return source;
+}
+
+void SourceArgument::requireTexts(const std::vector<Node>& sources) const {
+  const auto isText = [](const Node& source) {
+    return source->DataType() == sources::DataType::textFolder;
+  };
+  if (textKind_ && std::none_of(sources.begin(), sources.end(), isText)) {
+    throw wrongUse("--text tells what text files are; here are none.");
+  }
 }
 
 Node SourceArgument::recordSet(const Node& source) const {
@@ -105,6 +122,16 @@ sources::RecordSelection selectRecords(const Node& node,
     selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), chosen[i]);
   }
   return selection;
+}
+
+void tellNotKept(const commands::Notes& notes, const char* destination) {
+  std::vector<std::string> losses;
+  for (const commands::Note& note : notes.list()) {
+    losses.push_back(fmt::format("{} ({})", note.text, note.records.size()));
+  }
+  if (losses.empty()) return;
+  std::cerr << fmt::format("orv: not kept, since {} has no place for it: {}.\n", destination,
+                           fmt::join(losses, ", "));
 }
 
 std::string counted(std::size_t count, const std::string& noun) {

@@ -10,6 +10,7 @@
 #include "cli/Console.h"
 #include "cli/PasswordPrompt.h"
 #include "cli/RowWriter.h"
+#include "commands/Notes.h"
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
 #include "model/Text.h"
@@ -82,6 +83,9 @@ class SourceArgument {
   Node recordSet(const Node& source) const;
   Node openRecordSet(Console& console) const { return recordSet(open(console)); }
 
+  /// Raises Failure where --text is given and none of the sources is of text files.
+  void requireTexts(const std::vector<Node>& sources) const;
+
   const std::optional<commands::TextFileKind>& textKind() const { return textKind_; }
 
  private:
@@ -93,6 +97,9 @@ class SourceArgument {
 /// The named records of a node, or all of them when none is named.
 sources::RecordSelection selectRecords(const Node& node,
                                        const std::vector<std::string>& identifiers);
+
+/// Says on standard error what the records hold and `destination` has no place for.
+void tellNotKept(const commands::Notes& notes, const char* destination);
 
 /// "1 record", "2 records".
 std::string counted(std::size_t count, const std::string& noun);

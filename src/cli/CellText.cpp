@@ -1,6 +1,7 @@
 #include "cli/CellText.h"
 
 #include <fmt/format.h>
+#include <unicode/unistr.h>
 
 #include <cmath>
 
@@ -22,6 +23,14 @@ std::string dateText(const store::Value& date) {
   return isDay ? text + " 00:00:00" : text;
 }
 
+/// Names of files may be any bytes. What is no UTF-8 becomes the replacement character.
+std::string validUtf8(std::string_view bytes) {
+  std::string text;
+  icu::UnicodeString::fromUTF8({bytes.data(), static_cast<std::int32_t>(bytes.size())})
+      .toUTF8String(text);
+  return text;
+}
+
 }  // namespace
 
 std::string cellText(const store::Value& value) {
@@ -31,9 +40,9 @@ std::string cellText(const store::Value& value) {
   return value.toText();
 }
 
-std::string jsonString(std::string_view text) {
+std::string jsonString(std::string_view bytes) {
   std::string result = "\"";
-  for (const char c : text) {
+  for (const char c : validUtf8(bytes)) {
     switch (c) {
       case '"':
         result += "\\\"";

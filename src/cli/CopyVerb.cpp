@@ -54,6 +54,8 @@ class CopyVerb : public Verb {
     const auto nodes = opening([&] {
       return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
     });
+    source_.requireTexts(nodes);
+    checkUseOfGroup(nodes);
     const Node destination = destinationNode(nodes, opener, *split);
     const std::vector<std::string> identifiers(split + 1, arguments_.cend());
     if (nodes.size() > 1 && !identifiers.empty()) {
@@ -72,14 +74,27 @@ class CopyVerb : public Verb {
   using Position = std::vector<std::string>::const_iterator;
 
   void checkOptions() {
-    if (!answers_.group.empty() && !commands::isUnreservedGroupName(answers_.group)) {
-      throw wrongUse(answers_.group + " is not a valid group name.");
+    if (!answers_.group.empty()) {
+      const std::string refusal = commands::groupNameRefusal(answers_.group);
+      if (!refusal.empty()) throw wrongUse(refusal);
     }
     answers_.substrate =
         substrate_.value_or(canAsk() ? SubstratePolicy::ask : SubstratePolicy::refuse);
     if (answers_.substrate == SubstratePolicy::ask && !canAsk()) {
       throw wrongUse("--substrate ask needs a terminal to ask on.");
     }
+  }
+
+  /// Panes of the IGDB go into a group of their own.
+  void checkUseOfGroup(const std::vector<Node>& sources) const {
+    if (answers_.group.empty()) return;
+    const auto igdbs = std::count_if(sources.begin(), sources.end(), [](const Node& source) {
+      return source->DataType() == sources::DataType::igdb;
+    });
+    if (igdbs == 0) return;
+    const std::string reason = "The panes of the IGDB go into the group IGDB";
+    if (igdbs == std::ssize(sources)) throw wrongUse(reason + ": leave --group out.");
+    std::cerr << "orv: " << reason << "; " << answers_.group << " is for the others.\n";
   }
 
   /// The first database behind the first argument.
@@ -114,8 +129,9 @@ class CopyVerb : public Verb {
     return result;
   }
 
-  static void tell(const commands::PasteResult& result) {
+  static void summarize(const commands::PasteResult& result) {
     std::cout << counted(result.copied, "record") << " copied";
+    if (result.partly > 0) std::cout << ", " << result.partly << " in part";
     if (result.failed > 0) std::cout << ", " << result.failed << " failed";
     if (result.withoutData > 0) {
       std::cout << ", " << result.withoutData << " without data at any angle";
@@ -125,8 +141,18 @@ class CopyVerb : public Verb {
 
   static ExitCode exitOf(const commands::PasteResult& result) {
     if (result.refused) return kWrongUse;
-    const bool allWell = result.failed == 0 && result.withoutData == 0 && !result.cancelled;
+    const bool allWell =
+        result.failed == 0 && result.partly == 0 && result.withoutData == 0 && !result.cancelled;
     return allWell ? kAllWell : kRecordsFailed;
+  }
+
+  /// What became of the records, and what they lost on their way, or gained.
+  static void tell(const commands::PasteResult& result) {
+    summarize(result);
+    for (const commands::Note& note : result.notes.list()) {
+      std::cerr << "orv: " << note.line() << '\n';
+    }
+    tellNotKept(result.notKept, "an ORV database");
   }
 
   void requireGroup(const sources::datasource& node) const {

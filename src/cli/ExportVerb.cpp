@@ -35,9 +35,10 @@ class ExportVerb : public Verb {
     }
     const auto result =
         commands::exportRecords(console.session, selectRecords(node, identifiers_), options_);
-    for (const std::string& note : result.filled) {
-      std::cerr << "orv: filled in for the file " << note << '\n';
+    for (const commands::Note& note : result.filled.list()) {
+      std::cerr << "orv: filled in: " << note.line() << '\n';
     }
+    tellNotKept(result.notKept, "a text file");
     for (const std::string& file : result.files) std::cout << file << '\n';
     std::cerr << "orv: " << counted(result.files.size(), "file") << " written to "
               << options_.folder;

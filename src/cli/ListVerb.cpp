@@ -3,16 +3,15 @@
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
 #include "commands/RecordList.h"
+#include "commands/RecordReader.h"
 
 namespace orv::cli {
 
 namespace {
 
-/// Identifiers of databases are numbers, those of text files and of the IGDB texts.
-store::Value identifierValue(const std::string& identifier) {
-  const bool isNumber = !identifier.empty() && identifier.size() < 10 &&
-                        identifier.find_first_not_of("0123456789") == std::string::npos;
-  return isNumber ? store::Value(std::stoi(identifier)) : store::Value(identifier);
+/// The identifiers of ORV databases are numbers, those of text files and of the IGDB texts.
+bool hasNumbers(const sources::datasource& node) {
+  return node.ADOConnection() && node.DataType() != sources::DataType::optics5Panes;
 }
 
 class ListVerb : public Verb {
@@ -32,8 +31,10 @@ class ListVerb : public Verb {
     const auto writer =
         makeRowWriter(format_, {"id", "name", "product", "group", "supplier"}, std::cout);
     for (const auto& entry : commands::listRecords(console.session, node)) {
-      writer->row({identifierValue(entry.identifier), entry.name, entry.product, entry.group,
-                   entry.supplier});
+      const store::Value identifier = hasNumbers(*node)
+                                          ? store::Value(commands::recordNumber(entry.identifier))
+                                          : store::Value(entry.identifier);
+      writer->row({identifier, entry.name, entry.product, entry.group, entry.supplier});
     }
     writer->end();
     return kAllWell;

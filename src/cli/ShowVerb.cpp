@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iostream>
@@ -33,6 +34,10 @@ class ShowVerb : public Verb {
         .add_option("--angle", angle_,
                     "Angle of incidence of a pane's data, in degrees (default: the first)")
         ->type_name("DEGREES");
+    command()
+        .add_option("--direction", direction_,
+                    "Direction of incidence of a pane's spectrum (default: the first)")
+        ->type_name("N");
     command().add_flag("--spectrum", spectrum_,
                        "Show the spectrum, a row a wavelength, in place of the fields");
     addFormat(command(), format_);
@@ -41,7 +46,11 @@ class ShowVerb : public Verb {
   ExitCode run(Console& console) override {
     const Node node = source_.openRecordSet(console);
     const commands::RecordReader reader(console.session, node);
-    switch (commands::recordKind(*node).value_or(RecordKind::panes)) {
+    const RecordKind kind = commands::recordKind(*node).value_or(RecordKind::panes);
+    if (kind != RecordKind::panes && (angle_ || direction_)) {
+      throw wrongUse("--angle and --direction choose among the data of a pane; this is none.");
+    }
+    switch (kind) {
       case RecordKind::panes:
         showPane(reader);
         break;
@@ -57,7 +66,9 @@ class ShowVerb : public Verb {
 
  private:
   void showPane(const commands::RecordReader& reader) {
-    const auto pane = reader.pane(identifier_, chooseAngle(reader.angles(identifier_)));
+    const std::int16_t angle = chooseAngle(reader.angles(identifier_));
+    const auto pane =
+        reader.pane(identifier_, angle, chooseDirection(reader.directions(identifier_, angle)));
     reader.tellGroup(identifier_, *pane);
     spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
   }
@@ -85,9 +96,28 @@ class ShowVerb : public Verb {
     return *angle_;
   }
 
+  /// The direction asked for; 0, which is the first, unless one is.
+  std::int32_t chooseDirection(const std::vector<std::int32_t>& directions) const {
+    if (directions.size() > 1 && !direction_) {
+      std::cerr << fmt::format(
+          "orv: The pane has data of the directions {}; the first is shown. "
+          "Choose with --direction.\n",
+          fmt::join(directions, ", "));
+    }
+    if (!direction_) return 0;
+    if (std::find(directions.begin(), directions.end(), *direction_) == directions.end()) {
+      throw wrongUse(fmt::format("The pane has no data of direction {}, only of: {}.", *direction_,
+                                 fmt::join(directions, ", ")));
+    }
+    return *direction_;
+  }
+
   void writeFields(const std::vector<commands::DetailField>& fields) const {
     const auto writer = makeRowWriter(format_, {"field", "value", "unit"}, std::cout);
-    for (const auto& field : fields) writer->row({field.name, field.value, field.unit});
+    for (const auto& field : fields) {
+      const bool isJson = format_ == Format::json;
+      writer->row({field.name, isJson ? field.raw : store::Value(field.value), field.unit});
+    }
     writer->end();
   }
 
@@ -123,6 +153,7 @@ class ShowVerb : public Verb {
   SourceArgument source_;
   std::string identifier_;
   std::optional<std::int16_t> angle_;
+  std::optional<std::int32_t> direction_;
   bool spectrum_ = false;
   Format format_ = Format::table;
 };

@@ -34,9 +34,10 @@ std::string standardText(std::int32_t number) {
 std::string describe(const std::exception& exception) {
   const auto* error = dynamic_cast<const Error*>(&exception);
   if (!error) return exception.what();
-  if (!error->description().empty()) return error->description();
-  if (!error->source().empty()) return error->source();
-  return standardText(error->number());
+  const std::string text = !error->description().empty() ? error->description()
+                           : !error->source().empty()    ? error->source()
+                                                         : standardText(error->number());
+  return error->place().empty() ? text : text + "\n" + error->place();
 }
 
 }  // namespace orv::commands

@@ -1,9 +1,8 @@
 #include "commands/ExportRecords.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 
+#include "commands/CopyLosses.h"
 #include "commands/ErrorText.h"
 #include "commands/FileCompletion.h"
 #include "commands/FileNames.h"
@@ -64,20 +63,20 @@ class Export {
     if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
     for (const std::int16_t angle : angles) {
       const auto pane = reader_.pane(identifier, angle);
+      const auto losses = exportLossesOf(*pane);
       const auto filled = completeForFile(*pane);
-      const std::string name =
-          names_.nameFor(pane->filename(), angles.size() > 1 ? std::optional(angle) : std::nullopt);
-      session_.textFiles.WriteSpectralFile(folder_, name, *pane);
+      const std::string name = names_.nameForPane(
+          pane->filename(), angles.size() > 1 ? std::optional(angle) : std::nullopt);
+      session_.textFiles.WriteSpectralFile(folder_, name, *pane, PaneEntries::all);
       result_.files.push_back(name);
-      if (!filled.empty()) {
-        result_.filled.push_back(fmt::format("{}: {}", name, fmt::join(filled, ", ")));
-      }
+      for (const std::string& each : filled) result_.filled.add(each, name);
+      for (const std::string& each : losses) result_.notKept.add(each, name);
     }
   }
 
   void writeShading(const std::string& identifier) {
     const auto shading = reader_.shading(identifier);
-    const std::string name = names_.nameFor(shading->name(), std::nullopt);
+    const std::string name = names_.nameForShading(shading->name());
     session_.textFiles.WriteSpectralFileShading(folder_, name, *shading);
     result_.files.push_back(name);
   }

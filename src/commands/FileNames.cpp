@@ -1,5 +1,8 @@
 #include "commands/FileNames.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "model/Text.h"
 
 namespace orv::commands {
@@ -17,13 +20,34 @@ std::string portable(std::string name) {
   return hidden ? "_" + name : name;
 }
 
+/// ".txt", ".DAT"; empty for what is no extension: the end of "Type 1.5 mm".
+std::string extensionOf(const std::string& name) {
+  constexpr std::size_t kLongest = 4;
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos || dot == 0) return {};
+  const std::string extension = name.substr(dot);
+  const bool isOne = extension.size() > 1 && extension.size() <= 1 + kLongest &&
+                     std::isalpha(static_cast<unsigned char>(extension[1])) != 0 &&
+                     std::all_of(extension.begin() + 1, extension.end(),
+                                 [](unsigned char c) { return std::isalnum(c) != 0; });
+  return isOne ? extension : std::string();
+}
+
 }  // namespace
 
-std::string FileNames::nameFor(const std::string& record, std::optional<std::int16_t> angle) {
-  const std::filesystem::path path(portable(record));
-  const std::string extension = path.has_extension() ? path.extension().string() : ".txt";
-  std::string stem = path.stem().string();
+std::string FileNames::nameForPane(const std::string& pane, std::optional<std::int16_t> angle) {
+  const std::string name = portable(pane);
+  const std::string extension = extensionOf(name);
+  std::string stem = name.substr(0, name.size() - extension.size());
   if (angle) stem += "_" + std::to_string(*angle) + "deg";
+  return freeName(stem, extension.empty() ? ".txt" : extension);
+}
+
+std::string FileNames::nameForShading(const std::string& shading) {
+  return freeName(portable(shading), ".txt");
+}
+
+std::string FileNames::freeName(const std::string& stem, const std::string& extension) {
   std::string name = stem + extension;
   for (int number = 2; !isFree(name); ++number) {
     name = stem + "_" + std::to_string(number) + extension;

@@ -16,11 +16,15 @@ class FileNames {
   FileNames(std::filesystem::path folder, bool overwrite)
       : folder_(std::move(folder)), overwrite_(overwrite) {}
 
-  /// The name for a record, with an angle in degrees where it has several. Characters that file
-  /// systems do not take become "_".
-  std::string nameFor(const std::string& record, std::optional<std::int16_t> angle);
+  /// The name for a pane, with an angle in degrees where it has several: the pane's own, with
+  /// ".txt" where that has no extension. Characters that file systems do not take become "_".
+  std::string nameForPane(const std::string& pane, std::optional<std::int16_t> angle);
+
+  /// The name for a shading, which is called as its file without the extension: always ".txt".
+  std::string nameForShading(const std::string& shading);
 
  private:
+  std::string freeName(const std::string& stem, const std::string& extension);
   bool isFree(const std::string& name) const;
 
   std::filesystem::path folder_;

@@ -1,3 +1,5 @@
+#include "commands/CopyLosses.h"
+#include "commands/RecordNames.h"
 #include "commands/Transfer.h"
 #include "commands/TransferWork.h"
 
@@ -15,7 +17,14 @@ Outcome copyFrame(TransferWork& work, const std::string& identifier) {
         if (!group) return;
         frame = work.reader().frame(identifier);
         frame->group(*group);
+        requireUsableNames(*frame);
         work.session().database.InsertFrame(*frame, work.destination());
+        if (!frame->pictureText().empty()) {
+          work.result().notes.add(
+              "in place of a picture the source has a text, which is kept: " + frame->pictureText(),
+              frame->name());
+        }
+        for (const auto& name : lossesOf(*frame)) work.result().notKept.add(name, frame->name());
       },
       [&] { return nameConflict(frame->name()); });
 }

@@ -1,5 +1,6 @@
 #include "commands/GroupName.h"
 
+#include "commands/RecordNames.h"
 #include "model/Text.h"
 
 namespace orv::commands {
@@ -8,6 +9,12 @@ bool isUnreservedGroupName(const std::string& name) {
   const std::string upper = upperCase(name);
   return !upper.empty() && !upper.starts_with("TARVEN") && !upper.starts_with("REMOVED") &&
          !upper.starts_with("IGDB");
+}
+
+std::string groupNameRefusal(const std::string& name, bool strict) {
+  const std::string refusal = name + " is not a valid group name.";
+  if (strict && !isUnreservedGroupName(name)) return refusal;
+  return hasApostrophe(name) ? refusal + "\n" + apostropheRefusal("group", name) : std::string();
 }
 
 void GroupName::settle(std::string name) {
@@ -20,18 +27,14 @@ std::optional<std::string> GroupName::choose() {
     std::string name = session_.ui.input(
         {"Supply a new groupname for all of these records:", kProductName, remembered_});
     if (name.empty()) return std::nullopt;
-    if (mayBeUsed(name)) {
+    const std::string refusal = groupNameRefusal(name, session_.strictGroupNames);
+    if (refusal.empty()) {
       settle(std::move(name));
     } else {
-      session_.ui.message(MessageKind::critical, name + " is not a valid group name.",
-                          kProductName);
+      session_.ui.message(MessageKind::critical, refusal, kProductName);
     }
   }
   return remembered_;
-}
-
-bool GroupName::mayBeUsed(const std::string& name) const {
-  return !session_.strictGroupNames || isUnreservedGroupName(name);
 }
 
 }  // namespace orv::commands

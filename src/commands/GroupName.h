@@ -11,6 +11,10 @@ namespace orv::commands {
 /// Whether a name is not empty and none of those that are kept for the maker's own groups.
 bool isUnreservedGroupName(const std::string& name);
 
+/// Why no records can be put into a group of this name; empty when they can. Reserved names are
+/// refused only when `strict`.
+std::string groupNameRefusal(const std::string& name, bool strict = true);
+
 /// The group of the records of one paste: asked for once, then settled.
 class GroupName {
  public:
@@ -24,8 +28,6 @@ class GroupName {
   std::optional<std::string> choose();
 
  private:
-  bool mayBeUsed(const std::string& name) const;
-
   Session& session_;
   std::string remembered_;
   bool settled_ = false;

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "commands/Notes.h"
 #include "commands/Session.h"
 #include "sources/RecordSelection.h"
 
@@ -15,8 +16,13 @@ struct PasteResult {
   /// Ended by the user; what was written before stays.
   bool cancelled = false;
   int copied = 0;       ///< records that were written whole
-  int failed = 0;       ///< records of which a part at least was not written
+  int partly = 0;       ///< panes that were written at some of their angles only
+  int failed = 0;       ///< records of which nothing was written
   int withoutData = 0;  ///< panes that have data at no angle, so that there is nothing to copy
+  /// What became of records other than a reader of the source would expect.
+  Notes notes;
+  /// What records hold and the destination has no column for.
+  Notes notKept;
 };
 
 /// Copies the records of `pending` into `current`, the node now shown: a record set of an ORV
@@ -24,7 +30,7 @@ struct PasteResult {
 /// taken. `current` may be null, which is refused like any other unfit destination.
 ///
 /// Every failure of a record is shown, and the work goes on with the next. Errors of the search
-/// for the panes' angles, which comes first, are raised.
+/// for the panes' angles, which comes first, are raised, and name the record.
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
                          const std::shared_ptr<sources::datasource>& current);
 

@@ -44,9 +44,12 @@ std::string sourceOfEmissivity(std::int32_t code) {
   return code == kUnknownSource ? "unknown" : words(kEmittanceSourceNames, code);
 }
 
-/// An emissivity of -1 is not set.
-std::string emissivity(float value) {
-  return value < 0 ? "not set" : words(value);
+template <class T>
+store::Value rawValue(const T& value) {
+  return value;
+}
+store::Value rawValue(const OptionalDate& date) {
+  return date ? store::Value(words(date)) : store::Value();
 }
 
 /// The fields gathered so far.
@@ -57,10 +60,16 @@ class Fields {
 
   template <class T>
   void add(const std::string& name, const T& value, const char* unit = "") {
-    fields_.push_back({section_, name, words(value), unit});
+    fields_.push_back({section_, name, words(value), unit, rawValue(value)});
   }
   void addText(const std::string& name, std::string value) {
-    fields_.push_back({section_, name, std::move(value), ""});
+    fields_.push_back({section_, name, value, "", value});
+  }
+  /// An emissivity of -1 is not set.
+  void addEmissivity(const std::string& name, float value) {
+    const bool isSet = value >= 0;
+    fields_.push_back({section_, name, isSet ? words(value) : "not set", "",
+                       isSet ? store::Value(value) : store::Value()});
   }
   /// A number that is 0 where a source does not hold it.
   void addUnlessZero(const char* name, float value) {
@@ -102,9 +111,9 @@ void addScalars(Fields& fields, const GlazingData& pane) {
   addMaterial(fields, pane);
   fields.add("infrared transmittance front", pane.TfIR());
   fields.add("infrared transmittance back", pane.TbiR());
-  fields.addText("emissivity front", emissivity(pane.ef()));
+  fields.addEmissivity("emissivity front", pane.ef());
   fields.addText("source of emissivity front", sourceOfEmissivity(pane.ef_source()));
-  fields.addText("emissivity back", emissivity(pane.eb()));
+  fields.addEmissivity("emissivity back", pane.eb());
   fields.addText("source of emissivity back", sourceOfEmissivity(pane.eb_source()));
 }
 
@@ -254,7 +263,11 @@ std::vector<DetailField> frameDetails(const FrameDataClass& frame) {
   fields.add("frame type", frame.frametype());
   fields.add("U-value", frame.u_value(), "W/(m²·K)");
   fields.add("width", frame.width(), "m");
-  fields.add("picture", static_cast<std::int32_t>(frame.picture().size()), "bytes");
+  if (frame.pictureText().empty()) {
+    fields.add("picture", static_cast<std::int32_t>(frame.picture().size()), "bytes");
+  } else {
+    fields.add("picture", frame.pictureText());
+  }
   fields.add("info", frame.Info());
   return fields.take();
 }

@@ -7,6 +7,7 @@
 #include "model/FrameDataClass.h"
 #include "model/GlazingData.h"
 #include "model/ShadingDataClass.h"
+#include "store/Value.h"
 
 namespace orv::commands {
 
@@ -17,6 +18,8 @@ struct DetailField {
   std::string name;
   std::string value;
   std::string unit;
+  /// The value as what it is: a number, a truth, a text; Null where there is none.
+  store::Value raw;
 };
 
 std::vector<DetailField> paneDetails(const GlazingData& pane);

@@ -1,11 +1,16 @@
 #include "commands/RecordReader.h"
 
 #include <charconv>
+#include <cmath>
+#include <set>
 
 #include "commands/RecordKind.h"
+#include "commands/RecordList.h"
+#include "commands/RecordNames.h"
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
 #include "database/Lookups.h"
+#include "database/Recordsets.h"
 
 namespace orv::commands {
 
@@ -13,8 +18,11 @@ namespace DataType = sources::DataType;
 
 namespace {
 
-/// Spectra of any direction are read.
+/// To the retrieval, the rows of all directions as one spectrum.
 constexpr std::int32_t kAnyDirection = 0;
+
+/// `Precalc_Rfsol` of a pane that has no row of integrated data at an angle.
+constexpr float kNoIntegratedData = -1;
 
 template <class Record>
 std::shared_ptr<Record> found(std::shared_ptr<Record> record) {
@@ -54,18 +62,32 @@ std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) co
   }
 }
 
-std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier,
-                                                std::int16_t angle) const {
-  const auto& database = session_.database;
+std::vector<std::int32_t> RecordReader::directions(const std::string& identifier,
+                                                   std::int16_t angle) const {
+  if (!isVersion3()) return {};
+  const auto rows = connection().openRecordset(
+      "SELECT DISTINCT direction FROM Pane_spectral_data WHERE PaneID = " +
+      std::to_string(recordNumber(identifier)) + " AND angle = " + std::to_string(angle));
+  std::set<std::int32_t> directions;
+  for (; !rows->eof(); rows->moveNext()) {
+    directions.insert(database::FieldToLong(rows->value(std::size_t{0})));
+  }
+  return {directions.begin(), directions.end()};
+}
+
+std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, std::int16_t angle,
+                                                std::int32_t direction) const {
   switch (node_->DataType()) {
     case DataType::orv2Panes:
-      return found(database.RetrievePaneORV_20(connection(), recordNumber(identifier), "", angle,
-                                               kAnyDirection));
-    case DataType::orv3Panes:
-      return found(database.RetrievePaneORV_30(connection(), recordNumber(identifier), "", "",
-                                               angle, kAnyDirection));
+      return orvPane(recordNumber(identifier), angle, direction);
+    case DataType::orv3Panes: {
+      const auto known = directions(identifier, angle);
+      if (direction == kAnyDirection && known.size() > 1) direction = known[known[0] == 0 ? 1 : 0];
+      return orvPane(recordNumber(identifier), angle, direction);
+    }
     case DataType::optics5Panes:
-      return found(database.RetrievePaneIGDB(connection(), identifier));
+      requireUsableName("file name", identifier);
+      return found(session_.database.RetrievePaneIGDB(connection(), identifier));
     case DataType::textFolder:
       if (recordKind(*node_) == RecordKind::panes) {
         return found(session_.textFiles.ParseSpectralFile(node_->Folder(), identifier));
@@ -74,6 +96,77 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier,
     default:
       raiseWrongKind("panes");
   }
+}
+
+std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(
+    const std::string& identifier) const {
+  std::vector<std::shared_ptr<GlazingData>> sets;
+  for (const std::int16_t angle : angles(identifier)) {
+    const auto known = directions(identifier, angle);
+    if (known.size() < 2) {
+      sets.push_back(pane(identifier, angle));
+      continue;
+    }
+    for (const std::int32_t direction : known) {
+      if (direction != kAnyDirection) sets.push_back(pane(identifier, angle, direction));
+    }
+  }
+  return sets;
+}
+
+std::shared_ptr<GlazingData> RecordReader::orvPane(std::int32_t id, std::int16_t angle,
+                                                   std::int32_t direction) const {
+  const auto& database = session_.database;
+  auto pane =
+      found(isVersion3() ? database.RetrievePaneORV_30(connection(), id, "", "", angle, direction)
+                         : database.RetrievePaneORV_20(connection(), id, "", angle, direction));
+  if (pane->Precalc_Rfsol() == kNoIntegratedData) requireWholeAngle(id, *pane);
+  return pane;
+}
+
+/// Angles are whole numbers to the retrieval, which finds no row of any other.
+void RecordReader::requireWholeAngle(std::int32_t id, const GlazingData& pane) const {
+  for (const auto rows = rowsOf("Pane_integrated_data", id); !rows->eof(); rows->moveNext()) {
+    const store::Value angle = rows->value("angle");
+    if (angle.isNull() || std::nearbyint(angle.toDouble()) != pane.ORV_Angle()) continue;
+    if (angle.toDouble() == pane.ORV_Angle()) return;
+    throw Error(kTypeMismatch, "The pane \"" + pane.filename() + "\" has data at " +
+                                   angle.toText() +
+                                   " degrees, and only whole degrees can be read. Change the angle "
+                                   "in Pane_integrated_data and Pane_spectral_data.");
+  }
+}
+
+std::unique_ptr<store::Recordset> RecordReader::rowsOf(const char* table, std::int32_t id) const {
+  return connection().openRecordset(std::string("SELECT * FROM ") + table + " WHERE " +
+                                    identifierColumn(node_->DataType()) + " = " +
+                                    std::to_string(id));
+}
+
+std::vector<std::string> RecordReader::unreadColumns(const std::string& identifier,
+                                                     const GlazingData& pane) const {
+  std::vector<std::string> unread;
+  if (!isOrvPanes()) return unread;
+  const std::int32_t id = recordNumber(identifier);
+  const auto holdsSomething = [](const store::Recordset& row, const char* column) {
+    const auto field = database::findField(row, column);
+    return field && database::FieldToDouble(row.value(*field)) != 0;
+  };
+  if (const auto row = rowsOf("Pane", id); !row->eof() && holdsSomething(*row, "Ra")) {
+    unread.emplace_back("Ra");
+  }
+  if (!pane.HasSubstrate()) return unread;
+  for (const auto row = rowsOf("Pane_spectral_data", id); !row->eof(); row->moveNext()) {
+    if (!holdsSomething(*row, "reflection_sub")) continue;
+    unread.emplace_back("reflectance of the substrate (its transmittance takes its place)");
+    break;
+  }
+  return unread;
+}
+
+void RecordReader::readReferences(const std::shared_ptr<GlazingData>& pane) const {
+  if (node_->DataType() != DataType::textFolder) return;
+  session_.textFiles.FillFileReferences(node_->Folder(), pane);
 }
 
 std::shared_ptr<FrameDataClass> RecordReader::frame(const std::string& identifier) const {

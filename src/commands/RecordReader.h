@@ -23,9 +23,28 @@ class RecordReader {
   /// not know angles.
   std::vector<std::int16_t> angles(const std::string& identifier) const;
 
-  std::shared_ptr<GlazingData> pane(const std::string& identifier, std::int16_t angle) const;
+  /// The directions of incidence of a pane's spectra at an angle, ascending. None for a source
+  /// that does not know directions.
+  std::vector<std::int32_t> directions(const std::string& identifier, std::int16_t angle) const;
+
+  /// A pane at an angle. Of the spectra of several directions at it, that of `direction`, or of
+  /// the first; 0 leaves the choice to the reader. Raises kTypeMismatch for data at an angle that
+  /// is no whole number, which `angle` stands for only in the list of angles.
+  std::shared_ptr<GlazingData> pane(const std::string& identifier, std::int16_t angle,
+                                    std::int32_t direction = 0) const;
+  /// A pane once for each set of its data: at each angle, of each direction there.
+  std::vector<std::shared_ptr<GlazingData>> dataSets(const std::string& identifier) const;
+
   std::shared_ptr<FrameDataClass> frame(const std::string& identifier) const;
   std::shared_ptr<ShadingDataClass> shading(const std::string& identifier) const;
+
+  /// Columns of a database's pane that reading it leaves behind though they hold something.
+  std::vector<std::string> unreadColumns(const std::string& identifier,
+                                         const GlazingData& pane) const;
+
+  /// Reads the files that a pane of a folder names, its substrate and its layers. Raises what
+  /// ORV_TextFileInterface::FillFileReferences raises.
+  void readReferences(const std::shared_ptr<GlazingData>& pane) const;
 
   /// Gives a record that was read the group in which a database of version 3.0.0 has it. The
   /// operations above do not, since who copies a record names its group anew.
@@ -36,6 +55,15 @@ class RecordReader {
   }
 
  private:
+  std::shared_ptr<GlazingData> orvPane(std::int32_t id, std::int16_t angle,
+                                       std::int32_t direction) const;
+  void requireWholeAngle(std::int32_t id, const GlazingData& pane) const;
+  bool isVersion3() const { return node_->DataType() == sources::DataType::orv3Panes; }
+  bool isOrvPanes() const {
+    return isVersion3() || node_->DataType() == sources::DataType::orv2Panes;
+  }
+  /// The rows of a pane in one of its tables, in no order.
+  std::unique_ptr<store::Recordset> rowsOf(const char* table, std::int32_t id) const;
   /// Empty where there is none to tell.
   std::string storedGroup(const std::string& identifier) const;
   store::Connection& connection() const { return *node_->ADOConnection(); }

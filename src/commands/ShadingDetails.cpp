@@ -93,6 +93,10 @@ std::string readableName(std::string column) {
   return name;
 }
 
+DetailField whole(const std::string& section, const std::string& name, std::int64_t value) {
+  return {section, name, fmt::format("{}", value), "", value};
+}
+
 /// One field for a column, under its name in words.
 struct ColumnField {
   const ShadingDataClass& shading;
@@ -100,28 +104,30 @@ struct ColumnField {
   std::string name;
 
   DetailField operator()(ShadingKey key) const {
-    return key == ShadingKey::group ? DetailField{section, "group", shading.group(), ""}
-                                    : DetailField{section, "supplier", shading.supplier(), ""};
+    return text(key == ShadingKey::group ? shading.group() : shading.supplier());
   }
   DetailField operator()(Property<double> ShadingDataClass::*member) const {
-    return {section, name, numberText((shading.*member)()), unitOf(member)};
+    const double value = (shading.*member)();
+    return {section, name, numberText(value), unitOf(member), value};
   }
   DetailField operator()(Property<bool> ShadingDataClass::*member) const {
-    return {section, name, (shading.*member)() ? "yes" : "no", ""};
+    const bool value = (shading.*member)();
+    return {section, name, value ? "yes" : "no", "", value};
   }
   DetailField operator()(Property<std::int32_t> ShadingDataClass::*member) const {
-    return {section, name, fmt::format("{}", (shading.*member)()), ""};
+    return whole(section, name, (shading.*member)());
   }
   DetailField operator()(Property<std::string> ShadingDataClass::*member) const {
-    return {section, name, (shading.*member)(), ""};
+    return text((shading.*member)());
   }
+  DetailField text(const std::string& value) const { return {section, name, value, "", value}; }
 };
 
 }  // namespace
 
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   std::vector<DetailField> fields;
-  fields.push_back({kSheet, "id", fmt::format("{}", shading.id()), ""});
+  fields.push_back(whole(kSheet, "id", shading.id()));
   for (const char* section : kSections) {
     for (const ShadingColumn& column : database::shadingColumns()) {
       if (sectionOf(column.name) != section) continue;
@@ -132,11 +138,12 @@ std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   for (const ShadingIntegratedData& row : shading.integrated()) {
     const std::string at = fmt::format(" at {}°", row.angle);
     for (const auto& column : database::shadingIntegratedColumns().subspan(1)) {
-      fields.push_back({"Integrated values", column.name + at, numberText(row.*column.member), ""});
+      const double value = row.*column.member;
+      fields.push_back({"Integrated values", column.name + at, numberText(value), "", value});
     }
   }
-  fields.push_back(
-      {"Spectrum", "spectral points", fmt::format("{}", shading.spectrum().size()), ""});
+  const auto points = static_cast<std::int64_t>(shading.spectrum().size());
+  fields.push_back(whole("Spectrum", "spectral points", points));
   return fields;
 }
 

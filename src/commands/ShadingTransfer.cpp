@@ -1,3 +1,5 @@
+#include "commands/CopyLosses.h"
+#include "commands/RecordNames.h"
 #include "commands/Transfer.h"
 #include "commands/TransferWork.h"
 
@@ -15,7 +17,11 @@ Outcome copyShading(TransferWork& work, const std::string& identifier) {
         if (!group) return;
         shading->group(*group);
         work.status("Writing " + identifier + "...");
+        requireUsableNames(*shading);
         work.session().database.InsertShading(*shading, work.destination());
+        for (const auto& name : lossesOf(*shading)) {
+          work.result().notKept.add(name, shading->name());
+        }
       },
       [] { return "A record with this name already exists."; });
 }

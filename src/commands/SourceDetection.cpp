@@ -5,6 +5,8 @@
 
 #include "commands/SourceOpener.h"
 #include "model/Text.h"
+#include "textfile/Likeness.h"
+#include "textfile/TextFile.h"
 
 namespace orv::commands {
 
@@ -34,21 +36,93 @@ bool isDatabase(const fs::path& path, const std::string& beginning) {
 }
 
 bool mayBeText(const std::string& beginning) {
-  return beginning.find('\0') == std::string::npos;
+  return textfile::hasUtf16Mark(beginning) || beginning.find('\0') == std::string::npos;
 }
 
-/// Header entries that only files of shadings have tell what a text is.
-TextFileKind textKindOf(const std::string& beginning) {
-  const std::string lower = lowerCase(beginning);
-  for (const char* key : {"product type", "crown height", "pitch", "permeability"}) {
-    for (std::size_t at = lower.find('{'); at != std::string::npos; at = lower.find('{', at + 1)) {
-      const std::size_t word = lower.find_first_not_of(" \t\r\n", at + 1);
-      if (word != std::string::npos && lower.compare(word, std::string(key).size(), key) == 0) {
-        return TextFileKind::shadings;
-      }
+textfile::Likeness likenessOf(const fs::path& path) {
+  try {
+    return textfile::likenessOf(textfile::readText(path));
+  } catch (const Error&) {
+    return textfile::Likeness::neither;
+  }
+}
+
+/// What text files are, as the first of them look.
+struct Judgement {
+  TextFileKind kind = TextFileKind::panes;
+  std::string decider;  ///< the first file that tells what it is; empty when none does
+  int looked = 0;
+  int others = 0;  ///< files that look like the other kind
+};
+
+Judgement judge(const fs::path& folder, const std::vector<std::string>& filenames) {
+  constexpr std::size_t kMostFiles = 20;
+  Judgement judgement;
+  for (std::size_t i = 0; i < std::min(filenames.size(), kMostFiles); ++i) {
+    ++judgement.looked;
+    const auto likeness = likenessOf(folder / filenames[i]);
+    if (likeness == textfile::Likeness::neither) continue;
+    const TextFileKind kind =
+        likeness == textfile::Likeness::shading ? TextFileKind::shadings : TextFileKind::panes;
+    if (judgement.decider.empty()) {
+      judgement.kind = kind;
+      judgement.decider = filenames[i];
+    }
+    if (kind != judgement.kind) ++judgement.others;
+  }
+  return judgement;
+}
+
+/// What is told of a judgement that may be wrong; empty when it may not.
+std::string doubtsOf(const Judgement& judgement, const std::string& folder) {
+  const bool panes = judgement.kind == TextFileKind::panes;
+  const std::string taken = panes ? "panes" : "shadings";
+  const std::string other = panes ? "shadings" : "panes";
+  const std::string remedy =
+      " To read " + other + ", use --text " + other + ", or in the window File > Open.";
+  if (judgement.decider.empty()) {
+    return "No file of \"" + folder + "\" tells whether it is of panes or of shadings; " + taken +
+           " are read." + remedy;
+  }
+  if (judgement.others == 0) return {};
+  return "The files of \"" + folder + "\" are read as " + taken + ", since \"" + judgement.decider +
+         "\" looks so; of the first " + std::to_string(judgement.looked) + ", " +
+         std::to_string(judgement.others) + " look like " + other + "." + remedy;
+}
+
+/// The files of a folder that may be texts, in the order of their names, and what else is there.
+struct FolderContent {
+  std::vector<std::string> texts;
+  std::vector<std::string> others;
+};
+
+FolderContent contentOf(const std::string& folder) {
+  FolderContent content;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
+    if (name.starts_with(".")) continue;
+    if (entry.is_regular_file() && mayBeText(beginningOf(entry.path()))) {
+      content.texts.push_back(name);
+    } else {
+      const char* what = entry.is_directory()      ? " (a folder)"
+                         : entry.is_regular_file() ? " (no text)"
+                                                   : " (no file)";
+      content.others.push_back(name + what);
     }
   }
-  return TextFileKind::panes;
+  std::sort(content.texts.begin(), content.texts.end());
+  std::sort(content.others.begin(), content.others.end());
+  return content;
+}
+
+/// "2 entries of "folder" are passed over: old (a folder), photo.png (no text)."
+std::string passedOver(const FolderContent& content, const std::string& folder) {
+  const std::size_t count = content.others.size();
+  if (count == 0) return {};
+  std::string text = std::to_string(count) + (count == 1 ? " entry" : " entries") + " of \"" +
+                     folder + (count == 1 ? "\" is" : "\" are") + " passed over: ";
+  for (std::size_t i = 0; i < count; ++i) text += (i > 0 ? ", " : "") + content.others[i];
+  return text + ".";
 }
 
 [[noreturn]] void raiseNotThere(const fs::path& path) {
@@ -88,7 +162,7 @@ SourceOpener::Node SourceOpener::openAny(const std::string& path,
   if (!mayBeText(beginning)) {
     throw Error(kInvalidCall, "\"" + path + "\" is neither a database nor a text file.");
   }
-  return openTextFiles(place.folder, {place.filename}, kind.value_or(textKindOf(beginning)));
+  return openTexts(place.folder, {place.filename}, kind);
 }
 
 std::vector<std::vector<std::string>> SourceOpener::grouped(const std::vector<std::string>& paths) {
@@ -115,8 +189,7 @@ SourceOpener::Node SourceOpener::openGroup(const std::vector<std::string>& paths
   if (paths.size() == 1) return openAny(paths.front(), kind);
   std::vector<std::string> filenames;
   for (const std::string& path : paths) filenames.push_back(placeOf(path).filename);
-  return openTextFiles(placeOf(paths.front()).folder, filenames,
-                       kind.value_or(textKindOf(beginningOf(paths.front()))));
+  return openTexts(placeOf(paths.front()).folder, filenames, kind);
 }
 
 std::vector<SourceOpener::Node> SourceOpener::openAll(const std::vector<std::string>& paths,
@@ -152,20 +225,25 @@ SourceOpener::Node SourceOpener::openAnyDatabase(const std::string& folder,
 
 SourceOpener::Node SourceOpener::openTextFolder(const std::string& folder,
                                                 std::optional<TextFileKind> kind) {
-  std::vector<std::string> filenames;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    const std::string name = entry.path().filename().string();
-    if (!entry.is_regular_file() || name.starts_with(".")) continue;
-    if (const std::string beginning = beginningOf(entry.path()); mayBeText(beginning)) {
-      filenames.push_back(name);
-    }
+  const FolderContent content = contentOf(folder);
+  const std::string others = passedOver(content, folder);
+  if (content.texts.empty()) {
+    throw Error(kFileNotFound, "The folder \"" + folder + "\" holds no text files." +
+                                   (others.empty() ? "" : " " + others));
   }
-  if (filenames.empty()) {
-    throw Error(kFileNotFound, "The folder \"" + folder + "\" holds no text files.");
-  }
-  std::sort(filenames.begin(), filenames.end());
-  const fs::path first = fs::path(folder) / filenames.front();
-  return openTextFiles(folder, filenames, kind.value_or(textKindOf(beginningOf(first))));
+  if (!others.empty()) session_.ui.message(MessageKind::information, others, kProductName);
+  return openTexts(folder, content.texts, kind);
+}
+
+/// Says so where it is not sure what the files are.
+SourceOpener::Node SourceOpener::openTexts(const std::string& folder,
+                                           const std::vector<std::string>& filenames,
+                                           std::optional<TextFileKind> kind) {
+  if (kind) return openTextFiles(folder, filenames, *kind);
+  const Judgement judgement = judge(folder, filenames);
+  const std::string doubts = doubtsOf(judgement, folder);
+  if (!doubts.empty()) session_.ui.message(MessageKind::information, doubts, kProductName);
+  return openTextFiles(folder, filenames, judgement.kind);
 }
 
 }  // namespace orv::commands

@@ -54,8 +54,9 @@ class SourceOpener {
 
   /// Opens a file or a folder, finding out by itself what it is: a database by its content (with
   /// the password of the IGDB where it needs one), anything else as text. Of a folder all files
-  /// that may be text are taken, in the order of their names. Where `kind` is not given, the
-  /// first file decides what the texts are.
+  /// that may be text are taken, in the order of their names, and it is told what else is there.
+  /// Where `kind` is not given, the first files decide what the texts are, and it is told where
+  /// they do not agree.
   Node openAny(const std::string& path, std::optional<TextFileKind> kind = std::nullopt);
 
   /// Puts together the paths that become one source: text files of one folder. Any other path is
@@ -78,6 +79,8 @@ class SourceOpener {
                            const std::string& filename, const std::string& password);
   Node openAnyDatabase(const std::string& folder, const std::string& filename);
   Node openTextFolder(const std::string& folder, std::optional<TextFileKind> kind);
+  Node openTexts(const std::string& folder, const std::vector<std::string>& filenames,
+                 std::optional<TextFileKind> kind);
 
   Session& session_;
 };

@@ -28,7 +28,8 @@ bool TransferWork::stopped() {
 }
 
 Outcome TransferWork::attempt(const std::string& identifier, const std::function<void()>& step,
-                              const std::function<std::string()>& conflict) {
+                              const std::function<std::string()>& conflict,
+                              const std::function<std::string()>& which) {
   std::string description;
   try {
     step();
@@ -38,11 +39,16 @@ Outcome TransferWork::attempt(const std::string& identifier, const std::function
   } catch (const std::exception& error) {
     description = describe(error);
   }
+  const std::string part = which();
+  tellFailure(identifier, part.empty() ? description : description + "\n(" + part + ")");
+  return Outcome::failed;
+}
+
+void TransferWork::tellFailure(const std::string& identifier, const std::string& description) {
   session_.ui.message(MessageKind::recordFailure,
                       "The record " + identifier + " could not be copied: \n" + description +
                           "\nIf this is a text file, check its format.",
                       kProductName);
-  return Outcome::failed;
 }
 
 void TransferWork::forEachRecord(const std::function<Outcome(const std::string&)>& copy) {
@@ -50,6 +56,7 @@ void TransferWork::forEachRecord(const std::function<Outcome(const std::string&)
     const Outcome outcome = copy(records_.SelectedRecordID(i));
     if (outcome == Outcome::failed) ++result_.failed;
     if (outcome == Outcome::withoutData) ++result_.withoutData;
+    if (outcome == Outcome::partly) ++result_.partly;
     if (outcome == Outcome::copied && !result_.cancelled) ++result_.copied;
     progress_.stepDone();
   }

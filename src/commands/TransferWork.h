@@ -12,7 +12,7 @@
 namespace orv::commands {
 
 /// What became of one record.
-enum class Outcome { copied, failed, withoutData };
+enum class Outcome { copied, partly, failed, withoutData };
 
 /// One run over the records of a selection.
 class TransferWork {
@@ -37,9 +37,15 @@ class TransferWork {
   bool stopped();
 
   /// Runs one step of the work on a record and shows an error of it. `conflict` words the error
-  /// that the destination has the record already.
-  Outcome attempt(const std::string& identifier, const std::function<void()>& step,
-                  const std::function<std::string()>& conflict);
+  /// that the destination has the record already; `which` names the part of the record, where the
+  /// identifier does not say it.
+  Outcome attempt(
+      const std::string& identifier, const std::function<void()>& step,
+      const std::function<std::string()>& conflict,
+      const std::function<std::string()>& which = [] { return std::string(); });
+
+  /// Shows that a record was not copied.
+  void tellFailure(const std::string& identifier, const std::string& description);
 
   /// Copies each record in turn, by its identifier, unless the work is stopped, and counts what
   /// became of them.

@@ -26,8 +26,8 @@ std::string ErrorDescription(std::int32_t number) {
   }
 }
 
-Error databaseError(std::int32_t number) {
-  return Error(number, ErrorDescription(number), kProductName);
+Error databaseError(std::int32_t number, std::string place) {
+  return Error(number, ErrorDescription(number), kProductName, std::move(place));
 }
 
 void RaiseUnless(bool condition, std::int32_t number) {

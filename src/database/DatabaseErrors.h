@@ -23,7 +23,7 @@ inline constexpr std::int32_t kUnknownVersion = kUserErrorBase + 999;
 std::string ErrorDescription(std::int32_t number);
 
 /// The error of this number, with the product as its source.
-Error databaseError(std::int32_t number);
+Error databaseError(std::int32_t number, std::string place = "");
 
 /// Raises databaseError(number) when the condition is false.
 void RaiseUnless(bool condition, std::int32_t number);

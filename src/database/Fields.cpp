@@ -37,8 +37,16 @@ store::Bytes fieldToPicture(const store::Value& value) {
   return bytes ? *bytes : store::Bytes();
 }
 
-store::Value pictureToField(const store::Bytes& picture) {
-  return picture.empty() ? store::Value() : store::Value(picture);
+std::string fieldToPictureText(const store::Value& value) {
+  return value.isNull() || value.getIf<store::Bytes>() != nullptr ? std::string() : value.toText();
+}
+
+store::Value pictureToField(const store::Bytes& picture, const std::string& text,
+                            store::ColumnType column) {
+  if (!picture.empty()) return picture;
+  if (text.empty()) return {};
+  const bool takesText = column == store::ColumnType::text || column == store::ColumnType::memo;
+  return takesText ? store::Value(text) : store::Value(store::Bytes(text.begin(), text.end()));
 }
 
 }  // namespace orv::database

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "store/Schema.h"
 #include "store/Value.h"
 
 namespace orv::database {
@@ -21,7 +22,12 @@ std::int16_t fieldToInteger(const store::Value& value);
 
 /// The bytes of a picture; Null gives none.
 store::Bytes fieldToPicture(const store::Value& value);
-/// The value of a picture's column; no bytes give Null.
-store::Value pictureToField(const store::Bytes& picture);
+/// The text in a picture's column that holds no bytes, such as the path of a file; else empty.
+std::string fieldToPictureText(const store::Value& value);
+
+/// The value for a picture's column of this type: the bytes, else the text that stands for them,
+/// as bytes where the column takes no text; Null when there is neither.
+store::Value pictureToField(const store::Bytes& picture, const std::string& text,
+                            store::ColumnType column);
 
 }  // namespace orv::database

@@ -27,7 +27,9 @@ std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
     rows->setValue("supplierID", supplier);
     rows->setValue("u_value", fData.u_value());
     rows->setValue("FrameTypeID", type);
-    rows->setValue("picture", pictureToField(fData.picture()));
+    const std::size_t picture = rows->fieldIndex("picture");
+    rows->setValue(picture, pictureToField(fData.picture(), fData.pictureText(),
+                                           rows->fields()[picture].type));
     rows->setValue("width", fData.width());
     rows->setValue("Info", fData.Info());
     key = rows->value("FrameID").toLong();

@@ -16,6 +16,11 @@ std::string groupOfFrame(std::int32_t groupId, store::Connection& dc) {
   return upperCase(name).starts_with("TARVEN") ? name : "Unknown";
 }
 
+void readPicture(FrameDataClass& frame, const store::Value& value) {
+  frame.picture(fieldToPicture(value));
+  frame.pictureText(fieldToPictureText(value));
+}
+
 }  // namespace
 
 ORV_DatabaseInterface::FramePtr ORV_DatabaseInterface::RetrieveFrameORV_30(
@@ -43,7 +48,7 @@ ORV_DatabaseInterface::FramePtr ORV_DatabaseInterface::RetrieveFrameORV_30(
   frame->frametype(FrameTypeNameById(FieldToLong(row->value("FrameTypeID")), dc));
   frame->u_value(FieldToDouble(row->value("u_value")));
   frame->width(FieldToDouble(row->value("width")));
-  frame->picture(fieldToPicture(row->value("picture")));
+  readPicture(*frame, row->value("picture"));
   frame->Info(FieldToString(row->value("Info")));
   row->close();
   return frame;
@@ -66,7 +71,7 @@ ORV_DatabaseInterface::FramePtr ORV_DatabaseInterface::RetrieveFrameORV_20(
   frame->u_value(FieldToDouble(row->value("u_value")));
   frame->width(FieldToDouble(row->value("width")));
   frame->frametype(FieldToString(row->value("material_type")));
-  frame->picture(fieldToPicture(row->value("picture")));
+  readPicture(*frame, row->value("picture"));
   frame->Info(FieldToString(row->value("Info")));
   row->close();
   return frame;

@@ -83,6 +83,11 @@ class ORV_DatabaseInterface {
 
   // --- Insertion into databases of version 3.0.0 ------------------------------------------------
 
+  /// Raises what InsertPane raises for the spectra of a pane and asks what it asks, so that a pane
+  /// that passes is inserted whole: InsertPane itself comes to the spectra only when it has
+  /// written the pane's row. A substrate that is left out is gone from `data` then.
+  void PreparePane(GlazingData& data, store::Connection& dc);
+
   /// Writes a pane's data at its angle; the pane's own row only when no pane of this name is in
   /// this group yet. Afterwards `data` has the key of the row.
   ///

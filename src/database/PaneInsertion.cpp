@@ -22,6 +22,15 @@ bool hasIntegratedData(const GlazingData& pane) {
   return pane.Precalc_Rfsol() != kNoIntegratedData;
 }
 
+bool hasSpectrum(const GlazingData& pane) {
+  return pane.spectral_pane() && pane.SpectralData();
+}
+
+void setMissingNames(GlazingData& pane) {
+  if (pane.supplier().empty()) pane.supplier("Unknown");
+  if (pane.group().empty()) pane.group("Unknown");
+}
+
 /// The appearance is stored only where there is no description.
 std::string infoText(const GlazingData& data) {
   if (!data.description().empty()) return data.description();
@@ -127,11 +136,22 @@ void dropSubstrate(GlazingData& data) {
 
 }  // namespace
 
+/// A pane that is there already is refused for that, whatever else is wrong with it.
+void ORV_DatabaseInterface::PreparePane(GlazingData& data, store::Connection& dc) {
+  if (!hasSpectrum(data)) return;
+  setMissingNames(data);
+  const SpectrumVerdict verdict = judgeSpectra(data, dc);
+  if (verdict.refusal) {
+    const PanePtr known = findPane(data, dc);
+    RaiseUnless(!known || !hasIntegratedData(*known), kRecordExists);
+    throw Error(*verdict.refusal);
+  }
+  if (verdict.dropsSubstrate) dropSubstrate(data);
+}
+
 void ORV_DatabaseInterface::InsertPane(GlazingData& data, store::Connection& dc) {
-  if (data.supplier().empty()) data.supplier("Unknown");
-  if (data.group().empty()) data.group("Unknown");
-  const bool hasSpectrum = data.spectral_pane() && data.SpectralData();
-  const SpectrumVerdict verdict = hasSpectrum ? judgeSpectra(data, dc) : SpectrumVerdict();
+  setMissingNames(data);
+  const SpectrumVerdict verdict = hasSpectrum(data) ? judgeSpectra(data, dc) : SpectrumVerdict();
   commitRecord(dc, [&] {
     const PanePtr known = findPane(data, dc);
     if (known) {
@@ -141,7 +161,7 @@ void ORV_DatabaseInterface::InsertPane(GlazingData& data, store::Connection& dc)
     }
     refuseKnownAngle(data, dc);
     insertIntegratedRow(data, dc);
-    if (!hasSpectrum) return;
+    if (!hasSpectrum(data)) return;
     if (verdict.refusal) throw Error(*verdict.refusal);
     if (verdict.dropsSubstrate) dropSubstrate(data);
     insertSpectralRows(data, dc);

@@ -1,9 +1,12 @@
 // The ways in which the database layer opens record sets.
 #pragma once
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "model/Text.h"
 #include "store/Connection.h"
 
 namespace orv::database {
@@ -50,6 +53,16 @@ inline RecordsetPtr openSql(store::Connection& dc, const std::string& statement)
 inline RecordsetPtr openCountedSql(store::Connection& dc, const std::string& statement) {
   return dc.openRecordset(statement, store::CursorType::static_, store::LockType::readOnly,
                           store::SourceKind::sql);
+}
+
+/// The position of a field; none where the record set has no such field.
+inline std::optional<std::size_t> findField(const store::Recordset& rows, const char* name) {
+  const auto& fields = rows.fields();
+  const auto found = std::find_if(fields.begin(), fields.end(), [&](const auto& field) {
+    return equalIgnoringCase(field.name, name);
+  });
+  if (found == fields.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - fields.begin());
 }
 
 /// `text` between apostrophes, as it stands: a name that holds one makes the statement or

@@ -1,6 +1,4 @@
 // Insertion of shadings.
-#include <algorithm>
-
 #include "database/ORV_DatabaseInterface.h"
 #include "database/RecordCommit.h"
 #include "database/Recordsets.h"
@@ -35,12 +33,6 @@ void setShadingColumns(store::Recordset& row, const ShadingDataClass& data,
   }
 }
 
-bool hasField(const store::Recordset& rows, const std::string& name) {
-  const auto& fields = rows.fields();
-  return std::any_of(fields.begin(), fields.end(),
-                     [&](const store::ColumnInfo& field) { return field.name == name; });
-}
-
 /// Tables of other makers may hold fewer integrated values; those that they lack are left out.
 void insertIntegratedRows(const ShadingDataClass& data, store::Connection& dc) {
   if (data.integrated().empty()) return;
@@ -49,7 +41,8 @@ void insertIntegratedRows(const ShadingDataClass& data, store::Connection& dc) {
     rows->addNew();
     rows->setValue("Shading_id", data.id());
     for (const ShadingIntegratedColumn& column : shadingIntegratedColumns()) {
-      if (hasField(*rows, column.name)) rows->setValue(column.name, integrated.*column.member);
+      const auto field = findField(*rows, column.name);
+      if (field) rows->setValue(*field, integrated.*column.member);
     }
   }
   rows->updateBatch();

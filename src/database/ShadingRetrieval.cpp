@@ -15,12 +15,8 @@ namespace {
 
 /// A field's value, Null where the record set has no such field.
 store::Value fieldOrNull(const store::Recordset& row, const char* name) {
-  const auto& fields = row.fields();
-  const auto found = std::find_if(fields.begin(), fields.end(), [&](const auto& field) {
-    return equalIgnoringCase(field.name, name);
-  });
-  return found == fields.end() ? store::Value()
-                               : row.value(static_cast<std::size_t>(found - fields.begin()));
+  const auto field = findField(row, name);
+  return field ? row.value(*field) : store::Value();
 }
 
 /// Sets one property from a value that is not Null.

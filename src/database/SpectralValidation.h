@@ -6,7 +6,8 @@
 namespace orv::database {
 
 /// Raises kInvalidSpectrum unless every wavelength is above 50 nanometres and below 100 microns
-/// and every transmittance and reflectance is from 0 to 1.
+/// and every transmittance and reflectance is from 0 to 1; the error's place names the point, its
+/// wavelength and the value. Raises kOverflow for more points than can be read again.
 void checkSpectrum(const SpectralData& spectrum);
 
 /// Checks the substrate of a pane, which has one, against the pane's spectrum. Raises

@@ -4,9 +4,12 @@
 
 namespace orv {
 
-Error::Error(std::int32_t number, std::string description, std::string source)
-    : number_(number), description_(std::move(description)), source_(std::move(source)) {
-  what_ = description_;
+Error::Error(std::int32_t number, std::string description, std::string source, std::string place)
+    : number_(number),
+      description_(std::move(description)),
+      source_(std::move(source)),
+      place_(std::move(place)) {
+  what_ = place_.empty() || description_.empty() ? description_ : place_ + ": " + description_;
   if (!source_.empty()) {
     what_ += what_.empty() ? source_ : " [" + source_ + "]";
   }

@@ -21,22 +21,27 @@ inline constexpr std::int32_t kPermissionDenied = 70;
 inline constexpr std::int32_t kInvalidUseOfNull = 94;
 
 /// A failure: a number, the source that raised it, and a description for people.
-/// Number and source may carry the explanation when the description is empty.
+/// Number and source may carry the explanation when the description is empty. Where the words of
+/// both are fixed, the place tells where it happened and what was found there.
 class Error : public std::exception {
  public:
-  explicit Error(std::int32_t number, std::string description = "", std::string source = "");
+  explicit Error(std::int32_t number, std::string description = "", std::string source = "",
+                 std::string place = "");
 
   std::int32_t number() const { return number_; }
   const std::string& description() const { return description_; }
   const std::string& source() const { return source_; }
+  /// "CLEAR_3.DAT, line 12: '0,5'", say; empty where there is none.
+  const std::string& place() const { return place_; }
 
-  /// Description, source and number in one line, for logs and test output.
+  /// Place, description, source and number in one line, for logs and test output.
   const char* what() const noexcept override { return what_.c_str(); }
 
  private:
   std::int32_t number_;
   std::string description_;
   std::string source_;
+  std::string place_;
   std::string what_;
 };
 

@@ -20,6 +20,7 @@ class FrameDataClass {
   Property<double> u_value;                     ///< thermal transmittance, W/(m²·K)
   Property<double> width;                       ///< width of the profile
   Property<std::vector<std::uint8_t>> picture;  ///< as the database holds it; may be empty
+  Property<std::string> pictureText;            ///< what stands in its place, such as a file's path
   Property<std::string> Info;
 };
 

@@ -28,10 +28,11 @@ void ORV_TextFileInterface::FillFileReferences(const std::filesystem::path& fold
 }
 
 void ORV_TextFileInterface::WriteSpectralFile(const std::string& folder,
-                                              const std::string& filename,
-                                              GlazingData& pane) const {
+                                              const std::string& filename, GlazingData& pane,
+                                              PaneEntries entries) const {
   pane.EnforceSemantics();
-  textfile::writeText(folder + filename, textfile::FormatSpectralText(pane) + "\r\n");
+  textfile::writeText(folder + filename,
+                      textfile::FormatSpectralText(pane, entries, filename) + "\r\n");
 }
 
 std::shared_ptr<ShadingDataClass> ORV_TextFileInterface::ParseSpectralFileShading(
@@ -42,7 +43,7 @@ std::shared_ptr<ShadingDataClass> ORV_TextFileInterface::ParseSpectralFileShadin
 void ORV_TextFileInterface::WriteSpectralFileShading(const std::string& folder,
                                                      const std::string& filename,
                                                      const ShadingDataClass& shading) const {
-  textfile::writeText(folder + filename, textfile::formatShading(shading));
+  textfile::writeText(folder + filename, textfile::formatShading(shading, filename));
 }
 
 }  // namespace orv

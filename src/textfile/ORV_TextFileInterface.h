@@ -7,6 +7,7 @@
 
 #include "model/GlazingData.h"
 #include "model/ShadingDataClass.h"
+#include "textfile/PaneEntries.h"
 
 namespace orv {
 
@@ -41,14 +42,15 @@ class ORV_TextFileInterface {
   /// are, so the folder ends in a separator. The record is completed first
   /// (`GlazingData::EnforceSemantics`); what cannot be written right raises before any file is
   /// touched.
-  void WriteSpectralFile(const std::string& folder, const std::string& filename,
-                         GlazingData& pane) const;
+  void WriteSpectralFile(const std::string& folder, const std::string& filename, GlazingData& pane,
+                         PaneEntries entries = PaneEntries::fixed) const;
 
   /// Reads a shading file into a record that is named after the file, without the extension.
   std::shared_ptr<ShadingDataClass> ParseSpectralFileShading(const std::filesystem::path& folder,
                                                              const std::string& filename) const;
 
-  /// Writes a shading file over any of that name; the path is made as for panes.
+  /// Writes a shading file over any of that name; the path is made as for panes. A name that is
+  /// not the file's own gets an entry.
   void WriteSpectralFileShading(const std::string& folder, const std::string& filename,
                                 const ShadingDataClass& shading) const;
 };

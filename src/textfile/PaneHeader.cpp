@@ -9,6 +9,7 @@
 #include "errors/Error.h"
 #include "model/Text.h"
 #include "textfile/HeaderEntry.h"
+#include "textfile/PaneKeys.h"
 #include "textfile/Structure.h"
 
 namespace orv::textfile {
@@ -48,6 +49,40 @@ void setText(GlazingData& pane, Entry entry) {
   (pane.*member)(std::string(entry.value));
 }
 
+bool flagOf(Entry entry) {
+  const bool isTrue = equalIgnoringCase(entry.value, "True");
+  if (!isTrue && !equalIgnoringCase(entry.value, "False")) {
+    raiseAt(entry.place, kTypeMismatch,
+            fmt::format("{} '{}' is neither True nor False", entry.key, entry.value));
+  }
+  return isTrue;
+}
+
+template <auto member>
+void setFlag(GlazingData& pane, Entry entry) {
+  (pane.*member)(flagOf(entry));
+}
+
+float quantityOf(Entry entry) {
+  const double value = entry.number();
+  if (!(value >= 0) || value > std::numeric_limits<float>::max()) {
+    raiseAt(entry.place, kInvalidCall,
+            fmt::format("{} '{}' is negative or too large", entry.key, entry.value));
+  }
+  return static_cast<float>(value);
+}
+
+/// "Region; name of the product there"
+void addAvailability(GlazingData& pane, Entry entry) {
+  const auto end = entry.value.find(';');
+  auto availability = std::make_shared<Availability>();
+  availability->Region(std::string(trimmed(entry.value.substr(0, end))));
+  if (end != std::string_view::npos) {
+    availability->AlternateProductName(std::string(trimmed(entry.value.substr(end + 1))));
+  }
+  pane.AddAvailability(availability);
+}
+
 struct HeaderKey {
   std::string_view key;
   void (*set)(GlazingData& pane, Entry entry);
@@ -82,14 +117,37 @@ constexpr std::array kHeaderKeys{
     HeaderKey{"Acceptance", setText<&GlazingData::Acceptance>},
     HeaderKey{"Angle of Incidence", [](GlazingData& pane, Entry e) { pane.ORV_Angle(angleOf(e)); }},
     HeaderKey{"Coating class", setText<&GlazingData::ORV_CoatingClass>},
+    HeaderKey{kRecordNameKey, setText<&GlazingData::filename>},
+    HeaderKey{kUseKey, [](GlazingData& pane, Entry e) { pane.AddUse(std::string(e.value)); }},
+    HeaderKey{kAvailabilityKey, addAvailability},
+    HeaderKey{kBackTransmittanceKey, [](GlazingData& pane, Entry e) { pane.TbiR(quantityOf(e)); }},
+    HeaderKey{kPaneFlagKeys[0].key, setFlag<kPaneFlagKeys[0].property>},
+    HeaderKey{kPaneFlagKeys[1].key, setFlag<kPaneFlagKeys[1].property>},
+    HeaderKey{kPaneFlagKeys[2].key, setFlag<kPaneFlagKeys[2].property>},
+    HeaderKey{kPaneFlagKeys[3].key, setFlag<kPaneFlagKeys[3].property>},
+    HeaderKey{kPaneFlagKeys[4].key, setFlag<kPaneFlagKeys[4].property>},
     HeaderKey{"Structure",
               [](GlazingData& pane, Entry e) { parseStructure(e.value, e.place, pane); }},
 };
 
+/// What databases say of such a pane unless the entries say otherwise: it has a spectrum; and where
+/// it is not of one material, its values at other angles can only be estimated.
+void deriveFlags(const std::vector<HeaderEntry>& entries, GlazingData& pane) {
+  bool isMonolithic = false;
+  for (const HeaderEntry& entry : entries) {
+    if (entry.hasKey("Type")) isMonolithic = codeOf(kGlazingTypeNames, entry.value) == kMonolithic;
+  }
+  pane.spectral_pane(true);
+  pane.single_layer(isMonolithic);
+  pane.use_estimation(!isMonolithic);
+}
+
 }  // namespace
 
 void ReadHeaderEntries(const Tokenizer& tokenizer, GlazingData& pane) {
-  for (const HeaderEntry& entry : headerEntries(tokenizer)) {
+  const std::vector<HeaderEntry> entries = headerEntries(tokenizer);
+  deriveFlags(entries, pane);
+  for (const HeaderEntry& entry : entries) {
     for (const HeaderKey& header : kHeaderKeys) {
       if (entry.hasKey(header.key)) {
         header.set(pane, entry);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "model/ShadingDataClass.h"
@@ -106,6 +108,11 @@ inline constexpr std::string_view kUnitsKey = "Units";
 inline constexpr std::string_view kSupplierDataKey = "Supplier_dataID";
 /// An integrated row: the angle and its twelve values. There may be several.
 inline constexpr std::string_view kIntegratedKey = "Integrated data";
+
+/// The name of the shading in a file of this name.
+inline std::string shadingName(std::string_view filename) {
+  return std::filesystem::path(filename).stem().string();
+}
 
 /// The kinds of product that a file may name.
 inline constexpr std::int32_t kFirstProductType = 1;

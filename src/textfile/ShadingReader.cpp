@@ -10,6 +10,7 @@
 #include "model/Text.h"
 #include "textfile/HeaderEntry.h"
 #include "textfile/Number.h"
+#include "textfile/PaneKeys.h"
 #include "textfile/ShadingKeys.h"
 #include "textfile/TextFile.h"
 #include "textfile/Tokenizer.h"
@@ -132,6 +133,9 @@ void HeaderReader::readHeader() const {
 }
 
 void HeaderReader::readTexts() const {
+  if (const HeaderEntry* const entry = find(kRecordNameKey)) {
+    shading_.name(std::string(entry->value));
+  }
   if (const HeaderEntry* const entry = find("supplier")) {  // the label of pane files
     shading_.supplier(std::string(entry->value));
   }
@@ -253,7 +257,7 @@ std::shared_ptr<ShadingDataClass> readShading(const std::filesystem::path& path,
   std::vector<ShadingSpectralPoint> points = readSpectrum(tokenizer);
 
   auto shading = std::make_shared<ShadingDataClass>();
-  shading->name(std::filesystem::path(filename).stem().string());
+  shading->name(shadingName(filename));
   const HeaderReader header(tokenizer, *shading);
   header.readUnits(points);
   if (points.empty() && !header.has("spectral")) {

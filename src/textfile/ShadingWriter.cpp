@@ -7,6 +7,7 @@
 #include "errors/Error.h"
 #include "textfile/HeaderField.h"
 #include "textfile/Number.h"
+#include "textfile/PaneKeys.h"
 #include "textfile/ShadingKeys.h"
 
 namespace orv::textfile {
@@ -101,8 +102,11 @@ std::string dataLines(const ShadingDataClass& shading) {
 
 }  // namespace
 
-std::string formatShading(const ShadingDataClass& shading) {
+std::string formatShading(const ShadingDataClass& shading, std::string_view filename) {
   std::string text = headerField(kUnitsKey, "Nanometers");
+  if (shading.name() != shadingName(filename)) {
+    text += headerField(kRecordNameKey, shading.name());
+  }
   text += textLines(shading);
   text += productTypeLine(shading);
   text += coatedSideLine(shading);

@@ -66,7 +66,24 @@ std::string fromWindows1252(std::string_view bytes) {
   return text;
 }
 
+/// The text behind a mark of UTF-16, which also tells the order of its bytes; none without a mark.
+std::optional<std::string> fromUtf16(std::string_view bytes) {
+  if (!hasUtf16Mark(bytes)) return std::nullopt;
+  constexpr std::size_t kLongestCharacter = 3;  // of two bytes of UTF-16, in UTF-8
+  std::string text(bytes.size() * kLongestCharacter, '\0');
+  UErrorCode status = U_ZERO_ERROR;
+  const auto length =
+      ucnv_convert("UTF-8", "UTF-16", text.data(), static_cast<std::int32_t>(text.size()),
+                   bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
 }  // namespace
+
+bool hasUtf16Mark(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+}
 
 std::optional<fs::path> findFile(const fs::path& folder, const std::string& name) {
   const fs::path exact = folder / name;
@@ -100,9 +117,10 @@ fs::path requireFile(const fs::path& folder, const std::string& name) {
 std::string readText(const fs::path& path) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   std::string bytes = readBytes(path);
+  if (auto text = fromUtf16(bytes)) return *std::move(text);
   if (bytes.find('\0') != std::string::npos) {
-    throw Error(kInvalidCall, fmt::format("The file '{}' is not a text file in UTF-8 or "
-                                          "Windows-1252: it holds zero bytes",
+    throw Error(kInvalidCall, fmt::format("The file '{}' is not a text file in UTF-8, UTF-16 "
+                                          "or Windows-1252: it holds zero bytes",
                                           path.string()));
   }
   if (!isUtf8(bytes)) {

@@ -21,8 +21,12 @@ std::optional<std::filesystem::path> findFile(const std::filesystem::path& folde
 /// As `findFile`; raises error 53, which names file and folder, when there is none.
 std::filesystem::path requireFile(const std::filesystem::path& folder, const std::string& name);
 
-/// The whole text in UTF-8. Bytes that are not valid UTF-8 are taken as Windows-1252. Raises
-/// errors 57 and 70 for what cannot be read, and 5 for a file that is too large or no text.
+/// Whether these first bytes of a file are the mark of UTF-16, in either order of bytes.
+bool hasUtf16Mark(std::string_view bytes);
+
+/// The whole text in UTF-8. It may be in UTF-16 with its mark; other bytes that are not valid UTF-8
+/// are taken as Windows-1252. Raises errors 57 and 70 for what cannot be read, and 5 for a file
+/// that is too large or no text.
 std::string readText(const std::filesystem::path& path);
 
 /// Makes the file hold exactly this text; when that fails, what it held before, if it was there.

@@ -112,7 +112,7 @@ TEST_F(CliTest, ExportWritesFilesAndSaysWhatItFilledIn) {
   const Ended run = orv("export db.mdb 1 --to out");
   EXPECT_EQ(run.exit, 0) << run.err;
   EXPECT_EQ(run.out, "a.txt\n");
-  EXPECT_NE(run.err.find("filled in for the file a.txt: "), std::string::npos);
+  EXPECT_NE(run.err.find("orv: filled in: coating name = Unknown: a.txt\n"), std::string::npos);
   EXPECT_NE(folder.read("out/a.txt").find("{ Product Name: Alpha }"), std::string::npos);
   EXPECT_EQ(orv("export db.mdb 1 --to out").out, "a_2.txt\n");
   EXPECT_EQ(orv("export db.mdb --set frames --to out").exit, 2);
@@ -252,7 +252,10 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   const Ended igdb = orv("copy glazing.mdb db.mdb");
   EXPECT_EQ(igdb.exit, 0) << igdb.err;
   EXPECT_EQ(igdb.out, "200 records copied.\n");
-  EXPECT_EQ(orv("copy orvdata-2.0.1.mdb db.mdb --group Old").out, "12 records copied.\n");
+  const Ended version2 = orv("copy orvdata-2.0.1.mdb db.mdb --group Old");
+  EXPECT_EQ(version2.out, "12 records copied.\n");
+  EXPECT_NE(version2.err.find("each angle has all rows of the pane: old5\n"), std::string::npos)
+      << version2.err;
   EXPECT_EQ(orv("copy orvdata-2.0.1.mdb db.mdb --group Old --set frames").exit, 0);
   const Ended version3 = orv("copy orvdata-3.0.0.mdb db.mdb --group New");
   EXPECT_EQ(version3.out, "40 records copied.\n") << version3.err;
@@ -276,6 +279,43 @@ TEST_F(CliTest, UnknownWordsAreNamedWithThoseThatThereAre) {
     const Ended set = orv(std::string("list db.mdb --set ") + word);
     EXPECT_EQ(set.exit, 2);
     EXPECT_NE(set.err.find("is none of: frames, panes, shadings"), std::string::npos) << set.err;
+  }
+}
+
+TEST_F(CliTest, OptionsThatNothingUsesAreRefused) {
+  makeDatabase();
+  for (const char* arguments :
+       {"list db.mdb --text panes", "copy db.mdb db.mdb --text panes --group G",
+        "show db.mdb 1 --set frames --angle 0", "show db.mdb 1 --set shadings --direction 1"}) {
+    EXPECT_EQ(orv(arguments).exit, 2) << arguments;
+  }
+  ORV_NEEDS_CORPUS();
+  copyFromCorpus("glazing.mdb");
+  const Ended refused = orv("copy glazing.mdb db.mdb --group G");
+  EXPECT_EQ(refused.exit, 2);
+  EXPECT_EQ(refused.err, "orv: The panes of the IGDB go into the group IGDB: leave --group out.\n");
+  const Ended told = orv("copy glazing.mdb a.txt db.mdb --group G");
+  EXPECT_EQ(told.exit, 0) << told.err;
+  EXPECT_NE(told.err.find("orv: The panes of the IGDB go into the group IGDB; G is for the "
+                          "others.\n"),
+            std::string::npos)
+      << told.err;
+}
+
+TEST_F(CliTest, IdentifiersOfFilesAreTextsAndJsonIsJson) {
+  folder.write("0012", paneText());
+  folder.write("caf\xE9", paneText());
+  const Ended list = orv("list . --format json");
+  EXPECT_EQ(list.out.substr(0, 17), "[\n  {\"id\": \"0012\"");
+  EXPECT_NE(list.out.find("{\"id\": \"caf\xEF\xBF\xBD\""), std::string::npos) << list.out;
+  const Ended show = orv("show . 0012 --format json");
+  for (const char* line :
+       {"{\"field\": \"thickness\", \"value\": 3, \"unit\": \"mm\"}",
+        "{\"field\": \"hidden\", \"value\": false, \"unit\": \"\"}",
+        "{\"field\": \"emissivity front\", \"value\": 0.84, \"unit\": \"\"}",
+        "{\"field\": \"name\", \"value\": \"0012\", \"unit\": \"\"}",
+        "{\"field\": \"IGDB checksum date\", \"value\": null, \"unit\": \"\"}"}) {
+    EXPECT_NE(show.out.find(line), std::string::npos) << line << show.out;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,57 @@ class CommandsTest : public ::testing::Test {
   Node newDatabase(const std::string& name = "new.mdb") {
     database::CreateEmptyDatabase((folder.path() / name).string());
     return opener.openOrvDatabase(folder.path().string(), name);
+  }
+
+  /// An ORV database as other makers have them: the tables of ours, changed.
+  Node changedDatabase(const std::string& name,
+                       const std::function<void(store::TableInfo&)>& change) {
+    const auto ours = database::CreateEmptyDatabase((folder.path() / "ours.mdb").string());
+    const auto path = (folder.path() / name).string();
+    {
+      const auto other = store::Connection::create(path);
+      for (const std::string& table : ours->tableNames()) {
+        store::TableInfo design = ours->table(table);
+        std::erase_if(design.indexes, [](const auto& index) { return index.ofRelation; });
+        change(design);
+        other->createTable(design);
+      }
+      addRow(*other, "ORVdata_version", {{"version", "3.0.0"}});
+    }
+    std::filesystem::remove(folder.path() / "ours.mdb");
+    return opener.openAny(path);
+  }
+
+  static void addRow(store::Connection& dc, const std::string& table,
+                     const std::vector<std::pair<std::string, store::Value>>& values) {
+    auto rows = dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
+    rows->addNew();
+    for (const auto& [column, value] : values) rows->setValue(column, value);
+    rows->update();
+  }
+
+  /// Sets a column of every row of a statement.
+  static void setAll(store::Connection& dc, const std::string& table, const std::string& column,
+                     const store::Value& value) {
+    for (auto rows =
+             dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
+         !rows->eof(); rows->moveNext()) {
+      rows->setValue(column, value);
+      rows->update();
+    }
+  }
+
+  /// The rows of a statement, fields parted by "|", rows by a blank.
+  static std::string rowsOf(store::Connection& dc, const std::string& statement) {
+    std::string text;
+    for (auto rows = dc.openRecordset(statement); !rows->eof(); rows->moveNext()) {
+      if (!text.empty()) text += ' ';
+      for (std::size_t i = 0; i < rows->fields().size(); ++i) {
+        const store::Value value = rows->value(i);
+        text += (i > 0 ? "|" : "") + (value.isNull() ? "Null" : value.toText());
+      }
+    }
+    return text;
   }
 
   /// A copy of a file of the corpus, opened as what it is.

@@ -37,15 +37,97 @@ TEST_F(ExportTest, OneFileAnAngleAndNothingIsOverwrittenUnasked) {
   EXPECT_EQ(exportAll(panes, true).files, first);
 }
 
-TEST_F(ExportTest, SaysWhatItHadToFill) {
+TEST_F(ExportTest, SaysWhatItHadToFillAndWhatItLeftOut) {
   const auto database = newDatabase();
-  session.database.InsertPane(*makePane("pane.txt"), *database->ADOConnection());
+  session.database.InsertPane(*withSubstrate(makePane("pane.txt")), *database->ADOConnection());
   const auto result = exportAll(recordSet(database, RecordKind::panes));
-  ASSERT_EQ(result.filled.size(), 1U);
-  EXPECT_EQ(result.filled[0],
-            "pane.txt: emissivity front = 0.84, source of emissivity front = Text File, emissivity "
-            "back = 0.1, source of emissivity back = Text File, coating name = Unknown, coated "
-            "side = Unknown, film file = N/A, substrate file = N/A, material = N/A");
+  std::vector<std::string> filled;
+  for (const auto& note : result.filled.list()) filled.push_back(note.line());
+  EXPECT_EQ(
+      filled,
+      (std::vector<std::string>{
+          "emissivity front = 0.84: pane.txt", "source of emissivity front = Text File: pane.txt",
+          "emissivity back = 0.1: pane.txt", "source of emissivity back = Text File: pane.txt",
+          "coating name = Unknown: pane.txt", "coated side = Unknown: pane.txt",
+          "film file = N/A: pane.txt", "substrate file = N/A: pane.txt", "material = N/A: pane.txt",
+          "type = Unknown: pane.txt"}));
+  std::vector<std::string> lost;
+  for (const auto& note : result.notKept.list()) lost.push_back(note.text);
+  EXPECT_EQ(lost, (std::vector<std::string>{"integrated values", "curve of the substrate"}));
+}
+
+TEST_F(ExportTest, AnEmissivityThatIsNotThereIsNotWritten) {
+  const auto database = newDatabase();
+  const auto pane = makePane("pane.txt");
+  pane->ORV_Emissivity_front(0);
+  pane->ORV_Emissivity_back(0);
+  session.database.InsertPane(*pane, *database->ADOConnection());
+  exportAll(recordSet(database, RecordKind::panes));
+  const std::string text = folder.read("out/pane.txt");
+  EXPECT_EQ(text.find("Emis="), std::string::npos) << text;
+  EXPECT_EQ(text.find("_Source"), std::string::npos) << text;
+  EXPECT_FALSE(session.textFiles.ParseSpectralFile(target(), "pane.txt")->EfExists());
+
+  pane->filename("one.txt");
+  pane->ORV_Emissivity_back(0.25);
+  session.database.InsertPane(*pane, *database->ADOConnection());
+  exportAll(recordSet(database, RecordKind::panes));
+  EXPECT_NE(folder.read("out/one.txt").find("Emis= 0 0.25\r\n"), std::string::npos);
+}
+
+/// Through files into another database: names that no file can have, several angles, and every
+/// field with a value of its own.
+TEST_F(ExportTest, AnExportReadBackIsTheSameDatabase) {
+  const auto database = newDatabase();
+  auto& dc = *database->ADOConnection();
+  for (const std::int16_t angle : {0, 45}) {
+    const auto pane = makePane("Type 1.5 mm/grey", angle);
+    pane->description("described {so}\r\nin two lines");
+    pane->ORV_CoatingClass("AB");
+    pane->Acceptance("#");
+    pane->single_layer(true);
+    pane->use_estimation(true);
+    pane->Use_0_30_60(true);
+    pane->film_outdoor_side(true);
+    pane->ORV_Frozen(true);
+    pane->SpectralData()->Tf(1, 0.123456F + static_cast<float>(angle) / 1000);
+    pane->SpectralData()->Rb(4, 1e-7F);
+    session.database.InsertPane(*pane, dc);
+  }
+  ShadingDataClass shading;
+  shading.name("Type 1.5 mm");
+  shading.spectrum({ShadingSpectralPoint{.wavelength = 300, .T_out_BB = 0.1}});
+  session.database.InsertShading(shading, dc);
+  shading.name("a/b");
+  session.database.InsertShading(shading, dc);
+  EXPECT_EQ(exportAll(recordSet(database, RecordKind::panes)).files,
+            (std::vector<std::string>{"Type 1.5 mm_grey_0deg.txt", "Type 1.5 mm_grey_45deg.txt"}));
+  const auto blinds = commands::exportRecords(
+      session, selectAll(recordSet(database, RecordKind::shadings)), {target() + "/blinds"});
+  EXPECT_EQ(blinds.files, (std::vector<std::string>{"Type 1.5 mm.txt", "a_b.txt"}));
+
+  const auto back = newDatabase("back.mdb");
+  for (const auto& place : {target(), target() + "/blinds"}) {
+    ui.inputs = {"Demo"};
+    ui.log.clear();
+    const auto files = opener.openAny(place);
+    EXPECT_EQ(commands::pasteRecords(session, selectAll(files), back).copied, 2)
+        << ::testing::PrintToString(messages());
+  }
+  auto& copy = *back->ADOConnection();
+  EXPECT_EQ(rowsOf(copy,
+                   "SELECT name, product_name, thickness, conduction, emission_IR_outdoor, "
+                   "emission_IR_indoor, transmission_IR_outdoor, transmission_IR_indoor, "
+                   "single_layer, use_estimation, [0_30_60], film_outdoor_side, freeze, "
+                   "coatingcode, acceptance, info FROM Pane"),
+            "Type 1.5 mm/grey|Product Type 1.5 mm/grey|5.7|1|0.8399999737739563|"
+            "0.10000000149011612|0.125|0.25|True|True|True|True|True|AB|#|described (so)\r\nin two "
+            "lines");
+  const std::string points =
+      "SELECT angle, wavelength, transmission_outdoor, reflection_outdoor, reflection_indoor FROM "
+      "Pane_spectral_data ORDER BY angle, wavelength";
+  EXPECT_EQ(rowsOf(copy, points), rowsOf(dc, points));
+  EXPECT_EQ(rowsOf(copy, "SELECT name FROM Shading ORDER BY name"), "a/b Type 1.5 mm");
 }
 
 TEST_F(ExportTest, WhatIsExportedReadsBackToTheSameRecord) {

@@ -88,7 +88,10 @@ void DetailsDock::fillAngles() {
   const QVariant chosen = angle_->currentData();
   angle_->clear();
   for (const auto& pane : panes_) {
-    angle_->addItem(tr("%1°").arg(pane->ORV_Angle()), int{pane->ORV_Angle()});
+    const QString angle = tr("%1°").arg(pane->ORV_Angle());
+    const std::int32_t direction = pane->ORV_Direction();
+    angle_->addItem(direction == 0 ? angle : tr("%1, direction %2").arg(angle).arg(direction),
+                    QPoint(pane->ORV_Angle(), direction));
   }
   angle_->setCurrentIndex(std::max(angle_->findData(chosen), 0));
   angle_->setVisible(panes_.size() > 1);

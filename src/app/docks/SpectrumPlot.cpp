@@ -49,31 +49,40 @@ class PaneNumbering {
                   record.group()};
     auto [found, isNew] = panes_.try_emplace(key, Pane{next_, {}});
     // The same pane at the same angle again comes from another source: a pane of its own.
-    if (!isNew && found->second.angles.count(set.angle) > 0) found->second = Pane{next_, {}};
+    const std::pair place(set.angle, set.direction);
+    if (!isNew && found->second.places.count(place) > 0) found->second = Pane{next_, {}};
     Pane& pane = found->second;
     if (pane.number == next_) ++next_;
     set.pane = pane.number;
-    set.angleIndex = static_cast<int>(pane.angles.size());
-    pane.angles.insert(set.angle);
+    set.angleIndex = static_cast<int>(pane.places.size());
+    pane.places.insert(place);
   }
 
  private:
   using Key = std::tuple<std::int32_t, std::string, std::string, std::string, std::string>;
   struct Pane {
     int number;
-    std::set<int> angles;
+    std::set<std::pair<int, int>> places;  ///< angle and direction
   };
   std::map<Key, Pane> panes_;
   int next_ = 0;
 };
 
-/// Names a data set by its pane, and by its angle unless that is the pane's only one, 0.
+/// Names a data set by its pane, by its angle unless that is the pane's only one, 0, and by its
+/// direction where there are several at the angle.
 void label(std::vector<SpectrumDataSet>& sets) {
-  std::map<int, int> angles;
-  for (const auto& set : sets) ++angles[set.pane];
+  std::map<int, int> ofPane;
+  std::map<std::pair<int, int>, int> ofAngle;
+  for (const auto& set : sets) {
+    ++ofPane[set.pane];
+    ++ofAngle[{set.pane, set.angle}];
+  }
   for (auto& set : sets) {
-    const bool namesAngle = angles[set.pane] > 1 || set.angle != 0;
+    const bool namesAngle = ofPane[set.pane] > 1 || set.angle != 0;
     set.label = namesAngle ? translated("%1, %2°").arg(set.name).arg(set.angle) : set.name;
+    if (ofAngle[{set.pane, set.angle}] > 1) {
+      set.label = translated("%1, direction %2").arg(set.label).arg(set.direction);
+    }
   }
 }
 
@@ -123,6 +132,7 @@ std::vector<SpectrumDataSet> dataSetsOf(
     set.record = record;
     set.name = paneName(*record);
     set.angle = record->ORV_Angle();
+    set.direction = record->ORV_Direction();
     numbering.number(set);
     if (record->SpectralData()) copySpectrum(*record->SpectralData(), set);
     sets.push_back(std::move(set));

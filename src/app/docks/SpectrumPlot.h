@@ -29,11 +29,13 @@ QString nameOf(SpectralQuantity quantity);
 /// The spectrum of one pane at one angle of incidence.
 struct SpectrumDataSet {
   std::shared_ptr<const GlazingData> record;
-  QString name;                     ///< of the pane
-  QString label;                    ///< the name, with the angle where the pane is shown at several
-  int pane = 0;                     ///< position of the pane among those shown
-  int angleIndex = 0;               ///< position of the angle among those of its pane
-  int angle = 0;                    ///< degrees
+  QString name;        ///< of the pane
+  QString label;       ///< the name, with the angle and the direction where the pane is
+                       ///< shown at several
+  int pane = 0;        ///< position of the pane among those shown
+  int angleIndex = 0;  ///< position of the angle among those of its pane
+  int angle = 0;       ///< degrees
+  int direction = 0;   ///< of incidence; 0 where the record does not tell it
   std::vector<double> wavelengths;  ///< microns, ascending, above 0; empty without a spectrum
   std::array<std::vector<double>, kSpectralQuantities.size()> values;  ///< fractions
 

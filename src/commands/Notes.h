@@ -1,0 +1,29 @@
+// What a command tells of records besides their failures.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orv::commands {
+
+/// A text that holds for some records, which are named in the order in which it was said of them.
+struct Note {
+  std::string text;
+  std::vector<std::string> records;
+
+  /// "the comment is not kept: a.txt, b.txt"
+  std::string line() const;
+};
+
+/// Notes, those of the same words put together.
+class Notes {
+ public:
+  /// The same words about the same record are told once.
+  void add(const std::string& text, const std::string& record);
+  const std::vector<Note>& list() const { return notes_; }
+
+ private:
+  std::vector<Note> notes_;
+};
+
+}  // namespace orv::commands
