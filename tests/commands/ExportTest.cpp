@@ -154,6 +154,8 @@ TEST_F(ExportTest, MeasuredPanesGoThroughADatabaseWithEveryValueEqual) {
   const auto files = opener.openAny((corpusFolder() / "panes").string());
   const auto database = newDatabase();
   ui.inputs = {"Demo"};
+  // One of the files names another as its substrate, which has other wavelengths.
+  ui.answers = {commands::Answer::yes, commands::Answer::no};
   ASSERT_EQ(commands::pasteRecords(session, selectAll(files), database).copied, 5);
   const auto result = exportAll(recordSet(database, RecordKind::panes));
   ASSERT_EQ(result.files.size(), 5U) << ::testing::PrintToString(ui.log);

@@ -356,11 +356,11 @@ TEST_F(WholeCopyTest, TheFilesThatATextNamesAreReadWithIt) {
                     "WHERE s.wavelength > 550 ORDER BY p.name"),
             "coated.txt|True|0.85|0.04 lost.txt|False|0|0 ring.txt|False|0|0");
   const Lines notes = linesOf(result.notes);
-  EXPECT_EQ(notes[1],
+  EXPECT_EQ(notes[2],
             "copied without the files that it names: There is no file 'gone.txt' in the "
             "folder '" +
                 folder.path().string() + "'. The file 'lost.txt' names it: lost.txt");
-  EXPECT_EQ(notes[2],
+  EXPECT_EQ(notes[3],
             "copied without the files that it names: These files refer to each other in "
             "a circle: ring.txt, ring2.txt, ring.txt: ring.txt");
 }
