@@ -83,7 +83,7 @@ void SourceArgument::addOptions(CLI::App& command) {
       ->type_name("KIND");
   command
       .add_option("--text", textKind_,
-                  "What text files are: panes or shadings (default: as the first file looks)")
+                  "What text files are: panes or shadings (default: as the first files look)")
       ->transform(oneOf(kTextKinds))
       ->type_name("KIND");
 }
