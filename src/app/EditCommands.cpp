@@ -19,11 +19,18 @@ namespace {
 /// The notes under a heading, as many as a message has room for.
 QString listed(const commands::Notes& notes, const QString& heading) {
   constexpr int kMostLines = 12;
+  constexpr std::size_t kMostNames = 5;
   QStringList lines;
-  for (const commands::Note& note : notes.list()) lines << qt(note.line());
+  for (const commands::Note& note : notes.list()) lines << qt(note.line(kMostNames));
   if (lines.isEmpty()) return {};
   const bool isLong = lines.size() > kMostLines;
   return "\n\n" + heading + "\n" + lines.mid(0, kMostLines).join('\n') + (isLong ? "\n..." : "");
+}
+
+/// The texts of the notes with their numbers of records under a heading.
+QString counts(const commands::Notes& notes, const QString& heading) {
+  if (notes.list().empty()) return {};
+  return "\n\n" + heading + "\n" + qt(notes.counts());
 }
 
 /// What an export did, for the message at its end.
@@ -56,7 +63,8 @@ void EditCommands::transfer(const sources::RecordSelection& records, const Node&
     const auto result = commands::pasteRecords(session_, records, destination);
     const QString report =
         listed(result.notes, tr("What became of the records:")) +
-        listed(result.notKept, tr("Not kept, since an ORV database has no place for it:"));
+        counts(result.zeros, tr("Not given by the source, 0 is stored:")) +
+        counts(result.notKept, tr("Not kept, since an ORV database has no place for it:"));
     if (report.isEmpty()) return;
     ui_.message(commands::MessageKind::information, report.trimmed().toStdString(),
                 commands::kProductName);

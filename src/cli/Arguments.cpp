@@ -1,7 +1,6 @@
 #include "cli/Arguments.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <fstream>
@@ -125,13 +124,9 @@ sources::RecordSelection selectRecords(const Node& node,
 }
 
 void tellNotKept(const commands::Notes& notes, const char* destination) {
-  std::vector<std::string> losses;
-  for (const commands::Note& note : notes.list()) {
-    losses.push_back(fmt::format("{} ({})", note.text, note.records.size()));
-  }
-  if (losses.empty()) return;
+  if (notes.list().empty()) return;
   std::cerr << fmt::format("orv: not kept, since {} has no place for it: {}.\n", destination,
-                           fmt::join(losses, ", "));
+                           notes.counts());
 }
 
 std::string counted(std::size_t count, const std::string& noun) {

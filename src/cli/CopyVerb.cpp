@@ -152,6 +152,9 @@ class CopyVerb : public Verb {
     for (const commands::Note& note : result.notes.list()) {
       std::cerr << "orv: " << note.line() << '\n';
     }
+    if (!result.zeros.list().empty()) {
+      std::cerr << "orv: not given by the source, 0 is stored: " << result.zeros.counts() << ".\n";
+    }
     tellNotKept(result.notKept, "an ORV database");
   }
 

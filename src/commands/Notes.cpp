@@ -7,8 +7,20 @@
 
 namespace orv::commands {
 
-std::string Note::line() const {
-  return fmt::format("{}: {}", text, fmt::join(records, ", "));
+std::string Note::line(std::size_t most) const {
+  const std::size_t shown = std::min(most, records.size());
+  const auto end = records.begin() + static_cast<std::ptrdiff_t>(shown);
+  std::string line = fmt::format("{}: {}", text, fmt::join(records.begin(), end, ", "));
+  if (shown < records.size()) line += fmt::format(" and {} more", records.size() - shown);
+  return line;
+}
+
+std::string Notes::counts() const {
+  std::vector<std::string> texts;
+  for (const Note& note : notes_) {
+    texts.push_back(fmt::format("{} ({})", note.text, note.records.size()));
+  }
+  return fmt::format("{}", fmt::join(texts, ", "));
 }
 
 void Notes::add(const std::string& text, const std::string& record) {

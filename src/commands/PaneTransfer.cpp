@@ -140,10 +140,11 @@ class PaneTransfer {
     for (const auto& names : {lossesOf(pane), work_.reader().unreadColumns(identifier, pane)}) {
       for (const std::string& name : names) work_.result().notKept.add(name, pane.filename());
     }
-    if (lacksIntegratedValues(pane))
-      tell("the source gives no integrated values: 0 is stored", pane);
+    if (lacksIntegratedValues(pane)) {
+      work_.result().zeros.add("integrated values", pane.filename());
+    }
     if (pane.ORV_Emissivity_front() == 0 && pane.ORV_Emissivity_back() == 0) {
-      tell("the source gives no emissivities: 0 is stored", pane);
+      work_.result().zeros.add("emissivities", pane.filename());
     }
     if (pane.spectral_pane() && !pane.SpectralData()) {
       tell("marked as spectral, but without a spectrum at an angle", pane);

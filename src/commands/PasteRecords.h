@@ -21,6 +21,8 @@ struct PasteResult {
   int withoutData = 0;  ///< panes that have data at no angle, so that there is nothing to copy
   /// What became of records other than a reader of the source would expect.
   Notes notes;
+  /// What the source does not give, so that 0 is stored.
+  Notes zeros;
   /// What records hold and the destination has no column for.
   Notes notKept;
 };

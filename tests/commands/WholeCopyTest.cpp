@@ -291,9 +291,11 @@ TEST_F(WholeCopyTest, WhatTheSchemaHasNoPlaceForIsTold) {
   const PasteResult result = copyAll(files);
   EXPECT_EQ(linesOf(result.notKept), (Lines{"appearance: a.txt", "type: a.txt, b.txt",
                                             "coating name: a.txt", "NFRC id: a.txt"}));
-  EXPECT_EQ(linesOf(result.notes),
-            (Lines{"the source gives no integrated values: 0 is stored: a.txt, b.txt",
-                   "the source gives no emissivities: 0 is stored: a.txt"}));
+  EXPECT_TRUE(result.notes.list().empty());
+  EXPECT_EQ(linesOf(result.zeros),
+            (Lines{"integrated values: a.txt, b.txt", "emissivities: a.txt"}));
+  EXPECT_EQ(result.zeros.counts(), "integrated values (2), emissivities (1)");
+  EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 1 more");
 }
 
 TEST_F(WholeCopyTest, APictureThatIsATextIsKept) {
@@ -356,11 +358,11 @@ TEST_F(WholeCopyTest, TheFilesThatATextNamesAreReadWithIt) {
                     "WHERE s.wavelength > 550 ORDER BY p.name"),
             "coated.txt|True|0.85|0.04 lost.txt|False|0|0 ring.txt|False|0|0");
   const Lines notes = linesOf(result.notes);
-  EXPECT_EQ(notes[2],
+  EXPECT_EQ(notes[0],
             "copied without the files that it names: There is no file 'gone.txt' in the "
             "folder '" +
                 folder.path().string() + "'. The file 'lost.txt' names it: lost.txt");
-  EXPECT_EQ(notes[3],
+  EXPECT_EQ(notes[1],
             "copied without the files that it names: These files refer to each other in "
             "a circle: ring.txt, ring2.txt, ring.txt: ring.txt");
 }
