@@ -3,9 +3,9 @@
 #include <QDir>
 #include <QFileDialog>
 
-#include "app/FailureSummary.h"
 #include "app/Guarded.h"
 #include "app/Pointers.h"
+#include "app/ReportDialog.h"
 #include "app/Text.h"
 #include "commands/CopyRecords.h"
 #include "commands/DeleteRecords.h"
@@ -27,10 +27,12 @@ QString listed(const commands::Notes& notes, const QString& heading) {
   return "\n\n" + heading + "\n" + lines.mid(0, kMostLines).join('\n') + (isLong ? "\n..." : "");
 }
 
-/// The texts of the notes with their numbers of records under a heading.
-QString counts(const commands::Notes& notes, const QString& heading) {
-  if (notes.list().empty()) return {};
-  return "\n\n" + heading + "\n" + qt(notes.counts());
+/// Adds all notes under a heading.
+void addNotes(QStringList& report, const QString& heading, const commands::Notes& notes) {
+  if (notes.list().empty()) return;
+  QStringList lines{heading};
+  for (const commands::Note& note : notes.list()) lines << shownText(note.line());
+  report << lines.join('\n');
 }
 
 /// What an export did, for the message at its end.
@@ -61,13 +63,10 @@ void EditCommands::paste(const Node& destination) {
 void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
   run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
     const auto result = commands::pasteRecords(session_, records, destination);
-    const QString report =
-        listed(result.notes, tr("What became of the records:")) +
-        counts(result.zeros, tr("Not given by the source, 0 is stored:")) +
-        counts(result.notKept, tr("Not kept, since an ORV database has no place for it:"));
-    if (report.isEmpty()) return;
-    ui_.message(commands::MessageKind::information, report.trimmed().toStdString(),
-                commands::kProductName);
+    addNotes(report_, tr("What became of the records:"), result.notes);
+    addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
+    addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
+    if (!result.refused) emit copied(qt(result.summary()), ui_.failures() + report_);
   });
 }
 
@@ -93,12 +92,14 @@ void EditCommands::run(const QString& work, Effect effect, const QString& failur
                        const std::function<void()>& command) {
   emit workBegins();
   ui_.collectFailures(work);
+  report_.clear();
   {
     const BusyPointer busy;
     guarded(ui_, command);
   }
   emit workEnded(effect == Effect::changesRecords);
-  if (!ui_.failures().isEmpty()) FailureSummary(failureHeading, ui_.failures(), &window_).exec();
+  if (ui_.failures().isEmpty()) return;
+  ReportDialog(tr("Failed Records"), failureHeading, ui_.failures() + report_, &window_).exec();
 }
 
 }  // namespace orv::app

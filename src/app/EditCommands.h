@@ -33,6 +33,8 @@ class EditCommands : public QObject {
   void workBegins();
   /// `changedRecords`: records may have been added or deleted.
   void workEnded(bool changedRecords);
+  /// What became of the records of a copy, and what there is to say of them besides.
+  void copied(const QString& summary, const QStringList& report);
 
  private:
   enum class Effect { readsRecords, changesRecords };
@@ -45,6 +47,7 @@ class EditCommands : public QObject {
   QWidget& window_;
   sources::RecordSelection pending_;
   QString exportFolder_;
+  QStringList report_;  ///< of the copy that is being made, without the failures
 };
 
 }  // namespace orv::app

@@ -1,6 +1,9 @@
 #include "app/StatusBar.h"
 
 #include <QLabel>
+#include <QToolButton>
+
+#include "app/ReportDialog.h"
 
 namespace orv::app {
 
@@ -8,6 +11,16 @@ StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   setObjectName("sbStatusBar");
   status_ = addPanel("lblStatus", 1, tr("What the program is doing"));
   counts_ = addPanel("lblCounts", 0, tr("Records shown and selected"));
+  result_ = new QToolButton;
+  result_->setObjectName("btnResult");
+  result_->setAutoRaise(true);
+  result_->setFocusPolicy(Qt::TabFocus);
+  result_->setToolTip(tr("What became of the records of the last copy"));
+  result_->setWhatsThis(result_->toolTip());
+  result_->setAccessibleName(tr("Result of the last copy"));
+  result_->hide();
+  connect(result_, &QToolButton::clicked, this, &StatusBar::showReport);
+  addWidget(result_);
   pending_ = addPanel("lblPending", 0, tr("Records that Paste will copy"));
   status(tr("Ready"));
 }
@@ -24,6 +37,16 @@ void StatusBar::counts(const QString& text) {
 void StatusBar::pending(const QString& text) {
   pending_->setText(text);
   pending_->setVisible(!text.isEmpty());
+}
+
+void StatusBar::result(const QString& summary, const QStringList& report) {
+  report_ = report;
+  result_->setText(summary);
+  result_->setVisible(!report.isEmpty());
+}
+
+void StatusBar::showReport() {
+  ReportDialog(tr("Copied Records"), result_->text(), report_, window()).exec();
 }
 
 QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) {

@@ -4,11 +4,12 @@
 #include <QStatusBar>
 
 class QLabel;
+class QToolButton;
 
 namespace orv::app {
 
 /// Panels: what is being done now; how many records there are and how many are selected; what has
-/// been copied.
+/// been copied; and a button with the result of the last work, which opens its report.
 class StatusBar : public QStatusBar {
   Q_OBJECT
 
@@ -18,13 +19,18 @@ class StatusBar : public QStatusBar {
   void status(const QString& text);
   void counts(const QString& text);
   void pending(const QString& text);
+  /// `report`: what there is to say of the records, in parts; empty texts take the button away.
+  void result(const QString& summary, const QStringList& report);
 
  private:
+  void showReport();
   QLabel* addPanel(const char* name, int stretch, const QString& help);
 
   QLabel* status_;
   QLabel* counts_;
   QLabel* pending_;
+  QToolButton* result_;
+  QStringList report_;
 };
 
 }  // namespace orv::app

@@ -90,6 +90,8 @@ void frmMain::connectParts() {
   connect(file_, &FileCommands::removed, this, &frmMain::showSources);
   connect(edit_, &EditCommands::workBegins, this, &frmMain::beginWork);
   connect(edit_, &EditCommands::workEnded, this, &frmMain::endWork);
+  connect(edit_, &EditCommands::workBegins, this, [this] { sbStatusBar_->result({}, {}); });
+  connect(edit_, &EditCommands::copied, sbStatusBar_, &StatusBar::result);
 
   connect(tvDataSources_, &DataSourceTree::nodeSelected, this, [this](const std::string& key) {
     guarded(ui_, [&] { showNode(session_.MainDataSources.findByKey(key)); });

@@ -129,16 +129,6 @@ class CopyVerb : public Verb {
     return result;
   }
 
-  static void summarize(const commands::PasteResult& result) {
-    std::cout << counted(result.copied, "record") << " copied";
-    if (result.partly > 0) std::cout << ", " << result.partly << " in part";
-    if (result.failed > 0) std::cout << ", " << result.failed << " failed";
-    if (result.withoutData > 0) {
-      std::cout << ", " << result.withoutData << " without data at any angle";
-    }
-    std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
-  }
-
   static ExitCode exitOf(const commands::PasteResult& result) {
     if (result.refused) return kWrongUse;
     const bool allWell =
@@ -148,7 +138,7 @@ class CopyVerb : public Verb {
 
   /// What became of the records, and what they lost on their way, or gained.
   static void tell(const commands::PasteResult& result) {
-    summarize(result);
+    std::cout << result.summary() << '\n';
     for (const commands::Note& note : result.notes.list()) {
       std::cerr << "orv: " << note.line() << '\n';
     }

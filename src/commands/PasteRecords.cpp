@@ -1,5 +1,7 @@
 #include "commands/PasteRecords.h"
 
+#include <fmt/format.h>
+
 #include "commands/AccessUse.h"
 #include "commands/RecordKind.h"
 #include "commands/Transfer.h"
@@ -36,6 +38,14 @@ std::string refusal(const Node& destination, const Node& source) {
 }
 
 }  // namespace
+
+std::string PasteResult::summary() const {
+  std::string text = fmt::format("{} record{} copied", copied, copied == 1 ? "" : "s");
+  if (partly > 0) text += fmt::format(", {} in part", partly);
+  if (failed > 0) text += fmt::format(", {} failed", failed);
+  if (withoutData > 0) text += fmt::format(", {} without data at any angle", withoutData);
+  return text + (cancelled ? ", then cancelled." : ".");
+}
 
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
                          const Node& current) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "commands/Notes.h"
 #include "commands/Session.h"
@@ -20,11 +21,14 @@ struct PasteResult {
   int failed = 0;       ///< records of which nothing was written
   int withoutData = 0;  ///< panes that have data at no angle, so that there is nothing to copy
   /// What became of records other than a reader of the source would expect.
-  Notes notes;
+  Notes notes = {};
   /// What the source does not give, so that 0 is stored.
-  Notes zeros;
+  Notes zeros = {};
   /// What records hold and the destination has no column for.
-  Notes notKept;
+  Notes notKept = {};
+
+  /// "3 records copied, 1 failed."
+  std::string summary() const;
 };
 
 /// Copies the records of `pending` into `current`, the node now shown: a record set of an ORV

@@ -16,7 +16,7 @@
 #include <QToolButton>
 
 #include "app/ColumnChooser.h"
-#include "app/FailureSummary.h"
+#include "app/ReportDialog.h"
 #include "app/ProgressDialog.h"
 #include "app/WindowTest.h"
 #include "app/dlgTextFileOptions.h"
@@ -130,7 +130,7 @@ TEST_F(WindowTest, EverythingExplainsItself) {
   examiner.examine(app::dlgTextFileOptions());
   examiner.examine(app::frmAbout());
   examiner.examine(app::ColumnChooser(grid(), &window));
-  examiner.examine(app::FailureSummary("Failures", {"one"}, &window));
+  examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, &window));
   examiner.examine(app::ProgressDialog("Working", &window));
 }
 

@@ -1,4 +1,4 @@
-#include "app/FailureSummary.h"
+#include "app/ReportDialog.h"
 
 #include <QClipboard>
 #include <QDialogButtonBox>
@@ -16,30 +16,33 @@ namespace {
 
 constexpr QSize kSizeInCharacters(76, 16);
 
-/// The failures with a line of space between them, and none inside.
-QString listed(const QStringList& failures) {
+/// The texts with a line of space between them, and none inside.
+QString listed(const QStringList& parts) {
   QStringList texts;
-  for (const QString& each : failures) texts << each.split('\n', Qt::SkipEmptyParts).join('\n');
+  for (const QString& each : parts) texts << each.split('\n', Qt::SkipEmptyParts).join('\n');
   return texts.join("\n\n");
 }
 
 }  // namespace
 
-FailureSummary::FailureSummary(const QString& heading, const QStringList& failures, QWidget* parent)
+ReportDialog::ReportDialog(const QString& title, const QString& heading, const QStringList& texts,
+                           QWidget* parent)
     : QDialog(parent) {
-  setObjectName("FailureSummary");
-  setWindowTitle(tr("Failed Records"));
+  setObjectName("ReportDialog");
+  setWindowTitle(title);
   auto* label = new QLabel(heading);
-  auto* list = new QPlainTextEdit(listed(failures));
+  auto* list = new QPlainTextEdit(listed(texts));
   list->setReadOnly(true);
   list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   list->setAccessibleName(heading);
-  list->setWhatsThis(tr("Each record that failed, with the reason. The text can be copied."));
+  list->setWhatsThis(
+      tr("Each record that failed, with the reason, and what is to be said of the others. The "
+         "text can be copied."));
   label->setBuddy(list);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
   auto* copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
-  explain(copy, tr("Copy all failures as text"));
+  explain(copy, tr("Copy the whole list as text"));
   connect(copy, &QPushButton::clicked, this,
           [list] { QGuiApplication::clipboard()->setText(list->toPlainText()); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
