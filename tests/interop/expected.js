@@ -27,7 +27,7 @@ export function paneRow(pane) {
     '0_30_60': false,
     spectral_pane: true,
     film_outdoor_side: false,
-    with_and_without_film: false,
+    with_and_without_film: pane.substrate !== null,
     Ra: 0,
     info,
     freeze: false,
@@ -40,14 +40,14 @@ export function paneRow(pane) {
 export function spectralRows(pane, direction) {
   const isMicrons = pane.wavelengthUnit.startsWith('micron');
   return pane.spectrum.map(
-      ([wavelength, transmittance, front, back]) => ({
+      ([wavelength, transmittance, front, back], i) => ({
         angle: 0,
         direction,
         wavelength: single(single(wavelength) / (isMicrons ? kMicronsPerNanometre : 1)),
         transmission_outdoor: single(transmittance),
         reflection_outdoor: single(front),
         reflection_indoor: single(back),
-        transmission_sub: 0,
-        reflection_sub: 0,
+        transmission_sub: single(pane.substrate?.[i][1] ?? 0),
+        reflection_sub: single(pane.substrate?.[i][2] ?? 0),
       }));
 }

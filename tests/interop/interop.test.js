@@ -25,7 +25,9 @@ after(() => rmSync(folder, {recursive: true}));
 
 /** Copies all panes into the database, in which new rows get this `direction`. */
 function copyPanes(database, direction) {
-  for (const source of kFolders) runOrv('copy', source, database, '--group', kGroup);
+  for (const source of kFolders) {
+    runOrv('copy', source, database, '--group', kGroup, '--substrate', 'drop');
+  }
   expectAgreement(database);
   expectPanes(database, kPanes, kGroup, direction);
 }

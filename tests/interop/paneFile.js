@@ -1,6 +1,6 @@
 // A reader of pane files for these tests, made apart from the one that is tested.
-import {readFileSync} from 'node:fs';
-import {basename} from 'node:path';
+import {existsSync, readFileSync} from 'node:fs';
+import {basename, dirname, join} from 'node:path';
 
 /** What Windows-1252 has for the bytes 0x80 to 0x9F; 0 where it has nothing. */
 const kWindows1252 = '€0‚ƒ„…†‡ˆ‰Š‹Œ0Ž00‘’“”•–—˜™š›œ0žŸ';
@@ -61,9 +61,22 @@ function spectrumOf(lines) {
   });
 }
 
+/** The spectrum of the file that a pane names as its substrate; null where it cannot be used. */
+function substrateOf(path, entries, spectrum) {
+  const name = entries.get('substrate filename');
+  const substrate = name && join(dirname(path), name);
+  if (!substrate || !existsSync(substrate)) return null;
+  const rows = readPaneFile(substrate).spectrum;
+  const fits = rows.length === spectrum.length && rows.every((row, i) => row[0] === spectrum[i][0]);
+  return fits ? rows : null;
+}
+
+/** With what the folder holds of the pane's substrate. */
 export function readPaneFile(path) {
   const {entries, lines} = parts(decode(readFileSync(path)));
   const supplier = entries.get('manufacturer') ?? entries.get('supplier') ?? 'Unknown';
   const head = takeHead(lines);
-  return {name: basename(path), supplier, entries, ...head, spectrum: spectrumOf(lines)};
+  const spectrum = spectrumOf(lines);
+  const substrate = substrateOf(path, entries, spectrum);
+  return {name: basename(path), supplier, entries, ...head, spectrum, substrate};
 }
