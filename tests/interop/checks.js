@@ -103,20 +103,31 @@ export function expectNoRows(database, paneIds) {
   }
 }
 
+/** What a reader has else than these rows in the columns of `types`; null where nothing. */
+export function firstDifference(reader, rows, expected, types) {
+  const found = comparable(rows, types, reader);
+  const wanted = comparable(expected, types, reader);
+  const first = wanted.findIndex((text, i) => text !== found[i]);
+  if (first >= 0) return `has ${cut(found[first] ?? 'nothing')}, not ${cut(wanted[first])}`;
+  return found.length === wanted.length ? null : `has ${cut(found[wanted.length])} besides`;
+}
+
+/** The columns whose values the reader can be held to. */
+export function toldBy(reader, types) {
+  return new Map([...types].filter(([, type]) => type !== 'memo' || !reader.cutsMemos));
+}
+
 /** The file is sound, and every reader finds exactly these rows; `expected` has them by table. */
 export function expectRows(database, expected) {
   runOrv('check', database);
-  const isTold = (reader) => ([, type]) => type !== 'memo' || !reader.cutsMemos;
   for (const reader of kReaders) {
     for (const [table, allTypes] of tablesOf(database)) {
       const what = `${reader.name}, table ${table}`;
-      const types = new Map([...allTypes].filter(isTold(reader)));
+      const types = toldBy(reader, allTypes);
       assert.equal(reader.count(database, table), expected[table].length, what);
-      const found = comparable(reader.rows(database, table, types), types, reader);
-      const wanted = comparable(expected[table], types, reader);
-      const first = wanted.findIndex((text, i) => text !== found[i]);
-      if (first >= 0) assert.fail(`${what} has ${cut(found[first])}, not ${cut(wanted[first])}`);
-      assert.equal(found.length, wanted.length, what);
+      const rows = reader.rows(database, table, types);
+      const difference = firstDifference(reader, rows, expected[table], types);
+      if (difference) assert.fail(`${what} ${difference}`);
     }
   }
 }

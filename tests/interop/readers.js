@@ -5,7 +5,12 @@ import {execFileSync} from 'node:child_process';
 import {readFileSync} from 'node:fs';
 
 const kLargest = 1 << 30;
-const run = (program, args) => execFileSync(program, args, {encoding: 'utf8', maxBuffer: kLargest});
+const kOptions = {
+  encoding: 'utf8',
+  maxBuffer: kLargest,
+  stdio: ['ignore', 'pipe', 'pipe']
+};
+const run = (program, args) => execFileSync(program, args, kOptions);
 
 /** The object with each value changed by `change(value, name)`. */
 function mapValues(object, change) {
@@ -43,7 +48,7 @@ const kTextTypes =
     new Set(['text', 'memo', 'ole', 'binary', 'datetime', 'currency', 'numeric', 'repid']);
 const kExportOptions = ['-b', 'hex', '-T', '%Y-%m-%d %H:%M:%S'];
 
-const mdbtools = {
+export const mdbtools = {
   name: 'mdbtools',
   // It rounds numbers to so many digits, shows an empty text like Null, a binary value up to its
   // first byte of 0, question marks for characters of two UTF-16 units, and no dates before 1900.

@@ -121,6 +121,7 @@ void expectAsModel(const test::ModelledTable& model) {
   }
   EXPECT_EQ(rows, model.rows.size());
   EXPECT_EQ(model.table->rowCount(), model.rows.size());
+  EXPECT_TRUE(model.unsupported.empty()) << model.unsupported.begin()->first;
   for (const RealIndex& index : definition.realIndexes) {
     expectIndexRight(model, index);
   }
