@@ -72,14 +72,17 @@ function differences(readings, expected, known = new Map()) {
 
 /** The columns in which all readers find the same, but not what the store does. */
 function outvoted(readings, found) {
-  const places = [];
-  for (const reading of readings) {
-    for (const [column, type] of reading.types) {
-      const others = readings.filter(({table}) => table === reading.table);
-      const agree = (other) => typeof other.rows !== 'string' && found.has(place(other, column)) &&
-          !firstDifference(reading.reader, reading.rows, other.rows, new Map([[column, type]]));
-      if (typeof reading.rows !== 'string' && others.every(agree))
-        places.push(place(reading, column));
+  const places = new Set();
+  for (const first of readings) {
+    const others =
+        readings.filter(({reader, table}) => table === first.table && reader !== first.reader);
+    for (const [column, type] of first.types) {
+      const types = new Map([[column, type]]);
+      const agrees = (other) => found.has(place(other, column)) && other.types.has(column) &&
+          !firstDifference(first.reader, first.rows, other.rows, types);
+      const isRead = [first, ...others].every(({rows}) => typeof rows !== 'string');
+      if (isRead && found.has(place(first, column)) && others.every(agrees))
+        places.add(`${first.table}.${column}`);
     }
   }
   return places;
@@ -106,7 +109,7 @@ function tryFile(path, folder) {
   const readings = readAll(path, say);
   const known = differences(readings, load(before));
   for (const [what, difference] of known) say(`not comparable: ${what} ${difference}`);
-  for (const what of outvoted(readings, known)) fail(`all readers agree with ${what}`);
+  for (const what of outvoted(readings, known)) fail(`all readers find the same in ${what}`);
   if (!existsSync(changed)) return well;
   const after = readAll(join(folder, 'changed.mdb'), say);
   for (const [what, difference] of differences(after, load(changed), known)) {
