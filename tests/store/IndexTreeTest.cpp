@@ -71,11 +71,31 @@ class IndexTreeTest : public testing::Test {
 
   IndexTree tree() { return {*pager_, index_, kTable}; }
   void insert(const Entry& entry) {
-    tree().insert(entry.key, entry.row);
-    model_.insert(entry);
+    const bool isNew = !hasKey(entry.key);
+    const IndexTree::Change expected = model_.insert(entry).second ? changeOf(isNew) : kNoChange;
+    EXPECT_EQ(tree().insert(entry.key, entry.row), expected);
   }
   void erase(Entry entry) {
-    EXPECT_EQ(tree().erase(entry.key, entry.row), model_.erase(entry) == 1);
+    const bool wasThere = model_.erase(entry) == 1;
+    EXPECT_EQ(tree().erase(entry.key, entry.row),
+              wasThere ? changeOf(!hasKey(entry.key)) : kNoChange);
+  }
+
+  static constexpr auto kNoChange = IndexTree::Change::none;
+  static IndexTree::Change changeOf(bool onlyOne) {
+    return onlyOne ? IndexTree::Change::key : IndexTree::Change::entry;
+  }
+  /// Keys that begin with one another may stand among its entries.
+  bool hasKey(const Bytes& key) const {
+    for (auto at = model_.lower_bound({key, {}}); at != model_.end(); ++at) {
+      if (at->key == key) return true;
+      if (!std::equal(key.begin(), key.end(), at->key.begin(),
+                      at->key.begin() +
+                          static_cast<std::ptrdiff_t>(std::min(key.size(), at->key.size())))) {
+        break;
+      }
+    }
+    return false;
   }
 
   /// Checks cursors both ways and the form of the tree against the model.

@@ -32,6 +32,28 @@ Bytes nodeEntry(Bytes last, PageNumber child) {
   return last;
 }
 
+/// Whether an entry just before or just after an entry of a leaf, or of a place for one, has this
+/// key: entries of the same key stand side by side. `after` is the entry that follows; `load` gives
+/// a neighbour of the leaf.
+template <class Load>
+bool isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
+                 std::span<const std::uint8_t> key, Load load) {
+  Bytes entry;
+  entry.reserve(key.size() + IndexPage::kPointerSize);
+  const auto hasKey = [&](const IndexPage& page, std::size_t i) {
+    page.copyEntry(i, entry);
+    return std::ranges::equal(std::span(entry).first(entry.size() - IndexPage::kPointerSize), key);
+  };
+  const auto neighbourHasKey = [&](PageNumber number, bool last) {
+    if (number == 0) return false;
+    const StoredIndexPage page = load(number);
+    const std::size_t count = page.entries.count();
+    return page.entries.isLeaf() && count > 0 && hasKey(page.entries, last ? count - 1 : 0);
+  };
+  return (at > 0 ? hasKey(leaf, at - 1) : neighbourHasKey(leaf.previous(), true)) ||
+         (after < leaf.count() ? hasKey(leaf, after) : neighbourHasKey(leaf.next(), false));
+}
+
 bool isEntry(const IndexPage& leaf, std::size_t at, std::span<const std::uint8_t> entry) {
   return at < leaf.count() && std::ranges::equal(leaf.entry(at), entry);
 }
@@ -127,6 +149,14 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
   }
 }
 
+/// Whether another entry has the key of the entry to which the path leads.
+bool IndexTree::sharesKey(const Path& path, std::span<const std::uint8_t> key) const {
+  const Step step = path.steps[path.depth];
+  const StoredIndexPage leaf = load(step.page);
+  return isBesideKey(leaf.entries, step.at, step.at + 1, key,
+                     [&](PageNumber page) { return load(page); });
+}
+
 /// Makes the last child of a node without a tail include `entry`: as the tail, or, being the
 /// only child, by its entry.
 void IndexTree::widenLast(PageNumber number, std::span<const std::uint8_t> entry) {
@@ -143,7 +173,7 @@ void IndexTree::widenLast(PageNumber number, std::span<const std::uint8_t> entry
 
 // Adding ------------------------------------------------------------------------------------
 
-void IndexTree::insert(std::span<const std::uint8_t> key, RowId row) {
+IndexTree::Change IndexTree::insert(std::span<const std::uint8_t> key, RowId row) {
   const Bytes entry = makeEntry(key, row);
   if (entry.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
     throw Error(kNotSupported,
@@ -152,7 +182,13 @@ void IndexTree::insert(std::span<const std::uint8_t> key, RowId row) {
                             key.size()));
   }
   Path path = descend(entry, true);
-  if (!path.found) place(path, path.depth, entry);
+  if (path.found) return Change::none;
+  const Step leaf = path.steps[path.depth];
+  IndexPageEditor page(pager_, leaf.page);
+  const bool shares =
+      isBesideKey(page, leaf.at, leaf.at, key, [&](PageNumber number) { return load(number); });
+  if (!page.insert(leaf.at, entry)) place(path, path.depth, entry);
+  return shares ? Change::entry : Change::key;
 }
 
 /// Puts an entry into a page on the path, before the entry where the path goes; splits the page,
@@ -247,16 +283,22 @@ void IndexTree::partNodes(PageNumber left, PageNumber right) {
 
 // Removing ----------------------------------------------------------------------------------
 
-bool IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
+IndexTree::Change IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
   const Path path = descend(makeEntry(key, row), false);
-  if (!path.found) return false;
+  if (!path.found) return Change::none;
+  const Change change = sharesKey(path, key) ? Change::entry : Change::key;
+  removeEntry(path);
+  return change;
+}
+
+void IndexTree::removeEntry(const Path& path) {
   const Step leaf = path.steps[path.depth];
   IndexPageEditor page(pager_, leaf.page);
   page.erase(leaf.at);
-  if (path.depth == 0) return true;
+  if (path.depth == 0) return;
   if (page.count() == 0) {
     removePage(path);
-    return true;
+    return;
   }
   const bool sparse = page.freeSpace() > entriesRoom() / 4 * 3;
   const Bytes last = page.entry(page.count() - 1);
@@ -266,7 +308,6 @@ bool IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
   if (sparse) {
     joinLeaf(descend(last, false));
   }
-  return true;
 }
 
 /// Bytes that the entries of a page can take.

@@ -27,12 +27,19 @@ class IndexTree {
   /// The tree of `index`; `table` is the page of the table's definition, which owns its pages.
   IndexTree(Pager& pager, const RealIndex& index, PageNumber table);
 
+  /// How a change of an entry changes the number of different keys.
+  enum class Change {
+    none,   ///< there was nothing to change
+    entry,  ///< an entry whose key another one has too
+    key,    ///< the only entry of its key
+  };
+
   /// Adds an entry; one that is there already is left alone. Raises kNotSupported when the key
   /// is too long for a page.
-  void insert(std::span<const std::uint8_t> key, RowId row);
-  /// Removes an entry; false when there is none. Pages that become empty are freed, nearly empty
-  /// leaves joined with a neighbour.
-  bool erase(std::span<const std::uint8_t> key, RowId row);
+  Change insert(std::span<const std::uint8_t> key, RowId row);
+  /// Removes an entry. Pages that become empty are freed, nearly empty leaves joined with a
+  /// neighbour.
+  Change erase(std::span<const std::uint8_t> key, RowId row);
 
   /// A row whose entry has exactly this key.
   std::optional<RowId> find(std::span<const std::uint8_t> key) const;
@@ -62,6 +69,7 @@ class IndexTree {
 
   StoredIndexPage load(PageNumber page) const { return {pager_, page, table_}; }
   Path descend(std::span<const std::uint8_t> entry, bool widen);
+  bool sharesKey(const Path& path, std::span<const std::uint8_t> key) const;
   void widenLast(PageNumber node, std::span<const std::uint8_t> entry);
 
   void place(Path& path, std::size_t level, std::span<const std::uint8_t> entry);
@@ -70,6 +78,7 @@ class IndexTree {
   PageNumber addPageBefore(PageNumber page, std::uint8_t level);
   void partNodes(PageNumber left, PageNumber right);
 
+  void removeEntry(const Path& path);
   std::size_t entriesRoom() const;
   void joinLeaf(const Path& path);
   bool joinWithNext(Path path, std::size_t at);

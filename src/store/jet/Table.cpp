@@ -71,6 +71,12 @@ bool anyNull(const RealIndex& index, std::span<const Value> values) {
                      [&](const IndexColumn& key) { return values[key.column].isNull(); });
 }
 
+/// Where the number of an index's different keys is on a definition's first page.
+std::size_t keyCountOffset(const Format& format, std::size_t realIndex) {
+  const auto& d = format.definition;
+  return d.headerSize + realIndex * d.realIndexEntry + d.realIndexRowCount;
+}
+
 }  // namespace
 
 TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition)
@@ -183,6 +189,11 @@ std::size_t Table::countRows() const {
   return rows;
 }
 
+std::uint32_t Table::keyCount(std::size_t realIndex) const {
+  Pager::ReadLock lock(*pager_);
+  return pager_->read(definition_->page).view().u32(keyCountOffset(pager_->format(), realIndex));
+}
+
 std::optional<RowView> Table::row(RowId id) const {
   Pager::ReadLock lock(*pager_);
   const auto content = contentOf(*pager_, definition_->page, id);
@@ -212,6 +223,19 @@ void Table::changeRowCount(int change) {
   const std::int64_t rows = std::int64_t{load32(count)} + change;
   store32(count, static_cast<std::uint32_t>(
                      std::clamp<std::int64_t>(rows, 0, std::numeric_limits<std::uint32_t>::max())));
+}
+
+/// A number that another program has left too low stays: it is but a hint.
+void Table::changeKeyCount(const RealIndex& index, std::int32_t change) {
+  const std::size_t at = keyCountOffset(pager_->format(), index.number);
+  if (change == 0 || at + sizeof(std::uint32_t) > pager_->format().pageSize) {
+    return;
+  }
+  std::uint8_t* count = pager_->modify(definition_->page) + at;
+  const std::uint32_t keys = load32(count);
+  if (change > 0 || keys > 0) {
+    store32(count, keys + static_cast<std::uint32_t>(change));
+  }
 }
 
 void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values,
@@ -244,18 +268,24 @@ std::string Table::describeIndex(const RealIndex& index) const {
   return "index '" + name + "' (" + columns + ") of table '" + definition_->name + "'";
 }
 
-void Table::insertEntry(const RealIndex& index, std::span<const Value> values,
-                        std::span<const std::uint8_t> key, RowId id) {
-  if (hasEntry(index, values)) {
-    this->index(index.number).insert(key, id);
+std::int32_t Table::insertEntry(const RealIndex& index, std::span<const Value> values,
+                                std::span<const std::uint8_t> key, RowId id) {
+  if (!hasEntry(index, values)) {
+    return 0;
   }
+  return this->index(index.number).insert(key, id) == IndexTree::Change::key ? 1 : 0;
 }
 
-void Table::eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
-  if (hasEntry(index, values) &&
-      !this->index(index.number).erase(makeKey(*definition_, index, values), id)) {
+std::int32_t Table::eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
+  if (!hasEntry(index, values)) {
+    return 0;
+  }
+  const auto change =
+      this->index(index.number).erase(makeKey(*definition_, index, values), id);
+  if (change == IndexTree::Change::none) {
     raiseDamaged(id.page, describeIndex(index) + " lacks an entry for a row of this page");
   }
+  return change == IndexTree::Change::key ? -1 : 0;
 }
 
 std::vector<Value> Table::fit(std::span<const Value> values, bool newRow) {
@@ -292,7 +322,7 @@ RowId Table::insert(std::span<const Value> values) {
       rowSpace().add(encodeRow(*pager_, *definition_, row), SlotKind::row, insertHint_);
   insertHint_ = id.page;
   for (const RealIndex& index : definition_->realIndexes) {
-    insertEntry(index, row, keys[index.number], id);
+    changeKeyCount(index, insertEntry(index, row, keys[index.number], id));
   }
   const auto& offsets = pager_->format().definition;
   changeRowCount(1);
@@ -328,8 +358,8 @@ void Table::update(RowId id, std::span<const Value> values) {
   }
   writeContent(id, *content, encodeRow(*pager_, *definition_, newRow, &before));
   for (const auto& [index, key] : changed) {
-    eraseEntry(*index, oldRow, id);
-    insertEntry(*index, newRow, key, id);
+    const std::int32_t erased = eraseEntry(*index, oldRow, id);
+    changeKeyCount(*index, erased + insertEntry(*index, newRow, key, id));
   }
   transaction.commit();
 }
@@ -364,7 +394,7 @@ void Table::erase(RowId id) {
     const RowView row = viewAt(*pager_, *definition_, *content);
     const std::vector<Value> values = valuesOf(*definition_, row);
     for (const RealIndex& index : definition_->realIndexes) {
-      eraseEntry(index, values, id);
+      changeKeyCount(index, eraseEntry(index, values, id));
     }
     for (const Column& column : definition_->columns) {
       if (column.isLongValue() && !row.isNull(column)) {

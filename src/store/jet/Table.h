@@ -65,6 +65,8 @@ class Table {
   std::uint32_t rowCount() const;
   /// The number of rows that the table's pages have; reads all of them.
   std::size_t countRows() const;
+  /// The number of different keys of an index as the definition has it. Not every program keeps it.
+  std::uint32_t keyCount(std::size_t realIndex) const;
   TableScan scan() const { return TableScan(*pager_, definition_); }
   /// The row at `id`; none when it was deleted or never was.
   std::optional<RowView> row(RowId id) const;
@@ -90,9 +92,11 @@ class Table {
   void refuseDuplicate(const RealIndex& index, std::span<const Value> values,
                        std::span<const std::uint8_t> key) const;
   std::string describeIndex(const RealIndex& index) const;
-  void insertEntry(const RealIndex& index, std::span<const Value> values,
-                   std::span<const std::uint8_t> key, RowId id);
-  void eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id);
+  /// Both give the change in the number of different keys: 1 or -1, or 0 for another entry of one.
+  std::int32_t insertEntry(const RealIndex& index, std::span<const Value> values,
+                           std::span<const std::uint8_t> key, RowId id);
+  std::int32_t eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id);
+  void changeKeyCount(const RealIndex& index, std::int32_t change);
   void writeContent(RowId home, RowId content, const Bytes& row);
 
   std::shared_ptr<Pager> pager_;

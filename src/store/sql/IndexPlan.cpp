@@ -8,7 +8,7 @@
 namespace orv::store::sql {
 namespace {
 
-// Guesses, since the file keeps no counts of distinct values.
+// Guesses: not every program keeps the numbers of different keys that the file has.
 constexpr double kRowsPerEqual = 1.0 / 50;
 constexpr double kRowsPerBound = 1.0 / 4;
 constexpr double kSearchCost = 5;    ///< going down a tree, in rows of a scan

@@ -1,0 +1,93 @@
+// Indexes that other programs have made, in files that are made here: keys of another form, sort
+// orders that are known in part; and what a definition says of its indexes.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/StoreError.h"
+#include "store/jet/Creation.h"
+#include "store/jet/Database.h"
+#include "store/jet/IndexKey.h"
+#include "support/MemoryFiles.h"
+
+namespace orv::store::jet {
+namespace {
+
+class ForeignIndex : public testing::Test {
+ protected:
+  void SetUp() override {
+    database_ = createDatabase("foreign.mdb");
+    createTable(*database_, {.name = "Makers",
+                             .columns = {{.name = "ID", .type = ColumnType::longInteger},
+                                         {.name = "Name", .type = ColumnType::text, .size = 80},
+                                         {.name = "Key", .type = ColumnType::guid}},
+                             .indexes = {{.name = "ByName", .columns = {{"Name"}}},
+                                         {.name = "Twice", .columns = {{"Name", false}, {"ID"}}}}});
+    table_ = database_->table("Makers");
+  }
+
+  RowId insert(int id, const std::string& name) {
+    return table_->insert(std::vector<Value>{id, name, Value()});
+  }
+  void update(RowId row, int id, const std::string& name) {
+    table_->update(row, std::vector<Value>{id, name, Value()});
+  }
+  CheckReport check() {
+    CheckReport report = checkFile("foreign.mdb", "");
+    for (const CheckFinding& fault : report.faults) ADD_FAILURE() << fault.toText();
+    return report;
+  }
+  std::size_t entries(std::size_t index) const {
+    std::size_t count = 0;
+    for (IndexCursor cursor = table_->index(index).first(); cursor.next();) ++count;
+    return count;
+  }
+
+  test::MemoryFiles files_;
+  std::shared_ptr<Database> database_;
+  std::shared_ptr<Table> table_;
+};
+
+TEST_F(ForeignIndex, DefinitionsCountDifferentKeys) {
+  std::mt19937 random(3);
+  std::map<RowId, std::pair<int, std::string>> model;
+  const auto name = [&] { return "maker " + std::to_string(random() % 40); };
+  Transaction transaction(database_->pager());
+  for (int i = 0; i < 2500; ++i) {
+    const auto chosen =
+        model.empty() ? model.end() : std::next(model.begin(), random() % model.size());
+    if (random() % 3 != 0 || model.empty()) {
+      const std::string made = name();
+      const int id = static_cast<int>(random() % 20);
+      model[insert(id, made)] = {id, made};
+    } else if (random() % 2 == 0) {
+      chosen->second.second = name();
+      update(chosen->first, chosen->second.first, chosen->second.second);
+    } else {
+      table_->erase(chosen->first);
+      model.erase(chosen);
+    }
+  }
+  std::set<std::string> names;
+  std::set<std::pair<int, std::string>> both;
+  for (const auto& [row, values] : model) {
+    names.insert(values.second);
+    both.insert(values);
+  }
+  EXPECT_EQ(table_->keyCount(0), names.size());
+  EXPECT_EQ(table_->keyCount(1), both.size());
+  while (!model.empty()) {
+    table_->erase(model.begin()->first);
+    model.erase(model.begin());
+  }
+  EXPECT_EQ(table_->keyCount(0), 0U);
+  EXPECT_EQ(table_->keyCount(1), 0U);
+}
+
+}  // namespace
+}  // namespace orv::store::jet
