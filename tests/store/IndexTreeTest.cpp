@@ -338,6 +338,67 @@ TEST_F(IndexTreeTest, RefusesAKeyThatNoPageHolds) {
   EXPECT_FALSE(tree().first().next());
 }
 
+/// Writes a page as Access does: with as many bytes in the common prefix as `prefix` says.
+void writePage(std::uint8_t* page, const std::vector<Bytes>& entries, std::size_t prefix) {
+  const auto& layout = kJet4.indexPage;
+  std::uint8_t* const begin = page + layout.entries;
+  std::uint8_t* at = std::copy_n(entries.front().begin(), prefix, begin);
+  for (const Bytes& entry : entries) {
+    ASSERT_LE(at + entry.size() - prefix, page + kPageSize);
+    at = std::copy(entry.begin() + static_cast<std::ptrdiff_t>(prefix), entry.end(), at);
+    page[layout.mask + (at - begin) / 8] |= static_cast<std::uint8_t>(1 << (at - begin) % 8);
+  }
+  store16(page + layout.prefixLength, static_cast<std::uint32_t>(prefix));
+  store16(page + layout.freeSpace, static_cast<std::uint32_t>(page + kPageSize - at));
+}
+
+/// A leaf that is full only because row pointers begin alike, as Access leaves it, takes entries
+/// before, among and behind its own.
+TEST_F(IndexTreeTest, PrefixesReachIntoRowPointers) {
+  for (const Entry& added : {Entry{longKey(6), {1, 1}}, Entry{longKey(7), {0x10301, 99}},
+                             Entry{longKey(8), {1, 1}}, Entry{Bytes(1100, 0x30), {1, 2}}}) {
+    std::vector<Bytes> entries;
+    model_.clear();
+    for (std::uint32_t i = 0; i < 1804; ++i) {
+      const Entry entry{longKey(7),
+                        {0x10300 + i / 250, static_cast<std::uint8_t>(i % 250 / 2 * 2)}};
+      if (model_.insert(entry).second) entries.push_back(entry.bytes());
+    }
+    for (std::uint32_t i = 0; entries.size() < 1804; ++i) {
+      const Entry entry{longKey(7), {0x10340 + i / 250, static_cast<std::uint8_t>(i % 250)}};
+      model_.insert(entry);
+      entries.push_back(entry.bytes());
+    }
+    IndexTree::initializeRoot(*pager_, kRoot, kTable);
+    writePage(pager_->modify(kRoot), entries, 7);
+    insert(added);
+    for (std::uint32_t i = 0; i < 40; ++i) insert({longKey(i % 9), {0x10320 + i * 7, 3}});
+    check();
+    while (!model_.empty()) erase(*model_.begin());
+    check();
+  }
+}
+
+TEST_F(IndexTreeTest, PrefixesOfNodesReachIntoRowPointers) {
+  std::vector<Bytes> entries;
+  for (std::uint32_t i = 0; i < 600; ++i) {
+    entries.push_back(
+        Entry{longKey(7), {0x10300 + i / 200, static_cast<std::uint8_t>(i % 200)}}.bytes());
+    for (const int shift : {24, 16, 8, 0}) {
+      entries.back().push_back(static_cast<std::uint8_t>((9000 + i) >> shift));
+    }
+  }
+  Bytes page(kPageSize);
+  IndexPageEditor::initialize(kJet4, page.data(), kTable, 1);
+  writePage(page.data(), entries, 7);
+  IndexPageEditor editor(kJet4, page.data(), kRoot);
+  EXPECT_TRUE(editor.fits(entries));
+  ASSERT_TRUE(editor.insert(0, Bytes(entries.front()))) << "there is no room for another entry";
+  editor.erase(0);
+  editor.assign(entries);
+  for (std::size_t i = 0; i < entries.size(); ++i) ASSERT_EQ(editor.entry(i), entries[i]);
+}
+
 class DamagedIndex : public IndexTreeTest {
  protected:
   void SetUp() override {

@@ -70,8 +70,7 @@ std::size_t IndexPage::readMask() {
 
 void IndexPage::checkSizes(std::size_t shortest) const {
   if (count_ == 0) return;
-  // A prefix may reach into the row pointers, but not into the children, which all differ.
-  const std::size_t fixed = leaf_ ? 1 : kChildSize;
+  const std::size_t fixed = ownSize();
   if (ends_[0] < prefixSize_ + fixed || ends_[0] < trailerSize() || shortest < fixed ||
       prefixSize_ + shortest < trailerSize() || used() > capacity()) {
     raiseDamaged(page_.page(), "its index entries do not fit its mask of entries");

@@ -61,6 +61,10 @@ class IndexPage {
   /// Bytes at the end of an entry that are no part of the key.
   std::size_t trailerSize() const { return kPointerSize + (leaf_ ? 0 : kChildSize); }
 
+  /// Bytes at the end of an entry that no prefix takes in: all children differ, and no entry is
+  /// without bytes of its own.
+  std::size_t ownSize() const { return leaf_ ? 1 : kChildSize; }
+
   static constexpr std::size_t kMaxEntries = 453 * 8;  ///< bits of the longest mask
 
   const Format& format_;

@@ -32,8 +32,8 @@ void IndexPageEditor::setTail(PageNumber page) {
 }
 
 bool IndexPageEditor::insert(std::size_t at, std::span<const std::uint8_t> entry) {
-  const bool hasPrefix = entry.size() >= prefixSize_ + (leaf_ ? 1 : kChildSize) &&
-                         std::memcmp(entry.data(), data_, prefixSize_) == 0;
+  const bool hasPrefix =
+      entry.size() >= prefixSize_ + ownSize() && std::memcmp(entry.data(), data_, prefixSize_) == 0;
   if (hasPrefix && used() + entry.size() - begin(0) <= capacity()) {
     insertInPlace(at, entry.subspan(prefixSize_));
     return true;
@@ -101,13 +101,13 @@ std::vector<Bytes> IndexPageEditor::entriesWith(std::size_t at,
   return entries;
 }
 
-/// Entries are in order, so what the first and the last have in common, all have. The row
-/// pointers are left out, as Access does.
+/// Entries are in order, so what the first and the last have in common, all have. As in Access'
+/// own pages it may reach into the row pointers: a page that was full so has to be parted so.
 std::size_t IndexPageEditor::commonPrefix(std::span<const Bytes> entries) const {
   if (entries.size() < 2) return 0;
   const Bytes& first = entries.front();
   const Bytes& last = entries.back();
-  const std::size_t limit = std::min(first.size(), last.size()) - trailerSize();
+  const std::size_t limit = std::min(first.size(), last.size()) - ownSize();
   const auto end = first.begin() + static_cast<std::ptrdiff_t>(limit);
   return static_cast<std::size_t>(std::mismatch(first.begin(), end, last.begin()).first -
                                   first.begin());
