@@ -185,13 +185,18 @@ std::optional<std::size_t> TableRecordset::indexFor(std::size_t field) const {
   return std::nullopt;
 }
 
-std::optional<jet::RowId> TableRecordset::firstInIndex(std::size_t index,
+/// Keys of an index begin with this for rows that have the value in its first column; none for
+/// text whose codes are not known.
+std::optional<Bytes> TableRecordset::beginningOfKey(std::size_t index, const Value& value) const {
+  const jet::IndexColumn& first = table_->definition().realIndexes[index].columns.front();
+  const jet::Column& column = table_->definition().columns[first.column];
+  return jet::makeSearchKey(column, jet::fitValue(table_->name(), column, value), first.ascending);
+}
+
+std::optional<jet::RowId> TableRecordset::firstInIndex(std::size_t index, const Bytes& key,
                                                        const Criterion& criterion,
                                                        std::size_t field, jet::RowId from) const {
   const jet::Column& column = table_->definition().columns[field];
-  const bool ascending = table_->definition().realIndexes[index].columns.front().ascending;
-  Bytes key;
-  jet::appendKey(key, column, jet::fitValue(table_->name(), column, criterion.value), ascending);
   std::optional<jet::RowId> first;
   jet::Pager::ReadLock lock(table_->pager());
   for (jet::IndexCursor cursor = table_->index(index).lowerBound(key); cursor.next();) {
@@ -220,10 +225,11 @@ void TableRecordset::find(std::string_view text) {
   const auto index = indexFor(field);
   const bool canUseIndex = index && rows_.isWholeTable() && !criterion.value.isNull() &&
                            criterion.op == Criterion::Operator::equal && !atEnd_ && row_;
-  if (!canUseIndex) {
+  const auto key = canUseIndex ? beginningOfKey(*index, criterion.value) : std::nullopt;
+  if (!key) {
     return RecordsetBase::find(text);
   }
-  const auto found = firstInIndex(*index, criterion, field, rowId_);
+  const auto found = firstInIndex(*index, *key, criterion, field, rowId_);
   found ? void(standOnRow(*found, std::nullopt)) : standAtEnd();
 }
 

@@ -62,8 +62,10 @@ class TableRecordset final : public RecordsetBase {
   void needUpdatable() const;
   std::vector<Value> currentValues() const;
   std::optional<std::size_t> indexFor(std::size_t field) const;
-  std::optional<jet::RowId> firstInIndex(std::size_t index, const struct Criterion& criterion,
-                                         std::size_t field, jet::RowId from) const;
+  std::optional<Bytes> beginningOfKey(std::size_t index, const Value& value) const;
+  std::optional<jet::RowId> firstInIndex(std::size_t index, const Bytes& key,
+                                         const struct Criterion& criterion, std::size_t field,
+                                         jet::RowId from) const;
   jet::RowId commit(const std::vector<Pending>& changes);
   jet::RowId apply(const Pending& change);
 

@@ -42,7 +42,7 @@ std::string hex(const Bytes& bytes) {
   return text;
 }
 
-std::string textKey(const char* text, const SortOrder& order = kLegacyOrder,
+std::string textKey(const std::string& text, const SortOrder& order = kLegacyOrder,
                     bool ascending = true) {
   return hex(key(textColumn(order), text, ascending));
 }
@@ -169,16 +169,25 @@ TEST(IndexKey, AccentsAndPunctuationComeAfterTheLetters) {
             "00");
   // A combining acute accent changes the letter before it.
   EXPECT_EQ(textKey("e\u0301t"), textKey("\u00e9t"));
-  // A letter with the codes of two counts once.
-  EXPECT_EQ(textKey("\u00df-\u00e9"),
-            "7f6b6b5101"
-            "020e"
-            "0101"
-            "01"
-            "800b0682"
-            "00");
   // Jet 3 counts only letters that take accents.
   EXPECT_EQ(textKey("t\u00e9a\u00e9", kJet3Order), "7f77666066042400");
+}
+
+/// As many letters as they expand to, among the accents and in the places of punctuation.
+TEST(IndexKey, LettersThatExpandCountAsSeveral) {
+  EXPECT_EQ(textKey("\u00df-\u00e9"), "7f6b6b510102020e010101800f068200");
+  EXPECT_EQ(textKey("\u00e6\u00e9"), "7f4a51510102020e00");
+  EXPECT_EQ(textKey("\u00fe\u00e9"), "7f6d57510102020e00");
+  EXPECT_EQ(textKey("\u0153\u00e9"), "7f6451510102020e00");
+  EXPECT_EQ(textKey("\ufb03\u00e9"), "7f53535951010202020e00");
+  EXPECT_EQ(textKey("\ufb03-a"), "7f5353594a010101018013068200");
+  EXPECT_EQ(textKey("\u00df\u00e9", kOrderOf2010), "7f0e910e910e210102020e00");
+  EXPECT_EQ(textKey("\u00df\u00e9", kJet3Order), "7f767666022400");
+  EXPECT_EQ(textKey(std::string(1, 0), kJet3Order), "7f1000");
+  // The form of another program.
+  Bytes oneLetter;
+  appendTextKey(oneLetter, "\u00df-\u00e9", kLegacyOrder, true, Expansion::oneLetter);
+  EXPECT_EQ(hex(oneLetter), "6b6b5101020e010101800b068200");
 }
 
 TEST(IndexKey, SmallKanaAreToldApart) {

@@ -333,6 +333,17 @@ TEST_F(IndexTreeTest, BoundsTakePrefixes) {
   EXPECT_EQ(tree().find(keys[1]), row);
 }
 
+/// An entry is found by its row, whatever its key, on any leaf.
+TEST_F(IndexTreeTest, ErasesTheEntriesOfARow) {
+  for (std::uint32_t i = 0; i < 3000; ++i) insert(duplicateEntry(i));
+  EXPECT_EQ(tree().eraseRow(rowOf(3001)), kNoChange);
+  for (std::uint32_t i = 0; i < 3000; i += 250) {
+    EXPECT_EQ(tree().eraseRow(rowOf(i)), IndexTree::Change::entry);
+    model_.erase(duplicateEntry(i));
+  }
+  check();
+}
+
 TEST_F(IndexTreeTest, RefusesAKeyThatNoPageHolds) {
   EXPECT_THROW(tree().insert(Bytes(1200, 0x20), {9, 1}), Error);
   EXPECT_FALSE(tree().first().next());

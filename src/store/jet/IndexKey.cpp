@@ -7,7 +7,6 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/TextKey.h"
 
 namespace orv::store::jet {
 namespace {
@@ -110,7 +109,7 @@ void writeGuid(KeyWriter& key, Guid guid) {
   writeBinary(key, bytes);
 }
 
-void writeValue(KeyWriter& key, const Column& column, const Value& value) {
+void writeValue(KeyWriter& key, const Column& column, const Value& value, Expansion expansion) {
   switch (column.type) {
     case ColumnType::boolean:
       key.byte(need<bool>(value, column) ? kTrue : kFalse);
@@ -152,7 +151,7 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value) {
     case ColumnType::text:
     case ColumnType::memo:
       appendTextKey(key.bytes(), need<std::string>(value, column), column.sortOrder,
-                    key.ascending());
+                    key.ascending(), expansion);
       return;
     case ColumnType::ole:
       break;
@@ -161,9 +160,38 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value) {
               fmt::format("Column \"{}\" is of a type that cannot be indexed.", column.name));
 }
 
+/// What `make` gives; none where that is not supported.
+template <class Make>
+std::optional<Bytes> ifSupported(Make make) {
+  try {
+    return make();
+  } catch (const Error& error) {
+    if (error.number() != kNotSupported) throw;
+    return std::nullopt;
+  }
+}
+
+/// Letters beyond ASCII, some of which expand.
+bool hasOtherLetters(const Value& value) {
+  const std::string* text = value.getIf<std::string>();
+  return text != nullptr && std::ranges::any_of(*text, [](char c) { return (c & 0x80) != 0; });
+}
+
+Bytes makeForm(const TableDefinition& table, const RealIndex& index, std::span<const Value> values,
+               Expansion expansion) {
+  Bytes key;
+  key.reserve(64);
+  for (const IndexColumn& column : index.columns) {
+    appendKey(key, table.columns[column.column], values[column.column], column.ascending,
+              expansion);
+  }
+  return key;
+}
+
 }  // namespace
 
-void appendKey(Bytes& key, const Column& column, const Value& value, bool ascending) {
+void appendKey(Bytes& key, const Column& column, const Value& value, bool ascending,
+               Expansion expansion) {
   KeyWriter writer(key, ascending);
   if (value.isNull() && column.type == ColumnType::boolean) {
     return appendKey(key, column, false, ascending);  // booleans have no Null
@@ -173,16 +201,50 @@ void appendKey(Bytes& key, const Column& column, const Value& value, bool ascend
     return;
   }
   writer.byte(kValueFlag);
-  writeValue(writer, column, value);
+  writeValue(writer, column, value, expansion);
+}
+
+bool appendSearchKey(Bytes& key, const Column& column, const Value& value, bool ascending) {
+  const auto begin = static_cast<std::ptrdiff_t>(key.size());
+  appendKey(key, column, value, ascending);
+  if (!hasOtherLetters(value)) {
+    return true;
+  }
+  Bytes other;
+  appendKey(other, column, value, ascending, Expansion::oneLetter);
+  const auto parting = std::mismatch(key.begin() + begin, key.end(), other.begin(), other.end());
+  const bool isWhole = parting.first == key.end();
+  key.erase(parting.first, key.end());
+  return isWhole;
+}
+
+std::optional<Bytes> makeSearchKey(const Column& column, const Value& value, bool ascending) {
+  return ifSupported([&] {
+    Bytes key;
+    appendSearchKey(key, column, value, ascending);
+    return key;
+  });
 }
 
 Bytes makeKey(const TableDefinition& table, const RealIndex& index, std::span<const Value> values) {
-  Bytes key;
-  key.reserve(64);
-  for (const IndexColumn& column : index.columns) {
-    appendKey(key, table.columns[column.column], values[column.column], column.ascending);
+  return makeForm(table, index, values, Expansion::letters);
+}
+
+std::optional<Bytes> makeKnownKey(const TableDefinition& table, const RealIndex& index,
+                                  std::span<const Value> values) {
+  return ifSupported([&] { return makeKey(table, index, values); });
+}
+
+std::optional<Bytes> makeOtherForm(const TableDefinition& table, const RealIndex& index,
+                                   std::span<const Value> values) {
+  const bool mayDiffer = std::ranges::any_of(index.columns, [&](const IndexColumn& column) {
+    return hasOtherLetters(values[column.column]);
+  });
+  if (!mayDiffer) {
+    return std::nullopt;
   }
-  return key;
+  Bytes key = makeForm(table, index, values, Expansion::oneLetter);
+  return key != makeKey(table, index, values) ? std::optional(std::move(key)) : std::nullopt;
 }
 
 bool hasEntry(const RealIndex& index, std::span<const Value> values) {

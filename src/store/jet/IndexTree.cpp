@@ -291,6 +291,16 @@ IndexTree::Change IndexTree::erase(std::span<const std::uint8_t> key, RowId row)
   return change;
 }
 
+IndexTree::Change IndexTree::eraseRow(RowId row) {
+  for (IndexCursor cursor = first(); cursor.next();) {
+    if (cursor.rowId() == row) {
+      const Bytes key(cursor.key().begin(), cursor.key().end());
+      return erase(key, row);
+    }
+  }
+  return Change::none;
+}
+
 void IndexTree::removeEntry(const Path& path) {
   const Step leaf = path.steps[path.depth];
   IndexPageEditor page(pager_, leaf.page);

@@ -40,6 +40,8 @@ class IndexTree {
   /// Removes an entry. Pages that become empty are freed, nearly empty leaves joined with a
   /// neighbour.
   Change erase(std::span<const std::uint8_t> key, RowId row);
+  /// Removes the entry of a row, whatever its key: all entries are searched for it.
+  Change eraseRow(RowId row);
 
   /// A row whose entry has exactly this key.
   std::optional<RowId> find(std::span<const std::uint8_t> key) const;

@@ -77,6 +77,11 @@ std::size_t keyCountOffset(const Format& format, std::size_t realIndex) {
   return d.headerSize + realIndex * d.realIndexEntry + d.realIndexRowCount;
 }
 
+bool valuesAreEqual(const RealIndex& index, std::span<const Value> a, std::span<const Value> b) {
+  return std::ranges::all_of(
+      index.columns, [&](const IndexColumn& key) { return a[key.column] == b[key.column]; });
+}
+
 }  // namespace
 
 TableScan::TableScan(Pager& pager, std::shared_ptr<const TableDefinition> definition)
@@ -246,7 +251,9 @@ void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> value
   if (!index.unique || anyNull(index, values)) {
     return;
   }
-  if (this->index(index.number).find(key)) {
+  const IndexTree tree = this->index(index.number);
+  const std::optional<Bytes> otherForm = makeOtherForm(*definition_, index, values);
+  if (tree.find(key) || (otherForm && tree.find(*otherForm))) {
     throw Error(kDuplicateKey,
                 "The row was not saved, since " + describeIndex(index) +
                     " allows no two rows with the same values and there is one already.");
@@ -276,14 +283,23 @@ std::int32_t Table::insertEntry(const RealIndex& index, std::span<const Value> v
   return this->index(index.number).insert(key, id) == IndexTree::Change::key ? 1 : 0;
 }
 
+/// Another program's keys may have another form, and the keys of some sort orders are not known:
+/// such an entry is found by its row. Where there is none at all, the index is right without it.
 std::int32_t Table::eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id) {
   if (!hasEntry(index, values)) {
     return 0;
   }
-  const auto change =
-      this->index(index.number).erase(makeKey(*definition_, index, values), id);
+  IndexTree tree = this->index(index.number);
+  auto change = IndexTree::Change::none;
+  if (const auto key = makeKnownKey(*definition_, index, values)) {
+    change = tree.erase(*key, id);
+    const auto otherForm = makeOtherForm(*definition_, index, values);
+    if (change == IndexTree::Change::none && otherForm) {
+      change = tree.erase(*otherForm, id);
+    }
+  }
   if (change == IndexTree::Change::none) {
-    raiseDamaged(id.page, describeIndex(index) + " lacks an entry for a row of this page");
+    change = tree.eraseRow(id);
   }
   return change == IndexTree::Change::key ? -1 : 0;
 }
@@ -350,11 +366,14 @@ void Table::update(RowId id, std::span<const Value> values) {
   }
   std::vector<std::pair<const RealIndex*, Bytes>> changed;
   for (const RealIndex& index : definition_->realIndexes) {
+    const Bytes oldKey = makeKey(*definition_, index, oldRow);
     Bytes key = makeKey(*definition_, index, newRow);
-    if (makeKey(*definition_, index, oldRow) != key) {
+    if (oldKey != key) {
       refuseDuplicate(index, newRow, key);
-      changed.emplace_back(&index, std::move(key));
+    } else if (valuesAreEqual(index, oldRow, newRow)) {
+      continue;
     }
+    changed.emplace_back(&index, std::move(key));
   }
   writeContent(id, *content, encodeRow(*pager_, *definition_, newRow, &before));
   for (const auto& [index, key] : changed) {

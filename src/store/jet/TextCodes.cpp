@@ -4,7 +4,7 @@
 //
 //   -          an ignored character
 //   4A         a letter with the primary code 4A
-//   4A.51      a ligature: one letter with the primary codes of two
+//   4A.51      a letter that expands to two
 //   4A/0F      a letter with the primary code 4A and the accent code 0F
 //   /0F        the same, with the primary code of the letter before
 //   s60        an accentable letter of Jet 3
@@ -39,12 +39,13 @@ constexpr const char* kGeneral[] = {
 
 constexpr std::uint16_t kGeneralLanguage = 1033;
 constexpr std::size_t kUnits = 0x10000;
-constexpr CharacterCode kLetter{.kind = Kind::letter};
+constexpr CharacterCode kLetter{.kind = Kind::letter, .letters = 1};
 
 /// A code being read or stepped: up to four letters of two bytes.
 struct CodeBytes {
   std::array<std::uint8_t, 8> bytes{};
   std::size_t size = 0;
+  std::uint8_t letters = 1;
 
   operator std::span<const std::uint8_t>() const { return {bytes.data(), size}; }
 };
@@ -82,7 +83,7 @@ class RowReader {
     CodeBytes code;
     while (isHexDigit()) {
       code.bytes[code.size++] = hexByte();
-      skip('.');
+      if (skip('.')) ++code.letters;
     }
     return code;
   }
@@ -138,6 +139,7 @@ void TextCodes::addRow(const char* text) {
     if (isLetter(code)) {
       if (const CodeBytes given = row.code(); given.size > 0) primary = given;
       if (row.skip('/')) accent = row.code();
+      code.letters = primary.letters;
     } else if (code.kind != Kind::ignored) {
       accent = row.code();
     }

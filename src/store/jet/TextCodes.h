@@ -23,7 +23,8 @@ struct CharacterCode {
   };
 
   Kind kind = Kind::ignored;
-  std::uint8_t kanaSize = 0;     ///< kana: 2 for small ones, else 3
+  std::uint8_t kanaSize = 0;  ///< kana: 2 for small ones, else 3
+  std::uint8_t letters = 0;   ///< places that it takes among the letters: as many as it expands to
   std::uint8_t primarySize = 0;  ///< bytes at `at`
   std::uint8_t accentSize = 0;   ///< bytes after the primary ones; of punctuation, its code
   std::uint32_t at = 0;          ///< place in the bytes of all codes

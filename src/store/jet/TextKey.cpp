@@ -4,7 +4,7 @@
 //
 // - The primary codes of all letters: what the text is, without case, accents and hyphens.
 // - One accent byte a letter, 02 for none; those at the end that say nothing are left out. A
-//   ligature counts as one letter.
+//   letter that expands, such as ß or a ligature, counts as those it expands to.
 // - The part of the case would stand between the two 01 that follow; it is always empty.
 // - Sizes of kana (small ones or not), three to a byte, and constant bytes that end the part.
 // - Hyphens, apostrophes and control characters, each with its place, so that "coop" and "co-op"
@@ -150,7 +150,11 @@ class LaterParts {
   Bytes punctuation_;
 };
 
-void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes) {
+std::size_t lettersOf(const CharacterCode& code, Expansion expansion) {
+  return expansion == Expansion::letters ? code.letters : std::min<std::size_t>(code.letters, 1);
+}
+
+void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes, Expansion expansion) {
   LaterParts later;
   std::size_t letters = 0;
   for (const char16_t unit : text) {
@@ -160,7 +164,7 @@ void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes) {
     if (code.kind != Kind::letter || code.accentSize > 0) {
       later.add(code, codes.accent(code), letters);
     }
-    letters += code.primarySize > 0 ? 1 : 0;
+    letters += lettersOf(code, expansion);
   }
   key.push_back(kEndOfPart);
   later.write(key);
@@ -184,13 +188,13 @@ class HalfBytes {
   bool high_ = true;
 };
 
-void appendJet3(Bytes& key, const IndexedText& text, const TextCodes& codes) {
+void appendJet3(Bytes& key, const IndexedText& text, const TextCodes& codes, Expansion expansion) {
   std::size_t accentable = 0;  ///< since the last accent
   Bytes accents;
   for (const char16_t unit : text) {
     const CharacterCode& code = codes[unit];
     append(key, codes.primary(code));
-    if (code.kind == Kind::accentable) ++accentable;
+    if (code.kind == Kind::accentable) accentable += lettersOf(code, expansion);
     if (code.accentSize == 0) continue;
     accents.insert(accents.end(), accentable, kNoAccent);
     accents.push_back(codes.accent(code).front());
@@ -210,16 +214,17 @@ void invert(Bytes& key, std::size_t from) {
 
 }  // namespace
 
-void appendTextKey(Bytes& key, std::string_view text, const SortOrder& order, bool ascending) {
+void appendTextKey(Bytes& key, std::string_view text, const SortOrder& order, bool ascending,
+                   Expansion expansion) {
   const TextCodes& codes = TextCodes::of(order);
   const IndexedText indexed(text);
   const std::size_t start = key.size();
   if (order.jet3) {
-    appendJet3(key, indexed, codes);
+    appendJet3(key, indexed, codes, expansion);
     if (!ascending) invert(key, start);
     return;
   }
-  appendJet4(key, indexed, codes);
+  appendJet4(key, indexed, codes, expansion);
   if (order.version > 0 && key.size() - start >= kMaxKeySize) {
     throw Error(kNotSupported, "A text is too long to be looked up in an index of its column.");
   }

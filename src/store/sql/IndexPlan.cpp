@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "store/sql/Catalog.h"
 #include "store/sql/KeyBound.h"
 
 namespace orv::store::sql {
@@ -54,8 +55,15 @@ class Planner {
 
   bool serves(const jet::IndexColumn& key) const {
     const jet::Column& column = definition_.columns[key.column];
-    const bool text = column.type == ColumnType::text || column.type == ColumnType::memo;
-    return isSearchable(column.type) && (!text || column.sortOrder == textOrder_);
+    return isSearchable(column.type) &&
+           (!isTextType(column.type) || column.sortOrder == textOrder_);
+  }
+
+  /// What is searched for a text may be but the beginning of keys, and find others before it.
+  bool hasText(const jet::RealIndex& index) const {
+    return std::ranges::any_of(index.columns, [&](const jet::IndexColumn& key) {
+      return isTextType(definition_.columns[key.column].type);
+    });
   }
 
   const Constraint* find(std::size_t column, Constraint::Kind kind) const {
@@ -85,10 +93,11 @@ class Planner {
       plan.used.push_back(*constraint);
       plan.rows *= kRowsPerEqual;
     }
-    plan.unique = index.unique && equal == index.columns.size() && excludesNull &&
-                  std::all_of(plan.used.begin(), plan.used.end(), [](const Constraint& c) {
-                    return c.kind == Constraint::Kind::equal;
-                  });
+    const bool oneRow = index.unique && equal == index.columns.size() && excludesNull &&
+                        std::all_of(plan.used.begin(), plan.used.end(), [](const Constraint& c) {
+                          return c.kind == Constraint::Kind::equal;
+                        });
+    plan.unique = oneRow && !hasText(index);
     if (equal < index.columns.size() && serves(index.columns[equal])) {
       for (const auto kind : {Constraint::Kind::lower, Constraint::Kind::upper}) {
         if (const Constraint* bound = find(index.columns[equal].column, kind)) {
@@ -105,7 +114,7 @@ class Planner {
     if (plan.used.empty() && !plan.ordered) {
       return std::nullopt;
     }
-    plan.rows = plan.unique ? 1 : std::max(plan.rows, 1.0);
+    plan.rows = oneRow ? 1 : std::max(plan.rows, 1.0);
     plan.cost = kSearchCost + plan.rows * kFetchCost;
     return plan;
   }

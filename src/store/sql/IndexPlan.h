@@ -34,7 +34,7 @@ struct IndexPlan {
   /// Null; then bounds of the next column.
   std::vector<Constraint> used{};
   bool ordered = false;  ///< rows come as the sort terms ask
-  bool unique = false;   ///< at most one row
+  bool unique = false;   ///< the index finds at most one row
   double cost = 0;
   double rows = 0;
 };

@@ -81,8 +81,9 @@ class RangeBuilder {
   const jet::Column& column() const { return table_.columns[index_.columns[depth_].column]; }
   bool ascending() const { return index_.columns[depth_].ascending; }
 
-  void append(Bytes& key, const Value& value) const {
-    jet::appendKey(key, column(), value, ascending());
+  /// False when the key is only the beginning of one.
+  bool append(Bytes& key, const Value& value) const {
+    return jet::appendSearchKey(key, column(), value, ascending());
   }
 
   bool addNull() {
@@ -106,10 +107,10 @@ class RangeBuilder {
       addBound(prefix, Constraint::Kind::upper, value);
       return false;
     }
-    append(range_.lower, bound.value);
+    const bool isWhole = append(range_.lower, bound.value);
     range_.upper = range_.lower;
     ++depth_;
-    return true;
+    return isWhole;
   }
 
   void addBound(const Bytes& prefix, Constraint::Kind kind, sqlite3_value* value) {

@@ -177,6 +177,13 @@ void IndexCheck::checkEntry(const CheckPlace& place, std::size_t at) {
     case RowKeys::Match::otherKey:
       fault("has a key of other values than the row");
       break;
+    case RowKeys::Match::otherForm:
+      context_.log.remark(
+          place, fmt::format("entry {}, for row {} of page {}, counts letters that expand, such as "
+                             "ß, as one, as another program does: Access does not find the row by "
+                             "the index until the file is compacted there, or the text changed",
+                             at, row.row, row.page));
+      break;
     case RowKeys::Match::again:
       fault("is the second one for that row");
       break;

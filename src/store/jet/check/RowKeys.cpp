@@ -24,6 +24,10 @@ void RowKeys::expect(std::size_t index, std::span<const std::uint8_t> key, bool 
   keys_[index].back() = hash(key) | (hasNull ? kNullBit : 0);
 }
 
+void RowKeys::expectForm(std::size_t index, std::span<const std::uint8_t> key) {
+  otherForms_[{index, rows_.back()}] = hash(key);
+}
+
 void RowKeys::expectAny(std::size_t index, bool hasNull) {
   keys_[index].back() = kAny | (hasNull ? kNullBit : 0);
 }
@@ -56,7 +60,12 @@ RowKeys::Match RowKeys::match(std::size_t index, RowId row, std::span<const std:
   }
   expected |= kFoundBit;
   const std::uint32_t bits = expected & kHashBits;
-  return bits == kAny || bits == hash(key) ? Match::right : Match::otherKey;
+  if (bits == kAny || bits == hash(key)) {
+    return Match::right;
+  }
+  const auto other = otherForms_.find({index, rows_[at]});
+  return other != otherForms_.end() && other->second == hash(key) ? Match::otherForm
+                                                                  : Match::otherKey;
 }
 
 bool RowKeys::hasNull(std::size_t index, RowId row) const {

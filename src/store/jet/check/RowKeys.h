@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <set>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "store/jet/RowId.h"
@@ -17,10 +19,11 @@ class RowKeys {
  public:
   enum class Match {
     right,
-    noRow,     ///< there is no such row
-    notMeant,  ///< the row should have no entry in the index
-    otherKey,  ///< the row has other values
-    again,     ///< the row has had its entry
+    noRow,      ///< there is no such row
+    notMeant,   ///< the row should have no entry in the index
+    otherKey,   ///< the row has other values
+    otherForm,  ///< the key is the one that another program gives to the row's values
+    again,      ///< the row has had its entry
   };
 
   RowKeys(std::size_t indexes, std::size_t rows);
@@ -30,6 +33,8 @@ class RowKeys {
   void add(RowId row);
   /// The row last added has this key in an index; `hasNull` when one of its values is Null.
   void expect(std::size_t index, std::span<const std::uint8_t> key, bool hasNull);
+  /// Another program would give the row last added this key in an index.
+  void expectForm(std::size_t index, std::span<const std::uint8_t> key);
   /// The row last added has an entry in an index whose key is not known.
   void expectAny(std::size_t index, bool hasNull);
   /// Rows of this page could not be read: any entry for them will do.
@@ -60,6 +65,8 @@ class RowKeys {
 
   std::vector<std::uint32_t> rows_;               ///< pointers, ascending
   std::vector<std::vector<std::uint32_t>> keys_;  ///< by index and row: hash and bits
+  std::map<std::pair<std::size_t, std::uint32_t>, std::uint32_t>
+      otherForms_;  ///< by index and row: hashes of keys of other programs
   std::set<PageNumber> unreadable_;
 };
 

@@ -239,6 +239,9 @@ void TableCheck::expectKey(const RealIndex& index, RowId id) {
   isUnknown_[index.number] = !context_.log.guard(place, Harm::index, [&] {
     keys_.expectAny(index.number, hasNull);
     keys_.expect(index.number, makeKey(table_, index, values_), hasNull);
+    if (const auto otherForm = makeOtherForm(table_, index, values_)) {
+      keys_.expectForm(index.number, *otherForm);
+    }
   });
 }
 
