@@ -213,6 +213,43 @@ TEST(IndexKey, TextBeyondTheLimitDoesNotCount) {
   EXPECT_THROW(textKey(limit.c_str(), kOrderOf2010), Error);
 }
 
+/// Of these sort orders only ASCII text has codes that are known, and of some not all of it.
+TEST(IndexKey, SortOrdersThatAreKnownInPart) {
+  const auto order = [](std::uint16_t language) { return SortOrder{language, 0, false}; };
+  const auto isRefused = [&](const std::string& text, std::uint16_t language) {
+    const Column name = textColumn(order(language));
+    return !makeSearchKey(name, text, true).has_value();
+  };
+  for (const std::uint16_t language : {1041, 2052, 3082, 1045, 1051, 1055, 1034, 1050}) {
+    EXPECT_EQ(textKey("co-op 7, Ab!", order(language)), textKey("co-op 7, Ab!"));
+    EXPECT_TRUE(isRefused("caf\u00e9", language)) << language;
+    EXPECT_TRUE(isRefused("\u6771\u4eac", language)) << language;
+    EXPECT_FALSE(makeSearchKey(textColumn({language, 1, false}), "a", true)) << language;
+  }
+  EXPECT_TRUE(isRefused("Istanbul", 1055));
+  EXPECT_FALSE(isRefused("istanbul", 1055));
+  for (const char* own : {"chico", "un Chico", "ocho", "CALLE", "caLle", "ll"}) {
+    EXPECT_TRUE(isRefused(own, 1034)) << own;
+    EXPECT_FALSE(isRefused(own, 3082)) << own;
+  }
+  EXPECT_FALSE(isRefused("c h l", 1034));
+  EXPECT_TRUE(isRefused("Choice", 1051));
+  EXPECT_TRUE(isRefused("a\\b", 1041));
+  for (const char* own : {"konj", "NJ", "ulje", "Ljubav"}) {
+    EXPECT_TRUE(isRefused(own, 1050)) << own;
+  }
+  EXPECT_FALSE(isRefused("jnl", 1050));
+  try {
+    key(textColumn(order(1034)), "ocho");
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number(), kNotSupported);
+    for (const char* named : {"\"c\"", "Spanish (traditional)", "\"ch\" and \"ll\""}) {
+      EXPECT_NE(error.description().find(named), std::string::npos) << error.description();
+    }
+  }
+}
+
 TEST(IndexKey, UnknownSortOrdersAreNamed) {
   try {
     textKey("a", {1053, 0, false});

@@ -7,6 +7,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/SortOrders.h"
 
 namespace orv::store::jet {
 namespace {
@@ -109,6 +110,19 @@ void writeGuid(KeyWriter& key, Guid guid) {
   writeBinary(key, bytes);
 }
 
+void writeText(KeyWriter& key, const Column& column, const std::string& text, Expansion expansion) {
+  const SortOrder& order = column.sortOrder;
+  if (knowledgeOf(order) == OrderKnowledge::ascii && !isKnownIn(order, text)) {
+    throw Error(kNotSupported,
+                fmt::format("Column \"{}\" is indexed in the sort order \"{}\" (language {}), in "
+                            "which this program can place {}. Leave rows with other texts in it to "
+                            "Access.",
+                            column.name, languageName(order.language), order.language,
+                            describeKnownText(order)));
+  }
+  appendTextKey(key.bytes(), text, order, key.ascending(), expansion);
+}
+
 void writeValue(KeyWriter& key, const Column& column, const Value& value, Expansion expansion) {
   switch (column.type) {
     case ColumnType::boolean:
@@ -150,8 +164,7 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value, Expans
       return;
     case ColumnType::text:
     case ColumnType::memo:
-      appendTextKey(key.bytes(), need<std::string>(value, column), column.sortOrder,
-                    key.ascending(), expansion);
+      writeText(key, column, need<std::string>(value, column), expansion);
       return;
     case ColumnType::ole:
       break;

@@ -243,6 +243,19 @@ void Table::changeKeyCount(const RealIndex& index, std::int32_t change) {
   }
 }
 
+/// The key of a row that is to be saved.
+Bytes Table::keyOf(const RealIndex& index, std::span<const Value> values) const {
+  try {
+    return makeKey(*definition_, index, values);
+  } catch (const Error& error) {
+    if (error.number() != kNotSupported) {
+      throw;
+    }
+    throw Error(kNotSupported, "The row was not saved, since it would not be found by " +
+                                   describeIndex(index) + ". " + error.description());
+  }
+}
+
 void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> values,
                             std::span<const std::uint8_t> key) const {
   if (index.required && anyNull(index, values)) {
@@ -330,7 +343,7 @@ RowId Table::insert(std::span<const Value> values) {
   for (const RealIndex& index : definition_->realIndexes) {
     Bytes& key = keys.emplace_back();
     if (hasEntry(index, row)) {
-      key = makeKey(*definition_, index, row);
+      key = keyOf(index, row);
     }
     refuseDuplicate(index, row, key);
   }
@@ -366,11 +379,15 @@ void Table::update(RowId id, std::span<const Value> values) {
   }
   std::vector<std::pair<const RealIndex*, Bytes>> changed;
   for (const RealIndex& index : definition_->realIndexes) {
-    const Bytes oldKey = makeKey(*definition_, index, oldRow);
-    Bytes key = makeKey(*definition_, index, newRow);
+    const std::optional<Bytes> oldKey = makeKnownKey(*definition_, index, oldRow);
+    const bool isSame = valuesAreEqual(index, oldRow, newRow);
+    if (isSame && !oldKey) {
+      continue;
+    }
+    Bytes key = keyOf(index, newRow);
     if (oldKey != key) {
       refuseDuplicate(index, newRow, key);
-    } else if (valuesAreEqual(index, oldRow, newRow)) {
+    } else if (isSame) {
       continue;
     }
     changed.emplace_back(&index, std::move(key));

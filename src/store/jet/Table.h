@@ -89,6 +89,7 @@ class Table {
   /// The values as rows hold them; a new row gets its automatic numbers.
   std::vector<Value> fit(std::span<const Value> values, bool newRow);
   RowSpace rowSpace() const;
+  Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void refuseDuplicate(const RealIndex& index, std::span<const Value> values,
                        std::span<const std::uint8_t> key) const;
   std::string describeIndex(const RealIndex& index) const;

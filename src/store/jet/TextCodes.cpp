@@ -21,6 +21,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/SortOrders.h"
 
 namespace orv::store::jet {
 namespace {
@@ -37,7 +38,6 @@ constexpr const char* kGeneral[] = {
 #include "store/jet/TextCodesGeneral.inc"
 };
 
-constexpr std::uint16_t kGeneralLanguage = 1033;
 constexpr std::size_t kUnits = 0x10000;
 constexpr CharacterCode kLetter{.kind = Kind::letter, .letters = 1};
 
@@ -213,91 +213,19 @@ const TextCodes& TextCodes::general() {
 }
 
 const TextCodes& TextCodes::of(const SortOrder& order) {
-  if (order.language == kGeneralLanguage) {
-    if (order.jet3) return general97();
-    if (order.version == 0) return generalLegacy();
-    if (order.version == 1) return general();
+  switch (knowledgeOf(order)) {
+    case OrderKnowledge::all:
+      return order.jet3 ? general97() : order.version == 0 ? generalLegacy() : general();
+    case OrderKnowledge::ascii:
+      return generalLegacy();
+    case OrderKnowledge::nothing:
+      break;
   }
   throw Error(
       kNotSupported,
       fmt::format("Indexes over text in the sort order \"{}\" (language {}, version {}) are "
-                  "not supported; only \"General\" is.",
+                  "not supported. Leave their rows to Access.",
                   languageName(order.language), order.language, order.version));
-}
-
-std::string_view languageName(std::uint16_t language) {
-  switch (language) {
-    case 1025:
-      return "Arabic";
-    case 1026:
-      return "Bulgarian";
-    case 1027:
-      return "Catalan";
-    case 1028:
-      return "Chinese (Taiwan)";
-    case 1029:
-      return "Czech";
-    case 1030:
-      return "Norwegian/Danish";
-    case 1031:
-      return "German";
-    case 1032:
-      return "Greek";
-    case 1033:
-      return "General";
-    case 1034:
-      return "Spanish (traditional)";
-    case 1035:
-      return "Swedish/Finnish";
-    case 1036:
-      return "French";
-    case 1037:
-      return "Hebrew";
-    case 1038:
-      return "Hungarian";
-    case 1039:
-      return "Icelandic";
-    case 1041:
-      return "Japanese";
-    case 1042:
-      return "Korean";
-    case 1043:
-      return "Dutch";
-    case 1045:
-      return "Polish";
-    case 1048:
-      return "Romanian";
-    case 1049:
-      return "Russian";
-    case 1050:
-      return "Croatian";
-    case 1051:
-      return "Slovak";
-    case 1053:
-      return "Swedish/Finnish";
-    case 1054:
-      return "Thai";
-    case 1055:
-      return "Turkish";
-    case 1058:
-      return "Ukrainian";
-    case 1060:
-      return "Slovenian";
-    case 1061:
-      return "Estonian";
-    case 1062:
-      return "Latvian";
-    case 1063:
-      return "Lithuanian";
-    case 1066:
-      return "Vietnamese";
-    case 2052:
-      return "Chinese (PRC)";
-    case 3082:
-      return "Spanish (modern)";
-    default:
-      return "unknown";
-  }
 }
 
 }  // namespace orv::store::jet

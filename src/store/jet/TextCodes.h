@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "store/jet/Format.h"
@@ -33,7 +32,8 @@ struct CharacterCode {
 /// The codes of one sort order: a table for all UTF-16 units.
 class TextCodes {
  public:
-  /// The codes of a sort order. Raises kNotSupported, naming the order, for any but "General".
+  /// The codes of a sort order, of which those may be known that ASCII text has (isKnownIn()).
+  /// Raises kNotSupported, naming the order, where none are.
   static const TextCodes& of(const SortOrder& order);
 
   const CharacterCode& operator[](char16_t unit) const { return codes_[unit]; }
@@ -58,9 +58,5 @@ class TextCodes {
   std::vector<CharacterCode> codes_;  ///< by UTF-16 unit
   std::vector<std::uint8_t> bytes_;
 };
-
-/// The name by which Access lists the sort order of a language: "General", "Swedish/Finnish";
-/// "unknown" for one that it does not list.
-std::string_view languageName(std::uint16_t language);
 
 }  // namespace orv::store::jet

@@ -40,7 +40,6 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
             std::min(storedRowCount(context.pager, table), kMostExpected)),
       longValues_(context, table),
       isKey_(table.columns.size(), false),
-      isUnknown_(table.realIndexes.size(), false),
       values_(table.columns.size()) {
   for (const RealIndex& index : table.realIndexes) {
     for (const IndexColumn& column : index.columns) {
@@ -232,11 +231,7 @@ void TableCheck::expectKey(const RealIndex& index, RowId id) {
     context_.log.fault(place.at(id), Harm::index,
                        "the row has Null in a column that the index requires a value of");
   }
-  if (isUnknown_[index.number]) {
-    keys_.expectAny(index.number, hasNull);
-    return;
-  }
-  isUnknown_[index.number] = !context_.log.guard(place, Harm::index, [&] {
+  context_.log.guard(place, Harm::index, [&] {
     keys_.expectAny(index.number, hasNull);
     keys_.expect(index.number, makeKey(table_, index, values_), hasNull);
     if (const auto otherForm = makeOtherForm(table_, index, values_)) {

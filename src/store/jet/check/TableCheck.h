@@ -47,7 +47,6 @@ class TableCheck {
   RowKeys keys_;
   LongValueCheck longValues_;
   std::vector<bool> isKey_;      ///< by column: whether an index is over it
-  std::vector<bool> isUnknown_;  ///< by index: whether its keys are in an order not known
   std::vector<Value> values_;    ///< of the current row; long values only of key columns
   RowLedger pointedAt_{};        ///< content that a pointer leads to
   std::vector<RowId> hidden_{};  ///< content that only a pointer can lead to
