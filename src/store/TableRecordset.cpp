@@ -6,6 +6,7 @@
 #include "store/Criterion.h"
 #include "store/DefaultValue.h"
 #include "store/StoreError.h"
+#include "store/jet/AutoGuid.h"
 #include "store/jet/IndexKey.h"
 #include "store/jet/RowEncoder.h"
 
@@ -263,6 +264,8 @@ void TableRecordset::addNew() {
         numberLock_.emplace(table_->pager());
       }
       edit.values.emplace_back(table_->reserveAutoNumber());
+    } else if (column.autoGuid) {
+      edit.values.emplace_back(jet::makeGuid());
     } else if (column.defaultValue) {
       edit.values.push_back(evaluateDefault(*column.defaultValue, column.type));
     } else {

@@ -200,5 +200,23 @@ TEST_F(ForeignIndex, DefinitionsCountDifferentKeys) {
   EXPECT_EQ(table_->keyCount(1), 0U);
 }
 
+/// A column of GUIDs that the engine makes, as Access has it.
+TEST_F(ForeignIndex, AutomaticGuids) {
+  const Column& column = table_->definition().columns[2];
+  EXPECT_TRUE(table_->row(insert(1, "a"))->isNull(column));
+  changeColumn(2, kJet4.column.flags, 0x43);
+  std::set<std::string> made;
+  for (int i = 0; i < 50; ++i) {
+    made.insert(table_->row(insert(i, "b"))->value(table_->definition().columns[2]).toText());
+  }
+  EXPECT_EQ(made.size(), 50U);
+  const std::string any = *made.begin();  // {xxxxxxxx-xxxx-4xxx-[89AB]xxx-xxxxxxxxxxxx}: random
+  EXPECT_EQ(any.at(15), '4') << any;
+  EXPECT_NE(std::string("89AB").find(any.at(20)), std::string::npos) << any;
+  const RowId given = table_->insert(std::vector<Value>{1, "c", Guid{{9}}});
+  EXPECT_EQ(table_->row(given)->value(table_->definition().columns[2]), Value(Guid{{9}}));
+  check();
+}
+
 }  // namespace
 }  // namespace orv::store::jet

@@ -48,6 +48,11 @@ std::vector<Value> valuesOf(const Table& table, const RowView& row) {
   return values;
 }
 
+/// Whether a new row gets a value where it has none.
+bool isMade(const Column& column) {
+  return column.autoNumber || column.autoGuid;
+}
+
 /// Whether a refusal says what the store cannot do, not that the row is wrong.
 bool isBeyondStore(const Error& error) {
   return error.number() == kNotSupported || error.number() == kOverflow;
@@ -61,15 +66,17 @@ std::string refusal(const ModelledTable& model, const std::vector<Value>& values
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Column& column = definition.columns[i];
     const std::string* text = values[i].getIf<std::string>();
-    if ((column.required && values[i].isNull()) ||
+    const bool isMissing = values[i].isNull() && !(before == nullptr && isMade(column));
+    if ((column.required && isMissing) ||
         (!column.allowZeroLength && text != nullptr && text->empty())) {
       return "column " + column.name;
     }
   }
   for (const RealIndex& index : definition.realIndexes) {
     if (anyNull(index, values)) {
-      const bool isNumbered = definition.columns[index.columns.front().column].autoNumber;
-      if (index.required && !isNumbered) {
+      const bool isLeft =
+          before == nullptr && isMade(definition.columns[index.columns.front().column]);
+      if (index.required && !isLeft) {
         return fmt::format("Null in index {}", index.number);
       }
       continue;
@@ -341,7 +348,7 @@ void RandomChanges::makeChange(ModelledTable& model, Action action, RowId row,
       }
       for (std::size_t i = 0; i < values.size(); ++i) {
         const Column& column = model.table->definition().columns[i];
-        if (column.autoNumber) {
+        if (isMade(column)) {
           values[i] = model.table->row(row)->value(column);
         }
       }

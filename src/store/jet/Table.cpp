@@ -5,6 +5,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/AutoGuid.h"
 #include "store/jet/DataPage.h"
 #include "store/jet/IndexKey.h"
 #include "store/jet/LongValue.h"
@@ -325,8 +326,14 @@ std::vector<Value> Table::fit(std::span<const Value> values, bool newRow) {
   fitted.reserve(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Column& column = definition_->columns[i];
-    const bool numbered = newRow && column.autoNumber && values[i].isNull();
-    fitted.push_back(numbered ? Value(reserveAutoNumber()) : fitValue(name(), column, values[i]));
+    const bool isMade = newRow && values[i].isNull();
+    if (isMade && column.autoNumber) {
+      fitted.emplace_back(reserveAutoNumber());
+    } else if (isMade && column.autoGuid) {
+      fitted.emplace_back(makeGuid());
+    } else {
+      fitted.push_back(fitValue(name(), column, values[i]));
+    }
   }
   return fitted;
 }

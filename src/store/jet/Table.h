@@ -77,8 +77,8 @@ class Table {
   std::int32_t reserveAutoNumber();
 
   /// Adds a row of one value a column (Null where none). Autonumber columns left Null get their
-  /// number. Raises kDuplicateKey when a unique index has the key or a required column is Null,
-  /// kTypeMismatch or kOverflow when a value does not fit its column.
+  /// number or GUID. Raises kDuplicateKey when a unique index has the key or a required column is
+  /// Null, kTypeMismatch or kOverflow when a value does not fit its column.
   RowId insert(std::span<const Value> values);
   void update(RowId id, std::span<const Value> values);
   void erase(RowId id);

@@ -75,7 +75,7 @@ class DefinitionReader {
       const std::uint8_t flags = bytes_.u8(at_ + c.flags);
       column.fixed = (flags & kFixedFlag) != 0;
       column.autoNumber = (flags & kAutoNumberFlag) != 0 && column.type == ColumnType::longInteger;
-      column.autoGuid = (flags & kAutoGuidFlag) != 0;
+      column.autoGuid = (flags & kAutoGuidFlag) != 0 && column.type == ColumnType::guid;
       column.securityId = (flags & kSecurityIdFlag) != 0;
       column.hyperlink = (flags & kHyperlinkFlag) != 0;
       if (column.type == ColumnType::numeric) {
