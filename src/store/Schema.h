@@ -25,8 +25,9 @@ enum class ColumnType : std::uint8_t {
   memo = 0x0c,  ///< long text
   guid = 0x0f,
   numeric = 0x10,
-  complex = 0x12,     ///< attachments and multi-valued fields of `.accdb` files: their key
-  bigInteger = 0x13,  ///< 64 bits, `.accdb` files only
+  complex = 0x12,       ///< attachments and multi-valued fields of `.accdb` files: their key
+  bigInteger = 0x13,    ///< 64 bits, `.accdb` files only
+  extendedDate = 0x14,  ///< `.accdb` files only; users of the store are told of a dateTime
 };
 
 /// A column, as found in a table or a record set, or as wanted in a new table.

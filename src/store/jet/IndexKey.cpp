@@ -167,6 +167,7 @@ void writeValue(KeyWriter& key, const Column& column, const Value& value, Expans
       writeText(key, column, need<std::string>(value, column), expansion);
       return;
     case ColumnType::ole:
+    case ColumnType::extendedDate:
       break;
   }
   throw Error(kNotSupported,

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "store/jet/CalculatedValue.h"
+#include "store/jet/ExtendedDate.h"
 #include "store/jet/LongValue.h"
 #include "store/jet/Text.h"
 
@@ -200,6 +201,8 @@ Value decodeValue(const Pager& pager, const Column& column, std::span<const std:
       return std::bit_cast<double>(view.u64(0));
     case ColumnType::dateTime:
       return Date{std::bit_cast<double>(view.u64(0))};
+    case ColumnType::extendedDate:
+      return decodeExtendedDate(view);
     case ColumnType::text:
       return decodeText(pager, bytes);
     case ColumnType::guid: {

@@ -207,7 +207,7 @@ ColumnInfo describe(const Column& column) {
   const bool hasSize = column.type == ColumnType::text || column.type == ColumnType::binary;
   const std::size_t characterSize = column.sortOrder.jet3 ? 1 : 2;
   return {.name = column.name,
-          .type = column.type,
+          .type = column.type == ColumnType::extendedDate ? ColumnType::dateTime : column.type,
           .size = !hasSize                          ? 0
                   : column.type == ColumnType::text ? column.length / characterSize
                                                     : column.length,

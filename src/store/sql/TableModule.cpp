@@ -37,6 +37,7 @@ std::string declaration(const jet::Column& column) {
     case ColumnType::single:
     case ColumnType::double_:
     case ColumnType::dateTime:
+    case ColumnType::extendedDate:
       return "REAL";
     case ColumnType::binary:
     case ColumnType::ole:

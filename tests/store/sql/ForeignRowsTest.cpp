@@ -65,5 +65,32 @@ TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
   }
 }
 
+/// A column of bytes is made one of extended dates, since only Access makes these.
+TEST_F(ForeignRows, ExtendedDatesAreCompared) {
+  const std::string text("0000000000000737424:0000000450611234567:7\0", 42);
+  {
+    jet::createTable(*database_,
+                     {.name = "Events",
+                      .columns = {{.name = "ID", .type = ColumnType::longInteger},
+                                  {.name = "At", .type = ColumnType::binary, .size = 42}}});
+    const auto table = database_->table("Events");
+    table->insert(std::vector<Value>{1, Bytes(text.begin(), text.end())});
+    table->insert(std::vector<Value>{2, Value()});
+    jet::Transaction transaction(database_->pager());
+    std::uint8_t* type = database_->pager().modify(table->definition().page) +
+                         jet::kJet4.definition.headerSize + jet::kJet4.column.size +
+                         jet::kJet4.column.type;
+    ASSERT_EQ(*type, static_cast<std::uint8_t>(ColumnType::binary));
+    *type = static_cast<std::uint8_t>(ColumnType::extendedDate);
+    transaction.commit();
+  }
+  database_.reset();
+  database_ = jet::Database::open("rows.mdb", "");
+  EXPECT_EQ(select("SELECT At FROM Events WHERE At > #2020-01-01# AND At < #2020-01-02#"),
+            "2020-01-01 12:31:01");
+  EXPECT_THROW(database_->table("Events")->insert(std::vector<Value>{3, Date{1}}), Error);
+  EXPECT_TRUE(checkFile("rows.mdb", "").sound());
+}
+
 }  // namespace
 }  // namespace orv::store::sql

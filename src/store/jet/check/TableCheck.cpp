@@ -21,7 +21,7 @@ constexpr std::uint32_t kMostExpected = 1'000'000;
 
 /// Access's own tables have columns of types within this range that no other table has.
 bool isPossible(ColumnType type) {
-  return type >= ColumnType::boolean && type <= ColumnType::bigInteger;
+  return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
 }
 
 bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
