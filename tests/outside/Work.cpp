@@ -231,7 +231,22 @@ Ended Rehearsal::disturbed(const fs::path& folder, const Plan& plan) const {
   return run(work_.command, {.folder = folder, .plan = plan});
 }
 
+namespace {
+
+/// Notes in the test's record how many folders were judged in it.
+void countJudged() {
+  static const testing::TestInfo* counting = nullptr;
+  static int judged = 0;
+  const testing::TestInfo* current = testing::UnitTest::GetInstance()->current_test_info();
+  if (counting != current) judged = 0;
+  counting = current;
+  testing::Test::RecordProperty("judged", ++judged);
+}
+
+}  // namespace
+
 std::uint64_t Rehearsal::judge(const fs::path& folder, std::uint64_t reported) const {
+  countJudged();
   const bool isThere = fs::exists(folder / kDatabase);
   if (isThere) {
     const Ended check = run(orv({"check", kDatabase}), {.folder = folder});
