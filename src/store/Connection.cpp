@@ -191,6 +191,10 @@ std::vector<LinkedTableInfo> Connection::linkedTables() const {
   return database().linkedTables();
 }
 
+std::vector<std::string> Connection::tablesWithoutIndex() const {
+  return database().tablesWithoutIndex();
+}
+
 void Connection::inOneCommit(const std::function<void()>& changes) {
   jet::Transaction transaction(database().pager());
   changes();

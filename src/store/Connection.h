@@ -76,6 +76,9 @@ class Connection {
   std::vector<RelationInfo> relations() const;
   /// The tables that tableNames() leaves out, since their rows are in other databases.
   std::vector<LinkedTableInfo> linkedTables() const;
+  /// The tables of which an index is damaged, as far as reading has met with it. Rows are found in
+  /// the tables themselves then.
+  std::vector<std::string> tablesWithoutIndex() const;
 
   /// Runs `changes` as one commit: all that they do to the file reaches it or, when an error leaves
   /// them, nothing. Other programs cannot write meanwhile. A row or batch that is refused within is

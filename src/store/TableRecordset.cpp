@@ -179,7 +179,8 @@ std::vector<Value> TableRecordset::currentValues() const {
 
 std::optional<std::size_t> TableRecordset::indexFor(std::size_t field) const {
   for (const jet::RealIndex& index : table_->definition().realIndexes) {
-    if (!index.columns.empty() && index.columns.front().column == field && !index.ignoreNulls) {
+    if (!index.columns.empty() && index.columns.front().column == field && !index.ignoreNulls &&
+        !table_->distrusted().contains(index.number)) {
       return index.number;
     }
   }
@@ -230,7 +231,14 @@ void TableRecordset::find(std::string_view text) {
   if (!key) {
     return RecordsetBase::find(text);
   }
-  const auto found = firstInIndex(*index, *key, criterion, field, rowId_);
+  std::optional<jet::RowId> found;
+  try {
+    found = firstInIndex(*index, *key, criterion, field, rowId_);
+  } catch (const Error& error) {
+    if (error.number() != kCorruptFile) throw;
+    table_->distrust(*index);
+    return RecordsetBase::find(text);
+  }
   found ? void(standOnRow(*found, std::nullopt)) : standAtEnd();
 }
 

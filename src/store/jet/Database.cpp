@@ -271,6 +271,14 @@ std::vector<QueryPart> Database::queryParts(const CatalogEntry& query) {
   return parts;
 }
 
+std::vector<std::string> Database::tablesWithoutIndex() const {
+  std::vector<std::string> names;
+  for (const auto& [page, table] : tables_) {
+    if (!table->distrusted().empty()) names.push_back(table->name());
+  }
+  return names;
+}
+
 std::vector<LinkedTableInfo> Database::linkedTables() {
   Pager::ReadLock lock(*pager_);
   std::vector<LinkedTableInfo> linked;

@@ -76,6 +76,8 @@ class Database {
   std::vector<QueryPart> queryParts(const CatalogEntry& query);
   std::vector<RelationInfo> relations();
   std::vector<LinkedTableInfo> linkedTables();
+  /// The tables of which an index could not be read so far.
+  std::vector<std::string> tablesWithoutIndex() const;
 
   /// To be called after tables, indexes or queries have been made. Tables that are in use stay
   /// the same objects.

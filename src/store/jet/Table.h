@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -72,6 +73,10 @@ class Table {
   std::optional<RowView> row(RowId id) const;
   IndexTree index(std::size_t realIndex) const;
 
+  /// Remembers that an index cannot be read, so that readers of rows do without it.
+  void distrust(std::size_t realIndex) const { distrusted_.insert(realIndex); }
+  const std::set<std::size_t>& distrusted() const { return distrusted_; }
+
   /// The next autonumber, not handed out again while this object lives (it is shared by all
   /// connections of the process).
   std::int32_t reserveAutoNumber();
@@ -103,6 +108,7 @@ class Table {
   std::shared_ptr<Pager> pager_;
   std::shared_ptr<const TableDefinition> definition_;
   std::vector<std::shared_ptr<const TableDefinition>> formerDefinitions_;
+  mutable std::set<std::size_t> distrusted_;  ///< real indexes
   std::int32_t reserved_ = 0;
   PageNumber insertHint_ = 0;  ///< the page that took the last row
 };

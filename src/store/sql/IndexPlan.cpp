@@ -21,7 +21,8 @@ class Planner {
  public:
   Planner(const jet::Table& table, const jet::SortOrder& textOrder,
           const std::vector<Constraint>& constraints, const std::vector<SortTerm>& order)
-      : definition_(table.definition()),
+      : table_(table),
+        definition_(table.definition()),
         textOrder_(textOrder),
         constraints_(constraints),
         order_(order),
@@ -38,7 +39,7 @@ class Planner {
       }
     };
     for (const jet::RealIndex& index : definition_.realIndexes) {
-      consider(planOf(index));
+      if (!table_.distrusted().contains(index.number)) consider(planOf(index));
     }
     if (best.kind == IndexPlan::Kind::scan && tableRows_ >= kLookupWorthwhile) {
       consider(lookup());
@@ -168,6 +169,7 @@ class Planner {
     return std::nullopt;
   }
 
+  const jet::Table& table_;
   const jet::TableDefinition& definition_;
   const jet::SortOrder& textOrder_;
   const std::vector<Constraint>& constraints_;

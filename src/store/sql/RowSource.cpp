@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "errors/Error.h"
+#include "store/StoreError.h"
 #include "store/jet/IndexKey.h"
 #include "store/jet/RowReader.h"
 #include "store/sql/KeyBound.h"
@@ -139,32 +141,105 @@ int comparePrefix(std::span<const std::uint8_t> key, const Bytes& prefix) {
   return order != 0 || key.size() >= prefix.size() ? order : -1;
 }
 
+/// The rows that an index should have in a range, in its order: their keys are made anew.
+class KeyedSource final : public RowSource {
+ public:
+  KeyedSource(std::shared_ptr<const jet::Table> table, std::size_t index, bool backward,
+              const KeyRange& range)
+      : rows_(std::move(table)) {
+    const jet::TableDefinition& definition = rows_.table().definition();
+    const jet::RealIndex& design = definition.realIndexes.at(index);
+    for (jet::TableScan scan = rows_.table().scan(); scan.next();) {
+      const std::vector<Value> values = keyValues(definition, design, scan.row());
+      if (!jet::hasEntry(design, values)) continue;
+      Bytes key = jet::makeKey(definition, design, values);
+      const bool isWanted =
+          comparePrefix(key, range.lower) >= 0 && comparePrefix(key, range.upper) <= 0;
+      if (isWanted) entries_.push_back({std::move(key), scan.rowId()});
+    }
+    std::sort(entries_.begin(), entries_.end());
+    if (backward) std::reverse(entries_.begin(), entries_.end());
+  }
+
+  bool next() override {
+    while (at_ < entries_.size()) {
+      id_ = entries_[at_++].row;
+      if (row_ = rows_.read(id_); row_ != nullptr) return true;
+    }
+    return false;
+  }
+  const jet::RowView& row() const override { return *row_; }
+  jet::RowId rowId() const override { return id_; }
+
+ private:
+  struct Entry {
+    Bytes key;
+    jet::RowId row;
+    auto operator<=>(const Entry&) const = default;
+  };
+
+  static std::vector<Value> keyValues(const jet::TableDefinition& table,
+                                      const jet::RealIndex& index, const jet::RowView& row) {
+    std::vector<Value> values(table.columns.size());
+    for (const jet::IndexColumn& key : index.columns) {
+      values[key.column] = row.value(table.columns[key.column]);
+    }
+    return values;
+  }
+
+  jet::RowReader rows_;
+  std::vector<Entry> entries_;
+  std::size_t at_ = 0;
+  jet::RowId id_;
+  const jet::RowView* row_ = nullptr;
+};
+
+/// Reads an index, and when that turns out to be damaged, the rows themselves from there on.
 class IndexSource final : public RowSource {
  public:
   IndexSource(std::shared_ptr<const jet::Table> table, std::size_t index, bool backward,
               KeyRange range)
-      : rows_(std::move(table)),
-        cursor_(start(rows_.table().index(index), backward, range)),
+      : table_(table),
+        rows_(std::move(table)),
+        index_(index),
         backward_(backward),
         range_(std::move(range)) {}
 
   bool next() override {
-    while (!range_.empty && (backward_ ? cursor_.previous() : cursor_.next())) {
-      const bool past = backward_ ? comparePrefix(cursor_.key(), range_.lower) < 0
-                                  : comparePrefix(cursor_.key(), range_.upper) > 0;
+    if (range_.empty) return false;
+    if (!instead_) {
+      try {
+        const bool found = nextEntry();
+        passed_ += found ? 1 : 0;
+        return found;
+      } catch (const Error& error) {
+        if (error.number() != kCorruptFile) throw;
+        instead_ = std::make_unique<KeyedSource>(table_, index_, backward_, range_);
+        table_->distrust(index_);
+        while (passed_ > 0 && instead_->next()) --passed_;
+      }
+    }
+    return instead_->next();
+  }
+  const jet::RowView& row() const override { return instead_ ? instead_->row() : *row_; }
+  jet::RowId rowId() const override { return instead_ ? instead_->rowId() : cursor_->rowId(); }
+
+ private:
+  bool nextEntry() {
+    if (!cursor_) cursor_ = start(table_->index(index_), backward_, range_);
+    while (backward_ ? cursor_->previous() : cursor_->next()) {
+      const bool past = backward_ ? comparePrefix(cursor_->key(), range_.lower) < 0
+                                  : comparePrefix(cursor_->key(), range_.upper) > 0;
       if (past) {
         return false;
       }
-      if (row_ = rows_.read(cursor_.rowId()); row_ != nullptr) {
+      if (row_ = rows_.read(cursor_->rowId()); row_ != nullptr) {
         return true;
       }
     }
     return false;
   }
-  const jet::RowView& row() const override { return *row_; }
-  jet::RowId rowId() const override { return cursor_.rowId(); }
 
- private:
   static jet::IndexCursor start(const jet::IndexTree& tree, bool backward, const KeyRange& range) {
     if (backward) {
       return range.upper.empty() ? tree.last() : tree.upperBound(range.upper);
@@ -172,10 +247,14 @@ class IndexSource final : public RowSource {
     return range.lower.empty() ? tree.first() : tree.lowerBound(range.lower);
   }
 
+  std::shared_ptr<const jet::Table> table_;
   jet::RowReader rows_;
-  jet::IndexCursor cursor_;
+  std::optional<jet::IndexCursor> cursor_;
+  std::size_t index_;
   bool backward_;
   KeyRange range_;
+  std::size_t passed_ = 0;              ///< rows that the index has brought
+  std::unique_ptr<RowSource> instead_;  ///< once the index is found damaged
   const jet::RowView* row_ = nullptr;
 };
 
