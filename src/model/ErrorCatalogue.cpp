@@ -116,10 +116,10 @@ std::string DescribeError(std::int32_t number, const ErrorValue& value, ErrorCon
   return context ? fmt::format("{}:  {}", *context, message) : message;
 }
 
-void RaiseUnless(bool condition, std::int32_t number, const ErrorValue& value, ErrorContext context,
-                 const std::string& source) {
+void RaiseUnless(bool condition, std::int32_t number, const ErrorValue& value,
+                 ErrorContext context) {
   if (!condition) {
-    throw Error(number, DescribeError(number, value, context), source);
+    throw Error(number, DescribeError(number, value, context));
   }
 }
 

@@ -44,10 +44,9 @@ using ErrorContext = std::optional<std::string_view>;
 std::string DescribeError(std::int32_t number, const ErrorValue& value = {},
                           ErrorContext context = std::nullopt);
 
-/// Raises error `number` with the text of `DescribeError` unless the condition holds. `source`
-/// tells where the refused value stands (a file and a line).
+/// Raises error `number` with the text of `DescribeError` unless the condition holds.
 void RaiseUnless(bool condition, std::int32_t number, const ErrorValue& value = {},
-                 ErrorContext context = std::nullopt, const std::string& source = "");
+                 ErrorContext context = std::nullopt);
 
 /// Raises error 5, without a description, unless the condition holds. For what only a fault in
 /// the program can break.

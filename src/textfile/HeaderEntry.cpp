@@ -42,7 +42,7 @@ std::vector<HeaderEntry> headerEntries(const Tokenizer& tokenizer) {
     const auto colon = comment.text.find(':');
     if (colon != std::string_view::npos) {
       entries.push_back({trimmed(comment.text.substr(0, colon)),
-                         trimmed(comment.text.substr(colon + 1)), tokenizer.placeOf(comment.line)});
+                         trimmed(comment.text.substr(colon + 1)), tokenizer.placeOf(comment)});
     }
   }
   return entries;

@@ -11,10 +11,10 @@
 namespace orv {
 
 std::shared_ptr<GlazingData> ORV_TextFileInterface::ParseSpectralFile(
-    const std::filesystem::path& folder, const std::string& filename) const {
+    const std::filesystem::path& folder, const std::string& filename, std::string* repairs) const {
   auto pane = std::make_shared<GlazingData>();
   pane->filename(filename);
-  textfile::readPane(textfile::requireFile(folder, filename), *pane);
+  textfile::readPane(textfile::requireFile(folder, filename), *pane, repairs);
   return pane;
 }
 

@@ -17,16 +17,17 @@ namespace orv {
 /// Files are read in UTF-8 or Windows-1252 with any kind of line ends, and written in UTF-8 with
 /// CR LF. A file that is read is found without regard to the case of its name.
 ///
-/// Errors name the file and the line, in the source where the description is fixed words ("Spectral
-/// Data:  'x' is not a number.  Expected a number"), else in the description; where the source is
-/// fixed words ("Comment has no closing brace!"), the description repeats them with the place.
+/// Errors say what is wrong in the description, or in fixed words in the source ("Comment has no
+/// closing brace!"), and in their place where that is, what was found, and what to do.
 /// A file that is not there raises error 53, one that cannot be read or written 57 or 70.
 class ORV_TextFileInterface {
  public:
   /// Reads a pane file. Files that it refers to (substrate, layers) are named in the record, not
-  /// read.
+  /// read. With `repairs` it is read tolerantly: what differs from the format in ways that have one
+  /// meaning is mended first, in memory, and `repairs` says what was ("percent").
   std::shared_ptr<GlazingData> ParseSpectralFile(const std::filesystem::path& folder,
-                                                 const std::string& filename) const;
+                                                 const std::string& filename,
+                                                 std::string* repairs = nullptr) const;
 
   /// Replaces the record's layers by those of an expression such as
   /// "clear6.txt;6;False + lowe4.txt;4;True".

@@ -9,6 +9,7 @@
 #include "model/ErrorCatalogue.h"
 #include "model/Text.h"
 #include "textfile/Number.h"
+#include "textfile/Remedy.h"
 
 namespace orv::textfile {
 
@@ -55,9 +56,11 @@ class BodyReader {
   Token requireWord(const Token& token, std::string_view context) const;
   float toNumber(const Token& token, std::int32_t number, std::string_view context) const;
   float notNegative(const Token& token, float value) const;
-  void require(bool condition, std::int32_t number, const Token& token,
-               std::string_view context) const;
-  [[noreturn]] void refuse(const Token& token, std::string_view description) const;
+  using FindRemedy = Remedy (*)(std::string_view word);
+  void require(bool condition, std::int32_t number, const Token& token, std::string_view context,
+               FindRemedy remedy) const;
+  [[noreturn]] void refuse(const Token& token, std::string_view description,
+                           const std::string& remedy) const;
 
   Tokenizer& tokenizer_;
   GlazingData& pane_;
@@ -71,7 +74,8 @@ void BodyReader::ReadBody() {
 // --- Units, thickness, conductivity ---
 
 void BodyReader::readScalars() {
-  Token token = expectWord("Beginning of file");
+  Token token = nextWord();
+  require(token.isWord(), kNotAToken, token, "Beginning of file", remedyForBeginning);
   if (equalIgnoringCase(token.text, "NFRC")) {
     tokenizer_.SkipLine();
     expectWord("NFRC acceptance string");
@@ -91,7 +95,7 @@ std::int32_t BodyReader::readUnit(const Token& token) const {
   if (equalIgnoringCase(token.text, "IP")) {
     return kIP;
   }
-  refuse(token, "Invalid unit");
+  refuse(token, "Invalid unit", remedyForBeginning(token.text).forPanes());
 }
 
 std::int32_t BodyReader::readWavelengthUnit(const Token& token) const {
@@ -102,14 +106,14 @@ std::int32_t BodyReader::readWavelengthUnit(const Token& token) const {
   if (unit == "nanometer" || unit == "nanometers") {
     return kNanometers;
   }
-  refuse(token, "Invalid wavelength");
+  refuse(token, "Invalid wavelength", remedyForWavelengthUnit(token.text).forPanes());
 }
 
 float BodyReader::readScalar(std::string_view context, std::string_view refusal) {
   const Token token = expectWord(context);
   const auto value = parseSingle(token.text);
   if (!value) {
-    refuse(token, refusal);
+    refuse(token, refusal, remedyForNumber(token.text).forPanes());
   }
   return notNegative(token, *value);
 }
@@ -160,8 +164,8 @@ float BodyReader::readBackEmissivity(float front) {
     return front;
   }
   if (!token.isWord()) {
-    throw Error(kBackEmissivity, "Backward emissivity:  Invalid token sequence",
-                tokenizer_.placeOf(token.line).text());
+    raiseAt(tokenizer_.placeOf(token), kBackEmissivity,
+            "Backward emissivity:  Invalid token sequence", "The file ends here.");
   }
   if (token.text == ",") {
     token = tokenizer_.GetToken();
@@ -171,7 +175,8 @@ float BodyReader::readBackEmissivity(float front) {
 
 void BodyReader::expectEqualSign(std::string_view context) {
   const Token token = tokenizer_.GetToken();
-  require(token.text == "=", kNotAnEqualSign, token, context);
+  require(token.text == "=", kNotAnEqualSign, token, context,
+          [](std::string_view) { return Remedy{"The lines are: TIR= 0.0 and Emis= 0.84 0.84."}; });
 }
 
 // --- Data lines ---
@@ -182,7 +187,8 @@ void BodyReader::readDataLines(Token first) {
     rows.push_back(readRow(token, rows.empty() ? Row{} : rows.back()));
   }
   if (rows.empty()) {
-    throw Error(kSubscriptOutOfRange, "The file holds no spectral data", tokenizer_.place().text());
+    raiseAt(tokenizer_.place(), kSubscriptOutOfRange, "The file holds no spectral data",
+            "Lines of a wavelength, a transmittance and two reflectances end a pane file.");
   }
   setSpectrum(rows);
 }
@@ -241,36 +247,36 @@ Token BodyReader::expectWord(std::string_view context) {
 }
 
 Token BodyReader::requireWord(const Token& token, std::string_view context) const {
-  require(token.isWord(), kNotAToken, token, context);
+  require(token.isWord(), kNotAToken, token, context, remedyForNumber);
   return token;
 }
 
 float BodyReader::toNumber(const Token& token, std::int32_t number,
                            std::string_view context) const {
   const auto value = parseSingle(token.text);
-  require(value.has_value(), number, token, context);
+  require(value.has_value(), number, token, context, remedyForNumber);
   return *value;
 }
 
 float BodyReader::notNegative(const Token& token, float value) const {
   if (!isNotNegative(value)) {
-    raiseAt(tokenizer_.placeOf(token.line), kInvalidCall,
+    raiseAt(tokenizer_.placeOf(token), kInvalidCall,
             fmt::format("'{}' is negative. No value of a pane is below 0", token.text));
   }
   return value;
 }
 
 void BodyReader::require(bool condition, std::int32_t number, const Token& token,
-                         std::string_view context) const {
-  if (!condition) {
-    RaiseUnless(false, number, std::string(token.text), context,
-                tokenizer_.placeOf(token.line).text());
-  }
+                         std::string_view context, FindRemedy remedy) const {
+  if (condition) return;
+  raiseAt(tokenizer_.placeOf(token), number,
+          DescribeError(number, std::string(token.text), context), remedy(token.text).forPanes());
 }
 
-void BodyReader::refuse(const Token& token, std::string_view description) const {
-  throw Error(kInvalidCall, std::string(description),
-              fmt::format("{}: '{}'", tokenizer_.placeOf(token.line).text(), token.text));
+void BodyReader::refuse(const Token& token, std::string_view description,
+                        const std::string& remedy) const {
+  throw Error(kInvalidCall, std::string(description), "",
+              tokenizer_.placeOf(token).told(token.text, remedy));
 }
 
 }  // namespace

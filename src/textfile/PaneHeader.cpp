@@ -1,6 +1,7 @@
 #include "textfile/PaneHeader.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <array>
 #include <cmath>
@@ -23,11 +24,18 @@ std::int32_t emittanceSource(const HeaderEntry& entry) {
   return codeOf(kEmittanceSourceNames, entry.value).value_or(kUnknownSource);
 }
 
+/// "It is one of Front, Back, Both."
+std::string choiceOf(std::span<const CodeName> names) {
+  std::vector<std::string_view> texts;
+  for (const CodeName& name : names) texts.push_back(name.text);
+  return fmt::format("It is one of {}.", fmt::join(texts, ", "));
+}
+
 std::int32_t requireCode(const HeaderEntry& entry, std::span<const CodeName> names,
                          std::string_view explanation) {
   const auto code = codeOf(names, entry.value);
   if (!code) {
-    raiseExplained(kInvalidCall, explanation, entry.place);
+    raiseExplained(kInvalidCall, explanation, entry.place.told(entry.value, choiceOf(names)));
   }
   return *code;
 }

@@ -8,7 +8,7 @@
 namespace orv::textfile {
 
 /// Reads a pane file into a record whose `filename` is set. The files that the record refers to
-/// are not read.
-void readPane(const std::filesystem::path& path, GlazingData& pane);
+/// are not read. With `repairs` it is read tolerantly, and `repairs` says what was mended.
+void readPane(const std::filesystem::path& path, GlazingData& pane, std::string* repairs = nullptr);
 
 }  // namespace orv::textfile

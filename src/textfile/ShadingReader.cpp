@@ -11,6 +11,7 @@
 #include "textfile/HeaderEntry.h"
 #include "textfile/Number.h"
 #include "textfile/PaneKeys.h"
+#include "textfile/Remedy.h"
 #include "textfile/ShadingKeys.h"
 #include "textfile/TextFile.h"
 #include "textfile/Tokenizer.h"
@@ -22,12 +23,13 @@ namespace {
 constexpr double kNanometersPerMicron = 1000;
 constexpr std::string_view kSpectralData = "Spectral Data";
 
-/// Refuses what a line holds, with the place as the error's source.
+/// Refuses what a line holds.
 void require(bool condition, std::int32_t number, const Tokenizer& tokenizer, const Token& token) {
-  if (!condition) {
-    RaiseUnless(false, number, std::string(token.text), kSpectralData,
-                tokenizer.placeOf(token.line).text());
-  }
+  if (condition) return;
+  raiseAt(tokenizer.placeOf(token), number,
+          DescribeError(number, std::string(token.text), kSpectralData),
+          token.isWord() ? remedyForNumber(token.text).text
+                         : "A line needs a wavelength and eight values.");
 }
 
 double readValue(const Tokenizer& tokenizer, const Token& token) {
@@ -35,7 +37,7 @@ double readValue(const Tokenizer& tokenizer, const Token& token) {
   const auto value = parseDouble(token.text);
   require(value.has_value(), kNotANumber, tokenizer, token);
   if (*value < 0) {
-    raiseAt(tokenizer.placeOf(token.line), kInvalidCall,
+    raiseAt(tokenizer.placeOf(token), kInvalidCall,
             fmt::format("'{}' is negative. No value of a shading is below 0", token.text));
   }
   return *value;
@@ -90,7 +92,8 @@ class HeaderReader {
   void readFlags() const;
   void readIntegratedRows() const;
   ShadingIntegratedData integratedRow(const HeaderEntry& entry) const;
-  [[noreturn]] void refuse(const HeaderEntry* entry, const std::string& description) const;
+  [[noreturn]] void refuse(const HeaderEntry* entry, const std::string& description,
+                           const std::string& remedy) const;
 
   std::vector<HeaderEntry> entries_;
   Place place_;
@@ -113,7 +116,7 @@ void HeaderReader::readUnits(std::vector<ShadingSpectralPoint>& points) const {
       point.wavelength *= kNanometersPerMicron;
     }
   } else if (unit != "nanometers") {
-    refuse(entry, "Units not recognized");
+    refuse(entry, "Units not recognized", "It is { Units: Nanometers } or { Units: Microns }.");
   }
 }
 
@@ -150,7 +153,8 @@ void HeaderReader::readProductType() const {
   if (const HeaderEntry* const entry = find(kProductTypeKey)) {
     const auto type = parseWhole(entry->value).value_or(0);
     if (type < kFirstProductType || type > kLastProductType) {
-      refuse(entry, fmt::format("Product Type ({}) not recognized", entry->value));
+      refuse(entry, fmt::format("Product Type ({}) not recognized", entry->value),
+             fmt::format("It is a number from {} to {}.", kFirstProductType, kLastProductType));
     }
     shading_.typeID(type);
   }
@@ -160,7 +164,9 @@ void HeaderReader::readCoatedSide() const {
   if (const HeaderEntry* const entry = find(kCoatedSideKey)) {
     const auto side = codeOf(kCoatedSideNames, entry->value);
     if (!side) {
-      raiseExplained(kInvalidCall, "Coating side type not recognized", entry->place);
+      raiseExplained(
+          kInvalidCall, "Coating side type not recognized",
+          entry->place.told(entry->value, "It is Front, Back, Both, Neither or Unknown."));
     }
     shading_.CoatedSide(*side);
   }
@@ -175,7 +181,8 @@ void HeaderReader::readOrientation() const {
     if (orientation == kShadingOrientations.end()) {
       refuse(entry,
              fmt::format("Orientation ({}) not recognized. It is Horizontal, Vertical or Both",
-                         entry->value));
+                         entry->value),
+             "");
     }
     shading_.horizontal(orientation->horizontal);
     shading_.vertical(orientation->vertical);
@@ -244,8 +251,12 @@ ShadingIntegratedData HeaderReader::integratedRow(const HeaderEntry& entry) cons
 }
 
 /// Raises an error in these words about an entry, or about a file that lacks it.
-void HeaderReader::refuse(const HeaderEntry* entry, const std::string& description) const {
-  throw Error(kInvalidCall, description, entry == nullptr ? place_.file : entry->place.text());
+void HeaderReader::refuse(const HeaderEntry* entry, const std::string& description,
+                          const std::string& remedy) const {
+  const std::string told = entry == nullptr
+                               ? fmt::format("{} has no such entry. {}", place_.file, remedy)
+                               : entry->place.told(entry->value, remedy);
+  throw Error(kInvalidCall, description, "", told);
 }
 
 }  // namespace
@@ -261,7 +272,7 @@ std::shared_ptr<ShadingDataClass> readShading(const std::filesystem::path& path,
   const HeaderReader header(tokenizer, *shading);
   header.readUnits(points);
   if (points.empty() && !header.has("spectral")) {
-    throw Error(kSubscriptOutOfRange, "The file holds no spectral data", filename);
+    throw Error(kSubscriptOutOfRange, "The file holds no spectral data", "", filename);
   }
   shading->spectrum(std::move(points));
   calculateIntegratedValues(*shading);

@@ -13,9 +13,11 @@ namespace {
 constexpr char kLayerSeparator = '+';
 constexpr char kFieldSeparator = ';';
 
-/// "a layer" with its place in the file in front, when there is one.
-std::string described(const std::optional<Place>& place, std::string_view text) {
-  return place ? fmt::format("{}: {}", place->text(), text) : std::string(text);
+/// What is told of a part of the expression: its place in the file, when there is one, the part,
+/// and what it should be.
+std::string told(const std::optional<Place>& place, std::string_view found,
+                 std::string_view remedy) {
+  return place ? place->told(found, remedy) : fmt::format("'{}'. {}", found, remedy);
 }
 
 /// Whether the text is three fields parted by ";", each with at least one character.
@@ -29,8 +31,8 @@ bool hasThreeFields(std::string_view layer) {
 float thicknessOf(std::string_view field, const std::optional<Place>& place) {
   const auto thickness = parseSingle(trimmed(field));
   if (!thickness) {
-    throw Error(kTypeMismatch,
-                described(place, fmt::format("Layer thickness '{}' is not a number", field)));
+    throw Error(kTypeMismatch, fmt::format("Layer thickness '{}' is not a number", field), "",
+                place ? place->text() : std::string());
   }
   return *thickness;
 }
@@ -43,19 +45,15 @@ bool flippedOf(std::string_view field, const std::optional<Place>& place) {
   if (word.find("false") != std::string::npos) {
     return false;
   }
-  throw Error(kInvalidCall,
-              described(place, fmt::format("'{}' is neither True nor False", trimmed(field))),
-              "Bad 3rd argument in layer");
+  raiseExplained(kInvalidCall, "Bad 3rd argument in layer",
+                 told(place, trimmed(field), "It is True for a layer turned round, else False."));
 }
 
 std::shared_ptr<GlazingStructure> parseLayer(std::string_view layer,
                                              const std::optional<Place>& place) {
   if (!hasThreeFields(layer)) {
-    throw Error(kInvalidCall,
-                described(place, fmt::format("'{}' is not a layer of the form "
-                                             "file;thickness;True or False",
-                                             layer)),
-                "Mal-formed structure");
+    raiseExplained(kInvalidCall, "Mal-formed structure",
+                   told(place, layer, "A layer is file;thickness;True or False."));
   }
   const auto first = layer.find(kFieldSeparator);
   const auto last = layer.rfind(kFieldSeparator);

@@ -17,6 +17,14 @@ constexpr std::string_view kUnclosedComment = "Comment has no closing brace!";
 
 constexpr std::string_view kWordEnds = " \t\r\n{}=";
 
+constexpr std::string_view kBraces =
+    "Each comment begins with { and ends with }, and holds no other braces.";
+
+/// Whether a byte goes on with a character of UTF-8.
+bool isContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 bool isLineBreak(char c) {
   return c == '\r' || c == '\n';
 }
@@ -26,23 +34,23 @@ bool isLineBreak(char c) {
 Token Tokenizer::GetToken() {
   for (;;) {
     if (atEnd()) {
-      return {TokenType::EndOfText, {}, line_};
+      return {TokenType::EndOfText, {}, line_, column()};
     }
     const char c = text_[position_];
     if (c == ' ' || c == '\t') {
       advance();
     } else if (isLineBreak(c)) {
-      const Token end{TokenType::EndOfLine, {}, line_};
+      const Token end{TokenType::EndOfLine, {}, line_, column()};
       advance();
       return end;
     } else if (c == '{') {
       bool hadLineBreak = false;
       ReadComment(hadLineBreak);
       if (hadLineBreak) {
-        return {TokenType::EndOfLine, {}, line_};
+        return {TokenType::EndOfLine, {}, line_, column()};
       }
     } else if (c == '}') {
-      raise(kUnmatchedBrace, line_);
+      raiseExplained(kTokenizerError, kUnmatchedBrace, place().told("}", kBraces));
     } else {
       return readWord();
     }
@@ -59,26 +67,32 @@ void Tokenizer::advance() {
   const bool halfOfPair = c == '\r' && !atEnd() && text_[position_] == '\n';
   if (isLineBreak(c) && !halfOfPair) {
     ++line_;
+    lineStart_ = position_;
+    continuations_ = 0;
+  } else if (isContinuation(c)) {
+    ++continuations_;
   }
 }
 
 void Tokenizer::ReadComment(bool& hadLineBreak) {
   Assert(!atEnd() && text_[position_] == '{');
-  const std::int32_t firstLine = line_;
+  const std::int32_t line = line_;
+  const std::int32_t firstColumn = column();
   advance();
   const std::size_t start = position_;
   hadLineBreak = false;
   while (!atEnd() && text_[position_] != '}') {
     if (text_[position_] == '{') {
-      raise(kUnmatchedBrace, line_);
+      raiseExplained(kTokenizerError, kUnmatchedBrace, place().told("{", kBraces));
     }
     hadLineBreak = hadLineBreak || isLineBreak(text_[position_]);
     advance();
   }
   if (atEnd()) {
-    raise(kUnclosedComment, firstLine);
+    raiseExplained(kTokenizerError, kUnclosedComment,
+                   Place{file_, line, firstColumn}.told("{", kBraces));
   }
-  comments_.push_back({text_.substr(start, position_ - start), firstLine});
+  comments_.push_back({text_.substr(start, position_ - start), line, firstColumn});
   advance();
 }
 
@@ -87,12 +101,10 @@ Token Tokenizer::readWord() {
   const std::size_t end = text_[start] == '='
                               ? start + 1
                               : std::min(text_.find_first_of(kWordEnds, start), text_.size());
+  const Token word{TokenType::Word, text_.substr(start, end - start), line_, column()};
+  continuations_ += static_cast<std::size_t>(std::ranges::count_if(word.text, isContinuation));
   position_ = end;
-  return {TokenType::Word, text_.substr(start, end - start), line_};
-}
-
-void Tokenizer::raise(std::string_view explanation, std::int32_t line) const {
-  raiseExplained(kTokenizerError, explanation, placeOf(line));
+  return word;
 }
 
 }  // namespace orv::textfile

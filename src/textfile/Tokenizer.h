@@ -16,6 +16,7 @@ struct Token {
   TokenType type;
   std::string_view text;
   std::int32_t line;
+  std::int32_t column;
 
   bool isWord() const { return type == TokenType::Word; }
 };
@@ -23,7 +24,8 @@ struct Token {
 /// What stands between a pair of braces.
 struct Comment {
   std::string_view text;
-  std::int32_t line;  ///< of the opening brace
+  std::int32_t line;    ///< of the opening brace
+  std::int32_t column;  ///< of the opening brace
 };
 
 /// Splits the text of a spectral file into words and line ends, and gathers its comments.
@@ -47,8 +49,9 @@ class Tokenizer {
   /// The comments passed so far, in order.
   const std::vector<Comment>& comments() const { return comments_; }
 
-  Place placeOf(std::int32_t line) const { return {file_, line}; }
-  Place place() const { return placeOf(line_); }
+  Place placeOf(const Token& token) const { return {file_, token.line, token.column}; }
+  Place placeOf(const Comment& comment) const { return {file_, comment.line, comment.column}; }
+  Place place() const { return {file_, line_, column()}; }
 
  private:
   bool atEnd() const { return position_ == text_.size(); }
@@ -56,12 +59,17 @@ class Tokenizer {
   /// Reads the comment at the position, which must hold "{". Tells whether a line broke in it.
   void ReadComment(bool& hadLineBreak);
   Token readWord();
-  [[noreturn]] void raise(std::string_view explanation, std::int32_t line) const;
+  /// Of the position: the characters of its line before it, and one.
+  std::int32_t column() const {
+    return static_cast<std::int32_t>(position_ - lineStart_ - continuations_) + 1;
+  }
 
   std::string_view text_;
   std::string file_;
   std::size_t position_ = 0;
   std::int32_t line_ = 1;
+  std::size_t lineStart_ = 0;      ///< position of the first byte of the line
+  std::size_t continuations_ = 0;  ///< bytes of the line that go on with a character
   std::vector<Comment> comments_;
 };
 

@@ -13,6 +13,7 @@ struct Raised {
   std::int32_t number = 0;  ///< 0 when nothing was raised
   std::string description;
   std::string source;
+  std::string place;
 };
 
 template <class Action>
@@ -20,7 +21,7 @@ Raised raisedBy(Action action) {
   try {
     action();
   } catch (const Error& error) {
-    return {error.number(), error.description(), error.source()};
+    return {error.number(), error.description(), error.source(), error.place()};
   }
   return {};
 }

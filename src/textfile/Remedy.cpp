@@ -1,0 +1,99 @@
+#include "textfile/Remedy.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "model/Text.h"
+#include "textfile/Number.h"
+
+namespace orv::textfile {
+
+namespace {
+
+constexpr std::string_view kBeginning =
+    "A pane file begins with SI or IP, Microns or Nanometers, the thickness and the conductivity: "
+    "SI Microns 4.0 1.0";
+
+Remedy orTolerant(std::string text) {
+  return {std::move(text), true};
+}
+
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// The number at the beginning of a word with more behind it: "4.0" of "4.0mm".
+std::string_view leadingNumber(std::string_view word) {
+  for (std::size_t length = word.size(); length-- > 1;) {
+    if (parseDouble(word.substr(0, length))) return word.substr(0, length);
+  }
+  return {};
+}
+
+/// "0.5" for "0,5"; empty for a word that no decimal comma explains.
+std::string withPoint(std::string_view word) {
+  std::string result(word);
+  if (std::ranges::count(result, ',') != 1) return {};
+  *std::ranges::find(result, ',') = '.';
+  return parseDouble(result) ? result : std::string();
+}
+
+/// "1E-3" for "1D-3".
+std::string withExponent(std::string_view word) {
+  std::string result(word);
+  std::ranges::replace(result, 'd', 'E');
+  std::ranges::replace(result, 'D', 'E');
+  return result != word && parseDouble(result) ? result : std::string();
+}
+
+}  // namespace
+
+Remedy remedyForNumber(std::string_view word) {
+  if (word.empty()) return {"The line, or the file, ends before the number."};
+  if (word.find('\x1A') != std::string_view::npos) {
+    return orTolerant("Delete the end-of-file character (Ctrl-Z).");
+  }
+  if (word.find("\u00A0") != std::string_view::npos) {
+    return orTolerant("Put a blank in place of the no-break space.");
+  }
+  if (word.starts_with('#')) return orTolerant("Put comments between braces: { ... }.");
+  if (word.find(';') != std::string_view::npos) {
+    return orTolerant("Put blanks or tabs between the columns.");
+  }
+  if (const auto number = withPoint(word); !number.empty()) {
+    return orTolerant(fmt::format("Write a point before the decimals: {}.", number));
+  }
+  if (word.find(',') != std::string_view::npos) {
+    return orTolerant("Put blanks or tabs between the columns.");
+  }
+  if (word.ends_with('%')) {
+    return orTolerant("Write fractions of 1 in place of percent.");
+  }
+  if (const auto number = withExponent(word); !number.empty()) {
+    return orTolerant(fmt::format("Write E before the exponent: {}.", number));
+  }
+  if (const auto number = leadingNumber(word); !number.empty() && isLetter(word.back())) {
+    return orTolerant(fmt::format("Leave the unit out: {}.", number));
+  }
+  if (lowerCase(word) == "mm") return orTolerant("Leave the unit out.");
+  if (isLetter(word.front())) return orTolerant("Put headings between braces: { ... }.");
+  return {};
+}
+
+Remedy remedyForWavelengthUnit(std::string_view word) {
+  const std::string unit = lowerCase(word);
+  if (unit == "nm") return orTolerant("Write Nanometers.");
+  // Two characters look like this: the Greek letter and the sign of a millionth.
+  if (unit == "um" || unit == "\u03BCm" || unit == "\u00B5m") return orTolerant("Write Microns.");
+  return {"It is Microns or Nanometers."};
+}
+
+Remedy remedyForBeginning(std::string_view word) {
+  if (word.empty()) return {"The file is empty, or all of it is comments."};
+  if (word.starts_with('#')) return orTolerant("Put comments between braces: { ... }.");
+  return {fmt::format("{}.", kBeginning)};
+}
+
+}  // namespace orv::textfile

@@ -1,0 +1,107 @@
+// What the tolerant reading mends, and what it leaves alone.
+#include <gtest/gtest.h>
+
+#include "model/Raised.h"
+#include "textfile/Folder.h"
+#include "textfile/ORV_TextFileInterface.h"
+#include "textfile/repairs/Repairs.h"
+
+namespace orv {
+
+namespace {
+
+/// All points as "wavelength T Rf Rb", in nanometres.
+std::string pointsOf(const GlazingData& pane) {
+  std::string text;
+  const SpectralData& spectrum = *pane.SpectralData();
+  for (std::int32_t i = 0; i < spectrum.count(); ++i) {
+    const auto number = [](double value) {
+      std::string digits = std::to_string(value);
+      digits.erase(digits.find_last_not_of('0') + 1);
+      return digits.ends_with('.') ? digits.substr(0, digits.size() - 1) : digits;
+    };
+    text += (i > 0 ? " | " : "") + number(spectrum.ConvertedWl(i, kNanometers)) + " " +
+            number(spectrum.Tf(i)) + " " + number(spectrum.Rf(i)) + " " + number(spectrum.Rb(i));
+  }
+  return text;
+}
+
+class Repairs : public ::testing::Test {
+ protected:
+  std::shared_ptr<GlazingData> read(const std::string& text, std::string& repairs) {
+    folder_.write("lab.txt", text);
+    return ORV_TextFileInterface().ParseSpectralFile(folder_.path(), "lab.txt", &repairs);
+  }
+
+  test::Folder folder_;
+};
+
+TEST_F(Repairs, MakeLaboratoryFilesReadable) {
+  const std::string start = "SI Nanometers 4 1\n";
+  const std::string two = "300 0.1 0.05 0.06 | 500.5 0.8 0.07 0.08";
+  struct Case {
+    std::string text;
+    std::string repairs;
+    std::string points;
+  };
+  const Case cases[] = {
+      {start + "300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n", "", two},
+      {start + "300,0 0,1 0,05 0,06\n500,5 0,8 0,07 0,08\n", "commas are decimal points", two},
+      {start + "300;0,1;0,05;0,06\n500,5;0,8;0,07;0,08\n",
+       "semicolons part columns, commas are decimal points", two},
+      {start + "300, 0.1, 0.05, 0.06\n500.5,0.8,0.07,0.08\n", "commas part columns", two},
+      {start + "300,\t0,1,\t0,05,\t0,06\n500,5, 0,8, 0,07, 0,08\n",
+       "commas part columns, commas are decimal points", two},
+      {start + "wavelength;T;Rf;Rb\n[nm] [-] [-] [-]\n300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n",
+       "2 lines of words left out", two},
+      {"Laboratory of Ham\n" + start + "# measured\n300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n",
+       "2 lines of words left out", two},
+      {"SI nm 4.0 mm 1.0 W/(mK)\n300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n",
+       "\"nm\" is read as Nanometers, \"mm\" is left out, \"W/(mK)\" is left out",
+       two},
+      {"SI \u00B5m 4,0mm 1\n0.3 0.1 0.05 0.06\n0.5005 0.8 0.07 0.08\n",
+       "\"\u00B5m\" is read as Microns, \"4,0mm\" is read as 4,0, commas are decimal points", two},
+      {start + "300 10% 5% 6%\n500.5 80% 7% 8%\n", "percent", two},
+      {start + "nm T/%\n300 10 5 6\n500.5 80 7 8\n", "percent, 1 line of words left out", two},
+      {start + "300 10 5 6\n500.5 80 7 8\n", "percent", two},
+      {start + "300\u00A00.1 0.05 0.06\n500.5 0.8 0.07 0.08\n",
+       "no-break spaces are read as blanks", two},
+      {start + "300 1.0D-1 0.5d-1 0.06\n500.5 0.8 0.07 0.08\n", "exponents with D", two},
+      {start + "500.5 0.8 0.07 0.08\n300 0.1 0.05 0.06\n",
+       "descending wavelengths are turned round", two},
+      {start + "300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n\x1A\n300 9 9 9\n",
+       "what follows the end-of-file character is left out", two},
+  };
+  for (const Case& c : cases) {
+    std::string repairs;
+    const auto raised = test::raisedBy([&] {
+      const auto pane = read(c.text, repairs);
+      EXPECT_EQ(pointsOf(*pane), c.points) << c.text;
+      EXPECT_EQ(pane->Thickness(), 4) << c.text;
+    });
+    EXPECT_EQ(raised.number, 0) << c.text << raised.description << raised.place;
+    EXPECT_EQ(repairs, c.repairs) << c.text;
+  }
+}
+
+/// What has two readings, or none, stays as it is, comments do anyway, and so does the number of
+/// the line that an error names.
+TEST_F(Repairs, LeaveAloneWhatIsNotCertain) {
+  for (const std::string text :
+       {"SI Nanometers 4 1\n300,0,1,0\n400,0,1,0\n", "SI Nanometers 4 1\n300,0 0,1\n400,0 0,1\n",
+        "300;0,1;0,05\n", "{ unclosed\nSI nm 4 1\n",
+        "{ Info: 1,5; 20% nm }\nSI Microns 4 1\n0.3 * 0\n", "SI Microns 4 1\n0.5 0.1\n0.4 *\n"}) {
+    std::string mended = text;
+    const std::string done = textfile::repair(mended);
+    if (text.starts_with("300")) continue;  // semicolons, but no beginning: still refused
+    EXPECT_EQ(mended, text) << done;
+  }
+  std::string repairs;
+  const auto raised =
+      test::raisedBy([&] { read("words\nSI nm 4 1\nmore words\n300;0,1\n400;x\n", repairs); });
+  EXPECT_EQ(raised.place.substr(0, 25), "lab.txt, line 5, column 5") << raised.place;
+}
+
+}  // namespace
+
+}  // namespace orv
