@@ -1,42 +1,84 @@
-// Insertion of frames.
+// Insertion and replacement of frames.
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/RecordCommit.h"
-#include "database/Recordsets.h"
+#include "database/Rows.h"
 
 namespace orv::database {
 
+namespace {
+
+void setMissingNames(FrameDataClass& frame) {
+  if (frame.supplier().empty()) frame.supplier("Unknown");
+  if (frame.group().empty()) frame.group("Unknown");
+  if (frame.frametype().empty()) frame.frametype("Unknown");
+}
+
+struct FrameKeys {
+  std::int32_t supplier;
+  std::int32_t group;
+  std::int32_t type;
+};
+
+FrameKeys keysOf(const FrameDataClass& frame, const ORV_DatabaseInterface& database,
+                 store::Connection& dc) {
+  return {.supplier = database.InsertSupplier(frame.supplier(), dc),
+          .group = database.InsertGroup(frame.group(), dc),
+          .type = database.InsertFrameType(frame.frametype(), dc)};
+}
+
+void setFrameColumns(store::Recordset& row, const FrameDataClass& frame, const FrameKeys& keys) {
+  row.setValue("name", frame.name());
+  row.setValue("groupID", keys.group);
+  row.setValue("supplierID", keys.supplier);
+  row.setValue("u_value", frame.u_value());
+  row.setValue("FrameTypeID", keys.type);
+  const std::size_t picture = row.fieldIndex("picture");
+  row.setValue(picture,
+               pictureToField(frame.picture(), frame.pictureText(), row.fields()[picture].type));
+  row.setValue("width", frame.width());
+  row.setValue("Info", frame.Info());
+}
+
+}  // namespace
+
 std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
                                                 store::Connection& dc) const {
-  if (fData.supplier().empty()) fData.supplier("Unknown");
-  if (fData.group().empty()) fData.group("Unknown");
-  if (fData.frametype().empty()) fData.frametype("Unknown");
+  setMissingNames(fData);
   std::int32_t key = 0;
   commitRecord(dc, [&] {
     RaiseUnless(RetrieveFrameORV_30(dc, 0, fData.name(), fData.group()) == nullptr, kRecordExists);
-
-    const std::int32_t supplier = InsertSupplier(fData.supplier(), dc);
-    const std::int32_t group = InsertGroup(fData.group(), dc);
-    const std::int32_t type = InsertFrameType(fData.frametype(), dc);
-
-    auto rows = openUpdatable(dc, "Frame");
-    rows->addNew();
-    rows->setValue("name", fData.name());
-    rows->setValue("groupID", group);
-    rows->setValue("supplierID", supplier);
-    rows->setValue("u_value", fData.u_value());
-    rows->setValue("FrameTypeID", type);
-    const std::size_t picture = rows->fieldIndex("picture");
-    rows->setValue(picture, pictureToField(fData.picture(), fData.pictureText(),
-                                           rows->fields()[picture].type));
-    rows->setValue("width", fData.width());
-    rows->setValue("Info", fData.Info());
-    key = rows->value("FrameID").toLong();
-    rows->update();
-    rows->close();
+    const FrameKeys keys = keysOf(fData, *this, dc);
+    auto row = openUpdatable(dc, "Frame");
+    row->addNew();
+    setFrameColumns(*row, fData, keys);
+    key = row->value("FrameID").toLong();
+    row->update();
+    row->close();
   });
   return key;
+}
+
+/// The product name, which an insertion leaves empty, is that of the old frame.
+bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const {
+  setMissingNames(fData);
+  const FramePtr known = RetrieveFrameORV_30(dc, 0, fData.name(), fData.group());
+  if (!known) {
+    InsertFrame(fData, dc);
+    return false;
+  }
+  dc.inOneCommit([&] {
+    const FrameKeys keys = keysOf(fData, *this, dc);
+    auto row = findRecord(dc, "Frame", "FrameID", known->id());
+    setFrameColumns(*row, fData, keys);
+    if (const auto product = findField(*row, "product_name")) {
+      row->setValue(*product, store::Value());
+    }
+    row->update();
+    row->close();
+  });
+  return true;
 }
 
 }  // namespace orv::database

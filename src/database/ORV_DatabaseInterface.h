@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Existing.h"
 #include "database/PaneQuestions.h"
 #include "errors/Error.h"
 #include "model/FrameDataClass.h"
@@ -86,7 +87,7 @@ class ORV_DatabaseInterface {
   /// Raises what InsertPane raises for the spectra of a pane and asks what it asks, so that a pane
   /// that passes is inserted whole: InsertPane itself comes to the spectra only when it has
   /// written the pane's row. A substrate that is left out is gone from `data` then.
-  void PreparePane(GlazingData& data, store::Connection& dc);
+  void PreparePane(GlazingData& data, store::Connection& dc, Existing existing = Existing::refused);
 
   /// Writes a pane's data at its angle; the pane's own row only when no pane of this name is in
   /// this group yet. Afterwards `data` has the key of the row.
@@ -109,6 +110,21 @@ class ORV_DatabaseInterface {
   std::int32_t InsertFrameType(const std::string& strFrameType, store::Connection& dc) const;
   std::int32_t InsertSupplier(const std::string& strSupplier, store::Connection& dc) const;
 
+  // --- Replacement in databases of version 3.0.0 ------------------------------------------------
+
+  /// Writes a pane, given by its data at each of its angles, in the place of that of its name and
+  /// group, whose key stays; where there is none, the pane is added. An error leaves the database
+  /// as it was. Each angle has passed PreparePane().
+  ReplacedPane ReplacePane(const std::vector<PanePtr>& angles, OtherAngles others,
+                           store::Connection& dc) const;
+  /// The same of a frame, and of a shading, of which the first of the name is meant. Return
+  /// whether there was one.
+  bool ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const;
+  bool ReplaceShading(ShadingDataClass& data, store::Connection& dc) const;
+  /// The key of the first shading of this name in this group, 0 when there is none.
+  std::int32_t FindShading(const std::string& name, const std::string& group,
+                           store::Connection& dc) const;
+
   // --- Deletion from databases of version 3.0.0 -------------------------------------------------
 
   /// Deletes a pane with its integrated and spectral rows. Raises kTypeMismatch, "Pane could not be
@@ -120,6 +136,7 @@ class ORV_DatabaseInterface {
 
  private:
   void insertPaneRow(GlazingData& data, store::Connection& dc) const;
+  void replacePaneRow(const GlazingData& data, store::Connection& dc) const;
   PanePtr findPane(const GlazingData& data, store::Connection& dc) const;
 
   /// What is to become of a pane's spectrum.
@@ -127,7 +144,8 @@ class ORV_DatabaseInterface {
     std::optional<Error> refusal = {};
     bool dropsSubstrate = false;
   };
-  SpectrumVerdict judgeSpectra(const GlazingData& data, store::Connection& dc);
+  SpectrumVerdict judgeSpectra(const GlazingData& data, store::Connection& dc,
+                               Existing existing = Existing::refused);
   bool mayDropSubstrate(const GlazingData& data, const std::string& reason);
 
   PaneQuestions& questions_;

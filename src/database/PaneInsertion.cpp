@@ -1,15 +1,12 @@
 // Insertion of panes.
-#include "database/CoatingCode.h"
 #include "database/DatabaseErrors.h"
-#include "database/Lookups.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/PaneDetails.h"
+#include "database/PaneRows.h"
 #include "database/Product.h"
 #include "database/RecordCommit.h"
 #include "database/Recordsets.h"
 #include "database/SpectralValidation.h"
-#include "model/Codes.h"
-#include "model/Text.h"
 
 namespace orv::database {
 
@@ -22,48 +19,9 @@ bool hasIntegratedData(const GlazingData& pane) {
   return pane.Precalc_Rfsol() != kNoIntegratedData;
 }
 
-bool hasSpectrum(const GlazingData& pane) {
-  return pane.spectral_pane() && pane.SpectralData();
-}
-
 void setMissingNames(GlazingData& pane) {
   if (pane.supplier().empty()) pane.supplier("Unknown");
   if (pane.group().empty()) pane.group("Unknown");
-}
-
-/// The appearance is stored only where there is no description.
-std::string infoText(const GlazingData& data) {
-  if (!data.description().empty()) return data.description();
-  return data.Appearance().empty() ? std::string() : "Appearance: " + data.Appearance();
-}
-
-std::string coatingClass(const GlazingData& data) {
-  return data.ORV_CoatingClass().empty() ? coatingCode(kCoatingCodeArgument, kCoatingCodeArgument)
-                                         : upperCase(data.ORV_CoatingClass());
-}
-
-void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Connection& dc) {
-  row.setValue("name", data.filename());
-  row.setValue("product_name", data.productname());
-  row.setValue("supplierID", SupplierIdByName(data.supplier(), dc));
-  row.setValue("groupID", GroupIdByName(data.group(), dc));
-  row.setValue("thickness", data.ConvertedThickness(kSI));
-  row.setValue("conduction", data.ConvertedConductivity(kSI));
-  row.setValue("emission_IR_outdoor", data.ORV_Emissivity_front());
-  row.setValue("emission_IR_indoor", data.ORV_Emissivity_back());
-  row.setValue("transmission_IR_outdoor", data.TfIR());
-  row.setValue("transmission_IR_indoor", data.TbiR());
-  row.setValue("single_layer", data.single_layer());
-  row.setValue("use_estimation", data.use_estimation());
-  row.setValue("0_30_60", data.Use_0_30_60());
-  row.setValue("spectral_pane", data.spectral_pane());
-  row.setValue("film_outdoor_side", data.film_outdoor_side());
-  row.setValue("with_and_without_film", data.with_and_without_film());
-  row.setValue("Ra", 0);
-  row.setValue("info", infoText(data));
-  row.setValue("freeze", data.ORV_Frozen());
-  row.setValue("coatingcode", coatingClass(data));
-  row.setValue("acceptance", data.Acceptance());
 }
 
 /// Raises kRecordExists when the pane has integrated data at its angle already.
@@ -78,56 +36,6 @@ void refuseKnownAngle(const GlazingData& data, store::Connection& dc) {
   RaiseUnless(!hasIntegratedData(probe), kRecordExists);
 }
 
-void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
-  auto row = openBatch(dc, "Pane_integrated_data");
-  row->addNew();
-  row->setValue("PaneID", data.id());
-  row->setValue("angle", std::int32_t{data.ORV_Angle()});
-  row->setValue("reflection_solar_outdoor", data.Precalc_Rfsol());
-  row->setValue("reflection_solar_indoor", data.Precalc_RbSol());
-  row->setValue("transmission_solar_outdoor", data.Precalc_Tfsol());
-  row->setValue("transmission_solar_indoor", data.Precalc_Tbsol());
-  row->setValue("reflection_visual_outdoor", data.Precalc_Rfvis());
-  row->setValue("reflection_visual_indoor", data.Precalc_Rbvis());
-  row->setValue("transmission_visual_outdoor", data.Precalc_Tfvis());
-  row->setValue("transmission_visual_indoor", data.Precalc_Tbvis());
-  row->setValue("reflection_UV_outdoor", data.Precalc_Rfuv());
-  row->setValue("reflection_UV_indoor", data.Precalc_Rbuv());
-  row->setValue("transmission_UV_outdoor", data.Precalc_Tfuv());
-  row->setValue("transmission_UV_indoor", data.Precalc_Tbuv());
-  row->updateBatch();
-  row->close();
-}
-
-void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
-  const SpectralData& spectrum = *data.SpectralData();
-  const SpectralData* substrate =
-      data.HasSubstrate() ? data.SubstrateReference()->SpectralData().get() : nullptr;
-  auto rows = openBatch(dc, "Pane_spectral_data");
-  const std::size_t pane = rows->fieldIndex("PaneID");
-  const std::size_t angle = rows->fieldIndex("angle");
-  const std::size_t wavelength = rows->fieldIndex("wavelength");
-  const std::size_t transmission = rows->fieldIndex("transmission_outdoor");
-  const std::size_t reflectionOutdoor = rows->fieldIndex("reflection_outdoor");
-  const std::size_t reflectionIndoor = rows->fieldIndex("reflection_indoor");
-  const std::size_t transmissionSub = rows->fieldIndex("transmission_sub");
-  const std::size_t reflectionSub = rows->fieldIndex("reflection_sub");
-  const std::int32_t count = spectrum.count();
-  for (std::int32_t i = 0; i < count; ++i) {
-    rows->addNew();
-    rows->setValue(pane, data.id());
-    rows->setValue(angle, std::int32_t{data.ORV_Angle()});
-    rows->setValue(wavelength, spectrum.ConvertedWl(i, kNanometers));
-    rows->setValue(transmission, spectrum.Tf(i));
-    rows->setValue(reflectionOutdoor, spectrum.Rf(i));
-    rows->setValue(reflectionIndoor, spectrum.Rb(i));
-    rows->setValue(transmissionSub, substrate ? substrate->Tf(i) : 0.0F);
-    rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
-  }
-  rows->updateBatch();
-  rows->close();
-}
-
 void dropSubstrate(GlazingData& data) {
   data.SubstrateFilename("");
   data.with_and_without_film(false);
@@ -137,12 +45,13 @@ void dropSubstrate(GlazingData& data) {
 }  // namespace
 
 /// A pane that is there already is refused for that, whatever else is wrong with it.
-void ORV_DatabaseInterface::PreparePane(GlazingData& data, store::Connection& dc) {
-  if (!hasSpectrum(data)) return;
+void ORV_DatabaseInterface::PreparePane(GlazingData& data, store::Connection& dc,
+                                        Existing existing) {
   setMissingNames(data);
-  const SpectrumVerdict verdict = judgeSpectra(data, dc);
+  if (!hasSpectrum(data)) return;
+  const SpectrumVerdict verdict = judgeSpectra(data, dc, existing);
   if (verdict.refusal) {
-    const PanePtr known = findPane(data, dc);
+    const PanePtr known = existing == Existing::refused ? findPane(data, dc) : nullptr;
     RaiseUnless(!known || !hasIntegratedData(*known), kRecordExists);
     throw Error(*verdict.refusal);
   }
@@ -189,7 +98,8 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
 /// Made before the record's commit begins, so that no file is locked while the user thinks. Where
 /// the insertion will be refused anyway nobody is asked.
 ORV_DatabaseInterface::SpectrumVerdict ORV_DatabaseInterface::judgeSpectra(const GlazingData& data,
-                                                                           store::Connection& dc) {
+                                                                           store::Connection& dc,
+                                                                           Existing existing) {
   try {
     checkSpectrum(*data.SpectralData());
   } catch (const Error& error) {
@@ -199,7 +109,7 @@ ORV_DatabaseInterface::SpectrumVerdict ORV_DatabaseInterface::judgeSpectra(const
   try {
     checkSubstrate(*data.SpectralData(), *data.SubstrateReference());
   } catch (const Error& error) {
-    const PanePtr known = findPane(data, dc);
+    const PanePtr known = existing == Existing::refused ? findPane(data, dc) : nullptr;
     if (known && hasIntegratedData(*known)) return {};
     if (!mayDropSubstrate(data, error.description())) return {.refusal = error};
     return {.dropsSubstrate = true};

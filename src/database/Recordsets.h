@@ -31,8 +31,8 @@ inline RecordsetPtr openBatch(store::Connection& dc, const std::string& table) {
                           store::SourceKind::table);
 }
 
-/// A whole table, from which one row is deleted.
-inline RecordsetPtr openForDeletion(store::Connection& dc, const std::string& table) {
+/// A whole table, of which one row is changed or deleted.
+inline RecordsetPtr openKeyset(store::Connection& dc, const std::string& table) {
   return dc.openRecordset(table, store::CursorType::keyset, store::LockType::optimistic,
                           store::SourceKind::table);
 }

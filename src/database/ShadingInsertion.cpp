@@ -1,7 +1,8 @@
-// Insertion of shadings.
+// Insertion and replacement of shadings.
+#include "database/Lookups.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/RecordCommit.h"
-#include "database/Recordsets.h"
+#include "database/Rows.h"
 #include "database/ShadingColumns.h"
 
 namespace orv::database {
@@ -63,24 +64,66 @@ void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
   rows->close();
 }
 
+void setMissingNames(ShadingDataClass& shading) {
+  if (shading.supplier().empty()) shading.supplier("Unknown");
+  if (shading.group().empty()) shading.group("Unknown");
+}
+
+ShadingKeys keysOf(const ShadingDataClass& shading, const ORV_DatabaseInterface& database,
+                   store::Connection& dc) {
+  const std::int32_t supplier = database.InsertSupplier(shading.supplier(), dc);
+  return {.group = database.InsertGroup(shading.group(), dc), .supplier = supplier};
+}
+
 }  // namespace
 
 void ORV_DatabaseInterface::InsertShading(ShadingDataClass& data, store::Connection& dc) const {
-  if (data.supplier().empty()) data.supplier("Unknown");
-  if (data.group().empty()) data.group("Unknown");
+  setMissingNames(data);
   commitRecord(dc, [&] {
-    const std::int32_t supplier = InsertSupplier(data.supplier(), dc);
-    const std::int32_t group = InsertGroup(data.group(), dc);
-
+    const ShadingKeys keys = keysOf(data, *this, dc);
     auto row = openUpdatable(dc, "Shading");
     row->addNew();
     data.id(row->value(kShadingKeyColumn).toLong());
-    setShadingColumns(*row, data, {group, supplier});
+    setShadingColumns(*row, data, keys);
     row->update();
     row->close();
     insertIntegratedRows(data, dc);
     insertSpectralRows(data, dc);
   });
+}
+
+bool ORV_DatabaseInterface::ReplaceShading(ShadingDataClass& data, store::Connection& dc) const {
+  setMissingNames(data);
+  const std::int32_t known = FindShading(data.name(), data.group(), dc);
+  if (known == 0) {
+    InsertShading(data, dc);
+    return false;
+  }
+  data.id(known);
+  dc.inOneCommit([&] {
+    const ShadingKeys keys = keysOf(data, *this, dc);
+    auto row = findRecord(dc, "Shading", kShadingKeyColumn, known);
+    setShadingColumns(*row, data, keys);
+    row->update();
+    row->close();
+    for (const char* table : {"Shading_integrated_data_temp", "Shading_spectral_data"}) {
+      deleteRows(dc, std::string("SELECT * FROM ") + table +
+                         " WHERE Shading_id = " + std::to_string(known));
+    }
+    insertIntegratedRows(data, dc);
+    insertSpectralRows(data, dc);
+  });
+  return true;
+}
+
+std::int32_t ORV_DatabaseInterface::FindShading(const std::string& name, const std::string& group,
+                                                store::Connection& dc) const {
+  auto row = openSql(dc, "SELECT Shading_id FROM Shading WHERE name = " + quoted(name) +
+                             " AND groupnameID = " + std::to_string(GroupIdByName(group, dc)) +
+                             " ORDER BY Shading_id");
+  const std::int32_t key = row->eof() ? 0 : row->value(kShadingKeyColumn).toLong();
+  row->close();
+  return key;
 }
 
 }  // namespace orv::database

@@ -1,0 +1,73 @@
+// Replacement of panes.
+#include <algorithm>
+
+#include "database/Fields.h"
+#include "database/ORV_DatabaseInterface.h"
+#include "database/PaneRows.h"
+#include "database/Rows.h"
+
+namespace orv::database {
+
+namespace {
+
+using Panes = std::vector<ORV_DatabaseInterface::PanePtr>;
+
+/// The angles at which the database has data and the new pane has none, ascending.
+std::vector<std::int16_t> otherAngles(std::int32_t id, const Panes& panes, store::Connection& dc) {
+  std::vector<std::int16_t> others;
+  auto rows = openSql(dc, "SELECT DISTINCT angle FROM Pane_integrated_data WHERE PaneID = " +
+                              std::to_string(id) + " ORDER BY angle");
+  for (; !rows->eof(); rows->moveNext()) {
+    const std::int32_t angle = FieldToLong(rows->value("angle"));
+    const bool isNew =
+        std::ranges::any_of(panes, [&](const auto& pane) { return pane->ORV_Angle() == angle; });
+    if (!isNew) others.push_back(static_cast<std::int16_t>(angle));
+  }
+  rows->close();
+  return others;
+}
+
+void deleteData(std::int32_t id, const std::string& condition, store::Connection& dc) {
+  for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
+    deleteRows(dc, std::string("SELECT * FROM ") + table + " WHERE PaneID = " + std::to_string(id) +
+                       condition);
+  }
+}
+
+}  // namespace
+
+ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles others,
+                                                store::Connection& dc) const {
+  ReplacedPane result;
+  dc.inOneCommit([&] {
+    GlazingData& first = *angles.front();
+    if (const PanePtr known = findPane(first, dc)) {
+      result.wasThere = true;
+      first.id(known->id());
+      result.otherAngles = otherAngles(first.id(), angles, dc);
+      if (others == OtherAngles::deleted) deleteData(first.id(), "", dc);
+      replacePaneRow(first, dc);
+    } else {
+      insertPaneRow(first, dc);
+    }
+    for (const PanePtr& pane : angles) {
+      pane->id(first.id());
+      if (result.wasThere && others == OtherAngles::kept) {
+        deleteData(first.id(), " AND angle = " + std::to_string(pane->ORV_Angle()), dc);
+      }
+      insertIntegratedRow(*pane, dc);
+      if (hasSpectrum(*pane)) insertSpectralRows(*pane, dc);
+    }
+  });
+  return result;
+}
+
+void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, store::Connection& dc) const {
+  InsertSupplier(data.supplier(), dc);
+  auto row = findRecord(dc, "Pane", "PaneID", data.id());
+  setPaneColumns(*row, data, dc);
+  row->update();
+  row->close();
+}
+
+}  // namespace orv::database

@@ -1,0 +1,105 @@
+// The rows of a pane in an ORV database of version 3.0.0.
+#include "database/PaneRows.h"
+
+#include "database/CoatingCode.h"
+#include "database/Lookups.h"
+#include "database/Recordsets.h"
+#include "model/Codes.h"
+#include "model/Text.h"
+
+namespace orv::database {
+
+namespace {
+
+/// The appearance is stored only where there is no description.
+std::string infoText(const GlazingData& data) {
+  if (!data.description().empty()) return data.description();
+  return data.Appearance().empty() ? std::string() : "Appearance: " + data.Appearance();
+}
+
+std::string coatingClass(const GlazingData& data) {
+  return data.ORV_CoatingClass().empty() ? coatingCode(kCoatingCodeArgument, kCoatingCodeArgument)
+                                         : upperCase(data.ORV_CoatingClass());
+}
+
+}  // namespace
+
+void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Connection& dc) {
+  row.setValue("name", data.filename());
+  row.setValue("product_name", data.productname());
+  row.setValue("supplierID", SupplierIdByName(data.supplier(), dc));
+  row.setValue("groupID", GroupIdByName(data.group(), dc));
+  row.setValue("thickness", data.ConvertedThickness(kSI));
+  row.setValue("conduction", data.ConvertedConductivity(kSI));
+  row.setValue("emission_IR_outdoor", data.ORV_Emissivity_front());
+  row.setValue("emission_IR_indoor", data.ORV_Emissivity_back());
+  row.setValue("transmission_IR_outdoor", data.TfIR());
+  row.setValue("transmission_IR_indoor", data.TbiR());
+  row.setValue("single_layer", data.single_layer());
+  row.setValue("use_estimation", data.use_estimation());
+  row.setValue("0_30_60", data.Use_0_30_60());
+  row.setValue("spectral_pane", data.spectral_pane());
+  row.setValue("film_outdoor_side", data.film_outdoor_side());
+  row.setValue("with_and_without_film", data.with_and_without_film());
+  row.setValue("Ra", 0);
+  row.setValue("info", infoText(data));
+  row.setValue("freeze", data.ORV_Frozen());
+  row.setValue("coatingcode", coatingClass(data));
+  row.setValue("acceptance", data.Acceptance());
+}
+
+void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
+  auto row = openBatch(dc, "Pane_integrated_data");
+  row->addNew();
+  row->setValue("PaneID", data.id());
+  row->setValue("angle", std::int32_t{data.ORV_Angle()});
+  row->setValue("reflection_solar_outdoor", data.Precalc_Rfsol());
+  row->setValue("reflection_solar_indoor", data.Precalc_RbSol());
+  row->setValue("transmission_solar_outdoor", data.Precalc_Tfsol());
+  row->setValue("transmission_solar_indoor", data.Precalc_Tbsol());
+  row->setValue("reflection_visual_outdoor", data.Precalc_Rfvis());
+  row->setValue("reflection_visual_indoor", data.Precalc_Rbvis());
+  row->setValue("transmission_visual_outdoor", data.Precalc_Tfvis());
+  row->setValue("transmission_visual_indoor", data.Precalc_Tbvis());
+  row->setValue("reflection_UV_outdoor", data.Precalc_Rfuv());
+  row->setValue("reflection_UV_indoor", data.Precalc_Rbuv());
+  row->setValue("transmission_UV_outdoor", data.Precalc_Tfuv());
+  row->setValue("transmission_UV_indoor", data.Precalc_Tbuv());
+  row->updateBatch();
+  row->close();
+}
+
+bool hasSpectrum(const GlazingData& pane) {
+  return pane.spectral_pane() && pane.SpectralData();
+}
+
+void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
+  const SpectralData& spectrum = *data.SpectralData();
+  const SpectralData* substrate =
+      data.HasSubstrate() ? data.SubstrateReference()->SpectralData().get() : nullptr;
+  auto rows = openBatch(dc, "Pane_spectral_data");
+  const std::size_t pane = rows->fieldIndex("PaneID");
+  const std::size_t angle = rows->fieldIndex("angle");
+  const std::size_t wavelength = rows->fieldIndex("wavelength");
+  const std::size_t transmission = rows->fieldIndex("transmission_outdoor");
+  const std::size_t reflectionOutdoor = rows->fieldIndex("reflection_outdoor");
+  const std::size_t reflectionIndoor = rows->fieldIndex("reflection_indoor");
+  const std::size_t transmissionSub = rows->fieldIndex("transmission_sub");
+  const std::size_t reflectionSub = rows->fieldIndex("reflection_sub");
+  const std::int32_t count = spectrum.count();
+  for (std::int32_t i = 0; i < count; ++i) {
+    rows->addNew();
+    rows->setValue(pane, data.id());
+    rows->setValue(angle, std::int32_t{data.ORV_Angle()});
+    rows->setValue(wavelength, spectrum.ConvertedWl(i, kNanometers));
+    rows->setValue(transmission, spectrum.Tf(i));
+    rows->setValue(reflectionOutdoor, spectrum.Rf(i));
+    rows->setValue(reflectionIndoor, spectrum.Rb(i));
+    rows->setValue(transmissionSub, substrate ? substrate->Tf(i) : 0.0F);
+    rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
+  }
+  rows->updateBatch();
+  rows->close();
+}
+
+}  // namespace orv::database

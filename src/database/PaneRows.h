@@ -1,0 +1,22 @@
+// The rows of a pane in an ORV database of version 3.0.0.
+#pragma once
+
+#include "model/GlazingData.h"
+#include "store/Connection.h"
+
+namespace orv::database {
+
+/// Sets the columns of a row of `Pane`, save its key. The names of the supplier and of the group
+/// are in their tables already.
+void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Connection& dc);
+
+/// Adds the row of the integrated data at the pane's angle, under the pane's key.
+void insertIntegratedRow(const GlazingData& data, store::Connection& dc);
+
+/// Whether the pane has a curve that is stored.
+bool hasSpectrum(const GlazingData& data);
+
+/// Adds the rows of the curve at the pane's angle, under the pane's key.
+void insertSpectralRows(const GlazingData& data, store::Connection& dc);
+
+}  // namespace orv::database
