@@ -11,6 +11,7 @@
 #include "commands/DeleteRecords.h"
 #include "commands/ExportRecords.h"
 #include "commands/PasteRecords.h"
+#include "commands/Remarks.h"
 
 namespace orv::app {
 
@@ -66,6 +67,7 @@ void EditCommands::transfer(const sources::RecordSelection& records, const Node&
     addNotes(report_, tr("What became of the records:"), result.notes);
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
     addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
+    for (const std::string& line : commands::remarks(session_)) report_ << shownText(line);
     if (!result.refused) emit copied(qt(result.summary()), ui_.failures() + report_);
   });
 }

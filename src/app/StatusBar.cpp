@@ -42,7 +42,8 @@ void StatusBar::pending(const QString& text) {
 void StatusBar::result(const QString& summary, const QStringList& report) {
   report_ = report;
   result_->setText(summary);
-  result_->setVisible(!report.isEmpty());
+  result_->setVisible(!summary.isEmpty());
+  result_->setEnabled(!report.isEmpty());
 }
 
 void StatusBar::showReport() {

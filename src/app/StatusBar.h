@@ -19,7 +19,8 @@ class StatusBar : public QStatusBar {
   void status(const QString& text);
   void counts(const QString& text);
   void pending(const QString& text);
-  /// `report`: what there is to say of the records, in parts; empty texts take the button away.
+  /// `report`: what there is to say of the records, in parts. An empty summary takes the button
+  /// away.
   void result(const QString& summary, const QStringList& report);
 
  private:

@@ -89,6 +89,7 @@ void WindowUserInterface::collectFailures(const QString& work) {
   work_ = work;
   failures_.clear();
   failuresQuiet_ = false;
+  ifThere_.reset();
 }
 
 void WindowUserInterface::status(const std::string& text) {
@@ -138,6 +139,32 @@ void WindowUserInterface::recordFailure(const QString& text, const QString& titl
   box.setCheckBox(quiet);
   box.exec();
   failuresQuiet_ = quiet->isChecked();
+}
+
+commands::IfThere WindowUserInterface::recordExists(const std::string& text,
+                                                    const std::string& title) {
+  using commands::IfThere;
+  const OrdinaryPointer pointer;
+  IfThere answer = IfThere::fail;
+  if (ifThere_) {
+    answer = *ifThere_;
+  } else if (!failuresQuiet_) {
+    Box box(QMessageBox::Warning, qt(title), shownText(text), owner());
+    box.addButton(QMessageBox::Ok);
+    const auto* replace = box.addButton(QWidget::tr("&Replace"), QMessageBox::DestructiveRole);
+    const auto* skip = box.addButton(QWidget::tr("&Skip"), QMessageBox::ActionRole);
+    box.setDefaultButton(QMessageBox::Ok);
+    box.setEscapeButton(QMessageBox::Ok);
+    auto* all = new QCheckBox(
+        QWidget::tr("&Do the same for all records of this %1 that exist").arg(work_), &box);
+    box.setCheckBox(all);
+    box.exec();
+    if (box.clickedButton() == replace) answer = IfThere::replace;
+    if (box.clickedButton() == skip) answer = IfThere::skip;
+    if (all->isChecked()) ifThere_ = answer;
+  }
+  if (answer == IfThere::fail) failures_ << shownText(text);
+  return answer;
 }
 
 Answer WindowUserInterface::ask(const commands::Question& question) {

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "app/ProgressDialog.h"
 #include "commands/UserInterface.h"
@@ -35,6 +36,7 @@ class WindowUserInterface : public commands::UserInterface {
   bool cancelled() override;
   void message(commands::MessageKind kind, const std::string& text,
                const std::string& title) override;
+  commands::IfThere recordExists(const std::string& text, const std::string& title) override;
   commands::Answer ask(const commands::Question& question) override;
   std::string input(const commands::InputRequest& request) override;
 
@@ -49,6 +51,7 @@ class WindowUserInterface : public commands::UserInterface {
   QString work_;
   QStringList failures_;
   bool failuresQuiet_ = false;
+  std::optional<commands::IfThere> ifThere_;  ///< for all further records of this work
 };
 
 }  // namespace orv::app

@@ -17,6 +17,7 @@
 #include "app/RecordDocks.h"
 #include "app/RecordGrid.h"
 #include "app/StatusBar.h"
+#include "commands/Remarks.h"
 #include "app/Text.h"
 #include "app/WindowGeometry.h"
 #include "commands/RecordKind.h"
@@ -120,6 +121,7 @@ void frmMain::showNode(const Node& node) {
   dataPane_->show(node, options_.digits);
   showDetails();
   updateState();
+  tellRemarks();
 }
 
 void frmMain::reloadNode() {
@@ -138,7 +140,15 @@ void frmMain::beginWork() {
 
 void frmMain::endWork(bool changedRecords) {
   changedRecords ? reloadNode() : showDetails();
+  tellRemarks();
   offerReplacements();
+}
+
+/// Each once, however often the source is shown.
+void frmMain::tellRemarks() {
+  for (const std::string& line : commands::newIndexRemarks(session_)) {
+    ui_.message(commands::MessageKind::information, line, commands::kProductName);
+  }
 }
 
 void frmMain::offerReplacements() {

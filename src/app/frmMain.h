@@ -57,6 +57,7 @@ class frmMain : public QMainWindow {
   void endWork(bool changedRecords);
   /// Asks when the event at hand is done, unless a command is under way.
   void offerReplacements();
+  void tellRemarks();
 
   void takeSelection();
   /// Has the docks show the selected records, or the text file that is shown.

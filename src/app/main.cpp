@@ -1,6 +1,8 @@
 // The desktop program.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <algorithm>
+#include <string_view>
 
 #include "app/Text.h"
 #include "app/Theme.h"
@@ -25,15 +27,24 @@ QStringList pathsOf(const QCoreApplication& application) {
   return parser.positionalArguments();
 }
 
+/// Whether only the help or the version is wanted, for which no display is needed.
+bool onlyExplains(int argc, char* argv[]) {
+  return std::any_of(argv + 1, argv + argc, [](const std::string_view argument) {
+    return argument == "-h" || argument == "--help" || argument == "--help-all" ||
+           argument == "-v" || argument == "--version";
+  });
+}
+
 }  // namespace
 
 /// Files that are named on the command line, as the desktop does with files that are opened with
 /// the program, are opened. Otherwise the list of data sources is empty.
 int main(int argc, char* argv[]) {
   using namespace orv;
+  QCoreApplication::setApplicationName(app::qt(commands::kApplicationTitle));
+  QCoreApplication::setApplicationVersion(ORV_VERSION);
+  if (onlyExplains(argc, argv)) pathsOf(QCoreApplication(argc, argv));
   QApplication application(argc, argv);
-  QApplication::setApplicationName(app::qt(commands::kApplicationTitle));
-  QApplication::setApplicationVersion(ORV_VERSION);
   QGuiApplication::setDesktopFileName("io.github.orv_manager.OrvManager");
   const QStringList paths = pathsOf(application);
   QApplication::setQuitOnLastWindowClosed(false);  // the splash window's closing is no end

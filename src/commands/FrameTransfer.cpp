@@ -1,15 +1,25 @@
 #include "commands/CopyLosses.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
-#include "commands/TransferWork.h"
 
 namespace orv::commands {
 
 namespace {
 
-Outcome copyFrame(TransferWork& work, const std::string& identifier) {
+void noteFrame(TransferWork& work, const FrameDataClass& frame) {
+  if (!frame.pictureText().empty()) {
+    work.result().notes.add(
+        "in place of a picture the source has a text, which is kept: " + frame.pictureText(),
+        frame.name());
+  }
+  for (const auto& name : lossesOf(frame)) work.result().notKept.add(name, frame.name());
+}
+
+/// Inserts the frame, or replaces the one of its name where there is one.
+Outcome copyFrame(TransferWork& work, const std::string& identifier, bool replaces) {
   std::shared_ptr<FrameDataClass> frame;
-  return work.attempt(
+  bool wasThere = false;
+  const Outcome outcome = work.attempt(
       identifier,
       [&] {
         work.status("Pasting " + identifier + "...");
@@ -18,25 +28,28 @@ Outcome copyFrame(TransferWork& work, const std::string& identifier) {
         frame = work.reader().frame(identifier);
         frame->group(*group);
         requireUsableNames(*frame);
-        work.session().database.InsertFrame(*frame, work.destination());
-        if (!frame->pictureText().empty()) {
-          work.result().notes.add(
-              "in place of a picture the source has a text, which is kept: " + frame->pictureText(),
-              frame->name());
+        auto& database = work.session().database;
+        if (replaces) {
+          work.requireNotWritten(frame->name(), identifier);
+          wasThere = database.ReplaceFrame(*frame, work.destination());
+        } else {
+          database.InsertFrame(*frame, work.destination());
         }
-        for (const auto& name : lossesOf(*frame)) work.result().notKept.add(name, frame->name());
+        work.wrote(frame->name(), identifier);
+        noteFrame(work, *frame);
       },
-      [&] { return nameConflict(frame->name()); });
+      {.conflict = [&] { return nameConflict(frame->name()); }},
+      [&] { return copyFrame(work, identifier, true); });
+  return wasThere ? Outcome::replaced : outcome;
 }
 
 }  // namespace
 
-PasteResult transferFrames(Session& session, const sources::RecordSelection& records,
-                           sources::datasource& destination) {
-  TransferWork work(session, records, destination);
-  work.progress().expect(records.RecordsCount());
-  work.forEachRecord([&](const std::string& identifier) { return copyFrame(work, identifier); });
-  return work.result();
+void transferFrames(TransferWork& work) {
+  work.progress().expect(work.records().RecordsCount());
+  work.forEachRecord([&](const std::string& identifier) {
+    return copyFrame(work, identifier, work.ifThere() == IfThere::replace);
+  });
 }
 
 }  // namespace orv::commands

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "commands/ErrorText.h"
+#include "commands/TolerantOffer.h"
 
 namespace orv::commands {
 
@@ -37,8 +38,8 @@ OpenCommands::Node OpenCommands::openOptics5UserDatabase(const std::string& fold
 OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
                                                const std::vector<std::string>& filenames,
                                                TextFileKind kind) {
-  return tryToOpen([&] { return opener_.openTextFiles(folder, filenames, kind); },
-                   "One or more files may not have been added, please check.");
+  return withOffer(tryToOpen([&] { return opener_.openTextFiles(folder, filenames, kind); },
+                             "One or more files may not have been added, please check."));
 }
 
 std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::string>& paths) {
@@ -46,7 +47,7 @@ std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::str
   for (const auto& group : SourceOpener::grouped(paths)) {
     const Node node = tryToOpen([&] { return opener_.openGroup(group); },
                                 "One or more files may not have been added, please check.");
-    if (node) nodes.push_back(node);
+    if (node) nodes.push_back(withOffer(node));
   }
   return nodes;
 }
@@ -84,6 +85,11 @@ bool OpenCommands::remove(const std::string& key, Node& next) {
   if (answer != Answer::yes) return false;
   next = session_.MainDataSources.RemoveDataSource(key);
   return true;
+}
+
+OpenCommands::Node OpenCommands::withOffer(Node node) {
+  if (node) offerTolerantReading(session_, *node);
+  return node;
 }
 
 OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,

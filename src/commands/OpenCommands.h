@@ -38,6 +38,8 @@ class OpenCommands {
   bool remove(const std::string& key, Node& next);
 
  private:
+  /// The node, after the question whether its files are to be read tolerantly.
+  Node withOffer(Node node);
   Node tryToOpen(const std::function<Node()>& open, const std::string& advice);
 
   Session& session_;

@@ -1,13 +1,13 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <map>
 #include <vector>
 
-#include "commands/CopyLosses.h"
 #include "commands/ErrorText.h"
+#include "commands/PaneNotes.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
-#include "commands/TransferWork.h"
 
 namespace orv::commands {
 
@@ -16,20 +16,18 @@ namespace DataType = sources::DataType;
 namespace {
 
 using Angles = std::vector<std::int16_t>;
+using PanePtr = std::shared_ptr<GlazingData>;
 
 /// The copying of panes, angle by angle.
 class PaneTransfer {
  public:
-  PaneTransfer(Session& session, const sources::RecordSelection& records,
-               sources::datasource& destination)
-      : work_(session, records, destination) {}
+  explicit PaneTransfer(TransferWork& work) : work_(work) {}
 
-  PasteResult run() {
+  void run() {
     countWork();
     std::size_t record = 0;
     work_.forEachRecord(
         [&](const std::string& identifier) { return copyPane(identifier, angles_[record++]); });
-    return work_.result();
   }
 
  private:
@@ -56,61 +54,120 @@ class PaneTransfer {
   /// to find.
   Outcome copyPane(const std::string& identifier, const Angles& angles) {
     if (angles.empty()) return tellWithoutData(identifier);
-    std::size_t written = 0;
-    std::size_t failed = 0;
+    if (work_.ifThere() == IfThere::replace) return replacePane(identifier, angles);
+    std::map<Outcome, std::size_t> outcomes;
     for (const std::int16_t angle : angles) {
       if (work_.result().cancelled) break;
-      const bool succeeded = copyAngle(identifier, angle, angles.size()) == Outcome::copied;
-      ++(succeeded ? written : failed);
+      const Outcome outcome = copyAngle(identifier, angle, angles);
+      if (outcome == Outcome::replaced) return outcome;
+      ++outcomes[outcome];
     }
-    if (failed == 0) return Outcome::copied;
-    return written > 0 ? Outcome::partly : Outcome::failed;
+    const bool anyWritten = outcomes[Outcome::copied] > 0;
+    if (outcomes[Outcome::failed] > 0) return anyWritten ? Outcome::partly : Outcome::failed;
+    return anyWritten || outcomes[Outcome::skipped] == 0 ? Outcome::copied : Outcome::skipped;
   }
 
   /// A record that is not there at all has failed.
   Outcome tellWithoutData(const std::string& identifier) {
-    const Outcome found = work_.attempt(
-        identifier, [&] { work_.reader().pane(identifier, 0); }, [] { return std::string(); });
+    const Outcome found =
+        work_.attempt(identifier, [&] { work_.reader().pane(identifier, 0); }, {}, {});
     if (found == Outcome::failed) return found;
     work_.tellFailure(identifier,
                       "The pane has data at no angle of incidence: there is nothing to copy.");
     return Outcome::withoutData;
   }
 
-  Outcome copyAngle(const std::string& identifier, std::int16_t angle, std::size_t angles) {
-    std::shared_ptr<GlazingData> pane;
+  Outcome copyAngle(const std::string& identifier, std::int16_t angle, const Angles& angles) {
+    PanePtr pane;
     return work_.attempt(
         identifier,
         [&] {
-          work_.status("Reading " + identifier + "...");
-          pane = work_.reader().pane(identifier, angle);
-          const std::string degrees = std::to_string(pane->ORV_Angle()) + " degrees...";
-          work_.status("Reading " + pane->filename() + ", angle = " + degrees);
-          settleGroup(*pane);
-          const auto group = work_.chooseGroup();
-          if (!group) return;
-          pane->group(*group);
-          work_.status("Writing " + pane->filename() + " angle = " + degrees);
-          write(identifier, pane, angles);
+          if (!read(identifier, angle, pane)) return;
+          prepare(*pane, database::Existing::refused);
+          work_.session().database.InsertPane(*pane, work_.destination());
+          work_.wrote(nameOf(*pane), identifier);
+          notePane(work_, identifier, *pane, angles.size());
         },
-        [&] { return nameConflict(pane->filename()); },
-        [&] { return partOf(identifier, pane.get(), angle, angles); });
+        {.conflict = [&] { return nameConflict(pane->filename()); },
+         .which = [&] { return partOf(identifier, pane.get(), angle, angles.size()); }},
+        [&] { return replacePane(identifier, angles); });
   }
 
-  /// What is checked here would otherwise be found when a part of the pane is written already.
-  void write(const std::string& identifier, const std::shared_ptr<GlazingData>& pane,
-             std::size_t angles) {
+  /// The pane at all angles, or nothing of it.
+  Outcome replacePane(const std::string& identifier, const Angles& angles) {
+    std::vector<PanePtr> panes;
+    Outcome outcome = Outcome::copied;
+    const Outcome attempted =
+        work_.attempt(identifier,
+                      [&] {
+                        for (const std::int16_t angle : angles) {
+                          if (!read(identifier, angle, panes.emplace_back())) return;
+                          prepare(*panes.back(), database::Existing::replaced);
+                        }
+                        if (writeReplacement(identifier, panes)) outcome = Outcome::replaced;
+                        for (const PanePtr& pane : panes)
+                          notePane(work_, identifier, *pane, angles.size());
+                      },
+                      {.which =
+                           [&] {
+                             return partOf(identifier, panes.back().get(), angles[panes.size() - 1],
+                                           angles.size());
+                           }},
+                      {});
+    return attempted == Outcome::copied ? outcome : attempted;
+  }
+
+  /// A text file holds one angle, so that the others that the destination has stay; a pane of a
+  /// database is there with all of its angles. True when there was one to replace.
+  bool writeReplacement(const std::string& identifier, const std::vector<PanePtr>& panes) {
+    const GlazingData& pane = *panes.front();
+    work_.requireNotWritten(nameOf(pane), identifier);
+    const auto replaced = work_.session().database.ReplacePane(
+        panes, isText() ? database::OtherAngles::kept : database::OtherAngles::deleted,
+        work_.destination());
+    work_.wrote(nameOf(pane), identifier);
+    if (!replaced.otherAngles.empty()) {
+      tell(fmt::format("replaced; the data at {} degrees, where the source has none, are {}",
+                       fmt::join(replaced.otherAngles, ", "), isText() ? "kept" : "gone"),
+           pane);
+    }
+    return replaced.wasThere;
+  }
+
+  /// Reads the pane at an angle and puts it into its group; false when the user ends the work. What
+  /// is checked here would otherwise be found when a part of the pane is written already.
+  bool read(const std::string& identifier, std::int16_t angle, PanePtr& pane) {
+    work_.status("Reading " + identifier + "...");
+    pane = work_.reader().pane(identifier, angle);
+    const std::string degrees = std::to_string(pane->ORV_Angle()) + " degrees...";
+    work_.status("Reading " + pane->filename() + ", angle = " + degrees);
+    settleGroup(*pane);
+    const auto group = work_.chooseGroup();
+    if (!group) return false;
+    pane->group(*group);
+    work_.status("Writing " + pane->filename() + " angle = " + degrees);
     requireUsableNames(*pane);
     requireNoMarker(*pane);
     readReferences(pane);
-    auto& database = work_.session().database;
-    const bool hadSubstrate = pane->HasSubstrate();
-    database.PreparePane(*pane, work_.destination());
-    database.InsertPane(*pane, work_.destination());
-    tellLosses(identifier, *pane, angles);
-    if (hadSubstrate && !pane->HasSubstrate()) {
-      tell("copied without the data of the substrate", *pane);
+    return true;
+  }
+
+  void prepare(GlazingData& pane, database::Existing existing) {
+    const bool hadSubstrate = pane.HasSubstrate();
+    work_.session().database.PreparePane(pane, work_.destination(), existing);
+    if (hadSubstrate && !pane.HasSubstrate()) {
+      tell("copied without the data of the substrate", pane);
     }
+  }
+
+  bool isText() const {
+    return work_.records().DataSourcePtr()->DataType() == DataType::textFolder;
+  }
+
+  /// What the pane is known by in the destination, as far as this source goes.
+  std::string nameOf(const GlazingData& pane) const {
+    return isText() ? fmt::format("{} at {} degrees", pane.filename(), pane.ORV_Angle())
+                    : pane.filename();
   }
 
   /// In a database this value says that there are no integrated data, so that the pane could be
@@ -136,39 +193,6 @@ class PaneTransfer {
     if (hasCurve) pane->with_and_without_film(true);
   }
 
-  void tellLosses(const std::string& identifier, const GlazingData& pane, std::size_t angles) {
-    for (const auto& names : {lossesOf(pane), work_.reader().unreadColumns(identifier, pane)}) {
-      for (const std::string& name : names) work_.result().notKept.add(name, pane.filename());
-    }
-    if (lacksIntegratedValues(pane)) {
-      work_.result().zeros.add("integrated values", pane.filename());
-    }
-    if (pane.ORV_Emissivity_front() == 0 && pane.ORV_Emissivity_back() == 0) {
-      work_.result().zeros.add("emissivities", pane.filename());
-    }
-    if (pane.spectral_pane() && !pane.SpectralData()) {
-      tell("marked as spectral, but without a spectrum at an angle", pane);
-    }
-    const auto type = work_.records().DataSourcePtr()->DataType();
-    if (type == DataType::orv2Panes && angles > 1) {
-      tell(
-          "version 2.0.1 does not tell spectra of several angles apart: each angle has all rows of "
-          "the pane",
-          pane);
-    }
-    tellDirections(identifier, pane);
-  }
-
-  void tellDirections(const std::string& identifier, const GlazingData& pane) {
-    const auto directions = work_.reader().directions(identifier, pane.ORV_Angle());
-    if (directions.size() < 2) return;
-    tell(fmt::format(
-             "of the spectra of the directions {} at {} degrees only that of direction {} is "
-             "copied",
-             fmt::join(directions, ", "), pane.ORV_Angle(), pane.ORV_Direction()),
-         pane);
-  }
-
   void tell(const std::string& text, const GlazingData& pane) {
     work_.result().notes.add(text, pane.filename());
   }
@@ -192,15 +216,14 @@ class PaneTransfer {
     if (database->DataType() == DataType::igdb) work_.group().settle("IGDB");
   }
 
-  TransferWork work_;
+  TransferWork& work_;
   std::vector<Angles> angles_;
 };
 
 }  // namespace
 
-PasteResult transferPanes(Session& session, const sources::RecordSelection& records,
-                          sources::datasource& destination) {
-  return PaneTransfer(session, records, destination).run();
+void transferPanes(TransferWork& work) {
+  PaneTransfer(work).run();
 }
 
 }  // namespace orv::commands

@@ -39,8 +39,21 @@ std::string refusal(const Node& destination, const Node& source) {
 
 }  // namespace
 
+void PasteResult::add(const PasteResult& other) {
+  refused = refused || other.refused;
+  cancelled = cancelled || other.cancelled;
+  copied += other.copied;
+  replaced += other.replaced;
+  skipped += other.skipped;
+  partly += other.partly;
+  failed += other.failed;
+  withoutData += other.withoutData;
+}
+
 std::string PasteResult::summary() const {
   std::string text = fmt::format("{} record{} copied", copied, copied == 1 ? "" : "s");
+  if (replaced > 0) text += fmt::format(", {} replaced", replaced);
+  if (skipped > 0) text += fmt::format(", {} skipped", skipped);
   if (partly > 0) text += fmt::format(", {} in part", partly);
   if (failed > 0) text += fmt::format(", {} failed", failed);
   if (withoutData > 0) text += fmt::format(", {} without data at any angle", withoutData);
@@ -48,7 +61,7 @@ std::string PasteResult::summary() const {
 }
 
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
-                         const Node& current) {
+                         const Node& current, std::optional<IfThere> ifThere) {
   if (!pending.HasRecords()) return {};
   const Node source = pending.DataSourcePtr();
   const Node destination = resolveDestination(current, source);
@@ -57,11 +70,12 @@ PasteResult pasteRecords(Session& session, const sources::RecordSelection& pendi
     return {.refused = true};
   }
   if (!mayBeChanged(*destination->ADOConnection(), session.ui)) return {.refused = true};
-  if (destination->RecordSetName() == "Pane") return transferPanes(session, pending, *destination);
-  if (destination->RecordSetName() == "Frame") {
-    return transferFrames(session, pending, *destination);
-  }
-  return transferShadings(session, pending, *destination);
+  TransferWork work(session, pending, *destination, ifThere);
+  const std::string& kind = destination->RecordSetName();
+  kind == "Pane"    ? transferPanes(work)
+  : kind == "Frame" ? transferFrames(work)
+                    : transferShadings(work);
+  return work.result();
 }
 
 }  // namespace orv::commands

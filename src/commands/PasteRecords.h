@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "commands/Notes.h"
@@ -16,7 +17,9 @@ struct PasteResult {
   bool refused = false;
   /// Ended by the user; what was written before stays.
   bool cancelled = false;
-  int copied = 0;       ///< records that were written whole
+  int copied = 0;       ///< records that were written whole and are new
+  int replaced = 0;     ///< records that took the place of others
+  int skipped = 0;      ///< records that the destination had already, and that were passed over
   int partly = 0;       ///< panes that were written at some of their angles only
   int failed = 0;       ///< records of which nothing was written
   int withoutData = 0;  ///< panes that have data at no angle, so that there is nothing to copy
@@ -27,6 +30,8 @@ struct PasteResult {
   /// What records hold and the destination has no column for.
   Notes notKept = {};
 
+  /// Adds the numbers of another copy.
+  void add(const PasteResult& other);
   /// "3 records copied, 1 failed."
   std::string summary() const;
 };
@@ -35,9 +40,13 @@ struct PasteResult {
 /// database of version 3.0.0, or such a database itself, whose record set of the same kind is then
 /// taken. `current` may be null, which is refused like any other unfit destination.
 ///
+/// A record of the same name and group as one that is there is treated as `ifThere` says; without
+/// it the user is asked, save for shadings, of which there may be several of one name.
+///
 /// Every failure of a record is shown, and the work goes on with the next. Errors of the search
 /// for the panes' angles, which comes first, are raised, and name the record.
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
-                         const std::shared_ptr<sources::datasource>& current);
+                         const std::shared_ptr<sources::datasource>& current,
+                         std::optional<IfThere> ifThere = std::nullopt);
 
 }  // namespace orv::commands

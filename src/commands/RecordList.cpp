@@ -1,5 +1,6 @@
 #include "commands/RecordList.h"
 
+#include "commands/ErrorText.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordReader.h"
 #include "database/Fields.h"
@@ -72,8 +73,8 @@ RecordListEntry readTextFile(const RecordReader& reader, RecordKind kind, const 
       entry.product = shading->productname();
       entry.supplier = shading->supplier();
     }
-  } catch (const Error&) {
-    // Whoever copies the file is told what is wrong with it.
+  } catch (const Error& error) {
+    entry.failure = describe(error);
   }
   return entry;
 }

@@ -16,6 +16,8 @@ struct RecordListEntry {
   std::string product;
   std::string group;
   std::string supplier;
+  /// Why a text file cannot be read; empty for every other record.
+  std::string failure = {};
 };
 
 /// The column of a record set that holds the identifiers of its records; empty for a node that is

@@ -90,12 +90,23 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
       return found(session_.database.RetrievePaneIGDB(connection(), identifier));
     case DataType::textFolder:
       if (recordKind(*node_) == RecordKind::panes) {
-        return found(session_.textFiles.ParseSpectralFile(node_->Folder(), identifier));
+        return textPane(identifier);
       }
       [[fallthrough]];
     default:
       raiseWrongKind("panes");
   }
+}
+
+std::shared_ptr<GlazingData> RecordReader::textPane(const std::string& file) const {
+  const std::string& folder = node_->Folder();
+  if (!session_.tolerant.isAllowedIn(folder)) {
+    return session_.textFiles.ParseSpectralFile(folder, file);
+  }
+  std::string repairs;
+  auto pane = session_.textFiles.ParseSpectralFile(folder, file, &repairs);
+  session_.tolerant.told(folder, file, repairs);
+  return pane;
 }
 
 std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(

@@ -57,6 +57,7 @@ class RecordReader {
  private:
   std::shared_ptr<GlazingData> orvPane(std::int32_t id, std::int16_t angle,
                                        std::int32_t direction) const;
+  std::shared_ptr<GlazingData> textPane(const std::string& file) const;
   void requireWholeAngle(std::int32_t id, const GlazingData& pane) const;
   bool isVersion3() const { return node_->DataType() == sources::DataType::orv3Panes; }
   bool isOrvPanes() const {

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <string>
 
+#include "commands/TolerantReading.h"
 #include "commands/UserInterface.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "sources/DataSources.h"
@@ -22,6 +25,9 @@ struct Session {
   sources::DataSources MainDataSources;
   database::ORV_DatabaseInterface database;
   ORV_TextFileInterface textFiles;
+  TolerantReading tolerant;
+  std::string password;        ///< for databases that want one, save the IGDB
+  std::set<std::string> told;  ///< remarks that are made once a run
   /// Whether reserved group names are refused.
   bool strictGroupNames = true;
 };

@@ -1,14 +1,34 @@
 #include "commands/CopyLosses.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
-#include "commands/TransferWork.h"
 
 namespace orv::commands {
 
 namespace {
 
+/// Writes the shading as the caller wants it treated where one of its name is there. By itself a
+/// database may have several shadings of one name.
+Outcome write(TransferWork& work, const std::string& identifier, ShadingDataClass& shading) {
+  auto& database = work.session().database;
+  Outcome outcome = Outcome::copied;
+  if (work.ifThere() == IfThere::skip &&
+      database.FindShading(shading.name(), shading.group(), work.destination()) != 0) {
+    return Outcome::skipped;
+  }
+  if (work.ifThere() == IfThere::replace) {
+    work.requireNotWritten(shading.name(), identifier);
+    if (database.ReplaceShading(shading, work.destination())) outcome = Outcome::replaced;
+  } else {
+    database.InsertShading(shading, work.destination());
+  }
+  work.wrote(shading.name(), identifier);
+  for (const auto& name : lossesOf(shading)) work.result().notKept.add(name, shading.name());
+  return outcome;
+}
+
 Outcome copyShading(TransferWork& work, const std::string& identifier) {
-  return work.attempt(
+  Outcome outcome = Outcome::copied;
+  const Outcome attempted = work.attempt(
       identifier,
       [&] {
         work.status("Reading " + identifier + "...");
@@ -18,22 +38,18 @@ Outcome copyShading(TransferWork& work, const std::string& identifier) {
         shading->group(*group);
         work.status("Writing " + identifier + "...");
         requireUsableNames(*shading);
-        work.session().database.InsertShading(*shading, work.destination());
-        for (const auto& name : lossesOf(*shading)) {
-          work.result().notKept.add(name, shading->name());
-        }
+        outcome = write(work, identifier, *shading);
       },
-      [] { return "A record with this name already exists."; });
+      {.conflict = [] { return "A record with this name already exists."; }},
+      [] { return Outcome::failed; });
+  return attempted == Outcome::copied ? outcome : attempted;
 }
 
 }  // namespace
 
-PasteResult transferShadings(Session& session, const sources::RecordSelection& records,
-                             sources::datasource& destination) {
-  TransferWork work(session, records, destination);
-  work.progress().expect(records.RecordsCount());
+void transferShadings(TransferWork& work) {
+  work.progress().expect(work.records().RecordsCount());
   work.forEachRecord([&](const std::string& identifier) { return copyShading(work, identifier); });
-  return work.result();
 }
 
 }  // namespace orv::commands

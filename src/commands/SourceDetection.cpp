@@ -156,6 +156,7 @@ SourceOpener::Node SourceOpener::openAny(const std::string& path,
     return openTextFolder(fs::absolute(path).lexically_normal().string(), kind);
   }
   if (!fs::exists(path)) raiseNotThere(path);
+  refuseOtherThanFile(path);
   const Place place = placeOf(path);
   const std::string beginning = beginningOf(path);
   if (isDatabase(path, beginning)) return openAnyDatabase(place.folder, place.filename);
@@ -202,7 +203,7 @@ std::vector<SourceOpener::Node> SourceOpener::openAll(const std::vector<std::str
 SourceOpener::Node SourceOpener::openAnyDatabase(const std::string& folder,
                                                  const std::string& filename) {
   const std::string path = (fs::path(folder) / filename).string();
-  const DatabaseFile file = openDatabaseFile(path);
+  const DatabaseFile file = openDatabaseFile(path, session_.password);
   if (holds(file.connection->tableNames(), "ORVdata_version"))
     return openOrvDatabase(folder, filename);
   for (const store::LinkedTableInfo& linked : file.connection->linkedTables()) {

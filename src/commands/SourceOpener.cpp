@@ -55,7 +55,7 @@ DataTypeCode databaseType(const std::string& version) {
 
 SourceOpener::Node SourceOpener::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {
-  auto connection = connect(folder, filename, "");
+  auto connection = connect(folder, filename, session_.password);
   const DataTypeCode type = databaseType(session_.database.LookupDatabaseVersion(*connection));
   return registerDatabase(type, folder, filename, std::move(connection));
 }
@@ -66,7 +66,7 @@ SourceOpener::Node SourceOpener::openIgdb(const std::string& folder, const std::
 
 SourceOpener::Node SourceOpener::openOptics5UserDatabase(const std::string& folder,
                                                          const std::string& filename) {
-  return openGlazingDatabase(DataType::optics5User, folder, filename, "");
+  return openGlazingDatabase(DataType::optics5User, folder, filename, session_.password);
 }
 
 SourceOpener::Node SourceOpener::openTextFiles(const std::string& folder,
@@ -119,6 +119,15 @@ void refuseSemicolon(const std::string& path) {
                                 "file or the folder.");
 }
 
+void refuseOtherThanFile(const std::string& path) {
+  std::error_code failure;
+  const auto status = std::filesystem::status(path, failure);
+  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status)) return;
+  throw Error(kInvalidCall,
+              "\"" + path + "\" is no file, but " +
+                  (std::filesystem::is_directory(status) ? "a folder." : "a pipe or a device."));
+}
+
 void createDatabaseFile(const std::string& path) {
   refuseSemicolon(path);
   database::CreateEmptyDatabase(path);
@@ -126,11 +135,16 @@ void createDatabaseFile(const std::string& path) {
 
 DatabaseFile openDatabaseFile(const std::string& path, const std::string& password) {
   refuseSemicolon(path);
+  refuseOtherThanFile(path);
   try {
     return {store::Connection::openFile(path, password)};
   } catch (const Error& error) {
-    if (error.number() != store::kNotAuthenticated || !password.empty()) throw;
-    return {store::Connection::openFile(path, kIgdbPassword), true};
+    if (error.number() != store::kNotAuthenticated) throw;
+    try {
+      return {store::Connection::openFile(path, kIgdbPassword), true};
+    } catch (const Error&) {
+      throw error;
+    }
   }
 }
 

@@ -29,6 +29,9 @@ bool isDatabaseFile(const std::string& path);
 /// ends the path: another file would be opened.
 void refuseSemicolon(const std::string& path);
 
+/// Raises kInvalidCall for what is there and is no file: a pipe would be waited for.
+void refuseOtherThanFile(const std::string& path);
+
 /// Opens any database file; where it wants another password, with that of the IGDB. Refuses a ";"
 /// in the path.
 DatabaseFile openDatabaseFile(const std::string& path, const std::string& password = "");

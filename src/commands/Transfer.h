@@ -1,15 +1,12 @@
 // The transfer of the records of a selection into a record set, one function a kind of record.
 #pragma once
 
-#include "commands/PasteRecords.h"
+#include "commands/TransferWork.h"
 
 namespace orv::commands {
 
-PasteResult transferPanes(Session& session, const sources::RecordSelection& records,
-                          sources::datasource& destination);
-PasteResult transferFrames(Session& session, const sources::RecordSelection& records,
-                           sources::datasource& destination);
-PasteResult transferShadings(Session& session, const sources::RecordSelection& records,
-                             sources::datasource& destination);
+void transferPanes(TransferWork& work);
+void transferFrames(TransferWork& work);
+void transferShadings(TransferWork& work);
 
 }  // namespace orv::commands

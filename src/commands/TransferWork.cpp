@@ -6,12 +6,13 @@
 namespace orv::commands {
 
 TransferWork::TransferWork(Session& session, const sources::RecordSelection& records,
-                           sources::datasource& destination)
+                           sources::datasource& destination, std::optional<IfThere> ifThere)
     : session_(session),
       records_(records),
       destination_(destination),
       reader_(session, records.DataSourcePtr()),
       group_(session),
+      ifThere_(ifThere),
       progress_(session.ui, "Pasting records...") {
   session_.ui.progressText("Opening database...");
 }
@@ -27,27 +28,57 @@ bool TransferWork::stopped() {
   return result_.cancelled;
 }
 
+namespace {
+
+std::string failureText(const std::string& identifier, const std::string& description) {
+  return "The record " + identifier + " could not be copied: \n" + description +
+         "\nIf this is a text file, check its format.";
+}
+
+}  // namespace
+
 Outcome TransferWork::attempt(const std::string& identifier, const std::function<void()>& step,
-                              const std::function<std::string()>& conflict,
-                              const std::function<std::string()>& which) {
+                              const Wording& wording, const std::function<Outcome()>& replace) {
   std::string description;
+  bool conflict = false;
   try {
     step();
     return Outcome::copied;
   } catch (const Error& error) {
-    description = error.number() == database::kRecordExists ? conflict() : describe(error);
+    conflict = error.number() == database::kRecordExists;
+    description = conflict ? wording.conflict() : describe(error);
   } catch (const std::exception& error) {
     description = describe(error);
   }
-  const std::string part = which();
-  tellFailure(identifier, part.empty() ? description : description + "\n(" + part + ")");
+  const std::string part = wording.which();
+  if (!part.empty()) description += "\n(" + part + ")";
+  if (conflict) return settleConflict(failureText(identifier, description), replace);
+  tellFailure(identifier, description);
   return Outcome::failed;
 }
 
+Outcome TransferWork::settleConflict(const std::string& text,
+                                     const std::function<Outcome()>& replace) {
+  switch (ifThere_ ? *ifThere_ : session_.ui.recordExists(text, kProductName)) {
+    case IfThere::skip:
+      return Outcome::skipped;
+    case IfThere::replace:
+      return replace();
+    case IfThere::fail:
+      break;
+  }
+  return Outcome::failed;
+}
+
+void TransferWork::requireNotWritten(const std::string& name, const std::string& identifier) const {
+  const auto found = written_.find(upperCase(name));
+  if (found == written_.end() || found->second == identifier) return;
+  throw Error(kInvalidCall, "This copy has written the record " + found->second +
+                                " under the same name (" + name + ") already.");
+}
+
 void TransferWork::tellFailure(const std::string& identifier, const std::string& description) {
-  session_.ui.message(MessageKind::recordFailure,
-                      "The record " + identifier + " could not be copied: \n" + description +
-                          "\nIf this is a text file, check its format.",
+  session_.ui.message(MessageKind::recordFailure, failureText(identifier, description),
                       kProductName);
 }
 
@@ -57,6 +88,8 @@ void TransferWork::forEachRecord(const std::function<Outcome(const std::string&)
     if (outcome == Outcome::failed) ++result_.failed;
     if (outcome == Outcome::withoutData) ++result_.withoutData;
     if (outcome == Outcome::partly) ++result_.partly;
+    if (outcome == Outcome::skipped) ++result_.skipped;
+    if (outcome == Outcome::replaced && !result_.cancelled) ++result_.replaced;
     if (outcome == Outcome::copied && !result_.cancelled) ++result_.copied;
     progress_.stepDone();
   }

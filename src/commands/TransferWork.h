@@ -2,23 +2,26 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 
 #include "commands/GroupName.h"
 #include "commands/LongWork.h"
 #include "commands/PasteRecords.h"
 #include "commands/RecordReader.h"
+#include "model/Text.h"
 
 namespace orv::commands {
 
 /// What became of one record.
-enum class Outcome { copied, partly, failed, withoutData };
+enum class Outcome { copied, replaced, skipped, partly, failed, withoutData };
 
 /// One run over the records of a selection.
 class TransferWork {
  public:
   TransferWork(Session& session, const sources::RecordSelection& records,
-               sources::datasource& destination);
+               sources::datasource& destination, std::optional<IfThere> ifThere);
 
   Session& session() { return session_; }
   const sources::RecordSelection& records() const { return records_; }
@@ -36,13 +39,29 @@ class TransferWork {
   /// Whether the work has to end before its end.
   bool stopped();
 
-  /// Runs one step of the work on a record and shows an error of it. `conflict` words the error
-  /// that the destination has the record already; `which` names the part of the record, where the
-  /// identifier does not say it.
-  Outcome attempt(
-      const std::string& identifier, const std::function<void()>& step,
-      const std::function<std::string()>& conflict,
-      const std::function<std::string()>& which = [] { return std::string(); });
+  /// What the caller wants done with records that are there; none when the user is to be asked.
+  std::optional<IfThere> ifThere() const { return ifThere_; }
+
+  /// How errors of a record are told.
+  struct Wording {
+    /// The error that the destination has the record already.
+    std::function<std::string()> conflict = {};
+    /// The part of the record that is meant, where the identifier does not say it.
+    std::function<std::string()> which = [] { return std::string(); };
+  };
+
+  /// Runs one step of the work on a record and shows an error of it. When the destination has the
+  /// record already and it is to be replaced, runs `replace`.
+  Outcome attempt(const std::string& identifier, const std::function<void()>& step,
+                  const Wording& wording, const std::function<Outcome()>& replace);
+
+  /// Remembers the name under which a record was written.
+  void wrote(const std::string& name, const std::string& identifier) {
+    written_.try_emplace(upperCase(name), identifier);
+  }
+  /// Raises kInvalidCall when another record was written under this name: a copy replaces what it
+  /// finds, not what it wrote itself.
+  void requireNotWritten(const std::string& name, const std::string& identifier) const;
 
   /// Shows that a record was not copied.
   void tellFailure(const std::string& identifier, const std::string& description);
@@ -52,11 +71,15 @@ class TransferWork {
   void forEachRecord(const std::function<Outcome(const std::string&)>& copy);
 
  private:
+  Outcome settleConflict(const std::string& text, const std::function<Outcome()>& replace);
+
   Session& session_;
   const sources::RecordSelection& records_;
   sources::datasource& destination_;
   RecordReader reader_;
   GroupName group_;
+  std::optional<IfThere> ifThere_;
+  std::map<std::string, std::string> written_;  ///< names to identifiers
   PasteResult result_;
   LongWork progress_;
 };

@@ -6,6 +6,11 @@ bool UserInterface::confirm(const std::string& text, const std::string& caption)
   return ask({text, caption, Buttons::yesNo, Answer::yes}) == Answer::yes;
 }
 
+IfThere UserInterface::recordExists(const std::string& text, const std::string& title) {
+  message(MessageKind::recordFailure, text, title);
+  return IfThere::fail;
+}
+
 bool UserInterface::acceptRisk(const std::string& warning) {
   return ask({warning + "\n\nDo you want to go on all the same?", kProductName, Buttons::yesNo,
               Answer::no}) == Answer::yes;

@@ -36,6 +36,13 @@ struct InputRequest {
   std::string preset;
 };
 
+/// What is to become of a record that the destination has already.
+enum class IfThere {
+  fail,     ///< it counts as a failure
+  skip,     ///< it is passed over
+  replace,  ///< the one that is there is replaced
+};
+
 /// A window or a command line. All texts are UTF-8, lines parted by "\n".
 class UserInterface : public database::PaneQuestions {
  public:
@@ -55,6 +62,10 @@ class UserInterface : public database::PaneQuestions {
   virtual Answer ask(const Question& question) = 0;
   /// The text; empty when the user gave none or cancelled.
   virtual std::string input(const InputRequest& request) = 0;
+
+  /// Tells that a record was not copied since the destination has it, and asks what to do. Without
+  /// a question it is a failure like any other.
+  virtual IfThere recordExists(const std::string& text, const std::string& title);
 
   /// Warns of what can harm a file; true when the work is to go on all the same.
   virtual bool acceptRisk(const std::string& warning);

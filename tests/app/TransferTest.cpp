@@ -8,6 +8,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QToolButton>
+#include <fstream>
 
 #include "app/WindowTest.h"
 #include "app/docks/DetailsDock.h"
@@ -111,6 +112,50 @@ TEST_F(TransferWindowTest, ReportsFailuresOnceAndSumsThemUp) {
             "(PANE00001.DAT) already exists.\n\nIf this is a text file, check its format.");
   EXPECT_EQ(summary.count("could not be copied"), 5);
   EXPECT_EQ(rows(), 5);
+}
+
+TEST_F(TransferWindowTest, ReplacesAndSkipsRecordsThatExist) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 4);
+  openNew();
+  trigger("mnuEditPaste");
+  const auto pasteAndPress = [&](const QString& button) {
+    dialogs.then([=](QWidget& dialog) {
+      auto& box = dynamic_cast<QMessageBox&>(dialog);
+      box.checkBox()->setChecked(true);
+      for (QAbstractButton* each : box.buttons()) {
+        if (each->text() == button) return each->click();
+      }
+    });
+    trigger("mnuEditPaste");
+    return find<QToolButton>("btnResult").text();
+  };
+  EXPECT_EQ(pasteAndPress("&Replace"), "0 records copied, 5 replaced.");
+  EXPECT_TRUE(find<QToolButton>("btnResult").isEnabled());
+  EXPECT_EQ(pasteAndPress("&Skip"), "0 records copied, 5 skipped.");
+  EXPECT_FALSE(find<QToolButton>("btnResult").isEnabled()) << "there is no more to tell";
+  EXPECT_EQ(dialogs.seen().size(), 2U) << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(rows(), 5);
+}
+
+TEST_F(TransferWindowTest, AsksOnceForAFolderOfLaboratoryFiles) {
+  const std::string place = folder / "lab";
+  QDir().mkdir(QString::fromStdString(place));
+  for (const char* name : {"/a.txt", "/b.txt"}) {
+    std::ofstream(place + name) << "SI nm 4,0 mm 1,0\n300;10,5;5;6\n500;80;7;8\n";
+  }
+  dialogs.press("Yes");
+  window.openPaths({QString::fromStdString(place)});
+  EXPECT_TRUE(dialogs.texts()[0].contains("a.txt: \"nm\" is read as Nanometers"))
+      << dialogs.texts()[0].toStdString();
+  selectRows(0, 1);
+  trigger("mnuEditCopy");
+  openNew();
+  dialogs.type("Lab");
+  trigger("mnuEditPaste");
+  EXPECT_EQ(dialogs.seen().size(), 2U) << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(find<QToolButton>("btnResult").text(), "2 records copied.");
+  EXPECT_EQ(rows(), 2);
 }
 
 TEST_F(TransferWindowTest, CopiesRowsThatAreDraggedToANode) {

@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,10 @@ class RecordingUi : public commands::UserInterface {
                        : kind == commands::MessageKind::information ? "information"
                                                                     : "failure";
     log.push_back(std::string(name) + " (" + title + "): " + text);
+  }
+
+  commands::IfThere recordExists(const std::string& text, const std::string& title) override {
+    return existing ? *existing : UserInterface::recordExists(text, title);
   }
 
   commands::Answer ask(const commands::Question& question) override {
@@ -58,6 +63,7 @@ class RecordingUi : public commands::UserInterface {
   std::deque<commands::Answer> answers;
   std::deque<std::string> inputs;
   std::function<bool()> cancelWhen;
+  std::optional<commands::IfThere> existing;  ///< what the user wants done with records there
 };
 
 }  // namespace orv::test

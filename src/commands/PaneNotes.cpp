@@ -1,0 +1,78 @@
+#include "commands/PaneNotes.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <set>
+
+#include "commands/CopyLosses.h"
+
+namespace orv::commands {
+
+namespace DataType = sources::DataType;
+
+namespace {
+
+void note(TransferWork& work, const std::string& text, const GlazingData& pane) {
+  work.result().notes.add(text, pane.filename());
+}
+
+void noteDirections(TransferWork& work, const std::string& identifier, const GlazingData& pane) {
+  const auto directions = work.reader().directions(identifier, pane.ORV_Angle());
+  if (directions.size() < 2) return;
+  note(work,
+       fmt::format("of the spectra of the directions {} at {} degrees only that of direction {} is "
+                   "copied",
+                   fmt::join(directions, ", "), pane.ORV_Angle(), pane.ORV_Direction()),
+       pane);
+}
+
+/// What is measured badly, or not what it is said to be, but can be stored.
+void noteDoubts(TransferWork& work, const GlazingData& pane) {
+  constexpr int kRightAngle = 90;
+  if (pane.ORV_Angle() < 0 || pane.ORV_Angle() > kRightAngle) {
+    note(work, fmt::format("{} degrees are no angle of incidence", pane.ORV_Angle()), pane);
+  }
+  if (!pane.SpectralData()) return;
+  const SpectralData& spectrum = *pane.SpectralData();
+  std::set<float> wavelengths;
+  bool isDoubled = false;
+  bool isTooMuch = false;
+  constexpr float kWhole = 1.0001F;  // with what rounding adds
+  for (std::int32_t i = 0; i < spectrum.count(); ++i) {
+    isDoubled = !wavelengths.insert(spectrum.wl(i)).second || isDoubled;
+    isTooMuch = isTooMuch || spectrum.Tf(i) + spectrum.Rf(i) > kWhole ||
+                spectrum.Tb(i) + spectrum.Rb(i) > kWhole;
+  }
+  if (isDoubled) note(work, "a wavelength occurs twice", pane);
+  if (isTooMuch) note(work, "transmittance and reflectance add up to more than 1", pane);
+}
+
+}  // namespace
+
+void notePane(TransferWork& work, const std::string& identifier, const GlazingData& pane,
+              std::size_t angles) {
+  for (const auto& names : {lossesOf(pane), work.reader().unreadColumns(identifier, pane)}) {
+    for (const std::string& name : names) work.result().notKept.add(name, pane.filename());
+  }
+  if (lacksIntegratedValues(pane)) {
+    work.result().zeros.add("integrated values", pane.filename());
+  }
+  if (pane.ORV_Emissivity_front() == 0 && pane.ORV_Emissivity_back() == 0) {
+    work.result().zeros.add("emissivities", pane.filename());
+  }
+  if (pane.spectral_pane() && !pane.SpectralData()) {
+    note(work, "marked as spectral, but without a spectrum at an angle", pane);
+  }
+  const auto type = work.records().DataSourcePtr()->DataType();
+  if (type == DataType::orv2Panes && angles > 1) {
+    note(work,
+         "version 2.0.1 does not tell spectra of several angles apart: each angle has all rows of "
+         "the pane",
+         pane);
+  }
+  noteDirections(work, identifier, pane);
+  noteDoubts(work, pane);
+}
+
+}  // namespace orv::commands
