@@ -22,7 +22,7 @@ const std::map<std::string, RecordKind> kSets = {{"panes", RecordKind::panes},
 const std::map<std::string, TextFileKind> kTextKinds = {{"panes", TextFileKind::panes},
                                                         {"shadings", TextFileKind::shadings}};
 const std::map<std::string, Format> kFormats = {
-    {"table", Format::table}, {"tsv", Format::tsv}, {"json", Format::json}};
+    {"table", Format::table}, {"tsv", Format::tsv}, {"csv", Format::csv}, {"json", Format::json}};
 
 std::string nameOf(RecordKind kind) {
   for (const auto& [name, each] : kSets) {
@@ -34,9 +34,13 @@ std::string nameOf(RecordKind kind) {
 }  // namespace
 
 void addFormat(CLI::App& command, Format& format) {
-  command.add_option("--format", format, "Form of the result: table (default), tsv or json")
+  command.add_option("--format", format, "Form of the result: table (default), tsv, csv or json")
       ->transform(oneOf(kFormats))
       ->type_name("FORM");
+}
+
+void addQuiet(CLI::App& command, bool& quiet) {
+  command.add_flag("--quiet", quiet, "Tell failures only: no summary, no remarks, no progress");
 }
 
 void addForce(CLI::App& command, bool& force) {
@@ -69,6 +73,7 @@ std::string PasswordArgument::value() const {
 }
 
 void SourceArgument::addSource(CLI::App& command) {
+  addPassword(command);
   command
       .add_option("SOURCE", path_,
                   "A database (ORV, IGDB or Optics5), a text file, or a folder of text files")
@@ -87,9 +92,18 @@ void SourceArgument::addOptions(CLI::App& command) {
       ->type_name("KIND");
 }
 
+void SourceArgument::addTolerant(CLI::App& command) {
+  command.add_flag("--tolerant", isTolerant_,
+                   "Read pane files that differ from the format where that has one meaning: "
+                   "decimal commas, semicolons, headings, nm, percent and the like");
+}
+
 Node SourceArgument::open(Console& console) const {
-  const Node source =
-      opening([&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+  applyTo(console);
+  const Node source = opening([&] {
+    return withPassword(
+        console, [&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+  });
   requireTexts({source});
   return source;
 }
@@ -111,9 +125,36 @@ Node SourceArgument::recordSet(const Node& source) const {
   return node;
 }
 
-sources::RecordSelection selectRecords(const Node& node,
-                                       const std::vector<std::string>& identifiers) {
-  const auto chosen = identifiers.empty() ? commands::recordIdentifiers(*node) : identifiers;
+void SourceArgument::addWhere(CLI::App& command) {
+  command
+      .add_option("--where", where_,
+                  "Only records of which a column meets a condition, such as \"thickness>5\", "
+                  "\"thickness:3..6\", \"group=Demo\" or \"name:clear\"; of several conditions all")
+      ->type_name("CONDITION")
+      ->allow_extra_args(false);
+}
+
+std::vector<commands::ColumnCondition> SourceArgument::conditions() const {
+  std::vector<commands::ColumnCondition> result;
+  for (const std::string& text : where_) {
+    result.push_back(usedRightly([&] { return commands::parseCondition(text); }));
+  }
+  return result;
+}
+
+sources::RecordSelection SourceArgument::select(const Node& node,
+                                                const std::vector<std::string>& identifiers) const {
+  std::vector<std::string> chosen = identifiers;
+  if (hasConditions()) {
+    if (!identifiers.empty()) throw wrongUse("Give either identifiers of records or --where.");
+    const auto table = commands::openRecordTable(node);
+    for (const std::size_t row :
+         usedRightly([&] { return commands::matchingRows(*table, conditions()); })) {
+      chosen.push_back(table->value(row, 0).toText());
+    }
+  } else if (identifiers.empty()) {
+    chosen = commands::recordIdentifiers(*node);
+  }
   sources::RecordSelection selection;
   selection.RecordsCount(static_cast<std::int32_t>(chosen.size()));
   selection.DataSourcePtr(node);

@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "cli/Console.h"
+#include "cli/Failure.h"
 #include "cli/PasswordPrompt.h"
 #include "cli/RowWriter.h"
 #include "commands/Notes.h"
+#include "commands/RecordFilter.h"
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
 #include "model/Text.h"
@@ -38,6 +40,8 @@ CLI::Validator oneOf(const std::map<std::string, T>& words) {
 }
 
 void addFormat(CLI::App& command, Format& format);
+/// Declares --quiet, for the verbs that end with a summary.
+void addQuiet(CLI::App& command, bool& quiet);
 /// Declares --force, for the verbs that change a database.
 void addForce(CLI::App& command, bool& force);
 
@@ -56,7 +60,12 @@ class PasswordArgument {
     try {
       return open(given);
     } catch (const Error& error) {
-      if (error.number() != store::kNotAuthenticated || !given.empty() || !canAsk()) throw;
+      if (error.number() != store::kNotAuthenticated || !given.empty()) throw;
+      if (!canAsk()) {
+        throw Failure(kCannotOpen, commands::describe(error) +
+                                       " The database needs a password: give it with "
+                                       "--password-file FILE or --password TEXT.");
+      }
     }
     return open(askForPassword());
   }
@@ -76,6 +85,33 @@ class SourceArgument {
   /// Declares --set and --text.
   void addOptions(CLI::App& command);
 
+  /// Declares --password and --password-file.
+  void addPassword(CLI::App& command) { password_.addTo(command); }
+  /// Runs `open` with the password for databases that want one.
+  template <class Open>
+  auto withPassword(Console& console, Open open) const {
+    return password_.use([&](const std::string& password) {
+      console.session.password = password;
+      return open();
+    });
+  }
+
+  /// Declares --where.
+  void addWhere(CLI::App& command);
+  bool hasConditions() const { return !where_.empty(); }
+  std::vector<commands::ColumnCondition> conditions() const;
+  /// The named records of a node; where none is named those that --where describes, or all.
+  /// Raises Failure where both are given, and for a condition that is none.
+  sources::RecordSelection select(const Node& node,
+                                  const std::vector<std::string>& identifiers) const;
+
+  /// Declares --tolerant.
+  void addTolerant(CLI::App& command);
+  /// Lets files be read tolerantly when that is asked for.
+  void applyTo(Console& console) const {
+    if (isTolerant_) console.session.tolerant.allowEverywhere();
+  }
+
   /// Opens SOURCE. Raises Failure.
   Node open(Console& console) const;
   /// The record set that --set names; without it the panes, or what the text files are. Raises
@@ -92,11 +128,10 @@ class SourceArgument {
   std::string path_;
   std::optional<commands::RecordKind> set_;
   std::optional<commands::TextFileKind> textKind_;
+  bool isTolerant_ = false;
+  PasswordArgument password_;
+  std::vector<std::string> where_;
 };
-
-/// The named records of a node, or all of them when none is named.
-sources::RecordSelection selectRecords(const Node& node,
-                                       const std::vector<std::string>& identifiers);
 
 /// Says on standard error what the records hold and `destination` has no place for.
 void tellNotKept(const commands::Notes& notes, const char* destination);

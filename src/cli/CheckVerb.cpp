@@ -36,6 +36,7 @@ class CheckVerb : public Verb {
   ExitCode run(Console& console) override {
     const store::CheckReport report = opening([&] {
       commands::refuseSemicolon(path_);
+      commands::refuseOtherThanFile(path_);
       return password_.use(
           [&](const std::string& password) { return checkWithProgress(console.ui, password); });
     });

@@ -131,8 +131,9 @@ bool CliUserInterface::cancelled() {
   return interrupts_ && Interrupts::happened();
 }
 
-void CliUserInterface::message(commands::MessageKind /*kind*/, const std::string& text,
+void CliUserInterface::message(commands::MessageKind kind, const std::string& text,
                                const std::string& /*title*/) {
+  if (kind == commands::MessageKind::information && answers_.quiet) return;
   print("orv: " + text);
 }
 
@@ -170,7 +171,7 @@ bool CliUserInterface::acceptRisk(const std::string& warning) {
 }
 
 void CliUserInterface::draw() {
-  if (!showsBar_ || !working_) return;
+  if (!showsBar_ || !working_ || answers_.quiet) return;
   const int filled = total_ > 0 ? done_ * kBarWidth / total_ : 0;
   const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
   steer(fmt::format("\r\033[K[{}] {}/{} {}", bar, done_, total_, shortened(oneLine(text_))));

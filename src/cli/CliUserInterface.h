@@ -19,6 +19,7 @@ enum class SubstratePolicy {
 /// The answers that the command line gives beforehand.
 struct Answers {
   bool yes = false;    ///< to the confirmation of a deletion
+  bool quiet = false;  ///< nothing but failures is told
   bool force = false;  ///< to the warning that a file is in use elsewhere
   std::string group;   ///< to the question for a group name
   SubstratePolicy substrate = SubstratePolicy::refuse;
@@ -35,6 +36,7 @@ class CliUserInterface : public commands::UserInterface {
 
   /// For the verbs, which know them only once the command line is read.
   void answers(Answers value) { answers_ = std::move(value); }
+  bool isQuiet() const { return answers_.quiet; }
 
   void status(const std::string& text) override;
   void beginProgress(const std::string& text) override;

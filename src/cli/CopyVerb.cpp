@@ -33,6 +33,10 @@ class CopyVerb : public Verb {
         ->expected(2, -1)
         ->type_name("");
     source_.addOptions(command());
+    source_.addTolerant(command());
+    source_.addWhere(command());
+    source_.addPassword(command());
+    addQuiet(command(), answers_.quiet);
     addForce(command(), answers_.force);
     command()
         .add_option("--group", answers_.group,
@@ -44,30 +48,41 @@ class CopyVerb : public Verb {
                     "terminal), drop the substrate, or refuse the pane (default elsewhere)")
         ->transform(oneOf(kPolicies))
         ->type_name("ANSWER");
+    auto* replace = command().add_flag("--replace", replace_,
+                                       "Replace records of the same name and group; they keep "
+                                       "their keys");
+    command()
+        .add_flag("--skip-existing", skipExisting_,
+                  "Pass over records of the same name and group, which is no failure")
+        ->excludes(replace);
   }
 
   ExitCode run(Console& console) override {
     checkOptions();
+    source_.applyTo(console);
     console.ui.answers(answers_);
     commands::SourceOpener opener(console.session);
     const auto split = findDestination();
     const auto nodes = opening([&] {
-      return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
+      return source_.withPassword(console, [&] {
+        return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
+      });
     });
     source_.requireTexts(nodes);
     checkUseOfGroup(nodes);
-    const Node destination = destinationNode(nodes, opener, *split);
+    const Node destination = destinationNode(console, nodes, opener, *split);
     const std::vector<std::string> identifiers(split + 1, arguments_.cend());
     if (nodes.size() > 1 && !identifiers.empty()) {
       throw wrongUse("Identifiers of records can be given for one source only.");
     }
-    ExitCode exit = kAllWell;
+    commands::PasteResult total;
     for (const Node& node : nodes) {
       const auto result = copy(console, source_.recordSet(node), destination, identifiers);
-      exit = std::max(exit, exitOf(result));
+      total.add(result);
       if (result.cancelled || result.refused) break;
     }
-    return exit;
+    if (!total.refused && !answers_.quiet) std::cout << total.summary() << '\n';
+    return exitOf(total);
   }
 
  private:
@@ -111,20 +126,21 @@ class CopyVerb : public Verb {
   }
 
   /// The node of a source, when the database is one of the sources too.
-  static Node destinationNode(const std::vector<Node>& sources, commands::SourceOpener& opener,
-                              const std::string& path) {
+  Node destinationNode(Console& console, const std::vector<Node>& sources,
+                       commands::SourceOpener& opener, const std::string& path) const {
     for (const Node& source : sources) {
       const auto file = std::filesystem::path(source->Folder()) / source->filename();
       if (std::filesystem::equivalent(file, path)) return source;
     }
-    return opening([&] { return opener.openAny(path); });
+    return opening(
+        [&] { return source_.withPassword(console, [&] { return opener.openAny(path); }); });
   }
 
   commands::PasteResult copy(Console& console, const Node& node, const Node& destination,
                              const std::vector<std::string>& identifiers) const {
     requireGroup(*node);
-    const auto result =
-        commands::pasteRecords(console.session, selectRecords(node, identifiers), destination);
+    const auto result = commands::pasteRecords(console.session, source_.select(node, identifiers),
+                                               destination, ifThere());
     if (!result.refused) tell(result);
     return result;
   }
@@ -136,9 +152,8 @@ class CopyVerb : public Verb {
     return allWell ? kAllWell : kRecordsFailed;
   }
 
-  /// What became of the records, and what they lost on their way, or gained.
+  /// What the records lost on their way, or gained.
   static void tell(const commands::PasteResult& result) {
-    std::cout << result.summary() << '\n';
     for (const commands::Note& note : result.notes.list()) {
       std::cerr << "orv: " << note.line() << '\n';
     }
@@ -146,6 +161,12 @@ class CopyVerb : public Verb {
       std::cerr << "orv: not given by the source, 0 is stored: " << result.zeros.counts() << ".\n";
     }
     tellNotKept(result.notKept, "an ORV database");
+  }
+
+  std::optional<commands::IfThere> ifThere() const {
+    if (replace_) return commands::IfThere::replace;
+    if (skipExisting_) return commands::IfThere::skip;
+    return std::nullopt;
   }
 
   void requireGroup(const sources::datasource& node) const {
@@ -160,6 +181,8 @@ class CopyVerb : public Verb {
   std::vector<std::string> arguments_;
   Answers answers_;
   std::optional<SubstratePolicy> substrate_;
+  bool replace_ = false;
+  bool skipExisting_ = false;
 };
 
 }  // namespace

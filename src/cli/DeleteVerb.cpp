@@ -15,27 +15,31 @@ class DeleteVerb : public Verb {
              "  orv delete orvdata.mdb 12 13\n"
              "  orv delete orvdata.mdb 3 --set frames --yes\n") {
     source_.addSource(command());
-    command()
-        .add_option("ID", identifiers_, "Identifiers of the records")
-        ->required()
-        ->type_name("");
+    command().add_option("ID", identifiers_, "Identifiers of the records")->type_name("");
     command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
     addForce(command(), answers_.force);
     source_.addOptions(command());
+    source_.addWhere(command());
+    addQuiet(command(), answers_.quiet);
   }
 
   ExitCode run(Console& console) override {
     if (!answers_.yes && !canAsk()) {
       throw wrongUse("Without a terminal to ask on, a deletion has to be confirmed with --yes.");
     }
+    if (identifiers_.empty() && !source_.hasConditions()) {
+      throw wrongUse("The records to delete have to be given by identifiers or with --where.");
+    }
     console.ui.answers(answers_);
     const Node node = source_.openRecordSet(console);
     const auto result =
-        commands::deleteRecords(console.session, selectRecords(node, identifiers_), node);
+        commands::deleteRecords(console.session, source_.select(node, identifiers_), node);
     if (result.refused) return kWrongUse;
-    std::cout << counted(result.deleted, "record") << " deleted";
-    if (result.failed > 0) std::cout << ", " << result.failed << " failed";
-    std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    if (!answers_.quiet) {
+      std::cout << counted(result.deleted, "record") << " deleted";
+      if (result.failed > 0) std::cout << ", " << result.failed << " failed";
+      std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    }
     return result.failed == 0 && !result.cancelled ? kAllWell : kRecordsFailed;
   }
 

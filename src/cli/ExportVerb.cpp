@@ -26,6 +26,9 @@ class ExportVerb : public Verb {
     command().add_flag("--overwrite", options_.overwrite,
                        "Replace files of the same names; otherwise new files get other names");
     source_.addOptions(command());
+    source_.addWhere(command());
+    addQuiet(command(), answers_.quiet);
+    source_.addTolerant(command());
   }
 
   ExitCode run(Console& console) override {
@@ -33,24 +36,29 @@ class ExportVerb : public Verb {
     if (commands::recordKind(*node) == commands::RecordKind::frames) {
       throw wrongUse("Frames cannot be written as text files, only panes and shadings.");
     }
+    console.ui.answers(answers_);
     const auto result =
-        commands::exportRecords(console.session, selectRecords(node, identifiers_), options_);
-    for (const commands::Note& note : result.filled.list()) {
-      std::cerr << "orv: filled in: " << note.line() << '\n';
-    }
-    tellNotKept(result.notKept, "a text file");
+        commands::exportRecords(console.session, source_.select(node, identifiers_), options_);
     for (const std::string& file : result.files) std::cout << file << '\n';
-    std::cerr << "orv: " << counted(result.files.size(), "file") << " written to "
-              << options_.folder;
-    if (result.failed > 0) std::cerr << ", " << counted(result.failed, "record") << " failed";
-    std::cerr << (result.cancelled ? ", then cancelled.\n" : ".\n");
+    if (!answers_.quiet) tell(result);
     return result.failed == 0 && !result.cancelled ? kAllWell : kRecordsFailed;
   }
 
  private:
+  void tell(const commands::ExportResult& result) const {
+    for (const commands::Note& note : result.filled.list()) {
+      std::cerr << "orv: filled in: " << note.line() << '\n';
+    }
+    tellNotKept(result.notKept, "a text file");
+    std::cout << counted(result.files.size(), "file") << " written to " << options_.folder;
+    if (result.failed > 0) std::cout << ", " << counted(result.failed, "record") << " failed";
+    std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
+  }
+
   SourceArgument source_;
   std::vector<std::string> identifiers_;
   commands::ExportOptions options_;
+  Answers answers_;
 };
 
 }  // namespace

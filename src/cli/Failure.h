@@ -5,6 +5,7 @@
 #include <string>
 
 #include "commands/ErrorText.h"
+#include "errors/Error.h"
 
 namespace orv::cli {
 
@@ -30,11 +31,24 @@ inline Failure wrongUse(const std::string& message) {
   return {kWrongUse, message};
 }
 
+/// Runs `work` on what the user typed and turns kInvalidCall into a failure with kWrongUse.
+template <class Work>
+auto usedRightly(Work work) {
+  try {
+    return work();
+  } catch (const Error& error) {
+    if (error.number() != kInvalidCall) throw;
+    throw wrongUse(commands::describe(error));
+  }
+}
+
 /// Runs `open` and turns any error of it into a failure with kCannotOpen.
 template <class Open>
 auto opening(Open open) {
   try {
     return open();
+  } catch (const Failure&) {
+    throw;
   } catch (const std::exception& error) {
     throw Failure(kCannotOpen, commands::describe(error));
   }

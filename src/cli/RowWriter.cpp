@@ -117,6 +117,33 @@ class TsvWriter : public RowWriter {
   std::ostream& out_;
 };
 
+class CsvWriter : public RowWriter {
+ public:
+  CsvWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
+    row({columns.begin(), columns.end()});
+  }
+
+  void row(const std::vector<store::Value>& values) override {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (i > 0) out_ << ',';
+      out_ << quoted(cellText(values[i]));
+    }
+    out_ << '\n';
+  }
+
+  void end() override {}
+
+ private:
+  static std::string quoted(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string result = "\"";
+    for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);
+    return result + '"';
+  }
+
+  std::ostream& out_;
+};
+
 class JsonWriter : public RowWriter {
  public:
   JsonWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
@@ -148,6 +175,8 @@ std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string>
   switch (format) {
     case Format::tsv:
       return std::make_unique<TsvWriter>(columns, out);
+    case Format::csv:
+      return std::make_unique<CsvWriter>(columns, out);
     case Format::json:
       return std::make_unique<JsonWriter>(columns, out);
     default:

@@ -30,6 +30,7 @@ class ShowVerb : public Verb {
         ->required()
         ->type_name("");
     source_.addOptions(command());
+    source_.addTolerant(command());
     command()
         .add_option("--angle", angle_,
                     "Angle of incidence of a pane's data, in degrees (default: the first)")

@@ -1,7 +1,12 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <iostream>
+#include <iterator>
 
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
+#include "commands/Remarks.h"
 
 namespace orv::cli {
 
@@ -17,7 +22,8 @@ class SqlVerb : public Verb {
     command().add_option("FILE", path_, "The database")->required()->type_name("");
     command()
         .add_option("SELECT", statement_,
-                    "A SELECT statement, or the name of a saved query or table")
+                    "A SELECT statement, or the name of a saved query or table; - reads it from "
+                    "the standard input")
         ->type_name("");
     command().add_flag("--queries", listsQueries_, "List the saved queries with their SQL");
     password_.addTo(command());
@@ -28,12 +34,18 @@ class SqlVerb : public Verb {
     if (statement_.empty() != listsQueries_) {
       throw wrongUse("Give either a SELECT statement, the name of a query, or --queries.");
     }
+    if (statement_ == "-") {
+      statement_.assign(std::istreambuf_iterator<char>(std::cin), {});
+    }
     const auto connection = opening([&] {
       return password_.use([&](const std::string& password) {
         return commands::openDatabaseFile(path_, password).connection;
       });
     });
     listsQueries_ ? listQueries(*connection) : select(*connection);
+    for (const std::string& line : commands::indexRemarks(*connection)) {
+      std::cerr << "orv: " << line << '\n';
+    }
     return kAllWell;
   }
 
@@ -65,8 +77,9 @@ class SqlVerb : public Verb {
       return connection.openRecordset(statement_);
     } catch (const Error& error) {
       switch (error.number()) {
-        case store::kSyntaxError:
         case store::kObjectNotFound:
+          throw wrongUse(commands::describe(error) + knownTables(connection));
+        case store::kSyntaxError:
         case store::kNotSupported:
         case store::kItemNotFound:
           throw wrongUse(commands::describe(error));
@@ -74,6 +87,13 @@ class SqlVerb : public Verb {
           throw;
       }
     }
+  }
+
+  static std::string knownTables(const store::Connection& connection) {
+    std::vector<std::string> names = connection.tableNames();
+    const auto queries = connection.queryNames();
+    names.insert(names.end(), queries.begin(), queries.end());
+    return fmt::format(" There are: {}.", fmt::join(names, ", "));
   }
 
   std::string path_;

@@ -49,6 +49,8 @@ std::unique_ptr<Verb> makeCopyVerb(CLI::App& app);
 std::unique_ptr<Verb> makeExportVerb(CLI::App& app);
 std::unique_ptr<Verb> makeDeleteVerb(CLI::App& app);
 std::unique_ptr<Verb> makeSqlVerb(CLI::App& app);
+std::unique_ptr<Verb> makeTablesVerb(CLI::App& app);
 std::unique_ptr<Verb> makeCheckVerb(CLI::App& app);
+std::unique_ptr<Verb> makeCompletionVerb(CLI::App& app);
 
 }  // namespace orv::cli

@@ -10,6 +10,7 @@
 #include "cli/StandardStreams.h"
 #include "cli/Verb.h"
 #include "commands/ErrorText.h"
+#include "commands/Remarks.h"
 
 namespace {
 
@@ -32,7 +33,13 @@ int run(CLI::App& app, const std::vector<std::unique_ptr<Verb>>& verbs, int argc
     app.parse(argc, argv);
     Console console;
     for (const auto& verb : verbs) {
-      if (verb->isChosen()) return verb->run(console);
+      if (!verb->isChosen()) continue;
+      const ExitCode exit = verb->run(console);
+      if (console.ui.isQuiet()) return exit;
+      for (const std::string& line : orv::commands::remarks(console.session)) {
+        std::cerr << "orv: " << line << '\n';
+      }
+      return exit;
     }
     std::cerr << app.help();
     return kWrongUse;

@@ -111,10 +111,10 @@ TEST_F(CliTest, ExportWritesFilesAndSaysWhatItFilledIn) {
   makeDatabase();
   const Ended run = orv("export db.mdb 1 --to out");
   EXPECT_EQ(run.exit, 0) << run.err;
-  EXPECT_EQ(run.out, "a.txt\n");
+  EXPECT_EQ(run.out, "a.txt\n1 file written to out.\n");
   EXPECT_NE(run.err.find("orv: filled in: coating name = Unknown: a.txt\n"), std::string::npos);
   EXPECT_NE(folder.read("out/a.txt").find("{ Product Name: Alpha }"), std::string::npos);
-  EXPECT_EQ(orv("export db.mdb 1 --to out").out, "a_2.txt\n");
+  EXPECT_EQ(orv("export db.mdb 1 --to out --quiet").out, "a_2.txt\n");
   EXPECT_EQ(orv("export db.mdb --set frames --to out").exit, 2);
 }
 
@@ -125,8 +125,8 @@ TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
   EXPECT_EQ(orv("list").exit, 2);
   EXPECT_EQ(orv("--help").exit, 0);
   EXPECT_EQ(orv("--version").exit, 0);
-  for (const char* verb :
-       {"new", "info", "list", "show", "copy", "export", "delete", "sql", "check"}) {
+  for (const char* verb : {"new", "info", "list", "show", "copy", "export", "delete", "sql",
+                           "tables", "check", "completion"}) {
     const Ended help = orv(std::string(verb) + " --help");
     EXPECT_EQ(help.exit, 0);
     EXPECT_NE(help.out.find("Examples:\n  orv " + std::string(verb)), std::string::npos)

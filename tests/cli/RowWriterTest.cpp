@@ -31,6 +31,11 @@ TEST(RowWriterTest, TsvHasALineARowWhateverTheValuesHold) {
                                       std::string(80, '0') + "\n\tTrue\t2023-03-15 18:00:00\n");
 }
 
+TEST(RowWriterTest, CsvQuotesWhatWouldPartFields) {
+  EXPECT_EQ(written(Format::csv), "id,näme,data\n5,\"a\tb\\\n\"\"ä\"\"\",0x0aff\n120,,0x" +
+                                      std::string(80, '0') + "\n,True,2023-03-15 18:00:00\n");
+}
+
 TEST(RowWriterTest, JsonKeepsNumbersTruthAndNull) {
   EXPECT_EQ(written(Format::json),
             "[\n"
