@@ -109,6 +109,7 @@ class CopyVerb : public Verb {
     if (igdbs == 0) return;
     const std::string reason = "The panes of the IGDB go into the group IGDB";
     if (igdbs == std::ssize(sources)) throw wrongUse(reason + ": leave --group out.");
+    if (answers_.quiet) return;
     std::cerr << "orv: " << reason << "; " << answers_.group << " is for the others.\n";
   }
 
@@ -141,7 +142,7 @@ class CopyVerb : public Verb {
     requireGroup(*node);
     const auto result = commands::pasteRecords(console.session, source_.select(node, identifiers),
                                                destination, ifThere());
-    if (!result.refused) tell(result);
+    if (!result.refused && !answers_.quiet) tell(result);
     return result;
   }
 
