@@ -152,8 +152,9 @@ commands::IfThere WindowUserInterface::recordExists(const std::string& text,
   } else if (!failuresQuiet_) {
     Box box(QMessageBox::Warning, qt(title), shownText(text), owner());
     box.addButton(QMessageBox::Ok);
-    const auto* replace = box.addButton(QWidget::tr("&Replace"), QMessageBox::DestructiveRole);
-    const auto* skip = box.addButton(QWidget::tr("&Skip"), QMessageBox::ActionRole);
+    const QAbstractButton* replace =
+        box.addButton(QWidget::tr("&Replace"), QMessageBox::DestructiveRole);
+    const QAbstractButton* skip = box.addButton(QWidget::tr("&Skip"), QMessageBox::ActionRole);
     box.setDefaultButton(QMessageBox::Ok);
     box.setEscapeButton(QMessageBox::Ok);
     auto* all = new QCheckBox(
