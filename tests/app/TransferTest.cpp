@@ -148,6 +148,7 @@ TEST_F(TransferWindowTest, AsksOnceForAFolderOfLaboratoryFiles) {
   window.openPaths({QString::fromStdString(place)});
   EXPECT_TRUE(dialogs.texts()[0].contains("a.txt: \"nm\" is read as Nanometers"))
       << dialogs.texts()[0].toStdString();
+  tree().setCurrentItem(tree().topLevelItem(0));
   selectRows(0, 1);
   trigger("mnuEditCopy");
   openNew();
