@@ -3,7 +3,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 
 #include "cli/CliTest.h"
@@ -216,9 +215,15 @@ TEST_F(RecordsTest, TheManPageHasTheVerbsAndOptionsOfTheHelp) {
   std::ifstream file(ORV_SOURCE_DIR "/packaging/orv.1.in");
   std::string page(std::istreambuf_iterator<char>(file), {});
   std::erase(page, '\\');
-  const std::regex option("--[a-z][a-z-]+");
-  const auto optionsIn = [&](const std::string& text) {
-    return std::set<std::string>(std::sregex_token_iterator(text.begin(), text.end(), option), {});
+  const auto optionsIn = [](const std::string& text) {
+    constexpr const char* kLetters = "abcdefghijklmnopqrstuvwxyz";
+    std::set<std::string> options;
+    for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos; at += 2) {
+      const std::size_t end = text.find_first_not_of(std::string(kLetters) + '-', at);
+      const std::string option = text.substr(at, end - at);
+      if (option.find_first_of(kLetters) == 2 && option.size() > 3) options.insert(option);
+    }
+    return options;
   };
   std::set<std::string> known = optionsIn(orv("--help").out);
   for (const char* verb : {"new", "info", "list", "show", "copy", "export", "delete", "sql",
