@@ -17,10 +17,10 @@
 #include "app/RecordDocks.h"
 #include "app/RecordGrid.h"
 #include "app/StatusBar.h"
-#include "commands/Remarks.h"
 #include "app/Text.h"
 #include "app/WindowGeometry.h"
 #include "commands/RecordKind.h"
+#include "commands/Remarks.h"
 
 namespace orv::app {
 

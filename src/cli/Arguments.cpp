@@ -72,6 +72,14 @@ std::string PasswordArgument::value() const {
   return line;
 }
 
+std::shared_ptr<store::Connection> openDatabase(const std::string& path,
+                                                const PasswordArgument& password) {
+  return opening([&] {
+    return password.use(
+        [&](const std::string& word) { return commands::openDatabaseFile(path, word).connection; });
+  });
+}
+
 void SourceArgument::addSource(CLI::App& command) {
   addPassword(command);
   command
@@ -134,12 +142,12 @@ void SourceArgument::addWhere(CLI::App& command) {
       ->allow_extra_args(false);
 }
 
-std::vector<commands::ColumnCondition> SourceArgument::conditions() const {
-  std::vector<commands::ColumnCondition> result;
-  for (const std::string& text : where_) {
-    result.push_back(usedRightly([&] { return commands::parseCondition(text); }));
-  }
-  return result;
+std::vector<std::size_t> SourceArgument::rows(commands::RecordTable& table) const {
+  return usedRightly([&] {
+    std::vector<commands::ColumnCondition> conditions;
+    for (const std::string& text : where_) conditions.push_back(commands::parseCondition(text));
+    return commands::matchingRows(table, conditions);
+  });
 }
 
 sources::RecordSelection SourceArgument::select(const Node& node,
@@ -148,8 +156,7 @@ sources::RecordSelection SourceArgument::select(const Node& node,
   if (hasConditions()) {
     if (!identifiers.empty()) throw wrongUse("Give either identifiers of records or --where.");
     const auto table = commands::openRecordTable(node);
-    for (const std::size_t row :
-         usedRightly([&] { return commands::matchingRows(*table, conditions()); })) {
+    for (const std::size_t row : rows(*table)) {
       chosen.push_back(table->value(row, 0).toText());
     }
   } else if (identifiers.empty()) {

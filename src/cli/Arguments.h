@@ -77,6 +77,10 @@ class PasswordArgument {
   std::string file_;
 };
 
+/// Opens the database of a verb that takes any. Raises Failure.
+std::shared_ptr<store::Connection> openDatabase(const std::string& path,
+                                                const PasswordArgument& password);
+
 /// A data source and the record set of it that is meant.
 class SourceArgument {
  public:
@@ -99,7 +103,9 @@ class SourceArgument {
   /// Declares --where.
   void addWhere(CLI::App& command);
   bool hasConditions() const { return !where_.empty(); }
-  std::vector<commands::ColumnCondition> conditions() const;
+  /// The rows of a table that --where describes; all where it is not given. Raises Failure for a
+  /// condition that is none.
+  std::vector<std::size_t> rows(commands::RecordTable& table) const;
   /// The named records of a node; where none is named those that --where describes, or all.
   /// Raises Failure where both are given, and for a condition that is none.
   sources::RecordSelection select(const Node& node,

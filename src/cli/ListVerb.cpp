@@ -67,8 +67,7 @@ class ListVerb : public Verb {
     std::vector<std::string> names;
     for (const std::size_t column : columns) names.push_back(table->columns()[column].name);
     const auto writer = makeRowWriter(format_, names, std::cout);
-    for (const std::size_t row :
-         usedRightly([&] { return commands::matchingRows(*table, source_.conditions()); })) {
+    for (const std::size_t row : source_.rows(*table)) {
       std::vector<store::Value> values;
       for (const std::size_t column : columns) values.push_back(table->value(row, column));
       writer->row(values);

@@ -74,16 +74,51 @@ class TableWriter : public RowWriter {
   std::vector<std::vector<std::string>> rows_;
 };
 
-class TsvWriter : public RowWriter {
+std::string escapedForTsv(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '\t':
+        result += "\\t";
+        break;
+      case '\n':
+        result += "\\n";
+        break;
+      case '\r':
+        result += "\\r";
+        break;
+      case '\\':
+        result += "\\\\";
+        break;
+      default:
+        result += c;
+    }
+  }
+  return result;
+}
+
+std::string quotedForCsv(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string result = "\"";
+  for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);
+  return result + '"';
+}
+
+/// A line a row, with a character between the cells.
+class SeparatedWriter : public RowWriter {
  public:
-  TsvWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
+  using Spelling = std::string (*)(const std::string& text);
+
+  SeparatedWriter(const std::vector<std::string>& columns, char separator, Spelling spelling,
+                  std::ostream& out)
+      : separator_(separator), spelling_(spelling), out_(out) {
     row({columns.begin(), columns.end()});
   }
 
   void row(const std::vector<store::Value>& values) override {
     for (std::size_t i = 0; i < values.size(); ++i) {
-      if (i > 0) out_ << '\t';
-      out_ << escaped(cellText(values[i]));
+      if (i > 0) out_ << separator_;
+      out_ << spelling_(cellText(values[i]));
     }
     out_ << '\n';
   }
@@ -91,56 +126,8 @@ class TsvWriter : public RowWriter {
   void end() override {}
 
  private:
-  static std::string escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-      switch (c) {
-        case '\t':
-          result += "\\t";
-          break;
-        case '\n':
-          result += "\\n";
-          break;
-        case '\r':
-          result += "\\r";
-          break;
-        case '\\':
-          result += "\\\\";
-          break;
-        default:
-          result += c;
-      }
-    }
-    return result;
-  }
-
-  std::ostream& out_;
-};
-
-class CsvWriter : public RowWriter {
- public:
-  CsvWriter(const std::vector<std::string>& columns, std::ostream& out) : out_(out) {
-    row({columns.begin(), columns.end()});
-  }
-
-  void row(const std::vector<store::Value>& values) override {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      if (i > 0) out_ << ',';
-      out_ << quoted(cellText(values[i]));
-    }
-    out_ << '\n';
-  }
-
-  void end() override {}
-
- private:
-  static std::string quoted(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string result = "\"";
-    for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);
-    return result + '"';
-  }
-
+  char separator_;
+  Spelling spelling_;
   std::ostream& out_;
 };
 
@@ -174,9 +161,9 @@ std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string>
                                          std::ostream& out) {
   switch (format) {
     case Format::tsv:
-      return std::make_unique<TsvWriter>(columns, out);
+      return std::make_unique<SeparatedWriter>(columns, '\t', escapedForTsv, out);
     case Format::csv:
-      return std::make_unique<CsvWriter>(columns, out);
+      return std::make_unique<SeparatedWriter>(columns, ',', quotedForCsv, out);
     case Format::json:
       return std::make_unique<JsonWriter>(columns, out);
     default:

@@ -37,11 +37,7 @@ class SqlVerb : public Verb {
     if (statement_ == "-") {
       statement_.assign(std::istreambuf_iterator<char>(std::cin), {});
     }
-    const auto connection = opening([&] {
-      return password_.use([&](const std::string& password) {
-        return commands::openDatabaseFile(path_, password).connection;
-      });
-    });
+    const auto connection = openDatabase(path_, password_);
     listsQueries_ ? listQueries(*connection) : select(*connection);
     for (const std::string& line : commands::indexRemarks(*connection)) {
       std::cerr << "orv: " << line << '\n';

@@ -18,11 +18,7 @@ class TablesVerb : public Verb {
   }
 
   ExitCode run(Console& /*console*/) override {
-    const auto connection = opening([&] {
-      return password_.use([&](const std::string& password) {
-        return commands::openDatabaseFile(path_, password).connection;
-      });
-    });
+    const auto connection = openDatabase(path_, password_);
     const auto writer = makeRowWriter(format_, {"name", "kind", "rows"}, std::cout);
     for (const std::string& name : connection->tableNames()) {
       writer->row({name, "table", std::int64_t{connection->table(name).rowCount}});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "database/PaneDetails.h"
 #include "model/Text.h"
 
 namespace orv::commands {
@@ -76,7 +77,8 @@ std::vector<std::string> lossesOf(const ShadingDataClass& shading) {
 
 std::vector<std::string> exportLossesOf(GlazingData& pane) {
   Losses losses;
-  losses.add("integrated values", pane.Precalc_Rfsol() != -1 && !lacksIntegratedValues(pane));
+  losses.add("integrated values",
+             database::hasIntegratedData(pane) && !lacksIntegratedValues(pane));
   losses.add("curve of the substrate",
              pane.HasSubstrate() && pane.SubstrateReference()->SpectralData());
   losses.add("laminate", !pane.LaminateFilename().empty() || !pane.LaminateMaterial().empty());

@@ -18,6 +18,7 @@ void note(TransferWork& work, const std::string& text, const GlazingData& pane) 
 }
 
 void noteDirections(TransferWork& work, const std::string& identifier, const GlazingData& pane) {
+  if (pane.ORV_Direction() == 0) return;  // its rows are one spectrum
   const auto directions = work.reader().directions(identifier, pane.ORV_Angle());
   if (directions.size() < 2) return;
   note(work,

@@ -8,6 +8,7 @@
 #include "commands/PaneNotes.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
+#include "database/PaneDetails.h"
 
 namespace orv::commands {
 
@@ -173,7 +174,7 @@ class PaneTransfer {
   /// In a database this value says that there are no integrated data, so that the pane could be
   /// copied to the same angle again and again.
   static void requireNoMarker(const GlazingData& pane) {
-    if (pane.Precalc_Rfsol() != -1) return;
+    if (database::hasIntegratedData(pane)) return;
     throw Error(
         kInvalidCall,
         fmt::format("The solar reflectance at {} degrees is -1, which stands for integrated "

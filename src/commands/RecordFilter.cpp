@@ -48,8 +48,7 @@ std::vector<std::size_t> matchingRows(RecordTable& table,
     const std::size_t column = columnNamed(table, condition.column);
     filters.push_back({column, CellFilter(condition.filter, table.columns()[column].isNumber)});
   }
-  constexpr std::size_t kRowsAtOnce = 4096;
-  while (!table.isComplete()) table.readTo(table.rowsRead() + kRowsAtOnce);
+  table.readAll();
   std::vector<std::size_t> rows;
   for (std::size_t row = 0; row < table.rowsRead(); ++row) {
     const bool isMet = std::ranges::all_of(filters, [&](const Filter& filter) {

@@ -10,6 +10,7 @@
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
 #include "database/Lookups.h"
+#include "database/PaneDetails.h"
 #include "database/Recordsets.h"
 
 namespace orv::commands {
@@ -21,8 +22,11 @@ namespace {
 /// To the retrieval, the rows of all directions as one spectrum.
 constexpr std::int32_t kAnyDirection = 0;
 
-/// `Precalc_Rfsol` of a pane that has no row of integrated data at an angle.
-constexpr float kNoIntegratedData = -1;
+/// The first direction where there are several; any where the rows are one spectrum.
+std::int32_t firstOf(const std::vector<std::int32_t>& directions) {
+  if (directions.size() < 2) return kAnyDirection;
+  return directions[directions[0] == kAnyDirection ? 1 : 0];
+}
 
 template <class Record>
 std::shared_ptr<Record> found(std::shared_ptr<Record> record) {
@@ -79,12 +83,9 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
                                                 std::int32_t direction) const {
   switch (node_->DataType()) {
     case DataType::orv2Panes:
+    case DataType::orv3Panes:
+      if (direction == kAnyDirection) direction = firstOf(directions(identifier, angle));
       return orvPane(recordNumber(identifier), angle, direction);
-    case DataType::orv3Panes: {
-      const auto known = directions(identifier, angle);
-      if (direction == kAnyDirection && known.size() > 1) direction = known[known[0] == 0 ? 1 : 0];
-      return orvPane(recordNumber(identifier), angle, direction);
-    }
     case DataType::optics5Panes:
       requireUsableName("file name", identifier);
       return found(session_.database.RetrievePaneIGDB(connection(), identifier));
@@ -131,7 +132,7 @@ std::shared_ptr<GlazingData> RecordReader::orvPane(std::int32_t id, std::int16_t
   auto pane =
       found(isVersion3() ? database.RetrievePaneORV_30(connection(), id, "", "", angle, direction)
                          : database.RetrievePaneORV_20(connection(), id, "", angle, direction));
-  if (pane->Precalc_Rfsol() == kNoIntegratedData) requireWholeAngle(id, *pane);
+  if (!database::hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
   return pane;
 }
 

@@ -99,6 +99,11 @@ class FolderTable : public RecordTable {
 
 }  // namespace
 
+void RecordTable::readAll() {
+  constexpr std::size_t kRowsAtOnce = 10000;
+  while (!isComplete()) readTo(rowsRead() + kRowsAtOnce);
+}
+
 std::unique_ptr<RecordTable> openRecordTable(const std::shared_ptr<sources::datasource>& node) {
   if (node->DataType() == DataType::textFolder) return std::make_unique<FolderTable>(*node);
   if (!node->ADOConnection() || node->DisplayRecordSetName().empty()) {

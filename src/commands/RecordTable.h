@@ -32,6 +32,8 @@ class RecordTable {
   virtual std::size_t rowsRead() const = 0;
   /// Whether all rows have been read.
   virtual bool isComplete() const = 0;
+  /// Reads on to the end, in steps that a record set bears.
+  void readAll();
 
   /// A field of a row that has been read.
   virtual store::Value value(std::size_t row, std::size_t column) const = 0;

@@ -76,7 +76,7 @@ void RecordView::filter(const std::vector<std::string>& texts) {
 }
 
 void RecordView::sort(std::size_t column, bool ascending) {
-  while (!table_->isComplete()) table_->readTo(table_->rowsRead() + 10000);
+  table_->readAll();
   std::vector<SortKey> keys;
   keys.reserve(table_->rowsRead());
   for (std::size_t row = 0; row < table_->rowsRead(); ++row) {

@@ -5,6 +5,15 @@
 
 namespace orv::commands {
 
+namespace {
+
+std::string failureText(const std::string& identifier, const std::string& description) {
+  return "The record " + identifier + " could not be copied: \n" + description +
+         "\nIf this is a text file, check its format.";
+}
+
+}  // namespace
+
 TransferWork::TransferWork(Session& session, const sources::RecordSelection& records,
                            sources::datasource& destination, std::optional<IfThere> ifThere)
     : session_(session),
@@ -27,15 +36,6 @@ bool TransferWork::stopped() {
   if (session_.ui.cancelled()) result_.cancelled = true;
   return result_.cancelled;
 }
-
-namespace {
-
-std::string failureText(const std::string& identifier, const std::string& description) {
-  return "The record " + identifier + " could not be copied: \n" + description +
-         "\nIf this is a text file, check its format.";
-}
-
-}  // namespace
 
 Outcome TransferWork::attempt(const std::string& identifier, const std::function<void()>& step,
                               const Wording& wording, const std::function<Outcome()>& replace) {
@@ -82,15 +82,33 @@ void TransferWork::tellFailure(const std::string& identifier, const std::string&
                       kProductName);
 }
 
+void TransferWork::count(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::copied:
+      result_.copied += result_.cancelled ? 0 : 1;
+      break;
+    case Outcome::replaced:
+      result_.replaced += result_.cancelled ? 0 : 1;
+      break;
+    case Outcome::skipped:
+      ++result_.skipped;
+      break;
+    case Outcome::partly:
+      ++result_.partly;
+      break;
+    case Outcome::failed:
+      ++result_.failed;
+      break;
+    case Outcome::withoutData:
+      ++result_.withoutData;
+      break;
+  }
+}
+
 void TransferWork::forEachRecord(const std::function<Outcome(const std::string&)>& copy) {
   for (std::int32_t i = 1; i <= records_.RecordsCount() && !stopped(); ++i) {
     const Outcome outcome = copy(records_.SelectedRecordID(i));
-    if (outcome == Outcome::failed) ++result_.failed;
-    if (outcome == Outcome::withoutData) ++result_.withoutData;
-    if (outcome == Outcome::partly) ++result_.partly;
-    if (outcome == Outcome::skipped) ++result_.skipped;
-    if (outcome == Outcome::replaced && !result_.cancelled) ++result_.replaced;
-    if (outcome == Outcome::copied && !result_.cancelled) ++result_.copied;
+    count(outcome);
     progress_.stepDone();
   }
 }

@@ -71,6 +71,7 @@ class TransferWork {
   void forEachRecord(const std::function<Outcome(const std::string&)>& copy);
 
  private:
+  void count(Outcome outcome);
   Outcome settleConflict(const std::string& text, const std::function<Outcome()>& replace);
 
   Session& session_;

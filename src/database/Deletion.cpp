@@ -1,5 +1,6 @@
 // Removal of panes, shadings and frames.
 #include "database/ORV_DatabaseInterface.h"
+#include "database/PaneRows.h"
 #include "database/RecordCommit.h"
 #include "database/Rows.h"
 
@@ -8,10 +9,7 @@ namespace orv::database {
 void ORV_DatabaseInterface::DeleteGlazing(std::int32_t PaneID, store::Connection& dc) const {
   commitRecord(dc, [&] {
     auto pane = findRecord(dc, "Pane", "PaneID", PaneID);
-    for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
-      deleteRows(
-          dc, std::string("SELECT * FROM ") + table + " WHERE PaneID = " + std::to_string(PaneID));
-    }
+    deletePaneData(PaneID, std::nullopt, dc);
     pane->deleteRow();
     pane->close();
   });

@@ -1,6 +1,7 @@
 // Insertion and replacement of frames.
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
+#include "database/MissingNames.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/RecordCommit.h"
 #include "database/Rows.h"
@@ -9,10 +10,9 @@ namespace orv::database {
 
 namespace {
 
-void setMissingNames(FrameDataClass& frame) {
-  if (frame.supplier().empty()) frame.supplier("Unknown");
-  if (frame.group().empty()) frame.group("Unknown");
-  if (frame.frametype().empty()) frame.frametype("Unknown");
+void setMissingNamesOfFrame(FrameDataClass& frame) {
+  setMissingNames(frame);
+  if (frame.frametype().empty()) frame.frametype(std::string(kUnknown));
 }
 
 struct FrameKeys {
@@ -45,7 +45,7 @@ void setFrameColumns(store::Recordset& row, const FrameDataClass& frame, const F
 
 std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
                                                 store::Connection& dc) const {
-  setMissingNames(fData);
+  setMissingNamesOfFrame(fData);
   std::int32_t key = 0;
   commitRecord(dc, [&] {
     RaiseUnless(RetrieveFrameORV_30(dc, 0, fData.name(), fData.group()) == nullptr, kRecordExists);
@@ -62,7 +62,7 @@ std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
 
 /// The product name, which an insertion leaves empty, is that of the old frame.
 bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const {
-  setMissingNames(fData);
+  setMissingNamesOfFrame(fData);
   const FramePtr known = RetrieveFrameORV_30(dc, 0, fData.name(), fData.group());
   if (!known) {
     InsertFrame(fData, dc);

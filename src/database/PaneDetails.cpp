@@ -85,7 +85,7 @@ void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneS
   auto rows = openSql(dc, std::string("SELECT * FROM Pane_integrated_data WHERE ") +
                               schema.keyColumn + " = " + std::to_string(data.id()) +
                               " AND angle = " + std::to_string(data.ORV_Angle()));
-  data.Precalc_Rfsol(-1);
+  data.Precalc_Rfsol(kNoIntegratedData);
   if (rows->eof()) return;
   const auto read = [&](const char* column) { return fieldToSingle(rows->value(column)); };
   data.Precalc_Rfsol(read("reflection_solar_outdoor"));

@@ -19,8 +19,14 @@ struct OrvPaneSchema {
 inline constexpr OrvPaneSchema kPaneSchema30{"PaneID", true};
 inline constexpr OrvPaneSchema kPaneSchema20{"Pane_id", false};
 
-/// Sets the integrated values of `data` from the row of its key and angle. `Precalc_Rfsol` is -1
-/// when there is none.
+/// `Precalc_Rfsol` of a pane that has no row of integrated values at its angle.
+inline constexpr float kNoIntegratedData = -1;
+inline bool hasIntegratedData(const GlazingData& pane) {
+  return pane.Precalc_Rfsol() != kNoIntegratedData;
+}
+
+/// Sets the integrated values of `data` from the row of its key and angle. `Precalc_Rfsol` is
+/// kNoIntegratedData when there is none.
 void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneSchema& schema);
 inline void ReadIntegratedDataORV_30(GlazingData& data, store::Connection& dc) {
   readIntegratedData(data, dc, kPaneSchema30);

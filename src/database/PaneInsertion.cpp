@@ -1,5 +1,6 @@
 // Insertion of panes.
 #include "database/DatabaseErrors.h"
+#include "database/MissingNames.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/PaneDetails.h"
 #include "database/PaneRows.h"
@@ -11,18 +12,6 @@
 namespace orv::database {
 
 namespace {
-
-/// `Precalc_Rfsol` of a pane without integrated data at an angle.
-constexpr float kNoIntegratedData = -1;
-
-bool hasIntegratedData(const GlazingData& pane) {
-  return pane.Precalc_Rfsol() != kNoIntegratedData;
-}
-
-void setMissingNames(GlazingData& pane) {
-  if (pane.supplier().empty()) pane.supplier("Unknown");
-  if (pane.group().empty()) pane.group("Unknown");
-}
 
 /// Raises kRecordExists when the pane has integrated data at its angle already.
 void refuseKnownAngle(const GlazingData& data, store::Connection& dc) {

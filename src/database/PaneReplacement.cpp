@@ -27,13 +27,6 @@ std::vector<std::int16_t> otherAngles(std::int32_t id, const Panes& panes, store
   return others;
 }
 
-void deleteData(std::int32_t id, const std::string& condition, store::Connection& dc) {
-  for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
-    deleteRows(dc, std::string("SELECT * FROM ") + table + " WHERE PaneID = " + std::to_string(id) +
-                       condition);
-  }
-}
-
 }  // namespace
 
 ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles others,
@@ -45,7 +38,7 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles
       result.wasThere = true;
       first.id(known->id());
       result.otherAngles = otherAngles(first.id(), angles, dc);
-      if (others == OtherAngles::deleted) deleteData(first.id(), "", dc);
+      if (others == OtherAngles::deleted) deletePaneData(first.id(), std::nullopt, dc);
       replacePaneRow(first, dc);
     } else {
       insertPaneRow(first, dc);
@@ -53,7 +46,7 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles
     for (const PanePtr& pane : angles) {
       pane->id(first.id());
       if (result.wasThere && others == OtherAngles::kept) {
-        deleteData(first.id(), " AND angle = " + std::to_string(pane->ORV_Angle()), dc);
+        deletePaneData(first.id(), pane->ORV_Angle(), dc);
       }
       insertIntegratedRow(*pane, dc);
       if (hasSpectrum(*pane)) insertSpectralRows(*pane, dc);

@@ -3,7 +3,7 @@
 
 #include "database/CoatingCode.h"
 #include "database/Lookups.h"
-#include "database/Recordsets.h"
+#include "database/Rows.h"
 #include "model/Codes.h"
 #include "model/Text.h"
 
@@ -100,6 +100,14 @@ void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
   }
   rows->updateBatch();
   rows->close();
+}
+
+void deletePaneData(std::int32_t id, std::optional<std::int16_t> angle, store::Connection& dc) {
+  std::string condition = "PaneID = " + std::to_string(id);
+  if (angle) condition += " AND angle = " + std::to_string(*angle);
+  for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
+    deleteRows(dc, table, condition);
+  }
 }
 
 }  // namespace orv::database

@@ -1,6 +1,9 @@
 // The rows of a pane in an ORV database of version 3.0.0.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "model/GlazingData.h"
 #include "store/Connection.h"
 
@@ -18,5 +21,8 @@ bool hasSpectrum(const GlazingData& data);
 
 /// Adds the rows of the curve at the pane's angle, under the pane's key.
 void insertSpectralRows(const GlazingData& data, store::Connection& dc);
+
+/// Deletes both kinds of rows of a pane at an angle, or at all.
+void deletePaneData(std::int32_t id, std::optional<std::int16_t> angle, store::Connection& dc);
 
 }  // namespace orv::database

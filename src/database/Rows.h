@@ -12,7 +12,7 @@ namespace orv::database {
 RecordsetPtr findRecord(store::Connection& dc, const std::string& table,
                         const std::string& keyColumn, std::int32_t id);
 
-/// Deletes the rows of a statement, in one commit.
-void deleteRows(store::Connection& dc, const std::string& statement);
+/// Deletes the rows of a table that meet a condition of SQL, in one commit.
+void deleteRows(store::Connection& dc, const std::string& table, const std::string& condition);
 
 }  // namespace orv::database

@@ -1,5 +1,6 @@
 // Insertion and replacement of shadings.
 #include "database/Lookups.h"
+#include "database/MissingNames.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/RecordCommit.h"
 #include "database/Rows.h"
@@ -64,11 +65,6 @@ void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
   rows->close();
 }
 
-void setMissingNames(ShadingDataClass& shading) {
-  if (shading.supplier().empty()) shading.supplier("Unknown");
-  if (shading.group().empty()) shading.group("Unknown");
-}
-
 ShadingKeys keysOf(const ShadingDataClass& shading, const ORV_DatabaseInterface& database,
                    store::Connection& dc) {
   const std::int32_t supplier = database.InsertSupplier(shading.supplier(), dc);
@@ -107,8 +103,7 @@ bool ORV_DatabaseInterface::ReplaceShading(ShadingDataClass& data, store::Connec
     row->update();
     row->close();
     for (const char* table : {"Shading_integrated_data_temp", "Shading_spectral_data"}) {
-      deleteRows(dc, std::string("SELECT * FROM ") + table +
-                         " WHERE Shading_id = " + std::to_string(known));
+      deleteRows(dc, table, "Shading_id = " + std::to_string(known));
     }
     insertIntegratedRows(data, dc);
     insertSpectralRows(data, dc);

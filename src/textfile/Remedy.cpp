@@ -7,6 +7,7 @@
 
 #include "model/Text.h"
 #include "textfile/Number.h"
+#include "textfile/repairs/Words.h"
 
 namespace orv::textfile {
 
@@ -24,28 +25,12 @@ bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// The number at the beginning of a word with more behind it: "4.0" of "4.0mm".
-std::string_view leadingNumber(std::string_view word) {
-  for (std::size_t length = word.size(); length-- > 1;) {
-    if (parseDouble(word.substr(0, length))) return word.substr(0, length);
-  }
-  return {};
-}
-
 /// "0.5" for "0,5"; empty for a word that no decimal comma explains.
 std::string withPoint(std::string_view word) {
   std::string result(word);
   if (std::ranges::count(result, ',') != 1) return {};
   *std::ranges::find(result, ',') = '.';
   return parseDouble(result) ? result : std::string();
-}
-
-/// "1E-3" for "1D-3".
-std::string withExponent(std::string_view word) {
-  std::string result(word);
-  std::ranges::replace(result, 'd', 'E');
-  std::ranges::replace(result, 'D', 'E');
-  return result != word && parseDouble(result) ? result : std::string();
 }
 
 }  // namespace
@@ -71,10 +56,11 @@ Remedy remedyForNumber(std::string_view word) {
   if (word.ends_with('%')) {
     return orTolerant("Write fractions of 1 in place of percent.");
   }
-  if (const auto number = withExponent(word); !number.empty()) {
+  if (const auto number = withExponentE(word); !number.empty()) {
     return orTolerant(fmt::format("Write E before the exponent: {}.", number));
   }
-  if (const auto number = leadingNumber(word); !number.empty() && isLetter(word.back())) {
+  const auto number = leadingNumber(word);
+  if (!number.empty() && number.size() < word.size() && isLetter(word.back())) {
     return orTolerant(fmt::format("Leave the unit out: {}.", number));
   }
   if (lowerCase(word) == "mm") return orTolerant("Leave the unit out.");
@@ -83,10 +69,9 @@ Remedy remedyForNumber(std::string_view word) {
 }
 
 Remedy remedyForWavelengthUnit(std::string_view word) {
-  const std::string unit = lowerCase(word);
-  if (unit == "nm") return orTolerant("Write Nanometers.");
-  // Two characters look like this: the Greek letter and the sign of a millionth.
-  if (unit == "um" || unit == "\u03BCm" || unit == "\u00B5m") return orTolerant("Write Microns.");
+  if (const auto name = wavelengthUnitName(word); !name.empty()) {
+    return orTolerant(fmt::format("Write {}.", name));
+  }
   return {"It is Microns or Nanometers."};
 }
 

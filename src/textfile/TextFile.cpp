@@ -55,25 +55,13 @@ bool isUtf8(std::string_view bytes) {
   return U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR;
 }
 
-std::string fromWindows1252(std::string_view bytes) {
-  constexpr std::size_t kLongestCharacter = 3;  // of the code page, in UTF-8
-  std::string text(bytes.size() * kLongestCharacter, '\0');
+/// A text in an encoding that has no more than three bytes of UTF-8 for one of its own.
+std::string toUtf8(std::string_view bytes, const char* encoding) {
+  constexpr std::size_t kMostPerByte = 3;
+  std::string text(bytes.size() * kMostPerByte, '\0');
   UErrorCode status = U_ZERO_ERROR;
   const auto length =
-      ucnv_convert("UTF-8", "windows-1252", text.data(), static_cast<std::int32_t>(text.size()),
-                   bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
-  text.resize(static_cast<std::size_t>(length));
-  return text;
-}
-
-/// The text behind a mark of UTF-16, which also tells the order of its bytes; none without a mark.
-std::optional<std::string> fromUtf16(std::string_view bytes) {
-  if (!hasUtf16Mark(bytes)) return std::nullopt;
-  constexpr std::size_t kLongestCharacter = 3;  // of two bytes of UTF-16, in UTF-8
-  std::string text(bytes.size() * kLongestCharacter, '\0');
-  UErrorCode status = U_ZERO_ERROR;
-  const auto length =
-      ucnv_convert("UTF-8", "UTF-16", text.data(), static_cast<std::int32_t>(text.size()),
+      ucnv_convert("UTF-8", encoding, text.data(), static_cast<std::int32_t>(text.size()),
                    bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
   text.resize(static_cast<std::size_t>(length));
   return text;
@@ -117,14 +105,14 @@ fs::path requireFile(const fs::path& folder, const std::string& name) {
 std::string readText(const fs::path& path) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   std::string bytes = readBytes(path);
-  if (auto text = fromUtf16(bytes)) return *std::move(text);
+  if (hasUtf16Mark(bytes)) return toUtf8(bytes, "UTF-16");  // the mark tells the order of bytes
   if (bytes.find('\0') != std::string::npos) {
     throw Error(kInvalidCall, fmt::format("The file '{}' is not a text file in UTF-8, UTF-16 "
                                           "or Windows-1252: it holds zero bytes",
                                           path.string()));
   }
   if (!isUtf8(bytes)) {
-    return fromWindows1252(bytes);
+    return toUtf8(bytes, "windows-1252");
   }
   if (bytes.starts_with(kByteOrderMark)) {
     bytes.erase(0, kByteOrderMark.size());

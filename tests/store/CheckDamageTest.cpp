@@ -470,14 +470,24 @@ void expectAmong(const std::vector<CheckFinding>& findings, const Expected& expe
       << found;
 }
 
+/// A file that was damaged, checked.
+struct Checked {
+  Expected expected;
+  CheckReport report;
+};
+
+Checked damageAndCheck(const Damage& damage) {
+  DamagedFile file(orv::test::corpusFolder() / damage.file, damage.name);
+  const Expected expected = damage.inflict(file);
+  file.save();
+  return {expected, checkFile(file.path().string(), "")};
+}
+
 class CheckDamage : public testing::TestWithParam<Damage> {};
 
 TEST_P(CheckDamage, IsFoundAndNamed) {
   ORV_NEEDS_CORPUS();
-  DamagedFile file(orv::test::corpusFolder() / GetParam().file, GetParam().name);
-  const Expected expected = GetParam().inflict(file);
-  file.save();
-  const CheckReport report = checkFile(file.path().string(), "");
+  const auto [expected, report] = damageAndCheck(GetParam());
   for (const CheckFinding& fault : report.faults) {
     EXPECT_FALSE(fault.advice.empty()) << fault.toText();
   }
@@ -488,10 +498,7 @@ class CheckOddity : public testing::TestWithParam<Damage> {};
 
 TEST_P(CheckOddity, IsARemarkAndNoFault) {
   ORV_NEEDS_CORPUS();
-  DamagedFile file(orv::test::corpusFolder() / GetParam().file, GetParam().name);
-  const Expected expected = GetParam().inflict(file);
-  file.save();
-  const CheckReport report = checkFile(file.path().string(), "");
+  const auto [expected, report] = damageAndCheck(GetParam());
   for (const CheckFinding& fault : report.faults) {
     ADD_FAILURE() << fault.toText();
   }

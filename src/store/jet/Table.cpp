@@ -305,10 +305,12 @@ std::int32_t Table::eraseEntry(const RealIndex& index, std::span<const Value> va
   }
   IndexTree tree = this->index(index.number);
   auto change = IndexTree::Change::none;
-  if (const auto key = makeKnownKey(*definition_, index, values)) {
+  const auto key = makeKnownKey(*definition_, index, values);
+  if (key) {
     change = tree.erase(*key, id);
-    const auto otherForm = makeOtherForm(*definition_, index, values);
-    if (change == IndexTree::Change::none && otherForm) {
+  }
+  if (change == IndexTree::Change::none && key) {
+    if (const auto otherForm = makeOtherForm(*definition_, index, values)) {
       change = tree.erase(*otherForm, id);
     }
   }

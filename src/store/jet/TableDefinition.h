@@ -86,6 +86,9 @@ struct LogicalIndex {
   bool operator==(const LogicalIndex&) const = default;
 };
 
+/// Rows that room is made for before they are read: a file can say that a table has any number.
+inline constexpr std::uint32_t kMostRowsExpected = 1'000'000;
+
 struct TableDefinition {
   std::string name;
   PageNumber page = 0;                ///< first page of the definition

@@ -9,9 +9,6 @@
 namespace orv::store::sql {
 namespace {
 
-/// Rows that room is made for before they are read: a file can say that it has any number.
-constexpr std::uint32_t kMostExpected = 1'000'000;
-
 /// A hash of the value's index key: values that compare equal have the same.
 std::uint32_t hashOf(const jet::Column& column, const Value& value, Bytes& key) {
   key.clear();
@@ -36,7 +33,7 @@ std::uint32_t hashOf(const jet::Column& column, const Value& value, Bytes& key) 
 
 ColumnLookup::ColumnLookup(const jet::Table& table, std::size_t column)
     : column_(table.definition().columns[column]) {
-  entries_.reserve(std::min(table.rowCount(), kMostExpected));
+  entries_.reserve(std::min(table.rowCount(), jet::kMostRowsExpected));
   Bytes key;
   const jet::Column& source = table.definition().columns[column];
   for (jet::TableScan scan = table.scan(); scan.next();) {

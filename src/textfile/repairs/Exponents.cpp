@@ -1,19 +1,13 @@
-#include <algorithm>
-
-#include "textfile/Number.h"
 #include "textfile/repairs/Repair.h"
 
 namespace orv::textfile {
 
 namespace {
 
-/// "1.0E-3" for "1.0D-3"; other words as they are.
-std::string withE(std::string_view word) {
-  std::string result(word);
-  const auto letter = result.find_first_of("dD");
-  if (letter == std::string::npos) return result;
-  result[letter] = 'E';
-  return parseDouble(result) ? result : std::string(word);
+/// The word with the exponent that it means; other words as they are.
+std::string mended(std::string_view word) {
+  const std::string result = withExponentE(word);
+  return result.empty() ? std::string(word) : result;
 }
 
 class Exponents : public Repair {
@@ -22,7 +16,7 @@ class Exponents : public Repair {
     bool found = false;
     for (const auto part : {SpectralText::Part::scalars, SpectralText::Part::data}) {
       for (SpectralText::Piece* piece : text.pieces(part)) {
-        found = changeWords(piece->text, withE) || found;
+        found = changeWords(piece->text, mended) || found;
       }
     }
     return found ? "exponents with D" : "";

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "textfile/repairs/SpectralText.h"
+#include "textfile/repairs/Words.h"
 
 namespace orv::textfile {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "model/Text.h"
-#include "textfile/Number.h"
+#include "textfile/repairs/Words.h"
 
 namespace orv::textfile {
 
@@ -103,25 +103,6 @@ void SpectralText::findParts() {
   }
   if (finder.hasBegun()) return;
   for (Piece& piece : pieces_) piece.part = Part::other;
-}
-
-std::vector<std::string_view> wordsOf(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  std::vector<std::string_view> words;
-  for (auto start = text.find_first_not_of(kBlanks); start != std::string_view::npos;) {
-    const auto end = std::min(text.find_first_of(kBlanks, start), text.size());
-    words.push_back(text.substr(start, end - start));
-    start = text.find_first_not_of(kBlanks, end);
-  }
-  return words;
-}
-
-std::string_view leadingNumber(std::string_view word) {
-  constexpr std::size_t kLongest = 40;
-  for (std::size_t length = std::min(word.size(), kLongest); length > 0; --length) {
-    if (parseDouble(word.substr(0, length))) return word.substr(0, length);
-  }
-  return {};
 }
 
 }  // namespace orv::textfile

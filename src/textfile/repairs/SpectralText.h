@@ -43,28 +43,4 @@ class SpectralText {
   std::vector<Piece> pieces_;
 };
 
-/// The words of a piece, parted by blanks and tabs.
-std::vector<std::string_view> wordsOf(std::string_view text);
-
-/// The words of a piece with each replaced by what `change` makes of it; the blanks stay. True when
-/// any became another.
-template <class Change>
-bool changeWords(std::string& text, const Change& change) {
-  std::string result;
-  std::size_t end = 0;
-  for (const std::string_view word : wordsOf(text)) {
-    const auto start = static_cast<std::size_t>(word.data() - text.data());
-    result += text.substr(end, start - end);
-    result += change(word);
-    end = start + word.size();
-  }
-  result += text.substr(end);
-  const bool changed = result != text;
-  text = std::move(result);
-  return changed;
-}
-
-/// The longest number that a word begins with: "4.0" of "4.0mm", "300" of "300;0.1".
-std::string_view leadingNumber(std::string_view word);
-
 }  // namespace orv::textfile

@@ -9,15 +9,6 @@ namespace orv::textfile {
 
 namespace {
 
-/// The name that the format has for a unit of wavelengths; empty for what is none.
-std::string_view unitName(std::string_view word) {
-  const std::string unit = lowerCase(word);
-  if (unit == "nm") return "Nanometers";
-  // Two characters look like this: the Greek letter and the sign of a millionth.
-  if (unit == "um" || unit == "\u03BCm" || unit == "\u00B5m") return "Microns";
-  return {};
-}
-
 /// "mm", "W/(m·K)", "W/mK", "Btu/hft°F": what may stand behind a thickness or a conductivity.
 bool isScalarUnit(std::string_view word) {
   const std::string unit = lowerCase(word);
@@ -44,7 +35,7 @@ class Units : public Repair {
 
  private:
   static std::string mendWord(std::string_view word) {
-    if (const auto name = unitName(word); !name.empty()) return std::string(name);
+    if (const auto name = wavelengthUnitName(word); !name.empty()) return std::string(name);
     const auto number = numberOf(word);
     return isScalarUnit(word.substr(number.size())) ? std::string(number) : std::string(word);
   }

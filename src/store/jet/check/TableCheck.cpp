@@ -16,9 +16,6 @@ std::uint32_t storedRowCount(Pager& pager, const TableDefinition& table) {
   return pager.read(table.page).view().u32(pager.format().definition.rowCount);
 }
 
-/// Rows that room is made for before they are read: a file can say that it has any number.
-constexpr std::uint32_t kMostExpected = 1'000'000;
-
 /// Access's own tables have columns of types within this range that no other table has.
 bool isPossible(ColumnType type) {
   return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
@@ -37,7 +34,7 @@ TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
       place_{.table = table.name},
       rowsUser_(context.pages.addUser(place_, "the rows")),
       keys_(table.realIndexes.size(),
-            std::min(storedRowCount(context.pager, table), kMostExpected)),
+            std::min(storedRowCount(context.pager, table), kMostRowsExpected)),
       longValues_(context, table),
       isKey_(table.columns.size(), false),
       values_(table.columns.size()) {
