@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <utility>
 
 namespace orv::test {
@@ -30,7 +31,9 @@ std::string quoted(const std::string& text) {
 std::string dateText(Date date) {
   const std::chrono::seconds sinceDayZero(std::llround(date.days * 86400));
   const std::chrono::sys_days dayZero{std::chrono::year{1899} / 12 / 30};
-  return fmt::format("{:%Y-%m-%d %H:%M:%S}", dayZero + sinceDayZero);
+  // Seconds alone: the system's clock counts nanoseconds, which end in the year 2262.
+  const std::time_t seconds = (dayZero + sinceDayZero).time_since_epoch().count();
+  return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(seconds));
 }
 
 std::string json(const Value& value) {
