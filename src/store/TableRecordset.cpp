@@ -9,6 +9,7 @@
 #include "store/jet/index/IndexKey.h"
 #include "store/jet/row/RowEncoder.h"
 #include "store/jet/table/AutoGuid.h"
+#include "store/jet/table/RowInsertion.h"
 
 namespace orv::store {
 namespace {
@@ -325,32 +326,29 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   std::vector<jet::RowId> added;
   {
     jet::Savepoint transaction(table_->pager());
+    std::optional<jet::RowInsertion> insertion;
+    const auto finishInsertion = [&] {
+      if (insertion) insertion->finish();
+      insertion.reset();
+    };
     for (const Pending& change : changes) {
-      last = apply(change);
       if (change.kind == Pending::Kind::insert) {
-        added.push_back(last);
+        if (!insertion) insertion.emplace(*table_);
+        last = added.emplace_back(insertion->add(change.values));
+      } else {
+        finishInsertion();
+        last = change.row;
+        change.kind == Pending::Kind::update ? table_->update(last, change.values)
+                                             : table_->erase(last);
       }
     }
+    finishInsertion();
     transaction.commit();
   }
   for (jet::RowId row : added) {
     rows_.add(row);
   }
   return last;
-}
-
-jet::RowId TableRecordset::apply(const Pending& change) {
-  switch (change.kind) {
-    case Pending::Kind::insert:
-      return table_->insert(change.values);
-    case Pending::Kind::update:
-      table_->update(change.row, change.values);
-      break;
-    case Pending::Kind::erase:
-      table_->erase(change.row);
-      break;
-  }
-  return change.row;
 }
 
 void TableRecordset::cancelUpdate() {

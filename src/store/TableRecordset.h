@@ -67,7 +67,6 @@ class TableRecordset final : public RecordsetBase {
                                          const struct Criterion& criterion, std::size_t field,
                                          jet::RowId from) const;
   jet::RowId commit(const std::vector<Pending>& changes);
-  jet::RowId apply(const Pending& change);
 
   std::shared_ptr<jet::Table> table_;
   bool forwardOnly_;

@@ -11,6 +11,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/index/IndexPageEditor.h"
+#include "store/jet/index/IndexRun.h"
 #include "store/jet/index/IndexTree.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/Rc4.h"
@@ -255,6 +256,27 @@ TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
   for (const Entry& each : all) erase(each);
   check();
   EXPECT_EQ(pages_, 1u);
+}
+
+// Bursts of neighbours, up and down, from random places: most stay on a leaf, many cross its ends.
+TEST_P(IndexTreeShapes, TakesARunOfEntriesAsItTakesSingleOnes) {
+  for (int run = 0; run < 6; ++run) {
+    IndexRun entries(*pager_, index_, kTable);
+    const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
+    for (int burst = 0; burst < 60; ++burst) {
+      std::uint32_t number = 500 + random_() % 4000;
+      const int step = burst % 2 == 0 ? 1 : -1;
+      for (int i = 0; i < 40; ++i, number += step) {
+        const Entry added = entry(number);
+        const bool isNew = !hasKey(added.key);
+        const bool isRefused = sameKey == IndexRun::SameKey::refuse && !isNew;
+        const bool isAdded = !isRefused && model_.insert(added).second;
+        ASSERT_EQ(entries.insert(added.key, added.row, sameKey),
+                  isAdded ? changeOf(isNew) : kNoChange);
+      }
+    }
+    check();
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(, IndexTreeShapes, testing::Range(0, 4));

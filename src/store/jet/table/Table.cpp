@@ -12,6 +12,7 @@
 #include "store/jet/row/RowEncoder.h"
 #include "store/jet/row/RowSpace.h"
 #include "store/jet/table/AutoGuid.h"
+#include "store/jet/table/RowInsertion.h"
 
 namespace orv::store::jet {
 namespace {
@@ -65,11 +66,6 @@ std::vector<Value> valuesOf(const TableDefinition& definition, const RowView& ro
     values.push_back(row.value(column));
   }
   return values;
-}
-
-bool anyNull(const RealIndex& index, std::span<const Value> values) {
-  return std::any_of(index.columns.begin(), index.columns.end(),
-                     [&](const IndexColumn& key) { return values[key.column].isNull(); });
 }
 
 /// Where the number of an index's different keys is on a definition's first page.
@@ -223,6 +219,13 @@ std::int32_t Table::reserveAutoNumber() {
   return reserved_ = last + 1;
 }
 
+void Table::raiseLastAutoNumber(std::int32_t number) {
+  if (number > lastAutoNumber()) {
+    store32(pager_->modify(definition_->page) + pager_->format().definition.autoNumber,
+            static_cast<std::uint32_t>(number));
+  }
+}
+
 /// The file's own count may be wrong: it is kept from passing its ends.
 void Table::changeRowCount(int change) {
   std::uint8_t* count = pager_->modify(definition_->page) + pager_->format().definition.rowCount;
@@ -267,11 +270,13 @@ void Table::refuseDuplicate(const RealIndex& index, std::span<const Value> value
   }
   const IndexTree tree = this->index(index.number);
   const std::optional<Bytes> otherForm = makeOtherForm(*definition_, index, values);
-  if (tree.find(key) || (otherForm && tree.find(*otherForm))) {
-    throw Error(kDuplicateKey,
-                "The row was not saved, since " + describeIndex(index) +
-                    " allows no two rows with the same values and there is one already.");
-  }
+  if (tree.find(key) || (otherForm && tree.find(*otherForm))) raiseDuplicate(index);
+}
+
+void Table::raiseDuplicate(const RealIndex& index) const {
+  throw Error(kDuplicateKey,
+              "The row was not saved, since " + describeIndex(index) +
+                  " allows no two rows with the same values and there is one already.");
 }
 
 std::string Table::describeIndex(const RealIndex& index) const {
@@ -346,30 +351,9 @@ RowSpace Table::rowSpace() const {
 
 RowId Table::insert(std::span<const Value> values) {
   Transaction transaction(*pager_);
-  const std::vector<Value> row = fit(values, true);
-  std::vector<Bytes> keys;
-  keys.reserve(definition_->realIndexes.size());
-  for (const RealIndex& index : definition_->realIndexes) {
-    Bytes& key = keys.emplace_back();
-    if (hasEntry(index, row)) {
-      key = keyOf(index, row);
-    }
-    refuseDuplicate(index, row, key);
-  }
-  const RowId id =
-      rowSpace().add(encodeRow(*pager_, *definition_, row), SlotKind::row, insertHint_);
-  insertHint_ = id.page;
-  for (const RealIndex& index : definition_->realIndexes) {
-    changeKeyCount(index, insertEntry(index, row, keys[index.number], id));
-  }
-  const auto& offsets = pager_->format().definition;
-  changeRowCount(1);
-  for (std::size_t i = 0; i < row.size(); ++i) {
-    if (definition_->columns[i].autoNumber && row[i].toLong() > lastAutoNumber()) {
-      store32(pager_->modify(definition_->page) + offsets.autoNumber,
-              static_cast<std::uint32_t>(row[i].toLong()));
-    }
-  }
+  RowInsertion insertion(*this);
+  const RowId id = insertion.add(values);
+  insertion.finish();
   transaction.commit();
   return id;
 }

@@ -89,7 +89,9 @@ class Table {
   void erase(RowId id);
 
  private:
+  friend class RowInsertion;
   std::int32_t lastAutoNumber() const;
+  void raiseLastAutoNumber(std::int32_t number);
   void changeRowCount(int change);
   /// The values as rows hold them; a new row gets its automatic numbers.
   std::vector<Value> fit(std::span<const Value> values, bool newRow);
@@ -97,6 +99,7 @@ class Table {
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void refuseDuplicate(const RealIndex& index, std::span<const Value> values,
                        std::span<const std::uint8_t> key) const;
+  [[noreturn]] void raiseDuplicate(const RealIndex& index) const;
   std::string describeIndex(const RealIndex& index) const;
   /// Both give the change in the number of different keys: 1 or -1, or 0 for another entry of one.
   std::int32_t insertEntry(const RealIndex& index, std::span<const Value> values,
