@@ -9,7 +9,6 @@
 #include "store/jet/index/IndexKey.h"
 #include "store/jet/row/RowEncoder.h"
 #include "store/jet/table/AutoGuid.h"
-#include "store/jet/table/RowInsertion.h"
 
 namespace orv::store {
 namespace {
@@ -326,29 +325,32 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   std::vector<jet::RowId> added;
   {
     jet::Savepoint transaction(table_->pager());
-    std::optional<jet::RowInsertion> insertion;
-    const auto finishInsertion = [&] {
-      if (insertion) insertion->finish();
-      insertion.reset();
-    };
+    jet::RowChanges rows(*table_);
     for (const Pending& change : changes) {
-      if (change.kind == Pending::Kind::insert) {
-        if (!insertion) insertion.emplace(*table_);
-        last = added.emplace_back(insertion->add(change.values));
-      } else {
-        finishInsertion();
-        last = change.row;
-        change.kind == Pending::Kind::update ? table_->update(last, change.values)
-                                             : table_->erase(last);
-      }
+      last = apply(change, rows);
+      if (change.kind == Pending::Kind::insert) added.push_back(last);
     }
-    finishInsertion();
+    rows.finish();
     transaction.commit();
   }
   for (jet::RowId row : added) {
     rows_.add(row);
   }
   return last;
+}
+
+jet::RowId TableRecordset::apply(const Pending& change, jet::RowChanges& rows) {
+  switch (change.kind) {
+    case Pending::Kind::insert:
+      return rows.insert(change.values);
+    case Pending::Kind::update:
+      rows.update(change.row, change.values);
+      break;
+    case Pending::Kind::erase:
+      rows.erase(change.row);
+      break;
+  }
+  return change.row;
 }
 
 void TableRecordset::cancelUpdate() {

@@ -259,22 +259,30 @@ TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
 }
 
 // Bursts of neighbours, up and down, from random places: most stay on a leaf, many cross its ends.
-TEST_P(IndexTreeShapes, TakesARunOfEntriesAsItTakesSingleOnes) {
-  for (int run = 0; run < 6; ++run) {
+TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
+  for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
     for (int burst = 0; burst < 60; ++burst) {
-      std::uint32_t number = 500 + random_() % 4000;
+      const bool erases = random_() % 8 < static_cast<unsigned>(run);
       const int step = burst % 2 == 0 ? 1 : -1;
-      for (int i = 0; i < 40; ++i, number += step) {
-        const Entry added = entry(number);
-        const bool isNew = !hasKey(added.key);
-        const bool isRefused = sameKey == IndexRun::SameKey::refuse && !isNew;
-        const bool isAdded = !isRefused && model_.insert(added).second;
-        ASSERT_EQ(entries.insert(added.key, added.row, sameKey),
-                  isAdded ? changeOf(isNew) : kNoChange);
+      std::uint32_t number = 500 + random_() % 4000;
+      for (int i = 0; i < 100; ++i, number += step) {
+        const Entry chosen = entry(number);
+        if (erases) {
+          const bool wasThere = model_.erase(chosen) == 1;
+          ASSERT_EQ(entries.erase(chosen.key, chosen.row),
+                    wasThere ? changeOf(!hasKey(chosen.key)) : kNoChange);
+        } else {
+          const bool isNew = !hasKey(chosen.key);
+          const bool isRefused = sameKey == IndexRun::SameKey::refuse && !isNew;
+          const bool isAdded = !isRefused && model_.insert(chosen).second;
+          ASSERT_EQ(entries.insert(chosen.key, chosen.row, sameKey),
+                    isAdded ? changeOf(isNew) : kNoChange);
+        }
       }
     }
+    entries.finish();
     check();
   }
 }

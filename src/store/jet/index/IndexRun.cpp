@@ -9,13 +9,12 @@
 
 namespace orv::store::jet {
 
-void IndexRun::makeEntry(std::span<const std::uint8_t> key, RowId row) {
-  IndexTree::writeEntry(entry_, key, row);
+void IndexRun::needShortEntry() const {
   if (entry_.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
     throw Error(kNotSupported,
                 fmt::format("The values of an index's columns are too long together: their key "
                             "takes {} bytes.",
-                            key.size()));
+                            entry_.size() - IndexPage::kPointerSize));
   }
 }
 
@@ -29,9 +28,9 @@ std::optional<std::size_t> IndexRun::placeOnLeaf() {
 }
 
 /// Goes down the tree to where the entry belongs; returns the place on the leaf there.
-std::size_t IndexRun::openLeaf() {
-  leaf_.reset();
-  path_ = tree_.descend(entry_, true);
+std::size_t IndexRun::openLeaf(bool widen) {
+  finish();
+  path_ = tree_.descend(entry_, widen);
   rememberEnd();
   const IndexTree::Step leaf = path_.steps[path_.depth];
   leafBytes_ = pager_.modify(leaf.page);
@@ -54,9 +53,11 @@ void IndexRun::rememberEnd() {
 
 IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row, SameKey sameKey) {
   using Change = IndexTree::Change;
-  makeEntry(key, row);
+  if (hasErased_) finish();
+  IndexTree::writeEntry(entry_, key, row);
+  needShortEntry();
   const std::optional<std::size_t> onLeaf = placeOnLeaf();
-  const std::size_t at = onLeaf ? *onLeaf : openLeaf();
+  const std::size_t at = onLeaf ? *onLeaf : openLeaf(true);
   if (leaf_->isEntry(at, entry_)) return Change::none;
   const bool shares = tree_.isBesideKey(*leaf_, at, at, key);
   if (shares && sameKey == SameKey::refuse) return Change::none;
@@ -66,6 +67,25 @@ IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row,
     tree_.split(path_, entry_);
   }
   return shares ? Change::entry : Change::key;
+}
+
+IndexTree::Change IndexRun::erase(std::span<const std::uint8_t> key, RowId row) {
+  using Change = IndexTree::Change;
+  IndexTree::writeEntry(entry_, key, row);
+  const std::optional<std::size_t> onLeaf = placeOnLeaf();
+  const std::size_t at = onLeaf ? *onLeaf : openLeaf(false);
+  if (!leaf_->isEntry(at, entry_)) return Change::none;
+  const bool shares = tree_.isBesideKey(*leaf_, at, at + 1, key);
+  leaf_->erase(at);
+  hasErased_ = true;
+  hasErasedLast_ |= at == leaf_->count();
+  return shares ? Change::entry : Change::key;
+}
+
+void IndexRun::finish() {
+  leaf_.reset();
+  if (hasErased_) tree_.settle(path_, hasErasedLast_);
+  hasErased_ = hasErasedLast_ = false;
 }
 
 }  // namespace orv::store::jet

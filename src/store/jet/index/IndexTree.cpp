@@ -93,7 +93,6 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
       const std::size_t at = entries.lowerBound(entry);
       path.steps[path.depth] = {number, at};
       if (entries.isLeaf()) {
-        path.found = entries.isEntry(at, entry);
         return path;
       }
       if (entries.childCount() == 0) raiseDamaged(number, "it leads to no leaf of its index");
@@ -107,13 +106,6 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
     }
     number = child;
   }
-}
-
-/// Whether another entry has the key of the entry to which the path leads.
-bool IndexTree::sharesKey(const Path& path, std::span<const std::uint8_t> key) const {
-  const Step step = path.steps[path.depth];
-  const StoredIndexPage leaf = load(step.page);
-  return isBesideKey(leaf.entries, step.at, step.at + 1, key);
 }
 
 /// Whether an entry just before or just after an entry of a leaf, or of a place for one, has this
@@ -251,12 +243,9 @@ void IndexTree::partNodes(PageNumber left, PageNumber right) {
 // Removing ----------------------------------------------------------------------------------
 
 IndexTree::Change IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
-  Bytes entry;
-  writeEntry(entry, key, row);
-  const Path path = descend(entry, false);
-  if (!path.found) return Change::none;
-  const Change change = sharesKey(path, key) ? Change::entry : Change::key;
-  removeEntry(path);
+  IndexRun run(pager_, index_, table_);
+  const Change change = run.erase(key, row);
+  run.finish();
   return change;
 }
 
@@ -270,23 +259,20 @@ IndexTree::Change IndexTree::eraseRow(RowId row) {
   return Change::none;
 }
 
-void IndexTree::removeEntry(const Path& path) {
-  const Step leaf = path.steps[path.depth];
-  IndexPageEditor page(pager_, leaf.page);
-  page.erase(leaf.at);
+/// Makes the tree whole after entries of the leaf at the end of the path were removed.
+void IndexTree::settle(const Path& path, bool hasErasedLast) {
   if (path.depth == 0) return;
-  if (page.count() == 0) {
-    removePage(path);
-    return;
+  Bytes last;
+  bool isSparse = false;
+  {
+    const StoredIndexPage leaf = load(path.steps[path.depth].page);
+    const IndexPage& entries = leaf.entries;
+    if (entries.count() > 0) last = entries.entry(entries.count() - 1);
+    isSparse = entries.freeSpace() > entriesRoom() / 4 * 3;
   }
-  const bool sparse = page.freeSpace() > entriesRoom() / 4 * 3;
-  const Bytes last = page.entry(page.count() - 1);
-  if (leaf.at == page.count()) {
-    restoreSeparators(last);
-  }
-  if (sparse) {
-    joinLeaf(descend(last, false));
-  }
+  if (last.empty()) return removePage(path);
+  if (hasErasedLast) restoreSeparators(last);
+  if (isSparse) joinLeaf(descend(last, false));
 }
 
 /// Bytes that the entries of a page can take.
