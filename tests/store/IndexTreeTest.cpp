@@ -133,8 +133,10 @@ class IndexTreeTest : public testing::Test {
       EXPECT_EQ(entries.previous(), lastLeaf_);
       lastLeaf_ = number;
       ASSERT_TRUE(number == kRoot || entries.count() > 0);
-      if (last) {
+      if (last && separatorsFit_) {
         EXPECT_EQ(entries.entry(entries.count() - 1), *last);
+      } else if (last) {
+        EXPECT_LE(entries.entry(entries.count() - 1), *last);
       }
       return;
     }
@@ -161,6 +163,7 @@ class IndexTreeTest : public testing::Test {
   std::mt19937 random_{12345};
   std::size_t pages_ = 0;
   PageNumber lastLeaf_ = 0;
+  bool separatorsFit_ = true;  ///< a node always has room for a longer separator
 };
 
 Bytes longKey(std::uint32_t number) {
@@ -260,6 +263,7 @@ TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
 
 // Bursts of neighbours, up and down, from random places: most stay on a leaf, many cross its ends.
 TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
+  separatorsFit_ = entry(4).key.size() < 100;
   for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
