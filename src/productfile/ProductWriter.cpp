@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "model/Text.h"
@@ -32,6 +33,14 @@ OrderedJson quoted(const OrderedJson& number) {
 bool isPublished(const Key& key) {
   return key.pointer.starts_with("/solar") || key.pointer.starts_with("/photopic") ||
          key.pointer.starts_with("/tuv/transmittance_front");
+}
+
+/// Numbers that no product has as 0: records hold it where they do not know better.
+bool isUnknownAtZero(const Key& key) {
+  constexpr std::array<std::string_view, 4> kPointers = {"/nfrc_id", "/igdb_checksum",
+                                                         "/physical_properties/thickness",
+                                                         "/physical_properties/conductivity"};
+  return std::ranges::find(kPointers, key.pointer) != kPointers.end();
 }
 
 /// Empty where the record has no values. 0 stands for none in those that few sources have.
@@ -82,7 +91,7 @@ OrderedJson inForm(const GlazingData& pane) {
     // Both keys of the type, and of the name, have one meaning.
     if (key.pointer == "/id" || key.pointer == "/product_name") continue;
     OrderedJson value = key.meaning.write(pane);
-    if (value == "") value = nullptr;
+    if (value == "" || (value == 0 && isUnknownAtZero(key))) value = nullptr;
     put(product, key.pointer, std::move(value));
   }
   product["type"] = "GLAZING";
