@@ -83,8 +83,10 @@ std::shared_ptr<store::Connection> openDatabase(const std::string& path,
 void SourceArgument::addSource(CLI::App& command) {
   addPassword(command);
   command
-      .add_option("SOURCE", path_,
-                  "A database (ORV, IGDB or Optics5), a text file, or a folder of text files")
+      .add_option(
+          "SOURCE", path_,
+          "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), or a "
+          "folder of such files")
       ->required()
       ->type_name("");
 }

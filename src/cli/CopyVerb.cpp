@@ -22,13 +22,14 @@ class CopyVerb : public Verb {
       : Verb(app, "copy", "Copy records into an ORV database of version 3.0.0",
              "  orv copy measured-panes/ orvdata.mdb --group Demo\n"
              "  orv copy clear.txt lowe.txt orvdata.mdb --group Demo\n"
+             "  orv copy catalogue.json orvdata.mdb catalogue.json#/3 --group Demo\n"
              "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
              "  orv copy old.mdb orvdata.mdb --set frames --group Old\n") {
     command()
         .add_option(
             "SOURCE DB [ID]", arguments_,
-            "A database, a folder, or one or several text files; the database to copy into; "
-            "and identifiers of records, all when none is given")
+            "A database, a folder, or one or several text files or files of products (.json); the "
+            "database to copy into; and identifiers of records, all when none is given")
         ->required()
         ->expected(2, -1)
         ->type_name("");

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/CellText.h"
+#include "commands/CsvText.h"
 #include "model/ShownText.h"
 
 namespace orv::cli {
@@ -111,13 +112,6 @@ std::string escapedForTsv(const std::string& text) {
   return result;
 }
 
-std::string quotedForCsv(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string result = "\"";
-  for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);
-  return result + '"';
-}
-
 /// A line a row, with a character between the cells.
 class SeparatedWriter : public RowWriter {
  public:
@@ -177,7 +171,7 @@ std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string>
     case Format::tsv:
       return std::make_unique<SeparatedWriter>(columns, '\t', escapedForTsv, out);
     case Format::csv:
-      return std::make_unique<SeparatedWriter>(columns, ',', quotedForCsv, out);
+      return std::make_unique<SeparatedWriter>(columns, ',', commands::csvCell, out);
     case Format::json:
       return std::make_unique<JsonWriter>(columns, out);
     default:

@@ -71,6 +71,9 @@ class ShowVerb : public Verb {
     const auto pane =
         reader.pane(identifier_, angle, chooseDirection(reader.directions(identifier_, angle)));
     reader.tellGroup(identifier_, *pane);
+    for (const std::string& remark : reader.remarks(identifier_, angle)) {
+      std::cerr << "orv: " << remark << '\n';
+    }
     spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
   }
 

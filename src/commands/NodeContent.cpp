@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "errors/Error.h"
+#include "productfile/ProductFile.h"
 #include "sources/DataSources.h"
 #include "textfile/TextFile.h"
 
@@ -13,8 +14,13 @@ namespace DataType = sources::DataType;
 namespace {
 
 std::string fileText(const sources::datasource& node) {
+  const auto name = productfile::ProductName::of(node.filename());
+  const std::filesystem::path folder(node.Folder());
   try {
-    return textfile::readText(std::filesystem::path(node.Folder()) / node.filename());
+    if (!name.pointer.empty()) {
+      return productfile::ProductFile::read(folder / name.file).text(name.pointer);
+    }
+    return textfile::readText(folder / node.filename());
   } catch (const Error&) {
     return "This file could not be read.";
   }

@@ -72,6 +72,9 @@ void notePane(TransferWork& work, const std::string& identifier, const GlazingDa
          "the pane",
          pane);
   }
+  for (const std::string& remark : work.reader().remarks(identifier, pane.ORV_Angle())) {
+    note(work, remark, pane);
+  }
   noteDirections(work, identifier, pane);
   noteDoubts(work, pane);
 }

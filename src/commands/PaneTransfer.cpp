@@ -149,7 +149,7 @@ class PaneTransfer {
     work_.status("Writing " + pane->filename() + " angle = " + degrees);
     requireUsableNames(*pane);
     requireNoMarker(*pane);
-    readReferences(pane);
+    readReferences(identifier, pane);
     return true;
   }
 
@@ -184,9 +184,9 @@ class PaneTransfer {
   }
 
   /// A pane whose substrate or layers are not found is copied all the same.
-  void readReferences(const std::shared_ptr<GlazingData>& pane) {
+  void readReferences(const std::string& identifier, const PanePtr& pane) {
     try {
-      work_.reader().readReferences(pane);
+      work_.reader().readReferences(identifier, pane);
     } catch (const Error& error) {
       tell("copied without the files that it names: " + describe(error), *pane);
     }

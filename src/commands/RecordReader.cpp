@@ -12,10 +12,12 @@
 #include "database/Lookups.h"
 #include "database/PaneDetails.h"
 #include "database/Recordsets.h"
+#include "textfile/TextFile.h"
 
 namespace orv::commands {
 
 namespace DataType = sources::DataType;
+using productfile::ProductName;
 
 namespace {
 
@@ -61,6 +63,8 @@ std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) co
     case DataType::orv3Panes:
       return session_.database.RetrieveAnglesOfPaneDataORV_30(recordNumber(identifier),
                                                               connection());
+    case DataType::textFolder:
+      return anglesOfFile(identifier);
     default:
       return {0};
   }
@@ -91,7 +95,8 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
       return found(session_.database.RetrievePaneIGDB(connection(), identifier));
     case DataType::textFolder:
       if (recordKind(*node_) == RecordKind::panes) {
-        return textPane(identifier);
+        return productfile::isProduct(identifier) ? product(identifier, angle).pane
+                                                  : textPane(identifier);
       }
       [[fallthrough]];
     default:
@@ -108,6 +113,34 @@ std::shared_ptr<GlazingData> RecordReader::textPane(const std::string& file) con
   auto pane = session_.textFiles.ParseSpectralFile(folder, file, &repairs);
   session_.tolerant.told(folder, file, repairs);
   return pane;
+}
+
+/// That a product cannot be read is told where it is read.
+std::vector<std::int16_t> RecordReader::anglesOfFile(const std::string& identifier) const {
+  const ProductName name = ProductName::of(identifier);
+  if (!productfile::isProduct(identifier)) return {0};
+  try {
+    return productFile(name).angles(name.pointer);
+  } catch (const Error&) {
+    return {0};
+  }
+}
+
+const productfile::ProductFile& RecordReader::productFile(const ProductName& name) const {
+  return session_.products.at(textfile::requireFile(node_->Folder(), name.file));
+}
+
+productfile::Product RecordReader::product(const std::string& identifier,
+                                           std::int16_t angle) const {
+  const ProductName name = ProductName::of(identifier);
+  return productFile(name).product(name.pointer, angle);
+}
+
+std::vector<std::string> RecordReader::remarks(const std::string& identifier,
+                                               std::int16_t angle) const {
+  const bool isProduct =
+      node_->DataType() == DataType::textFolder && productfile::isProduct(identifier);
+  return isProduct ? product(identifier, angle).notes : std::vector<std::string>();
 }
 
 std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(
@@ -176,8 +209,10 @@ std::vector<std::string> RecordReader::unreadColumns(const std::string& identifi
   return unread;
 }
 
-void RecordReader::readReferences(const std::shared_ptr<GlazingData>& pane) const {
+void RecordReader::readReferences(const std::string& identifier,
+                                  const std::shared_ptr<GlazingData>& pane) const {
   if (node_->DataType() != DataType::textFolder) return;
+  if (productfile::isProduct(identifier)) return;
   session_.textFiles.FillFileReferences(node_->Folder(), pane);
 }
 
