@@ -112,7 +112,11 @@ TEST_F(WholeCopyTest, TheMarkOfMissingValuesIsNotCopiedAsAValue) {
   const auto from = newDatabase("from.mdb");
   insert(makePane("pane"), from);
   setAll(*from->ADOConnection(), "Pane_integrated_data", "reflection_solar_outdoor", -1);
-  EXPECT_EQ(copyAll(from).failed, 1);
+  ui.inputs = {"Glass"};
+  EXPECT_EQ(commands::pasteRecords(session, selectAll(recordSet(from, RecordKind::panes)), to,
+                                   {.integrateBy = std::nullopt})
+                .failed,
+            1);
   EXPECT_NE(lastFailure().find("Correct reflection_solar_outdoor in the source."),
             std::string::npos);
   expectEmpty();
