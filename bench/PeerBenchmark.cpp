@@ -16,9 +16,9 @@
 
 #include "bench/GlazingDatabase.h"
 #include "bench/SqliteFile.h"
-#include "store/jet/Database.h"
-#include "store/jet/IndexKey.h"
-#include "store/jet/RowReader.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexKey.h"
+#include "store/jet/table/RowReader.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "store/Connection.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace {
 

@@ -18,10 +18,10 @@
 #include <QTimer>
 #include <filesystem>
 
-#include "app/RecordGrid.h"
-#include "app/Theme.h"
-#include "app/WindowUserInterface.h"
-#include "app/frmMain.h"
+#include "app/grid/RecordGrid.h"
+#include "app/theme/Theme.h"
+#include "app/window/WindowUserInterface.h"
+#include "app/window/frmMain.h"
 #include "bench/GlazingDatabase.h"
 #include "commands/Session.h"
 #include "database/OrvSchema.h"

@@ -4,7 +4,7 @@
 #include "fuzz/TryTo.h"
 #include "store/Check.h"
 #include "store/Connection.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <string_view>
 
 #include "app/Text.h"
-#include "app/Theme.h"
-#include "app/WindowUserInterface.h"
-#include "app/frmMain.h"
-#include "app/frmSplash.h"
+#include "app/dialogs/frmSplash.h"
+#include "app/theme/Theme.h"
+#include "app/window/WindowUserInterface.h"
+#include "app/window/frmMain.h"
 #include "commands/Session.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #include "database/DatabaseErrors.h"
 
+#include <fmt/format.h>
+
 #include "database/Product.h"
 
 namespace orv::database {
@@ -22,7 +24,7 @@ std::string ErrorDescription(std::int32_t number) {
     case kSubstrateWavelengthsDiffer:
       return "Data for this pane and its substrate are not given at identical wavelengths.";
     default:
-      return std::string("An unhandled error occured in ") + kProductName + ".";
+      return fmt::format("An unhandled error occured in {}.", kProductName);
   }
 }
 

@@ -1,4 +1,6 @@
 // Shadings of ORV databases of versions 3.0.0 and 2.0.1.
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "database/Fields.h"
@@ -56,8 +58,8 @@ std::vector<Row> readDetails(store::Connection& dc, const char* table, std::int3
                              const char* order, const Columns& columns) {
   std::vector<Row> result;
   if (!hasTable(dc, table)) return result;
-  auto rows = openSql(dc, std::string("SELECT * FROM ") + table + " WHERE Shading_id = " +
-                              std::to_string(shadingId) + " ORDER BY " + order);
+  auto rows = openSql(dc, fmt::format("SELECT * FROM {} WHERE Shading_id = {} ORDER BY {}", table,
+                                      shadingId, order));
   for (; !rows->eof(); rows->moveNext()) {
     Row& row = result.emplace_back();
     for (const auto& column : columns) {

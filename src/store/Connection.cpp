@@ -6,10 +6,10 @@
 #include "store/SqlRecordset.h"
 #include "store/StoreError.h"
 #include "store/TableRecordset.h"
-#include "store/jet/Creation.h"
-#include "store/jet/Database.h"
-#include "store/jet/SavedQuery.h"
-#include "store/jet/Text.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/catalog/SavedQuery.h"
+#include "store/jet/page/Text.h"
 #include "store/sql/SqlEngine.h"
 
 namespace orv::store {

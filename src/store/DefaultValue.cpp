@@ -4,7 +4,7 @@
 
 #include "errors/Error.h"
 #include "store/jet/file/Clock.h"
-#include "store/jet/Text.h"
+#include "store/jet/page/Text.h"
 
 namespace orv::store {
 Value evaluateDefault(const std::string& expression, ColumnType type) {

@@ -3,7 +3,7 @@
 #include "errors/Error.h"
 #include "store/Criterion.h"
 #include "store/StoreError.h"
-#include "store/jet/Text.h"
+#include "store/jet/page/Text.h"
 
 namespace orv::store {
 

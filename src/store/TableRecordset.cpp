@@ -6,9 +6,9 @@
 #include "store/Criterion.h"
 #include "store/DefaultValue.h"
 #include "store/StoreError.h"
-#include "store/jet/AutoGuid.h"
-#include "store/jet/IndexKey.h"
-#include "store/jet/RowEncoder.h"
+#include "store/jet/index/IndexKey.h"
+#include "store/jet/row/RowEncoder.h"
+#include "store/jet/table/AutoGuid.h"
 
 namespace orv::store {
 namespace {

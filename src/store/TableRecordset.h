@@ -7,8 +7,8 @@
 
 #include "store/RecordsetBase.h"
 #include "store/TableRows.h"
-#include "store/jet/RowReader.h"
-#include "store/jet/Table.h"
+#include "store/jet/table/RowReader.h"
+#include "store/jet/table/Table.h"
 
 namespace orv::store {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "store/jet/Table.h"
+#include "store/jet/table/Table.h"
 
 namespace orv::store {
 

@@ -10,7 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "app/ProgressDialog.h"
+#include "app/dialogs/ProgressDialog.h"
 
 namespace orv::test {
 

@@ -6,9 +6,9 @@
 #include <QSpinBox>
 
 #include "app/WindowTest.h"
-#include "app/dlgTextFileOptions.h"
-#include "app/frmAbout.h"
-#include "app/frmOptions.h"
+#include "app/dialogs/dlgTextFileOptions.h"
+#include "app/dialogs/frmAbout.h"
+#include "app/dialogs/frmOptions.h"
 
 namespace orv::test {
 

@@ -15,13 +15,13 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "app/ColumnChooser.h"
-#include "app/ReportDialog.h"
-#include "app/ProgressDialog.h"
 #include "app/WindowTest.h"
-#include "app/dlgTextFileOptions.h"
-#include "app/frmAbout.h"
-#include "app/frmOptions.h"
+#include "app/dialogs/ProgressDialog.h"
+#include "app/dialogs/ReportDialog.h"
+#include "app/dialogs/dlgTextFileOptions.h"
+#include "app/dialogs/frmAbout.h"
+#include "app/dialogs/frmOptions.h"
+#include "app/grid/ColumnChooser.h"
 
 namespace orv::test {
 

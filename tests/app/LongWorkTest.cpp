@@ -1,8 +1,8 @@
 // Work that takes long: the window stays alive meanwhile.
 #include <QLineEdit>
 
-#include "app/ProgressDialog.h"
 #include "app/WindowTest.h"
+#include "app/dialogs/ProgressDialog.h"
 #include "database/OrvSchema.h"
 
 namespace orv::test {

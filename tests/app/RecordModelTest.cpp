@@ -4,7 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "app/RecordModel.h"
+#include "app/grid/RecordModel.h"
 #include "errors/Error.h"
 
 namespace orv::test {

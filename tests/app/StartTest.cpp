@@ -6,9 +6,9 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "app/WindowGeometry.h"
 #include "app/WindowTest.h"
-#include "app/frmSplash.h"
+#include "app/dialogs/frmSplash.h"
+#include "app/window/WindowGeometry.h"
 
 namespace orv::test {
 

@@ -11,8 +11,8 @@
 #include <fstream>
 
 #include "app/WindowTest.h"
-#include "app/docks/DetailsDock.h"
-#include "app/docks/SpectrumDock.h"
+#include "app/docks/details/DetailsDock.h"
+#include "app/docks/spectra/SpectrumDock.h"
 #include "database/OrvSchema.h"
 
 namespace orv::test {

@@ -8,13 +8,13 @@
 #include <QSettings>
 #include <QTest>
 
-#include "app/DataSourceTree.h"
 #include "app/Dialogs.h"
-#include "app/FilterHeader.h"
-#include "app/RecordGrid.h"
 #include "app/Text.h"
-#include "app/WindowUserInterface.h"
-#include "app/frmMain.h"
+#include "app/grid/FilterHeader.h"
+#include "app/grid/RecordGrid.h"
+#include "app/sources/DataSourceTree.h"
+#include "app/window/WindowUserInterface.h"
+#include "app/window/frmMain.h"
 #include "commands/Session.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"

@@ -5,7 +5,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-#include "app/Theme.h"
+#include "app/theme/Theme.h"
 
 int main(int argc, char* argv[]) {
   testing::InitGoogleTest(&argc, argv);

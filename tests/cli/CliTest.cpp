@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "store/jet/CatalogWriter.h"
+#include "store/jet/catalog/CatalogWriter.h"
 
 namespace orv::test {
 namespace {

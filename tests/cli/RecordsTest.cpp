@@ -6,7 +6,7 @@
 #include <set>
 
 #include "cli/CliTest.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace orv::test {
 namespace {

@@ -4,7 +4,7 @@
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "store/StoreError.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace orv::test {
 namespace {

@@ -3,7 +3,7 @@
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace orv::test {
 namespace {

@@ -7,10 +7,10 @@
 #include <iostream>
 
 #include "app/Dialogs.h"
-#include "app/MainActions.h"
-#include "app/RecordGrid.h"
-#include "app/WindowUserInterface.h"
-#include "app/frmMain.h"
+#include "app/grid/RecordGrid.h"
+#include "app/window/MainActions.h"
+#include "app/window/WindowUserInterface.h"
+#include "app/window/frmMain.h"
 #include "commands/Session.h"
 
 int main(int argc, char* argv[]) {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "store/jet/CalculatedValue.h"
-#include "store/jet/EmptyDatabase.h"
+#include "store/jet/catalog/EmptyDatabase.h"
+#include "store/jet/row/CalculatedValue.h"
 
 namespace orv::store::jet {
 namespace {

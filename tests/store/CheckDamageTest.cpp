@@ -8,11 +8,11 @@
 
 #include "store/Check.h"
 #include "store/DamagedFile.h"
-#include "store/jet/DataPage.h"
-#include "store/jet/FreePages.h"
-#include "store/jet/LongValue.h"
-#include "store/jet/RowSpace.h"
-#include "store/jet/UsageMap.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/page/FreePages.h"
+#include "store/jet/page/UsageMap.h"
+#include "store/jet/row/LongValue.h"
+#include "store/jet/row/RowSpace.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {

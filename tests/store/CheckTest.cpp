@@ -9,7 +9,7 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
+#include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 #include <set>
 
 #include "errors/Error.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {

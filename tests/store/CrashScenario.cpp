@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "store/jet/Creation.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/index/IndexKey.h"
 
 namespace orv::test {
 namespace {

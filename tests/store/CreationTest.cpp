@@ -12,10 +12,10 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
-#include "store/jet/EmptyDatabase.h"
-#include "store/jet/SecurityIds.h"
-#include "store/jet/Text.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/EmptyDatabase.h"
+#include "store/jet/catalog/SecurityIds.h"
+#include "store/jet/page/Text.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {

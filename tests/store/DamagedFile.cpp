@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-#include "store/jet/DataPage.h"
-#include "store/jet/LongValue.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/row/LongValue.h"
 
 namespace orv::store::jet::test {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "store/jet/Database.h"
-#include "store/jet/IndexPageEditor.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexPageEditor.h"
 
 namespace orv::store::jet::test {
 

@@ -4,8 +4,8 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/EmptyDatabase.h"
-#include "store/jet/Row.h"
+#include "store/jet/catalog/EmptyDatabase.h"
+#include "store/jet/row/Row.h"
 
 namespace orv::store::jet {
 namespace {

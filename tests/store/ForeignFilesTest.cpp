@@ -5,7 +5,7 @@
 #include <map>
 
 #include "store/Check.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 #include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 

@@ -10,9 +10,9 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
-#include "store/jet/Database.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexKey.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

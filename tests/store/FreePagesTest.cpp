@@ -7,9 +7,9 @@
 #include <ostream>
 
 #include "store/Check.h"
-#include "store/jet/Creation.h"
-#include "store/jet/DataPage.h"
-#include "store/jet/FreePages.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/page/FreePages.h"
 #include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 

@@ -4,8 +4,8 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
-#include "store/jet/RowEncoder.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/row/RowEncoder.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

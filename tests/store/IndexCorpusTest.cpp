@@ -11,8 +11,8 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/Database.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexKey.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {

@@ -8,7 +8,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/index/IndexKey.h"
 
 namespace orv::store::jet {
 namespace {

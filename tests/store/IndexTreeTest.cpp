@@ -10,11 +10,11 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/DataPage.h"
-#include "store/jet/IndexPageEditor.h"
-#include "store/jet/IndexTree.h"
-#include "store/jet/Rc4.h"
-#include "store/jet/UsageMap.h"
+#include "store/jet/index/IndexPageEditor.h"
+#include "store/jet/index/IndexTree.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/page/Rc4.h"
+#include "store/jet/page/UsageMap.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

@@ -12,7 +12,7 @@
 #include "store/Check.h"
 #include "store/CrashScenario.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
+#include "store/jet/catalog/Creation.h"
 #include "support/MemoryFiles.h"
 #include "support/TemporaryFolder.h"
 

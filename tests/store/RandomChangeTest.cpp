@@ -8,7 +8,7 @@
 
 #include "store/Check.h"
 #include "store/RandomTables.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/index/IndexKey.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

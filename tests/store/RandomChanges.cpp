@@ -8,8 +8,8 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/IndexKey.h"
-#include "store/jet/Text.h"
+#include "store/jet/index/IndexKey.h"
+#include "store/jet/page/Text.h"
 
 namespace orv::test {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 
 namespace orv::test {
 

@@ -1,6 +1,6 @@
 #include "store/RandomTables.h"
 
-#include "store/jet/Creation.h"
+#include "store/jet/catalog/Creation.h"
 
 namespace orv::test {
 namespace {

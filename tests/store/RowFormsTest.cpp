@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "store/Check.h"
-#include "store/jet/Creation.h"
-#include "store/jet/DataPage.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/page/DataPage.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

@@ -8,9 +8,9 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "store/jet/Creation.h"
-#include "store/jet/Database.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexKey.h"
 #include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 
@@ -54,10 +54,13 @@ class ValueMaker {
  public:
   explicit ValueMaker(unsigned seed) : random_(seed) {}
 
-  std::size_t below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_); }
+  std::size_t below(std::size_t end) {
+    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_);
+  }
 
   std::string text(std::size_t most) {
-    static const char* const kPieces[] = {"a", "B", "é", "ß", "-", "'", " ", "Œ", "7", "glass", "®"};
+    static const char* const kPieces[] = {"a", "B", "é", "ß",     "-", "'",
+                                          " ", "Œ", "7", "glass", "®"};
     std::string text;
     for (std::size_t n = below(most / 5 + 1); n > 0; --n) {
       text += kPieces[below(std::size(kPieces))];
@@ -122,7 +125,9 @@ TEST_P(TableChange, KeepsRowsAndIndexesAsAModelInMemory) {
   ValueMaker maker(7);
   for (int round = 0; round < 1200; ++round) {
     const std::size_t action = maker.below(10);
-    auto chosen = model.empty() ? model.end() : std::next(model.begin(), static_cast<std::ptrdiff_t>(maker.below(model.size())));
+    auto chosen = model.empty() ? model.end()
+                                : std::next(model.begin(),
+                                            static_cast<std::ptrdiff_t>(maker.below(model.size())));
     if (action < 5 || chosen == model.end()) {
       std::vector<Value> values = maker.row(definition);
       try {
@@ -186,7 +191,8 @@ TEST(FreedPage, TakesNoRows) {
   EXPECT_EQ(rowsOf(*table).size(), 1U);
   {
     Transaction undone(database->pager());
-    for (int i = 0; i < 500; ++i) insert("a row of a batch that is undone, long enough to fill pages");
+    for (int i = 0; i < 500; ++i)
+      insert("a row of a batch that is undone, long enough to fill pages");
   }
   insert("kept too");
   EXPECT_EQ(rowsOf(*table).size(), 2U);

@@ -1,10 +1,10 @@
 // Encoded files, of which there are no samples.
 #pragma once
 
-#include "store/jet/Bytes.h"
-#include "store/jet/Format.h"
-#include "store/jet/Rc4.h"
+#include "store/jet/file/Bytes.h"
 #include "store/jet/file/File.h"
+#include "store/jet/page/Format.h"
+#include "store/jet/page/Rc4.h"
 
 namespace orv::test {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "store/sql/OutputValue.h"
 #include "store/sql/SqlEngine.h"
+#include "store/sql/run/OutputValue.h"
 
 namespace orv::store::sql {
 namespace {

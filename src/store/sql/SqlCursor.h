@@ -9,7 +9,7 @@
 
 #include "store/Schema.h"
 #include "store/Value.h"
-#include "store/sql/Scope.h"
+#include "store/sql/translate/Scope.h"
 
 namespace orv::store::sql {
 

@@ -4,9 +4,9 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/SavedQuery.h"
-#include "store/sql/Collations.h"
-#include "store/sql/Functions.h"
+#include "store/jet/catalog/SavedQuery.h"
+#include "store/sql/functions/Functions.h"
+#include "store/sql/run/Collations.h"
 
 namespace orv::store::sql {
 namespace {

@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "store/jet/Database.h"
-#include "store/sql/Callbacks.h"
-#include "store/sql/Catalog.h"
-#include "store/sql/QueryWriter.h"
+#include "store/jet/catalog/Database.h"
 #include "store/sql/SqlCursor.h"
-#include "store/sql/TableModule.h"
-#include "store/sql/TextOrder.h"
+#include "store/sql/functions/Callbacks.h"
+#include "store/sql/functions/TextOrder.h"
+#include "store/sql/run/TableModule.h"
+#include "store/sql/translate/Catalog.h"
+#include "store/sql/translate/QueryWriter.h"
 
 namespace orv::store::sql {
 

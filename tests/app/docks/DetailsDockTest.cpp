@@ -9,11 +9,11 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include "app/docks/DetailsDock.h"
-#include "app/docks/DetailsTree.h"
 #include "app/docks/Panes.h"
-#include "app/docks/PictureView.h"
-#include "app/docks/SlatDrawing.h"
+#include "app/docks/details/DetailsDock.h"
+#include "app/docks/details/DetailsTree.h"
+#include "app/docks/details/PictureView.h"
+#include "app/docks/details/SlatDrawing.h"
 
 namespace orv::app {
 namespace {

@@ -5,7 +5,7 @@
 #include <QImage>
 #include <QPalette>
 
-#include "app/Icons.h"
+#include "app/theme/Icons.h"
 
 namespace orv::app {
 namespace {

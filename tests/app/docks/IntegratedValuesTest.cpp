@@ -2,8 +2,8 @@
 
 #include <QStringList>
 
-#include "app/docks/IntegratedValues.h"
 #include "app/docks/Panes.h"
+#include "app/docks/spectra/IntegratedValues.h"
 
 namespace orv::app {
 namespace {

@@ -3,7 +3,7 @@
 #include <QBuffer>
 #include <vector>
 
-#include "app/docks/PictureDecoding.h"
+#include "app/docks/details/PictureDecoding.h"
 
 namespace orv::app {
 namespace {

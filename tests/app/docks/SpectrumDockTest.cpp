@@ -11,11 +11,11 @@
 #include <QToolBar>
 #include <QWheelEvent>
 
-#include "app/docks/IntegratedTable.h"
 #include "app/docks/Panes.h"
-#include "app/docks/SpectrumDock.h"
-#include "app/docks/SpectrumLegend.h"
-#include "app/docks/SpectrumView.h"
+#include "app/docks/spectra/IntegratedTable.h"
+#include "app/docks/spectra/SpectrumDock.h"
+#include "app/docks/spectra/SpectrumLegend.h"
+#include "app/docks/spectra/SpectrumView.h"
 
 namespace orv::app {
 namespace {

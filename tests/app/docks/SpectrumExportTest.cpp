@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 
 #include "app/docks/Panes.h"
-#include "app/docks/SpectrumCsv.h"
-#include "app/docks/SpectrumFigure.h"
+#include "app/docks/spectra/SpectrumCsv.h"
+#include "app/docks/spectra/SpectrumFigure.h"
 
 namespace orv::app {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "app/docks/Panes.h"
-#include "app/docks/PlotTheme.h"
-#include "app/docks/Readout.h"
-#include "app/docks/SpectrumPlot.h"
+#include "app/docks/spectra/PlotTheme.h"
+#include "app/docks/spectra/Readout.h"
+#include "app/docks/spectra/SpectrumPlot.h"
 
 namespace orv::app {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "app/docks/WavelengthScale.h"
+#include "app/docks/spectra/WavelengthScale.h"
 
 namespace orv::app {
 namespace {

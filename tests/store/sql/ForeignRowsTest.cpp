@@ -4,9 +4,9 @@
 
 #include "errors/Error.h"
 #include "store/Check.h"
-#include "store/jet/Creation.h"
-#include "store/jet/Database.h"
-#include "store/jet/IndexKey.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/index/IndexKey.h"
 #include "store/sql/SqlEngine.h"
 #include "support/MemoryFiles.h"
 

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "errors/Error.h"
-#include "store/jet/SavedQuery.h"
+#include "store/jet/catalog/SavedQuery.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {

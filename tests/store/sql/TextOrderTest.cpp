@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "store/Value.h"
-#include "store/jet/TextKey.h"
-#include "store/sql/TextOrder.h"
+#include "store/jet/index/TextKey.h"
+#include "store/sql/functions/TextOrder.h"
 
 namespace orv::store::sql {
 namespace {

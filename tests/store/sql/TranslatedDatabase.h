@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "store/sql/Catalog.h"
-#include "store/sql/Collations.h"
-#include "store/sql/Functions.h"
-#include "store/sql/OutputValue.h"
-#include "store/sql/QueryWriter.h"
+#include "store/sql/functions/Functions.h"
+#include "store/sql/run/Collations.h"
+#include "store/sql/run/OutputValue.h"
+#include "store/sql/translate/Catalog.h"
+#include "store/sql/translate/QueryWriter.h"
 
 namespace orv::store::sql {
 

@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "store/jet/Text.h"
 #include "store/jet/check/TableCheck.h"
+#include "store/jet/page/Text.h"
 
 namespace orv::store::jet {
 namespace {

@@ -6,9 +6,9 @@
 #include <set>
 #include <vector>
 
-#include "store/jet/Database.h"
-#include "store/jet/TableDefinition.h"
+#include "store/jet/catalog/Database.h"
 #include "store/jet/check/CheckContext.h"
+#include "store/jet/definition/TableDefinition.h"
 
 namespace orv::store::jet {
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "store/CheckReport.h"
-#include "store/jet/Pager.h"
 #include "store/jet/check/CheckLog.h"
 #include "store/jet/check/PageLedger.h"
 #include "store/jet/check/RowLedger.h"
+#include "store/jet/page/Pager.h"
 
 namespace orv::store::jet {
 

@@ -9,8 +9,8 @@
 #include "errors/Error.h"
 #include "store/CheckReport.h"
 #include "store/StoreError.h"
-#include "store/jet/Bytes.h"
-#include "store/jet/RowId.h"
+#include "store/jet/file/Bytes.h"
+#include "store/jet/page/RowId.h"
 
 namespace orv::store::jet {
 

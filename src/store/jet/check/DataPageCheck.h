@@ -4,9 +4,9 @@
 #include <functional>
 #include <vector>
 
-#include "store/jet/DataPage.h"
-#include "store/jet/RowId.h"
 #include "store/jet/check/CheckContext.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/page/RowId.h"
 
 namespace orv::store::jet {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "store/CheckReport.h"
-#include "store/jet/Database.h"
+#include "store/jet/catalog/Database.h"
 #include "store/jet/check/CheckContext.h"
 
 namespace orv::store::jet {

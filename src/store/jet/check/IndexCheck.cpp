@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "store/jet/UsageMap.h"
+#include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
 namespace {

@@ -4,10 +4,10 @@
 #include <optional>
 #include <vector>
 
-#include "store/jet/IndexPage.h"
-#include "store/jet/TableDefinition.h"
 #include "store/jet/check/CheckContext.h"
 #include "store/jet/check/RowKeys.h"
+#include "store/jet/definition/TableDefinition.h"
+#include "store/jet/index/IndexPage.h"
 
 namespace orv::store::jet {
 

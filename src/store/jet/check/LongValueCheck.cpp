@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "store/jet/DataPage.h"
-#include "store/jet/LongValue.h"
 #include "store/jet/check/DataPageCheck.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/row/LongValue.h"
 
 namespace orv::store::jet {
 

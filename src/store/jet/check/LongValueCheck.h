@@ -4,9 +4,9 @@
 #include <map>
 #include <vector>
 
-#include "store/jet/Row.h"
-#include "store/jet/TableDefinition.h"
 #include "store/jet/check/CheckContext.h"
+#include "store/jet/definition/TableDefinition.h"
+#include "store/jet/row/Row.h"
 
 namespace orv::store::jet {
 

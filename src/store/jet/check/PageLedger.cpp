@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "store/jet/DataPage.h"
-#include "store/jet/FreePages.h"
-#include "store/jet/UsageMap.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/page/FreePages.h"
+#include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
 namespace {

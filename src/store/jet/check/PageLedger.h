@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "store/jet/Pager.h"
-#include "store/jet/RowId.h"
 #include "store/jet/check/CheckLog.h"
 #include "store/jet/check/RowLedger.h"
+#include "store/jet/page/Pager.h"
+#include "store/jet/page/RowId.h"
 
 namespace orv::store::jet {
 

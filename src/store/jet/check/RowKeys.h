@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "store/jet/RowId.h"
+#include "store/jet/page/RowId.h"
 
 namespace orv::store::jet {
 

@@ -4,7 +4,7 @@
 #include <bitset>
 #include <unordered_map>
 
-#include "store/jet/RowId.h"
+#include "store/jet/page/RowId.h"
 
 namespace orv::store::jet {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <set>
 
-#include "store/jet/IndexKey.h"
 #include "store/jet/check/DataPageCheck.h"
 #include "store/jet/check/IndexCheck.h"
+#include "store/jet/index/IndexKey.h"
 
 namespace orv::store::jet {
 namespace {

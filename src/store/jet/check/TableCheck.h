@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "store/Value.h"
-#include "store/jet/DataPage.h"
-#include "store/jet/Row.h"
-#include "store/jet/TableDefinition.h"
 #include "store/jet/check/CheckContext.h"
 #include "store/jet/check/LongValueCheck.h"
 #include "store/jet/check/RowKeys.h"
+#include "store/jet/definition/TableDefinition.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/row/Row.h"
 
 namespace orv::store::jet {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "store/Value.h"
-#include "store/jet/Bytes.h"
+#include "store/jet/file/Bytes.h"
 
 namespace orv::store::jet {
 

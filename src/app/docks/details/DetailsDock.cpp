@@ -1,0 +1,133 @@
+#include "app/docks/details/DetailsDock.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "app/Help.h"
+#include "app/docks/details/DetailsTree.h"
+#include "app/docks/details/PictureView.h"
+#include "app/docks/details/SlatDrawing.h"
+#include "app/theme/Icons.h"
+
+namespace orv::app {
+
+DetailsDock::DetailsDock(QWidget* parent) : QDockWidget(tr("Details"), parent) {
+  setObjectName(QStringLiteral("DetailsDock"));
+  setAccessibleName(tr("Details"));
+  setWhatsThis(
+      tr("All fields of the selected record, with the picture of a frame or a drawing of "
+         "the slats of a shading."));
+  pages_ = new QStackedWidget(this);
+  text_ = new QLabel(pages_);
+  text_->setObjectName(QStringLiteral("detailsEmptyText"));
+  text_->setAlignment(Qt::AlignCenter);
+  text_->setWordWrap(true);
+  text_->setMargin(12);
+  text_->setForegroundRole(QPalette::PlaceholderText);
+  text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  pages_->addWidget(text_);
+  pages_->addWidget(buildRecordPage());
+  setWidget(pages_);
+  clear();
+}
+
+DetailsDock::~DetailsDock() = default;
+
+QWidget* DetailsDock::buildRecordPage() {
+  auto* page = new QWidget(pages_);
+  filter_ = new QLineEdit(page);
+  filter_->setPlaceholderText(tr("Search fields"));
+  filter_->setClearButtonEnabled(true);
+  filter_->addAction(icon("find"), QLineEdit::LeadingPosition);
+  filter_->setAccessibleName(tr("Search fields"));
+  explain(filter_, tr("Lists only the fields with this text in their name or value"));
+  angle_ = new QComboBox(page);
+  explain(angle_, tr("Angle of incidence of the values that are shown"));
+  angle_->setAccessibleName(tr("Angle of incidence"));
+  splitter_ = new QSplitter(Qt::Vertical, page);
+  tree_ = new DetailsTree(splitter_);
+  drawings_ = new QStackedWidget(splitter_);
+  picture_ = new PictureView(drawings_);
+  slats_ = new SlatDrawing(drawings_);
+  drawings_->addWidget(picture_);
+  drawings_->addWidget(slats_);
+  splitter_->addWidget(tree_);
+  splitter_->addWidget(drawings_);
+  splitter_->setStretchFactor(0, 3);
+  splitter_->setStretchFactor(1, 2);
+  splitter_->setCollapsible(0, false);
+
+  auto* top = new QHBoxLayout;
+  top->addWidget(filter_, 1);
+  top->addWidget(angle_);
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setSpacing(4);
+  layout->addLayout(top);
+  layout->addWidget(splitter_, 1);
+
+  connect(filter_, &QLineEdit::textChanged, tree_, &DetailsTree::setFilter);
+  connect(angle_, &QComboBox::activated, this, &DetailsDock::showAngle);
+  return page;
+}
+
+void DetailsDock::showPane(std::vector<std::shared_ptr<const GlazingData>> angles) {
+  if (angles.empty()) return clear();
+  panes_ = std::move(angles);
+  fillAngles();
+  showAngle(angle_->currentIndex());
+  showRecord(nullptr);
+}
+
+void DetailsDock::fillAngles() {
+  const QVariant chosen = angle_->currentData();
+  angle_->clear();
+  for (const auto& pane : panes_) {
+    const QString angle = tr("%1°").arg(pane->ORV_Angle());
+    const std::int32_t direction = pane->ORV_Direction();
+    angle_->addItem(direction == 0 ? angle : tr("%1, direction %2").arg(angle).arg(direction),
+                    QPoint(pane->ORV_Angle(), direction));
+  }
+  angle_->setCurrentIndex(std::max(angle_->findData(chosen), 0));
+  angle_->setVisible(panes_.size() > 1);
+}
+
+void DetailsDock::showAngle(int index) {
+  tree_->showFields(commands::paneDetails(*panes_[static_cast<std::size_t>(index)]));
+}
+
+void DetailsDock::showFrame(const std::shared_ptr<const FrameDataClass>& frame) {
+  angle_->hide();
+  tree_->showFields(commands::frameDetails(*frame));
+  picture_->showPicture(frame->picture());
+  showRecord(picture_);
+}
+
+void DetailsDock::showShading(const std::shared_ptr<const ShadingDataClass>& shading) {
+  angle_->hide();
+  tree_->showFields(commands::shadingDetails(*shading));
+  slats_->showShading(shading);
+  showRecord(SlatDrawing::canDraw(*shading) ? slats_ : nullptr);
+}
+
+void DetailsDock::clear() {
+  showText(tr("Select a record to see its fields here."));
+}
+
+void DetailsDock::showText(const QString& text) {
+  text_->setText(text);
+  pages_->setCurrentWidget(text_);
+}
+
+void DetailsDock::showRecord(QWidget* drawing) {
+  if (drawing) drawings_->setCurrentWidget(drawing);
+  drawings_->setVisible(drawing != nullptr);
+  pages_->setCurrentIndex(1);
+}
+
+}  // namespace orv::app

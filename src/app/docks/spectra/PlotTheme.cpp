@@ -1,0 +1,88 @@
+#include "app/docks/spectra/PlotTheme.h"
+
+#include <algorithm>
+#include <array>
+
+namespace orv::app {
+
+namespace {
+
+constexpr std::array<QRgb, 7> kOnLight{0xff0072b2, 0xffd55e00, 0xff009e73, 0xffcc79a7,
+                                       0xff222222, 0xff56b4e9, 0xffe69f00};
+constexpr std::array<QRgb, 7> kOnDark{0xff56b4e9, 0xffe69f00, 0xff2cc295, 0xffe39ac4,
+                                      0xfff5f5f5, 0xfff0e442, 0xffff7d33};
+
+constexpr double kWidth = 1.8;
+constexpr double kThinWidth = 1.2;
+
+QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
+  const auto mix = [&](int x, int y) { return qRound(x + (y - x) * shareOfB); };
+  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+/// Lengths of strokes and gaps, in widths of the pen.
+QList<qreal> dashes(SpectralQuantity quantity) {
+  switch (quantity) {
+    case SpectralQuantity::frontReflectance:
+      return {5, 2.5};
+    case SpectralQuantity::backReflectance:
+      return {1, 2};
+    default:
+      return {};
+  }
+}
+
+QPen dashed(const QColor& colour, double width, SpectralQuantity quantity) {
+  QPen pen(colour, width);
+  pen.setCapStyle(Qt::FlatCap);
+  pen.setJoinStyle(Qt::RoundJoin);
+  if (const auto pattern = dashes(quantity); !pattern.isEmpty()) pen.setDashPattern(pattern);
+  return pen;
+}
+
+}  // namespace
+
+PlotTheme PlotTheme::of(const QPalette& palette) {
+  PlotTheme theme;
+  theme.background = palette.color(QPalette::Active, QPalette::Base);
+  theme.text = palette.color(QPalette::Active, QPalette::Text);
+  theme.grid = mixed(theme.background, theme.text, 0.14);
+  theme.frame = mixed(theme.background, theme.text, 0.45);
+  return theme;
+}
+
+PlotTheme PlotTheme::paper() {
+  QPalette palette;
+  palette.setColor(QPalette::Active, QPalette::Base, Qt::white);
+  palette.setColor(QPalette::Active, QPalette::Text, Qt::black);
+  return of(palette);
+}
+
+QColor PlotTheme::hue(int number) const {
+  const auto& hues = isDark() ? kOnDark : kOnLight;
+  const QColor colour(hues[number % hues.size()]);
+  switch ((number / hues.size()) % 3) {
+    case 1:
+      return mixed(colour, text, 0.4);
+    case 2:
+      return mixed(colour, background, 0.4);
+    default:
+      return colour;
+  }
+}
+
+QColor PlotTheme::colour(const SpectrumDataSet& set, int paneCount) const {
+  if (paneCount <= 1) return hue(set.angleIndex);
+  return mixed(hue(set.pane), background, std::min(0.22 * set.angleIndex, 0.5));
+}
+
+QPen PlotTheme::pen(const SpectrumDataSet& set, int paneCount, SpectralQuantity quantity) const {
+  const bool thin = paneCount > 1 && set.angleIndex > 0;
+  return dashed(colour(set, paneCount), thin ? kThinWidth : kWidth, quantity);
+}
+
+QPen PlotTheme::sample(SpectralQuantity quantity) const {
+  return dashed(text, kWidth, quantity);
+}
+
+}  // namespace orv::app

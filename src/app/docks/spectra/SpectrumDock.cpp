@@ -1,0 +1,309 @@
+#include "app/docks/spectra/SpectrumDock.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/Help.h"
+#include "app/docks/spectra/IntegratedTable.h"
+#include "app/docks/spectra/SpectrumCsv.h"
+#include "app/docks/spectra/SpectrumFigure.h"
+#include "app/docks/spectra/SpectrumLegend.h"
+#include "app/docks/spectra/SpectrumView.h"
+#include "app/theme/Icons.h"
+#include "commands/UserInterface.h"
+
+namespace orv::app {
+
+namespace {
+
+constexpr double kZoomStep = 1.5;
+constexpr int kMostOfSide = 40;  ///< percent of the width for legend and table
+
+const char* iconOf(SpectralQuantity quantity) {
+  switch (quantity) {
+    case SpectralQuantity::transmittance:
+      return "line-solid";
+    case SpectralQuantity::frontReflectance:
+      return "line-dashed";
+    default:
+      return "line-dotted";
+  }
+}
+
+QLabel* hint(QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setAlignment(Qt::AlignCenter);
+  label->setWordWrap(true);
+  label->setMargin(12);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  return label;
+}
+
+}  // namespace
+
+SpectrumDock::SpectrumDock(QWidget* parent) : QDockWidget(tr("Spectra"), parent) {
+  setObjectName(QStringLiteral("SpectrumDock"));
+  setAccessibleName(tr("Spectra"));
+  setWhatsThis(tr("The spectra of the selected panes, laid over each other."));
+  auto* content = new QWidget(this);
+  toolBar_ = new QToolBar(content);
+  stack_ = new QStackedWidget(content);
+  emptyText_ = hint(stack_);
+  emptyText_->setObjectName(QStringLiteral("spectrumEmptyText"));
+  view_ = new SpectrumView(plot_, stack_);
+  stack_->addWidget(emptyText_);
+  stack_->addWidget(view_);
+  splitter_ = new QSplitter(Qt::Horizontal, content);
+  splitter_->addWidget(stack_);
+  side_ = buildSide();
+  splitter_->addWidget(side_);
+  splitter_->setStretchFactor(0, 1);
+  splitter_->setStretchFactor(1, 0);
+  splitter_->setCollapsible(0, false);
+  buildToolBar();
+
+  auto* layout = new QVBoxLayout(content);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(toolBar_);
+  layout->addWidget(splitter_, 1);
+  setWidget(content);
+
+  connect(view_, &SpectrumView::rangeChanged, this, &SpectrumDock::updateActions);
+  connect(legend_, &SpectrumLegend::visibilityChanged, this, &SpectrumDock::followPlot);
+  connect(legend_, &SpectrumLegend::pointed, view_, &SpectrumView::emphasize);
+  clear();
+}
+
+SpectrumDock::~SpectrumDock() = default;
+
+QSplitter* SpectrumDock::buildSide() {
+  auto* side = new QSplitter(Qt::Vertical, splitter_);
+  legend_ = new SpectrumLegend(plot_, side);
+  auto* below = new QWidget(side);
+  table_ = new IntegratedTable(below);
+  noTable_ = hint(below);
+  noTable_->setText(tr("No integrated values are stored."));
+  noTable_->setMargin(2);
+  noTable_->setMinimumHeight(3 * fontMetrics().lineSpacing() + 4);  // in a narrow dock
+  auto* layout = new QVBoxLayout(below);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(table_);
+  layout->addWidget(noTable_);
+  side->addWidget(legend_);
+  side->addWidget(below);
+  side->setStretchFactor(0, 1);
+  side->setStretchFactor(1, 2);
+  return side;
+}
+
+// --- Tool bar ------------------------------------------------------------------------------------
+
+void SpectrumDock::buildToolBar() {
+  toolBar_->setIconSize({16, 16});
+  toolBar_->setAccessibleName(tr("Spectrum tools"));
+  toolBar_->setWhatsThis(tr("What the plot shows, and ways to save, copy and print it."));
+  addQuantityActions();
+  angle_ = new QComboBox(toolBar_);
+  explain(angle_, tr("Angle of incidence of the curves that are shown"));
+  angle_->setAccessibleName(tr("Angle of incidence"));
+  angle_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  angleAction_ = toolBar_->addWidget(angle_);
+  connect(angle_, &QComboBox::activated, this, [this] {
+    const QVariant chosen = angle_->currentData();
+    plot_.angle = chosen.isValid() ? std::optional(chosen.toInt()) : std::nullopt;
+    legend_->refresh();
+    followPlot();
+  });
+  toolBar_->addSeparator();
+  addViewActions();
+  toolBar_->addSeparator();
+  addExportActions();
+}
+
+void SpectrumDock::addQuantityActions() {
+  for (const SpectralQuantity quantity : kSpectralQuantities) {
+    auto* action = toolBar_->addAction(icon(iconOf(quantity)), symbolOf(quantity));
+    action->setCheckable(true);
+    action->setChecked(true);
+    explain(action, tr("%1: show or hide these curves").arg(nameOf(quantity)));
+    quantities_.push_back(action);
+    auto* button = toolBar_->widgetForAction(action);
+    static_cast<QToolButton*>(button)->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setAccessibleName(nameOf(quantity));
+    connect(action, &QAction::toggled, this, [this, quantity](bool shown) {
+      plot_.quantities[static_cast<std::size_t>(quantity)] = shown;
+      followPlot();
+    });
+  }
+}
+
+void SpectrumDock::addViewActions() {
+  logarithmic_ = toolBar_->addAction(icon("logarithmic"), tr("Logarithmic wavelengths"));
+  logarithmic_->setCheckable(true);
+  explain(logarithmic_,
+          tr("Logarithmic axis of wavelengths, to see visible light and infrared together"));
+  connect(logarithmic_, &QAction::toggled, this, &SpectrumDock::setLogarithmic);
+  zoomIn_ = toolBar_->addAction(icon("zoom-in"), tr("Zoom in"), view_,
+                                [this] { view_->zoom(kZoomStep); });
+  zoomOut_ = toolBar_->addAction(icon("zoom-out"), tr("Zoom out"), view_,
+                                 [this] { view_->zoom(1 / kZoomStep); });
+  showAll_ =
+      toolBar_->addAction(icon("zoom-reset"), tr("Show everything"), view_, &SpectrumView::showAll);
+  explain(zoomIn_, tr("Show less of the plot, larger"));
+  explain(zoomOut_, tr("Show more of the plot, smaller"));
+  explain(showAll_, tr("Show all of the curves"));
+  showSide_ = toolBar_->addAction(icon("table"), tr("Legend and integrated values"));
+  showSide_->setCheckable(true);
+  showSide_->setChecked(true);
+  explain(showSide_, tr("Show or hide the legend and the integrated values"));
+  connect(showSide_, &QAction::toggled, this, &SpectrumDock::updateActions);
+}
+
+void SpectrumDock::addExportActions() {
+  save_ = toolBar_->addAction(icon("save"), tr("Save as…"), this, &SpectrumDock::saveAs);
+  explain(save_, tr("Save as a picture (PNG, SVG) or a table (CSV)"));
+  copy_ = toolBar_->addAction(icon("copy"), tr("Copy"), this, &SpectrumDock::copy);
+  explain(copy_, tr("Copy as a picture and as text"));
+  print_ = toolBar_->addAction(icon("print"), tr("Print…"), this, &SpectrumDock::print);
+  explain(print_, tr("Print the plot"));
+  // The same commands by a right click on the plot.
+  view_->addActions(toolBar_->actions().mid(toolBar_->actions().indexOf(logarithmic_)));
+  view_->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+// --- What is shown -------------------------------------------------------------------------------
+
+void SpectrumDock::showPanes(std::vector<std::shared_ptr<const GlazingData>> panes) {
+  plot_.setRecords(panes);
+  const bool isEmpty = plot_.dataSets.empty();
+  emptyText_->setText(isEmpty ? tr("Select one or more panes to see their spectra here.")
+                              : tr("The selected panes have no spectral data."));
+  stack_->setCurrentWidget(plot_.hasSpectra() ? static_cast<QWidget*>(view_) : emptyText_);
+  fillAngles();
+  legend_->refresh();
+  table_->showDataSets(plot_.dataSets);
+  table_->setVisible(table_->rowCount() > 0);
+  noTable_->setVisible(table_->rowCount() == 0);
+  view_->showCurves();
+  updateActions();
+}
+
+void SpectrumDock::clear() {
+  showPanes({});
+}
+
+void SpectrumDock::setWavelengthUnit(int unit) {
+  plot_.scale.unit = unit;
+  view_->showView();
+}
+
+void SpectrumDock::setLogarithmic(bool logarithmic) {
+  plot_.scale.logarithmic = logarithmic;
+  plot_.zoomed = false;
+  plot_.fit();
+  view_->showCurves();
+  updateActions();
+}
+
+void SpectrumDock::fillAngles() {
+  const auto angles = plot_.angles();
+  angle_->clear();
+  angle_->addItem(tr("All angles"));
+  for (const int angle : angles) {
+    angle_->addItem(tr("%1°").arg(angle), angle);
+    if (plot_.angle == angle) angle_->setCurrentIndex(angle_->count() - 1);
+  }
+  angleAction_->setVisible(angles.size() > 1);
+}
+
+void SpectrumDock::followPlot() {
+  plot_.fit();
+  view_->showView();
+  updateActions();
+}
+
+void SpectrumDock::updateActions() {
+  const bool hasPlot = plot_.hasSpectra();
+  for (QAction* action : {logarithmic_, zoomIn_, save_, copy_, print_}) action->setEnabled(hasPlot);
+  for (QAction* action : quantities_) action->setEnabled(hasPlot);
+  const bool isZoomed = hasPlot && plot_.zoomed;
+  zoomOut_->setEnabled(isZoomed);
+  showAll_->setEnabled(isZoomed);
+  side_->setVisible(showSide_->isChecked() && !plot_.dataSets.empty());
+}
+
+void SpectrumDock::resizeEvent(QResizeEvent* event) {
+  QDockWidget::resizeEvent(event);
+  // Legend and table go below the plot of a tall dock, and never take most of a small one.
+  const bool isTall = height() > width();
+  splitter_->setOrientation(isTall ? Qt::Vertical : Qt::Horizontal);
+  side_->setOrientation(isTall ? Qt::Horizontal : Qt::Vertical);
+  const int most = width() * kMostOfSide / 100;
+  if (!isTall && side_->width() > most) splitter_->setSizes({width() - most, most});
+}
+
+// --- Export --------------------------------------------------------------------------------------
+
+void SpectrumDock::saveAs() {
+  const QString png = tr("Picture (*.png)");
+  const QString svg = tr("Scalable picture (*.svg)");
+  const QString csv = tr("Table of values (*.csv)");
+  QString filter = png;
+  QString path = QFileDialog::getSaveFileName(this, tr("Save Spectra"), QString(),
+                                              QStringList{png, svg, csv}.join(";;"), &filter);
+  if (path.isEmpty()) return;
+  if (QFileInfo(path).suffix().isEmpty()) {
+    path += filter == svg ? ".svg" : filter == csv ? ".csv" : ".png";
+  }
+  exportTo(path);
+}
+
+void SpectrumDock::exportTo(const QString& path) {
+  const SpectrumFigure figure(plot_);
+  const QString suffix = QFileInfo(path).suffix().toLower();
+  QString reason = tr("Files can be written as .png, .svg and .csv.");
+  bool saved = false;
+  if (suffix == u"png") saved = figure.savePng(path, reason);
+  if (suffix == u"svg") saved = figure.saveSvg(path, reason);
+  if (suffix == u"csv") saved = figure.saveCsv(path, reason);
+  if (saved) {
+    emit statusMessage(tr("Saved %1").arg(path));
+  } else {
+    QMessageBox::critical(this, QString::fromUtf8(commands::kProductName),
+                          tr("%1\n\nThe file \"%2\" could not be written.").arg(reason, path));
+  }
+}
+
+void SpectrumDock::copy() {
+  auto* data = new QMimeData;
+  data->setImageData(SpectrumFigure(plot_).image());
+  data->setText(spectraAsText(plot_, u'\t'));
+  QApplication::clipboard()->setMimeData(data);
+  emit statusMessage(tr("Copied the plot"));
+}
+
+void SpectrumDock::print() {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setPageOrientation(QPageLayout::Landscape);
+  printer.setDocName(tr("Spectra"));
+  QPrintDialog dialog(&printer, this);
+  if (dialog.exec() == QDialog::Accepted) SpectrumFigure(plot_).print(printer);
+}
+
+}  // namespace orv::app

@@ -1,0 +1,136 @@
+#include "app/grid/DataPane.h"
+
+#include <QFontDatabase>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QStylePainter>
+#include <QVBoxLayout>
+
+#include "app/Text.h"
+#include "app/grid/FindBar.h"
+#include "app/grid/RecordGrid.h"
+#include "commands/ErrorText.h"
+#include "commands/NodeContent.h"
+
+namespace orv::app {
+
+using commands::NodeView;
+using Node = std::shared_ptr<sources::datasource>;
+
+namespace {
+
+/// A label that leaves out the middle of its text when there is no room for it.
+class TitleLabel : public QLabel {
+ public:
+  TitleLabel() {
+    setObjectName("lblTitle");
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStylePainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+    painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                         foregroundRole());
+  }
+};
+
+QPlainTextEdit* makeTextBox() {
+  auto* box = new QPlainTextEdit;
+  box->setObjectName("DataSourceTextBox");
+  box->setAccessibleName(DataPane::tr("Text of the data source"));
+  box->setWhatsThis(DataPane::tr("The text of the file that is selected on the left"));
+  box->setReadOnly(true);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  box->setLineWrapMode(QPlainTextEdit::NoWrap);
+  box->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  box->setAcceptDrops(false);  // files that are dropped are for the window
+  return box;
+}
+
+}  // namespace
+
+DataPane::DataPane(QWidget* parent)
+    : QWidget(parent),
+      picTitles_(new QFrame),
+      lblTitle_(new TitleLabel),
+      records_(new QWidget),
+      grid_(new RecordGrid),
+      findBar_(new FindBar(*grid_)),
+      DataSourceTextBox_(makeTextBox()) {
+  picTitles_->setObjectName("picTitles");
+  picTitles_->setFrameShape(QFrame::StyledPanel);
+  picTitles_->setBackgroundRole(QPalette::Midlight);
+  auto* strip = new QHBoxLayout(picTitles_);
+  strip->setContentsMargins(6, 3, 6, 3);
+  strip->addWidget(lblTitle_);
+
+  auto* recordsLayout = new QVBoxLayout(records_);
+  recordsLayout->setContentsMargins(0, 0, 0, 0);
+  recordsLayout->setSpacing(0);
+  recordsLayout->addWidget(grid_, 1);
+  recordsLayout->addWidget(findBar_);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(picTitles_);
+  layout->addWidget(records_, 1);
+  layout->addWidget(DataSourceTextBox_, 1);
+  layout->addStretch(0);
+}
+
+bool DataPane::showsRecords() const {
+  return !records_->isHidden();
+}
+
+void DataPane::show(const Node& node, int digits) {
+  const QString title = qt(commands::nodeTitle(node.get()));
+  lblTitle_->setText(shownText(title));
+  lblTitle_->setToolTip(toolTipText(title));
+  switch (commands::nodeView(node.get())) {
+    case NodeView::records:
+      showRecords(node, digits, false);
+      break;
+    case NodeView::text:
+      showText(shownText(commands::nodeText(node.get())));
+      break;
+    case NodeView::nothing:
+      showNothing();
+      break;
+  }
+}
+
+void DataPane::reload(const Node& node, int digits) {
+  const bool again = commands::nodeView(node.get()) == NodeView::records && showsRecords();
+  again ? showRecords(node, digits, true) : show(node, digits);
+}
+
+void DataPane::showRecords(const Node& node, int digits, bool again) {
+  try {
+    auto view = std::make_unique<commands::RecordView>(commands::openRecordTable(node), digits);
+    again ? grid_->reload(std::move(view)) : grid_->show(std::move(view), node->DataType());
+    records_->show();
+    DataSourceTextBox_->hide();
+  } catch (const std::exception& error) {
+    showText(tr("The records could not be read.\n\n%1").arg(shownText(commands::describe(error))));
+  }
+}
+
+void DataPane::showText(const QString& text) {
+  showNothing();
+  DataSourceTextBox_->setPlainText(text);
+  DataSourceTextBox_->show();
+}
+
+void DataPane::showNothing() {
+  grid_->clear();
+  records_->hide();
+  DataSourceTextBox_->hide();
+}
+
+}  // namespace orv::app

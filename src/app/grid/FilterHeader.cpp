@@ -1,0 +1,149 @@
+#include "app/grid/FilterHeader.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "app/Help.h"
+
+namespace orv::app {
+
+namespace {
+
+constexpr int kMargin = 2;
+
+QString filterHelp() {
+  return FilterHeader::tr(
+      "Shows only the rows whose field in this column contains the text.\n"
+      "=text finds the whole field, = alone an empty one.\n"
+      "Numbers: >3, >=3, <6, <=6, =4, 3..6");
+}
+
+}  // namespace
+
+FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+  setAccessibleName(tr("Columns and filters"));
+  setWhatsThis(
+      tr("A click on a heading sorts by its column, another one the other way round. The fields "
+         "below the headings filter the rows as you type."));
+  setSectionsClickable(true);
+  setSectionsMovable(true);
+  setHighlightSections(false);  // rows are selected: all titles would be bold
+  setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  connect(this, &QHeaderView::sectionResized, this, &FilterHeader::placeEditors);
+  connect(this, &QHeaderView::sectionMoved, this, &FilterHeader::placeEditors);
+  connect(this, &QHeaderView::geometriesChanged, this, &FilterHeader::placeEditors);
+}
+
+QStringList FilterHeader::filters() const {
+  QStringList texts;
+  if (!shown_) return texts;
+  for (const QLineEdit* editor : editors_) texts << editor->text();
+  return texts;
+}
+
+void FilterHeader::clearFilters() {
+  {
+    const QSignalBlocker blocker(this);  // one change, not one a field
+    for (QLineEdit* editor : editors_) editor->clear();
+  }
+  emit filtersChanged();
+}
+
+void FilterHeader::showFilters(bool shown) {
+  if (shown == shown_) return;
+  shown_ = shown;
+  updateGeometries();
+  emit geometriesChanged();
+  emit filtersChanged();
+}
+
+void FilterHeader::editFilter(int column) {
+  if (column < 0 || column >= editors_.size()) return;
+  editors_[column]->setFocus(Qt::ShortcutFocusReason);
+  editors_[column]->selectAll();
+}
+
+QSize FilterHeader::sizeHint() const {
+  QSize size = QHeaderView::sizeHint();
+  if (shown_) size.rheight() += editorHeight();
+  return size;
+}
+
+void FilterHeader::setModel(QAbstractItemModel* model) {
+  QHeaderView::setModel(model);
+  if (this->model() == nullptr) return;
+  connect(model, &QAbstractItemModel::modelReset, this, &FilterHeader::makeEditors);
+  makeEditors();
+}
+
+void FilterHeader::placeEditors() {
+  const int top = QHeaderView::sizeHint().height();
+  for (int i = 0; i < editors_.size() && i < count(); ++i) {
+    QLineEdit* editor = editors_[i];
+    const bool visible = shown_ && !isSectionHidden(i);
+    editor->setVisible(visible);
+    if (!visible) continue;
+    editor->setGeometry(sectionViewportPosition(i) + kMargin / 2, top, sectionSize(i) - kMargin,
+                        editorHeight() - kMargin);
+  }
+}
+
+void FilterHeader::updateGeometries() {
+  setViewportMargins(0, 0, 0, shown_ ? editorHeight() : 0);
+  QHeaderView::updateGeometries();
+  placeEditors();
+}
+
+bool FilterHeader::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    auto* editor = static_cast<QLineEdit*>(watched);
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+      case Qt::Key_Escape:
+        if (editor->text().isEmpty()) {
+          emit rowsWanted();
+        } else {
+          editor->clear();
+        }
+        return true;
+      case Qt::Key_Down:
+      case Qt::Key_Return:
+      case Qt::Key_Enter:
+        emit rowsWanted();
+        return true;
+      default:
+        break;
+    }
+  }
+  return QHeaderView::eventFilter(watched, event);
+}
+
+/// One field a column, empty at first. Columns that stay the same keep theirs.
+void FilterHeader::makeEditors() {
+  QStringList titles;
+  for (int i = 0; i < model()->columnCount(); ++i) {
+    titles << model()->headerData(i, Qt::Horizontal).toString();
+  }
+  if (titles == titles_) return;
+  titles_ = titles;
+  qDeleteAll(editors_);
+  editors_.clear();
+  for (int i = 0; i < titles.size(); ++i) {
+    auto* editor = new QLineEdit(this);
+    editor->setObjectName(QStringLiteral("txtFilter%1").arg(i));
+    editor->setPlaceholderText(tr("Filter"));
+    editor->setClearButtonEnabled(true);
+    editor->setAccessibleName(tr("Filter of %1").arg(titles[i]));
+    explain(editor, filterHelp());
+    editor->installEventFilter(this);
+    connect(editor, &QLineEdit::textChanged, this, &FilterHeader::filtersChanged);
+    editors_ << editor;
+  }
+  placeEditors();
+}
+
+int FilterHeader::editorHeight() const {
+  return editors_.isEmpty() ? QLineEdit().sizeHint().height() + kMargin
+                            : editors_.front()->sizeHint().height() + kMargin;
+}
+
+}  // namespace orv::app

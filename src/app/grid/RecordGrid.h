@@ -1,0 +1,79 @@
+// The grid of records.
+#pragma once
+
+#include <QTableView>
+#include <map>
+
+#include "app/grid/ColumnLayout.h"
+#include "app/grid/RecordModel.h"
+
+namespace orv::app {
+
+class FilterHeader;
+
+/// Rows of which one block can be selected. Column widths, order and choice are kept, for the run,
+/// for each kind of record set.
+class RecordGrid : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit RecordGrid(QWidget* parent = nullptr);
+
+  struct RowBlock {
+    int low = -1;
+    int high = -1;
+    bool isEmpty() const { return low < 0; }
+    int count() const { return isEmpty() ? 0 : high - low + 1; }
+  };
+
+  RecordModel& records() { return *model_; }
+  const RecordModel& records() const { return *model_; }
+  FilterHeader& filterHeader() const { return *header_; }
+
+  /// Replaces what is shown. `kind` tells whose column layout to use. Raises what reading raises.
+  void show(std::unique_ptr<commands::RecordView> view, int kind);
+  /// Replaces the records by those of the same record set, read anew. Filters, order, columns and
+  /// the place in the grid stay.
+  void reload(std::unique_ptr<commands::RecordView> view);
+  void clear();
+
+  RowBlock selectedRows() const;
+  void selectRows(const RowBlock& rows);
+  /// The column that the sort commands work on: that of the cell or heading that the user chose
+  /// last; -1 before.
+  int selectedColumn() const { return selectedColumn_; }
+  void sort(Qt::SortOrder order);
+  /// Puts the visible columns of the selected rows, or the current cell, on the clipboard.
+  void copyRowsAsText() const;
+  void copyCellAsText() const;
+  void fitColumns();
+
+ signals:
+  void selectedRowsChanged();
+  void columnChooserWanted();
+  void contextMenuWanted(const QPoint& globalPosition);
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void startDrag(Qt::DropActions actions) override;
+  void scrollContentsBy(int dx, int dy) override;
+
+ private:
+  void rememberLayout();
+  void sortBy(int column, Qt::SortOrder order);
+  void sortByHeader(int column);
+  void headerMenu(const QPoint& position);
+  QList<int> visibleColumns() const;
+
+  RecordModel* model_;
+  FilterHeader* header_;
+  int kind_ = -1;
+  int sortedColumn_ = -1;
+  int selectedColumn_ = -1;
+  QList<int> fittedWidths_;
+  std::map<int, ColumnLayout> layouts_;
+};
+
+}  // namespace orv::app

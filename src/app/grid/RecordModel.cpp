@@ -1,0 +1,258 @@
+#include "app/grid/RecordModel.h"
+
+#include <QCoreApplication>
+#include <QMimeData>
+#include <algorithm>
+#include <set>
+
+#include "app/Text.h"
+#include "commands/CellText.h"
+#include "commands/ErrorText.h"
+
+namespace orv::app {
+
+namespace {
+
+constexpr int kRowsAtOnce = 2000;
+constexpr int kRowsAhead = 300000;
+/// Longest text in a tool tip; memo fields can hold books.
+constexpr int kLongestToolTip = 2000;
+
+QString headerText(const commands::RecordColumn& column) {
+  const QString title = qt(column.title);
+  return column.unit.empty() ? title : QStringLiteral("%1 (%2)").arg(title, qt(column.unit));
+}
+
+/// A cell holds one line.
+QString oneLine(QString text) {
+  return text.replace('\n', ' ').remove('\r');
+}
+
+/// A value that would break a table of tabs and lines is put in quotation marks, as spreadsheets
+/// have it.
+QString tableText(QString text) {
+  if (!text.contains('\t') && !text.contains('\n') && !text.startsWith('"')) return text;
+  return '"' + text.replace('"', "\"\"") + '"';
+}
+
+}  // namespace
+
+RecordModel::RecordModel(QObject* parent) : QAbstractTableModel(parent) {
+  idle_.setInterval(0);
+  connect(&idle_, &QTimer::timeout, this, &RecordModel::readAhead);
+}
+
+void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
+  idle_.stop();
+  failed_ = false;
+  beginResetModel();
+  view_ = std::move(view);
+  shown_ = 0;
+  endResetModel();
+  try {
+    restart();
+  } catch (...) {
+    beginResetModel();
+    view_.reset();
+    shown_ = 0;
+    endResetModel();
+    throw;
+  }
+}
+
+const std::vector<commands::RecordColumn>& RecordModel::recordColumns() const {
+  static const std::vector<commands::RecordColumn> none;
+  return view_ ? view_->columns() : none;
+}
+
+std::string RecordModel::identifier(int row) const {
+  return commands::cellText(view_->value(row, 0), commands::kAllDigits);
+}
+
+QString RecordModel::plainText(int firstRow, int lastRow, const QList<int>& columns) const {
+  QString text;
+  for (int row = firstRow; row <= lastRow; ++row) {
+    QStringList cells;
+    for (const int column : columns) {
+      cells << tableText(qt(commands::cellText(view_->value(row, column), commands::kAllDigits)));
+    }
+    text += cells.join('\t') + '\n';
+  }
+  if (firstRow == lastRow) text.chop(1);
+  return text;
+}
+
+void RecordModel::filter(const QStringList& texts) {
+  if (!view_) return;
+  std::vector<std::string> filters;
+  for (const QString& text : texts) filters.push_back(text.toStdString());
+  withdrawRows();
+  reading([&] {
+    view_->filter(filters);
+    restart();
+  });
+}
+
+void RecordModel::sort(int column, Qt::SortOrder order) {
+  if (!view_ || column < 0) return;
+  withdrawRows();
+  reading([&] {
+    view_->sort(column, order == Qt::AscendingOrder);
+    restart();
+  });
+}
+
+void RecordModel::digits(int value) {
+  if (!view_) return;
+  withdrawRows();
+  reading([&] {
+    view_->digits(value);
+    restart();
+  });
+}
+
+QModelIndex RecordModel::find(const QString& text, const QModelIndex& from, bool forward) {
+  if (!view_) return {};
+  const std::size_t width = view_->columns().size();
+  const std::size_t start = from.isValid() ? from.row() * width + from.column() : 0;
+  std::optional<std::size_t> found;
+  reading([&] {
+    found = view_->find(text.toStdString(), start, forward);
+    announce();
+  });
+  if (!found) return {};
+  return index(static_cast<int>(*found / width), static_cast<int>(*found % width));
+}
+
+void RecordModel::complete() {
+  while (!isComplete()) advance(kRowsAhead);
+}
+
+int RecordModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : shown_;
+}
+
+int RecordModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(recordColumns().size());
+}
+
+QVariant RecordModel::data(const QModelIndex& index, int role) const {
+  const bool isNumber = recordColumns()[index.column()].isNumber;
+  if (role == Qt::TextAlignmentRole) {
+    return QVariant((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  }
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  try {
+    const QString text = qt(view_->text(index.row(), index.column()));
+    if (role == Qt::DisplayRole) return shownText(oneLine(text));
+    return isNumber ? QVariant() : QVariant(toolTipText(text.left(kLongestToolTip)));
+  } catch (const std::exception&) {
+    return {};  // a row that cannot be read is empty; commands on it say why
+  }
+}
+
+QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal)
+    return QAbstractTableModel::headerData(section, orientation, role);
+  const commands::RecordColumn& column = recordColumns()[section];
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+      return headerText(column);
+    case Qt::ToolTipRole:
+      return tr("%1: column %2").arg(headerText(column), qt(column.name));
+    case Qt::TextAlignmentRole:
+      return QVariant((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags RecordModel::flags(const QModelIndex& index) const {
+  return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled |
+                               Qt::ItemNeverHasChildren
+                         : Qt::NoItemFlags;
+}
+
+bool RecordModel::canFetchMore(const QModelIndex& parent) const {
+  return !parent.isValid() && !isComplete() && !idle_.isActive() && !failed_;
+}
+
+void RecordModel::fetchMore(const QModelIndex& /*parent*/) {
+  reading([this] { advance(kRowsAtOnce); });
+}
+
+QString RecordModel::mimeType() {
+  static const QString type = QStringLiteral("application/x-orv-records; process=%1")
+                                  .arg(QCoreApplication::applicationPid());
+  return type;
+}
+
+QStringList RecordModel::mimeTypes() const {
+  return {mimeType(), QStringLiteral("text/plain")};
+}
+
+QMimeData* RecordModel::mimeData(const QModelIndexList& indexes) const {
+  std::set<int> rows;
+  for (const QModelIndex& each : indexes) rows.insert(each.row());
+  if (rows.empty()) return nullptr;
+  QStringList identifiers;
+  for (const int row : rows) identifiers << qt(identifier(row));
+  auto* data = new QMimeData;
+  data->setData(mimeType(), identifiers.join('\n').toUtf8());
+  data->setText(identifiers.join('\n'));
+  return data;
+}
+
+void RecordModel::readAhead() {
+  reading([this] {
+    advance(kRowsAtOnce);
+    if (!isComplete() && shown_ < kRowsAhead) return;
+    idle_.stop();
+    emit rowsCounted();
+  });
+}
+
+void RecordModel::reading(const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const std::exception& error) {
+    idle_.stop();
+    failed_ = true;
+    announce();
+    emit readingFailed(qt(commands::describe(error)));
+  }
+}
+
+void RecordModel::advance(int rows) {
+  view_->advance(rows);
+  announce();
+}
+
+void RecordModel::announce() {
+  const int count = static_cast<int>(view_->count());
+  if (count == shown_) return;
+  beginInsertRows({}, shown_, count - 1);
+  shown_ = count;
+  endInsertRows();
+  emit rowsCounted();
+}
+
+void RecordModel::withdrawRows() {
+  idle_.stop();
+  failed_ = false;
+  if (shown_ == 0) return;
+  beginRemoveRows({}, 0, shown_ - 1);
+  shown_ = 0;
+  endRemoveRows();
+}
+
+void RecordModel::restart() {
+  if (view_) {
+    advance(kRowsAtOnce);
+    if (!isComplete()) idle_.start();
+  }
+  emit rowsCounted();
+}
+
+}  // namespace orv::app

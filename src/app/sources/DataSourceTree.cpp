@@ -1,0 +1,154 @@
+#include "app/sources/DataSourceTree.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTreeWidgetItemIterator>
+#include <QUrl>
+
+#include "app/Text.h"
+#include "app/grid/RecordModel.h"
+#include "app/theme/Icons.h"
+#include "commands/NodeContent.h"
+#include "commands/RecordKind.h"
+
+namespace orv::app {
+
+namespace DataType = sources::DataType;
+
+namespace {
+
+constexpr int kKeyRole = Qt::UserRole;
+constexpr int kTakesRecordsRole = Qt::UserRole + 1;
+
+/// Records can be copied into the databases that can be changed, and into their record sets.
+bool takesRecords(const sources::datasource& node) {
+  const auto parent = node.Parent();
+  return node.DataType() == DataType::orvDatabase3 ||
+         (parent && parent->DataType() == DataType::orvDatabase3);
+}
+
+const char* iconName(const sources::datasource& node) {
+  const sources::DataTypeCode type = node.DataType();
+  if (type == DataType::textFolder) return "folder";
+  if (type == DataType::paneTextFile || type == DataType::shadingTextFile) return "text-file";
+  switch (commands::recordKind(node).value_or(commands::RecordKind::panes)) {
+    case commands::RecordKind::frames:
+      return "frames";
+    case commands::RecordKind::shadings:
+      return "shadings";
+    default:
+      return type <= DataType::optics5User ? "database" : "panes";
+  }
+}
+
+QString kindText(sources::DataTypeCode type) {
+  switch (type) {
+    case DataType::orvDatabase2:
+      return DataSourceTree::tr("ORV database, version 2.0.1 (read only)");
+    case DataType::orvDatabase3:
+      return DataSourceTree::tr("ORV database, version 3.0.0");
+    case DataType::igdb:
+      return DataSourceTree::tr("International Glazing Database (read only)");
+    case DataType::optics5User:
+      return DataSourceTree::tr("Optics5 user database (read only)");
+    case DataType::textFolder:
+      return DataSourceTree::tr("Spectral text files");
+    default:
+      return {};
+  }
+}
+
+QString description(const sources::datasource& node) {
+  const QString title = qt(commands::nodeTitle(&node));
+  const QString kind = kindText(node.DataType());
+  return kind.isEmpty() ? title : kind + '\n' + title;
+}
+
+}  // namespace
+
+DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
+  setObjectName("tvDataSources");
+  setAccessibleName(tr("Data sources"));
+  setWhatsThis(
+      tr("<p>The opened data sources with their record sets or files. The one that is selected is "
+         "shown on the right.</p><p>Files and folders that are dropped here are opened; records "
+         "that are dropped on an ORV database are copied into it.</p>"));
+  setHeaderHidden(true);
+  setColumnCount(1);
+  setUniformRowHeights(true);
+  setAcceptDrops(true);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    if (item != nullptr) emit nodeSelected(item->data(0, kKeyRole).toString().toStdString());
+  });
+  connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
+    emit contextMenuWanted(viewport()->mapToGlobal(position));
+  });
+}
+
+void DataSourceTree::rebuild(const sources::DataSources& registry) {
+  const QSignalBlocker blocker(this);
+  clear();
+  for (const auto& node : registry) add(*invisibleRootItem(), *node);
+  expandAll();
+}
+
+void DataSourceTree::select(const std::string& key) {
+  const QSignalBlocker blocker(this);
+  QTreeWidgetItem* item = itemOf(key);
+  setCurrentItem(item);
+  if (item != nullptr) scrollToItem(item);
+}
+
+void DataSourceTree::add(QTreeWidgetItem& parent, const sources::datasource& node) {
+  auto* item = new QTreeWidgetItem(&parent, {shownText(node.text())});
+  item->setData(0, kKeyRole, qt(node.key()));
+  item->setData(0, kTakesRecordsRole, takesRecords(node));
+  item->setToolTip(0, toolTipText(description(node)));
+  item->setIcon(0, icon(iconName(node)));
+  for (const auto& child : node.DataSources()) add(*item, *child);
+}
+
+QTreeWidgetItem* DataSourceTree::itemOf(const std::string& key) const {
+  const QString wanted = qt(key);
+  for (QTreeWidgetItemIterator each(const_cast<DataSourceTree*>(this)); *each != nullptr; ++each) {
+    if ((*each)->data(0, kKeyRole) == wanted) return *each;
+  }
+  return nullptr;
+}
+
+void DataSourceTree::dragEnterEvent(QDragEnterEvent* event) {
+  const QMimeData& data = *event->mimeData();
+  if (data.hasFormat(RecordModel::mimeType()) || !localPaths(data).isEmpty()) {
+    event->acceptProposedAction();
+  }
+}
+
+void DataSourceTree::dragMoveEvent(QDragMoveEvent* event) {
+  const bool records = event->mimeData()->hasFormat(RecordModel::mimeType());
+  const QTreeWidgetItem* item = itemAt(event->position().toPoint());
+  const bool taken = item != nullptr && item->data(0, kTakesRecordsRole).toBool();
+  event->setAccepted(!records || taken);
+}
+
+void DataSourceTree::dropEvent(QDropEvent* event) {
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  if (event->mimeData()->hasFormat(RecordModel::mimeType())) {
+    if (const QTreeWidgetItem* item = itemAt(event->position().toPoint())) {
+      emit recordsDropped(item->data(0, kKeyRole).toString().toStdString());
+    }
+  } else {
+    emit pathsDropped(localPaths(*event->mimeData()));
+  }
+}
+
+QStringList localPaths(const QMimeData& data) {
+  QStringList paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths << url.toLocalFile();
+  }
+  return paths;
+}
+
+}  // namespace orv::app

@@ -1,0 +1,106 @@
+#include "app/window/EditCommands.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+#include "app/Pointers.h"
+#include "app/Text.h"
+#include "app/dialogs/ReportDialog.h"
+#include "app/window/Guarded.h"
+#include "commands/CopyRecords.h"
+#include "commands/DeleteRecords.h"
+#include "commands/ExportRecords.h"
+#include "commands/Remarks.h"
+
+namespace orv::app {
+
+namespace {
+
+/// The notes under a heading, as many as a message has room for.
+QString listed(const commands::Notes& notes, const QString& heading) {
+  constexpr int kMostLines = 12;
+  constexpr std::size_t kMostNames = 5;
+  QStringList lines;
+  for (const commands::Note& note : notes.list()) lines << qt(note.line(kMostNames));
+  if (lines.isEmpty()) return {};
+  const bool isLong = lines.size() > kMostLines;
+  return "\n\n" + heading + "\n" + lines.mid(0, kMostLines).join('\n') + (isLong ? "\n..." : "");
+}
+
+/// Adds all notes under a heading.
+void addNotes(QStringList& report, const QString& heading, const commands::Notes& notes) {
+  if (notes.list().empty()) return;
+  QStringList lines{heading};
+  for (const commands::Note& note : notes.list()) lines << shownText(note.line());
+  report << lines.join('\n');
+}
+
+/// What an export did, for the message at its end.
+std::string exportReport(const commands::ExportResult& result, const std::string& folder) {
+  const QString written =
+      EditCommands::tr("%1 written to %2.")
+          .arg(counted(static_cast<qlonglong>(result.files.size()), "file"), qt(folder));
+  return (written +
+          listed(result.filled, EditCommands::tr("Filled in, because a text file needs it:")) +
+          listed(result.notKept,
+                 EditCommands::tr("Not kept, since a text file has no place for it:")))
+      .toStdString();
+}
+
+}  // namespace
+
+EditCommands::EditCommands(commands::Session& session, WindowUserInterface& ui, QWidget& window)
+    : session_(session), ui_(ui), window_(window), exportFolder_(QDir::homePath()) {}
+
+void EditCommands::copy(const sources::RecordSelection& selection) {
+  if (auto copied = commands::copyRecords(selection, ui_)) pending_ = std::move(*copied);
+}
+
+void EditCommands::paste(const Node& destination) {
+  if (pending_.HasRecords()) transfer(pending_, destination);
+}
+
+void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
+  run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
+    const auto result = commands::pasteRecords(session_, records, destination, pasteOptions_);
+    addNotes(report_, tr("What became of the records:"), result.notes);
+    addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
+    addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
+    for (const std::string& line : commands::remarks(session_)) report_ << shownText(line);
+    if (!result.refused) emit copied(qt(result.summary()), ui_.failures() + report_);
+  });
+}
+
+void EditCommands::remove(const sources::RecordSelection& selection, const Node& shown) {
+  if (!selection.HasRecords()) return;
+  run(tr("deletion"), Effect::changesRecords, {},
+      [&] { commands::deleteRecords(session_, selection, shown); });
+}
+
+void EditCommands::exportAsText(const sources::RecordSelection& selection) {
+  const QString folder =
+      QFileDialog::getExistingDirectory(&window_, tr("Folder for the text files"), exportFolder_);
+  if (folder.isEmpty()) return;
+  exportFolder_ = folder;
+  run(tr("export"), Effect::readsRecords, tr("These records could not be exported:"), [&] {
+    const auto result = commands::exportRecords(session_, selection, {folder.toStdString(), false});
+    ui_.message(commands::MessageKind::information, exportReport(result, folder.toStdString()),
+                commands::kProductName);
+  });
+}
+
+void EditCommands::run(const QString& work, Effect effect, const QString& failureHeading,
+                       const std::function<void()>& command) {
+  emit workBegins();
+  ui_.collectFailures(work);
+  report_.clear();
+  {
+    const BusyPointer busy;
+    guarded(ui_, command);
+  }
+  emit workEnded(effect == Effect::changesRecords);
+  if (ui_.failures().isEmpty()) return;
+  ReportDialog(tr("Failed Records"), failureHeading, ui_.failures() + report_, &window_).exec();
+}
+
+}  // namespace orv::app

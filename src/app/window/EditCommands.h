@@ -1,0 +1,59 @@
+// The Edit menu's work on records, and their export.
+#pragma once
+
+#include <QObject>
+
+#include "app/window/WindowUserInterface.h"
+#include "commands/PasteRecords.h"
+#include "sources/RecordSelection.h"
+
+namespace orv::app {
+
+/// Holds the pending copy. Long commands tell before they begin and after they end, so that the
+/// window can leave the database alone meanwhile and then show it anew.
+class EditCommands : public QObject {
+  Q_OBJECT
+
+ public:
+  using Node = std::shared_ptr<sources::datasource>;
+
+  EditCommands(commands::Session& session, WindowUserInterface& ui, QWidget& window);
+
+  bool hasPendingRecords() const { return pending_.HasRecords(); }
+  const sources::RecordSelection& pending() const { return pending_; }
+
+  /// By which standard copies compute integrated values that their source does not have.
+  void integrateBy(std::optional<optics::Standard> standard) {
+    pasteOptions_.integrateBy = standard;
+  }
+
+  void copy(const sources::RecordSelection& selection);
+  void paste(const Node& destination);
+  /// Copies records at once, as they are dragged to a node. The pending copy stays what it is.
+  void transfer(const sources::RecordSelection& records, const Node& destination);
+  void remove(const sources::RecordSelection& selection, const Node& shown);
+  void exportAsText(const sources::RecordSelection& selection);
+
+ signals:
+  void workBegins();
+  /// `changedRecords`: records may have been added or deleted.
+  void workEnded(bool changedRecords);
+  /// What became of the records of a copy, and what there is to say of them besides.
+  void copied(const QString& summary, const QStringList& report);
+
+ private:
+  enum class Effect { readsRecords, changesRecords };
+
+  void run(const QString& work, Effect effect, const QString& failureHeading,
+           const std::function<void()>& command);
+
+  commands::Session& session_;
+  WindowUserInterface& ui_;
+  QWidget& window_;
+  sources::RecordSelection pending_;
+  commands::PasteOptions pasteOptions_;
+  QString exportFolder_;
+  QStringList report_;  ///< of the copy that is being made, without the failures
+};
+
+}  // namespace orv::app

@@ -1,0 +1,207 @@
+#include "app/window/MainActions.h"
+
+#include <QMenuBar>
+#include <QToolButton>
+#include <QWhatsThis>
+
+#include "app/Help.h"
+#include "app/Text.h"
+#include "app/theme/Icons.h"
+
+namespace orv::app {
+
+namespace {
+
+QString tr(const char* text) {
+  return QMainWindow::tr(text);
+}
+
+}  // namespace
+
+MainActions::MainActions(QMainWindow& window) : window_(window) {
+  makeFileMenu();
+  makeEditMenu();
+  makeViewMenu();
+  makeSortMenu();
+  makeHelpMenu();
+  makeToolBar();
+}
+
+void MainActions::enable(const CommandState& state) {
+  mnuFileRemove->setEnabled(state.sourceShown);
+  mnuFileExport->setEnabled(state.exportable);
+  mnuEditCopy->setEnabled(state.recordsSelected);
+  mnuEditDelete->setEnabled(state.recordsSelected);
+  mnuEditPaste->setEnabled(state.recordsPending);
+  mnuViewRefresh->setEnabled(state.sourceShown);
+  mnuSort->setEnabled(state.recordsShown);
+  for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
+    action->setEnabled(state.recordsSelected);
+  }
+  for (QAction* action :
+       {mnuEditSelectAll, mnuEditFind, mnuEditFindNext, mnuEditFindPrevious, mnuViewEditFilter,
+        mnuViewColumns, mnuViewFitColumns, mnuSortAscending, mnuSortDescending}) {
+    action->setEnabled(state.recordsShown);
+  }
+}
+
+void MainActions::addDocks(std::initializer_list<QAction*> docks) {
+  mnuView->insertSeparator(mnuViewOptions);
+  QAction* before = mnuView->insertSeparator(mnuViewOptions);
+  tbToolBar->addSeparator();
+  for (QAction* dock : docks) {
+    mnuView->insertAction(before, dock);
+    tbToolBar->addAction(dock);
+  }
+}
+
+QMenu* MainActions::menu(const char* name, const QString& title, const QString& help) {
+  QMenu* menu = window_.menuBar()->addMenu(title);
+  menu->setObjectName(name);
+  menu->setToolTipsVisible(true);
+  explain(menu->menuAction(), help);
+  return menu;
+}
+
+QAction* MainActions::add(QMenu* menu, const char* name, const char* iconName, const QString& text,
+                          const QKeySequence& shortcut, const QString& help) {
+  auto* action = new QAction(icon(iconName), text, &window_);
+  action->setObjectName(name);
+  action->setShortcut(shortcut);
+  explain(action, help);
+  menu->addAction(action);
+  return action;
+}
+
+void MainActions::makeFileMenu() {
+  mnuFile =
+      menu("mnuFile", tr("&File"), tr("Open, make and export data sources, and end the program"));
+  mnuFileNewORVDatabase = add(mnuFile, "mnuFileNewORVDatabase", "new", tr("&New ORV Database..."),
+                              QKeySequence::New, tr("Make an empty ORV database and open it"));
+  mnuFileOpen = mnuFile->addMenu(icon("open"), tr("&Open"));
+  mnuFileOpen->setObjectName("mnuFileOpen");
+  mnuFileOpen->setToolTipsVisible(true);
+  mnuFileOpenORVDatabase =
+      add(mnuFileOpen, "mnuFileOpenORVDatabase", "database", tr("&ORV Database..."),
+          QKeySequence::Open, tr("Open an ORV database"));
+  mnuFileOpenIGDB =
+      add(mnuFileOpen, "mnuFileOpenIGDB", "database", tr("&International Glazing Database..."),
+          QKeySequence(tr("Ctrl+I")), tr("Open the International Glazing Database"));
+  mnuFileOpenO5UserDatabase =
+      add(mnuFileOpen, "mnuFileOpenO5UserDatabase", "database", tr("Optics5 &User Database..."),
+          QKeySequence(tr("Ctrl+U")), tr("Open a user database of the Optics5 program"));
+  mnuFileOpenTextFiles =
+      add(mnuFileOpen, "mnuFileOpenTextFiles", "text-file", tr("Spectral &Text Files..."),
+          QKeySequence(tr("Ctrl+T")), tr("Open spectral data of panes or shadings as text files"));
+  mnuFileRemove = add(mnuFile, "mnuFileRemove", "remove", tr("Re&move"), QKeySequence::Close,
+                      tr("Remove the data source from the list; its file stays as it is"));
+  mnuFile->addSeparator();
+  mnuFileExport =
+      add(mnuFile, "mnuFileExport", "export", tr("&Export as Text Files..."),
+          QKeySequence(tr("Ctrl+E")), tr("Write the selected records as spectral text files"));
+  mnuFile->addSeparator();
+  mnuFileExit =
+      add(mnuFile, "mnuFileExit", "exit", tr("E&xit"), QKeySequence::Quit, tr("End the program"));
+  mnuFileExit->setMenuRole(QAction::QuitRole);
+}
+
+void MainActions::makeEditMenu() {
+  mnuEdit = menu("mnuEdit", tr("&Edit"), tr("Copy, paste, delete and find records"));
+  mnuEditCopy = add(mnuEdit, "mnuEditCopy", "copy", tr("&Copy Records"), QKeySequence::Copy,
+                    tr("Remember the selected records, to paste them into an ORV database"));
+  mnuEditPaste = add(mnuEdit, "mnuEditPaste", "paste", tr("&Paste Records"), QKeySequence::Paste,
+                     tr("Copy the remembered records into the ORV database shown"));
+  mnuEditDelete = add(mnuEdit, "mnuEditDelete", "delete", tr("&Delete Records"),
+                      QKeySequence::Delete, tr("Delete the selected records from the database"));
+  mnuEdit->addSeparator();
+  mnuEditSelectAll = add(mnuEdit, "mnuEditSelectAll", "", tr("Select &All"),
+                         QKeySequence::SelectAll, tr("Select all records shown"));
+  mnuEditCopyText = add(mnuEdit, "mnuEditCopyText", "table", tr("Copy as &Text"),
+                        QKeySequence(tr("Ctrl+Shift+C")),
+                        tr("Put the fields of the selected records on the clipboard as a table"));
+  mnuEditCopyCell =
+      add(mnuEdit, "mnuEditCopyCell", "", tr("Copy C&ell"), QKeySequence(tr("Ctrl+Alt+C")),
+          tr("Put the field under the cursor on the clipboard"));
+  mnuEdit->addSeparator();
+  mnuEditFind = add(mnuEdit, "mnuEditFind", "find", tr("&Find..."), QKeySequence::Find,
+                    tr("Find a text in the records shown"));
+  mnuEditFindNext = add(mnuEdit, "mnuEditFindNext", "next", tr("Find &Next"),
+                        QKeySequence::FindNext, tr("Find the text further on"));
+  mnuEditFindPrevious = add(mnuEdit, "mnuEditFindPrevious", "previous", tr("Find Pre&vious"),
+                            QKeySequence::FindPrevious, tr("Find the text further back"));
+}
+
+void MainActions::makeViewMenu() {
+  mnuView = menu("mnuView", tr("&View"), tr("Choose what the window shows, and how"));
+  mnuViewRefresh = add(mnuView, "mnuViewRefresh", "refresh", tr("&Refresh"), QKeySequence::Refresh,
+                       tr("Read the data source shown again"));
+  mnuView->addSeparator();
+  mnuViewFilters =
+      add(mnuView, "mnuViewFilters", "filter", tr("&Filter Row"), QKeySequence(tr("Ctrl+Shift+F")),
+          tr("Show a row of filters above the records"));
+  mnuViewFilters->setCheckable(true);
+  mnuViewFilters->setChecked(true);
+  mnuViewEditFilter = add(mnuView, "mnuViewEditFilter", "", tr("Go to F&ilter"),
+                          QKeySequence(tr("Ctrl+L")), tr("Type a filter for the selected column"));
+  mnuViewColumns = add(mnuView, "mnuViewColumns", "columns", tr("&Columns..."), QKeySequence(),
+                       tr("Choose the columns of the grid"));
+  mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),
+                          QKeySequence(), tr("Make the columns as wide as their fields need"));
+  mnuViewOptions = add(mnuView, "mnuViewOptions", "options", tr("&Options..."),
+                       QKeySequence(tr("Ctrl+,")), tr("Choose how data are displayed"));
+  mnuViewOptions->setMenuRole(QAction::PreferencesRole);
+}
+
+void MainActions::makeSortMenu() {
+  mnuSort = menu("mnuSort", tr("&Sort"), tr("Put the records in order"));
+  mnuSortAscending = add(mnuSort, "mnuSortAscending", "sort-ascending", tr("&Ascending"),
+                         QKeySequence(tr("Ctrl+Shift+Up")),
+                         tr("Sort the records by the selected column, least first"));
+  mnuSortDescending = add(mnuSort, "mnuSortDescending", "sort-descending", tr("&Descending"),
+                          QKeySequence(tr("Ctrl+Shift+Down")),
+                          tr("Sort the records by the selected column, greatest first"));
+}
+
+void MainActions::makeHelpMenu() {
+  mnuHelp = menu("mnuHelp", tr("&Help"), tr("Explain the window and the program"));
+  mnuHelpWhatsThis = QWhatsThis::createAction(&window_);
+  mnuHelpWhatsThis->setObjectName("mnuHelpWhatsThis");
+  mnuHelpWhatsThis->setText(tr("&What's This?"));
+  mnuHelpWhatsThis->setIcon(icon("help"));
+  explain(mnuHelpWhatsThis, tr("Explain what is clicked on next"));
+  mnuHelp->addAction(mnuHelpWhatsThis);
+  mnuHelp->addSeparator();
+  mnuHelpAbout = add(mnuHelp, "mnuHelpAbout", "about", tr("&About..."), QKeySequence(),
+                     tr("Show the version of the program"));
+  mnuHelpAbout->setMenuRole(QAction::AboutRole);
+}
+
+void MainActions::makeToolBar() {
+  tbToolBar = new QToolBar(tr("Tool Bar"), &window_);
+  tbToolBar->setObjectName("tbToolBar");
+  tbToolBar->setMovable(false);
+  tbToolBar->setAccessibleName(tr("Tool bar"));
+  tbToolBar->setWhatsThis(tr("The commands that are used most"));
+  explain(tbToolBar->toggleViewAction(), tr("Show or hide the tool bar"));
+  window_.addToolBar(tbToolBar);
+  QAction* open = mnuFileOpen->menuAction();
+  explain(open, tr("Open a database or text files and add them to the list"));
+  addButton(open, "Open");
+  tbToolBar->addSeparator();
+  addButton(mnuEditCopy, "Copy");
+  addButton(mnuEditPaste, "Paste");
+  addButton(mnuEditDelete, "Delete");
+  tbToolBar->addSeparator();
+  addButton(mnuSortAscending, "Sort Ascending");
+  addButton(mnuSortDescending, "Sort Descending");
+}
+
+void MainActions::addButton(QAction* action, const char* key) {
+  tbToolBar->addAction(action);
+  auto* button = static_cast<QToolButton*>(tbToolBar->widgetForAction(action));
+  button->setObjectName(key);
+  button->setAccessibleName(qt(key));
+  if (action->menu() != nullptr) button->setPopupMode(QToolButton::InstantPopup);
+}
+
+}  // namespace orv::app

@@ -1,0 +1,215 @@
+#include "app/window/frmMain.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMimeData>
+#include <QTimer>
+
+#include "app/Pointers.h"
+#include "app/Text.h"
+#include "app/docks/RecordDocks.h"
+#include "app/grid/DataPane.h"
+#include "app/grid/RecordGrid.h"
+#include "app/sources/DataSourceTree.h"
+#include "app/theme/Icons.h"
+#include "app/window/EditCommands.h"
+#include "app/window/FileCommands.h"
+#include "app/window/Guarded.h"
+#include "app/window/MainActions.h"
+#include "app/window/PaneSplitter.h"
+#include "app/window/StatusBar.h"
+#include "app/window/WindowGeometry.h"
+#include "commands/RecordKind.h"
+#include "commands/Remarks.h"
+
+namespace orv::app {
+
+namespace {
+
+/// In a smaller window the docks are closed at first: they would leave the grid no room.
+constexpr QSize kRoomForDocks(900, 600);
+
+}  // namespace
+
+frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
+    : session_(session),
+      ui_(ui),
+      tvDataSources_(new DataSourceTree),
+      dataPane_(new DataPane),
+      grid_(dataPane_->grid()),
+      sbStatusBar_(new StatusBar),
+      actions_(std::make_unique<MainActions>(*this)),
+      file_(new FileCommands(session, *this)),
+      edit_(new EditCommands(session, ui, *this)),
+      docks_(new RecordDocks(session, *this)) {
+  setObjectName("frmMain");
+  setWindowTitle(qt(commands::kProductName));
+  setWindowIcon(applicationIcon());
+  setAcceptDrops(true);
+  setStatusBar(sbStatusBar_);
+  setCentralWidget(new PaneSplitter(tvDataSources_, dataPane_));
+  file_->setParent(this);
+  edit_->setParent(this);
+  ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
+  actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction()});
+  connectMenus();
+  connectParts();
+  loadGeometry();
+  docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
+  showSources(nullptr);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::openPaths(const QStringList& paths) {
+  file_->openPaths(paths);
+}
+
+void frmMain::loadGeometry() {
+  QSettings settings = userSettings();
+  WindowGeometry::load(settings).applyTo(*this);
+}
+
+void frmMain::saveGeometry() const {
+  QSettings settings = userSettings();
+  WindowGeometry::of(*this).save(settings);
+}
+
+/// Files are replaced while the user is with another program.
+void frmMain::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) offerReplacements();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+  if (ui_.isWorking()) {
+    event->ignore();
+    return;
+  }
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window != this && window->isVisible()) window->close();
+  }
+  if (!isMinimized()) saveGeometry();
+  QMainWindow::closeEvent(event);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+  if (!localPaths(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  emit tvDataSources_->pathsDropped(localPaths(*event->mimeData()));
+}
+
+void frmMain::showSources(const Node& node) {
+  tvDataSources_->rebuild(session_.MainDataSources);
+  tvDataSources_->select(node ? node->key() : std::string());
+  showNode(node);
+}
+
+void frmMain::showOpened(const Node& source) {
+  const auto& children = source->DataSources();
+  showSources(children.count() > 0 ? children.Item(1) : source);
+  if (dataPane_->showsRecords()) grid_.setFocus();
+}
+
+void frmMain::showNode(const Node& node) {
+  const BusyPointer busy;
+  current_ = node;
+  selection_.RecordsCount(0);
+  dataPane_->show(node, options_.digits);
+  showDetails();
+  updateState();
+  tellRemarks();
+}
+
+void frmMain::reloadNode() {
+  const BusyPointer busy;
+  selection_.RecordsCount(0);
+  dataPane_->reload(current_, options_.digits);
+  showDetails();
+  updateState();
+}
+
+/// The grid reads no more from a database that a command may change.
+void frmMain::beginWork() {
+  docks_->show(nullptr, {});
+  guarded(ui_, [this] { grid_.records().complete(); });
+}
+
+void frmMain::endWork(bool changedRecords) {
+  changedRecords ? reloadNode() : showDetails();
+  tellRemarks();
+  offerReplacements();
+}
+
+/// Each once, however often the source is shown.
+void frmMain::tellRemarks() {
+  for (const std::string& line : commands::newIndexRemarks(session_)) {
+    ui_.message(commands::MessageKind::information, line, commands::kProductName);
+  }
+}
+
+void frmMain::offerReplacements() {
+  QTimer::singleShot(0, this, [this] {
+    const bool isBusy = ui_.isWorking() || QApplication::activeModalWidget() != nullptr;
+    if (!isBusy) guarded(ui_, [this] { file_->offerReplacements(); });
+  });
+}
+
+/// The block of rows between the grid's anchor and its current row, as identifiers of records.
+void frmMain::takeSelection() {
+  const RecordGrid::RowBlock rows = grid_.selectedRows();
+  selection_.RecordsCount(rows.count());
+  selection_.DataSourcePtr(current_);
+  for (int i = 0; i < rows.count(); ++i) {
+    selection_.SelectedRecordID(i + 1, grid_.records().identifier(rows.low + i));
+  }
+  showDetails();
+  updateState();
+}
+
+void frmMain::showDetails() {
+  std::vector<std::string> identifiers;
+  if (selection_.HasRecords()) {
+    for (int i = 1; i <= selection_.RecordsCount(); ++i) {
+      identifiers.push_back(selection_.SelectedRecordID(i));
+    }
+    docks_->show(current_, std::move(identifiers));
+    return;
+  }
+  const Node folder = current_ ? current_->Parent() : nullptr;
+  if (folder && folder->DataType() == sources::DataType::textFolder) {
+    identifiers.push_back(current_->filename());
+  }
+  docks_->show(folder, std::move(identifiers));
+}
+
+void frmMain::updateState() {
+  const auto kind = current_ ? commands::recordKind(*current_) : std::nullopt;
+  CommandState state;
+  state.sourceShown = current_ != nullptr;
+  state.recordsShown = dataPane_->showsRecords();
+  state.recordsSelected = selection_.HasRecords();
+  state.exportable = state.recordsSelected && kind && kind != commands::RecordKind::frames;
+  state.recordsPending = edit_->hasPendingRecords();
+  actions_->enable(state);
+  updateCounts();
+}
+
+void frmMain::updateCounts() {
+  QString counts;
+  if (dataPane_->showsRecords()) {
+    const RecordModel& records = grid_.records();
+    counts = counted(records.rowCount(), tr("record"));
+    if (!records.isComplete()) counts = tr("more than %1").arg(counts);
+    if (records.isFiltered()) counts += tr(" found");
+    if (selection_.HasRecords()) counts += tr(", %L1 selected").arg(selection_.RecordsCount());
+  }
+  sbStatusBar_->counts(counts);
+  const int pending = edit_->pending().RecordsCount();
+  sbStatusBar_->pending(pending > 0 ? tr("%L1 copied").arg(pending) : QString());
+}
+
+}  // namespace orv::app

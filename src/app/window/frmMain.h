@@ -1,0 +1,89 @@
+// The main window.
+#pragma once
+
+#include <QMainWindow>
+
+#include "app/dialogs/DisplayOptions.h"
+#include "app/window/WindowUserInterface.h"
+#include "commands/Session.h"
+#include "sources/RecordSelection.h"
+
+namespace orv::app {
+
+class DataPane;
+class DataSourceTree;
+class EditCommands;
+class FileCommands;
+class MainActions;
+class RecordDocks;
+class RecordGrid;
+class StatusBar;
+
+/// Ties the tree, the records, the menus and the commands together: which node is shown, which of
+/// its records are selected, and what can be done with them.
+class frmMain : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// Both outlive the window.
+  frmMain(commands::Session& session, WindowUserInterface& ui);
+  ~frmMain() override;
+
+  /// Opens files and folders of any kind.
+  void openPaths(const QStringList& paths);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  using Node = std::shared_ptr<sources::datasource>;
+
+  void loadGeometry();
+  void saveGeometry() const;
+  void connectMenus();
+  void connectEditMenu();
+  void connectViewMenu();
+  void connectParts();
+
+  /// Fills the tree anew and shows a node, which may be null.
+  void showSources(const Node& node);
+  void showOpened(const Node& source);
+  void showNode(const Node& node);
+  void reloadNode();
+  void beginWork();
+  void endWork(bool changedRecords);
+  /// Asks when the event at hand is done, unless a command is under way.
+  void offerReplacements();
+  void tellRemarks();
+
+  void takeSelection();
+  /// Has the docks show the selected records, or the text file that is shown.
+  void showDetails();
+  void updateState();
+  void updateCounts();
+  void filterToggled(bool shown);
+  void showOptions();
+  void treeMenu(const QPoint& position);
+  void copyPath();
+  void gridMenu(const QPoint& position);
+
+  commands::Session& session_;
+  WindowUserInterface& ui_;
+  DisplayOptions options_;
+  Node current_;  ///< the node shown; null when none is
+  sources::RecordSelection selection_;
+
+  DataSourceTree* tvDataSources_;
+  DataPane* dataPane_;
+  RecordGrid& grid_;
+  StatusBar* sbStatusBar_;
+  std::unique_ptr<MainActions> actions_;
+  FileCommands* file_;
+  EditCommands* edit_;
+  RecordDocks* docks_;
+};
+
+}  // namespace orv::app

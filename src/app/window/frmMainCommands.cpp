@@ -1,0 +1,165 @@
+// What the menus, the tree and the grid of the main window do.
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QTimer>
+
+#include "app/Text.h"
+#include "app/dialogs/frmAbout.h"
+#include "app/dialogs/frmOptions.h"
+#include "app/docks/RecordDocks.h"
+#include "app/grid/ColumnChooser.h"
+#include "app/grid/DataPane.h"
+#include "app/grid/FilterHeader.h"
+#include "app/grid/FindBar.h"
+#include "app/grid/RecordGrid.h"
+#include "app/sources/DataSourceTree.h"
+#include "app/window/EditCommands.h"
+#include "app/window/FileCommands.h"
+#include "app/window/Guarded.h"
+#include "app/window/MainActions.h"
+#include "app/window/StatusBar.h"
+#include "app/window/frmMain.h"
+#include "commands/NodeContent.h"
+#include "model/Codes.h"
+
+namespace orv::app {
+
+namespace {
+
+/// Has a menu item run a handler, and its errors shown.
+template <class Handler>
+void onTriggered(QAction* action, commands::UserInterface& ui, Handler handler) {
+  QObject::connect(action, &QAction::triggered, action, [&ui, handler] { guarded(ui, handler); });
+}
+
+}  // namespace
+
+void frmMain::connectMenus() {
+  onTriggered(actions_->mnuFileNewORVDatabase, ui_, [this] { file_->newOrvDatabase(); });
+  onTriggered(actions_->mnuFileOpenORVDatabase, ui_, [this] { file_->openOrvDatabase(); });
+  onTriggered(actions_->mnuFileOpenIGDB, ui_, [this] { file_->openIgdb(); });
+  onTriggered(actions_->mnuFileOpenO5UserDatabase, ui_,
+              [this] { file_->openOptics5UserDatabase(); });
+  onTriggered(actions_->mnuFileOpenTextFiles, ui_, [this] { file_->openTextFiles(); });
+  onTriggered(actions_->mnuFileRemove, ui_, [this] { file_->remove(current_); });
+  onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportAsText(selection_); });
+  onTriggered(actions_->mnuFileExit, ui_, [this] { close(); });
+  onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
+  connectEditMenu();
+  connectViewMenu();
+}
+
+void frmMain::connectEditMenu() {
+  onTriggered(actions_->mnuEditCopy, ui_, [this] {
+    edit_->copy(selection_);
+    updateState();
+  });
+  onTriggered(actions_->mnuEditPaste, ui_, [this] { edit_->paste(current_); });
+  onTriggered(actions_->mnuEditDelete, ui_, [this] { edit_->remove(selection_, current_); });
+  onTriggered(actions_->mnuEditSelectAll, ui_, [this] {
+    grid_.records().complete();
+    grid_.selectAll();
+  });
+  onTriggered(actions_->mnuEditCopyText, ui_, [this] { grid_.copyRowsAsText(); });
+  onTriggered(actions_->mnuEditCopyCell, ui_, [this] { grid_.copyCellAsText(); });
+  onTriggered(actions_->mnuEditFind, ui_, [this] { dataPane_->findBar().open(); });
+  onTriggered(actions_->mnuEditFindNext, ui_, [this] { dataPane_->findBar().findNext(); });
+  onTriggered(actions_->mnuEditFindPrevious, ui_, [this] { dataPane_->findBar().findPrevious(); });
+}
+
+void frmMain::connectViewMenu() {
+  onTriggered(actions_->mnuViewRefresh, ui_, [this] {
+    reloadNode();
+    offerReplacements();
+  });
+  connect(actions_->mnuViewFilters, &QAction::toggled, this, &frmMain::filterToggled);
+  onTriggered(actions_->mnuViewEditFilter, ui_, [this] {
+    actions_->mnuViewFilters->setChecked(true);
+    grid_.filterHeader().editFilter(std::max(grid_.selectedColumn(), 0));
+  });
+  onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
+  onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
+  onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
+  onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
+  onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
+}
+
+void frmMain::connectParts() {
+  connect(file_, &FileCommands::opened, this, &frmMain::showOpened);
+  connect(file_, &FileCommands::removed, this, &frmMain::showSources);
+  connect(edit_, &EditCommands::workBegins, this, &frmMain::beginWork);
+  connect(edit_, &EditCommands::workEnded, this, &frmMain::endWork);
+  connect(edit_, &EditCommands::workBegins, this, [this] { sbStatusBar_->result({}, {}); });
+  connect(edit_, &EditCommands::copied, sbStatusBar_, &StatusBar::result);
+
+  connect(tvDataSources_, &DataSourceTree::nodeSelected, this, [this](const std::string& key) {
+    guarded(ui_, [&] { showNode(session_.MainDataSources.findByKey(key)); });
+  });
+  // What is dropped is worked on when the dragging program has been let go.
+  connect(tvDataSources_, &DataSourceTree::recordsDropped, this, [this](const std::string& key) {
+    QTimer::singleShot(0, this, [this, key] {
+      edit_->transfer(selection_.Clone(), session_.MainDataSources.findByKey(key));
+    });
+  });
+  connect(tvDataSources_, &DataSourceTree::pathsDropped, this, [this](const QStringList& paths) {
+    QTimer::singleShot(0, this, [this, paths] { guarded(ui_, [&] { openPaths(paths); }); });
+  });
+  connect(tvDataSources_, &DataSourceTree::contextMenuWanted, this, &frmMain::treeMenu);
+
+  connect(&grid_, &RecordGrid::selectedRowsChanged, this,
+          [this] { guarded(ui_, [this] { takeSelection(); }); });
+  connect(&grid_, &RecordGrid::contextMenuWanted, this, &frmMain::gridMenu);
+  connect(&grid_, &RecordGrid::columnChooserWanted, actions_->mnuViewColumns, &QAction::trigger);
+  connect(docks_, &RecordDocks::statusMessage, sbStatusBar_, &StatusBar::status);
+  connect(&grid_.records(), &RecordModel::rowsCounted, this, &frmMain::updateCounts);
+  connect(&grid_.records(), &RecordModel::readingFailed, this, [this](const QString& description) {
+    sbStatusBar_->status(tr("The records could not be read on: %1").arg(description));
+  });
+}
+
+void frmMain::filterToggled(bool shown) {
+  grid_.filterHeader().showFilters(shown);
+}
+
+void frmMain::showOptions() {
+  frmOptions dialog(options_, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  const DisplayOptions old = std::exchange(options_, dialog.options());
+  if (options_.theme != old.theme) applyTheme(options_.theme);
+  edit_->integrateBy(options_.integrateBy);
+  docks_->wavelengthUnit(options_.plotUnit == PlotUnit::microns ? kMicrons : kNanometers);
+  if (options_.digits != old.digits) grid_.records().digits(options_.digits);
+}
+
+void frmMain::treeMenu(const QPoint& position) {
+  QMenu menu(this);
+  menu.addMenu(actions_->mnuFileOpen);
+  menu.addAction(actions_->mnuFileNewORVDatabase);
+  menu.addAction(actions_->mnuEditPaste);
+  menu.addSeparator();
+  menu.addAction(tr("Copy Pat&h"), this, [this] { copyPath(); })->setEnabled(current_ != nullptr);
+  menu.addAction(actions_->mnuViewRefresh);
+  menu.addAction(actions_->mnuFileRemove);
+  menu.exec(position);
+}
+
+/// Of the file or folder that the shown node is or belongs to.
+void frmMain::copyPath() {
+  const bool isRecordSet = !current_->DisplayRecordSetName().empty();
+  const Node source = isRecordSet ? current_->Parent() : current_;
+  QGuiApplication::clipboard()->setText(qt(commands::nodeTitle(source.get())));
+}
+
+void frmMain::gridMenu(const QPoint& position) {
+  QMenu menu(this);
+  menu.addActions({actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditDelete});
+  menu.addSeparator();
+  menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuFileExport});
+  menu.addSeparator();
+  menu.addMenu(actions_->mnuSort);
+  menu.addActions({actions_->mnuViewEditFilter, actions_->mnuViewColumns});
+  menu.exec(position);
+}
+
+}  // namespace orv::app

@@ -1,0 +1,144 @@
+#include "store/jet/index/IndexPageEditor.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace orv::store::jet {
+
+IndexPageEditor::IndexPageEditor(const Format& format, std::uint8_t* bytes, PageNumber page)
+    : IndexPage(format, ByteView({bytes, format.pageSize}, page)),
+      bytes_(bytes),
+      entries_(bytes + format.indexPage.entries) {}
+
+void IndexPageEditor::initialize(const Format& format, std::uint8_t* bytes, PageNumber owner,
+                                 std::uint8_t level) {
+  const auto& layout = format.indexPage;
+  std::memset(bytes, 0, format.pageSize);
+  bytes[0] = static_cast<std::uint8_t>(level == 0 ? PageType::indexLeaf : PageType::indexNode);
+  bytes[1] = 1;  // as in all of Access' pages
+  store32(bytes + layout.owner, owner);
+  bytes[layout.mask - 1] = level;
+  store16(bytes + layout.freeSpace, static_cast<std::uint32_t>(format.pageSize - layout.entries));
+}
+
+void IndexPageEditor::setPrevious(PageNumber page) {
+  store32(bytes_ + format_.indexPage.previous, page);
+}
+void IndexPageEditor::setNext(PageNumber page) {
+  store32(bytes_ + format_.indexPage.next, page);
+}
+void IndexPageEditor::setTail(PageNumber page) {
+  store32(bytes_ + format_.indexPage.tail, page);
+}
+
+bool IndexPageEditor::insert(std::size_t at, std::span<const std::uint8_t> entry) {
+  const bool hasPrefix =
+      entry.size() >= prefixSize_ + ownSize() && std::memcmp(entry.data(), data_, prefixSize_) == 0;
+  if (hasPrefix && used() + entry.size() - begin(0) <= capacity()) {
+    insertInPlace(at, entry.subspan(prefixSize_));
+    return true;
+  }
+  const std::vector<Bytes> entries = entriesWith(at, entry);
+  if (!fits(entries)) return false;
+  assign(entries);
+  return true;
+}
+
+void IndexPageEditor::insertInPlace(std::size_t at, std::span<const std::uint8_t> rest) {
+  const std::size_t from = begin(at);
+  std::memmove(entries_ + from + rest.size(), entries_ + from, used() - from);
+  std::memcpy(entries_ + from, rest.data(), rest.size());
+  for (std::size_t i = count_; i > at; --i) {
+    ends_[i] = static_cast<std::uint16_t>(ends_[i - 1] + rest.size());
+  }
+  ends_[at] = static_cast<std::uint16_t>(from + rest.size());
+  ++count_;
+  writeMask(at);
+}
+
+void IndexPageEditor::erase(std::size_t at) {
+  const std::size_t from = begin(at);
+  const std::size_t size = ends_[at] - from;
+  const std::size_t end = used();
+  std::memmove(entries_ + from, entries_ + from + size, end - from - size);
+  std::memset(entries_ + end - size, 0, size);
+  for (std::size_t i = at; i + 1 < count_; ++i) {
+    ends_[i] = static_cast<std::uint16_t>(ends_[i + 1] - size);
+  }
+  --count_;
+  if (count_ == 0) setPrefixSize(0);
+  writeMask(at);
+}
+
+void IndexPageEditor::assign(std::span<const Bytes> entries) {
+  setPrefixSize(commonPrefix(entries));
+  std::memset(entries_, 0, capacity());
+  count_ = 0;
+  std::size_t end = 0;
+  for (const Bytes& entry : entries) {
+    const std::size_t skipped = count_ == 0 ? 0 : prefixSize_;
+    std::memcpy(entries_ + end, entry.data() + skipped, entry.size() - skipped);
+    end += entry.size() - skipped;
+    ends_[count_++] = static_cast<std::uint16_t>(end);
+  }
+  writeMask(0);
+}
+
+std::vector<Bytes> IndexPageEditor::entriesWith(std::size_t at,
+                                                std::span<const std::uint8_t> entry) const {
+  std::vector<Bytes> entries;
+  entries.reserve(count_ + 1);
+  for (std::size_t i = 0; i < count_; ++i) entries.push_back(this->entry(i));
+  entries.emplace(entries.begin() + static_cast<std::ptrdiff_t>(at), entry.begin(), entry.end());
+  const std::size_t childSize = leaf_ ? 0 : kChildSize;
+  const auto isBefore = [&](const Bytes& a, const Bytes& b) {
+    return std::ranges::lexicographical_compare(std::span(a).first(a.size() - childSize),
+                                                std::span(b).first(b.size() - childSize));
+  };
+  if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) {
+    raiseDamaged(page_.page(), "its index entries are out of order");
+  }
+  return entries;
+}
+
+/// Entries are in order, so what the first and the last have in common, all have. As in Access'
+/// own pages it may reach into the row pointers: a page that was full so has to be parted so.
+std::size_t IndexPageEditor::commonPrefix(std::span<const Bytes> entries) const {
+  if (entries.size() < 2) return 0;
+  const Bytes& first = entries.front();
+  const Bytes& last = entries.back();
+  const std::size_t limit = std::min(first.size(), last.size()) - ownSize();
+  const auto end = first.begin() + static_cast<std::ptrdiff_t>(limit);
+  return static_cast<std::size_t>(std::mismatch(first.begin(), end, last.begin()).first -
+                                  first.begin());
+}
+
+bool IndexPageEditor::fits(std::span<const Bytes> entries) const {
+  const std::size_t prefix = commonPrefix(entries);
+  std::size_t size = prefix;
+  for (const Bytes& entry : entries) size += entry.size() - prefix;
+  return size <= capacity();
+}
+
+std::size_t IndexPageEditor::maxEntrySize(const Format& format) {
+  return (format.pageSize - format.indexPage.entries) / 3;
+}
+
+void IndexPageEditor::setPrefixSize(std::size_t size) {
+  prefixSize_ = size;
+  store16(bytes_ + format_.indexPage.prefixLength, static_cast<std::uint32_t>(size));
+}
+
+void IndexPageEditor::writeMask(std::size_t from) {
+  const auto& layout = format_.indexPage;
+  std::uint8_t* mask = bytes_ + layout.mask;
+  const std::size_t firstBit = from == 0 ? 0 : ends_[from - 1] + 1u;
+  mask[firstBit / 8] &= static_cast<std::uint8_t>((1u << firstBit % 8) - 1);
+  std::fill(mask + firstBit / 8 + 1, bytes_ + layout.entries, std::uint8_t{0});
+  for (std::size_t i = from; i < count_; ++i) {
+    mask[ends_[i] / 8] |= static_cast<std::uint8_t>(1u << ends_[i] % 8);
+  }
+  store16(bytes_ + layout.freeSpace, static_cast<std::uint32_t>(capacity() - used()));
+}
+
+}  // namespace orv::store::jet

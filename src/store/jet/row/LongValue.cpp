@@ -1,0 +1,148 @@
+#include "store/jet/row/LongValue.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/row/Row.h"
+#include "store/jet/row/RowSpace.h"
+
+namespace orv::store::jet {
+namespace {
+
+constexpr std::size_t kDefinitionSize = 12;
+constexpr std::uint32_t kInRowFlag = 0x80000000;
+constexpr std::uint32_t kOnePartFlag = 0x40000000;
+constexpr std::uint32_t kLengthMask = 0x3fffffff;
+constexpr std::size_t kNextSize = 4;
+
+struct Definition {
+  std::uint32_t length;
+  std::uint32_t flags;
+  RowId first;
+
+  Definition(std::span<const std::uint8_t> bytes, PageNumber page) {
+    const ByteView view(bytes, page);
+    length = view.u32(0) & kLengthMask;
+    flags = view.u32(0) & ~kLengthMask;
+    first = RowId::fromPointer(view.u32(4));
+  }
+  bool inRow() const { return (flags & kInRowFlag) != 0; }
+  bool onePart() const { return (flags & kOnePartFlag) != 0; }
+};
+
+/// Goes through the parts, giving each with its content (without the pointer to the next).
+void walkParts(Pager& pager, const Definition& definition,
+               const std::function<void(RowId, std::span<const std::uint8_t>)>& visit) {
+  const Format& format = pager.format();
+  std::size_t found = 0;
+  RowId at = definition.first;
+  while (at.page != 0) {
+    const PageRef page = pager.read(at.page);
+    const DataPage data(format, page.view());
+    if (data.owner() != kLongValueOwner) {
+      raiseDamaged(at.page, "it should hold part of a memo or picture, but is a table's");
+    }
+    std::span<const std::uint8_t> bytes = data.bytes(at.row);
+    RowId next{};
+    if (!definition.onePart()) {
+      next = RowId::fromPointer(ByteView(bytes, at.page).u32(0));
+      bytes = bytes.subspan(kNextSize);
+    }
+    found += bytes.size();
+    // Every part brings some bytes, so that a chain with a loop grows too long and ends here.
+    if (bytes.empty() || found > definition.length) {
+      raiseDamaged(at.page, "the parts of a memo or picture do not add up to its length");
+    }
+    visit(at, bytes);
+    at = next;
+  }
+  if (found != definition.length) {
+    raiseDamaged(definition.first.page,
+                 "the parts of a memo or picture do not add up to its length");
+  }
+}
+
+Bytes makeDefinition(std::size_t length, std::uint32_t flags, RowId first) {
+  Bytes bytes(kDefinitionSize, 0);
+  store32(bytes.data(), static_cast<std::uint32_t>(length) | flags);
+  store32(&bytes[4], first.toPointer());
+  return bytes;
+}
+
+RowId storePart(Pager& pager, const Column& column, const Bytes& part) {
+  return RowSpace(pager, kLongValueOwner, *column.longValuePages, *column.longValueFreePages)
+      .add(part, SlotKind::row);
+}
+
+}  // namespace
+
+void forEachLongValuePart(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page,
+                          const std::function<void(RowId)>& visit) {
+  const Definition parsed(definition, page);
+  if (!parsed.inRow()) {
+    walkParts(pager, parsed, [&](RowId id, std::span<const std::uint8_t>) { visit(id); });
+  }
+}
+
+Bytes readLongValue(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page) {
+  Pager::ReadLock lock(pager);
+  const Definition parsed(definition, page);
+  Bytes value;
+  if (parsed.inRow()) {
+    const auto inRow = ByteView(definition, page).span(kDefinitionSize, parsed.length);
+    value.assign(inRow.begin(), inRow.end());
+  } else {
+    walkParts(pager, parsed, [&](RowId, std::span<const std::uint8_t> part) {
+      value.insert(value.end(), part.begin(), part.end());
+    });
+  }
+  return value;
+}
+
+Bytes writeLongValue(Pager& pager, const Column& column, const Bytes& value) {
+  const Format& format = pager.format();
+  if (value.size() > kLengthMask) {
+    throw Error(kOverflow, "A value of column '" + column.name + "' is longer than 1 GB.");
+  }
+  if (value.size() <= format.maxInlineLongValue) {
+    Bytes bytes = makeDefinition(value.size(), kInRowFlag, {});
+    bytes.insert(bytes.end(), value.begin(), value.end());
+    return bytes;
+  }
+  if (!column.longValuePages || !column.longValueFreePages) {
+    throw Error(kNotSupported, "Column '" + column.name + "' has no place for long values.");
+  }
+  const std::size_t room = format.pageSize - format.data.rowTable - 2;
+  if (value.size() <= room) {
+    return makeDefinition(value.size(), kOnePartFlag, storePart(pager, column, value));
+  }
+  // The last part first: each part holds the place of the one after it.
+  const std::size_t partSize = room - kNextSize;
+  const std::size_t parts = (value.size() + partSize - 1) / partSize;
+  RowId next{};
+  for (std::size_t i = parts; i-- > 0;) {
+    const auto begin = value.begin() + static_cast<std::ptrdiff_t>(i * partSize);
+    const auto end = i + 1 == parts ? value.end() : begin + static_cast<std::ptrdiff_t>(partSize);
+    Bytes part(kNextSize);
+    store32(part.data(), next.toPointer());
+    part.insert(part.end(), begin, end);
+    next = storePart(pager, column, part);
+  }
+  return makeDefinition(value.size(), 0, next);
+}
+
+void eraseLongValue(Pager& pager, const Column& column, std::span<const std::uint8_t> definition,
+                    PageNumber page) {
+  std::vector<RowId> parts;
+  forEachLongValuePart(pager, definition, page, [&](RowId part) { parts.push_back(part); });
+  for (RowId part : parts) {
+    RowSpace(pager, kLongValueOwner, column.longValuePages.value(),
+             column.longValueFreePages.value())
+        .erase(part);
+  }
+}
+
+}  // namespace orv::store::jet

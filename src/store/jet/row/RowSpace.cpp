@@ -1,0 +1,103 @@
+#include "store/jet/row/RowSpace.h"
+
+#include "store/jet/page/PageAllocator.h"
+#include "store/jet/page/UsageMap.h"
+
+namespace orv::store::jet {
+namespace {
+
+/// How many pages with room are looked at before a new one is taken.
+constexpr int kMostTried = 8;
+
+/// A page with less room than this is not offered for rows any more.
+std::size_t leastUsefulRoom(const Format& format) {
+  return format.pageSize / 32;
+}
+/// A page that a row did not fit on is only offered further if it has this much room.
+std::size_t leastRoomWorthKeeping(const Format& format) {
+  return format.pageSize / 4;
+}
+
+}  // namespace
+
+bool RowSpace::takes(PageNumber page, std::size_t length) const {
+  const PageRef ref = pager_.read(page);
+  if (ref.type() != PageType::data) {
+    return false;
+  }
+  const DataPage data(pager_.format(), ref.view());
+  return data.owner() == owner_ && data.rowCount() < kMaxRowsOnPage &&
+         DataPage::fits(data.freeSpace(), length);
+}
+
+PageNumber RowSpace::findPage(std::size_t length, PageNumber hint) {
+  // A page that was freed since still looks like one of the owner's.
+  if (hint != 0 && hint < pager_.pageCount() && takes(hint, length) &&
+      UsageMap(pager_, owned_).contains(hint)) {
+    return hint;
+  }
+  UsageMap free(pager_, free_);
+  int tried = 0;
+  for (auto page = free.next(0); page && tried < kMostTried; page = free.next(*page + 1), ++tried) {
+    if (takes(*page, length)) {
+      return *page;
+    }
+    const PageRef ref = pager_.read(*page);
+    if (DataPage(pager_.format(), ref.view()).freeSpace() <
+        leastRoomWorthKeeping(pager_.format())) {
+      free.remove(*page);
+    }
+  }
+  const PageNumber page = PageAllocator(pager_).allocate();
+  DataPageEditor(pager_.format(), pager_.modify(page), page).initialize(owner_);
+  UsageMap(pager_, owned_).add(page);
+  free.addIfItFits(page);
+  return page;
+}
+
+void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
+  const bool useful =
+      data.freeSpace() >= leastUsefulRoom(pager_.format()) && data.rowCount() < kMaxRowsOnPage;
+  UsageMap free(pager_, free_);
+  if (free.contains(page) != useful) {
+    useful ? free.addIfItFits(page) : free.remove(page);
+  }
+}
+
+RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber hint) {
+  const PageNumber page = findPage(row.size(), hint);
+  DataPageEditor editor(pager_.format(), pager_.modify(page), page);
+  const RowId place{page, editor.add(row, kind)};
+  if (const DataPage data = editor.read();
+      data.freeSpace() < leastUsefulRoom(pager_.format()) || data.rowCount() >= kMaxRowsOnPage) {
+    updateFreeMap(page, data);
+  }
+  return place;
+}
+
+bool RowSpace::replace(RowId place, std::span<const std::uint8_t> row, SlotKind kind) {
+  const PageRef ref = pager_.read(place.page);
+  const DataPage data(pager_.format(), ref.view());
+  const Slot slot = data.slot(place.row);
+  if (row.size() > slot.length + data.freeSpace()) {
+    return false;
+  }
+  DataPageEditor editor(pager_.format(), pager_.modify(place.page), place.page);
+  editor.replace(place.row, row, kind);
+  updateFreeMap(place.page, editor.read());
+  return true;
+}
+
+void RowSpace::erase(RowId place) {
+  DataPageEditor editor(pager_.format(), pager_.modify(place.page), place.page);
+  editor.erase(place.row);
+  if (!editor.isEmpty()) {
+    updateFreeMap(place.page, editor.read());
+    return;
+  }
+  UsageMap(pager_, owned_).remove(place.page);
+  UsageMap(pager_, free_).remove(place.page);
+  PageAllocator(pager_).release(place.page);
+}
+
+}  // namespace orv::store::jet

@@ -1,0 +1,19 @@
+#include "store/jet/table/AutoGuid.h"
+
+#include <random>
+
+namespace orv::store::jet {
+
+Guid makeGuid() {
+  std::random_device random;
+  Guid guid;
+  for (std::uint8_t& byte : guid.bytes) {
+    byte = static_cast<std::uint8_t>(random());
+  }
+  // The first three parts stand little-endian, so the version is in the last byte of the third.
+  guid.bytes[7] = static_cast<std::uint8_t>(0x40 | (guid.bytes[7] & 0x0f));
+  guid.bytes[8] = static_cast<std::uint8_t>(0x80 | (guid.bytes[8] & 0x3f));
+  return guid;
+}
+
+}  // namespace orv::store::jet

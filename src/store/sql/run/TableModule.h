@@ -1,0 +1,46 @@
+// Tables of an Access database as virtual tables of SQLite.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "store/jet/table/Table.h"
+#include "store/sql/functions/Callbacks.h"
+#include "store/sql/functions/TextOrder.h"
+#include "store/sql/run/ColumnLookup.h"
+
+namespace orv::store::sql {
+
+/// The SQLite module `jet`: read-only virtual tables, each over one table of the file, with
+/// columns c0, c1, ... Text has the collation JET, fixed-point numbers pass as text with the
+/// collation JETDECIMAL, dates as days, true as -1, GUIDs as text.
+///
+/// Equality, ranges and order go to an index of the table where one fits; SQLite checks every
+/// constraint again. What the callbacks raise is kept in `failure`.
+class TableModule {
+ public:
+  TableModule(sqlite3* db, const TextOrder& textOrder, CallbackFailure& failure);
+
+  /// The name of the virtual table over a table; made when it is asked for first.
+  std::string nameOf(const std::shared_ptr<jet::Table>& table);
+
+  /// Rows that queries have visited in tables so far: what tells an index from a scan.
+  std::uint64_t rowsRead() const { return rowsRead_; }
+
+ private:
+  friend struct ModuleCallbacks;
+
+  sqlite3* db_;
+  const TextOrder& textOrder_;
+  CallbackFailure& failure_;
+  ColumnLookups lookups_;
+  std::map<int, std::shared_ptr<jet::Table>> tables_;  ///< by the number in their names
+  int lastNumber_ = 0;
+  std::uint64_t rowsRead_ = 0;
+};
+
+}  // namespace orv::store::sql
