@@ -3,13 +3,15 @@
 // one laboratory have them, and once with wavelengths of their own, for which everything is
 // prepared anew.
 //
+// The times are those of the processor.
+//
 // usage: integration_bench [PANES]     (10000 unless told otherwise)
 
 #include <fmt/format.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -17,19 +19,22 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+/// Every 5 nm from 300 nm, every 10 nm to 2500 nm, then every 250 nm to 25 µm; with `shift`, a
+/// little beside that.
+float wavelength(int i) {
+  constexpr int kCoarse = 220;
+  constexpr int kInfrared = 330;
+  if (i < kCoarse) return 300.0F + 5.0F * static_cast<float>(i);
+  if (i < kInfrared) return 1400.0F + 10.0F * static_cast<float>(i - kCoarse);
+  return 2500.0F + 250.0F * static_cast<float>(i - kInfrared);
+}
 
-/// From 300 nm to 2500 nm and on to 25 µm; with `shift`, a little beside that.
 std::shared_ptr<orv::GlazingData> makePane(int number, float shift) {
   constexpr int kWavelengths = 420;
-  constexpr int kInfrared = 100;
   auto spectrum = std::make_shared<orv::SpectralData>();
   spectrum->Allocate(kWavelengths - 1);
   for (int i = 0; i < kWavelengths; ++i) {
-    const int solar = kWavelengths - kInfrared;
-    const float at = i < solar ? 300.0F + 2200.0F * static_cast<float>(i) / (solar - 1)
-                               : 2500.0F + 225.0F * static_cast<float>(i - solar + 1);
-    spectrum->wl(i, at + shift);
+    spectrum->wl(i, wavelength(i) + shift);
     spectrum->Tf(i, static_cast<float>(0.45 + 0.4 * std::sin(0.01 * (i + number))));
     spectrum->Tb(i, spectrum->Tf(i));
     spectrum->Rf(i, 0.05F);
@@ -43,18 +48,17 @@ std::shared_ptr<orv::GlazingData> makePane(int number, float shift) {
 }
 
 void measure(const char* what, int panes, float step) {
-  constexpr float kShifts = 10;
   std::vector<std::shared_ptr<orv::GlazingData>> records;
   for (int i = 0; i < panes; ++i) {
-    records.push_back(makePane(i, step * std::fmod(static_cast<float>(i), kShifts)));
+    records.push_back(makePane(i, step * static_cast<float>(i)));
   }
   double sum = 0;
-  const auto start = Clock::now();
+  const std::clock_t start = std::clock();
   for (const auto& standard : orv::optics::kStandardNames) {
     orv::optics::Integrator integrator(standard.standard);
     for (const auto& record : records) sum += *integrator.integrate(*record)["Tf_sol"];
   }
-  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
   fmt::print("{} panes by {} standards, {}: {:.3f} s (mean Tf_sol {:.6f})\n", panes,
              orv::optics::kStandardNames.size(), what, seconds,
              sum / panes / static_cast<double>(orv::optics::kStandardNames.size()));
@@ -65,5 +69,5 @@ void measure(const char* what, int panes, float step) {
 int main(int count, char** arguments) {
   const int panes = count > 1 ? std::atoi(arguments[1]) : 10000;
   measure("the same wavelengths", panes, 0);
-  measure("other wavelengths each", panes, 0.25F);
+  measure("other wavelengths each", panes, 0.002F);
 }

@@ -36,6 +36,35 @@ Weights lightAt(std::span<const double> wavelengths, std::span<const Point> func
   return light;
 }
 
+Light lightOfTableAnew(std::span<const ObserverPoint> observer) {
+  std::vector<double> wavelengths;
+  for (const ObserverPoint& point : observer) wavelengths.push_back(point.wavelength);
+  Light light;
+  for (std::size_t i = 0; i < kFunctions.size(); ++i) {
+    light.weights[i] = lightAt(wavelengths, functionOf(observer, kFunctions[i]));
+    light.sums[i] = sumOf(light.weights[i]);
+  }
+  return light;
+}
+
+/// Added up at the wavelengths of the table.
+const Light& lightOfTable(std::span<const ObserverPoint> observer) {
+  static const Light k1931 = lightOfTableAnew(tables::kObserver1931);
+  static const Light k1964 = lightOfTableAnew(tables::kObserver1964);
+  return observer.data() == tables::kObserver1931.data() ? k1931 : k1964;
+}
+
+/// Integrated at these wavelengths; the sums without the intervals.
+Light lightOfSpectrum(std::span<const ObserverPoint> observer, std::span<const double> own) {
+  Light light;
+  for (std::size_t i = 0; i < kFunctions.size(); ++i) {
+    const Weights density = lightAt(own, functionOf(observer, kFunctions[i]));
+    light.weights[i] = trapezoids(density, own.front(), own.back());
+    light.sums[i] = sumOf(density);
+  }
+  return light;
+}
+
 /// The wavelengths at which `ofSpectrum` adds up; none where they lie too far apart.
 std::vector<double> ownWavelengths(std::span<const double> wavelengths) {
   constexpr double kWidestStep = 10.001;
@@ -64,32 +93,19 @@ std::array<double, 3> labOf(const std::array<double, 3>& XYZ, const std::array<d
 
 ColourMethod::ColourMethod(std::span<const ObserverPoint> observer, ColourRule rule,
                            std::span<const double> wavelengths) {
-  std::vector<double> ofTable;
-  for (const ObserverPoint& point : observer) ofTable.push_back(point.wavelength);
+  const Light& ofTable = lightOfTable(observer);
+  for (std::size_t i = 0; i < kFunctions.size(); ++i) {
+    coverage_[i] = GridWeights(ofTable.weights[i], wavelengths).coverage();
+  }
   const auto own =
       rule == ColourRule::ofSpectrum ? ownWavelengths(wavelengths) : std::vector<double>{};
-  std::array<Weights, 3> weights;
-  std::array<double, 3> sums{};
-  for (std::size_t i = 0; i < kFunctions.size(); ++i) {
-    const Weights function = functionOf(observer, kFunctions[i]);
-    const Weights light = lightAt(ofTable, function);
-    coverage_[i] = GridWeights(light, wavelengths).coverage();
-    weights[i] = light;
-    sums[i] = sumOf(light);
-    if (own.empty()) continue;
-    const Weights ownLight = lightAt(own, function);
-    weights[i] = trapezoids(ownLight, own.front(), own.back());
-    sums[i] = sumOf(ownLight);
-  }
-  takeFrom(weights, sums, wavelengths);
+  takeFrom(own.empty() ? ofTable : lightOfSpectrum(observer, own), wavelengths);
 }
 
-void ColourMethod::takeFrom(const std::array<Weights, 3>& weights,
-                            const std::array<double, 3>& sums,
-                            std::span<const double> wavelengths) {
-  for (std::size_t i = 0; i < weights.size(); ++i) {
-    weights_[i] = GridWeights(weights[i], wavelengths);
-    white_[i] = 100 * sums[i] / sums[1];
+void ColourMethod::takeFrom(const Light& light, std::span<const double> wavelengths) {
+  for (std::size_t i = 0; i < weights_.size(); ++i) {
+    weights_[i] = GridWeights(light.weights[i], wavelengths);
+    white_[i] = 100 * light.sums[i] / light.sums[1];
   }
 }
 

@@ -17,6 +17,12 @@ struct Colour {
 /// CIELAB of a colour seen beside a white. Both in one scale.
 std::array<double, 3> labOf(const std::array<double, 3>& XYZ, const std::array<double, 3>& white);
 
+/// Light times the matching functions x, y and z.
+struct Light {
+  std::array<Weights, 3> weights;   ///< of which X, Y and Z are the sums, but for a factor
+  std::array<double, 3> sums = {};  ///< the white that they belong to, likewise
+};
+
 /// At which wavelengths the light is added up.
 enum class ColourRule {
   ofTable,     ///< every 5 nm from 380 to 780 nm
@@ -42,8 +48,7 @@ class ColourMethod {
   const std::array<Coverage, 3>& coverage() const { return coverage_; }
 
  private:
-  void takeFrom(const std::array<Weights, 3>& weights, const std::array<double, 3>& sums,
-                std::span<const double> wavelengths);
+  void takeFrom(const Light& light, std::span<const double> wavelengths);
 
   std::array<GridWeights, 3> weights_;
   std::array<Coverage, 3> coverage_;

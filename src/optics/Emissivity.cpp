@@ -17,8 +17,8 @@ constexpr double kLeastOfGlass = 0.7;
 
 /// Radiation of a black body, relative, by Planck.
 double blackBody(double wavelength, double kelvin) {
-  return std::pow(wavelength / kFirstInfrared, -5) /
-         std::expm1(kSecondRadiation / (wavelength * kelvin));
+  const double part = kFirstInfrared / wavelength;
+  return part * part * part * part * part / std::expm1(kSecondRadiation / (wavelength * kelvin));
 }
 
 Weights blackBodyWeights(double kelvin) {

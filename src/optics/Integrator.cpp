@@ -21,12 +21,38 @@ void addOnce(std::vector<std::string>& texts, const std::string& text) {
 
 std::string shortage(const std::string& what, const Coverage& coverage) {
   return fmt::format("no {}: the spectrum covers {:.3g} % of the weight; {} are missing", what,
-                     kPercent * coverage.covered, coverage.missing);
+                     kPercent * coverage.covered, coverage.missing());
 }
 
-/// A value of which the rest is still to be told.
-Value begun(std::string_view name, const Coverage& coverage) {
-  return {.name = name, .covered = coverage.covered, .remarks = coverage.gaps};
+/// The weights of one range, and what is to be said of each value by them.
+struct Range {
+  Coverage coverage;
+  std::string remark;
+
+  explicit Range(const Coverage& of) : coverage(of), remark(told(of.gaps)) {}
+
+  /// A value of which the rest is still to be told.
+  Value begin(std::string_view name) const {
+    Value value{.name = name, .covered = coverage.covered};
+    if (!remark.empty()) value.remarks.push_back(remark);
+    return value;
+  }
+};
+
+const Coverage& worstOf(const std::array<Coverage, 3>& coverage) {
+  return *std::ranges::min_element(coverage, {}, &Coverage::covered);
+}
+
+/// The gaps of all of them, ascending, each once.
+std::string allGaps(const std::vector<Range>& ranges) {
+  std::vector<Gap> gaps;
+  for (const Range& range : ranges) {
+    for (const Gap& gap : range.coverage.gaps) {
+      if (std::ranges::find(gaps, gap) == gaps.end()) gaps.push_back(gap);
+    }
+  }
+  std::ranges::sort(gaps, {}, &Gap::from);
+  return told(gaps);
 }
 
 constexpr std::string_view kColourNames[][6] = {{"X", "Y", "Z", "L", "a", "b"},
@@ -49,12 +75,13 @@ class Integrator::Grid {
         rules_(rulesOf(standard)),
         emissivity_(rules_.emissivity, wavelengths) {
     if (wavelengths.empty()) return;
-    for (const MeanRule& rule : rules_.means) means_.emplace_back(rule.weights, wavelengths);
+    for (const MeanRule& rule : rules_.means) {
+      ranges_.emplace_back(means_.emplace_back(rule.weights, wavelengths).coverage());
+    }
+    gaps_ = allGaps(ranges_);
     colour_.emplace(rules_.observer, rules_.colour, wavelengths);
     if (rules_.hasColourRendering) rendering_.emplace(wavelengths);
-    for (const GridWeights& mean : means_) {
-      for (const std::string& gap : mean.coverage().gaps) addOnce(gaps_, gap);
-    }
+    colours_.emplace(worstOf(colour_->coverage()));
   }
 
   const std::vector<double>& wavelengths() const { return wavelengths_; }
@@ -62,7 +89,7 @@ class Integrator::Grid {
   Integration integrate(const Spectrum& spectrum, const Surfaces& surfaces) const {
     Integration result{.standard = standard_, .values = {}, .remarks = spectrum.remarks};
     result.values.reserve(std::size(kValueNames));
-    for (const std::string& gap : gaps_) result.remarks.push_back(gap);
+    if (!gaps_.empty()) result.remarks.push_back(gaps_);
     addMeans(spectrum, result);
     const auto emissivity = addEmissivities(spectrum, surfaces, result);
     if (rules_.hasSolarGain) addSolarGain(emissivity, result);
@@ -89,22 +116,23 @@ class Integrator::Grid {
         if (isEmpty()) {
           addMissing(rule.names[c], result);
         } else {
-          addMean(rule, rule.names[c], means_[i], spectrum[kCurves[c]], result);
+          addMean(i, rule.names[c], spectrum[kCurves[c]], result);
         }
       }
     }
   }
 
-  static void addMean(const MeanRule& rule, const char* name, const GridWeights& weights,
-                      const std::vector<double>& curve, Integration& result) {
-    const Coverage& coverage = weights.coverage();
-    Value& value = result.values.emplace_back(begun(name, coverage));
+  void addMean(std::size_t i, const char* name, const std::vector<double>& curve,
+               Integration& result) const {
+    const MeanRule& rule = rules_.means[i];
+    const Coverage& coverage = ranges_[i].coverage;
+    Value& value = result.values.emplace_back(ranges_[i].begin(name));
     if (!coverage.suffices()) {
       value.reason = shortage(fmt::format("{} values", rule.range), coverage);
       result.lacksSpectrum = true;
       return;
     }
-    const double mean = weights.mean(curve);
+    const double mean = means_[i].mean(curve);
     if (rule.isReciprocal && mean <= 0) {
       value.reason = fmt::format("no {} value: nothing passes there", rule.range);
     } else {
@@ -153,18 +181,13 @@ class Integrator::Grid {
 
   void addColourRendering(const Spectrum& spectrum, Integration& result) const {
     if (isEmpty()) return addMissing("Ra", result);
-    const Coverage coverage = worstOf(colour_->coverage());
-    Value& value = result.values.emplace_back(begun("Ra", coverage));
-    if (!coverage.suffices()) {
-      value.reason = shortage("colours", coverage);
+    Value& value = result.values.emplace_back(colours_->begin("Ra"));
+    if (!colours_->coverage.suffices()) {
+      value.reason = shortage("colours", colours_->coverage);
       return;
     }
     value.value = rendering_->Ra(spectrum[Curve::Tf]);
     if (!value.value) value.reason = "no Ra: no visible light passes";
-  }
-
-  static Coverage worstOf(const std::array<Coverage, 3>& coverage) {
-    return *std::ranges::min_element(coverage, {}, &Coverage::covered);
   }
 
   void addColour(const std::vector<double>& curve, std::span<const std::string_view> names,
@@ -173,14 +196,13 @@ class Integrator::Grid {
       for (const std::string_view name : names) addMissing(name, result);
       return;
     }
-    const Coverage coverage = worstOf(colour_->coverage());
     const Colour colour = colour_->of(curve);
     for (std::size_t i = 0; i < names.size(); ++i) {
-      Value& value = result.values.emplace_back(begun(names[i], coverage));
-      if (coverage.suffices()) {
+      Value& value = result.values.emplace_back(colours_->begin(names[i]));
+      if (colours_->coverage.suffices()) {
         value.value = i < 3 ? colour.XYZ[i] : colour.Lab[i - 3];
       } else {
-        value.reason = shortage("colours", coverage);
+        value.reason = shortage("colours", colours_->coverage);
         result.lacksSpectrum = true;
       }
     }
@@ -193,7 +215,9 @@ class Integrator::Grid {
   EmissivityMethod emissivity_;
   std::optional<ColourMethod> colour_;
   std::optional<ColourRendering> rendering_;
-  std::vector<std::string> gaps_;
+  std::vector<Range> ranges_;     ///< of the means
+  std::optional<Range> colours_;  ///< the least that one of X, Y and Z rests on
+  std::string gaps_;              ///< of all means
 };
 
 Integrator::Integrator(Standard standard) : standard_(standard) {}
@@ -207,10 +231,19 @@ Integration Integrator::integrate(const GlazingData& pane) {
 }
 
 Integration Integrator::integrate(const Spectrum& spectrum, const Surfaces& surfaces) {
-  if (!grid_ || grid_->wavelengths() != spectrum.wavelengths) {
-    grid_ = std::make_unique<Grid>(standard_, spectrum.wavelengths);
+  return gridOf(spectrum.wavelengths).integrate(spectrum, surfaces);
+}
+
+const Integrator::Grid& Integrator::gridOf(const std::vector<double>& wavelengths) {
+  constexpr std::size_t kMostGrids = 16;
+  const auto known = std::ranges::find_if(
+      grids_, [&](const auto& grid) { return grid->wavelengths() == wavelengths; });
+  if (known != grids_.end()) {
+    std::rotate(known, known + 1, grids_.end());
+    return *grids_.back();
   }
-  return grid_->integrate(spectrum, surfaces);
+  if (grids_.size() == kMostGrids) grids_.erase(grids_.begin());
+  return *grids_.emplace_back(std::make_unique<Grid>(standard_, wavelengths));
 }
 
 const Value* Integration::find(std::string_view name) const {

@@ -52,8 +52,8 @@ struct Integration {
   std::vector<std::string> reasons() const;
 };
 
-/// Integrates spectra by one standard. What depends on the wavelengths only is prepared once for as
-/// many spectra as follow each other with the same ones.
+/// Integrates spectra by one standard. What depends on the wavelengths only is prepared once, and
+/// kept for the few grids of wavelengths that spectra had last.
 class Integrator {
  public:
   explicit Integrator(Standard standard);
@@ -69,9 +69,10 @@ class Integrator {
 
  private:
   class Grid;
+  const Grid& gridOf(const std::vector<double>& wavelengths);
 
   Standard standard_;
-  std::unique_ptr<Grid> grid_;
+  std::vector<std::unique_ptr<Grid>> grids_;  ///< the one used last at the end
 };
 
 /// The names of the values that a standard has, in the order of kValueNames.

@@ -1,5 +1,8 @@
 #include "optics/Surfaces.h"
 
+#include <array>
+#include <charconv>
+
 namespace orv::optics {
 
 namespace {
@@ -18,9 +21,20 @@ Coating coatingOf(const GlazingData& pane, std::int32_t side) {
   }
 }
 
+/// The decimal number that a 32-bit float stands for: 0.84, not 0.8399999737739563. Any other
+/// number stays as it is.
+double asWritten(double value) {
+  const auto single = static_cast<float>(value);
+  if (single != value) return value;
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), single).ptr;
+  std::from_chars(digits.data(), end, value);
+  return value;
+}
+
 std::optional<double> stated(double ofDatabase, float ofFile) {
-  if (ofDatabase > 0) return ofDatabase;
-  if (ofFile > 0) return static_cast<double>(ofFile);
+  if (ofDatabase > 0) return asWritten(ofDatabase);
+  if (ofFile > 0) return asWritten(ofFile);
   return std::nullopt;
 }
 

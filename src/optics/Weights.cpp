@@ -25,36 +25,44 @@ double tableStep(std::span<const tables::Point> weights, double from, double to)
   return widest;
 }
 
-std::vector<std::string> gapsOf(std::span<const tables::Point> weights,
-                                std::span<const double> wavelengths) {
+std::vector<Gap> gapsOf(std::span<const tables::Point> weights,
+                        std::span<const double> wavelengths) {
   constexpr double kRounding = 1e-6;
-  std::vector<std::string> gaps;
+  std::vector<Gap> gaps;
   for (std::size_t i = 1; i < wavelengths.size(); ++i) {
     const double from = wavelengths[i - 1];
     const double to = wavelengths[i];
     if (to - from <= measuringStep(from) + kRounding) continue;
     const double step = tableStep(weights, from, to);
-    if (step > 0 && to - from > step + kRounding) {
-      gaps.push_back(fmt::format("nothing between {} and {} nm", from, to));
-    }
+    if (step > 0 && to - from > step + kRounding) gaps.push_back({from, to});
   }
   return gaps;
 }
 
-/// "300 to 340 nm and 2000 to 2500 nm": what of the table lies beyond the spectrum's ends.
-std::string missingOf(std::span<const tables::Point> weights, double first, double last) {
-  std::string missing;
-  if (const double begin = weights.front().wavelength; begin < first) {
-    missing = fmt::format("{} to {} nm", begin, std::min(first, weights.back().wavelength));
+}  // namespace
+
+std::string told(std::span<const Gap> gaps) {
+  constexpr std::size_t kMost = 3;
+  std::string text;
+  for (const Gap& gap : gaps.subspan(0, std::min(gaps.size(), kMost))) {
+    text +=
+        fmt::format("{}{} and {} nm", text.empty() ? "nothing between " : ", ", gap.from, gap.to);
   }
-  if (const double end = weights.back().wavelength; end > last) {
-    if (!missing.empty()) missing += " and ";
-    missing += fmt::format("{} to {} nm", std::max(last, weights.front().wavelength), end);
-  }
-  return missing;
+  if (gaps.size() > kMost) text += fmt::format(", and in {} more gaps", gaps.size() - kMost);
+  return text;
 }
 
-}  // namespace
+std::string Coverage::missing() const {
+  std::string text;
+  if (tableBegin < spectrumBegin) {
+    text = fmt::format("{} to {} nm", tableBegin, std::min(spectrumBegin, tableEnd));
+  }
+  if (tableEnd > spectrumEnd) {
+    if (!text.empty()) text += " and ";
+    text += fmt::format("{} to {} nm", std::max(spectrumEnd, tableBegin), tableEnd);
+  }
+  return text;
+}
 
 Weights trapezoids(std::span<const tables::Point> density, double from, double to) {
   Weights weights;
@@ -113,7 +121,10 @@ GridWeights::GridWeights(std::span<const tables::Point> weights,
   shares_.assign(shares.begin() + static_cast<Offset>(first_),
                  shares.begin() + static_cast<Offset>(last) + 1);
   coverage_ = {.covered = covered / whole,
-               .missing = missingOf(weights, wavelengths.front(), wavelengths.back()),
+               .tableBegin = weights.front().wavelength,
+               .tableEnd = weights.back().wavelength,
+               .spectrumBegin = wavelengths.front(),
+               .spectrumEnd = wavelengths.back(),
                .gaps = gapsOf(weights, wavelengths)};
 }
 

@@ -44,14 +44,29 @@ inline double valueAt(const Position& at, std::span<const double> curve) {
 /// The least part of the weight that a spectrum has to cover.
 inline constexpr double kLeastCovered = 0.9;
 
+/// Two wavelengths between which a spectrum has nothing.
+struct Gap {
+  double from;
+  double to;
+  bool operator==(const Gap&) const = default;
+};
+
+/// "nothing between 600 and 700 nm, 900 and 1000 nm, and in 3 more gaps"; empty for none.
+std::string told(std::span<const Gap> gaps);
+
 /// How much of a weighting a spectrum covers.
 struct Coverage {
-  double covered = 0;   ///< part of the weight between the spectrum's ends, 0 to 1
-  std::string missing;  ///< the wavelengths of the table that lie beyond; empty when none do
+  double covered = 0;  ///< part of the weight between the spectrum's ends, 0 to 1
+  double tableBegin = 0;
+  double tableEnd = 0;
+  double spectrumBegin = 0;
+  double spectrumEnd = 0;
   /// Gaps in the spectrum that are wider than the table's step and than the step at which
   /// spectra are measured: 5 nm below 400 nm, 10 nm below 1000 nm, 50 nm beyond.
-  std::vector<std::string> gaps;
+  std::vector<Gap> gaps;
 
+  /// "300 to 340 nm and 2000 to 2500 nm": what of the table lies beyond the spectrum's ends.
+  std::string missing() const;
   bool suffices() const { return covered >= kLeastCovered; }
 };
 

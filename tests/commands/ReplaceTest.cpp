@@ -21,7 +21,7 @@ class ReplaceTest : public CommandsTest {
                    RecordKind kind = RecordKind::panes) {
     ui.inputs = {"Glass"};
     return commands::pasteRecords(session, selectAll(recordSet(from, kind)), to,
-                                  {.ifThere = ifThere});
+                                  {.ifThere = ifThere, .integrateBy = std::nullopt});
   }
 
   /// A database with a pane at some angles, told apart by its product and a value.
