@@ -141,7 +141,7 @@ class ShowVerb : public Verb {
   }
 
   void writeSpectrum(const ShadingDataClass& shading) const {
-    const auto columns = database::shadingSpectralColumns();
+    const auto& columns = kShadingSpectralColumns;
     std::vector<std::string> names;
     for (const auto& column : columns) names.emplace_back(column.name);
     names.front() += " (nm)";

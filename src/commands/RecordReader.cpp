@@ -10,8 +10,8 @@
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
 #include "database/Lookups.h"
-#include "database/PaneDetails.h"
 #include "database/Recordsets.h"
+#include "model/IntegratedColumns.h"
 #include "textfile/TextFile.h"
 
 namespace orv::commands {
@@ -68,6 +68,23 @@ std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) co
     default:
       return {0};
   }
+}
+
+std::vector<std::int16_t> RecordReader::spectralAngles(const std::string& identifier) const {
+  if (!isOrvPanes()) return {};
+  const std::int32_t id = recordNumber(identifier);
+  if (!isVersion3()) {
+    return rowsOf("Pane_spectral_data", id)->eof() ? std::vector<std::int16_t>{}
+                                                   : std::vector<std::int16_t>{0};
+  }
+  const auto rows = connection().openRecordset(
+      "SELECT DISTINCT angle FROM Pane_spectral_data WHERE PaneID = " + std::to_string(id) +
+      " ORDER BY angle");
+  std::vector<std::int16_t> angles;
+  for (; !rows->eof(); rows->moveNext()) {
+    angles.push_back(database::fieldToInteger(rows->value(std::size_t{0})));
+  }
+  return angles;
 }
 
 std::vector<std::int32_t> RecordReader::directions(const std::string& identifier,
@@ -165,7 +182,7 @@ std::shared_ptr<GlazingData> RecordReader::orvPane(std::int32_t id, std::int16_t
   auto pane =
       found(isVersion3() ? database.RetrievePaneORV_30(connection(), id, "", "", angle, direction)
                          : database.RetrievePaneORV_20(connection(), id, "", angle, direction));
-  if (!database::hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
+  if (!hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
   return pane;
 }
 

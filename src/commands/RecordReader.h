@@ -23,6 +23,11 @@ class RecordReader {
   /// not know angles.
   std::vector<std::int16_t> angles(const std::string& identifier) const;
 
+  /// The angles at which a pane of a database has a spectrum, ascending, whether it has integrated
+  /// values there or not; of one of version 2.0.1, which does not tell them apart, 0. None for
+  /// other sources.
+  std::vector<std::int16_t> spectralAngles(const std::string& identifier) const;
+
   /// The directions of incidence of a pane's spectra at an angle, ascending. None for a source
   /// that does not know directions.
   std::vector<std::int32_t> directions(const std::string& identifier, std::int16_t angle) const;

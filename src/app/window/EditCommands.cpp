@@ -10,7 +10,6 @@
 #include "commands/CopyRecords.h"
 #include "commands/DeleteRecords.h"
 #include "commands/ExportRecords.h"
-#include "commands/PasteRecords.h"
 #include "commands/Remarks.h"
 
 namespace orv::app {
@@ -63,7 +62,7 @@ void EditCommands::paste(const Node& destination) {
 
 void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
   run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
-    const auto result = commands::pasteRecords(session_, records, destination);
+    const auto result = commands::pasteRecords(session_, records, destination, pasteOptions_);
     addNotes(report_, tr("What became of the records:"), result.notes);
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
     addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);

@@ -4,7 +4,7 @@
 #include <QObject>
 
 #include "app/window/WindowUserInterface.h"
-#include "commands/Session.h"
+#include "commands/PasteRecords.h"
 #include "sources/RecordSelection.h"
 
 namespace orv::app {
@@ -21,6 +21,11 @@ class EditCommands : public QObject {
 
   bool hasPendingRecords() const { return pending_.HasRecords(); }
   const sources::RecordSelection& pending() const { return pending_; }
+
+  /// By which standard copies compute integrated values that their source does not have.
+  void integrateBy(std::optional<optics::Standard> standard) {
+    pasteOptions_.integrateBy = standard;
+  }
 
   void copy(const sources::RecordSelection& selection);
   void paste(const Node& destination);
@@ -46,6 +51,7 @@ class EditCommands : public QObject {
   WindowUserInterface& ui_;
   QWidget& window_;
   sources::RecordSelection pending_;
+  commands::PasteOptions pasteOptions_;
   QString exportFolder_;
   QStringList report_;  ///< of the copy that is being made, without the failures
 };

@@ -127,6 +127,7 @@ void frmMain::showOptions() {
   if (dialog.exec() != QDialog::Accepted) return;
   const DisplayOptions old = std::exchange(options_, dialog.options());
   if (options_.theme != old.theme) applyTheme(options_.theme);
+  edit_->integrateBy(options_.integrateBy);
   docks_->wavelengthUnit(options_.plotUnit == PlotUnit::microns ? kMicrons : kNanometers);
   if (options_.digits != old.digits) grid_.records().digits(options_.digits);
 }
