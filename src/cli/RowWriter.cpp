@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/CellText.h"
+#include "cli/ValueText.h"
 #include "commands/CsvText.h"
 #include "model/ShownText.h"
 

@@ -22,16 +22,11 @@ Node resolveDestination(const Node& current, const Node& source) {
   return recordSet ? recordSet : current;
 }
 
-bool accepts(const Node& destination) {
-  const Node database = destination ? destination->Parent() : nullptr;
-  return database && database->DataType() == DataType::orvDatabase3;
-}
-
 /// Why records of `source` cannot be copied to `destination`; empty when they can.
 std::string refusal(const Node& destination, const Node& source) {
   const std::string refused = "Data cannot be copied to this destination. ";
   if (destination == source) return refused + "Source and destination are the same.";
-  if (!accepts(destination)) {
+  if (!destination || !destination->isInVersion3()) {
     return refused + "Data can only be copied to a ORV database version 3 or higher.";
   }
   return {};
