@@ -27,7 +27,7 @@ double tableStep(std::span<const tables::Point> weights, double from, double to)
 
 std::vector<Gap> gapsOf(std::span<const tables::Point> weights,
                         std::span<const double> wavelengths) {
-  constexpr double kRounding = 1e-6;
+  constexpr double kRounding = 0.01;  // of wavelengths that are kept as 32-bit floats
   std::vector<Gap> gaps;
   for (std::size_t i = 1; i < wavelengths.size(); ++i) {
     const double from = wavelengths[i - 1];
