@@ -254,7 +254,7 @@ TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   selectRows(0, 1);
   const std::string target = folder / "export";
   QDir().mkdir(QString::fromStdString(target));
-  dialogs.choose({QString::fromStdString(target)}).press("OK");
+  dialogs.press("OK").choose({QString::fromStdString(target)}).press("OK");
   trigger("mnuFileExport");
   EXPECT_TRUE(dialogs.texts().back().startsWith("2 files written to "))
       << dialogs.texts().back().toStdString();
