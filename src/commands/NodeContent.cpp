@@ -13,14 +13,21 @@ namespace DataType = sources::DataType;
 
 namespace {
 
+/// A product in lines, however its file has it; a file that holds none as it stands.
+std::string productText(const std::filesystem::path& folder, const std::string& identifier) {
+  const auto name = productfile::ProductName::of(identifier);
+  try {
+    return productfile::ProductFile::read(folder / name.file).text(name.pointer);
+  } catch (const Error&) {
+    return textfile::readText(folder / name.file);
+  }
+}
+
 std::string fileText(const sources::datasource& node) {
-  const auto name = productfile::ProductName::of(node.filename());
   const std::filesystem::path folder(node.Folder());
   try {
-    if (!name.pointer.empty()) {
-      return productfile::ProductFile::read(folder / name.file).text(name.pointer);
-    }
-    return textfile::readText(folder / node.filename());
+    return productfile::isProduct(node.filename()) ? productText(folder, node.filename())
+                                                   : textfile::readText(folder / node.filename());
   } catch (const Error&) {
     return "This file could not be read.";
   }
