@@ -124,7 +124,7 @@ void MainActions::makeEditMenu() {
       add(mnuEdit, "mnuEditCopyCell", "", tr("Copy C&ell"), QKeySequence(tr("Ctrl+Alt+C")),
           tr("Put the field under the cursor on the clipboard"));
   mnuEditSaveTable =
-      add(mnuEdit, "mnuEditSaveTable", "save", tr("Save Table as CS&V..."), {},
+      add(mnuEdit, "mnuEditSaveTable", "save", tr("&Save Table as CSV..."), {},
           tr("Save the records shown, in the columns shown, as a table for other programs"));
   mnuEdit->addSeparator();
   mnuEditFind = add(mnuEdit, "mnuEditFind", "find", tr("&Find..."), QKeySequence::Find,
