@@ -1,7 +1,7 @@
 // What is asked of a database: that all readers agree on it, and that it holds certain panes.
 import assert from 'node:assert/strict';
 
-import {paneRow, spectralRows} from './expected.js';
+import {paneRow, publishedRow, spectralRows} from './expected.js';
 import {asSeen, comparable, kReaders, mdbReader, runOrv, tablesOf} from './readers.js';
 
 /** A database as one reader sees it. Columns have small letters here: databases differ in that. */
@@ -52,6 +52,17 @@ class View {
     }
   }
 
+  /** The database has one pane, with the spectrum and the published values of a product. */
+  expectProduct(product, what) {
+    const spectral = this.rows('Pane_spectral_data');
+    this.expectSpectrum(spectral, spectralRows(product, 0), `${this.reader.name}, ${what}`);
+    const [integrated, ...others] = this.rows('Pane_integrated_data');
+    assert.deepEqual(others, [], what);
+    const expected = publishedRow(product);
+    this.expectRow('Pane_integrated_data', integrated, expected, `${this.reader.name}, ${what}`);
+    return Object.keys(expected).length;
+  }
+
   expectSpectrum(rows, expected, what) {
     assert.equal(rows.length, expected.length, what);
     rows.sort((a, b) => a.wavelength - b.wavelength);
@@ -90,6 +101,11 @@ export function expectPanes(database, panes, groupName, direction) {
   for (const reader of kReaders) {
     new View(reader, database).expectPanes(panes, groupName, direction);
   }
+}
+
+/** Every reader finds one pane, that of the product; returns how many published values it has. */
+export function expectProduct(database, product, what) {
+  return kReaders.map((reader) => new View(reader, database).expectProduct(product, what))[0];
 }
 
 /** No reader finds any row of these panes. */

@@ -51,3 +51,18 @@ export function spectralRows(pane, direction) {
         reflection_sub: single(pane.substrate?.[i][2] ?? 0),
       }));
 }
+
+/** The columns of table Pane_integrated_data for which a product file publishes a value. */
+export function publishedRow({published}) {
+  const columns = {
+    reflection_solar_outdoor: published?.rfsol,
+    reflection_solar_indoor: published?.rbsol,
+    transmission_solar_outdoor: published?.tfsol,
+    reflection_visual_outdoor: published?.rfvis,
+    reflection_visual_indoor: published?.rbvis,
+    transmission_visual_outdoor: published?.tfvis,
+    transmission_UV_outdoor: published?.tuv,
+  };
+  const known = Object.entries(columns).filter(([, value]) => value != null);
+  return Object.fromEntries(known.map(([column, value]) => [column, single(value)]));
+}

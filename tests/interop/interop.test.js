@@ -1,12 +1,22 @@
 // Databases that `orv` makes and changes, as mdbtools, mdb-reader and `orv sql` read them.
+import assert from 'node:assert/strict';
 import {execFileSync} from 'node:child_process';
 import {copyFileSync, existsSync, mkdtempSync, readdirSync, readFileSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {expectAgreement, expectKept, expectNoRows, expectPanes, expectRows, rowsOf} from './checks.js';
+import {
+  expectAgreement,
+  expectKept,
+  expectNoRows,
+  expectPanes,
+  expectProduct,
+  expectRows,
+  rowsOf
+} from './checks.js';
 import {readPaneFile} from './paneFile.js';
+import {readProductFile} from './productFile.js';
 import {runOrv} from './readers.js';
 
 const kGroup = 'Interop';
@@ -79,6 +89,24 @@ test('three panes in a database whose map of free pages leaves pages out', {skip
   expectAgreement(database);
   expectKept(database, rowsBefore);
   expectPanes(database, files.map(readPaneFile), kGroup, 0);
+});
+
+test('products, their spectra and their published values', {skip}, () => {
+  const products = join(kCorpus, 'products');
+  let panes = 0;
+  let published = 0;
+  for (const file of readdirSync(products).filter((name) => name.endsWith('.json'))) {
+    const product = readProductFile(join(products, file));
+    if (product.spectrum === null) continue;  // a shading
+    const database = join(folder, `${file}.mdb`);
+    runOrv('new', database);
+    runOrv('copy', join(products, file), database, '--group', kGroup, '--no-integrate');
+    expectAgreement(database);
+    published += expectProduct(database, product, file);
+    panes += 1;
+  }
+  assert.equal(panes, 7);
+  assert.ok(published >= 30, `${published} values`);
 });
 
 test('all that a foreign database holds, copied into a new one', {skip}, () => {
