@@ -13,9 +13,8 @@ std::size_t RecordsetBase::fieldIndex(std::string_view name) const {
       return i;
     }
   }
-  const std::string folded = jet::foldName(name);
   for (std::size_t i = 0; i < fields_.size(); ++i) {
-    if (jet::foldName(fields_[i].name) == folded) {
+    if (jet::sameName(fields_[i].name, name)) {
       return i;
     }
   }

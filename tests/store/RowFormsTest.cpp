@@ -7,6 +7,7 @@
 #include "store/Check.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/DataPage.h"
+#include "store/jet/page/Text.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
@@ -144,6 +145,16 @@ TEST_F(RowForms, RowsAreCountedByThePages) {
     scan.next();
     table_->erase(scan.rowId());
     EXPECT_LE(table_->rowCount(), 3U) << "a deletion made few rows billions";
+  }
+}
+
+TEST(NameTest, CaseDoesNotTellNamesApart) {
+  EXPECT_TRUE(sameName("PaneID", "paneid"));
+  EXPECT_TRUE(sameName("Größe", "GRÖSSE"));
+  EXPECT_TRUE(sameName("1 \u212a", "1 k"));  // the sign of kelvin
+  for (const char* other : {"pane", "paneids", "panejd", "", "[aneid", "päneid"}) {
+    EXPECT_FALSE(sameName("PaneID", other)) << other;
+    EXPECT_FALSE(sameName(other, "PaneID")) << other;
   }
 }
 

@@ -133,6 +133,11 @@ std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name
   return binding;
 }
 
+bool SqlEngine::JetCatalog::isQuery(const std::string& name) {
+  const jet::CatalogEntry* entry = engine_.database_->find(name);
+  return entry != nullptr && entry->kind == jet::CatalogEntry::Kind::query;
+}
+
 std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& name) {
   jet::Database& database = *engine_.database_;
   const jet::CatalogEntry* entry = database.find(name);

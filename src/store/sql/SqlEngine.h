@@ -59,6 +59,7 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
     explicit JetCatalog(SqlEngine& engine) : engine_(engine) {}
     std::optional<TableBinding> table(const std::string& name) override;
     std::optional<std::string> queryText(const std::string& name) override;
+    bool isQuery(const std::string& name) override;
 
    private:
     SqlEngine& engine_;

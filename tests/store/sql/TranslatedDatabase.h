@@ -58,6 +58,7 @@ class TranslatedDatabase final : public Catalog {
     }
     return std::nullopt;
   }
+  bool isQuery(const std::string& name) override { return queryText(name).has_value(); }
 
   /// The rows of a statement: values parted by "|", Null as "-".
   std::vector<std::string> rows(const std::string& sql) {

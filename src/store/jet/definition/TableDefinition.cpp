@@ -220,11 +220,8 @@ ColumnInfo describe(const Column& column) {
 }
 
 std::optional<std::size_t> TableDefinition::findColumn(std::string_view column) const {
-  const std::string folded = foldName(column);
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (foldName(columns[i].name) == folded) {
-      return i;
-    }
+    if (sameName(columns[i].name, column)) return i;
   }
   return std::nullopt;
 }

@@ -207,7 +207,7 @@ void defineIndex(TableDefinition& table, const IndexInfo& design) {
   RealIndex real;
   LogicalIndex logical;
   for (const LogicalIndex& other : table.logicalIndexes) {
-    if (foldName(other.name) == foldName(design.name)) {
+    if (sameName(other.name, design.name)) {
       throw Error(kObjectExists,
                   fmt::format("Table '{}' has an index '{}' already.", table.name, design.name));
     }

@@ -74,6 +74,14 @@ bool isCompressed(std::span<const std::uint8_t> bytes) {
   return bytes.size() >= 2 && bytes[0] == kCompressedMark[0] && bytes[1] == kCompressedMark[1];
 }
 
+bool isAscii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
+char lowerOfAscii(char c) {
+  return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 }  // namespace
 
 std::string utf8FromUtf16(std::span<const std::uint8_t> bytes) {
@@ -174,14 +182,20 @@ std::string decodeText(const Pager& pager, std::span<const std::uint8_t> bytes) 
              : decodeCodePageText(load16(&pager.header()[format.header.codePage]), bytes);
 }
 
+bool sameName(std::string_view a, std::string_view b) {
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (!isAscii(a[i]) || !isAscii(b[i])) return foldName(a) == foldName(b);
+    if (lowerOfAscii(a[i]) != lowerOfAscii(b[i])) return false;
+  }
+  return a.size() == b.size();
+}
+
 std::string foldName(std::string_view name) {
   std::string out;
-  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  // Nearly all names are ASCII, and names are looked up for every statement and row.
   if (std::ranges::all_of(name, isAscii)) {
-    // Nearly every name is, and names are looked up for every statement and row.
-    std::ranges::transform(name, std::back_inserter(out), [](char c) {
-      return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::ranges::transform(name, std::back_inserter(out), lowerOfAscii);
     return out;
   }
   icu::UnicodeString::fromUTF8({name.data(), static_cast<int>(name.size())})

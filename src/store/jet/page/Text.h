@@ -33,5 +33,7 @@ std::string decodeText(const Pager& pager, std::span<const std::uint8_t> bytes);
 
 /// The form of a name by which it is looked up: without regard to case.
 std::string foldName(std::string_view name);
+/// Whether two names have the same form.
+bool sameName(std::string_view a, std::string_view b);
 
 }  // namespace orv::store::jet

@@ -24,6 +24,8 @@ class Catalog {
   virtual std::optional<TableBinding> table(const std::string& name) = 0;
   /// The Access SQL text of a saved query.
   virtual std::optional<std::string> queryText(const std::string& name) = 0;
+  /// Whether there is a saved query of this name.
+  virtual bool isQuery(const std::string& name) = 0;
 };
 
 /// Names of the collations that are registered with SQLite: text in the order of the store's

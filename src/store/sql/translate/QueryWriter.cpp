@@ -70,9 +70,9 @@ std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const
   const Query query = Parser::parse(text);
   if (!picksRows(query)) return std::nullopt;
   const Select& select = query.selects.front();
+  if (catalog.isQuery(select.from.front().name)) return std::nullopt;
   Scope scope(writer.text_, nullptr);
   const std::string from = writer.writeSources(select, scope);
-  if (!scope.members().front().baseTable) return std::nullopt;
   ExpressionWriter expressions(writer.text_, scope, writer, select.items);
   const std::vector<Output> outputs = writer.writeItems(select, scope, expressions);
   RowTranslation result{.sql = "SELECT " + scope.members().front().sqlName + ".rowid" + from,

@@ -4,13 +4,8 @@
 #include <fmt/ranges.h>
 
 #include "store/StoreError.h"
-#include "store/jet/page/Text.h"
 
 namespace orv::store::sql {
-
-bool sameName(std::string_view a, std::string_view b) {
-  return jet::foldName(a) == jet::foldName(b);
-}
 
 std::string Scope::Found::sql() const {
   return fmt::format("{}.c{}", member->sqlName, column);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "store/Schema.h"
+#include "store/jet/page/Text.h"
 #include "store/sql/syntax/SqlText.h"
 #include "store/sql/syntax/Syntax.h"
 
@@ -54,7 +55,6 @@ class Scope {
   std::vector<Member> members_;
 };
 
-/// Whether two names are the same to the store.
-bool sameName(std::string_view a, std::string_view b);
+using jet::sameName;
 
 }  // namespace orv::store::sql
