@@ -4,9 +4,9 @@ namespace orv::cli {
 
 std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app) {
   std::vector<std::unique_ptr<Verb>> verbs;
-  for (const auto make :
-       {makeNewVerb, makeInfoVerb, makeListVerb, makeShowVerb, makeCopyVerb, makeExportVerb,
-        makeDeleteVerb, makeSqlVerb, makeTablesVerb, makeCheckVerb, makeCompletionVerb}) {
+  for (const auto make : {makeNewVerb, makeInfoVerb, makeListVerb, makeShowVerb, makeCopyVerb,
+                          makeExportVerb, makeDeleteVerb, makeSqlVerb, makeTablesVerb,
+                          makeCheckVerb, makeCompactVerb, makeCompletionVerb}) {
     verbs.push_back(make(app));
   }
   return verbs;
