@@ -1,11 +1,15 @@
-// The cost of a pane: writes generated panes of 420 wavelengths into a new ORV database, each
-// durable before the next, and tells what the first and the last hundred took.
+// How the cost of a pane grows with the panes that are there: fills an ORV database with generated
+// panes of 420 wavelengths up to each size, and measures there single panes, each commit durable.
 //
-// usage: copy_bench [PANES]     (1000 unless told otherwise)
+// usage: copy_bench PANES...     (ascending; 1000 unless told otherwise)
+//
+// Prints a line for each figure, separated by tabs: panes there, what was done, milliseconds a pane
+// (of the check: for all of them), and at last the size of the file a pane.
 
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -16,10 +20,12 @@
 
 #include "database/ORV_DatabaseInterface.h"
 #include "database/OrvSchema.h"
+#include "store/Check.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+namespace fs = std::filesystem;
 
 class NoQuestions : public orv::database::PaneQuestions {
  public:
@@ -52,39 +58,94 @@ std::shared_ptr<orv::GlazingData> makePane(int number) {
   return pane;
 }
 
-double milliseconds(Clock::duration time) {
-  return std::chrono::duration<double, std::milli>(time).count();
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
+
+void report(int panes, const char* what, double milliseconds) {
+  fmt::print("{}\t{}\t{:.3f}\n", panes, what, milliseconds);
+  std::fflush(stdout);
+}
+
+class GrowingDatabase {
+ public:
+  explicit GrowingDatabase(const fs::path& folder)
+      : path_((folder / "grown.mdb").string()),
+        copyPath_((folder / "copied.mdb").string()),
+        connection_(orv::database::CreateEmptyDatabase(path_)) {}
+
+  /// Adds panes, many in a commit, until there are so many.
+  void growTo(int panes) {
+    constexpr int kInACommit = 50;
+    while (count_ < panes) {
+      connection_->inOneCommit([&] {
+        for (int i = 0; i < kInACommit && count_ < panes; ++i) insert();
+      });
+    }
+  }
+
+  /// Measures each work on panes that lie evenly among those that were added since the last time.
+  void measure() {
+    const int panes = count_;
+    report(panes, "insert", perPane([&](int) { insert(); }));
+    report(panes, "look up", perPane([&](int number) { retrieve(number); }));
+    {
+      const auto copy = orv::database::CreateEmptyDatabase(copyPath_);
+      report(panes, "copy",
+             perPane([&](int number) { database_.InsertPane(*retrieve(number), *copy); }));
+    }
+    fs::remove(copyPath_);
+    report(panes, "delete",
+           perPane([&](int number) { database_.DeleteGlazing(number, *connection_); }));
+    const auto start = Clock::now();
+    orv::store::checkFile(path_, "");
+    report(panes, "check", millisecondsSince(start));
+    report(panes, "kilobytes", static_cast<double>(fs::file_size(path_)) / 1024 / panes);
+    formerCount_ = count_;
+  }
+
+ private:
+  static constexpr int kMeasured = 200;
+
+  void insert() {
+    ++count_;
+    database_.InsertPane(*makePane(count_), *connection_);
+  }
+  std::shared_ptr<orv::GlazingData> retrieve(int number) {
+    return database_.RetrievePaneORV_30(*connection_, number, "", "", 0, 0);
+  }
+
+  template <class Work>
+  double perPane(Work work) {
+    const int step = (count_ - formerCount_) / kMeasured;
+    const auto start = Clock::now();
+    for (int i = 0; i < kMeasured; ++i) work(formerCount_ + 1 + i * step);
+    return millisecondsSince(start) / kMeasured;
+  }
+
+  std::string path_;
+  std::string copyPath_;
+  NoQuestions questions_;
+  orv::database::ORV_DatabaseInterface database_{questions_};
+  std::shared_ptr<orv::store::Connection> connection_;
+  int count_ = 0;        ///< of panes ever inserted, which is the highest key
+  int formerCount_ = 0;  ///< at the last measuring
+};
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  const int panes = count > 1 ? std::atoi(arguments[1]) : 1000;
-  const std::string path =
-      (std::filesystem::temp_directory_path() / fmt::format("orv-copy-bench-{}.mdb", getpid()))
-          .string();
-  NoQuestions questions;
-  orv::database::ORV_DatabaseInterface database(questions);
-  auto connection = orv::database::CreateEmptyDatabase(path);
-  std::vector<double> times;
-  for (int i = 0; i < panes; ++i) {
-    const auto pane = makePane(i);
-    const auto start = Clock::now();
-    database.InsertPane(*pane, *connection);
-    times.push_back(milliseconds(Clock::now() - start));
-  }
-  auto mean = [&](std::size_t from, std::size_t to) {
-    double sum = 0;
-    for (std::size_t i = from; i < to; ++i) {
-      sum += times[i];
+  std::vector<int> sizes;
+  for (int i = 1; i < count; ++i) sizes.push_back(std::atoi(arguments[i]));
+  if (sizes.empty()) sizes.push_back(1000);
+  const fs::path folder = fs::temp_directory_path() / fmt::format("orv-copy-bench-{}", getpid());
+  fs::create_directories(folder);
+  {
+    GrowingDatabase database(folder);
+    for (const int size : sizes) {
+      database.growTo(size);
+      database.measure();
     }
-    return sum / static_cast<double>(to - from);
-  };
-  const std::size_t part = std::min<std::size_t>(100, times.size());
-  fmt::print("{} panes of 420 wavelengths, each durable: {:.2f} ms a pane\n", panes,
-             mean(0, times.size()));
-  fmt::print("first {}: {:.2f} ms a pane; last {}: {:.2f} ms a pane\n", part, mean(0, part), part,
-             mean(times.size() - part, times.size()));
-  connection.reset();
-  std::filesystem::remove(path);
+  }
+  fs::remove_all(folder);
 }

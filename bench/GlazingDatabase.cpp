@@ -81,7 +81,7 @@ void addTypes(store::Connection& database) {
 }  // namespace
 
 float sampleAt(int glazing, int place, int which) {
-  return static_cast<float>(0.3 + 0.25 * std::sin(0.01 * place + glazing + which));
+  return static_cast<float>(0.25 + 0.2 * std::sin(0.01 * place + glazing + which));
 }
 
 std::string fileNameOf(int glazing) {

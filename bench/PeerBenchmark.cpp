@@ -28,6 +28,7 @@ namespace fs = std::filesystem;
 
 constexpr int kRuns = 3;
 constexpr int kInserted = 1000;
+constexpr int kDeleted = 1000;
 
 double secondsOf(const std::function<void()>& action) {
   const auto start = std::chrono::steady_clock::now();
@@ -132,12 +133,27 @@ void compareReading(const std::string& mdb, int panes, SqliteFile& sqlite) {
 }
 
 template <class File>
-double insert(File& file) {
+double insert(File& file, int count = kInserted) {
   return secondsOf([&] {
-    for (int i = 0; i < kInserted; ++i) {
+    for (int i = 0; i < count; ++i) {
       file.addGlazing();
     }
   });
+}
+
+/// What `orv copy` and `orv delete` do, done by SQLite with a commit for each pane.
+void measureWholeWorks(const std::string& folder, int panes) {
+  SqliteFile peer(folder + "/inserted.sqlite", "WAL");
+  report("copy, whole process", "SQLite, WAL, insertion alone", insert(peer, panes),
+         std::int64_t{panes} * kWavelengths);
+  const int deleted = std::min(panes, kDeleted);
+  const double seconds = secondsOf([&] {
+    for (int pane = 1; pane <= deleted; ++pane) peer.deleteGlazing(pane);
+  });
+  report("delete, whole process", "SQLite, WAL, deletion alone", seconds,
+         std::int64_t{deleted} * kWavelengths);
+  report("compact, whole process", "SQLite, VACUUM alone", secondsOf([&] { peer.run("VACUUM"); }),
+         std::int64_t{panes - deleted} * kWavelengths);
 }
 
 void compareInsertion(const std::string& folder) {
@@ -168,6 +184,7 @@ int main(int count, char** arguments) {
   sqlite.addGlazings(panes);
   compareReading(mdb, panes, sqlite);
   compareInsertion(folder);
+  measureWholeWorks(folder, panes);
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   fmt::print("file size\tthis store\t{}\t\n", fs::file_size(mdb));

@@ -46,6 +46,8 @@ SqliteFile::SqliteFile(const std::string& path, const std::string& journal) {
       "INSERT INTO GlazingProperties VALUES(?, ?, ?, ?, 'Maker', 1, 'N/A', '#', 4.0, 1.0, 0.84,"
       " 0.84, 0.8, 0.9)");
   addSample_ = prepare("INSERT INTO SpectralData VALUES(?, ?, ?, ?, ?)");
+  deleteProperties_ = prepare("DELETE FROM GlazingProperties WHERE GlazingID = ?");
+  deleteCurve_ = prepare("DELETE FROM SpectralData WHERE GlazingID = ?");
 }
 
 void SqliteFile::run(const std::string& sql) {
@@ -90,6 +92,18 @@ void SqliteFile::insertGlazing() {
 void SqliteFile::addGlazing() {
   run("BEGIN");
   insertGlazing();
+  run("COMMIT");
+}
+
+void SqliteFile::deleteGlazing(int glazing) {
+  run("BEGIN");
+  for (sqlite3_stmt* statement : {deleteProperties_.get(), deleteCurve_.get()}) {
+    sqlite3_bind_int(statement, 1, glazing);
+    if (sqlite3_step(statement) != SQLITE_DONE) {
+      throw std::runtime_error(sqlite3_errmsg(db_.get()));
+    }
+    sqlite3_reset(statement);
+  }
   run("COMMIT");
 }
 

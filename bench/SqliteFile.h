@@ -17,6 +17,8 @@ class SqliteFile {
   /// Adds one glazing and its curve in one commit.
   void addGlazing();
   void addGlazings(int count);
+  /// Deletes one glazing and its curve in one commit.
+  void deleteGlazing(int glazing);
   /// Reads all spectral rows; returns a sum of what they hold.
   double scan();
   /// Reads the curves of all glazings, one after another by key.
@@ -37,6 +39,8 @@ class SqliteFile {
   std::unique_ptr<sqlite3, Closer> db_;
   Statement addProperties_;
   Statement addSample_;
+  Statement deleteProperties_;
+  Statement deleteCurve_;
   int count_ = 0;  ///< of glazings
 };
 

@@ -8,6 +8,7 @@
 
 #include "cli/Failure.h"
 #include "commands/RecordList.h"
+#include "commands/RecordReader.h"
 
 namespace orv::cli {
 
@@ -32,6 +33,14 @@ std::string nameOf(RecordKind kind) {
 }
 
 }  // namespace
+
+const std::map<std::string, optics::Standard> kStandards = [] {
+  std::map<std::string, optics::Standard> standards;
+  for (const auto& [standard, word, name] : optics::kStandardNames) {
+    standards.emplace(word, standard);
+  }
+  return standards;
+}();
 
 void addFormat(CLI::App& command, Format& format) {
   command.add_option("--format", format, "Form of the result: table (default), tsv, csv or json")
@@ -83,8 +92,10 @@ std::shared_ptr<store::Connection> openDatabase(const std::string& path,
 void SourceArgument::addSource(CLI::App& command) {
   addPassword(command);
   command
-      .add_option("SOURCE", path_,
-                  "A database (ORV, IGDB or Optics5), a text file, or a folder of text files")
+      .add_option(
+          "SOURCE", path_,
+          "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), or a "
+          "folder of such files")
       ->required()
       ->type_name("");
 }
@@ -169,6 +180,11 @@ sources::RecordSelection SourceArgument::select(const Node& node,
     selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), chosen[i]);
   }
   return selection;
+}
+
+store::Value identifierValue(const sources::datasource& node, const std::string& identifier) {
+  const bool isNumber = node.ADOConnection() && node.DataType() != sources::DataType::optics5Panes;
+  return isNumber ? store::Value(commands::recordNumber(identifier)) : store::Value(identifier);
 }
 
 void tellNotKept(const commands::Notes& notes, const char* destination) {

@@ -16,6 +16,7 @@
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
 #include "model/Text.h"
+#include "optics/Standard.h"
 #include "sources/RecordSelection.h"
 #include "store/StoreError.h"
 
@@ -38,6 +39,8 @@ CLI::Validator oneOf(const std::map<std::string, T>& words) {
       },
       "");
 }
+
+extern const std::map<std::string, optics::Standard> kStandards;
 
 void addFormat(CLI::App& command, Format& format);
 /// Declares --quiet, for the verbs that end with a summary.
@@ -138,6 +141,10 @@ class SourceArgument {
   PasswordArgument password_;
   std::vector<std::string> where_;
 };
+
+/// An identifier of a record as a value: of ORV databases they are numbers, of text files and of
+/// the IGDB texts.
+store::Value identifierValue(const sources::datasource& node, const std::string& identifier);
 
 /// Says on standard error what the records hold and `destination` has no place for.
 void tellNotKept(const commands::Notes& notes, const char* destination);

@@ -22,13 +22,14 @@ class CopyVerb : public Verb {
       : Verb(app, "copy", "Copy records into an ORV database of version 3.0.0",
              "  orv copy measured-panes/ orvdata.mdb --group Demo\n"
              "  orv copy clear.txt lowe.txt orvdata.mdb --group Demo\n"
+             "  orv copy catalogue.json orvdata.mdb catalogue.json#/3 --group Demo\n"
              "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
              "  orv copy old.mdb orvdata.mdb --set frames --group Old\n") {
     command()
         .add_option(
             "SOURCE DB [ID]", arguments_,
-            "A database, a folder, or one or several text files; the database to copy into; "
-            "and identifiers of records, all when none is given")
+            "A database, a folder, or one or several text files or files of products (.json); the "
+            "database to copy into; and identifiers of records, all when none is given")
         ->required()
         ->expected(2, -1)
         ->type_name("");
@@ -55,6 +56,17 @@ class CopyVerb : public Verb {
         .add_flag("--skip-existing", skipExisting_,
                   "Pass over records of the same name and group, which is no failure")
         ->excludes(replace);
+    auto* standard =
+        command()
+            .add_option("--standard", standard_,
+                        "By which integrated values are computed where the source has none: "
+                        "nfrc300, en410 (default) or iso9050")
+            ->transform(oneOf(kStandards))
+            ->type_name("NAME");
+    command()
+        .add_flag("--no-integrate", doesNotIntegrate_,
+                  "Store the integrated values as the source has them, 0 where it has none")
+        ->excludes(standard);
   }
 
   ExitCode run(Console& console) override {
@@ -141,7 +153,7 @@ class CopyVerb : public Verb {
                              const std::vector<std::string>& identifiers) const {
     requireGroup(*node);
     const auto result = commands::pasteRecords(console.session, source_.select(node, identifiers),
-                                               destination, ifThere());
+                                               destination, options());
     if (!result.refused && !answers_.quiet) tell(result);
     return result;
   }
@@ -164,6 +176,12 @@ class CopyVerb : public Verb {
     tellNotKept(result.notKept, "an ORV database");
   }
 
+  commands::PasteOptions options() const {
+    commands::PasteOptions options{.ifThere = ifThere(), .integrateBy = standard_};
+    if (doesNotIntegrate_) options.integrateBy.reset();
+    return options;
+  }
+
   std::optional<commands::IfThere> ifThere() const {
     if (replace_) return commands::IfThere::replace;
     if (skipExisting_) return commands::IfThere::skip;
@@ -184,6 +202,8 @@ class CopyVerb : public Verb {
   std::optional<SubstratePolicy> substrate_;
   bool replace_ = false;
   bool skipExisting_ = false;
+  optics::Standard standard_ = optics::kUsualStandard;
+  bool doesNotIntegrate_ = false;
 };
 
 }  // namespace

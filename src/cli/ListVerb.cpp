@@ -9,11 +9,6 @@ namespace orv::cli {
 
 namespace {
 
-/// The identifiers of ORV databases are numbers, those of text files and of the IGDB texts.
-bool hasNumbers(const sources::datasource& node) {
-  return node.ADOConnection() && node.DataType() != sources::DataType::optics5Panes;
-}
-
 class ListVerb : public Verb {
  public:
   explicit ListVerb(CLI::App& app)
@@ -48,10 +43,8 @@ class ListVerb : public Verb {
     const auto writer =
         makeRowWriter(format_, {"id", "name", "product", "group", "supplier"}, std::cout);
     for (const auto& entry : commands::listRecords(console.session, node)) {
-      const store::Value identifier = hasNumbers(*node)
-                                          ? store::Value(commands::recordNumber(entry.identifier))
-                                          : store::Value(entry.identifier);
-      writer->row({identifier, entry.name, entry.product, entry.group, entry.supplier});
+      writer->row({identifierValue(*node, entry.identifier), entry.name, entry.product, entry.group,
+                   entry.supplier});
       if (entry.failure.empty()) continue;
       std::cerr << "orv: " << entry.identifier << " cannot be read: " << entry.failure << '\n';
       exit = kRecordsFailed;

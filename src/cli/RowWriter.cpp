@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "cli/CellText.h"
+#include "cli/ValueText.h"
+#include "commands/CsvText.h"
 #include "model/ShownText.h"
 
 namespace orv::cli {
@@ -11,8 +12,12 @@ namespace {
 
 /// Longer bytes are not spelled out in a table.
 constexpr std::size_t kLongestBytes = 16;
+/// So many rows tell how wide the columns of a table are: neither the first row waits for the last
+/// one, nor does memory grow with the rows.
+constexpr std::size_t kMeasuredRows = 1000;
 
-/// Keeps the rows until it knows how wide the columns are.
+/// Keeps the first rows until it knows how wide the columns are. A later cell that is wider moves
+/// the rest of its line.
 class TableWriter : public RowWriter {
  public:
   TableWriter(std::vector<std::string> columns, std::ostream& out)
@@ -27,23 +32,32 @@ class TableWriter : public RowWriter {
   }
 
   void row(const std::vector<store::Value>& values) override {
-    std::vector<std::string>& cells = rows_.emplace_back();
+    std::vector<std::string> cells;
+    for (const store::Value& value : values) cells.push_back(textOf(value));
+    if (isMeasured_) return write(cells);
     for (std::size_t i = 0; i < values.size(); ++i) {
-      cells.push_back(textOf(values[i]));
-      widths_[i] = std::max(widths_[i], characterCount(cells.back()));
+      widths_[i] = std::max(widths_[i], characterCount(cells[i]));
       holdsNumbers_[i] = holdsNumbers_[i] && (values[i].isNull() || isNumber(values[i]));
     }
+    measured_.push_back(std::move(cells));
+    if (measured_.size() == kMeasuredRows) writeMeasured();
   }
 
   void end() override {
+    if (!isMeasured_) writeMeasured();
+  }
+
+ private:
+  void writeMeasured() {
     std::vector<std::string> line;
     for (const std::size_t width : widths_) line.emplace_back(width, '-');
     write(columns_);
     write(line);
-    for (const auto& cells : rows_) write(cells);
+    for (const auto& cells : measured_) write(cells);
+    measured_ = {};
+    isMeasured_ = true;
   }
 
- private:
   /// One line, whatever the value holds.
   static std::string textOf(const store::Value& value) {
     const auto* bytes = value.getIf<store::Bytes>();
@@ -59,7 +73,7 @@ class TableWriter : public RowWriter {
   void write(const std::vector<std::string>& cells) {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      const std::string padding(widths_[i] - characterCount(cells[i]), ' ');
+      const std::string padding(widths_[i] - std::min(widths_[i], characterCount(cells[i])), ' ');
       if (i > 0) line += "  ";
       line += holdsNumbers_[i] ? padding + cells[i] : cells[i] + padding;
     }
@@ -71,7 +85,8 @@ class TableWriter : public RowWriter {
   std::ostream& out_;
   std::vector<std::size_t> widths_;
   std::vector<bool> holdsNumbers_;
-  std::vector<std::vector<std::string>> rows_;
+  std::vector<std::vector<std::string>> measured_;
+  bool isMeasured_ = false;
 };
 
 std::string escapedForTsv(const std::string& text) {
@@ -95,13 +110,6 @@ std::string escapedForTsv(const std::string& text) {
     }
   }
   return result;
-}
-
-std::string quotedForCsv(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string result = "\"";
-  for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);
-  return result + '"';
 }
 
 /// A line a row, with a character between the cells.
@@ -163,7 +171,7 @@ std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string>
     case Format::tsv:
       return std::make_unique<SeparatedWriter>(columns, '\t', escapedForTsv, out);
     case Format::csv:
-      return std::make_unique<SeparatedWriter>(columns, ',', quotedForCsv, out);
+      return std::make_unique<SeparatedWriter>(columns, ',', commands::csvCell, out);
     case Format::json:
       return std::make_unique<JsonWriter>(columns, out);
     default:

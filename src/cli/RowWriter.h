@@ -20,12 +20,12 @@ class RowWriter {
   virtual void end() = 0;
 };
 
-/// `table`: columns lined up under their names, numbers to the right, long bytes by their count,
-/// texts as orv::shown() has them.
-/// `tsv`: a line of names, then a line a row; tabs, line breaks and backslashes in values become
-/// \t, \n, \r and \\. `csv`: the same with commas; a value with a comma, a quotation mark or a line
-/// break stands between quotation marks, those within it doubled. `json`: an array of objects.
-/// Bytes are hexadecimal after "0x", dates "2024-12-31 23:59:59".
+/// `table`: columns lined up under their names as the first thousand rows need it, numbers to the
+/// right, long bytes by their count, texts as orv::shown() has them. `tsv`: a line of names, then a
+/// line a row; tabs, line breaks and backslashes in values become \t, \n, \r and \\. `csv`: the
+/// same with commas; a value with a comma, a quotation mark or a line break stands between
+/// quotation marks, those within it doubled. `json`: an array of objects. Bytes are hexadecimal
+/// after "0x", dates "2024-12-31 23:59:59".
 std::unique_ptr<RowWriter> makeRowWriter(Format format, std::vector<std::string> columns,
                                          std::ostream& out);
 

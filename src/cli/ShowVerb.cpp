@@ -71,6 +71,9 @@ class ShowVerb : public Verb {
     const auto pane =
         reader.pane(identifier_, angle, chooseDirection(reader.directions(identifier_, angle)));
     reader.tellGroup(identifier_, *pane);
+    for (const std::string& remark : reader.remarks(identifier_, angle)) {
+      std::cerr << "orv: " << remark << '\n';
+    }
     spectrum_ ? writeSpectrum(*pane) : writeFields(commands::paneDetails(*pane));
   }
 
@@ -138,7 +141,7 @@ class ShowVerb : public Verb {
   }
 
   void writeSpectrum(const ShadingDataClass& shading) const {
-    const auto columns = database::shadingSpectralColumns();
+    const auto& columns = kShadingSpectralColumns;
     std::vector<std::string> names;
     for (const auto& column : columns) names.emplace_back(column.name);
     names.front() += " (nm)";

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "database/PaneDetails.h"
+#include "model/IntegratedColumns.h"
 #include "model/Text.h"
 
 namespace orv::commands {
@@ -77,8 +77,7 @@ std::vector<std::string> lossesOf(const ShadingDataClass& shading) {
 
 std::vector<std::string> exportLossesOf(GlazingData& pane) {
   Losses losses;
-  losses.add("integrated values",
-             database::hasIntegratedData(pane) && !lacksIntegratedValues(pane));
+  losses.add("integrated values", hasIntegratedData(pane) && !lacksIntegratedValues(pane));
   losses.add("curve of the substrate",
              pane.HasSubstrate() && pane.SubstrateReference()->SpectralData());
   losses.add("laminate", !pane.LaminateFilename().empty() || !pane.LaminateMaterial().empty());
@@ -87,14 +86,6 @@ std::vector<std::string> exportLossesOf(GlazingData& pane) {
   losses.add("braces of the description", withoutBraces(pane.description()) != pane.description());
   pane.description(withoutBraces(pane.description()));
   return losses.take();
-}
-
-bool lacksIntegratedValues(const GlazingData& pane) {
-  const float values[] = {pane.Precalc_Rfsol(), pane.Precalc_RbSol(), pane.Precalc_Tfsol(),
-                          pane.Precalc_Tbsol(), pane.Precalc_Rfvis(), pane.Precalc_Rbvis(),
-                          pane.Precalc_Tfvis(), pane.Precalc_Tbvis(), pane.Precalc_Rfuv(),
-                          pane.Precalc_Rbuv(),  pane.Precalc_Tfuv(),  pane.Precalc_Tbuv()};
-  return std::ranges::all_of(values, [](float value) { return value == 0; });
 }
 
 }  // namespace orv::commands

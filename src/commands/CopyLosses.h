@@ -19,8 +19,4 @@ std::vector<std::string> lossesOf(const ShadingDataClass& shading);
 /// turned into parentheses.
 std::vector<std::string> exportLossesOf(GlazingData& pane);
 
-/// Whether all integrated values that a database holds of a pane are 0, as they are where the
-/// source has none.
-bool lacksIntegratedValues(const GlazingData& pane);
-
 }  // namespace orv::commands

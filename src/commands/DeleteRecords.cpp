@@ -11,11 +11,6 @@ namespace DataType = sources::DataType;
 
 namespace {
 
-bool allowsDeletion(const std::shared_ptr<sources::datasource>& node) {
-  const auto database = node ? node->Parent() : nullptr;
-  return database && database->DataType() == DataType::orvDatabase3;
-}
-
 bool confirmed(UserInterface& ui) {
   return ui.ask({"Are you sure you want to remove these records? This action cannot be undone.",
                  kApplicationTitle, Buttons::yesNoCancel, Answer::no}) == Answer::yes;
@@ -66,7 +61,7 @@ DeletionResult deleteRecords(Session& session, const sources::RecordSelection& c
                              const std::shared_ptr<sources::datasource>& shown) {
   DeletionResult result;
   if (!current.HasRecords()) return result;
-  if (!allowsDeletion(shown)) {
+  if (!shown || !shown->isInVersion3()) {
     session.ui.message(MessageKind::critical,
                        "This datasource does not allow deleting any records.", kProductName);
     result.refused = true;

@@ -3,12 +3,12 @@
 #include <filesystem>
 
 #include "commands/CopyLosses.h"
-#include "commands/ErrorText.h"
+#include "commands/ExportWork.h"
 #include "commands/FileCompletion.h"
 #include "commands/FileNames.h"
-#include "commands/LongWork.h"
-#include "commands/RecordKind.h"
-#include "commands/RecordReader.h"
+#include "commands/SpectraCsv.h"
+#include "productfile/ProductWriter.h"
+#include "textfile/TextFile.h"
 
 namespace orv::commands {
 
@@ -30,48 +30,55 @@ class Export {
   Export(Session& session, const sources::RecordSelection& records, const ExportOptions& options)
       : session_(session),
         reader_(session, records.DataSourcePtr()),
+        form_(options.form),
         folder_(prepared(options.folder)),
         names_(folder_, options.overwrite) {}
 
   ExportResult run(const sources::RecordSelection& records, RecordKind kind) {
-    LongWork work(session_.ui, "Exporting records...");
-    work.expect(records.RecordsCount());
-    for (std::int32_t i = 1; i <= records.RecordsCount() && !result_.cancelled; ++i) {
-      const std::string& identifier = records.SelectedRecordID(i);
-      session_.ui.status("Exporting " + identifier + "...");
-      writeRecord(identifier, kind);
-      work.stepDone();
-      result_.cancelled = session_.ui.cancelled();
-    }
+    exportEach(session_, records, result_, [&](const std::string& identifier) {
+      kind == RecordKind::panes ? writePane(identifier) : writeShading(identifier);
+    });
     return result_;
   }
 
  private:
-  void writeRecord(const std::string& identifier, RecordKind kind) {
-    try {
-      kind == RecordKind::panes ? writePane(identifier) : writeShading(identifier);
-    } catch (const std::exception& error) {
-      ++result_.failed;
-      session_.ui.message(MessageKind::recordFailure,
-                          "The record " + identifier + " could not be exported: " + describe(error),
-                          kProductName);
+  void writePane(const std::string& identifier) {
+    const auto angles = requireAngles(reader_, identifier);
+    for (const std::int16_t angle : angles) {
+      const auto pane = reader_.pane(identifier, angle);
+      const auto angleInName = angles.size() > 1 ? std::optional(angle) : std::nullopt;
+      switch (form_) {
+        case ExportForm::text:
+          writeText(*pane, angleInName);
+          break;
+        case ExportForm::json:
+          reader_.tellGroup(identifier, *pane);
+          write(*pane, angleInName, ".json",
+                productfile::formatProducts({productfile::productOf(*pane)}));
+          break;
+        case ExportForm::csv:
+          write(*pane, angleInName, ".csv", spectraCsv({{"", pane->SpectralData()}}));
+          break;
+      }
     }
   }
 
-  void writePane(const std::string& identifier) {
-    const auto angles = reader_.angles(identifier);
-    if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
-    for (const std::int16_t angle : angles) {
-      const auto pane = reader_.pane(identifier, angle);
-      const auto losses = exportLossesOf(*pane);
-      const auto filled = completeForFile(*pane);
-      const std::string name = names_.nameForPane(
-          pane->filename(), angles.size() > 1 ? std::optional(angle) : std::nullopt);
-      session_.textFiles.WriteSpectralFile(folder_, name, *pane, PaneEntries::all);
-      result_.files.push_back(name);
-      for (const std::string& each : filled) result_.filled.add(each, name);
-      for (const std::string& each : losses) result_.notKept.add(each, name);
-    }
+  void writeText(GlazingData& pane, std::optional<std::int16_t> angle) {
+    const std::string record = pane.filename();
+    const auto losses = exportLossesOf(pane);
+    const auto filled = completeForFile(pane);
+    const std::string name = names_.nameForPane(record, angle);
+    session_.textFiles.WriteSpectralFile(folder_, name, pane, PaneEntries::all);
+    result_.files.push_back(name);
+    for (const std::string& each : filled) result_.filled.add(each, name);
+    for (const std::string& each : losses) result_.notKept.add(each, name);
+  }
+
+  void write(const GlazingData& pane, std::optional<std::int16_t> angle,
+             const std::string& extension, const std::string& text) {
+    const std::string name = names_.nameForPane(pane.filename(), angle, extension);
+    textfile::writeText(folder_ + name, text);
+    result_.files.push_back(name);
   }
 
   void writeShading(const std::string& identifier) {
@@ -83,6 +90,7 @@ class Export {
 
   Session& session_;
   RecordReader reader_;
+  ExportForm form_;
   std::string folder_;
   FileNames names_;
   ExportResult result_;
@@ -90,13 +98,27 @@ class Export {
 
 }  // namespace
 
-ExportResult exportRecords(Session& session, const sources::RecordSelection& records,
-                           const ExportOptions& options) {
+RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form) {
   const auto kind = recordKind(*records.DataSourcePtr());
   if (!kind || kind == RecordKind::frames) {
     throw Error(kInvalidCall, "Only panes and shadings can be written as text files.");
   }
-  return Export(session, records, options).run(records, *kind);
+  if (kind == RecordKind::shadings && form != ExportForm::text) {
+    throw Error(kInvalidCall, "Shadings can be written as text files only.");
+  }
+  return *kind;
+}
+
+std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier) {
+  auto angles = reader.angles(identifier);
+  if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
+  return angles;
+}
+
+ExportResult exportRecords(Session& session, const sources::RecordSelection& records,
+                           const ExportOptions& options) {
+  const RecordKind kind = requireExportable(records, options.form);
+  return Export(session, records, options).run(records, kind);
 }
 
 }  // namespace orv::commands

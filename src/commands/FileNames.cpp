@@ -35,12 +35,13 @@ std::string extensionOf(const std::string& name) {
 
 }  // namespace
 
-std::string FileNames::nameForPane(const std::string& pane, std::optional<std::int16_t> angle) {
+std::string FileNames::nameForPane(const std::string& pane, std::optional<std::int16_t> angle,
+                                   const std::string& extension) {
   const std::string name = portable(pane);
-  const std::string extension = extensionOf(name);
-  std::string stem = name.substr(0, name.size() - extension.size());
+  const std::string own = extensionOf(name);
+  std::string stem = name.substr(0, name.size() - own.size());
   if (angle) stem += "_" + std::to_string(*angle) + "deg";
-  return freeName(stem, extension.empty() ? ".txt" : extension);
+  return freeName(stem, !extension.empty() ? extension : own.empty() ? ".txt" : own);
 }
 
 std::string FileNames::nameForShading(const std::string& shading) {

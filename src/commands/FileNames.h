@@ -17,8 +17,10 @@ class FileNames {
       : folder_(std::move(folder)), overwrite_(overwrite) {}
 
   /// The name for a pane, with an angle in degrees where it has several: the pane's own, with
-  /// ".txt" where that has no extension. Characters that file systems do not take become "_".
-  std::string nameForPane(const std::string& pane, std::optional<std::int16_t> angle);
+  /// ".txt" where that has no extension; or with `extension` in place of its own. Characters that
+  /// file systems do not take become "_".
+  std::string nameForPane(const std::string& pane, std::optional<std::int16_t> angle,
+                          const std::string& extension = {});
 
   /// The name for a shading, which is called as its file without the extension: always ".txt".
   std::string nameForShading(const std::string& shading);

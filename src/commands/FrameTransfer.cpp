@@ -48,7 +48,7 @@ Outcome copyFrame(TransferWork& work, const std::string& identifier, bool replac
 void transferFrames(TransferWork& work) {
   work.progress().expect(work.records().RecordsCount());
   work.forEachRecord([&](const std::string& identifier) {
-    return copyFrame(work, identifier, work.ifThere() == IfThere::replace);
+    return copyFrame(work, identifier, work.options().ifThere == IfThere::replace);
   });
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "errors/Error.h"
+#include "productfile/ProductFile.h"
 #include "sources/DataSources.h"
 #include "textfile/TextFile.h"
 
@@ -12,9 +13,21 @@ namespace DataType = sources::DataType;
 
 namespace {
 
-std::string fileText(const sources::datasource& node) {
+/// A product in lines, however its file has it; a file that holds none as it stands.
+std::string productText(const std::filesystem::path& folder, const std::string& identifier) {
+  const auto name = productfile::ProductName::of(identifier);
   try {
-    return textfile::readText(std::filesystem::path(node.Folder()) / node.filename());
+    return productfile::ProductFile::read(folder / name.file).text(name.pointer);
+  } catch (const Error&) {
+    return textfile::readText(folder / name.file);
+  }
+}
+
+std::string fileText(const sources::datasource& node) {
+  const std::filesystem::path folder(node.Folder());
+  try {
+    return productfile::isProduct(node.filename()) ? productText(folder, node.filename())
+                                                   : textfile::readText(folder / node.filename());
   } catch (const Error&) {
     return "This file could not be read.";
   }

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "commands/CopyLosses.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::commands {
 
@@ -26,6 +27,14 @@ void noteDirections(TransferWork& work, const std::string& identifier, const Gla
                    "copied",
                    fmt::join(directions, ", "), pane.ORV_Angle(), pane.ORV_Direction()),
        pane);
+}
+
+void noteZeros(TransferWork& work, const GlazingData& pane) {
+  const auto add = [&](const char* what) { work.result().zeros.add(what, pane.filename()); };
+  if (lacksIntegratedValues(pane)) return add("integrated values");
+  if (lacksIntegratedValues(pane, Band::solar)) add("solar values");
+  if (lacksIntegratedValues(pane, Band::visible)) add("visible values");
+  if (lacksIntegratedValues(pane, Band::ultraviolet)) add("ultraviolet values");
 }
 
 /// What is measured badly, or not what it is said to be, but can be stored.
@@ -56,9 +65,7 @@ void notePane(TransferWork& work, const std::string& identifier, const GlazingDa
   for (const auto& names : {lossesOf(pane), work.reader().unreadColumns(identifier, pane)}) {
     for (const std::string& name : names) work.result().notKept.add(name, pane.filename());
   }
-  if (lacksIntegratedValues(pane)) {
-    work.result().zeros.add("integrated values", pane.filename());
-  }
+  noteZeros(work, pane);
   if (pane.ORV_Emissivity_front() == 0 && pane.ORV_Emissivity_back() == 0) {
     work.result().zeros.add("emissivities", pane.filename());
   }
@@ -71,6 +78,9 @@ void notePane(TransferWork& work, const std::string& identifier, const GlazingDa
          "version 2.0.1 does not tell spectra of several angles apart: each angle has all rows of "
          "the pane",
          pane);
+  }
+  for (const std::string& remark : work.reader().remarks(identifier, pane.ORV_Angle())) {
+    note(work, remark, pane);
   }
   noteDirections(work, identifier, pane);
   noteDoubts(work, pane);

@@ -8,7 +8,8 @@
 #include "commands/PaneNotes.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
-#include "database/PaneDetails.h"
+#include "model/IntegratedColumns.h"
+#include "optics/Integrator.h"
 
 namespace orv::commands {
 
@@ -22,16 +23,31 @@ using PanePtr = std::shared_ptr<GlazingData>;
 /// The copying of panes, angle by angle.
 class PaneTransfer {
  public:
-  explicit PaneTransfer(TransferWork& work) : work_(work) {}
+  explicit PaneTransfer(TransferWork& work) : work_(work) {
+    if (const auto standard = work.options().integrateBy) integrator_.emplace(*standard);
+  }
 
   void run() {
     countWork();
     std::size_t record = 0;
-    work_.forEachRecord(
-        [&](const std::string& identifier) { return copyPane(identifier, angles_[record++]); });
+    work_.forEachRecord([&](const std::string& identifier) {
+      isIntegrated_ = false;
+      const Outcome outcome = copyPane(identifier, angles_[record++]);
+      if (isIntegrated_ && wasWritten(outcome)) countIntegrated();
+      return outcome;
+    });
   }
 
  private:
+  static bool wasWritten(Outcome outcome) {
+    return outcome == Outcome::copied || outcome == Outcome::replaced || outcome == Outcome::partly;
+  }
+
+  void countIntegrated() {
+    ++work_.result().integrated;
+    work_.result().standard = optics::nameOf(integrator_->standard()).name;
+  }
+
   /// An error here ends the command.
   void countWork() {
     const auto& records = work_.records();
@@ -43,7 +59,8 @@ class PaneTransfer {
 
   Angles anglesOf(const std::string& identifier) {
     try {
-      return work_.reader().angles(identifier);
+      const Angles angles = work_.reader().angles(identifier);
+      return angles.empty() && integrator_ ? work_.reader().spectralAngles(identifier) : angles;
     } catch (const Error& error) {
       throw Error(error.number(), fmt::format("The angles of the record {} cannot be read: {} "
                                               "Nothing was copied.",
@@ -55,7 +72,7 @@ class PaneTransfer {
   /// to find.
   Outcome copyPane(const std::string& identifier, const Angles& angles) {
     if (angles.empty()) return tellWithoutData(identifier);
-    if (work_.ifThere() == IfThere::replace) return replacePane(identifier, angles);
+    if (work_.options().ifThere == IfThere::replace) return replacePane(identifier, angles);
     std::map<Outcome, std::size_t> outcomes;
     for (const std::int16_t angle : angles) {
       if (work_.result().cancelled) break;
@@ -148,8 +165,9 @@ class PaneTransfer {
     pane->group(*group);
     work_.status("Writing " + pane->filename() + " angle = " + degrees);
     requireUsableNames(*pane);
+    fillIntegratedValues(*pane);
     requireNoMarker(*pane);
-    readReferences(pane);
+    readReferences(identifier, pane);
     return true;
   }
 
@@ -171,10 +189,19 @@ class PaneTransfer {
                     : pane.filename();
   }
 
+  /// What the source does not give follows from the spectrum, as far as that reaches.
+  void fillIntegratedValues(GlazingData& pane) {
+    if (!integrator_) return;
+    const bool isOfDatabase = work_.records().DataSourcePtr()->ADOConnection() != nullptr;
+    const bool hasOwn = isOfDatabase ? hasIntegratedData(pane) : !lacksIntegratedValues(pane);
+    if (hasOwn) return;
+    if (optics::store(integrator_->integrate(pane), pane) > 0) isIntegrated_ = true;
+  }
+
   /// In a database this value says that there are no integrated data, so that the pane could be
   /// copied to the same angle again and again.
   static void requireNoMarker(const GlazingData& pane) {
-    if (database::hasIntegratedData(pane)) return;
+    if (hasIntegratedData(pane)) return;
     throw Error(
         kInvalidCall,
         fmt::format("The solar reflectance at {} degrees is -1, which stands for integrated "
@@ -184,9 +211,9 @@ class PaneTransfer {
   }
 
   /// A pane whose substrate or layers are not found is copied all the same.
-  void readReferences(const std::shared_ptr<GlazingData>& pane) {
+  void readReferences(const std::string& identifier, const PanePtr& pane) {
     try {
-      work_.reader().readReferences(pane);
+      work_.reader().readReferences(identifier, pane);
     } catch (const Error& error) {
       tell("copied without the files that it names: " + describe(error), *pane);
     }
@@ -219,6 +246,8 @@ class PaneTransfer {
 
   TransferWork& work_;
   std::vector<Angles> angles_;
+  std::optional<optics::Integrator> integrator_;
+  bool isIntegrated_ = false;  ///< whether values of the record under way were computed
 };
 
 }  // namespace

@@ -22,16 +22,11 @@ Node resolveDestination(const Node& current, const Node& source) {
   return recordSet ? recordSet : current;
 }
 
-bool accepts(const Node& destination) {
-  const Node database = destination ? destination->Parent() : nullptr;
-  return database && database->DataType() == DataType::orvDatabase3;
-}
-
 /// Why records of `source` cannot be copied to `destination`; empty when they can.
 std::string refusal(const Node& destination, const Node& source) {
   const std::string refused = "Data cannot be copied to this destination. ";
   if (destination == source) return refused + "Source and destination are the same.";
-  if (!accepts(destination)) {
+  if (!destination || !destination->isInVersion3()) {
     return refused + "Data can only be copied to a ORV database version 3 or higher.";
   }
   return {};
@@ -48,6 +43,8 @@ void PasteResult::add(const PasteResult& other) {
   partly += other.partly;
   failed += other.failed;
   withoutData += other.withoutData;
+  integrated += other.integrated;
+  if (!other.standard.empty()) standard = other.standard;
 }
 
 std::string PasteResult::summary() const {
@@ -57,11 +54,14 @@ std::string PasteResult::summary() const {
   if (partly > 0) text += fmt::format(", {} in part", partly);
   if (failed > 0) text += fmt::format(", {} failed", failed);
   if (withoutData > 0) text += fmt::format(", {} without data at any angle", withoutData);
-  return text + (cancelled ? ", then cancelled." : ".");
+  text += cancelled ? ", then cancelled." : ".";
+  if (integrated == 0) return text;
+  return text + fmt::format(" Integrated values of {} pane{} computed by {}.", integrated,
+                            integrated == 1 ? "" : "s", standard);
 }
 
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,
-                         const Node& current, std::optional<IfThere> ifThere) {
+                         const Node& current, const PasteOptions& options) {
   if (!pending.HasRecords()) return {};
   const Node source = pending.DataSourcePtr();
   const Node destination = resolveDestination(current, source);
@@ -70,7 +70,7 @@ PasteResult pasteRecords(Session& session, const sources::RecordSelection& pendi
     return {.refused = true};
   }
   if (!mayBeChanged(*destination->ADOConnection(), session.ui)) return {.refused = true};
-  TransferWork work(session, pending, *destination, ifThere);
+  TransferWork work(session, pending, *destination, options);
   const std::string& kind = destination->RecordSetName();
   kind == "Pane"    ? transferPanes(work)
   : kind == "Frame" ? transferFrames(work)

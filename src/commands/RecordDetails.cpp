@@ -7,6 +7,7 @@
 #include <span>
 
 #include "commands/NumberText.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::commands {
 
@@ -189,22 +190,13 @@ void addRareIntegrated(Fields& fields, const GlazingData& pane) {
 
 void addIntegrated(Fields& fields, const GlazingData& pane) {
   fields.begin("Integrated values");
-  if (pane.Precalc_Rfsol() < 0) {
+  if (!hasIntegratedData(pane)) {
     fields.addText("integrated values", "none at this angle");
     return;
   }
-  fields.add("solar transmittance front", pane.Precalc_Tfsol());
-  fields.add("solar transmittance back", pane.Precalc_Tbsol());
-  fields.add("solar reflectance front", pane.Precalc_Rfsol());
-  fields.add("solar reflectance back", pane.Precalc_RbSol());
-  fields.add("visible transmittance front", pane.Precalc_Tfvis());
-  fields.add("visible transmittance back", pane.Precalc_Tbvis());
-  fields.add("visible reflectance front", pane.Precalc_Rfvis());
-  fields.add("visible reflectance back", pane.Precalc_Rbvis());
-  fields.add("ultraviolet transmittance front", pane.Precalc_Tfuv());
-  fields.add("ultraviolet transmittance back", pane.Precalc_Tbuv());
-  fields.add("ultraviolet reflectance front", pane.Precalc_Rfuv());
-  fields.add("ultraviolet reflectance back", pane.Precalc_Rbuv());
+  for (const IntegratedColumn& value : kIntegratedColumns) {
+    fields.add(value.title, (pane.*value.pane)());
+  }
   addRareIntegrated(fields, pane);
 }
 

@@ -63,7 +63,7 @@ RecordListEntry readTextFile(const RecordReader& reader, RecordKind kind, const 
   entry.identifier = file;
   try {
     if (kind == RecordKind::panes) {
-      const auto pane = reader.pane(file, 0);
+      const auto pane = reader.pane(file, reader.angles(file).front());
       entry.name = pane->filename();
       entry.product = pane->productname();
       entry.supplier = pane->supplier();

@@ -10,12 +10,14 @@
 #include "database/DatabaseErrors.h"
 #include "database/Fields.h"
 #include "database/Lookups.h"
-#include "database/PaneDetails.h"
 #include "database/Recordsets.h"
+#include "model/IntegratedColumns.h"
+#include "textfile/TextFile.h"
 
 namespace orv::commands {
 
 namespace DataType = sources::DataType;
+using productfile::ProductName;
 
 namespace {
 
@@ -61,9 +63,28 @@ std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) co
     case DataType::orv3Panes:
       return session_.database.RetrieveAnglesOfPaneDataORV_30(recordNumber(identifier),
                                                               connection());
+    case DataType::textFolder:
+      return anglesOfFile(identifier);
     default:
       return {0};
   }
+}
+
+std::vector<std::int16_t> RecordReader::spectralAngles(const std::string& identifier) const {
+  if (!isOrvPanes()) return {};
+  const std::int32_t id = recordNumber(identifier);
+  if (!isVersion3()) {
+    return rowsOf("Pane_spectral_data", id)->eof() ? std::vector<std::int16_t>{}
+                                                   : std::vector<std::int16_t>{0};
+  }
+  const auto rows = connection().openRecordset(
+      "SELECT DISTINCT angle FROM Pane_spectral_data WHERE PaneID = " + std::to_string(id) +
+      " ORDER BY angle");
+  std::vector<std::int16_t> angles;
+  for (; !rows->eof(); rows->moveNext()) {
+    angles.push_back(database::fieldToInteger(rows->value(std::size_t{0})));
+  }
+  return angles;
 }
 
 std::vector<std::int32_t> RecordReader::directions(const std::string& identifier,
@@ -91,7 +112,8 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
       return found(session_.database.RetrievePaneIGDB(connection(), identifier));
     case DataType::textFolder:
       if (recordKind(*node_) == RecordKind::panes) {
-        return textPane(identifier);
+        return productfile::isProduct(identifier) ? product(identifier, angle).pane
+                                                  : textPane(identifier);
       }
       [[fallthrough]];
     default:
@@ -108,6 +130,34 @@ std::shared_ptr<GlazingData> RecordReader::textPane(const std::string& file) con
   auto pane = session_.textFiles.ParseSpectralFile(folder, file, &repairs);
   session_.tolerant.told(folder, file, repairs);
   return pane;
+}
+
+/// That a product cannot be read is told where it is read.
+std::vector<std::int16_t> RecordReader::anglesOfFile(const std::string& identifier) const {
+  const ProductName name = ProductName::of(identifier);
+  if (!productfile::isProduct(identifier)) return {0};
+  try {
+    return productFile(name).angles(name.pointer);
+  } catch (const Error&) {
+    return {0};
+  }
+}
+
+const productfile::ProductFile& RecordReader::productFile(const ProductName& name) const {
+  return session_.products.at(textfile::requireFile(node_->Folder(), name.file));
+}
+
+productfile::Product RecordReader::product(const std::string& identifier,
+                                           std::int16_t angle) const {
+  const ProductName name = ProductName::of(identifier);
+  return productFile(name).product(name.pointer, angle);
+}
+
+std::vector<std::string> RecordReader::remarks(const std::string& identifier,
+                                               std::int16_t angle) const {
+  const bool isProduct =
+      node_->DataType() == DataType::textFolder && productfile::isProduct(identifier);
+  return isProduct ? product(identifier, angle).notes : std::vector<std::string>();
 }
 
 std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(
@@ -132,7 +182,7 @@ std::shared_ptr<GlazingData> RecordReader::orvPane(std::int32_t id, std::int16_t
   auto pane =
       found(isVersion3() ? database.RetrievePaneORV_30(connection(), id, "", "", angle, direction)
                          : database.RetrievePaneORV_20(connection(), id, "", angle, direction));
-  if (!database::hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
+  if (!hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
   return pane;
 }
 
@@ -176,8 +226,10 @@ std::vector<std::string> RecordReader::unreadColumns(const std::string& identifi
   return unread;
 }
 
-void RecordReader::readReferences(const std::shared_ptr<GlazingData>& pane) const {
+void RecordReader::readReferences(const std::string& identifier,
+                                  const std::shared_ptr<GlazingData>& pane) const {
   if (node_->DataType() != DataType::textFolder) return;
+  if (productfile::isProduct(identifier)) return;
   session_.textFiles.FillFileReferences(node_->Folder(), pane);
 }
 

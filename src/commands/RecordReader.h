@@ -23,6 +23,11 @@ class RecordReader {
   /// not know angles.
   std::vector<std::int16_t> angles(const std::string& identifier) const;
 
+  /// The angles at which a pane of a database has a spectrum, ascending, whether it has integrated
+  /// values there or not; of one of version 2.0.1, which does not tell them apart, 0. None for
+  /// other sources.
+  std::vector<std::int16_t> spectralAngles(const std::string& identifier) const;
+
   /// The directions of incidence of a pane's spectra at an angle, ascending. None for a source
   /// that does not know directions.
   std::vector<std::int32_t> directions(const std::string& identifier, std::int16_t angle) const;
@@ -42,9 +47,14 @@ class RecordReader {
   std::vector<std::string> unreadColumns(const std::string& identifier,
                                          const GlazingData& pane) const;
 
-  /// Reads the files that a pane of a folder names, its substrate and its layers. Raises what
-  /// ORV_TextFileInterface::FillFileReferences raises.
-  void readReferences(const std::shared_ptr<GlazingData>& pane) const;
+  /// What there is to say of a pane besides, which its record does not hold: what was left out of a
+  /// product, and by which standard its integrated values are.
+  std::vector<std::string> remarks(const std::string& identifier, std::int16_t angle) const;
+
+  /// Reads the files that a pane of a folder names, its substrate and its layers; products hold all
+  /// that there is of them. Raises what ORV_TextFileInterface::FillFileReferences raises.
+  void readReferences(const std::string& identifier,
+                      const std::shared_ptr<GlazingData>& pane) const;
 
   /// Gives a record that was read the group in which a database of version 3.0.0 has it. The
   /// operations above do not, since who copies a record names its group anew.
@@ -58,6 +68,9 @@ class RecordReader {
   std::shared_ptr<GlazingData> orvPane(std::int32_t id, std::int16_t angle,
                                        std::int32_t direction) const;
   std::shared_ptr<GlazingData> textPane(const std::string& file) const;
+  std::vector<std::int16_t> anglesOfFile(const std::string& identifier) const;
+  const productfile::ProductFile& productFile(const productfile::ProductName& name) const;
+  productfile::Product product(const std::string& identifier, std::int16_t angle) const;
   void requireWholeAngle(std::int32_t id, const GlazingData& pane) const;
   bool isVersion3() const { return node_->DataType() == sources::DataType::orv3Panes; }
   bool isOrvPanes() const {

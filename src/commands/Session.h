@@ -8,6 +8,7 @@
 #include "commands/TolerantReading.h"
 #include "commands/UserInterface.h"
 #include "database/ORV_DatabaseInterface.h"
+#include "productfile/ProductFile.h"
 #include "sources/DataSources.h"
 #include "textfile/ORV_TextFileInterface.h"
 
@@ -25,6 +26,7 @@ struct Session {
   sources::DataSources MainDataSources;
   database::ORV_DatabaseInterface database;
   ORV_TextFileInterface textFiles;
+  productfile::ProductFiles products;
   TolerantReading tolerant;
   std::string password;        ///< for databases that want one, save the IGDB
   std::set<std::string> told;  ///< remarks that are made once a run

@@ -8,6 +8,7 @@
 #include "commands/NumberText.h"
 #include "commands/RecordDetails.h"
 #include "database/ShadingColumns.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::commands {
 
@@ -137,9 +138,9 @@ std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   }
   for (const ShadingIntegratedData& row : shading.integrated()) {
     const std::string at = fmt::format(" at {}°", row.angle);
-    for (const auto& column : database::shadingIntegratedColumns().subspan(1)) {
-      const double value = row.*column.member;
-      fields.push_back({"Integrated values", column.name + at, numberText(value), "", value});
+    for (const IntegratedColumn& column : kIntegratedColumns) {
+      const double value = row.*column.shading;
+      fields.push_back({"Integrated values", column.column + at, numberText(value), "", value});
     }
   }
   const auto points = static_cast<std::int64_t>(shading.spectrum().size());

@@ -11,11 +11,11 @@ namespace {
 Outcome write(TransferWork& work, const std::string& identifier, ShadingDataClass& shading) {
   auto& database = work.session().database;
   Outcome outcome = Outcome::copied;
-  if (work.ifThere() == IfThere::skip &&
+  if (work.options().ifThere == IfThere::skip &&
       database.FindShading(shading.name(), shading.group(), work.destination()) != 0) {
     return Outcome::skipped;
   }
-  if (work.ifThere() == IfThere::replace) {
+  if (work.options().ifThere == IfThere::replace) {
     work.requireNotWritten(shading.name(), identifier);
     if (database.ReplaceShading(shading, work.destination())) outcome = Outcome::replaced;
   } else {

@@ -40,6 +40,7 @@ bool mayBeText(const std::string& beginning) {
 }
 
 textfile::Likeness likenessOf(const fs::path& path) {
+  if (productfile::isProduct(path.filename().string())) return textfile::Likeness::pane;
   try {
     return textfile::likenessOf(textfile::readText(path));
   } catch (const Error&) {

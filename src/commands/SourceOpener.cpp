@@ -6,6 +6,7 @@
 #include "database/OrvSchema.h"
 #include "model/Text.h"
 #include "store/StoreError.h"
+#include "textfile/TextFile.h"
 
 namespace orv::commands {
 
@@ -39,6 +40,23 @@ std::vector<RecordSetDesign> recordSetsOf(DataTypeCode database) {
 
 std::string joined(const std::string& folder, const std::string& filename) {
   return (std::filesystem::path(folder) / filename).string();
+}
+
+/// What identifies the records of a text file: its name; of a list of products one name a product.
+/// That a file cannot be read is told where its records are read.
+std::vector<std::string> identifiersIn(const Session& session, const std::string& folder,
+                                       const std::string& filename) {
+  if (!productfile::isProduct(filename)) return {filename};
+  try {
+    const auto& file = session.products.at(textfile::requireFile(folder, filename));
+    std::vector<std::string> identifiers;
+    for (const std::string& pointer : file.pointers()) {
+      identifiers.push_back(productfile::ProductName{filename, pointer}.identifier());
+    }
+    return identifiers;
+  } catch (const Error&) {
+    return {filename};
+  }
 }
 
 /// The kind of node for a version of an ORV database. Raises kUnknownVersion.
@@ -77,7 +95,11 @@ SourceOpener::Node SourceOpener::openTextFiles(const std::string& folder,
   const Node node =
       session_.MainDataSources.AddDataSource(DataType::textFolder, folder, nullptr, folder, "");
   for (const std::string& filename : filenames) {
-    node->DataSources().AddDataSource(type, filename, nullptr, folder, filename)->Parent(node);
+    for (const std::string& identifier : identifiersIn(session_, folder, filename)) {
+      node->DataSources()
+          .AddDataSource(type, identifier, nullptr, folder, identifier)
+          ->Parent(node);
+    }
   }
   return node;
 }

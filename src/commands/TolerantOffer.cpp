@@ -11,6 +11,7 @@ namespace {
 
 /// What would be mended in a file that cannot be read as it is; empty for every other file.
 std::string repairsOf(Session& session, const std::string& folder, const std::string& file) {
+  if (productfile::isProduct(file)) return {};
   try {
     session.textFiles.ParseSpectralFile(folder, file);
     return {};

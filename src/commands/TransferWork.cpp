@@ -15,13 +15,13 @@ std::string failureText(const std::string& identifier, const std::string& descri
 }  // namespace
 
 TransferWork::TransferWork(Session& session, const sources::RecordSelection& records,
-                           sources::datasource& destination, std::optional<IfThere> ifThere)
+                           sources::datasource& destination, const PasteOptions& options)
     : session_(session),
       records_(records),
       destination_(destination),
       reader_(session, records.DataSourcePtr()),
       group_(session),
-      ifThere_(ifThere),
+      options_(options),
       progress_(session.ui, "Pasting records...") {
   session_.ui.progressText("Opening database...");
 }
@@ -59,7 +59,7 @@ Outcome TransferWork::attempt(const std::string& identifier, const std::function
 
 Outcome TransferWork::settleConflict(const std::string& text,
                                      const std::function<Outcome()>& replace) {
-  switch (ifThere_ ? *ifThere_ : session_.ui.recordExists(text, kProductName)) {
+  switch (options_.ifThere ? *options_.ifThere : session_.ui.recordExists(text, kProductName)) {
     case IfThere::skip:
       return Outcome::skipped;
     case IfThere::replace:

@@ -21,7 +21,7 @@ enum class Outcome { copied, replaced, skipped, partly, failed, withoutData };
 class TransferWork {
  public:
   TransferWork(Session& session, const sources::RecordSelection& records,
-               sources::datasource& destination, std::optional<IfThere> ifThere);
+               sources::datasource& destination, const PasteOptions& options);
 
   Session& session() { return session_; }
   const sources::RecordSelection& records() const { return records_; }
@@ -39,8 +39,7 @@ class TransferWork {
   /// Whether the work has to end before its end.
   bool stopped();
 
-  /// What the caller wants done with records that are there; none when the user is to be asked.
-  std::optional<IfThere> ifThere() const { return ifThere_; }
+  const PasteOptions& options() const { return options_; }
 
   /// How errors of a record are told.
   struct Wording {
@@ -79,7 +78,7 @@ class TransferWork {
   sources::datasource& destination_;
   RecordReader reader_;
   GroupName group_;
-  std::optional<IfThere> ifThere_;
+  PasteOptions options_;
   std::map<std::string, std::string> written_;  ///< names to identifiers
   PasteResult result_;
   LongWork progress_;

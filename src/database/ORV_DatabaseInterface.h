@@ -121,6 +121,9 @@ class ORV_DatabaseInterface {
   /// whether there was one.
   bool ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const;
   bool ReplaceShading(ShadingDataClass& data, store::Connection& dc) const;
+  /// Writes the integrated values of a pane that is there, by its key, into its row at its angle;
+  /// adds the row where there is none.
+  void StoreIntegratedData(const GlazingData& data, store::Connection& dc) const;
   /// The key of the first shading of this name in this group, 0 when there is none.
   std::int32_t FindShading(const std::string& name, const std::string& group,
                            store::Connection& dc) const;

@@ -1,6 +1,7 @@
 #include "database/OrvSchema.h"
 
 #include "database/ShadingColumns.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::database {
 
@@ -139,11 +140,9 @@ TableInfo paneIntegratedTable() {
   TableInfo table;
   table.name = "Pane_integrated_data";
   table.columns = {reference("PaneID"), integer("angle")};
-  append(table.columns, single,
-         {"reflection_solar_outdoor", "reflection_solar_indoor", "transmission_solar_outdoor",
-          "transmission_solar_indoor", "reflection_visual_outdoor", "reflection_visual_indoor",
-          "transmission_visual_outdoor", "transmission_visual_indoor", "reflection_UV_outdoor",
-          "reflection_UV_indoor", "transmission_UV_outdoor", "transmission_UV_indoor"});
+  for (const IntegratedColumn& value : kIntegratedColumns) {
+    table.columns.push_back(single(value.column));
+  }
   table.indexes = {index("PaneAngle", {"PaneID", "angle"})};
   return table;
 }
@@ -180,7 +179,7 @@ TableInfo shadingIntegratedTable() {
   TableInfo table;
   table.name = "Shading_integrated_data_temp";
   table.columns = {reference("Shading_id")};
-  for (const auto& design : shadingIntegratedColumns()) {
+  for (const auto& design : kShadingIntegratedColumns) {
     table.columns.push_back(number(design.name));
   }
   table.indexes = {index("Shading_id", {"Shading_id"})};
@@ -191,7 +190,7 @@ TableInfo shadingSpectralTable() {
   TableInfo table;
   table.name = "Shading_spectral_data";
   table.columns = {reference("Shading_ID")};
-  for (const auto& design : shadingSpectralColumns()) {
+  for (const auto& design : kShadingSpectralColumns) {
     table.columns.push_back(number(design.name));
   }
   table.indexes = {index("Shading_ID", {"Shading_ID"})};

@@ -5,6 +5,7 @@
 #include "database/Fields.h"
 #include "database/Recordsets.h"
 #include "errors/Error.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::database {
 
@@ -87,19 +88,9 @@ void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneS
                               " AND angle = " + std::to_string(data.ORV_Angle()));
   data.Precalc_Rfsol(kNoIntegratedData);
   if (rows->eof()) return;
-  const auto read = [&](const char* column) { return fieldToSingle(rows->value(column)); };
-  data.Precalc_Rfsol(read("reflection_solar_outdoor"));
-  data.Precalc_RbSol(read("reflection_solar_indoor"));
-  data.Precalc_Tfsol(read("transmission_solar_outdoor"));
-  data.Precalc_Tbsol(read("transmission_solar_indoor"));
-  data.Precalc_Rfvis(read("reflection_visual_outdoor"));
-  data.Precalc_Rbvis(read("reflection_visual_indoor"));
-  data.Precalc_Tfvis(read("transmission_visual_outdoor"));
-  data.Precalc_Tbvis(read("transmission_visual_indoor"));
-  data.Precalc_Rfuv(read("reflection_UV_outdoor"));
-  data.Precalc_Rbuv(read("reflection_UV_indoor"));
-  data.Precalc_Tfuv(read("transmission_UV_outdoor"));
-  data.Precalc_Tbuv(read("transmission_UV_indoor"));
+  for (const IntegratedColumn& value : kIntegratedColumns) {
+    (data.*value.pane)(fieldToSingle(rows->value(value.column)));
+  }
   rows->close();
 }
 

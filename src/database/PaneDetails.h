@@ -19,12 +19,6 @@ struct OrvPaneSchema {
 inline constexpr OrvPaneSchema kPaneSchema30{"PaneID", true};
 inline constexpr OrvPaneSchema kPaneSchema20{"Pane_id", false};
 
-/// `Precalc_Rfsol` of a pane that has no row of integrated values at its angle.
-inline constexpr float kNoIntegratedData = -1;
-inline bool hasIntegratedData(const GlazingData& pane) {
-  return pane.Precalc_Rfsol() != kNoIntegratedData;
-}
-
 /// Sets the integrated values of `data` from the row of its key and angle. `Precalc_Rfsol` is
 /// kNoIntegratedData when there is none.
 void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneSchema& schema);

@@ -8,6 +8,7 @@
 #include "database/RecordCommit.h"
 #include "database/Recordsets.h"
 #include "database/SpectralValidation.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::database {
 

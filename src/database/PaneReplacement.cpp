@@ -55,6 +55,11 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles
   return result;
 }
 
+void ORV_DatabaseInterface::StoreIntegratedData(const GlazingData& data,
+                                                store::Connection& dc) const {
+  dc.inOneCommit([&] { storeIntegratedRow(data, dc); });
+}
+
 void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, store::Connection& dc) const {
   InsertSupplier(data.supplier(), dc);
   auto row = findRecord(dc, "Pane", "PaneID", data.id());

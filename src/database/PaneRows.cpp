@@ -5,6 +5,7 @@
 #include "database/Lookups.h"
 #include "database/Rows.h"
 #include "model/Codes.h"
+#include "model/IntegratedColumns.h"
 #include "model/Text.h"
 
 namespace orv::database {
@@ -48,24 +49,33 @@ void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Conne
   row.setValue("acceptance", data.Acceptance());
 }
 
+namespace {
+
+void setIntegratedColumns(store::Recordset& row, const GlazingData& data) {
+  for (const IntegratedColumn& value : kIntegratedColumns) {
+    row.setValue(value.column, (data.*value.pane)());
+  }
+}
+
+}  // namespace
+
 void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
   auto row = openBatch(dc, "Pane_integrated_data");
   row->addNew();
   row->setValue("PaneID", data.id());
   row->setValue("angle", std::int32_t{data.ORV_Angle()});
-  row->setValue("reflection_solar_outdoor", data.Precalc_Rfsol());
-  row->setValue("reflection_solar_indoor", data.Precalc_RbSol());
-  row->setValue("transmission_solar_outdoor", data.Precalc_Tfsol());
-  row->setValue("transmission_solar_indoor", data.Precalc_Tbsol());
-  row->setValue("reflection_visual_outdoor", data.Precalc_Rfvis());
-  row->setValue("reflection_visual_indoor", data.Precalc_Rbvis());
-  row->setValue("transmission_visual_outdoor", data.Precalc_Tfvis());
-  row->setValue("transmission_visual_indoor", data.Precalc_Tbvis());
-  row->setValue("reflection_UV_outdoor", data.Precalc_Rfuv());
-  row->setValue("reflection_UV_indoor", data.Precalc_Rbuv());
-  row->setValue("transmission_UV_outdoor", data.Precalc_Tfuv());
-  row->setValue("transmission_UV_indoor", data.Precalc_Tbuv());
+  setIntegratedColumns(*row, data);
   row->updateBatch();
+  row->close();
+}
+
+void storeIntegratedRow(const GlazingData& data, store::Connection& dc) {
+  auto row = openForChange(
+      dc, "SELECT * FROM Pane_integrated_data WHERE PaneID = " + std::to_string(data.id()) +
+              " AND angle = " + std::to_string(data.ORV_Angle()));
+  if (row->eof()) return insertIntegratedRow(data, dc);
+  setIntegratedColumns(*row, data);
+  row->update();
   row->close();
 }
 

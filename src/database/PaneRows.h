@@ -16,6 +16,9 @@ void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Conne
 /// Adds the row of the integrated data at the pane's angle, under the pane's key.
 void insertIntegratedRow(const GlazingData& data, store::Connection& dc);
 
+/// The same into the row that is there, or a new one.
+void storeIntegratedRow(const GlazingData& data, store::Connection& dc);
+
 /// Whether the pane has a curve that is stored.
 bool hasSpectrum(const GlazingData& data);
 

@@ -37,6 +37,12 @@ inline RecordsetPtr openKeyset(store::Connection& dc, const std::string& table) 
                           store::SourceKind::table);
 }
 
+/// The rows of a statement, which are changed one by one.
+inline RecordsetPtr openForChange(store::Connection& dc, const std::string& statement) {
+  return dc.openRecordset(statement, store::CursorType::keyset, store::LockType::optimistic,
+                          store::SourceKind::sql);
+}
+
 /// The rows of a statement, which are deleted in one commit.
 inline RecordsetPtr openForBatchDeletion(store::Connection& dc, const std::string& statement) {
   return dc.openRecordset(statement, store::CursorType::keyset, store::LockType::batchOptimistic,

@@ -57,44 +57,10 @@ constexpr ShadingColumn kColumns[] = {
     {"reference", &ShadingDataClass::reference},
 };
 
-constexpr ShadingIntegratedColumn kIntegratedColumns[] = {
-    {"angle", &ShadingIntegratedData::angle},
-    {"reflection_solar_outdoor", &ShadingIntegratedData::reflection_solar_outdoor},
-    {"reflection_solar_indoor", &ShadingIntegratedData::reflection_solar_indoor},
-    {"transmission_solar_outdoor", &ShadingIntegratedData::transmission_solar_outdoor},
-    {"transmission_solar_indoor", &ShadingIntegratedData::transmission_solar_indoor},
-    {"reflection_visual_outdoor", &ShadingIntegratedData::reflection_visual_outdoor},
-    {"reflection_visual_indoor", &ShadingIntegratedData::reflection_visual_indoor},
-    {"transmission_visual_outdoor", &ShadingIntegratedData::transmission_visual_outdoor},
-    {"transmission_visual_indoor", &ShadingIntegratedData::transmission_visual_indoor},
-    {"reflection_UV_outdoor", &ShadingIntegratedData::reflection_UV_outdoor},
-    {"reflection_UV_indoor", &ShadingIntegratedData::reflection_UV_indoor},
-    {"transmission_UV_outdoor", &ShadingIntegratedData::transmission_UV_outdoor},
-    {"transmission_UV_indoor", &ShadingIntegratedData::transmission_UV_indoor},
-};
-
-constexpr ShadingSpectralColumn kSpectralColumns[] = {
-    {"wavelength", &ShadingSpectralPoint::wavelength},
-    {"T_out_BB", &ShadingSpectralPoint::T_out_BB},
-    {"T_in_BB", &ShadingSpectralPoint::T_in_BB},
-    {"R_out_BB", &ShadingSpectralPoint::R_out_BB},
-    {"R_in_BB", &ShadingSpectralPoint::R_in_BB},
-    {"T_out_BD", &ShadingSpectralPoint::T_out_BD},
-    {"T_in_BD", &ShadingSpectralPoint::T_in_BD},
-    {"R_out_BD", &ShadingSpectralPoint::R_out_BD},
-    {"R_in_BD", &ShadingSpectralPoint::R_in_BD},
-};
-
 }  // namespace
 
 std::span<const ShadingColumn> shadingColumns() {
   return kColumns;
-}
-std::span<const ShadingIntegratedColumn> shadingIntegratedColumns() {
-  return kIntegratedColumns;
-}
-std::span<const ShadingSpectralColumn> shadingSpectralColumns() {
-  return kSpectralColumns;
 }
 
 }  // namespace orv::database

@@ -24,23 +24,9 @@ struct ShadingColumn {
   ShadingMember member;
 };
 
-struct ShadingIntegratedColumn {
-  const char* name;
-  double ShadingIntegratedData::*member;
-};
-
-struct ShadingSpectralColumn {
-  const char* name;
-  double ShadingSpectralPoint::*member;
-};
-
 inline constexpr const char* kShadingKeyColumn = "Shading_id";
 
 /// The columns of `Shading` behind its key, in the order in which they are written.
 std::span<const ShadingColumn> shadingColumns();
-/// The columns of `Shading_integrated_data_temp` behind the key of the shading.
-std::span<const ShadingIntegratedColumn> shadingIntegratedColumns();
-/// The columns of `Shading_spectral_data` behind the key of the shading.
-std::span<const ShadingSpectralColumn> shadingSpectralColumns();
 
 }  // namespace orv::database

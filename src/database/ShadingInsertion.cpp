@@ -5,6 +5,7 @@
 #include "database/RecordCommit.h"
 #include "database/Rows.h"
 #include "database/ShadingColumns.h"
+#include "model/IntegratedColumns.h"
 
 namespace orv::database {
 
@@ -42,7 +43,7 @@ void insertIntegratedRows(const ShadingDataClass& data, store::Connection& dc) {
   for (const ShadingIntegratedData& integrated : data.integrated()) {
     rows->addNew();
     rows->setValue("Shading_id", data.id());
-    for (const ShadingIntegratedColumn& column : shadingIntegratedColumns()) {
+    for (const ShadingIntegratedColumn& column : kShadingIntegratedColumns) {
       const auto field = findField(*rows, column.name);
       if (field) rows->setValue(*field, integrated.*column.member);
     }
@@ -57,7 +58,7 @@ void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
   for (const ShadingSpectralPoint& point : data.spectrum()) {
     rows->addNew();
     rows->setValue("Shading_ID", data.id());
-    for (const ShadingSpectralColumn& column : shadingSpectralColumns()) {
+    for (const ShadingSpectralColumn& column : kShadingSpectralColumns) {
       rows->setValue(column.name, point.*column.member);
     }
   }

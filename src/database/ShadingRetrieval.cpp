@@ -9,6 +9,7 @@
 #include "database/Recordsets.h"
 #include "database/ShadingColumns.h"
 #include "model/Codes.h"
+#include "model/IntegratedColumns.h"
 #include "model/Text.h"
 
 namespace orv::database {
@@ -85,9 +86,9 @@ ORV_DatabaseInterface::ShadingPtr ORV_DatabaseInterface::RetrieveShading(
   }
   row->close();
   data->integrated(readDetails<ShadingIntegratedData>(
-      dc, "Shading_integrated_data_temp", Shading_id, "angle", shadingIntegratedColumns()));
+      dc, "Shading_integrated_data_temp", Shading_id, "angle", kShadingIntegratedColumns));
   data->spectrum(readDetails<ShadingSpectralPoint>(dc, "Shading_spectral_data", Shading_id,
-                                                   "wavelength", shadingSpectralColumns()));
+                                                   "wavelength", kShadingSpectralColumns));
   return data;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
 namespace orv {
 
@@ -24,7 +23,7 @@ struct ShadingSpectralPoint {
 
 /// A column of spectral rows: its name in databases and the member that holds it.
 struct ShadingSpectralColumn {
-  std::string_view name;
+  const char* name;
   double ShadingSpectralPoint::*member;
 };
 

@@ -31,6 +31,11 @@ class datasource {
   /// The node whose DataSources holds this one; null for a top-level node.
   std::shared_ptr<datasource> Parent() const { return parent_.lock(); }
   void Parent(const std::shared_ptr<datasource>& value) { parent_ = value; }
+  /// Whether it is a record set of a database of version 3.0.0, which can be changed.
+  bool isInVersion3() const {
+    const auto parent = Parent();
+    return parent && parent->DataType() == DataType::orvDatabase3;
+  }
 
   /// Table or query that holds the records: `Pane`, `Frame`, `Shading`, `qryOptics5Grid`, or empty.
   const std::string& RecordSetName() const { return recordSetName_; }

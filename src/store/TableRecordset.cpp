@@ -325,12 +325,12 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   std::vector<jet::RowId> added;
   {
     jet::Savepoint transaction(table_->pager());
+    jet::RowChanges rows(*table_);
     for (const Pending& change : changes) {
-      last = apply(change);
-      if (change.kind == Pending::Kind::insert) {
-        added.push_back(last);
-      }
+      last = apply(change, rows);
+      if (change.kind == Pending::Kind::insert) added.push_back(last);
     }
+    rows.finish();
     transaction.commit();
   }
   for (jet::RowId row : added) {
@@ -339,15 +339,15 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   return last;
 }
 
-jet::RowId TableRecordset::apply(const Pending& change) {
+jet::RowId TableRecordset::apply(const Pending& change, jet::RowChanges& rows) {
   switch (change.kind) {
     case Pending::Kind::insert:
-      return table_->insert(change.values);
+      return rows.insert(change.values);
     case Pending::Kind::update:
-      table_->update(change.row, change.values);
+      rows.update(change.row, change.values);
       break;
     case Pending::Kind::erase:
-      table_->erase(change.row);
+      rows.erase(change.row);
       break;
   }
   return change.row;

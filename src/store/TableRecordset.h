@@ -7,6 +7,7 @@
 
 #include "store/RecordsetBase.h"
 #include "store/TableRows.h"
+#include "store/jet/table/RowChanges.h"
 #include "store/jet/table/RowReader.h"
 #include "store/jet/table/Table.h"
 
@@ -67,7 +68,7 @@ class TableRecordset final : public RecordsetBase {
                                          const struct Criterion& criterion, std::size_t field,
                                          jet::RowId from) const;
   jet::RowId commit(const std::vector<Pending>& changes);
-  jet::RowId apply(const Pending& change);
+  static jet::RowId apply(const Pending& change, jet::RowChanges& rows);
 
   std::shared_ptr<jet::Table> table_;
   bool forwardOnly_;

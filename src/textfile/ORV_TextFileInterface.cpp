@@ -27,12 +27,16 @@ void ORV_TextFileInterface::FillFileReferences(const std::filesystem::path& fold
   textfile::fillFileReferences(folder, pane);
 }
 
+std::string ORV_TextFileInterface::SpectralText(const std::string& filename, GlazingData& pane,
+                                                PaneEntries entries) const {
+  pane.EnforceSemantics();
+  return textfile::FormatSpectralText(pane, entries, filename) + "\r\n";
+}
+
 void ORV_TextFileInterface::WriteSpectralFile(const std::string& folder,
                                               const std::string& filename, GlazingData& pane,
                                               PaneEntries entries) const {
-  pane.EnforceSemantics();
-  textfile::writeText(folder + filename,
-                      textfile::FormatSpectralText(pane, entries, filename) + "\r\n");
+  textfile::writeText(folder + filename, SpectralText(filename, pane, entries));
 }
 
 std::shared_ptr<ShadingDataClass> ORV_TextFileInterface::ParseSpectralFileShading(

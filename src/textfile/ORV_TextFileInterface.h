@@ -39,6 +39,10 @@ class ORV_TextFileInterface {
   void FillFileReferences(const std::filesystem::path& folder,
                           const std::shared_ptr<GlazingData>& pane) const;
 
+  /// The text of the pane file that `WriteSpectralFile` writes under this name.
+  std::string SpectralText(const std::string& filename, GlazingData& pane,
+                           PaneEntries entries = PaneEntries::fixed) const;
+
   /// Writes a pane file over any of that name. The path is folder and name put together as they
   /// are, so the folder ends in a separator. The record is completed first
   /// (`GlazingData::EnforceSemantics`); what cannot be written right raises before any file is

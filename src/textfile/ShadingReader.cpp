@@ -6,8 +6,9 @@
 
 #include "errors/Error.h"
 #include "model/ErrorCatalogue.h"
-#include "model/ShadingIntegration.h"
+#include "model/IntegratedColumns.h"
 #include "model/Text.h"
+#include "optics/ShadingIntegration.h"
 #include "textfile/HeaderEntry.h"
 #include "textfile/Number.h"
 #include "textfile/PaneKeys.h"
@@ -275,7 +276,7 @@ std::shared_ptr<ShadingDataClass> readShading(const std::filesystem::path& path,
     throw Error(kSubscriptOutOfRange, "The file holds no spectral data", "", filename);
   }
   shading->spectrum(std::move(points));
-  calculateIntegratedValues(*shading);
+  optics::calculateIntegratedValues(*shading);
   header.readHeader();
   return shading;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "errors/Error.h"
+#include "model/IntegratedColumns.h"
 #include "textfile/HeaderField.h"
 #include "textfile/Number.h"
 #include "textfile/PaneKeys.h"

@@ -4,6 +4,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QScrollBar>
+#include <fstream>
+#include <iterator>
 
 #include "app/WindowTest.h"
 
@@ -128,12 +130,26 @@ TEST_F(GridTest, CopiesFieldsAsText) {
   click(1, 0, Qt::ShiftModifier);
   trigger("mnuEditCopyText");
   const QStringList lines = QGuiApplication::clipboard()->text().split('\n');
-  ASSERT_GE(lines.size(), 2);
+  ASSERT_EQ(lines.size(), 4);
   EXPECT_EQ(lines[0].split('\t').size(), grid().model()->columnCount());
-  EXPECT_TRUE(lines[1].startsWith("PANE00002.DAT\t"));
+  EXPECT_EQ(lines[0].split('\t')[column("Thickness (mm)")], "Thickness (mm)");
+  EXPECT_TRUE(lines[2].startsWith("PANE00002.DAT\t"));
   click(3, 0);
   trigger("mnuEditCopyCell");
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "PANE00004.DAT");
+}
+
+TEST_F(GridTest, SavesWhatItShowsAsATable) {
+  QTest::keyClicks(&filter(column("Thickness (mm)")), ">=10");
+  const std::string path = folder / "table.csv";
+  dialogs.choose({QString::fromStdString(path)});
+  trigger("mnuEditSaveTable");
+  std::ifstream file(path, std::ios::binary);
+  std::string headings;
+  std::getline(file, headings);
+  EXPECT_NE(headings.find(",Thickness (mm),"), std::string::npos) << headings;
+  EXPECT_TRUE(headings.ends_with('\r'));
+  EXPECT_EQ(std::count(std::istreambuf_iterator<char>(file), {}, '\n'), rows());
 }
 
 TEST_F(GridTest, ShowsColumnsThatFitWithNumbersToTheRight) {

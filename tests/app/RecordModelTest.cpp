@@ -74,7 +74,7 @@ TEST(RecordModelTest, TextsThatSteerAreSpelledOutAndCopiedAsTheyAre) {
   EXPECT_TRUE(model.data(cell, Qt::ToolTipRole)
                   .toString()
                   .contains("&lt;b&gt;Red&lt;/b&gt; \\u202eglass\\u001b"));
-  EXPECT_EQ(model.plainText(0, 0, {0}), QString::fromStdString(text));
+  EXPECT_EQ(model.cells(0, 0, {0})[0][0], QString::fromStdString(text));
 }
 
 }  // namespace orv::test

@@ -155,7 +155,8 @@ TEST_F(TransferWindowTest, AsksOnceForAFolderOfLaboratoryFiles) {
   dialogs.type("Lab");
   trigger("mnuEditPaste");
   EXPECT_EQ(dialogs.seen().size(), 2U) << dialogs.texts().join('|').toStdString();
-  EXPECT_EQ(find<QToolButton>("btnResult").text(), "2 records copied.");
+  EXPECT_EQ(find<QToolButton>("btnResult").text(),
+            "2 records copied. Integrated values of 2 panes computed by EN 410.");
   EXPECT_EQ(rows(), 2);
 }
 
@@ -254,7 +255,7 @@ TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   selectRows(0, 1);
   const std::string target = folder / "export";
   QDir().mkdir(QString::fromStdString(target));
-  dialogs.choose({QString::fromStdString(target)}).press("OK");
+  dialogs.press("OK").choose({QString::fromStdString(target)}).press("OK");
   trigger("mnuFileExport");
   EXPECT_TRUE(dialogs.texts().back().startsWith("2 files written to "))
       << dialogs.texts().back().toStdString();

@@ -62,7 +62,7 @@ TEST_F(CliTest, AFolderWithABadFileCopiesTheOthersAndExitsWithOne) {
   orv("new db.mdb");
   const Ended run = orv("copy panes db.mdb --group Demo");
   EXPECT_EQ(run.exit, 1);
-  EXPECT_EQ(run.out, "1 record copied, 1 failed.\n");
+  EXPECT_EQ(run.out, "1 record copied, 1 failed. Integrated values of 1 pane computed by EN 410.\n");
   EXPECT_NE(run.err.find("The record bad.txt could not be copied: "), std::string::npos);
 
   const Ended again = orv("copy panes db.mdb a.txt --group Demo");
@@ -116,6 +116,19 @@ TEST_F(CliTest, ExportWritesFilesAndSaysWhatItFilledIn) {
   EXPECT_NE(folder.read("out/a.txt").find("{ Product Name: Alpha }"), std::string::npos);
   EXPECT_EQ(orv("export db.mdb 1 --to out --quiet").out, "a_2.txt\n");
   EXPECT_EQ(orv("export db.mdb --set frames --to out").exit, 2);
+
+  const Ended table = orv("export db.mdb 1 --form csv --single -");
+  EXPECT_TRUE(table.out.starts_with("wavelength (nm),a.txt transmittance front (1),")) << table.out;
+  EXPECT_EQ(table.err, "1 pane written to standard output.\n");
+  const Ended products = orv("export db.mdb --form json --to - --quiet");
+  EXPECT_TRUE(products.out.starts_with("[\n {\n  \"type\": \"GLAZING\"")) << products.out;
+  EXPECT_EQ(products.err, "");
+  EXPECT_EQ(orv("export db.mdb --form json --single all.json").exit, 0);
+  EXPECT_EQ(orv("show all.json 'all.json#/1' --format tsv").exit, 0);
+  for (const char* wrong : {"", " --single all.json", " --single x --to y", " --to -",
+                            " --form xml --to out", " --set shadings --form json --to out"}) {
+    EXPECT_EQ(orv(std::string("export db.mdb") + wrong).exit, 2) << wrong;
+  }
 }
 
 TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {

@@ -60,7 +60,7 @@ TEST_F(RecordsTest, RecordsThatAreThereAreReplacedOrSkippedWhenToldSo) {
   EXPECT_EQ(skipped.exit, 0) << skipped.err;
   EXPECT_EQ(skipped.out, "0 records copied, 2 skipped.\n");
   folder.write("c.txt", paneText("Third"));
-  const Ended replaced = orv("copy a.txt c.txt db.mdb --group Demo --replace");
+  const Ended replaced = orv("copy a.txt c.txt db.mdb --group Demo --replace --no-integrate");
   EXPECT_EQ(replaced.exit, 0) << replaced.err;
   EXPECT_EQ(replaced.out, "1 record copied, 1 replaced.\n");
   EXPECT_EQ(orv("list db.mdb --columns PaneID,product_name --format csv").out,
@@ -75,7 +75,7 @@ TEST_F(RecordsTest, FilesOfLaboratoriesAreReadWhenAskedFor) {
   folder.write("lab/b.txt", paneText());
   folder.write("lab/c.txt", "SI Microns 4 1\n0.5 x\n");
   orv("new db.mdb");
-  const Ended strict = orv("copy lab db.mdb --group Lab");
+  const Ended strict = orv("copy lab db.mdb --group Lab --no-integrate");
   EXPECT_EQ(strict.out, "1 record copied, 2 failed.\n");
   EXPECT_NE(
       strict.err.find("Invalid wavelength\na.txt, line 1, column 4: 'nm'. Write Nanometers. Or "
@@ -83,7 +83,7 @@ TEST_F(RecordsTest, FilesOfLaboratoriesAreReadWhenAskedFor) {
       std::string::npos)
       << strict.err;
   EXPECT_EQ(linesWith(strict.err, "Invalid wavelength"), 1);
-  const Ended tolerant = orv("copy lab db.mdb --group Lab --skip-existing --tolerant");
+  const Ended tolerant = orv("copy lab db.mdb --group Lab --skip-existing --tolerant --no-integrate");
   EXPECT_EQ(tolerant.exit, 1);
   EXPECT_EQ(tolerant.out, "1 record copied, 1 skipped, 1 failed.\n");
   EXPECT_NE(tolerant.err.find("c.txt, line 2, column 5"), std::string::npos) << tolerant.err;
@@ -226,7 +226,7 @@ TEST_F(RecordsTest, TheManPageHasTheVerbsAndOptionsOfTheHelp) {
     return options;
   };
   std::set<std::string> known = optionsIn(orv("--help").out);
-  for (const char* verb : {"new", "info", "list", "show", "copy", "export", "delete", "sql",
+  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "export", "delete", "sql",
                            "tables", "check", "completion"}) {
     EXPECT_NE(page.find(std::string(".BI \"") + verb + " "), std::string::npos) << verb;
     known.merge(optionsIn(orv(std::string(verb) + " --help").out));

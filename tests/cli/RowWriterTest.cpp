@@ -47,6 +47,20 @@ TEST(RowWriterTest, JsonKeepsNumbersTruthAndNull) {
                 "]\n");
 }
 
+TEST(RowWriterTest, LongTablesAreWrittenWhileTheirRowsCome) {
+  std::ostringstream out;
+  const auto writer = makeRowWriter(Format::table, {"id", "name"}, out);
+  for (int i = 1; i < 1000; ++i) writer->row({i, "x"});
+  EXPECT_EQ(out.str(), "");
+  writer->row({1000, "x"});
+  EXPECT_EQ(out.str().substr(0, 30), "  id  name\n----  ----\n   1  x\n");
+  out.str("");
+  writer->row({12345, "wide"});
+  writer->row({"text", "y"});
+  writer->end();
+  EXPECT_EQ(out.str(), "12345  wide\ntext  y\n");
+}
+
 TEST(RowWriterTest, NoRowsAreStillAResult) {
   const auto empty = [](Format format) {
     std::ostringstream out;

@@ -27,9 +27,10 @@ class SafetyTest : public CliTest {
   Ended interruptedCopy(int signal) {
     const pid_t child = fork();
     if (child == 0) {
-      const std::string line = "cd '" + folder.path().string() +
-                               "' && exec '" ORV_PROGRAM
-                               "' copy panes db.mdb --group Demo >.stdout 2>.stderr </dev/null";
+      const std::string line =
+          "cd '" + folder.path().string() +
+          "' && exec '" ORV_PROGRAM
+          "' copy panes db.mdb --group Demo --no-integrate >.stdout 2>.stderr </dev/null";
       execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
       _exit(127);
     }
@@ -72,7 +73,7 @@ TEST_F(SafetyTest, ACopyThatIsAskedToEndFinishesTheRecordUnderWayAndSaysHowManyA
     EXPECT_EQ(run.out, signal == SIGKILL ? "" : copied(panes) + ", then cancelled.\n") << run.err;
     EXPECT_EQ(orv("check db.mdb").exit, 0);
   }
-  orv("copy panes db.mdb --group Demo");
+  orv("copy panes db.mdb --group Demo --no-integrate");
   EXPECT_EQ(wholePanes(), 200) << "the same copy does the rest";
 }
 
@@ -80,7 +81,8 @@ TEST_F(SafetyTest, ACopyThatIsAskedToEndFinishesTheRecordUnderWayAndSaysHowManyA
 TEST_F(SafetyTest, ACopyWithoutRoomLeavesNoPartOfAPane) {
   writePanes(90);
   orv("new db.mdb");
-  const Ended full = shell("trap '' XFSZ; ulimit -f 2500; orv copy panes db.mdb --group Demo");
+  const Ended full =
+      shell("trap '' XFSZ; ulimit -f 2500; orv copy panes db.mdb --group Demo --no-integrate");
   EXPECT_EQ(full.exit, 1);
   const int panes = wholePanes();
   EXPECT_GT(panes, 0);
@@ -88,7 +90,7 @@ TEST_F(SafetyTest, ACopyWithoutRoomLeavesNoPartOfAPane) {
   EXPECT_EQ(full.out, copied(panes) + ", " + std::to_string(90 - panes) + " failed.\n");
   EXPECT_NE(full.err.find("db.mdb"), std::string::npos) << full.err;
   EXPECT_EQ(orv("check db.mdb").exit, 0);
-  orv("copy panes db.mdb --group Demo");
+  orv("copy panes db.mdb --group Demo --no-integrate");
   EXPECT_EQ(wholePanes(), 90);
 }
 

@@ -20,7 +20,8 @@ class ReplaceTest : public CommandsTest {
   PasteResult copy(const Node& from, std::optional<IfThere> ifThere,
                    RecordKind kind = RecordKind::panes) {
     ui.inputs = {"Glass"};
-    return commands::pasteRecords(session, selectAll(recordSet(from, kind)), to, ifThere);
+    return commands::pasteRecords(session, selectAll(recordSet(from, kind)), to,
+                                  {.ifThere = ifThere, .integrateBy = std::nullopt});
   }
 
   /// A database with a pane at some angles, told apart by its product and a value.

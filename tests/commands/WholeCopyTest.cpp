@@ -112,7 +112,11 @@ TEST_F(WholeCopyTest, TheMarkOfMissingValuesIsNotCopiedAsAValue) {
   const auto from = newDatabase("from.mdb");
   insert(makePane("pane"), from);
   setAll(*from->ADOConnection(), "Pane_integrated_data", "reflection_solar_outdoor", -1);
-  EXPECT_EQ(copyAll(from).failed, 1);
+  ui.inputs = {"Glass"};
+  EXPECT_EQ(commands::pasteRecords(session, selectAll(recordSet(from, RecordKind::panes)), to,
+                                   {.integrateBy = std::nullopt})
+                .failed,
+            1);
   EXPECT_NE(lastFailure().find("Correct reflection_solar_outdoor in the source."),
             std::string::npos);
   expectEmpty();
@@ -287,13 +291,14 @@ TEST_F(WholeCopyTest, WhatTheSchemaHasNoPlaceForIsTold) {
             {{"a.txt",
               "SI Microns 3 1\n{ Type: Coated }{ Material: N/A }{ Coating Name: Silver }{ NFRC "
               "ID: 77 }{ Appearance: blue }{ Description: told }\n0.5 0.8 0.1 0.1\n"},
-             {"b.txt", paneText()}});
+             {"b.txt", paneText()},
+             {"c.txt", "SI Microns 3 1\nEmis= 0.84\n0.5 0.8 0.1 0.1\n"}});
   const PasteResult result = copyAll(files);
   EXPECT_EQ(linesOf(result.notKept), (Lines{"appearance: a.txt", "type: a.txt, b.txt",
                                             "coating name: a.txt", "NFRC id: a.txt"}));
   EXPECT_TRUE(result.notes.list().empty());
   EXPECT_EQ(linesOf(result.zeros),
-            (Lines{"integrated values: a.txt, b.txt", "emissivities: a.txt"}));
+            (Lines{"integrated values: a.txt, c.txt", "emissivities: a.txt"}));
   EXPECT_EQ(result.zeros.counts(), "integrated values (2), emissivities (1)");
   EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 1 more");
 }

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <vector>
 
 #include "model/Raised.h"
-#include "model/SpectralWeighting.h"
 #include "textfile/Folder.h"
 #include "textfile/ORV_TextFileInterface.h"
 
@@ -100,26 +98,6 @@ TEST_F(Corpus, HasOneSubstrateHereAndOneElsewhere) {
   EXPECT_EQ(raised.number, kFileNotFound);
   EXPECT_NE(raised.description.find("'CLR_3.afg'"), std::string::npos);
   EXPECT_FALSE(other->HasSubstrate());
-}
-
-TEST_F(Corpus, HasThePublishedSolarAndVisibleValues) {
-  // Values of the two generic glasses as the glazing databases publish them. Their solar values
-  // are weighted with the direct beam of the sun, which is a little redder than all its light.
-  struct Published {
-    const char* file;
-    double solar;
-    double visible;
-  };
-  const Published published[] = {{"CLEAR_3.DAT", 0.834, 0.899}, {"CLEAR_6.DAT", 0.771, 0.884}};
-  for (const Published& glass : published) {
-    const auto pane = parse(glass.file);
-    const SpectralData& spectrum = *pane->SpectralData();
-    std::vector<double> wl(static_cast<std::size_t>(spectrum.count()));
-    std::vector<double> tf = wl, tb = wl, rf = wl, rb = wl;
-    spectrum.GetDataArraysAsDoubles(kNanometers, wl, tf, tb, rf, rb);
-    EXPECT_NEAR(*weightedMean(Weighting::Solar, wl, tf), glass.solar, 0.01) << glass.file;
-    EXPECT_NEAR(*weightedMean(Weighting::Visual, wl, tf), glass.visible, 0.001) << glass.file;
-  }
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
-// How data are displayed in this run.
+// What the user has chosen for this run.
 #pragma once
+
+#include <optional>
 
 #include "app/theme/Theme.h"
 #include "commands/CellText.h"
+#include "optics/Standard.h"
 
 namespace orv::app {
 
@@ -13,6 +16,9 @@ struct DisplayOptions {
   int digits = 4;
   PlotUnit plotUnit = PlotUnit::nanometers;
   Theme theme = Theme::system;
+  /// By which standard a copy computes integrated values that its source does not have; none when
+  /// it leaves them 0.
+  std::optional<optics::Standard> integrateBy = optics::kUsualStandard;
 };
 
 }  // namespace orv::app

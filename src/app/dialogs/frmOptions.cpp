@@ -1,5 +1,6 @@
 #include "app/dialogs/frmOptions.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -26,6 +27,18 @@ QComboBox* choices(const char* name, std::initializer_list<std::pair<Choice, QSt
   return box;
 }
 
+QComboBox* standards(optics::Standard current) {
+  auto* box =
+      choices<optics::Standard>("cboStandard", {}, current,
+                                frmOptions::tr("The standard by which these values are computed"));
+  for (const auto& [standard, word, name] : optics::kStandardNames) {
+    box->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())),
+                 static_cast<int>(standard));
+  }
+  box->setCurrentIndex(box->findData(static_cast<int>(current)));
+  return box;
+}
+
 }  // namespace
 
 frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
@@ -39,7 +52,9 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
                             {{Theme::system, tr("As the desktop")},
                              {Theme::light, tr("Light")},
                              {Theme::dark, tr("Dark")}},
-                            options.theme, tr("Colours of the windows"))) {
+                            options.theme, tr("Colours of the windows"))),
+      integrates_(new QCheckBox(tr("Compute &missing integrated values when copying"))),
+      standard_(standards(options.integrateBy.value_or(optics::kUsualStandard))) {
   setObjectName("frmOptions");
   setWindowTitle(tr("Options"));
   digits_->setObjectName("txtDigits");
@@ -48,10 +63,20 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
   digits_->setValue(options.digits);
   explain(digits_, tr("Significant digits of the numbers in the grid"));
 
+  integrates_->setObjectName("chkIntegrate");
+  integrates_->setChecked(options.integrateBy.has_value());
+  explain(integrates_,
+          tr("Panes whose source has no solar, visible and ultraviolet values get them "
+             "from their spectra"));
+  standard_->setEnabled(integrates_->isChecked());
+  connect(integrates_, &QCheckBox::toggled, standard_, &QWidget::setEnabled);
+
   auto* form = new QFormLayout;
   form->addRow(tr("&Digits of numbers:"), digits_);
   form->addRow(tr("&Wavelengths in plots:"), plotUnit_);
   form->addRow(tr("&Colours:"), theme_);
+  form->addRow(integrates_);
+  form->addRow(tr("By the &standard:"), standard_);
   auto* note = new QLabel(tr("These choices hold until the program ends."));
   note->setEnabled(false);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -66,7 +91,10 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
 
 DisplayOptions frmOptions::options() const {
   return {digits_->value(), static_cast<PlotUnit>(plotUnit_->currentData().toInt()),
-          static_cast<Theme>(theme_->currentData().toInt())};
+          static_cast<Theme>(theme_->currentData().toInt()),
+          integrates_->isChecked()
+              ? std::optional(static_cast<optics::Standard>(standard_->currentData().toInt()))
+              : std::nullopt};
 }
 
 }  // namespace orv::app

@@ -1,10 +1,11 @@
-// How data are displayed, for this run.
+// How data are displayed and copied, for this run.
 #pragma once
 
 #include <QDialog>
 
 #include "app/dialogs/DisplayOptions.h"
 
+class QCheckBox;
 class QComboBox;
 class QSpinBox;
 
@@ -22,6 +23,8 @@ class frmOptions : public QDialog {
   QSpinBox* digits_;
   QComboBox* plotUnit_;
   QComboBox* theme_;
+  QCheckBox* integrates_;
+  QComboBox* standard_;
 };
 
 }  // namespace orv::app

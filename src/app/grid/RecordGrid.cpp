@@ -36,6 +36,13 @@ QPixmap dragLabel(const QString& text, const QWidget& widget) {
   return pixmap;
 }
 
+/// A value that would break a table of tabs and lines is put in quotation marks, as spreadsheets
+/// have it.
+QString tableText(QString text) {
+  if (!text.contains('\t') && !text.contains('\n') && !text.startsWith('"')) return text;
+  return '"' + text.replace('"', "\"\"") + '"';
+}
+
 }  // namespace
 
 RecordGrid::RecordGrid(QWidget* parent)
@@ -163,13 +170,32 @@ void RecordGrid::sortByHeader(int column) {
 void RecordGrid::copyRowsAsText() const {
   const RowBlock rows = selectedRows();
   if (rows.isEmpty()) return;
-  QGuiApplication::clipboard()->setText(model_->plainText(rows.low, rows.high, visibleColumns()));
+  QString text;
+  for (const QStringList& row : table(rows)) {
+    QStringList cells;
+    for (const QString& cell : row) cells << tableText(cell);
+    text += cells.join('\t') + '\n';
+  }
+  QGuiApplication::clipboard()->setText(text);
 }
 
 void RecordGrid::copyCellAsText() const {
   const QModelIndex cell = currentIndex();
   if (!cell.isValid()) return;
-  QGuiApplication::clipboard()->setText(model_->plainText(cell.row(), cell.row(), {cell.column()}));
+  QGuiApplication::clipboard()->setText(
+      tableText(model_->cells(cell.row(), cell.row(), {cell.column()})[0][0]));
+}
+
+QList<QStringList> RecordGrid::wholeTable() {
+  model_->complete();
+  return table({0, model_->rowCount() - 1});
+}
+
+QList<QStringList> RecordGrid::table(const RowBlock& rows) const {
+  const QList<int> columns = visibleColumns();
+  QList<QStringList> table;
+  table << model_->headings(columns);
+  return table << model_->cells(rows.low, rows.high, columns);
 }
 
 void RecordGrid::fitColumns() {

@@ -43,9 +43,13 @@ class RecordGrid : public QTableView {
   /// last; -1 before.
   int selectedColumn() const { return selectedColumn_; }
   void sort(Qt::SortOrder order);
-  /// Puts the visible columns of the selected rows, or the current cell, on the clipboard.
+  /// Puts the visible columns of the selected rows, under their headings, or the current cell, on
+  /// the clipboard.
   void copyRowsAsText() const;
   void copyCellAsText() const;
+  /// The visible columns of all rows that pass the filters, the headings first. Raises what reading
+  /// raises.
+  QList<QStringList> wholeTable();
   void fitColumns();
 
  signals:
@@ -66,6 +70,8 @@ class RecordGrid : public QTableView {
   void sortByHeader(int column);
   void headerMenu(const QPoint& position);
   QList<int> visibleColumns() const;
+  /// The visible columns of rows, the headings first.
+  QList<QStringList> table(const RowBlock& rows) const;
 
   RecordModel* model_;
   FilterHeader* header_;

@@ -28,13 +28,6 @@ QString oneLine(QString text) {
   return text.replace('\n', ' ').remove('\r');
 }
 
-/// A value that would break a table of tabs and lines is put in quotation marks, as spreadsheets
-/// have it.
-QString tableText(QString text) {
-  if (!text.contains('\t') && !text.contains('\n') && !text.startsWith('"')) return text;
-  return '"' + text.replace('"', "\"\"") + '"';
-}
-
 }  // namespace
 
 RecordModel::RecordModel(QObject* parent) : QAbstractTableModel(parent) {
@@ -69,17 +62,22 @@ std::string RecordModel::identifier(int row) const {
   return commands::cellText(view_->value(row, 0), commands::kAllDigits);
 }
 
-QString RecordModel::plainText(int firstRow, int lastRow, const QList<int>& columns) const {
-  QString text;
+QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int>& columns) const {
+  QList<QStringList> rows;
   for (int row = firstRow; row <= lastRow; ++row) {
     QStringList cells;
     for (const int column : columns) {
-      cells << tableText(qt(commands::cellText(view_->value(row, column), commands::kAllDigits)));
+      cells << qt(commands::cellText(view_->value(row, column), commands::kAllDigits));
     }
-    text += cells.join('\t') + '\n';
+    rows << cells;
   }
-  if (firstRow == lastRow) text.chop(1);
-  return text;
+  return rows;
+}
+
+QStringList RecordModel::headings(const QList<int>& columns) const {
+  QStringList headings;
+  for (const int column : columns) headings << headerText(recordColumns()[column]);
+  return headings;
 }
 
 void RecordModel::filter(const QStringList& texts) {

@@ -31,8 +31,10 @@ class RecordModel : public QAbstractTableModel {
   const std::vector<commands::RecordColumn>& recordColumns() const;
   /// The text that identifies the record of a row to the commands.
   std::string identifier(int row) const;
-  /// Fields of a block of rows as tab-separated text, with all their digits.
-  QString plainText(int firstRow, int lastRow, const QList<int>& columns) const;
+  /// Fields of a block of rows, with all their digits.
+  QList<QStringList> cells(int firstRow, int lastRow, const QList<int>& columns) const;
+  /// The headings of columns, with their units.
+  QStringList headings(const QList<int>& columns) const;
 
   void filter(const QStringList& texts);
   bool isFiltered() const { return view_ && view_->isFiltered(); }

@@ -22,9 +22,7 @@ constexpr int kTakesRecordsRole = Qt::UserRole + 1;
 
 /// Records can be copied into the databases that can be changed, and into their record sets.
 bool takesRecords(const sources::datasource& node) {
-  const auto parent = node.Parent();
-  return node.DataType() == DataType::orvDatabase3 ||
-         (parent && parent->DataType() == DataType::orvDatabase3);
+  return node.DataType() == DataType::orvDatabase3 || node.isInVersion3();
 }
 
 const char* iconName(const sources::datasource& node) {

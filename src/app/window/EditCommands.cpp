@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
@@ -10,7 +11,7 @@
 #include "commands/CopyRecords.h"
 #include "commands/DeleteRecords.h"
 #include "commands/ExportRecords.h"
-#include "commands/PasteRecords.h"
+#include "commands/RecordKind.h"
 #include "commands/Remarks.h"
 
 namespace orv::app {
@@ -37,10 +38,9 @@ void addNotes(QStringList& report, const QString& heading, const commands::Notes
 }
 
 /// What an export did, for the message at its end.
-std::string exportReport(const commands::ExportResult& result, const std::string& folder) {
-  const QString written =
-      EditCommands::tr("%1 written to %2.")
-          .arg(counted(static_cast<qlonglong>(result.files.size()), "file"), qt(folder));
+template <class Result>
+std::string exportReport(const Result& result, const QString& what, const QString& place) {
+  const QString written = EditCommands::tr("%1 written to %2.").arg(what, place);
   return (written +
           listed(result.filled, EditCommands::tr("Filled in, because a text file needs it:")) +
           listed(result.notKept,
@@ -63,7 +63,7 @@ void EditCommands::paste(const Node& destination) {
 
 void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
   run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
-    const auto result = commands::pasteRecords(session_, records, destination);
+    const auto result = commands::pasteRecords(session_, records, destination, pasteOptions_);
     addNotes(report_, tr("What became of the records:"), result.notes);
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
     addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
@@ -78,14 +78,50 @@ void EditCommands::remove(const sources::RecordSelection& selection, const Node&
       [&] { commands::deleteRecords(session_, selection, shown); });
 }
 
-void EditCommands::exportAsText(const sources::RecordSelection& selection) {
+void EditCommands::exportRecords(const sources::RecordSelection& selection) {
+  const auto kind = commands::recordKind(*selection.DataSourcePtr());
+  dlgExport::Choice choice;  // shadings have text files only
+  if (kind == commands::RecordKind::panes) {
+    const auto chosen = dlgExport(exportChoice_, &window_).choose();
+    if (!chosen) return;
+    choice = exportChoice_ = *chosen;
+  }
+  choice.isJoined ? exportToFile(selection, choice.form) : exportToFolder(selection, choice.form);
+}
+
+void EditCommands::exportToFolder(const sources::RecordSelection& selection,
+                                  commands::ExportForm form) {
   const QString folder =
-      QFileDialog::getExistingDirectory(&window_, tr("Folder for the text files"), exportFolder_);
+      QFileDialog::getExistingDirectory(&window_, tr("Folder for the files"), exportFolder_);
   if (folder.isEmpty()) return;
   exportFolder_ = folder;
   run(tr("export"), Effect::readsRecords, tr("These records could not be exported:"), [&] {
-    const auto result = commands::exportRecords(session_, selection, {folder.toStdString(), false});
-    ui_.message(commands::MessageKind::information, exportReport(result, folder.toStdString()),
+    const auto result =
+        commands::exportRecords(session_, selection, {folder.toStdString(), false, form});
+    const QString files = counted(static_cast<qlonglong>(result.files.size()), "file");
+    ui_.message(commands::MessageKind::information, exportReport(result, files, folder),
+                commands::kProductName);
+  });
+}
+
+void EditCommands::exportToFile(const sources::RecordSelection& selection,
+                                commands::ExportForm form) {
+  const bool isJson = form == commands::ExportForm::json;
+  const QString extension = isJson ? QStringLiteral("json") : QStringLiteral("csv");
+  QFileDialog dialog(&window_, tr("File for the records"), exportFolder_,
+                     isJson ? tr("Products (*.json)") : tr("Tables (*.csv)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(extension);
+  dialog.selectFile("panes." + extension);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+  const QString path = dialog.selectedFiles().constFirst();
+  exportFolder_ = QFileInfo(path).absolutePath();
+  run(tr("export"), Effect::readsRecords, tr("These records could not be exported:"), [&] {
+    const auto result = commands::exportJoined(session_, selection, form);
+    if (result.text.empty()) return;
+    commands::writeJoined(path.toStdString(), result.text, true);
+    const QString panes = counted(static_cast<qlonglong>(result.dataSets), "pane");
+    ui_.message(commands::MessageKind::information, exportReport(result, panes, path),
                 commands::kProductName);
   });
 }

@@ -3,8 +3,9 @@
 
 #include <QObject>
 
+#include "app/dialogs/dlgExport.h"
 #include "app/window/WindowUserInterface.h"
-#include "commands/Session.h"
+#include "commands/PasteRecords.h"
 #include "sources/RecordSelection.h"
 
 namespace orv::app {
@@ -22,12 +23,18 @@ class EditCommands : public QObject {
   bool hasPendingRecords() const { return pending_.HasRecords(); }
   const sources::RecordSelection& pending() const { return pending_; }
 
+  /// By which standard copies compute integrated values that their source does not have.
+  void integrateBy(std::optional<optics::Standard> standard) {
+    pasteOptions_.integrateBy = standard;
+  }
+
   void copy(const sources::RecordSelection& selection);
   void paste(const Node& destination);
   /// Copies records at once, as they are dragged to a node. The pending copy stays what it is.
   void transfer(const sources::RecordSelection& records, const Node& destination);
   void remove(const sources::RecordSelection& selection, const Node& shown);
-  void exportAsText(const sources::RecordSelection& selection);
+  /// Asks for the form and the place, and writes the records there.
+  void exportRecords(const sources::RecordSelection& selection);
 
  signals:
   void workBegins();
@@ -39,6 +46,8 @@ class EditCommands : public QObject {
  private:
   enum class Effect { readsRecords, changesRecords };
 
+  void exportToFolder(const sources::RecordSelection& selection, commands::ExportForm form);
+  void exportToFile(const sources::RecordSelection& selection, commands::ExportForm form);
   void run(const QString& work, Effect effect, const QString& failureHeading,
            const std::function<void()>& command);
 
@@ -46,6 +55,8 @@ class EditCommands : public QObject {
   WindowUserInterface& ui_;
   QWidget& window_;
   sources::RecordSelection pending_;
+  commands::PasteOptions pasteOptions_;
+  dlgExport::Choice exportChoice_;
   QString exportFolder_;
   QStringList report_;  ///< of the copy that is being made, without the failures
 };

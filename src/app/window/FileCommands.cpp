@@ -17,6 +17,7 @@ constexpr const char* kDefaultName = "orvdata.mdb";
 constexpr const char* kOrvFilter = "ORV database (orvdata.mdb)";
 constexpr const char* kIgdbFilter = "LBNL International Glazing Database(glazing.mdb)";
 constexpr const char* kOptics5Filter = "Optics/IGDB user database (*.mdb)";
+constexpr const char* kProductFilter = "Products (*.json)";
 constexpr const char* kAllFilter = "All Files (*.*)";
 
 /// The toolkit takes the pattern from the last parentheses of a filter and, told to hide it, shows
@@ -54,7 +55,7 @@ void FileCommands::openTextFiles() {
   dlgTextFileOptions options(&window_);
   const std::int16_t type = options.choose();
   if (type == dlgTextFileOptions::kCancelled) return;
-  const Choice choice = chooseFiles({kAllFilter}, Mode::openSeveral);
+  const Choice choice = chooseFiles({kAllFilter, kProductFilter}, Mode::openSeveral);
   if (choice.files.empty()) return;
   const BusyPointer busy;
   announce(commands_.openTextFiles(choice.folder, choice.files,

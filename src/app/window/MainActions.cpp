@@ -38,9 +38,9 @@ void MainActions::enable(const CommandState& state) {
   for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
     action->setEnabled(state.recordsSelected);
   }
-  for (QAction* action :
-       {mnuEditSelectAll, mnuEditFind, mnuEditFindNext, mnuEditFindPrevious, mnuViewEditFilter,
-        mnuViewColumns, mnuViewFitColumns, mnuSortAscending, mnuSortDescending}) {
+  for (QAction* action : {mnuEditSelectAll, mnuEditSaveTable, mnuEditFind, mnuEditFindNext,
+                          mnuEditFindPrevious, mnuViewEditFilter, mnuViewColumns, mnuViewFitColumns,
+                          mnuSortAscending, mnuSortDescending}) {
     action->setEnabled(state.recordsShown);
   }
 }
@@ -92,13 +92,14 @@ void MainActions::makeFileMenu() {
           QKeySequence(tr("Ctrl+U")), tr("Open a user database of the Optics5 program"));
   mnuFileOpenTextFiles =
       add(mnuFileOpen, "mnuFileOpenTextFiles", "text-file", tr("Spectral &Text Files..."),
-          QKeySequence(tr("Ctrl+T")), tr("Open spectral data of panes or shadings as text files"));
+          QKeySequence(tr("Ctrl+T")),
+          tr("Open spectral data of panes or shadings as text files, or products as JSON"));
   mnuFileRemove = add(mnuFile, "mnuFileRemove", "remove", tr("Re&move"), QKeySequence::Close,
                       tr("Remove the data source from the list; its file stays as it is"));
   mnuFile->addSeparator();
   mnuFileExport =
-      add(mnuFile, "mnuFileExport", "export", tr("&Export as Text Files..."),
-          QKeySequence(tr("Ctrl+E")), tr("Write the selected records as spectral text files"));
+      add(mnuFile, "mnuFileExport", "export", tr("&Export..."), QKeySequence(tr("Ctrl+E")),
+          tr("Write the selected records as text files, JSON or CSV"));
   mnuFile->addSeparator();
   mnuFileExit =
       add(mnuFile, "mnuFileExit", "exit", tr("E&xit"), QKeySequence::Quit, tr("End the program"));
@@ -122,6 +123,9 @@ void MainActions::makeEditMenu() {
   mnuEditCopyCell =
       add(mnuEdit, "mnuEditCopyCell", "", tr("Copy C&ell"), QKeySequence(tr("Ctrl+Alt+C")),
           tr("Put the field under the cursor on the clipboard"));
+  mnuEditSaveTable =
+      add(mnuEdit, "mnuEditSaveTable", "save", tr("&Save Table as CSV..."), {},
+          tr("Save the records shown, in the columns shown, as a table for other programs"));
   mnuEdit->addSeparator();
   mnuEditFind = add(mnuEdit, "mnuEditFind", "find", tr("&Find..."), QKeySequence::Find,
                     tr("Find a text in the records shown"));

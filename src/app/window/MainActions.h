@@ -50,6 +50,7 @@ class MainActions {
   QAction* mnuEditDelete;
   QAction* mnuEditCopyText;
   QAction* mnuEditCopyCell;
+  QAction* mnuEditSaveTable;
   QAction* mnuEditSelectAll;
   QAction* mnuEditFind;
   QAction* mnuEditFindNext;

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "app/Text.h"
+#include "app/dialogs/TableExport.h"
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
 #include "app/docks/RecordDocks.h"
@@ -43,7 +44,7 @@ void frmMain::connectMenus() {
               [this] { file_->openOptics5UserDatabase(); });
   onTriggered(actions_->mnuFileOpenTextFiles, ui_, [this] { file_->openTextFiles(); });
   onTriggered(actions_->mnuFileRemove, ui_, [this] { file_->remove(current_); });
-  onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportAsText(selection_); });
+  onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportRecords(selection_); });
   onTriggered(actions_->mnuFileExit, ui_, [this] { close(); });
   onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
   connectEditMenu();
@@ -63,6 +64,8 @@ void frmMain::connectEditMenu() {
   });
   onTriggered(actions_->mnuEditCopyText, ui_, [this] { grid_.copyRowsAsText(); });
   onTriggered(actions_->mnuEditCopyCell, ui_, [this] { grid_.copyCellAsText(); });
+  onTriggered(actions_->mnuEditSaveTable, ui_,
+              [this] { saveAsCsv(grid_.wholeTable(), tr("records"), this); });
   onTriggered(actions_->mnuEditFind, ui_, [this] { dataPane_->findBar().open(); });
   onTriggered(actions_->mnuEditFindNext, ui_, [this] { dataPane_->findBar().findNext(); });
   onTriggered(actions_->mnuEditFindPrevious, ui_, [this] { dataPane_->findBar().findPrevious(); });
@@ -127,6 +130,7 @@ void frmMain::showOptions() {
   if (dialog.exec() != QDialog::Accepted) return;
   const DisplayOptions old = std::exchange(options_, dialog.options());
   if (options_.theme != old.theme) applyTheme(options_.theme);
+  edit_->integrateBy(options_.integrateBy);
   docks_->wavelengthUnit(options_.plotUnit == PlotUnit::microns ? kMicrons : kNanometers);
   if (options_.digits != old.digits) grid_.records().digits(options_.digits);
 }
@@ -154,7 +158,8 @@ void frmMain::gridMenu(const QPoint& position) {
   QMenu menu(this);
   menu.addActions({actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditDelete});
   menu.addSeparator();
-  menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuFileExport});
+  menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuEditSaveTable,
+                   actions_->mnuFileExport});
   menu.addSeparator();
   menu.addMenu(actions_->mnuSort);
   menu.addActions({actions_->mnuViewEditFilter, actions_->mnuViewColumns});

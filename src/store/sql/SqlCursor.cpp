@@ -29,11 +29,19 @@ SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
   }
 }
 
+SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
+                     std::shared_ptr<const jet::Table> table)
+    : engine_(std::move(engine)), statement_(statement), reader_(std::move(table)) {
+  for (const jet::Column& column : reader_->table().definition().columns) {
+    columns_.push_back(jet::describe(column));
+  }
+}
+
 SqlCursor::~SqlCursor() = default;
 
 bool SqlCursor::step() {
   if (started_ && at_ < batch_.size()) {
-    at_ += typed_.size();
+    at_ += columns_.size();
   }
   started_ = true;
   if (at_ >= batch_.size() && !finished_) {
@@ -52,12 +60,26 @@ void SqlCursor::readBatch() {
       finished_ = true;
       break;
     }
-    for (std::size_t i = 0; i < typed_.size(); ++i) {
-      batch_.push_back(outputValue(statement_.get(), static_cast<int>(i), typed_[i]));
-      bytes += bytesOf(batch_.back());
-    }
+    const std::size_t before = batch_.size();
+    readRow();
+    for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
   }
   batchRows_ = std::min(batchRows_ * 2, kLargestBatch);
+}
+
+void SqlCursor::readRow() {
+  if (!reader_) {
+    for (std::size_t i = 0; i < typed_.size(); ++i) {
+      batch_.push_back(outputValue(statement_.get(), static_cast<int>(i), typed_[i]));
+    }
+    return;
+  }
+  const auto place = static_cast<std::uint32_t>(sqlite3_column_int64(statement_.get(), 0));
+  const jet::RowView* row = reader_->read(jet::RowId::fromPointer(place));
+  if (row == nullptr) return;
+  for (const jet::Column& column : reader_->table().definition().columns) {
+    batch_.push_back(row->value(column));
+  }
 }
 
 }  // namespace orv::store::sql

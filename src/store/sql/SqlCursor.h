@@ -5,10 +5,12 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "store/Schema.h"
 #include "store/Value.h"
+#include "store/jet/table/RowReader.h"
 #include "store/sql/translate/Scope.h"
 
 namespace orv::store::sql {
@@ -45,11 +47,16 @@ class SqlCursor {
 
   SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
             std::vector<TypedColumn> typed);
+  /// Of a statement that gives the places of a table's rows.
+  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
+            std::shared_ptr<const jet::Table> table);
   void readBatch();
+  void readRow();
 
   std::shared_ptr<SqlEngine> engine_;
   Statement statement_;
-  std::vector<TypedColumn> typed_;
+  std::vector<TypedColumn> typed_;        ///< of the statement's values
+  std::optional<jet::RowReader> reader_;  ///< of the rows, where it gives their places
   std::vector<ColumnInfo> columns_;
   std::vector<Value> batch_;  ///< the rows' values, row by row
   std::size_t at_ = 0;        ///< of the current row's first value

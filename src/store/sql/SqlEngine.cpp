@@ -53,7 +53,13 @@ SqlEngine::~SqlEngine() = default;
 
 std::unique_ptr<SqlCursor> SqlEngine::open(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
-  return start(QueryWriter::translate(catalog_, SqlText{sql}));
+  const SqlText text{sql};
+  if (const auto rows = QueryWriter::translateRows(catalog_, text)) {
+    // SQLite picks the rows out; their values need not go through it.
+    return std::unique_ptr<SqlCursor>(
+        new SqlCursor(shared_from_this(), prepare(rows->sql), database_->table(rows->table)));
+  }
+  return start(QueryWriter::translate(catalog_, text));
 }
 
 std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
@@ -63,9 +69,16 @@ std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
 
 SelectedRows SqlEngine::selectRows(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
-  const RowTranslation translation = QueryWriter::translateRows(catalog_, SqlText{sql});
-  SelectedRows selected{database_->table(translation.table), {}};
-  const SqlCursor::Statement statement(prepare(translation.sql));
+  const SqlText text{sql};
+  const auto translation = QueryWriter::translateRows(catalog_, text);
+  if (!translation) {
+    text.fail(kReadOnlyStore,
+              "Only rows of a SELECT * over one table, with or without WHERE and ORDER BY, can be "
+              "changed",
+              0);
+  }
+  SelectedRows selected{database_->table(translation->table), {}};
+  const SqlCursor::Statement statement(prepare(translation->sql));
   while (step(statement.get())) {
     selected.rows.push_back(jet::RowId::fromPointer(
         static_cast<std::uint32_t>(sqlite3_column_int64(statement.get(), 0))));

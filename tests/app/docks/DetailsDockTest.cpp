@@ -97,11 +97,12 @@ TEST_F(DetailsDockTest, SearchesNamesAndValuesAndCopiesWhatIsSelected) {
   pane->supplier("Emissary Glass");
   dock_.showPane({pane});
   dock_.findChild<QLineEdit*>()->setText("EMISS");
-  EXPECT_TRUE(tree_->text(false).startsWith("Supplier\tEmissary Glass\t\nEmissivity front\t"));
+  EXPECT_TRUE(tree_->text(false).startsWith(
+      "Field\tValue\tUnit\nSupplier\tEmissary Glass\t\nEmissivity front\t"));
   EXPECT_EQ(line("Thickness"), "");
   tree_->topLevelItem(0)->child(3)->setSelected(true);
   QTest::keySequence(tree_, QKeySequence::Copy);
-  EXPECT_EQ(QApplication::clipboard()->text(), "Supplier\tEmissary Glass\t\n");
+  EXPECT_EQ(QApplication::clipboard()->text(), "Field\tValue\tUnit\nSupplier\tEmissary Glass\t\n");
 }
 
 TEST_F(DetailsDockTest, ShowsTheFramesPictureOrSaysThatItCannot) {

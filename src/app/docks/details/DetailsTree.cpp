@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "app/Text.h"
+#include "app/dialogs/TableExport.h"
 
 namespace orv::app {
 
@@ -127,8 +128,10 @@ void DetailsTree::applyFilter() {
   }
 }
 
-QString DetailsTree::text(bool onlySelected) const {
-  QString text;
+QList<QStringList> DetailsTree::rows(bool onlySelected) const {
+  const QTreeWidgetItem* headings = headerItem();
+  QList<QStringList> rows;
+  rows << QStringList{headings->text(kName), headings->text(kValue), headings->text(kUnit)};
   for (int i = 0; i < topLevelItemCount(); ++i) {
     const QTreeWidgetItem* section = topLevelItem(i);
     for (int j = 0; j < section->childCount(); ++j) {
@@ -136,9 +139,15 @@ QString DetailsTree::text(bool onlySelected) const {
       if (item->isHidden() || (onlySelected && !item->isSelected())) continue;
       // A value of several lines is one cell.
       const QString value = item->data(kValue, Qt::UserRole).toString().simplified();
-      text += item->text(kName) + u'\t' + value + u'\t' + item->text(kUnit) + u'\n';
+      rows << QStringList{item->text(kName), value, item->text(kUnit)};
     }
   }
+  return rows;
+}
+
+QString DetailsTree::text(bool onlySelected) const {
+  QString text;
+  for (const QStringList& row : rows(onlySelected)) text += row.join(u'\t') + u'\n';
   return text;
 }
 
@@ -175,6 +184,8 @@ void DetailsTree::contextMenuEvent(QContextMenuEvent* event) {
     });
   }
   menu.addAction(tr("Copy &All"), this, [this] { copy(false); });
+  menu.addAction(tr("&Save as CSV..."), this,
+                 [this] { saveAsCsv(rows(false), tr("fields"), this); });
   menu.addSeparator();
   menu.addAction(tr("&Expand All"), this, &QTreeWidget::expandAll);
   menu.addAction(tr("Collapse A&ll"), this, &QTreeWidget::collapseAll);

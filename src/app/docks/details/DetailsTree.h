@@ -21,8 +21,9 @@ class DetailsTree : public QTreeWidget {
   /// not count. An empty text shows all.
   void setFilter(const QString& text);
 
-  /// The selected rows, or all that are shown when none is selected: a line a row, cells parted by
-  /// tabs.
+  /// The selected rows, or all that are shown, below the headings.
+  QList<QStringList> rows(bool onlySelected) const;
+  /// The same as text, a line a row, cells parted by tabs.
   QString text(bool onlySelected) const;
   void copy(bool onlySelected) const;
 

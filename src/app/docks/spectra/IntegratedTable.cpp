@@ -8,6 +8,7 @@
 #include <QMenu>
 
 #include "app/Text.h"
+#include "app/dialogs/TableExport.h"
 #include "app/docks/spectra/IntegratedValues.h"
 
 namespace orv::app {
@@ -96,7 +97,23 @@ void IntegratedTable::contextMenuEvent(QContextMenuEvent* event) {
   copy->setShortcut(QKeySequence::Copy);
   copy->setEnabled(!selectedRanges().isEmpty());
   menu.addAction(tr("Select &All"), this, &QTableWidget::selectAll);
+  menu.addAction(tr("&Save as CSV..."), this,
+                 [this] { saveAsCsv(wholeTable(), tr("integrated values"), this); })
+      ->setEnabled(rowCount() > 0);
   menu.exec(event->globalPos());
+}
+
+QList<QStringList> IntegratedTable::wholeTable() const {
+  QList<QStringList> rows;
+  rows << QStringList{tr("Value")};
+  for (int column = 0; column < columnCount(); ++column) {
+    rows.last() << textOf(horizontalHeaderItem(column));
+  }
+  for (int row = 0; row < rowCount(); ++row) {
+    rows << QStringList{textOf(verticalHeaderItem(row))};
+    for (int column = 0; column < columnCount(); ++column) rows.last() << textOf(item(row, column));
+  }
+  return rows;
 }
 
 void IntegratedTable::copySelection() const {

@@ -26,6 +26,8 @@ class IntegratedTable : public QTableWidget {
 
  private:
   void copySelection() const;
+  /// All of it, the headings first.
+  QList<QStringList> wholeTable() const;
 };
 
 }  // namespace orv::app

@@ -261,6 +261,11 @@ std::optional<Bytes> makeOtherForm(const TableDefinition& table, const RealIndex
   return key != makeKey(table, index, values) ? std::optional(std::move(key)) : std::nullopt;
 }
 
+bool anyNull(const RealIndex& index, std::span<const Value> values) {
+  return std::any_of(index.columns.begin(), index.columns.end(),
+                     [&](const IndexColumn& key) { return values[key.column].isNull(); });
+}
+
 bool hasEntry(const RealIndex& index, std::span<const Value> values) {
   return !index.ignoreNulls ||
          std::any_of(index.columns.begin(), index.columns.end(),

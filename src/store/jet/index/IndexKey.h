@@ -38,6 +38,8 @@ std::optional<Bytes> makeKnownKey(const TableDefinition& table, const RealIndex&
 std::optional<Bytes> makeOtherForm(const TableDefinition& table, const RealIndex& index,
                                    std::span<const Value> values);
 
+/// Whether a row has Null in a column of an index.
+bool anyNull(const RealIndex& index, std::span<const Value> values);
 /// Whether a row has an entry in an index: not when the index leaves out Nulls and all its
 /// columns are Null.
 bool hasEntry(const RealIndex& index, std::span<const Value> values);

@@ -104,6 +104,22 @@ Bytes IndexPage::entry(std::size_t i) const {
   return bytes;
 }
 
+bool IndexPage::isEntry(std::size_t i, std::span<const std::uint8_t> entry) const {
+  return i < count_ && entry.size() == prefixSize_ + ends_[i] - begin(i) && beginsWith(i, entry);
+}
+
+bool IndexPage::hasKey(std::size_t i, std::span<const std::uint8_t> key) const {
+  return key.size() + kPointerSize == prefixSize_ + ends_[i] - begin(i) && beginsWith(i, key);
+}
+
+/// Whether entry `i`, which is no shorter, begins with these bytes.
+bool IndexPage::beginsWith(std::size_t i, std::span<const std::uint8_t> bytes) const {
+  const std::size_t common = std::min(prefixSize_, bytes.size());
+  return std::equal(data_, data_ + common, bytes.begin()) &&
+         std::equal(bytes.begin() + static_cast<std::ptrdiff_t>(common), bytes.end(),
+                    data_ + begin(i));
+}
+
 Bytes IndexPage::separator(std::size_t i) const {
   Bytes bytes = entry(i);
   bytes.erase(bytes.end() - kChildSize, bytes.end());

@@ -42,6 +42,10 @@ class IndexPage {
   /// Bytes of entry `i`, whole; `entry` keeps its capacity.
   void copyEntry(std::size_t i, Bytes& entry) const;
   Bytes entry(std::size_t i) const;
+  /// Whether entry `i` is there and has these bytes.
+  bool isEntry(std::size_t i, std::span<const std::uint8_t> entry) const;
+  /// Whether entry `i` of a leaf has exactly this key.
+  bool hasKey(std::size_t i, std::span<const std::uint8_t> key) const;
   /// Entry `i` of a node without its child: the last entry below that child.
   Bytes separator(std::size_t i) const;
   /// Child of entry `i` of a node; the tail for `count()`.
@@ -76,6 +80,7 @@ class IndexPage {
   std::array<std::uint16_t, kMaxEntries> ends_;  ///< from `data_`
 
  private:
+  bool beginsWith(std::size_t i, std::span<const std::uint8_t> bytes) const;
   std::size_t readMask();
   void checkSizes(std::size_t shortest) const;
   template <class IsBefore>

@@ -1,28 +1,14 @@
 #include "store/jet/index/IndexTree.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
-#include "errors/Error.h"
-#include "store/StoreError.h"
 #include "store/jet/index/IndexPageEditor.h"
+#include "store/jet/index/IndexRun.h"
 #include "store/jet/page/PageAllocator.h"
 #include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
 namespace {
-
-Bytes makeEntry(std::span<const std::uint8_t> key, RowId row) {
-  Bytes entry;
-  entry.reserve(key.size() + IndexPage::kPointerSize + IndexPage::kChildSize);
-  entry.assign(key.begin(), key.end());
-  for (int shift = 16; shift >= 0; shift -= 8) {
-    entry.push_back(static_cast<std::uint8_t>(row.page >> shift));
-  }
-  entry.push_back(row.row);
-  return entry;
-}
 
 /// The entry of a node for a child whose last entry is `last`.
 Bytes nodeEntry(Bytes last, PageNumber child) {
@@ -30,32 +16,6 @@ Bytes nodeEntry(Bytes last, PageNumber child) {
     last.push_back(static_cast<std::uint8_t>(child >> shift));
   }
   return last;
-}
-
-/// Whether an entry just before or just after an entry of a leaf, or of a place for one, has this
-/// key: entries of the same key stand side by side. `after` is the entry that follows; `load` gives
-/// a neighbour of the leaf.
-template <class Load>
-bool isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
-                 std::span<const std::uint8_t> key, Load load) {
-  Bytes entry;
-  entry.reserve(key.size() + IndexPage::kPointerSize);
-  const auto hasKey = [&](const IndexPage& page, std::size_t i) {
-    page.copyEntry(i, entry);
-    return std::ranges::equal(std::span(entry).first(entry.size() - IndexPage::kPointerSize), key);
-  };
-  const auto neighbourHasKey = [&](PageNumber number, bool last) {
-    if (number == 0) return false;
-    const StoredIndexPage page = load(number);
-    const std::size_t count = page.entries.count();
-    return page.entries.isLeaf() && count > 0 && hasKey(page.entries, last ? count - 1 : 0);
-  };
-  return (at > 0 ? hasKey(leaf, at - 1) : neighbourHasKey(leaf.previous(), true)) ||
-         (after < leaf.count() ? hasKey(leaf, after) : neighbourHasKey(leaf.next(), false));
-}
-
-bool isEntry(const IndexPage& leaf, std::size_t at, std::span<const std::uint8_t> entry) {
-  return at < leaf.count() && std::ranges::equal(leaf.entry(at), entry);
 }
 
 /// Where to part the entries of a page that overflows: all before the result go to the page on
@@ -133,7 +93,6 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
       const std::size_t at = entries.lowerBound(entry);
       path.steps[path.depth] = {number, at};
       if (entries.isLeaf()) {
-        path.found = isEntry(entries, at, entry);
         return path;
       }
       if (entries.childCount() == 0) raiseDamaged(number, "it leads to no leaf of its index");
@@ -149,12 +108,26 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
   }
 }
 
-/// Whether another entry has the key of the entry to which the path leads.
-bool IndexTree::sharesKey(const Path& path, std::span<const std::uint8_t> key) const {
-  const Step step = path.steps[path.depth];
-  const StoredIndexPage leaf = load(step.page);
-  return isBesideKey(leaf.entries, step.at, step.at + 1, key,
-                     [&](PageNumber page) { return load(page); });
+/// Whether an entry just before or just after an entry of a leaf, or of a place for one, has this
+/// key: entries of the same key stand side by side. `after` is the entry that follows.
+bool IndexTree::isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
+                            std::span<const std::uint8_t> key) const {
+  const auto neighbourHasKey = [&](PageNumber number, bool last) {
+    if (number == 0) return false;
+    const StoredIndexPage page = load(number);
+    const std::size_t count = page.entries.count();
+    return page.entries.isLeaf() && count > 0 && page.entries.hasKey(last ? count - 1 : 0, key);
+  };
+  return (at > 0 ? leaf.hasKey(at - 1, key) : neighbourHasKey(leaf.previous(), true)) ||
+         (after < leaf.count() ? leaf.hasKey(after, key) : neighbourHasKey(leaf.next(), false));
+}
+
+void IndexTree::writeEntry(Bytes& entry, std::span<const std::uint8_t> key, RowId row) {
+  entry.assign(key.begin(), key.end());
+  for (int shift = 16; shift >= 0; shift -= 8) {
+    entry.push_back(static_cast<std::uint8_t>(row.page >> shift));
+  }
+  entry.push_back(row.row);
 }
 
 /// Makes the last child of a node without a tail include `entry`: as the tail, or, being the
@@ -174,35 +147,21 @@ void IndexTree::widenLast(PageNumber number, std::span<const std::uint8_t> entry
 // Adding ------------------------------------------------------------------------------------
 
 IndexTree::Change IndexTree::insert(std::span<const std::uint8_t> key, RowId row) {
-  const Bytes entry = makeEntry(key, row);
-  if (entry.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
-    throw Error(kNotSupported,
-                fmt::format("The values of an index's columns are too long together: their key "
-                            "takes {} bytes.",
-                            key.size()));
-  }
-  Path path = descend(entry, true);
-  if (path.found) return Change::none;
-  const Step leaf = path.steps[path.depth];
-  IndexPageEditor page(pager_, leaf.page);
-  const bool shares =
-      isBesideKey(page, leaf.at, leaf.at, key, [&](PageNumber number) { return load(number); });
-  if (!page.insert(leaf.at, entry)) place(path, path.depth, entry);
-  return shares ? Change::entry : Change::key;
+  return IndexRun(pager_, index_, table_).insert(key, row);
 }
 
-/// Puts an entry into a page on the path, before the entry where the path goes; splits the page,
-/// and those above it, where there is no room.
-void IndexTree::place(Path& path, std::size_t level, std::span<const std::uint8_t> entry) {
+/// Puts an entry into the full leaf at the end of the path, before the entry where the path goes:
+/// splits the leaf, and those pages above it that have no room for what parts its halves.
+void IndexTree::split(Path& path, std::span<const std::uint8_t> entry) {
   Bytes pending(entry.begin(), entry.end());
-  for (;; --level) {
-    const Step step = path.steps[level];
-    if (IndexPageEditor(pager_, step.page).insert(step.at, pending)) return;
+  for (std::size_t level = path.depth;; --level) {
     if (level == 0) {
       pushRootDown(path);
       level = 1;
     }
     pending = split(path, level, pending);
+    const Step parent = path.steps[level - 1];
+    if (IndexPageEditor(pager_, parent.page).insert(parent.at, pending)) return;
   }
 }
 
@@ -284,10 +243,9 @@ void IndexTree::partNodes(PageNumber left, PageNumber right) {
 // Removing ----------------------------------------------------------------------------------
 
 IndexTree::Change IndexTree::erase(std::span<const std::uint8_t> key, RowId row) {
-  const Path path = descend(makeEntry(key, row), false);
-  if (!path.found) return Change::none;
-  const Change change = sharesKey(path, key) ? Change::entry : Change::key;
-  removeEntry(path);
+  IndexRun run(pager_, index_, table_);
+  const Change change = run.erase(key, row);
+  run.finish();
   return change;
 }
 
@@ -301,23 +259,20 @@ IndexTree::Change IndexTree::eraseRow(RowId row) {
   return Change::none;
 }
 
-void IndexTree::removeEntry(const Path& path) {
-  const Step leaf = path.steps[path.depth];
-  IndexPageEditor page(pager_, leaf.page);
-  page.erase(leaf.at);
+/// Makes the tree whole after entries of the leaf at the end of the path were removed.
+void IndexTree::settle(const Path& path, bool hasErasedLast) {
   if (path.depth == 0) return;
-  if (page.count() == 0) {
-    removePage(path);
-    return;
+  Bytes last;
+  bool isSparse = false;
+  {
+    const StoredIndexPage leaf = load(path.steps[path.depth].page);
+    const IndexPage& entries = leaf.entries;
+    if (entries.count() > 0) last = entries.entry(entries.count() - 1);
+    isSparse = entries.freeSpace() > entriesRoom() / 4 * 3;
   }
-  const bool sparse = page.freeSpace() > entriesRoom() / 4 * 3;
-  const Bytes last = page.entry(page.count() - 1);
-  if (leaf.at == page.count()) {
-    restoreSeparators(last);
-  }
-  if (sparse) {
-    joinLeaf(descend(last, false));
-  }
+  if (last.empty()) return removePage(path);
+  if (hasErasedLast) restoreSeparators(last);
+  if (isSparse) joinLeaf(descend(last, false));
 }
 
 /// Bytes that the entries of a page can take.

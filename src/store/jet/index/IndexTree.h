@@ -58,6 +58,7 @@ class IndexTree {
   static void initializeRoot(Pager& pager, PageNumber page, PageNumber table);
 
  private:
+  friend class IndexRun;
   struct Step {
     PageNumber page = 0;
     std::size_t at = 0;  ///< in a node, the entry of the child, or their number for the tail
@@ -66,21 +67,22 @@ class IndexTree {
   struct Path {
     std::array<Step, kMaxIndexDepth + 1> steps{};
     std::size_t depth = 0;  ///< level of the leaf in `steps`
-    bool found = false;     ///< whether the leaf has exactly the entry
   };
 
   StoredIndexPage load(PageNumber page) const { return {pager_, page, table_}; }
   Path descend(std::span<const std::uint8_t> entry, bool widen);
-  bool sharesKey(const Path& path, std::span<const std::uint8_t> key) const;
+  bool isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
+                   std::span<const std::uint8_t> key) const;
+  static void writeEntry(Bytes& entry, std::span<const std::uint8_t> key, RowId row);
   void widenLast(PageNumber node, std::span<const std::uint8_t> entry);
 
-  void place(Path& path, std::size_t level, std::span<const std::uint8_t> entry);
+  void split(Path& path, std::span<const std::uint8_t> entry);
   Bytes split(Path& path, std::size_t level, std::span<const std::uint8_t> entry);
   void pushRootDown(Path& path);
   PageNumber addPageBefore(PageNumber page, std::uint8_t level);
   void partNodes(PageNumber left, PageNumber right);
 
-  void removeEntry(const Path& path);
+  void settle(const Path& path, bool hasErasedLast);
   std::size_t entriesRoom() const;
   void joinLeaf(const Path& path);
   bool joinWithNext(Path path, std::size_t at);

@@ -116,7 +116,8 @@ void DataPageEditor::replace(std::uint8_t row, std::span<const std::uint8_t> con
 
 bool DataPageEditor::isEmpty() const {
   const DataPage page = read();
-  for (std::uint16_t i = 0; i < page.rowCount(); ++i) {
+  // From the last row on: rows are mostly deleted in their order.
+  for (std::uint16_t i = page.rowCount(); i-- > 0;) {
     if (page.slot(i).kind != SlotKind::dead) {
       return false;
     }

@@ -4,6 +4,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <memory>
 
@@ -175,6 +176,14 @@ std::string decodeText(const Pager& pager, std::span<const std::uint8_t> bytes) 
 
 std::string foldName(std::string_view name) {
   std::string out;
+  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  if (std::ranges::all_of(name, isAscii)) {
+    // Nearly every name is, and names are looked up for every statement and row.
+    std::ranges::transform(name, std::back_inserter(out), [](char c) {
+      return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return out;
+  }
   icu::UnicodeString::fromUTF8({name.data(), static_cast<int>(name.size())})
       .foldCase()
       .toUTF8String(out);

@@ -85,9 +85,10 @@ void append(Bytes& out, T bits) {
   out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// The stored bytes of a value that is neither Null nor long nor a boolean.
-Bytes encodeValue(const Column& column, const Value& value) {
-  Bytes out;
+/// Makes `out` the stored bytes of a value that is neither Null nor long nor a boolean; it keeps
+/// its capacity.
+void encodeValue(Bytes& out, const Column& column, const Value& value) {
+  out.clear();
   switch (column.type) {
     case ColumnType::byte:
       append(out, static_cast<std::uint8_t>(value.toLong()));
@@ -135,7 +136,6 @@ Bytes encodeValue(const Column& column, const Value& value) {
       append(out, std::uint16_t{' '});
     }
   }
-  return out;
 }
 
 Bytes longValueBytes(const Column& column, const Value& value) {
@@ -235,6 +235,7 @@ Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Valu
   store16(row.data(), table.maxColumns);
   Bytes mask((table.maxColumns + std::size_t{7}) / 8);
   std::vector<Bytes> variable(table.variableColumns);
+  Bytes bytes;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
     const Value& value = values[i];
@@ -250,7 +251,7 @@ Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Valu
       const std::size_t end = 2 + std::size_t{column.fixedOffset} + column.length;
       row.resize(std::max(row.size(), end));
       if (present) {
-        const Bytes bytes = encodeValue(column, value);
+        encodeValue(bytes, column, value);
         if (bytes.size() > column.length) {
           raiseDamaged(table.page, "column '" + column.name + "' of table '" + table.name +
                                        "' has less room than its type takes");
@@ -261,14 +262,14 @@ Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Valu
     } else if (column.isLongValue()) {
       variable[column.variableIndex] = encodeLongValue(pager, column, value, before);
     } else if (present) {
-      variable[column.variableIndex] = encodeValue(column, value);
+      encodeValue(variable[column.variableIndex], column, value);
     }
   }
   if (table.variableColumns > 0) {
     std::vector<std::size_t> offsets;
-    for (const Bytes& bytes : variable) {
+    for (const Bytes& stored : variable) {
       offsets.push_back(row.size());
-      row.insert(row.end(), bytes.begin(), bytes.end());
+      row.insert(row.end(), stored.begin(), stored.end());
     }
     offsets.push_back(row.size());
     for (std::size_t i = offsets.size(); i-- > 0;) {

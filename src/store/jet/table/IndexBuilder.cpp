@@ -9,6 +9,7 @@
 #include "store/jet/definition/DefinitionPages.h"
 #include "store/jet/definition/DefinitionWriter.h"
 #include "store/jet/index/IndexKey.h"
+#include "store/jet/index/IndexRun.h"
 #include "store/jet/table/TablePlacement.h"
 
 namespace orv::store::jet {
@@ -51,9 +52,7 @@ std::vector<Entry> sortedEntries(const Table& table, const TableDefinition& defi
   std::vector<Entry> entries;
   for (TableScan scan = table.scan(); scan.next();) {
     const std::vector<Value> values = keyValues(definition, index, scan.row());
-    const bool hasNull =
-        std::any_of(index.columns.begin(), index.columns.end(),
-                    [&](const IndexColumn& key) { return values[key.column].isNull(); });
+    const bool hasNull = anyNull(index, values);
     if (hasNull && index.required) {
       refuse(definition, fmt::format("a row has no value in a column of it ({})",
                                      describeValues(index, values)));
@@ -91,9 +90,9 @@ void buildLastIndex(const Table& table, TableDefinition& definition) {
   const std::vector<Entry> entries = sortedEntries(table, definition, index);
   const std::uint32_t keyCount = countKeys(table, definition, index, entries);
   placeIndex(pager, table.definition(), index);
-  IndexTree tree(pager, index, definition.page);
+  IndexRun run(pager, index, definition.page);
   for (const Entry& entry : entries) {
-    tree.insert(entry.key, entry.row);
+    run.insert(entry.key, entry.row);
   }
   DefinitionPages pages = readDefinitionPages(pager, definition.page, definition.name);
   addIndex(pager.format(), pages.bytes, definition, index, definition.logicalIndexes.back(),

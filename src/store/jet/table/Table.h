@@ -14,7 +14,6 @@
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/Pager.h"
 #include "store/jet/row/Row.h"
-#include "store/jet/row/RowSpace.h"
 
 namespace orv::store::jet {
 
@@ -89,21 +88,15 @@ class Table {
   void erase(RowId id);
 
  private:
+  friend class RowChanges;
+  /// Where the content of a row is, and the row there.
+  std::optional<RowId> contentOf(RowId id) const;
+  RowView viewAt(RowId content) const;
+
   std::int32_t lastAutoNumber() const;
+  void raiseLastAutoNumber(std::int32_t number);
   void changeRowCount(int change);
-  /// The values as rows hold them; a new row gets its automatic numbers.
-  std::vector<Value> fit(std::span<const Value> values, bool newRow);
-  RowSpace rowSpace() const;
-  Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
-  void refuseDuplicate(const RealIndex& index, std::span<const Value> values,
-                       std::span<const std::uint8_t> key) const;
-  std::string describeIndex(const RealIndex& index) const;
-  /// Both give the change in the number of different keys: 1 or -1, or 0 for another entry of one.
-  std::int32_t insertEntry(const RealIndex& index, std::span<const Value> values,
-                           std::span<const std::uint8_t> key, RowId id);
-  std::int32_t eraseEntry(const RealIndex& index, std::span<const Value> values, RowId id);
   void changeKeyCount(const RealIndex& index, std::int32_t change);
-  void writeContent(RowId home, RowId content, const Bytes& row);
 
   std::shared_ptr<Pager> pager_;
   std::shared_ptr<const TableDefinition> definition_;

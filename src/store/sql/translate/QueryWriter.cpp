@@ -33,6 +33,16 @@ std::size_t orderedPosition(const Expression& e) {
   return position;
 }
 
+/// Whether it is a SELECT * over one table or query, with or without WHERE and ORDER BY.
+bool picksRows(const Query& query) {
+  const Select& select = query.selects.front();
+  return query.selects.size() == 1 && !select.distinct && !select.distinctRow && !select.top &&
+         select.groupBy.empty() && !select.having && select.items.size() == 1 &&
+         select.items.front().all && select.from.size() == 1 &&
+         select.from.front().kind == Source::Kind::table &&
+         !(select.where && ExpressionWriter::containsAggregate(*select.where));
+}
+
 std::string columnList(std::size_t count) {
   std::string list;
   for (std::size_t i = 0; i < count; ++i) {
@@ -55,22 +65,14 @@ Translation QueryWriter::translateQuery(Catalog& catalog, const std::string& nam
   return QueryWriter(catalog, SqlText{name}).expandQuery(name, *text, 0);
 }
 
-RowTranslation QueryWriter::translateRows(Catalog& catalog, const SqlText& text) {
+std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const SqlText& text) {
   QueryWriter writer(catalog, text);
   const Query query = Parser::parse(text);
+  if (!picksRows(query)) return std::nullopt;
   const Select& select = query.selects.front();
-  const bool plain = query.selects.size() == 1 && !select.distinct && !select.distinctRow &&
-                     !select.top && select.groupBy.empty() && !select.having &&
-                     select.items.size() == 1 && select.items.front().all &&
-                     select.from.size() == 1 && select.from.front().kind == Source::Kind::table;
   Scope scope(writer.text_, nullptr);
-  const std::string from = plain ? writer.writeSources(select, scope) : "";
-  if (!plain || !scope.members().front().baseTable) {
-    writer.text_.fail(kReadOnlyStore,
-                      "Only rows of a SELECT * over one table, with or without WHERE and ORDER "
-                      "BY, can be changed",
-                      0);
-  }
+  const std::string from = writer.writeSources(select, scope);
+  if (!scope.members().front().baseTable) return std::nullopt;
   ExpressionWriter expressions(writer.text_, scope, writer, select.items);
   const std::vector<Output> outputs = writer.writeItems(select, scope, expressions);
   RowTranslation result{.sql = "SELECT " + scope.members().front().sqlName + ".rowid" + from,

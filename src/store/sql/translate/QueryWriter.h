@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,9 +34,9 @@ class QueryWriter {
 
   /// Raises kSyntaxError, kNotSupported, kObjectNotFound, kItemNotFound, with the place.
   static Translation translate(Catalog& catalog, const SqlText& text);
-  /// The rows that `SELECT * FROM table`, with or without WHERE and ORDER BY, picks out. Raises
-  /// kReadOnlyStore for a statement of another shape.
-  static RowTranslation translateRows(Catalog& catalog, const SqlText& text);
+  /// The rows that `SELECT * FROM table`, with or without WHERE and ORDER BY, picks out; none for a
+  /// statement of another shape.
+  static std::optional<RowTranslation> translateRows(Catalog& catalog, const SqlText& text);
 
   /// Translates a saved query.
   static Translation translateQuery(Catalog& catalog, const std::string& name);

@@ -1,4 +1,4 @@
-#include "cli/CellText.h"
+#include "cli/ValueText.h"
 
 #include <fmt/format.h>
 #include <unicode/unistr.h>

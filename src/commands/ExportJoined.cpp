@@ -1,0 +1,96 @@
+// Export of several panes into one file.
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <map>
+
+#include "commands/CopyLosses.h"
+#include "commands/ExportWork.h"
+#include "commands/FileCompletion.h"
+#include "commands/SpectraCsv.h"
+#include "productfile/ProductWriter.h"
+#include "textfile/TextFile.h"
+
+namespace orv::commands {
+
+namespace {
+
+/// A pane at one angle.
+struct DataSet {
+  std::string identifier;
+  std::shared_ptr<GlazingData> pane;
+  bool isOneOfSeveral;  ///< the pane has other angles
+};
+
+std::string productsText(const std::vector<DataSet>& sets) {
+  std::vector<productfile::OrderedJson> products;
+  for (const DataSet& set : sets) products.push_back(productfile::productOf(*set.pane));
+  return productfile::formatProducts(products);
+}
+
+/// Panes of one name are told apart by their identifiers.
+std::string tableText(const std::vector<DataSet>& sets) {
+  std::map<std::string, std::string> firstOfName;
+  std::map<std::string, bool> isRepeated;
+  for (const auto& [identifier, pane, several] : sets) {
+    const auto first = firstOfName.try_emplace(pane->filename(), identifier).first;
+    if (first->second != identifier) isRepeated[pane->filename()] = true;
+  }
+  std::vector<NamedSpectrum> spectra;
+  for (const auto& [identifier, pane, several] : sets) {
+    std::string name = pane->filename();
+    if (isRepeated[name]) name += " (" + identifier + ")";
+    if (several) name += fmt::format(" at {}°", pane->ORV_Angle());
+    spectra.push_back({name, pane->SpectralData()});
+  }
+  return spectraCsv(spectra);
+}
+
+std::string paneText(const Session& session, const DataSet& set, JoinedExport& result) {
+  GlazingData& pane = *set.pane;
+  const std::string name = pane.filename();
+  for (const std::string& each : exportLossesOf(pane)) result.notKept.add(each, name);
+  for (const std::string& each : completeForFile(pane)) result.filled.add(each, name);
+  return session.textFiles.SpectralText(name, pane, PaneEntries::all);
+}
+
+}  // namespace
+
+JoinedExport exportJoined(Session& session, const sources::RecordSelection& records,
+                          ExportForm form) {
+  if (requireExportable(records, form) != RecordKind::panes) {
+    throw Error(kInvalidCall, "Only panes can be written into one file.");
+  }
+  JoinedExport result;
+  const RecordReader reader(session, records.DataSourcePtr());
+  std::vector<DataSet> sets;
+  exportEach(session, records, result, [&](const std::string& identifier) {
+    const auto angles = requireAngles(reader, identifier);
+    std::vector<DataSet> ofPane;
+    for (const std::int16_t angle : angles) {
+      ofPane.push_back({identifier, reader.pane(identifier, angle), angles.size() > 1});
+      reader.tellGroup(identifier, *ofPane.back().pane);
+    }
+    sets.insert(sets.end(), ofPane.begin(), ofPane.end());
+  });
+  result.dataSets = sets.size();
+  if (sets.empty() || result.cancelled) return result;
+  if (form == ExportForm::text && sets.size() > 1) {
+    throw Error(kInvalidCall, fmt::format("A text file holds one pane at one angle, and here are "
+                                          "{}. Choose one, another form, or a folder.",
+                                          sets.size()));
+  }
+  result.text = form == ExportForm::json  ? productsText(sets)
+                : form == ExportForm::csv ? tableText(sets)
+                                          : paneText(session, sets.front(), result);
+  return result;
+}
+
+void writeJoined(const std::string& path, const std::string& text, bool overwrite) {
+  if (!overwrite && std::filesystem::exists(path)) {
+    throw Error(kInvalidCall, "There is a file \"" + path + "\" already, which is not replaced.");
+  }
+  textfile::writeText(path, text);
+}
+
+}  // namespace orv::commands

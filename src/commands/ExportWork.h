@@ -1,0 +1,44 @@
+// What exports into one file and into many have in common.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "commands/ErrorText.h"
+#include "commands/ExportRecords.h"
+#include "commands/LongWork.h"
+#include "commands/RecordKind.h"
+#include "commands/RecordReader.h"
+
+namespace orv::commands {
+
+/// What the records are. Raises kInvalidCall for those that no file of the form can hold.
+RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form);
+
+/// The angles of a pane; raises kInvalidCall where there is none.
+std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier);
+
+/// Exports each record in turn, counts and shows what fails, and ends where the user wants it to.
+template <class Result>
+void exportEach(Session& session, const sources::RecordSelection& records, Result& result,
+                const std::function<void(const std::string& identifier)>& write) {
+  LongWork work(session.ui, "Exporting records...");
+  work.expect(records.RecordsCount());
+  for (std::int32_t i = 1; i <= records.RecordsCount() && !result.cancelled; ++i) {
+    const std::string& identifier = records.SelectedRecordID(i);
+    session.ui.status("Exporting " + identifier + "...");
+    try {
+      write(identifier);
+    } catch (const std::exception& error) {
+      ++result.failed;
+      session.ui.message(MessageKind::recordFailure,
+                         "The record " + identifier + " could not be exported: " + describe(error),
+                         kProductName);
+    }
+    work.stepDone();
+    result.cancelled = session.ui.cancelled();
+  }
+}
+
+}  // namespace orv::commands

@@ -1,0 +1,91 @@
+#include "store/jet/index/IndexRun.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+
+namespace orv::store::jet {
+
+void IndexRun::needShortEntry() const {
+  if (entry_.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
+    throw Error(kNotSupported,
+                fmt::format("The values of an index's columns are too long together: their key "
+                            "takes {} bytes.",
+                            entry_.size() - IndexPage::kPointerSize));
+  }
+}
+
+/// Where the entry belongs on the leaf at hand; none when it belongs, or may belong, on another.
+std::optional<std::size_t> IndexRun::placeOnLeaf() {
+  // Whoever has read the page meanwhile keeps it as it was: the bytes to change are others then.
+  if (!leaf_ || pager_.modify(path_.steps[path_.depth].page) != leafBytes_) return std::nullopt;
+  if (!end_.empty() && std::ranges::lexicographical_compare(end_, entry_)) return std::nullopt;
+  const std::size_t at = leaf_->lowerBound(entry_);
+  return at > 0 || leaf_->previous() == 0 ? std::optional(at) : std::nullopt;
+}
+
+/// Goes down the tree to where the entry belongs; returns the place on the leaf there.
+std::size_t IndexRun::openLeaf(bool widen) {
+  finish();
+  path_ = tree_.descend(entry_, widen);
+  rememberEnd();
+  const IndexTree::Step leaf = path_.steps[path_.depth];
+  leafBytes_ = pager_.modify(leaf.page);
+  leaf_.emplace(pager_.format(), pager_.modify(leaf.page), leaf.page);
+  return leaf.at;
+}
+
+/// The lowest entry on the way that is not a tail bounds what is below it.
+void IndexRun::rememberEnd() {
+  end_.clear();
+  for (std::size_t level = path_.depth; level-- > 0;) {
+    const IndexTree::Step step = path_.steps[level];
+    const StoredIndexPage node = tree_.load(step.page);
+    if (step.at < node.entries.count()) {
+      end_ = node.entries.separator(step.at);
+      return;
+    }
+  }
+}
+
+IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row, SameKey sameKey) {
+  using Change = IndexTree::Change;
+  if (hasErased_) finish();
+  IndexTree::writeEntry(entry_, key, row);
+  needShortEntry();
+  const std::optional<std::size_t> onLeaf = placeOnLeaf();
+  const std::size_t at = onLeaf ? *onLeaf : openLeaf(true);
+  if (leaf_->isEntry(at, entry_)) return Change::none;
+  const bool shares = tree_.isBesideKey(*leaf_, at, at, key);
+  if (shares && sameKey == SameKey::refuse) return Change::none;
+  if (!leaf_->insert(at, entry_)) {
+    leaf_.reset();
+    path_.steps[path_.depth].at = at;
+    tree_.split(path_, entry_);
+  }
+  return shares ? Change::entry : Change::key;
+}
+
+IndexTree::Change IndexRun::erase(std::span<const std::uint8_t> key, RowId row) {
+  using Change = IndexTree::Change;
+  IndexTree::writeEntry(entry_, key, row);
+  const std::optional<std::size_t> onLeaf = placeOnLeaf();
+  const std::size_t at = onLeaf ? *onLeaf : openLeaf(false);
+  if (!leaf_->isEntry(at, entry_)) return Change::none;
+  const bool shares = tree_.isBesideKey(*leaf_, at, at + 1, key);
+  leaf_->erase(at);
+  hasErased_ = true;
+  hasErasedLast_ |= at == leaf_->count();
+  return shares ? Change::entry : Change::key;
+}
+
+void IndexRun::finish() {
+  leaf_.reset();
+  if (hasErased_) tree_.settle(path_, hasErasedLast_);
+  hasErased_ = hasErasedLast_ = false;
+}
+
+}  // namespace orv::store::jet

@@ -1,0 +1,222 @@
+#include "store/jet/table/RowChanges.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/index/IndexKey.h"
+#include "store/jet/page/DataPage.h"
+#include "store/jet/row/LongValue.h"
+#include "store/jet/row/RowEncoder.h"
+#include "store/jet/table/AutoGuid.h"
+
+namespace orv::store::jet {
+namespace {
+
+std::vector<Value> valuesOf(const TableDefinition& definition, const RowView& row) {
+  std::vector<Value> values;
+  values.reserve(definition.columns.size());
+  for (const Column& column : definition.columns) values.push_back(row.value(column));
+  return values;
+}
+
+bool valuesAreEqual(const RealIndex& index, std::span<const Value> a, std::span<const Value> b) {
+  return std::ranges::all_of(
+      index.columns, [&](const IndexColumn& key) { return a[key.column] == b[key.column]; });
+}
+
+}  // namespace
+
+RowChanges::RowChanges(Table& table)
+    : table_(table),
+      definition_(table.definition()),
+      pager_(table.pager()),
+      space_(pager_, definition_.page, definition_.ownedPages, definition_.freePages) {
+  indexes_.reserve(definition_.realIndexes.size());
+  for (const RealIndex& index : definition_.realIndexes) {
+    indexes_.push_back({index, {pager_, index, definition_.page}});
+  }
+}
+
+// Rows --------------------------------------------------------------------------------------
+
+RowId RowChanges::insert(std::span<const Value> values) {
+  const std::vector<Value> row = fit(values, true);
+  const RowId id =
+      space_.add(encodeRow(pager_, definition_, row), SlotKind::row, table_.insertHint_);
+  table_.insertHint_ = id.page;
+  for (Index& index : indexes_) addEntry(index, row, id);
+  ++newRows_;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    if (definition_.columns[i].autoNumber) {
+      highestNumber_ = std::max(highestNumber_, row[i].toLong());
+    }
+  }
+  return id;
+}
+
+void RowChanges::update(RowId id, std::span<const Value> values) {
+  const auto content = table_.contentOf(id);
+  if (!content) {
+    throw Error(kNoCurrentRecord, "The row of table '" + table_.name() + "' has been deleted.");
+  }
+  const RowView before = table_.viewAt(*content);
+  const std::vector<Value> oldRow = valuesOf(definition_, before);
+  const std::vector<Value> newRow = fit(values, false);
+  if (oldRow == newRow) return;
+  for (Index& index : indexes_) {
+    if (valuesAreEqual(index.index, oldRow, newRow)) continue;
+    eraseEntry(index, oldRow, id);
+    addEntry(index, newRow, id);
+  }
+  writeContent(id, *content, encodeRow(pager_, definition_, newRow, &before));
+}
+
+void RowChanges::erase(RowId id) {
+  const auto content = table_.contentOf(id);
+  if (!content) {
+    throw Error(kNoCurrentRecord,
+                "The row of table '" + table_.name() + "' has been deleted already.");
+  }
+  {
+    const RowView row = table_.viewAt(*content);
+    const std::vector<Value> values = valuesOf(definition_, row);
+    for (Index& index : indexes_) eraseEntry(index, values, id);
+    eraseLongValues(row, content->page);
+  }
+  if (*content != id) space_.erase(*content);
+  space_.erase(id);
+  --newRows_;
+}
+
+void RowChanges::finish() {
+  for (Index& index : indexes_) {
+    index.run.finish();
+    table_.changeKeyCount(index.index, index.newKeys);
+  }
+  table_.changeRowCount(newRows_);
+  table_.raiseLastAutoNumber(highestNumber_);
+}
+
+/// The values as rows hold them; a new row gets its automatic numbers.
+std::vector<Value> RowChanges::fit(std::span<const Value> values, bool newRow) {
+  if (values.size() != definition_.columns.size()) {
+    throw Error(kInvalidCall,
+                "A row of table '" + table_.name() + "' needs a value for each column.");
+  }
+  std::vector<Value> fitted;
+  fitted.reserve(values.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const Column& column = definition_.columns[i];
+    const bool isMade = newRow && values[i].isNull();
+    if (isMade && column.autoNumber) {
+      fitted.emplace_back(table_.reserveAutoNumber());
+    } else if (isMade && column.autoGuid) {
+      fitted.emplace_back(makeGuid());
+    } else {
+      fitted.push_back(fitValue(table_.name(), column, values[i]));
+    }
+  }
+  return fitted;
+}
+
+void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {
+  const bool moved = content != home;
+  if (space_.replace(content, row, moved ? SlotKind::hidden : SlotKind::row)) return;
+  if (moved) space_.erase(content);
+  const RowId place = space_.add(row, SlotKind::hidden);
+  // The home keeps its length, at least that of a pointer.
+  const PageRef page = pager_.read(home.page);
+  const Slot slot = DataPage(pager_.format(), page.view()).slot(home.row);
+  Bytes pointer(std::max<std::size_t>(slot.length, 4));
+  store32(pointer.data(), place.toPointer());
+  if (!space_.replace(home, pointer, SlotKind::pointer)) {
+    raiseDamaged(home.page, "it has no room for the pointer to a row that has grown");
+  }
+}
+
+void RowChanges::eraseLongValues(const RowView& row, PageNumber page) {
+  for (const Column& column : definition_.columns) {
+    if (column.isLongValue() && !row.isNull(column)) {
+      eraseLongValue(pager_, column, row.bytes(column), page);
+    }
+  }
+}
+
+// Entries of indexes ------------------------------------------------------------------------
+
+/// The key of a row that is to be saved.
+Bytes RowChanges::keyOf(const RealIndex& index, std::span<const Value> values) const {
+  try {
+    return makeKey(definition_, index, values);
+  } catch (const Error& error) {
+    if (error.number() != kNotSupported) throw;
+    throw Error(kNotSupported, "The row was not saved, since it would not be found by " +
+                                   describe(index) + ". " + error.description());
+  }
+}
+
+void RowChanges::addEntry(Index& added, std::span<const Value> row, RowId id) {
+  const RealIndex& index = added.index;
+  const bool hasNull = anyNull(index, row);
+  if (index.required && hasNull) {
+    throw Error(kDuplicateKey, "A key column of " + describe(index) + " has no value.");
+  }
+  if (!hasEntry(index, row)) return;
+  const bool isOnly = index.unique && !hasNull;
+  const auto sameKey = isOnly ? IndexRun::SameKey::refuse : IndexRun::SameKey::add;
+  const auto change = added.run.insert(keyOf(index, row), id, sameKey);
+  if (isOnly && (change == IndexTree::Change::none || hasOtherForm(index, row))) {
+    throw Error(kDuplicateKey,
+                "The row was not saved, since " + describe(index) +
+                    " allows no two rows with the same values and there is one already.");
+  }
+  added.newKeys += change == IndexTree::Change::key ? 1 : 0;
+}
+
+void RowChanges::eraseEntry(Index& index, std::span<const Value> row, RowId id) {
+  if (!hasEntry(index.index, row)) return;
+  index.newKeys -= eraseAnyForm(index, row, id) == IndexTree::Change::key ? 1 : 0;
+}
+
+/// Another program's keys may have another form, and the keys of some sort orders are not known:
+/// such an entry is found by its row. Where there is none at all, the index is right without it.
+IndexTree::Change RowChanges::eraseAnyForm(Index& index, std::span<const Value> row, RowId id) {
+  auto change = IndexTree::Change::none;
+  const auto key = makeKnownKey(definition_, index.index, row);
+  if (key) change = index.run.erase(*key, id);
+  if (change == IndexTree::Change::none && key) {
+    if (const auto otherForm = makeOtherForm(definition_, index.index, row)) {
+      change = index.run.erase(*otherForm, id);
+    }
+  }
+  if (change == IndexTree::Change::none) {
+    index.run.finish();
+    change = table_.index(index.index.number).eraseRow(id);
+  }
+  return change;
+}
+
+/// Whether a row of another program's has the values under a key of another form.
+bool RowChanges::hasOtherForm(const RealIndex& index, std::span<const Value> row) const {
+  const auto otherForm = makeOtherForm(definition_, index, row);
+  return otherForm && table_.index(index.number).find(*otherForm);
+}
+
+std::string RowChanges::describe(const RealIndex& index) const {
+  std::string name;
+  for (const LogicalIndex& logical : definition_.logicalIndexes) {
+    if (logical.realIndex == index.number) {
+      name = logical.name;
+      break;
+    }
+  }
+  std::string columns;
+  for (const IndexColumn& key : index.columns) {
+    columns += (columns.empty() ? "" : ", ") + definition_.columns[key.column].name;
+  }
+  return "index '" + name + "' (" + columns + ") of table '" + definition_.name + "'";
+}
+
+}  // namespace orv::store::jet

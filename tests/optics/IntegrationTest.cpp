@@ -1,0 +1,202 @@
+// What a spectrum's values are, where its points lie and how far they reach.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "optics/Colour.h"
+#include "optics/Integrator.h"
+
+namespace orv::optics {
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+struct At {
+  double wavelength;
+  double Tf, Tb, Rf, Rb;
+};
+
+Spectrum spectrum(const std::vector<At>& points) {
+  Spectrum result;
+  for (const At& at : points) {
+    result.wavelengths.push_back(at.wavelength);
+    result[Curve::Tf].push_back(at.Tf);
+    result[Curve::Tb].push_back(at.Tb);
+    result[Curve::Rf].push_back(at.Rf);
+    result[Curve::Rb].push_back(at.Rb);
+  }
+  putInOrder(result);
+  return result;
+}
+
+Integration integrate(Standard standard, const Spectrum& curves, const Surfaces& surfaces = {}) {
+  return Integrator(standard).integrate(curves, surfaces);
+}
+
+/// Points at every step, with one value for each curve.
+std::vector<At> even(double first, double last, double step) {
+  std::vector<At> points;
+  for (double at = first; at <= last; at += step) points.push_back({at, 0.7, 0.6, 0.2, 0.1});
+  return points;
+}
+
+/// By hand: a pane that lets through all light up to 450 nm, none from 455 nm on, reflects 0.1 in
+/// front, 0.3 behind, and has an emissivity of 0.837 on the back.
+///
+/// The weights of EN 410 at the table's wavelengths up to 450 nm, beyond which the pane is dark:
+///
+/// solar    300 to 440 nm: 0.0005 + 0.0069 + 0.0122 + 0.0145 + 0.0177 + 0.0235 + 0.0268 + 0.0294
+///          = 0.1315, of 1.0000 (the next is 460 nm)
+/// visible  380 to 450 nm: 0 + 0.0005 + 0.003 + 0.0103 + 0.0352 + 0.0948 + 0.2274 + 0.4192
+///          = 0.7904, of 99.9999
+/// UV       all of it, 1
+/// g        absorbed 1 - 0.1315 - 0.1 = 0.7685; indoors 3.6 + 4.4 = 8 W/(m²·K), outdoors 23:
+///          0.1315 + 0.7685 * 8/31 = 0.3298226
+TEST(Integration, IsTheSumDoneByHand) {
+  const auto curves = spectrum({{280, 1, 0.5, 0.1, 0.3},
+                                {450, 1, 0.5, 0.1, 0.3},
+                                {455, 0, 0.5, 0.1, 0.3},
+                                {2500, 0, 0.5, 0.1, 0.3}});
+  const auto result =
+      integrate(Standard::en410, curves, {.front = {}, .back = {Coating::bare, 0.837}});
+  EXPECT_NEAR(*result["Tf_sol"], 0.1315, 1e-12);
+  EXPECT_NEAR(*result["Tb_sol"], 0.5, 1e-12);
+  EXPECT_NEAR(*result["Tf_vis"], 0.7904 / 99.9999, 1e-8);
+  EXPECT_NEAR(*result["Tf_uv"], 1, 1e-12);
+  EXPECT_NEAR(*result["Rf_vis"], 0.1, 1e-12);
+  EXPECT_NEAR(*result["Rb_uv"], 0.3, 1e-12);
+  EXPECT_NEAR(*result["g"], 0.1315 + 0.7685 * 8 / 31, 1e-12);
+}
+
+/// A grey pane has its own value everywhere, no colour, and shows colours as they are.
+TEST(Integration, LeavesAConstantAsItIs) {
+  const auto curves = spectrum(even(280, 2500, 5));
+  for (const StandardName& standard : kStandardNames) {
+    const auto result = integrate(standard.standard, curves);
+    for (const char* band : {"sol", "vis", "uv"}) {
+      EXPECT_NEAR(*result[std::string("Tf_") + band], 0.7, 1e-12) << standard.name << band;
+      EXPECT_NEAR(*result[std::string("Tb_") + band], 0.6, 1e-12) << standard.name << band;
+      EXPECT_NEAR(*result[std::string("Rf_") + band], 0.2, 1e-12) << standard.name << band;
+      EXPECT_NEAR(*result[std::string("Rb_") + band], 0.1, 1e-12) << standard.name << band;
+    }
+    EXPECT_NEAR(*result["Y"], 70, 1e-9);
+    EXPECT_NEAR(*result["a"], 0, 1e-9);
+    EXPECT_NEAR(*result["Rf_Y"], 20, 1e-9);
+    EXPECT_NEAR(*result["Rb_b"], 0, 1e-9);
+    EXPECT_NEAR(result["Tf_spf"].value_or(1 / 0.7), 1 / 0.7, 1e-9);
+    EXPECT_NEAR(result["Ra"].value_or(100), 100, 1e-9);
+    EXPECT_THAT(result.remarks, IsEmpty());
+  }
+}
+
+TEST(Integration, TakesPointsInAnyOrderAndUnitAndTellsWhatIsUnusual) {
+  auto points = even(300, 2500, 5);
+  for (std::size_t i = 0; i < points.size(); ++i) points[i].Tf = 0.2 + 0.001 * double(i);
+  const double ordered = *integrate(Standard::nfrc300, spectrum(points))["Tf_sol"];
+  std::ranges::reverse(points);
+  EXPECT_EQ(*integrate(Standard::nfrc300, spectrum(points))["Tf_sol"], ordered);
+
+  auto data = std::make_shared<SpectralData>();
+  data->Allocate(static_cast<std::int32_t>(points.size()) - 1);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    data->wl(std::int32_t(i), static_cast<float>(points[i].wavelength / 1000));
+    data->Tf(std::int32_t(i), static_cast<float>(points[i].Tf));
+  }
+  GlazingData inMicrons;
+  inMicrons.SpectralData(data);
+  const auto ofRecord = Integrator(Standard::nfrc300).integrate(inMicrons);
+  EXPECT_NEAR(*ofRecord["Tf_sol"], ordered, 1e-7);
+  EXPECT_EQ(ofRecord.find("Tf_sol")->covered, 1);  // 0.3 µm as a 32-bit float is beyond 300 nm
+
+  points.push_back({500, 0.9, 0.6, 0.2, 1.5});  // beside another of 0.24
+  points.push_back({400, std::nan(""), 0, 0, 0});
+  std::erase_if(points, [](const At& at) { return at.wavelength > 600 && at.wavelength < 700; });
+  const auto odd = integrate(Standard::en410, spectrum(points));
+  EXPECT_THAT(odd.remarks, Contains("2 points at 500 nm, of which the mean is taken"));
+  EXPECT_THAT(odd.remarks, Contains("values outside 0 to 1"));
+  EXPECT_THAT(odd.remarks, Contains("points that are no numbers are left out"));
+  EXPECT_THAT(odd.remarks, Contains("nothing between 600 and 700 nm"));
+  EXPECT_THAT(odd.find("Tf_vis")->remarks, Contains("nothing between 600 and 700 nm"));
+  EXPECT_THAT(odd.find("Tf_uv")->remarks, IsEmpty());
+}
+
+TEST(Integration, GivesNoValueThatRestsOnTooLittle) {
+  const auto visible = integrate(Standard::nfrc300, spectrum(even(380, 780, 10)));
+  EXPECT_TRUE(visible["Tf_vis"].has_value());
+  EXPECT_TRUE(visible["L"].has_value());
+  const Value& solar = *visible.find("Tf_sol");
+  EXPECT_FALSE(solar.value);
+  EXPECT_NEAR(solar.covered, 0.54, 0.05);
+  EXPECT_THAT(solar.reason, HasSubstr("300 to 380 nm and 780 to 2494 nm are missing"));
+  EXPECT_FALSE(visible["Tf_uv"]);
+  EXPECT_FALSE(visible["ef"]);
+  EXPECT_TRUE(visible.lacksSpectrum);
+
+  const auto short5 = integrate(Standard::en410, spectrum(even(280, 1900, 5)));
+  EXPECT_TRUE(short5["Tf_sol"].has_value());  // lacks 5 %
+  EXPECT_FALSE(short5["g"]);
+  EXPECT_THAT(short5.find("g")->reason, HasSubstr("emissivity"));
+
+  Integrator integrator(Standard::iso9050);
+  const auto none = integrator.integrate(GlazingData());
+  EXPECT_TRUE(none.lacksSpectrum);
+  EXPECT_FALSE(none["Tf_sol"]);
+  EXPECT_EQ(none.find("Tf_sol")->reason, "the pane has no spectrum");
+  const auto dark = integrate(Standard::en410, spectrum({{280, 0, 0, 0, 0}, {2500, 0, 0, 0, 0}}));
+  EXPECT_EQ(*dark["Tf_sol"], 0);
+  EXPECT_FALSE(dark["Ra"]);
+}
+
+TEST(Integration, OfACoarseSpectrumHasColourAllTheSame) {
+  // The two ends alone, a ramp in between. The middle of visible light is near 555 nm.
+  const auto ramp = integrate(Standard::nfrc300, spectrum({{300, 0, 0, 0, 0}, {2500, 1, 0, 0, 0}}));
+  EXPECT_NEAR(*ramp["Y"], 100 * (555 - 300) / 2200.0, 0.5);
+  EXPECT_GT(*ramp["b"], 3);  // more of the long waves is yellow
+}
+
+/// Infrared from 5 to 40 µm that is the same everywhere, so that normal emissivity is 0.9 in front
+/// and 0.2 behind.
+TEST(Integration, HasEmissivitiesOfTheInfraredElseOfTheRecord) {
+  auto points = even(5000, 40000, 250);
+  for (At& at : points) at = {at.wavelength, 0, 0, 0.1, 0.8};
+  const Surfaces sides{.front = {Coating::bare, 0.84}, .back = {Coating::coated, 0.25}};
+  const auto nfrc = integrate(Standard::nfrc300, spectrum(points), sides);
+  // 0.9 (0.1569 + 3.39021 - 4.406238 + 1.8030357) and
+  // 0.2 (1.3217 - 0.37532 + 0.186344 - 0.0466792 + 0.00438496)
+  EXPECT_NEAR(*nfrc["ef"], 0.9 * 0.9439077, 1e-6);
+  EXPECT_NEAR(*nfrc["eb"], 0.2 * 1.09042976, 1e-6);
+  const auto en = integrate(Standard::en410, spectrum(points), sides);
+  EXPECT_NEAR(*en["ef"], 0.9 * (1.1887 - 0.44703 + 0.198612), 1e-9);
+  std::erase_if(points, [](const At& at) { return at.wavelength > 15000; });
+  const auto stated = integrate(Standard::nfrc300, spectrum(points), sides);
+  EXPECT_EQ(*stated["eb"], 0.25);
+  EXPECT_LT(stated.find("eb")->covered, 0.9);
+}
+
+TEST(Integration, IsPutIntoTheRecordButForWhatIsMissing) {
+  GlazingData pane;
+  pane.Precalc_Rfsol(kNoIntegratedData);
+  pane.Precalc_Tfuv(0.3F);
+  auto curves = spectrum(even(380, 780, 10));
+  EXPECT_EQ(store(integrate(Standard::en410, curves), pane), 4);
+  EXPECT_EQ(pane.Precalc_Tfvis(), 0.7F);
+  EXPECT_EQ(pane.Precalc_Rbvis(), 0.1F);
+  EXPECT_EQ(pane.Precalc_Tfuv(), 0.3F);
+  EXPECT_EQ(pane.Precalc_Rfsol(), 0);
+  EXPECT_EQ(pane.Precalc_StandardName(), "EN 410");
+}
+
+TEST(Colour, IsThatOfTheCie) {
+  // D65 grey of a fifth: L* = 116 cbrt(0.2) - 16; below the bend the line 903.2963 Y.
+  EXPECT_NEAR(labOf({19, 20, 21.8}, {95, 100, 109})[0], 51.8372, 1e-4);
+  EXPECT_NEAR(labOf({0.475, 0.5, 0.545}, {95, 100, 109})[0], 4.51648, 1e-5);
+}
+
+}  // namespace
+
+}  // namespace orv::optics
