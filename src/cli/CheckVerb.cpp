@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
+#include "commands/IgdbPassword.h"
 #include "commands/LongWork.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
@@ -9,17 +10,6 @@
 namespace orv::cli {
 
 namespace {
-
-/// With the password of the IGDB where the file wants another than is given.
-store::CheckReport check(const std::string& path, const std::string& password,
-                         const store::CheckProgress& progress) {
-  try {
-    return store::checkFile(path, password, progress);
-  } catch (const Error& error) {
-    if (error.number() != store::kNotAuthenticated || !password.empty()) throw;
-    return store::checkFile(path, commands::kIgdbPassword, progress);
-  }
-}
 
 class CheckVerb : public Verb {
  public:
@@ -51,9 +41,12 @@ class CheckVerb : public Verb {
  private:
   store::CheckReport checkWithProgress(CliUserInterface& ui, const std::string& password) const {
     const commands::LongWork work(ui, "Checking...");
-    return check(path_, password, [&](std::size_t done, std::size_t pages) {
+    const auto progress = [&](std::size_t done, std::size_t pages) {
       ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
       if (ui.cancelled()) throw std::runtime_error("The check was cancelled.");
+    };
+    return commands::withPasswordOfIgdb(password, [&](const std::string& tried) {
+      return store::checkFile(path_, tried, progress);
     });
   }
 

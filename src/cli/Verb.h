@@ -52,6 +52,7 @@ std::unique_ptr<Verb> makeDeleteVerb(CLI::App& app);
 std::unique_ptr<Verb> makeSqlVerb(CLI::App& app);
 std::unique_ptr<Verb> makeTablesVerb(CLI::App& app);
 std::unique_ptr<Verb> makeCheckVerb(CLI::App& app);
+std::unique_ptr<Verb> makeCompactVerb(CLI::App& app);
 std::unique_ptr<Verb> makeCompletionVerb(CLI::App& app);
 
 }  // namespace orv::cli

@@ -6,7 +6,7 @@ std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app) {
   std::vector<std::unique_ptr<Verb>> verbs;
   for (const auto make : {makeNewVerb, makeInfoVerb, makeListVerb, makeShowVerb, makeCopyVerb,
                           makeIntegrateVerb, makeExportVerb, makeDeleteVerb, makeSqlVerb,
-                          makeTablesVerb, makeCheckVerb, makeCompletionVerb}) {
+                          makeTablesVerb, makeCheckVerb, makeCompactVerb, makeCompletionVerb}) {
     verbs.push_back(make(app));
   }
   return verbs;

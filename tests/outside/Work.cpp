@@ -78,6 +78,11 @@ Work withOneCommand(std::function<void(const fs::path&)> prepare, Command comman
   return work;
 }
 
+Work writtenAnew(Work work) {
+  work.writesAnew = true;
+  return work;
+}
+
 const Entry kEntries[] = {
     // Panes with spectra of different lengths, one with a substrate that is read besides.
     {"copyOfTexts", false,
@@ -112,7 +117,23 @@ const Entry kEntries[] = {
      }},
     {"newDatabase", false,
      [] {
-       return withOneCommand([](const fs::path&) {}, orv({"new", kDatabase}));
+       return writtenAnew(withOneCommand([](const fs::path&) {}, orv({"new", kDatabase})));
+     }},
+    {"compact", false,
+     [] {
+       return writtenAnew(withOneCommand(
+           [](const fs::path& folder) {
+             prepareDatabase(folder);
+             fs::rename(folder / kDatabase, folder / "large.mdb");
+           },
+           orv({"compact", "large.mdb", kDatabase})));
+     }},
+    {"compactInPlace", false,
+     [] {
+       Work work =
+           writtenAnew(withOneCommand(prepareDatabase, orv({"compact", kDatabase, "--in-place"})));
+       work.keepsContent = true;
+       return work;
      }},
     // The window pastes three panes and three frames.
     {"paste", true,
@@ -197,7 +218,8 @@ Rehearsal::Rehearsal(Work work) : work_(std::move(work)) {
   work_.prepare(start_.path());
   before_ = contentOf(start_ / kDatabase);
   rehearse();
-  if (difference(before_, after_).empty()) throw std::runtime_error(work_.name + " does nothing");
+  if (difference(before_, after_).empty() != work_.keepsContent)
+    throw std::runtime_error(work_.name + " does not do what it should");
 }
 
 Rehearsal::Rehearsal(const Rehearsal& of, const fs::path& start, const Command& command)

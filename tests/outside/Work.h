@@ -28,6 +28,10 @@ struct Work {
   Command completion;
   /// Whether completing does again what was done already (shadings have no names of their own).
   bool repeats = false;
+  /// Whether a file is written under another name until it is whole, so that there is nothing to
+  /// recover; and whether the content is what it was before.
+  bool writesAnew = false;
+  bool keepsContent = false;
 };
 
 /// The works by their names; see the table in Work.cpp. Some need the corpus.

@@ -230,6 +230,12 @@ bool MemoryFiles::rename(const std::string& from, const std::string& to) {
   return true;
 }
 
+void MemoryFiles::replace(const std::string& from, const std::string& to) {
+  count("replace");
+  files_[to] = files_.at(from);
+  files_.erase(from);
+}
+
 void MemoryFiles::syncFolder(const std::string&) {
   count("syncFolder");
   removedUnsynced_.clear();

@@ -52,6 +52,7 @@ class MemoryFiles final : public store::jet::FileSystem {
                                                     const std::string& database) override;
   void remove(const std::string& path) override;
   bool rename(const std::string& from, const std::string& to) override;
+  void replace(const std::string& from, const std::string& to) override;
   void syncFolder(const std::string& path) override;
   /// Size in bytes; -1 when there is no such file.
   std::int64_t size(const std::string& path) const;

@@ -56,6 +56,9 @@ class FilesWithoutSync final : public FileSystem {
   bool rename(const std::string& from, const std::string& to) override {
     return system().rename(from, to);
   }
+  void replace(const std::string& from, const std::string& to) override {
+    system().replace(from, to);
+  }
   void syncFolder(const std::string&) override {}
 };
 

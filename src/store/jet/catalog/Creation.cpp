@@ -60,17 +60,6 @@ Bytes propertiesOf(const TableDefinition& table) {
   return writeProperties(properties);
 }
 
-/// Objects that have no page are numbered from the lowest number on.
-std::int32_t nextObjectId(Database& database) {
-  std::int32_t next = std::numeric_limits<std::int32_t>::min();
-  for (const CatalogEntry& entry : database.entries()) {
-    if (entry.id < 0) {
-      next = std::max(next, entry.id + 1);
-    }
-  }
-  return next;
-}
-
 Value textOrNull(const std::string& text) {
   return text.empty() ? Value() : Value(text);
 }
@@ -107,6 +96,17 @@ std::shared_ptr<Database> createDatabase(const std::string& path, const Filling&
   }
   Pager::createFile(path, content);
   return Database::open(path, "");
+}
+
+/// Objects that have no page are numbered from the lowest number on.
+std::int32_t nextObjectId(Database& database) {
+  std::int32_t next = std::numeric_limits<std::int32_t>::min();
+  for (const CatalogEntry& entry : database.entries()) {
+    if (entry.id < 0) {
+      next = std::max(next, entry.id + 1);
+    }
+  }
+  return next;
 }
 
 void createTable(Database& database, const TableInfo& design) {

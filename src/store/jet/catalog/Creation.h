@@ -22,6 +22,9 @@ std::shared_ptr<Database> createDatabase(const std::string& path, const Filling&
 /// sizes and numbers that are not possible, kObjectExists when the name is taken, and
 /// kReadOnlyStore for files that cannot be changed.
 
+/// A number for a new object that has no page.
+std::int32_t nextObjectId(Database& database);
+
 /// Makes a table without rows, with its indexes and the properties of its columns.
 void createTable(Database& database, const TableInfo& design);
 

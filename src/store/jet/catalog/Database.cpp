@@ -77,8 +77,12 @@ std::shared_ptr<Database> Database::open(const std::string& path, const std::str
   return database;
 }
 
+std::shared_ptr<Database> Database::over(std::shared_ptr<Pager> pager) {
+  return std::shared_ptr<Database>(new Database(std::move(pager)));
+}
+
 std::shared_ptr<Database> Database::overMemory(Bytes& content, const std::string& path) {
-  return std::shared_ptr<Database>(new Database(Pager::overMemory(content, path)));
+  return over(Pager::overMemory(content, path));
 }
 
 Database::Database(std::shared_ptr<Pager> pager) : pager_(std::move(pager)) {}

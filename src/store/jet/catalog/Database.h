@@ -55,10 +55,13 @@ class Database {
   /// Opens `path`, completing commits that a crash has cut short, and checks the password.
   /// Raises kStoreFailure, kCorruptFile, kNotAuthenticated.
   static std::shared_ptr<Database> open(const std::string& path, const std::string& password);
+  /// The database of a pager that nobody shares.
+  static std::shared_ptr<Database> over(std::shared_ptr<Pager> pager);
   /// The database in `content`, which is changed in memory only and outlives it.
   static std::shared_ptr<Database> overMemory(Bytes& content, const std::string& path);
 
   Pager& pager() const { return *pager_; }
+  const std::shared_ptr<Pager>& sharedPager() const { return pager_; }
   const Format& format() const { return pager_->format(); }
   /// "Jet 4", "ACE (Access 2007)", ...
   std::string formatName() const;

@@ -16,6 +16,8 @@ class FileCheck {
  public:
   /// Raises what Database::open() raises.
   FileCheck(const std::string& path, const std::string& password, const CheckProgress& progress);
+  FileCheck(std::shared_ptr<Database> database, const CheckProgress& progress)
+      : database_(std::move(database)), progress_(progress) {}
   CheckReport run();
 
  private:

@@ -22,11 +22,10 @@ std::uint8_t* blankPage(Pager& pager, PageNumber page) {
   return bytes;
 }
 
-}  // namespace
-
-DefinitionPages readDefinitionPages(Pager& pager, PageNumber first, const std::string& table) {
+/// Goes through the pages, adding what each has to `definition`.
+void collectPages(Pager& pager, PageNumber first, const std::string& table,
+                  DefinitionPages& definition) {
   const Format& format = pager.format();
-  DefinitionPages definition;
   std::set<PageNumber> seen;
   for (PageNumber page = first; page != 0;) {
     if (!seen.insert(page).second || seen.size() > kMaxDefinitionPages) {
@@ -42,6 +41,22 @@ DefinitionPages readDefinitionPages(Pager& pager, PageNumber first, const std::s
       definition.more.push_back(page);
     }
     page = ref.view().u32(format.definition.nextPage);
+  }
+}
+
+}  // namespace
+
+DefinitionPages readDefinitionPages(Pager& pager, PageNumber first, const std::string& table) {
+  DefinitionPages definition;
+  collectPages(pager, first, table, definition);
+  return definition;
+}
+
+DefinitionPages readDefinitionPagesAsFarAsPossible(Pager& pager, PageNumber first) {
+  DefinitionPages definition;
+  try {
+    collectPages(pager, first, "", definition);
+  } catch (const DamagedPage&) {  // What comes before it is there.
   }
   return definition;
 }

@@ -19,6 +19,9 @@ struct DefinitionPages {
 /// page. Raises kCorruptFile.
 DefinitionPages readDefinitionPages(Pager& pager, PageNumber first, const std::string& table);
 
+/// The same of a damaged file: what there is before the first damage; empty for nothing.
+DefinitionPages readDefinitionPagesAsFarAsPossible(Pager& pager, PageNumber first);
+
 /// Writes a definition (exactly its bytes) to the page `first` and those in `more`, to which new
 /// ones are added as they are needed. Sets the fields that depend on it: length, free space and
 /// the chain. Needs a transaction.

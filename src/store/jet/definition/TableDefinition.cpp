@@ -26,18 +26,28 @@ class DefinitionReader {
 
   void read() {
     readHeader();
-    at_ = format_.definition.headerSize + realIndexes_ * format_.definition.realIndexEntry;
     readColumns();
     readRealIndexes();
     readLogicalIndexes();
     readLongValueMaps();
-    std::sort(table_.columns.begin(), table_.columns.end(),
-              [](const Column& a, const Column& b) { return a.number < b.number; });
+    sortColumns();
     resolveIndexColumns();
     findVariablePart();
   }
 
+  void readWithoutIndexes() {
+    readHeader();
+    readColumns();
+    sortColumns();
+    findVariablePart();
+  }
+
  private:
+  void sortColumns() {
+    std::sort(table_.columns.begin(), table_.columns.end(),
+              [](const Column& a, const Column& b) { return a.number < b.number; });
+  }
+
   void readHeader() {
     const auto& d = format_.definition;
     table_.systemTable = bytes_.u8(d.tableType) == kSystemTableType;
@@ -65,6 +75,7 @@ class DefinitionReader {
 
   void readColumns() {
     const auto& c = format_.column;
+    at_ = format_.definition.headerSize + realIndexes_ * format_.definition.realIndexEntry;
     for (std::size_t i = 0; i < columns_; ++i, at_ += c.size) {
       Column& column = table_.columns.emplace_back();
       column.type = static_cast<ColumnType>(bytes_.u8(at_ + c.type));
@@ -234,6 +245,15 @@ std::shared_ptr<TableDefinition> readTableDefinition(Pager& pager, PageNumber pa
   DefinitionPages definition = readDefinitionPages(pager, page, name);
   table->morePages = std::move(definition.more);
   DefinitionReader(pager, {definition.bytes, page}, *table).read();
+  return table;
+}
+
+std::shared_ptr<TableDefinition> readTableColumns(const Pager& pager, const Bytes& bytes,
+                                                  PageNumber page, const std::string& name) {
+  auto table = std::make_shared<TableDefinition>();
+  table->name = name;
+  table->page = page;
+  DefinitionReader(pager, {bytes, page}, *table).readWithoutIndexes();
   return table;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "store/Schema.h"
+#include "store/Value.h"
 #include "store/jet/page/Format.h"
 #include "store/jet/page/RowId.h"
 
@@ -116,5 +117,9 @@ struct TableDefinition {
 /// Reads the definition that begins on `page`. Raises kCorruptFile.
 std::shared_ptr<TableDefinition> readTableDefinition(Pager& pager, PageNumber page,
                                                      const std::string& name);
+/// Reads the columns of a definition of which `bytes` (see DefinitionPages.h) are there, and does
+/// without its indexes and the maps of its long values. Raises kCorruptFile.
+std::shared_ptr<TableDefinition> readTableColumns(const Pager& pager, const Bytes& bytes,
+                                                  PageNumber page, const std::string& name);
 
 }  // namespace orv::store::jet

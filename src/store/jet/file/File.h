@@ -72,6 +72,8 @@ class FileSystem {
   virtual void remove(const std::string& path) = 0;
   /// Gives a file another name in its folder; false when something has that name.
   virtual bool rename(const std::string& from, const std::string& to) = 0;
+  /// Gives a file the name of another in its folder, which loses it in the same moment.
+  virtual void replace(const std::string& from, const std::string& to) = 0;
   /// Makes creations, removals and new names in the folder of `path` durable.
   virtual void syncFolder(const std::string& path) = 0;
 

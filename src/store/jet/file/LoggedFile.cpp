@@ -24,7 +24,8 @@ void LoggedFile::keepLog() {
 
 LoggedFile::~LoggedFile() {
   try {
-    if (log_ && !recoveryIsDue_ && locks_.isLast()) {
+    // What lies beside a file that has taken this one's place is not its log.
+    if (log_ && !recoveryIsDue_ && !isReplaced() && locks_.isLast()) {
       const Log::Found found = log_->look();
       if (found == Log::Found::unused || (found == Log::Found::sound && !log_->state().busy)) {
         file_->sync();
@@ -222,6 +223,19 @@ void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
       log_->beginAnew(seen_);
     }
     writeDurably(pagesBefore, pagesAfter, pages);
+  } catch (const Error&) {
+    locks_.leaveExclusive();
+    throw;
+  }
+  locks_.leaveExclusive();
+}
+
+void LoggedFile::endLog() {
+  locks_.enterExclusive();
+  try {
+    file_->sync();
+    log_->remove();
+    counter_ = {};
   } catch (const Error&) {
     locks_.leaveExclusive();
     throw;

@@ -35,6 +35,7 @@ class LoggedFile {
   /// Whether another file stands at the path now.
   bool isReplaced() const;
   std::uint64_t size() { return file_->size(); }
+  void sync() { file_->sync(); }
   void read(std::uint64_t offset, std::uint8_t* bytes, std::size_t length) {
     file_->read(offset, bytes, length);
   }
@@ -57,6 +58,8 @@ class LoggedFile {
   /// Writes pages, durably and all or none. Within the same. What a page held `before` must be
   /// what the file has. The file has `pagesBefore` pages and then `pagesAfter`.
   void commit(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages);
+  /// Within the same: brings all commits to the disk and removes the log.
+  void endLog();
 
  private:
   FileStatus statusAtPath() const;

@@ -275,6 +275,12 @@ class PosixFileSystem final : public FileSystem {
     return result == 0;
   }
 
+  void replace(const std::string& from, const std::string& to) override {
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+      raiseFailure("Renaming '" + from + "' to", to, errno);
+    }
+  }
+
   void syncFolder(const std::string& path) override {
     std::string folder = std::filesystem::path(path).parent_path().string();
     int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);

@@ -4,13 +4,13 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
-#include <random>
 #include <utility>
 #include <vector>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/file/MemoryFile.h"
+#include "store/jet/file/NewFile.h"
 #include "store/jet/page/Rc4.h"
 
 namespace orv::store::jet {
@@ -24,18 +24,6 @@ using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
 std::map<FileIdentity, std::weak_ptr<Pager>>& openPagers() {
   static std::map<FileIdentity, std::weak_ptr<Pager>> pagers;
   return pagers;
-}
-
-[[noreturn]] void refuseToReplace(const std::string& path) {
-  throw Error(kStoreFailure, "The file '" + path +
-                                 "' exists already and is left as it is. Choose another name, "
-                                 "or remove it first.");
-}
-
-/// A name beside `path` that nobody else uses.
-std::string nameWhileMade(const std::string& path) {
-  std::random_device device;
-  return path + "-new-" + std::to_string(device());
 }
 
 }  // namespace
@@ -60,37 +48,21 @@ std::shared_ptr<Pager> Pager::open(const std::string& path) {
 }
 
 void Pager::createFile(const std::string& path, const Bytes& content) {
-  FileSystem& fileSystem = FileSystem::current();
-  if (fileSystem.status(path)) {
-    refuseToReplace(path);
-  }
-  // It is written under another name, so that nobody ever finds a part of it under its own.
-  std::string written = nameWhileMade(path);
-  auto file = fileSystem.open(written, FileSystem::Open::newOnly);
-  try {
-    file->write(0, content.data(), content.size());
-    file->sync();
-    if (Log former(path, kLargestPage); former.look() != Log::Found::absent) {
-      former.setAside();  // It is of a database that was here before.
-    }
-    if (!fileSystem.rename(written, path)) {
-      refuseToReplace(path);
-    }
-    written = path;
-    fileSystem.syncFolder(path);
-  } catch (const Error&) {
-    try {
-      fileSystem.remove(written);
-    } catch (const Error&) {  // The first failure is the one to be told.
-    }
-    throw;
-  }
+  NewFile made(path);
+  const auto file = made.take();
+  file->write(0, content.data(), content.size());
+  file->sync();
+  made.putInPlace();
+}
+
+std::shared_ptr<Pager> Pager::overFile(std::unique_ptr<File> file, const std::string& path) {
+  std::shared_ptr<Pager> pager(new Pager(std::move(file), path));
+  pager->countPages();
+  return pager;
 }
 
 std::shared_ptr<Pager> Pager::overMemory(Bytes& bytes, const std::string& path) {
-  std::shared_ptr<Pager> pager(new Pager(std::make_unique<MemoryFile>(bytes), path));
-  pager->countPages();
-  return pager;
+  return overFile(std::make_unique<MemoryFile>(bytes), path);
 }
 
 Pager::Pager(std::unique_ptr<File> file, std::string path)
@@ -273,8 +245,8 @@ PageNumber Pager::append() {
                                    "' has reached the largest size that its format "
                                    "allows (" +
                                    std::to_string(format_->maxFileSize >> 20) +
-                                   " MB). Delete records that are not needed, compact it in "
-                                   "Access, or go on in a new database.");
+                                   " MB). Delete records that are not needed, compact it, "
+                                   "or go on in a new database.");
   }
   const PageNumber page = pageCount_++;
   dirty_[page].bytes = std::make_shared<std::uint8_t[]>(format_->pageSize);

@@ -52,6 +52,9 @@ class Pager {
   /// stands already, or has come to stand meanwhile.
   static void createFile(const std::string& path, const Bytes& content);
 
+  /// A pager over a file that nobody else uses, with at least a header page: commits go into it
+  /// without a log.
+  static std::shared_ptr<Pager> overFile(std::unique_ptr<File> file, const std::string& path);
   /// A pager over the file content `bytes`, which it changes and which outlives it; errors name
   /// it `path`.
   static std::shared_ptr<Pager> overMemory(Bytes& bytes, const std::string& path);
@@ -66,6 +69,11 @@ class Pager {
   int engineVersion() const { return engineVersion_; }
   bool readOnly() const { return file_.readOnly() || !writableFormat(); }
   bool isReplaced() const { return file_.isReplaced(); }
+  /// Returns when all commits are on the disk.
+  void sync() { file_.sync(); }
+  /// Within a write lock: brings all commits to the disk and removes the log, so that the file may
+  /// be replaced. From then on nothing is written to it.
+  void endLog() { file_.endLog(); }
   PageNumber pageCount() const { return pageCount_; }
   /// In bytes, which may end with a part of a page.
   std::uint64_t fileSize() { return file_.size(); }

@@ -12,26 +12,8 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr std::size_t kDefinitionSize = 12;
-constexpr std::uint32_t kInRowFlag = 0x80000000;
-constexpr std::uint32_t kOnePartFlag = 0x40000000;
-constexpr std::uint32_t kLengthMask = 0x3fffffff;
-constexpr std::size_t kNextSize = 4;
-
-struct Definition {
-  std::uint32_t length;
-  std::uint32_t flags;
-  RowId first;
-
-  Definition(std::span<const std::uint8_t> bytes, PageNumber page) {
-    const ByteView view(bytes, page);
-    length = view.u32(0) & kLengthMask;
-    flags = view.u32(0) & ~kLengthMask;
-    first = RowId::fromPointer(view.u32(4));
-  }
-  bool inRow() const { return (flags & kInRowFlag) != 0; }
-  bool onePart() const { return (flags & kOnePartFlag) != 0; }
-};
+using Definition = LongValueDefinition;
+using Form = Definition::Form;
 
 /// Goes through the parts, giving each with its content (without the pointer to the next).
 void walkParts(Pager& pager, const Definition& definition,
@@ -47,9 +29,9 @@ void walkParts(Pager& pager, const Definition& definition,
     }
     std::span<const std::uint8_t> bytes = data.bytes(at.row);
     RowId next{};
-    if (!definition.onePart()) {
+    if (definition.form == Form::chain) {
       next = RowId::fromPointer(ByteView(bytes, at.page).u32(0));
-      bytes = bytes.subspan(kNextSize);
+      bytes = bytes.subspan(Definition::kNextSize);
     }
     found += bytes.size();
     // Every part brings some bytes, so that a chain with a loop grows too long and ends here.
@@ -65,10 +47,9 @@ void walkParts(Pager& pager, const Definition& definition,
   }
 }
 
-Bytes makeDefinition(std::size_t length, std::uint32_t flags, RowId first) {
-  Bytes bytes(kDefinitionSize, 0);
-  store32(bytes.data(), static_cast<std::uint32_t>(length) | flags);
-  store32(&bytes[4], first.toPointer());
+Bytes makeDefinition(std::size_t length, Form form, RowId first) {
+  Bytes bytes(Definition::kSize, 0);
+  Definition{static_cast<std::uint32_t>(length), form, first}.writeTo(bytes.data());
   return bytes;
 }
 
@@ -79,20 +60,37 @@ RowId storePart(Pager& pager, const Column& column, const Bytes& part) {
 
 }  // namespace
 
+LongValueDefinition LongValueDefinition::read(std::span<const std::uint8_t> bytes,
+                                              PageNumber page) {
+  const ByteView view(bytes, page);
+  const std::uint32_t flags = view.u32(0) & ~kLengthMask;
+  const auto has = [&](Form form) { return (flags & static_cast<std::uint32_t>(form)) != 0; };
+  return {view.u32(0) & kLengthMask,
+          has(Form::inRow)     ? Form::inRow
+          : has(Form::onePart) ? Form::onePart
+                               : Form::chain,
+          RowId::fromPointer(view.u32(4))};
+}
+
+void LongValueDefinition::writeTo(std::uint8_t* bytes) const {
+  store32(bytes, length | static_cast<std::uint32_t>(form));
+  store32(bytes + 4, first.toPointer());
+}
+
 void forEachLongValuePart(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page,
                           const std::function<void(RowId)>& visit) {
-  const Definition parsed(definition, page);
-  if (!parsed.inRow()) {
+  const Definition parsed = Definition::read(definition, page);
+  if (parsed.form != Form::inRow) {
     walkParts(pager, parsed, [&](RowId id, std::span<const std::uint8_t>) { visit(id); });
   }
 }
 
 Bytes readLongValue(Pager& pager, std::span<const std::uint8_t> definition, PageNumber page) {
   Pager::ReadLock lock(pager);
-  const Definition parsed(definition, page);
+  const Definition parsed = Definition::read(definition, page);
   Bytes value;
-  if (parsed.inRow()) {
-    const auto inRow = ByteView(definition, page).span(kDefinitionSize, parsed.length);
+  if (parsed.form == Form::inRow) {
+    const auto inRow = ByteView(definition, page).span(Definition::kSize, parsed.length);
     value.assign(inRow.begin(), inRow.end());
   } else {
     walkParts(pager, parsed, [&](RowId, std::span<const std::uint8_t> part) {
@@ -104,11 +102,11 @@ Bytes readLongValue(Pager& pager, std::span<const std::uint8_t> definition, Page
 
 Bytes writeLongValue(Pager& pager, const Column& column, const Bytes& value) {
   const Format& format = pager.format();
-  if (value.size() > kLengthMask) {
+  if (value.size() > Definition::kLengthMask) {
     throw Error(kOverflow, "A value of column '" + column.name + "' is longer than 1 GB.");
   }
   if (value.size() <= format.maxInlineLongValue) {
-    Bytes bytes = makeDefinition(value.size(), kInRowFlag, {});
+    Bytes bytes = makeDefinition(value.size(), Form::inRow, {});
     bytes.insert(bytes.end(), value.begin(), value.end());
     return bytes;
   }
@@ -117,21 +115,21 @@ Bytes writeLongValue(Pager& pager, const Column& column, const Bytes& value) {
   }
   const std::size_t room = format.pageSize - format.data.rowTable - 2;
   if (value.size() <= room) {
-    return makeDefinition(value.size(), kOnePartFlag, storePart(pager, column, value));
+    return makeDefinition(value.size(), Form::onePart, storePart(pager, column, value));
   }
   // The last part first: each part holds the place of the one after it.
-  const std::size_t partSize = room - kNextSize;
+  const std::size_t partSize = room - Definition::kNextSize;
   const std::size_t parts = (value.size() + partSize - 1) / partSize;
   RowId next{};
   for (std::size_t i = parts; i-- > 0;) {
     const auto begin = value.begin() + static_cast<std::ptrdiff_t>(i * partSize);
     const auto end = i + 1 == parts ? value.end() : begin + static_cast<std::ptrdiff_t>(partSize);
-    Bytes part(kNextSize);
+    Bytes part(Definition::kNextSize);
     store32(part.data(), next.toPointer());
     part.insert(part.end(), begin, end);
     next = storePart(pager, column, part);
   }
-  return makeDefinition(value.size(), 0, next);
+  return makeDefinition(value.size(), Form::chain, next);
 }
 
 void eraseLongValue(Pager& pager, const Column& column, std::span<const std::uint8_t> definition,

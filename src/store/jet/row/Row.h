@@ -26,6 +26,8 @@ class RowView {
   void show(Pager& pager, const TableDefinition& definition, const PageRef& page,
             std::size_t offset, std::size_t length);
 
+  /// All bytes of the row.
+  std::span<const std::uint8_t> content() const { return {data_, length_}; }
   /// Columns that the row has a bit for; fewer than the table where those were added later.
   std::uint16_t columnCount() const { return columnCount_; }
   /// Raises kCorruptFile unless the variable columns follow each other within the row.

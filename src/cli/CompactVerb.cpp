@@ -1,0 +1,74 @@
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/CompactDatabase.h"
+
+namespace orv::cli {
+
+namespace {
+
+class CompactVerb : public Verb {
+ public:
+  explicit CompactVerb(CLI::App& app)
+      : Verb(app, "compact", "Write a database into a new file without free space",
+             "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
+             "  orv compact damaged.mdb saved.mdb --repair\n") {
+    command().add_option("FILE", request_.path, "The database")->required()->type_name("");
+    command()
+        .add_option("NEW", request_.target, "File to make; one that is there is never replaced")
+        ->type_name("");
+    command().add_flag("--in-place", inPlace_,
+                       "Put the new file in place of the old one, which is kept as FILE.bak");
+    command().add_flag("--no-backup{false}", request_.keepsBackup,
+                       "With --in-place: do not keep the old file");
+    command().add_flag("--repair", request_.isRepair,
+                       "Take what can be read of a damaged database, and tell what is lost");
+    password_.addTo(command());
+    addForce(command(), answers_.force);
+    addQuiet(command(), answers_.quiet);
+  }
+
+  ExitCode run(Console& console) override {
+    if (inPlace_ == !request_.target.empty()) {
+      throw wrongUse("Either the name of a new file or --in-place has to be given.");
+    }
+    if (inPlace_ && request_.isRepair) {
+      throw wrongUse("A repair never takes the place of the damaged file: name a new one.");
+    }
+    console.ui.answers(answers_);
+    const auto result = opening([&] {
+      return password_.use([&](const std::string& password) {
+        request_.password = password;
+        return commands::compactDatabase(request_, console.ui);
+      });
+    });
+    if (result.refused) return kWrongUse;
+    if (!answers_.quiet) writeSummary(result);
+    return result.report.isWhole() ? kAllWell : kRecordsFailed;
+  }
+
+ private:
+  void writeSummary(const commands::CompactResult& result) const {
+    for (const std::string& line : commands::describeSalvage(result.report)) {
+      std::cout << line << '\n';
+    }
+    std::cout << (request_.isRepair ? "Repaired " : "Compacted ") << request_.path;
+    if (!inPlace_) std::cout << " into " << result.target;
+    std::cout << ", " << commands::describe(result.report) << ".\n";
+    if (!result.backup.empty()) std::cout << "The old file is " << result.backup << ".\n";
+  }
+
+  commands::CompactRequest request_;
+  bool inPlace_ = false;
+  PasswordArgument password_;
+  Answers answers_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeCompactVerb(CLI::App& app) {
+  return std::make_unique<CompactVerb>(app);
+}
+
+}  // namespace orv::cli

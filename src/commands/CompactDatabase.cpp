@@ -1,0 +1,101 @@
+#include "commands/CompactDatabase.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "commands/AccessUse.h"
+#include "commands/IgdbPassword.h"
+#include "commands/LongWork.h"
+#include "commands/SourceOpener.h"
+#include "store/Compact.h"
+
+namespace orv::commands {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A name beside the database that nothing has: NAME.bak, NAME.bak-1, ...
+std::string backupName(const std::string& path) {
+  const std::string real = fs::canonical(path).string();
+  std::string name = real + ".bak";
+  for (int number = 1; fs::exists(fs::symlink_status(name)); ++number) {
+    name = real + ".bak-" + std::to_string(number);
+  }
+  return name;
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  return bytes < 1'000'000 ? fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3)
+                           : fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
+}
+
+std::string counted(std::size_t count, const char* one, const char* several) {
+  return fmt::format("{} {}", count, count == 1 ? one : several);
+}
+
+}  // namespace
+
+CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui) {
+  refuseSemicolon(request.path);
+  refuseOtherThanFile(request.path);
+  CompactResult result;
+  if (request.target.empty()) {
+    result.target = request.path;
+    if (const std::string sign = signOfAccess(request.path);
+        !sign.empty() && !ui.acceptRisk(sign + " What is changed there now would be lost.")) {
+      result.refused = true;
+      return result;
+    }
+    result.backup = request.keepsBackup ? backupName(request.path) : "";
+  } else {
+    refuseSemicolon(request.target);
+    result.target = request.target;
+  }
+  const LongWork work(ui, request.isRepair ? "Repairing..." : "Compacting...");
+  const auto progress = [&](std::size_t done, std::size_t pages) {
+    ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
+    if (ui.cancelled()) throw std::runtime_error("The work was cancelled, and no file was made.");
+  };
+  result.report = withPasswordOfIgdb(request.password, [&](const std::string& password) {
+    if (request.target.empty()) {
+      return store::compactInPlace(request.path, password, result.backup, progress);
+    }
+    return request.isRepair ? store::repairFile(request.path, password, request.target, progress)
+                            : store::compactFile(request.path, password, request.target, progress);
+  });
+  return result;
+}
+
+std::vector<std::string> describeSalvage(const store::CompactReport& report) {
+  std::vector<std::string> lines;
+  for (const std::string& what : report.lost) lines.push_back("Lost: " + what + ".");
+  for (const store::SalvagedTable& table : report.salvaged) {
+    std::string line = fmt::format("Table '{}': {} saved, {} lost", table.table,
+                                   counted(table.rowsSaved, "row", "rows"), table.rowsLost);
+    if (table.pagesLost > 0) {
+      line += ", " + counted(table.pagesLost, "page", "pages") + " unreadable";
+    }
+    if (table.valuesCut > 0) {
+      line +=
+          ", " + counted(table.valuesCut, "memo or picture", "memos or pictures") + " cut short";
+    }
+    lines.push_back(line + ".");
+    for (const std::string& what : table.lost) lines.push_back("  Lost: " + what + ".");
+    for (const std::string& place : table.places) lines.push_back("  " + place + ".");
+    for (const std::string& note : table.notes) lines.push_back("  Remark: " + note + ".");
+  }
+  for (const std::string& note : report.notes) lines.push_back("Remark: " + note + ".");
+  return lines;
+}
+
+std::string describe(const store::CompactReport& report) {
+  return fmt::format("{} to {}: {}, {}, {}", sizeText(report.sizeBefore),
+                     sizeText(report.sizeAfter), counted(report.tables, "table", "tables"),
+                     counted(report.rows, "row", "rows"),
+                     counted(report.indexes, "index", "indexes"));
+}
+
+}  // namespace orv::commands

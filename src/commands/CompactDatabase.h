@@ -1,0 +1,39 @@
+// Database > Compact.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "commands/UserInterface.h"
+#include "store/CompactReport.h"
+
+namespace orv::commands {
+
+/// What is to be compacted, and where to.
+struct CompactRequest {
+  std::string path;
+  std::string password{};
+  std::string target{};     ///< the new file; empty: in place of the old one
+  bool keepsBackup = true;  ///< in place: whether the old file is kept beside the new one
+  bool isRepair = false;    ///< take what can be read of a damaged file; into a new one
+};
+
+struct CompactResult {
+  bool refused = false;  ///< in place: Access seems to have the file open, and that is too risky
+  std::string target{};  ///< the new file
+  std::string backup{};  ///< where the old one is now; empty when it was not replaced or not kept
+  store::CompactReport report{};
+};
+
+/// Writes a database into a new file without free space, with progress; with the password of the
+/// IGDB where it wants another than is given. Raises what store/Compact.h says, and
+/// std::runtime_error when the user ends it; then everything is as before.
+CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui);
+
+/// What a repair has saved, and what it has lost and where, a line each.
+std::vector<std::string> describeSalvage(const store::CompactReport& report);
+
+/// "3.0 MB to 1.2 MB: 14 tables, 2,345 rows, 20 indexes"
+std::string describe(const store::CompactReport& report);
+
+}  // namespace orv::commands

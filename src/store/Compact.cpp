@@ -1,0 +1,23 @@
+#include "store/Compact.h"
+
+#include "store/jet/compact/Compaction.h"
+#include "store/jet/repair/Repair.h"
+
+namespace orv::store {
+
+CompactReport compactFile(const std::string& path, const std::string& password,
+                          const std::string& target, const CompactProgress& progress) {
+  return jet::Compaction(path, password, progress).writeTo(target);
+}
+
+CompactReport repairFile(const std::string& path, const std::string& password,
+                         const std::string& target, const CompactProgress& progress) {
+  return jet::Repair(path, password, progress).writeTo(target);
+}
+
+CompactReport compactInPlace(const std::string& path, const std::string& password,
+                             const std::string& backup, const CompactProgress& progress) {
+  return jet::Compaction(path, password, progress).replace(backup);
+}
+
+}  // namespace orv::store

@@ -1,0 +1,77 @@
+#include "store/jet/repair/CatalogMending.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <set>
+
+#include "errors/Error.h"
+#include "store/jet/catalog/CatalogWriter.h"
+
+namespace orv::store::jet {
+namespace {
+
+using Kind = CatalogEntry::Kind;
+
+constexpr std::uint32_t kSystemObject = 0x80000000;
+
+const std::array<CatalogObject, 4> kFixedObjects = {{
+    {kTablesContainer, kRootContainer, "Tables", Kind::container, kSystemObject},
+    {kDatabasesContainer, kRootContainer, "Databases", Kind::container, kSystemObject},
+    {kRelationshipsContainer, kRootContainer, "Relationships", Kind::container, kSystemObject},
+    {kDatabaseObject, kDatabasesContainer, "MSysDb", Kind::database, kSystemObject},
+}};
+
+/// Those that the file hides its users by; where that is lost, those of a file that hides none.
+SecurityIds idsOf(const Table& objects) {
+  try {
+    return SecurityIds::of(objects);
+  } catch (const DamagedPage&) {
+    return SecurityIds(0);
+  }
+}
+
+}  // namespace
+
+void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& catalog,
+                 const TableNumbers& numbers) {
+  constexpr PageNumber kPermissionsPage = 3;
+  const auto open = [&](PageNumber page) {
+    return std::make_shared<Table>(pager,
+                                   readTableDefinition(*pager, page, nameOfFixedTable(page)));
+  };
+  Transaction transaction(*pager);
+  const auto objects = open(kCatalogPage);
+  CatalogWriter writer(objects, open(kPermissionsPage), idsOf(*objects));
+  std::set<std::int32_t> ids;
+  for (const CatalogEntry& entry : catalog.entries()) {
+    ids.insert(entry.id);
+  }
+  for (const CatalogObject& object : kFixedObjects) {
+    if (ids.insert(object.id).second) {
+      writer.addObject(object, writer.ids().engine());
+    }
+  }
+  for (const CatalogEntry& entry : catalog.entries()) {
+    if (entry.kind != Kind::container && ids.insert(entry.parentId).second) {
+      writer.addObject({.id = entry.parentId,
+                        .parentId = kRootContainer,
+                        .name = fmt::format("Recovered container {}", entry.parentId),
+                        .kind = Kind::container},
+                       writer.ids().engine());
+    }
+  }
+  for (const auto& [page, table] : catalog.tables()) {
+    if (table.isNamed) {
+      continue;
+    }
+    const bool isFixed = !nameOfFixedTable(page).empty();
+    const CatalogObject object{.id = static_cast<std::int32_t>(numbers[page]),
+                               .name = table.definition.table->name,
+                               .flags = isFixed ? kSystemObject : 0};
+    isFixed ? writer.addObject(object, writer.ids().engine()) : writer.addUserObject(object);
+  }
+  transaction.commit();
+}
+
+}  // namespace orv::store::jet

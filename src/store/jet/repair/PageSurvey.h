@@ -1,0 +1,39 @@
+// The pages of a damaged file, as they are.
+#pragma once
+
+#include <map>
+#include <set>
+#include <vector>
+
+#include "store/CompactReport.h"
+#include "store/jet/page/Pager.h"
+
+namespace orv::store::jet {
+
+/// What each page says that it is, whether or not anything leads to it.
+class PageSurvey {
+ public:
+  PageSurvey(Pager& pager, const CompactProgress& progress);
+
+  /// The pages that say they hold rows of the table defined on page `table`; ascending.
+  const std::vector<PageNumber>& pagesOf(PageNumber table) const;
+  /// The first pages of definitions, as far as they can be told from those that follow.
+  const std::set<PageNumber>& definitions() const { return definitions_; }
+  /// Whether a page has no use. True is only said where the map of free pages can be believed.
+  bool isFree(PageNumber page) const { return free_.contains(page); }
+  bool knowsFreePages() const { return knowsFreePages_; }
+  /// Pages that the disk does not give.
+  const std::vector<PageNumber>& unreadable() const { return unreadable_; }
+
+ private:
+  void look(Pager& pager, PageNumber number, std::set<PageNumber>& continued);
+  void readFreePages(Pager& pager);
+
+  std::map<PageNumber, std::vector<PageNumber>> rowPages_{};  ///< by owner
+  std::set<PageNumber> definitions_{};
+  std::set<PageNumber> free_{};
+  bool knowsFreePages_ = false;
+  std::vector<PageNumber> unreadable_{};
+};
+
+}  // namespace orv::store::jet

@@ -1,0 +1,80 @@
+#include "store/jet/repair/Repair.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/compact/TableCopy.h"
+#include "store/jet/file/NewFile.h"
+#include "store/jet/repair/CatalogMending.h"
+#include "store/jet/repair/PageSurvey.h"
+#include "store/jet/repair/SalvageSource.h"
+
+namespace orv::store::jet {
+
+Repair::Repair(const std::string& path, const std::string& password,
+               const CompactProgress& progress)
+    : database_(Database::open(path, password)), progress_(progress) {
+  const Pager& pager = database_->pager();
+  if (!pager.format().writable || pager.engineVersion() > 1) {
+    throw Error(kNotSupported, "'" + pager.path() + "' cannot be repaired: files of format " +
+                                   database_->formatName() + " are only read.");
+  }
+}
+
+CompactReport Repair::writeTo(const std::string& target) {
+  NewFile made(target);
+  Pager& pager = database_->pager();
+  const Pager::ReadLock lock(pager);
+  CompactReport report;
+  report.sizeBefore = pager.fileSize();
+  const PageSurvey survey(pager, progress_);
+  if (!survey.unreadable().empty()) {
+    report.notes.push_back(fmt::format("{} pages cannot be read from the disk, the first is {}",
+                                       survey.unreadable().size(), survey.unreadable().front()));
+  }
+  const CatalogSalvage catalog(pager, survey, report);
+  const PageRef header = pager.read(0);
+  const std::size_t pages = pager.pageCount();
+  CopyTarget copy(made.take(), target, {header.data(), header.size()}, [&](std::size_t done) {
+    constexpr std::size_t kPagesPerReport = 64;
+    if (progress_ && done % kPagesPerReport == 0) {
+      progress_(pages + std::min(done, pages), 2 * pages);
+    }
+  });
+  TableNumbers numbers;
+  copyTables(catalog, copy, numbers, report);
+  copy.finish();
+  mendCatalog(copy.sharedPager(), catalog, numbers);
+  copy.pager().sync();
+  report.sizeAfter = copy.pager().fileSize();
+  made.putInPlace();
+  return report;
+}
+
+void Repair::copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
+                        CompactReport& report) {
+  for (const auto& [page, table] : catalog.tables()) {
+    numbers.add(page, target.newPage());
+  }
+  SalvageSource source(database_->pager(), catalog);
+  for (const auto& [page, table] : catalog.tables()) {
+    try {
+      TableCopy(source, target, numbers, report, table.definition.table).run();
+    } catch (const Error& error) {
+      if (error.number() == kStoreFailure || error.number() == kDatabaseFull) {
+        throw;
+      }
+      const auto without = source.doWithoutIndexes(page, error.description());
+      TableCopy(source, target, numbers, report, without).run();
+    }
+    SalvagedTable findings = source.takeFindings(page);
+    if (!findings.isWhole() || !findings.notes.empty()) {
+      report.salvaged.push_back(std::move(findings));
+    }
+  }
+}
+
+}  // namespace orv::store::jet

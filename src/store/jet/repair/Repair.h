@@ -1,0 +1,29 @@
+// A damaged database file, written anew.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "store/CompactReport.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/compact/CopyTarget.h"
+#include "store/jet/compact/TableNumbers.h"
+#include "store/jet/repair/CatalogSalvage.h"
+
+namespace orv::store::jet {
+
+/// Takes out of a file what can be read. See store/Compact.h.
+class Repair {
+ public:
+  Repair(const std::string& path, const std::string& password, const CompactProgress& progress);
+  CompactReport writeTo(const std::string& target);
+
+ private:
+  void copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
+                  CompactReport& report);
+
+  std::shared_ptr<Database> database_;
+  const CompactProgress& progress_;
+};
+
+}  // namespace orv::store::jet

@@ -1,0 +1,204 @@
+// What a damage does not touch, a repair saves; and the repaired file is sound.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <random>
+#include <set>
+
+#include "store/Check.h"
+#include "store/Compact.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/row/LongValue.h"
+#include "support/Corpus.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::store::jet {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kPageSize = 4096;
+
+/// A row of a table and the pages that it needs.
+struct FoundRow {
+  std::string text;
+  std::set<PageNumber> pages;
+};
+
+struct FoundTable {
+  std::set<PageNumber> pages;  ///< of its definition and its entry in the catalogue
+  std::vector<FoundRow> rows;
+};
+
+/// The users' tables of a file, with all values as the rows have them.
+std::map<std::string, FoundTable> readTables(const std::string& path) {
+  std::map<std::string, FoundTable> tables;
+  const auto database = Database::open(path, "");
+  Pager& pager = database->pager();
+  for (const CatalogEntry& entry : database->entries()) {
+    if (entry.kind != CatalogEntry::Kind::table || entry.isSystem()) continue;
+    const auto table = database->table(entry.name);
+    FoundTable& found = tables[entry.name];
+    found.pages = {kCatalogPage, table->definition().page, entry.row.page};
+    found.pages.insert(table->definition().morePages.begin(), table->definition().morePages.end());
+    for (TableScan scan = table->scan(); scan.next();) {
+      FoundRow& row = found.rows.emplace_back();
+      row.pages.insert(scan.rowId().page);
+      const PageRef home = pager.read(scan.rowId().page);
+      const DataPage page(pager.format(), home.view());
+      if (page.slot(scan.rowId().row).kind == SlotKind::pointer) {
+        row.pages.insert(load32(page.bytes(scan.rowId().row).data()) >> 8);
+      }
+      for (const Column& column : table->definition().columns) {
+        const auto stored = scan.row().bytes(column);
+        if (column.isLongValue() && !stored.empty()) {
+          forEachLongValuePart(pager, stored, 0, [&](RowId part) { row.pages.insert(part.page); });
+          const Bytes value = readLongValue(pager, stored, 0);
+          row.text.append(value.begin(), value.end());
+        } else {
+          row.text.append(stored.begin(), stored.end());
+        }
+        row.text += scan.row().isNull(column) ? "-" : "|";
+      }
+    }
+  }
+  return tables;
+}
+
+/// A way to damage the content of a file. Gives the pages that are not what they were.
+using Damage = std::set<PageNumber> (*)(std::string& content, std::mt19937& random);
+
+PageNumber anyPage(const std::string& content, std::mt19937& random) {
+  return static_cast<PageNumber>(1 + random() % (content.size() / kPageSize - 1));
+}
+
+std::set<PageNumber> changeBytes(std::string& content, std::mt19937& random) {
+  const PageNumber page = anyPage(content, random);
+  for (unsigned i = 0; i <= random() % 3; ++i) {
+    content[page * kPageSize + random() % kPageSize] ^= static_cast<char>(1 + random() % 255);
+  }
+  return {page};
+}
+
+/// Where pages tell what they are and have.
+std::set<PageNumber> changeHead(std::string& content, std::mt19937& random) {
+  const PageNumber page = anyPage(content, random);
+  content[page * kPageSize + random() % 80] ^= static_cast<char>(1 + random() % 255);
+  return {page};
+}
+
+std::set<PageNumber> clearPage(std::string& content, std::mt19937& random) {
+  const PageNumber page = anyPage(content, random);
+  content.replace(page * kPageSize, kPageSize, kPageSize, '\0');
+  return {page};
+}
+
+std::set<PageNumber> fillPage(std::string& content, std::mt19937& random) {
+  const PageNumber page = anyPage(content, random);
+  for (std::size_t i = 0; i < kPageSize; ++i) {
+    content[page * kPageSize + i] = static_cast<char>(random());
+  }
+  return {page};
+}
+
+std::set<PageNumber> copyPage(std::string& content, std::mt19937& random) {
+  const PageNumber from = anyPage(content, random);
+  const PageNumber to = anyPage(content, random);
+  content.replace(to * kPageSize, kPageSize, content.substr(from * kPageSize, kPageSize));
+  return {from, to};
+}
+
+std::set<PageNumber> cutOff(std::string& content, std::mt19937& random) {
+  const std::size_t pages = content.size() / kPageSize;
+  std::set<PageNumber> gone;
+  const std::size_t left = pages / 2 * kPageSize + random() % (pages / 2 * kPageSize);
+  for (std::size_t page = left / kPageSize; page < pages; ++page) {
+    gone.insert(static_cast<PageNumber>(page));
+  }
+  content.resize(left);
+  return gone;
+}
+
+bool meet(const std::set<PageNumber>& a, const std::set<PageNumber>& b) {
+  return std::ranges::any_of(a, [&](PageNumber page) { return b.contains(page); });
+}
+
+/// Expects each row that no damaged page has a part of, and that the report tells of losses.
+void expectSaved(const std::map<std::string, FoundTable>& before, const std::string& repaired,
+                 const std::set<PageNumber>& damaged, const CompactReport& report) {
+  const auto after = readTables(repaired);
+  for (const auto& [name, table] : before) {
+    if (meet(table.pages, damaged)) continue;
+    const auto found = after.find(name);
+    ASSERT_NE(found, after.end()) << name << " is gone";
+    std::multiset<std::string> saved;
+    for (const FoundRow& row : found->second.rows) saved.insert(row.text);
+    std::size_t missing = 0;
+    for (const FoundRow& row : table.rows) {
+      const auto same = saved.find(row.text);
+      if (same == saved.end() && !meet(row.pages, damaged)) ++missing;
+      if (same != saved.end()) saved.erase(same);
+    }
+    EXPECT_EQ(missing, 0u) << "sound rows of " << name << " are gone";
+    if (found->second.rows.size() < table.rows.size()) {
+      EXPECT_FALSE(report.isWhole() && report.salvaged.empty())
+          << name << " has lost rows, and nothing is said of it";
+    }
+  }
+}
+
+class Repair : public testing::TestWithParam<const char*> {};
+
+TEST_P(Repair, SavesWhatADamageLeaves) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const fs::path sound = test::corpusFolder() / GetParam();
+  std::ifstream stream(sound, std::ios::binary);
+  const std::string whole(std::istreambuf_iterator<char>(stream), {});
+  const auto before = readTables(sound.string());
+  unsigned seed = 0;
+  for (const Damage damage : {changeBytes, changeHead, clearPage, fillPage, copyPage, cutOff}) {
+    for (int time = 0; time < (std::getenv("ORV_LONG_TESTS") != nullptr ? 300 : 12); ++time) {
+      std::mt19937 random(++seed);
+      SCOPED_TRACE("seed " + std::to_string(seed));
+      std::string content = whole;
+      const std::set<PageNumber> damaged = damage(content, random);
+      const std::string path = folder / "damaged.mdb";
+      const std::string repaired = folder / "repaired.mdb";
+      std::ofstream(path, std::ios::binary) << content;
+      fs::remove(repaired);
+      const CompactReport report = repairFile(path, "", repaired);
+      const CheckReport check = checkFile(repaired, "");
+      EXPECT_TRUE(check.sound()) << (check.sound() ? "" : check.faults.front().toText());
+      expectSaved(before, repaired, damaged, report);
+      if (HasFailure()) return;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Repair,
+                         testing::Values("sources/orvdata-3.0.0.mdb",
+                                         "access/overflowTestV2000.mdb",
+                                         "access/queryTestV2000.mdb", "access/indexTestV2000.mdb"),
+                         [](const auto& info) {
+                           return fs::path(info.param).stem().string().substr(0, 7);
+                         });
+
+TEST(RepairOfASoundFile, LosesNothing) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const std::string sound = (test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb").string();
+  const CompactReport report = repairFile(sound, "", folder / "repaired.mdb");
+  EXPECT_TRUE(report.isWhole());
+  EXPECT_TRUE(report.salvaged.empty());
+  EXPECT_TRUE(report.notes.empty());
+  expectSaved(readTables(sound), folder / "repaired.mdb", {}, report);
+}
+
+}  // namespace
+}  // namespace orv::store::jet
