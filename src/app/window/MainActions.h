@@ -14,6 +14,7 @@ struct CommandState {
   bool recordsShown = false;
   bool recordsSelected = false;
   bool exportable = false;  ///< text files can hold the selected records
+  bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
 };
 
@@ -48,6 +49,7 @@ class MainActions {
   QAction* mnuEditCopy;
   QAction* mnuEditPaste;
   QAction* mnuEditDelete;
+  QAction* mnuEditIntegrate;
   QAction* mnuEditCopyText;
   QAction* mnuEditCopyCell;
   QAction* mnuEditSelectAll;
@@ -59,6 +61,7 @@ class MainActions {
   QAction* mnuViewEditFilter;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
+  QAction* mnuViewValues;
   QAction* mnuViewOptions;
   QAction* mnuSortAscending;
   QAction* mnuSortDescending;
