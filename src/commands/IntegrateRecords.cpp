@@ -23,7 +23,7 @@ void requirePanes(const sources::datasource& node, const IntegrationOptions& opt
                 "Only panes are integrated. The values of a shading are computed when its file is "
                 "read.");
   }
-  if (options.stores && node.DataType() != DataType::orv3Panes) {
+  if ((options.stores || options.rehearses) && node.DataType() != DataType::orv3Panes) {
     throw Error(kInvalidCall,
                 "Integrated values can only be stored in an ORV database of version 3.0.0.");
   }
@@ -100,7 +100,7 @@ class Integration {
       for (const std::string_view name : storedValueNames()) {
         if (const auto value = storedValue(*pane, name)) row.stored[name] = *value;
       }
-      if (options_.stores) row.storing = store(*pane, row);
+      if (options_.stores || options_.rehearses) row.storing = store(*pane, row);
       return row;
     } catch (const std::exception& error) {
       return failed(identifier, angle, describe(error));
@@ -112,6 +112,7 @@ class Integration {
     if (options_.onlyMissing && !isMissing) return Storing::isThere;
     if (pane.ORV_Frozen() && !options_.frozenToo) return Storing::isFrozen;
     if (optics::store(row.integration, pane) == 0) return Storing::nothing;
+    if (!options_.stores) return Storing::written;
     try {
       session_.database.StoreIntegratedData(pane, *records_.DataSourcePtr()->ADOConnection());
       return Storing::written;

@@ -17,6 +17,7 @@ struct IntegrationOptions {
   optics::Standard standard = optics::kUsualStandard;
   std::optional<std::int16_t> angle = {};  ///< only the data at this angle
   bool stores = false;                     ///< write the values into the database
+  bool rehearses = false;                  ///< tell what storing would do, and do nothing
   bool onlyMissing = false;                ///< where there is no row of values, or all are 0
   bool frozenToo = false;                  ///< change panes that are frozen
 };
@@ -24,7 +25,7 @@ struct IntegrationOptions {
 /// What became of a row that was to be stored.
 enum class Storing {
   none,      ///< it was not to be
-  written,   ///
+  written,   ///< or would be
   isFrozen,  ///< the pane is frozen
   isThere,   ///< it has values, and only missing ones were wanted
   nothing,   ///< the spectrum does not reach for any value

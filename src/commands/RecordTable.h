@@ -38,6 +38,12 @@ class RecordTable {
   /// A field of a row that has been read.
   virtual store::Value value(std::size_t row, std::size_t column) const = 0;
 
+  /// Fills the fields of a further row that are empty at first, because they take long to find.
+  /// False when none is left.
+  virtual bool fillNext() { return false; }
+  /// Rows whose fields are filled.
+  virtual std::size_t rowsFilled() const { return rowsRead(); }
+
  protected:
   std::vector<RecordColumn> columns_;
 };

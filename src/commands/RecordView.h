@@ -34,6 +34,13 @@ class RecordView {
   /// Goes through up to `rows` further rows of the table.
   void advance(std::size_t rows);
 
+  /// Fills fields of the table as RecordTable has it. They are sorted and filtered by as they were
+  /// when that began.
+  bool fillNext() { return table_->fillNext(); }
+  std::size_t rowsFilled() const { return table_->rowsFilled(); }
+  /// Whether nothing is left to fill of the rows that have been read.
+  bool isFilled() const { return table_->rowsFilled() >= table_->rowsRead(); }
+
   /// Shows only rows whose fields pass all filters, one a column in their order. Begins anew.
   void filter(const std::vector<std::string>& texts);
   bool isFiltered() const { return !filters_.empty(); }

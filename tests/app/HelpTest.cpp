@@ -16,6 +16,7 @@
 #include <QToolButton>
 
 #include "app/WindowTest.h"
+#include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/dialogs/dlgTextFileOptions.h"
@@ -132,6 +133,7 @@ TEST_F(WindowTest, EverythingExplainsItself) {
   examiner.examine(app::ColumnChooser(grid(), &window));
   examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, &window));
   examiner.examine(app::ProgressDialog("Working", &window));
+  examiner.examine(app::IntegrationDialog({}, optics::kUsualStandard, &window));
 }
 
 TEST_F(WindowTest, EveryCommandHasItsOwnKeys) {

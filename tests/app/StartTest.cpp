@@ -1,4 +1,5 @@
 // The window as it starts, and its place on the screen.
+#include <QComboBox>
 #include <QLabel>
 #include <QMenu>
 #include <QRubberBand>
@@ -8,6 +9,7 @@
 
 #include "app/WindowTest.h"
 #include "app/dialogs/frmSplash.h"
+#include "app/window/UserSettings.h"
 #include "app/window/WindowGeometry.h"
 
 namespace orv::test {
@@ -72,6 +74,25 @@ TEST(WindowGeometry, OfAMinimisedWindowIsNotKept) {
   window.showMinimized();
   window.close();
   EXPECT_TRUE(app::userSettings().allKeys().isEmpty());
+}
+
+TEST(UserSettings, KeepTheStandardOfTheSpectra) {
+  app::userSettings().clear();
+  app::WindowUserInterface ui;
+  commands::Session session(ui);
+  const auto standards = [](const app::frmMain& window) {
+    return window.findChild<QComboBox*>("cboSpectrumStandard");
+  };
+  {
+    const app::frmMain window(session, ui);
+    EXPECT_EQ(standards(window)->currentText(), "EN 410");
+    standards(window)->setCurrentIndex(2);
+    emit standards(window)->activated(2);
+  }
+  EXPECT_EQ(standards(app::frmMain(session, ui))->currentText(), "ISO 9050");
+  app::userSettings().setValue("Settings/SpectrumStandard", "en 410, perhaps");
+  EXPECT_EQ(standards(app::frmMain(session, ui))->currentText(), "EN 410");
+  app::userSettings().clear();
 }
 
 TEST(WindowGeometry, ThatNoScreenShowsIsBroughtBack) {

@@ -1,12 +1,16 @@
 // Copying, pasting, deleting and exporting records.
 #include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDir>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableWidget>
 #include <QToolButton>
 #include <fstream>
 
@@ -262,6 +266,97 @@ TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   window.openPaths({QString::fromStdString(target)});
   selectNode({QString::fromStdString(target)});
   EXPECT_EQ(rows(), 2);
+}
+
+TEST_F(TransferWindowTest, ComputesIntegratedValuesAfterShowingWhatWouldChange) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 1);
+  EXPECT_FALSE(isEnabled("mnuEditIntegrate")) << "these cannot be stored";
+  openNew();
+  trigger("mnuEditPaste");
+  EXPECT_FALSE(isEnabled("mnuEditIntegrate"));
+  selectRows(0, 1);
+  const auto visible = [this] {
+    auto rows = session.MainDataSources.Item(session.MainDataSources.count())
+                    ->ADOConnection()
+                    ->openRecordset(
+                        "SELECT transmission_visual_outdoor FROM Pane_integrated_data "
+                        "ORDER BY PaneID");
+    return rows->value(0).toDouble();
+  };
+  const double before = visible();
+  QStringList shown;
+  const auto look = [&](QWidget& dialog) {
+    auto& standards = *dialog.findChild<QComboBox*>("cboIntegrateBy");
+    standards.setCurrentText("ISO 9050");
+    emit standards.activated(standards.currentIndex());
+    const auto& table = *dialog.findChild<QTableWidget*>();
+    shown << table.item(0, 2)->text() << table.item(0, 9)->text()
+          << dialog.findChild<QLabel*>("lblIntegration")->text();
+  };
+  dialogs.then([&](QWidget& dialog) {
+    look(dialog);
+    dialog.close();
+  });
+  trigger("mnuEditIntegrate");
+  EXPECT_EQ(shown[0], "is stored");
+  EXPECT_TRUE(shown[1].startsWith(QString::number(before, 'f', 4) + " → 0."))
+      << shown[1].toStdString();
+  EXPECT_EQ(shown[2], "Values are stored for 2 of 2 panes and angles.");
+  EXPECT_EQ(visible(), before) << "the dialog was closed";
+
+  dialogs.then([&](QWidget& dialog) {
+    look(dialog);
+    for (auto* button : dialog.findChildren<QPushButton*>()) {
+      if (button->text() == "&Store") button->click();
+    }
+  });
+  trigger("mnuEditIntegrate");
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(QString::number(visible(), 'f', 4), shown[1].section(' ', 2));
+  EXPECT_TRUE(find<QToolButton>("btnResult")
+                  .text()
+                  .startsWith("2 rows of integrated values written by ISO 9050"));
+}
+
+TEST_F(TransferWindowTest, ShowsIntegratedValuesAsColumnsOnDemand) {
+  ORV_NEEDS_CORPUS();
+  copyFromIgdb(0, 5);
+  openNew();
+  trigger("mnuEditPaste");
+  const int plain = grid().model()->columnCount();
+  const auto isFilled = [this] { return !grid().records().isFilling(); };
+  const auto column = [this](const QString& title) {
+    for (int i = 0; i < grid().model()->columnCount(); ++i) {
+      if (grid().model()->headerData(i, Qt::Horizontal).toString() == title) return i;
+    }
+    return -1;
+  };
+  trigger("mnuViewValues");
+  EXPECT_EQ(grid().model()->columnCount(), plain + 16);
+  const int stored = column("Visible transmittance front, stored");
+  const int computed = column("Visible transmittance front, EN 410");
+  find<QLineEdit>(("txtFilter" + std::to_string(computed)).c_str()).setText(">0");
+  EXPECT_EQ(rows(), 0) << "nothing is computed yet";
+  ASSERT_TRUE(QTest::qWaitFor(isFilled));
+  EXPECT_EQ(rows(), 6);
+  EXPECT_EQ(label("lblStatus"), "Computed integrated values of 6 panes.");
+  for (int row = 0; row < rows(); ++row) {
+    EXPECT_GT(cell(row, computed).toDouble(), 0.8);
+    EXPECT_NEAR(cell(row, stored).toDouble(), 0.8, 0.1);
+  }
+  emit grid().filterHeader().sectionClicked(computed);
+  for (int row = 1; row < rows(); ++row) {
+    EXPECT_LE(cell(row - 1, computed).toDouble(), cell(row, computed).toDouble());
+  }
+  trigger("mnuViewValues");
+  EXPECT_EQ(grid().model()->columnCount(), plain);
+  EXPECT_EQ(rows(), 6);
+
+  trigger("mnuViewValues");
+  QTest::keyClick(&grid(), Qt::Key_Escape);
+  EXPECT_TRUE(isFilled());
+  EXPECT_EQ(cell(5, computed), "") << "stopped before it began";
 }
 
 }  // namespace orv::test

@@ -133,6 +133,11 @@ TEST_F(IntegrateTest, ValuesAreStoredWhereTheyAreMissingOrEverywhereButInFrozenP
   EXPECT_EQ(computed[2].note(), "nothing between 280 and 2500 nm");
   EXPECT_EQ(stored(), "1|0|" + old + " 2|0|" + none + " 2|60|" + none + " 3|0|" + none);
 
+  const auto rehearsed = integrate(panes(), {.rehearses = true});
+  EXPECT_EQ(rehearsed[2].storing, commands::Storing::written);
+  EXPECT_EQ(rehearsed[3].storing, commands::Storing::isFrozen);
+  EXPECT_EQ(stored(), "1|0|" + old + " 2|0|" + none + " 2|60|" + none + " 3|0|" + none);
+
   integrate(panes(), {.angle = std::int16_t{60}, .stores = true, .onlyMissing = true});
   EXPECT_EQ(stored(), "1|0|" + old + " 2|0|" + none + " 2|60|" + fresh + " 3|0|" + none);
   integrate(panes(), {.stores = true, .onlyMissing = true});

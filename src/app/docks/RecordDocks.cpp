@@ -63,6 +63,7 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
   rest_.setInterval(kMillisecondsOfRest);
   connect(&rest_, &QTimer::timeout, this, &RecordDocks::readRecords);
   connect(spectrum_, &SpectrumDock::statusMessage, this, &RecordDocks::statusMessage);
+  connect(spectrum_, &SpectrumDock::standardChosen, this, &RecordDocks::standardChosen);
   for (const QDockWidget* dock :
        {static_cast<QDockWidget*>(spectrum_), static_cast<QDockWidget*>(details_)}) {
     connect(dock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
@@ -83,6 +84,10 @@ void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
 
 void RecordDocks::wavelengthUnit(int unit) {
   spectrum_->setWavelengthUnit(unit);
+}
+
+void RecordDocks::standard(optics::Standard standard) {
+  spectrum_->setStandard(standard);
 }
 
 void RecordDocks::open(bool opened) {

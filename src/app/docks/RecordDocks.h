@@ -8,6 +8,7 @@
 
 #include "commands/RecordReader.h"
 #include "commands/Session.h"
+#include "optics/Standard.h"
 
 class QAction;
 class QMainWindow;
@@ -31,6 +32,8 @@ class RecordDocks : public QObject {
   void show(const Node& node, std::vector<std::string> identifiers);
   /// `WavelengthUnitCode` of the plots.
   void wavelengthUnit(int unit);
+  /// By which the values beside the plots are computed.
+  void standard(optics::Standard standard);
   /// Opens or closes both docks.
   void open(bool opened);
 
@@ -40,6 +43,7 @@ class RecordDocks : public QObject {
 
  signals:
   void statusMessage(const QString& text);
+  void standardChosen(optics::Standard standard);
 
  private:
   void readRecords();

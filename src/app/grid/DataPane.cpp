@@ -112,8 +112,9 @@ void DataPane::reload(const Node& node, int digits) {
 
 void DataPane::showRecords(const Node& node, int digits, bool again) {
   try {
-    auto view = std::make_unique<commands::RecordView>(commands::openRecordTable(node), digits);
+    auto view = std::make_unique<commands::RecordView>(makeTable_(node), digits);
     again ? grid_->reload(std::move(view)) : grid_->show(std::move(view), node->DataType());
+    grid_->fillColumns();
     records_->show();
     DataSourceTextBox_->hide();
   } catch (const std::exception& error) {

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
-#include "sources/datasource.h"
+#include "commands/RecordTable.h"
 
 class QFrame;
 class QLabel;
@@ -25,6 +26,11 @@ class DataPane : public QWidget {
   FindBar& findBar() { return *findBar_; }
   bool showsRecords() const;
 
+  /// How the table of a node's records is made, if not plainly.
+  using TableMaker = std::function<std::unique_ptr<commands::RecordTable>(
+      const std::shared_ptr<sources::datasource>&)>;
+  void makeTablesBy(TableMaker maker) { makeTable_ = std::move(maker); }
+
   /// Shows a node, or that there is none. Fractions are shown with `digits` digits.
   void show(const std::shared_ptr<sources::datasource>& node, int digits);
   /// Shows the same node again, with its data as they are now.
@@ -35,6 +41,7 @@ class DataPane : public QWidget {
   void showText(const QString& text);
   void showNothing();
 
+  TableMaker makeTable_ = commands::openRecordTable;
   QFrame* picTitles_;
   QLabel* lblTitle_;
   QWidget* records_;

@@ -82,6 +82,7 @@ RecordGrid::RecordGrid(QWidget* parent)
     if (selectedRows().isEmpty()) selectRows({0, 0});
     setFocus(Qt::OtherFocusReason);
   });
+  connect(model_, &RecordModel::filled, this, &RecordGrid::tellFilling);
   connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
     emit contextMenuWanted(viewport()->mapToGlobal(position));
   });
@@ -110,12 +111,42 @@ void RecordGrid::reload(std::unique_ptr<commands::RecordView> view) {
   rememberLayout();
   const int place = verticalScrollBar()->value();
   const bool wasEmpty = model_->rowCount() == 0;
+  const int columns = model_->columnCount();
   model_->show(std::move(view));
-  model_->filter(header_->filters());
-  if (sortedColumn_ >= 0) model_->sort(sortedColumn_, header_->sortIndicatorOrder());
+  if (model_->columnCount() != columns) fitColumns();
+  arrange();
   layouts_.at(kind_).applyTo(*header_, *model_);
   if (wasEmpty) fitColumns();
   verticalScrollBar()->setValue(place);
+}
+
+void RecordGrid::arrange() {
+  if (sortedColumn_ >= model_->columnCount()) {
+    sortedColumn_ = -1;
+    header_->setSortIndicatorShown(false);
+  }
+  selectedColumn_ = std::min(selectedColumn_, model_->columnCount() - 1);
+  model_->filter(header_->filters());
+  if (sortedColumn_ >= 0) model_->sort(sortedColumn_, header_->sortIndicatorOrder());
+}
+
+/// Values that came after the rows were filtered and sorted want that done again.
+void RecordGrid::tellFilling(qlonglong rows, bool ended) {
+  const QString values = tr("integrated values of %1").arg(counted(rows, tr("pane")));
+  if (!ended) {
+    emit fillingTold(tr("Computing %1... Escape stops it.").arg(values));
+    return;
+  }
+  if (sortedColumn_ >= 0 || model_->isFiltered()) arrange();
+  emit fillingTold(tr("Computed %1.").arg(values));
+}
+
+void RecordGrid::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && model_->isFilling()) {
+    model_->stopFilling();
+  } else {
+    QTableView::keyPressEvent(event);
+  }
 }
 
 void RecordGrid::clear() {

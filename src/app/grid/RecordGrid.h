@@ -36,6 +36,8 @@ class RecordGrid : public QTableView {
   /// the place in the grid stay.
   void reload(std::unique_ptr<commands::RecordView> view);
   void clear();
+  /// Fills the columns that take long, and then filters and sorts again. Escape stops it.
+  void fillColumns() { model_->fill(); }
 
   RowBlock selectedRows() const;
   void selectRows(const RowBlock& rows);
@@ -56,16 +58,22 @@ class RecordGrid : public QTableView {
   void selectedRowsChanged();
   void columnChooserWanted();
   void contextMenuWanted(const QPoint& globalPosition);
+  /// What is done to the columns that take long, for the status bar.
+  void fillingTold(const QString& text);
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void startDrag(Qt::DropActions actions) override;
   void scrollContentsBy(int dx, int dy) override;
 
  private:
   void rememberLayout();
+  void tellFilling(qlonglong rows, bool ended);
+  /// Filters and sorts as the header says.
+  void arrange();
   void sortBy(int column, Qt::SortOrder order);
   void sortByHeader(int column);
   void headerMenu(const QPoint& position);

@@ -1,6 +1,7 @@
 #include "app/grid/RecordModel.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QElapsedTimer>
 #include <QMimeData>
 #include <algorithm>
 #include <set>
@@ -15,6 +16,8 @@ namespace {
 
 constexpr int kRowsAtOnce = 2000;
 constexpr int kRowsAhead = 300000;
+constexpr int kMillisecondsAtOnce = 12;
+constexpr int kMillisecondsOfRest = 100;
 /// Longest text in a tool tip; memo fields can hold books.
 constexpr int kLongestToolTip = 2000;
 
@@ -33,10 +36,13 @@ QString oneLine(QString text) {
 RecordModel::RecordModel(QObject* parent) : QAbstractTableModel(parent) {
   idle_.setInterval(0);
   connect(&idle_, &QTimer::timeout, this, &RecordModel::readAhead);
+  filling_.setSingleShot(true);
+  connect(&filling_, &QTimer::timeout, this, &RecordModel::fillOn);
 }
 
 void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   idle_.stop();
+  filling_.stop();
   failed_ = false;
   beginResetModel();
   view_ = std::move(view);
@@ -209,6 +215,34 @@ void RecordModel::readAhead() {
     idle_.stop();
     emit rowsCounted();
   });
+}
+
+void RecordModel::fill() {
+  if (view_ && !view_->isFilled()) filling_.start(0);
+}
+
+void RecordModel::stopFilling() {
+  if (!filling_.isActive()) return;
+  filling_.stop();
+  emit filled(static_cast<qlonglong>(view_->rowsFilled()), true);
+}
+
+/// Nothing is read while a command may be changing the database: it shows its progress or asks.
+void RecordModel::fillOn() {
+  if (QApplication::activeModalWidget() != nullptr) {
+    filling_.start(kMillisecondsOfRest);
+    return;
+  }
+  bool isMore = true;
+  QElapsedTimer time;
+  time.start();
+  reading([&] {
+    while (isMore && time.elapsed() < kMillisecondsAtOnce) isMore = view_->fillNext();
+  });
+  if (shown_ > 0) emit dataChanged(index(0, 0), index(shown_ - 1, columnCount() - 1));
+  isMore = isMore && !failed_;
+  if (isMore) filling_.start(0);
+  emit filled(static_cast<qlonglong>(view_->rowsFilled()), !isMore);
 }
 
 void RecordModel::reading(const std::function<void()>& step) {

@@ -48,6 +48,11 @@ class RecordModel : public QAbstractTableModel {
   void complete();
   bool isComplete() const { return !view_ || view_->isComplete(); }
 
+  /// Fills the fields that take long, in the time that the user leaves idle.
+  void fill();
+  void stopFilling();
+  bool isFilling() const { return filling_.isActive(); }
+
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -63,9 +68,12 @@ class RecordModel : public QAbstractTableModel {
   void rowsCounted();
   /// A row cannot be read. Those before it stay; nothing is read on before the next beginning.
   void readingFailed(const QString& description);
+  /// Fields of so many rows are filled; `ended` when all are, or filling was stopped.
+  void filled(qlonglong rows, bool ended);
 
  private:
   void readAhead();
+  void fillOn();
   /// Takes a step that reads, and tells of its error: no user's click may raise one.
   void reading(const std::function<void()>& step);
   void advance(int rows);
@@ -77,6 +85,7 @@ class RecordModel : public QAbstractTableModel {
   int shown_ = 0;        ///< rows that the grid knows of
   bool failed_ = false;  ///< reading on has failed
   QTimer idle_;
+  QTimer filling_;
 };
 
 }  // namespace orv::app

@@ -6,6 +6,7 @@
 
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/window/Guarded.h"
 #include "commands/CopyRecords.h"
@@ -68,7 +69,7 @@ void EditCommands::transfer(const sources::RecordSelection& records, const Node&
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
     addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
     for (const std::string& line : commands::remarks(session_)) report_ << shownText(line);
-    if (!result.refused) emit copied(qt(result.summary()), ui_.failures() + report_);
+    if (!result.refused) emit finished(qt(result.summary()), ui_.failures() + report_);
   });
 }
 
@@ -123,6 +124,40 @@ void EditCommands::exportToFile(const sources::RecordSelection& selection,
     const QString panes = counted(static_cast<qlonglong>(result.dataSets), "pane");
     ui_.message(commands::MessageKind::information, exportReport(result, panes, path),
                 commands::kProductName);
+  });
+}
+
+void EditCommands::computeValues(const sources::RecordSelection& selection,
+                                 optics::Standard standard) {
+  const auto rehearse = [&](commands::IntegrationOptions options) {
+    options.rehearses = true;
+    std::optional<IntegrationDialog::Rows> rows{std::in_place};
+    const auto result = commands::integrateRecords(
+        session_, selection, options,
+        [&](const commands::IntegratedRow& row) { rows->push_back(row); });
+    return result.cancelled ? std::nullopt : std::move(rows);
+  };
+  IntegrationDialog dialog(rehearse, standard, &window_);
+  if (dialog.rehearse() && dialog.exec() == QDialog::Accepted) {
+    storeValues(selection, dialog.options());
+  }
+}
+
+void EditCommands::storeValues(const sources::RecordSelection& selection,
+                               const commands::IntegrationOptions& options) {
+  run(tr("computation"), Effect::changesRecords, {}, [&] {
+    QStringList left;
+    commands::IntegrationOptions storing = options;
+    storing.stores = true;
+    const auto result = commands::integrateRecords(
+        session_, selection, storing, [&](const commands::IntegratedRow& row) {
+          const QString note = shownText(row.note());
+          if (note.isEmpty()) return;
+          left << tr("%1, %2°: %3").arg(shownText(row.name), QString::number(row.angle), note);
+        });
+    if (!left.isEmpty())
+      report_ << tr("What is to be known of the values:") + '\n' + left.join('\n');
+    if (!result.refused) emit finished(qt(result.summary(options.standard)), report_);
   });
 }
 

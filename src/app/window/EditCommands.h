@@ -5,6 +5,7 @@
 
 #include "app/dialogs/dlgExport.h"
 #include "app/window/WindowUserInterface.h"
+#include "commands/IntegrateRecords.h"
 #include "commands/PasteRecords.h"
 #include "sources/RecordSelection.h"
 
@@ -35,19 +36,24 @@ class EditCommands : public QObject {
   void remove(const sources::RecordSelection& selection, const Node& shown);
   /// Asks for the form and the place, and writes the records there.
   void exportRecords(const sources::RecordSelection& selection);
+  /// Shows what computing the integrated values of panes would change, and stores them if the user
+  /// wants that.
+  void computeValues(const sources::RecordSelection& selection, optics::Standard standard);
 
  signals:
   void workBegins();
   /// `changedRecords`: records may have been added or deleted.
   void workEnded(bool changedRecords);
-  /// What became of the records of a copy, and what there is to say of them besides.
-  void copied(const QString& summary, const QStringList& report);
+  /// What became of the records of a work, and what there is to say of them besides.
+  void finished(const QString& summary, const QStringList& report);
 
  private:
   enum class Effect { readsRecords, changesRecords };
 
   void exportToFolder(const sources::RecordSelection& selection, commands::ExportForm form);
   void exportToFile(const sources::RecordSelection& selection, commands::ExportForm form);
+  void storeValues(const sources::RecordSelection& selection,
+                   const commands::IntegrationOptions& options);
   void run(const QString& work, Effect effect, const QString& failureHeading,
            const std::function<void()>& command);
 
@@ -58,7 +64,7 @@ class EditCommands : public QObject {
   commands::PasteOptions pasteOptions_;
   dlgExport::Choice exportChoice_;
   QString exportFolder_;
-  QStringList report_;  ///< of the copy that is being made, without the failures
+  QStringList report_;  ///< of the work that is being done, without the failures
 };
 
 }  // namespace orv::app

@@ -33,6 +33,7 @@ void MainActions::enable(const CommandState& state) {
   mnuEditCopy->setEnabled(state.recordsSelected);
   mnuEditDelete->setEnabled(state.recordsSelected);
   mnuEditPaste->setEnabled(state.recordsPending);
+  mnuEditIntegrate->setEnabled(state.integrable);
   mnuViewRefresh->setEnabled(state.sourceShown);
   mnuSort->setEnabled(state.recordsShown);
   for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
@@ -114,6 +115,10 @@ void MainActions::makeEditMenu() {
                      tr("Copy the remembered records into the ORV database shown"));
   mnuEditDelete = add(mnuEdit, "mnuEditDelete", "delete", tr("&Delete Records"),
                       QKeySequence::Delete, tr("Delete the selected records from the database"));
+  mnuEditIntegrate =
+      add(mnuEdit, "mnuEditIntegrate", "", tr("Compute &Integrated Values..."),
+          QKeySequence(tr("Ctrl+Shift+I")),
+          tr("Compute the solar, visible and ultraviolet values of the selected panes"));
   mnuEdit->addSeparator();
   mnuEditSelectAll = add(mnuEdit, "mnuEditSelectAll", "", tr("Select &All"),
                          QKeySequence::SelectAll, tr("Select all records shown"));
@@ -151,6 +156,10 @@ void MainActions::makeViewMenu() {
                        tr("Choose the columns of the grid"));
   mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),
                           QKeySequence(), tr("Make the columns as wide as their fields need"));
+  mnuViewValues = add(mnuView, "mnuViewValues", "", tr("Integrated &Values"), QKeySequence(),
+                      tr("Add columns with the stored and the computed solar and visible values of "
+                         "panes to the grid"));
+  mnuViewValues->setCheckable(true);
   mnuViewOptions = add(mnuView, "mnuViewOptions", "options", tr("&Options..."),
                        QKeySequence(tr("Ctrl+,")), tr("Choose how data are displayed"));
   mnuViewOptions->setMenuRole(QAction::PreferencesRole);

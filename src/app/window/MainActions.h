@@ -14,6 +14,7 @@ struct CommandState {
   bool recordsShown = false;
   bool recordsSelected = false;
   bool exportable = false;  ///< text files can hold the selected records
+  bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
 };
 
@@ -48,6 +49,7 @@ class MainActions {
   QAction* mnuEditCopy;
   QAction* mnuEditPaste;
   QAction* mnuEditDelete;
+  QAction* mnuEditIntegrate;
   QAction* mnuEditCopyText;
   QAction* mnuEditCopyCell;
   QAction* mnuEditSaveTable;
@@ -60,6 +62,7 @@ class MainActions {
   QAction* mnuViewEditFilter;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
+  QAction* mnuViewValues;
   QAction* mnuViewOptions;
   QAction* mnuSortAscending;
   QAction* mnuSortDescending;

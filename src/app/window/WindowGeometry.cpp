@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "app/window/Twips.h"
-#include "commands/UserInterface.h"
 
 namespace orv::app {
 
@@ -20,11 +19,6 @@ void read(const QSettings& settings, const char* key, int& value) {
 }
 
 }  // namespace
-
-QSettings userSettings() {
-  return QSettings(QSettings::IniFormat, QSettings::UserScope, commands::kApplicationTitle,
-                   commands::kApplicationTitle);
-}
 
 WindowGeometry WindowGeometry::load(QSettings& settings) {
   WindowGeometry geometry;

@@ -22,7 +22,4 @@ struct WindowGeometry {
   void applyTo(QWidget& window) const;
 };
 
-/// The settings of the program's user.
-QSettings userSettings();
-
 }  // namespace orv::app

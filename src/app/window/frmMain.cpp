@@ -18,6 +18,7 @@
 #include "app/window/MainActions.h"
 #include "app/window/PaneSplitter.h"
 #include "app/window/StatusBar.h"
+#include "app/window/UserSettings.h"
 #include "app/window/WindowGeometry.h"
 #include "commands/RecordKind.h"
 #include "commands/Remarks.h"
@@ -55,6 +56,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   connectMenus();
   connectParts();
   loadGeometry();
+  docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
   showSources(nullptr);
 }
@@ -193,6 +195,8 @@ void frmMain::updateState() {
   state.recordsShown = dataPane_->showsRecords();
   state.recordsSelected = selection_.HasRecords();
   state.exportable = state.recordsSelected && kind && kind != commands::RecordKind::frames;
+  state.integrable =
+      state.recordsSelected && current_ && current_->DataType() == sources::DataType::orv3Panes;
   state.recordsPending = edit_->hasPendingRecords();
   actions_->enable(state);
   updateCounts();

@@ -5,6 +5,7 @@
 
 #include "app/dialogs/DisplayOptions.h"
 #include "app/window/WindowUserInterface.h"
+#include "commands/RecordTable.h"
 #include "commands/Session.h"
 #include "sources/RecordSelection.h"
 
@@ -66,6 +67,8 @@ class frmMain : public QMainWindow {
   void updateCounts();
   void filterToggled(bool shown);
   void showOptions();
+  std::unique_ptr<commands::RecordTable> tableOf(const Node& node);
+  void chooseStandard(optics::Standard standard);
   void treeMenu(const QPoint& position);
   void copyPath();
   void gridMenu(const QPoint& position);

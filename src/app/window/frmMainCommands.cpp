@@ -20,8 +20,11 @@
 #include "app/window/Guarded.h"
 #include "app/window/MainActions.h"
 #include "app/window/StatusBar.h"
+#include "app/window/UserSettings.h"
 #include "app/window/frmMain.h"
 #include "commands/NodeContent.h"
+#include "commands/RecordKind.h"
+#include "commands/ValueColumns.h"
 #include "model/Codes.h"
 
 namespace orv::app {
@@ -58,6 +61,10 @@ void frmMain::connectEditMenu() {
   });
   onTriggered(actions_->mnuEditPaste, ui_, [this] { edit_->paste(current_); });
   onTriggered(actions_->mnuEditDelete, ui_, [this] { edit_->remove(selection_, current_); });
+  onTriggered(actions_->mnuEditIntegrate, ui_, [this] {
+    const sources::RecordSelection records = selection_.Clone();
+    edit_->computeValues(records, standardOfSpectra());
+  });
   onTriggered(actions_->mnuEditSelectAll, ui_, [this] {
     grid_.records().complete();
     grid_.selectAll();
@@ -83,6 +90,7 @@ void frmMain::connectViewMenu() {
   });
   onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
+  onTriggered(actions_->mnuViewValues, ui_, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
   onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
   onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
@@ -94,7 +102,7 @@ void frmMain::connectParts() {
   connect(edit_, &EditCommands::workBegins, this, &frmMain::beginWork);
   connect(edit_, &EditCommands::workEnded, this, &frmMain::endWork);
   connect(edit_, &EditCommands::workBegins, this, [this] { sbStatusBar_->result({}, {}); });
-  connect(edit_, &EditCommands::copied, sbStatusBar_, &StatusBar::result);
+  connect(edit_, &EditCommands::finished, sbStatusBar_, &StatusBar::result);
 
   connect(tvDataSources_, &DataSourceTree::nodeSelected, this, [this](const std::string& key) {
     guarded(ui_, [&] { showNode(session_.MainDataSources.findByKey(key)); });
@@ -113,8 +121,11 @@ void frmMain::connectParts() {
   connect(&grid_, &RecordGrid::selectedRowsChanged, this,
           [this] { guarded(ui_, [this] { takeSelection(); }); });
   connect(&grid_, &RecordGrid::contextMenuWanted, this, &frmMain::gridMenu);
+  connect(&grid_, &RecordGrid::fillingTold, sbStatusBar_, &StatusBar::status);
   connect(&grid_, &RecordGrid::columnChooserWanted, actions_->mnuViewColumns, &QAction::trigger);
   connect(docks_, &RecordDocks::statusMessage, sbStatusBar_, &StatusBar::status);
+  connect(docks_, &RecordDocks::standardChosen, this, &frmMain::chooseStandard);
+  dataPane_->makeTablesBy([this](const Node& node) { return tableOf(node); });
   connect(&grid_.records(), &RecordModel::rowsCounted, this, &frmMain::updateCounts);
   connect(&grid_.records(), &RecordModel::readingFailed, this, [this](const QString& description) {
     sbStatusBar_->status(tr("The records could not be read on: %1").arg(description));
@@ -123,6 +134,20 @@ void frmMain::connectParts() {
 
 void frmMain::filterToggled(bool shown) {
   grid_.filterHeader().showFilters(shown);
+}
+
+/// Of panes with their integrated values, where the user wants these.
+std::unique_ptr<commands::RecordTable> frmMain::tableOf(const Node& node) {
+  auto table = commands::openRecordTable(node);
+  const bool isOfPanes = commands::recordKind(*node) == commands::RecordKind::panes;
+  if (!isOfPanes || !actions_->mnuViewValues->isChecked()) return table;
+  return std::make_unique<commands::ValueColumns>(std::move(table), session_, node,
+                                                  standardOfSpectra());
+}
+
+void frmMain::chooseStandard(optics::Standard standard) {
+  rememberStandardOfSpectra(standard);
+  if (actions_->mnuViewValues->isChecked()) guarded(ui_, [this] { reloadNode(); });
 }
 
 void frmMain::showOptions() {

@@ -12,6 +12,7 @@
 #include <QWheelEvent>
 
 #include "app/docks/Panes.h"
+#include "app/docks/spectra/ExtraCurves.h"
 #include "app/docks/spectra/IntegratedTable.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "app/docks/spectra/SpectrumLegend.h"
@@ -91,6 +92,49 @@ TEST_F(SpectrumDockTest, ShowsAndHidesCurves) {
   EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
 }
 
+TEST_F(SpectrumDockTest, DrawsDifferenceMeanAndWeighting) {
+  const auto a = makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.6F, 0.1F, 0.1F}});
+  const auto b = makePane("b", 0, {{500, 0.5F, 0.2F, 0.2F}, {1100, 0.5F, 0.2F, 0.2F}});
+  dock_.showPanes({a});
+  EXPECT_FALSE(action("Difference")->isEnabled());
+  EXPECT_FALSE(action("Mean and band")->isEnabled());
+  dock_.showPanes({a, b, makePane("c", 0, {{300, 0.1F, 0, 0}, {900, 0.1F, 0, 0}})});
+  EXPECT_EQ(visibleCurves(), 9);
+  action("Mean and band")->trigger();
+  EXPECT_EQ(visibleCurves(), 9 + 6);
+  EXPECT_FALSE(action("Difference")->isEnabled()) << "of three";
+  legend_->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
+  EXPECT_EQ(visibleCurves(), 6 + 6);
+  action("Difference")->trigger();
+  EXPECT_EQ(visibleCurves(), 6 + 6 + 3);
+  EXPECT_NEAR(dock_.plot().range.top(), -0.1, 1e-6) << "the front reflectances";
+  action("Rf")->trigger();
+  action("Rb")->trigger();
+
+  const auto extras = extraCurves(dock_.plot());
+  ASSERT_EQ(extras.size(), 3U);
+  const double at500 = 0.8 - 0.2 * 200 / 2200;
+  const auto starts = [](const std::vector<QPointF>& line, double value) {
+    ASSERT_EQ(line.size(), 2U) << "where both have values";
+    EXPECT_NEAR(line[0].x(), 0.5, 1e-6);
+    EXPECT_NEAR(line[1].x(), 1.1, 1e-6);
+    EXPECT_NEAR(line[0].y(), value, 1e-6);
+  };
+  starts(extras[0].line, at500);
+  starts(extras[0].below, 0.5);
+  starts(extras[1].line, (at500 + 0.5) / 2);
+  starts(extras[2].line, at500 - 0.5);
+
+  action("Mean and band")->trigger();
+  action("Difference")->trigger();
+  action("Weighting of the standard")->trigger();
+  const auto weights = extraCurves(dock_.plot());
+  ASSERT_EQ(weights.size(), 2U);
+  const auto peak = std::ranges::max_element(weights[1].line, {}, [](auto& p) { return p.y(); });
+  EXPECT_NEAR(peak->x(), 0.555, 0.01) << "what the eye sees best";
+  EXPECT_EQ(peak->y(), 1);
+}
+
 TEST_F(SpectrumDockTest, ChangesTheAxisWithoutTheData) {
   showTwoAngles();
   EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
@@ -143,17 +187,37 @@ TEST_F(SpectrumDockTest, FollowsThePointer) {
   EXPECT_NE(view_->grab().toImage(), with);
 }
 
-TEST_F(SpectrumDockTest, ListsStoredValues) {
-  auto pane = makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.6F, 0.1F, 0.1F}});
-  dock_.showPanes({pane});
+TEST_F(SpectrumDockTest, ListsStoredAndComputedValues) {
   auto* table = dock_.findChild<IntegratedTable*>();
+  dock_.showPanes({makePane("bare", 0, {})});
   EXPECT_FALSE(table->isVisible());
+  auto pane = makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.8F, 0.1F, 0.1F}});
   pane->Precalc_Tfvis(0.885F);
   dock_.showPanes({pane});
   EXPECT_TRUE(table->isVisible());
+  EXPECT_EQ(table->item(4, 1)->text(), "≠ 0.800");
+  EXPECT_NE(table->item(4, 1)->background(), table->item(4, 0)->background());
   table->selectRow(4);
   QTest::keySequence(table, QKeySequence::Copy);
-  EXPECT_EQ(QApplication::clipboard()->text(), "\ta\nVisible T, front\t0.885\n");
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            "\ta (stored)\ta (computed)\nVisible T, front\t0.885\t0.800\n");
+}
+
+TEST_F(SpectrumDockTest, ComputesByTheChosenStandard) {
+  showTwoAngles();
+  auto* table = dock_.findChild<IntegratedTable*>();
+  auto* standards = dock_.findChild<QComboBox*>("cboSpectrumStandard");
+  const int rows = table->rowCount();
+  std::vector<optics::Standard> chosen;
+  QObject::connect(&dock_, &SpectrumDock::standardChosen,
+                   [&](optics::Standard standard) { chosen.push_back(standard); });
+  dock_.setStandard(optics::Standard::iso9050);
+  EXPECT_EQ(standards->currentText(), "ISO 9050");
+  EXPECT_TRUE(chosen.empty()) << "that was not the user";
+  standards->setCurrentIndex(0);
+  emit standards->activated(0);
+  EXPECT_EQ(chosen, std::vector{optics::Standard::nfrc300});
+  EXPECT_GT(table->rowCount(), rows) << "NFRC 300 has more values than EN 410";
 }
 
 TEST_F(SpectrumDockTest, CopiesPictureAndText) {

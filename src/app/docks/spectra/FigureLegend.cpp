@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <algorithm>
+#include <set>
 
 #include "app/Text.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr double kMargin = 12;
 constexpr double kLine = 30;  ///< length of the sample lines
+constexpr double kAreaSample = 10;
 constexpr double kGap = 8;
 constexpr double kColumnGap = 22;
 
@@ -30,6 +32,7 @@ FigureLegend::FigureLegend(const SpectrumPlot& plot, const PlotTheme& theme, dou
   for (const SpectralQuantity quantity : kSpectralQuantities) {
     if (plot.shows(quantity)) quantities_.push_back({theme.sample(quantity), nameOf(quantity)});
   }
+  addExtras(plot, theme);
   for (std::size_t i = 0; i < plot.dataSets.size(); ++i) {
     const SpectrumDataSet& set = plot.dataSets[i];
     if (!plot.showsDataSet(i) || !set.hasSpectrum()) continue;
@@ -44,6 +47,17 @@ FigureLegend::FigureLegend(const SpectrumPlot& plot, const PlotTheme& theme, dou
   }
   if (columnWidth_ > 0) {
     columns_ = std::max(1, static_cast<int>((width - 2 * kMargin) / columnWidth_));
+  }
+}
+
+/// One entry a kind; the quantities have theirs.
+void FigureLegend::addExtras(const SpectrumPlot& plot, const PlotTheme& theme) {
+  std::set<ExtraCurve::Kind> told;
+  for (ExtraCurve curve : extraCurves(plot)) {
+    if (!told.insert(curve.kind).second) continue;
+    curve.quantity = SpectralQuantity::transmittance;
+    const QPen pen = curve.isArea() ? QPen(theme.brush(curve.kind), kAreaSample) : theme.pen(curve);
+    quantities_.push_back({pen, nameOf(curve.kind)});
   }
 }
 

@@ -24,6 +24,7 @@ class FigureLegend {
     QString text;
   };
 
+  void addExtras(const SpectrumPlot& plot, const PlotTheme& theme);
   int rows() const;
   void drawEntry(QPainter& painter, const QPointF& topLeft, const Entry& entry) const;
 

@@ -6,26 +6,52 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 
 #include "app/Text.h"
 #include "app/dialogs/TableExport.h"
-#include "app/docks/spectra/IntegratedValues.h"
 
 namespace orv::app {
 
 namespace {
 
 constexpr int kWidestColumn = 110;
+constexpr QSize kSwatch(24, 12);
 
-/// Shows a text that may come from a file, and keeps it as it is for copying.
-QTableWidgetItem* cell(const QString& text) {
-  auto* item = new QTableWidgetItem(shownText(text));
-  item->setData(Qt::UserRole, text);
+/// Shows a text that may come from a file, and keeps what is copied of it.
+QTableWidgetItem* cell(const QString& shown, const QString& copied) {
+  auto* item = new QTableWidgetItem(shownText(shown));
+  item->setData(Qt::UserRole, copied);
   return item;
 }
 
 QString textOf(const QTableWidgetItem* item) {
   return item->data(Qt::UserRole).toString();
+}
+
+/// Behind values that differ: a colour that leaves the text its contrast.
+QColor markColour(const QPalette& palette) {
+  constexpr int kShare = 30;  ///< percent
+  const QColor base = palette.color(QPalette::Base);
+  const QColor mark(0xe6, 0x9f, 0x00);
+  const auto mixed = [](int a, int b) { return (a * (100 - kShare) + b * kShare) / 100; };
+  return {mixed(base.red(), mark.red()), mixed(base.green(), mark.green()),
+          mixed(base.blue(), mark.blue())};
+}
+
+/// A field of a colour with a frame, so that it is seen on any background.
+QIcon swatch(const QColor& colour, const QWidget& widget) {
+  QPixmap pixmap(kSwatch * widget.devicePixelRatioF());
+  pixmap.setDevicePixelRatio(widget.devicePixelRatioF());
+  QPainter painter(&pixmap);
+  painter.fillRect(QRect(QPoint(0, 0), kSwatch), colour);
+  painter.setPen(widget.palette().color(QPalette::Mid));
+  painter.drawRect(QRect(QPoint(0, 0), kSwatch - QSize(1, 1)));
+  painter.end();
+  QIcon icon;
+  // The same picture in a selected row: its colour is what it tells.
+  for (const auto mode : {QIcon::Normal, QIcon::Selected}) icon.addPixmap(pixmap, mode);
+  return icon;
 }
 
 }  // namespace
@@ -36,41 +62,80 @@ IntegratedTable::IntegratedTable(QWidget* parent) : QTableWidget(parent) {
   setWordWrap(false);
   setTabKeyNavigation(false);
   setShowGrid(false);
+  setIconSize(kSwatch);
   setHorizontalScrollMode(ScrollPerPixel);
   verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  horizontalHeader()->setTextElideMode(Qt::ElideMiddle);
+  horizontalHeader()->setTextElideMode(Qt::ElideNone);  // of two lines it would leave out one
   setAccessibleName(tr("Integrated values"));
   setWhatsThis(
-      tr("The solar, visible and ultraviolet values that the data source holds beside the "
-         "spectrum. They are shown as they are stored."));
+      tr("<p>The solar, visible and ultraviolet values of each pane and what else the standard "
+         "has: as the data source stores them, and as they are computed from the spectrum.</p>"
+         "<p>A computed value with the sign ≠ and a colour behind it differs from the stored one "
+         "by more than 0.5 %. The tool tip of a value says how much of the weight the spectrum "
+         "covers, or why there is no value.</p><p>The colours are those of daylight (D65) behind "
+         "the pane and after its reflection.</p>"));
 }
 
-void IntegratedTable::showDataSets(const std::vector<SpectrumDataSet>& dataSets) {
-  const auto rows = integratedRows(dataSets);
+void IntegratedTable::showDataSets(const std::vector<SpectrumDataSet>& dataSets,
+                                   optics::Standard standard) {
+  rows_ = integratedRows(dataSets, standard);
   clear();
-  setRowCount(static_cast<int>(rows.size()));
-  setColumnCount(rows.empty() ? 0 : static_cast<int>(dataSets.size()));
-  for (int column = 0; column < columnCount(); ++column) {
-    const auto& label = dataSets[static_cast<std::size_t>(column)].label;
-    auto* header = cell(label);
-    header->setToolTip(toolTipText(label));
-    setHorizontalHeaderItem(column, header);
-  }
-  for (int row = 0; row < rowCount(); ++row) {
-    const auto& [name, values] = rows[static_cast<std::size_t>(row)];
-    setVerticalHeaderItem(row, cell(name));
-    for (int column = 0; column < columnCount(); ++column) {
-      const QString& value = values[static_cast<std::size_t>(column)];
-      auto* item = cell(value.isEmpty() ? QStringLiteral("–") : value);
-      item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-      setItem(row, column, item);
+  setRowCount(static_cast<int>(rows_.size()));
+  setColumnCount(rows_.empty() ? 0 : static_cast<int>(2 * dataSets.size()));
+  if (rows_.empty()) return;
+  fillHeader(dataSets);
+  for (int row = 0; row < rowCount(); ++row) fillRow(row, rows_[static_cast<std::size_t>(row)]);
+  resizeColumnsToContents();
+}
+
+void IntegratedTable::fillHeader(const std::vector<SpectrumDataSet>& dataSets) {
+  const QFontMetrics metrics = horizontalHeader()->fontMetrics();
+  int column = 0;
+  for (const auto& set : dataSets) {
+    const QString label = metrics.elidedText(shownText(set.label), Qt::ElideMiddle, kWidestColumn);
+    for (const QString& kind : {tr("stored"), tr("computed")}) {
+      auto* header = cell(QString(), tr("%1 (%2)").arg(set.label, kind));
+      header->setText(label + u'\n' + kind);
+      header->setToolTip(toolTipText(textOf(header)));
+      setHorizontalHeaderItem(column++, header);
     }
   }
-  resizeColumnsToContents();
-  for (int column = 0; column < columnCount(); ++column) {
-    if (columnWidth(column) > kWidestColumn) setColumnWidth(column, kWidestColumn);
+}
+
+void IntegratedTable::fillRow(int row, const IntegratedRow& values) {
+  setVerticalHeaderItem(row, cell(values.name, values.name));
+  int column = 0;
+  for (const IntegratedPair& pair : values.values) {
+    fillCell(row, column++, pair.stored);
+    fillCell(row, column++, pair.computed);
   }
+}
+
+void IntegratedTable::fillCell(int row, int column, const IntegratedCell& value) {
+  const QString text = value.text.isEmpty() ? QStringLiteral("–") : value.text;
+  auto* item = cell(value.differs ? QStringLiteral("≠ ") + text : text, value.text);
+  item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  if (!value.tip.isEmpty()) {
+    item->setToolTip(toolTipText(value.tip));
+    item->setData(Qt::AccessibleDescriptionRole, value.tip);
+  }
+  if (value.differs) {
+    item->setBackground(markColour(palette()));
+    item->setData(Qt::AccessibleTextRole, tr("%1, differs from the stored value").arg(text));
+  }
+  if (value.colour) {
+    const auto [red, green, blue] = *value.colour;
+    item->setIcon(swatch(QColor(red, green, blue), *this));
+  }
+  setItem(row, column, item);
+}
+
+/// The marks are mixed with the colours of the window.
+void IntegratedTable::changeEvent(QEvent* event) {
+  QTableWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  for (int row = 0; row < rowCount(); ++row) fillRow(row, rows_[static_cast<std::size_t>(row)]);
 }
 
 /// The keys of copying are for this, not for the window's command of the same keys.

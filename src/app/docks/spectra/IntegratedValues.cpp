@@ -3,81 +3,243 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <algorithm>
+#include <cmath>
+
+#include "app/Text.h"
+#include "optics/ScreenColour.h"
 
 namespace orv::app {
+
+using optics::Integration;
+using DataSets = std::vector<SpectrumDataSet>;
 
 namespace {
 
 struct IntegratedValue {
-  const char* name;
-  Property<float> GlazingData::*member;
+  const char* title;
+  std::string_view name;                           ///< among the computed ones; empty for none
+  Property<float> GlazingData::*member = nullptr;  ///< null for one that no source stores
+  int decimals = 3;
 };
 
 /// Those that databases of every kind hold.
 constexpr IntegratedValue kCommon[] = {
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, front"), &GlazingData::Precalc_Tfsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, back"), &GlazingData::Precalc_Tbsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, front"), &GlazingData::Precalc_Rfsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, back"), &GlazingData::Precalc_RbSol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, front"), &GlazingData::Precalc_Tfvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, back"), &GlazingData::Precalc_Tbvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, front"), &GlazingData::Precalc_Rfvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, back"), &GlazingData::Precalc_Rbvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, front"), &GlazingData::Precalc_Tfuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, back"), &GlazingData::Precalc_Tbuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, front"), &GlazingData::Precalc_Rfuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, back"), &GlazingData::Precalc_Rbuv},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, front"), "Tf_sol",
+     &GlazingData::Precalc_Tfsol},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, back"), "Tb_sol", &GlazingData::Precalc_Tbsol},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, front"), "Rf_sol",
+     &GlazingData::Precalc_Rfsol},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, back"), "Rb_sol", &GlazingData::Precalc_RbSol},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, front"), "Tf_vis",
+     &GlazingData::Precalc_Tfvis},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, back"), "Tb_vis",
+     &GlazingData::Precalc_Tbvis},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, front"), "Rf_vis",
+     &GlazingData::Precalc_Rfvis},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, back"), "Rb_vis",
+     &GlazingData::Precalc_Rbvis},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, front"), "Tf_uv", &GlazingData::Precalc_Tfuv},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, back"), "Tb_uv", &GlazingData::Precalc_Tbuv},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, front"), "Rf_uv", &GlazingData::Precalc_Rfuv},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, back"), "Rb_uv", &GlazingData::Precalc_Rbuv},
 };
 
-constexpr IntegratedValue kOther[] = {
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Infrared T"), &GlazingData::Precalc_TfIR},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Emissivity, front"), &GlazingData::Precalc_ef},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Emissivity, back"), &GlazingData::Precalc_eb},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Damage-weighted T"), &GlazingData::Precalc_Tdw},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Skin protection T"), &GlazingData::Precalc_TSPF},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE X of T"), &GlazingData::Precalc_TCIEX},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Y of T"), &GlazingData::Precalc_TCIEY},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Z of T"), &GlazingData::Precalc_TCIEZ},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE X of Rf"), &GlazingData::Precalc_RfCIEX},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Y of Rf"), &GlazingData::Precalc_RfCIEY},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Z of Rf"), &GlazingData::Precalc_RfCIEZ},
+/// Those that only some sources or standards have.
+constexpr IntegratedValue kRare[] = {
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Total solar T (g)"), "g"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Colour rendering (Ra)"), "Ra", nullptr, 1},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Infrared T"), "", &GlazingData::Precalc_TfIR},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Emissivity, front"), "ef", &GlazingData::Precalc_ef},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Emissivity, back"), "eb", &GlazingData::Precalc_eb},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Damage-weighted T, front"), "Tf_dw",
+     &GlazingData::Precalc_Tdw},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Damage-weighted T, back"), "Tb_dw"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Damage-weighted R, front"), "Rf_dw"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Damage-weighted R, back"), "Rb_dw"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE damage factor"), "Tf_df"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Skin protection factor"), "Tf_spf",
+     &GlazingData::Precalc_TSPF, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE X of T"), "X", &GlazingData::Precalc_TCIEX, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Y of T"), "Y", &GlazingData::Precalc_TCIEY, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Z of T"), "Z", &GlazingData::Precalc_TCIEZ, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE L* of T"), "L", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE a* of T"), "a", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE b* of T"), "b", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE X of Rf"), "Rf_X", &GlazingData::Precalc_RfCIEX, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Y of Rf"), "Rf_Y", &GlazingData::Precalc_RfCIEY, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Z of Rf"), "Rf_Z", &GlazingData::Precalc_RfCIEZ, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE L* of Rf"), "Rf_L", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE a* of Rf"), "Rf_a", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE b* of Rf"), "Rf_b", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE X of Rb"), "Rb_X", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Y of Rb"), "Rb_Y", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE Z of Rb"), "Rb_Z", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE L* of Rb"), "Rb_L", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE a* of Rb"), "Rb_a", nullptr, 2},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "CIE b* of Rb"), "Rb_b", nullptr, 2},
+};
+
+struct ColourValue {
+  const char* title;
+  std::array<std::string_view, 3> Lab;
+};
+
+constexpr ColourValue kColours[] = {
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Colour of T"), {"L", "a", "b"}},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Colour of R, front"), {"Rf_L", "Rf_a", "Rf_b"}},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Colour of R, back"), {"Rb_L", "Rb_a", "Rb_b"}},
 };
 
 QString translated(const char* text) {
   return QCoreApplication::translate("IntegratedValues", text);
 }
 
-/// A row whose texts come from `textOf`, with no text for records without integrated values.
-template <class TextOf>
-IntegratedRow makeRow(const char* name, const std::vector<SpectrumDataSet>& dataSets,
-                      TextOf textOf) {
-  IntegratedRow row{translated(name), {}};
-  for (const auto& set : dataSets) {
-    row.values.push_back(hasIntegratedValues(*set.record) ? textOf(*set.record) : QString());
+QString standardText(optics::Standard standard) {
+  return qt(std::string(optics::nameOf(standard).name));
+}
+
+QString digits(double value) {
+  return QString::number(value, 'g', 6);
+}
+
+std::optional<double> storedValue(const GlazingData& pane, const IntegratedValue& value,
+                                  bool isCommon) {
+  if (value.member == nullptr || !hasIntegratedValues(pane)) return std::nullopt;
+  const float stored = (pane.*value.member)();
+  return isCommon || stored != 0 ? std::optional<double>(stored) : std::nullopt;
+}
+
+IntegratedCell storedCell(const GlazingData& pane, std::optional<double> value, int decimals) {
+  if (!value) return {};
+  const std::string& standard = pane.Precalc_StandardName();
+  const QString tip = translated("Stored: %1").arg(digits(*value));
+  return {.text = QString::number(*value, 'f', decimals),
+          .tip = standard.empty() ? tip : translated("%1, by %2").arg(tip, qt(standard))};
+}
+
+/// What a value rests on, a line each.
+QStringList grounds(const optics::Value& value) {
+  QStringList lines;
+  if (!value.reason.empty()) lines << qt(value.reason);
+  if (value.value && value.covered > 0) {
+    lines << translated("The spectrum covers %1 % of the weight.")
+                 .arg(QString::number(100 * value.covered, 'f', 1));
   }
-  return row;
+  for (const std::string& remark : value.remarks) lines << qt(remark);
+  return lines;
 }
 
-IntegratedRow valueRow(const IntegratedValue& value, const std::vector<SpectrumDataSet>& dataSets) {
-  return makeRow(value.name, dataSets, [&](const GlazingData& pane) {
-    return QString::number((pane.*value.member)(), 'f', 3);
-  });
+/// Neither numbers that look alike nor parts of almost nothing are told apart.
+bool isApart(double stored, double computed, int decimals) {
+  const double leastShown = 0.5 * std::pow(10, -decimals);
+  return std::abs(computed - stored) > std::max(leastShown, kPartThatDiffers * std::abs(stored));
 }
 
-QString timeText(const GlazingData& pane) {
-  if (!pane.Precalc_Time()) return {};
-  const auto seconds = pane.Precalc_Time()->time_since_epoch().count();
-  return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(u"yyyy-MM-dd HH:mm");
+IntegratedCell computedCell(const optics::Value* value, std::optional<double> stored, int decimals,
+                            optics::Standard standard) {
+  if (value == nullptr) return {};
+  IntegratedCell cell;
+  QStringList lines;
+  if (value->value) {
+    cell.text = QString::number(*value->value, 'f', decimals);
+    cell.differs = stored && isApart(*stored, *value->value, decimals);
+    lines << translated("%1: %2").arg(standardText(standard), digits(*value->value));
+  }
+  if (cell.differs) {
+    const double part = *value->value / *stored - 1;
+    lines << (*stored == 0 ? translated("Stored: 0")
+                           : translated("Stored: %1, from which it differs by %2 %")
+                                 .arg(digits(*stored), QString::asprintf("%+.1f", 100 * part)));
+  }
+  cell.tip = (lines + grounds(*value)).join(u'\n');
+  return cell;
 }
+
+/// Data sets with what their spectra give by one standard.
+class IntegratedTexts {
+ public:
+  IntegratedTexts(const DataSets& dataSets, optics::Standard standard)
+      : dataSets_(dataSets), standard_(standard) {
+    optics::Integrator integrator(standard);
+    for (const auto& set : dataSets) integrations_.push_back(integrator.integrate(*set.record));
+  }
+
+  IntegratedRow valueRow(const IntegratedValue& value, bool isCommon) const {
+    IntegratedRow row{translated(value.title), {}};
+    for (std::size_t i = 0; i < dataSets_.size(); ++i) {
+      const GlazingData& pane = *dataSets_[i].record;
+      const auto stored = storedValue(pane, value, isCommon);
+      row.values.push_back(
+          {storedCell(pane, stored, value.decimals),
+           computedCell(integrations_[i].find(value.name), stored, value.decimals, standard_)});
+    }
+    return row;
+  }
+
+  IntegratedRow colourRow(const ColourValue& value) const {
+    IntegratedRow row{translated(value.title), {}};
+    for (const Integration& integration : integrations_) {
+      row.values.push_back({{}, colourCell(integration, value)});
+    }
+    return row;
+  }
+
+  /// By which standard, and when.
+  IntegratedRow standardRow() const {
+    IntegratedRow row{translated("Standard"), {}};
+    for (const auto& set : dataSets_) {
+      const bool isStored = hasIntegratedValues(*set.record);
+      row.values.push_back({{.text = isStored ? qt(set.record->Precalc_StandardName()) : QString()},
+                            {.text = set.hasSpectrum() ? standardText(standard_) : QString()}});
+    }
+    return row;
+  }
+
+  IntegratedRow timeRow() const {
+    IntegratedRow row{translated("Calculated"), {}};
+    for (const auto& set : dataSets_) row.values.push_back({{.text = timeText(*set.record)}, {}});
+    return row;
+  }
+
+  /// Whether the standard has a value for which there is a spectrum, even one too short.
+  bool isComputed(std::string_view name) const {
+    for (std::size_t i = 0; i < dataSets_.size(); ++i) {
+      if (dataSets_[i].hasSpectrum() && integrations_[i].find(name) != nullptr) return true;
+    }
+    return false;
+  }
+
+ private:
+  IntegratedCell colourCell(const Integration& integration, const ColourValue& value) const {
+    std::array<double, 3> Lab{};
+    for (std::size_t i = 0; i < Lab.size(); ++i) {
+      const optics::Value* part = integration.find(value.Lab[i]);
+      if (part == nullptr || !part->value) return computedCell(part, {}, 0, standard_);
+      Lab[i] = *part->value;
+    }
+    const auto colour = optics::screenColour(Lab);
+    const QString tip =
+        translated("%1 under D65: L* %2, a* %3, b* %4")
+            .arg(standardText(standard_), digits(Lab[0]), digits(Lab[1]), digits(Lab[2]));
+    return {.text = QString::asprintf("#%02x%02x%02x", colour[0], colour[1], colour[2]),
+            .tip = (QStringList(tip) + grounds(*integration.find(value.Lab[0]))).join(u'\n'),
+            .colour = colour};
+  }
+
+  static QString timeText(const GlazingData& pane) {
+    if (!hasIntegratedValues(pane) || !pane.Precalc_Time()) return {};
+    const auto seconds = pane.Precalc_Time()->time_since_epoch().count();
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(u"yyyy-MM-dd HH:mm");
+  }
+
+  const DataSets& dataSets_;
+  optics::Standard standard_;
+  std::vector<Integration> integrations_;
+};
 
 bool isEmpty(const IntegratedRow& row) {
-  return std::all_of(row.values.begin(), row.values.end(),
-                     [](const QString& text) { return text.isEmpty(); });
-}
-
-bool isSet(const IntegratedValue& value, const std::vector<SpectrumDataSet>& dataSets) {
-  return std::any_of(dataSets.begin(), dataSets.end(), [&](const auto& set) {
-    return hasIntegratedValues(*set.record) && (set.record.get()->*value.member)() != 0;
+  return std::ranges::all_of(row.values, [](const IntegratedPair& pair) {
+    return pair.stored.text.isEmpty() && pair.computed.text.isEmpty();
   });
 }
 
@@ -86,26 +248,32 @@ bool isSet(const IntegratedValue& value, const std::vector<SpectrumDataSet>& dat
 bool hasIntegratedValues(const GlazingData& pane) {
   // Databases mark missing values with a reflectance of -1; text files hold none, so all are 0.
   if (pane.Precalc_Rfsol() < 0) return false;
-  const auto isThere = [&](const IntegratedValue& value) { return (pane.*value.member)() != 0; };
-  return std::any_of(std::begin(kCommon), std::end(kCommon), isThere) ||
-         std::any_of(std::begin(kOther), std::end(kOther), isThere);
+  const auto isThere = [&](const IntegratedValue& value) {
+    return value.member != nullptr && (pane.*value.member)() != 0;
+  };
+  return std::ranges::any_of(kCommon, isThere) || std::ranges::any_of(kRare, isThere);
 }
 
-std::vector<IntegratedRow> integratedRows(const std::vector<SpectrumDataSet>& dataSets) {
+std::vector<IntegratedRow> integratedRows(const DataSets& dataSets, optics::Standard standard) {
   std::vector<IntegratedRow> rows;
-  if (std::none_of(dataSets.begin(), dataSets.end(),
-                   [](const auto& set) { return hasIntegratedValues(*set.record); })) {
+  if (std::ranges::none_of(dataSets, [](const auto& set) {
+        return set.hasSpectrum() || hasIntegratedValues(*set.record);
+      })) {
     return rows;
   }
-  for (const auto& value : kCommon) rows.push_back(valueRow(value, dataSets));
-  for (const auto& value : kOther) {
-    if (isSet(value, dataSets)) rows.push_back(valueRow(value, dataSets));
+  const IntegratedTexts texts(dataSets, standard);
+  const auto addUnlessEmpty = [&](IntegratedRow row, bool isComputed) {
+    if (isComputed || !isEmpty(row)) rows.push_back(std::move(row));
+  };
+  for (const auto& value : kCommon) rows.push_back(texts.valueRow(value, true));
+  for (const auto& value : kColours) {
+    addUnlessEmpty(texts.colourRow(value), texts.isComputed(value.Lab[0]));
   }
-  rows.push_back(makeRow(
-      QT_TRANSLATE_NOOP("IntegratedValues", "Standard"), dataSets,
-      [](const GlazingData& pane) { return QString::fromStdString(pane.Precalc_StandardName()); }));
-  rows.push_back(makeRow(QT_TRANSLATE_NOOP("IntegratedValues", "Calculated"), dataSets, timeText));
-  std::erase_if(rows, isEmpty);
+  for (const auto& value : kRare) {
+    addUnlessEmpty(texts.valueRow(value, false), texts.isComputed(value.name));
+  }
+  addUnlessEmpty(texts.standardRow(), false);
+  addUnlessEmpty(texts.timeRow(), false);
   return rows;
 }
 

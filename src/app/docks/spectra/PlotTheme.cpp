@@ -14,6 +14,8 @@ constexpr std::array<QRgb, 7> kOnDark{0xff56b4e9, 0xffe69f00, 0xff2cc295, 0xffe3
 
 constexpr double kWidth = 1.8;
 constexpr double kThinWidth = 1.2;
+constexpr double kThickWidth = 2.6;
+constexpr double kAreaAlpha = 0.18;
 
 QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
   const auto mix = [&](int x, int y) { return qRound(x + (y - x) * shareOfB); };
@@ -79,6 +81,20 @@ QColor PlotTheme::colour(const SpectrumDataSet& set, int paneCount) const {
 QPen PlotTheme::pen(const SpectrumDataSet& set, int paneCount, SpectralQuantity quantity) const {
   const bool thin = paneCount > 1 && set.angleIndex > 0;
   return dashed(colour(set, paneCount), thin ? kThinWidth : kWidth, quantity);
+}
+
+QPen PlotTheme::pen(const ExtraCurve& curve) const {
+  if (curve.kind == ExtraCurve::Kind::mean) return dashed(text, kThickWidth, curve.quantity);
+  const QColor difference(isDark() ? 0xffff5cc8 : 0xffb0007c);
+  return dashed(difference, kWidth, curve.quantity);
+}
+
+QBrush PlotTheme::brush(ExtraCurve::Kind kind) const {
+  QColor colour = text;
+  if (kind == ExtraCurve::Kind::solarWeight) colour = QColor(0xff, 0x9f, 0x00);
+  if (kind == ExtraCurve::Kind::visibleWeight) colour = QColor(0x00, 0x9e, 0x73);
+  colour.setAlphaF(kAreaAlpha);
+  return colour;
 }
 
 QPen PlotTheme::sample(SpectralQuantity quantity) const {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QPalette>
 #include <QPen>
 
-#include "app/docks/spectra/SpectrumPlot.h"
+#include "app/docks/spectra/ExtraCurves.h"
 
 namespace orv::app {
 
@@ -30,6 +31,10 @@ class PlotTheme {
   QPen pen(const SpectrumDataSet& set, int paneCount, SpectralQuantity quantity) const;
   /// A pen that shows the dashes of a quantity, whatever the pane.
   QPen sample(SpectralQuantity quantity) const;
+
+  /// Pen of a line, brush of an area.
+  QPen pen(const ExtraCurve& curve) const;
+  QBrush brush(ExtraCurve::Kind kind) const;
 
   bool isDark() const { return background.lightness() < 128; }
 

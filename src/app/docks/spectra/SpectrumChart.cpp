@@ -1,5 +1,6 @@
 #include "app/docks/spectra/SpectrumChart.h"
 
+#include <QAreaSeries>
 #include <QFontMetricsF>
 #include <QGraphicsLayout>
 #include <QGraphicsSceneResizeEvent>
@@ -13,6 +14,15 @@ namespace {
 
 constexpr double kTickSpacing = 1.8;  ///< from label to label, in widths of the longest
 constexpr int kMostTicks = 14;
+
+QLineSeries* lineOf(const std::vector<QPointF>& line, const WavelengthScale& scale) {
+  QList<QPointF> points;
+  points.reserve(static_cast<qsizetype>(line.size()));
+  for (const QPointF& point : line) points.append({scale.position(point.x()), point.y()});
+  auto* series = new QLineSeries;
+  series->replace(points);
+  return series;
+}
 
 }  // namespace
 
@@ -39,9 +49,38 @@ SpectrumChart::SpectrumChart(PlotTheme theme)
 void SpectrumChart::showCurves(const SpectrumPlot& plot) {
   removeAllSeries();
   curves_.clear();
+  extras_ = extraCurves(plot);
+  addExtras(true, plot.scale);
   for (const SpectrumDataSet& set : plot.dataSets) addCurves(set, plot.scale);
+  addExtras(false, plot.scale);
   applyPens(plot);
   showView(plot);
+}
+
+/// Later ones lie over earlier ones: areas are added before the curves, lines after them.
+void SpectrumChart::addExtras(bool areas, const WavelengthScale& scale) {
+  for (const ExtraCurve& extra : extras_) {
+    if (extra.isArea() != areas) continue;
+    auto* line = lineOf(extra.line, scale);
+    if (areas) {
+      auto* below = lineOf(extra.below, scale);
+      auto* area = new QAreaSeries(line, below);
+      line->setParent(area);
+      below->setParent(area);
+      area->setPen(Qt::NoPen);
+      area->setBrush(theme_.brush(extra.kind));
+      attach(area);
+    } else {
+      line->setPen(theme_.pen(extra));
+      attach(line);
+    }
+  }
+}
+
+void SpectrumChart::attach(QAbstractSeries* series) {
+  addSeries(series);
+  series->attachAxis(wavelengths_);
+  series->attachAxis(fractions_);
 }
 
 void SpectrumChart::addCurves(const SpectrumDataSet& set, const WavelengthScale& scale) {
@@ -55,15 +94,17 @@ void SpectrumChart::addCurves(const SpectrumDataSet& set, const WavelengthScale&
     }
     auto* series = new QLineSeries;
     series->replace(points);
-    addSeries(series);
-    series->attachAxis(wavelengths_);
-    series->attachAxis(fractions_);
+    attach(series);
     curves[static_cast<std::size_t>(quantity)] = series;
   }
   curves_.push_back(curves);
 }
 
 void SpectrumChart::showView(const SpectrumPlot& plot) {
+  if (extras_ != extraCurves(plot)) {
+    showCurves(plot);
+    return;
+  }
   for (std::size_t i = 0; i < curves_.size(); ++i) {
     for (const SpectralQuantity quantity : kSpectralQuantities) {
       const bool visible = plot.showsDataSet(i) && plot.shows(quantity);
@@ -79,7 +120,7 @@ void SpectrumChart::showView(const SpectrumPlot& plot) {
 void SpectrumChart::setPlotTheme(const PlotTheme& theme, const SpectrumPlot& plot) {
   theme_ = theme;
   applyColours();
-  applyPens(plot);
+  showCurves(plot);
 }
 
 void SpectrumChart::applyPens(const SpectrumPlot& plot) {

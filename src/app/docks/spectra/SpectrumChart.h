@@ -36,6 +36,8 @@ class SpectrumChart : public QChart {
   using Curves = std::array<QLineSeries*, kSpectralQuantities.size()>;
 
   void addCurves(const SpectrumDataSet& set, const WavelengthScale& scale);
+  void addExtras(bool areas, const WavelengthScale& scale);
+  void attach(QAbstractSeries* series);
   void applyPens(const SpectrumPlot& plot);
   void applyColours();
   void updateTicks();
@@ -44,6 +46,7 @@ class SpectrumChart : public QChart {
   QCategoryAxis* wavelengths_;
   QValueAxis* fractions_;
   std::vector<Curves> curves_;
+  std::vector<ExtraCurve> extras_;
   WavelengthScale scale_;
   QRectF range_;
 };

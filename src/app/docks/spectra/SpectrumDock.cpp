@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
@@ -19,6 +20,8 @@
 #include <algorithm>
 
 #include "app/Help.h"
+#include "app/Text.h"
+#include "app/docks/spectra/ExtraCurves.h"
 #include "app/docks/spectra/IntegratedTable.h"
 #include "app/docks/spectra/SpectrumCsv.h"
 #include "app/docks/spectra/SpectrumFigure.h"
@@ -95,21 +98,49 @@ SpectrumDock::~SpectrumDock() = default;
 QSplitter* SpectrumDock::buildSide() {
   auto* side = new QSplitter(Qt::Vertical, splitter_);
   legend_ = new SpectrumLegend(plot_, side);
-  auto* below = new QWidget(side);
-  table_ = new IntegratedTable(below);
-  noTable_ = hint(below);
-  noTable_->setText(tr("No integrated values are stored."));
+  side->addWidget(legend_);
+  side->addWidget(buildValues());
+  side->setStretchFactor(0, 1);
+  side->setStretchFactor(1, 3);
+  return side;
+}
+
+QWidget* SpectrumDock::buildValues() {
+  auto* values = new QWidget;
+  buildStandards();
+  table_ = new IntegratedTable;
+  noTable_ = hint(nullptr);
+  noTable_->setText(tr("No integrated values are stored, and there is no spectrum."));
   noTable_->setMargin(2);
   noTable_->setMinimumHeight(3 * fontMetrics().lineSpacing() + 4);  // in a narrow dock
-  auto* layout = new QVBoxLayout(below);
+  auto* layout = new QVBoxLayout(values);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(standards_);
   layout->addWidget(table_);
   layout->addWidget(noTable_);
-  side->addWidget(legend_);
-  side->addWidget(below);
-  side->setStretchFactor(0, 1);
-  side->setStretchFactor(1, 2);
-  return side;
+  return values;
+}
+
+void SpectrumDock::buildStandards() {
+  standards_ = new QWidget;
+  standard_ = new QComboBox;
+  standard_->setObjectName(QStringLiteral("cboSpectrumStandard"));
+  explain(standard_, tr("The standard by which integrated values are computed from the spectra"));
+  for (const auto& [standard, word, name] : optics::kStandardNames) {
+    standard_->addItem(qt(std::string(name)), static_cast<int>(standard));
+  }
+  standard_->setCurrentIndex(standard_->findData(static_cast<int>(optics::kUsualStandard)));
+  connect(standard_, &QComboBox::activated, this, [this] {
+    followStandard();
+    emit standardChosen(standard());
+  });
+  auto* label = new QLabel(tr("Computed by:"));
+  label->setBuddy(standard_);
+  auto* layout = new QHBoxLayout(standards_);
+  layout->setContentsMargins(2, 2, 2, 0);
+  layout->addWidget(label);
+  layout->addWidget(standard_, 1);
 }
 
 // --- Tool bar ------------------------------------------------------------------------------------
@@ -132,6 +163,8 @@ void SpectrumDock::buildToolBar() {
   });
   toolBar_->addSeparator();
   addViewActions();
+  toolBar_->addSeparator();
+  addExtraActions();
   toolBar_->addSeparator();
   addExportActions();
 }
@@ -175,6 +208,33 @@ void SpectrumDock::addViewActions() {
   connect(showSide_, &QAction::toggled, this, &SpectrumDock::updateActions);
 }
 
+void SpectrumDock::addExtraActions() {
+  weighting_ = addChoice("weighting", tr("Weighting of the standard"),
+                         tr("Show behind the curves what the standard weights solar and visible "
+                            "values with"),
+                         &SpectrumPlot::showsWeighting);
+  difference_ = addChoice("difference", tr("Difference"),
+                          tr("Show the first less the second of two curves; two panes have to be "
+                             "ticked in the legend"),
+                          &SpectrumPlot::showsDifference);
+  mean_ = addChoice("mean", tr("Mean and band"),
+                    tr("Show the mean of several panes, and the band from the least to the "
+                       "greatest value"),
+                    &SpectrumPlot::showsMean);
+}
+
+QAction* SpectrumDock::addChoice(const char* iconName, const QString& text, const QString& help,
+                                 bool SpectrumPlot::*choice) {
+  auto* action = toolBar_->addAction(icon(iconName), text);
+  action->setCheckable(true);
+  explain(action, help);
+  connect(action, &QAction::toggled, this, [this, choice](bool shown) {
+    plot_.*choice = shown;
+    followPlot();
+  });
+  return action;
+}
+
 void SpectrumDock::addExportActions() {
   save_ = toolBar_->addAction(icon("save"), tr("Save as…"), this, &SpectrumDock::saveAs);
   explain(save_, tr("Save as a picture (PNG, SVG) or a table (CSV)"));
@@ -197,11 +257,17 @@ void SpectrumDock::showPanes(std::vector<std::shared_ptr<const GlazingData>> pan
   stack_->setCurrentWidget(plot_.hasSpectra() ? static_cast<QWidget*>(view_) : emptyText_);
   fillAngles();
   legend_->refresh();
-  table_->showDataSets(plot_.dataSets);
-  table_->setVisible(table_->rowCount() > 0);
-  noTable_->setVisible(table_->rowCount() == 0);
+  showValues();
   view_->showCurves();
   updateActions();
+}
+
+void SpectrumDock::showValues() {
+  table_->showDataSets(plot_.dataSets, standard());
+  const bool hasValues = table_->rowCount() > 0;
+  table_->setVisible(hasValues);
+  standards_->setVisible(hasValues);
+  noTable_->setVisible(!hasValues);
 }
 
 void SpectrumDock::clear() {
@@ -211,6 +277,21 @@ void SpectrumDock::clear() {
 void SpectrumDock::setWavelengthUnit(int unit) {
   plot_.scale.unit = unit;
   view_->showView();
+}
+
+void SpectrumDock::setStandard(optics::Standard standard) {
+  standard_->setCurrentIndex(standard_->findData(static_cast<int>(standard)));
+  followStandard();
+}
+
+void SpectrumDock::followStandard() {
+  plot_.standard = standard();
+  showValues();
+  view_->showView();
+}
+
+optics::Standard SpectrumDock::standard() const {
+  return static_cast<optics::Standard>(standard_->currentData().toInt());
 }
 
 void SpectrumDock::setLogarithmic(bool logarithmic) {
@@ -242,6 +323,10 @@ void SpectrumDock::updateActions() {
   const bool hasPlot = plot_.hasSpectra();
   for (QAction* action : {logarithmic_, zoomIn_, save_, copy_, print_}) action->setEnabled(hasPlot);
   for (QAction* action : quantities_) action->setEnabled(hasPlot);
+  const std::size_t shown = shownDataSets(plot_).size();
+  weighting_->setEnabled(hasPlot);
+  difference_->setEnabled(shown == 2);
+  mean_->setEnabled(shown > 1);
   const bool isZoomed = hasPlot && plot_.zoomed;
   zoomOut_->setEnabled(isZoomed);
   showAll_->setEnabled(isZoomed);

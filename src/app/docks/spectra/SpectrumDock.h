@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/docks/spectra/SpectrumPlot.h"
+#include "optics/Standard.h"
 
 class QAction;
 class QComboBox;
@@ -19,7 +20,8 @@ class IntegratedTable;
 class SpectrumLegend;
 class SpectrumView;
 
-/// The spectra of the selected panes, with the integrated values that are stored beside them.
+/// The spectra of the selected panes, with their integrated values: those that are stored beside
+/// them, and those that a standard computes from them.
 class SpectrumDock : public QDockWidget {
   Q_OBJECT
 
@@ -33,6 +35,9 @@ class SpectrumDock : public QDockWidget {
   void clear();
   /// `WavelengthUnitCode` of the axis, the values under the pointer and exported tables.
   void setWavelengthUnit(int unit);
+  /// By which standard values are computed.
+  void setStandard(optics::Standard standard);
+  optics::Standard standard() const;
 
   const SpectrumPlot& plot() const { return plot_; }
 
@@ -44,6 +49,8 @@ class SpectrumDock : public QDockWidget {
  signals:
   /// What has been done, for the status bar.
   void statusMessage(const QString& text);
+  /// The user has chosen another standard.
+  void standardChosen(optics::Standard standard);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -52,8 +59,16 @@ class SpectrumDock : public QDockWidget {
   void buildToolBar();
   void addQuantityActions();
   void addViewActions();
+  void addExtraActions();
+  /// One that sets a choice of the plot.
+  QAction* addChoice(const char* iconName, const QString& text, const QString& help,
+                     bool SpectrumPlot::*choice);
   void addExportActions();
   QSplitter* buildSide();
+  QWidget* buildValues();
+  void buildStandards();
+  void showValues();
+  void followStandard();
   void followPlot();  ///< after a change of what is shown
   void fillAngles();
   void updateActions();
@@ -66,6 +81,8 @@ class SpectrumDock : public QDockWidget {
   QLabel* emptyText_;
   SpectrumView* view_;
   SpectrumLegend* legend_;
+  QWidget* standards_;  ///< the choice with its label
+  QComboBox* standard_;
   IntegratedTable* table_;
   QLabel* noTable_;
   QSplitter* side_;
@@ -76,6 +93,9 @@ class SpectrumDock : public QDockWidget {
   QAction* zoomIn_;
   QAction* zoomOut_;
   QAction* showAll_;
+  QAction* weighting_;
+  QAction* difference_;
+  QAction* mean_;
   QAction* showSide_;
   QAction* save_;
   QAction* copy_;

@@ -9,6 +9,8 @@
 #include <set>
 #include <tuple>
 
+#include "app/docks/spectra/ExtraCurves.h"
+
 namespace orv::app {
 
 namespace {
@@ -84,6 +86,17 @@ void label(std::vector<SpectrumDataSet>& sets) {
       set.label = translated("%1, direction %2").arg(set.label).arg(set.direction);
     }
   }
+}
+
+/// 0 where there is none below.
+double leastDifference(const SpectrumPlot& plot) {
+  double least = 0;
+  if (!plot.showsDifference) return least;
+  for (const ExtraCurve& curve : extraCurves(plot)) {
+    if (curve.kind != ExtraCurve::Kind::difference) continue;
+    for (const QPointF& point : curve.line) least = std::min(least, point.y());
+  }
+  return least;
 }
 
 }  // namespace
@@ -203,7 +216,8 @@ QRectF SpectrumPlot::fullRange() const {
     longest *= 1.1;
   }
   const double left = scale.position(shortest);
-  return {left, 0, scale.position(longest) - left, highest};
+  const double lowest = leastDifference(*this);
+  return {left, lowest, scale.position(longest) - left, highest - lowest};
 }
 
 }  // namespace orv::app

@@ -11,6 +11,7 @@
 
 #include "app/docks/spectra/WavelengthScale.h"
 #include "model/GlazingData.h"
+#include "optics/Standard.h"
 
 namespace orv::app {
 
@@ -57,7 +58,11 @@ struct SpectrumPlot {
   std::vector<SpectrumDataSet> dataSets;
   std::vector<bool> hidden;  ///< one a data set: switched off by the user
   std::array<bool, kSpectralQuantities.size()> quantities{true, true, true};
-  std::optional<int> angle;  ///< the one angle shown; all of them when not set
+  std::optional<int> angle;     ///< the one angle shown; all of them when not set
+  bool showsWeighting = false;  ///< that of the standard, behind the curves
+  optics::Standard standard = optics::kUsualStandard;
+  bool showsDifference = false;  ///< of the two data sets that are shown
+  bool showsMean = false;        ///< with a band, of those that are shown
   WavelengthScale scale;
   /// The part shown: x in positions on the scale, y in fractions, y growing upwards.
   QRectF range;
@@ -74,7 +79,8 @@ struct SpectrumPlot {
   int paneCount() const;
   std::vector<int> angles() const;  ///< those of the data sets, ascending, each once
 
-  /// The range that holds all shown data, 0 to 1 at least in y. Of no data: 0.3 to 2.5 microns.
+  /// The range that holds all shown data, and their difference; 0 to 1 at least in y. Of no data:
+  /// 0.3 to 2.5 microns.
   QRectF fullRange() const;
   /// Shows the full range again, unless the user chose another.
   void fit();
