@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <set>
@@ -27,11 +26,6 @@ namespace fs = std::filesystem;
 std::string passwordOf(const fs::path& file) {
   const std::string name = file.filename().string();
   return name.starts_with("password") ? "password" : name.starts_with("glazing") ? "tekzil" : "";
-}
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// The tables of a file by the numbers that other tables know them by.
