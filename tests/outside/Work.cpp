@@ -205,6 +205,9 @@ void prepareDatabase(const fs::path& folder) {
 std::uint64_t reportedBy(const std::string& printed) {
   static const std::regex bar(R"(\] (\d+)/\d+ )");
   static const std::regex end(R"((\d+) records? (copied|deleted|pasted))");
+  if (printed.find("Compact") != std::string::npos) {  // whose bar counts pages
+    return printed.find("Compacted ") != std::string::npos ? 1 : 0;
+  }
   std::uint64_t reported = printed.find("Made the empty") != std::string::npos ? 1 : 0;
   for (const std::regex* form : {&bar, &end}) {
     for (std::sregex_iterator at(printed.begin(), printed.end(), *form), none; at != none; ++at) {
@@ -279,7 +282,9 @@ std::uint64_t Rehearsal::judge(const fs::path& folder, std::uint64_t reported) c
   std::string faults;
   const std::uint64_t done = progress(before_, after_, contentOf(folder / kDatabase), faults);
   EXPECT_EQ(faults, "") << "These are neither whole nor absent.";
-  EXPECT_GE(done, reported) << "Something is lost that was reported as done.";
+  if (!work_.keepsContent) {
+    EXPECT_GE(done, reported) << "Something is lost that was reported as done.";
+  }
   return done;
 }
 

@@ -24,17 +24,22 @@ void LoggedFile::keepLog() {
 
 LoggedFile::~LoggedFile() {
   try {
-    // What lies beside a file that has taken this one's place is not its log.
-    if (log_ && !recoveryIsDue_ && !isReplaced() && locks_.isLast()) {
-      const Log::Found found = log_->look();
-      if (found == Log::Found::unused || (found == Log::Found::sound && !log_->state().busy)) {
-        file_->sync();
-        log_->remove();
-      }
+    if (log_ && !recoveryIsDue_ && locks_.isLast() && isOwnLogDone()) {
+      file_->sync();
+      log_->remove();
     }
   } catch (const Error&) {
     // A log that stays behind is looked at by whoever opens the file next.
   }
+}
+
+/// Whether the log can go. Beside a file that has taken this one's place there may be that one's.
+bool LoggedFile::isOwnLogDone() {
+  const Log::Found found = log_->look();
+  if (found == Log::Found::sound && !log_->state().busy) {
+    return !isReplaced() || log_->counter().origin == counter_.origin;
+  }
+  return found == Log::Found::unused && !isReplaced();
 }
 
 // Reading -----------------------------------------------------------------------------------

@@ -62,6 +62,7 @@ class LoggedFile {
   void endLog();
 
  private:
+  bool isOwnLogDone();
   FileStatus statusAtPath() const;
   bool noticeChanges();
   void recover();
