@@ -1,5 +1,6 @@
 // The secondary dialogs.
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
@@ -83,6 +84,17 @@ TEST(AboutTest, TellsTheVersionAndTheSystem) {
   });
   about.findChild<QAbstractButton*>("cmdSysInfo")->click();
   EXPECT_TRUE(facts.contains(qVersion())) << facts.toStdString();
+}
+
+TEST_F(WindowTest, TheOptionsChooseByWhichStandardACopyComputes) {
+  app::frmOptions dialog({});
+  EXPECT_EQ(dialog.options().integrateBy, optics::Standard::en410);
+  auto* standard = dialog.findChild<QComboBox*>("cboStandard");
+  standard->setCurrentIndex(standard->findText("ISO 9050"));
+  EXPECT_EQ(dialog.options().integrateBy, optics::Standard::iso9050);
+  dialog.findChild<QCheckBox*>("chkIntegrate")->setChecked(false);
+  EXPECT_FALSE(standard->isEnabled());
+  EXPECT_EQ(dialog.options().integrateBy, std::nullopt);
 }
 
 TEST_F(WindowTest, TheOptionsChangeTheDigitsAndTheTheme) {
