@@ -332,8 +332,10 @@ TEST_F(TransferWindowTest, ShowsIntegratedValuesAsColumnsOnDemand) {
     }
     return -1;
   };
+  selectRows(1, 3);
   trigger("mnuViewValues");
   EXPECT_EQ(grid().model()->columnCount(), plain + 16);
+  EXPECT_EQ(grid().selectedRows().high, 3) << "the selection stays";
   const int stored = column("Visible transmittance front, stored");
   const int computed = column("Visible transmittance front, EN 410");
   find<QLineEdit>(("txtFilter" + std::to_string(computed)).c_str()).setText(">0");

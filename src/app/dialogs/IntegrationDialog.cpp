@@ -22,7 +22,7 @@ using commands::Storing;
 
 namespace {
 
-constexpr QSize kSizeInCharacters(110, 24);
+constexpr QSize kSizeInCharacters(150, 24);
 constexpr int kDecimals = 4;
 enum Column { kPane, kAngle, kOutcome, kFirstValue };
 
@@ -78,10 +78,11 @@ IntegrationDialog::IntegrationDialog(Rehearsal rehearse, optics::Standard standa
   summary_->setObjectName("lblIntegration");
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   store_ = buttons->addButton(tr("&Store"), QDialogButtonBox::AcceptRole);
-  store_->setDefault(true);
   explain(store_, tr("Write the new values into the database"));
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+  buttons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(makeChoices(standard));
@@ -140,6 +141,7 @@ QTableWidget* IntegrationDialog::makeTable() {
   table->setTabKeyNavigation(false);
   table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   table->verticalHeader()->hide();
+  table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   table->setAccessibleName(tr("What would change"));
   table->setWhatsThis(
       tr("Each pane at each of its angles, with the values that the database has and, behind an "
@@ -190,6 +192,7 @@ void IntegrationDialog::showSummary(const Rows& rows) {
                         .arg(stored)
                         .arg(static_cast<qlonglong>(rows.size())));
   store_->setEnabled(stored > 0);
+  store_->setDefault(stored > 0);
 }
 
 }  // namespace orv::app

@@ -68,6 +68,8 @@ class frmMain : public QMainWindow {
   void filterToggled(bool shown);
   void showOptions();
   std::unique_ptr<commands::RecordTable> tableOf(const Node& node);
+  /// Has the grid take or leave out integrated values; the selected records stay selected.
+  void reloadValues();
   void chooseStandard(optics::Standard standard);
   void treeMenu(const QPoint& position);
   void copyPath();

@@ -90,7 +90,7 @@ void frmMain::connectViewMenu() {
   });
   onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
-  onTriggered(actions_->mnuViewValues, ui_, [this] { reloadNode(); });
+  onTriggered(actions_->mnuViewValues, ui_, [this] { reloadValues(); });
   onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
   onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
   onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
@@ -145,9 +145,22 @@ std::unique_ptr<commands::RecordTable> frmMain::tableOf(const Node& node) {
                                                   standardOfSpectra());
 }
 
+/// Not where the rows are others now, sorted by values that are still to come.
+void frmMain::reloadValues() {
+  const RecordModel& records = grid_.records();
+  const RecordGrid::RowBlock rows = grid_.selectedRows();
+  const auto ends = [&] {
+    return std::pair(records.identifier(rows.low), records.identifier(rows.high));
+  };
+  const auto before = rows.isEmpty() ? std::pair<std::string, std::string>() : ends();
+  reloadNode();
+  const bool isThere = !rows.isEmpty() && rows.high < records.rowCount();
+  if (isThere && ends() == before) grid_.selectRows(rows);
+}
+
 void frmMain::chooseStandard(optics::Standard standard) {
   rememberStandardOfSpectra(standard);
-  if (actions_->mnuViewValues->isChecked()) guarded(ui_, [this] { reloadNode(); });
+  if (actions_->mnuViewValues->isChecked()) guarded(ui_, [this] { reloadValues(); });
 }
 
 void frmMain::showOptions() {

@@ -49,7 +49,7 @@ TEST(IntegratedValuesTest, TellsStoredValuesFromTheirAbsence) {
   pane->Precalc_Tdw(0.4F);
   pane->Precalc_StandardName("ISO 9050");
   const Rows rows({marked, pane, bare}, Standard::en410);
-  EXPECT_EQ(rows.names().mid(12), (QStringList{"Damage-weighted T, front", "Standard"}));
+  EXPECT_EQ(rows.names().mid(12), (QStringList{"Damage T, front", "Standard"}));
   EXPECT_EQ(rows.of("Solar T, front", 0).stored.text, "");
   EXPECT_EQ(rows.of("Solar T, front", 1).stored.text, "0.750");
   EXPECT_EQ(rows.of("Solar R, front", 1).stored.text, "0.071");
@@ -83,16 +83,16 @@ TEST(IntegratedValuesTest, FollowsTheStandardAndSaysWhyThereIsNoValue) {
   const auto whole = flatPane("whole", 300, 2500);
   const auto visible = flatPane("visible", 380, 780);
   const Rows en({whole, visible}, Standard::en410);
-  EXPECT_EQ(en.of("Colour rendering (Ra)").computed.text, "100.0");
+  EXPECT_EQ(en.of("Ra (rendering)").computed.text, "100.0");
   EXPECT_EQ(en.of("Standard").computed.text, "EN 410");
-  EXPECT_EQ(en.of("Damage-weighted T, back").computed.text, "no row");
+  EXPECT_EQ(en.of("Damage T, back").computed.text, "no row");
   EXPECT_EQ(en.of("Visible T, front", 1).computed.text, "0.500");
   EXPECT_EQ(en.of("Solar T, front", 1).computed.text, "");
   EXPECT_TRUE(en.of("Solar T, front", 1).computed.tip.contains("are missing"));
 
   const Rows nfrc({whole}, Standard::nfrc300);
-  EXPECT_EQ(nfrc.of("Damage-weighted R, back").computed.text, "0.200");
-  EXPECT_EQ(nfrc.of("Colour rendering (Ra)").computed.text, "no row");
+  EXPECT_EQ(nfrc.of("Damage R, back").computed.text, "0.200");
+  EXPECT_EQ(nfrc.of("Ra (rendering)").computed.text, "no row");
 }
 
 /// A grey pane is grey by the observers of all standards.

@@ -15,7 +15,7 @@ namespace orv::app {
 
 namespace {
 
-constexpr int kWidestColumn = 110;
+constexpr int kWidestLabel = 64;  ///< pixels: a pane takes two columns beside the plot
 constexpr QSize kSwatch(24, 12);
 
 /// Shows a text that may come from a file, and keeps what is copied of it.
@@ -93,7 +93,7 @@ void IntegratedTable::fillHeader(const std::vector<SpectrumDataSet>& dataSets) {
   const QFontMetrics metrics = horizontalHeader()->fontMetrics();
   int column = 0;
   for (const auto& set : dataSets) {
-    const QString label = metrics.elidedText(shownText(set.label), Qt::ElideMiddle, kWidestColumn);
+    const QString label = metrics.elidedText(shownText(set.label), Qt::ElideMiddle, kWidestLabel);
     for (const QString& kind : {tr("stored"), tr("computed")}) {
       auto* header = cell(QString(), tr("%1 (%2)").arg(set.label, kind));
       header->setText(label + u'\n' + kind);

@@ -17,7 +17,7 @@ class IntegratedTable : public QTableWidget {
 
   void showDataSets(const std::vector<SpectrumDataSet>& dataSets, optics::Standard standard);
 
-  QSize sizeHint() const override { return {300, 180}; }
+  QSize sizeHint() const override { return {340, 180}; }
   QSize minimumSizeHint() const override { return {100, 60}; }
 
  protected:

@@ -35,7 +35,7 @@ namespace orv::app {
 namespace {
 
 constexpr double kZoomStep = 1.5;
-constexpr int kMostOfSide = 40;  ///< percent of the width for legend and table
+constexpr int kMostOfSide = 46;  ///< percent of the width for legend and table
 
 const char* iconOf(SpectralQuantity quantity) {
   switch (quantity) {
