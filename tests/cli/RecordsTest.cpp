@@ -83,7 +83,8 @@ TEST_F(RecordsTest, FilesOfLaboratoriesAreReadWhenAskedFor) {
       std::string::npos)
       << strict.err;
   EXPECT_EQ(linesWith(strict.err, "Invalid wavelength"), 1);
-  const Ended tolerant = orv("copy lab db.mdb --group Lab --skip-existing --tolerant --no-integrate");
+  const Ended tolerant =
+      orv("copy lab db.mdb --group Lab --skip-existing --tolerant --no-integrate");
   EXPECT_EQ(tolerant.exit, 1);
   EXPECT_EQ(tolerant.out, "1 record copied, 1 skipped, 1 failed.\n");
   EXPECT_NE(tolerant.err.find("c.txt, line 2, column 5"), std::string::npos) << tolerant.err;
@@ -226,8 +227,8 @@ TEST_F(RecordsTest, TheManPageHasTheVerbsAndOptionsOfTheHelp) {
     return options;
   };
   std::set<std::string> known = optionsIn(orv("--help").out);
-  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "export", "delete", "sql",
-                           "tables", "check", "completion"}) {
+  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "export", "delete",
+                           "sql", "tables", "check", "compact", "completion"}) {
     EXPECT_NE(page.find(std::string(".BI \"") + verb + " "), std::string::npos) << verb;
     known.merge(optionsIn(orv(std::string(verb) + " --help").out));
   }
