@@ -6,6 +6,8 @@
 #include <cmath>
 
 #include "app/Text.h"
+#include "commands/StoredValues.h"
+#include "model/IntegratedColumns.h"
 #include "optics/ScreenColour.h"
 
 namespace orv::app {
@@ -17,31 +19,26 @@ namespace {
 
 struct IntegratedValue {
   const char* title;
-  std::string_view name;                           ///< among the computed ones; empty for none
-  Property<float> GlazingData::*member = nullptr;  ///< null for one that no source stores
+  std::string_view name;  ///< among the computed ones; empty for none
+  /// Where a record keeps a value that only some sources store.
+  Property<float> GlazingData::*member = nullptr;
   int decimals = 3;
 };
 
 /// Those that databases of every kind hold.
 constexpr IntegratedValue kCommon[] = {
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, front"), "Tf_sol",
-     &GlazingData::Precalc_Tfsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, back"), "Tb_sol", &GlazingData::Precalc_Tbsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, front"), "Rf_sol",
-     &GlazingData::Precalc_Rfsol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, back"), "Rb_sol", &GlazingData::Precalc_RbSol},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, front"), "Tf_vis",
-     &GlazingData::Precalc_Tfvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, back"), "Tb_vis",
-     &GlazingData::Precalc_Tbvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, front"), "Rf_vis",
-     &GlazingData::Precalc_Rfvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, back"), "Rb_vis",
-     &GlazingData::Precalc_Rbvis},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, front"), "Tf_uv", &GlazingData::Precalc_Tfuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, back"), "Tb_uv", &GlazingData::Precalc_Tbuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, front"), "Rf_uv", &GlazingData::Precalc_Rfuv},
-    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, back"), "Rb_uv", &GlazingData::Precalc_Rbuv},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, front"), "Tf_sol"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar T, back"), "Tb_sol"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, front"), "Rf_sol"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Solar R, back"), "Rb_sol"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, front"), "Tf_vis"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible T, back"), "Tb_vis"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, front"), "Rf_vis"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "Visible R, back"), "Rb_vis"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, front"), "Tf_uv"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV T, back"), "Tb_uv"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, front"), "Rf_uv"},
+    {QT_TRANSLATE_NOOP("IntegratedValues", "UV R, back"), "Rb_uv"},
 };
 
 /// Those that only some sources or standards have.
@@ -101,11 +98,10 @@ QString digits(double value) {
   return QString::number(value, 'g', 6);
 }
 
-std::optional<double> storedValue(const GlazingData& pane, const IntegratedValue& value,
-                                  bool isCommon) {
-  if (value.member == nullptr || !hasIntegratedValues(pane)) return std::nullopt;
+std::optional<double> storedValue(const GlazingData& pane, const IntegratedValue& value) {
+  if (value.member == nullptr) return commands::storedValue(pane, value.name);
   const float stored = (pane.*value.member)();
-  return isCommon || stored != 0 ? std::optional<double>(stored) : std::nullopt;
+  return hasIntegratedValues(pane) && stored != 0 ? std::optional<double>(stored) : std::nullopt;
 }
 
 IntegratedCell storedCell(const GlazingData& pane, std::optional<double> value, int decimals) {
@@ -128,10 +124,11 @@ QStringList grounds(const optics::Value& value) {
   return lines;
 }
 
-/// Neither numbers that look alike nor parts of almost nothing are told apart.
-bool isApart(double stored, double computed, int decimals) {
-  const double leastShown = 0.5 * std::pow(10, -decimals);
-  return std::abs(computed - stored) > std::max(leastShown, kPartThatDiffers * std::abs(stored));
+/// Parts of almost nothing are not told apart.
+bool isApart(double stored, double computed) {
+  constexpr double kAlmostNothing = 5e-5;
+  return std::abs(computed - stored) >
+         std::max(kAlmostNothing, kPartThatDiffers * std::abs(stored));
 }
 
 IntegratedCell computedCell(const optics::Value* value, std::optional<double> stored, int decimals,
@@ -141,7 +138,7 @@ IntegratedCell computedCell(const optics::Value* value, std::optional<double> st
   QStringList lines;
   if (value->value) {
     cell.text = QString::number(*value->value, 'f', decimals);
-    cell.differs = stored && isApart(*stored, *value->value, decimals);
+    cell.differs = stored && isApart(*stored, *value->value);
     lines << translated("%1: %2").arg(standardText(standard), digits(*value->value));
   }
   if (cell.differs) {
@@ -163,11 +160,11 @@ class IntegratedTexts {
     for (const auto& set : dataSets) integrations_.push_back(integrator.integrate(*set.record));
   }
 
-  IntegratedRow valueRow(const IntegratedValue& value, bool isCommon) const {
+  IntegratedRow valueRow(const IntegratedValue& value) const {
     IntegratedRow row{translated(value.title), {}};
     for (std::size_t i = 0; i < dataSets_.size(); ++i) {
       const GlazingData& pane = *dataSets_[i].record;
-      const auto stored = storedValue(pane, value, isCommon);
+      const auto stored = storedValue(pane, value);
       row.values.push_back(
           {storedCell(pane, stored, value.decimals),
            computedCell(integrations_[i].find(value.name), stored, value.decimals, standard_)});
@@ -245,12 +242,11 @@ bool isEmpty(const IntegratedRow& row) {
 }  // namespace
 
 bool hasIntegratedValues(const GlazingData& pane) {
-  // Databases mark missing values with a reflectance of -1; text files hold none, so all are 0.
-  if (pane.Precalc_Rfsol() < 0) return false;
+  if (!hasIntegratedData(pane)) return false;
   const auto isThere = [&](const IntegratedValue& value) {
     return value.member != nullptr && (pane.*value.member)() != 0;
   };
-  return std::ranges::any_of(kCommon, isThere) || std::ranges::any_of(kRare, isThere);
+  return !lacksIntegratedValues(pane) || std::ranges::any_of(kRare, isThere);
 }
 
 std::vector<IntegratedRow> integratedRows(const DataSets& dataSets, optics::Standard standard) {
@@ -264,12 +260,12 @@ std::vector<IntegratedRow> integratedRows(const DataSets& dataSets, optics::Stan
   const auto addUnlessEmpty = [&](IntegratedRow row, bool isComputed) {
     if (isComputed || !isEmpty(row)) rows.push_back(std::move(row));
   };
-  for (const auto& value : kCommon) rows.push_back(texts.valueRow(value, true));
+  for (const auto& value : kCommon) rows.push_back(texts.valueRow(value));
   for (const auto& value : kColours) {
     addUnlessEmpty(texts.colourRow(value), texts.isComputed(value.Lab[0]));
   }
   for (const auto& value : kRare) {
-    addUnlessEmpty(texts.valueRow(value, false), texts.isComputed(value.name));
+    addUnlessEmpty(texts.valueRow(value), texts.isComputed(value.name));
   }
   addUnlessEmpty(texts.standardRow(), false);
   addUnlessEmpty(texts.timeRow(), false);
