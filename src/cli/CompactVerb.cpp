@@ -18,10 +18,14 @@ class CompactVerb : public Verb {
     command()
         .add_option("NEW", request_.target, "File to make; one that is there is never replaced")
         ->type_name("");
-    command().add_flag("--in-place", inPlace_,
-                       "Put the new file in place of the old one, which is kept as FILE.bak");
-    command().add_flag("--no-backup{false}", request_.keepsBackup,
-                       "With --in-place: do not keep the old file");
+    CLI::Option* inPlace =
+        command().add_flag("--in-place", inPlace_,
+                           "Put the new file in place of the old one, which is kept as FILE.bak");
+    command()
+        .add_flag_callback(
+            "--no-backup", [this] { request_.keepsBackup = false; },
+            "With --in-place: do not keep the old file")
+        ->needs(inPlace);
     command().add_flag("--repair", request_.isRepair,
                        "Take what can be read of a damaged database, and tell what is lost");
     password_.addTo(command());

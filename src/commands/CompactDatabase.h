@@ -1,4 +1,4 @@
-// Database > Compact.
+// Compacting and repairing a database, as a command.
 #pragma once
 
 #include <string>

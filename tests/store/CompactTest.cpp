@@ -14,6 +14,7 @@
 #include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/page/Text.h"
+#include "store/jet/page/UsageMap.h"
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
@@ -167,6 +168,47 @@ TEST(Compact, KeepsAllThatFilesOfTheCorpusHold) {
     }
   }
   EXPECT_GE(compacted, 20u);
+}
+
+TEST(Compact, LeavesADamagedFileToTheRepair) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const fs::path file = folder.copyOf(test::corpusFolder() / "access" / "compIndexTestV2000.mdb");
+  {
+    const auto database = Database::open(file.string(), "");
+    Transaction transaction(database->pager());
+    const auto table = database->table("Table1");
+    UsageMap owned(database->pager(), table->definition().ownedPages);
+    owned.remove(*owned.next(0));
+    transaction.commit();
+  }
+  EXPECT_THROW(compactFile(file.string(), "", folder / "new.mdb"), Error);
+  EXPECT_THROW(compactInPlace(file.string(), "", ""), Error);
+  EXPECT_FALSE(fs::exists(folder / "new.mdb"));
+  repairFile(file.string(), "", folder / "repaired.mdb");
+  const auto rowsOf = [](const std::string& path) {
+    return Database::open(path, "")->table("Table1")->countRows();
+  };
+  EXPECT_LT(rowsOf(file.string()), 512u);
+  EXPECT_EQ(rowsOf(folder / "repaired.mdb"), 512u);
+}
+
+TEST(Compact, PutsTheNewFileInPlaceWithThePermissionsOfTheOldOne) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const fs::path file = folder.copyOf(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb");
+  fs::permissions(file, fs::perms(0600));
+  const auto size = fs::file_size(file);
+  const CompactReport report = compactInPlace(file.string(), "", folder / "old.mdb");
+  EXPECT_EQ(fs::file_size(folder / "old.mdb"), size);
+  EXPECT_LT(fs::file_size(file), size);
+  EXPECT_EQ(report.sizeAfter, fs::file_size(file));
+  expectCompacted(folder / "old.mdb", file, "");
+  compactFile(file.string(), "", folder / "new.mdb");
+  for (const fs::path& each : {file, fs::path(folder / "old.mdb"), fs::path(folder / "new.mdb")}) {
+    EXPECT_EQ(fs::status(each).permissions(), fs::perms(0600)) << each;
+  }
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "errors/Error.h"
 #include "store/sql/SqlEngine.h"
 #include "store/sql/run/OutputValue.h"
 
@@ -31,8 +32,11 @@ SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
 
 SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
                      std::shared_ptr<const jet::Table> table)
-    : engine_(std::move(engine)), statement_(statement), reader_(std::move(table)) {
-  for (const jet::Column& column : reader_->table().definition().columns) {
+    : engine_(std::move(engine)),
+      statement_(statement),
+      definition_(table->sharedDefinition()),
+      reader_(std::move(table)) {
+  for (const jet::Column& column : definition_->columns) {
     columns_.push_back(jet::describe(column));
   }
 }
@@ -44,7 +48,7 @@ bool SqlCursor::step() {
     at_ += columns_.size();
   }
   started_ = true;
-  if (at_ >= batch_.size() && !finished_) {
+  while (at_ >= batch_.size() && !finished_) {  // all rows of a batch may have been deleted
     readBatch();
   }
   return at_ < batch_.size();
@@ -61,7 +65,13 @@ void SqlCursor::readBatch() {
       break;
     }
     const std::size_t before = batch_.size();
-    readRow();
+    try {
+      readRow();
+    } catch (const Error&) {
+      batch_.clear();
+      finished_ = true;
+      throw;
+    }
     for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
   }
   batchRows_ = std::min(batchRows_ * 2, kLargestBatch);
@@ -77,7 +87,7 @@ void SqlCursor::readRow() {
   const auto place = static_cast<std::uint32_t>(sqlite3_column_int64(statement_.get(), 0));
   const jet::RowView* row = reader_->read(jet::RowId::fromPointer(place));
   if (row == nullptr) return;
-  for (const jet::Column& column : reader_->table().definition().columns) {
+  for (const jet::Column& column : definition_->columns) {
     batch_.push_back(row->value(column));
   }
 }

@@ -19,7 +19,8 @@ class SqlEngine;
 
 /// Reads forward once. Rows are read ahead in batches, each under a Pager::ReadLock that is
 /// released with the batch: other processes can write while the caller works on the rows, and a
-/// later batch sees what they wrote. Destroy or use up the cursor to end the query.
+/// later batch sees what they wrote: a row may then have other values than those that it was chosen
+/// by. Destroy or use up the cursor to end the query.
 class SqlCursor {
  public:
   ~SqlCursor();
@@ -55,8 +56,10 @@ class SqlCursor {
 
   std::shared_ptr<SqlEngine> engine_;
   Statement statement_;
-  std::vector<TypedColumn> typed_;        ///< of the statement's values
-  std::optional<jet::RowReader> reader_;  ///< of the rows, where it gives their places
+  std::vector<TypedColumn> typed_;  ///< of the statement's values
+  /// Of the table, and of its rows, where the statement gives their places.
+  std::shared_ptr<const jet::TableDefinition> definition_;
+  std::optional<jet::RowReader> reader_;
   std::vector<ColumnInfo> columns_;
   std::vector<Value> batch_;  ///< the rows' values, row by row
   std::size_t at_ = 0;        ///< of the current row's first value

@@ -260,6 +260,16 @@ TEST(SqlEngine, GivesTheSameWithAndWithoutAnIndex) {
   }
 }
 
+TEST(SqlEngine, OrdersWholeRowsByThePositionsOfTheirColumns) {
+  ORV_NEEDS_CORPUS();
+  QueriedFile file = panes();
+  const auto byName = file.rows("SELECT * FROM FrameTypes ORDER BY FrameTypeName DESC");
+  ASSERT_EQ(byName.size(), 3u);
+  EXPECT_EQ(file.rows("SELECT * FROM FrameTypes ORDER BY 2 DESC"), byName);
+  const auto byId = file.rows("SELECT * FROM FrameTypes ORDER BY FrameTypeID DESC");
+  EXPECT_EQ(file.rows("SELECT * FROM FrameTypes ORDER BY 1 DESC"), byId);
+}
+
 TEST(SqlEngine, SeesWhatWasCommittedMeanwhile) {
   ORV_NEEDS_CORPUS();
   const test::TemporaryFolder folder;

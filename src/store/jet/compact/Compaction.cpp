@@ -49,7 +49,7 @@ Compaction::Compaction(const std::string& path, const std::string& password,
 }
 
 CompactReport Compaction::writeTo(const std::string& target) {
-  NewFile made(target);
+  NewFile made = NewFile::beside(database_->pager().path(), target);
   const Pager::ReadLock lock(database_->pager());
   const CompactReport report = copyInto(made.take(), target, false);
   made.putInPlace();
@@ -66,6 +66,7 @@ CompactReport Compaction::replace(const std::string& backup) {
   if (!backup.empty()) {
     backUp(backup);
   }
+  pager.refuseChanged();
   made.replace();
   return report;
 }
@@ -76,11 +77,12 @@ CompactReport Compaction::copyInto(std::unique_ptr<File> file, const std::string
   CompactReport report;
   report.sizeBefore = pager.fileSize();
   const std::size_t expected = pager.pageCount();
-  const std::size_t work = check ? 2 * expected : expected;
+  const std::size_t work = (check ? 3 : 2) * expected;
+  refuseDamaged(work);
   const PageRef header = pager.read(0);
   CopyTarget target(std::move(file), path, {header.data(), header.size()}, [&](std::size_t pages) {
     if (progress_ && pages % kPagesPerReport == 0) {
-      progress_(std::min(pages, expected), work);
+      progress_(expected + std::min(pages, expected), work);
     }
   });
   CopySource source(pager);
@@ -94,10 +96,26 @@ CompactReport Compaction::copyInto(std::unique_ptr<File> file, const std::string
   }
   target.finish();
   if (check) {
-    refuseUnsound(target, expected, work);
+    refuseUnsound(target, 2 * expected, work);
   }
   report.sizeAfter = target.pager().fileSize();
   return report;
+}
+
+/// The copy takes what the maps and the catalogue name. Of a damaged file that may not be all, and
+/// the copy would be without a fault.
+void Compaction::refuseDamaged(std::size_t all) {
+  const CheckProgress progress = [&](std::size_t pages, std::size_t) {
+    if (progress_) progress_(std::min(pages, all), all);
+  };
+  const CheckReport report = FileCheck(database_, progress).run();
+  if (!report.sound()) {
+    throw Error(kCorruptFile,
+                "'" + database_->pager().path() +
+                    "' is damaged, and was not compacted, since rows could be lost: " +
+                    report.faults.front().toText() +
+                    " Repair it into a new file (orv compact FILE NEW --repair).");
+  }
 }
 
 /// What is to take the place of a file is looked at before.

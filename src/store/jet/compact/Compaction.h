@@ -20,6 +20,7 @@ class Compaction {
 
  private:
   CompactReport copyInto(std::unique_ptr<File> file, const std::string& path, bool check);
+  void refuseDamaged(std::size_t all);
   void refuseUnsound(CopyTarget& target, std::size_t done, std::size_t all);
   void backUp(const std::string& path);
 

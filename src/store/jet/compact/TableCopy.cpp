@@ -247,7 +247,9 @@ void TableCopy::writeDefinition() {
     const auto column = std::ranges::find(
         longColumns_, number, [](const LongColumn& each) { return each.column->number; });
     if (column == longColumns_.end()) {
-      return;  // of a column that is no more
+      maps = target_.addMap({});  // of a column that is no more
+      withRoom = target_.addMap({});
+      return;
     }
     maps = target_.addMap(column->pages.pages());
     withRoom = target_.addMap(column->pages.pagesWithRoom());

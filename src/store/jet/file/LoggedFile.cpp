@@ -238,6 +238,7 @@ void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
 void LoggedFile::endLog() {
   locks_.enterExclusive();
   try {
+    refuseChanged();
     file_->sync();
     log_->remove();
     counter_ = {};
@@ -246,6 +247,10 @@ void LoggedFile::endLog() {
     throw;
   }
   locks_.leaveExclusive();
+}
+
+void LoggedFile::refuseChanged() {
+  refuseForeignChange({});
 }
 
 void LoggedFile::refuseForeignChange(const std::vector<LoggedPage>& pages) {

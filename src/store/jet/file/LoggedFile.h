@@ -60,6 +60,8 @@ class LoggedFile {
   void commit(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages);
   /// Within the same: brings all commits to the disk and removes the log.
   void endLog();
+  /// Raises kStoreFailure where another file stands at the path, or another program has written.
+  void refuseChanged();
 
  private:
   bool isOwnLogDone();

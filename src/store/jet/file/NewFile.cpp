@@ -31,6 +31,13 @@ NewFile::NewFile(std::string path) : path_(std::move(path)), written_(nameWhileM
   file_ = FileSystem::current().open(written_, FileSystem::Open::newOnly);
 }
 
+NewFile NewFile::beside(const std::string& former, std::string path) {
+  if (FileSystem::current().status(path)) {
+    refuseToReplace(path);
+  }
+  return {std::move(path), former};
+}
+
 NewFile::NewFile(std::string path, const std::string& former)
     : path_(std::move(path)),
       written_(nameWhileMade(path_)),

@@ -16,10 +16,9 @@ class NewFile {
   explicit NewFile(std::string path);
   /// One that is to take the place of the database at `former`, with its owner and permissions.
   static NewFile inPlaceOf(const std::string& former) { return {former, former}; }
-  /// A copy of `former`, with its owner and permissions, that is to be at `path`.
-  static NewFile beside(const std::string& former, std::string path) {
-    return {std::move(path), former};
-  }
+  /// One made of `former`, with its owner and permissions, that is to be at `path`. Raises
+  /// kStoreFailure where a file stands there already.
+  static NewFile beside(const std::string& former, std::string path);
   ~NewFile();
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;

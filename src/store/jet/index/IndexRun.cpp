@@ -24,23 +24,26 @@ std::optional<std::size_t> IndexRun::placeOnLeaf() {
   if (!leaf_ || pager_.modify(path_.steps[path_.depth].page) != leafBytes_) return std::nullopt;
   if (!end_.empty() && std::ranges::lexicographical_compare(end_, entry_)) return std::nullopt;
   const std::size_t at = leaf_->lowerBound(entry_);
-  return at > 0 || leaf_->previous() == 0 ? std::optional(at) : std::nullopt;
+  return at > 0 || isFirst_ ? std::optional(at) : std::nullopt;
 }
 
 /// Goes down the tree to where the entry belongs; returns the place on the leaf there.
 std::size_t IndexRun::openLeaf(bool widen) {
   finish();
   path_ = tree_.descend(entry_, widen);
-  rememberEnd();
+  rememberEnds();
   const IndexTree::Step leaf = path_.steps[path_.depth];
   leafBytes_ = pager_.modify(leaf.page);
   leaf_.emplace(pager_.format(), pager_.modify(leaf.page), leaf.page);
   return leaf.at;
 }
 
-/// The lowest entry on the way that is not a tail bounds what is below it.
-void IndexRun::rememberEnd() {
+/// What the leaf can take, by the way to it: the lowest entry there that is not a tail bounds what
+/// is below it. Links between leaves are not trusted for that.
+void IndexRun::rememberEnds() {
   end_.clear();
+  isFirst_ = true;
+  for (std::size_t level = 0; level < path_.depth; ++level) isFirst_ &= path_.steps[level].at == 0;
   for (std::size_t level = path_.depth; level-- > 0;) {
     const IndexTree::Step step = path_.steps[level];
     const StoredIndexPage node = tree_.load(step.page);
@@ -49,6 +52,13 @@ void IndexRun::rememberEnd() {
       return;
     }
   }
+}
+
+/// Whether another leaf, which a neighbour that is empty may hide, has the key of an entry that
+/// belongs at an end of this one.
+bool IndexRun::isBeyondLeaf(std::size_t at, std::span<const std::uint8_t> key) const {
+  const bool isAtEnd = (at == 0 && !isFirst_) || (at == leaf_->count() && !end_.empty());
+  return isAtEnd && tree_.find(key).has_value();
 }
 
 IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row, SameKey sameKey) {
@@ -60,7 +70,7 @@ IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row,
   const std::size_t at = onLeaf ? *onLeaf : openLeaf(true);
   if (leaf_->isEntry(at, entry_)) return Change::none;
   const bool shares = tree_.isBesideKey(*leaf_, at, at, key);
-  if (shares && sameKey == SameKey::refuse) return Change::none;
+  if (sameKey == SameKey::refuse && (shares || isBeyondLeaf(at, key))) return Change::none;
   if (!leaf_->insert(at, entry_)) {
     leaf_.reset();
     path_.steps[path_.depth].at = at;

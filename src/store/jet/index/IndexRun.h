@@ -36,7 +36,8 @@ class IndexRun {
   void needShortEntry() const;
   std::optional<std::size_t> placeOnLeaf();
   std::size_t openLeaf(bool widen);
-  void rememberEnd();
+  void rememberEnds();
+  bool isBeyondLeaf(std::size_t at, std::span<const std::uint8_t> key) const;
 
   Pager& pager_;
   IndexTree tree_;
@@ -46,6 +47,7 @@ class IndexRun {
   const std::uint8_t* leafBytes_ = nullptr;
   IndexTree::Path path_;  ///< to the leaf
   Bytes end_;             ///< no entry of the leaf is greater; empty: it is the last leaf
+  bool isFirst_ = true;   ///< it is the first leaf
   bool hasErased_ = false;
   bool hasErasedLast_ = false;  ///< the greatest entry of the leaf
 };

@@ -74,6 +74,9 @@ class Pager {
   /// Within a write lock: brings all commits to the disk and removes the log, so that the file may
   /// be replaced. From then on nothing is written to it.
   void endLog() { file_.endLog(); }
+  /// Within a WriteLock: raises kStoreFailure where another file stands at the path, or another
+  /// program has written.
+  void refuseChanged() { file_.refuseChanged(); }
   PageNumber pageCount() const { return pageCount_; }
   /// In bytes, which may end with a part of a page.
   std::uint64_t fileSize() { return file_.size(); }

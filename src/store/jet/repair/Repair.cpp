@@ -6,6 +6,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/check/FileCheck.h"
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/repair/CatalogMending.h"
@@ -25,8 +26,8 @@ Repair::Repair(const std::string& path, const std::string& password,
 }
 
 CompactReport Repair::writeTo(const std::string& target) {
-  NewFile made(target);
   Pager& pager = database_->pager();
+  NewFile made = NewFile::beside(pager.path(), target);
   const Pager::ReadLock lock(pager);
   CompactReport report;
   report.sizeBefore = pager.fileSize();
@@ -48,10 +49,20 @@ CompactReport Repair::writeTo(const std::string& target) {
   copyTables(catalog, copy, numbers, report);
   copy.finish();
   mendCatalog(copy.sharedPager(), catalog, numbers);
+  tellFaults(copy.sharedPager(), report);
   copy.pager().sync();
   report.sizeAfter = copy.pager().fileSize();
   made.putInPlace();
   return report;
+}
+
+/// There should be none: what they are is told, and that the file is not whole.
+void Repair::tellFaults(const std::shared_ptr<Pager>& pager, CompactReport& report) {
+  const CheckProgress progress;
+  const CheckReport check = FileCheck(Database::over(pager), progress).run();
+  for (const auto& fault : check.faults) {
+    report.lost.push_back("a fault of the new file: " + fault.toText());
+  }
 }
 
 void Repair::copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
@@ -61,12 +72,14 @@ void Repair::copyTables(const CatalogSalvage& catalog, CopyTarget& target, Table
   }
   SalvageSource source(database_->pager(), catalog);
   for (const auto& [page, table] : catalog.tables()) {
+    const CompactReport before = report;
     try {
       TableCopy(source, target, numbers, report, table.definition.table).run();
     } catch (const Error& error) {
       if (error.number() == kStoreFailure || error.number() == kDatabaseFull) {
         throw;
       }
+      report = before;
       const auto without = source.doWithoutIndexes(page, error.description());
       TableCopy(source, target, numbers, report, without).run();
     }

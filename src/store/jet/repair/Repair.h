@@ -19,6 +19,7 @@ class Repair {
   CompactReport writeTo(const std::string& target);
 
  private:
+  static void tellFaults(const std::shared_ptr<Pager>& pager, CompactReport& report);
   void copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
                   CompactReport& report);
 

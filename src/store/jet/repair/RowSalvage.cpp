@@ -168,6 +168,11 @@ std::size_t RowSalvage::rowsSaid() const {
   }
 }
 
+std::size_t RowSalvage::rowsMissing() const {
+  const std::size_t said = rowsSaid();
+  return said > rows_.size() ? said - rows_.size() : 0;
+}
+
 /// Pages that say they are the table's but are not on its map: with rows that the table lacks, or
 /// with rows of former days.
 void RowSalvage::addStrayPages() {
@@ -175,6 +180,7 @@ void RowSalvage::addStrayPages() {
   std::vector<PageNumber> pages;
   const std::size_t lostBefore = report_.rowsLost;
   const auto placesBefore = report_.places;
+  const auto pagesLostBefore = pagesLost_;
   for (const PageNumber page : survey_.pagesOf(table_->page)) {
     if (listed_.contains(page) || survey_.isFree(page)) {
       continue;
@@ -190,7 +196,8 @@ void RowSalvage::addStrayPages() {
     report_.places = placesBefore;
     return;
   }
-  const bool areMissing = !mapIsWhole_ || rowsSaid() > rows_.size();
+  // More than the table lacks may be rows of former days.
+  const bool areMissing = !mapIsWhole_ || stray.size() <= rowsMissing();
   if (isSure_ && areMissing) {
     rows_.insert(rows_.end(), stray.begin(), stray.end());
     report_.notes.push_back(
@@ -201,18 +208,22 @@ void RowSalvage::addStrayPages() {
   }
   report_.rowsLost = lostBefore;
   report_.places = placesBefore;
+  pagesLost_ = pagesLostBefore;
   report_.notes.push_back(fmt::format(
       "{} rows on pages that no map names, the first of them page {}, were left out: {}",
       stray.size(), pages.front(),
-      areMissing ? "the definition of the table is not sure" : "the table has all its rows"));
+      areMissing ? "the definition of the table is not sure"
+                 : fmt::format("the table lacks {}", rowsMissing())));
 }
 
 /// Rows that were moved, and whose homes are gone.
 void RowSalvage::addStrayMovedRows() {
   std::erase_if(moved_, [&](RowId id) { return pointedAt_.contains(id); });
-  if (moved_.empty() || rowsSaid() <= rows_.size() || !isSure_) {
+  if (moved_.empty() || moved_.size() > rowsMissing() || !isSure_) {
     return;
   }
+  report_.notes.push_back(fmt::format(
+      "{} rows were put back that had been moved, and whose first places are gone", moved_.size()));
   for (const RowId id : moved_) {
     try {
       checkDecodes(*table_, view({id, id}));

@@ -41,6 +41,7 @@ class RowSalvage {
   RowView view(const Place& place) const;
   /// How many rows the table says that it has.
   std::size_t rowsSaid() const;
+  std::size_t rowsMissing() const;
   /// What is to be said of them: number of rows saved and lost, and where.
   SalvagedTable report() const;
 

@@ -33,9 +33,12 @@ void walkParts(Pager& pager, const Definition& definition,
       next = RowId::fromPointer(ByteView(bytes, at.page).u32(0));
       bytes = bytes.subspan(Definition::kNextSize);
     }
+    const std::size_t left = definition.length - found;
     found += bytes.size();
     // Every part brings some bytes, so that a chain with a loop grows too long and ends here.
     if (bytes.empty() || found > definition.length) {
+      if (!bytes.empty() && left > 0)
+        visit(at, bytes.first(left));  // for whoever takes what is there
       raiseDamaged(at.page, "the parts of a memo or picture do not add up to its length");
     }
     visit(at, bytes);

@@ -217,6 +217,7 @@ void Table::raiseLastAutoNumber(std::int32_t number) {
 
 /// The file's own count may be wrong: it is kept from passing its ends.
 void Table::changeRowCount(int change) {
+  if (change == 0) return;
   std::uint8_t* count = pager_->modify(definition_->page) + pager_->format().definition.rowCount;
   const std::int64_t rows = std::int64_t{load32(count)} + change;
   store32(count, static_cast<std::uint32_t>(

@@ -80,7 +80,10 @@ std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const
   if (select.where) {
     result.sql += " WHERE " + expressions.condition(*select.where);
   }
-  const std::vector<OrderKey> keys = writer.writeOrder(query.orderBy, outputs, expressions);
+  std::vector<OrderKey> keys = writer.writeOrder(query.orderBy, outputs, expressions);
+  for (OrderKey& key : keys) {  // positions are those of columns that the statement does not give
+    if (key.output > 0) key.sql = outputs[key.output - 1].sql;
+  }
   result.sql += orderClause(keys);
   return result;
 }
