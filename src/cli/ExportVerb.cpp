@@ -120,7 +120,7 @@ class ExportVerb : public Verb {
     for (const commands::Note& note : result.filled.list()) {
       std::cerr << "orv: filled in: " << note.line() << '\n';
     }
-    tellNotKept(result.notKept, "a text file");
+    tellNotKept(result.notKept, "the file");
   }
 
   template <class Result>

@@ -19,12 +19,14 @@ namespace {
 struct DataSet {
   std::string identifier;
   std::shared_ptr<GlazingData> pane;
-  bool isOneOfSeveral;  ///< the pane has other angles
+  bool isOneOfSeveral;               ///< the pane has other angles
+  productfile::OrderedJson product;  ///< in a file of products
+  std::string text;                  ///< of its text file
 };
 
-std::string productsText(const std::vector<DataSet>& sets) {
+std::string productsText(std::vector<DataSet>& sets) {
   std::vector<productfile::OrderedJson> products;
-  for (const DataSet& set : sets) products.push_back(productfile::productOf(*set.pane));
+  for (DataSet& set : sets) products.push_back(std::move(set.product));
   return productfile::formatProducts(products);
 }
 
@@ -32,22 +34,22 @@ std::string productsText(const std::vector<DataSet>& sets) {
 std::string tableText(const std::vector<DataSet>& sets) {
   std::map<std::string, std::string> firstOfName;
   std::map<std::string, bool> isRepeated;
-  for (const auto& [identifier, pane, several] : sets) {
-    const auto first = firstOfName.try_emplace(pane->filename(), identifier).first;
-    if (first->second != identifier) isRepeated[pane->filename()] = true;
+  for (const DataSet& set : sets) {
+    const std::string name = set.pane->filename();
+    const auto first = firstOfName.try_emplace(name, set.identifier).first;
+    if (first->second != set.identifier) isRepeated[name] = true;
   }
   std::vector<NamedSpectrum> spectra;
-  for (const auto& [identifier, pane, several] : sets) {
-    std::string name = pane->filename();
-    if (isRepeated[name]) name += " (" + identifier + ")";
-    if (several) name += fmt::format(" at {}°", pane->ORV_Angle());
-    spectra.push_back({name, pane->SpectralData()});
+  for (const DataSet& set : sets) {
+    std::string name = set.pane->filename();
+    if (isRepeated[name]) name += " (" + set.identifier + ")";
+    if (set.isOneOfSeveral) name += fmt::format(" at {}°", set.pane->ORV_Angle());
+    spectra.push_back({name, set.pane->SpectralData()});
   }
   return spectraCsv(spectra);
 }
 
-std::string paneText(const Session& session, const DataSet& set, JoinedExport& result) {
-  GlazingData& pane = *set.pane;
+std::string paneText(const Session& session, GlazingData& pane, JoinedExport& result) {
   const std::string name = pane.filename();
   for (const std::string& each : exportLossesOf(pane)) result.notKept.add(each, name);
   for (const std::string& each : completeForFile(pane)) result.filled.add(each, name);
@@ -68,8 +70,12 @@ JoinedExport exportJoined(Session& session, const sources::RecordSelection& reco
     const auto angles = requireAngles(reader, identifier);
     std::vector<DataSet> ofPane;
     for (const std::int16_t angle : angles) {
-      ofPane.push_back({identifier, reader.pane(identifier, angle), angles.size() > 1});
-      reader.tellGroup(identifier, *ofPane.back().pane);
+      DataSet& set = ofPane.emplace_back(
+          DataSet{identifier, reader.pane(identifier, angle), angles.size() > 1, {}, {}});
+      reader.tellGroup(identifier, *set.pane);
+      noteOtherDirections(reader, identifier, *set.pane, result.notKept);
+      if (form == ExportForm::json) set.product = productfile::productOf(*set.pane);
+      if (form == ExportForm::text) set.text = paneText(session, *set.pane, result);
     }
     sets.insert(sets.end(), ofPane.begin(), ofPane.end());
   });
@@ -82,7 +88,7 @@ JoinedExport exportJoined(Session& session, const sources::RecordSelection& reco
   }
   result.text = form == ExportForm::json  ? productsText(sets)
                 : form == ExportForm::csv ? tableText(sets)
-                                          : paneText(session, sets.front(), result);
+                                          : sets.front().text;
   return result;
 }
 

@@ -1,5 +1,8 @@
 #include "commands/ExportRecords.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <filesystem>
 
 #include "commands/CopyLosses.h"
@@ -46,6 +49,7 @@ class Export {
     const auto angles = requireAngles(reader_, identifier);
     for (const std::int16_t angle : angles) {
       const auto pane = reader_.pane(identifier, angle);
+      noteOtherDirections(reader_, identifier, *pane, result_.notKept);
       const auto angleInName = angles.size() > 1 ? std::optional(angle) : std::nullopt;
       switch (form_) {
         case ExportForm::text:
@@ -101,7 +105,7 @@ class Export {
 RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form) {
   const auto kind = recordKind(*records.DataSourcePtr());
   if (!kind || kind == RecordKind::frames) {
-    throw Error(kInvalidCall, "Only panes and shadings can be written as text files.");
+    throw Error(kInvalidCall, "Frames cannot be written as files, only panes and shadings.");
   }
   if (kind == RecordKind::shadings && form != ExportForm::text) {
     throw Error(kInvalidCall, "Shadings can be written as text files only.");
@@ -113,6 +117,17 @@ std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::s
   auto angles = reader.angles(identifier);
   if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
   return angles;
+}
+
+void noteOtherDirections(const RecordReader& reader, const std::string& identifier,
+                         const GlazingData& pane, Notes& notKept) {
+  if (pane.ORV_Direction() == 0) return;  // its rows are one spectrum
+  auto others = reader.directions(identifier, pane.ORV_Angle());
+  std::erase(others, pane.ORV_Direction());
+  if (others.empty()) return;
+  notKept.add(fmt::format("spectrum of direction {} at {} degrees", fmt::join(others, ", "),
+                          pane.ORV_Angle()),
+              pane.filename());
 }
 
 ExportResult exportRecords(Session& session, const sources::RecordSelection& records,

@@ -31,7 +31,8 @@ struct ExportResult {
   /// What had to be filled in because a text file needs it and the record does not say it, with
   /// the names of the files.
   Notes filled;
-  /// What records hold and no entry of a text file, with the names of the files.
+  /// What records hold and no entry of a text file, with the names of the files; and spectra of
+  /// further directions of incidence, which no form holds, with the names of the records.
   Notes notKept;
 };
 

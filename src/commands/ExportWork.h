@@ -19,6 +19,11 @@ RecordKind requireExportable(const sources::RecordSelection& records, ExportForm
 /// The angles of a pane; raises kInvalidCall where there is none.
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier);
 
+/// Notes the spectra of a pane that no file gets: of several directions of incidence at its angle
+/// only one is written.
+void noteOtherDirections(const RecordReader& reader, const std::string& identifier,
+                         const GlazingData& pane, Notes& notKept);
+
 /// Exports each record in turn, counts and shows what fails, and ends where the user wants it to.
 template <class Result>
 void exportEach(Session& session, const sources::RecordSelection& records, Result& result,

@@ -36,6 +36,7 @@ class PaneTransfer {
       if (isIntegrated_ && wasWritten(outcome)) countIntegrated();
       return outcome;
     });
+    tellOtherAngles();
   }
 
  private:
@@ -135,21 +136,31 @@ class PaneTransfer {
     return attempted == Outcome::copied ? outcome : attempted;
   }
 
-  /// A text file holds one angle, so that the others that the destination has stay; a pane of a
-  /// database is there with all of its angles. True when there was one to replace.
+  /// A file may hold one angle of several, so that the others that the destination has stay; a pane
+  /// of a database is there with all of its angles. True when there was one to replace.
   bool writeReplacement(const std::string& identifier, const std::vector<PanePtr>& panes) {
     const GlazingData& pane = *panes.front();
-    work_.requireNotWritten(nameOf(pane), identifier);
+    for (const PanePtr& each : panes) work_.requireNotWritten(nameOf(*each), identifier);
     const auto replaced = work_.session().database.ReplacePane(
-        panes, isText() ? database::OtherAngles::kept : database::OtherAngles::deleted,
+        panes, isFile() ? database::OtherAngles::kept : database::OtherAngles::deleted,
         work_.destination());
-    work_.wrote(nameOf(pane), identifier);
-    if (!replaced.otherAngles.empty()) {
-      tell(fmt::format("replaced; the data at {} degrees, where the source has none, are {}",
-                       fmt::join(replaced.otherAngles, ", "), isText() ? "kept" : "gone"),
-           pane);
-    }
+    for (const PanePtr& each : panes) work_.wrote(nameOf(*each), identifier);
+    if (!replaced.otherAngles.empty()) others_.emplace_back(pane.filename(), replaced.otherAngles);
     return replaced.wasThere;
+  }
+
+  /// Told at the end: another file of the source may have had the data at these angles.
+  void tellOtherAngles() {
+    for (auto& [name, angles] : others_) {
+      std::erase_if(angles, [&](std::int16_t angle) {
+        return isFile() && work_.hasWritten(nameAt(name, angle));
+      });
+      if (angles.empty()) continue;
+      work_.result().notes.add(
+          fmt::format("replaced; the data at {} degrees, where the source has none, are {}",
+                      fmt::join(angles, ", "), isFile() ? "kept" : "gone"),
+          name);
+    }
   }
 
   /// Reads the pane at an angle and puts it into its group; false when the user ends the work. What
@@ -179,14 +190,17 @@ class PaneTransfer {
     }
   }
 
-  bool isText() const {
+  bool isFile() const {
     return work_.records().DataSourcePtr()->DataType() == DataType::textFolder;
   }
 
   /// What the pane is known by in the destination, as far as this source goes.
   std::string nameOf(const GlazingData& pane) const {
-    return isText() ? fmt::format("{} at {} degrees", pane.filename(), pane.ORV_Angle())
-                    : pane.filename();
+    return isFile() ? nameAt(pane.filename(), pane.ORV_Angle()) : pane.filename();
+  }
+
+  static std::string nameAt(const std::string& name, std::int16_t angle) {
+    return fmt::format("{} at {} degrees", name, angle);
   }
 
   /// What the source does not give follows from the spectrum, as far as that reaches.
@@ -246,6 +260,8 @@ class PaneTransfer {
 
   TransferWork& work_;
   std::vector<Angles> angles_;
+  std::vector<std::pair<std::string, Angles>>
+      others_;  ///< of replaced panes, where they had data too
   std::optional<optics::Integrator> integrator_;
   bool isIntegrated_ = false;  ///< whether values of the record under way were computed
 };

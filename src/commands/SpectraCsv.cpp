@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "commands/CsvText.h"
+#include "optics/Wavelength.h"
 
 namespace orv::commands {
 
@@ -19,12 +20,12 @@ constexpr std::array kProperties = {"transmittance front", "transmittance back",
 using Values = std::array<float, kProperties.size()>;
 
 /// A wavelength, and which of the points of a spectrum at it: 0 but where there are several.
-using RowKey = std::pair<float, int>;
+using RowKey = std::pair<double, int>;
 
 std::map<RowKey, Values> rowsOf(const SpectralData& spectrum) {
   std::map<RowKey, Values> rows;
   for (std::int32_t i = 0; i < spectrum.count(); ++i) {
-    const float wavelength = spectrum.ConvertedWl(i, kNanometers);
+    const double wavelength = optics::rounded(spectrum.ConvertedWl(i, kNanometers));
     const Values values = {spectrum.Tf(i), spectrum.Tb(i), spectrum.Rf(i), spectrum.Rb(i)};
     int which = 0;
     while (!rows.try_emplace({wavelength, which}, values).second) ++which;

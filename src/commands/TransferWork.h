@@ -61,6 +61,7 @@ class TransferWork {
   /// Raises kInvalidCall when another record was written under this name: a copy replaces what it
   /// finds, not what it wrote itself.
   void requireNotWritten(const std::string& name, const std::string& identifier) const;
+  bool hasWritten(const std::string& name) const { return written_.contains(upperCase(name)); }
 
   /// Shows that a record was not copied.
   void tellFailure(const std::string& identifier, const std::string& description);

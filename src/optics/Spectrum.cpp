@@ -6,6 +6,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "optics/Wavelength.h"
+
 namespace orv::optics {
 
 namespace {
@@ -83,10 +85,7 @@ Spectrum spectrumOf(const SpectralData& data) {
   auto& wavelengths = spectrum.wavelengths;
   data.GetDataArraysAsDoubles(kNanometers, wavelengths, spectrum[Curve::Tf], spectrum[Curve::Tb],
                               spectrum[Curve::Rf], spectrum[Curve::Rb]);
-  constexpr double kPerNanometer = 1000;
-  for (double& wavelength : wavelengths) {
-    wavelength = std::round(wavelength * kPerNanometer) / kPerNanometer;
-  }
+  for (double& wavelength : wavelengths) wavelength = rounded(wavelength);
   putInOrder(spectrum);
   return spectrum;
 }

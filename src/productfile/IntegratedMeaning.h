@@ -7,9 +7,12 @@ namespace orv::productfile {
 
 template <auto front, auto back>
 void readBothWays(const Item& item, GlazingData& pane) {
-  (pane.*front)(item.single());
+  (pane.*front)(item.fraction());
   (pane.*back)((pane.*front)());
 }
+
+template <auto member>
+inline constexpr Meaning kFraction{readWith<member, &Item::fraction>, writeSingle<member>};
 
 /// A transmittance of the front, which counts for the back too until that is told.
 template <auto front, auto back>

@@ -103,6 +103,13 @@ float Item::quantity() const {
   return value;
 }
 
+float Item::fraction() const {
+  constexpr float kMost = 2;
+  const float value = quantity();
+  if (value > kMost) refuse(kInvalidCall, "This is no fraction. Values are between 0 and 1");
+  return value;
+}
+
 std::int32_t Item::whole() const {
   const double value = number();
   if (std::trunc(value) != value) refuseType("a whole number");

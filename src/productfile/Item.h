@@ -42,6 +42,9 @@ class Item {
   float single() const;
   /// A number that is not negative; raises error 5.
   float quantity() const;
+  /// A fraction of what falls on a pane: measured ones may lie a little above 1, percentages lie
+  /// far above. Raises error 5.
+  float fraction() const;
   /// A whole number.
   std::int32_t whole() const;
   bool flag() const;

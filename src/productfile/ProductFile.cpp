@@ -9,6 +9,7 @@
 
 #include "errors/Error.h"
 #include "model/Text.h"
+#include "productfile/RecordKeys.h"
 
 namespace orv::productfile {
 
@@ -88,8 +89,10 @@ std::vector<std::int16_t> ProductFile::angles(const std::string& pointer) const 
 }
 
 Product ProductFile::product(const std::string& pointer, std::optional<std::int16_t> angle) const {
-  Product product = readProduct(itemAt(pointer), angle);
-  if (!product.pane->FileDate()) product.pane->FileDate(date_);
+  const Item item = itemAt(pointer);
+  Product product = readProduct(item, angle);
+  const bool tellsAll = item.find(kRecordObject).has_value();
+  if (!tellsAll && !product.pane->FileDate()) product.pane->FileDate(date_);
   return product;
 }
 

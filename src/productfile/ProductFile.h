@@ -41,7 +41,7 @@ class ProductFile {
   std::vector<std::string> pointers() const;
 
   /// As `productfile::anglesOf` and `readProduct`; raise error 5 for a pointer at which there is
-  /// none. The record gets the date of the file unless it has one.
+  /// none. The record gets the date of the file unless it has one, or was written by us without.
   std::vector<std::int16_t> angles(const std::string& pointer) const;
   Product product(const std::string& pointer,
                   std::optional<std::int16_t> angle = std::nullopt) const;

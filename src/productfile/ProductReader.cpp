@@ -88,8 +88,8 @@ class ProductReader {
     readKeys(form_.keys, item_, pane());
     namePane();
     noteMissing();
-    readIntegrated();
     readData(angle);
+    readIntegrated();
     if (record_) readRecord();
   }
 
@@ -121,7 +121,8 @@ class ProductReader {
     }
   }
 
-  /// The first standard that has values counts.
+  /// The first standard that has values counts. Forms tell no angle of these values: they are of
+  /// normal incidence, or of the only one that there is.
   void readIntegrated() {
     if (form_.summaries.empty()) return;
     const auto list = item_.find(form_.summaries);
@@ -133,6 +134,12 @@ class ProductReader {
       const bool hasValues = std::ranges::any_of(
           form_.integrated, [&](const Key& key) { return entry.find(key.pointer).has_value(); });
       if (!hasValues) continue;
+      if (!hasOwnValues_) {
+        return note(
+            fmt::format("the integrated values of the product, of normal incidence, are "
+                        "left out at {} degrees",
+                        pane().ORV_Angle()));
+      }
       const std::string standard = textAt(entry, form_.standard);
       const std::string by = standard.empty() ? "a standard without a name" : standard;
       if (isFirst) {
@@ -156,6 +163,7 @@ class ProductReader {
     }
     const Item block = data.at(static_cast<std::size_t>(found - angles.begin()));
     pane().ORV_Angle(*found);
+    hasOwnValues_ = *found == 0 || angles.size() == 1;
     readRows(block.require(kBlockRows));
   }
 
@@ -183,6 +191,7 @@ class ProductReader {
   const Form& form_;
   std::optional<Item> record_;
   Product product_;
+  bool hasOwnValues_ = true;  ///< whether the integrated values are of the angle that is read
 };
 
 }  // namespace

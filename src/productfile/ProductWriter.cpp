@@ -6,6 +6,7 @@
 #include <array>
 #include <string>
 
+#include "errors/Error.h"
 #include "model/Text.h"
 #include "productfile/Form.h"
 #include "productfile/ProductReader.h"
@@ -43,6 +44,18 @@ bool isUnknownAtZero(const Key& key) {
   return std::ranges::find(kPointers, key.pointer) != kPointers.end();
 }
 
+/// Whether reading takes the value; where not, it stands in our own object.
+bool isTaken(const Key& key, const OrderedJson& number) {
+  const Json value = number.get<double>();
+  GlazingData unused;
+  try {
+    key.meaning.read(Item(value, "", ""), unused);
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 /// Empty where the record has no values. 0 stands for none in those that few sources have.
 OrderedJson summariesOf(const GlazingData& pane) {
   OrderedJson entry;
@@ -52,6 +65,7 @@ OrderedJson summariesOf(const GlazingData& pane) {
                                           : OrderedJson(pane.Precalc_StandardName()));
   for (const Key& key : kNewerForm.integrated) {
     const OrderedJson value = key.meaning.write(pane);
+    if (!isTaken(key, value)) continue;
     const bool isZero = value == 0;
     hasAny = hasAny || !isZero;
     if (!isZero || isPublished(key)) put(entry, key.pointer, quoted(value));
@@ -110,9 +124,9 @@ OrderedJson inForm(const GlazingData& pane) {
   return product;
 }
 
-/// What reading the product gives back otherwise than it was.
+/// What reading the product gives back otherwise than it was; an object, which may be empty.
 OrderedJson differences(const GlazingData& pane, const GlazingData& readBack) {
-  OrderedJson record;
+  OrderedJson record = OrderedJson::object();
   for (const Key& key : recordKeys()) {
     OrderedJson value = key.meaning.write(pane);
     if (value != key.meaning.write(readBack)) put(record, key.pointer, std::move(value));
@@ -129,15 +143,15 @@ std::shared_ptr<GlazingData> readBack(OrderedJson product, const GlazingData& pa
     put(product, std::string(kRecordObject) + std::string(kSpectralPaneKey), !pane.spectral_pane());
   }
   const Json read = Json::parse(textOf(product, kNoIndent));
-  return readProduct(Item(read, "", "")).pane;
+  const std::string name = pane.filename();
+  return readProduct(Item(read, name, "")).pane;
 }
 
 }  // namespace
 
 OrderedJson productOf(const GlazingData& pane) {
   OrderedJson product = inForm(pane);
-  OrderedJson record = differences(pane, *readBack(product, pane));
-  if (!record.is_null()) put(product, kRecordObject, std::move(record));
+  put(product, kRecordObject, differences(pane, *readBack(product, pane)));
   return product;
 }
 

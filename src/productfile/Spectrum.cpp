@@ -21,14 +21,6 @@ struct Row {
   float backReflectance;
 };
 
-/// A fraction: measured ones may lie a little above 1, percentages lie far above.
-float fractionAt(const Item& item) {
-  constexpr float kMost = 2;
-  const float value = item.quantity();
-  if (value > kMost) item.refuse(kInvalidCall, "This is no fraction. Values are between 0 and 1");
-  return value;
-}
-
 class SpectrumReader {
  public:
   SpectrumReader(const RowKeys& keys, std::int32_t unit, std::int32_t wanted)
@@ -45,10 +37,10 @@ class SpectrumReader {
       ++skipped_;
       return;
     }
-    const float through = fractionAt(*transmittance);
+    const float through = transmittance->fraction();
     const auto reverse = row.find(keys_.backTransmittance);
-    rows_.push_back({wavelength, through, reverse ? fractionAt(*reverse) : through,
-                     fractionAt(*front), fractionAt(*back)});
+    rows_.push_back({wavelength, through, reverse ? reverse->fraction() : through,
+                     front->fraction(), back->fraction()});
   }
 
   bool isEmpty() const { return rows_.empty(); }

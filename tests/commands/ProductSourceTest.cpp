@@ -59,8 +59,9 @@ TEST_F(ProductSourceTest, AFolderMayMixTextsProductsAndListsOfThem) {
   EXPECT_EQ(result.failed, 2);
   std::vector<std::string> notes;
   for (const auto& note : result.notes.list()) notes.push_back(note.line());
-  EXPECT_EQ(notes, (std::vector<std::string>{"integrated values of the product, by NFRC: b, c0, c2",
-                                             "1 row without a value skipped: b, c0, c2"}));
+  EXPECT_EQ(notes,
+            (std::vector<std::string>{"1 row without a value skipped: b, c0, c2",
+                                      "integrated values of the product, by NFRC: b, c0, c2"}));
   EXPECT_EQ(rowsOf(*database->ADOConnection(),
                    "SELECT name, transmission_outdoor, transmission_solar_outdoor FROM (Pane INNER "
                    "JOIN Pane_spectral_data ON Pane.PaneID = Pane_spectral_data.PaneID) INNER JOIN "
@@ -111,6 +112,12 @@ TEST_F(ProductSourceTest, ADatabaseGoesThroughProductsUnchanged) {
     ui.inputs = {"Demo"};
     EXPECT_EQ(commands::pasteRecords(session, selectAll(opener.openAny(source)), back).copied, 2)
         << ::testing::PrintToString(messages());
+    ui.inputs = {"Demo"};
+    const auto again = commands::pasteRecords(session, selectAll(opener.openAny(source)), back,
+                                              {.ifThere = commands::IfThere::replace});
+    EXPECT_EQ(again.replaced, 2);
+    for (const auto& note : again.notes.list())
+      EXPECT_EQ(note.text.find("kept"), std::string::npos);
     // The reflectance of a substrate is nothing that is read from a database.
     for (const char* statement :
          {"SELECT * FROM Pane", "SELECT * FROM Pane_integrated_data", "SELECT * FROM Groups",
@@ -119,6 +126,37 @@ TEST_F(ProductSourceTest, ADatabaseGoesThroughProductsUnchanged) {
       EXPECT_EQ(rowsOf(*back->ADOConnection(), statement), rowsOf(dc, statement)) << statement;
     }
   }
+}
+
+TEST_F(ProductSourceTest, OfWhatIsJoinedABadPaneFailsByItself) {
+  folder.write("good.txt", "SI Microns 4 1\n0.3 0.1 0.1 0.1\n");
+  folder.write("percent.txt", "SI Microns 4 1\n0.3 83 8 8\n");
+  const auto node = opener.openAny(folder.path().string());
+  const auto joined = commands::exportJoined(session, selectAll(node), ExportForm::json);
+  EXPECT_EQ(joined.failed, 1);
+  EXPECT_EQ(joined.dataSets, 1U);
+  EXPECT_NE(joined.text.find("good.txt"), std::string::npos) << joined.text;
+  ASSERT_EQ(messages().size(), 1U);
+  EXPECT_NE(messages().front().find("The record percent.txt could not be exported: This is no "
+                                    "fraction. Values are between 0 and 1\npercent.txt, /physical"),
+            std::string::npos)
+      << messages().front();
+}
+
+TEST_F(ProductSourceTest, TablesPutEqualWavelengthsOfBothUnitsIntoOneRow) {
+  for (const auto& [unit, first, second] :
+       {std::tuple{"Microns", "0.325", "2.005"}, std::tuple{"Nanometers", "325", "2005"}}) {
+    folder.write(std::string(unit) + ".json",
+                 fmt::format(R"({{"product_name": "{0}", "measured_data": {{"spectral_data": {{
+      "unit": "{0}", "angle_block": [{{"incidence_angle": 0, "wavelength_data": [
+        {{"w": {1}, "tf": 0.5, "rf": 0, "rb": 0}}, {{"w": {2}, "tf": 0.25, "rf": 0, "rb": 0}}]}}
+      ]}}}}}})",
+                             unit, first, second));
+  }
+  const auto node = opener.openAny(folder.path().string());
+  const std::string text = commands::exportJoined(session, selectAll(node), ExportForm::csv).text;
+  EXPECT_EQ(text.substr(text.find("\r\n")),
+            "\r\n325,0.5,0.5,0,0,0.5,0.5,0,0\r\n2005,0.25,0.25,0,0,0.25,0.25,0,0\r\n");
 }
 
 TEST_F(ProductSourceTest, TablesHaveARowAWavelengthAndColumnsAPane) {

@@ -1,5 +1,6 @@
 // What a copy leaves out or refuses, and that it says so.
 #include "commands/CommandsTest.h"
+#include "commands/ExportRecords.h"
 #include "commands/PasteRecords.h"
 #include "commands/RecordReader.h"
 #include "model/Raised.h"
@@ -82,6 +83,14 @@ TEST_F(WholeCopyTest, EachDirectionIsReadByItselfAndTheFirstIsCopied) {
   EXPECT_EQ(linesOf(result.notes),
             Lines{"of the spectra of the directions 1, 2 at 0 degrees only that of direction 1 is "
                   "copied: pane"});
+  const auto panes = recordSet(from, RecordKind::panes);
+  for (const auto form : {commands::ExportForm::text, commands::ExportForm::csv}) {
+    const auto joined = commands::exportJoined(session, selectAll(panes), form);
+    EXPECT_EQ(linesOf(joined.notKept).front(), "spectrum of direction 2 at 0 degrees: pane");
+  }
+  const std::string folderName = (folder.path() / "out").string();
+  const auto files = commands::exportRecords(session, selectAll(panes), {folderName});
+  EXPECT_EQ(linesOf(files.notKept).front(), "spectrum of direction 2 at 0 degrees: pane");
 }
 
 TEST_F(WholeCopyTest, AnAngleThatIsNoWholeNumberIsRefusedByName) {

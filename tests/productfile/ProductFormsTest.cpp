@@ -68,6 +68,29 @@ TEST(ProductFormsTest, TheFirstStandardWithValuesCounts) {
                                          "integrated values by CEN are left out"));
 }
 
+TEST(ProductFormsTest, PublishedValuesAreOfNormalIncidenceOrOfTheOnlyAngle) {
+  const auto fileOf = [](const std::string& blocks) {
+    return ProductFile(R"({"name": "a", "physical_properties": {"thickness": 4, "conductivity": 1,
+      "optical_properties": {"optical_data": {"angle_blocks": [)" +
+                           blocks + R"(]}}}, "integrated_spectral_averages_summaries": [
+      {"calculation_standard": "NFRC",
+       "solar": {"transmittance_front": {"direct_direct": "0.7"}}}]})",
+                       "a.json");
+  };
+  const std::string rows = R"("wavelength_data": [
+      {"w": 0.3, "specular": {"tf": 0.2, "rf": 0.1, "rb": 0.1}}]})";
+  const ProductFile two =
+      fileOf(R"({"incidence_angle": 60, )" + rows + R"(, {"incidence_angle": 0, )" + rows);
+  EXPECT_EQ(two.product("", 0).pane->Precalc_Tfsol(), 0.7F);
+  const auto oblique = two.product("", 60);
+  EXPECT_EQ(oblique.pane->Precalc_Tfsol(), 0);
+  EXPECT_EQ(oblique.pane->Precalc_StandardName(), "");
+  EXPECT_THAT(oblique.notes, ElementsAre("the integrated values of the product, of normal "
+                                         "incidence, are left out at 60 degrees"));
+  const ProductFile one = fileOf(R"({"incidence_angle": 60, )" + rows);
+  EXPECT_EQ(one.product("").pane->Precalc_Tbsol(), 0.7F);
+}
+
 TEST(ProductFormsTest, AListHasAnIdentifierAProduct) {
   const std::string flat = R"({"name": "NAME", "measured_data": {"thickness": 4, "conductivity": 1},
     "spectral_data": {"spectral_data": [{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]}})";

@@ -120,7 +120,8 @@ std::shared_ptr<GlazingData> fullPane() {
 
 std::shared_ptr<GlazingData> readBack(const std::vector<productfile::OrderedJson>& products,
                                       const std::string& pointer = "") {
-  return productfile::ProductFile(productfile::formatProducts(products), "back.json")
+  const Date changed(std::chrono::hours(1));  // of the file, which is not that of a record
+  return productfile::ProductFile(productfile::formatProducts(products), "back.json", changed)
       .product(pointer)
       .pane;
 }
@@ -143,6 +144,14 @@ TEST(ProductWriterTest, EveryFieldReadsBack) {
   EXPECT_EQ(whole(*readBack(products, "/0")), whole(fromDatabase));
   // Without anything, a spectrum among it.
   EXPECT_EQ(whole(*readBack(products, "/1")), whole(GlazingData()));
+}
+
+/// Databases have all kinds of numbers, and -1 for values that are not there.
+TEST(ProductWriterTest, IntegratedValuesThatAreNoFractionsReadBack) {
+  const auto pane = fullPane();
+  pane->Precalc_Rfsol(-1);
+  pane->Precalc_Tfvis(83.4F);
+  EXPECT_EQ(whole(*readBack({productfile::productOf(*pane)})), whole(*pane));
 }
 
 /// Other programs read the form's own keys only.

@@ -44,8 +44,7 @@ std::string exportReport(const Result& result, const QString& what, const QStrin
   const QString written = EditCommands::tr("%1 written to %2.").arg(what, place);
   return (written +
           listed(result.filled, EditCommands::tr("Filled in, because a text file needs it:")) +
-          listed(result.notKept,
-                 EditCommands::tr("Not kept, since a text file has no place for it:")))
+          listed(result.notKept, EditCommands::tr("Not kept, since the file has no place for it:")))
       .toStdString();
 }
 
