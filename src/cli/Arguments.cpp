@@ -52,8 +52,9 @@ void addQuiet(CLI::App& command, bool& quiet) {
   command.add_flag("--quiet", quiet, "Tell failures only: no summary, no remarks, no progress");
 }
 
-void addForce(CLI::App& command, bool& force) {
-  command.add_flag("--force", force, "Change the database even when Access seems to have it open");
+CLI::Option* addForce(CLI::App& command, bool& force) {
+  return command.add_flag("--force", force,
+                          "Change the database even when Access seems to have it open");
 }
 
 void PasswordArgument::addTo(CLI::App& command) {

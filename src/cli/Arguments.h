@@ -46,7 +46,7 @@ void addFormat(CLI::App& command, Format& format);
 /// Declares --quiet, for the verbs that end with a summary.
 void addQuiet(CLI::App& command, bool& quiet);
 /// Declares --force, for the verbs that change a database.
-void addForce(CLI::App& command, bool& force);
+CLI::Option* addForce(CLI::App& command, bool& force);
 
 /// The password of a database.
 class PasswordArgument {

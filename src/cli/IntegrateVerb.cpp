@@ -46,14 +46,20 @@ class IntegrateVerb : public Verb {
     const Node node = source_.openRecordSet(console);
     console.ui.answers(answers_);
     columns_ = columnsOf(format_, options_.standard);
-    const auto writer = makeRowWriter(format_, headings(), std::cout);
+    std::unique_ptr<RowWriter> writer;  // which begins to write when it is made
+    const auto begin = [&] {
+      if (!writer) writer = makeRowWriter(format_, headings(), std::cout);
+    };
     const auto selection = source_.select(node, identifiers_);
     const auto result = usedRightly([&] {
-      return commands::integrateRecords(
-          console.session, selection, options_,
-          [&](const IntegratedRow& row) { writer->row(cells(*node, row)); });
+      return commands::integrateRecords(console.session, selection, options_,
+                                        [&](const IntegratedRow& row) {
+                                          begin();
+                                          writer->row(cells(*node, row));
+                                        });
     });
     if (result.refused) return kWrongUse;
+    begin();
     writer->end();
     tell(result);
     const bool allWell = result.rows > 0 && result.incomplete == 0 && !result.cancelled;
@@ -73,7 +79,7 @@ class IntegrateVerb : public Verb {
     command()
         .add_flag("--frozen", options_.frozenToo, "Change panes that are frozen, too")
         ->needs(store);
-    addForce(command(), answers_.force);
+    addForce(command(), answers_.force)->needs(store);
   }
 
   /// A table has room for the values of the standard, in transmission; JSON for all.

@@ -10,6 +10,7 @@
 #include "commands/FileCompletion.h"
 #include "commands/FileNames.h"
 #include "commands/SpectraCsv.h"
+#include "model/IntegratedColumns.h"
 #include "productfile/ProductWriter.h"
 #include "textfile/TextFile.h"
 
@@ -50,6 +51,7 @@ class Export {
     for (const std::int16_t angle : angles) {
       const auto pane = reader_.pane(identifier, angle);
       noteOtherDirections(reader_, identifier, *pane, result_.notKept);
+      if (!hasIntegratedData(*pane)) pane->Precalc_Rfsol(0);  // files have no mark for that
       const auto angleInName = angles.size() > 1 ? std::optional(angle) : std::nullopt;
       switch (form_) {
         case ExportForm::text:
@@ -114,7 +116,7 @@ RecordKind requireExportable(const sources::RecordSelection& records, ExportForm
 }
 
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier) {
-  auto angles = reader.angles(identifier);
+  auto angles = reader.dataAngles(identifier);
   if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
   return angles;
 }

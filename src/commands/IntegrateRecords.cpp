@@ -76,8 +76,7 @@ class Integration {
 
   /// A pane without any data is told to have none.
   std::vector<std::int16_t> anglesOf(const std::string& identifier) {
-    auto angles = reader_.angles(identifier);
-    if (angles.empty()) angles = reader_.spectralAngles(identifier);
+    auto angles = reader_.dataAngles(identifier);
     return angles.empty() ? std::vector<std::int16_t>{0} : angles;
   }
 

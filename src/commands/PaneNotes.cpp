@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <set>
 
 #include "commands/CopyLosses.h"
@@ -27,6 +28,20 @@ void noteDirections(TransferWork& work, const std::string& identifier, const Gla
                    "copied",
                    fmt::join(directions, ", "), pane.ORV_Angle(), pane.ORV_Direction()),
        pane);
+}
+
+/// Of a pane that has integrated values, the angles are those of the values.
+void noteOtherSpectra(TransferWork& work, const std::string& identifier, const GlazingData& pane,
+                      const std::vector<std::int16_t>& angles) {
+  auto others = work.reader().spectralAngles(identifier);
+  std::erase_if(
+      others, [&](std::int16_t angle) { return std::ranges::find(angles, angle) != angles.end(); });
+  if (others.empty()) return;
+  note(
+      work,
+      fmt::format("the spectrum at {} degrees, where there are no integrated values, is not copied",
+                  fmt::join(others, ", ")),
+      pane);
 }
 
 void noteZeros(TransferWork& work, const GlazingData& pane) {
@@ -61,7 +76,7 @@ void noteDoubts(TransferWork& work, const GlazingData& pane) {
 }  // namespace
 
 void notePane(TransferWork& work, const std::string& identifier, const GlazingData& pane,
-              std::size_t angles) {
+              const std::vector<std::int16_t>& angles) {
   for (const auto& names : {lossesOf(pane), work.reader().unreadColumns(identifier, pane)}) {
     for (const std::string& name : names) work.result().notKept.add(name, pane.filename());
   }
@@ -73,7 +88,7 @@ void notePane(TransferWork& work, const std::string& identifier, const GlazingDa
     note(work, "marked as spectral, but without a spectrum at an angle", pane);
   }
   const auto type = work.records().DataSourcePtr()->DataType();
-  if (type == DataType::orv2Panes && angles > 1) {
+  if (type == DataType::orv2Panes && angles.size() > 1) {
     note(work,
          "version 2.0.1 does not tell spectra of several angles apart: each angle has all rows of "
          "the pane",
@@ -81,6 +96,9 @@ void notePane(TransferWork& work, const std::string& identifier, const GlazingDa
   }
   for (const std::string& remark : work.reader().remarks(identifier, pane.ORV_Angle())) {
     note(work, remark, pane);
+  }
+  if (type == DataType::orv3Panes && pane.ORV_Angle() == angles.front()) {
+    noteOtherSpectra(work, identifier, pane, angles);
   }
   noteDirections(work, identifier, pane);
   noteDoubts(work, pane);

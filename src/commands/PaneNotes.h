@@ -5,9 +5,8 @@
 
 namespace orv::commands {
 
-/// Notes what the pane, which was written at one of its `angles` angles, lost on its way, or
-/// gained.
+/// Notes what the pane, which was written at one of its `angles`, lost on its way, or gained.
 void notePane(TransferWork& work, const std::string& identifier, const GlazingData& pane,
-              std::size_t angles);
+              const std::vector<std::int16_t>& angles);
 
 }  // namespace orv::commands

@@ -105,7 +105,7 @@ class PaneTransfer {
           prepare(*pane, database::Existing::refused);
           work_.session().database.InsertPane(*pane, work_.destination());
           work_.wrote(nameOf(*pane), identifier);
-          notePane(work_, identifier, *pane, angles.size());
+          notePane(work_, identifier, *pane, angles);
         },
         {.conflict = [&] { return nameConflict(pane->filename()); },
          .which = [&] { return partOf(identifier, pane.get(), angle, angles.size()); }},
@@ -125,7 +125,7 @@ class PaneTransfer {
                         }
                         if (writeReplacement(identifier, panes)) outcome = Outcome::replaced;
                         for (const PanePtr& pane : panes)
-                          notePane(work_, identifier, *pane, angles.size());
+                          notePane(work_, identifier, *pane, angles);
                       },
                       {.which =
                            [&] {
@@ -207,9 +207,13 @@ class PaneTransfer {
   void fillIntegratedValues(GlazingData& pane) {
     if (!integrator_) return;
     const bool isOfDatabase = work_.records().DataSourcePtr()->ADOConnection() != nullptr;
-    const bool hasOwn = isOfDatabase ? hasIntegratedData(pane) : !lacksIntegratedValues(pane);
-    if (hasOwn) return;
-    if (optics::store(integrator_->integrate(pane), pane) > 0) isIntegrated_ = true;
+    if (isOfDatabase && hasIntegratedData(pane)) return;
+    const auto integration = integrator_->integrate(pane);
+    const int stored =
+        isOfDatabase ? optics::store(integration, pane) : optics::storeMissing(integration, pane);
+    if (stored == 0) return;
+    isIntegrated_ = true;
+    for (const std::string& remark : integration.remarks) tell(remark, pane);
   }
 
   /// In a database this value says that there are no integrated data, so that the pane could be

@@ -1,5 +1,6 @@
 #include "commands/RecordReader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <set>
@@ -85,6 +86,16 @@ std::vector<std::int16_t> RecordReader::spectralAngles(const std::string& identi
     angles.push_back(database::fieldToInteger(rows->value(std::size_t{0})));
   }
   return angles;
+}
+
+std::vector<std::int16_t> RecordReader::dataAngles(const std::string& identifier) const {
+  auto all = angles(identifier);
+  // In version 2.0.1 the spectrum is that of each angle.
+  if (!all.empty() && !isVersion3()) return all;
+  for (const std::int16_t angle : spectralAngles(identifier)) {
+    if (std::ranges::find(all, angle) == all.end()) all.push_back(angle);
+  }
+  return all;
 }
 
 std::vector<std::int32_t> RecordReader::directions(const std::string& identifier,

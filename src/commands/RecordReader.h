@@ -28,6 +28,10 @@ class RecordReader {
   /// other sources.
   std::vector<std::int16_t> spectralAngles(const std::string& identifier) const;
 
+  /// All angles at which a pane has integrated values or a spectrum: `angles`, then what
+  /// `spectralAngles` has besides.
+  std::vector<std::int16_t> dataAngles(const std::string& identifier) const;
+
   /// The directions of incidence of a pane's spectra at an angle, ascending. None for a source
   /// that does not know directions.
   std::vector<std::int32_t> directions(const std::string& identifier, std::int16_t angle) const;

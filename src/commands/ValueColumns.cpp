@@ -59,7 +59,7 @@ bool ValueColumns::fillNext() {
 ValueColumns::RowValues ValueColumns::valuesOf(const std::string& identifier) {
   RowValues values;
   try {
-    const auto angles = reader_.angles(identifier);
+    const auto angles = reader_.dataAngles(identifier);
     const auto pane = reader_.pane(identifier, angles.empty() ? std::int16_t{0} : angles.front());
     const auto computed = integrator_.integrate(*pane);
     for (std::size_t i = 0; i < kNames.size(); ++i) {

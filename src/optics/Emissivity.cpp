@@ -33,7 +33,7 @@ Weights blackBodyWeights(double kelvin) {
 /// Where the wavelengths lie between 5 and 25 µm.
 double partCovered(std::span<const double> wavelengths, double kelvin) {
   if (wavelengths.size() < 2) return 0;
-  return GridWeights(blackBodyWeights(kelvin), wavelengths).coverage().covered;
+  return GridWeights(blackBodyWeights(kelvin), wavelengths).coverage().reached;
 }
 
 double polynomial(double x, std::span<const double> factors) {

@@ -272,14 +272,31 @@ std::vector<std::string_view> valueNames(Standard standard) {
   return names;
 }
 
-int store(const Integration& integration, GlazingData& pane) {
+namespace {
+
+/// Returns how many values there were for the columns that are wanted.
+template <class IsWanted>
+int storeWhere(const Integration& integration, GlazingData& pane, IsWanted isWanted) {
   int stored = 0;
   for (const IntegratedColumn& column : kIntegratedColumns) {
     const auto value = integration[column.name];
-    if (!value) continue;
+    if (!value || !isWanted(column)) continue;
     (pane.*column.pane)(toSingle(*value));
     ++stored;
   }
+  return stored;
+}
+
+}  // namespace
+
+int storeMissing(const Integration& integration, GlazingData& pane) {
+  if (!hasIntegratedData(pane) || lacksIntegratedValues(pane)) return store(integration, pane);
+  return storeWhere(integration, pane,
+                    [&](const auto& column) { return (pane.*column.pane)() == 0; });
+}
+
+int store(const Integration& integration, GlazingData& pane) {
+  const int stored = storeWhere(integration, pane, [](const auto&) { return true; });
   if (stored > 0 && !hasIntegratedData(pane)) pane.Precalc_Rfsol(0);
   if (stored > 0) pane.Precalc_StandardName(std::string(nameOf(integration.standard).name));
   return stored;

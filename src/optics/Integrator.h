@@ -81,5 +81,8 @@ std::vector<std::string_view> valueNames(Standard standard);
 /// Puts the solar, visible and ultraviolet values, where there are any, into the record, with the
 /// name of the standard. Returns how many there were.
 int store(const Integration& integration, GlazingData& pane);
+/// The same only where the record has 0 or no values. It keeps the name of the standard of what it
+/// has.
+int storeMissing(const Integration& integration, GlazingData& pane);
 
 }  // namespace orv::optics

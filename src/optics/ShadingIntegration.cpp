@@ -81,7 +81,7 @@ class Columns {
 
   double mean(Band band, const std::vector<double>& values) const {
     const GridWeights& weights = weights_[static_cast<std::size_t>(band)];
-    return weights.coverage().suffices() ? weights.mean(values) : 0;
+    return weights.coverage().reached >= kLeastCovered ? weights.mean(values) : 0;
   }
 
  private:

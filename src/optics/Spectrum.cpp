@@ -38,6 +38,27 @@ void addMean(Spectrum& to, const Spectrum& from, const std::size_t* first, std::
   }
 }
 
+/// Wavelengths at which there are several points.
+class Doubled {
+ public:
+  void add(double wavelength, std::size_t points) {
+    if (count_++ >= kMost) return;
+    text_ += fmt::format("{}{} points at {} nm", text_.empty() ? "" : ", ", points, wavelength);
+  }
+
+  void remark(std::vector<std::string>& remarks) const {
+    if (count_ == 0) return;
+    const std::string more =
+        count_ > kMost ? fmt::format(", several at {} more", count_ - kMost) : "";
+    remarks.push_back(text_ + more + ", of which the mean is taken");
+  }
+
+ private:
+  static constexpr std::size_t kMost = 3;  ///< are named
+  std::size_t count_ = 0;
+  std::string text_;
+};
+
 void rearrange(Spectrum& spectrum) {
   std::vector<std::size_t> numbers = order(spectrum.wavelengths);
   if (std::erase_if(numbers, [&](std::size_t i) { return !isNumber(spectrum, i); }) > 0) {
@@ -45,14 +66,14 @@ void rearrange(Spectrum& spectrum) {
   }
   Spectrum result;
   result.remarks = std::move(spectrum.remarks);
+  Doubled doubled;
   for (std::size_t i = 0, next = 0; i < numbers.size(); i = next) {
     const double wavelength = spectrum.wavelengths[numbers[i]];
     while (next < numbers.size() && spectrum.wavelengths[numbers[next]] == wavelength) ++next;
     addMean(result, spectrum, &numbers[i], next - i);
-    if (next - i == 1) continue;
-    result.remarks.push_back(
-        fmt::format("{} points at {} nm, of which the mean is taken", next - i, wavelength));
+    if (next - i > 1) doubled.add(wavelength, next - i);
   }
+  doubled.remark(result.remarks);
   spectrum = std::move(result);
 }
 

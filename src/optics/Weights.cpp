@@ -1,6 +1,7 @@
 #include "optics/Weights.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <numeric>
@@ -25,9 +26,10 @@ double tableStep(std::span<const tables::Point> weights, double from, double to)
   return widest;
 }
 
+constexpr double kRounding = 0.01;  // of wavelengths that are kept as 32-bit floats
+
 std::vector<Gap> gapsOf(std::span<const tables::Point> weights,
                         std::span<const double> wavelengths) {
-  constexpr double kRounding = 0.01;  // of wavelengths that are kept as 32-bit floats
   std::vector<Gap> gaps;
   for (std::size_t i = 1; i < wavelengths.size(); ++i) {
     const double from = wavelengths[i - 1];
@@ -37,6 +39,23 @@ std::vector<Gap> gapsOf(std::span<const tables::Point> weights,
     if (step > 0 && to - from > step + kRounding) gaps.push_back({from, to});
   }
   return gaps;
+}
+
+/// The gaps in which a straight line is no measurement any more.
+std::vector<Gap> wideGapsOf(std::span<const double> wavelengths) {
+  constexpr double kMostSteps = 10;
+  std::vector<Gap> gaps;
+  for (std::size_t i = 1; i < wavelengths.size(); ++i) {
+    const double from = wavelengths[i - 1];
+    const double to = wavelengths[i];
+    if (to - from > kMostSteps * measuringStep(from) + kRounding) gaps.push_back({from, to});
+  }
+  return gaps;
+}
+
+bool isIn(std::span<const Gap> gaps, double wavelength) {
+  return std::ranges::any_of(
+      gaps, [&](const Gap& gap) { return wavelength > gap.from && wavelength < gap.to; });
 }
 
 }  // namespace
@@ -53,15 +72,23 @@ std::string told(std::span<const Gap> gaps) {
 }
 
 std::string Coverage::missing() const {
-  std::string text;
-  if (tableBegin < spectrumBegin) {
-    text = fmt::format("{} to {} nm", tableBegin, std::min(spectrumBegin, tableEnd));
+  constexpr std::size_t kMost = 4;
+  std::vector<std::string> ranges;
+  const auto add = [&](double from, double to) {
+    ranges.push_back(
+        fmt::format("{} to {} nm", std::max(from, tableBegin), std::min(to, tableEnd)));
+  };
+  if (tableBegin < spectrumBegin) add(tableBegin, spectrumBegin);
+  for (const Gap& gap : wideGaps) {
+    if (gap.from < tableEnd && gap.to > tableBegin) add(gap.from, gap.to);
   }
-  if (tableEnd > spectrumEnd) {
-    if (!text.empty()) text += " and ";
-    text += fmt::format("{} to {} nm", std::max(spectrumEnd, tableBegin), tableEnd);
+  if (tableEnd > spectrumEnd) add(spectrumEnd, tableEnd);
+  if (ranges.size() > kMost) {
+    const std::size_t more = ranges.size() - kMost + 1;
+    ranges.resize(kMost - 1);
+    ranges.push_back(fmt::format("{} more ranges", more));
   }
-  return text;
+  return fmt::format("{}", fmt::join(ranges, " and "));
 }
 
 Weights trapezoids(std::span<const tables::Point> density, double from, double to) {
@@ -103,6 +130,8 @@ GridWeights::GridWeights(std::span<const tables::Point> weights,
   std::vector<double> shares(wavelengths.size());
   double whole = 0;
   double covered = 0;
+  double reached = 0;
+  std::vector<Gap> wideGaps = wideGapsOf(wavelengths);
   std::size_t last = 0;
   first_ = wavelengths.size();
   for (const tables::Point& point : weights) {
@@ -112,20 +141,24 @@ GridWeights::GridWeights(std::span<const tables::Point> weights,
     first_ = std::min(first_, at.left);
     last = std::max(last, at.left + (at.share > 0 ? 1 : 0));
     whole += point.value;
-    const bool isCovered =
+    const bool isReached =
         point.wavelength >= wavelengths.front() && point.wavelength <= wavelengths.back();
-    if (isCovered) covered += point.value;
+    if (!isReached) continue;
+    reached += point.value;
+    if (!isIn(wideGaps, point.wavelength)) covered += point.value;
   }
   for (double& share : shares) share /= whole;
   using Offset = std::vector<double>::difference_type;
   shares_.assign(shares.begin() + static_cast<Offset>(first_),
                  shares.begin() + static_cast<Offset>(last) + 1);
   coverage_ = {.covered = covered / whole,
+               .reached = reached / whole,
                .tableBegin = weights.front().wavelength,
                .tableEnd = weights.back().wavelength,
                .spectrumBegin = wavelengths.front(),
                .spectrumEnd = wavelengths.back(),
-               .gaps = gapsOf(weights, wavelengths)};
+               .gaps = gapsOf(weights, wavelengths),
+               .wideGaps = std::move(wideGaps)};
 }
 
 double GridWeights::mean(std::span<const double> curve) const {

@@ -56,7 +56,8 @@ std::string told(std::span<const Gap> gaps);
 
 /// How much of a weighting a spectrum covers.
 struct Coverage {
-  double covered = 0;  ///< part of the weight between the spectrum's ends, 0 to 1
+  double covered = 0;  ///< part of the weight at which the spectrum has something, 0 to 1
+  double reached = 0;  ///< part of the weight between the spectrum's ends, wide gaps and all
   double tableBegin = 0;
   double tableEnd = 0;
   double spectrumBegin = 0;
@@ -64,8 +65,11 @@ struct Coverage {
   /// Gaps in the spectrum that are wider than the table's step and than the step at which
   /// spectra are measured: 5 nm below 400 nm, 10 nm below 1000 nm, 50 nm beyond.
   std::vector<Gap> gaps;
+  /// Those that are wider than ten steps of measuring. Weights in them do not count as covered.
+  std::vector<Gap> wideGaps = {};
 
-  /// "300 to 340 nm and 2000 to 2500 nm": what of the table lies beyond the spectrum's ends.
+  /// "300 to 340 nm and 2000 to 2500 nm": what of the table lies beyond the spectrum's ends or in
+  /// its wide gaps.
   std::string missing() const;
   bool suffices() const { return covered >= kLeastCovered; }
 };

@@ -1,4 +1,6 @@
 // The verb `integrate`, and the options of `copy` that go with it.
+#include <functional>
+
 #include "cli/CliTest.h"
 
 namespace orv::test {
@@ -21,6 +23,22 @@ class IntegrateVerbTest : public CliTest {
     return cells;
   }
 
+  /// Every 10 nm where it is wanted, in µm.
+  static std::string rows(
+      int first, int last, const std::string& values,
+      const std::function<bool(int)>& isWanted = [](int) { return true; }) {
+    std::string text;
+    for (int at = first; at <= last; at += 10) {
+      if (isWanted(at)) text += std::to_string(at / 1000.0) + ' ' + values + '\n';
+    }
+    return text;
+  }
+
+  /// A pane that has all values.
+  static std::string measuredText() {
+    return "SI Microns 3 1\nEmis= 0.84 0.84\n" + rows(300, 2500, "0.75 0.0625 0.07");
+  }
+
   static std::string cell(const std::string& text, std::size_t number, const std::string& column) {
     const auto names = line(text, 0);
     const auto found = std::find(names.begin(), names.end(), column);
@@ -30,8 +48,10 @@ class IntegrateVerbTest : public CliTest {
 };
 
 TEST_F(IntegrateVerbTest, ShowsEveryValueOfAPaneInItsColumn) {
-  folder.write("a.txt", "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.837\n0.28 1 0 0.125\n2.5 1 0 0.125\n");
-  folder.write("b.txt", "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.84\n0.38 0.5 0 0\n0.78 0.5 0 0\n");
+  folder.write("a.txt",
+               "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.837\n" +
+                   rows(280, 2500, "1 0 0.125", [](int at) { return at <= 600 || at >= 700; }));
+  folder.write("b.txt", "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.84\n" + rows(380, 780, "0.5 0 0"));
   const Ended run = orv("integrate a.txt --format tsv");
   EXPECT_EQ(run.exit, 0) << run.err;
   EXPECT_EQ(
@@ -42,7 +62,7 @@ TEST_F(IntegrateVerbTest, ShowsEveryValueOfAPaneInItsColumn) {
   EXPECT_EQ(cell(run.out, 1, "name"), "a.txt");
   EXPECT_EQ(cell(run.out, 1, "standard"), "EN 410");
   EXPECT_EQ(cell(run.out, 1, "Tf_dw"), "");
-  EXPECT_EQ(cell(run.out, 1, "note"), "nothing between 280 and 2500 nm");
+  EXPECT_EQ(cell(run.out, 1, "note"), "nothing between 600 and 700 nm");
   EXPECT_NEAR(std::stod(cell(run.out, 1, "Tb_vis")), 1, 1e-12);
   EXPECT_NEAR(std::stod(cell(run.out, 1, "Rb_uv")), 0.125, 1e-12);
   EXPECT_EQ(cell(run.out, 1, "eb"), "0.837");
@@ -61,11 +81,14 @@ TEST_F(IntegrateVerbTest, ShowsEveryValueOfAPaneInItsColumn) {
   EXPECT_NE(json.out.find("\"Ra\": null"), std::string::npos);
   EXPECT_EQ(orv("integrate a.txt --standard en673").exit, 2);
   EXPECT_EQ(orv("integrate a.txt --missing").exit, 2);
-  EXPECT_EQ(orv("integrate a.txt --store").exit, 2);
+  EXPECT_EQ(orv("integrate a.txt --force").exit, 2);
+  const Ended refused = orv("integrate a.txt --store --format json");
+  EXPECT_EQ(refused.exit, 2);
+  EXPECT_EQ(refused.out, "");
 }
 
 TEST_F(IntegrateVerbTest, ComparesWithWhatIsStoredAndStores) {
-  folder.write("a.txt", paneText());
+  folder.write("a.txt", measuredText());
   orv("new db.mdb");
   const Ended copy = orv("copy a.txt db.mdb --group Demo --no-integrate");
   EXPECT_EQ(copy.out, "1 record copied.\n");
@@ -87,7 +110,7 @@ TEST_F(IntegrateVerbTest, ComparesWithWhatIsStoredAndStores) {
 }
 
 TEST_F(IntegrateVerbTest, ACopySaysByWhichStandardItHasComputed) {
-  folder.write("a.txt", paneText());
+  folder.write("a.txt", measuredText());
   orv("new db.mdb");
   const Ended copy = orv("copy a.txt db.mdb --group Demo --standard iso9050");
   EXPECT_EQ(copy.out, "1 record copied. Integrated values of 1 pane computed by ISO 9050.\n");

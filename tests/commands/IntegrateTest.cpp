@@ -1,5 +1,6 @@
 // Integrated values on their way into a database, and into one that has the pane already.
 #include "commands/CommandsTest.h"
+#include "commands/ExportRecords.h"
 #include "commands/IntegrateRecords.h"
 #include "commands/PasteRecords.h"
 #include "model/Raised.h"
@@ -14,10 +15,28 @@ using commands::RecordKind;
 using commands::TextFileKind;
 using optics::Standard;
 
-/// A pane that is grey from `first` to `last`, in µm: T 0.5, Rf 0.25, Rb 0.125 everywhere.
-std::string grey(const char* first, const char* last) {
-  return "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.84\n" + std::string(first) + " 0.5 0.25 0.125\n" +
-         last + " 0.5 0.25 0.125\n";
+/// A pane that is grey from `first` to `last`, in nm: T 0.5, Rf 0.25, Rb 0.125 everywhere.
+std::string grey(int first, int last) {
+  std::string text = "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.84\n";
+  for (int at = first; at <= last; at += 10) {
+    text += std::to_string(at / 1000.0) + " 0.5 0.25 0.125\n";
+  }
+  return text;
+}
+
+/// The same from 280 to 2500 nm as a record.
+std::shared_ptr<SpectralData> greySpectrum() {
+  constexpr std::int32_t kPoints = 223;
+  auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(kPoints - 1);
+  for (std::int32_t i = 0; i < kPoints; ++i) {
+    spectrum->wl(i, 0.28F + 0.01F * static_cast<float>(i));
+    spectrum->Tf(i, 0.5F);
+    spectrum->Tb(i, 0.5F);
+    spectrum->Rf(i, 0.25F);
+    spectrum->Rb(i, 0.125F);
+  }
+  return spectrum;
 }
 
 class IntegrateTest : public CommandsTest {
@@ -54,9 +73,9 @@ class IntegrateTest : public CommandsTest {
 };
 
 TEST_F(IntegrateTest, ACopyComputesWhatATextDoesNotGive) {
-  const auto files = texts(TextFileKind::panes, {{"ir.txt", grey("2.5", "40")},
-                                                 {"visible.txt", grey("0.38", "0.78")},
-                                                 {"whole.txt", grey("0.28", "2.5")}});
+  const auto files = texts(TextFileKind::panes, {{"ir.txt", grey(2500, 40000)},
+                                                 {"visible.txt", grey(380, 780)},
+                                                 {"whole.txt", grey(280, 2500)}});
   const auto first = copy(files);
   EXPECT_EQ(first.summary(), "3 records copied. Integrated values of 2 panes computed by EN 410.");
   EXPECT_EQ(stored(), "1|0|0|0|0|0|0 2|0|0|0|0|0.25|0 3|0|0.5|0.5|0.125|0.25|0.5");
@@ -102,17 +121,7 @@ TEST_F(IntegrateTest, ValuesAreStoredWhereTheyAreMissingOrEverywhereButInFrozenP
     if (transmittance == 0) {
       for (const auto& column : kIntegratedColumns) (pane.get()->*column.pane)(0);
     }
-    auto spectrum = std::make_shared<SpectralData>();
-    spectrum->Allocate(1);
-    spectrum->wl(0, 0.28F);
-    spectrum->wl(1, 2.5F);
-    for (const std::int32_t i : {0, 1}) {
-      spectrum->Tf(i, 0.5F);
-      spectrum->Tb(i, 0.5F);
-      spectrum->Rf(i, 0.25F);
-      spectrum->Rb(i, 0.125F);
-    }
-    pane->SpectralData(spectrum);
+    pane->SpectralData(greySpectrum());
     pane->ORV_Frozen(name == "frozen");
     session.database.InsertPane(*pane, dc);
   };
@@ -130,7 +139,7 @@ TEST_F(IntegrateTest, ValuesAreStoredWhereTheyAreMissingOrEverywhereButInFrozenP
   EXPECT_NEAR(computed[0].stored.at("Tb_vis"), 0.18, 1e-7);
   EXPECT_TRUE(computed[1].stored.empty());
   EXPECT_EQ(computed[2].angle, 60);
-  EXPECT_EQ(computed[2].note(), "nothing between 280 and 2500 nm");
+  EXPECT_EQ(computed[2].note(), "");
   EXPECT_EQ(stored(), "1|0|" + old + " 2|0|" + none + " 2|60|" + none + " 3|0|" + none);
 
   const auto rehearsed = integrate(panes(), {.rehearses = true});
@@ -151,9 +160,58 @@ TEST_F(IntegrateTest, ValuesAreStoredWhereTheyAreMissingOrEverywhereButInFrozenP
   EXPECT_NEAR(written[0].stored.at("Tf_sol"), 0.13, 1e-7) << "what was there";
 }
 
+TEST_F(IntegrateTest, ACopyFillsTheValuesThatAProductDoesNotGiveAndTellsGaps) {
+  std::string rows;
+  for (int at = 300; at <= 2500; at += 10) {
+    if (at > 600 && at < 640) continue;
+    rows += fmt::format(R"({}{{"wavelength": {}, "T": 0.5, "Rf": 0.25, "Rb": 0.125}})",
+                        rows.empty() ? "" : ", ", at / 1000.0);
+  }
+  folder.write("a.json", R"({"name": "a", "measured_data": {"thickness": 4, "conductivity": 1},
+      "integrated_results_summary": [{"calculation_standard_name": "NFRC", "tfsol": 0.75,
+        "rfvis": 0.375}], "spectral_data": {"spectral_data": [)" +
+                             rows + "]}}");
+  const auto node = opener.openAny((folder.path() / "a.json").string());
+  const auto given = copy(node, {.integrateBy = std::nullopt});
+  EXPECT_EQ(given.summary(), "1 record copied.");
+  EXPECT_EQ(stored(), "1|0|0.75|0.75|0|0.375|0");
+  const auto filled = copy(node, {.ifThere = commands::IfThere::replace});
+  EXPECT_EQ(filled.summary(),
+            "0 records copied, 1 replaced. Integrated values of 1 pane computed by EN 410.");
+  EXPECT_EQ(stored(), "1|0|0.75|0.75|0.125|0.375|0.5");
+  EXPECT_THAT(linesOf(filled.notes), ::testing::Contains("nothing between 600 and 640 nm: a"));
+}
+
+TEST_F(IntegrateTest, ASpectrumAtAnAngleWithoutValuesIsIntegratedAndNotCopied) {
+  const auto from = newDatabase("from.mdb");
+  auto& dc = *from->ADOConnection();
+  session.database.InsertPane(*makePane("half", 0), dc);
+  auto oblique = makePane("half", 60);
+  oblique->SpectralData(greySpectrum());
+  session.database.InsertPane(*oblique, dc);
+  for (auto rows = dc.openRecordset("SELECT * FROM Pane_integrated_data WHERE angle = 60",
+                                    store::CursorType::keyset, store::LockType::optimistic);
+       !rows->eof(); rows->moveNext()) {
+    rows->deleteRow();
+  }
+  const auto source = recordSet(from, RecordKind::panes);
+  EXPECT_EQ(linesOf(copy(source).notes),
+            std::vector<std::string>{"the spectrum at 60 degrees, where there are no integrated "
+                                     "values, is not copied: half"});
+  EXPECT_EQ(stored(), "1|0|0.13|0.14|0.12|0.15|0.22");
+  const auto computed = integrate(source);
+  ASSERT_EQ(computed.size(), 2U);
+  EXPECT_EQ(computed[1].angle, 60);
+  EXPECT_NEAR(*computed[1].integration["Rb_sol"], 0.125, 1e-7);
+  const auto exported = commands::exportRecords(
+      session, selectAll(source),
+      {.folder = (folder.path() / "out").string(), .form = commands::ExportForm::json});
+  EXPECT_EQ(exported.files.size(), 2U);
+}
+
 TEST_F(IntegrateTest, WhatCannotBeIntegratedOrStoredIsSaid) {
   const auto files =
-      texts(TextFileKind::panes, {{"bad.txt", "no pane\n"}, {"visible.txt", grey("0.38", "0.78")}});
+      texts(TextFileKind::panes, {{"bad.txt", "no pane\n"}, {"visible.txt", grey(380, 780)}});
   const auto rows = integrate(files);
   ASSERT_EQ(rows.size(), 2U);
   EXPECT_FALSE(rows[0].failure.empty());

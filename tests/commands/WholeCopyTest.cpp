@@ -307,9 +307,9 @@ TEST_F(WholeCopyTest, WhatTheSchemaHasNoPlaceForIsTold) {
                                             "coating name: a.txt", "NFRC id: a.txt"}));
   EXPECT_TRUE(result.notes.list().empty());
   EXPECT_EQ(linesOf(result.zeros),
-            (Lines{"integrated values: a.txt, c.txt", "emissivities: a.txt"}));
-  EXPECT_EQ(result.zeros.counts(), "integrated values (2), emissivities (1)");
-  EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 1 more");
+            (Lines{"integrated values: a.txt, b.txt, c.txt", "emissivities: a.txt"}));
+  EXPECT_EQ(result.zeros.counts(), "integrated values (3), emissivities (1)");
+  EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 2 more");
 }
 
 TEST_F(WholeCopyTest, APictureThatIsATextIsKept) {

@@ -13,6 +13,7 @@ namespace orv::optics {
 namespace {
 
 using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -45,6 +46,22 @@ std::vector<At> even(double first, double last, double step) {
   return points;
 }
 
+/// The same lines with points at every 5 nm between the given ones.
+std::vector<At> filled(const std::vector<At>& corners) {
+  std::vector<At> points{corners.front()};
+  for (std::size_t i = 1; i < corners.size(); ++i) {
+    const At& a = corners[i - 1];
+    const At& b = corners[i];
+    for (double at = a.wavelength + 5; at < b.wavelength; at += 5) {
+      const double share = (at - a.wavelength) / (b.wavelength - a.wavelength);
+      const auto mix = [share](double left, double right) { return left + share * (right - left); };
+      points.push_back({at, mix(a.Tf, b.Tf), mix(a.Tb, b.Tb), mix(a.Rf, b.Rf), mix(a.Rb, b.Rb)});
+    }
+    points.push_back(b);
+  }
+  return points;
+}
+
 /// By hand: a pane that lets through all light up to 450 nm, none from 455 nm on, reflects 0.1 in
 /// front, 0.3 behind, and has an emissivity of 0.837 on the back.
 ///
@@ -58,10 +75,10 @@ std::vector<At> even(double first, double last, double step) {
 /// g        absorbed 1 - 0.1315 - 0.1 = 0.7685; indoors 3.6 + 4.4 = 8 W/(m²·K), outdoors 23:
 ///          0.1315 + 0.7685 * 8/31 = 0.3298226
 TEST(Integration, IsTheSumDoneByHand) {
-  const auto curves = spectrum({{280, 1, 0.5, 0.1, 0.3},
-                                {450, 1, 0.5, 0.1, 0.3},
-                                {455, 0, 0.5, 0.1, 0.3},
-                                {2500, 0, 0.5, 0.1, 0.3}});
+  const auto curves = spectrum(filled({{280, 1, 0.5, 0.1, 0.3},
+                                       {450, 1, 0.5, 0.1, 0.3},
+                                       {455, 0, 0.5, 0.1, 0.3},
+                                       {2500, 0, 0.5, 0.1, 0.3}}));
   const auto result =
       integrate(Standard::en410, curves, {.front = {}, .back = {Coating::bare, 0.837}});
   EXPECT_NEAR(*result["Tf_sol"], 0.1315, 1e-12);
@@ -147,14 +164,45 @@ TEST(Integration, GivesNoValueThatRestsOnTooLittle) {
   EXPECT_TRUE(none.lacksSpectrum);
   EXPECT_FALSE(none["Tf_sol"]);
   EXPECT_EQ(none.find("Tf_sol")->reason, "the pane has no spectrum");
-  const auto dark = integrate(Standard::en410, spectrum({{280, 0, 0, 0, 0}, {2500, 0, 0, 0, 0}}));
+  const auto dark =
+      integrate(Standard::en410, spectrum(filled({{280, 0, 0, 0, 0}, {2500, 0, 0, 0, 0}})));
   EXPECT_EQ(*dark["Tf_sol"], 0);
   EXPECT_FALSE(dark["Ra"]);
 }
 
+TEST(Integration, DoesNotCountWideGapsAsCovered) {
+  const auto ends = integrate(Standard::en410, spectrum({{280, 1, 0, 0, 0}, {2600, 0, 0, 0, 0}}));
+  EXPECT_FALSE(ends["Tf_sol"]);
+  EXPECT_FALSE(ends["L"]);
+  EXPECT_EQ(ends.find("Tf_sol")->covered, 0);
+  EXPECT_THAT(ends.find("Tf_sol")->reason, HasSubstr("; 300 to 2500 nm are missing"));
+
+  // Ten steps are borne; more than a tenth of the sun's weight is between 700 and 1000 nm.
+  const auto coarse = integrate(Standard::en410, spectrum(even(280, 2530, 50)));
+  EXPECT_TRUE(coarse["Tf_uv"] && coarse["Tf_sol"] && coarse["Ra"]);
+  auto holed = even(280, 2500, 5);
+  std::erase_if(holed, [](const At& at) { return at.wavelength > 700 && at.wavelength < 1000; });
+  const auto partly = integrate(Standard::en410, spectrum(holed));
+  EXPECT_TRUE(partly["Tf_vis"].has_value());
+  EXPECT_FALSE(partly["Tf_sol"]);
+  EXPECT_NEAR(partly.find("Tf_sol")->covered, 0.74, 0.05);
+  EXPECT_THAT(partly.find("Tf_sol")->reason, HasSubstr("; 700 to 1000 nm are missing"));
+}
+
+TEST(Integration, NamesThreeDoubledWavelengths) {
+  auto points = even(300, 2500, 5);
+  const auto once = points;
+  points.insert(points.end(), once.begin(), once.begin() + 9);
+  EXPECT_THAT(spectrum(points).remarks,
+              ElementsAre("2 points at 300 nm, 2 points at 305 nm, 2 points at 310 nm, several at "
+                          "6 more, of which the mean is taken"));
+}
+
 TEST(Integration, OfACoarseSpectrumHasColourAllTheSame) {
-  // The two ends alone, a ramp in between. The middle of visible light is near 555 nm.
-  const auto ramp = integrate(Standard::nfrc300, spectrum({{300, 0, 0, 0, 0}, {2500, 1, 0, 0, 0}}));
+  // A ramp with a point every 20 nm. The middle of visible light is near 555 nm.
+  auto points = filled({{300, 0, 0, 0, 0}, {2500, 1, 0, 0, 0}});
+  std::erase_if(points, [](const At& at) { return std::fmod(at.wavelength, 20) != 0; });
+  const auto ramp = integrate(Standard::nfrc300, spectrum(points));
   EXPECT_NEAR(*ramp["Y"], 100 * (555 - 300) / 2200.0, 0.5);
   EXPECT_GT(*ramp["b"], 3);  // more of the long waves is yellow
 }

@@ -1,9 +1,9 @@
 // Panes for the tests of the docks.
 #pragma once
 
-#include <initializer_list>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "model/GlazingData.h"
 
@@ -18,7 +18,7 @@ struct Point {
 
 /// A pane with a spectrum of these points in nanometres; none without points.
 inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16_t angle,
-                                             std::initializer_list<Point> points) {
+                                             const std::vector<Point>& points) {
   auto pane = std::make_shared<GlazingData>();
   pane->filename(name);
   pane->ORV_Angle(angle);
