@@ -23,12 +23,12 @@ class IntegrateVerbTest : public CliTest {
     return cells;
   }
 
-  /// Every 10 nm where it is wanted, in µm.
+  /// Every 5 nm where it is wanted, in µm.
   static std::string rows(
       int first, int last, const std::string& values,
       const std::function<bool(int)>& isWanted = [](int) { return true; }) {
     std::string text;
-    for (int at = first; at <= last; at += 10) {
+    for (int at = first; at <= last; at += 5) {
       if (isWanted(at)) text += std::to_string(at / 1000.0) + ' ' + values + '\n';
     }
     return text;
