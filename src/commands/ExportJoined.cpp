@@ -8,6 +8,7 @@
 #include "commands/ExportWork.h"
 #include "commands/FileCompletion.h"
 #include "commands/SpectraCsv.h"
+#include "model/IntegratedColumns.h"
 #include "productfile/ProductWriter.h"
 #include "textfile/TextFile.h"
 
@@ -72,6 +73,7 @@ JoinedExport exportJoined(Session& session, const sources::RecordSelection& reco
     for (const std::int16_t angle : angles) {
       DataSet& set = ofPane.emplace_back(
           DataSet{identifier, reader.pane(identifier, angle), angles.size() > 1, {}, {}});
+      if (!hasIntegratedData(*set.pane)) set.pane->Precalc_Rfsol(0);  // files have no mark for that
       reader.tellGroup(identifier, *set.pane);
       noteOtherDirections(reader, identifier, *set.pane, result.notKept);
       if (form == ExportForm::json) set.product = productfile::productOf(*set.pane);

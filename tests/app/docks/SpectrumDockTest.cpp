@@ -191,7 +191,11 @@ TEST_F(SpectrumDockTest, ListsStoredAndComputedValues) {
   auto* table = dock_.findChild<IntegratedTable*>();
   dock_.showPanes({makePane("bare", 0, {})});
   EXPECT_FALSE(table->isVisible());
-  auto pane = makePane("a", 0, {{300, 0.8F, 0.1F, 0.1F}, {2500, 0.8F, 0.1F, 0.1F}});
+  std::vector<Point> even;
+  for (float wavelength = 300; wavelength <= 2500; wavelength += 50) {
+    even.push_back({wavelength, 0.8F, 0.1F, 0.1F});
+  }
+  auto pane = makePane("a", 0, even);
   pane->Precalc_Tfvis(0.885F);
   dock_.showPanes({pane});
   EXPECT_TRUE(table->isVisible());
