@@ -174,8 +174,7 @@ void TableCopy::addEntries(RowId row) {
 }
 
 void TableCopy::addEntry(Index& index, RowId row) {
-  const bool hasNull = std::ranges::any_of(
-      index.index->columns, [&](const IndexColumn& key) { return values_[key.column].isNull(); });
+  const bool hasNull = anyNull(*index.index, values_);
   if (hasNull && index.required) {
     source_.refuse(*table_, *index.index, "a row has no value in a column of it");
     index.required = false;

@@ -1,23 +1,14 @@
 #include "store/jet/index/IndexLoader.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstring>
 
-#include "errors/Error.h"
-#include "store/StoreError.h"
 #include "store/jet/index/IndexPageEditor.h"
 
 namespace orv::store::jet {
 
 void IndexLoader::add(std::span<const std::uint8_t> entry) {
-  if (entry.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
-    throw Error(kNotSupported,
-                fmt::format("The values of an index's columns are too long together: their key "
-                            "takes {} bytes.",
-                            entry.size() - IndexPage::kPointerSize));
-  }
+  IndexPageEditor::refuseTooLong(pager_.format(), entry);
   addTo(0, entry);
 }
 

@@ -1,7 +1,12 @@
 #include "store/jet/index/IndexPageEditor.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstring>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
 
 namespace orv::store::jet {
 
@@ -118,6 +123,15 @@ bool IndexPageEditor::fits(std::span<const Bytes> entries) const {
   std::size_t size = prefix;
   for (const Bytes& entry : entries) size += entry.size() - prefix;
   return size <= capacity();
+}
+
+void IndexPageEditor::refuseTooLong(const Format& format, std::span<const std::uint8_t> entry) {
+  if (entry.size() + kChildSize > maxEntrySize(format)) {
+    throw Error(kNotSupported,
+                fmt::format("The values of an index's columns are too long together: their key "
+                            "takes {} bytes.",
+                            entry.size() - kPointerSize));
+  }
 }
 
 std::size_t IndexPageEditor::maxEntrySize(const Format& format) {

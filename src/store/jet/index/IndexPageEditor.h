@@ -38,6 +38,8 @@ class IndexPageEditor : public IndexPage {
   bool fits(std::span<const Bytes> entries) const;
   /// The largest entry of which every page of a format has room for three.
   static std::size_t maxEntrySize(const Format& format);
+  /// Raises kNotSupported for an entry of a leaf that is too long to part the pages above it.
+  static void refuseTooLong(const Format& format, std::span<const std::uint8_t> entry);
 
  private:
   std::size_t commonPrefix(std::span<const Bytes> entries) const;

@@ -1,22 +1,8 @@
 #include "store/jet/index/IndexRun.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
-#include "errors/Error.h"
-#include "store/StoreError.h"
-
 namespace orv::store::jet {
-
-void IndexRun::needShortEntry() const {
-  if (entry_.size() + IndexPage::kChildSize > IndexPageEditor::maxEntrySize(pager_.format())) {
-    throw Error(kNotSupported,
-                fmt::format("The values of an index's columns are too long together: their key "
-                            "takes {} bytes.",
-                            entry_.size() - IndexPage::kPointerSize));
-  }
-}
 
 /// Where the entry belongs on the leaf at hand; none when it belongs, or may belong, on another.
 std::optional<std::size_t> IndexRun::placeOnLeaf() {
@@ -65,7 +51,7 @@ IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row,
   using Change = IndexTree::Change;
   if (hasErased_) finish();
   IndexTree::writeEntry(entry_, key, row);
-  needShortEntry();
+  IndexPageEditor::refuseTooLong(pager_.format(), entry_);
   const std::optional<std::size_t> onLeaf = placeOnLeaf();
   const std::size_t at = onLeaf ? *onLeaf : openLeaf(true);
   if (leaf_->isEntry(at, entry_)) return Change::none;

@@ -33,7 +33,6 @@ class IndexRun {
   void finish();
 
  private:
-  void needShortEntry() const;
   std::optional<std::size_t> placeOnLeaf();
   std::size_t openLeaf(bool widen);
   void rememberEnds();

@@ -10,6 +10,7 @@
 #include "store/jet/catalog/EmptyDatabase.h"
 #include "store/jet/compact/DefinitionEditor.h"
 #include "store/jet/definition/DefinitionPages.h"
+#include "store/jet/repair/Fault.h"
 
 namespace orv::store::jet {
 namespace {
@@ -17,11 +18,6 @@ namespace {
 constexpr PageNumber kFirstFixed = 2;
 constexpr std::array<const char*, 4> kFixedTables = {"MSysObjects", "MSysACEs", "MSysQueries",
                                                      "MSysRelationships"};
-
-std::string faultOf(const Error& error) {
-  const auto* damage = dynamic_cast<const DamagedPage*>(&error);
-  return damage != nullptr ? damage->fault() : error.description();
-}
 
 bool isPossible(ColumnType type) {
   return type >= ColumnType::boolean && type <= ColumnType::extendedDate;

@@ -7,6 +7,7 @@
 
 #include "errors/Error.h"
 #include "store/jet/page/UsageMap.h"
+#include "store/jet/repair/Fault.h"
 #include "store/jet/row/LongValue.h"
 
 namespace orv::store::jet {
@@ -14,12 +15,6 @@ namespace {
 
 constexpr int kMostPointers = 16;
 constexpr std::size_t kMostListed = 20;  // places that are named; the others are counted
-
-/// What is wrong, without the file's name.
-std::string faultOf(const Error& error) {
-  const auto* damage = dynamic_cast<const DamagedPage*>(&error);
-  return damage != nullptr ? damage->fault() : error.description();
-}
 
 }  // namespace
 
