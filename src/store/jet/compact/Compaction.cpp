@@ -40,13 +40,7 @@ TableList readTables(Database& database) {
 
 Compaction::Compaction(const std::string& path, const std::string& password,
                        const CompactProgress& progress)
-    : database_(Database::open(path, password)), progress_(progress) {
-  const Pager& pager = database_->pager();
-  if (!pager.format().writable || pager.engineVersion() > 1) {
-    throw Error(kNotSupported, "'" + pager.path() + "' cannot be compacted: files of format " +
-                                   database_->formatName() + " are only read.");
-  }
-}
+    : database_(openToCopy(path, password, "compacted")), progress_(progress) {}
 
 CompactReport Compaction::writeTo(const std::string& target) {
   NewFile made = NewFile::beside(database_->pager().path(), target);

@@ -2,12 +2,25 @@
 
 #include <fmt/format.h>
 
+#include "errors/Error.h"
+#include "store/StoreError.h"
 #include "store/jet/check/IndexCheck.h"
 #include "store/jet/definition/DefinitionPages.h"
 #include "store/jet/row/LongValue.h"
 #include "store/jet/table/Table.h"
 
 namespace orv::store::jet {
+
+std::shared_ptr<Database> openToCopy(const std::string& path, const std::string& password,
+                                     std::string_view done) {
+  auto database = Database::open(path, password);
+  const Pager& pager = database->pager();
+  if (!pager.format().writable || pager.engineVersion() > 1) {
+    throw Error(kNotSupported, fmt::format("'{}' cannot be {}: files of format {} are only read.",
+                                           pager.path(), done, database->formatName()));
+  }
+  return database;
+}
 
 Bytes CopySource::definition(const TableDefinition& table) {
   return readDefinitionPages(pager_, table.page, table.name).bytes;

@@ -3,14 +3,22 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "store/Value.h"
+#include "store/jet/catalog/Database.h"
 #include "store/jet/definition/TableDefinition.h"
 #include "store/jet/page/Pager.h"
 #include "store/jet/page/RowId.h"
 #include "store/jet/row/Row.h"
 
 namespace orv::store::jet {
+
+/// Opens a database to be written anew. Raises kNotSupported for one of a format that is not
+/// written, saying that it cannot be `done` ("compacted"); and what Database::open() raises.
+std::shared_ptr<Database> openToCopy(const std::string& path, const std::string& password,
+                                     std::string_view done);
 
 /// A sound database: everything is as its maps and pointers say, and damage is raised.
 class CopySource {

@@ -98,17 +98,6 @@ void DefinitionEditor::changeLongValueMaps(
   }
 }
 
-void DefinitionEditor::setRelation(std::size_t position, const LogicalIndex& index) {
-  const auto& x = format_.index;
-  std::uint8_t* block = &bytes_[logical_ + position * x.logicalSize];
-  block[x.logicalRelationType] = index.relationType;
-  store32(block + x.logicalRelationIndex, static_cast<std::uint32_t>(index.relationIndex));
-  store32(block + x.logicalRelationTable, index.relationTable);
-  block[x.logicalCascadeUpdates] = index.cascadeUpdates ? 1 : 0;
-  block[x.logicalCascadeDeletes] = index.cascadeDeletes ? 1 : 0;
-  block[x.logicalType] = static_cast<std::uint8_t>(index.kind);
-}
-
 void DefinitionEditor::changeRelations(const std::function<void(PageNumber&)>& change) {
   for (std::size_t i = 0; i < logicalIndexes_; ++i) {
     std::uint8_t* place =

@@ -30,8 +30,6 @@ class DefinitionEditor {
   /// only the columns can be read.
   static Bytes withoutIndexes(const Format& format, const Bytes& bytes,
                               const TableDefinition& table);
-  /// Lets the index that is `position`th by its name serve the relation that `index` serves.
-  void setRelation(std::size_t position, const LogicalIndex& index);
   /// Gives the page of the other table of each relation to `change`.
   void changeRelations(const std::function<void(PageNumber& table)>& change);
 

@@ -213,22 +213,17 @@ void TableCopy::writeIndex(Index& index) {
   if (!index.keysAreKnown) {
     takeEntriesOver(index);
   }
-  index.entries.sort();
   std::vector<PageNumber> pages;
   IndexLoader loader(target_.pager(), page_, [&] {
     pages.push_back(target_.newPage());
     return pages.back();
   });
-  std::uint32_t keys = 0;
-  for (std::size_t i = 0; i < index.entries.size(); ++i) {
-    if (!index.entries.repeatsKey(i)) {
-      ++keys;
-    } else if (index.unique && !index.entries.hasNull(i)) {
+  const std::uint32_t keys = loader.addAll(index.entries, [&](std::size_t) {
+    if (index.unique) {
       source_.refuse(*table_, *index.index, "several rows have the same values in it");
       index.unique = false;
     }
-    loader.add(index.entries.entry(i));
-  }
+  });
   const PageNumber root = loader.finish();
   editor_.setIndex(index.index->number, root, target_.addMap(pages), keys);
   editor_.allow(index.index->number, !index.unique, !index.required);

@@ -11,11 +11,11 @@
 #include "store/jet/compact/CopySource.h"
 #include "store/jet/compact/CopyTarget.h"
 #include "store/jet/compact/DefinitionEditor.h"
-#include "store/jet/compact/EntrySorter.h"
 #include "store/jet/compact/RowFiller.h"
 #include "store/jet/compact/TableNumbers.h"
 #include "store/jet/definition/DefinitionPages.h"
 #include "store/jet/definition/TableDefinition.h"
+#include "store/jet/index/EntrySorter.h"
 
 namespace orv::store::jet {
 

@@ -44,6 +44,8 @@ std::uint8_t columnFlags(const TableDefinition& table, const Column& column) {
   setIf(column.autoNumber, kAutoNumberFlag);
   setIf(table.systemTable, kSystemColumnFlag);
   setIf(column.securityId, kSecurityIdFlag);
+  setIf(column.autoGuid, kAutoGuidFlag);
+  setIf(column.hyperlink, kHyperlinkFlag);
   return flags;
 }
 
@@ -117,13 +119,20 @@ Bytes logicalIndexBytes(const Format& format, const LogicalIndex& index) {
   store32(&block[x.logicalNumber], index.number);
   store32(&block[x.logicalReal], static_cast<std::uint32_t>(index.realIndex));
   store32(&block[x.logicalRelationIndex], static_cast<std::uint32_t>(index.relationIndex));
-  block[x.logicalCascadeUpdates] = kNoCascade;
-  block[x.logicalCascadeDeletes] = kNoCascade;
+  if (index.relationTable != 0) {
+    block[x.logicalRelationType] = index.relationType;
+    store32(&block[x.logicalRelationTable], index.relationTable);
+    block[x.logicalCascadeUpdates] = index.cascadeUpdates ? 1 : 0;
+    block[x.logicalCascadeDeletes] = index.cascadeDeletes ? 1 : 0;
+  } else {
+    block[x.logicalCascadeUpdates] = kNoCascade;
+    block[x.logicalCascadeDeletes] = kNoCascade;
+  }
   block[x.logicalType] = static_cast<std::uint8_t>(index.kind);
   return block;
 }
 
-/// Where the parts of a definition begin that a new index adds to.
+/// Where the parts of a definition begin that a new tree or named index adds to.
 struct IndexPlaces {
   std::size_t counters;    ///< after the last tree's counters
   std::size_t real;        ///< after the last tree's block
@@ -161,6 +170,10 @@ IndexPlaces findPlaces(const Format& format, const ByteView& bytes, const std::s
   return places;
 }
 
+void insert(Bytes& bytes, std::size_t at, const Bytes& block) {
+  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), block.begin(), block.end());
+}
+
 std::size_t findEnd(const ByteView& bytes, std::size_t longValueMaps) {
   std::size_t at = longValueMaps;
   while (bytes.u16(at) != kNoColumn) {
@@ -186,30 +199,37 @@ Bytes encodeDefinition(const Format& format, const TableDefinition& table) {
     }
   }
   append(bytes, {0xff, 0xff});
+  for (const RealIndex& real : table.realIndexes) {
+    addTree(format, bytes, table, real, 0);
+  }
   for (const LogicalIndex& logical : table.logicalIndexes) {
-    addIndex(format, bytes, table, table.realIndexes[logical.realIndex], logical, 0);
+    addIndexName(format, bytes, table, logical);
   }
   return bytes;
 }
 
-void addIndex(const Format& format, Bytes& definition, const TableDefinition& table,
-              const RealIndex& real, const LogicalIndex& logical, std::uint32_t keyCount) {
+void addTree(const Format& format, Bytes& definition, const TableDefinition& table,
+             const RealIndex& real, std::uint32_t keyCount) {
   const auto& d = format.definition;
   const ByteView view(definition, table.page);
-  const IndexPlaces places = findPlaces(format, view, logical.name);
+  const IndexPlaces places = findPlaces(format, view, "");
   definition.resize(findEnd(view, places.afterNames));
   Bytes counters(d.realIndexEntry);
   store32(&counters[d.realIndexRowCount], keyCount);
   // From the back to the front, so that each place is still where it was.
-  const auto insert = [&](std::size_t at, const Bytes& block) {
-    definition.insert(definition.begin() + static_cast<std::ptrdiff_t>(at), block.begin(),
-                      block.end());
-  };
-  insert(places.name, nameBytes(logical.name));
-  insert(places.logical, logicalIndexBytes(format, logical));
-  insert(places.real, realIndexBytes(format, table, real));
-  insert(places.counters, counters);
+  insert(definition, places.real, realIndexBytes(format, table, real));
+  insert(definition, places.counters, counters);
   store32(&definition[d.realIndexCount], load32(&definition[d.realIndexCount]) + 1);
+}
+
+void addIndexName(const Format& format, Bytes& definition, const TableDefinition& table,
+                  const LogicalIndex& logical) {
+  const auto& d = format.definition;
+  const ByteView view(definition, table.page);
+  const IndexPlaces places = findPlaces(format, view, logical.name);
+  definition.resize(findEnd(view, places.afterNames));
+  insert(definition, places.name, nameBytes(logical.name));
+  insert(definition, places.logical, logicalIndexBytes(format, logical));
   store32(&definition[d.indexCount], load32(&definition[d.indexCount]) + 1);
 }
 

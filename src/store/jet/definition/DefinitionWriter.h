@@ -12,10 +12,13 @@ namespace orv::store::jet {
 /// The bytes of the definition of a table without rows, with all its columns and indexes.
 Bytes encodeDefinition(const Format& format, const TableDefinition& table);
 
-/// Puts one more index into the definition of `table`, leaving all else as it is: its tree
-/// `real`, with `keyCount` different keys, and its name `logical`. Bytes after the definition's
-/// end are cut off.
-void addIndex(const Format& format, Bytes& definition, const TableDefinition& table,
-              const RealIndex& real, const LogicalIndex& logical, std::uint32_t keyCount);
+/// Puts one more tree of an index, with `keyCount` different keys, behind those that the
+/// definition of `table` has, leaving all else as it is. Bytes after the definition's end are cut
+/// off.
+void addTree(const Format& format, Bytes& definition, const TableDefinition& table,
+             const RealIndex& real, std::uint32_t keyCount);
+/// The same with a named index, whose tree the definition has.
+void addIndexName(const Format& format, Bytes& definition, const TableDefinition& table,
+                  const LogicalIndex& logical);
 
 }  // namespace orv::store::jet

@@ -12,6 +12,21 @@ void IndexLoader::add(std::span<const std::uint8_t> entry) {
   addTo(0, entry);
 }
 
+std::uint32_t IndexLoader::addAll(EntrySorter& entries,
+                                  const std::function<void(std::size_t)>& repeated) {
+  entries.sort();
+  std::uint32_t keys = 0;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (!entries.repeatsKey(i)) {
+      ++keys;
+    } else if (!entries.hasNull(i)) {
+      repeated(i);
+    }
+    add(entries.entry(i));
+  }
+  return keys;
+}
+
 void IndexLoader::addTo(std::size_t level, std::span<const std::uint8_t> entry) {
   if (level == levels_.size()) {
     levels_.push_back({.page = newPage_()});

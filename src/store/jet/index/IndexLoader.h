@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "store/Value.h"
+#include "store/jet/index/EntrySorter.h"
 #include "store/jet/page/Pager.h"
 
 namespace orv::store::jet {
@@ -23,6 +24,9 @@ class IndexLoader {
   /// Adds an entry (key bytes and row pointer), greater than all before it. Raises kNotSupported
   /// when it is too long for a page.
   void add(std::span<const std::uint8_t> entry);
+  /// Sorts the entries and adds all of them. Tells `repeated` of each, by its place in their order,
+  /// that has the key of the one before it and no Null. Gives the number of different keys.
+  std::uint32_t addAll(EntrySorter& entries, const std::function<void(std::size_t)>& repeated);
   /// Writes what is left. Gives the root.
   PageNumber finish();
 

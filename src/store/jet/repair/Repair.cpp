@@ -7,6 +7,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/check/FileCheck.h"
+#include "store/jet/compact/CopySource.h"
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/repair/CatalogMending.h"
@@ -17,13 +18,7 @@ namespace orv::store::jet {
 
 Repair::Repair(const std::string& path, const std::string& password,
                const CompactProgress& progress)
-    : database_(Database::open(path, password)), progress_(progress) {
-  const Pager& pager = database_->pager();
-  if (!pager.format().writable || pager.engineVersion() > 1) {
-    throw Error(kNotSupported, "'" + pager.path() + "' cannot be repaired: files of format " +
-                                   database_->formatName() + " are only read.");
-  }
-}
+    : database_(openToCopy(path, password, "repaired")), progress_(progress) {}
 
 CompactReport Repair::writeTo(const std::string& target) {
   Pager& pager = database_->pager();

@@ -8,19 +8,14 @@
 #include "store/StoreError.h"
 #include "store/jet/definition/DefinitionPages.h"
 #include "store/jet/definition/DefinitionWriter.h"
+#include "store/jet/definition/MapRows.h"
 #include "store/jet/index/IndexKey.h"
-#include "store/jet/index/IndexRun.h"
-#include "store/jet/table/TablePlacement.h"
+#include "store/jet/index/IndexLoader.h"
+#include "store/jet/page/PageAllocator.h"
+#include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
 namespace {
-
-struct Entry {
-  Bytes key;
-  RowId row;
-  bool hasNull;
-  auto operator<=>(const Entry&) const = default;
-};
 
 /// The values of the index's columns in a row; those of other columns are left Null.
 std::vector<Value> keyValues(const TableDefinition& table, const RealIndex& index,
@@ -42,61 +37,67 @@ std::string describeValues(const RealIndex& index, std::span<const Value> values
   return text;
 }
 
-[[noreturn]] void refuse(const TableDefinition& table, const std::string& why) {
-  throw Error(kDuplicateKey, fmt::format("Index '{}' of table '{}' was not made, since {}.",
-                                         table.logicalIndexes.back().name, table.name, why));
+[[noreturn]] void refuse(const TableDefinition& table, const RealIndex& index,
+                         const std::string& why) {
+  const auto name = std::ranges::find(table.logicalIndexes, index.number, &LogicalIndex::realIndex);
+  throw Error(kDuplicateKey,
+              fmt::format("Index '{}' of table '{}' was not made, since {}.",
+                          name == table.logicalIndexes.end() ? "" : name->name, table.name, why));
 }
 
-std::vector<Entry> sortedEntries(const Table& table, const TableDefinition& definition,
-                                 const RealIndex& index) {
-  std::vector<Entry> entries;
+EntrySorter entriesOf(const Table& table, const TableDefinition& definition,
+                      const RealIndex& index) {
+  EntrySorter entries;
   for (TableScan scan = table.scan(); scan.next();) {
     const std::vector<Value> values = keyValues(definition, index, scan.row());
     const bool hasNull = anyNull(index, values);
     if (hasNull && index.required) {
-      refuse(definition, fmt::format("a row has no value in a column of it ({})",
-                                     describeValues(index, values)));
+      refuse(
+          definition, index,
+          fmt::format("a row has no value in a column of it ({})", describeValues(index, values)));
     }
     if (hasEntry(index, values)) {
-      entries.push_back({makeKey(definition, index, values), scan.rowId(), hasNull});
+      entries.add(scan.rowId(), hasNull, [&](Bytes& bytes) {
+        const Bytes key = makeKey(definition, index, values);
+        bytes.insert(bytes.end(), key.begin(), key.end());
+      });
     }
   }
-  std::sort(entries.begin(), entries.end());
   return entries;
-}
-
-/// The number of different keys. Refuses rows that a unique index does not allow.
-std::uint32_t countKeys(const Table& table, const TableDefinition& definition,
-                        const RealIndex& index, const std::vector<Entry>& entries) {
-  std::uint32_t count = 0;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (i == 0 || entries[i].key != entries[i - 1].key) {
-      ++count;
-    } else if (index.unique && !entries[i].hasNull) {
-      const auto row = table.row(entries[i].row);
-      refuse(definition,
-             fmt::format("several rows have the same values ({})",
-                         row ? describeValues(index, keyValues(definition, index, *row)) : ""));
-    }
-  }
-  return count;
 }
 
 }  // namespace
 
+std::uint32_t buildTree(const Table& table, const TableDefinition& definition, RealIndex& index) {
+  Pager& pager = table.pager();
+  EntrySorter entries = entriesOf(table, definition, index);
+  index.ownedPages = MapRows(pager, definition).add();
+  PageAllocator allocator(pager);
+  UsageMap pages(pager, index.ownedPages);
+  IndexLoader loader(pager, definition.page, [&] {
+    const PageNumber page = allocator.allocate();
+    pages.add(page);
+    return page;
+  });
+  const std::uint32_t keys = loader.addAll(entries, [&](std::size_t i) {
+    if (index.unique) {
+      const auto row = table.row(entries.row(i));
+      refuse(definition, index,
+             fmt::format("several rows have the same values ({})",
+                         row ? describeValues(index, keyValues(definition, index, *row)) : ""));
+    }
+  });
+  index.root = loader.finish();
+  return keys;
+}
+
 void buildLastIndex(const Table& table, TableDefinition& definition) {
   Pager& pager = table.pager();
   RealIndex& index = definition.realIndexes.back();
-  const std::vector<Entry> entries = sortedEntries(table, definition, index);
-  const std::uint32_t keyCount = countKeys(table, definition, index, entries);
-  placeIndex(pager, table.definition(), index);
-  IndexRun run(pager, index, definition.page);
-  for (const Entry& entry : entries) {
-    run.insert(entry.key, entry.row);
-  }
+  const std::uint32_t keys = buildTree(table, definition, index);
   DefinitionPages pages = readDefinitionPages(pager, definition.page, definition.name);
-  addIndex(pager.format(), pages.bytes, definition, index, definition.logicalIndexes.back(),
-           keyCount);
+  addTree(pager.format(), pages.bytes, definition, index, keys);
+  addIndexName(pager.format(), pages.bytes, definition, definition.logicalIndexes.back());
   writeDefinitionPages(pager, definition.page, pages);
   definition.morePages = std::move(pages.more);
 }

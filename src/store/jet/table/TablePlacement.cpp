@@ -8,6 +8,17 @@
 #include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
+namespace {
+
+/// Gives a new index its map and an empty root.
+void placeIndex(Pager& pager, const TableDefinition& table, RealIndex& index) {
+  index.ownedPages = MapRows(pager, table).add();
+  index.root = PageAllocator(pager).allocate();
+  UsageMap(pager, index.ownedPages).add(index.root);
+  IndexTree::initializeRoot(pager, index.root, table.page);
+}
+
+}  // namespace
 
 void placeTable(Pager& pager, TableDefinition& table) {
   MapRows maps(pager, table);
@@ -25,13 +36,6 @@ void placeTable(Pager& pager, TableDefinition& table) {
   DefinitionPages definition{encodeDefinition(pager.format(), table), {}};
   writeDefinitionPages(pager, table.page, definition);
   table.morePages = std::move(definition.more);
-}
-
-void placeIndex(Pager& pager, const TableDefinition& table, RealIndex& index) {
-  index.ownedPages = MapRows(pager, table).add();
-  index.root = PageAllocator(pager).allocate();
-  UsageMap(pager, index.ownedPages).add(index.root);
-  IndexTree::initializeRoot(pager, index.root, table.page);
 }
 
 }  // namespace orv::store::jet

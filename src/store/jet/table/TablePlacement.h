@@ -10,7 +10,4 @@ namespace orv::store::jet {
 /// first page `table.page` names. Needs a transaction.
 void placeTable(Pager& pager, TableDefinition& table);
 
-/// Gives a new index of `table` its map and an empty root. Needs a transaction.
-void placeIndex(Pager& pager, const TableDefinition& table, RealIndex& index);
-
 }  // namespace orv::store::jet

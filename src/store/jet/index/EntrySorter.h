@@ -27,6 +27,7 @@ class EntrySorter {
   std::span<const std::uint8_t> entry(std::size_t i) const {
     return std::span(bytes_).subspan(entries_[i].begin, entries_[i].size);
   }
+  RowId row(std::size_t i) const;
   /// Whether an entry has the key of the one before it.
   bool repeatsKey(std::size_t i) const;
   /// Whether one of the values of the entry is Null.

@@ -1,4 +1,4 @@
-#include "store/jet/compact/EntrySorter.h"
+#include "store/jet/index/EntrySorter.h"
 
 #include <algorithm>
 #include <cstring>
@@ -34,6 +34,11 @@ void EntrySorter::sort() {
               [this](const Entry& a, const Entry& b) { return isBefore(a, b); });
     inOrder_ = true;
   }
+}
+
+RowId EntrySorter::row(std::size_t i) const {
+  const auto pointer = entry(i).last(IndexPage::kPointerSize);
+  return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};
 }
 
 bool EntrySorter::repeatsKey(std::size_t i) const {
