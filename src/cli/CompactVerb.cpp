@@ -13,7 +13,8 @@ class CompactVerb : public Verb {
   explicit CompactVerb(CLI::App& app)
       : Verb(app, "compact", "Write a database into a new file without free space",
              "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
-             "  orv compact damaged.mdb saved.mdb --repair\n") {
+             "  orv compact damaged.mdb saved.mdb --repair\n  orv compact access97.mdb new.mdb "
+             "--jet4\n") {
     command().add_option("FILE", request_.path, "The database")->required()->type_name("");
     command()
         .add_option("NEW", request_.target, "File to make; one that is there is never replaced")
@@ -26,8 +27,15 @@ class CompactVerb : public Verb {
             "--no-backup", [this] { request_.keepsBackup = false; },
             "With --in-place: do not keep the old file")
         ->needs(inPlace);
-    command().add_flag("--repair", request_.isRepair,
-                       "Take what can be read of a damaged database, and tell what is lost");
+    CLI::Option* repair = command().add_flag_callback(
+        "--repair", [this] { request_.work = Work::repair; },
+        "Take what can be read of a damaged database, and tell what is lost");
+    command()
+        .add_flag_callback(
+            "--jet4", [this] { request_.work = Work::convert; },
+            "Make a file of Access 2000 to 2003 of one of Access 97; with --force also where "
+            "forms, reports, macros and modules are left out")
+        ->excludes(repair);
     password_.addTo(command());
     addForce(command(), answers_.force);
     addQuiet(command(), answers_.quiet);
@@ -37,9 +45,13 @@ class CompactVerb : public Verb {
     if (inPlace_ == !request_.target.empty()) {
       throw wrongUse("Either the name of a new file or --in-place has to be given.");
     }
-    if (inPlace_ && request_.isRepair) {
-      throw wrongUse("A repair never takes the place of the damaged file: name a new one.");
+    if (inPlace_ && request_.work != Work::compact) {
+      throw wrongUse(
+          request_.work == Work::repair
+              ? "A repair never takes the place of the damaged file: name a new one."
+              : "A converted file never takes the place of the old one: name a new one.");
     }
+    if (answers_.force) request_.losses = store::Losses::accept;
     console.ui.answers(answers_);
     const auto result = opening([&] {
       return password_.use([&](const std::string& password) {
@@ -53,11 +65,16 @@ class CompactVerb : public Verb {
   }
 
  private:
+  using Work = commands::CompactRequest::Work;
+
   void writeSummary(const commands::CompactResult& result) const {
     for (const std::string& line : commands::describeSalvage(result.report)) {
       std::cout << line << '\n';
     }
-    std::cout << (request_.isRepair ? "Repaired " : "Compacted ") << request_.path;
+    std::cout << (request_.work == Work::repair    ? "Repaired "
+                  : request_.work == Work::convert ? "Converted "
+                                                   : "Compacted ")
+              << request_.path;
     if (!inPlace_) std::cout << " into " << result.target;
     std::cout << ", " << commands::describe(result.report) << ".\n";
     if (!result.backup.empty()) std::cout << "The old file is " << result.backup << ".\n";

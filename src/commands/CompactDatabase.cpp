@@ -36,6 +36,24 @@ std::string counted(std::size_t count, const char* one, const char* several) {
   return fmt::format("{} {}", count, count == 1 ? one : several);
 }
 
+const char* nameOf(CompactRequest::Work work) {
+  return work == CompactRequest::Work::repair    ? "Repairing..."
+         : work == CompactRequest::Work::convert ? "Converting..."
+                                                 : "Compacting...";
+}
+
+store::CompactReport writeNew(const CompactRequest& request, const std::string& password,
+                              const store::CompactProgress& progress) {
+  switch (request.work) {
+    case CompactRequest::Work::repair:
+      return store::repairFile(request.path, password, request.target, progress);
+    case CompactRequest::Work::convert:
+      return store::convertFile(request.path, password, request.target, request.losses, progress);
+    default:
+      return store::compactFile(request.path, password, request.target, progress);
+  }
+}
+
 }  // namespace
 
 CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui) {
@@ -54,17 +72,15 @@ CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui) 
     refuseSemicolon(request.target);
     result.target = request.target;
   }
-  const LongWork work(ui, request.isRepair ? "Repairing..." : "Compacting...");
+  const LongWork work(ui, nameOf(request.work));
   const auto progress = [&](std::size_t done, std::size_t pages) {
     ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
     if (ui.cancelled()) throw std::runtime_error("The work was cancelled, and no file was made.");
   };
   result.report = withPasswordOfIgdb(request.password, [&](const std::string& password) {
-    if (request.target.empty()) {
-      return store::compactInPlace(request.path, password, result.backup, progress);
-    }
-    return request.isRepair ? store::repairFile(request.path, password, request.target, progress)
-                            : store::compactFile(request.path, password, request.target, progress);
+    return request.target.empty()
+               ? store::compactInPlace(request.path, password, result.backup, progress)
+               : writeNew(request, password, progress);
   });
   return result;
 }

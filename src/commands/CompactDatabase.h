@@ -1,4 +1,4 @@
-// Compacting and repairing a database, as a command.
+// Compacting, repairing and converting a database, as a command.
 #pragma once
 
 #include <string>
@@ -9,13 +9,19 @@
 
 namespace orv::commands {
 
-/// What is to be compacted, and where to.
+/// What is to be written anew, and where to.
 struct CompactRequest {
+  enum class Work {
+    compact,
+    repair,   ///< take what can be read of a damaged file; into a new one
+    convert,  ///< of format Jet 3, into a new one of Jet 4
+  };
   std::string path;
   std::string password{};
   std::string target{};     ///< the new file; empty: in place of the old one
   bool keepsBackup = true;  ///< in place: whether the old file is kept beside the new one
-  bool isRepair = false;    ///< take what can be read of a damaged file; into a new one
+  Work work = Work::compact;
+  store::Losses losses = store::Losses::refuse;  ///< of what Jet 4 cannot hold
 };
 
 struct CompactResult {
@@ -30,7 +36,7 @@ struct CompactResult {
 /// std::runtime_error when the user ends it; then everything is as before.
 CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui);
 
-/// What a repair has saved, and what it has lost and where, a line each.
+/// What a repair has saved, and what it or a conversion has lost and where, a line each.
 std::vector<std::string> describeSalvage(const store::CompactReport& report);
 
 /// "3.0 MB to 1.2 MB: 14 tables, 2,345 rows, 20 indexes"

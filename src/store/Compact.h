@@ -29,6 +29,18 @@ CompactReport compactFile(const std::string& path, const std::string& password,
 CompactReport repairFile(const std::string& path, const std::string& password,
                          const std::string& target, const CompactProgress& progress = {});
 
+/// Writes a database of format Jet 3 (of Access 97) into a new file of format Jet 4 at `target`:
+/// its tables with their rows, properties, indexes and last automatic numbers, its relations and
+/// saved queries, the password. Texts are Unicode there, and indexes have the order of Jet 4. What
+/// cannot be kept (forms, reports, macros, modules; an index in an order that is not known) is
+/// listed as lost; unless `losses` accepts that, it raises kNotSupported, which names it, and no
+/// file is made.
+///
+/// Raises what compactFile() raises, and kNotSupported for a file that is not of format Jet 3.
+CompactReport convertFile(const std::string& path, const std::string& password,
+                          const std::string& target, Losses losses,
+                          const CompactProgress& progress = {});
+
 /// The same as compactFile(), after which the new file takes the place of the old one, in one
 /// moment; `backup`, if it is not empty, is where a copy of the old one is then, and must be free.
 /// Nobody can change the file meanwhile; programs that have it open notice that it was replaced.

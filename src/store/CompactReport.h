@@ -24,6 +24,9 @@ struct SalvagedTable {
   bool isWhole() const { return rowsLost == 0 && pagesLost == 0 && valuesCut == 0 && lost.empty(); }
 };
 
+/// Whether a conversion may leave out what the new format cannot hold.
+enum class Losses { refuse, accept };
+
 struct CompactReport {
   std::uint64_t sizeBefore = 0;  ///< bytes of the file
   std::uint64_t sizeAfter = 0;   ///< of the new one
@@ -35,10 +38,11 @@ struct CompactReport {
 
   // Of a repair:
   std::vector<SalvagedTable> salvaged{};  ///< the tables of which there is something to say
-  std::vector<std::string> lost{};        ///< what is lost besides: whole tables, queries
+  // Of a repair and a conversion:
+  std::vector<std::string> lost{};  ///< what is lost besides: whole tables, queries; forms
   std::vector<std::string> notes{};
 
-  /// Whether a repair has lost nothing.
+  /// Whether nothing is lost.
   bool isWhole() const {
     return lost.empty() && std::ranges::all_of(salvaged, &SalvagedTable::isWhole);
   }

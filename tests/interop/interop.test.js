@@ -154,22 +154,31 @@ function orNull(read) {
   }
 }
 
+/** Without the bytes that stand for no character in a code page: readers differ in those. */
+const withoutUndefined = (text) => text.replace(/[?\ufffd\u0080-\u009f]/g, '');
+
 for (const part of ['access', 'foreign', 'sources']) {
   const inPart = join(kCorpus, part);
   const files = existsSync(inPart) ? readdirSync(inPart) : [];
-  for (const file of files.filter((name) => name.endsWith('.mdb') && !/V1997|nwind/.test(name))) {
-    test(`${file}, compacted`, () => {
+  for (const file of files.filter((name) => name.endsWith('.mdb'))) {
+    const isJet3 = /V1997|nwind/.test(file);
+    test(`${file}, ${isJet3 ? 'converted' : 'compacted'}`, () => {
       const [before, after] = [join(inPart, file), join(folder, `compact-${file}`)];
-      runOrv(
-          'compact', before, after,
-          ...(file.startsWith('password') ? ['--password', 'password'] : []));
+      const options = [
+        ...(file.startsWith('password') ? ['--password', 'password'] : []),
+        ...(isJet3 ? ['--jet4', '--force'] : []),
+      ];
+      // Forms and the like are lost where a file is converted.
+      const {status} = spawnSync(process.env.ORV, ['compact', before, after, ...options]);
+      assert.equal(status, file === 'nwind.mdb' ? 1 : 0);
       const tables = tablesOf(before);
       assert.deepEqual(new Set(tablesOf(after).keys()), new Set(tables.keys()));
+      const seen = isJet3 ? withoutUndefined : (text) => text;
       for (const reader of [mdbtools, mdbReader]) {
         for (const [table, types] of tables) {
           // mdbtools has moved rows where they were moved to.
           const rows = (path) =>
-              readable(reader, path, table, types).map((row) => JSON.stringify(row)).sort();
+              readable(reader, path, table, types).map((row) => seen(JSON.stringify(row))).sort();
           const expected = orNull(() => rows(before));
           if (expected) assert.deepEqual(rows(after), expected, `${reader.name}: ${table}`);
         }

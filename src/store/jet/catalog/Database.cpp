@@ -47,22 +47,6 @@ std::map<std::string, std::weak_ptr<Database>>& openDatabases() {
   return databases;
 }
 
-std::string storedPassword(const Pager& pager) {
-  const Format& format = pager.format();
-  Bytes password(&pager.header()[format.header.password],
-                 &pager.header()[format.header.password + format.header.passwordSize]);
-  if (format.header.passwordMaskedByDate) {
-    const double date = std::bit_cast<double>(load64(&pager.header()[format.header.creationDate]));
-    constexpr double kEndOfDates = 2'958'466;  // 1 January 10000
-    const auto days = std::abs(date) < kEndOfDates ? static_cast<std::int32_t>(date) : 0;
-    for (std::size_t i = 0; i < password.size(); ++i) {
-      password[i] ^= static_cast<std::uint8_t>(days >> (8 * (i % 4)));
-    }
-  }
-  std::string text = format.unicodeText ? utf8FromUtf16(password) : decodeText(pager, password);
-  return text.substr(0, text.find('\0'));
-}
-
 }  // namespace
 
 std::shared_ptr<Database> Database::open(const std::string& path, const std::string& password) {
@@ -87,8 +71,25 @@ std::shared_ptr<Database> Database::overMemory(Bytes& content, const std::string
 
 Database::Database(std::shared_ptr<Pager> pager) : pager_(std::move(pager)) {}
 
+std::string Database::storedPassword() const {
+  const Pager& pager = *pager_;
+  const Format& format = pager.format();
+  Bytes password(&pager.header()[format.header.password],
+                 &pager.header()[format.header.password + format.header.passwordSize]);
+  if (format.header.passwordMaskedByDate) {
+    const double date = std::bit_cast<double>(load64(&pager.header()[format.header.creationDate]));
+    constexpr double kEndOfDates = 2'958'466;  // 1 January 10000
+    const auto days = std::abs(date) < kEndOfDates ? static_cast<std::int32_t>(date) : 0;
+    for (std::size_t i = 0; i < password.size(); ++i) {
+      password[i] ^= static_cast<std::uint8_t>(days >> (8 * (i % 4)));
+    }
+  }
+  std::string text = format.unicodeText ? utf8FromUtf16(password) : decodeText(pager, password);
+  return text.substr(0, text.find('\0'));
+}
+
 void Database::checkPassword(const std::string& password) const {
-  const std::string stored = storedPassword(*pager_);
+  const std::string stored = storedPassword();
   if (stored.empty() || stored == password) {
     return;
   }

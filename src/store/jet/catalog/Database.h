@@ -63,6 +63,8 @@ class Database {
   Pager& pager() const { return *pager_; }
   const std::shared_ptr<Pager>& sharedPager() const { return pager_; }
   const Format& format() const { return pager_->format(); }
+  /// The password that the file asks for; empty for none.
+  std::string storedPassword() const;
   /// "Jet 4", "ACE (Access 2007)", ...
   std::string formatName() const;
 

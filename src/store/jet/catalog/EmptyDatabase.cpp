@@ -10,6 +10,7 @@
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
 #include "store/jet/page/Rc4.h"
+#include "store/jet/page/Text.h"
 #include "store/jet/page/UsageMap.h"
 #include "store/jet/table/TablePlacement.h"
 
@@ -30,10 +31,12 @@ constexpr std::uint16_t kSecurityMask = 0x32a5;
 
 constexpr std::uint32_t kSystemObject = 0x80000000;
 
-/// The password field of a file that has none: the mask itself, days of the date.
-void writeNoPassword(std::uint8_t* field) {
-  for (std::size_t i = 0; i < kJet4.header.passwordSize; i += 4) {
-    store32(field + i, static_cast<std::uint32_t>(kHeaderDate));
+/// The password under its mask, days of the date; of a file that has none, the mask itself.
+void writePassword(std::uint8_t* field, const std::string& password) {
+  Bytes text = utf16Bytes(password);
+  text.resize(kJet4.header.passwordSize);
+  for (std::size_t i = 0; i < text.size(); i += 4) {
+    store32(field + i, load32(&text[i]) ^ static_cast<std::uint32_t>(kHeaderDate));
   }
 }
 
@@ -46,7 +49,7 @@ void writeCommitMarks(std::uint8_t* header) {
   }
 }
 
-void writeHeader(std::span<std::uint8_t> page) {
+void writeHeader(std::span<std::uint8_t> page, const FileSettings& settings) {
   constexpr std::string_view kName = "Standard Jet DB";
   constexpr std::string_view kCreatedBy = "4.0";
   constexpr std::size_t kJet4Version = 1;
@@ -64,7 +67,8 @@ void writeHeader(std::span<std::uint8_t> page) {
   store32(header + 0x28, kQueriesPage);
   store32(header + 0x2c, kRelationshipsPage);
   store16(header + kJet4.header.codePage, kWesternCodePage);
-  writeNoPassword(header + kJet4.header.password);
+  store32(header + kJet4.header.encodingKey, settings.encodingKey);
+  writePassword(header + kJet4.header.password, settings.password);
   store32(header + 0x6a, kEngineBuild);
   store16(header + kJet4.header.sortOrder, SortOrder{}.language);
   store64(header + kJet4.header.creationDate, std::bit_cast<std::uint64_t>(kHeaderDate));
@@ -208,9 +212,9 @@ void addPermissions(CatalogWriter& catalog) {
 
 }  // namespace
 
-Bytes emptyDatabase() {
+Bytes emptyDatabase(const FileSettings& settings) {
   Bytes content(kFirstFreePage * kJet4.pageSize);
-  writeHeader(std::span(content).first(kJet4.pageSize));
+  writeHeader(std::span(content).first(kJet4.pageSize), settings);
   const std::shared_ptr<Pager> pager = Pager::overMemory(content, "(memory)");
   Transaction transaction(*pager);
   writePageMaps(*pager);

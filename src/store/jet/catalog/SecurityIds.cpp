@@ -14,7 +14,7 @@ SecurityIds SecurityIds::of(const Table& objects) {
     }
     const Value value = scan.row().value(definition.columns[*owner]);
     const Bytes* bytes = value.getIf<Bytes>();
-    if (bytes != nullptr && bytes->size() == 2) {
+    if (bytes != nullptr && bytes->size() == kSize) {
       const Bytes unhidden = SecurityIds(0).engine();
       return SecurityIds(
           static_cast<std::uint16_t>(load16(bytes->data()) ^ load16(unhidden.data())));
@@ -24,7 +24,7 @@ SecurityIds SecurityIds::of(const Table& objects) {
 }
 
 Bytes SecurityIds::hidden(std::uint16_t id) const {
-  Bytes bytes(2);
+  Bytes bytes(kSize);
   store16(bytes.data(), static_cast<std::uint32_t>(id ^ mask_));
   return bytes;
 }

@@ -17,6 +17,12 @@ class SecurityIds {
   /// is none.
   static SecurityIds of(const Table& objects);
 
+  static constexpr std::size_t kSize = 2;
+  /// An id of this file, of kSize bytes, as another file hides it.
+  Bytes translate(const Bytes& id, const SecurityIds& other) const {
+    return other.hidden(static_cast<std::uint16_t>(load16(id.data()) ^ mask_));
+  }
+
   Bytes users() const { return hidden(0x0102); }    ///< the group of all users
   Bytes engine() const { return hidden(0x0302); }   ///< owns the system tables
   Bytes creator() const { return hidden(0x0402); }  ///< stands for whoever makes an object

@@ -5,9 +5,9 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/jet/check/FileCheck.h"
 #include "store/jet/compact/CopySource.h"
 #include "store/jet/compact/CopyTarget.h"
+#include "store/jet/compact/Soundness.h"
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/compact/TableNumbers.h"
 #include "store/jet/file/NewFile.h"
@@ -72,7 +72,8 @@ CompactReport Compaction::copyInto(std::unique_ptr<File> file, const std::string
   report.sizeBefore = pager.fileSize();
   const std::size_t expected = pager.pageCount();
   const std::size_t work = (check ? 3 : 2) * expected;
-  refuseDamaged(work);
+  refuseDamaged(database_, "compacted",
+                "Repair it into a new file (orv compact FILE NEW --repair).", stage(0, work));
   const PageRef header = pager.read(0);
   CopyTarget target(std::move(file), path, {header.data(), header.size()}, [&](std::size_t pages) {
     if (progress_ && pages % kPagesPerReport == 0) {
@@ -90,42 +91,19 @@ CompactReport Compaction::copyInto(std::unique_ptr<File> file, const std::string
   }
   target.finish();
   if (check) {
-    refuseUnsound(target, 2 * expected, work);
+    refuseUnsound(target.sharedPager(), pager.path(), "compacted", stage(2 * expected, work));
   }
   report.sizeAfter = target.pager().fileSize();
   return report;
 }
 
-/// The copy takes what the maps and the catalogue name. Of a damaged file that may not be all, and
-/// the copy would be without a fault.
-void Compaction::refuseDamaged(std::size_t all) {
-  const CheckProgress progress = [&](std::size_t pages, std::size_t) {
-    if (progress_) progress_(std::min(pages, all), all);
-  };
-  const CheckReport report = FileCheck(database_, progress).run();
-  if (!report.sound()) {
-    throw Error(kCorruptFile,
-                "'" + database_->pager().path() +
-                    "' is damaged, and was not compacted, since rows could be lost: " +
-                    report.faults.front().toText() +
-                    " Repair it into a new file (orv compact FILE NEW --repair).");
-  }
-}
-
-/// What is to take the place of a file is looked at before.
-void Compaction::refuseUnsound(CopyTarget& target, std::size_t done, std::size_t all) {
-  const CheckProgress progress = [&](std::size_t pages, std::size_t) {
+/// The progress of a check that begins when `done` of all pages are done.
+CheckProgress Compaction::stage(std::size_t done, std::size_t all) const {
+  return [this, done, all](std::size_t pages, std::size_t) {
     if (progress_) {
       progress_(std::min(done + pages, all), all);
     }
   };
-  const CheckReport report = FileCheck(Database::over(target.sharedPager()), progress).run();
-  if (!report.sound()) {
-    throw Error(kStoreFailure, "'" + database_->pager().path() +
-                                   "' was not compacted: the new file would have had a fault, and "
-                                   "the old one is as it was. " +
-                                   report.faults.front().toText());
-  }
 }
 
 /// Copies the file, which nobody changes, as it is.

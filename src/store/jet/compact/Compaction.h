@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "store/CheckReport.h"
 #include "store/CompactReport.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/compact/CopyTarget.h"
@@ -20,8 +21,7 @@ class Compaction {
 
  private:
   CompactReport copyInto(std::unique_ptr<File> file, const std::string& path, bool check);
-  void refuseDamaged(std::size_t all);
-  void refuseUnsound(CopyTarget& target, std::size_t done, std::size_t all);
+  CheckProgress stage(std::size_t done, std::size_t all) const;
   void backUp(const std::string& path);
 
   std::shared_ptr<Database> database_;
