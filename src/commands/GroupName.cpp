@@ -25,7 +25,9 @@ void GroupName::settle(std::string name) {
 std::optional<std::string> GroupName::choose() {
   while (!settled_) {
     std::string name = session_.ui.input(
-        {"Supply a new groupname for all of these records:", kProductName, remembered_});
+        {"Supply a new groupname for all of these records:", kProductName, remembered_,
+         "The group that the records are put into. Names that begin with TARVEN, REMOVED or IGDB "
+         "are reserved."});
     if (name.empty()) return std::nullopt;
     const std::string refusal = groupNameRefusal(name, session_.strictGroupNames);
     if (refusal.empty()) {

@@ -4,8 +4,22 @@
 
 #include "commands/ErrorText.h"
 #include "commands/TolerantOffer.h"
+#include "store/StoreError.h"
 
 namespace orv::commands {
+
+namespace {
+
+InputRequest passwordRequest(const std::string& prompt) {
+  return {.prompt = prompt,
+          .title = kProductName,
+          .help =
+              "The database password that the file was given in Access. It is kept in memory "
+              "until the program ends, for the next database that has the same.",
+          .isSecret = true};
+}
+
+}  // namespace
 
 OpenCommands::Node OpenCommands::createOrvDatabase(const std::string& folder,
                                                    const std::string& filename) {
@@ -19,8 +33,9 @@ OpenCommands::Node OpenCommands::createOrvDatabase(const std::string& folder,
 
 OpenCommands::Node OpenCommands::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {
-  return tryToOpen([&] { return opener_.openOrvDatabase(folder, filename); },
-                   "This may not be a valid ORV database, please check and try again.");
+  return tryWithPassword(
+      filename, [&] { return opener_.openOrvDatabase(folder, filename); },
+      "This may not be a valid ORV database, please check and try again.");
 }
 
 OpenCommands::Node OpenCommands::openIgdb(const std::string& folder, const std::string& filename) {
@@ -31,8 +46,9 @@ OpenCommands::Node OpenCommands::openIgdb(const std::string& folder, const std::
 
 OpenCommands::Node OpenCommands::openOptics5UserDatabase(const std::string& folder,
                                                          const std::string& filename) {
-  return tryToOpen([&] { return opener_.openOptics5UserDatabase(folder, filename); },
-                   "This may not be a valid Optics5 user database, please check and try again.");
+  return tryWithPassword(
+      filename, [&] { return opener_.openOptics5UserDatabase(folder, filename); },
+      "This may not be a valid Optics5 user database, please check and try again.");
 }
 
 OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
@@ -45,8 +61,10 @@ OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
 std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::string>& paths) {
   std::vector<Node> nodes;
   for (const auto& group : SourceOpener::grouped(paths)) {
-    const Node node = tryToOpen([&] { return opener_.openGroup(group); },
-                                "One or more files may not have been added, please check.");
+    const std::string name = std::filesystem::path(group.front()).filename().string();
+    const Node node = tryWithPassword(
+        name, [&] { return opener_.openGroup(group); },
+        "One or more files may not have been added, please check.");
     if (node) nodes.push_back(withOffer(node));
   }
   return nodes;
@@ -100,6 +118,25 @@ OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,
     session_.ui.message(MessageKind::information, describe(error) + "\n\n" + advice, kProductName);
     return nullptr;
   }
+}
+
+OpenCommands::Node OpenCommands::tryWithPassword(const std::string& filename,
+                                                 const std::function<Node()>& open,
+                                                 const std::string& advice) {
+  std::string prompt = "\"" + filename + "\" has a database password:";
+  const auto openOrAsk = [&]() -> Node {
+    while (true) {
+      try {
+        return open();
+      } catch (const Error& error) {
+        if (error.number() != store::kNotAuthenticated) throw;
+      }
+      session_.password = session_.ui.input(passwordRequest(prompt));
+      if (session_.password.empty()) return nullptr;
+      prompt = "This is not the password of \"" + filename + "\". Please try again:";
+    }
+  };
+  return tryToOpen(openOrAsk, advice);
 }
 
 }  // namespace orv::commands

@@ -11,7 +11,8 @@
 namespace orv::commands {
 
 /// The commands of the File menu that change the list of data sources. Each opening shows what
-/// went wrong in a message of its own and then gives null.
+/// went wrong in a message of its own and then gives null. That of a database with a password asks
+/// for it, but for the IGDB, whose password is known.
 class OpenCommands {
  public:
   using Node = SourceOpener::Node;
@@ -41,6 +42,10 @@ class OpenCommands {
   /// The node, after the question whether its files are to be read tolerantly.
   Node withOffer(Node node);
   Node tryToOpen(const std::function<Node()>& open, const std::string& advice);
+  /// As `tryToOpen`; asks for the password of a database that wants one, until it is right or the
+  /// user gives up. It stays that of the session. Null, without a message, where the user gives up.
+  Node tryWithPassword(const std::string& filename, const std::function<Node()>& open,
+                       const std::string& advice);
 
   Session& session_;
   SourceOpener opener_;

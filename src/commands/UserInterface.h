@@ -33,7 +33,11 @@ struct Question {
 struct InputRequest {
   std::string prompt;
   std::string title;
-  std::string preset;
+  std::string preset = {};
+  /// What there is to know for whoever types it.
+  std::string help = {};
+  /// Whether it is not to be seen while it is typed.
+  bool isSecret = false;
 };
 
 /// What is to become of a record that the destination has already.

@@ -3,12 +3,15 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QUrl>
 
 #include "app/WindowTest.h"
 #include "database/OrvSchema.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 
@@ -119,6 +122,42 @@ TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
   const auto suppliers = opened->openRecordset("Suppliers", store::CursorType::static_);
   suppliers->find("SupplierName = 'Newest'");
   EXPECT_FALSE(suppliers->eof());
+}
+
+TEST_F(WindowTest, AsksForThePasswordOfADatabaseUntilItIsRight) {
+  const QString path = QString::fromStdString(folder / "secret.mdb");
+  database::CreateEmptyDatabase(path.toStdString());
+  setPassword(path.toStdString(), "Sesame 7");
+  const auto typeKeys = [](const char* keys) {
+    return [keys](QWidget& box) {
+      auto* edit = box.findChild<QLineEdit*>();
+      EXPECT_EQ(edit->echoMode(), QLineEdit::Password);
+      EXPECT_FALSE(edit->whatsThis().isEmpty() || edit->toolTip().isEmpty() ||
+                   edit->accessibleName().isEmpty());
+      QTest::keyClicks(edit, keys);
+      QTest::keyClick(edit, Qt::Key_Return);
+    };
+  };
+  dialogs.press("Cancel");
+  window.openPaths({path});
+  EXPECT_EQ(dialogs.texts(), QStringList{"\"secret.mdb\" has a database password:"});
+  EXPECT_EQ(tree().topLevelItemCount(), 0);
+
+  dialogs.then(typeKeys("sesame 7")).then(typeKeys("Sesame 7"));
+  window.openPaths({path});
+  EXPECT_EQ(dialogs.texts().back(),
+            "This is not the password of \"secret.mdb\". Please try again:");
+  ASSERT_EQ(tree().topLevelItemCount(), 1);
+  EXPECT_TRUE(grid().isVisible());
+
+  app::WindowUserInterface anotherUi;
+  commands::Session anotherRun(anotherUi);
+  app::frmMain again(anotherRun, anotherUi);
+  dialogs.choose({path}).then(typeKeys("Sesame 7"));
+  again.findChild<QAction*>("mnuFileOpenORVDatabase")->trigger();
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(dialogs.seen().size(), 5U);
+  EXPECT_EQ(again.findChild<app::DataSourceTree*>()->topLevelItemCount(), 1);
 }
 
 TEST_F(WindowTest, TellsThatATextFileIsGone) {

@@ -1,5 +1,9 @@
-// Encoded files, of which there are no samples.
+// Encoded files and files with passwords, of which there are no samples.
 #pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
 
 #include "store/jet/file/Bytes.h"
 #include "store/jet/file/File.h"
@@ -26,6 +30,24 @@ inline void encodePages(store::jet::File& file, std::uint32_t key) {
     }
     file.write(at, page.data(), page.size());
   }
+}
+
+/// Gives a Jet 4 file that has none the password `password`, of no more than 20 ASCII characters.
+inline void setPassword(const std::filesystem::path& path, const std::string& password) {
+  using namespace store::jet;
+  const auto& header = kJet4.header;
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  store::Bytes page(kJet4.pageSize);
+  auto* bytes = reinterpret_cast<char*>(page.data());
+  file.read(bytes, static_cast<std::streamsize>(page.size()));
+  const auto hidden = std::span(page).subspan(header.masked, header.maskedSize);
+  applyRc4(kHeaderKey, hidden);
+  for (std::size_t i = 0; i < password.size(); ++i) {
+    page[header.password + 2 * i] ^= static_cast<std::uint8_t>(password[i]);
+  }
+  applyRc4(kHeaderKey, hidden);
+  file.seekp(0);
+  file.write(bytes, static_cast<std::streamsize>(page.size()));
 }
 
 }  // namespace orv::test

@@ -3,9 +3,11 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "app/Help.h"
 #include "app/Pointers.h"
 #include "app/Text.h"
 
@@ -186,10 +188,15 @@ Answer WindowUserInterface::ask(const commands::Question& question) {
 
 std::string WindowUserInterface::input(const commands::InputRequest& request) {
   const OrdinaryPointer pointer;
-  bool accepted = false;
-  const QString text = QInputDialog::getText(owner(), qt(request.title), qt(request.prompt),
-                                             QLineEdit::Normal, qt(request.preset), &accepted);
-  return accepted ? text.toStdString() : std::string();
+  QInputDialog box(owner());
+  box.setWindowTitle(qt(request.title));
+  box.setLabelText(shownText(request.prompt));
+  box.setTextEchoMode(request.isSecret ? QLineEdit::Password : QLineEdit::Normal);
+  box.setTextValue(qt(request.preset));
+  auto* edit = box.findChild<QLineEdit*>();
+  edit->setAccessibleName(box.labelText());
+  explain(edit, qt(request.help));
+  return box.exec() == QDialog::Accepted ? box.textValue().toStdString() : std::string();
 }
 
 QWidget* WindowUserInterface::owner() const {
