@@ -123,9 +123,7 @@ std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::s
 
 void noteOtherDirections(const RecordReader& reader, const std::string& identifier,
                          const GlazingData& pane, Notes& notKept) {
-  if (pane.ORV_Direction() == 0) return;  // its rows are one spectrum
-  auto others = reader.directions(identifier, pane.ORV_Angle());
-  std::erase(others, pane.ORV_Direction());
+  const auto others = reader.otherDirections(identifier, pane);
   if (others.empty()) return;
   notKept.add(fmt::format("spectrum of direction {} at {} degrees", fmt::join(others, ", "),
                           pane.ORV_Angle()),

@@ -32,6 +32,7 @@ void requirePanes(const sources::datasource& node, const IntegrationOptions& opt
 class Integration {
  public:
   using Each = std::function<void(const IntegratedRow&)>;
+  using PanePtr = std::shared_ptr<GlazingData>;
 
   Integration(Session& session, const sources::RecordSelection& records,
               const IntegrationOptions& options, const Each& each)
@@ -63,11 +64,15 @@ class Integration {
     } catch (const std::exception& error) {
       return tell(failed(identifier, 0, describe(error)));
     }
+    std::vector<IntegratedRow> rows;
+    std::vector<PanePtr> changed;
     for (const std::int16_t angle : angles) {
       if (isOfDatabase() && !isWanted(angle)) continue;
-      const IntegratedRow row = rowAt(identifier, angle);
-      if (isWanted(row.angle) || !row.failure.empty()) tell(row);
+      IntegratedRow row = rowAt(identifier, angle, changed);
+      if (isWanted(row.angle) || !row.failure.empty()) rows.push_back(std::move(row));
     }
+    if (options_.stores && !changed.empty()) write(changed, rows);
+    for (const IntegratedRow& row : rows) tell(row);
   }
 
   /// A database tells the angles of a pane before it is read, a file does not.
@@ -89,35 +94,44 @@ class Integration {
             .failure = reason};
   }
 
-  IntegratedRow rowAt(const std::string& identifier, std::int16_t angle) {
+  /// Adds the pane to `changed` where it has new values that are to be stored.
+  IntegratedRow rowAt(const std::string& identifier, std::int16_t angle,
+                      std::vector<PanePtr>& changed) {
     try {
       const auto pane = reader_.pane(identifier, angle);
       IntegratedRow row{.identifier = identifier,
                         .name = pane->filename(),
                         .angle = pane->ORV_Angle(),
-                        .integration = integrator_.integrate(*pane)};
+                        .integration = integrator_.integrate(*pane),
+                        .otherDirections = reader_.otherDirections(identifier, *pane)};
       for (const std::string_view name : storedValueNames()) {
         if (const auto value = storedValue(*pane, name)) row.stored[name] = *value;
       }
-      if (options_.stores || options_.rehearses) row.storing = store(*pane, row);
+      if (options_.stores || options_.rehearses) row.storing = change(*pane, row.integration);
+      if (row.storing == Storing::written) changed.push_back(pane);
       return row;
     } catch (const std::exception& error) {
       return failed(identifier, angle, describe(error));
     }
   }
 
-  Storing store(GlazingData& pane, IntegratedRow& row) {
+  /// Puts the values into the record, where they are wanted, and says what is to become of it.
+  Storing change(GlazingData& pane, const optics::Integration& integration) const {
     const bool isMissing = !hasIntegratedData(pane) || lacksIntegratedValues(pane);
     if (options_.onlyMissing && !isMissing) return Storing::isThere;
     if (pane.ORV_Frozen() && !options_.frozenToo) return Storing::isFrozen;
-    if (optics::store(row.integration, pane) == 0) return Storing::nothing;
-    if (!options_.stores) return Storing::written;
+    return optics::store(integration, pane) == 0 ? Storing::nothing : Storing::written;
+  }
+
+  void write(const std::vector<PanePtr>& changed, std::vector<IntegratedRow>& rows) {
     try {
-      session_.database.StoreIntegratedData(pane, *records_.DataSourcePtr()->ADOConnection());
-      return Storing::written;
+      session_.database.StoreIntegratedData(changed, *records_.DataSourcePtr()->ADOConnection());
     } catch (const std::exception& error) {
-      row.failure = describe(error);
-      return Storing::failed;
+      for (IntegratedRow& row : rows) {
+        if (row.storing != Storing::written) continue;
+        row.storing = Storing::failed;
+        row.failure = describe(error);
+      }
     }
   }
 
@@ -145,6 +159,10 @@ std::string IntegratedRow::note() const {
   if (!failure.empty()) return failure;
   std::vector<std::string> texts = integration.reasons();
   texts.insert(texts.end(), integration.remarks.begin(), integration.remarks.end());
+  if (!otherDirections.empty()) {
+    texts.push_back(
+        fmt::format("without the spectrum of direction {}", fmt::join(otherDirections, ", ")));
+  }
   return fmt::format("{}", fmt::join(texts, "; "));
 }
 

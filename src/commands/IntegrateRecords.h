@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "commands/Session.h"
 #include "optics/Integrator.h"
@@ -38,6 +39,8 @@ struct IntegratedRow {
   std::string name;
   std::int16_t angle = 0;
   optics::Integration integration;
+  /// Directions at this angle that have spectra, too, which are left out.
+  std::vector<std::int32_t> otherDirections = {};
   /// What the source stored itself when the pane was read, by the names of the values.
   std::map<std::string_view, double> stored = {};
   std::string failure = {};  ///< why the pane could not be read or written
@@ -63,9 +66,9 @@ struct IntegrationResult {
 };
 
 /// Integrates the panes of a selection by a standard and gives each, once for each angle, to `each`
-/// as soon as it is known; stores the values where that is asked for, each row in one commit.
-/// Values that the spectrum does not reach stay as they are in the database. A pane that cannot be
-/// read gives a row that says why, and the work goes on.
+/// as soon as all of the pane are known; stores the values where that is asked for, those of a pane
+/// in one commit. Values that the spectrum does not reach stay as they are in the database. A pane
+/// that cannot be read gives a row that says why, and the work goes on.
 ///
 /// Raises kInvalidCall for records that are no panes, and, when storing, for a source that is no
 /// ORV database of version 3.0.0.

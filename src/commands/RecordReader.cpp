@@ -111,6 +111,14 @@ std::vector<std::int32_t> RecordReader::directions(const std::string& identifier
   return {directions.begin(), directions.end()};
 }
 
+std::vector<std::int32_t> RecordReader::otherDirections(const std::string& identifier,
+                                                        const GlazingData& pane) const {
+  if (pane.ORV_Direction() == kAnyDirection) return {};
+  auto others = directions(identifier, pane.ORV_Angle());
+  std::erase(others, pane.ORV_Direction());
+  return others;
+}
+
 std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, std::int16_t angle,
                                                 std::int32_t direction) const {
   switch (node_->DataType()) {
@@ -194,6 +202,9 @@ std::shared_ptr<GlazingData> RecordReader::orvPane(std::int32_t id, std::int16_t
       found(isVersion3() ? database.RetrievePaneORV_30(connection(), id, "", "", angle, direction)
                          : database.RetrievePaneORV_20(connection(), id, "", angle, direction));
   if (!hasIntegratedData(*pane)) requireWholeAngle(id, *pane);
+  if (!isVersion3() && pane->SpectralData()) {
+    pane->SpectralData()->MixesAngles(angles(std::to_string(id)).size() > 1);
+  }
   return pane;
 }
 

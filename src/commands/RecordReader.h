@@ -47,6 +47,11 @@ class RecordReader {
   std::shared_ptr<FrameDataClass> frame(const std::string& identifier) const;
   std::shared_ptr<ShadingDataClass> shading(const std::string& identifier) const;
 
+  /// The directions besides that of a pane, which was read at its angle, in which there are spectra
+  /// there; none where its rows are one spectrum.
+  std::vector<std::int32_t> otherDirections(const std::string& identifier,
+                                            const GlazingData& pane) const;
+
   /// Columns of a database's pane that reading it leaves behind though they hold something.
   std::vector<std::string> unreadColumns(const std::string& identifier,
                                          const GlazingData& pane) const;

@@ -26,17 +26,19 @@ std::string titleOf(std::string_view name) {
 
 ValueColumns::ValueColumns(std::unique_ptr<RecordTable> table, Session& session,
                            const std::shared_ptr<sources::datasource>& node,
-                           optics::Standard standard)
-    : table_(std::move(table)), reader_(session, node), integrator_(standard) {
+                           const ValueChoice& choice)
+    : table_(std::move(table)), reader_(session, node), showsStored_(choice.stored) {
   columns_ = table_->columns();
+  if (showsStored_) addColumns("stored", "stored");
+  if (!choice.computedBy) return;
+  integrator_.emplace(*choice.computedBy);
+  addColumns("computed", optics::nameOf(*choice.computedBy).name);
+}
+
+void ValueColumns::addColumns(const std::string& kind, std::string_view titleOfKind) {
   for (const char* name : kNames) {
-    columns_.push_back(
-        {fmt::format("{} stored", name), fmt::format("{}, stored", titleOf(name)), "", true});
-  }
-  for (const char* name : kNames) {
-    columns_.push_back({fmt::format("{} computed", name),
-                        fmt::format("{}, {}", titleOf(name), optics::nameOf(standard).name), "",
-                        true});
+    columns_.push_back({fmt::format("{} {}", name, kind),
+                        fmt::format("{}, {}", titleOf(name), titleOfKind), "", true});
   }
 }
 
@@ -61,14 +63,17 @@ ValueColumns::RowValues ValueColumns::valuesOf(const std::string& identifier) {
   try {
     const auto angles = reader_.dataAngles(identifier);
     const auto pane = reader_.pane(identifier, angles.empty() ? std::int16_t{0} : angles.front());
-    const auto computed = integrator_.integrate(*pane);
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-      values[i] = storedValue(*pane, kNames[i]);
-      values[kNames.size() + i] = computed[kNames[i]];
+    if (showsStored_) {
+      for (const char* name : kNames) values.push_back(storedValue(*pane, name));
+    }
+    if (integrator_) {
+      const auto computed = integrator_->integrate(*pane);
+      for (const char* name : kNames) values.push_back(computed[name]);
     }
   } catch (const Error&) {
-    values = {};  // commands on the pane say why
+    values.clear();  // commands on the pane say why
   }
+  values.resize(columns_.size() - table_->columns().size());
   return values;
 }
 

@@ -121,9 +121,10 @@ class ORV_DatabaseInterface {
   /// whether there was one.
   bool ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const;
   bool ReplaceShading(ShadingDataClass& data, store::Connection& dc) const;
-  /// Writes the integrated values of a pane that is there, by its key, into its row at its angle;
-  /// adds the row where there is none.
-  void StoreIntegratedData(const GlazingData& data, store::Connection& dc) const;
+  /// Writes the integrated values of a pane that is there, by its key, given by its data at some of
+  /// its angles, into its rows at these; adds a row where there is none. An error leaves the
+  /// database as it was.
+  void StoreIntegratedData(const std::vector<PanePtr>& angles, store::Connection& dc) const;
   /// The key of the first shading of this name in this group, 0 when there is none.
   std::int32_t FindShading(const std::string& name, const std::string& group,
                            store::Connection& dc) const;

@@ -55,9 +55,10 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, OtherAngles
   return result;
 }
 
-void ORV_DatabaseInterface::StoreIntegratedData(const GlazingData& data,
-                                                store::Connection& dc) const {
-  dc.inOneCommit([&] { storeIntegratedRow(data, dc); });
+void ORV_DatabaseInterface::StoreIntegratedData(const Panes& angles, store::Connection& dc) const {
+  dc.inOneCommit([&] {
+    for (const PanePtr& pane : angles) storeIntegratedRow(*pane, dc);
+  });
 }
 
 void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, store::Connection& dc) const {

@@ -19,6 +19,9 @@ class SpectralData {
  public:
   /// The unit of the wavelengths; setting it does not convert them.
   Property<std::int32_t> WavelengthUnit{kMicrons};
+  /// Whether the points are of several angles of incidence, which their source does not tell
+  /// apart.
+  Property<bool> MixesAngles;
 
   /// Sizes the arrays for the positions 0..lastIndex, all values 0. Raises error 9 when
   /// `lastIndex` is negative.

@@ -15,10 +15,22 @@ constexpr double kFirstVisible = 380;
 constexpr double kLastVisible = 780;
 constexpr double kFirstLight = 300;  // where the illuminant begins
 
-Weights functionOf(std::span<const ObserverPoint> observer, double ObserverPoint::*function) {
-  Weights table;
-  for (const ObserverPoint& point : observer) table.push_back({point.wavelength, point.*function});
-  return table;
+using Functions = std::array<Weights, kFunctions.size()>;
+
+Functions functionsAnew(std::span<const ObserverPoint> observer) {
+  Functions functions;
+  for (std::size_t i = 0; i < kFunctions.size(); ++i) {
+    for (const ObserverPoint& point : observer) {
+      functions[i].push_back({point.wavelength, point.*kFunctions[i]});
+    }
+  }
+  return functions;
+}
+
+const Functions& functionsOf(std::span<const ObserverPoint> observer) {
+  static const Functions k1931 = functionsAnew(tables::kObserver1931);
+  static const Functions k1964 = functionsAnew(tables::kObserver1964);
+  return observer.data() == tables::kObserver1931.data() ? k1931 : k1964;
 }
 
 double sumOf(std::span<const Point> weights) {
@@ -29,9 +41,12 @@ double sumOf(std::span<const Point> weights) {
 
 /// Light times a matching function at these wavelengths.
 Weights lightAt(std::span<const double> wavelengths, std::span<const Point> function) {
+  TableWalk daylight(tables::kIlluminantD65);
+  TableWalk factor(function);
   Weights light;
+  light.reserve(wavelengths.size());
   for (const double at : wavelengths) {
-    light.push_back({at, valueAt(tables::kIlluminantD65, at) * valueAt(function, at)});
+    light.push_back({at, daylight.valueAt(at) * factor.valueAt(at)});
   }
   return light;
 }
@@ -41,7 +56,7 @@ Light lightOfTableAnew(std::span<const ObserverPoint> observer) {
   for (const ObserverPoint& point : observer) wavelengths.push_back(point.wavelength);
   Light light;
   for (std::size_t i = 0; i < kFunctions.size(); ++i) {
-    light.weights[i] = lightAt(wavelengths, functionOf(observer, kFunctions[i]));
+    light.weights[i] = lightAt(wavelengths, functionsOf(observer)[i]);
     light.sums[i] = sumOf(light.weights[i]);
   }
   return light;
@@ -58,7 +73,7 @@ const Light& lightOfTable(std::span<const ObserverPoint> observer) {
 Light lightOfSpectrum(std::span<const ObserverPoint> observer, std::span<const double> own) {
   Light light;
   for (std::size_t i = 0; i < kFunctions.size(); ++i) {
-    const Weights density = lightAt(own, functionOf(observer, kFunctions[i]));
+    const Weights density = lightAt(own, functionsOf(observer)[i]);
     light.weights[i] = trapezoids(density, own.front(), own.back());
     light.sums[i] = sumOf(density);
   }
@@ -95,7 +110,7 @@ ColourMethod::ColourMethod(std::span<const ObserverPoint> observer, ColourRule r
                            std::span<const double> wavelengths) {
   const Light& ofTable = lightOfTable(observer);
   for (std::size_t i = 0; i < kFunctions.size(); ++i) {
-    coverage_[i] = GridWeights(ofTable.weights[i], wavelengths).coverage();
+    coverage_[i] = coverageOf(ofTable.weights[i], wavelengths);
   }
   const auto own =
       rule == ColourRule::ofSpectrum ? ownWavelengths(wavelengths) : std::vector<double>{};

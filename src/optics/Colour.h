@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "optics/Coverage.h"
 #include "optics/Weights.h"
 
 namespace orv::optics {

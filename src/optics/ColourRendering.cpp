@@ -98,8 +98,9 @@ double mean(const Seen& test, const Seen& reference) {
 }  // namespace
 
 ColourRendering::ColourRendering(std::span<const double> wavelengths) {
+  PositionWalk walk(wavelengths);
   for (const tables::ObserverPoint& at : tables::kObserver1931) {
-    positions_.push_back(positionOf(at.wavelength, wavelengths));
+    positions_.push_back(walk.at(at.wavelength));
   }
 }
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "optics/Coverage.h"
+
 namespace orv::optics {
 
 namespace {
@@ -15,13 +17,18 @@ constexpr double kSecondRadiation = 1.438776877e7;  // nm·K
 /// No bare glass emits as little as this.
 constexpr double kLeastOfGlass = 0.7;
 
+/// Of the black body that a standard weighs with; K.
+constexpr double temperature(EmissivityRule rule) {
+  return rule == EmissivityRule::nfrc301 ? 300 : 283;
+}
+
 /// Radiation of a black body, relative, by Planck.
 double blackBody(double wavelength, double kelvin) {
   const double part = kFirstInfrared / wavelength;
   return part * part * part * part * part / std::expm1(kSecondRadiation / (wavelength * kelvin));
 }
 
-Weights blackBodyWeights(double kelvin) {
+Weights blackBodyWeightsAnew(double kelvin) {
   constexpr double kStep = 500;
   Weights density;
   for (double at = kFirstInfrared; at <= kLastMeasured; at += kStep) {
@@ -30,10 +37,16 @@ Weights blackBodyWeights(double kelvin) {
   return trapezoids(density, kFirstInfrared, kLastMeasured);
 }
 
+const Weights& blackBodyWeights(EmissivityRule rule) {
+  static const Weights kNfrc301 = blackBodyWeightsAnew(temperature(EmissivityRule::nfrc301));
+  static const Weights kEn12898 = blackBodyWeightsAnew(temperature(EmissivityRule::en12898));
+  return rule == EmissivityRule::nfrc301 ? kNfrc301 : kEn12898;
+}
+
 /// Where the wavelengths lie between 5 and 25 µm.
-double partCovered(std::span<const double> wavelengths, double kelvin) {
+double partCovered(std::span<const double> wavelengths, EmissivityRule rule) {
   if (wavelengths.size() < 2) return 0;
-  return GridWeights(blackBodyWeights(kelvin), wavelengths).coverage().reached;
+  return coverageOf(blackBodyWeights(rule), wavelengths).reached;
 }
 
 double polynomial(double x, std::span<const double> factors) {
@@ -46,12 +59,12 @@ double polynomial(double x, std::span<const double> factors) {
 
 EmissivityMethod::EmissivityMethod(EmissivityRule rule, std::span<const double> wavelengths)
     : rule_(rule) {
-  const double kelvin = rule == EmissivityRule::nfrc301 ? 300 : 283;
   first_ = static_cast<std::size_t>(
       std::ranges::lower_bound(wavelengths, kFirstInfrared - kRounding) - wavelengths.begin());
   const auto infrared = wavelengths.subspan(first_);
-  covered_ = partCovered(infrared, kelvin);
+  covered_ = partCovered(infrared, rule);
   if (covered_ < kLeastCovered) return;
+  const double kelvin = temperature(rule);
   Weights density;
   for (const double at : infrared) density.push_back({at, blackBody(at, kelvin)});
   const Weights weights = trapezoids(density, infrared.front(), infrared.back());

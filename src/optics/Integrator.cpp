@@ -29,7 +29,7 @@ struct Range {
   Coverage coverage;
   std::string remark;
 
-  explicit Range(const Coverage& of) : coverage(of), remark(told(of.gaps)) {}
+  explicit Range(Coverage of) : coverage(std::move(of)), remark(told(coverage.gaps)) {}
 
   /// A value of which the rest is still to be told.
   Value begin(std::string_view name) const {
@@ -60,6 +60,11 @@ constexpr std::string_view kColourNames[][6] = {{"X", "Y", "Z", "L", "a", "b"},
                                                 {"Rb_X", "Rb_Y", "Rb_Z", "Rb_L", "Rb_a", "Rb_b"}};
 constexpr Curve kColourCurves[] = {Curve::Tf, Curve::Rf, Curve::Rb};
 
+Integration without(Integration integration, const std::string& reason) {
+  for (Value& value : integration.values) value.reason = reason;
+  return integration;
+}
+
 bool hasSpectrum(const GlazingData& pane) {
   return pane.SpectralData() != nullptr && pane.SpectralData()->count() > 0;
 }
@@ -76,7 +81,8 @@ class Integrator::Grid {
         emissivity_(rules_.emissivity, wavelengths) {
     if (wavelengths.empty()) return;
     for (const MeanRule& rule : rules_.means) {
-      ranges_.emplace_back(means_.emplace_back(rule.weights, wavelengths).coverage());
+      means_.emplace_back(rule.weights, wavelengths);
+      ranges_.emplace_back(coverageOf(rule.weights, wavelengths));
     }
     gaps_ = allGaps(ranges_);
     colour_.emplace(rules_.observer, rules_.colour, wavelengths);
@@ -226,6 +232,10 @@ Integrator::Integrator(Integrator&&) noexcept = default;
 Integrator& Integrator::operator=(Integrator&&) noexcept = default;
 
 Integration Integrator::integrate(const GlazingData& pane) {
+  if (hasSpectrum(pane) && pane.SpectralData()->MixesAngles()) {
+    return without(integrate(Spectrum(), Surfaces()),
+                   "the spectrum is of several angles, which the source does not tell apart");
+  }
   return integrate(hasSpectrum(pane) ? spectrumOf(*pane.SpectralData()) : Spectrum(),
                    surfacesOf(pane));
 }

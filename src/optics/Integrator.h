@@ -63,7 +63,8 @@ class Integrator {
 
   Standard standard() const { return standard_; }
 
-  /// The values of a pane with its spectrum as it stands, at whatever angle that is.
+  /// The values of a pane with its spectrum as it stands, at whatever angle that is; none, with
+  /// that reason, where the spectrum is of several angles.
   Integration integrate(const GlazingData& pane);
   Integration integrate(const Spectrum& spectrum, const Surfaces& surfaces);
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "model/IntegratedColumns.h"
+#include "optics/Coverage.h"
 #include "optics/Rules.h"
 
 namespace orv::optics {
@@ -70,6 +71,7 @@ class Columns {
     const std::vector<double> wavelengths = column(&Point::wavelength);
     for (const MeanRule& rule : rulesOf(Standard::iso9050).means) {
       weights_.emplace_back(rule.weights, wavelengths);
+      reached_.push_back(coverageOf(rule.weights, wavelengths).reached);
     }
   }
 
@@ -80,13 +82,14 @@ class Columns {
   }
 
   double mean(Band band, const std::vector<double>& values) const {
-    const GridWeights& weights = weights_[static_cast<std::size_t>(band)];
-    return weights.coverage().reached >= kLeastCovered ? weights.mean(values) : 0;
+    const auto rule = static_cast<std::size_t>(band);
+    return reached_[rule] >= kLeastCovered ? weights_[rule].mean(values) : 0;
   }
 
  private:
   std::vector<Point> points_;
   std::vector<GridWeights> weights_;  ///< those of the bands first
+  std::vector<double> reached_;       ///< part of these weights between the spectrum's ends
 };
 
 }  // namespace

@@ -159,8 +159,7 @@ TEST_F(TransferWindowTest, AsksOnceForAFolderOfLaboratoryFiles) {
   dialogs.type("Lab");
   trigger("mnuEditPaste");
   EXPECT_EQ(dialogs.seen().size(), 2U) << dialogs.texts().join('|').toStdString();
-  EXPECT_EQ(find<QToolButton>("btnResult").text(),
-            "2 records copied.");
+  EXPECT_EQ(find<QToolButton>("btnResult").text(), "2 records copied.");
   EXPECT_EQ(rows(), 2);
 }
 
@@ -333,7 +332,12 @@ TEST_F(TransferWindowTest, ShowsIntegratedValuesAsColumnsOnDemand) {
     return -1;
   };
   selectRows(1, 3);
-  trigger("mnuViewValues");
+  trigger("mnuViewStoredValues");
+  EXPECT_EQ(grid().model()->columnCount(), plain + 8);
+  ASSERT_TRUE(QTest::qWaitFor(isFilled));
+  EXPECT_NEAR(cell(0, column("Visible transmittance front, stored")).toDouble(), 0.8, 0.1);
+  EXPECT_EQ(label("lblStatus"), "Values of 6 panes read.");
+  trigger("mnuViewComputedValues");
   EXPECT_EQ(grid().model()->columnCount(), plain + 16);
   EXPECT_EQ(grid().selectedRows().high, 3) << "the selection stays";
   const int stored = column("Visible transmittance front, stored");
@@ -342,7 +346,7 @@ TEST_F(TransferWindowTest, ShowsIntegratedValuesAsColumnsOnDemand) {
   EXPECT_EQ(rows(), 0) << "nothing is computed yet";
   ASSERT_TRUE(QTest::qWaitFor(isFilled));
   EXPECT_EQ(rows(), 6);
-  EXPECT_EQ(label("lblStatus"), "Computed integrated values of 6 panes.");
+  EXPECT_EQ(label("lblStatus"), "Values of 6 panes read.");
   for (int row = 0; row < rows(); ++row) {
     EXPECT_GT(cell(row, computed).toDouble(), 0.8);
     EXPECT_NEAR(cell(row, stored).toDouble(), 0.8, 0.1);
@@ -351,11 +355,13 @@ TEST_F(TransferWindowTest, ShowsIntegratedValuesAsColumnsOnDemand) {
   for (int row = 1; row < rows(); ++row) {
     EXPECT_LE(cell(row - 1, computed).toDouble(), cell(row, computed).toDouble());
   }
-  trigger("mnuViewValues");
+  trigger("mnuViewStoredValues");
+  EXPECT_EQ(grid().model()->columnCount(), plain + 8);
+  trigger("mnuViewComputedValues");
   EXPECT_EQ(grid().model()->columnCount(), plain);
   EXPECT_EQ(rows(), 6);
 
-  trigger("mnuViewValues");
+  trigger("mnuViewComputedValues");
   QTest::keyClick(&grid(), Qt::Key_Escape);
   EXPECT_TRUE(isFilled());
   EXPECT_EQ(cell(5, computed), "") << "stopped before it began";

@@ -209,6 +209,62 @@ TEST_F(IntegrateTest, ASpectrumAtAnAngleWithoutValuesIsIntegratedAndNotCopied) {
   EXPECT_EQ(exported.files.size(), 2U);
 }
 
+TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {
+  to = changedDatabase("one-row-a-pane.mdb", [](store::TableInfo& table) {
+    if (table.name != "Pane_integrated_data") return;
+    table.indexes.push_back({.name = "One", .columns = {{"PaneID"}}, .unique = true});
+  });
+  auto pane = makePane("pane");
+  pane->SpectralData(greySpectrum());
+  session.database.InsertPane(*pane, *to->ADOConnection());
+  for (double at = 300; at <= 800; at += 50) {
+    addRow(*to->ADOConnection(), "Pane_spectral_data",
+           {{"PaneID", 1},
+            {"angle", 60},
+            {"wavelength", at},
+            {"transmission_outdoor", 0.25},
+            {"reflection_outdoor", 0.125},
+            {"reflection_indoor", 0.0625}});
+  }
+  const auto rows = integrate(panes(), {.stores = true});
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_NEAR(*rows[1].integration["Tf_vis"], 0.25, 1e-12);
+  for (const IntegratedRow& row : rows) EXPECT_EQ(row.storing, commands::Storing::failed);
+  EXPECT_EQ(result.written, 0);
+  EXPECT_EQ(result.incomplete, 2);
+  EXPECT_EQ(stored(), "1|0|0.13|0.14|0.12|0.15|0.22");
+}
+
+TEST_F(IntegrateTest, ASpectrumOfSeveralAnglesThatCannotBeToldApartHasNoValues) {
+  ORV_NEEDS_CORPUS();
+  for (const auto& row : integrate(recordSet(foreign("orvdata-2.0.1.mdb"), RecordKind::panes))) {
+    const bool hasTwoAngles = row.identifier == "5";
+    EXPECT_EQ(row.integration["Tf_vis"].has_value(), !hasTwoAngles) << row.identifier;
+    if (!hasTwoAngles) continue;
+    EXPECT_FALSE(row.isWhole());
+    EXPECT_EQ(row.note(),
+              "the spectrum is of several angles, which the source does not tell apart");
+  }
+}
+
+/// Makers compute by NFRC 300, some with a newer table of the sun. One product is there twice under
+/// one name; a blind and the table of expected values are no panes.
+TEST_F(IntegrateTest, ProductsOfMakersKeepValuesThatTheirSpectraHave) {
+  ORV_NEEDS_CORPUS();
+  const auto products = opener.openAny((corpusFolder() / "products").string());
+  EXPECT_EQ(copy(products, {.integrateBy = Standard::nfrc300}).copied, 6);
+  std::size_t compared = 0;
+  for (const auto& row : integrate(panes(), {.standard = Standard::nfrc300})) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(row.note(), "");
+    for (const auto& [name, stored] : row.stored) {
+      EXPECT_NEAR(stored, *row.integration[name], name.ends_with("_sol") ? 1e-4 : 2e-6) << name;
+      ++compared;
+    }
+  }
+  EXPECT_EQ(compared, 6U * kIntegratedColumns.size());
+}
+
 TEST_F(IntegrateTest, WhatCannotBeIntegratedOrStoredIsSaid) {
   const auto files =
       texts(TextFileKind::panes, {{"bad.txt", "no pane\n"}, {"visible.txt", grey(380, 780)}});

@@ -1,6 +1,9 @@
 // What a copy leaves out or refuses, and that it says so.
+#include <gmock/gmock.h>
+
 #include "commands/CommandsTest.h"
 #include "commands/ExportRecords.h"
+#include "commands/IntegrateRecords.h"
 #include "commands/PasteRecords.h"
 #include "commands/RecordReader.h"
 #include "model/Raised.h"
@@ -84,6 +87,9 @@ TEST_F(WholeCopyTest, EachDirectionIsReadByItselfAndTheFirstIsCopied) {
             Lines{"of the spectra of the directions 1, 2 at 0 degrees only that of direction 1 is "
                   "copied: pane"});
   const auto panes = recordSet(from, RecordKind::panes);
+  commands::integrateRecords(session, selectAll(panes), {}, [](const auto& row) {
+    EXPECT_THAT(row.note(), ::testing::EndsWith("; without the spectrum of direction 2"));
+  });
   for (const auto form : {commands::ExportForm::text, commands::ExportForm::csv}) {
     const auto joined = commands::exportJoined(session, selectAll(panes), form);
     EXPECT_EQ(linesOf(joined.notKept).front(), "spectrum of direction 2 at 0 degrees: pane");

@@ -142,6 +142,25 @@ TEST(Integration, TakesPointsInAnyOrderAndUnitAndTellsWhatIsUnusual) {
   EXPECT_THAT(odd.find("Tf_uv")->remarks, IsEmpty());
 }
 
+TEST(Integration, TellsPointsThatAreMissingAmongTheirLikeButNotAStepThatChanges) {
+  // 5, 10 and 50 nm, as laboratories measure; much coarser than the sun's table beyond 1000 nm.
+  auto points = even(300, 395, 5);
+  for (const At& at : even(400, 990, 10)) points.push_back(at);
+  for (const At& at : even(1000, 2500, 50)) points.push_back(at);
+  for (const StandardName& standard : kStandardNames) {
+    EXPECT_THAT(integrate(standard.standard, spectrum(points)).remarks, IsEmpty()) << standard.name;
+  }
+  auto fine = even(300, 2500, 2.5);
+  std::erase_if(fine, [](const At& at) {
+    return (at.wavelength > 500 && at.wavelength < 507) ||
+           (at.wavelength > 515 && at.wavelength < 522) || at.wavelength == 700;
+  });
+  // 7.5 nm are more than the 5 nm of the eye's table by NFRC 300, less than the 10 of EN 410.
+  EXPECT_THAT(integrate(Standard::nfrc300, spectrum(fine)).remarks,
+              ElementsAre("nothing between 500 and 507.5 nm, 515 and 522.5 nm"));
+  EXPECT_THAT(integrate(Standard::en410, spectrum(fine)).remarks, IsEmpty());
+}
+
 TEST(Integration, GivesNoValueThatRestsOnTooLittle) {
   const auto visible = integrate(Standard::nfrc300, spectrum(even(380, 780, 10)));
   EXPECT_TRUE(visible["Tf_vis"].has_value());

@@ -132,13 +132,13 @@ void RecordGrid::arrange() {
 
 /// Values that came after the rows were filtered and sorted want that done again.
 void RecordGrid::tellFilling(qlonglong rows, bool ended) {
-  const QString values = tr("integrated values of %1").arg(counted(rows, tr("pane")));
+  const QString panes = counted(rows, tr("pane"));
   if (!ended) {
-    emit fillingTold(tr("Computing %1... Escape stops it.").arg(values));
+    emit fillingTold(tr("Reading values of %1... Escape stops it.").arg(panes));
     return;
   }
   if (sortedColumn_ >= 0 || model_->isFiltered()) arrange();
-  emit fillingTold(tr("Computed %1.").arg(values));
+  emit fillingTold(tr("Values of %1 read.").arg(panes));
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {

@@ -156,10 +156,16 @@ void MainActions::makeViewMenu() {
                        tr("Choose the columns of the grid"));
   mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),
                           QKeySequence(), tr("Make the columns as wide as their fields need"));
-  mnuViewValues = add(mnuView, "mnuViewValues", "", tr("Integrated &Values"), QKeySequence(),
-                      tr("Add columns with the stored and the computed solar and visible values of "
-                         "panes to the grid"));
-  mnuViewValues->setCheckable(true);
+  mnuViewStoredValues =
+      add(mnuView, "mnuViewStoredValues", "", tr("Stored Integrated &Values"), QKeySequence(),
+          tr("Add columns with the stored solar and visible values of panes to "
+             "the grid"));
+  mnuViewStoredValues->setCheckable(true);
+  mnuViewComputedValues =
+      add(mnuView, "mnuViewComputedValues", "", tr("Co&mputed Integrated Values"), QKeySequence(),
+          tr("Add columns with the solar and visible values that the spectra of panes have to the "
+             "grid"));
+  mnuViewComputedValues->setCheckable(true);
   mnuViewOptions = add(mnuView, "mnuViewOptions", "options", tr("&Options..."),
                        QKeySequence(tr("Ctrl+,")), tr("Choose how data are displayed"));
   mnuViewOptions->setMenuRole(QAction::PreferencesRole);

@@ -62,7 +62,8 @@ class MainActions {
   QAction* mnuViewEditFilter;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
-  QAction* mnuViewValues;
+  QAction* mnuViewStoredValues;
+  QAction* mnuViewComputedValues;
   QAction* mnuViewOptions;
   QAction* mnuSortAscending;
   QAction* mnuSortDescending;

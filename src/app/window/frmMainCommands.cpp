@@ -90,7 +90,8 @@ void frmMain::connectViewMenu() {
   });
   onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
-  onTriggered(actions_->mnuViewValues, ui_, [this] { reloadValues(); });
+  onTriggered(actions_->mnuViewStoredValues, ui_, [this] { reloadValues(); });
+  onTriggered(actions_->mnuViewComputedValues, ui_, [this] { reloadValues(); });
   onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
   onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
   onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
@@ -140,9 +141,10 @@ void frmMain::filterToggled(bool shown) {
 std::unique_ptr<commands::RecordTable> frmMain::tableOf(const Node& node) {
   auto table = commands::openRecordTable(node);
   const bool isOfPanes = commands::recordKind(*node) == commands::RecordKind::panes;
-  if (!isOfPanes || !actions_->mnuViewValues->isChecked()) return table;
-  return std::make_unique<commands::ValueColumns>(std::move(table), session_, node,
-                                                  standardOfSpectra());
+  commands::ValueChoice choice{.stored = actions_->mnuViewStoredValues->isChecked()};
+  if (actions_->mnuViewComputedValues->isChecked()) choice.computedBy = standardOfSpectra();
+  if (!isOfPanes || !(choice.stored || choice.computedBy)) return table;
+  return std::make_unique<commands::ValueColumns>(std::move(table), session_, node, choice);
 }
 
 /// Not where the rows are others now, sorted by values that are still to come.
@@ -160,7 +162,7 @@ void frmMain::reloadValues() {
 
 void frmMain::chooseStandard(optics::Standard standard) {
   rememberStandardOfSpectra(standard);
-  if (actions_->mnuViewValues->isChecked()) guarded(ui_, [this] { reloadValues(); });
+  if (actions_->mnuViewComputedValues->isChecked()) guarded(ui_, [this] { reloadValues(); });
 }
 
 void frmMain::showOptions() {
