@@ -86,8 +86,8 @@ void CompactCommands::run(const commands::CompactRequest& request) {
 void CompactCommands::tell(const commands::CompactResult& result, Work work) {
   QString text = tr("%1: %2.").arg(shownText(result.target), qt(commands::describe(result.report)));
   if (!result.backup.empty()) text += tr("\nThe old file is %1.").arg(shownText(result.backup));
+  QStringList report = parts(commands::describeSalvage(result.report));
   if (work == Work::repair) {
-    QStringList report = parts(commands::describeSalvage(result.report));
     if (report.isEmpty()) report << tr("Nothing is lost.");
     ReportDialog(
         tr("Repaired Database"), text, report,
@@ -95,6 +95,7 @@ void CompactCommands::tell(const commands::CompactResult& result, Work work) {
         &window_)
         .exec();
   } else {
+    if (!report.isEmpty()) text += "\n\n" + report.join('\n');
     ui_.message(commands::MessageKind::information, text.toStdString(), commands::kProductName);
   }
 }
