@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <stdexcept>
 
 #include "commands/AccessUse.h"
 #include "commands/IgdbPassword.h"
@@ -25,11 +24,6 @@ std::string backupName(const std::string& path) {
     name = real + ".bak-" + std::to_string(number);
   }
   return name;
-}
-
-std::string sizeText(std::uint64_t bytes) {
-  return bytes < 1'000'000 ? fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3)
-                           : fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
 }
 
 std::string counted(std::size_t count, const char* one, const char* several) {
@@ -56,6 +50,11 @@ store::CompactReport writeNew(const CompactRequest& request, const std::string& 
 
 }  // namespace
 
+std::string sizeText(std::uint64_t bytes) {
+  return bytes < 1'000'000 ? fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3)
+                           : fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
+}
+
 CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui) {
   refuseSemicolon(request.path);
   refuseOtherThanFile(request.path);
@@ -75,7 +74,7 @@ CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui) 
   const LongWork work(ui, nameOf(request.work));
   const auto progress = [&](std::size_t done, std::size_t pages) {
     ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
-    if (ui.cancelled()) throw std::runtime_error("The work was cancelled, and no file was made.");
+    if (ui.cancelled()) throw Cancelled();
   };
   result.report = withPasswordOfIgdb(request.password, [&](const std::string& password) {
     return request.target.empty()

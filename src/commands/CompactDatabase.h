@@ -1,6 +1,8 @@
 // Compacting, repairing and converting a database, as a command.
 #pragma once
 
+#include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,12 @@ struct CompactRequest {
   store::Losses losses = store::Losses::refuse;  ///< of what Jet 4 cannot hold
 };
 
+/// The user has ended the work; no file was made.
+class Cancelled : public std::runtime_error {
+ public:
+  Cancelled() : std::runtime_error("The work was cancelled, and no file was made.") {}
+};
+
 struct CompactResult {
   bool refused = false;  ///< in place: Access seems to have the file open, and that is too risky
   std::string target{};  ///< the new file
@@ -33,11 +41,14 @@ struct CompactResult {
 
 /// Writes a database into a new file without free space, with progress; with the password of the
 /// IGDB where it wants another than is given. Raises what store/Compact.h says, and
-/// std::runtime_error when the user ends it; then everything is as before.
+/// Cancelled when the user ends it; then everything is as before.
 CompactResult compactDatabase(const CompactRequest& request, UserInterface& ui);
 
 /// What a repair has saved, and what it or a conversion has lost and where, a line each.
 std::vector<std::string> describeSalvage(const store::CompactReport& report);
+
+/// "369 kB", "3.0 MB"
+std::string sizeText(std::uint64_t bytes);
 
 /// "3.0 MB to 1.2 MB: 14 tables, 2,345 rows, 20 indexes"
 std::string describe(const store::CompactReport& report);

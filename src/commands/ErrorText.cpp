@@ -1,6 +1,7 @@
 #include "commands/ErrorText.h"
 
 #include "errors/Error.h"
+#include "store/StoreError.h"
 
 namespace orv::commands {
 
@@ -30,6 +31,11 @@ std::string standardText(std::int32_t number) {
 }
 
 }  // namespace
+
+bool isDamage(const std::exception& exception) {
+  const auto* error = dynamic_cast<const Error*>(&exception);
+  return error != nullptr && error->number() == store::kCorruptFile;
+}
 
 std::string describe(const std::exception& exception) {
   const auto* error = dynamic_cast<const Error*>(&exception);

@@ -11,4 +11,7 @@ namespace orv::commands {
 /// follows on a line of its own.
 std::string describe(const std::exception& error);
 
+/// Whether it says that a database file is damaged.
+bool isDamage(const std::exception& error);
+
 }  // namespace orv::commands

@@ -70,6 +70,18 @@ std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::str
   return nodes;
 }
 
+OpenCommands::Node OpenCommands::reopen(const std::string& path) {
+  std::vector<std::string> replaced;
+  for (const Node& source : session_.MainDataSources) {
+    const auto connection = source->ADOConnection();
+    if (connection && connection->path() == path) replaced.push_back(source->key());
+  }
+  const auto nodes = openAll({path});
+  if (nodes.empty()) return nullptr;
+  for (const std::string& key : replaced) session_.MainDataSources.RemoveDataSource(key);
+  return nodes.back();
+}
+
 OpenCommands::Node OpenCommands::openReplacements() {
   std::vector<Node> replaced;
   for (const Node& source : session_.MainDataSources) {
@@ -115,7 +127,12 @@ OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,
   try {
     return open();
   } catch (const std::exception& error) {
-    session_.ui.message(MessageKind::information, describe(error) + "\n\n" + advice, kProductName);
+    session_.ui.message(
+        MessageKind::information,
+        describe(error) + "\n\n" +
+            (isDamage(error) ? "Database > Repair takes what can be read into a new file."
+                             : advice),
+        kProductName);
     return nullptr;
   }
 }

@@ -30,6 +30,9 @@ class OpenCommands {
   /// told of; the others are opened all the same.
   std::vector<Node> openAll(const std::vector<std::string>& paths);
 
+  /// Opens a database that has been made, or has taken the place of an open one, which is closed.
+  Node reopen(const std::string& path);
+
   /// Asks for each open database in whose place another file stands now whether that is to be
   /// opened instead, once for each. The last one opened; null when none was.
   Node openReplacements();

@@ -11,7 +11,7 @@ std::vector<std::string> indexRemarks(const store::Connection& database) {
   for (const std::string& table : database.tablesWithoutIndex()) {
     lines.push_back(fmt::format(
         "The table {} of {} has a damaged index; its rows were found without it, and none is lost. "
-        "\"orv check\" names the page. Copy the records into a new database: this one cannot be "
+        "\"orv check\" names the page. Repair the database into a new one: this one cannot be "
         "relied on.",
         table, std::filesystem::path(database.path()).filename().string()));
   }

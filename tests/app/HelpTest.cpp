@@ -19,6 +19,7 @@
 #include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/dialogs/ReportDialog.h"
+#include "app/dialogs/dlgCompact.h"
 #include "app/dialogs/dlgTextFileOptions.h"
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
@@ -131,8 +132,10 @@ TEST_F(WindowTest, EverythingExplainsItself) {
   examiner.examine(app::dlgTextFileOptions());
   examiner.examine(app::frmAbout());
   examiner.examine(app::ColumnChooser(grid(), &window));
-  examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, &window));
+  examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, {}, &window));
   examiner.examine(app::ProgressDialog("Working", &window));
+  examiner.examine(app::dlgCompact(app::dlgCompact::Work::compact, "/data/glazing.mdb"));
+  examiner.examine(app::dlgCompact(app::dlgCompact::Work::repair, ""));
   examiner.examine(app::IntegrationDialog({}, optics::kUsualStandard, &window));
 }
 

@@ -192,17 +192,24 @@ function* numbers(seed) {
   for (let state = seed;;) yield(state = (state * 1103515245 + 12345) & 0x7fffffff) >> 8;
 }
 
-/** A file with a byte changed, a page cleared, or cut between two pages. */
+/** A file with a byte changed, a page cleared, without the name at its beginning, or cut anywhere. */
 function damaged(file, seed) {
   const bytes = readFileSync(file);
   const random = numbers(seed);
   const any = (limit) => random.next().value % limit;
   const page = 4096 * (1 + any(bytes.length / 4096 - 1));
-  if (seed % 3 === 0) return bytes.subarray(0, Math.max(page, 4096 * Math.floor(bytes.length / 8192)));
-  if (seed % 3 === 1)
-    bytes.fill(0, page, page + 4096);
-  else
-    bytes[page + any(seed % 2 ? 64 : 4096)] ^= 1 + any(255);
+  switch (seed % 4) {
+    case 0:
+      return bytes.subarray(0, Math.max(page, Math.floor(bytes.length / 2)) + any(4096));
+    case 1:
+      bytes.fill(0, page, page + 4096);
+      break;
+    case 2:
+      bytes[page + any(seed % 8 === 2 ? 64 : 4096)] ^= 1 + any(255);
+      break;
+    case 3:
+      bytes.fill(1 + any(255), 4, 4 + any(16));
+  }
   return bytes;
 }
 
@@ -224,7 +231,7 @@ for (const file of kDamagedFiles.map((name) => join(kCorpus, name))) {
   test(`${basename(file)}: a repair saves what mdbtools reads of a damaged copy`, {skip}, () => {
     const tables = tablesOf(file);
     const [copy, repaired] = [join(folder, 'damaged.mdb'), join(folder, 'repaired.mdb')];
-    for (let seed = 1; seed <= 15; ++seed) {
+    for (let seed = 1; seed <= 20; ++seed) {
       writeFileSync(copy, damaged(file, seed));
       rmSync(repaired, {force: true});
       spawnSync(process.env.ORV, ['compact', copy, repaired, '--repair']);

@@ -1,6 +1,7 @@
 // A compacted file holds what the old one does, and nothing else.
 
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
 
 #include <filesystem>
 #include <iterator>
@@ -191,6 +192,48 @@ TEST(Compact, LeavesADamagedFileToTheRepair) {
   };
   EXPECT_LT(rowsOf(file.string()), 512u);
   EXPECT_EQ(rowsOf(folder / "repaired.mdb"), 512u);
+}
+
+/// An access control list that lets user 1234 read what its group may not.
+std::string accessList() {
+  std::string list(4, '\0');
+  list[0] = 2;  // version
+  const auto add = [&](char kind, char rights, std::uint32_t user) {
+    std::uint8_t entry[8] = {static_cast<std::uint8_t>(kind), 0, static_cast<std::uint8_t>(rights)};
+    store32(entry + 4, user);
+    list.append(std::begin(entry), std::end(entry));
+  };
+  constexpr std::uint32_t kNobody = 0xffffffff;
+  add(0x01, 6, kNobody);
+  add(0x02, 4, 1234);
+  add(0x04, 0, kNobody);
+  add(0x10, 4, kNobody);
+  add(0x20, 0, kNobody);
+  return list;
+}
+
+std::string attributeOf(const fs::path& file, const char* name) {
+  std::string value(256, '\0');
+  const auto size = getxattr(file.c_str(), name, value.data(), value.size());
+  value.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+  return value;
+}
+
+TEST(Compact, PutsTheNewFileInPlaceWithTheAttributesOfTheOldOne) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const fs::path file = folder.copyOf(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb");
+  constexpr const char* kAccessList = "system.posix_acl_access";
+  const std::string list = accessList();
+  if (setxattr(file.c_str(), "user.origin", "Labor 7", 7, 0) != 0 ||
+      setxattr(file.c_str(), kAccessList, list.data(), list.size(), 0) != 0) {
+    GTEST_SKIP() << "the file system of the temporary folder has no attributes";
+  }
+  EXPECT_TRUE(compactInPlace(file.string(), "", folder / "old.mdb").notes.empty());
+  for (const fs::path& each : {file, fs::path(folder / "old.mdb")}) {
+    EXPECT_EQ(attributeOf(each, "user.origin"), "Labor 7") << each;
+    EXPECT_EQ(attributeOf(each, kAccessList), list) << each;
+  }
 }
 
 TEST(Compact, PutsTheNewFileInPlaceWithThePermissionsOfTheOldOne) {

@@ -10,9 +10,12 @@
 #include <random>
 #include <set>
 
+#include "errors/Error.h"
 #include "store/Check.h"
 #include "store/Compact.h"
+#include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
+#include "store/jet/catalog/SecurityIds.h"
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
@@ -124,6 +127,15 @@ std::set<PageNumber> cutOff(std::string& content, std::mt19937& random) {
   return gone;
 }
 
+/// What a file says of itself, its password among it.
+std::set<PageNumber> overwriteHeader(std::string& content, std::mt19937& random) {
+  const std::size_t begin = random() % 0x78;
+  for (std::size_t i = 0; i < 16 + random() % 0x80; ++i) {
+    content[begin + i] = static_cast<char>(random());
+  }
+  return {};
+}
+
 bool meet(const std::set<PageNumber>& a, const std::set<PageNumber>& b) {
   return std::ranges::any_of(a, [&](PageNumber page) { return b.contains(page); });
 }
@@ -162,7 +174,8 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
   const std::string whole(std::istreambuf_iterator<char>(stream), {});
   const auto before = readTables(sound.string());
   unsigned seed = 0;
-  for (const Damage damage : {changeBytes, changeHead, clearPage, fillPage, copyPage, cutOff}) {
+  for (const Damage damage :
+       {changeBytes, changeHead, clearPage, fillPage, copyPage, cutOff, overwriteHeader}) {
     for (int time = 0; time < (std::getenv("ORV_LONG_TESTS") != nullptr ? 300 : 12); ++time) {
       std::mt19937 random(++seed);
       SCOPED_TRACE("seed " + std::to_string(seed));
@@ -198,6 +211,73 @@ TEST(RepairOfASoundFile, LosesNothing) {
   EXPECT_TRUE(report.salvaged.empty());
   EXPECT_TRUE(report.notes.empty());
   expectSaved(readTables(sound), folder / "repaired.mdb", {}, report);
+}
+
+/// Writes so much of a file of the corpus, with some of its first bytes changed.
+std::string damagedCopy(const test::TemporaryFolder& folder, const char* name, std::size_t size,
+                        std::string_view beginning) {
+  std::ifstream stream(test::corpusFolder() / name, std::ios::binary);
+  std::string content(std::istreambuf_iterator<char>(stream), {});
+  content.resize(std::min(size, content.size()));
+  content.replace(0, beginning.size(), beginning);
+  std::ofstream(folder / "damaged.mdb", std::ios::binary) << content;
+  return folder / "damaged.mdb";
+}
+
+TEST(RepairOfAHeader, KeepsThePasswordOrTellsThatItIsLost) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const char* file = "access/passwordV2000.mdb";
+  const std::string unnamed = damagedCopy(folder, file, SIZE_MAX, "no database");
+  EXPECT_THROW(repairFile(unnamed, "", folder / "new.mdb"), Error);
+  EXPECT_TRUE(repairFile(unnamed, "password", folder / "named.mdb").isWhole());
+  EXPECT_THROW(Database::open(folder / "named.mdb", ""), Error);
+
+  const std::string empty = damagedCopy(folder, file, SIZE_MAX, std::string(kPageSize, '\0'));
+  const CompactReport report = repairFile(empty, "", folder / "open.mdb");
+  ASSERT_EQ(report.lost.size(), 1u);
+  EXPECT_NE(report.lost[0].find("password"), std::string::npos) << report.lost[0];
+  EXPECT_EQ(readTables(folder / "open.mdb").size(), 1u);
+  // The ids of users go with the date of the new header.
+  const SecurityIds ids =
+      SecurityIds::of(*Database::open(folder / "open.mdb", "")->table("MSysObjects"));
+  EXPECT_EQ(ids.admin(), SecurityIds::ofNewFiles().admin());
+
+  // With nothing that says what it is, and with no more than the header.
+  for (const std::string& path :
+       {damagedCopy(folder, file, SIZE_MAX, std::string(3 * kPageSize, '\0')),
+        damagedCopy(folder, file, kPageSize - 1, "")}) {
+    try {
+      repairFile(path, "", folder / "nothing.mdb");
+      FAIL() << "nothing was repaired";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number(), kStoreFailure);
+      EXPECT_NE(error.description().find("Take a copy"), std::string::npos) << error.description();
+    }
+    EXPECT_FALSE(fs::exists(folder / "nothing.mdb"));
+  }
+}
+
+/// The file ends one byte before the first row of a page does.
+TEST(RepairOfACutFile, TakesTheRowsThatTheLastPartOfAPageHas) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const char* file = "sources/orvdata-3.0.0.mdb";
+  const auto before = readTables((test::corpusFolder() / file).string());
+  const std::string table = "Pane_spectral_data";
+  PageNumber last = 0;
+  for (const FoundRow& row : before.at(table).rows) last = std::max(last, *row.pages.begin());
+  std::size_t onLast = 0;
+  for (const FoundRow& row : before.at(table).rows) onLast += row.pages.contains(last) ? 1 : 0;
+  ASSERT_GT(onLast, 2u);
+  const std::string cut = damagedCopy(folder, file, (last + 1) * kPageSize - 1, "");
+  const CompactReport report = repairFile(cut, "", folder / "repaired.mdb");
+  EXPECT_TRUE(checkFile(folder / "repaired.mdb", "").sound());
+  EXPECT_EQ(readTables(folder / "repaired.mdb").at(table).rows.size(),
+            before.at(table).rows.size() - 1);
+  const auto told = std::ranges::find(report.salvaged, table, &SalvagedTable::table);
+  ASSERT_NE(told, report.salvaged.end());
+  EXPECT_EQ(told->rowsLost, 1u);
 }
 
 }  // namespace

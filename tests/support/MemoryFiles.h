@@ -50,6 +50,9 @@ class MemoryFiles final : public store::jet::FileSystem {
   std::unique_ptr<store::jet::File> openCompanion(const std::string& path) override;
   std::unique_ptr<store::jet::File> createCompanion(const std::string& path,
                                                     const std::string& database) override;
+  std::vector<std::string> attributesLacking(const std::string&, const std::string&) override {
+    return {};
+  }
   void remove(const std::string& path) override;
   bool rename(const std::string& from, const std::string& to) override;
   void replace(const std::string& from, const std::string& to) override;

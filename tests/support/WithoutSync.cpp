@@ -52,6 +52,10 @@ class FilesWithoutSync final : public FileSystem {
                                         const std::string& database) override {
     return std::make_unique<FileWithoutSync>(system().createCompanion(path, database));
   }
+  std::vector<std::string> attributesLacking(const std::string& path,
+                                             const std::string& former) override {
+    return system().attributesLacking(path, former);
+  }
   void remove(const std::string& path) override { system().remove(path); }
   bool rename(const std::string& from, const std::string& to) override {
     return system().rename(from, to);

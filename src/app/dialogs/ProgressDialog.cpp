@@ -30,12 +30,12 @@ ProgressDialog::ProgressDialog(const QString& text, QWidget* parent)
   text_->setObjectName("lblProgressText");
   bar_->setRange(0, 0);
   bar_->setAccessibleName(tr("Progress"));
-  bar_->setWhatsThis(tr("How many of the records have been worked on"));
+  bar_->setWhatsThis(tr("How much of the work is done"));
   setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   cancel_ = buttons->button(QDialogButtonBox::Cancel);
-  explain(cancel_, tr("End after the record that is being worked on"));
+  explain(cancel_, tr("End the work: after the record in hand, or without a new file"));
   connect(buttons, &QDialogButtonBox::rejected, this, &ProgressDialog::reject);
 
   auto* layout = new QVBoxLayout(this);

@@ -26,7 +26,7 @@ QString listed(const QStringList& parts) {
 }  // namespace
 
 ReportDialog::ReportDialog(const QString& title, const QString& heading, const QStringList& texts,
-                           QWidget* parent)
+                           const QString& help, QWidget* parent)
     : QDialog(parent) {
   setObjectName("ReportDialog");
   setWindowTitle(title);
@@ -35,9 +35,9 @@ ReportDialog::ReportDialog(const QString& title, const QString& heading, const Q
   list->setReadOnly(true);
   list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   list->setAccessibleName(heading);
-  list->setWhatsThis(
-      tr("Each record that failed, with the reason, and what is to be said of the others. The "
-         "text can be copied."));
+  list->setWhatsThis(help.isEmpty() ? tr("Each record that failed, with the reason, and what is to "
+                                         "be said of the others. The text can be copied.")
+                                    : help);
   label->setBuddy(list);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);

@@ -6,13 +6,14 @@
 
 namespace orv::app {
 
-/// Lists what a command has to say of its records, to be read and copied.
+/// Lists what a command has to say of its records or tables, to be read and copied.
 class ReportDialog : public QDialog {
   Q_OBJECT
 
  public:
+  /// `help` says what is listed; empty: records.
   ReportDialog(const QString& title, const QString& heading, const QStringList& texts,
-               QWidget* parent);
+               const QString& help, QWidget* parent);
 };
 
 }  // namespace orv::app

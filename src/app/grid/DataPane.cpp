@@ -5,9 +5,11 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QStylePainter>
 #include <QVBoxLayout>
 
+#include "app/Help.h"
 #include "app/Text.h"
 #include "app/grid/FindBar.h"
 #include "app/grid/RecordGrid.h"
@@ -61,7 +63,12 @@ DataPane::DataPane(QWidget* parent)
       records_(new QWidget),
       grid_(new RecordGrid),
       findBar_(new FindBar(*grid_)),
-      DataSourceTextBox_(makeTextBox()) {
+      DataSourceTextBox_(makeTextBox()),
+      repair_(new QPushButton(tr("&Repair Database..."))) {
+  repair_->setObjectName("cmdRepair");
+  explain(repair_, tr("Take what can be read of the database into a new file"));
+  connect(repair_, &QPushButton::clicked, this, &DataPane::repairWanted);
+  repair_->hide();
   picTitles_->setObjectName("picTitles");
   picTitles_->setFrameShape(QFrame::StyledPanel);
   picTitles_->setBackgroundRole(QPalette::Midlight);
@@ -81,6 +88,7 @@ DataPane::DataPane(QWidget* parent)
   layout->addWidget(picTitles_);
   layout->addWidget(records_, 1);
   layout->addWidget(DataSourceTextBox_, 1);
+  layout->addWidget(repair_, 0, Qt::AlignLeft);
   layout->addStretch(0);
 }
 
@@ -117,8 +125,10 @@ void DataPane::showRecords(const Node& node, int digits, bool again) {
     grid_->fillColumns();
     records_->show();
     DataSourceTextBox_->hide();
+    repair_->hide();
   } catch (const std::exception& error) {
     showText(tr("The records could not be read.\n\n%1").arg(shownText(commands::describe(error))));
+    repair_->setVisible(commands::isDamage(error));
   }
 }
 
@@ -132,6 +142,7 @@ void DataPane::showNothing() {
   grid_->clear();
   records_->hide();
   DataSourceTextBox_->hide();
+  repair_->hide();
 }
 
 }  // namespace orv::app

@@ -9,6 +9,7 @@
 class QFrame;
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace orv::app {
 
@@ -36,6 +37,10 @@ class DataPane : public QWidget {
   /// Shows the same node again, with its data as they are now.
   void reload(const std::shared_ptr<sources::datasource>& node, int digits);
 
+ signals:
+  /// The user wants to repair the database whose records cannot be read.
+  void repairWanted();
+
  private:
   void showRecords(const std::shared_ptr<sources::datasource>& node, int digits, bool again);
   void showText(const QString& text);
@@ -48,6 +53,7 @@ class DataPane : public QWidget {
   RecordGrid* grid_;
   FindBar* findBar_;
   QPlainTextEdit* DataSourceTextBox_;
+  QPushButton* repair_;  ///< under the text that says that the database is damaged
 };
 
 }  // namespace orv::app

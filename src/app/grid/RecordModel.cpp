@@ -252,7 +252,7 @@ void RecordModel::reading(const std::function<void()>& step) {
     idle_.stop();
     failed_ = true;
     announce();
-    emit readingFailed(qt(commands::describe(error)));
+    emit readingFailed(qt(commands::describe(error)), commands::isDamage(error));
   }
 }
 

@@ -67,7 +67,7 @@ class RecordModel : public QAbstractTableModel {
   /// More rows are there, or all are.
   void rowsCounted();
   /// A row cannot be read. Those before it stay; nothing is read on before the next beginning.
-  void readingFailed(const QString& description);
+  void readingFailed(const QString& description, bool isDamage);
   /// Fields of so many rows are filled; `ended` when all are, or filling was stopped.
   void filled(qlonglong rows, bool ended);
 

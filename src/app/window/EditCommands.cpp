@@ -171,7 +171,7 @@ void EditCommands::run(const QString& work, Effect effect, const QString& failur
   }
   emit workEnded(effect == Effect::changesRecords);
   if (ui_.failures().isEmpty()) return;
-  ReportDialog(tr("Failed Records"), failureHeading, ui_.failures() + report_, &window_).exec();
+  ReportDialog(tr("Failed Records"), failureHeading, ui_.failures() + report_, {}, &window_).exec();
 }
 
 }  // namespace orv::app

@@ -23,6 +23,7 @@ MainActions::MainActions(QMainWindow& window) : window_(window) {
   makeEditMenu();
   makeViewMenu();
   makeSortMenu();
+  makeDatabaseMenu();
   makeHelpMenu();
   makeToolBar();
 }
@@ -30,6 +31,7 @@ MainActions::MainActions(QMainWindow& window) : window_(window) {
 void MainActions::enable(const CommandState& state) {
   mnuFileRemove->setEnabled(state.sourceShown);
   mnuFileExport->setEnabled(state.exportable);
+  mnuDatabaseCompact->setEnabled(state.databaseShown);
   mnuEditCopy->setEnabled(state.recordsSelected);
   mnuEditDelete->setEnabled(state.recordsSelected);
   mnuEditPaste->setEnabled(state.recordsPending);
@@ -179,6 +181,15 @@ void MainActions::makeSortMenu() {
   mnuSortDescending = add(mnuSort, "mnuSortDescending", "sort-descending", tr("&Descending"),
                           QKeySequence(tr("Ctrl+Shift+Down")),
                           tr("Sort the records by the selected column, greatest first"));
+}
+
+void MainActions::makeDatabaseMenu() {
+  mnuDatabase = menu("mnuDatabase", tr("&Database"), tr("Compact and repair whole files"));
+  mnuDatabaseCompact =
+      add(mnuDatabase, "mnuDatabaseCompact", "", tr("&Compact..."), QKeySequence(),
+          tr("Write the database shown anew, without the space that deletions have left"));
+  mnuDatabaseRepair = add(mnuDatabase, "mnuDatabaseRepair", "", tr("&Repair..."), QKeySequence(),
+                          tr("Take what can be read of a damaged database into a new file"));
 }
 
 void MainActions::makeHelpMenu() {

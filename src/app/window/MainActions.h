@@ -11,6 +11,7 @@ namespace orv::app {
 /// What the commands' enabling depends on.
 struct CommandState {
   bool sourceShown = false;
+  bool databaseShown = false;
   bool recordsShown = false;
   bool recordsSelected = false;
   bool exportable = false;  ///< text files can hold the selected records
@@ -35,6 +36,7 @@ class MainActions {
   QMenu* mnuEdit;
   QMenu* mnuView;
   QMenu* mnuSort;
+  QMenu* mnuDatabase;
   QMenu* mnuHelp;
   QToolBar* tbToolBar;
 
@@ -67,6 +69,8 @@ class MainActions {
   QAction* mnuViewOptions;
   QAction* mnuSortAscending;
   QAction* mnuSortDescending;
+  QAction* mnuDatabaseCompact;
+  QAction* mnuDatabaseRepair;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 
@@ -78,6 +82,7 @@ class MainActions {
   void makeEditMenu();
   void makeViewMenu();
   void makeSortMenu();
+  void makeDatabaseMenu();
   void makeHelpMenu();
   void makeToolBar();
   void addButton(QAction* action, const char* key);

@@ -47,7 +47,7 @@ void StatusBar::result(const QString& summary, const QStringList& report) {
 }
 
 void StatusBar::showReport() {
-  ReportDialog(tr("Copied Records"), result_->text(), report_, window()).exec();
+  ReportDialog(tr("Copied Records"), result_->text(), report_, {}, window()).exec();
 }
 
 QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) {

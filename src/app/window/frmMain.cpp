@@ -12,6 +12,7 @@
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
 #include "app/theme/Icons.h"
+#include "app/window/CompactCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
@@ -42,6 +43,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       actions_(std::make_unique<MainActions>(*this)),
       file_(new FileCommands(session, *this)),
       edit_(new EditCommands(session, ui, *this)),
+      compact_(new CompactCommands(session, ui, *this)),
       docks_(new RecordDocks(session, *this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
@@ -51,6 +53,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   setCentralWidget(new PaneSplitter(tvDataSources_, dataPane_));
   file_->setParent(this);
   edit_->setParent(this);
+  compact_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
   actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction()});
   connectMenus();
@@ -192,6 +195,7 @@ void frmMain::updateState() {
   const auto kind = current_ ? commands::recordKind(*current_) : std::nullopt;
   CommandState state;
   state.sourceShown = current_ != nullptr;
+  state.databaseShown = CompactCommands::databaseOf(current_) != nullptr;
   state.recordsShown = dataPane_->showsRecords();
   state.recordsSelected = selection_.HasRecords();
   state.exportable = state.recordsSelected && kind && kind != commands::RecordKind::frames;

@@ -11,6 +11,7 @@
 
 namespace orv::app {
 
+class CompactCommands;
 class DataPane;
 class DataSourceTree;
 class EditCommands;
@@ -88,6 +89,7 @@ class frmMain : public QMainWindow {
   std::unique_ptr<MainActions> actions_;
   FileCommands* file_;
   EditCommands* edit_;
+  CompactCommands* compact_;
   RecordDocks* docks_;
 };
 

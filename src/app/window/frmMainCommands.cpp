@@ -15,6 +15,7 @@
 #include "app/grid/FindBar.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
+#include "app/window/CompactCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
@@ -49,6 +50,8 @@ void frmMain::connectMenus() {
   onTriggered(actions_->mnuFileRemove, ui_, [this] { file_->remove(current_); });
   onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportRecords(selection_); });
   onTriggered(actions_->mnuFileExit, ui_, [this] { close(); });
+  onTriggered(actions_->mnuDatabaseCompact, ui_, [this] { compact_->compact(current_); });
+  onTriggered(actions_->mnuDatabaseRepair, ui_, [this] { compact_->repair(current_); });
   onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
   connectEditMenu();
   connectViewMenu();
@@ -100,6 +103,10 @@ void frmMain::connectViewMenu() {
 void frmMain::connectParts() {
   connect(file_, &FileCommands::opened, this, &frmMain::showOpened);
   connect(file_, &FileCommands::removed, this, &frmMain::showSources);
+  connect(compact_, &CompactCommands::opened, this, &frmMain::showOpened);
+  connect(compact_, &CompactCommands::workBegins, this, &frmMain::beginWork);
+  connect(compact_, &CompactCommands::workEnded, this, &frmMain::endWork);
+  connect(dataPane_, &DataPane::repairWanted, actions_->mnuDatabaseRepair, &QAction::trigger);
   connect(edit_, &EditCommands::workBegins, this, &frmMain::beginWork);
   connect(edit_, &EditCommands::workEnded, this, &frmMain::endWork);
   connect(edit_, &EditCommands::workBegins, this, [this] { sbStatusBar_->result({}, {}); });
@@ -128,9 +135,12 @@ void frmMain::connectParts() {
   connect(docks_, &RecordDocks::standardChosen, this, &frmMain::chooseStandard);
   dataPane_->makeTablesBy([this](const Node& node) { return tableOf(node); });
   connect(&grid_.records(), &RecordModel::rowsCounted, this, &frmMain::updateCounts);
-  connect(&grid_.records(), &RecordModel::readingFailed, this, [this](const QString& description) {
-    sbStatusBar_->status(tr("The records could not be read on: %1").arg(description));
-  });
+  connect(
+      &grid_.records(), &RecordModel::readingFailed, this,
+      [this](const QString& description, bool isDamage) {
+        const QString remedy = isDamage ? tr(" Database > Repair saves what can be read.") : "";
+        sbStatusBar_->status(tr("The records could not be read on: %1%2").arg(description, remedy));
+      });
 }
 
 void frmMain::filterToggled(bool shown) {

@@ -1,11 +1,10 @@
 #include "store/jet/catalog/Database.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/catalog/Password.h"
 #include "store/jet/definition/Properties.h"
 #include "store/jet/page/Text.h"
 
@@ -72,20 +71,7 @@ std::shared_ptr<Database> Database::overMemory(Bytes& content, const std::string
 Database::Database(std::shared_ptr<Pager> pager) : pager_(std::move(pager)) {}
 
 std::string Database::storedPassword() const {
-  const Pager& pager = *pager_;
-  const Format& format = pager.format();
-  Bytes password(&pager.header()[format.header.password],
-                 &pager.header()[format.header.password + format.header.passwordSize]);
-  if (format.header.passwordMaskedByDate) {
-    const double date = std::bit_cast<double>(load64(&pager.header()[format.header.creationDate]));
-    constexpr double kEndOfDates = 2'958'466;  // 1 January 10000
-    const auto days = std::abs(date) < kEndOfDates ? static_cast<std::int32_t>(date) : 0;
-    for (std::size_t i = 0; i < password.size(); ++i) {
-      password[i] ^= static_cast<std::uint8_t>(days >> (8 * (i % 4)));
-    }
-  }
-  std::string text = format.unicodeText ? utf8FromUtf16(password) : decodeText(pager, password);
-  return text.substr(0, text.find('\0'));
+  return passwordIn(format(), pager_->header());
 }
 
 void Database::checkPassword(const std::string& password) const {

@@ -65,6 +65,8 @@ class Database {
   const Format& format() const { return pager_->format(); }
   /// The password that the file asks for; empty for none.
   std::string storedPassword() const;
+  /// Raises kNotAuthenticated for another than that.
+  void checkPassword(const std::string& password) const;
   /// "Jet 4", "ACE (Access 2007)", ...
   std::string formatName() const;
 
@@ -91,7 +93,6 @@ class Database {
  private:
   explicit Database(std::shared_ptr<Pager> pager);
   void refreshCatalog();
-  void checkPassword(const std::string& password) const;
   [[noreturn]] void refuseLinkedTable(const std::string& name);
   /// Takes tables of before a refresh on that others still use, as their definitions are now: all
   /// who use a table must agree on its indexes and on the automatic numbers handed out.

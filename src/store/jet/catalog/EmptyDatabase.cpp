@@ -25,9 +25,9 @@ constexpr PageNumber kRelationshipsPage = 5;
 constexpr PageNumber kFirstFreePage = 6;
 
 /// The date in the header masks the password and goes with the mask of the security ids. How the
-/// engine makes that mask from the date is not known; this date and this mask belong together.
+/// engine makes that mask from the date is not known; this date belongs to
+/// SecurityIds::ofNewFiles().
 constexpr double kHeaderDate = std::bit_cast<double>(std::uint64_t{0x40e29ff17d1f72bc});
-constexpr std::uint16_t kSecurityMask = 0x32a5;
 
 constexpr std::uint32_t kSystemObject = 0x80000000;
 
@@ -222,7 +222,7 @@ Bytes emptyDatabase(const FileSettings& settings) {
   auto permissions = makeSystemTable(pager, kPermissionsPage, permissionsDesign());
   makeSystemTable(pager, kQueriesPage, queriesDesign());
   makeSystemTable(pager, kRelationshipsPage, relationshipsDesign());
-  CatalogWriter catalog(std::move(objects), std::move(permissions), SecurityIds(kSecurityMask));
+  CatalogWriter catalog(std::move(objects), std::move(permissions), SecurityIds::ofNewFiles());
   addContainers(catalog);
   addPermissions(catalog);
   transaction.commit();

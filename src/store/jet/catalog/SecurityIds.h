@@ -13,6 +13,8 @@ namespace orv::store::jet {
 class SecurityIds {
  public:
   explicit SecurityIds(std::uint16_t mask) : mask_(mask) {}
+  /// Those of files with the creation date that emptyDatabase() gives.
+  static SecurityIds ofNewFiles() { return SecurityIds(0x32a5); }
   /// Those of a file, from the row of its catalogue about itself. Raises kCorruptFile when there
   /// is none.
   static SecurityIds of(const Table& objects);

@@ -55,7 +55,11 @@ CompactReport Compaction::replace(const std::string& backup) {
   const Pager::WriteLock lock(pager);
   const DamagedFileScope scope(pager.path());
   NewFile made = NewFile::inPlaceOf(pager.path());
-  const CompactReport report = copyInto(made.take(), pager.path(), true);
+  CompactReport report = copyInto(made.take(), pager.path(), true);
+  for (const std::string& name : made.attributesLacking()) {
+    report.notes.push_back("the new file is without the attribute '" + name +
+                           "' of the old one, which could not be set");
+  }
   pager.endLog();
   if (!backup.empty()) {
     backUp(backup);

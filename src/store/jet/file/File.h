@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orv::store::jet {
 
@@ -64,9 +65,15 @@ class FileSystem {
   /// kStoreFailure for whatever is no plain file with this one name: a link would lead writing
   /// to a file of somebody else.
   virtual std::unique_ptr<File> openCompanion(const std::string& path) = 0;
-  /// Makes such a file, with the owner, the group and the permissions of `database`.
+  /// Makes such a file, with the owner, the group, the permissions, the access control list and the
+  /// extended attributes of `database`, as far as the user may give these.
   virtual std::unique_ptr<File> createCompanion(const std::string& path,
                                                 const std::string& database) = 0;
+
+  /// The names of the extended attributes of `former`, its access control list among them, that
+  /// `path` has not or with another value.
+  virtual std::vector<std::string> attributesLacking(const std::string& path,
+                                                     const std::string& former) = 0;
 
   /// Removes the name, if there is one.
   virtual void remove(const std::string& path) = 0;

@@ -53,6 +53,10 @@ NewFile::~NewFile() {
   }
 }
 
+std::vector<std::string> NewFile::attributesLacking() const {
+  return FileSystem::current().attributesLacking(written_, path_);
+}
+
 void NewFile::putInPlace() {
   if (Log former(path_, kLargestPage); former.look() != Log::Found::absent) {
     former.setAside();  // It is of a database that was here before.

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "store/jet/file/File.h"
 
@@ -22,6 +23,9 @@ class NewFile {
   ~NewFile();
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
+
+  /// What the file that stands in its place has and it has not: see FileSystem.
+  std::vector<std::string> attributesLacking() const;
 
   /// The file, empty; once.
   std::unique_ptr<File> take() { return std::move(file_); }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -63,6 +65,36 @@ std::string holderIn(const std::filesystem::path& folder, const std::string& fil
     }
   }
   return {};
+}
+
+/// The extended attribute that holds the access control list.
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+/// What `call(buffer, size)` gives: it tells the size when it is asked for none.
+template <class Call>
+std::string sized(Call call) {
+  const ssize_t size = call(nullptr, 0);
+  std::string bytes(static_cast<std::size_t>(std::max<ssize_t>(size, 0)), 0);
+  const ssize_t got = bytes.empty() ? 0 : call(bytes.data(), bytes.size());
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return bytes;
+}
+
+/// The names of the extended attributes that a user may see; none where there are no such things.
+std::vector<std::string> attributesOf(const std::string& path) {
+  const std::string list =
+      sized([&](char* bytes, std::size_t size) { return ::listxattr(path.c_str(), bytes, size); });
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < list.size(); at += names.back().size() + 1) {
+    names.emplace_back(list.c_str() + at);
+  }
+  return names;
+}
+
+std::string attributeOf(const std::string& path, const std::string& name) {
+  return sized([&](char* bytes, std::size_t size) {
+    return ::getxattr(path.c_str(), name.c_str(), bytes, size);
+  });
 }
 
 class PosixFile final : public File {
@@ -170,14 +202,21 @@ class PosixFile final : public File {
     return s;
   }
 
-  /// Gives the file the owner, group and permissions of another, as far as this user may.
-  void belongTogetherWith(const struct stat& other) {
+  /// Gives the file the owner, group, permissions and attributes of another, as far as this user
+  /// may. An access control list decides what the bits for the group mean: none is inherited from
+  /// the folder, and that of the other comes last.
+  void belongTogetherWith(const struct stat& other, const std::string& path) {
+    ::fremovexattr(descriptor_, kAccessList);
     if (::fchown(descriptor_, other.st_uid, other.st_gid) != 0 &&
         ::fchown(descriptor_, static_cast<uid_t>(-1), other.st_gid) != 0) {
       // Its own group has to do.
     }
     if (::fchmod(descriptor_, other.st_mode & 0666) != 0) {
       raiseFailure("Creating", path_, errno);
+    }
+    for (const std::string& name : attributesOf(path)) {
+      const std::string value = attributeOf(path, name);
+      ::fsetxattr(descriptor_, name.c_str(), value.data(), value.size(), 0);
     }
   }
 
@@ -254,8 +293,17 @@ class PosixFileSystem final : public FileSystem {
       raiseFailure("Creating", path, errno);
     }
     auto file = std::make_unique<PosixFile>(descriptor, path, false);
-    file->belongTogetherWith(s);
+    file->belongTogetherWith(s, database);
     return file;
+  }
+
+  std::vector<std::string> attributesLacking(const std::string& path,
+                                             const std::string& former) override {
+    std::vector<std::string> names = attributesOf(former);
+    std::erase_if(names, [&](const std::string& name) {
+      return attributeOf(path, name) == attributeOf(former, name);
+    });
+    return names;
   }
 
   void remove(const std::string& path) override {

@@ -31,10 +31,31 @@ SecurityIds idsOf(const Table& objects) {
   }
 }
 
+/// Hides the ids in a column as new files do. Those of a workgroup, which are longer, stay.
+void hideAnew(Table& table, std::string_view name, const SecurityIds& former) {
+  const auto column = table.definition().findColumn(name);
+  std::vector<RowId> rows;
+  for (TableScan scan = table.scan(); column && scan.next();) {
+    rows.push_back(scan.rowId());
+  }
+  for (const RowId id : rows) {
+    const auto row = table.row(id);
+    std::vector<Value> values;
+    for (const Column& each : table.definition().columns) {
+      values.push_back(row->value(each));
+    }
+    const Bytes* user = values[*column].getIf<Bytes>();
+    if (user != nullptr && user->size() == SecurityIds::kSize) {
+      values[*column] = former.translate(*user, SecurityIds::ofNewFiles());
+      table.update(id, values);
+    }
+  }
+}
+
 }  // namespace
 
 void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& catalog,
-                 const TableNumbers& numbers) {
+                 const TableNumbers& numbers, bool hasNewHeader) {
   constexpr PageNumber kPermissionsPage = 3;
   const auto open = [&](PageNumber page) {
     return std::make_shared<Table>(pager,
@@ -42,7 +63,13 @@ void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& cata
   };
   Transaction transaction(*pager);
   const auto objects = open(kCatalogPage);
-  CatalogWriter writer(objects, open(kPermissionsPage), idsOf(*objects));
+  const auto permissions = open(kPermissionsPage);
+  if (hasNewHeader) {
+    const SecurityIds former = idsOf(*objects);
+    hideAnew(*objects, "Owner", former);
+    hideAnew(*permissions, "SID", former);
+  }
+  CatalogWriter writer(objects, permissions, idsOf(*objects));
   std::set<std::int32_t> ids;
   for (const CatalogEntry& entry : catalog.entries()) {
     ids.insert(entry.id);

@@ -1,11 +1,14 @@
 #include "store/jet/repair/PageSurvey.h"
 
+#include <algorithm>
+
 #include "errors/Error.h"
 #include "store/jet/page/FreePages.h"
 
 namespace orv::store::jet {
 
-PageSurvey::PageSurvey(Pager& pager, const CompactProgress& progress) {
+PageSurvey::PageSurvey(Pager& pager, std::uint64_t fileSize, const CompactProgress& progress)
+    : pageSize_(pager.format().pageSize), fileSize_(fileSize) {
   constexpr PageNumber kPagesPerReport = 64;
   std::set<PageNumber> continued;
   for (PageNumber page = 1; page < pager.pageCount(); ++page) {
@@ -52,6 +55,13 @@ void PageSurvey::readFreePages(Pager& pager) {
   } catch (const Error&) {
     free_.clear();
   }
+}
+
+std::size_t PageSurvey::bytesThere(PageNumber page) const {
+  const std::uint64_t begin = std::uint64_t{page} * pageSize_;
+  return begin >= fileSize_
+             ? 0
+             : static_cast<std::size_t>(std::min<std::uint64_t>(pageSize_, fileSize_ - begin));
 }
 
 const std::vector<PageNumber>& PageSurvey::pagesOf(PageNumber table) const {

@@ -7,7 +7,6 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/check/FileCheck.h"
-#include "store/jet/compact/CopySource.h"
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/repair/CatalogMending.h"
@@ -18,20 +17,19 @@ namespace orv::store::jet {
 
 Repair::Repair(const std::string& path, const std::string& password,
                const CompactProgress& progress)
-    : database_(openToCopy(path, password, "repaired")), progress_(progress) {}
+    : source_(path, password, report_), progress_(progress) {}
 
 CompactReport Repair::writeTo(const std::string& target) {
-  Pager& pager = database_->pager();
+  Pager& pager = source_.database().pager();
   NewFile made = NewFile::beside(pager.path(), target);
-  const Pager::ReadLock lock(pager);
-  CompactReport report;
-  report.sizeBefore = pager.fileSize();
-  const PageSurvey survey(pager, progress_);
+  const Pager::ReadLock lock(source_.lockedPager());
+  report_.sizeBefore = source_.size();
+  const PageSurvey survey(pager, source_.size(), progress_);
   if (!survey.unreadable().empty()) {
-    report.notes.push_back(fmt::format("{} pages cannot be read from the disk, the first is {}",
-                                       survey.unreadable().size(), survey.unreadable().front()));
+    report_.notes.push_back(fmt::format("{} pages cannot be read from the disk, the first is {}",
+                                        survey.unreadable().size(), survey.unreadable().front()));
   }
-  const CatalogSalvage catalog(pager, survey, report);
+  const CatalogSalvage catalog(pager, survey, report_);
   const PageRef header = pager.read(0);
   const std::size_t pages = pager.pageCount();
   CopyTarget copy(made.take(), target, {header.data(), header.size()}, [&](std::size_t done) {
@@ -41,46 +39,46 @@ CompactReport Repair::writeTo(const std::string& target) {
     }
   });
   TableNumbers numbers;
-  copyTables(catalog, copy, numbers, report);
+  copyTables(survey, catalog, copy, numbers);
   copy.finish();
-  mendCatalog(copy.sharedPager(), catalog, numbers);
-  tellFaults(copy.sharedPager(), report);
+  mendCatalog(copy.sharedPager(), catalog, numbers, source_.hasNewHeader());
+  tellFaults(copy.sharedPager());
   copy.pager().sync();
-  report.sizeAfter = copy.pager().fileSize();
+  report_.sizeAfter = copy.pager().fileSize();
   made.putInPlace();
-  return report;
+  return report_;
 }
 
 /// There should be none: what they are is told, and that the file is not whole.
-void Repair::tellFaults(const std::shared_ptr<Pager>& pager, CompactReport& report) {
+void Repair::tellFaults(const std::shared_ptr<Pager>& pager) {
   const CheckProgress progress;
   const CheckReport check = FileCheck(Database::over(pager), progress).run();
   for (const auto& fault : check.faults) {
-    report.lost.push_back("a fault of the new file: " + fault.toText());
+    report_.lost.push_back("a fault of the new file: " + fault.toText());
   }
 }
 
-void Repair::copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
-                        CompactReport& report) {
+void Repair::copyTables(const PageSurvey& survey, const CatalogSalvage& catalog, CopyTarget& target,
+                        TableNumbers& numbers) {
   for (const auto& [page, table] : catalog.tables()) {
     numbers.add(page, target.newPage());
   }
-  SalvageSource source(database_->pager(), catalog);
+  SalvageSource source(source_.database().pager(), survey, catalog);
   for (const auto& [page, table] : catalog.tables()) {
-    const CompactReport before = report;
+    const CompactReport before = report_;
     try {
-      TableCopy(source, target, numbers, report, table.definition.table).run();
+      TableCopy(source, target, numbers, report_, table.definition.table).run();
     } catch (const Error& error) {
       if (error.number() == kStoreFailure || error.number() == kDatabaseFull) {
         throw;
       }
-      report = before;
+      report_ = before;
       const auto without = source.doWithoutIndexes(page, error.description());
-      TableCopy(source, target, numbers, report, without).run();
+      TableCopy(source, target, numbers, report_, without).run();
     }
     SalvagedTable findings = source.takeFindings(page);
     if (!findings.isWhole() || !findings.notes.empty()) {
-      report.salvaged.push_back(std::move(findings));
+      report_.salvaged.push_back(std::move(findings));
     }
   }
 }

@@ -9,6 +9,7 @@
 #include "store/jet/compact/CopyTarget.h"
 #include "store/jet/compact/TableNumbers.h"
 #include "store/jet/repair/CatalogSalvage.h"
+#include "store/jet/repair/DamagedDatabase.h"
 
 namespace orv::store::jet {
 
@@ -19,11 +20,12 @@ class Repair {
   CompactReport writeTo(const std::string& target);
 
  private:
-  static void tellFaults(const std::shared_ptr<Pager>& pager, CompactReport& report);
-  void copyTables(const CatalogSalvage& catalog, CopyTarget& target, TableNumbers& numbers,
-                  CompactReport& report);
+  void tellFaults(const std::shared_ptr<Pager>& pager);
+  void copyTables(const PageSurvey& survey, const CatalogSalvage& catalog, CopyTarget& target,
+                  TableNumbers& numbers);
 
-  std::shared_ptr<Database> database_;
+  CompactReport report_{};
+  DamagedDatabase source_;
   const CompactProgress& progress_;
 };
 

@@ -121,6 +121,7 @@ void RowSalvage::readRow(const DataPage& page, RowId id, std::vector<Place>& row
       moved_.push_back(id);
       return;
     }
+    checkIsThere(id, slot);
     const Place place{id, slot.kind == SlotKind::pointer ? follow(id) : id};
     checkDecodes(*table_, view(place));
     if (place.content != id && !pointedAt_.insert(place.content).second) {
@@ -141,12 +142,19 @@ RowId RowSalvage::follow(RowId home) {
     if (page.owner() != table_->page || slot.kind == SlotKind::dead) {
       raiseDamaged(home.page, "the row has been moved to where no row of the table is");
     }
+    checkIsThere(at, slot);
     if (slot.kind != SlotKind::pointer) {
       return at;
     }
     at = RowId::fromPointer(ByteView(page.bytes(at.row), at.page).u32(0));
   }
   raiseDamaged(home.page, "the pointers of the row form a loop");
+}
+
+void RowSalvage::checkIsThere(RowId row, const Slot& slot) const {
+  if (slot.offset + slot.length > survey_.bytesThere(row.page)) {
+    raiseDamaged(row.page, "the file ends before the row does");
+  }
 }
 
 RowView RowSalvage::view(const Place& place) const {
@@ -221,6 +229,8 @@ void RowSalvage::addStrayMovedRows() {
       "{} rows were put back that had been moved, and whose first places are gone", moved_.size()));
   for (const RowId id : moved_) {
     try {
+      const PageRef page = pageAt(id.page);
+      checkIsThere(id, DataPage(pager_.format(), page.view()).slot(id.row));
       checkDecodes(*table_, view({id, id}));
       rows_.push_back({id, id});
     } catch (const Error&) {  // None that anybody misses.

@@ -52,6 +52,7 @@ class RowSalvage {
   void readPage(PageNumber number, std::vector<Place>& rows);
   void readRow(const DataPage& page, RowId id, std::vector<Place>& rows);
   RowId follow(RowId home);
+  void checkIsThere(RowId row, const Slot& slot) const;
   void addStrayPages();
   void addStrayMovedRows();
   void lose(RowId id, const std::string& why);

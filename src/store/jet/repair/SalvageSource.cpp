@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "errors/Error.h"
@@ -45,11 +46,16 @@ Bytes SalvageSource::longValue(std::span<const std::uint8_t> stored, PageNumber 
   try {
     forEachLongValuePart(pager(), stored, page, [&](RowId part) {
       const PageRef ref = pager().read(part.page);
-      auto bytes = DataPage(pager().format(), ref.view()).bytes(part.row);
+      const Slot slot = DataPage(pager().format(), ref.view()).slot(part.row);
+      const std::size_t end = std::min(slot.offset + slot.length, survey_.bytesThere(part.page));
+      auto bytes = ref.view().span(slot.offset, std::max(end, slot.offset) - slot.offset);
       if (said.form == LongValueDefinition::Form::chain) {
-        bytes = bytes.subspan(LongValueDefinition::kNextSize);
+        bytes = bytes.subspan(std::min(bytes.size(), LongValueDefinition::kNextSize));
       }
       value.insert(value.end(), bytes.begin(), bytes.end());
+      if (end < slot.offset + slot.length) {
+        raiseDamaged(part.page, "the file ends before the value does");
+      }
       if (value.size() > most) {
         raiseDamaged(part.page, "the parts of a memo or picture form a loop");
       }

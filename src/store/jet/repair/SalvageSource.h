@@ -13,8 +13,8 @@ namespace orv::store::jet {
 /// are. Says of each table what is lost.
 class SalvageSource : public CopySource {
  public:
-  SalvageSource(Pager& pager, const CatalogSalvage& catalog)
-      : CopySource(pager), catalog_(catalog) {}
+  SalvageSource(Pager& pager, const PageSurvey& survey, const CatalogSalvage& catalog)
+      : CopySource(pager), survey_(survey), catalog_(catalog) {}
 
   Bytes definition(const TableDefinition& table) override;
   void forEachRow(const std::shared_ptr<const TableDefinition>& table,
@@ -32,6 +32,7 @@ class SalvageSource : public CopySource {
  private:
   const SalvagedDefinition& definitionOf(PageNumber table) const;
 
+  const PageSurvey& survey_;
   const CatalogSalvage& catalog_;
   std::map<PageNumber, SalvagedDefinition> withoutIndexes_{};
   std::size_t valuesCut_ = 0;
