@@ -15,23 +15,23 @@ class CheckVerb : public Verb {
  public:
   explicit CheckVerb(CLI::App& app)
       : Verb(app, "check", "Check a whole database file: pages, rows, indexes, long values",
-             "  orv check orvdata.mdb\n  orv check orvdata.mdb --verbose --format json\n") {
-    command().add_option("FILE", path_, "The database")->required()->type_name("");
+             "  orv check orvdata.mdb\n  orv check orvdata.mdb --verbose --format json\n",
+             "Each fault is a line; the exit status is 1 where there are any. Remarks are "
+             "counted.") {
+    file_.addTo(command());
     command().add_flag("--verbose", verbose_,
                        "List also remarks: what is unusual but harms nothing");
-    password_.addTo(command());
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& console) override {
-    const store::CheckReport report = opening([&] {
-      commands::refuseSemicolon(path_);
-      commands::refuseOtherThanFile(path_);
-      return password_.use(
-          [&](const std::string& password) { return checkWithProgress(console.ui, password); });
+    const store::CheckReport report = file_.use([&](const std::string& password) {
+      commands::refuseSemicolon(file_.path());
+      commands::refuseOtherThanFile(file_.path());
+      return checkWithProgress(console.ui, password);
     });
     format_ == Format::table ? writeText(report) : writeRows(report);
-    std::cerr << "orv: " << path_ << ": " << summaryOf(report) << " in "
+    std::cerr << "orv: " << file_.path() << ": " << summaryOf(report) << " in "
               << counted(report.tables, "table") << ", " << counted(report.rows, "row") << ", "
               << report.indexEntries << " index entries"
               << ".\n";
@@ -46,7 +46,7 @@ class CheckVerb : public Verb {
       if (ui.cancelled()) throw std::runtime_error("The check was cancelled.");
     };
     return commands::withPasswordOfIgdb(password, [&](const std::string& tried) {
-      return store::checkFile(path_, tried, progress);
+      return store::checkFile(file_.path(), tried, progress);
     });
   }
 
@@ -82,8 +82,7 @@ class CheckVerb : public Verb {
     writer->end();
   }
 
-  std::string path_;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   bool verbose_ = false;
   Format format_ = Format::table;
 };

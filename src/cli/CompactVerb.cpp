@@ -11,10 +11,13 @@ namespace {
 class CompactVerb : public Verb {
  public:
   explicit CompactVerb(CLI::App& app)
-      : Verb(app, "compact", "Write a database into a new file without free space",
-             "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
-             "  orv compact damaged.mdb saved.mdb --repair\n") {
-    command().add_option("FILE", request_.path, "The database")->required()->type_name("");
+      : Verb(
+            app, "compact", "Write a database into a new file without free space",
+            "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
+            "  orv compact damaged.mdb saved.mdb --repair\n",
+            "Writes all that an Access file of format Jet 4 holds. A damaged file can be repaired, "
+            "and it is told by table what is lost.") {
+    file_.addTo(command());
     command()
         .add_option("NEW", request_.target, "File to make; one that is there is never replaced")
         ->type_name("");
@@ -28,7 +31,6 @@ class CompactVerb : public Verb {
         ->needs(inPlace);
     command().add_flag("--repair", request_.isRepair,
                        "Take what can be read of a damaged database, and tell what is lost");
-    password_.addTo(command());
     addForce(command(), answers_.force);
     addQuiet(command(), answers_.quiet);
   }
@@ -41,11 +43,11 @@ class CompactVerb : public Verb {
       throw wrongUse("A repair never takes the place of the damaged file: name a new one.");
     }
     console.ui.answers(answers_);
-    const auto result = opening([&] {
-      return password_.use([&](const std::string& password) {
-        request_.password = password;
-        return commands::compactDatabase(request_, console.ui);
-      });
+    request_.path = file_.path();
+    refuseStandardStream(request_.target);
+    const auto result = file_.use([&](const std::string& password) {
+      request_.password = password;
+      return commands::compactDatabase(request_, console.ui);
     });
     if (result.refused) return kWrongUse;
     if (!answers_.quiet) writeSummary(result);
@@ -65,7 +67,7 @@ class CompactVerb : public Verb {
 
   commands::CompactRequest request_;
   bool inPlace_ = false;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   Answers answers_;
 };
 
