@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <iostream>
 
 #include "cli/Arguments.h"
@@ -31,10 +33,7 @@ class CheckVerb : public Verb {
       return checkWithProgress(console.ui, password);
     });
     format_ == Format::table ? writeText(report) : writeRows(report);
-    std::cerr << "orv: " << file_.path() << ": " << summaryOf(report) << " in "
-              << counted(report.tables, "table") << ", " << counted(report.rows, "row") << ", "
-              << report.indexEntries << " index entries"
-              << ".\n";
+    tellSummary(report);
     return report.sound() ? kAllWell : kRecordsFailed;
   }
 
@@ -48,6 +47,14 @@ class CheckVerb : public Verb {
     return commands::withPasswordOfIgdb(password, [&](const std::string& tried) {
       return store::checkFile(file_.path(), tried, progress);
     });
+  }
+
+  /// Behind the faults; beside rows, which other programs read.
+  void tellSummary(const store::CheckReport& report) const {
+    std::ostream& out = format_ == Format::table ? std::cout : std::cerr << "orv: ";
+    out << fmt::format("{}: {} in {}, {}, {} index entries.\n", file_.path(), summaryOf(report),
+                       counted(report.tables, "table"), counted(report.rows, "row"),
+                       report.indexEntries);
   }
 
   std::string summaryOf(const store::CheckReport& report) const {
