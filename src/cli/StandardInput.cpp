@@ -1,5 +1,7 @@
 #include "cli/StandardInput.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +9,7 @@
 #include <system_error>
 
 #include "cli/Failure.h"
+#include "cli/Interrupts.h"
 #include "commands/SourceOpener.h"
 #include "productfile/ProductFile.h"
 
@@ -15,6 +18,15 @@ namespace orv::cli {
 namespace fs = std::filesystem;
 
 namespace {
+
+// What a signal leaves, and the end of the program.
+std::string keptFolder;
+std::string keptFile;
+
+void removeKept() {
+  unlink(keptFile.c_str());
+  rmdir(keptFolder.c_str());
+}
 
 std::string newFolder() {
   std::string pattern = (fs::temp_directory_path() / "orv-XXXXXX").string();
@@ -63,8 +75,7 @@ void refuseStandardStream(const std::string& database) {
 }
 
 StandardInput::~StandardInput() {
-  std::error_code ignored;
-  if (!folder_.empty()) fs::remove_all(folder_, ignored);
+  if (!folder_.empty()) removeKept();
 }
 
 std::string StandardInput::read(const std::string& name) {
@@ -72,13 +83,16 @@ std::string StandardInput::read(const std::string& name) {
   if (name != fs::path(name).filename()) {
     throw wrongUse("The standard input gets the name of a file, not a path: \"" + name + "\".");
   }
-  folder_ = newFolder();
+  keptFolder = folder_ = newFolder();
   const fs::path path = fs::path(folder_) / (name.empty() ? "stdin.txt" : name);
+  keptFile = path;
+  beforeSignalsEnd(removeKept);
   copyInput(path);
   if (commands::isDatabaseFile(path)) refuseStandardStream(kStandardStream);
   if (!name.empty() || !looksLikeProducts(path)) return path;
   const fs::path products = fs::path(path).replace_extension(".json");
   fs::rename(path, products);
+  keptFile = products;
   return products;
 }
 

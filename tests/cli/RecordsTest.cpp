@@ -235,8 +235,15 @@ TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
   setPassword(folder.path() / "to.mdb", "Sesame 7");
   EXPECT_EQ(shell("echo 'Sesame 7' | orv info to.mdb --password-file -").exit, 0);
   EXPECT_EQ(shell("echo 'Sesame 8' | orv info to.mdb --password-file -").exit, 3);
-  EXPECT_EQ(shell("TMPDIR=$PWD; export TMPDIR; orv list - <a.txt; ls -d orv-*").exit, 2)
-      << "nothing is left behind";
+  for (int i = 0; i < kPoints * 10; ++i)
+    filmed += fmt::format("{} 0.5 0.25 0.125\n", 3 + i * 0.001);
+  folder.write("long.txt", filmed);
+  const Ended unread = shell(
+      "TMPDIR=$PWD; export TMPDIR; orv list - <a.txt; "
+      "(sleep 0.1; orv show - --spectrum <long.txt; echo $? >ended) | true; cat ended; ls -d "
+      "orv-*");
+  EXPECT_NE(unread.out.find("\n141\n"), std::string::npos) << unread.out << unread.err;
+  EXPECT_EQ(unread.exit, 2) << "nothing is left behind: " << unread.out;
 }
 
 TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
