@@ -48,13 +48,23 @@ void addFormat(CLI::App& command, Format& format) {
       ->type_name("FORM");
 }
 
-void addQuiet(CLI::App& command, bool& quiet) {
-  command.add_flag("--quiet", quiet, "Tell failures only: no summary, no remarks, no progress");
+CLI::Option* addQuiet(CLI::App& command, bool& quiet) {
+  return command.add_flag("--quiet", quiet,
+                          "Tell failures only: no summary, no remarks, no progress");
 }
 
 CLI::Option* addForce(CLI::App& command, bool& force) {
   return command.add_flag("--force", force,
-                          "Change the database even when Access seems to have it open");
+                          "Change the database although Access seems to have it open: beside it "
+                          "lies the file in which Access notes its users, and a program holds that "
+                          "file or it was written within the last day");
+}
+
+void addIdentifiers(CLI::App& command, std::vector<std::string>& identifiers) {
+  command
+      .add_option("ID", identifiers,
+                  "Identifiers of the records, as list shows them; all when none is given")
+      ->type_name("");
 }
 
 void PasswordArgument::addTo(CLI::App& command) {
@@ -65,46 +75,69 @@ void PasswordArgument::addTo(CLI::App& command) {
                    ->type_name("TEXT");
   command
       .add_option("--password-file", file_,
-                  "File whose first line is the password. Without either, it is asked for on a "
-                  "terminal")
+                  "File whose first line is the password, - for the standard input. Without "
+                  "either, a password that is needed is asked for on a terminal, and not shown")
       ->type_name("FILE")
       ->excludes(text);
 }
 
-std::string PasswordArgument::value() const {
+const std::string& PasswordArgument::value() const {
   if (file_.empty()) return text_;
-  std::ifstream file(file_, std::ios::binary);
+  if (read_) return *read_;
+  std::ifstream file;
+  const bool isInput = file_ == kStandardStream;
+  if (!isInput) file.open(file_, std::ios::binary);
   std::string line;
-  if (!std::getline(file, line)) {
+  if (!std::getline(isInput ? std::cin : file, line)) {
     throw Failure(kCannotOpen, "No password can be read from \"" + file_ + "\".");
   }
   if (line.ends_with('\r')) line.pop_back();
-  return line;
+  return read_.emplace(std::move(line));
 }
 
-std::shared_ptr<store::Connection> openDatabase(const std::string& path,
-                                                const PasswordArgument& password) {
-  return opening([&] {
-    return password.use(
-        [&](const std::string& word) { return commands::openDatabaseFile(path, word).connection; });
-  });
+void DatabaseArgument::addTo(CLI::App& command) {
+  command.add_option("FILE", path_, "Any Access database")->required()->type_name("");
+  password_.addTo(command);
+}
+
+std::shared_ptr<store::Connection> DatabaseArgument::open() const {
+  return use(
+      [&](const std::string& word) { return commands::openDatabaseFile(path_, word).connection; });
 }
 
 void SourceArgument::addSource(CLI::App& command) {
-  addPassword(command);
   command
-      .add_option(
-          "SOURCE", path_,
-          "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), or a "
-          "folder of such files")
+      .add_option("SOURCE", path_,
+                  "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), a "
+                  "folder of such files, or - for such a file from the standard input")
       ->required()
       ->type_name("");
+  addSourceOptions(command);
 }
 
-void SourceArgument::addOptions(CLI::App& command) {
+void SourceArgument::addDatabase(CLI::App& command) {
+  isDatabase_ = true;
+  command.add_option("DB", path_, "An ORV database of version 3.0.0")->required()->type_name("");
+  password_.addTo(command);
+}
+
+void SourceArgument::addSourceOptions(CLI::App& command) {
+  command
+      .add_option("--name", name_,
+                  "Name of the file that comes from the standard input; stdin.txt or stdin.json "
+                  "unless given")
+      ->type_name("NAME");
+  password_.addTo(command);
+}
+
+void SourceArgument::addSet(CLI::App& command) {
   command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
       ->transform(oneOf(kSets))
       ->type_name("KIND");
+}
+
+void SourceArgument::addOptions(CLI::App& command) {
+  addSet(command);
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first files look)")
@@ -115,14 +148,31 @@ void SourceArgument::addOptions(CLI::App& command) {
 void SourceArgument::addTolerant(CLI::App& command) {
   command.add_flag("--tolerant", isTolerant_,
                    "Read pane files that differ from the format where that has one meaning: "
-                   "decimal commas, semicolons, headings, nm, percent and the like");
+                   "decimal commas, semicolons and commas between columns, headings, \"nm\" and "
+                   "\"\u00b5m\", \"4.0 mm\", percent, no-break spaces, exponents with D, an "
+                   "end-of-file character, descending wavelengths. What was done is told, a line a "
+                   "file");
+}
+
+std::vector<std::string> SourceArgument::withInput(Console& console,
+                                                   std::vector<std::string> paths) const {
+  for (std::string& path : paths) {
+    if (path == kStandardStream) path = console.input.read(name_);
+  }
+  console.session.inputFolder = console.input.folder();
+  if (!name_.empty() && console.input.folder().empty()) {
+    throw wrongUse("--name is for what comes from the standard input; no source is -.");
+  }
+  return paths;
 }
 
 Node SourceArgument::open(Console& console) const {
+  if (isDatabase_) refuseStandardStream(path_);
   applyTo(console);
+  const std::string path = withInput(console, {path_}).front();
   const Node source = opening([&] {
     return withPassword(
-        console, [&] { return commands::SourceOpener(console.session).openAny(path_, textKind_); });
+        console, [&] { return commands::SourceOpener(console.session).openAny(path, textKind_); });
   });
   requireTexts({source});
   return source;

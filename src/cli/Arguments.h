@@ -11,6 +11,7 @@
 #include "cli/Failure.h"
 #include "cli/PasswordPrompt.h"
 #include "cli/RowWriter.h"
+#include "cli/StandardInput.h"
 #include "commands/Notes.h"
 #include "commands/RecordFilter.h"
 #include "commands/RecordKind.h"
@@ -44,9 +45,11 @@ extern const std::map<std::string, optics::Standard> kStandards;
 
 void addFormat(CLI::App& command, Format& format);
 /// Declares --quiet, for the verbs that end with a summary.
-void addQuiet(CLI::App& command, bool& quiet);
+CLI::Option* addQuiet(CLI::App& command, bool& quiet);
 /// Declares --force, for the verbs that change a database.
 CLI::Option* addForce(CLI::App& command, bool& force);
+/// Declares identifiers of records, all of which are meant when there is none.
+void addIdentifiers(CLI::App& command, std::vector<std::string>& identifiers);
 
 /// The password of a database.
 class PasswordArgument {
@@ -74,26 +77,49 @@ class PasswordArgument {
   }
 
  private:
-  std::string value() const;
+  const std::string& value() const;
 
   std::string text_;
   std::string file_;
+  mutable std::optional<std::string> read_;  ///< from the file, which may be the standard input
 };
 
-/// Opens the database of a verb that takes any. Raises Failure.
-std::shared_ptr<store::Connection> openDatabase(const std::string& path,
-                                                const PasswordArgument& password);
+/// The file of a verb that takes any database, and its password.
+class DatabaseArgument {
+ public:
+  /// Declares FILE, --password and --password-file.
+  void addTo(CLI::App& command);
+  const std::string& path() const { return path_; }
+
+  /// Runs `open` with the password, as PasswordArgument does. Raises Failure for whatever it
+  /// raises.
+  template <class Open>
+  auto use(Open open) const {
+    refuseStandardStream(path_);
+    return opening([&] { return password_.use(open); });
+  }
+  /// Opens the database. Raises Failure.
+  std::shared_ptr<store::Connection> open() const;
+
+ private:
+  std::string path_;
+  PasswordArgument password_;
+};
 
 /// A data source and the record set of it that is meant.
 class SourceArgument {
  public:
-  /// Declares SOURCE.
+  /// Declares SOURCE, --name, --password and --password-file.
   void addSource(CLI::App& command);
+  /// Declares DB, a source that has to be a database, --password and --password-file.
+  void addDatabase(CLI::App& command);
+  /// Declares --set.
+  void addSet(CLI::App& command);
   /// Declares --set and --text.
   void addOptions(CLI::App& command);
 
-  /// Declares --password and --password-file.
-  void addPassword(CLI::App& command) { password_.addTo(command); }
+  /// Declares --name, --password and --password-file, for sources that the verb declares itself.
+  void addSourceOptions(CLI::App& command);
   /// Runs `open` with the password for databases that want one.
   template <class Open>
   auto withPassword(Console& console, Open open) const {
@@ -121,6 +147,10 @@ class SourceArgument {
     if (isTolerant_) console.session.tolerant.allowEverywhere();
   }
 
+  /// The paths of sources, with that of a file in place of the standard input. Raises Failure for
+  /// what StandardInput refuses, and for a name where there is no standard input.
+  std::vector<std::string> withInput(Console& console, std::vector<std::string> paths) const;
+
   /// Opens SOURCE. Raises Failure.
   Node open(Console& console) const;
   /// The record set that --set names; without it the panes, or what the text files are. Raises
@@ -135,6 +165,8 @@ class SourceArgument {
 
  private:
   std::string path_;
+  bool isDatabase_ = false;
+  std::string name_;  ///< of the file that comes from the standard input
   std::optional<commands::RecordKind> set_;
   std::optional<commands::TextFileKind> textKind_;
   bool isTolerant_ = false;

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <iostream>
 
 #include "cli/Arguments.h"
@@ -15,26 +17,23 @@ class CheckVerb : public Verb {
  public:
   explicit CheckVerb(CLI::App& app)
       : Verb(app, "check", "Check a whole database file: pages, rows, indexes, long values",
-             "  orv check orvdata.mdb\n  orv check orvdata.mdb --verbose --format json\n") {
-    command().add_option("FILE", path_, "The database")->required()->type_name("");
+             "  orv check orvdata.mdb\n  orv check orvdata.mdb --verbose --format json\n",
+             "Each fault is a line; the exit status is 1 where there are any. Remarks are "
+             "counted.") {
+    file_.addTo(command());
     command().add_flag("--verbose", verbose_,
                        "List also remarks: what is unusual but harms nothing");
-    password_.addTo(command());
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& console) override {
-    const store::CheckReport report = opening([&] {
-      commands::refuseSemicolon(path_);
-      commands::refuseOtherThanFile(path_);
-      return password_.use(
-          [&](const std::string& password) { return checkWithProgress(console.ui, password); });
+    const store::CheckReport report = file_.use([&](const std::string& password) {
+      commands::refuseSemicolon(file_.path());
+      commands::refuseOtherThanFile(file_.path());
+      return checkWithProgress(console.ui, password);
     });
     format_ == Format::table ? writeText(report) : writeRows(report);
-    std::cerr << "orv: " << path_ << ": " << summaryOf(report) << " in "
-              << counted(report.tables, "table") << ", " << counted(report.rows, "row") << ", "
-              << report.indexEntries << " index entries"
-              << ".\n";
+    tellSummary(report);
     return report.sound() ? kAllWell : kRecordsFailed;
   }
 
@@ -46,8 +45,16 @@ class CheckVerb : public Verb {
       if (ui.cancelled()) throw std::runtime_error("The check was cancelled.");
     };
     return commands::withPasswordOfIgdb(password, [&](const std::string& tried) {
-      return store::checkFile(path_, tried, progress);
+      return store::checkFile(file_.path(), tried, progress);
     });
+  }
+
+  /// Behind the faults; beside rows, which other programs read.
+  void tellSummary(const store::CheckReport& report) const {
+    std::ostream& out = format_ == Format::table ? std::cout : std::cerr << "orv: ";
+    out << fmt::format("{}: {} in {}, {}, {} index entries.\n", file_.path(), summaryOf(report),
+                       counted(report.tables, "table"), counted(report.rows, "row"),
+                       report.indexEntries);
   }
 
   std::string summaryOf(const store::CheckReport& report) const {
@@ -82,8 +89,7 @@ class CheckVerb : public Verb {
     writer->end();
   }
 
-  std::string path_;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   bool verbose_ = false;
   Format format_ = Format::table;
 };

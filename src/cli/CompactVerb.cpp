@@ -11,11 +11,18 @@ namespace {
 class CompactVerb : public Verb {
  public:
   explicit CompactVerb(CLI::App& app)
-      : Verb(app, "compact", "Write a database into a new file without free space",
-             "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
-             "  orv compact damaged.mdb saved.mdb --repair\n  orv compact access97.mdb new.mdb "
-             "--jet4\n") {
-    command().add_option("FILE", request_.path, "The database")->required()->type_name("");
+      : Verb(
+            app, "compact", "Write a database into a new file without free space",
+            "  orv compact orvdata.mdb smaller.mdb\n  orv compact orvdata.mdb --in-place\n"
+            "  orv compact damaged.mdb saved.mdb --repair\n"
+            "  orv compact access97.mdb new.mdb --jet4\n",
+            "Writes all that an Access file of format Jet 4 holds. A damaged file can be repaired, "
+            "and it is told by table what is lost. A file of Access 97 (Jet 3) can be made into "
+            "one "
+            "of Access 2000 to 2003 (Jet 4): what cannot be kept (forms, reports, macros, modules) "
+            "is "
+            "named, and then nothing is written without --force.") {
+    file_.addTo(command());
     command()
         .add_option("NEW", request_.target, "File to make; one that is there is never replaced")
         ->type_name("");
@@ -36,7 +43,6 @@ class CompactVerb : public Verb {
             "Make a file of Access 2000 to 2003 of one of Access 97; with --force also where "
             "forms, reports, macros and modules are left out")
         ->excludes(repair);
-    password_.addTo(command());
     addForce(command(), answers_.force);
     addQuiet(command(), answers_.quiet);
   }
@@ -53,11 +59,11 @@ class CompactVerb : public Verb {
     }
     if (answers_.force) request_.losses = store::Losses::accept;
     console.ui.answers(answers_);
-    const auto result = opening([&] {
-      return password_.use([&](const std::string& password) {
-        request_.password = password;
-        return commands::compactDatabase(request_, console.ui);
-      });
+    request_.path = file_.path();
+    refuseStandardStream(request_.target);
+    const auto result = file_.use([&](const std::string& password) {
+      request_.password = password;
+      return commands::compactDatabase(request_, console.ui);
     });
     if (result.refused) return kWrongUse;
     if (!answers_.quiet) writeSummary(result);
@@ -82,7 +88,7 @@ class CompactVerb : public Verb {
 
   commands::CompactRequest request_;
   bool inPlace_ = false;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   Answers answers_;
 };
 

@@ -64,9 +64,11 @@ class CompletionVerb : public Verb {
     return std::as_const(app_).get_subcommands([](const CLI::App*) { return true; });
   }
 
-  /// The options with two dashes.
+  /// The options with two dashes that the help has.
   static std::vector<const CLI::Option*> optionsOf(const CLI::App& command) {
-    return command.get_options([](const CLI::Option* each) { return !each->get_lnames().empty(); });
+    return command.get_options([](const CLI::Option* each) {
+      return !each->get_lnames().empty() && !each->get_group().empty();
+    });
   }
 
   static std::string nameOf(const CLI::Option& option) {

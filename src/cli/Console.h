@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/CliUserInterface.h"
+#include "cli/StandardInput.h"
 #include "commands/Session.h"
 
 namespace orv::cli {
@@ -9,6 +10,7 @@ namespace orv::cli {
 struct Console {
   CliUserInterface ui;
   commands::Session session{ui};
+  StandardInput input;
 };
 
 }  // namespace orv::cli

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "cli/Arguments.h"
+#include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/GroupName.h"
 #include "commands/PasteRecords.h"
@@ -24,24 +25,30 @@ class CopyVerb : public Verb {
              "  orv copy clear.txt lowe.txt orvdata.mdb --group Demo\n"
              "  orv copy catalogue.json orvdata.mdb catalogue.json#/3 --group Demo\n"
              "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
-             "  orv copy old.mdb orvdata.mdb --set frames --group Old\n") {
+             "  orv copy old.mdb orvdata.mdb --set frames --group Old\n"
+             "  orv copy - orvdata.mdb --name clear.json --group Demo < product.json\n",
+             "Each record is copied entirely or not at all. What it loses on its way is told.") {
     command()
         .add_option(
-            "SOURCE DB [ID]", arguments_,
-            "A database, a folder, or one or several text files or files of products (.json); the "
-            "database to copy into; and identifiers of records, all when none is given")
+            "SOURCE... DB [ID]", arguments_,
+            "Sources: a database, a folder, or one or several text files or files of products "
+            "(.json), of which - is one from the standard input; the database to copy into; and "
+            "identifiers of records, all when none is given")
         ->required()
         ->expected(2, -1)
         ->type_name("");
     source_.addOptions(command());
     source_.addTolerant(command());
     source_.addWhere(command());
-    source_.addPassword(command());
+    source_.addSourceOptions(command());
+    ColumnsArgument::refuseIn(command());
     addQuiet(command(), answers_.quiet);
     addForce(command(), answers_.force);
     command()
-        .add_option("--group", answers_.group,
-                    "Group to put the records into (panes of the IGDB need none)")
+        .add_option(
+            "--group", answers_.group,
+            "Group to put the records into. It is asked for on a terminal where it is needed "
+            "and missing; panes of the IGDB need none")
         ->type_name("NAME");
     command()
         .add_option("--substrate", substrate_,
@@ -50,17 +57,19 @@ class CopyVerb : public Verb {
         ->transform(oneOf(kPolicies))
         ->type_name("ANSWER");
     auto* replace = command().add_flag("--replace", replace_,
-                                       "Replace records of the same name and group; they keep "
-                                       "their keys");
+                                       "Replace records of the same name and group, which keep "
+                                       "their keys: a pane of a database as a whole, a text file "
+                                       "the data at its angle");
     command()
         .add_flag("--skip-existing", skipExisting_,
-                  "Pass over records of the same name and group, which is no failure")
+                  "Pass over records of the same name and group; they are counted, and are no "
+                  "failure")
         ->excludes(replace);
     auto* standard =
         command()
             .add_option("--standard", standard_,
-                        "By which integrated values are computed where the source has none: "
-                        "nfrc300, en410 (default) or iso9050")
+                        "Standard by which integrated values are computed where the source has "
+                        "none: nfrc300, en410 (default) or iso9050")
             ->transform(oneOf(kStandards))
             ->type_name("NAME");
     command()
@@ -75,10 +84,10 @@ class CopyVerb : public Verb {
     console.ui.answers(answers_);
     commands::SourceOpener opener(console.session);
     const auto split = findDestination();
+    const auto paths = source_.withInput(console, {arguments_.cbegin(), split});
     const auto nodes = opening([&] {
-      return source_.withPassword(console, [&] {
-        return opener.openAll(std::vector(arguments_.cbegin(), split), source_.textKind());
-      });
+      return source_.withPassword(console,
+                                  [&] { return opener.openAll(paths, source_.textKind()); });
     });
     source_.requireTexts(nodes);
     checkUseOfGroup(nodes);
@@ -132,6 +141,7 @@ class CopyVerb : public Verb {
     });
     if (found != arguments_.end()) return found;
     const std::string& second = arguments_[1];
+    refuseStandardStream(second);
     if (std::filesystem::exists(second))
       throw Failure(kCannotOpen, "No database to copy into is among the arguments.");
     throw Failure(kCannotOpen, "There is no database \"" + second +

@@ -1,6 +1,8 @@
 #include <iostream>
+#include <set>
 
 #include "cli/Arguments.h"
+#include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/DeleteRecords.h"
 
@@ -13,14 +15,17 @@ class DeleteVerb : public Verb {
   explicit DeleteVerb(CLI::App& app)
       : Verb(app, "delete", "Delete records of an ORV database of version 3.0.0",
              "  orv delete orvdata.mdb 12 13\n"
-             "  orv delete orvdata.mdb 3 --set frames --yes\n") {
-    source_.addSource(command());
+             "  orv delete orvdata.mdb 3 --set frames --yes\n"
+             "  orv delete orvdata.mdb --where name:old --columns name,GroupName\n",
+             "A deleted record cannot be brought back.") {
+    source_.addDatabase(command());
     command().add_option("ID", identifiers_, "Identifiers of the records")->type_name("");
     command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
     addForce(command(), answers_.force);
-    source_.addOptions(command());
+    source_.addSet(command());
     source_.addWhere(command());
-    addQuiet(command(), answers_.quiet);
+    columns_.addTo(command(), "Show these columns of the records, parted by commas, before asking")
+        ->excludes(addQuiet(command(), answers_.quiet));
   }
 
   ExitCode run(Console& console) override {
@@ -32,8 +37,9 @@ class DeleteVerb : public Verb {
     }
     console.ui.answers(answers_);
     const Node node = source_.openRecordSet(console);
-    const auto result =
-        commands::deleteRecords(console.session, source_.select(node, identifiers_), node);
+    const auto selection = source_.select(node, identifiers_);
+    if (columns_.isGiven()) showRecords(node, selection);
+    const auto result = commands::deleteRecords(console.session, selection, node);
     if (result.refused) return kWrongUse;
     if (!answers_.quiet) {
       std::cout << counted(result.deleted, "record") << " deleted";
@@ -44,7 +50,23 @@ class DeleteVerb : public Verb {
   }
 
  private:
+  void showRecords(const Node& node, const sources::RecordSelection& selection) const {
+    std::set<std::string> identifiers;
+    for (std::int32_t i = 1; i <= selection.RecordsCount(); ++i) {
+      identifiers.insert(selection.SelectedRecordID(i));
+    }
+    const auto table = commands::openRecordTable(node);
+    table->readAll();
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; row < table->rowsRead(); ++row) {
+      if (identifiers.contains(table->value(row, 0).toText())) rows.push_back(row);
+    }
+    columns_.write(*table, rows, Format::table, std::cout);
+    std::cout << std::flush;
+  }
+
   SourceArgument source_;
+  ColumnsArgument columns_;
   std::vector<std::string> identifiers_;
   Answers answers_;
 };

@@ -2,6 +2,7 @@
 #include <map>
 
 #include "cli/Arguments.h"
+#include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/ExportRecords.h"
 
@@ -14,8 +15,6 @@ using commands::ExportForm;
 const std::map<std::string, ExportForm> kForms = {
     {"text", ExportForm::text}, {"json", ExportForm::json}, {"csv", ExportForm::csv}};
 
-constexpr const char* kStandardOutput = "-";
-
 class ExportVerb : public Verb {
  public:
   explicit ExportVerb(CLI::App& app)
@@ -25,11 +24,11 @@ class ExportVerb : public Verb {
              "  orv export orvdata.mdb --form json --to products/\n"
              "  orv export orvdata.mdb 12 13 --form csv --single spectra.csv\n"
              "  orv export orvdata.mdb 12 --form json --single -\n"
-             "  orv export orvdata.mdb --set shadings --to shadings/\n") {
+             "  orv export orvdata.mdb --set shadings --to shadings/\n",
+             "What a file needs and the source does not have is filled in, and told; so is what a "
+             "file has no place for.") {
     source_.addSource(command());
-    command()
-        .add_option("ID", identifiers_, "Identifiers of the records; all when none is given")
-        ->type_name("");
+    addIdentifiers(command(), identifiers_);
     auto* folder = command()
                        .add_option("--to", options_.folder,
                                    "Folder for the files, one a pane and angle; made when it is "
@@ -53,10 +52,11 @@ class ExportVerb : public Verb {
     source_.addWhere(command());
     addQuiet(command(), answers_.quiet);
     source_.addTolerant(command());
+    ColumnsArgument::refuseIn(command());
   }
 
   ExitCode run(Console& console) override {
-    const std::string file = options_.folder == kStandardOutput ? kStandardOutput : single_;
+    const std::string file = options_.folder == kStandardStream ? kStandardStream : single_;
     if (file.empty() && options_.folder.empty()) {
       throw wrongUse("Where to write has to be given: --to FOLDER or --single FILE.");
     }
@@ -94,7 +94,7 @@ class ExportVerb : public Verb {
   /// beside.
   ExitCode exportIntoOne(Console& console, const sources::RecordSelection& records,
                          const std::string& file) {
-    const bool toOutput = file == kStandardOutput;
+    const bool toOutput = file == kStandardStream;
     const auto result = usedRightly(
         [&] { return commands::exportJoined(console.session, records, options_.form); });
     if (toOutput) {

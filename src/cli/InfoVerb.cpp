@@ -39,8 +39,7 @@ class InfoVerb : public Verb {
   ExitCode run(Console& console) override {
     const Node source = source_.open(console);
     const auto writer = makeRowWriter(format_, {"property", "value"}, std::cout);
-    writer->row(
-        {"source", (std::filesystem::path(source->Folder()) / source->filename()).string()});
+    writer->row({"source", placeOf(console, *source)});
     writer->row({"kind", kindOf(*source)});
     if (const auto& connection = source->ADOConnection()) {
       if (isOrv(*source)) {
@@ -65,6 +64,11 @@ class InfoVerb : public Verb {
   }
 
  private:
+  static std::string placeOf(const Console& console, const sources::datasource& source) {
+    if (source.Folder() == console.input.folder()) return "standard input";
+    return (std::filesystem::path(source.Folder()) / source.filename()).string();
+  }
+
   static bool isOrv(const sources::datasource& source) {
     return source.DataType() == DataType::orvDatabase2 ||
            source.DataType() == DataType::orvDatabase3;

@@ -15,20 +15,23 @@ using commands::IntegratedRow;
 class IntegrateVerb : public Verb {
  public:
   explicit IntegrateVerb(CLI::App& app)
-      : Verb(app, "integrate", "Compute the solar, visible and other values of panes from spectra",
-             "  orv integrate measured-panes/\n"
-             "  orv integrate glazing.mdb CLEAR_3.DAT --standard nfrc300 --difference\n"
-             "  orv integrate orvdata.mdb --angle 0 --format tsv\n"
-             "  orv integrate orvdata.mdb --store --missing\n") {
+      : Verb(
+            app, "integrate", "Compute the solar, visible and other values of panes from spectra",
+            "  orv integrate measured-panes/\n"
+            "  orv integrate glazing.mdb CLEAR_3.DAT --standard nfrc300 --difference\n"
+            "  orv integrate orvdata.mdb --angle 0 --format tsv\n"
+            "  orv integrate orvdata.mdb --store --missing\n",
+            "Shows the solar, visible, ultraviolet and further values, a row a pane and angle. The "
+            "exit status is 1 when a pane has no spectrum or too little of it; the column note "
+            "says why.") {
     source_.addSource(command());
-    command()
-        .add_option("ID", identifiers_, "Identifiers of the panes; all when none is given")
-        ->type_name("");
+    addIdentifiers(command(), identifiers_);
     source_.addOptions(command());
     source_.addTolerant(command());
     source_.addWhere(command());
     command()
-        .add_option("--standard", options_.standard, "nfrc300, en410 (default) or iso9050")
+        .add_option("--standard", options_.standard,
+                    "Standard by which values are computed: nfrc300, en410 (default) or iso9050")
         ->transform(oneOf(kStandards))
         ->type_name("NAME");
     command()
@@ -70,14 +73,14 @@ class IntegrateVerb : public Verb {
   void addStoring() {
     auto* store = command().add_flag(
         "--store", options_.stores,
-        "Write the solar, visible and ultraviolet values into the database; the values that were "
-        "there are shown");
+        "Write the solar, visible and ultraviolet values into the database, each pane and angle in "
+        "one commit; the values that were there are shown. Panes that are frozen are left alone");
     command()
         .add_flag("--missing", options_.onlyMissing,
-                  "Store only where there are no values, or all are 0")
+                  "With --store: only where there are no values, or all are 0")
         ->needs(store);
     command()
-        .add_flag("--frozen", options_.frozenToo, "Change panes that are frozen, too")
+        .add_flag("--frozen", options_.frozenToo, "With --store: change panes that are frozen, too")
         ->needs(store);
     addForce(command(), answers_.force)->needs(store);
   }

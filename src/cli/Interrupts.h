@@ -17,6 +17,10 @@ class Interrupts {
   static bool happened();
 };
 
+/// Has `cleanUp` done when one of these signals, or a reader of the output that is gone, ends the
+/// program. It is called by the handler of the signal.
+void beforeSignalsEnd(void (*cleanUp)());
+
 /// While it lives, within the above, each of these signals ends the program at once.
 class InterruptsEnd {
  public:

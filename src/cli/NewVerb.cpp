@@ -18,6 +18,7 @@ class NewVerb : public Verb {
   }
 
   ExitCode run(Console& /*console*/) override {
+    refuseStandardStream(path_);
     opening([&] { commands::createDatabaseFile(path_); });
     std::cout << "Made the empty ORV database " << path_ << ".\n";
     return kAllWell;

@@ -7,6 +7,7 @@
 #include "cli/Arguments.h"
 #include "cli/Verb.h"
 #include "commands/RecordDetails.h"
+#include "commands/RecordList.h"
 #include "commands/RecordReader.h"
 #include "database/ShadingColumns.h"
 
@@ -23,11 +24,13 @@ class ShowVerb : public Verb {
              "  orv show orvdata.mdb 12\n"
              "  orv show orvdata.mdb 12 --angle 60 --spectrum --format tsv\n"
              "  orv show glazing.mdb CLEAR_3.DAT\n"
+             "  orv show clear.txt\n"
              "  orv show orvdata.mdb 3 --set frames\n") {
     source_.addSource(command());
     command()
-        .add_option("ID", identifier_, "Identifier of the record, as list shows it")
-        ->required()
+        .add_option("ID", identifier_,
+                    "Identifier of the record, as list shows it; it may be left out where there is "
+                    "one only")
         ->type_name("");
     source_.addOptions(command());
     source_.addTolerant(command());
@@ -46,6 +49,7 @@ class ShowVerb : public Verb {
 
   ExitCode run(Console& console) override {
     const Node node = source_.openRecordSet(console);
+    if (identifier_.empty()) identifier_ = onlyRecordOf(*node);
     const commands::RecordReader reader(console.session, node);
     const RecordKind kind = commands::recordKind(*node).value_or(RecordKind::panes);
     if (kind != RecordKind::panes && (angle_ || direction_)) {
@@ -66,6 +70,15 @@ class ShowVerb : public Verb {
   }
 
  private:
+  static std::string onlyRecordOf(const sources::datasource& node) {
+    const auto identifiers = commands::recordIdentifiers(node);
+    if (identifiers.size() == 1) return identifiers.front();
+    throw wrongUse(
+        fmt::format("There are {} records: give the identifier of the one to show, as "
+                    "list shows it.",
+                    identifiers.size()));
+  }
+
   void showPane(const commands::RecordReader& reader) {
     const std::int16_t angle = chooseAngle(reader.angles(identifier_));
     const auto pane =

@@ -18,15 +18,15 @@ class SqlVerb : public Verb {
       : Verb(app, "sql", "Run a SELECT statement or a saved query of any Access database",
              "  orv sql orvdata.mdb \"SELECT name, thickness FROM Pane WHERE thickness > 5\"\n"
              "  orv sql glazing.mdb qryOptics5Grid --format tsv\n"
-             "  orv sql orvdata.mdb --queries\n") {
-    command().add_option("FILE", path_, "The database")->required()->type_name("");
+             "  orv sql orvdata.mdb --queries\n"
+             "  echo \"SELECT name FROM Pane\" | orv sql orvdata.mdb -\n") {
+    file_.addTo(command());
     command()
         .add_option("SELECT", statement_,
                     "A SELECT statement, or the name of a saved query or table; - reads it from "
                     "the standard input")
         ->type_name("");
     command().add_flag("--queries", listsQueries_, "List the saved queries with their SQL");
-    password_.addTo(command());
     addFormat(command(), format_);
   }
 
@@ -34,10 +34,10 @@ class SqlVerb : public Verb {
     if (statement_.empty() != listsQueries_) {
       throw wrongUse("Give either a SELECT statement, the name of a query, or --queries.");
     }
-    if (statement_ == "-") {
+    if (statement_ == kStandardStream) {
       statement_.assign(std::istreambuf_iterator<char>(std::cin), {});
     }
-    const auto connection = openDatabase(path_, password_);
+    const auto connection = file_.open();
     listsQueries_ ? listQueries(*connection) : select(*connection);
     for (const std::string& line : commands::indexRemarks(*connection)) {
       std::cerr << "orv: " << line << '\n';
@@ -92,8 +92,7 @@ class SqlVerb : public Verb {
     return fmt::format(" There are: {}.", fmt::join(names, ", "));
   }
 
-  std::string path_;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   std::string statement_;
   bool listsQueries_ = false;
   Format format_ = Format::table;

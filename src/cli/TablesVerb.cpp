@@ -11,14 +11,14 @@ class TablesVerb : public Verb {
  public:
   explicit TablesVerb(CLI::App& app)
       : Verb(app, "tables", "List the tables and saved queries of any Access database",
-             "  orv tables orvdata.mdb\n  orv tables glazing.mdb --format json\n") {
-    command().add_option("FILE", path_, "The database")->required()->type_name("");
-    password_.addTo(command());
+             "  orv tables orvdata.mdb\n  orv tables glazing.mdb --format json\n",
+             "Tables are listed with their numbers of rows.") {
+    file_.addTo(command());
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& /*console*/) override {
-    const auto connection = openDatabase(path_, password_);
+    const auto connection = file_.open();
     const auto writer = makeRowWriter(format_, {"name", "kind", "rows"}, std::cout);
     for (const std::string& name : connection->tableNames()) {
       writer->row({name, "table", std::int64_t{connection->table(name).rowCount}});
@@ -32,8 +32,7 @@ class TablesVerb : public Verb {
   }
 
  private:
-  std::string path_;
-  PasswordArgument password_;
+  DatabaseArgument file_;
   Format format_ = Format::table;
 };
 

@@ -14,11 +14,12 @@ namespace orv::cli {
 /// Declares its arguments and its help when it is made, and does its work when it is run.
 class Verb {
  public:
+  /// `examples` are commands, a line each; `details` a paragraph on what the options do not tell.
   Verb(CLI::App& app, const std::string& name, const std::string& description,
-       const std::string& examples)
-      : command_(*app.add_subcommand(name, description)) {
+       const std::string& examples, const std::string& details = "")
+      : command_(*app.add_subcommand(name, description)), examples_(examples), details_(details) {
     command_.group("Verbs");
-    command_.footer("Examples:\n" + examples);
+    command_.footer((details.empty() ? "" : details + "\n\n") + "Examples:\n" + examples);
   }
   Verb(const Verb&) = delete;
   Verb& operator=(const Verb&) = delete;
@@ -31,12 +32,22 @@ class Verb {
   /// work as they come.
   virtual ExitCode run(Console& console) = 0;
 
+  /// What its help is made of, for the manual.
+  const CLI::App& command() const { return command_; }
+  const std::string& examples() const { return examples_; }
+  const std::string& details() const { return details_; }
+
  protected:
   CLI::App& command() { return command_; }
 
  private:
   CLI::App& command_;
+  std::string examples_;
+  std::string details_;
 };
+
+/// The program's arguments but for its verbs.
+std::unique_ptr<CLI::App> makeApp();
 
 /// All verbs, in the order of the help.
 std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app);

@@ -62,17 +62,9 @@ int main(int argc, char** argv) {
   const ShownStream messages(std::cerr);
   std::optional<ShownStream> results;
   if (isatty(STDOUT_FILENO) != 0) results.emplace(std::cout);
-  CLI::App app("Keeps the optical and thermal data of building glazing in ORV databases.", "orv");
-  app.footer(
-      "Run \"orv VERB --help\" for the arguments of a verb and examples.\n"
-      "Exit codes: 0 all went well; 1 some records failed; 2 wrong use; 3 a file cannot be "
-      "opened or written.");
-  app.set_version_flag("--version", std::string("orv ") + ORV_VERSION);
-  app.require_subcommand(0, 1);
-  app.get_formatter()->label("SUBCOMMAND", "VERB");
-  app.get_formatter()->label("REQUIRED", "");
-  const auto verbs = makeVerbs(app);
-  const int exit = run(app, verbs, argc, argv);
+  const auto app = makeApp();
+  const auto verbs = makeVerbs(*app);
+  const int exit = run(*app, verbs, argc, argv);
   if (finishOutput()) return exit;
   std::cerr
       << "orv: The standard output could not be written: what was written there is not whole. "

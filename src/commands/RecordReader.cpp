@@ -252,7 +252,8 @@ void RecordReader::readReferences(const std::string& identifier,
                                   const std::shared_ptr<GlazingData>& pane) const {
   if (node_->DataType() != DataType::textFolder) return;
   if (productfile::isProduct(identifier)) return;
-  session_.textFiles.FillFileReferences(node_->Folder(), pane);
+  const bool isInput = node_->Folder() == session_.inputFolder;
+  session_.textFiles.FillFileReferences(isInput ? "." : node_->Folder(), pane);
 }
 
 std::shared_ptr<FrameDataClass> RecordReader::frame(const std::string& identifier) const {

@@ -61,7 +61,8 @@ class RecordReader {
   std::vector<std::string> remarks(const std::string& identifier, std::int16_t angle) const;
 
   /// Reads the files that a pane of a folder names, its substrate and its layers; products hold all
-  /// that there is of them. Raises what ORV_TextFileInterface::FillFileReferences raises.
+  /// that there is of them. Those of a text from the standard input are looked for in the folder of
+  /// the run. Raises what ORV_TextFileInterface::FillFileReferences raises.
   void readReferences(const std::string& identifier,
                       const std::shared_ptr<GlazingData>& pane) const;
 

@@ -29,6 +29,7 @@ struct Session {
   productfile::ProductFiles products;
   TolerantReading tolerant;
   std::string password;        ///< for databases that want one, save the IGDB
+  std::string inputFolder;     ///< where the standard input is kept as a file; empty where it is not
   std::set<std::string> told;  ///< remarks that are made once a run
   /// Whether reserved group names are refused.
   bool strictGroupNames = true;

@@ -243,7 +243,8 @@ SourceOpener::Node SourceOpener::openTexts(const std::string& folder,
                                            std::optional<TextFileKind> kind) {
   if (kind) return openTextFiles(folder, filenames, *kind);
   const Judgement judgement = judge(folder, filenames);
-  const std::string doubts = doubtsOf(judgement, folder);
+  const bool isInput = folder == session_.inputFolder;
+  const std::string doubts = doubtsOf(judgement, isInput ? "standard input" : folder);
   if (!doubts.empty()) session_.ui.message(MessageKind::information, doubts, kProductName);
   return openTextFiles(folder, filenames, judgement.kind);
 }

@@ -2,11 +2,10 @@
 #include <fmt/format.h>
 
 #include <fstream>
-#include <iterator>
-#include <set>
 
 #include "cli/CliTest.h"
 #include "store/jet/catalog/Database.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 namespace {
@@ -211,28 +210,70 @@ TEST_F(RecordsTest, CompletionsKnowEveryVerbAndOption) {
   EXPECT_EQ(bash.out, "--replace\ntables\n") << bash.err;
 }
 
-/// Every option that a verb's help names has its place in the page, and the other way round.
-TEST_F(RecordsTest, TheManPageHasTheVerbsAndOptionsOfTheHelp) {
-  std::ifstream file(ORV_SOURCE_DIR "/packaging/orv.1.in");
-  std::string page(std::istreambuf_iterator<char>(file), {});
-  std::erase(page, '\\');
-  const auto optionsIn = [](const std::string& text) {
-    constexpr const char* kLetters = "abcdefghijklmnopqrstuvwxyz";
-    std::set<std::string> options;
-    for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos; at += 2) {
-      const std::size_t end = text.find_first_not_of(std::string(kLetters) + '-', at);
-      const std::string option = text.substr(at, end - at);
-      if (option.find_first_of(kLetters) == 2 && option.size() > 3) options.insert(option);
-    }
-    return options;
-  };
-  std::set<std::string> known = optionsIn(orv("--help").out);
-  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "export", "delete",
-                           "sql", "tables", "check", "compact", "completion"}) {
-    EXPECT_NE(page.find(std::string(".BI \"") + verb + " "), std::string::npos) << verb;
-    known.merge(optionsIn(orv(std::string(verb) + " --help").out));
+TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
+  folder.write("a.txt", paneText("Alpha"));
+  std::string filmed = paneText("Filmed");
+  filmed += "{ Substrate Filename: nowhere.txt }\n";
+  folder.write("filmed.txt", filmed);
+  orv("new db.mdb");
+  const Ended copied = shell("orv copy - db.mdb --name one.txt --group Demo <a.txt");
+  EXPECT_EQ(copied.exit, 0) << copied.err;
+  EXPECT_EQ(orv("list db.mdb --columns name --format csv").out, "name\none.txt\n");
+  EXPECT_EQ(shell("orv list - --format csv <a.txt").out,
+            "id,name,product,group,supplier\nstdin.txt,stdin.txt,Alpha,,\n");
+  const Ended shown = shell("orv show - --spectrum --format csv <a.txt");
+  EXPECT_NE(shown.out.find("\n500,0.8,0.8,0.07,0.08\n"), std::string::npos) << shown.err;
+  EXPECT_NE(shell("orv info - <a.txt").out.find("standard input\n"), std::string::npos);
+  const Ended products = shell(
+      "orv new to.mdb; orv export db.mdb --form json --single - --quiet | "
+      "orv copy - a.txt to.mdb --group Demo");
+  EXPECT_NE(products.out.find("2 records copied."), std::string::npos) << products.err;
+  EXPECT_EQ(orv("list to.mdb --columns name --format csv").out, "name\na.txt\none.txt\n");
+  const Ended missing = shell("orv copy - db.mdb --name f.txt --group Demo <filmed.txt");
+  EXPECT_NE(missing.err.find("'nowhere.txt' in the folder '.'"), std::string::npos) << missing.err;
+
+  setPassword(folder.path() / "to.mdb", "Sesame 7");
+  EXPECT_EQ(shell("echo 'Sesame 7' | orv info to.mdb --password-file -").exit, 0);
+  EXPECT_EQ(shell("echo 'Sesame 8' | orv info to.mdb --password-file -").exit, 3);
+  for (int i = 0; i < kPoints * 10; ++i)
+    filmed += fmt::format("{} 0.5 0.25 0.125\n", 3 + i * 0.001);
+  folder.write("long.txt", filmed);
+  const Ended unread = shell(
+      "TMPDIR=$PWD; export TMPDIR; orv list - <a.txt; "
+      "(sleep 0.1; orv show - --spectrum <long.txt; echo $? >ended) | true; cat ended; ls -d "
+      "orv-*");
+  EXPECT_NE(unread.out.find("\n141\n"), std::string::npos) << unread.out << unread.err;
+  EXPECT_EQ(unread.exit, 2) << "nothing is left behind: " << unread.out;
+}
+
+TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
+  makeDatabase();
+  for (const char* arguments : {"new -", "sql - Pane", "tables -", "check -", "compact db.mdb -",
+                                "compact - x.mdb", "delete - 1 --yes", "copy a.txt - --group G",
+                                "list - <db.mdb", "copy - - db.mdb --group G <a.txt",
+                                "list a.txt --name b.txt", "list - --name b/c.txt <a.txt"}) {
+    const Ended run = orv(arguments);
+    EXPECT_EQ(run.exit, 2) << arguments << run.err;
+    EXPECT_NE(run.err.find("standard input"), std::string::npos) << arguments << run.err;
   }
-  EXPECT_EQ(optionsIn(page), known);
+  EXPECT_EQ(orv("list -").exit, 3) << "nothing comes";
+}
+
+TEST_F(RecordsTest, ColumnsAreShownOfWhatIsDeletedAndRefusedWhereRecordsAreTakenWhole) {
+  makeDatabase();
+  const Ended deleted = orv("delete db.mdb --where name:b --columns product_name,thickness --yes");
+  EXPECT_EQ(deleted.out,
+            "product_name  thickness\n------------  ---------\nBeta                  3\n"
+            "1 record deleted.\n")
+      << deleted.err;
+  for (const char* verb : {"export db.mdb --to out", "copy a.txt db.mdb --group G"}) {
+    const Ended refused = orv(std::string(verb) + " --columns name");
+    EXPECT_EQ(refused.exit, 2);
+    EXPECT_NE(refused.err.find("takes records whole"), std::string::npos) << refused.err;
+    EXPECT_EQ(orv(std::string(verb) + " --help").out.find("--columns"), std::string::npos);
+  }
+  EXPECT_EQ(orv("delete db.mdb 1 --columns colour --yes").exit, 2);
+  EXPECT_NE(orv("show db.mdb").out.find("Alpha"), std::string::npos) << "the only one is meant";
 }
 
 }  // namespace

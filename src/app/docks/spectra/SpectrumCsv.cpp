@@ -4,6 +4,9 @@
 #include <QStringList>
 #include <map>
 
+#include "app/Text.h"
+#include "commands/CsvText.h"
+
 namespace orv::app {
 
 namespace {
@@ -39,9 +42,8 @@ std::map<double, QStringList> cellsOf(const std::vector<Column>& columns) {
   return cells;
 }
 
-QString quoted(QString cell, QChar separator) {
-  if (!cell.contains(separator) && !cell.contains(u'"') && !cell.contains(u'\n')) return cell;
-  return u'"' + cell.replace(u'"', QStringLiteral("\"\"")) + u'"';
+QString quoted(const QString& cell, QChar separator) {
+  return qt(commands::separatedCell(cell.toStdString(), separator.toLatin1()));
 }
 
 }  // namespace
