@@ -90,9 +90,9 @@ std::shared_ptr<store::Connection> openDatabase(const std::string& path,
   });
 }
 
-void SourceArgument::addSource(CLI::App& command) {
+CLI::Option* SourceArgument::addSource(CLI::App& command) {
   addPassword(command);
-  command
+  return command
       .add_option(
           "SOURCE", path_,
           "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), or a "
@@ -101,10 +101,8 @@ void SourceArgument::addSource(CLI::App& command) {
       ->type_name("");
 }
 
-void SourceArgument::addOptions(CLI::App& command) {
-  command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
-      ->transform(oneOf(kSets))
-      ->type_name("KIND");
+void SourceArgument::addOptions(CLI::App& command, const char* helpOfSet) {
+  command.add_option("--set", set_, helpOfSet)->transform(oneOf(kSets))->type_name("KIND");
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first files look)")

@@ -88,9 +88,10 @@ std::shared_ptr<store::Connection> openDatabase(const std::string& path,
 class SourceArgument {
  public:
   /// Declares SOURCE.
-  void addSource(CLI::App& command);
+  CLI::Option* addSource(CLI::App& command);
   /// Declares --set and --text.
-  void addOptions(CLI::App& command);
+  void addOptions(CLI::App& command,
+                  const char* helpOfSet = "Which records: panes (default), frames or shadings");
 
   /// Declares --password and --password-file.
   void addPassword(CLI::App& command) { password_.addTo(command); }
@@ -126,6 +127,8 @@ class SourceArgument {
   /// The record set that --set names; without it the panes, or what the text files are. Raises
   /// Failure when the source has no such records.
   Node recordSet(const Node& source) const;
+  /// What --set names.
+  const std::optional<commands::RecordKind>& kind() const { return set_; }
   Node openRecordSet(Console& console) const { return recordSet(open(console)); }
 
   /// Raises Failure where --text is given and none of the sources is of text files.

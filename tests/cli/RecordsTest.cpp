@@ -227,7 +227,7 @@ TEST_F(RecordsTest, TheManPageHasTheVerbsAndOptionsOfTheHelp) {
     return options;
   };
   std::set<std::string> known = optionsIn(orv("--help").out);
-  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "export", "delete",
+  for (const char* verb : {"new", "info", "list", "show", "copy", "integrate", "audit", "export", "delete",
                            "sql", "tables", "check", "compact", "completion"}) {
     EXPECT_NE(page.find(std::string(".BI \"") + verb + " "), std::string::npos) << verb;
     known.merge(optionsIn(orv(std::string(verb) + " --help").out));
