@@ -105,14 +105,17 @@ std::shared_ptr<store::Connection> DatabaseArgument::open() const {
       [&](const std::string& word) { return commands::openDatabaseFile(path_, word).connection; });
 }
 
-void SourceArgument::addSource(CLI::App& command) {
-  command
-      .add_option("SOURCE", path_,
-                  "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), a "
-                  "folder of such files, or - for such a file from the standard input")
-      ->required()
-      ->type_name("");
+CLI::Option* SourceArgument::addSource(CLI::App& command) {
+  CLI::Option* source =
+      command
+          .add_option(
+              "SOURCE", path_,
+              "A database (ORV, IGDB or Optics5), a text file or a file of products (.json), a "
+              "folder of such files, or - for such a file from the standard input")
+          ->required()
+          ->type_name("");
   addSourceOptions(command);
+  return source;
 }
 
 void SourceArgument::addDatabase(CLI::App& command) {
@@ -130,14 +133,12 @@ void SourceArgument::addSourceOptions(CLI::App& command) {
   password_.addTo(command);
 }
 
-void SourceArgument::addSet(CLI::App& command) {
-  command.add_option("--set", set_, "Which records: panes (default), frames or shadings")
-      ->transform(oneOf(kSets))
-      ->type_name("KIND");
+void SourceArgument::addSet(CLI::App& command, const char* help) {
+  command.add_option("--set", set_, help)->transform(oneOf(kSets))->type_name("KIND");
 }
 
-void SourceArgument::addOptions(CLI::App& command) {
-  addSet(command);
+void SourceArgument::addOptions(CLI::App& command, const char* helpOfSet) {
+  addSet(command, helpOfSet);
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first files look)")

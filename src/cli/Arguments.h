@@ -109,14 +109,16 @@ class DatabaseArgument {
 /// A data source and the record set of it that is meant.
 class SourceArgument {
  public:
+  static constexpr const char* kSetHelp = "Which records: panes (default), frames or shadings";
+
   /// Declares SOURCE, --name, --password and --password-file.
-  void addSource(CLI::App& command);
+  CLI::Option* addSource(CLI::App& command);
   /// Declares DB, a source that has to be a database, --password and --password-file.
   void addDatabase(CLI::App& command);
   /// Declares --set.
-  void addSet(CLI::App& command);
+  void addSet(CLI::App& command, const char* help = kSetHelp);
   /// Declares --set and --text.
-  void addOptions(CLI::App& command);
+  void addOptions(CLI::App& command, const char* helpOfSet = kSetHelp);
 
   /// Declares --name, --password and --password-file, for sources that the verb declares itself.
   void addSourceOptions(CLI::App& command);
@@ -156,6 +158,8 @@ class SourceArgument {
   /// The record set that --set names; without it the panes, or what the text files are. Raises
   /// Failure when the source has no such records.
   Node recordSet(const Node& source) const;
+  /// What --set names.
+  const std::optional<commands::RecordKind>& kind() const { return set_; }
   Node openRecordSet(Console& console) const { return recordSet(open(console)); }
 
   /// Raises Failure where --text is given and none of the sources is of text files.

@@ -20,8 +20,7 @@ class CompactVerb : public Verb {
             "and it is told by table what is lost. A file of Access 97 (Jet 3) can be made into "
             "one "
             "of Access 2000 to 2003 (Jet 4): what cannot be kept (forms, reports, macros, modules) "
-            "is "
-            "named, and then nothing is written without --force.") {
+            "is named, and then nothing is written without --force.") {
     file_.addTo(command());
     command()
         .add_option("NEW", request_.target, "File to make; one that is there is never replaced")

@@ -73,7 +73,7 @@ class IntegrateVerb : public Verb {
   void addStoring() {
     auto* store = command().add_flag(
         "--store", options_.stores,
-        "Write the solar, visible and ultraviolet values into the database, each pane and angle in "
+        "Write the solar, visible and ultraviolet values into the database, those of a pane in "
         "one commit; the values that were there are shown. Panes that are frozen are left alone");
     command()
         .add_flag("--missing", options_.onlyMissing,

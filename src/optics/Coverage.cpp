@@ -22,28 +22,11 @@ bool isWide(const Gap& gap) {
   return gap.to - gap.from > kMostSteps * measuringStep(gap.from) + kRounding;
 }
 
-/// The median of the seven steps around the one that ends at `right`, itself among them: where
-/// the step changes, that of the side on which this one is.
-double usualStep(std::span<const double> wavelengths, std::size_t right) {
-  constexpr std::size_t kAround = 3;
-  const std::size_t begin = right > kAround ? right - kAround : 1;
-  const std::size_t end = std::min(right + kAround + 1, wavelengths.size());
-  std::array<double, 2 * kAround + 1> steps{};
-  for (std::size_t i = begin; i < end; ++i) {
-    steps[i - begin] = wavelengths[i] - wavelengths[i - 1];
-  }
-  const auto last = steps.begin() + static_cast<std::ptrdiff_t>(end - begin);
-  const auto middle = steps.begin() + static_cast<std::ptrdiff_t>((end - begin) / 2);
-  std::nth_element(steps.begin(), middle, last);
-  return *middle;
-}
-
 bool isUnusual(std::span<const double> wavelengths, std::size_t right) {
-  constexpr double kHalfAsWideAgain = 1.5;
   const double from = wavelengths[right - 1];
   const double width = wavelengths[right] - from;
   return width > measuringStep(from) + kRounding ||
-         width > kHalfAsWideAgain * usualStep(wavelengths, right) + kRounding;
+         width > kMissingPoint * usualStep(wavelengths, right) + kRounding;
 }
 
 /// Goes along the weights and the wavelengths side by side.
@@ -110,6 +93,20 @@ class CoverageSum {
 };
 
 }  // namespace
+
+double usualStep(std::span<const double> wavelengths, std::size_t right) {
+  constexpr std::size_t kAround = 3;
+  const std::size_t begin = right > kAround ? right - kAround : 1;
+  const std::size_t end = std::min(right + kAround + 1, wavelengths.size());
+  std::array<double, 2 * kAround + 1> steps{};
+  for (std::size_t i = begin; i < end; ++i) {
+    steps[i - begin] = wavelengths[i] - wavelengths[i - 1];
+  }
+  const auto last = steps.begin() + static_cast<std::ptrdiff_t>(end - begin);
+  const auto middle = steps.begin() + static_cast<std::ptrdiff_t>((end - begin) / 2);
+  std::nth_element(steps.begin(), middle, last);
+  return *middle;
+}
 
 std::string told(std::span<const Gap> gaps) {
   constexpr std::size_t kMost = 3;

@@ -42,6 +42,12 @@ struct Coverage {
   bool suffices() const { return covered >= kLeastCovered; }
 };
 
+/// The median of the seven steps of a spectrum around the one that ends at `right`, itself among
+/// them: where the step changes, that of the side on which this one is. Points are missing where a
+/// step is more than kMissingPoint times as wide.
+double usualStep(std::span<const double> wavelengths, std::size_t right);
+inline constexpr double kMissingPoint = 1.5;
+
 /// Of weights, of which there are some, at wavelengths in nm, of which there is one at least. Both
 /// ascending.
 Coverage coverageOf(std::span<const tables::Point> weights, std::span<const double> wavelengths);

@@ -1,0 +1,284 @@
+#include "commands/audit/Audit.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+
+#include "commands/ErrorText.h"
+#include "commands/LongWork.h"
+#include "commands/RecordList.h"
+#include "commands/audit/SourceRules.h"
+#include "model/IntegratedColumns.h"
+
+namespace orv::commands::audit {
+
+namespace DataType = sources::DataType;
+
+namespace {
+
+using Node = std::shared_ptr<sources::datasource>;
+
+/// Records of one record set that are to be looked at.
+struct Part {
+  Node node;
+  RecordKind kind;
+  std::vector<RecordListEntry> entries;
+};
+
+bool isFolder(const sources::datasource& node) {
+  return node.DataType() == DataType::textFolder;
+}
+
+/// Files of panes are listed by name only: they are read once, when they are looked at.
+std::vector<RecordListEntry> entriesOf(Session& session, const Node& node, RecordKind kind) {
+  if (!isFolder(*node) || kind != RecordKind::panes) return listRecords(session, node);
+  std::vector<RecordListEntry> entries;
+  for (const std::string& identifier : recordIdentifiers(*node)) {
+    entries.push_back({identifier, identifier, "", "", ""});
+  }
+  return entries;
+}
+
+std::vector<const Rule*> chosenRules(const AuditOptions& options) {
+  std::vector<const Rule*> chosen;
+  for (const std::string& name : options.rules) chosen.push_back(&ruleNamed(name));
+  if (chosen.empty()) {
+    for (const Rule& rule : rules()) chosen.push_back(&rule);
+  }
+  for (const std::string& name : options.without) std::erase(chosen, &ruleNamed(name));
+  std::erase_if(chosen, [&](const Rule* rule) { return rule->severity < options.least; });
+  return chosen;
+}
+
+std::optional<double> visibleTransmittance(const DataSet& set) {
+  return set.integrations.empty() ? std::nullopt : set.integrations.front()["Tf_vis"];
+}
+
+class Auditor {
+ public:
+  Auditor(Session& session, const AuditOptions& options, const EachFinding& each)
+      : session_(session), rules_(chosenRules(options)), each_(each) {}
+
+  AuditResult run(const std::vector<Part>& parts, const Node& database, bool isWhole) {
+    facts_.database = database;
+    facts_.isWhole = isWhole;
+    {
+      LongWork work(session_.ui, "Auditing records...");
+      std::size_t count = 0;
+      for (const Part& part : parts) count += part.entries.size();
+      work.expect(static_cast<int>(count));
+      for (const Part& part : parts) lookAt(part, work);
+    }
+    if (!result_.cancelled) lookAtAll();
+    return result_;
+  }
+
+ private:
+  void lookAt(const Part& part, LongWork& work) {
+    std::optional<PaneAuditReader> reader;
+    if (part.kind == RecordKind::panes) reader.emplace(session_, part.node);
+    for (const RecordListEntry& entry : part.entries) {
+      if (result_.cancelled) return;
+      session_.ui.status("Auditing " + entry.identifier + "...");
+      lookAtRecord(part, entry, reader ? &*reader : nullptr);
+      ++result_.records;
+      work.stepDone();
+      result_.cancelled = session_.ui.cancelled();
+    }
+  }
+
+  void lookAtRecord(const Part& part, const RecordListEntry& entry, PaneAuditReader* reader) {
+    RecordFacts& record = facts_.records.emplace_back(
+        RecordFacts{.kind = part.kind,
+                    .identifier = entry.identifier,
+                    .name = entry.name,
+                    .group = entry.group,
+                    .supplier = entry.supplier,
+                    .knowsMaker = part.node->DataType() != DataType::orv2Panes &&
+                                  part.node->DataType() != DataType::orv2Frames &&
+                                  part.node->DataType() != DataType::orv2Shadings});
+    std::optional<AuditedPane> pane;
+    try {
+      if (!entry.failure.empty()) throw Error(kInvalidCall, entry.failure);
+      if (reader != nullptr && readsPanes()) pane = reader->read(entry.identifier);
+    } catch (const std::exception& error) {
+      facts_.records.pop_back();
+      return tellUnreadable(part, entry, error);
+    }
+    if (pane) takeOver(*pane, isFolder(*part.node), record);
+    for (const Rule* rule : rules_) {
+      if (const auto* on = std::get_if<OnRecord>(&rule->check))
+        tell(*rule, record, on->look(record));
+      if (pane) lookAtPane(*rule, *pane, record);
+    }
+  }
+
+  /// Whether a rule wants more of panes than their names.
+  bool readsPanes() const {
+    return std::ranges::any_of(rules_, [](const Rule* rule) {
+      if (std::holds_alternative<OnRecord>(rule->check)) return true;
+      const auto* on = std::get_if<OnSource>(&rule->check);
+      return on == nullptr || !isOfTables(on->look);
+    });
+  }
+
+  static bool isOfTables(std::vector<PlacedFault> (*look)(const SourceFacts&)) {
+    return look == unusedNames || look == orphans || look == danglingKeys;
+  }
+
+  void takeOver(const AuditedPane& pane, bool isFile, RecordFacts& record) {
+    const GlazingData& data = pane.record();
+    if (isFile) {
+      record.name = data.filename();
+      record.supplier = data.supplier();
+      record.angle = data.ORV_Angle();
+    }
+    if (data.Thickness() > 0) record.thickness = data.ConvertedThickness(kSI);
+    for (const DataSet& set : pane.sets) {
+      if (set.pane->ORV_Angle() == 0) record.transmittance = visibleTransmittance(set);
+      keep(set);
+    }
+  }
+
+  /// For the rule on duplicates.
+  void keep(const DataSet& set) {
+    constexpr std::size_t kLeastPoints = 5;
+    const auto& wavelengths = set.spectrum.wavelengths;
+    if (wavelengths.size() < kLeastPoints) return;
+    KeptSpectrum kept{.record = facts_.records.size() - 1,
+                      .angle = set.pane->ORV_Angle(),
+                      .grid = grids_.emplace(wavelengths, grids_.size()).first->second,
+                      .values = {}};
+    for (const Curve curve : {Curve::Tf, Curve::Rf, Curve::Rb}) {
+      const auto& values = set.spectrum[curve];
+      kept.values.insert(kept.values.end(), values.begin(), values.end());
+    }
+    facts_.spectra.push_back(std::move(kept));
+  }
+
+  void lookAtPane(const Rule& rule, const AuditedPane& pane, const RecordFacts& record) {
+    if (const auto* on = std::get_if<OnPane>(&rule.check)) tell(rule, record, on->look(pane));
+    for (const DataSet& set : pane.sets) {
+      auto faults = faultsOf(rule, set);
+      for (Fault& fault : faults) fault.angle = set.pane->ORV_Angle();
+      tell(rule, record, std::move(faults));
+    }
+  }
+
+  static std::vector<Fault> faultsOf(const Rule& rule, const DataSet& set) {
+    if (const auto* on = std::get_if<OnDataSet>(&rule.check)) return on->look(set);
+    if (!set.hasSpectrum()) return {};
+    if (const auto* on = std::get_if<OnAnySpectrum>(&rule.check)) return on->look(set);
+    const auto* on = std::get_if<OnSpectrum>(&rule.check);
+    return on != nullptr && set.units == UnitFault::none ? on->look(set) : std::vector<Fault>();
+  }
+
+  const Rule* chosen(std::string_view name) const {
+    const auto found = std::ranges::find(rules_, name, &Rule::name);
+    return found == rules_.end() ? nullptr : *found;
+  }
+
+  /// The readers of databases refuse values below 0.
+  void tellUnreadable(const Part& part, const RecordListEntry& entry, const std::exception& error) {
+    const RecordFacts record{.kind = part.kind, .identifier = entry.identifier, .name = entry.name};
+    const auto type = part.node->DataType();
+    if (type == DataType::orv3Panes || type == DataType::orv2Panes) {
+      if (auto faults = negativePoints(*part.node, entry.identifier); !faults.empty()) {
+        if (const Rule* const rule = chosen(kOutside)) tell(*rule, record, std::move(faults));
+        return;
+      }
+    }
+    if (const Rule* const rule = chosen(kUnreadable)) {
+      tell(*rule, record, {{.message = describe(error)}});
+    }
+  }
+
+  void lookAtAll() {
+    for (const Rule* rule : rules_) {
+      const auto* on = std::get_if<OnSource>(&rule->check);
+      if (on == nullptr) continue;
+      for (PlacedFault& each : on->look(facts_)) tell(*rule, std::move(each));
+    }
+  }
+
+  void tell(const Rule& rule, const RecordFacts& record, std::vector<Fault> faults) {
+    for (Fault& fault : faults) tell(rule, at(record, std::move(fault)));
+  }
+
+  void tell(const Rule& rule, PlacedFault placed) {
+    ++result_.found[static_cast<std::size_t>(rule.severity)];
+    each_({.severity = rule.severity,
+           .rule = rule.name,
+           .set = std::move(placed.set),
+           .kind = placed.kind,
+           .identifier = std::move(placed.identifier),
+           .name = std::move(placed.name),
+           .fault = std::move(placed.fault)});
+  }
+
+  Session& session_;
+  std::vector<const Rule*> rules_;
+  const EachFinding& each_;
+  std::map<std::vector<double>, std::size_t> grids_;
+  SourceFacts facts_;
+  AuditResult result_;
+};
+
+Node databaseOf(const Node& node) {
+  const Node source = node->Parent() ? node->Parent() : node;
+  const auto type = source->DataType();
+  return type == DataType::orvDatabase2 || type == DataType::orvDatabase3 ? source : nullptr;
+}
+
+std::string counted(int count, const std::string& noun) {
+  return fmt::format("{} {}{}", count == 0 ? "no" : std::to_string(count), noun,
+                     count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+std::string AuditResult::summary() const {
+  return fmt::format("{}{}: {}, {}, {}.", counted(records, "record"),
+                     cancelled ? ", then cancelled" : "", counted(count(Severity::error), "error"),
+                     counted(count(Severity::warning), "warning"),
+                     counted(count(Severity::note), "note"));
+}
+
+AuditResult auditSource(Session& session, const std::shared_ptr<sources::datasource>& source,
+                        std::optional<RecordKind> kind, const AuditOptions& options,
+                        const EachFinding& each) {
+  Auditor auditor(session, options, each);
+  std::vector<Part> parts;
+  for (const RecordKind any : {RecordKind::panes, RecordKind::frames, RecordKind::shadings}) {
+    if (any != kind.value_or(any)) continue;
+    if (const Node node = recordSetOf(source, any)) {
+      parts.push_back({node, any, entriesOf(session, node, any)});
+    }
+  }
+  if (parts.empty()) {
+    throw Error(kInvalidCall, fmt::format("\"{}\" has no {}.", source->text(),
+                                          kind ? setName(*kind) : "records"));
+  }
+  return auditor.run(parts, databaseOf(source), !kind);
+}
+
+AuditResult auditRecords(Session& session, const sources::RecordSelection& records,
+                         const AuditOptions& options, const EachFinding& each) {
+  Auditor auditor(session, options, each);
+  const Node node = records.DataSourcePtr();
+  Part part{node, recordKind(*node).value_or(RecordKind::panes), {}};
+  std::map<std::string, RecordListEntry> known;
+  for (auto& entry : entriesOf(session, node, part.kind)) known[entry.identifier] = entry;
+  for (std::int32_t i = 1; i <= records.RecordsCount(); ++i) {
+    const std::string& identifier = records.SelectedRecordID(i);
+    const auto entry = known.find(identifier);
+    part.entries.push_back(entry != known.end()
+                               ? entry->second
+                               : RecordListEntry{identifier, identifier, "", "", "",
+                                                 "This record was not found in its data source."});
+  }
+  return auditor.run({part}, databaseOf(node), false);
+}
+
+}  // namespace orv::commands::audit

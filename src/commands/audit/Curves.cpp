@@ -1,0 +1,25 @@
+#include "commands/audit/Curves.h"
+
+namespace orv::commands::audit {
+
+std::string place(double nanometers) {
+  constexpr double kFar = 5000;
+  constexpr double kPerMicron = 1000;
+  return nanometers > kFar ? fmt::format("{:g} µm", nanometers / kPerMicron)
+                           : fmt::format("{:g} nm", nanometers);
+}
+
+void WorstPoint::add(double wavelength, double value, double badness) {
+  if (count_++ > 0 && badness <= badness_) return;
+  wavelength_ = wavelength;
+  value_ = value;
+  badness_ = badness;
+}
+
+std::string WorstPoint::where() const {
+  const std::string text = " at " + place(wavelength_);
+  if (count_ == 1) return text;
+  return text + fmt::format(", and at {} more wavelength{}", count_ - 1, count_ == 2 ? "" : "s");
+}
+
+}  // namespace orv::commands::audit

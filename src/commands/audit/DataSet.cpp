@@ -1,0 +1,87 @@
+#include "commands/audit/DataSet.h"
+
+#include <algorithm>
+
+#include "optics/Wavelength.h"
+
+namespace orv::commands::audit {
+
+namespace DataType = sources::DataType;
+
+namespace {
+
+/// Nothing that is measured as a fraction is as much.
+constexpr double kPercent = 2;
+/// Glazing is measured from 0.2 to 50 µm. Wavelengths beyond are of another unit; nm.
+constexpr double kShortest = 50;
+constexpr double kLongest = 100'000;
+
+UnitFault unitFaultOf(const optics::Spectrum& spectrum) {
+  if (spectrum.wavelengths.empty()) return UnitFault::none;
+  if (spectrum.wavelengths.back() > kLongest) return UnitFault::tooLong;
+  if (spectrum.wavelengths.front() < kShortest) return UnitFault::tooShort;
+  const bool isPercent = std::ranges::any_of(spectrum.curves, [](const auto& curve) {
+    return std::ranges::any_of(curve, [](double value) { return value > kPercent; });
+  });
+  return isPercent ? UnitFault::percent : UnitFault::none;
+}
+
+std::vector<double> wavelengthsOf(const SpectralData& data) {
+  std::vector<double> wavelengths;
+  for (std::int32_t i = 0; i < data.count(); ++i) {
+    wavelengths.push_back(optics::rounded(data.ConvertedWl(i, kNanometers)));
+  }
+  return wavelengths;
+}
+
+optics::Surfaces withoutEmissivities(optics::Surfaces surfaces) {
+  surfaces.front.emissivity.reset();
+  surfaces.back.emissivity.reset();
+  return surfaces;
+}
+
+}  // namespace
+
+PaneAuditReader::PaneAuditReader(Session& session, const std::shared_ptr<sources::datasource>& node)
+    : reader_(session, node), type_(node->DataType()) {
+  for (const auto& standard : optics::kStandardNames) integrators_.emplace_back(standard.standard);
+}
+
+AuditedPane PaneAuditReader::read(const std::string& identifier) {
+  AuditedPane pane{.identifier = identifier,
+                   .isOfOrv3 = type_ == DataType::orv3Panes,
+                   .storesValues = type_ == DataType::orv3Panes || type_ == DataType::orv2Panes};
+  std::vector<std::int16_t> angles;
+  if (pane.isOfOrv3) {
+    pane.integratedAngles = reader_.angles(identifier);
+    pane.spectralAngles = reader_.spectralAngles(identifier);
+    angles = pane.integratedAngles;
+    angles.insert(angles.end(), pane.spectralAngles.begin(), pane.spectralAngles.end());
+  } else {
+    angles = reader_.dataAngles(identifier);
+  }
+  if (angles.empty()) angles.push_back(0);
+  for (std::size_t i = 0; i < angles.size(); ++i) {
+    const auto end = angles.begin() + static_cast<std::ptrdiff_t>(i);
+    if (std::find(angles.begin(), end, angles[i]) != end) continue;
+    pane.sets.push_back(dataSet(reader_.pane(identifier, angles[i])));
+  }
+  return pane;
+}
+
+DataSet PaneAuditReader::dataSet(const std::shared_ptr<GlazingData>& pane) {
+  DataSet set{.pane = pane};
+  const auto& data = pane->SpectralData();
+  if (!data || data->count() == 0 || data->MixesAngles()) return set;
+  set.wavelengths = wavelengthsOf(*data);
+  set.spectrum = optics::spectrumOf(*data);
+  set.units = unitFaultOf(set.spectrum);
+  if (set.units != UnitFault::none) return set;
+  const auto surfaces = withoutEmissivities(optics::surfacesOf(*pane));
+  for (auto& integrator : integrators_) {
+    set.integrations.push_back(integrator.integrate(set.spectrum, surfaces));
+  }
+  return set;
+}
+
+}  // namespace orv::commands::audit
