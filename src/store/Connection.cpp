@@ -195,6 +195,10 @@ std::vector<std::string> Connection::tablesWithoutIndex() const {
   return database().tablesWithoutIndex();
 }
 
+std::shared_ptr<void> Connection::holdState() const {
+  return std::make_shared<jet::Pager::ReadLock>(database().pager());
+}
+
 void Connection::inOneCommit(const std::function<void()>& changes) {
   jet::Transaction transaction(database().pager());
   changes();

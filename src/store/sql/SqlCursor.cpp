@@ -22,26 +22,22 @@ std::size_t bytesOf(const Value& value) {
 
 }  // namespace
 
-SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-                     std::vector<TypedColumn> typed)
-    : engine_(std::move(engine)), statement_(statement), typed_(std::move(typed)) {
-  for (const TypedColumn& column : typed_) {
+SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, PreparedStatement statement)
+    : engine_(std::move(engine)), statement_(std::move(statement)) {
+  for (const TypedColumn& column : statement_.values) {
     columns_.push_back(column.info);
   }
-}
-
-SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-                     std::shared_ptr<const jet::Table> table)
-    : engine_(std::move(engine)),
-      statement_(statement),
-      definition_(table->sharedDefinition()),
-      reader_(std::move(table)) {
+  if (!statement_.rowsOf) return;
+  definition_ = statement_.rowsOf->sharedDefinition();
   for (const jet::Column& column : definition_->columns) {
     columns_.push_back(jet::describe(column));
   }
+  reader_.emplace(statement_.rowsOf);
 }
 
-SqlCursor::~SqlCursor() = default;
+SqlCursor::~SqlCursor() {
+  engine_->keep(std::move(statement_));
+}
 
 bool SqlCursor::step() {
   if (started_ && at_ < batch_.size()) {
@@ -60,7 +56,7 @@ void SqlCursor::readBatch() {
   at_ = 0;
   std::size_t bytes = 0;
   for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
-    if (!engine_->step(statement_.get())) {
+    if (!engine_->step(statement_)) {
       finished_ = true;
       break;
     }
@@ -79,13 +75,13 @@ void SqlCursor::readBatch() {
 
 void SqlCursor::readRow() {
   if (!reader_) {
-    for (std::size_t i = 0; i < typed_.size(); ++i) {
-      batch_.push_back(outputValue(statement_.get(), static_cast<int>(i), typed_[i]));
+    for (std::size_t i = 0; i < statement_.values.size(); ++i) {
+      batch_.push_back(
+          outputValue(statement_.statement.get(), static_cast<int>(i), statement_.values[i]));
     }
     return;
   }
-  const auto place = static_cast<std::uint32_t>(sqlite3_column_int64(statement_.get(), 0));
-  const jet::RowView* row = reader_->read(jet::RowId::fromPointer(place));
+  const jet::RowView* row = reader_->read(statement_.rowPlace());
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
     batch_.push_back(row->value(column));

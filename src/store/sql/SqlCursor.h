@@ -1,8 +1,6 @@
 // The rows of a SELECT statement, one after the other.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -11,7 +9,7 @@
 #include "store/Schema.h"
 #include "store/Value.h"
 #include "store/jet/table/RowReader.h"
-#include "store/sql/translate/Scope.h"
+#include "store/sql/run/PreparedStatements.h"
 
 namespace orv::store::sql {
 
@@ -40,23 +38,13 @@ class SqlCursor {
 
  private:
   friend class SqlEngine;
-  struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
 
-  using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
-
-  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-            std::vector<TypedColumn> typed);
-  /// Of a statement that gives the places of a table's rows.
-  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-            std::shared_ptr<const jet::Table> table);
+  SqlCursor(std::shared_ptr<SqlEngine> engine, PreparedStatement statement);
   void readBatch();
   void readRow();
 
   std::shared_ptr<SqlEngine> engine_;
-  Statement statement_;
-  std::vector<TypedColumn> typed_;  ///< of the statement's values
+  PreparedStatement statement_;
   /// Of the table, and of its rows, where the statement gives their places.
   std::shared_ptr<const jet::TableDefinition> definition_;
   std::optional<jet::RowReader> reader_;

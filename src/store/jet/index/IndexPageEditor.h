@@ -42,7 +42,16 @@ class IndexPageEditor : public IndexPage {
   static void refuseTooLong(const Format& format, std::span<const std::uint8_t> entry);
 
  private:
+  using Entry = std::span<const std::uint8_t>;
+
+  std::vector<Entry> viewsWith(std::size_t at, Entry entry, Bytes& whole) const;
+  void refuseDisorder(std::span<const Entry> entries) const;
+  template <class Bytes>
+  void write(std::span<const Bytes> entries);
+  template <class Bytes>
   std::size_t commonPrefix(std::span<const Bytes> entries) const;
+  template <class Bytes>
+  bool fits(std::span<const Bytes> entries) const;
   void setPrefixSize(std::size_t size);
   /// Writes the mask from entry `from` on, and the free space.
   void writeMask(std::size_t from);

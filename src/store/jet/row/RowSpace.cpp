@@ -65,7 +65,17 @@ void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
 }
 
 RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber hint) {
-  const PageNumber page = findPage(row.size(), hint);
+  if (last_ != 0) {
+    const DataPage data = DataPageEditor(pager_.format(), pager_.modify(last_), last_).read();
+    const bool takesIt =
+        data.rowCount() < kMaxRowsOnPage && DataPage::fits(data.freeSpace(), row.size());
+    if (takesIt) return put(last_, row, kind);
+  }
+  last_ = findPage(row.size(), hint);
+  return put(last_, row, kind);
+}
+
+RowId RowSpace::put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind) {
   DataPageEditor editor(pager_.format(), pager_.modify(page), page);
   const RowId place{page, editor.add(row, kind)};
   if (const DataPage data = editor.read();
@@ -95,6 +105,7 @@ void RowSpace::erase(RowId place) {
     updateFreeMap(place.page, editor.read());
     return;
   }
+  if (last_ == place.page) last_ = 0;
   UsageMap(pager_, owned_).remove(place.page);
   UsageMap(pager_, free_).remove(place.page);
   PageAllocator(pager_).release(place.page);
