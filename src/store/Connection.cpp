@@ -107,6 +107,8 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
   jet::Database& database = this->database();
   if (kind == SourceKind::sql || (kind == SourceKind::automatic && isStatement(source))) {
     if (lock == LockType::readOnly) {
+      // Held until the first rows have been read.
+      const jet::Pager::ReadLock state(database.pager());
       return std::make_unique<SqlRecordset>(engine().open(source), cursor);
     }
     sql::SelectedRows rows = engine().selectRows(source);

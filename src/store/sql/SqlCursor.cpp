@@ -9,7 +9,7 @@
 namespace orv::store::sql {
 namespace {
 
-constexpr std::size_t kLargestBatch = 512;      // rows
+constexpr std::size_t kLargestBatch = 1024;     // rows
 constexpr std::size_t kBatchBytes = 1'000'000;  // after which a batch ends, for long values
 
 std::size_t bytesOf(const Value& value) {
@@ -50,9 +50,20 @@ bool SqlCursor::step() {
   return at_ < batch_.size();
 }
 
+std::size_t SqlCursor::takeRows(std::vector<Value>& values) {
+  const auto first = batch_.begin() + static_cast<std::ptrdiff_t>(at_);
+  const auto taken = static_cast<std::size_t>(batch_.end() - first);
+  values.insert(values.end(), std::make_move_iterator(first),
+                std::make_move_iterator(batch_.end()));
+  batch_.clear();
+  at_ = 0;
+  return taken / columns_.size();
+}
+
 void SqlCursor::readBatch() {
   const jet::Pager::ReadLock lock(engine_->pager());
   batch_.clear();
+  batch_.reserve(batchRows_ * columns_.size());
   at_ = 0;
   std::size_t bytes = 0;
   for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
@@ -70,7 +81,7 @@ void SqlCursor::readBatch() {
     }
     for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
   }
-  batchRows_ = std::min(batchRows_ * 2, kLargestBatch);
+  batchRows_ = std::min(batchRows_ * 4, kLargestBatch);
 }
 
 void SqlCursor::readRow() {

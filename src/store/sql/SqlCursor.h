@@ -33,8 +33,12 @@ class SqlCursor {
   /// kTypeMismatch, kOverflow, kInvalidCall for a value that a function cannot take.
   bool step();
 
-  /// A value of the current row, by 0-based position; the caller may move it away.
-  Value& value(std::size_t column) { return batch_[at_ + column]; }
+  /// A value of the current row, by 0-based position.
+  const Value& value(std::size_t column) const { return batch_[at_ + column]; }
+
+  /// Moves the values of the current row, and of those that are read ahead, row by row, to the end
+  /// of `values`; the row behind them is the next one. Returns the number of rows.
+  std::size_t takeRows(std::vector<Value>& values);
 
  private:
   friend class SqlEngine;
@@ -51,7 +55,7 @@ class SqlCursor {
   std::vector<ColumnInfo> columns_;
   std::vector<Value> batch_;  ///< the rows' values, row by row
   std::size_t at_ = 0;        ///< of the current row's first value
-  std::size_t batchRows_ = 16;
+  std::size_t batchRows_ = 64;
   bool started_ = false;
   bool finished_ = false;
 };

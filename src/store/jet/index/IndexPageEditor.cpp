@@ -62,18 +62,18 @@ void IndexPageEditor::insertInPlace(std::size_t at, std::span<const std::uint8_t
   writeMask(at);
 }
 
-void IndexPageEditor::erase(std::size_t at) {
-  const std::size_t from = begin(at);
-  const std::size_t size = ends_[at] - from;
+void IndexPageEditor::erase(std::size_t from, std::size_t to) {
+  const std::size_t first = begin(from);
+  const std::size_t size = ends_[to - 1] - first;
   const std::size_t end = used();
-  std::memmove(entries_ + from, entries_ + from + size, end - from - size);
+  std::memmove(entries_ + first, entries_ + first + size, end - first - size);
   std::memset(entries_ + end - size, 0, size);
-  for (std::size_t i = at; i + 1 < count_; ++i) {
-    ends_[i] = static_cast<std::uint16_t>(ends_[i + 1] - size);
+  for (std::size_t i = to; i < count_; ++i) {
+    ends_[from + i - to] = static_cast<std::uint16_t>(ends_[i] - size);
   }
-  --count_;
+  count_ -= to - from;
   if (count_ == 0) setPrefixSize(0);
-  writeMask(at);
+  writeMask(from);
 }
 
 void IndexPageEditor::assign(std::span<const Bytes> entries) {

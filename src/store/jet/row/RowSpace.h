@@ -36,7 +36,8 @@ class RowSpace {
   std::uint32_t owner_;
   RowId owned_;
   RowId free_;
-  PageNumber last_ = 0;  ///< the page that took the last row; 0 when it may be gone
+  PageNumber roomy_ = 0;  ///< a page that is known to be offered for rows; 0 when none is
+  PageNumber last_ = 0;   ///< the page that took the last row; 0 when it may be gone
 };
 
 }  // namespace orv::store::jet
