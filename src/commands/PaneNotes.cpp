@@ -4,7 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <set>
+#include <vector>
 
 #include "commands/CopyLosses.h"
 #include "model/IntegratedColumns.h"
@@ -60,15 +60,16 @@ void noteDoubts(TransferWork& work, const GlazingData& pane) {
   }
   if (!pane.SpectralData()) return;
   const SpectralData& spectrum = *pane.SpectralData();
-  std::set<float> wavelengths;
-  bool isDoubled = false;
+  std::vector<float> wavelengths;
   bool isTooMuch = false;
   constexpr float kWhole = 1.0001F;  // with what rounding adds
   for (std::int32_t i = 0; i < spectrum.count(); ++i) {
-    isDoubled = !wavelengths.insert(spectrum.wl(i)).second || isDoubled;
+    wavelengths.push_back(spectrum.wl(i));
     isTooMuch = isTooMuch || spectrum.Tf(i) + spectrum.Rf(i) > kWhole ||
                 spectrum.Tb(i) + spectrum.Rb(i) > kWhole;
   }
+  std::ranges::sort(wavelengths);
+  const bool isDoubled = std::ranges::adjacent_find(wavelengths) != wavelengths.end();
   if (isDoubled) note(work, "a wavelength occurs twice", pane);
   if (isTooMuch) note(work, "transmittance and reflectance add up to more than 1", pane);
 }

@@ -121,6 +121,7 @@ std::vector<std::int32_t> RecordReader::otherDirections(const std::string& ident
 
 std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, std::int16_t angle,
                                                 std::int32_t direction) const {
+  const auto state = holdState();
   switch (node_->DataType()) {
     case DataType::orv2Panes:
     case DataType::orv3Panes:
@@ -181,6 +182,7 @@ std::vector<std::string> RecordReader::remarks(const std::string& identifier,
 
 std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(
     const std::string& identifier) const {
+  const auto state = holdState();
   std::vector<std::shared_ptr<GlazingData>> sets;
   for (const std::int16_t angle : angles(identifier)) {
     const auto known = directions(identifier, angle);
@@ -256,7 +258,13 @@ void RecordReader::readReferences(const std::string& identifier,
   session_.textFiles.FillFileReferences(isInput ? "." : node_->Folder(), pane);
 }
 
+std::shared_ptr<void> RecordReader::holdState() const {
+  const auto& connection = node_->ADOConnection();
+  return connection ? connection->holdState() : nullptr;
+}
+
 std::shared_ptr<FrameDataClass> RecordReader::frame(const std::string& identifier) const {
+  const auto state = holdState();
   const auto& database = session_.database;
   switch (node_->DataType()) {
     case DataType::orv2Frames:
@@ -269,6 +277,7 @@ std::shared_ptr<FrameDataClass> RecordReader::frame(const std::string& identifie
 }
 
 std::shared_ptr<ShadingDataClass> RecordReader::shading(const std::string& identifier) const {
+  const auto state = holdState();
   switch (node_->DataType()) {
     case DataType::orv2Shadings:
     case DataType::orv3Shadings:

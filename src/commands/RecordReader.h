@@ -88,6 +88,8 @@ class RecordReader {
   }
   /// The rows of a pane in one of its tables, in no order.
   std::unique_ptr<store::Recordset> rowsOf(const char* table, std::int32_t id) const;
+  /// Keeps the database, where the records are in one, as it is while the result lives.
+  std::shared_ptr<void> holdState() const;
   /// Empty where there is none to tell.
   std::string storedGroup(const std::string& identifier) const;
   store::Connection& connection() const { return *node_->ADOConnection(); }

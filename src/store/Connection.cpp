@@ -107,6 +107,8 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
   jet::Database& database = this->database();
   if (kind == SourceKind::sql || (kind == SourceKind::automatic && isStatement(source))) {
     if (lock == LockType::readOnly) {
+      // Held until the first rows have been read.
+      const jet::Pager::ReadLock state(database.pager());
       return std::make_unique<SqlRecordset>(engine().open(source), cursor);
     }
     sql::SelectedRows rows = engine().selectRows(source);
@@ -193,6 +195,10 @@ std::vector<LinkedTableInfo> Connection::linkedTables() const {
 
 std::vector<std::string> Connection::tablesWithoutIndex() const {
   return database().tablesWithoutIndex();
+}
+
+std::shared_ptr<void> Connection::holdState() const {
+  return std::make_shared<jet::Pager::ReadLock>(database().pager());
 }
 
 void Connection::inOneCommit(const std::function<void()>& changes) {

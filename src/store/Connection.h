@@ -80,6 +80,10 @@ class Connection {
   /// the tables themselves then.
   std::vector<std::string> tablesWithoutIndex() const;
 
+  /// While the result lives, no other process changes the file: all that is read meanwhile is of
+  /// one state. Not to be held over a change, for which other readers are waited for.
+  [[nodiscard]] std::shared_ptr<void> holdState() const;
+
   /// Runs `changes` as one commit: all that they do to the file reaches it or, when an error leaves
   /// them, nothing. Other programs cannot write meanwhile. A row or batch that is refused within is
   /// undone by itself: when its error is caught within, the other changes are committed.

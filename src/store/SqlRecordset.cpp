@@ -22,30 +22,24 @@ SqlRecordset::SqlRecordset(std::unique_ptr<sql::SqlCursor> cursor, CursorType ty
 }
 
 bool SqlRecordset::readTo(std::size_t position) {
-  while (rowsRead() <= position && cursor_ != nullptr) {
+  while (rowsRead_ <= position && cursor_ != nullptr) {
     if (!cursor_->step()) {
       cursor_.reset();
-      break;
+    } else if (keepsRows_) {
+      rowsRead_ += cursor_->takeRows(kept_);
+    } else {
+      ++rowsRead_;
     }
-    if (!keepsRows_) {
-      firstKept_ += keptRows_;
-      keptRows_ = 0;
-      kept_.clear();
-    }
-    for (std::size_t i = 0; i < fields().size(); ++i) {
-      kept_.push_back(std::move(cursor_->value(i)));
-    }
-    ++keptRows_;
   }
-  return position < rowsRead();
+  return position < rowsRead_;
 }
 
 void SqlRecordset::standOn(std::size_t position) {
-  if (position < firstKept_) {
+  if (!keepsRows_ && position + 1 < rowsRead_) {
     throw Error(kNotSupported, "A forward-only record set cannot go back.");
   }
   atEnd_ = !readTo(position);
-  position_ = atEnd_ ? rowsRead() : position;
+  position_ = atEnd_ ? rowsRead_ : position;
   beforeFirst_ = false;
 }
 
@@ -95,7 +89,7 @@ std::int64_t SqlRecordset::recordCount() {
   if (keepsRows_) {
     readTo(SIZE_MAX - 1);
   }
-  return static_cast<std::int64_t>(rowsRead());
+  return static_cast<std::int64_t>(rowsRead_);
 }
 
 void SqlRecordset::moveTo(std::int64_t position) {
@@ -109,7 +103,7 @@ Value SqlRecordset::value(std::size_t field) const {
   if (atEnd_ || beforeFirst_) {
     raiseNoCurrentRecord();
   }
-  return kept_[(position_ - firstKept_) * fields().size() + field];
+  return keepsRows_ ? kept_[position_ * fields().size() + field] : cursor_->value(field);
 }
 
 void SqlRecordset::setValue(std::size_t, Value) {

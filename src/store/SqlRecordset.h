@@ -41,13 +41,11 @@ class SqlRecordset final : public RecordsetBase {
   /// Reads on until the row at `position` has been read; false when there are fewer.
   bool readTo(std::size_t position);
   void standOn(std::size_t position);
-  std::size_t rowsRead() const { return firstKept_ + keptRows_; }
 
   std::unique_ptr<sql::SqlCursor> cursor_;  ///< none when all rows have been read
   bool keepsRows_;
   std::vector<Value> kept_;  ///< values of the rows that are kept, row by row
-  std::size_t keptRows_ = 0;
-  std::size_t firstKept_ = 0;  ///< position of the first row that is kept
+  std::size_t rowsRead_ = 0;
   std::size_t position_ = 0;
   bool beforeFirst_ = false;
   bool atEnd_ = false;

@@ -7,7 +7,7 @@
 #include "store/DefaultValue.h"
 #include "store/StoreError.h"
 #include "store/jet/index/IndexKey.h"
-#include "store/jet/row/RowEncoder.h"
+#include "store/jet/row/FitValue.h"
 #include "store/jet/table/AutoGuid.h"
 
 namespace orv::store {
@@ -19,6 +19,11 @@ std::vector<ColumnInfo> describe(const jet::TableDefinition& definition) {
     columns.push_back(jet::describe(column));
   }
   return columns;
+}
+
+/// Whether the default is a call, like Now().
+bool isOfTheMoment(const jet::Column& column) {
+  return column.defaultValue && column.defaultValue->find("()") != std::string::npos;
 }
 
 }  // namespace
@@ -264,23 +269,34 @@ void TableRecordset::setValue(std::size_t field, Value value) {
 void TableRecordset::addNew() {
   needUpdatable();
   saveEdit();
-  Edit edit{{}, true};
-  edit.values.reserve(table_->definition().columns.size());
-  for (const jet::Column& column : table_->definition().columns) {
-    if (column.autoNumber) {
-      if (!numberLock_) {
-        numberLock_.emplace(table_->pager());
-      }
-      edit.values.emplace_back(table_->reserveAutoNumber());
-    } else if (column.autoGuid) {
-      edit.values.emplace_back(jet::makeGuid());
-    } else if (column.defaultValue) {
-      edit.values.push_back(evaluateDefault(*column.defaultValue, column.type));
-    } else {
-      edit.values.push_back(column.type == ColumnType::boolean ? Value(false) : Value());
+  const std::vector<jet::Column>& columns = table_->definition().columns;
+  if (firstValues_.size() != columns.size()) {
+    firstValues_.clear();
+    for (const jet::Column& column : columns) firstValues_.push_back(firstValue(column));
+  }
+  Edit edit{firstValues_, true};
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].autoNumber) {
+      if (!numberLock_) numberLock_.emplace(table_->pager());
+      edit.values[i] = table_->reserveAutoNumber();
+    } else if (columns[i].autoGuid || isOfTheMoment(columns[i])) {
+      edit.values[i] = firstValue(columns[i]);
     }
   }
   edit_ = std::move(edit);
+}
+
+/// What a new row holds in a column, as the column holds it where that is possible: a default that
+/// does not fit fails only where it is saved.
+Value TableRecordset::firstValue(const jet::Column& column) const {
+  if (column.autoGuid) return jet::makeGuid();
+  if (!column.defaultValue) return column.type == ColumnType::boolean ? Value(false) : Value();
+  const Value value = evaluateDefault(*column.defaultValue, column.type);
+  try {
+    return value.isNull() ? value : jet::fitValue(table_->name(), column, value);
+  } catch (const Error&) {
+    return value;
+  }
 }
 
 void TableRecordset::saveEdit() {
@@ -326,7 +342,11 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   {
     jet::Savepoint transaction(table_->pager());
     jet::RowChanges rows(*table_);
-    for (const Pending& change : changes) {
+    // What only goes does so from the last row on: that stands at the end of its pages, where
+    // nothing has to move up.
+    const bool backward = std::ranges::all_of(changes, &Pending::erases);
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+      const Pending& change = changes[backward ? changes.size() - 1 - i : i];
       last = apply(change, rows);
       if (change.kind == Pending::Kind::insert) added.push_back(last);
     }

@@ -54,6 +54,7 @@ class TableRecordset final : public RecordsetBase {
     enum class Kind { insert, update, erase } kind;
     jet::RowId row{};
     std::vector<Value> values{};
+    bool erases() const { return kind == Kind::erase; }
   };
 
   void standOn(std::size_t position);
@@ -62,6 +63,7 @@ class TableRecordset final : public RecordsetBase {
   void saveEdit();
   void needUpdatable() const;
   std::vector<Value> currentValues() const;
+  Value firstValue(const jet::Column& column) const;
   std::optional<std::size_t> indexFor(std::size_t field) const;
   std::optional<Bytes> beginningOfKey(std::size_t index, const Value& value) const;
   std::optional<jet::RowId> firstInIndex(std::size_t index, const Bytes& key,
@@ -83,6 +85,8 @@ class TableRecordset final : public RecordsetBase {
   bool beforeFirst_ = false;
   std::optional<Edit> edit_;
   std::vector<Pending> pending_;
+  /// What new rows hold at first, but for the columns of which each row gets another value.
+  std::vector<Value> firstValues_;
   /// Keeps other processes from taking the autonumber that a new row has been given.
   std::optional<jet::Pager::WriteLock> numberLock_;
 };

@@ -9,7 +9,7 @@
 namespace orv::store::sql {
 namespace {
 
-constexpr std::size_t kLargestBatch = 512;      // rows
+constexpr std::size_t kLargestBatch = 1024;     // rows
 constexpr std::size_t kBatchBytes = 1'000'000;  // after which a batch ends, for long values
 
 std::size_t bytesOf(const Value& value) {
@@ -22,26 +22,22 @@ std::size_t bytesOf(const Value& value) {
 
 }  // namespace
 
-SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-                     std::vector<TypedColumn> typed)
-    : engine_(std::move(engine)), statement_(statement), typed_(std::move(typed)) {
-  for (const TypedColumn& column : typed_) {
+SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, PreparedStatement statement)
+    : engine_(std::move(engine)), statement_(std::move(statement)) {
+  for (const TypedColumn& column : statement_.values) {
     columns_.push_back(column.info);
   }
-}
-
-SqlCursor::SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-                     std::shared_ptr<const jet::Table> table)
-    : engine_(std::move(engine)),
-      statement_(statement),
-      definition_(table->sharedDefinition()),
-      reader_(std::move(table)) {
+  if (!statement_.rowsOf) return;
+  definition_ = statement_.rowsOf->sharedDefinition();
   for (const jet::Column& column : definition_->columns) {
     columns_.push_back(jet::describe(column));
   }
+  reader_.emplace(statement_.rowsOf);
 }
 
-SqlCursor::~SqlCursor() = default;
+SqlCursor::~SqlCursor() {
+  engine_->keep(std::move(statement_));
+}
 
 bool SqlCursor::step() {
   if (started_ && at_ < batch_.size()) {
@@ -54,13 +50,24 @@ bool SqlCursor::step() {
   return at_ < batch_.size();
 }
 
+std::size_t SqlCursor::takeRows(std::vector<Value>& values) {
+  const auto first = batch_.begin() + static_cast<std::ptrdiff_t>(at_);
+  const auto taken = static_cast<std::size_t>(batch_.end() - first);
+  values.insert(values.end(), std::make_move_iterator(first),
+                std::make_move_iterator(batch_.end()));
+  batch_.clear();
+  at_ = 0;
+  return taken / columns_.size();
+}
+
 void SqlCursor::readBatch() {
   const jet::Pager::ReadLock lock(engine_->pager());
   batch_.clear();
+  batch_.reserve(batchRows_ * columns_.size());
   at_ = 0;
   std::size_t bytes = 0;
   for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
-    if (!engine_->step(statement_.get())) {
+    if (!engine_->step(statement_)) {
       finished_ = true;
       break;
     }
@@ -74,18 +81,18 @@ void SqlCursor::readBatch() {
     }
     for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
   }
-  batchRows_ = std::min(batchRows_ * 2, kLargestBatch);
+  batchRows_ = std::min(batchRows_ * 4, kLargestBatch);
 }
 
 void SqlCursor::readRow() {
   if (!reader_) {
-    for (std::size_t i = 0; i < typed_.size(); ++i) {
-      batch_.push_back(outputValue(statement_.get(), static_cast<int>(i), typed_[i]));
+    for (std::size_t i = 0; i < statement_.values.size(); ++i) {
+      batch_.push_back(
+          outputValue(statement_.statement.get(), static_cast<int>(i), statement_.values[i]));
     }
     return;
   }
-  const auto place = static_cast<std::uint32_t>(sqlite3_column_int64(statement_.get(), 0));
-  const jet::RowView* row = reader_->read(jet::RowId::fromPointer(place));
+  const jet::RowView* row = reader_->read(statement_.rowPlace());
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
     batch_.push_back(row->value(column));

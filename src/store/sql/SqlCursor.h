@@ -1,8 +1,6 @@
 // The rows of a SELECT statement, one after the other.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -11,7 +9,7 @@
 #include "store/Schema.h"
 #include "store/Value.h"
 #include "store/jet/table/RowReader.h"
-#include "store/sql/translate/Scope.h"
+#include "store/sql/run/PreparedStatements.h"
 
 namespace orv::store::sql {
 
@@ -35,35 +33,29 @@ class SqlCursor {
   /// kTypeMismatch, kOverflow, kInvalidCall for a value that a function cannot take.
   bool step();
 
-  /// A value of the current row, by 0-based position; the caller may move it away.
-  Value& value(std::size_t column) { return batch_[at_ + column]; }
+  /// A value of the current row, by 0-based position.
+  const Value& value(std::size_t column) const { return batch_[at_ + column]; }
+
+  /// Moves the values of the current row, and of those that are read ahead, row by row, to the end
+  /// of `values`; the row behind them is the next one. Returns the number of rows.
+  std::size_t takeRows(std::vector<Value>& values);
 
  private:
   friend class SqlEngine;
-  struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
 
-  using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
-
-  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-            std::vector<TypedColumn> typed);
-  /// Of a statement that gives the places of a table's rows.
-  SqlCursor(std::shared_ptr<SqlEngine> engine, sqlite3_stmt* statement,
-            std::shared_ptr<const jet::Table> table);
+  SqlCursor(std::shared_ptr<SqlEngine> engine, PreparedStatement statement);
   void readBatch();
   void readRow();
 
   std::shared_ptr<SqlEngine> engine_;
-  Statement statement_;
-  std::vector<TypedColumn> typed_;  ///< of the statement's values
+  PreparedStatement statement_;
   /// Of the table, and of its rows, where the statement gives their places.
   std::shared_ptr<const jet::TableDefinition> definition_;
   std::optional<jet::RowReader> reader_;
   std::vector<ColumnInfo> columns_;
   std::vector<Value> batch_;  ///< the rows' values, row by row
   std::size_t at_ = 0;        ///< of the current row's first value
-  std::size_t batchRows_ = 16;
+  std::size_t batchRows_ = 64;
   bool started_ = false;
   bool finished_ = false;
 };

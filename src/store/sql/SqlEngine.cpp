@@ -2,11 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/SavedQuery.h"
 #include "store/sql/functions/Functions.h"
 #include "store/sql/run/Collations.h"
+#include "store/sql/syntax/Parser.h"
+#include "store/sql/syntax/StatementShape.h"
 
 namespace orv::store::sql {
 namespace {
@@ -53,60 +57,88 @@ SqlEngine::~SqlEngine() = default;
 
 std::unique_ptr<SqlCursor> SqlEngine::open(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
-  const SqlText text{sql};
-  if (const auto rows = QueryWriter::translateRows(catalog_, text)) {
-    // SQLite picks the rows out; their values need not go through it.
-    return std::unique_ptr<SqlCursor>(
-        new SqlCursor(shared_from_this(), prepare(rows->sql), database_->table(rows->table)));
-  }
-  return start(QueryWriter::translate(catalog_, text));
+  return start(prepare(SqlText{sql}));
 }
 
 std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
   const jet::Pager::ReadLock lock(pager());
-  return start(QueryWriter::translateQuery(catalog_, name));
+  const Translation translation = QueryWriter::translateQuery(catalog_, name);
+  PreparedStatement statement;
+  statement.statement = plan(translation.sql);
+  statement.values = translation.columns;
+  return start(std::move(statement));
 }
 
 SelectedRows SqlEngine::selectRows(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
   const SqlText text{sql};
-  const auto translation = QueryWriter::translateRows(catalog_, text);
-  if (!translation) {
+  PreparedStatement statement = prepare(text);
+  if (!statement.rowsOf) {
     text.fail(kReadOnlyStore,
               "Only rows of a SELECT * over one table, with or without WHERE and ORDER BY, can be "
               "changed",
               0);
   }
-  SelectedRows selected{database_->table(translation->table), {}};
-  const SqlCursor::Statement statement(prepare(translation->sql));
-  while (step(statement.get())) {
-    selected.rows.push_back(jet::RowId::fromPointer(
-        static_cast<std::uint32_t>(sqlite3_column_int64(statement.get(), 0))));
-  }
+  SelectedRows selected{statement.rowsOf, {}};
+  while (step(statement)) selected.rows.push_back(statement.rowPlace());
+  keep(std::move(statement));
   return selected;
 }
 
 std::string SqlEngine::translate(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
-  return QueryWriter::translate(catalog_, SqlText{sql}).sql;
+  const SqlText text{sql};
+  return QueryWriter::translate(catalog_, text, Parser::parse(text)).sql;
 }
 
-std::unique_ptr<SqlCursor> SqlEngine::start(const Translation& translation) {
-  return std::unique_ptr<SqlCursor>(
-      new SqlCursor(shared_from_this(), prepare(translation.sql), translation.columns));
+std::unique_ptr<SqlCursor> SqlEngine::start(PreparedStatement statement) {
+  return std::unique_ptr<SqlCursor>(new SqlCursor(shared_from_this(), std::move(statement)));
 }
 
-sqlite3_stmt* SqlEngine::prepare(const std::string& sql) {
+/// The statement, ready to run.
+PreparedStatement SqlEngine::prepare(const SqlText& text) {
+  std::vector<Token> tokens = Parser::tokens(text);
+  StatementShape shape = takeParameters(tokens);
+  auto kept = statements_.take(shape.key, database_->catalogVersion());
+  PreparedStatement statement = kept ? std::move(*kept) : make(text, std::move(tokens));
+  if (statement.holdsForOthers) statement.key = std::move(shape.key);
+  for (std::size_t i = 0; i < shape.parameters.size(); ++i) {
+    statement.bind(static_cast<int>(i) + 1, shape.parameters[i]);
+  }
+  return statement;
+}
+
+PreparedStatement SqlEngine::make(const SqlText& text, std::vector<Token> tokens) {
+  catalog_.takeSources();  // of a translation that failed
+  const Query query = Parser::parse(text, std::move(tokens));
+  PreparedStatement statement;
+  // SQLite picks whole rows out; their values need not go through it.
+  if (const auto rows = QueryWriter::translateRows(catalog_, text, query)) {
+    statement.statement = plan(rows->sql);
+    statement.rowsOf = database_->table(rows->table);
+    statement.holdsForOthers = rows->holdsForOthers;
+  } else {
+    const Translation translation = QueryWriter::translate(catalog_, text, query);
+    statement.statement = plan(translation.sql);
+    statement.values = translation.columns;
+    statement.holdsForOthers = translation.holdsForOthers;
+  }
+  statement.sources = catalog_.takeSources();
+  statement.catalogVersion = database_->catalogVersion();
+  return statement;
+}
+
+StatementPointer SqlEngine::plan(const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   if (sqlite3_prepare_v2(db_.get(), sql.c_str(), static_cast<int>(sql.size()), &statement,
                          nullptr) != SQLITE_OK) {
     fail();
   }
-  return statement;
+  return StatementPointer(statement);
 }
 
-bool SqlEngine::step(sqlite3_stmt* statement) {
-  const int result = sqlite3_step(statement);
+bool SqlEngine::step(const PreparedStatement& statement) {
+  const int result = sqlite3_step(statement.statement.get());
   if (result != SQLITE_ROW && result != SQLITE_DONE) {
     fail();
   }
@@ -126,11 +158,16 @@ std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name
     return std::nullopt;
   }
   const std::shared_ptr<jet::Table> table = database.table(name);
+  sources_.emplace_back(table);
   TableBinding binding{engine_.tables_.nameOf(table), {}};
   for (const jet::Column& column : table->definition().columns) {
     binding.columns.push_back(jet::describe(column));
   }
   return binding;
+}
+
+std::vector<PreparedStatement::Source> SqlEngine::JetCatalog::takeSources() {
+  return std::exchange(sources_, {});
 }
 
 bool SqlEngine::JetCatalog::isQuery(const std::string& name) {

@@ -13,7 +13,9 @@
 #include "store/sql/SqlCursor.h"
 #include "store/sql/functions/Callbacks.h"
 #include "store/sql/functions/TextOrder.h"
+#include "store/sql/run/PreparedStatements.h"
 #include "store/sql/run/TableModule.h"
+#include "store/sql/syntax/Lexer.h"
 #include "store/sql/translate/Catalog.h"
 #include "store/sql/translate/QueryWriter.h"
 
@@ -61,14 +63,21 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
     std::optional<std::string> queryText(const std::string& name) override;
     bool isQuery(const std::string& name) override;
 
+    /// The tables that a translation has named since the last call.
+    std::vector<PreparedStatement::Source> takeSources();
+
    private:
     SqlEngine& engine_;
+    std::vector<PreparedStatement::Source> sources_;
   };
 
   explicit SqlEngine(std::shared_ptr<jet::Database> database);
-  std::unique_ptr<SqlCursor> start(const Translation& translation);
-  sqlite3_stmt* prepare(const std::string& sql);
-  bool step(sqlite3_stmt* statement);
+  std::unique_ptr<SqlCursor> start(PreparedStatement statement);
+  PreparedStatement prepare(const SqlText& text);
+  PreparedStatement make(const SqlText& text, std::vector<Token> tokens);
+  StatementPointer plan(const std::string& sql);
+  void keep(PreparedStatement statement) { statements_.keep(std::move(statement)); }
+  bool step(const PreparedStatement& statement);
   [[noreturn]] void fail();
 
   std::shared_ptr<jet::Database> database_;
@@ -79,6 +88,7 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
   };
   std::unique_ptr<sqlite3, Closer> db_;
   TableModule tables_;
+  PreparedStatements statements_;
   JetCatalog catalog_{*this};
 };
 

@@ -12,6 +12,7 @@
 #include "store/sql/functions/Functions.h"
 #include "store/sql/run/Collations.h"
 #include "store/sql/run/OutputValue.h"
+#include "store/sql/syntax/Parser.h"
 #include "store/sql/translate/Catalog.h"
 #include "store/sql/translate/QueryWriter.h"
 
@@ -62,7 +63,8 @@ class TranslatedDatabase final : public Catalog {
 
   /// The rows of a statement: values parted by "|", Null as "-".
   std::vector<std::string> rows(const std::string& sql) {
-    const Translation translation = QueryWriter::translate(*this, SqlText{sql});
+    const Translation translation =
+        QueryWriter::translate(*this, SqlText{sql}, Parser::parse(SqlText{sql}));
     columns = translation.columns;
     sqlite3_stmt* raw = nullptr;
     if (sqlite3_prepare_v2(db_, translation.sql.c_str(), -1, &raw, nullptr) != SQLITE_OK) {

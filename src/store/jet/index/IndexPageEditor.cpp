@@ -43,9 +43,10 @@ bool IndexPageEditor::insert(std::size_t at, std::span<const std::uint8_t> entry
     insertInPlace(at, entry.subspan(prefixSize_));
     return true;
   }
-  const std::vector<Bytes> entries = entriesWith(at, entry);
-  if (!fits(entries)) return false;
-  assign(entries);
+  Bytes whole;
+  const std::vector<Entry> entries = viewsWith(at, entry, whole);
+  if (!fits<Entry>(entries)) return false;
+  write<Entry>(entries);
   return true;
 }
 
@@ -61,21 +62,70 @@ void IndexPageEditor::insertInPlace(std::size_t at, std::span<const std::uint8_t
   writeMask(at);
 }
 
-void IndexPageEditor::erase(std::size_t at) {
-  const std::size_t from = begin(at);
-  const std::size_t size = ends_[at] - from;
+void IndexPageEditor::erase(std::size_t from, std::size_t to) {
+  const std::size_t first = begin(from);
+  const std::size_t size = ends_[to - 1] - first;
   const std::size_t end = used();
-  std::memmove(entries_ + from, entries_ + from + size, end - from - size);
+  std::memmove(entries_ + first, entries_ + first + size, end - first - size);
   std::memset(entries_ + end - size, 0, size);
-  for (std::size_t i = at; i + 1 < count_; ++i) {
-    ends_[i] = static_cast<std::uint16_t>(ends_[i + 1] - size);
+  for (std::size_t i = to; i < count_; ++i) {
+    ends_[from + i - to] = static_cast<std::uint16_t>(ends_[i] - size);
   }
-  --count_;
+  count_ -= to - from;
   if (count_ == 0) setPrefixSize(0);
-  writeMask(at);
+  writeMask(from);
 }
 
 void IndexPageEditor::assign(std::span<const Bytes> entries) {
+  write(entries);
+}
+
+bool IndexPageEditor::fits(std::span<const Bytes> entries) const {
+  return fits<Bytes>(entries);
+}
+
+std::vector<Bytes> IndexPageEditor::entriesWith(std::size_t at,
+                                                std::span<const std::uint8_t> entry) const {
+  Bytes whole;
+  std::vector<Bytes> entries;
+  entries.reserve(count_ + 1);
+  for (const Entry view : viewsWith(at, entry, whole))
+    entries.emplace_back(view.begin(), view.end());
+  return entries;
+}
+
+/// All entries, with `entry` before entry `at`; those of the page stand whole in `whole`.
+std::vector<IndexPageEditor::Entry> IndexPageEditor::viewsWith(std::size_t at, Entry entry,
+                                                               Bytes& whole) const {
+  whole.resize(used() + count_ * prefixSize_);
+  std::vector<Entry> entries;
+  entries.reserve(count_ + 1);
+  std::uint8_t* next = whole.data();
+  for (std::size_t i = 0; i < count_; ++i) {
+    if (i == at) entries.push_back(entry);
+    std::uint8_t* const start = next;
+    next = std::copy(data_, data_ + prefixSize_, next);
+    next = std::copy(data_ + begin(i), data_ + ends_[i], next);
+    entries.emplace_back(start, next);
+  }
+  if (at == count_) entries.push_back(entry);
+  refuseDisorder(entries);
+  return entries;
+}
+
+void IndexPageEditor::refuseDisorder(std::span<const Entry> entries) const {
+  const std::size_t childSize = leaf_ ? 0 : kChildSize;
+  const auto isBefore = [&](Entry a, Entry b) {
+    return std::ranges::lexicographical_compare(a.first(a.size() - childSize),
+                                                b.first(b.size() - childSize));
+  };
+  if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) {
+    raiseDamaged(page_.page(), "its index entries are out of order");
+  }
+}
+
+template <class Bytes>
+void IndexPageEditor::write(std::span<const Bytes> entries) {
   setPrefixSize(commonPrefix(entries));
   std::memset(entries_, 0, capacity());
   count_ = 0;
@@ -89,25 +139,9 @@ void IndexPageEditor::assign(std::span<const Bytes> entries) {
   writeMask(0);
 }
 
-std::vector<Bytes> IndexPageEditor::entriesWith(std::size_t at,
-                                                std::span<const std::uint8_t> entry) const {
-  std::vector<Bytes> entries;
-  entries.reserve(count_ + 1);
-  for (std::size_t i = 0; i < count_; ++i) entries.push_back(this->entry(i));
-  entries.emplace(entries.begin() + static_cast<std::ptrdiff_t>(at), entry.begin(), entry.end());
-  const std::size_t childSize = leaf_ ? 0 : kChildSize;
-  const auto isBefore = [&](const Bytes& a, const Bytes& b) {
-    return std::ranges::lexicographical_compare(std::span(a).first(a.size() - childSize),
-                                                std::span(b).first(b.size() - childSize));
-  };
-  if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) {
-    raiseDamaged(page_.page(), "its index entries are out of order");
-  }
-  return entries;
-}
-
 /// Entries are in order, so what the first and the last have in common, all have. As in Access'
 /// own pages it may reach into the row pointers: a page that was full so has to be parted so.
+template <class Bytes>
 std::size_t IndexPageEditor::commonPrefix(std::span<const Bytes> entries) const {
   if (entries.size() < 2) return 0;
   const Bytes& first = entries.front();
@@ -118,6 +152,7 @@ std::size_t IndexPageEditor::commonPrefix(std::span<const Bytes> entries) const 
                                   first.begin());
 }
 
+template <class Bytes>
 bool IndexPageEditor::fits(std::span<const Bytes> entries) const {
   const std::size_t prefix = commonPrefix(entries);
   std::size_t size = prefix;

@@ -29,7 +29,9 @@ class IndexPageEditor : public IndexPage {
   /// page is written anew with the longest prefix. False, with nothing changed, when that is
   /// not enough.
   bool insert(std::size_t at, std::span<const std::uint8_t> entry);
-  void erase(std::size_t at);
+  void erase(std::size_t at) { erase(at, at + 1); }
+  /// Removes the entries from `from` on, but for those from `to` on.
+  void erase(std::size_t from, std::size_t to);
   /// All entries, with `entry` before entry `at`. Raises kCorruptFile when they are out of order.
   std::vector<Bytes> entriesWith(std::size_t at, std::span<const std::uint8_t> entry) const;
   /// Replaces all entries. They must be in order and fit.
@@ -42,7 +44,16 @@ class IndexPageEditor : public IndexPage {
   static void refuseTooLong(const Format& format, std::span<const std::uint8_t> entry);
 
  private:
+  using Entry = std::span<const std::uint8_t>;
+
+  std::vector<Entry> viewsWith(std::size_t at, Entry entry, Bytes& whole) const;
+  void refuseDisorder(std::span<const Entry> entries) const;
+  template <class Bytes>
+  void write(std::span<const Bytes> entries);
+  template <class Bytes>
   std::size_t commonPrefix(std::span<const Bytes> entries) const;
+  template <class Bytes>
+  bool fits(std::span<const Bytes> entries) const;
   void setPrefixSize(std::size_t size);
   /// Writes the mask from entry `from` on, and the free space.
   void writeMask(std::size_t from);

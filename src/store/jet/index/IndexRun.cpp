@@ -49,7 +49,7 @@ bool IndexRun::isBeyondLeaf(std::size_t at, std::span<const std::uint8_t> key) c
 
 IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row, SameKey sameKey) {
   using Change = IndexTree::Change;
-  if (hasErased_) finish();
+  if (hasErased_ || erasedTo_ > 0) finish();
   IndexTree::writeEntry(entry_, key, row);
   IndexPageEditor::refuseTooLong(pager_.format(), entry_);
   const std::optional<std::size_t> onLeaf = placeOnLeaf();
@@ -68,17 +68,36 @@ IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row,
 IndexTree::Change IndexRun::erase(std::span<const std::uint8_t> key, RowId row) {
   using Change = IndexTree::Change;
   IndexTree::writeEntry(entry_, key, row);
-  const std::optional<std::size_t> onLeaf = placeOnLeaf();
+  std::optional<std::size_t> onLeaf = placeOnLeaf();
+  const bool isApart = onLeaf && (*onLeaf > erasedTo_ || *onLeaf + 1 < erasedFrom_);
+  if (isApart && erasedTo_ > 0) {
+    dropErased();
+    onLeaf = placeOnLeaf();
+  }
   const std::size_t at = onLeaf ? *onLeaf : openLeaf(false);
-  if (!leaf_->isEntry(at, entry_)) return Change::none;
-  const bool shares = tree_.isBesideKey(*leaf_, at, at + 1, key);
-  leaf_->erase(at);
-  hasErased_ = true;
-  hasErasedLast_ |= at == leaf_->count();
+  const bool isErased = erasedFrom_ <= at && at < erasedTo_;
+  if (isErased || !leaf_->isEntry(at, entry_)) return Change::none;
+  erasedFrom_ = erasedTo_ == 0 ? at : std::min(at, erasedFrom_);
+  erasedTo_ = std::max(at + 1, erasedTo_);
+  const bool shares = tree_.isBesideKey(*leaf_, erasedFrom_, erasedTo_, key);
   return shares ? Change::entry : Change::key;
 }
 
+void IndexRun::dropErased() {
+  if (erasedTo_ == 0) return;
+  const PageNumber page = path_.steps[path_.depth].page;
+  if (pager_.modify(page) != leafBytes_) {
+    leafBytes_ = pager_.modify(page);
+    leaf_.emplace(pager_.format(), pager_.modify(page), page);
+  }
+  hasErased_ = true;
+  hasErasedLast_ |= erasedTo_ == leaf_->count();
+  leaf_->erase(erasedFrom_, erasedTo_);
+  erasedFrom_ = erasedTo_ = 0;
+}
+
 void IndexRun::finish() {
+  dropErased();
   leaf_.reset();
   if (hasErased_) tree_.settle(path_, hasErasedLast_);
   hasErased_ = hasErasedLast_ = false;

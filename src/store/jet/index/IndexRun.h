@@ -37,6 +37,7 @@ class IndexRun {
   std::size_t openLeaf(bool widen);
   void rememberEnds();
   bool isBeyondLeaf(std::size_t at, std::span<const std::uint8_t> key) const;
+  void dropErased();
 
   Pager& pager_;
   IndexTree tree_;
@@ -47,6 +48,10 @@ class IndexRun {
   IndexTree::Path path_;  ///< to the leaf
   Bytes end_;             ///< no entry of the leaf is greater; empty: it is the last leaf
   bool isFirst_ = true;   ///< it is the first leaf
+  /// Entries of the leaf, from the first on and before the second, that are removed but still stand
+  /// there: those of a batch of rows go in one piece.
+  std::size_t erasedFrom_ = 0;
+  std::size_t erasedTo_ = 0;
   bool hasErased_ = false;
   bool hasErasedLast_ = false;  ///< the greatest entry of the leaf
 };

@@ -114,13 +114,13 @@ void DataPageEditor::replace(std::uint8_t row, std::span<const std::uint8_t> con
   store16(bytes_ + format_.data.freeSpace, static_cast<std::uint32_t>(newLowest - tableEnd));
 }
 
-bool DataPageEditor::isEmpty() const {
+bool DataPageEditor::erase(std::uint8_t row) {
+  replace(row, {}, SlotKind::dead);
   const DataPage page = read();
-  // From the last row on: rows are mostly deleted in their order.
+  // Rows are mostly deleted in their order, or in the reverse of it.
+  if (page.slot(0).kind != SlotKind::dead) return false;
   for (std::uint16_t i = page.rowCount(); i-- > 0;) {
-    if (page.slot(i).kind != SlotKind::dead) {
-      return false;
-    }
+    if (page.slot(i).kind != SlotKind::dead) return false;
   }
   return true;
 }

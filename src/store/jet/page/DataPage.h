@@ -65,10 +65,9 @@ class DataPageEditor {
   std::uint8_t add(std::span<const std::uint8_t> row, SlotKind kind = SlotKind::row);
   /// Gives a row new content (there must be room for the growth) and kind.
   void replace(std::uint8_t row, std::span<const std::uint8_t> content, SlotKind kind);
-  /// Deletes a row; its bytes become free, its number is not used again.
-  void erase(std::uint8_t row) { replace(row, {}, SlotKind::dead); }
-  /// Whether no row is left but dead ones.
-  bool isEmpty() const;
+  /// Deletes a row; its bytes become free, its number is not used again. Tells whether no row is
+  /// left but dead ones.
+  bool erase(std::uint8_t row);
   /// The bytes of a row, to be changed in place.
   std::span<std::uint8_t> rowBytes(std::uint8_t row);
 

@@ -146,12 +146,33 @@ std::size_t RowView::variableOffset(std::size_t index) const {
   return *(countPlace - jumps.stored - 1 - index) + 256 * jumped;
 }
 
+/// Where the row has a number as nearly all values are: of a fixed column, as long as its type, and
+/// not cut. Null for anything else.
+const std::uint8_t* RowView::plainNumber(const Column& column) const {
+  const bool isShort = column.type == ColumnType::single || column.type == ColumnType::longInteger;
+  const std::size_t size = isShort ? 4 : column.type == ColumnType::double_ ? 8 : 0;
+  const std::size_t at = pager_->format().row.columnCountSize + column.fixedOffset;
+  const bool isPlain = size > 0 && column.fixed && !column.calculated && column.length == size &&
+                       at + size <= fixedEnd_;
+  return isPlain ? data_ + at : nullptr;
+}
+
 Value RowView::value(const Column& column) const {
   if (column.type == ColumnType::boolean && !column.calculated) {
     return Value(!isNull(column));
   }
   if (isNull(column)) {
     return {};
+  }
+  if (const std::uint8_t* number = plainNumber(column)) {
+    switch (column.type) {
+      case ColumnType::single:
+        return std::bit_cast<float>(load32(number));
+      case ColumnType::double_:
+        return std::bit_cast<double>(load64(number));
+      default:
+        return static_cast<std::int32_t>(load32(number));
+    }
   }
   DamagedFileScope scope(pager_->path());
   const auto stored = bytes(column);
@@ -160,16 +181,6 @@ Value RowView::value(const Column& column) const {
                ? decodeCalculated(*pager_, column, readLongValue(*pager_, stored, page_.number()),
                                   page_.number())
                : decodeCalculated(*pager_, column, stored, page_.number());
-  }
-  // The types of nearly all values first.
-  if (column.type == ColumnType::double_ && stored.size() == 8) {
-    return std::bit_cast<double>(load64(stored.data()));
-  }
-  if (column.type == ColumnType::single && stored.size() == 4) {
-    return std::bit_cast<float>(load32(stored.data()));
-  }
-  if (column.type == ColumnType::longInteger && stored.size() == 4) {
-    return static_cast<std::int32_t>(load32(stored.data()));
   }
   if (column.type == ColumnType::memo) {
     return decodeText(*pager_, readLongValue(*pager_, stored, page_.number()));

@@ -51,6 +51,7 @@ class RowView {
   /// What is wrong with the places of the variable columns, or null.
   const char* variableFault() const;
   std::size_t variableOffset(std::size_t index) const;
+  const std::uint8_t* plainNumber(const Column& column) const;
 
   Pager* pager_ = nullptr;
   const TableDefinition* definition_ = nullptr;

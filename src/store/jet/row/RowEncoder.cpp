@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
-#include <limits>
+#include <optional>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -16,66 +15,6 @@ namespace {
 
 constexpr std::size_t kUsualRowSize = 128;  // bytes; longer rows grow
 
-[[noreturn]] void raiseFor(const std::string& table, const Column& column, std::int32_t number,
-                           const std::string& what) {
-  throw Error(number, "Column '" + column.name + "' of table '" + table + "' " + what + ".");
-}
-
-std::int32_t fitWhole(const std::string& table, const Column& column, const Value& value,
-                      double lowest, double highest) {
-  const double number = std::nearbyint(value.toDouble());
-  if (!(number >= lowest && number <= highest)) {
-    raiseFor(table, column, kOverflow, "cannot hold the number " + value.toText());
-  }
-  return static_cast<std::int32_t>(number);
-}
-
-float fitSingle(const std::string& table, const Column& column, const Value& value) {
-  if (const float* single = value.getIf<float>()) {
-    return *single;
-  }
-  const double number = value.toDouble();
-  if (std::isfinite(number) && std::abs(number) > std::numeric_limits<float>::max()) {
-    raiseFor(table, column, kOverflow, "cannot hold the number " + value.toText());
-  }
-  return static_cast<float>(number);
-}
-
-Currency fitCurrency(const std::string& table, const Column& column, const Value& value) {
-  if (const Currency* currency = value.getIf<Currency>()) {
-    return *currency;
-  }
-  const double amount = std::nearbyint(value.toDouble() * 10000.0);
-  if (!(std::abs(amount) < 9.2e18)) {
-    raiseFor(table, column, kOverflow, "cannot hold the amount " + value.toText());
-  }
-  return {static_cast<std::int64_t>(amount)};
-}
-
-std::string fitText(const std::string& table, const Column& column, const Value& value) {
-  std::string text = value.toText();
-  if (text.empty() && !column.allowZeroLength) {
-    raiseFor(table, column, kDuplicateKey, "does not take empty text");
-  }
-  if (column.type == ColumnType::text && utf16FromUtf8(text).size() * 2 > column.length) {
-    raiseFor(table, column, kOverflow,
-             "holds at most " + std::to_string(column.length / 2) + " characters, and the text '" +
-                 text.substr(0, 60) + (text.size() > 60 ? "…' is longer" : "' is longer"));
-  }
-  return text;
-}
-
-Bytes fitBytes(const std::string& table, const Column& column, const Value& value) {
-  const Bytes* bytes = value.getIf<Bytes>();
-  if (bytes == nullptr) {
-    raiseFor(table, column, kTypeMismatch, "takes bytes only");
-  }
-  if (column.type == ColumnType::binary && bytes->size() > column.length) {
-    raiseFor(table, column, kOverflow, "holds at most " + std::to_string(column.length) + " bytes");
-  }
-  return *bytes;
-}
-
 template <class T>
 void append(Bytes& out, T bits) {
   std::array<std::uint8_t, sizeof(T)> bytes{};
@@ -85,32 +24,61 @@ void append(Bytes& out, T bits) {
   out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// Makes `out` the stored bytes of a value that is neither Null nor long nor a boolean; it keeps
-/// its capacity.
-void encodeValue(Bytes& out, const Column& column, const Value& value) {
-  out.clear();
-  switch (column.type) {
+/// Bytes that a value of a type of one size takes; none for other types.
+std::optional<std::size_t> fixedSize(ColumnType type) {
+  switch (type) {
     case ColumnType::byte:
-      append(out, static_cast<std::uint8_t>(value.toLong()));
+      return 1;
+    case ColumnType::integer:
+      return 2;
+    case ColumnType::longInteger:
+    case ColumnType::single:
+      return 4;
+    case ColumnType::currency:
+    case ColumnType::double_:
+    case ColumnType::dateTime:
+      return 8;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Stores a value of a type of one size at `out`, which has room for it.
+void storeValue(std::uint8_t* out, ColumnType type, const Value& value) {
+  switch (type) {
+    case ColumnType::byte:
+      *out = static_cast<std::uint8_t>(value.toLong());
       break;
     case ColumnType::integer:
-      append(out, static_cast<std::uint16_t>(value.toLong()));
+      store16(out, static_cast<std::uint16_t>(value.toLong()));
       break;
     case ColumnType::longInteger:
-      append(out, static_cast<std::uint32_t>(value.toLong()));
-      break;
-    case ColumnType::currency:
-      append(out, static_cast<std::uint64_t>(value.getIf<Currency>()->tenThousandths));
+      store32(out, static_cast<std::uint32_t>(value.toLong()));
       break;
     case ColumnType::single:
-      append(out, std::bit_cast<std::uint32_t>(*value.getIf<float>()));
+      store32(out, std::bit_cast<std::uint32_t>(*value.getIf<float>()));
+      break;
+    case ColumnType::currency:
+      store64(out, static_cast<std::uint64_t>(value.getIf<Currency>()->tenThousandths));
       break;
     case ColumnType::double_:
-      append(out, std::bit_cast<std::uint64_t>(*value.getIf<double>()));
+      store64(out, std::bit_cast<std::uint64_t>(*value.getIf<double>()));
       break;
-    case ColumnType::dateTime:
-      append(out, std::bit_cast<std::uint64_t>(value.getIf<Date>()->days));
+    default:
+      store64(out, std::bit_cast<std::uint64_t>(value.getIf<Date>()->days));
       break;
+  }
+}
+
+/// The stored bytes of a value that is neither Null nor long nor a boolean.
+Bytes encodeValue(const Column& column, const Value& value) {
+  Bytes out;
+  if (const auto size = fixedSize(column.type)) {
+    out.resize(*size);
+    storeValue(out.data(), column.type, value);
+    return out;
+  }
+  switch (column.type) {
     case ColumnType::text:
       out = encodeUnicodeText(*value.getIf<std::string>(), column.compressible && !column.fixed);
       break;
@@ -136,6 +104,21 @@ void encodeValue(Bytes& out, const Column& column, const Value& value) {
       append(out, std::uint16_t{' '});
     }
   }
+  return out;
+}
+
+/// Stores a value in a row, at the place that the column has there.
+void storeFixed(const TableDefinition& table, const Column& column, const Value& value,
+                std::uint8_t* out) {
+  if (const auto size = fixedSize(column.type); size && *size <= column.length) {
+    return storeValue(out, column.type, value);
+  }
+  const Bytes bytes = encodeValue(column, value);
+  if (bytes.size() > column.length) {
+    raiseDamaged(table.page, "column '" + column.name + "' of table '" + table.name +
+                                 "' has less room than its type takes");
+  }
+  std::copy(bytes.begin(), bytes.end(), out);
 }
 
 Bytes longValueBytes(const Column& column, const Value& value) {
@@ -160,62 +143,6 @@ Bytes encodeLongValue(Pager& pager, const Column& column, const Value& value,
   return value.isNull() ? Bytes() : writeLongValue(pager, column, longValueBytes(column, value));
 }
 
-}  // namespace
-
-Value fitValue(const std::string& table, const Column& column, const Value& value) {
-  if (column.type == ColumnType::boolean) {
-    return !value.isNull() && value.toBoolean();
-  }
-  if (value.isNull()) {
-    if (column.required) {
-      raiseFor(table, column, kDuplicateKey, "must have a value");
-    }
-    return value;
-  }
-  try {
-    switch (column.type) {
-      case ColumnType::byte:
-        return fitWhole(table, column, value, 0, 255);
-      case ColumnType::integer:
-        return fitWhole(table, column, value, -32768, 32767);
-      case ColumnType::longInteger:
-        return fitWhole(table, column, value, std::numeric_limits<std::int32_t>::min(),
-                        std::numeric_limits<std::int32_t>::max());
-      case ColumnType::single:
-        return fitSingle(table, column, value);
-      case ColumnType::double_:
-        return value.toDouble();
-      case ColumnType::dateTime:
-        return Date{value.toDouble()};
-      case ColumnType::currency:
-        return fitCurrency(table, column, value);
-      case ColumnType::text:
-      case ColumnType::memo:
-        return fitText(table, column, value);
-      case ColumnType::binary:
-      case ColumnType::ole:
-        return fitBytes(table, column, value);
-      case ColumnType::numeric:
-        return Decimal::fromText(value.toText(), column.precision, column.scale);
-      case ColumnType::guid:
-        if (value.getIf<Guid>() != nullptr) {
-          return value;
-        }
-        break;
-      default:
-        break;
-    }
-  } catch (const Error& error) {
-    if (error.description().find("Column '") == 0) {
-      throw;
-    }
-    raiseFor(table, column, error.number(), "cannot hold '" + value.toText() + "'");
-  }
-  raiseFor(table, column, kNotSupported, "is of a type that cannot be written with this value");
-}
-
-namespace {
-
 /// A definition's places for a column are not trusted: writing would follow them anywhere.
 void needPlace(const TableDefinition& table, const Column& column) {
   const bool variable = !column.fixed && column.type != ColumnType::boolean;
@@ -226,58 +153,68 @@ void needPlace(const TableDefinition& table, const Column& column) {
   }
 }
 
+bool isPresent(const Column& column, const Value& value) {
+  return column.type == ColumnType::boolean ? value.toBoolean() : !value.isNull();
+}
+
+/// Where the fixed columns end, which begin behind the number of columns.
+std::size_t endOfFixed(const TableDefinition& table) {
+  std::size_t end = 2;
+  for (const Column& column : table.columns) {
+    needPlace(table, column);
+    if (!column.fixed || column.type == ColumnType::boolean) continue;
+    end = std::max(end, 2 + std::size_t{column.fixedOffset} + column.length);
+  }
+  return end;
+}
+
+/// Appends the variable columns and the table of their places.
+void appendVariable(Bytes& row, Pager& pager, const TableDefinition& table,
+                    std::span<const Value> values, const RowView* before) {
+  std::vector<Bytes> variable(table.variableColumns);
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const Column& column = table.columns[i];
+    if (column.fixed || column.type == ColumnType::boolean) continue;
+    Bytes& bytes = variable[column.variableIndex];
+    if (column.isLongValue()) {
+      bytes = encodeLongValue(pager, column, values[i], before);
+    } else if (!values[i].isNull()) {
+      bytes = encodeValue(column, values[i]);
+    }
+  }
+  std::vector<std::size_t> offsets;
+  for (const Bytes& stored : variable) {
+    offsets.push_back(row.size());
+    row.insert(row.end(), stored.begin(), stored.end());
+  }
+  offsets.push_back(row.size());
+  for (std::size_t i = offsets.size(); i-- > 0;) {
+    append(row, static_cast<std::uint16_t>(offsets[i]));
+  }
+  append(row, table.variableColumns);
+}
+
 }  // namespace
 
 Bytes encodeRow(Pager& pager, const TableDefinition& table, std::span<const Value> values,
                 const RowView* before) {
-  Bytes row(2);
+  Bytes row;
   row.reserve(kUsualRowSize);
+  row.resize(endOfFixed(table));
   store16(row.data(), table.maxColumns);
-  Bytes mask((table.maxColumns + std::size_t{7}) / 8);
-  std::vector<Bytes> variable(table.variableColumns);
-  Bytes bytes;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
-    const Value& value = values[i];
-    needPlace(table, column);
-    const bool present = column.type == ColumnType::boolean ? value.toBoolean() : !value.isNull();
-    if (present) {
-      mask[column.number / 8] |= static_cast<std::uint8_t>(1 << (column.number % 8));
-    }
-    if (column.type == ColumnType::boolean) {
-      continue;
-    }
-    if (column.fixed) {
-      const std::size_t end = 2 + std::size_t{column.fixedOffset} + column.length;
-      row.resize(std::max(row.size(), end));
-      if (present) {
-        encodeValue(bytes, column, value);
-        if (bytes.size() > column.length) {
-          raiseDamaged(table.page, "column '" + column.name + "' of table '" + table.name +
-                                       "' has less room than its type takes");
-        }
-        std::copy(bytes.begin(), bytes.end(),
-                  row.begin() + static_cast<std::ptrdiff_t>(end - column.length));
-      }
-    } else if (column.isLongValue()) {
-      variable[column.variableIndex] = encodeLongValue(pager, column, value, before);
-    } else if (present) {
-      encodeValue(variable[column.variableIndex], column, value);
-    }
+    if (!column.fixed || column.type == ColumnType::boolean || values[i].isNull()) continue;
+    storeFixed(table, column, values[i], row.data() + 2 + column.fixedOffset);
   }
-  if (table.variableColumns > 0) {
-    std::vector<std::size_t> offsets;
-    for (const Bytes& stored : variable) {
-      offsets.push_back(row.size());
-      row.insert(row.end(), stored.begin(), stored.end());
-    }
-    offsets.push_back(row.size());
-    for (std::size_t i = offsets.size(); i-- > 0;) {
-      append(row, static_cast<std::uint16_t>(offsets[i]));
-    }
-    append(row, static_cast<std::uint16_t>(table.variableColumns));
+  if (table.variableColumns > 0) appendVariable(row, pager, table, values, before);
+  const std::size_t mask = row.size();
+  row.resize(mask + (table.maxColumns + std::size_t{7}) / 8);
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const Column& column = table.columns[i];
+    if (!isPresent(column, values[i])) continue;
+    row[mask + column.number / 8] |= static_cast<std::uint8_t>(1 << (column.number % 8));
   }
-  row.insert(row.end(), mask.begin(), mask.end());
   if (row.size() > pager.format().row.maxSize) {
     throw Error(kOverflow, "A row of table '" + table.name + "' would take " +
                                std::to_string(row.size()) + " bytes; at most " +

@@ -62,10 +62,22 @@ void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
   if (free.contains(page) != useful) {
     useful ? free.addIfItFits(page) : free.remove(page);
   }
+  roomy_ = useful ? page : 0;
 }
 
 RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber hint) {
-  const PageNumber page = findPage(row.size(), hint);
+  if (last_ != 0) {
+    const DataPage data = DataPageEditor(pager_.format(), pager_.modify(last_), last_).read();
+    const bool takesIt =
+        data.rowCount() < kMaxRowsOnPage && DataPage::fits(data.freeSpace(), row.size());
+    if (takesIt) return put(last_, row, kind);
+  }
+  last_ = findPage(row.size(), hint);
+  return put(last_, row, kind);
+}
+
+RowId RowSpace::put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind) {
+  roomy_ = 0;
   DataPageEditor editor(pager_.format(), pager_.modify(page), page);
   const RowId place{page, editor.add(row, kind)};
   if (const DataPage data = editor.read();
@@ -90,11 +102,12 @@ bool RowSpace::replace(RowId place, std::span<const std::uint8_t> row, SlotKind 
 
 void RowSpace::erase(RowId place) {
   DataPageEditor editor(pager_.format(), pager_.modify(place.page), place.page);
-  editor.erase(place.row);
-  if (!editor.isEmpty()) {
-    updateFreeMap(place.page, editor.read());
+  if (!editor.erase(place.row)) {
+    if (place.page != roomy_) updateFreeMap(place.page, editor.read());
     return;
   }
+  if (roomy_ == place.page) roomy_ = 0;
+  if (last_ == place.page) last_ = 0;
   UsageMap(pager_, owned_).remove(place.page);
   UsageMap(pager_, free_).remove(place.page);
   PageAllocator(pager_).release(place.page);

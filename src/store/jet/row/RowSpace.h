@@ -12,7 +12,8 @@ namespace orv::store::jet {
 
 /// The data pages of a table, or of a column's long values: finds room for rows and gives back
 /// pages on which none is left. `owner` is what the pages carry in their header; the two maps
-/// list all pages, and those with room.
+/// list all pages, and those with room. Lives within a transaction, in which nobody else changes
+/// these pages meanwhile.
 class RowSpace {
  public:
   RowSpace(Pager& pager, std::uint32_t owner, RowId ownedPages, RowId freePages)
@@ -26,6 +27,7 @@ class RowSpace {
   void erase(RowId place);
 
  private:
+  RowId put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind);
   bool takes(PageNumber page, std::size_t length) const;
   PageNumber findPage(std::size_t length, PageNumber hint);
   void updateFreeMap(PageNumber page, const DataPage& data);
@@ -34,6 +36,8 @@ class RowSpace {
   std::uint32_t owner_;
   RowId owned_;
   RowId free_;
+  PageNumber roomy_ = 0;  ///< a page that is known to be offered for rows; 0 when none is
+  PageNumber last_ = 0;   ///< the page that took the last row; 0 when it may be gone
 };
 
 }  // namespace orv::store::jet

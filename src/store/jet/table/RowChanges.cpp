@@ -7,6 +7,7 @@
 #include "store/StoreError.h"
 #include "store/jet/index/IndexKey.h"
 #include "store/jet/page/DataPage.h"
+#include "store/jet/row/FitValue.h"
 #include "store/jet/row/LongValue.h"
 #include "store/jet/row/RowEncoder.h"
 #include "store/jet/table/AutoGuid.h"
@@ -37,21 +38,25 @@ RowChanges::RowChanges(Table& table)
   for (const RealIndex& index : definition_.realIndexes) {
     indexes_.push_back({index, {pager_, index, definition_.page}});
   }
+  for (std::size_t i = 0; i < definition_.columns.size(); ++i) {
+    if (definition_.columns[i].autoNumber) numbered_.push_back(i);
+  }
+  for (const RealIndex& index : definition_.realIndexes) {
+    for (const IndexColumn& key : index.columns) keyColumns_.insert(key.column);
+  }
 }
 
 // Rows --------------------------------------------------------------------------------------
 
 RowId RowChanges::insert(std::span<const Value> values) {
-  const std::vector<Value> row = fit(values, true);
+  const std::span<const Value> row = fit(values, true);
   const RowId id =
       space_.add(encodeRow(pager_, definition_, row), SlotKind::row, table_.insertHint_);
   table_.insertHint_ = id.page;
   for (Index& index : indexes_) addEntry(index, row, id);
   ++newRows_;
-  for (std::size_t i = 0; i < row.size(); ++i) {
-    if (definition_.columns[i].autoNumber) {
-      highestNumber_ = std::max(highestNumber_, row[i].toLong());
-    }
+  for (const std::size_t column : numbered_) {
+    highestNumber_ = std::max(highestNumber_, row[column].toLong());
   }
   return id;
 }
@@ -63,8 +68,8 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
   }
   const RowView before = table_.viewAt(*content);
   const std::vector<Value> oldRow = valuesOf(definition_, before);
-  const std::vector<Value> newRow = fit(values, false);
-  if (oldRow == newRow) return;
+  const std::span<const Value> newRow = fit(values, false);
+  if (std::ranges::equal(oldRow, newRow)) return;
   for (Index& index : indexes_) {
     if (valuesAreEqual(index.index, oldRow, newRow)) continue;
     eraseEntry(index, oldRow, id);
@@ -81,7 +86,7 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    const std::vector<Value> values = valuesOf(definition_, row);
+    const std::vector<Value> values = keyValuesOf(row);
     for (Index& index : indexes_) eraseEntry(index, values, id);
     eraseLongValues(row, content->page);
   }
@@ -99,26 +104,37 @@ void RowChanges::finish() {
   table_.raiseLastAutoNumber(highestNumber_);
 }
 
-/// The values as rows hold them; a new row gets its automatic numbers.
-std::vector<Value> RowChanges::fit(std::span<const Value> values, bool newRow) {
+/// The values as rows hold them, valid until the next call; a new row gets its automatic numbers.
+std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRow) {
   if (values.size() != definition_.columns.size()) {
     throw Error(kInvalidCall,
                 "A row of table '" + table_.name() + "' needs a value for each column.");
   }
-  std::vector<Value> fitted;
-  fitted.reserve(values.size());
+  const auto isFit = [newRow](const Column& column, const Value& value) {
+    const bool isMade = newRow && (column.autoNumber || column.autoGuid) && value.isNull();
+    return !isMade && fitsAsItIs(column, value);
+  };
+  if (std::ranges::equal(definition_.columns, values, isFit)) return values;
+  fitted_.clear();
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Column& column = definition_.columns[i];
     const bool isMade = newRow && values[i].isNull();
     if (isMade && column.autoNumber) {
-      fitted.emplace_back(table_.reserveAutoNumber());
+      fitted_.emplace_back(table_.reserveAutoNumber());
     } else if (isMade && column.autoGuid) {
-      fitted.emplace_back(makeGuid());
+      fitted_.emplace_back(makeGuid());
     } else {
-      fitted.push_back(fitValue(table_.name(), column, values[i]));
+      fitted_.push_back(fitValue(table_.name(), column, values[i]));
     }
   }
-  return fitted;
+  return fitted_;
+}
+
+/// The values of a row in the columns of indexes; Null in the others.
+std::vector<Value> RowChanges::keyValuesOf(const RowView& row) const {
+  std::vector<Value> values(definition_.columns.size());
+  for (const std::size_t i : keyColumns_) values[i] = row.value(definition_.columns[i]);
+  return values;
 }
 
 void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -38,7 +39,8 @@ class RowChanges {
     std::int32_t newKeys = 0;  ///< by how much the number of different keys has grown
   };
 
-  std::vector<Value> fit(std::span<const Value> values, bool newRow);
+  std::span<const Value> fit(std::span<const Value> values, bool newRow);
+  std::vector<Value> keyValuesOf(const RowView& row) const;
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void addEntry(Index& index, std::span<const Value> row, RowId id);
   void eraseEntry(Index& index, std::span<const Value> row, RowId id);
@@ -53,6 +55,9 @@ class RowChanges {
   Pager& pager_;
   RowSpace space_;
   std::vector<Index> indexes_;
+  std::vector<std::size_t> numbered_;  ///< columns with automatic numbers
+  std::set<std::size_t> keyColumns_;   ///< those of any index
+  std::vector<Value> fitted_;          ///< the row that was fitted last
   int newRows_ = 0;
   std::int32_t highestNumber_ = 0;  ///< of the autonumbers given
 };

@@ -172,7 +172,7 @@ struct ModuleCallbacks {
       const int number = count > 3 ? std::atoi(arguments[3]) : 0;
       auto table = std::make_unique<VirtualTable>();
       table->module = module;
-      table->table = module->tables_.at(number);
+      table->table = module->tables_.at(number).table;
       std::string sql = "CREATE TABLE t(";
       const auto& columns = table->table->definition().columns;
       for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -297,18 +297,19 @@ TableModule::TableModule(sqlite3* db, const TextOrder& textOrder, CallbackFailur
 std::string TableModule::nameOf(const std::shared_ptr<jet::Table>& table) {
   for (auto entry = tables_.begin(); entry != tables_.end();) {
     const std::string name = fmt::format("jet_{}", entry->first);
-    if (entry->second == table) {
+    const Entry& known = entry->second;
+    if (known.table == table && known.definition == table->sharedDefinition()) {
       return name;
     }
     // A table that was read anew after its definition may have changed replaces the older one,
     // unless a query still runs over that.
-    const bool replaced = entry->second->definition().page == table->definition().page;
+    const bool replaced = known.definition->page == table->definition().page;
     const bool dropped = replaced && sqlite3_exec(db_, fmt::format("DROP TABLE {}", name).c_str(),
                                                   nullptr, nullptr, nullptr) == SQLITE_OK;
     entry = dropped ? tables_.erase(entry) : std::next(entry);
   }
   const int number = ++lastNumber_;
-  tables_[number] = table;
+  tables_[number] = {table, table->sharedDefinition()};
   const std::string name = fmt::format("jet_{}", number);
   sqlite3_exec(db_, fmt::format("CREATE VIRTUAL TABLE {} USING jet({})", name, number).c_str(),
                nullptr, nullptr, nullptr);

@@ -38,7 +38,11 @@ class TableModule {
   const TextOrder& textOrder_;
   CallbackFailure& failure_;
   ColumnLookups lookups_;
-  std::map<int, std::shared_ptr<jet::Table>> tables_;  ///< by the number in their names
+  struct Entry {
+    std::shared_ptr<jet::Table> table;
+    std::shared_ptr<const jet::TableDefinition> definition;  ///< which SQLite knows
+  };
+  std::map<int, Entry> tables_;  ///< by the number in their names
   int lastNumber_ = 0;
   std::uint64_t rowsRead_ = 0;
 };

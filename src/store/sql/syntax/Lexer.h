@@ -23,6 +23,7 @@ struct Token {
   Kind kind = Kind::end;
   std::string text;
   std::size_t at = 0;  ///< byte of the statement where it begins
+  int parameter = 0;  ///< of a number or text that is given when the statement runs, counted from 1
 
   bool isSymbol(std::string_view symbol) const { return kind == Kind::symbol && text == symbol; }
   /// Whether it is this keyword, given in upper case.

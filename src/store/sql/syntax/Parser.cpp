@@ -47,10 +47,14 @@ Parser::Nesting::Nesting(Parser& parser) : parser_(parser) {
   }
 }
 
-Query Parser::parse(const SqlText& sql) {
+std::vector<Token> Parser::tokens(const SqlText& sql) {
   // Before the text is taken apart: other statements may hold what a SELECT may not.
   refuseOtherStatements(sql);
-  return Parser(sql).statement();
+  return tokenize(sql);
+}
+
+Query Parser::parse(const SqlText& sql, std::vector<Token> tokens) {
+  return Parser(sql, std::move(tokens)).statement();
 }
 
 Query Parser::statement() {

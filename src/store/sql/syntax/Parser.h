@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "store/sql/syntax/Lexer.h"
@@ -13,11 +14,15 @@ namespace orv::store::sql {
 /// Reads one SELECT statement (or several joined by UNION) by recursive descent.
 class Parser {
  public:
-  /// Raises kSyntaxError, or kNotSupported for a statement of another kind, which it names.
-  static Query parse(const SqlText& sql);
+  /// The tokens of a statement. Raises kSyntaxError, or kNotSupported for a statement of another
+  /// kind, which it names.
+  static std::vector<Token> tokens(const SqlText& sql);
+  /// Raises kSyntaxError.
+  static Query parse(const SqlText& sql, std::vector<Token> tokens);
+  static Query parse(const SqlText& sql) { return parse(sql, tokens(sql)); }
 
  private:
-  explicit Parser(const SqlText& sql) : sql_(sql), tokens_(tokenize(sql)) {}
+  Parser(const SqlText& sql, std::vector<Token> tokens) : sql_(sql), tokens_(std::move(tokens)) {}
 
   // Statements.
   Query statement();

@@ -168,9 +168,9 @@ Expression Parser::primary() {
   const Token& token = peek();
   switch (token.kind) {
     case Token::Kind::number:
-      return Expression{Kind::number, token.at, take().text};
+      return Expression{Kind::number, token.at, token.text, take().parameter};
     case Token::Kind::text:
-      return Expression{Kind::text, token.at, take().text};
+      return Expression{Kind::text, token.at, token.text, take().parameter};
     case Token::Kind::date:
       return Expression{Kind::date, token.at, take().text};
     case Token::Kind::guid:

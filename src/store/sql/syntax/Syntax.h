@@ -37,6 +37,7 @@ struct Expression {
   Kind kind = Kind::null;
   std::size_t at = 0;  ///< byte of the statement
   std::string text{};
+  int parameter = 0;  ///< a number or text that SQLite is given when the statement runs
   std::vector<std::string> path{};
   bool negated = false;  ///< NOT IN, NOT LIKE, NOT BETWEEN, IS NOT NULL
   std::vector<Expression> operands{};

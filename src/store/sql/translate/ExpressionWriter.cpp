@@ -77,9 +77,11 @@ SqlPiece ExpressionWriter::write(const Expression& e) {
       if (result.type == ColumnType::double_ && e.text.find_first_of(".eE") == std::string::npos) {
         result.sql += ".0";
       }
+      if (e.parameter > 0) result.sql = fmt::format("?{}", e.parameter);
       break;
     case Kind::text:
-      result = {quoteText(e.text), ColumnType::text};
+      result = {e.parameter > 0 ? fmt::format("?{}", e.parameter) : quoteText(e.text),
+                ColumnType::text};
       break;
     case Kind::guid:
       result = {quoteText(e.text), ColumnType::guid};
@@ -178,16 +180,18 @@ std::string ExpressionWriter::asText(const SqlPiece& piece) {
 /// A text literal that is compared with a date or a number stands for one.
 void ExpressionWriter::adaptLiteral(const Expression& e, SqlPiece& piece,
                                     const SqlPiece& other) const {
-  if (e.kind != Kind::text) {
+  const bool isNumberText = isNumber(other) && other.type != ColumnType::boolean;
+  if (e.kind != Kind::text || !(other.type == ColumnType::dateTime || isNumberText)) {
     return;
   }
+  queries_.holdForTextOnly();
   if (other.type == ColumnType::dateTime) {
     const std::optional<double> days = parseDate(e.text);
     if (!days) {
       text_.fail(kTypeMismatch, fmt::format("A date is compared with \"{}\"", e.text), e.at);
     }
     piece = dateLiteral(*days);
-  } else if (isNumber(other) && other.type != ColumnType::boolean && !numberOfText(e.text)) {
+  } else if (!numberOfText(e.text)) {
     text_.fail(kTypeMismatch, fmt::format("A number is compared with \"{}\"", e.text), e.at);
   }
 }

@@ -8,7 +8,6 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
-#include "store/sql/syntax/Parser.h"
 #include "store/sql/translate/ExpressionWriter.h"
 
 namespace orv::store::sql {
@@ -53,8 +52,11 @@ std::string columnList(std::size_t count) {
 
 }  // namespace
 
-Translation QueryWriter::translate(Catalog& catalog, const SqlText& text) {
-  return QueryWriter(catalog, text).write(Parser::parse(text), nullptr);
+Translation QueryWriter::translate(Catalog& catalog, const SqlText& text, const Query& query) {
+  QueryWriter writer(catalog, text);
+  Translation result = writer.write(query, nullptr);
+  result.holdsForOthers = writer.holdsForOthers_;
+  return result;
 }
 
 Translation QueryWriter::translateQuery(Catalog& catalog, const std::string& name) {
@@ -65,9 +67,9 @@ Translation QueryWriter::translateQuery(Catalog& catalog, const std::string& nam
   return QueryWriter(catalog, SqlText{name}).expandQuery(name, *text, 0);
 }
 
-std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const SqlText& text) {
+std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const SqlText& text,
+                                                         const Query& query) {
   QueryWriter writer(catalog, text);
-  const Query query = Parser::parse(text);
   if (!picksRows(query)) return std::nullopt;
   const Select& select = query.selects.front();
   if (catalog.isQuery(select.from.front().name)) return std::nullopt;
@@ -85,6 +87,7 @@ std::optional<RowTranslation> QueryWriter::translateRows(Catalog& catalog, const
     if (key.output > 0) key.sql = outputs[key.output - 1].sql;
   }
   result.sql += orderClause(keys);
+  result.holdsForOthers = writer.holdsForOthers_;
   return result;
 }
 

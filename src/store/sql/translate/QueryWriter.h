@@ -19,12 +19,14 @@ class ExpressionWriter;
 struct Translation {
   std::string sql;
   std::vector<TypedColumn> columns;
+  bool holdsForOthers = true;  ///< for other values of its parameters
 };
 
 /// A statement for SQLite that gives the places of rows of one table.
 struct RowTranslation {
   std::string sql;
   std::string table;
+  bool holdsForOthers = true;  ///< for other values of its parameters
 };
 
 /// Translates a statement. Saved queries that it names are put in its place as sub-selects.
@@ -32,17 +34,21 @@ class QueryWriter {
  public:
   QueryWriter(Catalog& catalog, SqlText text) : catalog_(catalog), text_(std::move(text)) {}
 
-  /// Raises kSyntaxError, kNotSupported, kObjectNotFound, kItemNotFound, with the place.
-  static Translation translate(Catalog& catalog, const SqlText& text);
+  /// Translates `query`, which `text` is parsed to. Raises kSyntaxError, kNotSupported,
+  /// kObjectNotFound, kItemNotFound, with the place.
+  static Translation translate(Catalog& catalog, const SqlText& text, const Query& query);
   /// The rows that `SELECT * FROM table`, with or without WHERE and ORDER BY, picks out; none for a
   /// statement of another shape.
-  static std::optional<RowTranslation> translateRows(Catalog& catalog, const SqlText& text);
+  static std::optional<RowTranslation> translateRows(Catalog& catalog, const SqlText& text,
+                                                     const Query& query);
 
   /// Translates a saved query.
   static Translation translateQuery(Catalog& catalog, const std::string& name);
 
   /// The translation of a statement or sub-select; its names resolve in `outer` too.
   Translation write(const Query& query, const Scope* outer);
+  /// Tells that what is being written depends on the content of a text.
+  void holdForTextOnly() { holdsForOthers_ = false; }
 
  private:
   struct Output {
@@ -92,6 +98,7 @@ class QueryWriter {
   SqlText text_;
   std::vector<std::string> openQueries_;  ///< saved queries that are being expanded
   int aliases_ = 0;
+  bool holdsForOthers_ = true;
   std::shared_ptr<int> expansions_ = std::make_shared<int>(0);  ///< of this statement, in all
 };
 
