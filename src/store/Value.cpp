@@ -91,6 +91,18 @@ unsigned divideByTen(std::array<std::uint8_t, 16>& number) {
   return rest;
 }
 
+void addOneInTheLastPlace(std::string& digits) {
+  std::size_t at = digits.size();
+  while (at > 0 && digits[at - 1] == '9') {
+    digits[--at] = '0';
+  }
+  if (at == 0) {
+    digits.insert(0, 1, '1');
+  } else {
+    ++digits[at - 1];
+  }
+}
+
 }  // namespace
 
 std::string Decimal::toText() const {
@@ -142,11 +154,13 @@ Decimal Decimal::fromText(const std::string& text, std::uint8_t precision, std::
     decimals = scale;
   }
   digits.append(static_cast<std::size_t>(scale - std::max(decimals, 0)), '0');
+  if (roundUp) {
+    addOneInTheLastPlace(digits);
+  }
   const std::size_t leading = std::min(digits.find_first_not_of('0'), digits.size());
   if (digits.size() - leading > precision || digits.size() - leading > 38) {
     throw Error(kOverflow, "Overflow");
   }
-  unsigned carry = roundUp ? 1 : 0;
   for (char c : digits) {
     unsigned add = static_cast<unsigned>(c - '0');
     for (std::size_t i = decimal.magnitude.size(); i-- > 0;) {
@@ -154,11 +168,6 @@ Decimal Decimal::fromText(const std::string& text, std::uint8_t precision, std::
       decimal.magnitude[i] = static_cast<std::uint8_t>(product);
       add = product >> 8;
     }
-  }
-  for (std::size_t i = decimal.magnitude.size(); i-- > 0 && carry != 0;) {
-    carry += decimal.magnitude[i];
-    decimal.magnitude[i] = static_cast<std::uint8_t>(carry);
-    carry >>= 8;
   }
   return decimal;
 }

@@ -8,6 +8,7 @@
 
 #include "errors/Error.h"
 #include "store/Check.h"
+#include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
@@ -83,24 +84,28 @@ TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
 }
 
 TEST(Check, CountsWhatItHasSeen) {
-  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  test::makeSampleFile(folder / "sample.mdb");
   std::size_t told = 0;
   std::size_t pages = 0;
-  const CheckReport report = checkFile((test::corpusFolder() / "sources/glazing.mdb").string(),
-                                       "tekzil", [&](std::size_t done, std::size_t all) {
-                                         EXPECT_GE(done, told);
-                                         told = done;
-                                         pages = all;
-                                       });
-  EXPECT_EQ(report.pages, 204u);
-  EXPECT_EQ(pages, 204u);
-  EXPECT_EQ(told, 204u);
+  const CheckReport report =
+      checkFile(folder / "sample.mdb", "", [&](std::size_t done, std::size_t all) {
+        EXPECT_GE(done, told);
+        told = done;
+        pages = all;
+      });
+  EXPECT_EQ(report.pages, fs::file_size(folder / "sample.mdb") / 4096);
+  EXPECT_EQ(pages, report.pages);
+  EXPECT_EQ(told, report.pages);
   EXPECT_EQ(report.freePages, 0u);
   EXPECT_EQ(report.lostPages, 0u);
   EXPECT_EQ(report.queries, 1u);
-  // Three tables of 200, 5 and 20,000 rows; their indexes have one entry a row, of the first two.
-  EXPECT_GT(report.rows, 20205u);
-  EXPECT_GT(report.indexEntries, 20000u + 400u + 5u);
+  // Tables of our own and of the system.
+  EXPECT_EQ(report.tables, 8u + 4u);
+  EXPECT_GE(report.longValues, 9u);  // a picture, and the properties of the tables
+  // 6000 points of spectra, 40 panes with five indexes, of which one leaves five of them out.
+  EXPECT_GT(report.rows, 6172u);
+  EXPECT_GT(report.indexEntries, 6000u + 40u * 5u - 5u);
 }
 
 TEST(Check, NamesPlaceFaultAndAdvice) {
@@ -153,14 +158,16 @@ std::string withRandomDamage(std::string bytes, std::mt19937& random) {
 }
 
 TEST(Check, OutlivesRandomDamage) {
-  ORV_NEEDS_CORPUS();
   constexpr int kRounds = 60;
   std::mt19937 random(20240229);
-  const fs::path path = fs::path(testing::TempDir()) / "random-damage.mdb";
+  const test::TemporaryFolder folder;
+  const fs::path path = folder / "damaged.mdb";
+  std::vector<fs::path> files = {folder / "sample.mdb"};
+  test::makeSampleFile(files[0]);
+  if (test::haveCorpus()) files.push_back(test::corpusFolder() / "access/indexTestV1997.mdb");
   std::size_t withFaults = 0;
-  for (const char* name : {"overflowTestV2000", "indexTestV1997", "testIndexPropertiesV2000"}) {
-    const std::string sound =
-        readFile(test::corpusFolder() / "access" / (std::string(name) + ".mdb"));
+  for (const fs::path& name : files) {
+    const std::string sound = readFile(name);
     for (int round = 0; round < kRounds; ++round) {
       std::ofstream(path, std::ios::binary) << withRandomDamage(sound, random);
       try {
@@ -170,9 +177,8 @@ TEST(Check, OutlivesRandomDamage) {
       }
     }
   }
-  fs::remove(path);
-  // Much of the damage falls on free space, or on values that no index is over.
-  EXPECT_GT(withFaults, std::size_t{kRounds});
+  // Some of the damage falls on free space, or on values that no index is over.
+  EXPECT_GT(withFaults, std::size_t{kRounds} / 2);
 }
 
 }  // namespace

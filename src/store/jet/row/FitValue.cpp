@@ -40,7 +40,7 @@ Currency fitCurrency(const std::string& table, const Column& column, const Value
     return *currency;
   }
   const double amount = std::nearbyint(value.toDouble() * 10000.0);
-  if (!(std::abs(amount) < 9.2e18)) {
+  if (!(std::abs(amount) < 0x1p63)) {
     raiseFor(table, column, kOverflow, "cannot hold the amount " + value.toText());
   }
   return {static_cast<std::int64_t>(amount)};

@@ -1,0 +1,363 @@
+// Record sets as programs use them: found, visited, changed and mended through the public
+// interface.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "errors/Error.h"
+#include "store/Connection.h"
+#include "store/StoreError.h"
+#include "support/TemporaryFolder.h"
+
+namespace orv::store {
+namespace {
+
+using enum CursorType;
+using enum LockType;
+using testing::ElementsAre;
+
+constexpr std::size_t kId = 0, kName = 1, kSize = 2, kPrice = 3, kDay = 4, kOn = 5, kNote = 6;
+
+/// A table of panes with an index over each but the last of the columns that are searched.
+class RecordsetTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    database_->createTable(
+        {"Panes",
+         {{"Id", ColumnType::longInteger, 0, true},
+          {.name = "Name", .size = 20, .required = true, .defaultValue = R"("say ""so""")"},
+          {.name = "Size", .type = ColumnType::integer, .defaultValue = "=7"},
+          {.name = "Price", .type = ColumnType::currency},
+          {.name = "Day", .type = ColumnType::dateTime},
+          {.name = "On", .type = ColumnType::boolean, .defaultValue = "Yes"},
+          {.name = "Note", .type = ColumnType::memo}},
+         {{"Key", {{"Id"}}, true, true},
+          {"Names", {{"Name"}}, false, true},
+          {"Sizes", {{"Size", false}}}}});
+  }
+
+  std::unique_ptr<Recordset> open(CursorType cursor = keyset, LockType lock = optimistic,
+                                  const std::string& source = "Panes") {
+    return database_->openRecordset(source, cursor, lock);
+  }
+
+  static void add(Recordset& rows, const std::string& name, Value size, Value note = {}) {
+    rows.addNew();
+    rows.setValue(kName, name);
+    rows.setValue(kSize, std::move(size));
+    rows.setValue(kNote, std::move(note));
+    rows.update();
+  }
+
+  /// The names of the rows from the first on.
+  static std::vector<std::string> names(Recordset& rows) {
+    std::vector<std::string> found;
+    for (rows.moveFirst(); !rows.eof(); rows.moveNext()) {
+      found.push_back(rows.value(kName).toText());
+    }
+    return found;
+  }
+
+  template <typename Work>
+  static std::int32_t errorOf(Work work) {
+    try {
+      work();
+    } catch (const Error& error) {
+      return error.number();
+    }
+    return 0;
+  }
+
+  test::TemporaryFolder folder_;
+  std::shared_ptr<Connection> database_ = Connection::create(folder_ / "rows.mdb");
+};
+
+TEST_F(RecordsetTest, FindsForwardTheRowsThatMeetACriterion) {
+  auto rows = open();
+  add(*rows, "Clear", 10, "*");
+  add(*rows, "clear low", -3, "it's");
+  add(*rows, "Grey", Value(), Value());
+  add(*rows, "GREEN", 4, "ALL 50% off");
+  add(*rows, "Weiß", 10, "5");
+  rows->moveFirst();
+  rows->setValue(kDay, Date{45'000.5});
+  rows->setValue(kPrice, Currency{10'050});
+  rows->setValue(kOn, false);
+  rows->update();
+
+  const std::pair<const char*, std::vector<int>> cases[] = {
+      {"Size = 10", {1, 5}},
+      {"size='10'", {1, 5}},
+      {"Size <> 10", {2, 4}},
+      {"Size < 4", {2}},
+      {"Size <= 4", {2, 4}},
+      {"Size > 4", {1, 5}},
+      {"Size >= 4 \t", {1, 4, 5}},
+      {"Size = Null", {3}},
+      {"Size <> NULL", {1, 2, 4, 5}},
+      {"Size < null", {}},
+      {"Name = 'CLEAR'", {1}},
+      {"[Name] = \"grey\"", {3}},
+      {"Name > 'green'", {3, 5}},
+      {"Name <= 'clear low'", {1, 2}},
+      {"Name LIKE 'clear*'", {1, 2}},
+      {"Name like '%e%e%'", {4}},
+      {"Name like '*low'", {2}},
+      {"Name like 'g*y'", {3}},
+      {"Name like 'gre'", {}},
+      {"Note = 'IT''S'", {2}},
+      {"Note <> '5'", {1, 2, 4}},
+      {"Note like '*50% *'", {4}},
+      {"Price = 1.005", {1}},
+      {"Day > 44999", {1}},
+      {"Day < 45000.5", {}},
+      {"On = False", {}},  // a word without apostrophes is no value
+      {"On = 0", {1}},
+      {"On = '-1'", {2, 3, 4, 5}},
+      {"Id >= 4", {4, 5}},
+  };
+  for (const char* source : {"Panes", "SELECT * FROM Panes ORDER BY Id"}) {
+    for (const auto& [criterion, expected] : cases) {
+      auto searched = open(static_, readOnly, source);
+      std::vector<int> found;
+      const std::int32_t error = errorOf([&, wanted = criterion] {
+        for (searched->find(wanted); !searched->eof(); searched->find(wanted)) {
+          found.push_back(searched->value(kId).toLong());
+          EXPECT_EQ(searched->position(), found.back() - 1);
+          searched->moveNext();
+        }
+      });
+      EXPECT_EQ(found, expected) << criterion << " of " << source;
+      EXPECT_EQ(error, std::string(criterion) == "On = False" ? kSyntaxError : 0) << criterion;
+    }
+  }
+  EXPECT_EQ(errorOf([&] { rows->find("Size = 'ten'"); }), kTypeMismatch);
+  EXPECT_EQ(errorOf([&] { rows->find("Sizes = 10"); }), kItemNotFound);
+  for (const char* wrong : {"", "= 3", "[Size = 3", "Size 3", "Size =", "Size = ten", "Size like",
+                            "Name = 'it's'", "Name = 'open", "Name = 'x' 3"}) {
+    EXPECT_EQ(errorOf([&] { rows->find(wrong); }), kSyntaxError) << wrong;
+  }
+}
+
+TEST_F(RecordsetTest, VisitsItsRowsInEveryDirection) {
+  auto filling = open();
+  for (const char* name : {"a", "b", "c", "d"}) add(*filling, name, Value());
+  for (const char* source : {"Panes", "SELECT * FROM Panes ORDER BY Id"}) {
+    auto rows = open(static_, readOnly, source);
+    EXPECT_FALSE(rows->bof() || rows->eof());
+    EXPECT_EQ(rows->recordCount(), 4);
+    rows->moveLast();
+    EXPECT_EQ(rows->value("NAME"), Value("d"));
+    rows->moveNext();
+    EXPECT_TRUE(rows->eof() && !rows->bof());
+    EXPECT_EQ(rows->position(), 4);
+    EXPECT_EQ(errorOf([&] { rows->moveNext(); }), kNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { rows->value(kName); }), kNoCurrentRecord);
+    rows->movePrevious();
+    EXPECT_EQ(rows->value(kName), Value("d"));
+    rows->moveTo(1);
+    EXPECT_EQ(rows->value(kName), Value("b"));
+    EXPECT_EQ(rows->position(), 1);
+    rows->movePrevious();
+    EXPECT_FALSE(rows->bof());
+    rows->movePrevious();
+    EXPECT_TRUE(rows->bof() && !rows->eof());
+    EXPECT_EQ(errorOf([&] { rows->movePrevious(); }), kNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { rows->value(kName); }), kNoCurrentRecord);
+    rows->moveTo(9);
+    EXPECT_TRUE(rows->eof());
+    EXPECT_THAT(names(*rows), ElementsAre("a", "b", "c", "d"));
+    rows->moveFirst();
+    EXPECT_EQ(errorOf([&] { rows->value(7); }), kItemNotFound);
+    EXPECT_EQ(errorOf([&] { rows->fieldIndex("Nam"); }), kItemNotFound);
+    for (const auto& change :
+         std::vector<std::function<void()>>{[&] { rows->setValue(kName, "x"); },
+                                            [&] { rows->addNew(); }, [&] { rows->deleteRow(); }}) {
+      EXPECT_EQ(errorOf(change), kReadOnlyStore) << source;
+    }
+    rows->close();
+    EXPECT_EQ(errorOf([&] { rows->moveFirst(); }), kObjectClosed);
+    EXPECT_EQ(errorOf([&] { rows->close(); }), kObjectClosed);
+  }
+}
+
+TEST_F(RecordsetTest, ANewRowHasDefaultsAndAKeyAndCanBeMended) {
+  auto rows = open();
+  rows->addNew();
+  EXPECT_EQ(rows->value(kId), Value(1));
+  EXPECT_EQ(rows->value(kName), Value("say \"so\""));
+  EXPECT_EQ(rows->value(kSize).toLong(), 7);
+  EXPECT_TRUE(rows->value(kOn).toBoolean());
+  EXPECT_TRUE(rows->value(kPrice).isNull());
+  rows->update();
+  EXPECT_EQ(rows->value(kSize), Value(7));
+
+  rows->addNew();
+  EXPECT_EQ(errorOf([&] { rows->update(); }), kDuplicateKey) << "the name is there";
+  rows->setValue(kName, Value());
+  EXPECT_EQ(errorOf([&] { rows->update(); }), kDuplicateKey) << "the name is required";
+  rows->setValue(kName, std::string(21, 'x'));
+  EXPECT_NE(errorOf([&] { rows->update(); }), 0) << "the name is too long";
+  rows->setValue(kName, std::string(20, 'x'));
+  rows->setValue(kSize, 32'768);
+  EXPECT_EQ(errorOf([&] { rows->update(); }), kOverflow);
+  rows->setValue(kSize, 32'767);
+  rows->update();
+  EXPECT_EQ(rows->value(kId), Value(2));
+  EXPECT_EQ(rows->value(kSize), Value(32'767));
+
+  rows->setValue(kName, "say \"so\"");
+  EXPECT_EQ(errorOf([&] { rows->update(); }), kDuplicateKey);
+  rows->cancelUpdate();
+  EXPECT_EQ(rows->value(kName), Value(std::string(20, 'x')));
+  rows->addNew();
+  rows->deleteRow();  // gives the new row up
+  EXPECT_EQ(rows->recordCount(), 2);
+  rows->moveFirst();
+  rows->setValue(kName, "moved on");
+  rows->moveNext();  // saves
+  EXPECT_THAT(names(*open()), ElementsAre("moved on", std::string(20, 'x')));
+}
+
+TEST_F(RecordsetTest, ABatchIsKeptAsideAndCommittedAsAWhole) {
+  auto rows = open(keyset, batchOptimistic);
+  add(*rows, "one", 1);
+  add(*rows, "two", 2);
+  EXPECT_EQ(rows->recordCount(), 2);
+  EXPECT_EQ(open()->recordCount(), 0);
+  rows->updateBatch();
+  EXPECT_EQ(rows->value(kName), Value("two"));
+  EXPECT_EQ(rows->value(kId), Value(2)) << "each row of a batch has a number of its own";
+  add(*rows, "three", 3);
+  add(*rows, "ONE", 4);
+  EXPECT_EQ(errorOf([&] { rows->updateBatch(); }), kDuplicateKey);
+  EXPECT_EQ(open()->recordCount(), 2) << "a batch that is refused has changed nothing";
+  rows->close();
+
+  rows = open(keyset, batchOptimistic);
+  rows->setValue(kSize, 11);
+  rows->moveNext();
+  rows->deleteRow();
+  rows->updateBatch();
+  const auto other = open();
+  EXPECT_EQ(other->recordCount(), 1);
+  EXPECT_EQ(other->value(kSize), Value(11));
+}
+
+TEST_F(RecordsetTest, TwoOverOneTableSeeWhatTheOtherChanges) {
+  auto rows = open();
+  for (const char* name : {"a", "b", "c", "d", "e"}) add(*rows, name, Value());
+  auto other = open();
+  other->moveLast();
+  other->deleteRow();
+  EXPECT_EQ(errorOf([&] { other->value(kName); }), kNoCurrentRecord);
+  other->moveFirst();
+  other->moveNext();
+  other->deleteRow();
+  EXPECT_THAT(names(*rows), ElementsAre("a", "c", "d"));
+  rows->moveLast();
+  EXPECT_EQ(rows->value(kName), Value("d"));
+  EXPECT_EQ(rows->position(), 2);
+  EXPECT_EQ(rows->recordCount(), 3);
+  add(*rows, "b", Value());
+  EXPECT_EQ(other->recordCount(), 4);
+  other->moveFirst();
+  other->find("Name = 'B'");
+  EXPECT_EQ(other->value(kId), Value(6));
+
+  // A forward-only record set goes on behind a row that is deleted under it.
+  auto forward = open(forwardOnly, readOnly);
+  rows->moveFirst();
+  rows->deleteRow();
+  rows->moveNext();
+  EXPECT_EQ(rows->value(kName), Value("c"));
+  forward->moveNext();
+  EXPECT_EQ(forward->value(kName), Value("c"));
+}
+
+// What is stored reads back from the file, at the bounds of each form that a value has there.
+TEST_F(RecordsetTest, ValuesAtTheBoundsReadBackFromTheFile) {
+  std::vector<std::string> notes = {"", "\xC4\x80 beyond compressed text", std::string(255, 'x')};
+  for (std::size_t size :
+       {64, 2039, 2040, 2041, 4075, 4076, 4079, 4080, 4081, 4082, 8151, 8152, 8153, 20'000}) {
+    std::string text(size, 'a');
+    for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i * i % 26);
+    notes.push_back(text);
+    notes.push_back(text.substr(0, size / 2 - 1) + "\xD0\xAF");  // two bytes a character
+  }
+  auto rows = open();
+  for (std::size_t i = 0; i < notes.size(); ++i) {
+    add(*rows, std::to_string(i), static_cast<int>(i), notes[i]);
+  }
+  // Values that change their form: a long one is made short and the other way round.
+  rows->moveFirst();
+  rows->setValue(kNote, notes.back());
+  rows->moveLast();
+  rows->setValue(kNote, "short");
+  rows->update();
+  std::swap(notes.front(), notes.back());
+  notes.back() = "short";
+  rows->close();
+  const std::string path = database_->path();
+  database_->close();
+
+  rows = Connection::openFile(path)->openRecordset("Panes");
+  for (std::size_t i = 0; i < notes.size(); ++i, rows->moveNext()) {
+    EXPECT_EQ(rows->value(kNote), Value(notes[i])) << "note " << i << " of " << notes[i].size();
+  }
+  EXPECT_TRUE(rows->eof());
+}
+
+TEST_F(RecordsetTest, NumbersAreRoundedOrRefusedAsTheirColumnsHoldThem) {
+  database_->createTable(
+      {"Numbers",
+       {{.name = "Byte", .type = ColumnType::byte},
+        {.name = "Long", .type = ColumnType::longInteger},
+        {.name = "Money", .type = ColumnType::currency},
+        {.name = "Fixed", .type = ColumnType::numeric, .precision = 5, .scale = 2},
+        {.name = "Single", .type = ColumnType::single}}});
+  auto rows = open(keyset, optimistic, "Numbers");
+  const auto stored = [&](const char* column, const Value& value) -> std::string {
+    rows->addNew();
+    rows->setValue(column, value);
+    if (const std::int32_t error = errorOf([&] { rows->update(); })) {
+      rows->cancelUpdate();
+      return "error " + std::to_string(error);
+    }
+    return rows->value(column).toText();
+  };
+  const std::string overflow = "error 6", mismatch = "error 13";
+  const std::tuple<const char*, Value, std::string> cases[] = {
+      {"Byte", 255, "255"},
+      {"Byte", 256, overflow},
+      {"Byte", -1, overflow},
+      {"Long", 2.5, "2"},
+      {"Long", 3.5, "4"},
+      {"Long", -0.5, "0"},
+      {"Long", 2147483647.4, "2147483647"},
+      {"Long", 2147483647.5, overflow},
+      {"Long", -2147483648.0, "-2147483648"},
+      {"Long", " 12 ", "12"},
+      {"Long", "12a", mismatch},
+      {"Money", 1.00005, "1.0001"},
+      {"Money", 9.2e14, "920000000000000.0000"},
+      {"Money", 1e15, overflow},
+      {"Money", "-0.001", "-0.0010"},
+      {"Fixed", "1.005", "1.01"},
+      {"Fixed", "-1.004", "-1.00"},
+      {"Fixed", "999.99", "999.99"},
+      {"Fixed", "999.995", overflow},
+      {"Fixed", "1e2", "100.00"},
+      {"Single", 1e39, overflow},
+      {"Single", 0.1, "0.1"},
+  };
+  for (const auto& [column, value, expected] : cases) {
+    EXPECT_EQ(stored(column, value), expected) << column << " of " << value.toText();
+  }
+}
+
+}  // namespace
+}  // namespace orv::store
