@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ class RecordDocks : public QObject {
 
   /// The records to show from now on; none clears the docks.
   void show(const Node& node, std::vector<std::string> identifiers);
+  /// Points at this wavelength, in microns, when the spectra of the records are there.
+  void pointAt(double microns);
   /// `WavelengthUnitCode` of the plots.
   void wavelengthUnit(int unit);
   /// By which the values beside the plots are computed.
@@ -57,6 +60,7 @@ class RecordDocks : public QObject {
   QTimer rest_;
   Node node_;
   std::vector<std::string> identifiers_;
+  std::optional<double> place_;
 };
 
 }  // namespace orv::app

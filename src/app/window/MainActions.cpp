@@ -23,6 +23,7 @@ MainActions::MainActions(QMainWindow& window) : window_(window) {
   makeEditMenu();
   makeViewMenu();
   makeSortMenu();
+  makeToolsMenu();
   makeHelpMenu();
   makeToolBar();
 }
@@ -35,6 +36,8 @@ void MainActions::enable(const CommandState& state) {
   mnuEditPaste->setEnabled(state.recordsPending);
   mnuEditIntegrate->setEnabled(state.integrable);
   mnuViewRefresh->setEnabled(state.sourceShown);
+  mnuToolsAudit->setEnabled(state.sourceShown);
+  mnuToolsAuditRecords->setEnabled(state.recordsSelected);
   mnuSort->setEnabled(state.recordsShown);
   for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
     action->setEnabled(state.recordsSelected);
@@ -179,6 +182,16 @@ void MainActions::makeSortMenu() {
   mnuSortDescending = add(mnuSort, "mnuSortDescending", "sort-descending", tr("&Descending"),
                           QKeySequence(tr("Ctrl+Shift+Down")),
                           tr("Sort the records by the selected column, greatest first"));
+}
+
+void MainActions::makeToolsMenu() {
+  mnuTools = menu("mnuTools", tr("&Tools"), tr("Judge the data of sources"));
+  mnuToolsAudit =
+      add(mnuTools, "mnuToolsAudit", "audit", tr("&Audit Source"), QKeySequence(tr("F9")),
+          tr("Find faults in the data of all records of the source, and change nothing"));
+  mnuToolsAuditRecords =
+      add(mnuTools, "mnuToolsAuditRecords", "", tr("Audit Selected &Records"),
+          QKeySequence(tr("Shift+F9")), tr("Find faults in the data of the selected records"));
 }
 
 void MainActions::makeHelpMenu() {

@@ -35,6 +35,7 @@ class MainActions {
   QMenu* mnuEdit;
   QMenu* mnuView;
   QMenu* mnuSort;
+  QMenu* mnuTools;
   QMenu* mnuHelp;
   QToolBar* tbToolBar;
 
@@ -67,6 +68,8 @@ class MainActions {
   QAction* mnuViewOptions;
   QAction* mnuSortAscending;
   QAction* mnuSortDescending;
+  QAction* mnuToolsAudit;
+  QAction* mnuToolsAuditRecords;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 
@@ -78,6 +81,7 @@ class MainActions {
   void makeEditMenu();
   void makeViewMenu();
   void makeSortMenu();
+  void makeToolsMenu();
   void makeHelpMenu();
   void makeToolBar();
   void addButton(QAction* action, const char* key);

@@ -104,6 +104,12 @@ void SpectrumView::pointAt(const QPointF& position) {
   viewport()->update();
 }
 
+void SpectrumView::pointAtWavelength(double microns) {
+  const double x = plot_.scale.position(microns);
+  if (x < plot_.range.left() || x > plot_.range.right()) showAll();
+  pointAt(toWidget({x, plot_.range.center().y()}));
+}
+
 void SpectrumView::emphasize(std::optional<std::size_t> dataSet) {
   emphasized_ = dataSet;
   viewport()->update();
