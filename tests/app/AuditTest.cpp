@@ -80,9 +80,9 @@ TEST_F(AuditWindowTest, FindingsAreFilteredLeftOutAndCopied) {
   EXPECT_EQ(rules(), QStringList("note: unknown-maker (1)"));
   trigger("mnuAuditCopy");
   EXPECT_EQ(QGuiApplication::clipboard()->text(),
-            "Severity\tRule\tWhat is found\tRecord\tName\tAngle\tField\tValue\tExpected\n"
-            "note\tunknown-maker\tNobody knows who makes it\tpanes c.txt\tc.txt\t\tsupplier\t"
-            "Unknown\t");
+            "Severity\tRule\tName\tWhat is found\tField\tValue\tExpected\tAngle\tRecord\n"
+            "note\tunknown-maker\tc.txt\tNobody knows who makes it\tsupplier\tUnknown\t\t\t"
+            "panes c.txt");
   find<QLineEdit>("txtFindings").clear();
   findings().setCurrentItem(findings().topLevelItem(0)->child(0));
   trigger("mnuAuditLeaveOut");

@@ -96,6 +96,11 @@ void RecordDocks::standard(optics::Standard standard) {
   spectrum_->setStandard(standard);
 }
 
+void RecordDocks::layOverDetails(QDockWidget& dock) {
+  window_.addDockWidget(Qt::RightDockWidgetArea, &dock);
+  window_.tabifyDockWidget(details_, &dock);
+}
+
 void RecordDocks::open(bool opened) {
   spectrum_->setVisible(opened);
   details_->setVisible(opened);

@@ -12,6 +12,7 @@
 #include "optics/Standard.h"
 
 class QAction;
+class QDockWidget;
 class QMainWindow;
 
 namespace orv::app {
@@ -37,6 +38,8 @@ class RecordDocks : public QObject {
   void wavelengthUnit(int unit);
   /// By which the values beside the plots are computed.
   void standard(optics::Standard standard);
+  /// Lays another dock over the details, with tabs to choose by.
+  void layOverDetails(QDockWidget& dock);
   /// Opens or closes both docks.
   void open(bool opened);
 

@@ -56,7 +56,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
   actions_->addDocks(
       {docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction()});
-  addDockWidget(Qt::BottomDockWidgetArea, audit_);
+  docks_->layOverDetails(*audit_);
   connectMenus();
   connectParts();
   connectAudit();

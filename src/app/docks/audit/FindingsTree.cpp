@@ -42,17 +42,21 @@ QString severityText(Severity severity) {
 }
 
 QStringList columnTitles() {
-  return {FindingsTree::tr("What is found"), FindingsTree::tr("Record"), FindingsTree::tr("Name"),
-          FindingsTree::tr("Angle"),         FindingsTree::tr("Field"),  FindingsTree::tr("Value"),
-          FindingsTree::tr("Expected")};
+  return {FindingsTree::tr("Name"),  FindingsTree::tr("What is found"), FindingsTree::tr("Field"),
+          FindingsTree::tr("Value"), FindingsTree::tr("Expected"),      FindingsTree::tr("Angle"),
+          FindingsTree::tr("Record")};
 }
 
 QStringList cellsOf(const Finding& finding) {
   const auto& fault = finding.fault;
-  return {qt(fault.message), QStringLiteral("%1 %2").arg(qt(finding.set), qt(finding.identifier)),
-          qt(finding.name),  fault.angle ? QString::number(*fault.angle) : QString(),
-          qt(fault.field),   qt(fault.value),
-          qt(fault.expected)};
+  const QString record = QStringLiteral("%1 %2").arg(qt(finding.set), qt(finding.identifier));
+  return {finding.name.empty() ? record : qt(finding.name),
+          qt(fault.message),
+          qt(fault.field),
+          qt(fault.value),
+          qt(fault.expected),
+          fault.angle ? QString::number(*fault.angle) : QString(),
+          record};
 }
 
 /// For other programs: with the severity and the rule.
@@ -88,7 +92,7 @@ void FindingsTree::show(Findings findings) {
   std::ranges::stable_sort(findings_, std::ranges::greater(), &Finding::severity);
   fill();
   for (int column = 0; column < columnCount(); ++column) {
-    constexpr int kMostCharacters = 70;
+    constexpr int kMostCharacters = 60;
     resizeColumnToContents(column);
     setColumnWidth(
         column, std::min(columnWidth(column), kMostCharacters * fontMetrics().averageCharWidth()));

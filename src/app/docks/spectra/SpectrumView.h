@@ -79,6 +79,7 @@ class SpectrumView : public QChartView {
   QPointF dragStart_;
   QRectF dragRange_;
   std::optional<QPointF> pointer_;
+  std::optional<double> awaited_;  ///< where it goes when the plot has its place; microns
   std::optional<std::size_t> emphasized_;
 };
 
