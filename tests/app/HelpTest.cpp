@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QTabBar>
 #include <QTableView>
 #include <QToolBar>
 #include <QToolButton>
@@ -41,7 +42,7 @@ bool isPartOfAnother(const QWidget& widget) {
   if (parent != nullptr && isAny<QTableView>(*parent) && isAny<QAbstractButton>(widget))
     return true;
   for (; parent != nullptr; parent = parent->parentWidget()) {
-    if (isAny<QComboBox, QAbstractSpinBox, QLineEdit>(*parent)) return true;
+    if (isAny<QComboBox, QAbstractSpinBox, QLineEdit, QTabBar>(*parent)) return true;
   }
   return false;
 }

@@ -73,6 +73,7 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
 }
 
 void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
+  place_.reset();
   node_ = identifiers.empty() ? nullptr : node;
   identifiers_ = std::move(identifiers);
   rest_.start();
@@ -82,12 +83,22 @@ void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   details_->clear();
 }
 
+void RecordDocks::pointAt(double microns) {
+  place_ = microns;
+  if (node_) rest_.start();
+}
+
 void RecordDocks::wavelengthUnit(int unit) {
   spectrum_->setWavelengthUnit(unit);
 }
 
 void RecordDocks::standard(optics::Standard standard) {
   spectrum_->setStandard(standard);
+}
+
+void RecordDocks::layOverDetails(QDockWidget& dock) {
+  window_.addDockWidget(Qt::RightDockWidgetArea, &dock);
+  window_.tabifyDockWidget(details_, &dock);
 }
 
 void RecordDocks::open(bool opened) {
@@ -136,6 +147,7 @@ void RecordDocks::readPanes(const commands::RecordReader& reader) {
     emit statusMessage(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
   }
   spectrum_->showPanes(std::move(panes));
+  if (const auto place = std::exchange(place_, std::nullopt)) spectrum_->pointAt(*place);
 }
 
 void RecordDocks::readOther(const commands::RecordReader& reader) {

@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "optics/Standard.h"
 
 class QAction;
+class QDockWidget;
 class QMainWindow;
 
 namespace orv::app {
@@ -30,10 +32,14 @@ class RecordDocks : public QObject {
 
   /// The records to show from now on; none clears the docks.
   void show(const Node& node, std::vector<std::string> identifiers);
+  /// Points at this wavelength, in microns, when the spectra of the records are there.
+  void pointAt(double microns);
   /// `WavelengthUnitCode` of the plots.
   void wavelengthUnit(int unit);
   /// By which the values beside the plots are computed.
   void standard(optics::Standard standard);
+  /// Lays another dock over the details, with tabs to choose by.
+  void layOverDetails(QDockWidget& dock);
   /// Opens or closes both docks.
   void open(bool opened);
 
@@ -57,6 +63,7 @@ class RecordDocks : public QObject {
   QTimer rest_;
   Node node_;
   std::vector<std::string> identifiers_;
+  std::optional<double> place_;
 };
 
 }  // namespace orv::app

@@ -14,6 +14,7 @@
 #include "commands/ExportRecords.h"
 #include "commands/RecordKind.h"
 #include "commands/Remarks.h"
+#include "commands/audit/Audit.h"
 
 namespace orv::app {
 
@@ -157,6 +158,20 @@ void EditCommands::storeValues(const sources::RecordSelection& selection,
     if (!left.isEmpty())
       report_ << tr("What is to be known of the values:") + '\n' + left.join('\n');
     if (!result.refused) emit finished(qt(result.summary(options.standard)), report_);
+  });
+}
+
+void EditCommands::audit(const Node& source, const sources::RecordSelection& selection) {
+  run(tr("audit"), Effect::readsRecords, {}, [&] {
+    Findings findings;
+    const commands::audit::EachFinding keep = [&](const commands::audit::Finding& finding) {
+      findings.push_back(finding);
+    };
+    const auto result =
+        selection.HasRecords()
+            ? commands::audit::auditRecords(session_, selection, {}, keep)
+            : commands::audit::auditSource(session_, source, std::nullopt, {}, keep);
+    emit audited(findings, qt(result.summary()));
   });
 }
 

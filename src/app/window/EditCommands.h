@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include "app/dialogs/dlgExport.h"
+#include "app/docks/audit/FindingsTree.h"
 #include "app/window/WindowUserInterface.h"
 #include "commands/IntegrateRecords.h"
 #include "commands/PasteRecords.h"
@@ -39,8 +40,11 @@ class EditCommands : public QObject {
   /// Shows what computing the integrated values of panes would change, and stores them if the user
   /// wants that.
   void computeValues(const sources::RecordSelection& selection, optics::Standard standard);
+  /// Finds faults in the data of a source, or of some of its records where there are any.
+  void audit(const Node& source, const sources::RecordSelection& selection);
 
  signals:
+  void audited(const Findings& findings, const QString& summary);
   void workBegins();
   /// `changedRecords`: records may have been added or deleted.
   void workEnded(bool changedRecords);

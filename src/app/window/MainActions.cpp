@@ -24,6 +24,7 @@ MainActions::MainActions(QMainWindow& window) : window_(window) {
   makeViewMenu();
   makeSortMenu();
   makeDatabaseMenu();
+  makeToolsMenu();
   makeHelpMenu();
   makeToolBar();
 }
@@ -37,6 +38,8 @@ void MainActions::enable(const CommandState& state) {
   mnuEditPaste->setEnabled(state.recordsPending);
   mnuEditIntegrate->setEnabled(state.integrable);
   mnuViewRefresh->setEnabled(state.sourceShown);
+  mnuToolsAudit->setEnabled(state.sourceShown);
+  mnuToolsAuditRecords->setEnabled(state.recordsSelected);
   mnuSort->setEnabled(state.recordsShown);
   for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
     action->setEnabled(state.recordsSelected);
@@ -190,6 +193,16 @@ void MainActions::makeDatabaseMenu() {
           tr("Write the database shown anew, without the space that deletions have left"));
   mnuDatabaseRepair = add(mnuDatabase, "mnuDatabaseRepair", "", tr("&Repair..."), QKeySequence(),
                           tr("Take what can be read of a damaged database into a new file"));
+}
+
+void MainActions::makeToolsMenu() {
+  mnuTools = menu("mnuTools", tr("&Tools"), tr("Judge the data of sources"));
+  mnuToolsAudit =
+      add(mnuTools, "mnuToolsAudit", "audit", tr("&Audit Source"), QKeySequence(tr("F9")),
+          tr("Find faults in the data of all records of the source, and change nothing"));
+  mnuToolsAuditRecords =
+      add(mnuTools, "mnuToolsAuditRecords", "", tr("Audit Selected &Records"),
+          QKeySequence(tr("Shift+F9")), tr("Find faults in the data of the selected records"));
 }
 
 void MainActions::makeHelpMenu() {

@@ -37,6 +37,7 @@ class MainActions {
   QMenu* mnuView;
   QMenu* mnuSort;
   QMenu* mnuDatabase;
+  QMenu* mnuTools;
   QMenu* mnuHelp;
   QToolBar* tbToolBar;
 
@@ -71,6 +72,8 @@ class MainActions {
   QAction* mnuSortDescending;
   QAction* mnuDatabaseCompact;
   QAction* mnuDatabaseRepair;
+  QAction* mnuToolsAudit;
+  QAction* mnuToolsAuditRecords;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 
@@ -83,6 +86,7 @@ class MainActions {
   void makeViewMenu();
   void makeSortMenu();
   void makeDatabaseMenu();
+  void makeToolsMenu();
   void makeHelpMenu();
   void makeToolBar();
   void addButton(QAction* action, const char* key);

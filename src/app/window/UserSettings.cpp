@@ -9,6 +9,8 @@ namespace {
 
 constexpr const char* kStandardOfSpectra = "Settings/SpectrumStandard";
 
+constexpr const char* kRulesLeftOut = "Settings/AuditWithout";
+
 }  // namespace
 
 QSettings userSettings() {
@@ -26,6 +28,14 @@ optics::Standard standardOfSpectra() {
 
 void rememberStandardOfSpectra(optics::Standard standard) {
   userSettings().setValue(kStandardOfSpectra, qt(std::string(optics::nameOf(standard).word)));
+}
+
+QStringList rulesLeftOut() {
+  return userSettings().value(kRulesLeftOut).toStringList();
+}
+
+void rememberRulesLeftOut(const QStringList& rules) {
+  userSettings().setValue(kRulesLeftOut, rules);
 }
 
 }  // namespace orv::app

@@ -15,4 +15,8 @@ QSettings userSettings();
 optics::Standard standardOfSpectra();
 void rememberStandardOfSpectra(optics::Standard standard);
 
+/// The rules of audits of which nothing is shown.
+QStringList rulesLeftOut();
+void rememberRulesLeftOut(const QStringList& rules);
+
 }  // namespace orv::app

@@ -8,6 +8,7 @@
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/docks/RecordDocks.h"
+#include "app/docks/audit/AuditDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
@@ -44,7 +45,8 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       file_(new FileCommands(session, *this)),
       edit_(new EditCommands(session, ui, *this)),
       compact_(new CompactCommands(session, ui, *this)),
-      docks_(new RecordDocks(session, *this)) {
+      docks_(new RecordDocks(session, *this)),
+      audit_(new AuditDock(this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
@@ -55,9 +57,12 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   edit_->setParent(this);
   compact_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
-  actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction()});
+  actions_->addDocks(
+      {docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction()});
+  docks_->layOverDetails(*audit_);
   connectMenus();
   connectParts();
+  connectAudit();
   loadGeometry();
   docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());

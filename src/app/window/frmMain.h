@@ -7,11 +7,13 @@
 #include "app/window/WindowUserInterface.h"
 #include "commands/RecordTable.h"
 #include "commands/Session.h"
+#include "commands/audit/Finding.h"
 #include "sources/RecordSelection.h"
 
 namespace orv::app {
 
 class CompactCommands;
+class AuditDock;
 class DataPane;
 class DataSourceTree;
 class EditCommands;
@@ -72,6 +74,12 @@ class frmMain : public QMainWindow {
   /// Has the grid take or leave out integrated values; the selected records stay selected.
   void reloadValues();
   void chooseStandard(optics::Standard standard);
+  void connectAudit();
+  /// Audits the source of the node shown, or some of its records.
+  void audit(const sources::RecordSelection& records);
+  /// Selects the record of a finding, and points at the place on its curve.
+  void showFinding(const commands::audit::Finding& finding);
+  bool selectRecord(const std::string& identifier);
   void treeMenu(const QPoint& position);
   void copyPath();
   void gridMenu(const QPoint& position);
@@ -91,6 +99,8 @@ class frmMain : public QMainWindow {
   EditCommands* edit_;
   CompactCommands* compact_;
   RecordDocks* docks_;
+  AuditDock* audit_;
+  std::string auditedSource_;  ///< its key
 };
 
 }  // namespace orv::app

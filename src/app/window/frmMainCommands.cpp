@@ -9,6 +9,7 @@
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
 #include "app/docks/RecordDocks.h"
+#include "app/docks/audit/AuditDock.h"
 #include "app/grid/ColumnChooser.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/FilterHeader.h"
@@ -141,6 +142,56 @@ void frmMain::connectParts() {
         const QString remedy = isDamage ? tr(" Database > Repair saves what can be read.") : "";
         sbStatusBar_->status(tr("The records could not be read on: %1%2").arg(description, remedy));
       });
+}
+
+void frmMain::connectAudit() {
+  onTriggered(actions_->mnuToolsAudit, ui_, [this] { audit(sources::RecordSelection()); });
+  onTriggered(actions_->mnuToolsAuditRecords, ui_, [this] { audit(selection_.Clone()); });
+  audit_->setLeftOut(rulesLeftOut());
+  connect(audit_, &AuditDock::leftOutChanged, this, &rememberRulesLeftOut);
+  connect(audit_, &AuditDock::chosen, this, [this](const commands::audit::Finding& finding) {
+    guarded(ui_, [&] { showFinding(finding); });
+  });
+  connect(edit_, &EditCommands::audited, audit_, &AuditDock::show);
+}
+
+void frmMain::audit(const sources::RecordSelection& records) {
+  const Node parent = current_->Parent();
+  const Node source = parent ? parent : current_;
+  auditedSource_ = source->key();
+  edit_->audit(source, records);
+}
+
+/// Rows of other tables are shown nowhere.
+void frmMain::showFinding(const commands::audit::Finding& finding) {
+  const Node source = session_.MainDataSources.findByKey(auditedSource_);
+  const Node node = source && finding.kind ? commands::recordSetOf(source, *finding.kind) : nullptr;
+  if (!node) {
+    const QString reason =
+        source ? tr("This is no record, but a row of the table %1.").arg(shownText(finding.set))
+               : tr("The source that was audited is not open any more.");
+    return sbStatusBar_->status(reason);
+  }
+  if (node != current_) {
+    tvDataSources_->select(node->key());
+    showNode(node);
+  }
+  if (!selectRecord(finding.identifier)) {
+    return sbStatusBar_->status(tr("The record is not among those shown."));
+  }
+  constexpr double kPerMicron = 1000;
+  if (finding.fault.wavelength) docks_->pointAt(*finding.fault.wavelength / kPerMicron);
+}
+
+bool frmMain::selectRecord(const std::string& identifier) {
+  RecordModel& records = grid_.records();
+  records.complete();
+  for (int row = 0; row < records.rowCount(); ++row) {
+    if (records.identifier(row) != identifier) continue;
+    grid_.selectRows({row, row});
+    return true;
+  }
+  return false;
 }
 
 void frmMain::filterToggled(bool shown) {

@@ -270,6 +270,14 @@ void SpectrumDock::showValues() {
   noTable_->setVisible(!hasValues);
 }
 
+void SpectrumDock::pointAt(double microns) {
+  if (plot_.hasSpectra()) view_->pointAtWavelength(microns);
+}
+
+std::optional<double> SpectrumDock::pointedWavelength() const {
+  return view_->pointedWavelength();
+}
+
 void SpectrumDock::clear() {
   showPanes({});
 }

@@ -33,6 +33,10 @@ class SpectrumDock : public QDockWidget {
   /// together. The quantities, the angle and the axis that the user chose stay.
   void showPanes(std::vector<std::shared_ptr<const GlazingData>> panes);
   void clear();
+  /// Points at a wavelength of the curves, in microns, where there are any.
+  void pointAt(double microns);
+  /// Where the cross hair is, in microns; none while it is not shown.
+  std::optional<double> pointedWavelength() const;
   /// `WavelengthUnitCode` of the axis, the values under the pointer and exported tables.
   void setWavelengthUnit(int unit);
   /// By which standard values are computed.

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "app/docks/spectra/Readout.h"
 
@@ -57,6 +58,7 @@ SpectrumView::SpectrumView(SpectrumPlot& plot, QWidget* parent)
 }
 
 void SpectrumView::showCurves() {
+  awaited_.reset();
   emphasized_.reset();
   chart_->showCurves(plot_);
 }
@@ -104,6 +106,13 @@ void SpectrumView::pointAt(const QPointF& position) {
   viewport()->update();
 }
 
+void SpectrumView::pointAtWavelength(double microns) {
+  const double x = plot_.scale.position(microns);
+  if (x < plot_.range.left() || x > plot_.range.right()) showAll();
+  awaited_ = microns;
+  viewport()->update();
+}
+
 void SpectrumView::emphasize(std::optional<std::size_t> dataSet) {
   emphasized_ = dataSet;
   viewport()->update();
@@ -142,6 +151,9 @@ void SpectrumView::renderChart() {
 
 void SpectrumView::paintEvent(QPaintEvent* /*event*/) {
   if (pictureIsStale_ || picture_.size() != viewport()->size() * devicePixelRatioF()) renderChart();
+  if (const auto microns = std::exchange(awaited_, std::nullopt)) {
+    pointAt(toWidget({plot_.scale.position(*microns), plot_.range.center().y()}));
+  }
   QPainter painter(viewport());
   painter.setRenderHint(QPainter::Antialiasing);
   painter.drawPixmap(0, 0, picture_);

@@ -34,6 +34,8 @@ class SpectrumView : public QChartView {
   std::optional<double> pointedWavelength() const;
   /// Places the cross hair at a point of the widget.
   void pointAt(const QPointF& position);
+  /// Places it at a wavelength, in microns, and shows everything where that is out of sight.
+  void pointAtWavelength(double microns);
   /// Draws a data set emphasized, as the legend asks for the one under the pointer.
   void emphasize(std::optional<std::size_t> dataSet);
 
@@ -77,6 +79,7 @@ class SpectrumView : public QChartView {
   QPointF dragStart_;
   QRectF dragRange_;
   std::optional<QPointF> pointer_;
+  std::optional<double> awaited_;  ///< where it goes when the plot has its place; microns
   std::optional<std::size_t> emphasized_;
 };
 

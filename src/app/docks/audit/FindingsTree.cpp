@@ -1,0 +1,185 @@
+#include "app/docks/audit/FindingsTree.h"
+
+#include <QHeaderView>
+#include <algorithm>
+
+#include "app/Text.h"
+#include "app/theme/Icons.h"
+#include "commands/audit/Rule.h"
+
+namespace orv::app {
+
+using commands::audit::Finding;
+using commands::audit::Severity;
+
+namespace {
+
+constexpr int kPositionRole = Qt::UserRole;  ///< of a finding among all
+constexpr int kRuleRole = Qt::UserRole + 1;
+
+const char* iconOf(Severity severity) {
+  switch (severity) {
+    case Severity::error:
+      return "box-critical";
+    case Severity::warning:
+      return "box-warning";
+    case Severity::note:
+      break;
+  }
+  return "box-information";
+}
+
+QString severityText(Severity severity) {
+  switch (severity) {
+    case Severity::error:
+      return FindingsTree::tr("error");
+    case Severity::warning:
+      return FindingsTree::tr("warning");
+    case Severity::note:
+      break;
+  }
+  return FindingsTree::tr("note");
+}
+
+QStringList columnTitles() {
+  return {FindingsTree::tr("Name"),  FindingsTree::tr("What is found"), FindingsTree::tr("Field"),
+          FindingsTree::tr("Value"), FindingsTree::tr("Expected"),      FindingsTree::tr("Angle"),
+          FindingsTree::tr("Record")};
+}
+
+QStringList cellsOf(const Finding& finding) {
+  const auto& fault = finding.fault;
+  const QString record = QStringLiteral("%1 %2").arg(qt(finding.set), qt(finding.identifier));
+  return {finding.name.empty() ? record : qt(finding.name),
+          qt(fault.message),
+          qt(fault.field),
+          qt(fault.value),
+          qt(fault.expected),
+          fault.angle ? QString::number(*fault.angle) : QString(),
+          record};
+}
+
+/// For other programs: with the severity and the rule.
+QStringList rowOf(const Finding& finding) {
+  return QStringList{severityText(finding.severity), qt(std::string(finding.rule))} +
+         cellsOf(finding);
+}
+
+QStringList headings() {
+  return QStringList{FindingsTree::tr("Severity"), FindingsTree::tr("Rule")} + columnTitles();
+}
+
+}  // namespace
+
+FindingsTree::FindingsTree(QWidget* parent) : QTreeWidget(parent) {
+  setObjectName(QStringLiteral("FindingsTree"));
+  setAccessibleName(tr("Findings"));
+  setWhatsThis(
+      tr("What the audit has found, by rules. A click shows the record, and the place on "
+         "its curve; a right click leaves a rule out."));
+  setHeaderLabels(columnTitles());
+  setUniformRowHeights(true);
+  setAlternatingRowColors(true);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  header()->setStretchLastSection(false);
+  connect(this, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
+    if (const Finding* const finding = findingOf(item)) emit chosen(*finding);
+  });
+}
+
+void FindingsTree::show(Findings findings) {
+  findings_ = std::move(findings);
+  std::ranges::stable_sort(findings_, std::ranges::greater(), &Finding::severity);
+  fill();
+  for (int column = 0; column < columnCount(); ++column) {
+    constexpr int kMostCharacters = 60;
+    resizeColumnToContents(column);
+    setColumnWidth(
+        column, std::min(columnWidth(column), kMostCharacters * fontMetrics().averageCharWidth()));
+  }
+}
+
+void FindingsTree::filter(const FindingsFilter& filter) {
+  filter_ = filter;
+  fill();
+}
+
+void FindingsTree::fill() {
+  const QSignalBlocker quiet(this);
+  clear();
+  shown_ = 0;
+  for (std::size_t i = 0; i < findings_.size(); ++i) {
+    const Finding& finding = findings_[i];
+    const QStringList cells = cellsOf(finding);
+    if (!isShown(finding, cells)) continue;
+    ++shown_;
+    auto* item = new QTreeWidgetItem(ruleItem(finding.rule));
+    for (int column = 0; column < cells.size(); ++column) {
+      item->setText(column, shownText(cells[column]));
+      item->setToolTip(column, toolTipText(cells[column]));
+    }
+    item->setData(0, kPositionRole, static_cast<qulonglong>(i));
+  }
+  for (int i = 0; i < topLevelItemCount(); ++i) {
+    QTreeWidgetItem* const item = topLevelItem(i);
+    item->setText(0, QStringLiteral("%1 (%L2)").arg(item->text(0)).arg(item->childCount()));
+    item->setFirstColumnSpanned(true);
+  }
+  expandAll();
+}
+
+/// The findings of a rule follow each other only within their severity, but a rule has one.
+QTreeWidgetItem* FindingsTree::ruleItem(std::string_view rule) {
+  const QString name = qt(std::string(rule));
+  for (int i = topLevelItemCount() - 1; i >= 0; --i) {
+    if (topLevelItem(i)->data(0, kRuleRole) == name) return topLevelItem(i);
+  }
+  const auto& known = commands::audit::ruleNamed(rule);
+  auto* item = new QTreeWidgetItem(this);
+  item->setData(0, kRuleRole, name);
+  item->setIcon(0, icon(iconOf(known.severity)));
+  item->setText(0, QStringLiteral("%1: %2").arg(severityText(known.severity), name));
+  item->setToolTip(
+      0, toolTipText(
+             tr("Finds: %1.\n%2").arg(qt(std::string(known.finds)), qt(std::string(known.why)))));
+  return item;
+}
+
+bool FindingsTree::isShown(const Finding& finding, const QStringList& cells) const {
+  const QString rule = qt(std::string(finding.rule));
+  if (finding.severity < filter_.least || filter_.leftOut.contains(rule)) return false;
+  if (filter_.text.isEmpty() || rule.contains(filter_.text, Qt::CaseInsensitive)) return true;
+  return std::ranges::any_of(
+      cells, [&](const QString& cell) { return cell.contains(filter_.text, Qt::CaseInsensitive); });
+}
+
+const Finding* FindingsTree::findingOf(const QTreeWidgetItem* item) const {
+  if (item == nullptr || !item->data(0, kPositionRole).isValid()) return nullptr;
+  return &findings_[item->data(0, kPositionRole).toULongLong()];
+}
+
+TableRows FindingsTree::shownRows() const {
+  TableRows rows{headings()};
+  for (int rule = 0; rule < topLevelItemCount(); ++rule) {
+    for (int i = 0; i < topLevelItem(rule)->childCount(); ++i) {
+      rows << rowOf(*findingOf(topLevelItem(rule)->child(i)));
+    }
+  }
+  return rows;
+}
+
+TableRows FindingsTree::selectedRows() const {
+  TableRows rows{headings()};
+  for (const QTreeWidgetItem* item : selectedItems()) {
+    if (const Finding* const finding = findingOf(item)) rows << rowOf(*finding);
+  }
+  return rows;
+}
+
+QString FindingsTree::currentRule() const {
+  const QTreeWidgetItem* item = currentItem();
+  if (item != nullptr && item->parent() != nullptr) item = item->parent();
+  return item == nullptr ? QString() : item->data(0, kRuleRole).toString();
+}
+
+}  // namespace orv::app

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QSet>
+#include <QTreeWidget>
+#include <vector>
+
+#include "app/dialogs/TableExport.h"
+#include "commands/audit/Finding.h"
+
+namespace orv::app {
+
+using Findings = std::vector<commands::audit::Finding>;
+
+/// What of the findings is shown.
+struct FindingsFilter {
+  commands::audit::Severity least = commands::audit::Severity::note;
+  QString text = {};           ///< a part of a cell; empty for all
+  QSet<QString> leftOut = {};  ///< rules
+};
+
+/// The findings of an audit, the worst rules first: a line a rule, below it its findings.
+class FindingsTree : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  explicit FindingsTree(QWidget* parent = nullptr);
+
+  void show(Findings findings);
+  void filter(const FindingsFilter& filter);
+
+  /// How many findings are shown.
+  int shownCount() const { return shown_; }
+  /// The findings that are shown, or that are selected, with headings.
+  TableRows shownRows() const;
+  TableRows selectedRows() const;
+  /// The rule of the current line; empty for none.
+  QString currentRule() const;
+
+ signals:
+  /// A finding was clicked on, or moved to with the keyboard.
+  void chosen(const commands::audit::Finding& finding);
+
+ private:
+  void fill();
+  QTreeWidgetItem* ruleItem(std::string_view rule);
+  bool isShown(const commands::audit::Finding& finding, const QStringList& cells) const;
+  const commands::audit::Finding* findingOf(const QTreeWidgetItem* item) const;
+
+  Findings findings_;
+  FindingsFilter filter_;
+  int shown_ = 0;
+};
+
+}  // namespace orv::app
