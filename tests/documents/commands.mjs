@@ -104,8 +104,8 @@ function makeFixture() {
     (cat measured/pvb_076.txt; echo '{ Angle of Incidence: 60 }') > slanting/pvb_076.txt
     orv copy clear.txt measured-panes orvdata.mdb --group Fixture
     orv copy slanting orvdata.mdb --group Fixture
-    orv copy ${sources}/examples/shadings orvdata.mdb --group Fixture
-    [ ! -e ${frames} ] || orv copy ${frames} orvdata.mdb --set frames --group Fixture
+    orv copy '${sources}/examples/shadings' orvdata.mdb --group Fixture
+    [ ! -e '${frames}' ] || orv copy '${frames}' orvdata.mdb --set frames --group Fixture
     orv export measured-panes --form json --single catalogue.json
     for i in clear lowe; do orv export $i.txt --form json --single $i.json; done
     cp clear.json product.json
