@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "cli/Failure.h"
+#include "commands/FileTable.h"
 #include "commands/RecordList.h"
 #include "commands/RecordReader.h"
 
@@ -213,15 +214,17 @@ std::vector<std::size_t> SourceArgument::rows(commands::RecordTable& table) cons
   });
 }
 
-sources::RecordSelection SourceArgument::select(const Node& node,
+sources::RecordSelection SourceArgument::select(Console& console, const Node& node,
                                                 const std::vector<std::string>& identifiers) const {
   std::vector<std::string> chosen = identifiers;
   if (hasConditions()) {
     if (!identifiers.empty()) throw wrongUse("Give either identifiers of records or --where.");
-    const auto table = commands::openRecordTable(node);
+    std::vector<std::string> failures;
+    const auto table = commands::openFieldTable(console.session, node, failures);
     for (const std::size_t row : rows(*table)) {
       chosen.push_back(table->value(row, 0).toText());
     }
+    tellFailures(failures);
   } else if (identifiers.empty()) {
     chosen = commands::recordIdentifiers(*node);
   }
@@ -237,6 +240,10 @@ sources::RecordSelection SourceArgument::select(const Node& node,
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier) {
   const bool isNumber = node.ADOConnection() && node.DataType() != sources::DataType::optics5Panes;
   return isNumber ? store::Value(commands::recordNumber(identifier)) : store::Value(identifier);
+}
+
+void tellFailures(const std::vector<std::string>& failures) {
+  for (const std::string& failure : failures) std::cerr << "orv: " << failure << '\n';
 }
 
 void tellNotKept(const commands::Notes& notes, const char* destination) {

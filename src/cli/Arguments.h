@@ -138,8 +138,9 @@ class SourceArgument {
   /// condition that is none.
   std::vector<std::size_t> rows(commands::RecordTable& table) const;
   /// The named records of a node; where none is named those that --where describes, or all.
-  /// Raises Failure where both are given, and for a condition that is none.
-  sources::RecordSelection select(const Node& node,
+  /// Files that cannot be read meet no condition, and are told. Raises Failure where both are
+  /// given, and for a condition that is none.
+  sources::RecordSelection select(Console& console, const Node& node,
                                   const std::vector<std::string>& identifiers) const;
 
   /// Declares --tolerant.
@@ -181,6 +182,9 @@ class SourceArgument {
 /// An identifier of a record as a value: of ORV databases they are numbers, of text files and of
 /// the IGDB texts.
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier);
+
+/// Says on standard error what cannot be read.
+void tellFailures(const std::vector<std::string>& failures);
 
 /// Says on standard error what the records hold and `destination` has no place for.
 void tellNotKept(const commands::Notes& notes, const char* destination);

@@ -162,8 +162,8 @@ class CopyVerb : public Verb {
   commands::PasteResult copy(Console& console, const Node& node, const Node& destination,
                              const std::vector<std::string>& identifiers) const {
     requireGroup(*node);
-    const auto result = commands::pasteRecords(console.session, source_.select(node, identifiers),
-                                               destination, options());
+    const auto result = commands::pasteRecords(
+        console.session, source_.select(console, node, identifiers), destination, options());
     if (!result.refused && !answers_.quiet) tell(result);
     return result;
   }

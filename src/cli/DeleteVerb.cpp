@@ -37,7 +37,7 @@ class DeleteVerb : public Verb {
     }
     console.ui.answers(answers_);
     const Node node = source_.openRecordSet(console);
-    const auto selection = source_.select(node, identifiers_);
+    const auto selection = source_.select(console, node, identifiers_);
     if (columns_.isGiven()) showRecords(node, selection);
     const auto result = commands::deleteRecords(console.session, selection, node);
     if (result.refused) return kWrongUse;

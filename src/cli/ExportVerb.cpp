@@ -63,7 +63,7 @@ class ExportVerb : public Verb {
     const Node node = source_.openRecordSet(console);
     refuseOthersThanPanes(*node, !file.empty());
     console.ui.answers(answers_);
-    const auto records = source_.select(node, identifiers_);
+    const auto records = source_.select(console, node, identifiers_);
     return file.empty() ? exportSeparately(console, records)
                         : exportIntoOne(console, records, file);
   }

@@ -53,7 +53,7 @@ class IntegrateVerb : public Verb {
     const auto begin = [&] {
       if (!writer) writer = makeRowWriter(format_, headings(), std::cout);
     };
-    const auto selection = source_.select(node, identifiers_);
+    const auto selection = source_.select(console, node, identifiers_);
     const auto result = usedRightly([&] {
       return commands::integrateRecords(console.session, selection, options_,
                                         [&](const IntegratedRow& row) {

@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
+#include "commands/FileTable.h"
 #include "commands/RecordList.h"
 #include "commands/RecordReader.h"
 
@@ -33,9 +34,11 @@ class ListVerb : public Verb {
   ExitCode run(Console& console) override {
     const Node node = source_.openRecordSet(console);
     if (!columns_.isGiven() && !source_.hasConditions()) return listAll(console, node);
-    const auto table = commands::openRecordTable(node);
+    std::vector<std::string> failures;
+    const auto table = commands::openFieldTable(console.session, node, failures);
     columns_.write(*table, source_.rows(*table), format_, std::cout);
-    return kAllWell;
+    tellFailures(failures);
+    return failures.empty() ? kAllWell : kRecordsFailed;
   }
 
  private:

@@ -143,6 +143,22 @@ TEST_F(RecordsTest, ConditionsChooseRecordsForEveryVerb) {
   EXPECT_EQ(orv("delete db.mdb --yes").exit, 2);
 }
 
+TEST_F(RecordsTest, ConditionsChooseFilesByWhatTheyHold) {
+  std::filesystem::create_directory(folder.path() / "lab");
+  folder.write("lab/a.txt", paneText("Alpha"));
+  folder.write("lab/b.txt", paneText("Beta") + "{ Angle of Incidence: 40 }\n");
+  folder.write("lab/c.txt", "SI Microns thick\n");
+  const Ended chosen =
+      orv("list lab --where 'angle>30' --columns Filename,product_name,thickness --format csv");
+  EXPECT_EQ(chosen.out, "Filename,product_name,thickness\nb.txt,Beta,3\n");
+  EXPECT_EQ(chosen.exit, 1);
+  EXPECT_EQ(linesWith(chosen.err, "orv: c.txt cannot be read: "), 1) << chosen.err;
+  orv("new db.mdb");
+  const Ended copied = orv("copy lab db.mdb --group G --where product_name=alpha --no-integrate");
+  EXPECT_EQ(copied.out, "1 record copied.\n") << copied.err;
+  EXPECT_EQ(orv("list lab/a.txt --columns colour").exit, 2);
+}
+
 TEST_F(RecordsTest, QuietRunsTellFailuresOnly) {
   makeDatabase();
   orv("new to.mdb");

@@ -12,6 +12,7 @@ import {dirname, join, resolve} from 'node:path';
 const [orv, sources, ...documents] = process.argv.slice(2);
 const corpus = process.env.ORV_CORPUS ?? join(sources, '../shared/corpus');
 const igdb = join(corpus, 'sources/glazing.mdb');
+const frames = join(corpus, 'sources/orvdata-3.0.0.mdb');
 
 /** The lines of a document that are code, each with its number and that of its block. */
 function codeOf(document) {
@@ -103,7 +104,8 @@ function makeFixture() {
     (cat measured/pvb_076.txt; echo '{ Angle of Incidence: 60 }') > slanting/pvb_076.txt
     orv copy clear.txt measured-panes orvdata.mdb --group Fixture
     orv copy slanting orvdata.mdb --group Fixture
-    orv copy ${sources}/examples/shadings orvdata.mdb --group Fixture
+    orv copy '${sources}/examples/shadings' orvdata.mdb --group Fixture
+    [ ! -e '${frames}' ] || orv copy '${frames}' orvdata.mdb --set frames --group Fixture
     orv export measured-panes --form json --single catalogue.json
     for i in clear lowe; do orv export $i.txt --form json --single $i.json; done
     cp clear.json product.json
@@ -116,7 +118,7 @@ function makeFixture() {
 /** Why a command cannot be run here; empty where it can. */
 function hindrance(command) {
   if (command.includes('glazing.mdb') && !existsSync(igdb)) return 'needs the corpus';
-  if (/--set frames/.test(command) && /show|delete|ID/.test(command)) return 'needs a frame';
+  if (/(show|delete).*--set frames/.test(command) && !existsSync(frames)) return 'needs the corpus';
   const tool = command.match(/\| (\w+)/)?.[1] ?? 'orv';
   return spawnSync('bash', ['-c', `command -v ${tool}`], {env: environment}).status === 0 ?
       '' :
