@@ -172,7 +172,12 @@ TEST_F(PaneReader, ReadsHeaderEntriesWithoutRegardToCase) {
   EXPECT_EQ(pane->structure(1)->filename(), "b.txt");
   EXPECT_EQ(pane->structure(1)->Thickness(), 0.76F);
   EXPECT_TRUE(pane->structure(1)->Flipped());
+  EXPECT_EQ(pane->structure(2)->filename(), "c.txt");
+  EXPECT_FALSE(pane->structure(2)->Flipped());
   EXPECT_FALSE(pane->HasSubstrate()) << "references are named, not read";
+  EXPECT_TRUE(pane->use_estimation() && !pane->single_layer());
+  const auto glass = parse("{ Type: Monolithic }{ Material: Glass }\nSI Microns 3 1\n0.3 0.8\n");
+  EXPECT_TRUE(glass->single_layer() && !glass->use_estimation());
 }
 
 /// Each error says where it is, in lines and characters, what stands there and what to do.
@@ -225,6 +230,8 @@ TEST_F(PaneReader, RefusesMalformedFiles) {
        "2, column 12. The lines are: TIR= 0.0 and Emis= 0.84 0.84."},
       {"SI Microns 3 1\n0.3 nan", 1013, "Spectral Data:  'nan' is not a number.  Expected a number",
        "2, column 5. Put headings between braces: { ... }.TOL"},
+      {"SI Microns 3 1\n0.3 +-1", 1013, "Spectral Data:  '+-1' is not a number.  Expected a number",
+       "2, column 5"},
       {"SI Microns 3 1\n0.3 1e99", 1013,
        "Spectral Data:  '1e99' is not a number.  Expected a number", "2, column 5"},
       {"SI Microns 3 1\n{ Café } 0.3 0.8 1D-3", 1014,

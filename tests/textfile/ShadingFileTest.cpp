@@ -88,6 +88,12 @@ TEST_F(ShadingFile, SettlesWhatFollowsFromItsKeysUnlessItSaysOtherwise) {
   ASSERT_EQ(other->integrated().size(), 2U);
   EXPECT_EQ(other->integrated()[0],
             (ShadingIntegratedData{30, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+
+  // Without slats it is of one piece; one measure of them makes it none.
+  const std::string row = "{ Units: Nanometers }\n300 0 0 0.01 0.02 0 0 0.05 0.06\n";
+  EXPECT_TRUE(parse("{ Product type: 1 }" + row)->homogenious());
+  EXPECT_FALSE(parse("{ Product type: 1 }{ Pitch: 22 }" + row)->homogenious());
+  EXPECT_FALSE(parse("{ Product type: 1 }{ Width: 25 }" + row)->homogenious());
 }
 
 TEST_F(ShadingFile, RefusesMalformedFiles) {
