@@ -208,6 +208,22 @@ TEST_F(AuditTest, WhatOnlyLooksLikeAFaultIsLeftAlone) {
       IsEmpty());
 }
 
+TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {
+  const auto screen = [](double scattered) {
+    std::string text =
+        "{ Product Name: Screen }\n{ Manufacturer: Maker }\n{ Units: Nanometers }\n"
+        "{ Thickness: 0.5 }\n{ Conductivity: 0.2 }\n";
+    for (int nm = 300; nm <= 2500; nm += 5) {
+      text += fmt::format("{} 0.1 0.1 0.05 0.05 {} 0.2 0.3 0.3\n", nm, scattered + nm / 1e5);
+    }
+    return text;
+  };
+  const auto findings =
+      audit(texts(TextFileKind::shadings, {{"bad.txt", screen(0.75)}, {"good.txt", screen(0.25)}}));
+  EXPECT_THAT(linesOf(findings), ElementsAre("energy bad.txt"));
+  EXPECT_EQ(findings.front().set, "shadings");
+}
+
 TEST_F(AuditTest, AFindingTellsThePlace) {
   const auto bad = changed(clear(), 655, 655, [](Point& at) { at.Rb += 0.1; });
   const auto findings = audit(texts(TextFileKind::panes, {{"bad.txt", bad.text()}}));

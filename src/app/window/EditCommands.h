@@ -1,4 +1,4 @@
-// The Edit menu's work on records, and their export.
+// The Edit menu's work on records, their export, and audits.
 #pragma once
 
 #include <QObject>

@@ -76,19 +76,18 @@ class Auditor {
 
  private:
   void lookAt(const Part& part, LongWork& work) {
-    std::optional<PaneAuditReader> reader;
-    if (part.kind == RecordKind::panes) reader.emplace(session_, part.node);
+    AuditReader reader(session_, part.node);
     for (const RecordListEntry& entry : part.entries) {
       if (result_.cancelled) return;
       session_.ui.status("Auditing " + entry.identifier + "...");
-      lookAtRecord(part, entry, reader ? &*reader : nullptr);
+      lookAtRecord(part, entry, reader);
       ++result_.records;
       work.stepDone();
       result_.cancelled = session_.ui.cancelled();
     }
   }
 
-  void lookAtRecord(const Part& part, const RecordListEntry& entry, PaneAuditReader* reader) {
+  void lookAtRecord(const Part& part, const RecordListEntry& entry, AuditReader& reader) {
     RecordFacts& record = facts_.records.emplace_back(
         RecordFacts{.kind = part.kind,
                     .identifier = entry.identifier,
@@ -99,9 +98,13 @@ class Auditor {
                                   part.node->DataType() != DataType::orv2Frames &&
                                   part.node->DataType() != DataType::orv2Shadings});
     std::optional<AuditedPane> pane;
+    std::optional<DataSet> shading;
     try {
       if (!entry.failure.empty()) throw Error(kInvalidCall, entry.failure);
-      if (reader != nullptr && readsPanes()) pane = reader->read(entry.identifier);
+      if (part.kind == RecordKind::panes && readsData()) pane = reader.pane(entry.identifier);
+      if (part.kind == RecordKind::shadings && readsData()) {
+        shading = reader.shading(entry.identifier);
+      }
     } catch (const std::exception& error) {
       facts_.records.pop_back();
       return tellUnreadable(part, entry, error);
@@ -111,11 +114,12 @@ class Auditor {
       if (const auto* on = std::get_if<OnRecord>(&rule->check))
         tell(*rule, record, on->look(record));
       if (pane) lookAtPane(*rule, *pane, record);
+      if (shading) tell(*rule, record, faultsOfSpectrum(*rule, *shading));
     }
   }
 
-  /// Whether a rule wants more of panes than their names.
-  bool readsPanes() const {
+  /// Whether a rule wants more of records than what a list of them has.
+  bool readsData() const {
     return std::ranges::any_of(rules_, [](const Rule* rule) {
       if (std::holds_alternative<OnRecord>(rule->check)) return true;
       const auto* on = std::get_if<OnSource>(&rule->check);
@@ -167,7 +171,11 @@ class Auditor {
   }
 
   static std::vector<Fault> faultsOf(const Rule& rule, const DataSet& set) {
-    if (const auto* on = std::get_if<OnDataSet>(&rule.check)) return on->look(set);
+    const auto* on = std::get_if<OnDataSet>(&rule.check);
+    return on != nullptr ? on->look(set) : faultsOfSpectrum(rule, set);
+  }
+
+  static std::vector<Fault> faultsOfSpectrum(const Rule& rule, const DataSet& set) {
     if (!set.hasSpectrum()) return {};
     if (const auto* on = std::get_if<OnAnySpectrum>(&rule.check)) return on->look(set);
     const auto* on = std::get_if<OnSpectrum>(&rule.check);
@@ -184,13 +192,22 @@ class Auditor {
     const RecordFacts record{.kind = part.kind, .identifier = entry.identifier, .name = entry.name};
     const auto type = part.node->DataType();
     if (type == DataType::orv3Panes || type == DataType::orv2Panes) {
-      if (auto faults = negativePoints(*part.node, entry.identifier); !faults.empty()) {
+      if (auto faults = negativePointsOf(*part.node, entry.identifier); !faults.empty()) {
         if (const Rule* const rule = chosen(kOutside)) tell(*rule, record, std::move(faults));
         return;
       }
     }
     if (const Rule* const rule = chosen(kUnreadable)) {
       tell(*rule, record, {{.message = describe(error)}});
+    }
+  }
+
+  static std::vector<Fault> negativePointsOf(const sources::datasource& node,
+                                             const std::string& identifier) {
+    try {
+      return negativePoints(node, identifier);
+    } catch (const Error&) {
+      return {};  // that the record cannot be read is told in any case
     }
   }
 

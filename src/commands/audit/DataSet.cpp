@@ -42,12 +42,12 @@ optics::Surfaces withoutEmissivities(optics::Surfaces surfaces) {
 
 }  // namespace
 
-PaneAuditReader::PaneAuditReader(Session& session, const std::shared_ptr<sources::datasource>& node)
+AuditReader::AuditReader(Session& session, const std::shared_ptr<sources::datasource>& node)
     : reader_(session, node), type_(node->DataType()) {
   for (const auto& standard : optics::kStandardNames) integrators_.emplace_back(standard.standard);
 }
 
-AuditedPane PaneAuditReader::read(const std::string& identifier) {
+AuditedPane AuditReader::pane(const std::string& identifier) {
   AuditedPane pane{.identifier = identifier,
                    .isOfOrv3 = type_ == DataType::orv3Panes,
                    .storesValues = type_ == DataType::orv3Panes || type_ == DataType::orv2Panes};
@@ -69,19 +69,40 @@ AuditedPane PaneAuditReader::read(const std::string& identifier) {
   return pane;
 }
 
-DataSet PaneAuditReader::dataSet(const std::shared_ptr<GlazingData>& pane) {
+DataSet AuditReader::dataSet(const std::shared_ptr<GlazingData>& pane) {
   DataSet set{.pane = pane};
   const auto& data = pane->SpectralData();
   if (!data || data->count() == 0 || data->MixesAngles()) return set;
   set.wavelengths = wavelengthsOf(*data);
   set.spectrum = optics::spectrumOf(*data);
+  integrate(set);
+  return set;
+}
+
+DataSet AuditReader::shading(const std::string& identifier) {
+  DataSet set{.pane = std::make_shared<GlazingData>()};
+  const auto shading = reader_.shading(identifier);
+  for (const ShadingSpectralPoint& at : shading->spectrum()) {
+    set.wavelengths.push_back(optics::rounded(at.wavelength));
+    set.spectrum[Curve::Tf].push_back(at.T_out_BB + at.T_out_BD);
+    set.spectrum[Curve::Tb].push_back(at.T_in_BB + at.T_in_BD);
+    set.spectrum[Curve::Rf].push_back(at.R_out_BB + at.R_out_BD);
+    set.spectrum[Curve::Rb].push_back(at.R_in_BB + at.R_in_BD);
+  }
+  set.spectrum.wavelengths = set.wavelengths;
+  optics::putInOrder(set.spectrum);
+  if (set.spectrum.wavelengths.empty()) set.wavelengths.clear();  // points that are no numbers
+  integrate(set);
+  return set;
+}
+
+void AuditReader::integrate(DataSet& set) {
   set.units = unitFaultOf(set.spectrum);
-  if (set.units != UnitFault::none) return set;
-  const auto surfaces = withoutEmissivities(optics::surfacesOf(*pane));
+  if (!set.hasSpectrum() || set.units != UnitFault::none) return;
+  const auto surfaces = withoutEmissivities(optics::surfacesOf(*set.pane));
   for (auto& integrator : integrators_) {
     set.integrations.push_back(integrator.integrate(set.spectrum, surfaces));
   }
-  return set;
 }
 
 }  // namespace orv::commands::audit

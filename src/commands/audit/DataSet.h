@@ -1,4 +1,4 @@
-// A pane as an audit looks at it.
+// Panes and shadings as an audit looks at them.
 #pragma once
 
 #include <array>
@@ -18,9 +18,9 @@ inline constexpr double kMeasuringError = 0.01;
 /// The units of a spectrum are mistaken: fractions for percent, or a unit of length for another.
 enum class UnitFault { none, percent, tooLong, tooShort };
 
-/// The data of a pane at one of its angles.
+/// The data of a pane at one of its angles, or those of a shading.
 struct DataSet {
-  std::shared_ptr<const GlazingData> pane;
+  std::shared_ptr<const GlazingData> pane;  ///< of a shading one that holds nothing
   /// Wavelengths in nm, in the order of the source; none without a spectrum.
   std::vector<double> wavelengths = {};
   /// The same points in order, each wavelength once.
@@ -47,17 +47,20 @@ struct AuditedPane {
   const GlazingData& record() const { return *sets.front().pane; }
 };
 
-/// Reads panes for an audit. What depends on wavelengths is kept from one to the next.
-class PaneAuditReader {
+/// Reads records for an audit. What depends on wavelengths is kept from one to the next.
+class AuditReader {
  public:
   /// The session outlives the reader.
-  PaneAuditReader(Session& session, const std::shared_ptr<sources::datasource>& node);
+  AuditReader(Session& session, const std::shared_ptr<sources::datasource>& node);
 
-  /// Raises what reading the pane raises.
-  AuditedPane read(const std::string& identifier);
+  // Both raise what reading the record raises.
+  AuditedPane pane(const std::string& identifier);
+  /// The light that goes on as a beam and the scattered light, together.
+  DataSet shading(const std::string& identifier);
 
  private:
   DataSet dataSet(const std::shared_ptr<GlazingData>& pane);
+  void integrate(DataSet& set);
 
   RecordReader reader_;
   sources::DataTypeCode type_;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <optional>
 
 #include "commands/audit/SourceRules.h"
 #include "model/Text.h"
@@ -36,10 +37,13 @@ Cell cellOf(const KeptSpectrum& spectrum) {
   return cell;
 }
 
-double largestDifference(const KeptSpectrum& a, const KeptSpectrum& b) {
+/// The largest difference of two spectra; none where they are not alike, which most show soon.
+std::optional<double> differenceOfAlike(const KeptSpectrum& a, const KeptSpectrum& b) {
+  constexpr double kRounding = 1e-7;  // of 32-bit floats
   double largest = 0;
   for (std::size_t i = 0; i < a.values.size(); ++i) {
     largest = std::max(largest, std::abs(double{a.values[i]} - double{b.values[i]}));
+    if (largest > kTolerance + kRounding) return std::nullopt;
   }
   return largest;
 }
@@ -49,7 +53,6 @@ class Collection {
  public:
   /// The one that this is like, and by how much they differ; it is kept where there is none.
   std::pair<const KeptSpectrum*, double> addOrFind(const KeptSpectrum& spectrum) {
-    constexpr double kRounding = 1e-7;  // of 32-bit floats
     const Cell own = cellOf(spectrum);
     for (std::int64_t T = -1; T <= 1; ++T) {
       for (std::int64_t Rf = -1; Rf <= 1; ++Rf) {
@@ -59,8 +62,9 @@ class Collection {
           const auto known = cells_.find(cell);
           if (known == cells_.end()) continue;
           for (const KeptSpectrum* other : known->second) {
-            const double difference = largestDifference(*other, spectrum);
-            if (difference <= kTolerance + kRounding) return {other, difference};
+            if (const auto difference = differenceOfAlike(*other, spectrum)) {
+              return {other, *difference};
+            }
           }
         }
       }
