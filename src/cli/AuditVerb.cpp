@@ -97,7 +97,7 @@ class AuditVerb : public Verb {
     if (identifiers_.empty() && !source_.hasConditions()) {
       return auditSource(console.session, source, source_.kind(), options_, each);
     }
-    const auto records = source_.select(source_.recordSet(source), identifiers_);
+    const auto records = source_.select(console, source_.recordSet(source), identifiers_);
     return auditRecords(console.session, records, options_, each);
   }
 
