@@ -6,7 +6,7 @@ environment variable says which of them is on: `a < b` becomes `(orvMutant(7) ? 
 import re
 from dataclasses import dataclass, field
 
-from clang.cindex import CursorKind as K, Index, TypeKind as T
+from clang.cindex import CursorKind as K, Index, LinkageKind, TypeKind as T
 
 TURNED = {'<': '<=', '<=': '<', '>': '>=', '>=': '>', '==': '!=', '!=': '==', '&&': '||', '||': '&&'}
 ARITHMETIC = {'+': '-', '-': '+', '*': '/', '/': '*'}
@@ -221,6 +221,8 @@ class Finder:
         head = self.between(cursor.extent.start.offset, cursor.location.offset)
         outer = self.keyword, self.left
         found = re.search(r'\bconstexpr\b', head)
+        if found and not self.keyword and cursor.linkage == LinkageKind.EXTERNAL:
+            return  # other files may need its value before this one has run
         if found and not self.keyword:
             start = cursor.extent.start.offset + len(head[:found.start()].encode())
             member = cursor.semantic_parent.kind in (K.CLASS_DECL, K.STRUCT_DECL, K.CLASS_TEMPLATE)
@@ -261,7 +263,8 @@ class Finder:
             self.number(cursor)
         elif kind == K.UNARY_OPERATOR and self.text(cursor)[:1] in ('!', '-') and self.text(cursor)[1:2] != '-':
             rule = 'comparison turned' if self.text(cursor)[0] == '!' else 'sign exchanged'
-            self.choice(rule, cursor, f'({self.flat(children[0])})')
+            kept = self.flat(children[0])
+            self.choice(rule, cursor, f'static_cast<bool>({kept})' if rule == 'comparison turned' else f'({kept})')
         elif kind == K.CONDITIONAL_OPERATOR and children:
             self.condition(children[0])
         elif kind == K.RETURN_STMT:
