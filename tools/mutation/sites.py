@@ -43,6 +43,7 @@ class Finder:
         self.bytes = open(self.file, 'rb').read()
         self.sites, self.seen = [], set()
         self.result, self.keyword, self.left = None, [], 0
+        self.never_returns = False  # the compiler may take what follows a call of it for unreachable
 
     def find(self):
         self.within(self.unit.cursor)
@@ -128,7 +129,8 @@ class Finder:
     def statement(self, cursor):
         """Calls and assignments whose value nobody takes."""
         inner = bare(cursor)
-        if self.behind(cursor) != b';' or inner.kind == K.DECL_STMT or inner.kind.is_statement():
+        if self.behind(cursor) != b';' or inner.kind == K.DECL_STMT or inner.kind.is_statement() \
+                or self.never_returns:
             return
         text, children = self.flat(cursor), list(inner.get_children())
         arguments = list(inner.get_arguments()) if inner.kind == K.CALL_EXPR else []
@@ -210,12 +212,15 @@ class Finder:
             self.within(cursor)
 
     def function(self, cursor):
-        outer, self.result = self.result, None if cursor.kind == K.LAMBDA_EXPR else cursor.result_type
+        outer = self.result, self.never_returns
+        self.result = None if cursor.kind == K.LAMBDA_EXPR else cursor.result_type
+        start = cursor.extent.start.offset
+        self.never_returns |= self.bytes[:start].rstrip().endswith(b'[[noreturn]]')
         if not self.between(cursor.extent.start.offset, cursor.extent.start.offset + 9) == 'consteval':
             body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)]
             for child in body:
                 self.visit(child)
-        self.result = outer
+        self.result, self.never_returns = outer
 
     def variable(self, cursor):
         head = self.between(cursor.extent.start.offset, cursor.location.offset)
