@@ -50,14 +50,6 @@ class CommandsTest : public ::testing::Test {
     return opener.openAny(path);
   }
 
-  static void addRow(store::Connection& dc, const std::string& table,
-                     const std::vector<std::pair<std::string, store::Value>>& values) {
-    auto rows = dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
-    rows->addNew();
-    for (const auto& [column, value] : values) rows->setValue(column, value);
-    rows->update();
-  }
-
   /// Sets a column of every row of a statement.
   static void setAll(store::Connection& dc, const std::string& table, const std::string& column,
                      const store::Value& value) {

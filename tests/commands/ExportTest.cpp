@@ -1,7 +1,6 @@
 #include "commands/CommandsTest.h"
 #include "commands/ExportRecords.h"
 #include "commands/PasteRecords.h"
-#include "commands/RecordDetails.h"
 #include "commands/RecordReader.h"
 #include "model/Raised.h"
 
@@ -201,25 +200,6 @@ TEST_F(ExportTest, ARecordThatCannotBeWrittenIsReported) {
                 "data at no angle.",
                 "failure (ORV database manager): The record x could not be exported: \"x\" is not "
                 "the number of a record."}));
-}
-
-TEST(RecordDetailsTest, FieldsHaveUnitsAndCodesHaveWords) {
-  GlazingData pane;
-  pane.unit(kIP);
-  pane.Thickness(0.25F);
-  pane.GlazingType(kAppliedFilm);
-  const auto fields = commands::paneDetails(pane);
-  const auto text = [&](const std::string& name) {
-    for (const auto& field : fields) {
-      if (field.name == name) return field.value + (field.unit.empty() ? "" : " " + field.unit);
-    }
-    return std::string("no such field");
-  };
-  EXPECT_EQ(text("thickness"), "0.25 in");
-  EXPECT_EQ(text("type"), "Applied Film");
-  EXPECT_EQ(text("coated side"), "not set");
-  EXPECT_EQ(text("emissivity front"), "not set");
-  EXPECT_EQ(text("spectral points"), "0");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "commands/CommandsTest.h"
 #include "commands/PasteRecords.h"
 #include "commands/RecordReader.h"
+#include "database/GlazingDatabase.h"
 
 namespace orv::test {
 namespace {
@@ -178,45 +179,11 @@ INSTANTIATE_TEST_SUITE_P(All, TransferTableTest, ::testing::ValuesIn(kDestinatio
 /// The Optics5 user database has the tables of the IGDB and no password: one is made from it.
 TEST_F(CommandsTest, PanesOfAnOptics5UserDatabaseAskForTheirGroup) {
   const auto path = (folder.path() / "user.mdb").string();
-  {
-    auto connection = store::Connection::create(path);
-    store::TableInfo properties;
-    properties.name = "GlazingProperties";
-    properties.columns = {{"GlazingID", store::ColumnType::longInteger}};
-    for (const char* name :
-         {"FileName", "ProductName", "Type", "Substrate_FileName", "Manufacturer", "Acceptance"}) {
-      properties.columns.push_back({name, store::ColumnType::text, 100});
-    }
-    for (const char* name :
-         {"Thickness", "Conductivity", "ef", "eb", "TIR", "Precalc_Rfsol", "Precalc_Rbsol",
-          "Precalc_Tsol", "Precalc_Rfvis", "Precalc_Rbvis", "Precalc_Tvis", "Precalc_Tuv"}) {
-      properties.columns.push_back({name, store::ColumnType::single});
-    }
-    connection->createTable(properties);
-    store::TableInfo spectra;
-    spectra.name = "SpectralData";
-    spectra.columns = {{"GlazingID", store::ColumnType::longInteger},
-                       {"Wavelength", store::ColumnType::single},
-                       {"T", store::ColumnType::single},
-                       {"Rf", store::ColumnType::single},
-                       {"Rb", store::ColumnType::single}};
-    connection->createTable(spectra);
-    store::QueryDesign query;
-    query.name = "qryOptics5Grid";
-    for (const auto& column : properties.columns) {
-      query.outputs.push_back({"GlazingProperties." + column.name});
-    }
-    query.tables = {"GlazingProperties"};
-    connection->createQuery(query);
-    auto row = connection->openRecordset("GlazingProperties", store::CursorType::dynamic,
-                                         store::LockType::optimistic);
-    row->addNew();
-    row->setValue("GlazingID", 1);
-    row->setValue("FileName", "mine.dat");
-    row->setValue("Type", "laminated");
-    row->setValue("Substrate_FileName", "N/A");
-    row->update();
-  }
+  test::makeGlazingDatabase(path, {{{"GlazingID", 1},
+                                    {"FileName", "mine.dat"},
+                                    {"Type", "laminated"},
+                                    {"Substrate_FileName", "N/A"}}})
+      ->close();
   const auto user = opener.openAny(path);
   EXPECT_EQ(user->DataType(), sources::DataType::optics5User);
   const auto database = newDatabase();

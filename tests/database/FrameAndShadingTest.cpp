@@ -146,7 +146,7 @@ TEST_F(ShadingTest, AShadingComesBackAsItWasInserted) {
         },
         column.member);
   }
-  EXPECT_EQ(back->supplier(), "Maker");
+  EXPECT_EQ(back->supplier(), "Maker") << "and not the name of its group's number";
   EXPECT_EQ(back->group(), "Unknown");
   EXPECT_EQ(back->integrated(), shading.integrated());
   EXPECT_EQ(back->spectrum(), shading.spectrum());

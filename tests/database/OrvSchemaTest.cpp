@@ -10,21 +10,6 @@ namespace {
 
 using OrvSchemaTest = DatabaseTest;
 
-TEST_F(OrvSchemaTest, ANewDatabaseHasTheTablesAsDesigned) {
-  for (const store::TableInfo& wanted : database::orvTables()) {
-    const store::TableInfo found = dc->table(wanted.name);
-    ASSERT_EQ(found.columns.size(), wanted.columns.size()) << wanted.name;
-    for (std::size_t i = 0; i < wanted.columns.size(); ++i) {
-      const auto& column = found.columns[i];
-      EXPECT_EQ(column.name, wanted.columns[i].name);
-      EXPECT_EQ(column.type, wanted.columns[i].type) << column.name;
-      EXPECT_EQ(column.autoNumber, wanted.columns[i].autoNumber) << column.name;
-    }
-    EXPECT_EQ(found.indexes.size(), wanted.indexes.size()) << wanted.name;
-  }
-  EXPECT_EQ(dc->tableNames().size(), 11U);
-}
-
 TEST_F(OrvSchemaTest, NamesAndDetailRowsAreFoundThroughIndexes) {
   const std::vector<std::pair<std::string, std::string>> leading = {
       {"Groups", "GroupName"},

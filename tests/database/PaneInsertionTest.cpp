@@ -32,6 +32,7 @@ TEST_F(PaneInsertionTest, WritesThePaneAndItsLookupRows) {
   EXPECT_EQ(row->value("name").toText(), "clear.txt");
   EXPECT_EQ(row->value("product_name").toText(), "Product clear.txt");
   EXPECT_FLOAT_EQ(row->value("thickness").toDouble(), 5.7F);
+  EXPECT_EQ(row->value("conduction").toDouble(), 1);
   EXPECT_EQ(row->value("emission_IR_outdoor").toDouble(), 0.84);
   EXPECT_EQ(row->value("emission_IR_indoor").toDouble(), 0.1);
   EXPECT_EQ(row->value("transmission_IR_outdoor").toDouble(), 0.125);
@@ -39,7 +40,10 @@ TEST_F(PaneInsertionTest, WritesThePaneAndItsLookupRows) {
   EXPECT_TRUE(row->value("single_layer").toBoolean());
   EXPECT_TRUE(row->value("0_30_60").toBoolean());
   EXPECT_TRUE(row->value("freeze").toBoolean());
-  EXPECT_FALSE(row->value("film_outdoor_side").toBoolean());
+  EXPECT_TRUE(row->value("spectral_pane").toBoolean());
+  for (const char* flag : {"film_outdoor_side", "use_estimation", "with_and_without_film"}) {
+    EXPECT_FALSE(row->value(flag).toBoolean()) << flag;
+  }
   EXPECT_EQ(row->value("Ra").toLong(), 0);
   EXPECT_EQ(row->value("coatingcode").toText(), "AB1É");
   EXPECT_EQ(row->value("acceptance").toText(), "#");
@@ -124,13 +128,15 @@ TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) 
     const char* what;
     void (*spoil)(SpectralData&);
     bool isRefused;
+    const char* place = "";
   };
   const Case cases[] = {
       {"50 nm", [](SpectralData& s) { s.wl(0, 0.05F); }, true},
       {"50.1 nm", [](SpectralData& s) { s.wl(0, 0.0501F); }, false},
       {"100 microns", [](SpectralData& s) { s.wl(4, 100); }, true},
       {"99.9 microns", [](SpectralData& s) { s.wl(4, 99.9F); }, false},
-      {"transmittance", [](SpectralData& s) { s.Tf(2, 1.001F); }, true},
+      {"transmittance", [](SpectralData& s) { s.Tf(2, 1.001F); }, true,
+       "point 3, 500 nm: the transmittance is 1.001, not from 0 to 1"},
       {"back transmittance", [](SpectralData& s) { s.Tb(2, 1.001F); }, true},
       {"reflectance", [](SpectralData& s) { s.Rf(2, 1.001F); }, true},
       {"back reflectance", [](SpectralData& s) { s.Rb(2, 1.001F); }, true},
@@ -149,6 +155,7 @@ TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) 
     const std::int64_t spectralRows = rowCount("Pane_spectral_data");
     const Raised raised = raisedBy([&] { database.InsertPane(*pane, *dc); });
     EXPECT_EQ(raised.number, each.isRefused ? database::kInvalidSpectrum : 0);
+    EXPECT_TRUE(raised.place.starts_with(each.place)) << raised.place;
     EXPECT_EQ(rowCount("Pane"), ++panes);
     EXPECT_EQ(rowCount("Pane_integrated_data"), panes);
     EXPECT_EQ(rowCount("Pane_spectral_data"), spectralRows + (each.isRefused ? 0 : 5));

@@ -1,4 +1,7 @@
+#include <gmock/gmock.h>
+
 #include "database/DatabaseErrors.h"
+#include "database/GlazingDatabase.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "support/Corpus.h"
@@ -33,8 +36,12 @@ TEST_F(PaneRetrievalTest, APaneComesBackAsItWasInserted) {
   EXPECT_EQ(back->description(), "some text");
   EXPECT_EQ(back->Acceptance(), "#");
   EXPECT_EQ(back->ORV_Angle(), 30);
-  EXPECT_EQ(back->Precalc_Rfsol(), 0.11F);
-  EXPECT_EQ(back->Precalc_Tbuv(), 0.22F);
+  const float integrated[] = {back->Precalc_Rfsol(), back->Precalc_RbSol(), back->Precalc_Tfsol(),
+                              back->Precalc_Tbsol(), back->Precalc_Rfvis(), back->Precalc_Rbvis(),
+                              back->Precalc_Tfvis(), back->Precalc_Tbvis(), back->Precalc_Rfuv(),
+                              back->Precalc_Rbuv(),  back->Precalc_Tfuv(),  back->Precalc_Tbuv()};
+  EXPECT_THAT(integrated, ::testing::ElementsAre(0.11F, 0.12F, 0.13F, 0.14F, 0.15F, 0.16F, 0.17F,
+                                                 0.18F, 0.19F, 0.2F, 0.21F, 0.22F));
 
   const SpectralData& spectrum = *back->SpectralData();
   ASSERT_EQ(spectrum.count(), 5);
@@ -161,39 +168,91 @@ TEST_F(ForeignPaneTest, Version3ReadsNotesNamesAndAngles) {
 }
 
 TEST_F(ForeignPaneTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
-  ORV_NEEDS_CORPUS();
-  const auto dc = open("glazing.mdb", "tekzil");
-  const auto clear = database.RetrievePaneIGDB(*dc, "PANE00003.DAT");
+  const auto dc = makeGlazingDatabase((folder.path() / "igdb.mdb").string(),
+                                      {{{"GlazingID", 3},
+                                        {"FileName", "CLEAR.DAT"},
+                                        {"Type", "Monolithic"},
+                                        {"ProductName", "Clear ®"},
+                                        {"Manufacturer", "Maker 3"},
+                                        {"Acceptance", "#"},
+                                        {"Substrate_FileName", "N/A"},
+                                        {"Thickness", 4.5},
+                                        {"Conductivity", 1.25},
+                                        {"ef", 0.84},
+                                        {"eb", 0.75},
+                                        {"TIR", 0.125},
+                                        {"Precalc_Rfsol", 0.1},
+                                        {"Precalc_Rbsol", 0.2},
+                                        {"Precalc_Tsol", 0.3},
+                                        {"Precalc_Rfvis", 0.4},
+                                        {"Precalc_Rbvis", 0.5},
+                                        {"Precalc_Tvis", 0.6},
+                                        {"Precalc_Tuv", 0.7}},
+                                       {{"GlazingID", 4},
+                                        {"FileName", "COATED.DAT"},
+                                        {"Type", "COATED"},
+                                        {"Substrate_FileName", "clear.dat"}},
+                                       {{"GlazingID", 5},
+                                        {"FileName", "film.dat"},
+                                        {"Type", "Applied film"},
+                                        {"Substrate_FileName", "gone.dat"}},
+                                       {{"GlazingID", 6},
+                                        {"FileName", "stack.dat"},
+                                        {"Type", "laminate"},
+                                        {"Substrate_FileName", "Unknown"}}});
+  const auto clear = database.RetrievePaneIGDB(*dc, "clear.DAT");
   ASSERT_NE(clear, nullptr);
   EXPECT_EQ(clear->id(), 3);
+  EXPECT_EQ(clear->filename(), "CLEAR.DAT");
   EXPECT_EQ(clear->GlazingType(), kMonolithic);
-  EXPECT_TRUE(clear->single_layer());
-  EXPECT_FALSE(clear->use_estimation());
-  EXPECT_FALSE(clear->with_and_without_film());
-  EXPECT_FALSE(clear->HasSubstrate());
   EXPECT_EQ(clear->description(), "Monolithic Appearance: ");
   EXPECT_EQ(clear->group(), "IGDB");
   EXPECT_EQ(clear->supplier(), "Maker 3");
-  EXPECT_EQ(clear->productname(), "Product ® 3");
+  EXPECT_EQ(clear->productname(), "Clear ®");
+  EXPECT_EQ(clear->Acceptance(), "#");
   EXPECT_EQ(clear->ORV_CoatingClass(), "");
+  EXPECT_EQ(clear->unit(), kSI);
+  EXPECT_EQ(clear->ORV_Angle(), 0);
   EXPECT_EQ(clear->ORV_Direction(), 1);
-  EXPECT_EQ(clear->Precalc_Tbsol(), 0.8F);
-  EXPECT_EQ(clear->Precalc_Tfsol(), 0.8F);
-  EXPECT_EQ(clear->Precalc_Rfuv(), 0);
-  EXPECT_EQ(clear->Precalc_Tbuv(), 0.6F);
-  EXPECT_EQ(clear->SpectralData()->count(), 100);
-  EXPECT_EQ(clear->SpectralData()->WavelengthUnit(), kMicrons);
+  EXPECT_TRUE(clear->single_layer() && clear->spectral_pane());
+  EXPECT_FALSE(clear->use_estimation() || clear->Use_0_30_60() || clear->ORV_Frozen());
+  EXPECT_FALSE(clear->with_and_without_film() || clear->HasSubstrate());
+  const float read[] = {clear->Thickness(),     clear->Conductivity(),  clear->TfIR(),
+                        clear->TbiR(),          clear->Precalc_Rfsol(), clear->Precalc_RbSol(),
+                        clear->Precalc_Tfsol(), clear->Precalc_Tbsol(), clear->Precalc_Rfvis(),
+                        clear->Precalc_Rbvis(), clear->Precalc_Tfvis(), clear->Precalc_Tbvis(),
+                        clear->Precalc_Rfuv(),  clear->Precalc_Rbuv(),  clear->Precalc_Tfuv(),
+                        clear->Precalc_Tbuv()};
+  EXPECT_THAT(read, ::testing::ElementsAre(4.5F, 1.25F, 0.125F, 0.125F, 0.1F, 0.2F, 0.3F, 0.3F,
+                                           0.4F, 0.5F, 0.6F, 0.6F, 0, 0, 0.7F, 0.7F));
+  EXPECT_FLOAT_EQ(static_cast<float>(clear->ORV_Emissivity_front()), 0.84F);
+  EXPECT_EQ(clear->ORV_Emissivity_back(), 0.75);
+  const SpectralData& spectrum = *clear->SpectralData();
+  ASSERT_EQ(spectrum.count(), 3);
+  EXPECT_EQ(spectrum.WavelengthUnit(), kMicrons);
+  EXPECT_EQ(spectrum.wl(0), 0.3F);
+  EXPECT_EQ(spectrum.wl(2), 2.5F);
+  EXPECT_FLOAT_EQ(spectrum.Tf(1), 0.155F);
+  EXPECT_EQ(spectrum.Tb(1), spectrum.Tf(1));
+  EXPECT_FLOAT_EQ(spectrum.Rf(1), 0.0925F);
+  EXPECT_FLOAT_EQ(spectrum.Rb(1), 0.06125F);
 
-  const auto coated = database.RetrievePaneIGDB(*dc, "pane00004.dat");
-  ASSERT_NE(coated, nullptr);
+  const auto coated = database.RetrievePaneIGDB(*dc, "coated.dat");
   EXPECT_EQ(coated->GlazingType(), kCoated);
   EXPECT_EQ(coated->description(), "Coated Appearance: ");
-  EXPECT_TRUE(coated->use_estimation());
+  EXPECT_TRUE(coated->use_estimation() && !coated->single_layer());
   ASSERT_TRUE(coated->HasSubstrate());
-  EXPECT_EQ(coated->SubstrateFilename(), "PANE00003.DAT");
+  EXPECT_EQ(coated->SubstrateFilename(), "clear.dat");
   EXPECT_EQ(coated->SubstrateReference()->id(), 3);
-  EXPECT_EQ(coated->SubstrateReference()->SpectralData()->count(), 100);
+  EXPECT_EQ(coated->SubstrateReference()->SpectralData()->Tf(1), spectrum.Tf(1));
 
+  const auto film = database.RetrievePaneIGDB(*dc, "film.dat");
+  EXPECT_EQ(film->GlazingType(), kAppliedFilm);
+  EXPECT_EQ(film->description(), "Applied film Appearance: ");
+  EXPECT_EQ(film->SubstrateReference()->SpectralData(), nullptr) << "its substrate is not there";
+  const auto stack = database.RetrievePaneIGDB(*dc, "stack.dat");
+  EXPECT_EQ(stack->GlazingType(), kLaminate);
+  EXPECT_FALSE(stack->HasSubstrate());
   EXPECT_EQ(database.RetrievePaneIGDB(*dc, "not there"), nullptr);
 }
 

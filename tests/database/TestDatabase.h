@@ -32,6 +32,16 @@ class ScriptedQuestions : public database::PaneQuestions {
   std::vector<std::string> asked;
 };
 
+using FieldValues = std::vector<std::pair<std::string, store::Value>>;
+
+/// Adds a row with these values to a table.
+inline void addRow(store::Connection& dc, const std::string& table, const FieldValues& values) {
+  auto rows = dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
+  rows->addNew();
+  for (const auto& [column, value] : values) rows->setValue(column, value);
+  rows->update();
+}
+
 /// A pane with a spectrum of five points from 300 nm in steps of 100 nm.
 inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16_t angle = 0) {
   auto pane = std::make_shared<GlazingData>();
@@ -104,13 +114,8 @@ class DatabaseTest : public ::testing::Test {
     return rows->eof() ? store::Value() : rows->value(std::size_t{0});
   }
 
-  /// Adds a row with these values to a table.
-  void addRow(const std::string& table,
-              const std::vector<std::pair<std::string, store::Value>>& values) {
-    auto rows = dc->openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
-    rows->addNew();
-    for (const auto& [column, value] : values) rows->setValue(column, value);
-    rows->update();
+  void addRow(const std::string& table, const FieldValues& values) {
+    test::addRow(*dc, table, values);
   }
 
   Folder folder;

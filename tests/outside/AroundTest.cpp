@@ -1,12 +1,10 @@
 // What people and other programs do to a database, and to the files that stand beside it while it
 // is being changed.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -62,43 +60,8 @@ class Around : public testing::Test {
     return calls;
   }
 
-  void expectContent(const Content& expected) {
-    EXPECT_EQ(run(orv({"check", kDatabase})).exit, 0);
-    EXPECT_EQ(difference(expected, contentOf(database())), "");
-  }
-
   TemporaryFolder folder_;
 };
-
-/// A backup of before other changes is put over the file whose last change was cut short.
-TEST_F(Around, ABackupThatIsRestoredIsNotMixedWithALaterChange) {
-  const TemporaryFolder backup;  // with other records than the file had when its log began
-  fs::copy_file(database(), backup / kDatabase);
-  mustRun(backup.path(), orv({"delete", kDatabase, "2", "--yes"}));
-  const Content expected = contentOf(backup / kDatabase);
-  int live = 0;
-  for (const std::uint64_t call : someCalls(30)) {
-    SCOPED_TRACE("killed before call " + std::to_string(call));
-    const TemporaryFolder folder;
-    const fs::path file = folder.path() / kDatabase;
-    rehearsal().begin(folder.path());
-    ASSERT_TRUE(rehearsal().disturbed(folder.path(), {kKillBefore, call}).killed);
-    fs::copy_file(backup / kDatabase, file, fs::copy_options::overwrite_existing);
-    const Ended first = test::run(orv({"list", kDatabase}), {.folder = folder.path()});
-    EXPECT_TRUE(bytesOf(file) == bytesOf(backup / kDatabase)) << "The backup was changed.";
-    if (first.exit != 0) {
-      ++live;
-      EXPECT_NE(first.err.find(file.string()), std::string::npos) << first.err;
-      EXPECT_NE(first.err.find("check"), std::string::npos) << first.err;
-      EXPECT_FALSE(besides(folder.path()).empty()) << "The log is gone.";
-    }
-    EXPECT_EQ(test::run(orv({"check", kDatabase}), {.folder = folder.path()}).exit, 0);
-    EXPECT_EQ(difference(expected, contentOf(file)), "");
-    EXPECT_EQ(test::run(copyTo(kDatabase), {.folder = folder.path()}).exit, 0);
-    EXPECT_EQ(recordCount(contentOf(file)), 6U);
-  }
-  EXPECT_GT(live, 0) << "No log was noticed that was not that of the backup.";
-}
 
 /// A log of another database, whole and sound, comes to stand beside this one.
 TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
@@ -119,39 +82,6 @@ TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
     EXPECT_TRUE(bytesOf(database()) == content);
     EXPECT_EQ(run(orv({"check", kDatabase})).exit, 0);
     for (const fs::path& file : besides(folder_.path())) fs::remove(file);
-  }
-}
-
-/// What stands beside a database is garbage, or a log with a number that somebody made up.
-TEST_F(Around, AForgedLogDoesNoHarm) {
-  const std::uint64_t call = rehearsal().calls() / 2;
-  const TemporaryFolder left;
-  rehearsal().begin(left.path());
-  ASSERT_TRUE(rehearsal().disturbed(left.path(), {kKillBefore, call}).killed);
-  const std::vector<fs::path> files = besides(left.path());
-  ASSERT_EQ(files.size(), 1U);
-  const std::string log = bytesOf(files[0]);
-  std::vector<std::string> forged = {"", "garbage", std::string(5000, '\0'),
-                                     std::string(5000, '\xff'), log.substr(0, log.size() / 2)};
-  for (std::size_t at = 0; at < 64; at += isLongRun() ? 4 : 16) {
-    for (const char byte : {'\0', '\xff'}) {
-      for (const std::size_t base : {0, 512, 1024}) {
-        forged.push_back(log);
-        forged.back().replace(base + at, 4, 4, byte);
-      }
-    }
-  }
-  for (std::size_t i = 0; i < forged.size(); ++i) {
-    SCOPED_TRACE("forged log " + std::to_string(i));
-    const TemporaryFolder folder;
-    fs::copy(left.path(), folder.path());
-    write(folder.path() / files[0].filename(), forged[i]);
-    const std::uintmax_t size = fs::file_size(folder.path() / kDatabase);
-    const Ended first = test::run(orv({"list", kDatabase}), {.folder = folder.path()});
-    EXPECT_GE(first.exit, 0) << "It crashed.";
-    const std::uintmax_t now = fs::file_size(folder.path() / kDatabase);
-    EXPECT_GE(now, size);
-    EXPECT_LE(now, size + log.size());
   }
 }
 
@@ -191,21 +121,6 @@ TEST_F(Around, ALinkInThePlaceOfAFileOfOursIsNotFollowed) {
   }
 }
 
-TEST_F(Around, ADatabaseWithTwoNamesIsReadAndNotChanged) {
-  fs::create_hard_link(database(), folder_ / "second.mdb");
-  const std::string content = bytesOf(database());
-  for (const std::string name : {kDatabase, "second.mdb"}) {
-    EXPECT_EQ(run(orv({"list", name})).exit, 0);
-    const Ended ended = run(copyTo(name));
-    EXPECT_NE(ended.exit, 0);
-    EXPECT_NE(ended.err.find(name), std::string::npos) << ended.err;
-    EXPECT_NE(ended.err.find("link"), std::string::npos) << ended.err;
-  }
-  EXPECT_TRUE(bytesOf(database()) == content);
-  fs::remove(folder_ / "second.mdb");
-  EXPECT_EQ(run(copyTo(kDatabase)).exit, 0);
-}
-
 /// It gets the second name when a change was cut short.
 TEST_F(Around, NothingIsLostByASecondNameAfterACrash) {
   for (const std::uint64_t call : someCalls(8)) {
@@ -220,34 +135,6 @@ TEST_F(Around, NothingIsLostByASecondNameAfterACrash) {
     rehearsal().judge(folder.path(), reportedBy(ended.out + ended.err));
     rehearsal().complete(folder.path());
   }
-}
-
-TEST_F(Around, ALinkToADatabaseIsAsGoodAsTheDatabase) {
-  fs::create_directory(folder_ / "links");
-  fs::create_symlink(database(), folder_ / "links/link.mdb");
-  const Ended ended = run(copyTo("links/link.mdb"), {kKillBefore, rehearsal().calls() / 2});
-  ASSERT_TRUE(ended.killed);
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder_ / "links"), {}), 1)
-      << "The log stands beside the link.";
-  fs::remove_all(folder_ / "links");
-  rehearsal().judge(folder_.path(), reportedBy(ended.out + ended.err));
-  rehearsal().complete(folder_.path());
-}
-
-TEST_F(Around, APathWithASemicolonIsRefused) {
-  const std::string path = std::string(kDatabase) + ";b.mdb";
-  fs::copy_file(database(), folder_ / path);
-  const std::string content = bytesOf(database());
-  for (const Command& command :
-       {orv({"list", path}), orv({"check", path}), orv({"info", path}), copyTo(path),
-        orv({"delete", path, "1", "--yes"}), orv({"sql", path, "SELECT * FROM Pane"}),
-        orv({"new", std::string(kDatabase) + ";c.mdb"}), orv({"export", path, "--to", "out"})}) {
-    const Ended ended = run(command);
-    EXPECT_NE(ended.exit, 0) << command.arguments[0];
-    EXPECT_NE(ended.err.find(';'), std::string::npos) << command.arguments[0] << ": " << ended.err;
-  }
-  EXPECT_TRUE(bytesOf(database()) == content);
-  EXPECT_TRUE(bytesOf(folder_ / path) == content);
 }
 
 enum class Fate { deleted, replaced, overwrittenByRename };
@@ -338,21 +225,6 @@ TEST_F(Around, TwoThatMakeOneDatabaseDoNotReplaceEachOthers) {
     EXPECT_EQ(test::run(orv({"check", kDatabase}), {.folder = folder.path()}).exit, 0);
     EXPECT_EQ(recordCount(contentOf(folder / kDatabase)), filled ? 5U : 0U);
   }
-}
-
-/// Ctrl-C ends a copy after the record under way.
-TEST_F(Around, AnInterruptEndsAfterTheRecordUnderWay) {
-  Program program(copyTo(kDatabase),
-                  {.folder = folder_.path(), .plan = {kStopBefore, rehearsal().calls() / 2}});
-  ASSERT_TRUE(program.waitUntilStopped());
-  program.signal(SIGINT);
-  program.signal(SIGCONT);
-  const Ended ended = program.end();
-  EXPECT_EQ(ended.exit, 1) << ended.err;
-  const std::uint64_t done = rehearsal().judge(folder_.path(), 1);
-  EXPECT_LT(done, 5U);
-  EXPECT_EQ(reportedBy(ended.out), done) << ended.out;
-  rehearsal().complete(folder_.path());
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // Several processes with one file at a time.
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -108,41 +107,6 @@ void expectThatACrowdGetsOn(const fs::path& folder, Clock::duration time) {
 TEST(Crowd, OfWritersAndReadersGetsOn) {
   const TemporaryFolder folder;
   expectThatACrowdGetsOn(folder.path(), isLongRun() ? 60s : 4s);
-}
-
-/// A file system in a file, for as long as this lives.
-class Mounted {
- public:
-  explicit Mounted(const std::string& make) {
-    const std::string image = folder_ / "image";
-    fs::create_directory(place());
-    isMounted_ = geteuid() == 0 &&
-                 succeeds("truncate -s 64M " + image + " && " + make + " " + image) &&
-                 succeeds("mount -o loop " + image + " " + place().string());
-  }
-  ~Mounted() {
-    if (isMounted_) umount2(place().c_str(), MNT_DETACH);
-  }
-  Mounted(const Mounted&) = delete;
-  Mounted& operator=(const Mounted&) = delete;
-
-  bool isMounted() const { return isMounted_; }
-  fs::path place() const { return folder_.path() / "place"; }
-
- private:
-  static bool succeeds(const std::string& command) {
-    return std::system(("(" + command + ") >/dev/null 2>&1").c_str()) == 0;
-  }
-
-  TemporaryFolder folder_;
-  bool isMounted_ = false;
-};
-
-/// With inodes of 128 bytes ext4 has no room for parts of seconds.
-TEST(Crowd, GetsOnWhereFileTimesAreWholeSeconds) {
-  const Mounted fileSystem("mkfs.ext4 -q -F -I 128");
-  if (!fileSystem.isMounted()) GTEST_SKIP() << "no file system can be mounted here";
-  expectThatACrowdGetsOn(fileSystem.place(), isLongRun() ? 60s : 4s);
 }
 
 TEST(Crowd, OfReadersDoesNotStarveAWriter) {

@@ -100,6 +100,7 @@ TEST(BadInputTest, IsToldWithItsPlace) {
 TEST(BadInputTest, PublishedValuesAreFractions) {
   for (const auto& [value, description] :
        {std::pair{"83.4", "This is no fraction. Values are between 0 and 1"},
+        std::pair{"2.01", "This is no fraction. Values are between 0 and 1"},
         std::pair{"-1", "This is negative, and no such value is below 0"}}) {
     const ProductFile file(fmt::format(R"({{"spectral_data": {{"spectral_data": [
         {{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}}]}},

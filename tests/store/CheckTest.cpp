@@ -26,6 +26,7 @@ std::vector<fs::path> corpusFiles() {
       if (file.path().extension() == ".mdb") files.push_back(file.path());
     }
   }
+  files.push_back(test::corpusFolder() / "foreign" / "nwind.mdb");  // has names with a ß
   return files;
 }
 

@@ -231,22 +231,6 @@ TEST_F(Processes, AWriterThatIsKilledLeavesWholeCommitsAndTheOtherGoesOn) {
   RecordProperty("commits of the survivor", survivorsLast + 1);
 }
 
-TEST_F(Processes, TwoWritersDoNotStarveEachOther) {
-  const auto write = [&](int writer) {
-    Ledger ledger(path_);
-    for (int batch = 0; batch < 60; ++batch) {
-      ledger.commit(writer, batch);
-    }
-  };
-  Process other([&](const Process::Tell&) { write(2); });
-  EXPECT_NO_THROW(write(1));
-  EXPECT_EQ(other.wait(), 0);
-  Ledger ledger(path_);
-  EXPECT_EQ(ledger.batchesOf(1), windowUpTo(59));
-  EXPECT_EQ(ledger.batchesOf(2), windowUpTo(59));
-  expectSound();
-}
-
 TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
   const auto database = Database::open(path_, "");
   const auto table = database->table("Ledger");
@@ -319,28 +303,6 @@ TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
   std::filesystem::create_directory(firstHasRead);
   ASSERT_EQ(other.hear(), 1);
   EXPECT_EQ(ledger.batchesOf(2), std::set<int>{3});
-}
-
-TEST_F(Processes, ReadersInALoopDoNotKeepAWriterOut) {
-  const auto read = [&](const Process::Tell& tell) {
-    const auto database = Database::open(path_, "");
-    tell(0);
-    for (;;) {
-      Pager::ReadLock lock(database->pager());
-      std::this_thread::sleep_for(1ms);
-    }
-  };
-  Process one(read);
-  Process two(read);
-  Process three(read);
-  for (Process* reader : {&one, &two, &three}) {
-    ASSERT_TRUE(reader->hear().has_value());
-  }
-  Ledger ledger(path_);
-  for (int batch = 0; batch < 20; ++batch) {
-    EXPECT_NO_THROW(ledger.commit(1, batch));
-  }
-  EXPECT_EQ(ledger.batchesOf(1), windowUpTo(19));
 }
 
 TEST_F(Processes, ACheckLetsAWriterInAndTellsWhatIsThereThen) {

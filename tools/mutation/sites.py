@@ -6,7 +6,7 @@ environment variable says which of them is on: `a < b` becomes `(orvMutant(7) ? 
 import re
 from dataclasses import dataclass, field
 
-from clang.cindex import CursorKind as K, Index, TypeKind as T
+from clang.cindex import CursorKind as K, Index, LinkageKind, TypeKind as T
 
 TURNED = {'<': '<=', '<=': '<', '>': '>=', '>=': '>', '==': '!=', '!=': '==', '&&': '||', '||': '&&'}
 ARITHMETIC = {'+': '-', '-': '+', '*': '/', '/': '*'}
@@ -17,8 +17,8 @@ NUMBERS = INTEGERS | {T.FLOAT, T.DOUBLE, T.LONGDOUBLE}
 FUNCTIONS = {K.FUNCTION_DECL, K.CXX_METHOD, K.CONVERSION_FUNCTION, K.FUNCTION_TEMPLATE,
              K.CONSTRUCTOR, K.DESTRUCTOR}
 # What is settled when the program is compiled; a fault there could not be switched on.
-FIXED = {K.STATIC_ASSERT, K.ENUM_DECL, K.TYPE_ALIAS_DECL, K.TYPEDEF_DECL, K.PARM_DECL, K.USING_DECLARATION,
-         K.CXX_UNARY_EXPR, K.TYPE_ALIAS_TEMPLATE_DECL, K.CONCEPT_DECL if hasattr(K, 'CONCEPT_DECL') else None}
+FIXED = {K.STATIC_ASSERT, K.ENUM_DECL, K.TYPE_ALIAS_DECL, K.TYPEDEF_DECL, K.PARM_DECL,
+         K.USING_DECLARATION, K.CXX_UNARY_EXPR, K.TYPE_ALIAS_TEMPLATE_DECL}
 EMPTY = {'{}', 'nullptr', 'std::nullopt', '0', '""', 'false', 'true', '*this'}
 SYMMETRICAL = {'min', 'max', 'swap', 'equal', 'reserve', 'shrink_to_fit'}
 FAULTS_OF_A_TABLE = 4
@@ -43,6 +43,7 @@ class Finder:
         self.bytes = open(self.file, 'rb').read()
         self.sites, self.seen = [], set()
         self.result, self.keyword, self.left = None, [], 0
+        self.never_returns = False  # the compiler may take what follows a call of it for unreachable
 
     def find(self):
         self.within(self.unit.cursor)
@@ -128,7 +129,8 @@ class Finder:
     def statement(self, cursor):
         """Calls and assignments whose value nobody takes."""
         inner = bare(cursor)
-        if self.behind(cursor) != b';' or inner.kind == K.DECL_STMT or inner.kind.is_statement():
+        if self.behind(cursor) != b';' or inner.kind == K.DECL_STMT or inner.kind.is_statement() \
+                or self.never_returns:
             return
         text, children = self.flat(cursor), list(inner.get_children())
         arguments = list(inner.get_arguments()) if inner.kind == K.CALL_EXPR else []
@@ -210,17 +212,22 @@ class Finder:
             self.within(cursor)
 
     def function(self, cursor):
-        outer, self.result = self.result, None if cursor.kind == K.LAMBDA_EXPR else cursor.result_type
+        outer = self.result, self.never_returns
+        self.result = None if cursor.kind == K.LAMBDA_EXPR else cursor.result_type
+        start = cursor.extent.start.offset
+        self.never_returns |= self.bytes[:start].rstrip().endswith(b'[[noreturn]]')
         if not self.between(cursor.extent.start.offset, cursor.extent.start.offset + 9) == 'consteval':
             body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)]
             for child in body:
                 self.visit(child)
-        self.result = outer
+        self.result, self.never_returns = outer
 
     def variable(self, cursor):
         head = self.between(cursor.extent.start.offset, cursor.location.offset)
         outer = self.keyword, self.left
         found = re.search(r'\bconstexpr\b', head)
+        if found and not self.keyword and cursor.linkage == LinkageKind.EXTERNAL:
+            return  # other files may need its value before this one has run
         if found and not self.keyword:
             start = cursor.extent.start.offset + len(head[:found.start()].encode())
             member = cursor.semantic_parent.kind in (K.CLASS_DECL, K.STRUCT_DECL, K.CLASS_TEMPLATE)
@@ -261,7 +268,8 @@ class Finder:
             self.number(cursor)
         elif kind == K.UNARY_OPERATOR and self.text(cursor)[:1] in ('!', '-') and self.text(cursor)[1:2] != '-':
             rule = 'comparison turned' if self.text(cursor)[0] == '!' else 'sign exchanged'
-            self.choice(rule, cursor, f'({self.flat(children[0])})')
+            kept = self.flat(children[0])
+            self.choice(rule, cursor, f'static_cast<bool>({kept})' if rule == 'comparison turned' else f'({kept})')
         elif kind == K.CONDITIONAL_OPERATOR and children:
             self.condition(children[0])
         elif kind == K.RETURN_STMT:

@@ -54,6 +54,7 @@ def run(command, seconds, worker=0, **environment):
              'QT_QPA_PLATFORM': 'offscreen', **{k: str(v) for k, v in environment.items()}}
 
     def bounded():
+        signal.signal(signal.SIGINT, signal.SIG_DFL)  # programs in the background ignore it
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
         resource.setrlimit(resource.RLIMIT_FSIZE, (FILE, FILE))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

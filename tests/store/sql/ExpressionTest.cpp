@@ -76,6 +76,8 @@ constexpr Example kLike[] = {
     {"'10%' Like '10%'", "True"},
     {"'Clear' ALike 'c%_'", "True"},
     {"'abcabd' Like '*ab[d]'", "True"},
+    {"'-' Like '[a-]' And 'b' Like '[!c-e]'", "True"},
+    {"'b' Like '[a-]' Or 'd' Like '[!c-e]'", "False"},
 };
 INSTANTIATE_TEST_SUITE_P(Like, ExpressionTest, testing::ValuesIn(kLike));
 
@@ -86,7 +88,7 @@ constexpr Example kTextFunctions[] = {
     {"InStr('abcABC', 'B')", "2"},
     {"InStr(3, 'abcABC', 'B')", "5"},
     {"InStr(1, 'abcABC', 'B', 0)", "5"},
-    {"InStrRev('a.b.c', '.')", "4"},
+    {"InStrRev('a.b.c', '.') & InStrRev('a.b.c', '.', 3) & InStrRev('abc', 'x')", "420"},
     {"UCase('größe') & LCase('ÄB')", "GRÖßEäb"},
     {"'[' & Trim('  a ') & LTrim('  b') & RTrim('c  ') & ']'", "[abc]"},
     {"Replace('aXbxc', 'x', '-')", "a-b-c"},
@@ -141,6 +143,9 @@ constexpr Example kDateFunctions[] = {
     {"TimeSerial(25, -30, 0) > 1", "True"},
     {"DateValue('January 31, 2020 10:00') + TimeValue('10:30')", "2020-01-31 10:30:00"},
     {"CDate('31/1/2020')", "2020-01-31"},
+    {"Year('1/1/29') & Year('1/1/30') & IsDate('1/1/2000000') & IsDate('13/13/2020')",
+     "2029193000"},
+    {"Minute(#12:15 AM#) & Hour(#12:15 AM#) & Hour(#12:15 PM#)", "15012"},
     {"MonthName(2) & MonthName(2, True) & WeekdayName(1)", "FebruaryFebSunday"},
     {"IsDate('2/30/2020') & IsDate('2/29/2020') & IsDate(#1:00#)", "0-1-1"},
     {"Now() >= Date And Time() < 1", "True"},

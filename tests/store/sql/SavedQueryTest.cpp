@@ -76,6 +76,59 @@ TEST(SavedQuery, TextOfANewQuery) {
   EXPECT_EQ(SavedQuery("all", SavedQuery::partsOf(design)).sql(), "SELECT * FROM Pane;");
 }
 
+/// The parts that each kind of query keeps, by the numbers of their clauses.
+TEST(SavedQuery, TextOfEveryKind) {
+  constexpr std::int16_t kAppended = -0x8000;
+  const std::pair<std::vector<QueryPart>, const char*> cases[] = {
+      {{{1, 1},
+        {2, 4, "", "[least]"},
+        {2, 10, "", "[name]"},
+        {2, 8, "", "[day]"},
+        {3, 0x02},
+        {5, 0, "", "A", "x"},
+        {6, 0, "x.kind"},
+        {6, 0, "Count(*)", "n"},
+        {8, 0, "x.size > [least]"},
+        {9, 0, "x.kind"},
+        {10, 0, "Count(*) > 2"},
+        {11, 0, "x.kind", "D"},
+        {11, 0, "n"}},
+       "PARAMETERS [least] Long, [name] Text, [day] DateTime; SELECT DISTINCT x.kind, Count(*) AS "
+       "n "
+       "FROM A AS x WHERE x.size > [least] GROUP BY x.kind HAVING Count(*) > 2 "
+       "ORDER BY x.kind DESC, n;"},
+      {{{1, 2, "", "New one"}, {3, 0x09}, {4, 0, "", "C:\\o.mdb"}, {5, 0, "", "A"}},
+       "SELECT DISTINCTROW * INTO [New one] FROM A IN 'C:\\o.mdb';"},
+      {{{1, 3, "", "T"}, {6, kAppended, "1", "", "a"}, {6, kAppended, "'x'", "", "order"}},
+       "INSERT INTO T (a, [order]) VALUES (1, 'x');"},
+      {{{1, 3, "", "T", "b.mdb"}, {5, 0, "", "A"}, {6, 0, "A.y", "", "a"}},
+       "INSERT INTO T (a) IN 'b.mdb' SELECT A.y FROM A;"},
+      {{{1, 4},
+        {5, 0, "", "A"},
+        {6, 0, "A.y + 1", "", "A.x"},
+        {6, 0, "2", "", "A.2 z"},
+        {8, 0, "A.x = 3"}},
+       "UPDATE A SET A.x = A.y + 1, A.[2 z] = 2 WHERE A.x = 3;"},
+      {{{1, 5}, {3, 0x01}, {5, 0, "", "A"}, {8, 0, "A.x = 3"}}, "DELETE * FROM A WHERE A.x = 3;"},
+      {{{1, 6},
+        {5, 0, "", "A"},
+        {6, 0, "Sum(A.v)", "total"},
+        {6, 2, "A.row"},
+        {6, 1, "A.col"},
+        {9, 2, "A.row"},
+        {9, 1, "A.col"}},
+       "TRANSFORM Sum(A.v) AS total SELECT A.row FROM A GROUP BY A.row PIVOT A.col;"},
+      {{{1, 9},
+        {3, 0x02},
+        {5, 0, "SELECT a\r\nFROM A;", "", "X7YZ_____1"},
+        {5, 0, "SELECT b FROM B", "", "X7YZ_____2"},
+        {11, 0, "a", "D"}},
+       "SELECT a FROM A UNION SELECT b FROM B ORDER BY a DESC;"},
+      {{{1, 7, "CREATE TABLE T (a LONG)"}}, "CREATE TABLE T (a LONG)"},
+  };
+  for (const auto& [parts, text] : cases) EXPECT_EQ(SavedQuery("q", parts).sql(), text);
+}
+
 TEST(SavedQuery, OptionsAndJoinsThatDoNotFit) {
   std::vector<QueryPart> parts = {{1, 1, "", "", ""},
                                   {3, 0x34, "", "10", ""},
