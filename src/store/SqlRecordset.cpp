@@ -23,6 +23,7 @@ SqlRecordset::SqlRecordset(std::unique_ptr<sql::SqlCursor> cursor, CursorType ty
 
 bool SqlRecordset::readTo(std::size_t position) {
   while (rowsRead_ <= position && cursor_ != nullptr) {
+    atEnd_ = true;  // unless a row is found
     if (!cursor_->step()) {
       cursor_.reset();
     } else if (keepsRows_) {
@@ -35,7 +36,8 @@ bool SqlRecordset::readTo(std::size_t position) {
 }
 
 void SqlRecordset::standOn(std::size_t position) {
-  if (!keepsRows_ && position + 1 < rowsRead_) {
+  const bool isPassed = position < rowsRead_ && (position + 1 < rowsRead_ || cursor_ == nullptr);
+  if (!keepsRows_ && isPassed) {
     throw Error(kNotSupported, "A forward-only record set cannot go back.");
   }
   atEnd_ = !readTo(position);

@@ -270,7 +270,8 @@ void TableRecordset::addNew() {
   needUpdatable();
   saveEdit();
   const std::vector<jet::Column>& columns = table_->definition().columns;
-  if (firstValues_.size() != columns.size()) {
+  if (firstOf_ != table_->sharedDefinition()) {
+    firstOf_ = table_->sharedDefinition();
     firstValues_.clear();
     for (const jet::Column& column : columns) firstValues_.push_back(firstValue(column));
   }

@@ -87,6 +87,7 @@ class TableRecordset final : public RecordsetBase {
   std::vector<Pending> pending_;
   /// What new rows hold at first, but for the columns of which each row gets another value.
   std::vector<Value> firstValues_;
+  std::shared_ptr<const jet::TableDefinition> firstOf_;  ///< by which they were made
   /// Keeps other processes from taking the autonumber that a new row has been given.
   std::optional<jet::Pager::WriteLock> numberLock_;
 };

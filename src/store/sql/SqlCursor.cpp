@@ -66,20 +66,21 @@ void SqlCursor::readBatch() {
   batch_.reserve(batchRows_ * columns_.size());
   at_ = 0;
   std::size_t bytes = 0;
-  for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
-    if (!engine_->step(statement_)) {
-      finished_ = true;
-      break;
-    }
-    const std::size_t before = batch_.size();
-    try {
+  try {
+    for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
+      if (!engine_->step(statement_)) {
+        finished_ = true;
+        break;
+      }
+      const std::size_t before = batch_.size();
       readRow();
-    } catch (const Error&) {
-      batch_.clear();
-      finished_ = true;
-      throw;
+      for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
     }
-    for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
+  } catch (const Error&) {
+    // Asked again, SQLite would begin with the first row.
+    batch_.clear();
+    finished_ = true;
+    throw;
   }
   batchRows_ = std::min(batchRows_ * 4, kLargestBatch);
 }

@@ -99,7 +99,7 @@ std::unique_ptr<SqlCursor> SqlEngine::start(PreparedStatement statement) {
 PreparedStatement SqlEngine::prepare(const SqlText& text) {
   std::vector<Token> tokens = Parser::tokens(text);
   StatementShape shape = takeParameters(tokens);
-  auto kept = statements_.take(shape.key, database_->catalogVersion());
+  auto kept = statements_.take(shape.key, database_->catalogVersion(), pager().version());
   PreparedStatement statement = kept ? std::move(*kept) : make(text, std::move(tokens));
   if (statement.holdsForOthers) statement.key = std::move(shape.key);
   for (std::size_t i = 0; i < shape.parameters.size(); ++i) {
@@ -110,6 +110,7 @@ PreparedStatement SqlEngine::prepare(const SqlText& text) {
 
 PreparedStatement SqlEngine::make(const SqlText& text, std::vector<Token> tokens) {
   catalog_.takeSources();  // of a translation that failed
+  catalog_.takeNamesQuery();
   const Query query = Parser::parse(text, std::move(tokens));
   PreparedStatement statement;
   // SQLite picks whole rows out; their values need not go through it.
@@ -124,7 +125,8 @@ PreparedStatement SqlEngine::make(const SqlText& text, std::vector<Token> tokens
     statement.holdsForOthers = translation.holdsForOthers;
   }
   statement.sources = catalog_.takeSources();
-  statement.catalogVersion = database_->catalogVersion();
+  statement.namesQuery = catalog_.takeNamesQuery();
+  statement.version = statement.namesQuery ? pager().version() : database_->catalogVersion();
   return statement;
 }
 
@@ -181,6 +183,7 @@ std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& n
   if (entry == nullptr || entry->kind != jet::CatalogEntry::Kind::query) {
     return std::nullopt;
   }
+  namesQuery_ = true;
   const jet::SavedQuery query(entry->name, database.queryParts(*entry));
   if (query.kind() == jet::QueryKind::passThrough) {
     throw Error(kNotSupported,

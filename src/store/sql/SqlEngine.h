@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "store/jet/catalog/Database.h"
@@ -65,9 +66,12 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
 
     /// The tables that a translation has named since the last call.
     std::vector<PreparedStatement::Source> takeSources();
+    /// Whether it has named a saved query.
+    bool takeNamesQuery() { return std::exchange(namesQuery_, false); }
 
    private:
     SqlEngine& engine_;
+    bool namesQuery_ = false;
     std::vector<PreparedStatement::Source> sources_;
   };
 

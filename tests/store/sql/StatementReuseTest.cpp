@@ -86,6 +86,28 @@ TEST_F(StatementReuse, GivesTheRowsOfItsOwnValues) {
   EXPECT_THAT(idsOf(*first), ElementsAre(4, 7));
 }
 
+TEST_F(StatementReuse, LetsExpressionsThatStandTwiceBeAlike) {
+  add(6);
+  const auto grouped =
+      engine_->open("SELECT grp = 2 AS f, Count(*) FROM Pane GROUP BY grp = 2 ORDER BY 2");
+  ASSERT_TRUE(grouped->step());
+  EXPECT_EQ(grouped->value(1).toLong(), 2);
+  const auto top = engine_->open("SELECT DISTINCT TOP 3 id > 5 AS f FROM Pane ORDER BY id > 5");
+  EXPECT_TRUE(top->step());
+}
+
+TEST_F(StatementReuse, EndsAForwardRecordSetAtItsEnd) {
+  add(2);
+  const auto rows =
+      connection_->openRecordset("SELECT * FROM Pane WHERE id > 0", CursorType::forwardOnly);
+  rows->moveNext();
+  EXPECT_EQ(rows->value("id").toLong(), 2);
+  rows->moveNext();
+  EXPECT_TRUE(rows->eof());
+  EXPECT_THROW(rows->movePrevious(), Error);
+  EXPECT_THROW(rows->value("id"), Error);
+}
+
 TEST_F(StatementReuse, ReadsTextThatStandsForADateOrANumberAnew) {
   add(5);
   EXPECT_THAT(ids("made = '1/3/2020'"), ElementsAre(3));

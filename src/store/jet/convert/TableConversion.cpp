@@ -158,6 +158,7 @@ void TableConversion::nameIndexes(const std::map<PageNumber, TableConversion>& t
         lost.push_back("the relation that " + describeIndex(index) + " enforces");
         index.relationTable = 0;
         index.relationIndex = -1;
+        index.kind = LogicalIndex::Kind::plain;
       }
     }
     addIndexName(format, definition.bytes, *table_, index);

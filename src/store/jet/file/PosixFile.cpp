@@ -303,6 +303,12 @@ class PosixFileSystem final : public FileSystem {
     std::erase_if(names, [&](const std::string& name) {
       return attributeOf(path, name) == attributeOf(former, name);
     });
+    struct stat now {};
+    struct stat before {};
+    if (::stat(path.c_str(), &now) == 0 && ::stat(former.c_str(), &before) == 0) {
+      if (now.st_uid != before.st_uid) names.emplace_back("owner");
+      if (now.st_gid != before.st_gid) names.emplace_back("group");
+    }
     return names;
   }
 

@@ -27,9 +27,11 @@ class IndexRun {
   /// kNotSupported when the key is too long for a page.
   IndexTree::Change insert(std::span<const std::uint8_t> key, RowId row,
                            SameKey sameKey = SameKey::add);
-  /// Removes an entry.
+  /// Removes an entry, which goes on standing in its leaf, for whoever reads the index by another
+  /// way, until the next insert() or finish().
   IndexTree::Change erase(std::span<const std::uint8_t> key, RowId row);
-  /// Frees the leaf at hand, or joins it with a neighbour, if it has become empty, or nearly so.
+  /// Writes what was removed; frees the leaf at hand, or joins it with a neighbour, if it has
+  /// become empty, or nearly so.
   void finish();
 
  private:

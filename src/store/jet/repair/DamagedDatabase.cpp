@@ -10,6 +10,7 @@
 #include "store/jet/catalog/EmptyDatabase.h"
 #include "store/jet/catalog/Password.h"
 #include "store/jet/compact/CopySource.h"
+#include "store/jet/file/Log.h"
 #include "store/jet/page/Rc4.h"
 #include "store/jet/page/Text.h"
 #include "store/jet/repair/MendedFile.h"
@@ -83,6 +84,18 @@ Header mendHeader(const Bytes& beginning) {
   return header;
 }
 
+/// The commits of a log go into the file that its header is of, which this one cannot say.
+void tellLog(const std::string& path, CompactReport& report) {
+  Log log(path, kPageSize);
+  std::size_t commits = 0;
+  if (log.look() == Log::Found::sound)
+    log.forEachRecord([&](const auto&, const auto&) { ++commits; });
+  if (commits > 0) {
+    report.lost.push_back(
+        fmt::format("the last {} changes, as far as they are only in '{}'", commits, log.path()));
+  }
+}
+
 }  // namespace
 
 DamagedDatabase::DamagedDatabase(const std::string& path, const std::string& password,
@@ -112,6 +125,7 @@ DamagedDatabase::DamagedDatabase(const std::string& path, const std::string& pas
     hasNewHeader_ = true;
     report.lost.emplace_back("what the header page says; it was made anew, without a password");
   }
+  if (header && !header->isOwn) tellLog(path, report);
   if (!header || (header->isOwn && size_ % kPageSize == 0)) {
     return;
   }

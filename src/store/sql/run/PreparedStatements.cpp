@@ -36,13 +36,20 @@ void PreparedStatement::bind(int parameter, const Token& value) const {
 }
 
 std::optional<PreparedStatement> PreparedStatements::take(const std::string& key,
-                                                          std::uint64_t catalogVersion) {
-  auto kept = statements_.extract(key);
-  if (kept.empty() || kept.mapped().catalogVersion != catalogVersion ||
-      !std::ranges::all_of(kept.mapped().sources, &PreparedStatement::Source::isCurrent)) {
-    return std::nullopt;
+                                                          std::uint64_t catalogVersion,
+                                                          std::uint64_t fileVersion) {
+  if (catalogVersion_ != catalogVersion) {  // none holds any more, nor should it keep its tables
+    statements_.clear();
+    catalogVersion_ = catalogVersion;
   }
-  return std::move(kept.mapped());
+  auto kept = statements_.extract(key);
+  if (kept.empty()) return std::nullopt;
+  PreparedStatement& statement = kept.mapped();
+  const std::uint64_t version = statement.namesQuery ? fileVersion : catalogVersion;
+  const bool isCurrent =
+      statement.version == version &&
+      std::ranges::all_of(statement.sources, &PreparedStatement::Source::isCurrent);
+  return isCurrent ? std::optional(std::move(statement)) : std::nullopt;
 }
 
 void PreparedStatements::keep(PreparedStatement statement) {

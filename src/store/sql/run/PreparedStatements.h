@@ -51,20 +51,25 @@ struct PreparedStatement {
   std::shared_ptr<jet::Table> rowsOf{};  ///< the table of which it gives the places of rows instead
   bool holdsForOthers = false;           ///< for other values of its parameters
   std::vector<Source> sources{};
-  std::uint64_t catalogVersion = 0;  ///< of the database whose names it was made by
+  /// A number that changes with the names that it was made by: the catalogue's, or that of the
+  /// whole file where a saved query is one of them.
+  std::uint64_t version = 0;
+  bool namesQuery = false;
 };
 
 /// Statements that nobody runs, by their shape: translating and planning one takes longer than
 /// running it does where it picks out the rows of one record.
 class PreparedStatements {
  public:
-  /// One of this shape that holds for the catalogue and the tables as they are now; none when there
-  /// is none.
-  std::optional<PreparedStatement> take(const std::string& key, std::uint64_t catalogVersion);
+  /// One of this shape that holds for the catalogue, the saved queries and the tables as they are
+  /// now; none when there is none.
+  std::optional<PreparedStatement> take(const std::string& key, std::uint64_t catalogVersion,
+                                        std::uint64_t fileVersion);
   void keep(PreparedStatement statement);
 
  private:
   std::unordered_map<std::string, PreparedStatement> statements_;
+  std::uint64_t catalogVersion_ = 0;
 };
 
 }  // namespace orv::store::sql

@@ -47,10 +47,14 @@ void appendTo(std::string& key, const Token& token) {
 
 StatementShape takeParameters(std::vector<Token>& tokens) {
   StatementShape shape;
+  const bool repeatsExpressions = std::ranges::any_of(tokens, [](const Token& token) {
+    return token.isWord("GROUP") || token.isWord("HAVING") || token.isWord("DISTINCT") ||
+           token.isWord("UNION") || token.isWord("TOP");
+  });
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const bool isCompared = i > 0 && i + 1 < tokens.size() && isComparison(tokens[i - 1]) &&
                             endsComparison(tokens[i + 1]);
-    if (isCompared && isValue(tokens[i])) {
+    if (isCompared && !repeatsExpressions && isValue(tokens[i])) {
       tokens[i].parameter = parameterFor(tokens[i], shape.parameters);
     }
     appendTo(shape.key, tokens[i]);

@@ -15,7 +15,8 @@ struct StatementShape {
 
 /// Makes parameters of the whole numbers and texts that something is compared with, as in
 /// `id = 17 AND ...`; equal values become one parameter. All other tokens, and which values are
-/// equal, are part of the shape.
+/// equal, are part of the shape. None where expressions that stand twice, as in GROUP BY, have to
+/// be written alike.
 StatementShape takeParameters(std::vector<Token>& tokens);
 
 }  // namespace orv::store::sql
