@@ -298,7 +298,8 @@ TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
 
 TEST_F(RecordsTest, ColumnsAreShownOfWhatIsDeletedAndRefusedWhereRecordsAreTakenWhole) {
   makeDatabase();
-  const Ended deleted = orv("delete db.mdb --where name:b --columns product_name,thickness --yes");
+  const Ended deleted =
+      orv("delete db.mdb --where name:b --columns 'product_name, thickness' --yes");
   EXPECT_EQ(deleted.out,
             "product_name  thickness\n------------  ---------\nBeta                  3\n"
             "1 record deleted.\n")
