@@ -42,7 +42,7 @@ class CheckVerb : public Verb {
     const commands::LongWork work(ui, "Checking...");
     const auto progress = [&](std::size_t done, std::size_t pages) {
       ui.progressSteps(static_cast<int>(done), static_cast<int>(pages));
-      if (ui.cancelled()) throw std::runtime_error("The check was cancelled.");
+      if (ui.cancelled()) throw commands::Cancelled("The check was cancelled.");
     };
     return commands::withPasswordOfIgdb(password, [&](const std::string& tried) {
       return store::checkFile(file_.path(), tried, progress);

@@ -4,6 +4,7 @@
 
 #include "cli/Failure.h"
 #include "commands/RecordFilter.h"
+#include "model/Text.h"
 
 namespace orv::cli {
 
@@ -38,7 +39,8 @@ void ColumnsArgument::refuseIn(CLI::App& command) {
 std::vector<std::size_t> ColumnsArgument::columnsOf(const commands::RecordTable& table) const {
   std::vector<std::size_t> columns;
   for (const std::string& name : names_) {
-    columns.push_back(usedRightly([&] { return commands::columnNamed(table, name); }));
+    columns.push_back(
+        usedRightly([&] { return commands::columnNamed(table, std::string(trimmed(name))); }));
   }
   for (std::size_t i = 0; names_.empty() && i < table.columns().size(); ++i) columns.push_back(i);
   return columns;

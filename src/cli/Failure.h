@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "commands/CompactDatabase.h"
 #include "commands/ErrorText.h"
 #include "errors/Error.h"
 
@@ -42,12 +43,15 @@ auto usedRightly(Work work) {
   }
 }
 
-/// Runs `open` and turns any error of it into a failure with kCannotOpen.
+/// Runs `open` and turns any error of it into a failure with kCannotOpen. That the user has
+/// ended the work is none.
 template <class Open>
 auto opening(Open open) {
   try {
     return open();
   } catch (const Failure&) {
+    throw;
+  } catch (const commands::Cancelled&) {
     throw;
   } catch (const std::exception& error) {
     throw Failure(kCannotOpen, commands::describe(error));

@@ -54,6 +54,8 @@ class IntegrateVerb : public Verb {
       if (!writer) writer = makeRowWriter(format_, headings(), std::cout);
     };
     const auto selection = source_.select(console, node, identifiers_);
+    const bool hasNone = source_.hasConditions() && selection.RecordsCount() == 0;
+    if (hasNone && !answers_.quiet) std::cerr << "orv: No record meets the conditions.\n";
     const auto result = usedRightly([&] {
       return commands::integrateRecords(console.session, selection, options_,
                                         [&](const IntegratedRow& row) {
@@ -64,6 +66,7 @@ class IntegrateVerb : public Verb {
     if (result.refused) return kWrongUse;
     begin();
     writer->end();
+    if (hasNone) return kAllWell;
     tell(result);
     const bool allWell = result.rows > 0 && result.incomplete == 0 && !result.cancelled;
     return allWell ? kAllWell : kRecordsFailed;

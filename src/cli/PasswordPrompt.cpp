@@ -3,6 +3,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <iostream>
 
@@ -28,7 +29,9 @@ class HiddenInput {
  public:
   HiddenInput() {
     tcgetattr(STDIN_FILENO, &before);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, onInterrupt);
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &action, &former_[i]);
     termios hidden = before;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     hidden.c_lflag |= ECHONL;
@@ -36,10 +39,14 @@ class HiddenInput {
   }
   ~HiddenInput() {
     showInput();
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &former_[i], nullptr);
   }
   HiddenInput(const HiddenInput&) = delete;
   HiddenInput& operator=(const HiddenInput&) = delete;
+
+ private:
+  static constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+  std::array<struct sigaction, kSignals.size()> former_{};
 };
 
 }  // namespace

@@ -18,7 +18,7 @@ std::optional<double> numberIn(std::string_view text) {
   double number = 0;
   const char* end = plain.data() + plain.size();
   const auto [last, error] = std::from_chars(plain.data(), end, number);
-  if (error != std::errc() || last != end) return std::nullopt;
+  if (error != std::errc() || last != end || std::isnan(number)) return std::nullopt;
   return number;
 }
 
@@ -38,6 +38,7 @@ CellFilter::CellFilter(std::string_view text, bool isNumber) {
   const bool exact = text.front() == '=';
   kind_ = exact ? Kind::equals : Kind::contains;
   text_ = lowerCase(exact ? trimmed(text.substr(1)) : text);
+  isFinished_ = isNumber ? !exact || text_.empty() : text.front() != '<' && text.front() != '>';
 }
 
 /// Whether the text is a comparison of numbers, finished or not.
@@ -46,6 +47,7 @@ bool CellFilter::parseNumbers(std::string_view text) {
     low_ = numberIn(text.substr(0, dots));
     high_ = numberIn(text.substr(dots + 2));
     if (low_ || high_) kind_ = Kind::range;
+    isFinished_ = low_ && high_;
     return true;
   }
   const char sign = text.front();
@@ -53,6 +55,7 @@ bool CellFilter::parseNumbers(std::string_view text) {
   const bool orEqual = text.size() > 1 && text[1] == '=';
   const auto number = numberIn(text.substr(orEqual ? 2 : 1));
   if (!number) return sign != '=';
+  isFinished_ = true;
   if (sign != '<') atLeast(*number, sign == '=' || orEqual);
   if (sign != '>') atMost(*number, sign == '=' || orEqual);
   return true;
@@ -69,6 +72,9 @@ void CellFilter::atMost(double number, bool orEqual) {
 }
 
 bool CellFilter::accepts(const store::Value& value, int digits) const {
+  if (const bool* flag = value.getIf<bool>(); flag && text_ == (*flag ? "true" : "false")) {
+    return true;
+  }
   switch (kind_) {
     case Kind::all:
       return true;

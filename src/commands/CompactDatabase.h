@@ -26,10 +26,11 @@ struct CompactRequest {
   store::Losses losses = store::Losses::refuse;  ///< of what Jet 4 cannot hold
 };
 
-/// The user has ended the work; no file was made.
+/// The user has ended the work; no file was made or changed.
 class Cancelled : public std::runtime_error {
  public:
-  Cancelled() : std::runtime_error("The work was cancelled, and no file was made.") {}
+  explicit Cancelled(const char* text = "The work was cancelled, and no file was made.")
+      : std::runtime_error(text) {}
 };
 
 struct CompactResult {

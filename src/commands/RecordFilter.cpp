@@ -12,6 +12,26 @@
 
 namespace orv::commands {
 
+namespace {
+
+CellFilter filterOf(const ColumnCondition& condition, const RecordColumn& column) {
+  CellFilter filter(condition.filter, column.isNumber);
+  if (filter.isFinished()) return filter;
+  const std::string& name = condition.column;
+  const std::string known =
+      column.isNumber
+          ? fmt::format(
+                "numbers: \"{0}>5\", >=, < and <= with a number alone, \"{0}=5\", "
+                "\"{0}:3..6\" with both ends, and \"{0}=\" for empty ones",
+                name)
+          : fmt::format("texts: \"{0}=word\", \"{0}:part\", and \"{0}=\" for empty ones", name);
+  throw Error(kInvalidCall,
+              fmt::format("\"{}\" is not understood. Conditions on this column are of {}.",
+                          condition.text, known));
+}
+
+}  // namespace
+
 ColumnCondition parseCondition(const std::string& text) {
   const auto at = text.find_first_of("<>=:");
   if (at == std::string::npos || at == 0) {
@@ -20,7 +40,7 @@ ColumnCondition parseCondition(const std::string& text) {
                                   "\"thickness:3..6\", \"group=Demo\" and \"name:clear\".");
   }
   const auto filter = at + (text[at] == ':' ? 1 : 0);
-  return {std::string(trimmed(text.substr(0, at))), text.substr(filter)};
+  return {std::string(trimmed(text.substr(0, at))), text.substr(filter), text};
 }
 
 std::size_t columnNamed(const RecordTable& table, const std::string& name) {
@@ -46,7 +66,7 @@ std::vector<std::size_t> matchingRows(RecordTable& table,
   std::vector<Filter> filters;
   for (const ColumnCondition& condition : conditions) {
     const std::size_t column = columnNamed(table, condition.column);
-    filters.push_back({column, CellFilter(condition.filter, table.columns()[column].isNumber)});
+    filters.push_back({column, filterOf(condition, table.columns()[column])});
   }
   table.readAll();
   std::vector<std::size_t> rows;

@@ -12,6 +12,7 @@ namespace orv::commands {
 struct ColumnCondition {
   std::string column;
   std::string filter;
+  std::string text;  ///< as it was typed
 };
 
 /// "thickness>5" or "name:clear": a column, and from the first of "<", ">", "=" on the filter, or
@@ -22,7 +23,8 @@ ColumnCondition parseCondition(const std::string& text);
 /// that there are.
 std::size_t columnNamed(const RecordTable& table, const std::string& name);
 
-/// The rows, all of which are read, that meet every condition.
+/// The rows, all of which are read, that meet every condition. Raises kInvalidCall for a condition
+/// that is not understood whole, so that it never chooses records by a part of it.
 std::vector<std::size_t> matchingRows(RecordTable& table,
                                       const std::vector<ColumnCondition>& conditions);
 

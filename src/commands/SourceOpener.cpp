@@ -1,7 +1,9 @@
 #include "commands/SourceOpener.h"
 
 #include <filesystem>
+#include <utility>
 
+#include "commands/IgdbPassword.h"
 #include "database/DatabaseErrors.h"
 #include "database/OrvSchema.h"
 #include "model/Text.h"
@@ -158,16 +160,11 @@ void createDatabaseFile(const std::string& path) {
 DatabaseFile openDatabaseFile(const std::string& path, const std::string& password) {
   refuseSemicolon(path);
   refuseOtherThanFile(path);
-  try {
-    return {store::Connection::openFile(path, password)};
-  } catch (const Error& error) {
-    if (error.number() != store::kNotAuthenticated) throw;
-    try {
-      return {store::Connection::openFile(path, kIgdbPassword), true};
-    } catch (const Error&) {
-      throw error;
-    }
-  }
+  bool isAgain = false;  // so that it is open with the second password
+  return withPasswordOfIgdb(password, [&](const std::string& tried) -> DatabaseFile {
+    const bool withIgdbPassword = std::exchange(isAgain, true);
+    return {store::Connection::openFile(path, tried), withIgdbPassword};
+  });
 }
 
 }  // namespace orv::commands

@@ -218,6 +218,7 @@ TEST_F(CliTest, APasswordCanBeGiven) {
   EXPECT_EQ(orv("sql " + file + " --queries --password wrong").exit, 3);
   EXPECT_EQ(orv("sql " + file + " --queries --password password").exit, 0);
   EXPECT_EQ(orv("check " + file + " --password password").exit, 0);
+  EXPECT_EQ(orv("check " + file + " --password wrong").exit, 3);
   folder.write("secret", "password\r\nsomething else\n");
   EXPECT_EQ(orv("check " + file + " --password-file secret").exit, 0);
   EXPECT_EQ(orv("sql " + file + " --queries --password-file secret").exit, 0);
@@ -262,6 +263,11 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   copyFromCorpus("orvdata-2.0.1.mdb");
   copyFromCorpus("orvdata-3.0.0.mdb");
   orv("new db.mdb");
+  EXPECT_EQ(orv("check glazing.mdb --password foo").exit, 0);
+  EXPECT_EQ(orv("tables glazing.mdb --password foo").exit, 0);
+  const Ended none = orv("integrate glazing.mdb --where 'thickness>9000'");
+  EXPECT_EQ(none.exit, 0);
+  EXPECT_NE(none.err.find("No record meets the conditions."), std::string::npos) << none.err;
   const Ended igdb = orv("copy glazing.mdb db.mdb");
   EXPECT_EQ(igdb.exit, 0) << igdb.err;
   EXPECT_EQ(igdb.out, "200 records copied.\n");

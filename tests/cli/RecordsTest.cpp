@@ -143,6 +143,27 @@ TEST_F(RecordsTest, ConditionsChooseRecordsForEveryVerb) {
   EXPECT_EQ(orv("delete db.mdb --yes").exit, 2);
 }
 
+TEST_F(RecordsTest, ConditionsNotUnderstoodWholeChooseNothing) {
+  makeDatabase();
+  const std::string before = orv("list db.mdb --format tsv").out;
+  for (const char* condition :
+       {"thickness<>5.85", "thickness>10mm", "thickness>>5", "thickness>", "thickness:x..y",
+        "thickness:3..x", "thickness:3..", "thickness:", "thickness=thin", "thickness<nan",
+        "name:", "name>a", "name<>a.txt"}) {
+    const Ended deleted = orv(fmt::format("delete db.mdb --where '{}' --yes", condition));
+    EXPECT_EQ(deleted.exit, 2) << condition;
+    EXPECT_NE(deleted.err.find(fmt::format("\"{}\" is not understood", condition)),
+              std::string::npos)
+        << deleted.err;
+  }
+  EXPECT_EQ(orv("list db.mdb --format tsv").out, before);
+  for (const char* part : {"thickness=3", "thickness:2.5..3", "thickness:3", "name=a.txt"}) {
+    EXPECT_NE(orv(fmt::format("list db.mdb --where {} --columns name", part)).out.find("a.txt"),
+              std::string::npos)
+        << part;
+  }
+}
+
 TEST_F(RecordsTest, ConditionsChooseFilesByWhatTheyHold) {
   std::filesystem::create_directory(folder.path() / "lab");
   folder.write("lab/a.txt", paneText("Alpha"));
@@ -277,7 +298,8 @@ TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
 
 TEST_F(RecordsTest, ColumnsAreShownOfWhatIsDeletedAndRefusedWhereRecordsAreTakenWhole) {
   makeDatabase();
-  const Ended deleted = orv("delete db.mdb --where name:b --columns product_name,thickness --yes");
+  const Ended deleted =
+      orv("delete db.mdb --where name:b --columns 'product_name, thickness' --yes");
   EXPECT_EQ(deleted.out,
             "product_name  thickness\n------------  ---------\nBeta                  3\n"
             "1 record deleted.\n")

@@ -91,6 +91,17 @@ TEST(RecordView, ComparesNumbersAsNumbers) {
   EXPECT_THAT(filtered(">"), ::testing::SizeIs(5)) << "not finished, and so no filter yet";
 }
 
+TEST(RecordView, YesAndNoAreAlsoTrueAndFalse) {
+  for (const char* text : {"yes", "=Yes", "true", "=True"}) {
+    EXPECT_TRUE(CellFilter(text, false).accepts(store::Value(true), 6)) << text;
+    EXPECT_FALSE(CellFilter(text, false).accepts(store::Value(false), 6)) << text;
+  }
+  for (const char* text : {"no", "=No", "false", "=FALSE"}) {
+    EXPECT_TRUE(CellFilter(text, false).accepts(store::Value(false), 6)) << text;
+    EXPECT_FALSE(CellFilter(text, false).accepts(store::Value(true), 6)) << text;
+  }
+}
+
 TEST(RecordView, SortsTheFilteredRowsAndKeepsEqualOnesInOrder) {
   RecordView view = glazings();
   view.sort(1, true);
