@@ -151,6 +151,11 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
   } cases[] = {
       {"unreadable", "no pane"},
       {"units", changed(clear(), 0, 9999, percent).text()},
+      {"units", changed(clear(), 0, 9999,
+                        [](Point& at) {
+                          at = {at.nm, 0, 1.9, 0.9};
+                        })
+                    .text()},
       {"units", with(clear(), &Draft::unit, "Microns").text()},
       {"units", changed(clear(), 0, 9999, micron).text()},
       {"range",
@@ -206,6 +211,25 @@ TEST_F(AuditTest, WhatOnlyLooksLikeAFaultIsLeftAlone) {
              {"serial.txt", with(clear(6), &Draft::maker, "Kestrel Bay 2").text()},
              {"letter.txt", with(clear(7), &Draft::maker, "Kestrel Bay B").text()}}),
       IsEmpty());
+}
+
+TEST_F(AuditTest, OneSlippedDecimalIsFoundAtItsPlace) {
+  const auto slipped = changed(clear(), 655, 655, [](Point& at) { at.T *= 10; });
+  EXPECT_THAT(found({{"bad.txt", slipped.text()}}), ElementsAre("jump bad.txt", "range bad.txt"));
+}
+
+TEST_F(AuditTest, NamesThatOneLetterTellsApartAreNoSlips) {
+  const char* const makers[] = {
+      "Series I",    "Series II",    "Series III",  "Series VIII", "Series VII",  "Pilken UK",
+      "Pilken US",   "Guardi LU",    "Guardi LE",   "Glas A West", "Glas B West", "Float 3.2 mm",
+      "Float 32 mm", "Float 3,2 cm", "Float 32 cm", "Ferna Low-E", "Ferna Low-E+"};
+  std::vector<std::pair<std::string, std::string>> files;
+  for (int number = 11; const char* maker : makers) {
+    files.emplace_back(fmt::format("{}.txt", number),
+                       with(clear(number), &Draft::maker, maker).text());
+    ++number;
+  }
+  EXPECT_THAT(found(files), IsEmpty());
 }
 
 TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {
@@ -310,7 +334,7 @@ TEST_F(AuditDatabaseTest, FaultsOfRowsAreFoundAtTheirPanes) {
   set("Pane_spectral_data", "reflection_indoor", -0.25, "PaneID = 3 AND wavelength = 500");
   EXPECT_THAT(found(), ElementsAre("emissivity 2", "range 3", "stored-values 1"));
   EXPECT_THAT(linesOf(audit(database, {.without = {"range"}})),
-              ElementsAre("emissivity 2", "stored-values 1"));
+              ElementsAre("emissivity 2", "stored-values 1", "unreadable 3"));
 }
 
 TEST_F(AuditDatabaseTest, ValuesThatAreNoneAreFound) {

@@ -187,14 +187,15 @@ class Auditor {
     return found == rules_.end() ? nullptr : *found;
   }
 
-  /// The readers of databases refuse values below 0.
+  /// The readers of databases refuse values below 0. Where nobody asks for these, the record is
+  /// one that cannot be read all the same.
   void tellUnreadable(const Part& part, const RecordListEntry& entry, const std::exception& error) {
     const RecordFacts record{.kind = part.kind, .identifier = entry.identifier, .name = entry.name};
     const auto type = part.node->DataType();
-    if (type == DataType::orv3Panes || type == DataType::orv2Panes) {
+    const Rule* const outside = chosen(kOutside);
+    if (outside != nullptr && (type == DataType::orv3Panes || type == DataType::orv2Panes)) {
       if (auto faults = negativePointsOf(*part.node, entry.identifier); !faults.empty()) {
-        if (const Rule* const rule = chosen(kOutside)) tell(*rule, record, std::move(faults));
-        return;
+        return tell(*outside, record, std::move(faults));
       }
     }
     if (const Rule* const rule = chosen(kUnreadable)) {

@@ -20,7 +20,7 @@ constexpr Rule kRules[] = {
     {kUnreadable, error, "records that cannot be read", "No program can use them.", OnReading{}},
 
     // One spectrum.
-    {"units", error, "fractions in percent, wavelengths in another unit than they are said to be",
+    {"units", error, "curves in percent, wavelengths in another unit than they are said to be",
      "The spectrum is nonsense to whoever reads it; no other rule looks at it.",
      OnAnySpectrum{mistakenUnits}},
     {kOutside, error, "values below 0, or above 1 by more than a spectrometer errs (0.01)",
@@ -99,7 +99,8 @@ constexpr Rule kRules[] = {
      "One pane is there twice, or has the curve of another.", OnSource{duplicates}},
     {"same-name", warning, "a name that is there twice in a group",
      "Programs find the first of them only.", OnSource{sameNames}},
-    {"similar-makers", warning, "makers whose names differ by case, blanks, accents or one letter",
+    {"similar-makers", warning,
+     "makers whose names differ by case, blanks, accents or one letter of a long word",
      "One maker under two names.", OnSource{similarMakers}},
     {"similar-groups", warning, "the same of groups", "One group under two names.",
      OnSource{similarGroups}},
