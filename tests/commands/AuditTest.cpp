@@ -160,6 +160,9 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
       {"units", changed(clear(), 0, 9999, micron).text()},
       {"range",
        changed(clear(), 0, 9999, [](Point& at) { at.T += 0.3, at.Rf = at.Rb = 0; }).text()},
+      {"near-range",
+       changed(clear(), 0, 9999, [](Point& at) { at.T = 1.009 - at.nm / 1e6, at.Rf = at.Rb = 0; })
+           .text()},
       {"energy", changed(clear(), 0, 9999, [](Point& at) { at.Rf += 0.3; }).text()},
       {"jump", changed(clear(), 655, 655, [](Point& at) { at.Rb += 0.1; }).text()},
       {"detector-step", changed(clear(), 860, 9999, [](Point& at) { at.T += 0.03; }).text()},
