@@ -12,6 +12,7 @@
 #include "app/Help.h"
 #include "app/Text.h"
 #include "app/theme/Icons.h"
+#include "commands/CsvText.h"
 
 namespace orv::app {
 
@@ -64,7 +65,8 @@ QToolBar* AuditDock::buildToolBar() {
   bar->addWidget(search_);
   auto* copy = bar->addAction(icon("copy"), tr("Copy"), this, &AuditDock::copy);
   copy->setObjectName(QStringLiteral("mnuAuditCopy"));
-  explain(copy, tr("Copy the selected findings, or all that are shown, as a table"));
+  explain(copy,
+          tr("Copy the selected findings or rules, or all findings that are shown, as a table"));
   auto* save = bar->addAction(icon("save"), tr("Save as CSV..."), this,
                               [this] { saveAsCsv(tree_->shownRows(), tr("findings"), this); });
   save->setObjectName(QStringLiteral("mnuAuditSave"));
@@ -134,7 +136,10 @@ void AuditDock::copy() const {
   TableRows rows = tree_->selectedRows();
   if (rows.size() == 1) rows = tree_->shownRows();
   QStringList lines;
-  for (const QStringList& row : rows) lines << row.join(u'\t');
+  for (QStringList& row : rows) {
+    for (QString& cell : row) cell = qt(commands::separatedCell(cell.toStdString(), '\t'));
+    lines << row.join(u'\t');
+  }
   QApplication::clipboard()->setText(lines.join(u'\n'));
 }
 
