@@ -276,8 +276,14 @@ TEST_F(AuditTest, RulesAreChosenByNameAndSeverity) {
   EXPECT_THAT(rulesOf({.without = {"gaps", "emissivity"}}), ElementsAre("unknown-maker bad.txt"));
   EXPECT_THAT(rulesOf({.least = commands::audit::Severity::error}),
               ElementsAre("emissivity bad.txt"));
-  EXPECT_NE(raisedBy([&] { audit(node, {.rules = {"gap"}}); }).description.find("gaps"),
-            std::string::npos);
+  const auto refusal = [&](const AuditOptions& options) {
+    return raisedBy([&] { audit(node, options); }).description;
+  };
+  EXPECT_NE(refusal({.rules = {"gap"}}).find("gaps"), std::string::npos);
+  EXPECT_NE(refusal({.rules = {"orphans"}}).find("databases"), std::string::npos);
+  EXPECT_NE(
+      refusal({.rules = {"constant"}, .least = commands::audit::Severity::error}).find("notes"),
+      std::string::npos);
 }
 
 /// Panes of a database: "good" from 1 on, with the values that their spectra have.
@@ -388,6 +394,28 @@ TEST_F(AuditDatabaseTest, RowsWithoutTheirLikeAreFound) {
   const auto orphan = std::ranges::find(findings, "99", &Finding::identifier);
   EXPECT_EQ(orphan->set, "Pane_spectral_data");
   EXPECT_EQ(orphan->fault.message, "Rows of a pane that is gone: 4");
+
+  const auto ofKind = [&](RecordKind kind) {
+    std::vector<Finding> some;
+    commands::audit::auditSource(session, database, kind, {},
+                                 [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofKind(RecordKind::panes),
+              ElementsAre("dangling 3", "orphans 99", "unknown-maker 3", "unused 2"));
+  EXPECT_THAT(ofKind(RecordKind::shadings), ElementsAre("orphans 12", "unused 2"));
+
+  const auto ofRecords = [&](const Lines& identifiers, const char* rule) {
+    std::vector<Finding> some;
+    commands::audit::auditRecords(
+        session, select(recordSet(database, RecordKind::panes), identifiers), {.rules = {rule}},
+        [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofRecords({"1", "3"}, "dangling"), ElementsAre("dangling 3"));
+  EXPECT_THAT(ofRecords({"1", "2"}, "dangling"), IsEmpty());
+  EXPECT_NE(raisedBy([&] { ofRecords({"1"}, "orphans"); }).description.find("all records"),
+            std::string::npos);
 }
 
 TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
