@@ -145,6 +145,9 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
   Draft infrared = with(with(clear(), &Draft::type, "Coated"), &Draft::side, "Both");
   for (double nm = 3000; nm <= 25000; nm += 500) infrared.points.push_back({nm, 0, 0.1, 0.1});
   infrared.front = infrared.back = 0.5;
+  Draft unstated = clear();
+  for (double nm = 2700; nm <= 50000; nm += 100) unstated.points.push_back({nm, 0, 0.1, 0.6});
+  unstated.front = unstated.back = 0;
   const struct {
     const char* rule;
     std::string text;
@@ -184,6 +187,7 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
       {"emissivity-infrared", infrared.text()},
       {"exchanged", with(changed(coated(), 0, 9999, dimmer), &Draft::side, "Front").text()},
       {"uncoated-low-e", with(clear(), &Draft::back, 0.4).text()},
+      {"uncoated-low-e", unstated.text()},
       {"thickness", with(clear(), &Draft::thickness, 0.25).text()},
       {"conductivity", with(clear(), &Draft::conductivity, 20.0).text()},
       {"missing-data", with(clear(), &Draft::conductivity, 0.0).text()},
@@ -423,7 +427,13 @@ TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
   auto thick = pane("thick", 15);
   thick->Thickness(60);
   insert(thick);
-  EXPECT_THAT(found(), ElementsAre("outliers 15"));
+  for (int i = 16; i <= 21; ++i) {
+    auto foil = pane("foil" + std::to_string(i), i);
+    foil->group("Foils");
+    foil->Thickness(i == 19 ? 1.5 : 5);
+    insert(foil);
+  }
+  EXPECT_THAT(found(), ElementsAre("outliers 15", "outliers 19"));
 }
 
 TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {

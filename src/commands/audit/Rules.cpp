@@ -107,7 +107,9 @@ constexpr Rule kRules[] = {
     {"similar-groups", warning, "the same of groups", "One group under two names.",
      OnSource{similarGroups}},
     {"outliers", note,
-     "a thickness or a transmittance far from those of the group: ten times as far as half of them",
+     "a thickness or a transmittance far from those of the group: ten times as far as half of "
+     "them, "
+     "and three times as much or a third for a thickness",
      "The record is in the wrong group, or wrong.", OnSource{outliers}},
     {"unused", note, "groups, makers and types of frames that no record uses", "They can go.",
      OnSource{unusedNames}},
