@@ -211,8 +211,11 @@ TEST_F(AuditTest, WhatOnlyLooksLikeAFaultIsLeftAlone) {
   const double noise = 4e-4;
   const Draft noisy =
       changed(clear(5), 0, 9999, [&](Point& at) { at.T += noise * std::sin(at.nm * at.nm); });
+  Draft infraredApart = without(clear(8), 2451, 9999);
+  for (double nm = 5000; nm <= 50000; nm += 500) infraredApart.points.push_back({nm, 0, 0.1, 0.1});
   EXPECT_THAT(
       found({{"falling.txt", falling.text()},
+             {"apart-infrared.txt", infraredApart.text()},
              {"noisy.txt", noisy.text()},
              {"apart.txt", changed(clear(1), 0, 9999, [](Point& at) { at.T += 2e-4; }).text()},
              {"serial.txt", with(clear(6), &Draft::maker, "Kestrel Bay 2").text()},
