@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -72,7 +73,13 @@ QToolBar* AuditDock::buildToolBar() {
   save->setObjectName(QStringLiteral("mnuAuditSave"));
   explain(save, tr("Save the findings that are shown as a table for other programs"));
   connect(severity_, &QComboBox::currentIndexChanged, this, &AuditDock::followFilter);
-  connect(search_, &QLineEdit::textChanged, this, &AuditDock::followFilter);
+  // The tree is filled when the typing rests.
+  constexpr int kRest = 150;  // ms
+  auto* rest = new QTimer(this);
+  rest->setSingleShot(true);
+  rest->setInterval(kRest);
+  connect(search_, &QLineEdit::textChanged, rest, qOverload<>(&QTimer::start));
+  connect(rest, &QTimer::timeout, this, &AuditDock::followFilter);
   return bar;
 }
 
