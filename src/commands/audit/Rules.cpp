@@ -17,7 +17,8 @@ namespace {
 using enum Severity;
 
 constexpr Rule kRules[] = {
-    {kUnreadable, error, "records that cannot be read", "No program can use them.", OnReading{}},
+    {kUnreadable, error, "records that cannot be read",
+     "This program can neither show nor copy them.", OnReading{}},
 
     // One spectrum.
     {"units", error, "curves in percent, wavelengths in another unit than they are said to be",
