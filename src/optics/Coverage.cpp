@@ -70,7 +70,8 @@ class CoverageSum {
     for (; right < wavelengths_.size() && wavelengths_[right - 1] < end; ++right) {
       const Gap gap{wavelengths_[right - 1], wavelengths_[right]};
       if (isWide(gap)) coverage_.wideGaps.push_back(gap);
-      const bool isWiderThanTable = gap.to - gap.from > tableStep(gap) + kRounding;
+      // Beyond the table the standard asks for nothing.
+      const bool isWiderThanTable = std::min(gap.to, end) - gap.from > tableStep(gap) + kRounding;
       if (isWiderThanTable && isUnusual(wavelengths_, right)) coverage_.gaps.push_back(gap);
     }
   }

@@ -33,6 +33,13 @@ class AuditWindowTest : public WindowTest {
 
   app::FindingsTree& findings() { return find<app::FindingsTree>("FindingsTree"); }
 
+  /// The first one.
+  void clickFinding(Qt::MouseButton button) {
+    const auto* item = findings().topLevelItem(0)->child(0);
+    findings().scrollToItem(item);
+    QTest::mouseClick(findings().viewport(), button, {}, findings().visualItemRect(item).center());
+  }
+
   QStringList rules() {
     QStringList texts;
     for (int i = 0; i < findings().topLevelItemCount(); ++i) {
@@ -49,10 +56,12 @@ TEST_F(AuditWindowTest, AFindingLeadsToItsRecordAndThePlaceOnItsCurve) {
   trigger("mnuToolsAudit");
   EXPECT_TRUE(find<QDockWidget>("AuditDock").isVisible());
   EXPECT_EQ(rules(), (QStringList{"warning: jump (1)", "note: unknown-maker (1)"}));
-  EXPECT_EQ(label("lblAudit"), "3 records: no errors, 1 warning, 1 note. 2 shown.");
+  EXPECT_EQ(label("lblAudit"), "panes: 3 records: no errors, 1 warning, 1 note. 2 shown.");
 
   trigger("mnuViewSpectrum");
-  findings().setCurrentItem(findings().topLevelItem(0)->child(0));
+  clickFinding(Qt::RightButton);
+  EXPECT_TRUE(grid().selectedRows().isEmpty());
+  clickFinding(Qt::LeftButton);
   EXPECT_EQ(grid().selectedRows().low, 1);
   EXPECT_EQ(grid().selectedRows().high, 1);
   auto& spectra = find<app::SpectrumDock>("SpectrumDock");
@@ -60,13 +69,16 @@ TEST_F(AuditWindowTest, AFindingLeadsToItsRecordAndThePlaceOnItsCurve) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return spectra.pointedWavelength().has_value(); }));
   EXPECT_NEAR(*spectra.pointedWavelength(), 0.655, 0.005);
 
+  grid().selectRows({0, 0});
+  clickFinding(Qt::LeftButton);
+  EXPECT_EQ(grid().selectedRows().low, 1);
+
   trigger("mnuToolsAuditRecords");
   EXPECT_EQ(rules(), QStringList("warning: jump (1)"));
-  EXPECT_EQ(label("lblAudit"), "1 record: no errors, 1 warning, no notes. 1 shown.");
+  EXPECT_EQ(label("lblAudit"), "panes: 1 record: no errors, 1 warning, no notes. 1 shown.");
   dialogs.press("Yes");
   trigger("mnuFileRemove");
-  findings().setCurrentItem(nullptr);
-  findings().setCurrentItem(findings().topLevelItem(0)->child(0));
+  clickFinding(Qt::LeftButton);
   EXPECT_EQ(label("lblStatus"), "The source that was audited is not open any more.");
 }
 
@@ -77,18 +89,22 @@ TEST_F(AuditWindowTest, FindingsAreFilteredLeftOutAndCopied) {
   EXPECT_EQ(rules(), QStringList("warning: jump (1)"));
   find<QComboBox>("cboSeverity").setCurrentIndex(0);
   find<QLineEdit>("txtFindings").setText("C.TXT");
-  EXPECT_EQ(rules(), QStringList("note: unknown-maker (1)"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return rules() == QStringList("note: unknown-maker (1)"); }));
   trigger("mnuAuditCopy");
   EXPECT_EQ(QGuiApplication::clipboard()->text(),
             "Severity\tRule\tName\tWhat is found\tField\tValue\tExpected\tAngle\tRecord\n"
             "note\tunknown-maker\tc.txt\tNobody knows who makes it\tsupplier\tUnknown\t\t\t"
             "panes c.txt");
   find<QLineEdit>("txtFindings").clear();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rules().size() == 2; }));
+  findings().topLevelItem(0)->setSelected(true);
+  trigger("mnuAuditCopy");
+  EXPECT_EQ(QGuiApplication::clipboard()->text().count(u'\n'), 1);
   findings().setCurrentItem(findings().topLevelItem(0)->child(0));
   trigger("mnuAuditLeaveOut");
   EXPECT_EQ(rules(), QStringList("note: unknown-maker (1)"));
   EXPECT_EQ(label("lblAudit"),
-            "3 records: no errors, 1 warning, 1 note. 1 shown. Rules left out: jump.");
+            "panes: 3 records: no errors, 1 warning, 1 note. 1 shown. Rules left out: jump.");
   {
     app::frmMain another(session, ui);
     EXPECT_EQ(another.findChild<app::AuditDock*>("AuditDock")->leftOut(), QStringList("jump"));

@@ -145,16 +145,27 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
   Draft infrared = with(with(clear(), &Draft::type, "Coated"), &Draft::side, "Both");
   for (double nm = 3000; nm <= 25000; nm += 500) infrared.points.push_back({nm, 0, 0.1, 0.1});
   infrared.front = infrared.back = 0.5;
+  Draft unstated = clear();
+  for (double nm = 2700; nm <= 50000; nm += 100) unstated.points.push_back({nm, 0, 0.1, 0.6});
+  unstated.front = unstated.back = 0;
   const struct {
     const char* rule;
     std::string text;
   } cases[] = {
       {"unreadable", "no pane"},
       {"units", changed(clear(), 0, 9999, percent).text()},
+      {"units", changed(clear(), 0, 9999,
+                        [](Point& at) {
+                          at = {at.nm, 0, 1.9, 0.9};
+                        })
+                    .text()},
       {"units", with(clear(), &Draft::unit, "Microns").text()},
       {"units", changed(clear(), 0, 9999, micron).text()},
       {"range",
        changed(clear(), 0, 9999, [](Point& at) { at.T += 0.3, at.Rf = at.Rb = 0; }).text()},
+      {"near-range",
+       changed(clear(), 0, 9999, [](Point& at) { at.T = 1.009 - at.nm / 1e6, at.Rf = at.Rb = 0; })
+           .text()},
       {"energy", changed(clear(), 0, 9999, [](Point& at) { at.Rf += 0.3; }).text()},
       {"jump", changed(clear(), 655, 655, [](Point& at) { at.Rb += 0.1; }).text()},
       {"detector-step", changed(clear(), 860, 9999, [](Point& at) { at.T += 0.03; }).text()},
@@ -176,6 +187,7 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
       {"emissivity-infrared", infrared.text()},
       {"exchanged", with(changed(coated(), 0, 9999, dimmer), &Draft::side, "Front").text()},
       {"uncoated-low-e", with(clear(), &Draft::back, 0.4).text()},
+      {"uncoated-low-e", unstated.text()},
       {"thickness", with(clear(), &Draft::thickness, 0.25).text()},
       {"conductivity", with(clear(), &Draft::conductivity, 20.0).text()},
       {"missing-data", with(clear(), &Draft::conductivity, 0.0).text()},
@@ -199,13 +211,35 @@ TEST_F(AuditTest, WhatOnlyLooksLikeAFaultIsLeftAlone) {
   const double noise = 4e-4;
   const Draft noisy =
       changed(clear(5), 0, 9999, [&](Point& at) { at.T += noise * std::sin(at.nm * at.nm); });
+  Draft infraredApart = without(clear(8), 2451, 9999);
+  for (double nm = 5000; nm <= 50000; nm += 500) infraredApart.points.push_back({nm, 0, 0.1, 0.1});
   EXPECT_THAT(
       found({{"falling.txt", falling.text()},
+             {"apart-infrared.txt", infraredApart.text()},
              {"noisy.txt", noisy.text()},
              {"apart.txt", changed(clear(1), 0, 9999, [](Point& at) { at.T += 2e-4; }).text()},
              {"serial.txt", with(clear(6), &Draft::maker, "Kestrel Bay 2").text()},
              {"letter.txt", with(clear(7), &Draft::maker, "Kestrel Bay B").text()}}),
       IsEmpty());
+}
+
+TEST_F(AuditTest, OneSlippedDecimalIsFoundAtItsPlace) {
+  const auto slipped = changed(clear(), 655, 655, [](Point& at) { at.T *= 10; });
+  EXPECT_THAT(found({{"bad.txt", slipped.text()}}), ElementsAre("jump bad.txt", "range bad.txt"));
+}
+
+TEST_F(AuditTest, NamesThatOneLetterTellsApartAreNoSlips) {
+  const char* const makers[] = {
+      "Series I",    "Series II",    "Series III",  "Series VIII", "Series VII",  "Pilken UK",
+      "Pilken US",   "Guardi LU",    "Guardi LE",   "Glas A West", "Glas B West", "Float 3.2 mm",
+      "Float 32 mm", "Float 3,2 cm", "Float 32 cm", "Ferna Low-E", "Ferna Low-E+"};
+  std::vector<std::pair<std::string, std::string>> files;
+  for (int number = 11; const char* maker : makers) {
+    files.emplace_back(fmt::format("{}.txt", number),
+                       with(clear(number), &Draft::maker, maker).text());
+    ++number;
+  }
+  EXPECT_THAT(found(files), IsEmpty());
 }
 
 TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {
@@ -249,8 +283,14 @@ TEST_F(AuditTest, RulesAreChosenByNameAndSeverity) {
   EXPECT_THAT(rulesOf({.without = {"gaps", "emissivity"}}), ElementsAre("unknown-maker bad.txt"));
   EXPECT_THAT(rulesOf({.least = commands::audit::Severity::error}),
               ElementsAre("emissivity bad.txt"));
-  EXPECT_NE(raisedBy([&] { audit(node, {.rules = {"gap"}}); }).description.find("gaps"),
-            std::string::npos);
+  const auto refusal = [&](const AuditOptions& options) {
+    return raisedBy([&] { audit(node, options); }).description;
+  };
+  EXPECT_NE(refusal({.rules = {"gap"}}).find("gaps"), std::string::npos);
+  EXPECT_NE(refusal({.rules = {"orphans"}}).find("databases"), std::string::npos);
+  EXPECT_NE(
+      refusal({.rules = {"constant"}, .least = commands::audit::Severity::error}).find("notes"),
+      std::string::npos);
 }
 
 /// Panes of a database: "good" from 1 on, with the values that their spectra have.
@@ -310,7 +350,7 @@ TEST_F(AuditDatabaseTest, FaultsOfRowsAreFoundAtTheirPanes) {
   set("Pane_spectral_data", "reflection_indoor", -0.25, "PaneID = 3 AND wavelength = 500");
   EXPECT_THAT(found(), ElementsAre("emissivity 2", "range 3", "stored-values 1"));
   EXPECT_THAT(linesOf(audit(database, {.without = {"range"}})),
-              ElementsAre("emissivity 2", "stored-values 1"));
+              ElementsAre("emissivity 2", "stored-values 1", "unreadable 3"));
 }
 
 TEST_F(AuditDatabaseTest, ValuesThatAreNoneAreFound) {
@@ -361,6 +401,28 @@ TEST_F(AuditDatabaseTest, RowsWithoutTheirLikeAreFound) {
   const auto orphan = std::ranges::find(findings, "99", &Finding::identifier);
   EXPECT_EQ(orphan->set, "Pane_spectral_data");
   EXPECT_EQ(orphan->fault.message, "Rows of a pane that is gone: 4");
+
+  const auto ofKind = [&](RecordKind kind) {
+    std::vector<Finding> some;
+    commands::audit::auditSource(session, database, kind, {},
+                                 [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofKind(RecordKind::panes),
+              ElementsAre("dangling 3", "orphans 99", "unknown-maker 3", "unused 2"));
+  EXPECT_THAT(ofKind(RecordKind::shadings), ElementsAre("orphans 12", "unused 2"));
+
+  const auto ofRecords = [&](const Lines& identifiers, const char* rule) {
+    std::vector<Finding> some;
+    commands::audit::auditRecords(
+        session, select(recordSet(database, RecordKind::panes), identifiers), {.rules = {rule}},
+        [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofRecords({"1", "3"}, "dangling"), ElementsAre("dangling 3"));
+  EXPECT_THAT(ofRecords({"1", "2"}, "dangling"), IsEmpty());
+  EXPECT_NE(raisedBy([&] { ofRecords({"1"}, "orphans"); }).description.find("all records"),
+            std::string::npos);
 }
 
 TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
@@ -368,7 +430,13 @@ TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
   auto thick = pane("thick", 15);
   thick->Thickness(60);
   insert(thick);
-  EXPECT_THAT(found(), ElementsAre("outliers 15"));
+  for (int i = 16; i <= 21; ++i) {
+    auto foil = pane("foil" + std::to_string(i), i);
+    foil->group("Foils");
+    foil->Thickness(i == 19 ? 1.5 : 5);
+    insert(foil);
+  }
+  EXPECT_THAT(found(), ElementsAre("outliers 15", "outliers 19"));
 }
 
 TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {

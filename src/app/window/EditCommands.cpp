@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <filesystem>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
@@ -171,7 +172,8 @@ void EditCommands::audit(const Node& source, const sources::RecordSelection& sel
         selection.HasRecords()
             ? commands::audit::auditRecords(session_, selection, {}, keep)
             : commands::audit::auditSource(session_, source, std::nullopt, {}, keep);
-    emit audited(findings, qt(result.summary()));
+    const auto name = std::filesystem::path(source->text()).filename().string();
+    emit audited(source->key(), findings, tr("%1: %2").arg(shownText(name), qt(result.summary())));
   });
 }
 

@@ -44,7 +44,8 @@ class EditCommands : public QObject {
   void audit(const Node& source, const sources::RecordSelection& selection);
 
  signals:
-  void audited(const Findings& findings, const QString& summary);
+  /// `source` is the key of what was looked at; the summary names it.
+  void audited(const std::string& source, const Findings& findings, const QString& summary);
   void workBegins();
   /// `changedRecords`: records may have been added or deleted.
   void workEnded(bool changedRecords);

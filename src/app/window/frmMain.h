@@ -100,7 +100,7 @@ class frmMain : public QMainWindow {
   CompactCommands* compact_;
   RecordDocks* docks_;
   AuditDock* audit_;
-  std::string auditedSource_;  ///< its key
+  std::string auditedSource_;  ///< the key of that whose findings are shown
 };
 
 }  // namespace orv::app

@@ -152,14 +152,16 @@ void frmMain::connectAudit() {
   connect(audit_, &AuditDock::chosen, this, [this](const commands::audit::Finding& finding) {
     guarded(ui_, [&] { showFinding(finding); });
   });
-  connect(edit_, &EditCommands::audited, audit_, &AuditDock::show);
+  connect(edit_, &EditCommands::audited, this,
+          [this](const std::string& source, const Findings& findings, const QString& summary) {
+            auditedSource_ = source;
+            audit_->show(findings, summary);
+          });
 }
 
 void frmMain::audit(const sources::RecordSelection& records) {
   const Node parent = current_->Parent();
-  const Node source = parent ? parent : current_;
-  auditedSource_ = source->key();
-  edit_->audit(source, records);
+  edit_->audit(parent ? parent : current_, records);
 }
 
 /// Rows of other tables are shown nowhere.

@@ -48,6 +48,13 @@ std::vector<const Rule*> chosenRules(const AuditOptions& options) {
   }
   for (const std::string& name : options.without) std::erase(chosen, &ruleNamed(name));
   std::erase_if(chosen, [&](const Rule* rule) { return rule->severity < options.least; });
+  for (const std::string& name : options.rules) {
+    const Severity severity = ruleNamed(name).severity;
+    if (severity >= options.least) continue;
+    throw Error(kInvalidCall,
+                fmt::format("The rule \"{}\" finds {}s only, which are not asked for.", name,
+                            nameOf(severity)));
+  }
   return chosen;
 }
 
@@ -58,11 +65,15 @@ std::optional<double> visibleTransmittance(const DataSet& set) {
 class Auditor {
  public:
   Auditor(Session& session, const AuditOptions& options, const EachFinding& each)
-      : session_(session), rules_(chosenRules(options)), each_(each) {}
+      : session_(session), named_(options.rules), rules_(chosenRules(options)), each_(each) {}
 
-  AuditResult run(const std::vector<Part>& parts, const Node& database, bool isWhole) {
+  /// Of records of all kinds where none is given; `isWhole` when they are all of theirs.
+  AuditResult run(const std::vector<Part>& parts, const Node& database,
+                  std::optional<RecordKind> kind, bool isWhole) {
     facts_.database = database;
+    facts_.kind = kind;
     facts_.isWhole = isWhole;
+    refuseWhatCannotBeAsked();
     {
       LongWork work(session_.ui, "Auditing records...");
       std::size_t count = 0;
@@ -75,6 +86,21 @@ class Auditor {
   }
 
  private:
+  /// Rules that are named, but would be silent whatever the data.
+  void refuseWhatCannotBeAsked() const {
+    for (const std::string& name : named_) {
+      const auto* on = std::get_if<OnSource>(&ruleNamed(name).check);
+      if (on == nullptr || !isOfTables(on->look)) continue;
+      if (!facts_.database) {
+        throw Error(kInvalidCall,
+                    fmt::format("The rule \"{}\" is of the tables of ORV databases only.", name));
+      }
+      if (facts_.isWhole || on->look == danglingKeys) continue;
+      throw Error(kInvalidCall,
+                  fmt::format("The rule \"{}\" is of all records, and some are chosen.", name));
+    }
+  }
+
   void lookAt(const Part& part, LongWork& work) {
     AuditReader reader(session_, part.node);
     for (const RecordListEntry& entry : part.entries) {
@@ -187,14 +213,15 @@ class Auditor {
     return found == rules_.end() ? nullptr : *found;
   }
 
-  /// The readers of databases refuse values below 0.
+  /// The readers of databases refuse values below 0. Where nobody asks for these, the record is
+  /// one that cannot be read all the same.
   void tellUnreadable(const Part& part, const RecordListEntry& entry, const std::exception& error) {
     const RecordFacts record{.kind = part.kind, .identifier = entry.identifier, .name = entry.name};
     const auto type = part.node->DataType();
-    if (type == DataType::orv3Panes || type == DataType::orv2Panes) {
+    const Rule* const outside = chosen(kOutside);
+    if (outside != nullptr && (type == DataType::orv3Panes || type == DataType::orv2Panes)) {
       if (auto faults = negativePointsOf(*part.node, entry.identifier); !faults.empty()) {
-        if (const Rule* const rule = chosen(kOutside)) tell(*rule, record, std::move(faults));
-        return;
+        return tell(*outside, record, std::move(faults));
       }
     }
     if (const Rule* const rule = chosen(kUnreadable)) {
@@ -235,6 +262,7 @@ class Auditor {
   }
 
   Session& session_;
+  std::vector<std::string> named_;
   std::vector<const Rule*> rules_;
   const EachFinding& each_;
   std::map<std::vector<double>, std::size_t> grids_;
@@ -277,7 +305,7 @@ AuditResult auditSource(Session& session, const std::shared_ptr<sources::datasou
     throw Error(kInvalidCall, fmt::format("\"{}\" has no {}.", source->text(),
                                           kind ? setName(*kind) : "records"));
   }
-  return auditor.run(parts, databaseOf(source), !kind);
+  return auditor.run(parts, databaseOf(source), kind, true);
 }
 
 AuditResult auditRecords(Session& session, const sources::RecordSelection& records,
@@ -295,7 +323,7 @@ AuditResult auditRecords(Session& session, const sources::RecordSelection& recor
                                : RecordListEntry{identifier, identifier, "", "", "",
                                                  "This record was not found in its data source."});
   }
-  return auditor.run({part}, databaseOf(node), false);
+  return auditor.run({part}, databaseOf(node), part.kind, false);
 }
 
 }  // namespace orv::commands::audit

@@ -35,14 +35,14 @@ using EachFinding = std::function<void(const Finding&)>;
 /// Looks at all records of a database or folder, or at those of one kind, and gives each finding to
 /// `each` as soon as it is known. Nothing is changed. A record that cannot be read is a finding.
 ///
-/// Raises kInvalidCall for a rule that there is not and for a source that has no records of the
-/// kind, and what the store raises.
+/// Raises kInvalidCall for a rule that there is not, for one that is named but cannot find anything
+/// so, and for a source that has no records of the kind, and what the store raises.
 AuditResult auditSource(Session& session, const std::shared_ptr<sources::datasource>& source,
                         std::optional<RecordKind> kind, const AuditOptions& options,
                         const EachFinding& each);
 
 /// The same of some records of one record set. What rules say of all records is said of these, and
-/// nothing of tables beside them.
+/// nothing of groups, makers and types that nothing uses, and of rows that belong to nothing.
 AuditResult auditRecords(Session& session, const sources::RecordSelection& records,
                          const AuditOptions& options, const EachFinding& each);
 

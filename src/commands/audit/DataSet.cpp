@@ -10,20 +10,25 @@ namespace DataType = sources::DataType;
 
 namespace {
 
-/// Nothing that is measured as a fraction is as much.
-constexpr double kPercent = 2;
+/// No spectrometer measures fractions as large.
+constexpr double kPercent = 1.2;
 /// Glazing is measured from 0.2 to 50 µm. Wavelengths beyond are of another unit; nm.
 constexpr double kShortest = 50;
 constexpr double kLongest = 100'000;
+
+/// One point alone is a slip of the decimal; of a curve in percent most points are too large, but
+/// for those where nothing passes.
+bool isInPercent(const std::vector<double>& curve) {
+  const auto zeros = std::ranges::count(curve, 0.0);
+  const auto large = std::ranges::count_if(curve, [](double value) { return value > kPercent; });
+  return 2 * large > std::ssize(curve) - zeros;
+}
 
 UnitFault unitFaultOf(const optics::Spectrum& spectrum) {
   if (spectrum.wavelengths.empty()) return UnitFault::none;
   if (spectrum.wavelengths.back() > kLongest) return UnitFault::tooLong;
   if (spectrum.wavelengths.front() < kShortest) return UnitFault::tooShort;
-  const bool isPercent = std::ranges::any_of(spectrum.curves, [](const auto& curve) {
-    return std::ranges::any_of(curve, [](double value) { return value > kPercent; });
-  });
-  return isPercent ? UnitFault::percent : UnitFault::none;
+  return std::ranges::any_of(spectrum.curves, isInPercent) ? UnitFault::percent : UnitFault::none;
 }
 
 std::vector<double> wavelengthsOf(const SpectralData& data) {

@@ -48,16 +48,25 @@ constexpr Lookup kLookups[] = {{"Groups", "GroupID", "GroupName"},
                                {"FrameTypes", "FrameTypeID", "FrameTypeName"}};
 
 struct Detail {
+  RecordKind kind;
   const char* table;
   std::array<const char*, 2> columns;
   const char* parent;
   const char* what;
 };
 constexpr Detail kDetails[] = {
-    {"Pane_integrated_data", {"PaneID", "Pane_id"}, "Pane", "pane"},
-    {"Pane_spectral_data", {"PaneID", "Pane_id"}, "Pane", "pane"},
-    {"Shading_integrated_data_temp", {"Shading_id", "Shading_ID"}, "Shading", "shading"},
-    {"Shading_spectral_data", {"Shading_ID", "Shading_id"}, "Shading", "shading"}};
+    {RecordKind::panes, "Pane_integrated_data", {"PaneID", "Pane_id"}, "Pane", "pane"},
+    {RecordKind::panes, "Pane_spectral_data", {"PaneID", "Pane_id"}, "Pane", "pane"},
+    {RecordKind::shadings,
+     "Shading_integrated_data_temp",
+     {"Shading_id", "Shading_ID"},
+     "Shading",
+     "shading"},
+    {RecordKind::shadings,
+     "Shading_spectral_data",
+     {"Shading_ID", "Shading_id"},
+     "Shading",
+     "shading"}};
 
 class Tables {
  public:
@@ -100,8 +109,22 @@ class Tables {
 
 /// The tables of an ORV database; none where the source is another.
 std::optional<Tables> tablesOf(const SourceFacts& source) {
-  if (!source.database || !source.isWhole) return std::nullopt;
+  if (!source.database) return std::nullopt;
   return Tables(*source.database->ADOConnection());
+}
+
+bool isAskedFor(const SourceFacts& source, RecordKind kind) {
+  return source.kind.value_or(kind) == kind;
+}
+
+/// The records of a kind that are audited, where that is not all of them.
+std::optional<std::set<std::string>> someOf(const SourceFacts& source, RecordKind kind) {
+  if (source.isWhole) return std::nullopt;
+  std::set<std::string> some;
+  for (const RecordFacts& record : source.records) {
+    if (record.kind == kind) some.insert(record.identifier);
+  }
+  return some;
 }
 
 bool isUsed(const Tables& tables, const Lookup& lookup, std::int32_t key,
@@ -116,7 +139,7 @@ bool isUsed(const Tables& tables, const Lookup& lookup, std::int32_t key,
 
 std::vector<PlacedFault> unusedNames(const SourceFacts& source) {
   const auto tables = tablesOf(source);
-  if (!tables) return {};
+  if (!tables || !source.isWhole) return {};
   std::vector<std::pair<const Reference*, Keys>> uses;
   for (const Reference& each : kReferences) {
     if (tables->has(each.table) && tables->has(each.target)) {
@@ -125,6 +148,8 @@ std::vector<PlacedFault> unusedNames(const SourceFacts& source) {
   }
   std::vector<PlacedFault> faults;
   for (const Lookup& lookup : kLookups) {
+    const bool isOfFrames = lookup.table == std::string_view("FrameTypes");
+    if (isOfFrames && !isAskedFor(source, RecordKind::frames)) continue;
     if (!tables->has(lookup.table)) continue;
     const auto rows = tables->open(
         fmt::format("SELECT [{}], [{}] FROM [{}]", lookup.key, lookup.name, lookup.table));
@@ -145,9 +170,10 @@ std::vector<PlacedFault> unusedNames(const SourceFacts& source) {
 
 std::vector<PlacedFault> orphans(const SourceFacts& source) {
   const auto tables = tablesOf(source);
-  if (!tables) return {};
+  if (!tables || !source.isWhole) return {};
   std::vector<PlacedFault> faults;
   for (const Detail& detail : kDetails) {
+    if (!isAskedFor(source, detail.kind)) continue;
     if (!tables->has(detail.table) || !tables->has(detail.parent)) continue;
     const char* const column = tables->columnOf(detail);
     if (column == nullptr) continue;
@@ -176,6 +202,8 @@ std::vector<PlacedFault> danglingKeys(const SourceFacts& source) {
   if (!tables) return {};
   std::vector<PlacedFault> faults;
   for (const Reference& each : kReferences) {
+    if (!isAskedFor(source, each.kind)) continue;
+    const auto some = someOf(source, each.kind);
     if (!tables->has(each.table) || !tables->has(each.target)) continue;
     const Keys known = tables->keysOf(each.target, each.targetKey);
     const auto rows = tables->open(fmt::format("SELECT [{}], [name], [{}] FROM [{}]",
@@ -183,9 +211,11 @@ std::vector<PlacedFault> danglingKeys(const SourceFacts& source) {
     for (; !rows->eof(); rows->moveNext()) {
       const auto key = database::FieldToLong(rows->value(std::size_t{2}));
       if (key == 0 || known.contains(key)) continue;  // 0 and Null stand for none
+      const auto identifier = rows->value(std::size_t{0}).toText();
+      if (some && !some->contains(identifier)) continue;
       faults.push_back({.set = setName(each.kind),
                         .kind = each.kind,
-                        .identifier = rows->value(std::size_t{0}).toText(),
+                        .identifier = identifier,
                         .name = database::FieldToString(rows->value(std::size_t{1})),
                         .fault = {.field = each.column,
                                   .value = std::to_string(key),

@@ -23,18 +23,65 @@ std::string utf8(const icu::UnicodeString& text) {
   return result;
 }
 
-/// The letters and digits of a name, without case and accents.
-icu::UnicodeString coreOf(const std::string& name) {
+/// Of names of at least this many letters and digits one letter more, less or another is a slip.
+constexpr std::int32_t kLeastLength = 6;
+
+/// What makes a name itself: letters and digits without case and accents, and the signs that tell
+/// 3.2 from 32, and Low-E from Low-E+.
+struct Core {
+  icu::UnicodeString text;
+  std::vector<bool> maySlip;  ///< at each code unit, whether another letter there is a slip
+};
+
+icu::UnicodeString folded(const std::string& name) {
   UErrorCode error = U_ZERO_ERROR;
   const icu::Normalizer2* const normalizer = icu::Normalizer2::getNFKDInstance(error);
   auto text = icu::UnicodeString::fromUTF8(name);
   if (U_SUCCESS(error)) text = normalizer->normalize(text, error);
-  text.foldCase();
-  icu::UnicodeString core;
-  for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
-    const UChar32 letter = text.char32At(i);
-    if (u_isalnum(letter)) core.append(letter);
+  return text.foldCase();
+}
+
+bool isKept(const icu::UnicodeString& text, std::int32_t i) {
+  const UChar32 sign = text.char32At(i);
+  if (u_isalnum(sign) || sign == '+') return true;
+  const bool isPoint = sign == '.' || sign == ',';
+  return isPoint && i > 0 && u_isdigit(text.char32At(i - 1)) && u_isdigit(text.char32At(i + 1));
+}
+
+/// Short words and Roman numerals tell series, places and kinds apart: "UK", "Glass A", "VIII".
+bool maySlipIn(const icu::UnicodeString& word) {
+  constexpr std::int32_t kLongestMark = 3;
+  const icu::UnicodeString numerals = u"ivxlcdm";
+  bool isNumeral = true;
+  std::int32_t letters = 0;
+  for (std::int32_t i = 0; i < word.length(); ++i) {
+    if (u_isalpha(word.char32At(i))) ++letters;
+    if (numerals.indexOf(word.char32At(i)) < 0) isNumeral = false;
   }
+  return letters > kLongestMark && !isNumeral;
+}
+
+Core coreOf(const std::string& name) {
+  const auto text = folded(name);
+  Core core;
+  icu::UnicodeString word;
+  const auto endWord = [&] {
+    const bool maySlip = maySlipIn(word);
+    core.text.append(word);
+    for (std::int32_t i = 0; i < word.length(); ++i) {
+      core.maySlip.push_back(maySlip && u_isalpha(word.char32At(i)));
+    }
+    word.remove();
+  };
+  for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+    const UChar32 sign = text.char32At(i);
+    if (isKept(text, i)) {
+      word.append(sign);
+    } else if (u_charType(sign) != U_NON_SPACING_MARK) {  // an accent, which stands in a word
+      endWord();
+    }
+  }
+  endWord();
   return core;
 }
 
@@ -45,23 +92,17 @@ struct UsedName {
   int uses;
 };
 
-/// Of names of at least this many letters and digits one letter more, less or another is a slip.
-constexpr std::int32_t kLeastLength = 6;
-
-/// What is left of a core when one letter is taken away, once for each letter that stands beside
-/// another: single ones tell series apart, as in "Glass A", and so do digits.
-std::vector<std::string> shortened(const std::string& name, const icu::UnicodeString& core) {
+/// What is left of a core when one letter is taken away, once for each that may be a slip, with the
+/// place of the letter.
+std::vector<std::string> shortened(const Core& core) {
   std::vector<std::string> results;
-  if (core.length() < kLeastLength) return results;
-  for (std::int32_t i = 0; i < core.length(); ++i) {
-    if (!u_isalpha(core.char32At(i))) continue;
-    icu::UnicodeString rest = core;
+  if (core.text.length() < kLeastLength) return results;
+  for (std::int32_t i = 0; i < core.text.length(); ++i) {
+    if (!core.maySlip[static_cast<std::size_t>(i)]) continue;
+    icu::UnicodeString rest = core.text;
     rest.remove(i, 1);
     results.push_back(utf8(rest) + '\0' + std::to_string(i));
   }
-  const std::size_t space = name.find_last_of(" -_");
-  const bool endsWithLetter = space != std::string::npos && space + 2 == name.size();
-  if (endsWithLetter && !results.empty()) results.pop_back();
   return results;
 }
 
@@ -73,7 +114,7 @@ class SimilarNames {
   std::vector<PlacedFault> find(const std::vector<UsedName>& names) {
     for (const UsedName& used : names) {
       const auto core = coreOf(used.name);
-      if (const auto like = known(used.name, core)) tell(used.name, *used.first, *like);
+      if (const auto like = known(core)) tell(used.name, *used.first, *like);
       remember(used.name, core);
     }
     return std::move(faults_);
@@ -81,17 +122,17 @@ class SimilarNames {
 
  private:
   /// The name that is like this one.
-  std::optional<std::string> known(const std::string& name, const icu::UnicodeString& core) const {
-    const std::string key = utf8(core);
+  std::optional<std::string> known(const Core& core) const {
+    const std::string key = utf8(core.text);
     if (const auto same = cores_.find(key); same != cores_.end()) return same->second;
-    if (core.length() < kLeastLength) return std::nullopt;
+    if (core.text.length() < kLeastLength) return std::nullopt;
     // One letter less than a known name, one more, or another.
     if (const auto longer = withoutPlace_.find(key); longer != withoutPlace_.end()) {
       return longer->second;
     }
-    for (const std::string& rest : shortened(name, core)) {
+    for (const std::string& rest : shortened(core)) {
       if (const auto shorter = cores_.find(rest.substr(0, rest.find('\0')));
-          shorter != cores_.end() && coreOf(shorter->second).length() >= kLeastLength) {
+          shorter != cores_.end() && coreOf(shorter->second).text.length() >= kLeastLength) {
         return shorter->second;
       }
       if (const auto other = rests_.find(rest); other != rests_.end()) return other->second;
@@ -99,9 +140,9 @@ class SimilarNames {
     return std::nullopt;
   }
 
-  void remember(const std::string& name, const icu::UnicodeString& core) {
-    cores_.emplace(utf8(core), name);
-    for (const std::string& rest : shortened(name, core)) {
+  void remember(const std::string& name, const Core& core) {
+    cores_.emplace(utf8(core.text), name);
+    for (const std::string& rest : shortened(core)) {
       rests_.emplace(rest, name);
       withoutPlace_.emplace(rest.substr(0, rest.find('\0')), name);
     }

@@ -38,9 +38,10 @@ struct Side {
   const char* computed;
   bool isBare;  ///< known to have no coating
   bool isCoated;
-  std::optional<double> emissivity;  ///< stated
+  std::optional<double> emissivity;
 };
 
+/// With the emissivities that are stated.
 std::array<Side, 2> sidesOf(const GlazingData& pane) {
   const auto surfaces = optics::surfacesOf(pane);
   const auto side = [](const char* name, const char* field, const char* computed,
@@ -56,6 +57,17 @@ std::array<Side, 2> sidesOf(const GlazingData& pane) {
                known(pane.ORV_Emissivity_front(), pane.ef())),
           side("back", "emissivity_back", "eb", surfaces.back,
                known(pane.ORV_Emissivity_back(), pane.eb()))};
+}
+
+/// Where no emissivity is stated, that of the spectrum.
+std::array<Side, 2> knownSidesOf(const AuditedPane& pane) {
+  auto sides = sidesOf(pane.record());
+  const auto& integrations = pane.sets.front().integrations;
+  if (integrations.empty()) return sides;
+  for (Side& side : sides) {
+    if (!side.emissivity) side.emissivity = integrations.front()[side.computed];
+  }
+  return sides;
 }
 
 /// The one coated side emits like bare glass, and the other like a coating.
@@ -166,7 +178,7 @@ std::vector<Fault> notAFraction(const AuditedPane& pane) {
 }
 
 std::vector<Fault> exchangedSides(const AuditedPane& pane) {
-  const auto sides = sidesOf(pane.record());
+  const auto sides = knownSidesOf(pane);
   if (!isExchanged(sides)) return {};
   const Side& coated = sides[sides[0].isCoated ? 0 : 1];
   const Side& bare = sides[sides[0].isCoated ? 1 : 0];
@@ -179,7 +191,7 @@ std::vector<Fault> exchangedSides(const AuditedPane& pane) {
 }
 
 std::vector<Fault> uncoatedLowEmissivity(const AuditedPane& pane) {
-  const auto sides = sidesOf(pane.record());
+  const auto sides = knownSidesOf(pane);
   if (isExchanged(sides)) return {};
   std::vector<Fault> faults;
   for (const Side& side : sides) {

@@ -20,33 +20,41 @@ double medianOf(std::vector<double> values) {
   return *middle;
 }
 
-/// A quantity, and how far a record has to be from the middle of its group, whatever the others.
+/// A quantity, and how far a record has to be from the middle of its group, whatever the others:
+/// by so much, or by so many times or that part of it.
 struct Quantity {
   const char* field;
   std::optional<double> RecordFacts::*member;
+  std::size_t leastMembers;
   double leastApart;
+  double leastTimes;
   const char* unit;
+
+  bool isFar(double value, double median) const {
+    return std::abs(value - median) > leastApart &&
+           (value > leastTimes * median || value * leastTimes < median);
+  }
 };
 
-constexpr Quantity kQuantities[] = {{"thickness", &RecordFacts::thickness, 20, " mm"},
-                                    {"Tf_vis", &RecordFacts::transmittance, 0.5, ""}};
+constexpr Quantity kQuantities[] = {{"thickness", &RecordFacts::thickness, 6, 0, 3, " mm"},
+                                    {"Tf_vis", &RecordFacts::transmittance, 12, 0.5, 1, ""}};
 
 /// Of values that scatter by chance one in a million lies ten times as far as half of them do.
 void tellOutliers(const Members& members, const Quantity& quantity,
                   std::vector<PlacedFault>& faults) {
-  constexpr std::size_t kLeastMembers = 12;
   constexpr double kTimesOthers = 10;
   std::vector<double> values;
   for (const RecordFacts* each : members) {
     if (each->*quantity.member) values.push_back(*(each->*quantity.member));
   }
-  if (values.size() < kLeastMembers) return;
+  if (values.size() < quantity.leastMembers) return;
   const double median = medianOf(values);
   for (double& value : values) value = std::abs(value - median);
-  const double apart = std::max(quantity.leastApart, kTimesOthers * medianOf(values));
+  const double apart = kTimesOthers * medianOf(values);
   for (const RecordFacts* each : members) {
     const auto& value = each->*quantity.member;
-    if (!value || std::abs(*value - median) <= apart) continue;
+    if (!value || !quantity.isFar(*value, median)) continue;
+    if (std::abs(*value - median) <= apart) continue;
     faults.push_back(
         at(*each, {.field = quantity.field,
                    .value = shortNumber(*value) + quantity.unit,

@@ -17,14 +17,17 @@ namespace {
 using enum Severity;
 
 constexpr Rule kRules[] = {
-    {kUnreadable, error, "records that cannot be read", "No program can use them.", OnReading{}},
+    {kUnreadable, error, "records that cannot be read",
+     "This program can neither show nor copy them.", OnReading{}},
 
     // One spectrum.
-    {"units", error, "fractions in percent, wavelengths in another unit than they are said to be",
+    {"units", error, "curves in percent, wavelengths in another unit than they are said to be",
      "The spectrum is nonsense to whoever reads it; no other rule looks at it.",
      OnAnySpectrum{mistakenUnits}},
-    {kOutside, error, "values below 0, or above 1 by more than a spectrometer errs (0.01)",
+    {kOutside, error, "values below 0 or above 1 by more than a spectrometer errs (0.01)",
      "Parts of light are fractions.", OnSpectrum{outsideOfFractions}},
+    {"near-range", warning, "values below 0 or above 1 by no more than that",
+     "Other programs may refuse what is no fraction.", OnSpectrum{nearlyFractions}},
     {"energy", error, "transmittance and reflectance that add up to more than 1.01",
      "No pane throws back and lets through more than it gets.", OnSpectrum{gainedEnergy}},
     {"jump", warning, "one point that leaves its curve, by 0.02 at least, and comes back",
@@ -99,12 +102,15 @@ constexpr Rule kRules[] = {
      "One pane is there twice, or has the curve of another.", OnSource{duplicates}},
     {"same-name", warning, "a name that is there twice in a group",
      "Programs find the first of them only.", OnSource{sameNames}},
-    {"similar-makers", warning, "makers whose names differ by case, blanks, accents or one letter",
+    {"similar-makers", warning,
+     "makers whose names differ by case, blanks, accents or one letter of a long word",
      "One maker under two names.", OnSource{similarMakers}},
     {"similar-groups", warning, "the same of groups", "One group under two names.",
      OnSource{similarGroups}},
     {"outliers", note,
-     "a thickness or a transmittance far from those of the group: ten times as far as half of them",
+     "a thickness or a transmittance far from those of the group: ten times as far as half of "
+     "them, "
+     "and three times as much or a third for a thickness",
      "The record is in the wrong group, or wrong.", OnSource{outliers}},
     {"unused", note, "groups, makers and types of frames that no record uses", "They can go.",
      OnSource{unusedNames}},

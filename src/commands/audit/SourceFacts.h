@@ -39,7 +39,8 @@ struct SourceFacts {
   std::vector<KeptSpectrum> spectra;
   /// The database, where it is one of ours; null else.
   std::shared_ptr<sources::datasource> database;
-  bool isWhole = true;  ///< all records of the source are there
+  std::optional<RecordKind> kind = {};  ///< only records of this kind are asked for
+  bool isWhole = true;                  ///< all records of the source, or of the kind, are there
 };
 
 /// A fault of one of the records, or of a row of a table.

@@ -15,6 +15,7 @@ std::vector<Fault> mistakenUnits(const DataSet& set);
 
 // Values.
 std::vector<Fault> outsideOfFractions(const DataSet& set);
+std::vector<Fault> nearlyFractions(const DataSet& set);
 std::vector<Fault> gainedEnergy(const DataSet& set);
 std::vector<Fault> risingBehindMetal(const DataSet& set);
 

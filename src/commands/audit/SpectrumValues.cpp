@@ -1,5 +1,6 @@
 // Rules on the values of a spectrum.
 #include <algorithm>
+#include <limits>
 
 #include "commands/audit/Curves.h"
 #include "commands/audit/SpectrumRules.h"
@@ -48,6 +49,26 @@ std::optional<double> leastEmissivity(const DataSet& set) {
   return least;
 }
 
+/// Values below 0 or above 1 by more than `least`, of curves where none is by more than `most`.
+std::vector<Fault> outsideBy(const DataSet& set, double least, double most, const char* what) {
+  return eachCurve(
+      set,
+      [&](const std::vector<double>& values) {
+        WorstPoint worst;
+        for (std::size_t i = 0; i < values.size(); ++i) {
+          const double excess = std::max(-values[i], values[i] - 1);
+          if (excess > most) return WorstPoint();
+          if (excess > least) worst.add(set.spectrum.wavelengths[i], values[i], excess);
+        }
+        return worst;
+      },
+      [&](const WorstPoint& worst, const char* name) {
+        return Fault{.value = shortNumber(worst.value()),
+                     .expected = "0 to 1",
+                     .message = fmt::format("{} is {}{}", name, what, worst.where())};
+      });
+}
+
 }  // namespace
 
 std::vector<Fault> mistakenUnits(const DataSet& set) {
@@ -77,23 +98,13 @@ std::vector<Fault> mistakenUnits(const DataSet& set) {
            .message = "Wavelengths are as short as if microns were taken for nanometres"}};
 }
 
-/// What is above 1 by no more than a spectrometer errs is left alone.
 std::vector<Fault> outsideOfFractions(const DataSet& set) {
-  return eachCurve(
-      set,
-      [&](const std::vector<double>& values) {
-        WorstPoint worst;
-        for (std::size_t i = 0; i < values.size(); ++i) {
-          const double excess = std::max(-values[i], values[i] - 1);
-          if (excess > kMeasuringError) worst.add(set.spectrum.wavelengths[i], values[i], excess);
-        }
-        return worst;
-      },
-      [](const WorstPoint& worst, const char* name) {
-        return Fault{.value = shortNumber(worst.value()),
-                     .expected = "0 to 1",
-                     .message = fmt::format("{} is no fraction{}", name, worst.where())};
-      });
+  return outsideBy(set, kMeasuringError, std::numeric_limits<double>::infinity(), "no fraction");
+}
+
+std::vector<Fault> nearlyFractions(const DataSet& set) {
+  constexpr double kRounding = 1e-6;  // of 32-bit floats
+  return outsideBy(set, kRounding, kMeasuringError, "just outside of 0 to 1");
 }
 
 std::vector<Fault> gainedEnergy(const DataSet& set) {

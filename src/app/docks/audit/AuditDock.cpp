@@ -6,12 +6,14 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
 #include "app/Help.h"
 #include "app/Text.h"
 #include "app/theme/Icons.h"
+#include "commands/CsvText.h"
 
 namespace orv::app {
 
@@ -64,13 +66,20 @@ QToolBar* AuditDock::buildToolBar() {
   bar->addWidget(search_);
   auto* copy = bar->addAction(icon("copy"), tr("Copy"), this, &AuditDock::copy);
   copy->setObjectName(QStringLiteral("mnuAuditCopy"));
-  explain(copy, tr("Copy the selected findings, or all that are shown, as a table"));
+  explain(copy,
+          tr("Copy the selected findings or rules, or all findings that are shown, as a table"));
   auto* save = bar->addAction(icon("save"), tr("Save as CSV..."), this,
                               [this] { saveAsCsv(tree_->shownRows(), tr("findings"), this); });
   save->setObjectName(QStringLiteral("mnuAuditSave"));
   explain(save, tr("Save the findings that are shown as a table for other programs"));
   connect(severity_, &QComboBox::currentIndexChanged, this, &AuditDock::followFilter);
-  connect(search_, &QLineEdit::textChanged, this, &AuditDock::followFilter);
+  // The tree is filled when the typing rests.
+  constexpr int kRest = 150;  // ms
+  auto* rest = new QTimer(this);
+  rest->setSingleShot(true);
+  rest->setInterval(kRest);
+  connect(search_, &QLineEdit::textChanged, rest, qOverload<>(&QTimer::start));
+  connect(rest, &QTimer::timeout, this, &AuditDock::followFilter);
   return bar;
 }
 
@@ -134,7 +143,10 @@ void AuditDock::copy() const {
   TableRows rows = tree_->selectedRows();
   if (rows.size() == 1) rows = tree_->shownRows();
   QStringList lines;
-  for (const QStringList& row : rows) lines << row.join(u'\t');
+  for (QStringList& row : rows) {
+    for (QString& cell : row) cell = qt(commands::separatedCell(cell.toStdString(), '\t'));
+    lines << row.join(u'\t');
+  }
   QApplication::clipboard()->setText(lines.join(u'\n'));
 }
 

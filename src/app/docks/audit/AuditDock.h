@@ -21,7 +21,7 @@ class AuditDock : public QDockWidget {
  public:
   explicit AuditDock(QWidget* parent = nullptr);
 
-  /// Opens and shows what was found; `summary` says of how many records.
+  /// Opens and shows what was found; `summary` says of what, and of how many records.
   void show(Findings findings, const QString& summary);
 
   /// The rules of which nothing is shown.

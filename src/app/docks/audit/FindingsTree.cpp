@@ -82,9 +82,19 @@ FindingsTree::FindingsTree(QWidget* parent) : QTreeWidget(parent) {
   setAlternatingRowColors(true);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
   header()->setStretchLastSection(false);
-  connect(this, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
-    if (const Finding* const finding = findingOf(item)) emit chosen(*finding);
-  });
+  // Of clicks only those of the left button come: a right click opens the menu and leads nowhere.
+  connect(this, &QTreeWidget::itemClicked, this, &FindingsTree::choose);
+  connect(this, &QTreeWidget::itemActivated, this, &FindingsTree::choose);
+}
+
+void FindingsTree::keyPressEvent(QKeyEvent* event) {
+  const QTreeWidgetItem* const before = currentItem();
+  QTreeWidget::keyPressEvent(event);
+  if (currentItem() != before) choose(currentItem());
+}
+
+void FindingsTree::choose(const QTreeWidgetItem* item) {
+  if (const Finding* const finding = findingOf(item)) emit chosen(*finding);
 }
 
 void FindingsTree::show(Findings findings) {
@@ -170,8 +180,12 @@ TableRows FindingsTree::shownRows() const {
 
 TableRows FindingsTree::selectedRows() const {
   TableRows rows{headings()};
-  for (const QTreeWidgetItem* item : selectedItems()) {
-    if (const Finding* const finding = findingOf(item)) rows << rowOf(*finding);
+  for (int i = 0; i < topLevelItemCount(); ++i) {
+    const QTreeWidgetItem* const rule = topLevelItem(i);
+    for (int k = 0; k < rule->childCount(); ++k) {
+      const QTreeWidgetItem* const item = rule->child(k);
+      if (rule->isSelected() || item->isSelected()) rows << rowOf(*findingOf(item));
+    }
   }
   return rows;
 }

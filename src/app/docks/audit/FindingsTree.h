@@ -30,7 +30,8 @@ class FindingsTree : public QTreeWidget {
 
   /// How many findings are shown.
   int shownCount() const { return shown_; }
-  /// The findings that are shown, or that are selected, with headings.
+  /// The findings that are shown, or that are selected by themselves or with their rule, with
+  /// headings.
   TableRows shownRows() const;
   TableRows selectedRows() const;
   /// The rule of the current line; empty for none.
@@ -40,8 +41,12 @@ class FindingsTree : public QTreeWidget {
   /// A finding was clicked on, or moved to with the keyboard.
   void chosen(const commands::audit::Finding& finding);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void fill();
+  void choose(const QTreeWidgetItem* item);
   QTreeWidgetItem* ruleItem(std::string_view rule);
   bool isShown(const commands::audit::Finding& finding, const QStringList& cells) const;
   const commands::audit::Finding* findingOf(const QTreeWidgetItem* item) const;
