@@ -23,7 +23,6 @@ SqlRecordset::SqlRecordset(std::unique_ptr<sql::SqlCursor> cursor, CursorType ty
 
 bool SqlRecordset::readTo(std::size_t position) {
   while (rowsRead_ <= position && cursor_ != nullptr) {
-    atEnd_ = true;  // unless a row is found
     if (!cursor_->step()) {
       cursor_.reset();
     } else if (keepsRows_) {
@@ -40,6 +39,7 @@ void SqlRecordset::standOn(std::size_t position) {
   if (!keepsRows_ && isPassed) {
     throw Error(kNotSupported, "A forward-only record set cannot go back.");
   }
+  atEnd_ = true;  // should reading fail
   atEnd_ = !readTo(position);
   position_ = atEnd_ ? rowsRead_ : position;
   beforeFirst_ = false;

@@ -96,6 +96,15 @@ TEST_F(StatementReuse, LetsExpressionsThatStandTwiceBeAlike) {
   EXPECT_TRUE(top->step());
 }
 
+TEST_F(StatementReuse, StaysOnItsRowWhileItCounts) {
+  add(3);
+  const auto rows =
+      connection_->openRecordset("SELECT * FROM Pane WHERE id > 1", CursorType::static_);
+  EXPECT_EQ(rows->recordCount(), 2);
+  EXPECT_FALSE(rows->eof());
+  EXPECT_EQ(rows->value("id").toLong(), 2);
+}
+
 TEST_F(StatementReuse, EndsAForwardRecordSetAtItsEnd) {
   add(2);
   const auto rows =
