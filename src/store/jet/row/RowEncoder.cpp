@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <optional>
+#include <cstring>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -24,60 +24,43 @@ void append(Bytes& out, T bits) {
   out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// Bytes that a value of a type of one size takes; none for other types.
-std::optional<std::size_t> fixedSize(ColumnType type) {
-  switch (type) {
-    case ColumnType::byte:
-      return 1;
-    case ColumnType::integer:
-      return 2;
-    case ColumnType::longInteger:
-    case ColumnType::single:
-      return 4;
-    case ColumnType::currency:
-    case ColumnType::double_:
-    case ColumnType::dateTime:
-      return 8;
-    default:
-      return std::nullopt;
-  }
-}
-
-/// Stores a value of a type of one size at `out`, which has room for it.
-void storeValue(std::uint8_t* out, ColumnType type, const Value& value) {
+/// Stores a value of a type of plain numbers, up to eight bytes, and returns how many they are; 0
+/// for other types.
+std::size_t storeNumber(std::uint8_t* out, ColumnType type, const Value& value) {
   switch (type) {
     case ColumnType::byte:
       *out = static_cast<std::uint8_t>(value.toLong());
-      break;
+      return 1;
     case ColumnType::integer:
       store16(out, static_cast<std::uint16_t>(value.toLong()));
-      break;
+      return 2;
     case ColumnType::longInteger:
       store32(out, static_cast<std::uint32_t>(value.toLong()));
-      break;
+      return 4;
     case ColumnType::single:
       store32(out, std::bit_cast<std::uint32_t>(*value.getIf<float>()));
-      break;
+      return 4;
     case ColumnType::currency:
       store64(out, static_cast<std::uint64_t>(value.getIf<Currency>()->tenThousandths));
-      break;
+      return 8;
     case ColumnType::double_:
       store64(out, std::bit_cast<std::uint64_t>(*value.getIf<double>()));
-      break;
-    default:
+      return 8;
+    case ColumnType::dateTime:
       store64(out, std::bit_cast<std::uint64_t>(value.getIf<Date>()->days));
-      break;
+      return 8;
+    default:
+      return 0;
   }
 }
 
 /// The stored bytes of a value that is neither Null nor long nor a boolean.
 Bytes encodeValue(const Column& column, const Value& value) {
-  Bytes out;
-  if (const auto size = fixedSize(column.type)) {
-    out.resize(*size);
-    storeValue(out.data(), column.type, value);
-    return out;
+  std::array<std::uint8_t, 8> number{};
+  if (const std::size_t size = storeNumber(number.data(), column.type, value)) {
+    return {number.begin(), number.begin() + static_cast<std::ptrdiff_t>(size)};
   }
+  Bytes out;
   switch (column.type) {
     case ColumnType::text:
       out = encodeUnicodeText(*value.getIf<std::string>(), column.compressible && !column.fixed);
@@ -110,8 +93,11 @@ Bytes encodeValue(const Column& column, const Value& value) {
 /// Stores a value in a row, at the place that the column has there.
 void storeFixed(const TableDefinition& table, const Column& column, const Value& value,
                 std::uint8_t* out) {
-  if (const auto size = fixedSize(column.type); size && *size <= column.length) {
-    return storeValue(out, column.type, value);
+  std::array<std::uint8_t, 8> number{};
+  const std::size_t size = storeNumber(number.data(), column.type, value);
+  if (size > 0 && size <= column.length) {
+    std::memcpy(out, number.data(), size);
+    return;
   }
   const Bytes bytes = encodeValue(column, value);
   if (bytes.size() > column.length) {
