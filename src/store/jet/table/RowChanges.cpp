@@ -33,6 +33,7 @@ RowChanges::RowChanges(Table& table)
     : table_(table),
       definition_(table.definition()),
       pager_(table.pager()),
+      observer_(pager_.observer().get()),
       space_(pager_, definition_.page, definition_.ownedPages, definition_.freePages) {
   indexes_.reserve(definition_.realIndexes.size());
   for (const RealIndex& index : definition_.realIndexes) {
@@ -54,6 +55,7 @@ RowId RowChanges::insert(std::span<const Value> values) {
       space_.add(encodeRow(pager_, definition_, row), SlotKind::row, table_.insertHint_);
   table_.insertHint_ = id.page;
   for (Index& index : indexes_) addEntry(index, row, id);
+  if (observer_) observer_->rowChanged(table_.name(), {}, row);
   ++newRows_;
   for (const std::size_t column : numbered_) {
     highestNumber_ = std::max(highestNumber_, row[column].toLong());
@@ -76,6 +78,7 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
     addEntry(index, newRow, id);
   }
   writeContent(id, *content, encodeRow(pager_, definition_, newRow, &before));
+  if (observer_) observer_->rowChanged(table_.name(), oldRow, newRow);
 }
 
 void RowChanges::erase(RowId id) {
@@ -86,7 +89,7 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    const std::vector<Value> values = keyValuesOf(row);
+    const std::vector<Value> values = observer_ ? tellOfErased(row) : keyValuesOf(row);
     for (Index& index : indexes_) eraseEntry(index, values, id);
     eraseLongValues(row, content->page);
   }
@@ -135,6 +138,20 @@ std::vector<Value> RowChanges::keyValuesOf(const RowView& row) const {
   std::vector<Value> values(definition_.columns.size());
   for (const std::size_t i : keyColumns_) values[i] = row.value(definition_.columns[i]);
   return values;
+}
+
+/// The same, once the observer has been told of all values. A row that is damaged goes all the
+/// same.
+std::vector<Value> RowChanges::tellOfErased(const RowView& row) const {
+  try {
+    std::vector<Value> values = valuesOf(definition_, row);
+    observer_->rowChanged(table_.name(), values, {});
+    return values;
+  } catch (const Error& error) {
+    if (error.number() != kCorruptFile) throw;
+    observer_->rowNotRead();
+    return keyValuesOf(row);
+  }
 }
 
 void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {
