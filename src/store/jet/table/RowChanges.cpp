@@ -86,8 +86,8 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    const std::vector<Value> values = keyValuesOf(row);
-    for (Index& index : indexes_) eraseEntry(index, values, id);
+    readKeyValues(row);
+    for (Index& index : indexes_) eraseEntry(index, keyValues_, id);
     eraseLongValues(row, content->page);
   }
   if (*content != id) space_.erase(*content);
@@ -96,6 +96,7 @@ void RowChanges::erase(RowId id) {
 }
 
 void RowChanges::finish() {
+  space_.finish();
   for (Index& index : indexes_) {
     index.run.finish();
     table_.changeKeyCount(index.index, index.newKeys);
@@ -130,11 +131,9 @@ std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRo
   return fitted_;
 }
 
-/// The values of a row in the columns of indexes; Null in the others.
-std::vector<Value> RowChanges::keyValuesOf(const RowView& row) const {
-  std::vector<Value> values(definition_.columns.size());
-  for (const std::size_t i : keyColumns_) values[i] = row.value(definition_.columns[i]);
-  return values;
+void RowChanges::readKeyValues(const RowView& row) {
+  keyValues_.resize(definition_.columns.size());
+  for (const std::size_t i : keyColumns_) keyValues_[i] = row.value(definition_.columns[i]);
 }
 
 void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {
