@@ -11,7 +11,11 @@
 
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/grid/CellDelegate.h"
 #include "app/grid/FilterHeader.h"
+#include "app/grid/RecordEdits.h"
+#include "commands/ErrorText.h"
+#include "commands/RecordReader.h"
 
 namespace orv::app {
 
@@ -46,19 +50,27 @@ QString tableText(QString text) {
 }  // namespace
 
 RecordGrid::RecordGrid(QWidget* parent)
-    : QTableView(parent), model_(new RecordModel(this)), header_(new FilterHeader(this)) {
+    : QTableView(parent),
+      model_(new RecordModel(this)),
+      header_(new FilterHeader(this)),
+      cells_(new CellDelegate(*this, *model_, [this](const QModelIndex& cell, const QString& text) {
+        return take(cell, text);
+      })) {
   setObjectName("RecordGrid");
   setAccessibleName(tr("Records"));
-  setWhatsThis(
-      tr("<p>The records of the data source, the column that identifies them first. One block of "
-         "rows can be selected, with Shift and a click or the arrows, to be copied, deleted or "
-         "exported, or dragged to a data source on the left.</p><p>A click on a heading sorts; "
-         "drag headings to change the order of the columns.</p>"));
+  setWhatsThis(tr(
+      "<p>The records of the data source, the column that identifies them first. One block of "
+      "rows can be selected, with Shift and a click or the arrows, to be copied, deleted or "
+      "exported, or dragged to a data source on the left.</p><p>A click on a heading sorts; "
+      "drag headings to change the order of the columns.</p><p>F2, Enter, a double click or typing "
+      "edits a field of an ORV database of version 3.0.0. What is typed goes to all selected rows; "
+      "nothing is written before it is saved.</p>"));
   setHorizontalHeader(header_);
   setModel(model_);
   setSelectionBehavior(SelectRows);
   setSelectionMode(ContiguousSelection);
-  setEditTriggers(NoEditTriggers);
+  setItemDelegate(cells_);
+  setEditTriggers(EditKeyPressed | AnyKeyPressed | DoubleClicked);
   setAlternatingRowColors(true);
   setShowGrid(false);
   setWordWrap(false);
@@ -144,8 +156,60 @@ void RecordGrid::tellFilling(qlonglong rows, bool ended) {
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape && model_->isFilling()) {
     model_->stopFilling();
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    edit(currentIndex(), EditKeyPressed, event);
   } else {
     QTableView::keyPressEvent(event);
+  }
+}
+
+void RecordGrid::editBy(RecordEdits* edits, const QString& whyNot) {
+  whyNotEdited_ = whyNot;
+  model_->editBy(edits);
+}
+
+bool RecordGrid::finishEditing() {
+  return cells_->finish();
+}
+
+void RecordGrid::editCurrent() {
+  setFocus(Qt::OtherFocusReason);
+  edit(currentIndex(), EditKeyPressed, nullptr);
+}
+
+bool RecordGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+  const bool isKey = trigger == EditKeyPressed || trigger == AnyKeyPressed;
+  if (isKey && index.isValid() && model_->editField(index.column()) == nullptr) {
+    const QString column = model_->headings({index.column()}).constFirst();
+    emit editingTold(model_->edits() == nullptr
+                         ? whyNotEdited_
+                         : tr("The column %1 cannot be edited.").arg(column));
+  }
+  return QTableView::edit(index, trigger, event);
+}
+
+QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
+  RecordEdits* edits = model_->edits();
+  if (edits == nullptr) return whyNotEdited_;
+  RowBlock rows = selectedRows();
+  if (cell.row() < rows.low || cell.row() > rows.high) rows = {cell.row(), cell.row()};
+  const BusyPointer busy;
+  try {
+    std::vector<commands::edit::TypedValue> typed;
+    for (int row = rows.low; row <= rows.high; ++row) {
+      typed.push_back({commands::recordNumber(model_->identifier(row)),
+                       {model_->editField(cell.column()), std::nullopt},
+                       text.toStdString()});
+    }
+    std::size_t count = 0;
+    edits->change([&](commands::edit::PendingEdits& pending) { count = pending.type(typed); });
+    emit editingTold(
+        tr("%1 changed, not saved yet.").arg(counted(static_cast<qlonglong>(count), tr("field"))));
+    return {};
+  } catch (const std::exception& error) {
+    const QString reason = qt(commands::describe(error));
+    emit editingTold(reason);
+    return reason;
   }
 }
 
@@ -255,6 +319,7 @@ void RecordGrid::selectionChanged(const QItemSelection& selected,
 
 /// Rows are dragged when they are selected already; else the mouse selects a block of rows.
 void RecordGrid::mousePressEvent(QMouseEvent* event) {
+  if (cells_->isRefused() && !cells_->finish()) return;
   setDragEnabled(selectionModel()->isSelected(indexAt(event->pos())));
   QTableView::mousePressEvent(event);
 }

@@ -9,7 +9,9 @@
 
 namespace orv::app {
 
+class CellDelegate;
 class FilterHeader;
+class RecordEdits;
 
 /// Rows of which one block can be selected. Column widths, order and choice are kept, for the run,
 /// for each kind of record set.
@@ -54,7 +56,16 @@ class RecordGrid : public QTableView {
   QList<QStringList> wholeTable();
   void fitColumns();
 
+  /// Has cells be edited, each or all selected ones of a column at once; null where they cannot
+  /// be, and `whyNot` is told then.
+  void editBy(RecordEdits* edits, const QString& whyNot);
+  /// Ends the editing of a cell with what has been typed; false when that is refused.
+  bool finishEditing();
+  void editCurrent();
+
  signals:
+  /// What there is to say of the editing of a cell.
+  void editingTold(const QString& text);
   void selectedRowsChanged();
   void columnChooserWanted();
   void contextMenuWanted(const QPoint& globalPosition);
@@ -68,8 +79,13 @@ class RecordGrid : public QTableView {
   void mousePressEvent(QMouseEvent* event) override;
   void startDrag(Qt::DropActions actions) override;
   void scrollContentsBy(int dx, int dy) override;
+  using QTableView::edit;
+  bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
 
  private:
+  /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
+  /// Says why not, or nothing.
+  QString take(const QModelIndex& cell, const QString& text);
   void rememberLayout();
   void tellFilling(qlonglong rows, bool ended);
   /// Filters and sorts as the header says.
@@ -83,6 +99,8 @@ class RecordGrid : public QTableView {
 
   RecordModel* model_;
   FilterHeader* header_;
+  CellDelegate* cells_;
+  QString whyNotEdited_;
   int kind_ = -1;
   int sortedColumn_ = -1;
   int selectedColumn_ = -1;

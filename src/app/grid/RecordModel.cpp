@@ -7,8 +7,10 @@
 #include <set>
 
 #include "app/Text.h"
+#include "app/grid/RecordEdits.h"
 #include "commands/CellText.h"
 #include "commands/ErrorText.h"
+#include "commands/RecordReader.h"
 
 namespace orv::app {
 
@@ -73,7 +75,7 @@ QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int
   for (int row = firstRow; row <= lastRow; ++row) {
     QStringList cells;
     for (const int column : columns) {
-      cells << qt(commands::cellText(view_->value(row, column), commands::kAllDigits));
+      cells << qt(commands::cellText(value(row, column), commands::kAllDigits));
     }
     rows << cells;
   }
@@ -145,9 +147,13 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::TextAlignmentRole) {
     return QVariant((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }
+  if (role == Qt::AccessibleDescriptionRole) return changeText(index);
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   try {
-    const QString text = qt(view_->text(index.row(), index.column()));
+    const store::Value* changed = changedValue(index);
+    if (changed && role == Qt::ToolTipRole) return toolTipText(changeText(index));
+    const QString text = qt(changed ? commands::cellText(*changed, view_->digits())
+                                    : view_->text(index.row(), index.column()));
     if (role == Qt::DisplayRole) return shownText(oneLine(text));
     return isNumber ? QVariant() : QVariant(toolTipText(text.left(kLongestToolTip)));
   } catch (const std::exception&) {
@@ -173,9 +179,63 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
 }
 
 Qt::ItemFlags RecordModel::flags(const QModelIndex& index) const {
-  return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled |
-                               Qt::ItemNeverHasChildren
-                         : Qt::NoItemFlags;
+  if (!index.isValid()) return Qt::NoItemFlags;
+  Qt::ItemFlags flags =
+      Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+  flags.setFlag(Qt::ItemIsEditable, editField(index.column()) != nullptr);
+  return flags;
+}
+
+void RecordModel::editBy(RecordEdits* edits) {
+  if (edits_ != nullptr) edits_->disconnect(this);
+  edits_ = edits;
+  const auto show = [this] {
+    if (shown_ > 0) emit dataChanged(index(0, 0), index(shown_ - 1, columnCount() - 1));
+  };
+  if (edits != nullptr) connect(edits, &RecordEdits::changed, this, show);
+  show();
+}
+
+const commands::edit::EditField* RecordModel::editField(int column) const {
+  return edits_ ? edits_->editor().fieldOfColumn(recordColumns()[column].name) : nullptr;
+}
+
+QStringList RecordModel::choices(int column) const {
+  QStringList names;
+  for (const std::string& name : edits_->editor().choices(*editField(column))) names << qt(name);
+  return names;
+}
+
+QString RecordModel::editText(const QModelIndex& index) const {
+  if (const store::Value* changed = changedValue(index)) {
+    return qt(commands::edit::fieldText(*changed));
+  }
+  const auto* field = editField(index.column());
+  try {
+    const auto record = commands::recordNumber(identifier(index.row()));
+    return qt(commands::edit::fieldText(edits_->editor().value(record, *field)));
+  } catch (const std::exception&) {
+    return {};  // a record that is gone; typing says so
+  }
+}
+
+const store::Value* RecordModel::changedValue(const QModelIndex& index) const {
+  if (!edits_ || edits_->pending().isEmpty()) return nullptr;
+  const auto* field = editField(index.column());
+  if (!field) return nullptr;
+  return edits_->pending().find(commands::recordNumber(identifier(index.row())), field->name);
+}
+
+store::Value RecordModel::value(int row, int column) const {
+  const store::Value* changed = changedValue(index(row, column));
+  return changed ? *changed : view_->value(row, column);
+}
+
+/// Empty for a field that is not changed.
+QString RecordModel::changeText(const QModelIndex& index) const {
+  if (!isChanged(index)) return {};
+  return tr("Changed, not saved yet; it was \"%1\".")
+      .arg(qt(view_->text(index.row(), index.column())));
 }
 
 bool RecordModel::canFetchMore(const QModelIndex& parent) const {

@@ -8,8 +8,11 @@
 #include <memory>
 
 #include "commands/RecordView.h"
+#include "commands/edit/Field.h"
 
 namespace orv::app {
+
+class RecordEdits;
 
 /// Shows a RecordView without keeping rows of its own. The first rows are there at once; the
 /// others follow in the time that the user leaves idle, up to some hundred thousand, and beyond
@@ -48,6 +51,19 @@ class RecordModel : public QAbstractTableModel {
   void complete();
   bool isComplete() const { return !view_ || view_->isComplete(); }
 
+  /// Has fields be edited, and shows what they are to become; null where they cannot be edited.
+  /// The edits outlive what is shown.
+  void editBy(RecordEdits* edits);
+  RecordEdits* edits() const { return edits_; }
+  /// The field that a column stands for; null for one that cannot be edited.
+  const commands::edit::EditField* editField(int column) const;
+  /// The names that a field can have.
+  QStringList choices(int column) const;
+  /// What an editor of a field begins with: what it is to become, or what the database has now.
+  QString editText(const QModelIndex& index) const;
+  /// Whether a field is to become another.
+  bool isChanged(const QModelIndex& index) const { return changedValue(index) != nullptr; }
+
   /// Fills the fields that take long, in the time that the user leaves idle.
   void fill();
   void stopFilling();
@@ -80,10 +96,15 @@ class RecordModel : public QAbstractTableModel {
   void announce();
   void withdrawRows();
   void restart();
+  const store::Value* changedValue(const QModelIndex& index) const;
+  /// As it is to become, or as it is.
+  store::Value value(int row, int column) const;
+  QString changeText(const QModelIndex& index) const;
 
   std::unique_ptr<commands::RecordView> view_;
   int shown_ = 0;        ///< rows that the grid knows of
   bool failed_ = false;  ///< reading on has failed
+  RecordEdits* edits_ = nullptr;
   QTimer idle_;
   QTimer filling_;
 };

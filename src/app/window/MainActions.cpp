@@ -31,7 +31,12 @@ MainActions::MainActions(QMainWindow& window) : window_(window) {
 
 void MainActions::enable(const CommandState& state) {
   mnuFileRemove->setEnabled(state.sourceShown);
+  mnuFileSave->setEnabled(state.changed);
+  mnuFileDiscard->setEnabled(state.changed);
   mnuFileExport->setEnabled(state.exportable);
+  mnuEditUndo->setEnabled(state.undoable);
+  mnuEditRedo->setEnabled(state.undoable);
+  mnuEditCell->setEnabled(state.recordsShown);
   mnuDatabaseCompact->setEnabled(state.databaseShown);
   mnuEditCopy->setEnabled(state.recordsSelected);
   mnuEditDelete->setEnabled(state.recordsSelected);
@@ -103,6 +108,11 @@ void MainActions::makeFileMenu() {
   mnuFileRemove = add(mnuFile, "mnuFileRemove", "remove", tr("Re&move"), QKeySequence::Close,
                       tr("Remove the data source from the list; its file stays as it is"));
   mnuFile->addSeparator();
+  mnuFileSave = add(mnuFile, "mnuFileSave", "save", tr("&Save Changes"), QKeySequence::Save,
+                    tr("Write the changed fields of the records shown into the database"));
+  mnuFileDiscard = add(mnuFile, "mnuFileDiscard", "remove", tr("&Discard Changes"), {},
+                       tr("Leave the fields of the records shown as they are stored"));
+  mnuFile->addSeparator();
   mnuFileExport =
       add(mnuFile, "mnuFileExport", "export", tr("&Export..."), QKeySequence(tr("Ctrl+E")),
           tr("Write the selected records as text files, JSON or CSV"));
@@ -113,7 +123,16 @@ void MainActions::makeFileMenu() {
 }
 
 void MainActions::makeEditMenu() {
-  mnuEdit = menu("mnuEdit", tr("&Edit"), tr("Copy, paste, delete and find records"));
+  mnuEdit = menu("mnuEdit", tr("&Edit"), tr("Change, copy, paste, delete and find records"));
+  mnuEditUndo = add(mnuEdit, "mnuEditUndo", "undo", tr("&Undo"), QKeySequence::Undo,
+                    tr("Take back the last change of the database shown, saved or not"));
+  mnuEditRedo = add(mnuEdit, "mnuEditRedo", "redo", tr("&Redo"),
+                    QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+                    tr("Make the change again that was taken back last"));
+  mnuEdit->addSeparator();
+  mnuEditCell = add(mnuEdit, "mnuEditCell", "edit", tr("Edit Fie&ld"), {},
+                    tr("Edit the field under the cursor, for all selected records (F2)"));
+  mnuEdit->addSeparator();
   mnuEditCopy = add(mnuEdit, "mnuEditCopy", "copy", tr("&Copy Records"), QKeySequence::Copy,
                     tr("Remember the selected records, to paste them into an ORV database"));
   mnuEditPaste = add(mnuEdit, "mnuEditPaste", "paste", tr("&Paste Records"), QKeySequence::Paste,

@@ -17,6 +17,8 @@ struct CommandState {
   bool exportable = false;  ///< text files can hold the selected records
   bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
+  bool changed = false;   ///< fields are changed and not saved
+  bool undoable = false;  ///< there may be something to undo or redo
 };
 
 /// Makes the menu bar and the tool bar of a window. Each action has its name in the menus as its
@@ -47,8 +49,13 @@ class MainActions {
   QAction* mnuFileOpenO5UserDatabase;
   QAction* mnuFileOpenTextFiles;
   QAction* mnuFileRemove;
+  QAction* mnuFileSave;
+  QAction* mnuFileDiscard;
   QAction* mnuFileExport;
   QAction* mnuFileExit;
+  QAction* mnuEditUndo;
+  QAction* mnuEditRedo;
+  QAction* mnuEditCell;
   QAction* mnuEditCopy;
   QAction* mnuEditPaste;
   QAction* mnuEditDelete;

@@ -4,6 +4,7 @@
 #include <QToolButton>
 
 #include "app/dialogs/ReportDialog.h"
+#include "app/theme/Icons.h"
 
 namespace orv::app {
 
@@ -21,6 +22,18 @@ StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   result_->hide();
   connect(result_, &QToolButton::clicked, this, &StatusBar::showReport);
   addWidget(result_);
+  undo_ = new QToolButton;
+  undo_->setObjectName("btnUndo");
+  undo_->setText(tr("Undo"));
+  undo_->setIcon(icon("undo"));
+  undo_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  undo_->setAutoRaise(true);
+  undo_->setFocusPolicy(Qt::TabFocus);
+  undo_->setWhatsThis(tr("Takes the last change of the database back"));
+  undo_->setToolTip(undo_->whatsThis());
+  undo_->hide();
+  connect(undo_, &QToolButton::clicked, this, &StatusBar::undoWanted);
+  addWidget(undo_);
   pending_ = addPanel("lblPending", 0, tr("Records that Paste will copy"));
   status(tr("Ready"));
 }
@@ -44,6 +57,11 @@ void StatusBar::result(const QString& summary, const QStringList& report) {
   result_->setText(summary);
   result_->setVisible(!summary.isEmpty());
   result_->setEnabled(!report.isEmpty());
+}
+
+void StatusBar::offerUndo(const QString& title) {
+  undo_->setVisible(!title.isEmpty());
+  if (!title.isEmpty()) undo_->setToolTip(tr("Take back: %1").arg(title));
 }
 
 void StatusBar::showReport() {

@@ -9,7 +9,8 @@ class QToolButton;
 namespace orv::app {
 
 /// Panels: what is being done now; how many records there are and how many are selected; what has
-/// been copied; and a button with the result of the last work, which opens its report.
+/// been copied; a button with the result of the last work, which opens its report, and one
+/// that takes it back.
 class StatusBar : public QStatusBar {
   Q_OBJECT
 
@@ -22,6 +23,11 @@ class StatusBar : public QStatusBar {
   /// `report`: what there is to say of the records, in parts. An empty summary takes the button
   /// away.
   void result(const QString& summary, const QStringList& report);
+  /// Offers to take the last work back; an empty title takes the button away.
+  void offerUndo(const QString& title);
+
+ signals:
+  void undoWanted();
 
  private:
   void showReport();
@@ -31,6 +37,7 @@ class StatusBar : public QStatusBar {
   QLabel* counts_;
   QLabel* pending_;
   QToolButton* result_;
+  QToolButton* undo_;
   QStringList report_;
 };
 

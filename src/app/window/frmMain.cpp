@@ -9,6 +9,7 @@
 #include "app/Text.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
+#include "app/docks/changes/ChangesDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
@@ -19,6 +20,7 @@
 #include "app/window/Guarded.h"
 #include "app/window/MainActions.h"
 #include "app/window/PaneSplitter.h"
+#include "app/window/RecordEditing.h"
 #include "app/window/StatusBar.h"
 #include "app/window/UserSettings.h"
 #include "app/window/WindowGeometry.h"
@@ -46,7 +48,8 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       edit_(new EditCommands(session, ui, *this)),
       compact_(new CompactCommands(session, ui, *this)),
       docks_(new RecordDocks(session, *this)),
-      audit_(new AuditDock(this)) {
+      audit_(new AuditDock(this)),
+      editing_(new RecordEditing(session, ui, grid_, *this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
@@ -57,12 +60,14 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   edit_->setParent(this);
   compact_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
-  actions_->addDocks(
-      {docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction()});
+  actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
+                      editing_->dock().toggleViewAction()});
   docks_->layOverDetails(*audit_);
+  docks_->layOverDetails(editing_->dock());
   connectMenus();
   connectParts();
   connectAudit();
+  connectEditing();
   loadGeometry();
   docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
@@ -92,7 +97,7 @@ void frmMain::changeEvent(QEvent* event) {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-  if (ui_.isWorking()) {
+  if (ui_.isWorking() || !editing_->settle(nullptr)) {
     event->ignore();
     return;
   }
@@ -128,6 +133,7 @@ void frmMain::showNode(const Node& node) {
   const BusyPointer busy;
   current_ = node;
   selection_.RecordsCount(0);
+  editing_->follow(node);
   dataPane_->show(node, options_.digits);
   showDetails();
   updateState();
@@ -138,6 +144,7 @@ void frmMain::reloadNode() {
   const BusyPointer busy;
   selection_.RecordsCount(0);
   dataPane_->reload(current_, options_.digits);
+  editing_->lookAgain();
   showDetails();
   updateState();
 }
@@ -145,11 +152,13 @@ void frmMain::reloadNode() {
 /// The grid reads no more from a database that a command may change.
 void frmMain::beginWork() {
   docks_->show(nullptr, {});
+  editing_->noteHistory();
   guarded(ui_, [this] { grid_.records().complete(); });
 }
 
 void frmMain::endWork(bool changedRecords) {
   changedRecords ? reloadNode() : showDetails();
+  if (changedRecords) editing_->offerUndo();
   tellRemarks();
   offerReplacements();
 }
@@ -207,6 +216,8 @@ void frmMain::updateState() {
   state.integrable =
       state.recordsSelected && current_ && current_->DataType() == sources::DataType::orv3Panes;
   state.recordsPending = edit_->hasPendingRecords();
+  state.changed = editing_->hasChanges();
+  state.undoable = editing_->canUndo();
   actions_->enable(state);
   updateCounts();
 }

@@ -20,6 +20,7 @@ class EditCommands;
 class FileCommands;
 class MainActions;
 class RecordDocks;
+class RecordEditing;
 class RecordGrid;
 class StatusBar;
 
@@ -75,6 +76,7 @@ class frmMain : public QMainWindow {
   void reloadValues();
   void chooseStandard(optics::Standard standard);
   void connectAudit();
+  void connectEditing();
   /// Audits the source of the node shown, or some of its records.
   void audit(const sources::RecordSelection& records);
   /// Selects the record of a finding, and points at the place on its curve.
@@ -100,6 +102,7 @@ class frmMain : public QMainWindow {
   CompactCommands* compact_;
   RecordDocks* docks_;
   AuditDock* audit_;
+  RecordEditing* editing_;
   std::string auditedSource_;  ///< the key of that whose findings are shown
 };
 

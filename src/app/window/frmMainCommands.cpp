@@ -10,6 +10,7 @@
 #include "app/dialogs/frmOptions.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
+#include "app/docks/changes/ChangesDock.h"
 #include "app/grid/ColumnChooser.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/FilterHeader.h"
@@ -21,6 +22,7 @@
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
 #include "app/window/MainActions.h"
+#include "app/window/RecordEditing.h"
 #include "app/window/StatusBar.h"
 #include "app/window/UserSettings.h"
 #include "app/window/frmMain.h"
@@ -48,10 +50,14 @@ void frmMain::connectMenus() {
   onTriggered(actions_->mnuFileOpenO5UserDatabase, ui_,
               [this] { file_->openOptics5UserDatabase(); });
   onTriggered(actions_->mnuFileOpenTextFiles, ui_, [this] { file_->openTextFiles(); });
-  onTriggered(actions_->mnuFileRemove, ui_, [this] { file_->remove(current_); });
+  onTriggered(actions_->mnuFileRemove, ui_, [this] {
+    if (editing_->settle(current_)) file_->remove(current_);
+  });
   onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportRecords(selection_); });
   onTriggered(actions_->mnuFileExit, ui_, [this] { close(); });
-  onTriggered(actions_->mnuDatabaseCompact, ui_, [this] { compact_->compact(current_); });
+  onTriggered(actions_->mnuDatabaseCompact, ui_, [this] {
+    if (editing_->settle(current_)) compact_->compact(current_);
+  });
   onTriggered(actions_->mnuDatabaseRepair, ui_, [this] { compact_->repair(current_); });
   onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
   connectEditMenu();
@@ -63,10 +69,16 @@ void frmMain::connectEditMenu() {
     edit_->copy(selection_);
     updateState();
   });
-  onTriggered(actions_->mnuEditPaste, ui_, [this] { edit_->paste(current_); });
-  onTriggered(actions_->mnuEditDelete, ui_, [this] { edit_->remove(selection_, current_); });
+  onTriggered(actions_->mnuEditPaste, ui_, [this] {
+    if (editing_->settle(current_)) edit_->paste(current_);
+  });
+  onTriggered(actions_->mnuEditDelete, ui_, [this] {
+    const sources::RecordSelection records = selection_.Clone();
+    if (editing_->settle(current_)) edit_->remove(records, current_);
+  });
   onTriggered(actions_->mnuEditIntegrate, ui_, [this] {
     const sources::RecordSelection records = selection_.Clone();
+    if (!editing_->settle(current_)) return;
     edit_->computeValues(records, standardOfSpectra());
   });
   onTriggered(actions_->mnuEditSelectAll, ui_, [this] {
@@ -119,7 +131,9 @@ void frmMain::connectParts() {
   // What is dropped is worked on when the dragging program has been let go.
   connect(tvDataSources_, &DataSourceTree::recordsDropped, this, [this](const std::string& key) {
     QTimer::singleShot(0, this, [this, key] {
-      edit_->transfer(selection_.Clone(), session_.MainDataSources.findByKey(key));
+      const Node destination = session_.MainDataSources.findByKey(key);
+      const sources::RecordSelection records = selection_.Clone();
+      if (editing_->settle(destination)) edit_->transfer(records, destination);
     });
   });
   connect(tvDataSources_, &DataSourceTree::pathsDropped, this, [this](const QStringList& paths) {
@@ -157,6 +171,34 @@ void frmMain::connectAudit() {
             auditedSource_ = source;
             audit_->show(findings, summary);
           });
+}
+
+void frmMain::connectEditing() {
+  onTriggered(actions_->mnuFileSave, ui_, [this] { editing_->save(); });
+  onTriggered(actions_->mnuFileDiscard, ui_, [this] { editing_->discard(); });
+  onTriggered(actions_->mnuEditUndo, ui_, [this] { editing_->undo(); });
+  onTriggered(actions_->mnuEditRedo, ui_, [this] { editing_->redo(); });
+  onTriggered(actions_->mnuEditCell, ui_, [this] { grid_.editCurrent(); });
+  editing_->dock().offer({actions_->mnuFileSave, actions_->mnuFileDiscard, actions_->mnuEditUndo,
+                          actions_->mnuEditRedo});
+  connect(actions_->mnuEdit, &QMenu::aboutToShow, this, [this] {
+    const auto name = [](QAction* action, const QString& verb, const QString& title) {
+      action->setText(title.isEmpty() ? verb : QStringLiteral("%1: %2").arg(verb, title));
+    };
+    guarded(ui_, [&] {
+      name(actions_->mnuEditUndo, tr("&Undo"), editing_->undoTitle());
+      name(actions_->mnuEditRedo, tr("&Redo"), editing_->redoTitle());
+    });
+  });
+  connect(editing_, &RecordEditing::told, sbStatusBar_, &StatusBar::status);
+  connect(editing_, &RecordEditing::undoOffered, sbStatusBar_, &StatusBar::offerUndo);
+  connect(editing_, &RecordEditing::stateChanged, this, &frmMain::updateState);
+  connect(editing_, &RecordEditing::workBegins, this, &frmMain::beginWork);
+  connect(editing_, &RecordEditing::workEnded, this, [this] { endWork(true); });
+  connect(sbStatusBar_, &StatusBar::undoWanted, actions_->mnuEditUndo, &QAction::trigger);
+  connect(&editing_->dock(), &ChangesDock::chosen, this, [this](std::int32_t record) {
+    guarded(ui_, [&] { selectRecord(std::to_string(record)); });
+  });
 }
 
 void frmMain::audit(const sources::RecordSelection& records) {
@@ -259,6 +301,7 @@ void frmMain::copyPath() {
 
 void frmMain::gridMenu(const QPoint& position) {
   QMenu menu(this);
+  menu.addAction(actions_->mnuEditCell);
   menu.addActions({actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditDelete});
   menu.addSeparator();
   menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuEditSaveTable,
