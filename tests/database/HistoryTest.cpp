@@ -14,13 +14,13 @@ namespace {
 using store::Connection;
 using store::History;
 
-constexpr const char* kFile = "glass.mdb";
-constexpr const char* kHistory = "glass.mdb.orv-history";
+constexpr const char* kKept = "glass.mdb";
+constexpr const char* kHistoryFile = "glass.mdb.orv-history";
 
 class HistoryTest : public testing::Test {
  protected:
   HistoryTest() {
-    const auto dc = database::CreateEmptyDatabase(kFile);
+    const auto dc = database::CreateEmptyDatabase(kKept);
     database_.InsertPane(*makePane("there"), *dc);
     before_ = dumpOf(*dc);
   }
@@ -37,7 +37,7 @@ class HistoryTest : public testing::Test {
   }
 
   static std::shared_ptr<Connection> open(std::uint64_t largest = History::kLargest) {
-    auto dc = Connection::openFile(kFile);
+    auto dc = Connection::openFile(kKept);
     History(*dc).keep(largest);
     return dc;
   }
@@ -55,13 +55,13 @@ class HistoryTest : public testing::Test {
   /// Makes the change, and takes it back, while trouble begins at one call after the other.
   void tryEverywhere(const std::function<void(std::size_t)>& trouble,
                      const std::function<void()>& relief) {
-    files_.copy(kFile, "kept.mdb");
+    files_.copy(kKept, "kept.mdb");
     bool isUndone = false;
     std::size_t call = 0;
     for (; !isUndone; ++call) {
       SCOPED_TRACE("call " + std::to_string(call));
-      files_.copy("kept.mdb", kFile);
-      files_.remove(kHistory);
+      files_.copy("kept.mdb", kKept);
+      files_.remove(kHistoryFile);
       bool isKept = false;
       {
         const auto dc = open();
@@ -78,7 +78,7 @@ class HistoryTest : public testing::Test {
   /// Nothing but the state before comes of taking back what the history has.
   void judge(bool isKept, bool isUndone) {
     const auto dc = open();
-    EXPECT_TRUE(store::checkFile(kFile, "").sound());
+    EXPECT_TRUE(store::checkFile(kKept, "").sound());
     const auto works = History(*dc).works();
     EXPECT_TRUE(!isUndone || dumpOf(*dc) == before_);
     ASSERT_TRUE(!isKept || works.size() == 1) << "what was told to be kept is lost";
@@ -91,7 +91,7 @@ class HistoryTest : public testing::Test {
     }
     EXPECT_TRUE(result.conflicts.empty() || dumpOf(*dc) == whole);
     EXPECT_TRUE(result.conflicts.empty());
-    EXPECT_TRUE(store::checkFile(kFile, "").sound());
+    EXPECT_TRUE(store::checkFile(kKept, "").sound());
   }
 
   MemoryFiles files_;
@@ -114,7 +114,7 @@ TEST_F(HistoryTest, WhatWasChangedSinceIsToldAndLeftAlone) {
     change(*dc);
   }
   {
-    const auto dc = Connection::openFile(kFile);  // another program, which keeps no history
+    const auto dc = Connection::openFile(kKept);  // another program, which keeps no history
     auto frames =
         dc->openRecordset("Frame", store::CursorType::keyset, store::LockType::optimistic);
     frames->setValue("u_value", 1.75);
@@ -179,7 +179,7 @@ TEST_F(HistoryTest, IsBoundedByItsOldestWorks) {
   const auto dc = open(8'000);
   for (int i = 0; i < 40; ++i) {
     database_.InsertPane(*makePane("pane " + std::to_string(i)), *dc);
-    EXPECT_LE(files_.size(kHistory), 8'000);
+    EXPECT_LE(files_.size(kHistoryFile), 8'000);
   }
   History history(*dc);
   const auto works = history.works();
@@ -206,7 +206,7 @@ TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {
     const auto dc = open();
     change(*dc);
   }
-  files_.copy(kHistory, "other.mdb.orv-history");
+  files_.copy(kHistoryFile, "other.mdb.orv-history");
   {
     const auto other = Connection::create("other.mdb", [](Connection& dc) {
       dc.createTable({.name = "Frame", .columns = {{.name = "name"}}});
@@ -226,7 +226,7 @@ TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {
   addRow(*other, "Frame", {{"name", "x"}});
   EXPECT_FALSE(history.isForeign());
   EXPECT_EQ(history.works().size(), 1U);
-  EXPECT_EQ(files_.size("other.mdb.orv-history-1"), files_.size(kHistory));
+  EXPECT_EQ(files_.size("other.mdb.orv-history-1"), files_.size(kHistoryFile));
 }
 
 }  // namespace

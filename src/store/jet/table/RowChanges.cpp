@@ -89,8 +89,9 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    const std::vector<Value> values = observer_ ? tellOfErased(row) : keyValuesOf(row);
-    for (Index& index : indexes_) eraseEntry(index, values, id);
+    if (observer_) tellOfErased(row);
+    readKeyValues(row);
+    for (Index& index : indexes_) eraseEntry(index, keyValues_, id);
     eraseLongValues(row, content->page);
   }
   if (*content != id) space_.erase(*content);
@@ -99,6 +100,7 @@ void RowChanges::erase(RowId id) {
 }
 
 void RowChanges::finish() {
+  space_.finish();
   for (Index& index : indexes_) {
     index.run.finish();
     table_.changeKeyCount(index.index, index.newKeys);
@@ -133,24 +135,18 @@ std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRo
   return fitted_;
 }
 
-/// The values of a row in the columns of indexes; Null in the others.
-std::vector<Value> RowChanges::keyValuesOf(const RowView& row) const {
-  std::vector<Value> values(definition_.columns.size());
-  for (const std::size_t i : keyColumns_) values[i] = row.value(definition_.columns[i]);
-  return values;
+void RowChanges::readKeyValues(const RowView& row) {
+  keyValues_.resize(definition_.columns.size());
+  for (const std::size_t i : keyColumns_) keyValues_[i] = row.value(definition_.columns[i]);
 }
 
-/// The same, once the observer has been told of all values. A row that is damaged goes all the
-/// same.
-std::vector<Value> RowChanges::tellOfErased(const RowView& row) const {
+/// A row that is damaged goes all the same.
+void RowChanges::tellOfErased(const RowView& row) const {
   try {
-    std::vector<Value> values = valuesOf(definition_, row);
-    observer_->rowChanged(table_.name(), values, {});
-    return values;
+    observer_->rowChanged(table_.name(), valuesOf(definition_, row), {});
   } catch (const Error& error) {
     if (error.number() != kCorruptFile) throw;
     observer_->rowNotRead();
-    return keyValuesOf(row);
   }
 }
 

@@ -40,8 +40,8 @@ class RowChanges {
   };
 
   std::span<const Value> fit(std::span<const Value> values, bool newRow);
-  std::vector<Value> keyValuesOf(const RowView& row) const;
-  std::vector<Value> tellOfErased(const RowView& row) const;
+  void readKeyValues(const RowView& row);
+  void tellOfErased(const RowView& row) const;
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void addEntry(Index& index, std::span<const Value> row, RowId id);
   void eraseEntry(Index& index, std::span<const Value> row, RowId id);
@@ -60,6 +60,7 @@ class RowChanges {
   std::vector<std::size_t> numbered_;  ///< columns with automatic numbers
   std::set<std::size_t> keyColumns_;   ///< those of any index
   std::vector<Value> fitted_;          ///< the row that was fitted last
+  std::vector<Value> keyValues_;  ///< of the row that was deleted last, Null but for key columns
   int newRows_ = 0;
   std::int32_t highestNumber_ = 0;  ///< of the autonumbers given
 };
