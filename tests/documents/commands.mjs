@@ -111,6 +111,10 @@ function makeFixture() {
     orv export measured-panes --form json --single catalogue.json
     for i in clear lowe; do orv export $i.txt --form json --single $i.json; done
     cp clear.json product.json
+    for i in 1 2 3 4 5 6; do orv edit orvdata.mdb 1 "supplier=Maker $i" --yes; done
+    orv undo orvdata.mdb
+    orv list orvdata.mdb --columns PaneID,name,thickness,SupplierName --format csv > panes.csv
+    printf 'id;thickness\\n1;5,9\\n' > changes.csv
     cp orvdata.mdb old.mdb
     cp orvdata.mdb damaged.mdb`;
   execFileSync(orv, ['new', 'orvdata.mdb'], {cwd: fixture});
@@ -129,11 +133,11 @@ function hindrance(command) {
 }
 
 /**
- * With an answer to the question of a deletion, room for a new file, and panes that the IGDB at
+ * With an answer to the question before a change, room for a new file, and panes that the IGDB at
  * hand has.
  */
 function asRunHere(command) {
-  return command.replace(/^(orv delete .*?)( --yes)?$/, '$1 --yes')
+  return command.replace(/^(orv (?:delete|edit|merge) .*?)( --yes)?$/, '$1 --yes')
       .replace(/^orv new (\S+)/, 'rm -f $1; orv new $1')
       .replace('CLEAR_3.DAT', 'PANE00001.DAT')
       .replace('CLEAR_6.DAT', 'PANE00002.DAT');

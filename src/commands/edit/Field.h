@@ -32,8 +32,9 @@ struct EditField {
   std::optional<double> most{};
   std::optional<EditSet> choices{};  ///< of a choice: groups, suppliers or frame types
   bool mayBeEmpty = true;
-  bool perAngle = false;  ///< a value for each angle of incidence
-  bool isSingle = false;  ///< a number that is stored in single precision
+  bool perAngle = false;   ///< a value for each angle of incidence
+  bool isCapital = false;  ///< a text that is kept in capital letters
+  bool isSingle = false;   ///< a number that is stored in single precision
 };
 
 /// The fields of a set, as far as the tables of this database have them, in the order in which

@@ -95,7 +95,7 @@ store::Value fieldValue(const EditField& field, const std::string& text) {
   store::Value value;
   std::string refusal;
   if (field.type == FieldType::text) {
-    value = text;
+    value = field.isCapital ? upperCase(text) : text;
   } else if (field.type == FieldType::choice) {
     value = std::string(trimmed(text));
   } else if (field.type == FieldType::flag) {

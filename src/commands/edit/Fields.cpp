@@ -73,6 +73,7 @@ std::vector<EditField> paneFields() {
                                 flag("film on outdoor side", "film_outdoor_side"),
                                 flag("data at 0, 30 and 60 degrees", "0_30_60"),
                                 flag("use estimation", "use_estimation")};
+  std::ranges::find(fields, "coatingcode", &EditField::column)->isCapital = true;
   for (const IntegratedColumn& column : kIntegratedColumns) {
     fields.push_back(fraction(column.title, column.column));
     fields.back().perAngle = true;

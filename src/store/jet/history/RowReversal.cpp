@@ -1,7 +1,6 @@
 #include "store/jet/history/RowReversal.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -73,6 +72,7 @@ std::optional<RowId> ReversedTable::find(std::span<const Value> row, std::vector
   const auto found = candidates_.find(contentOf(row));
   if (found != candidates_.end()) return found->second;
   if (index && index->unique && !candidates_.empty()) {
+    finish();
     present = valuesAt(candidates_.begin()->second);
   }
   return std::nullopt;
@@ -120,7 +120,16 @@ void ReversedTable::abandon() {
 // Changes -----------------------------------------------------------------------------------
 
 void RowReversal::takeBack(const std::vector<RowChange>& changes) {
-  for (const RowChange& change : std::views::reverse(changes)) apply(change, true);
+  for (std::size_t end = changes.size(); end > 0;) {
+    // Rows that were deleted together come back in their order: some tables have no other.
+    std::size_t begin = end - 1;
+    const auto isDeletion = [&](const RowChange& change) {
+      return change.after.empty() && change.table == changes[end - 1].table;
+    };
+    while (begin > 0 && isDeletion(changes[begin]) && isDeletion(changes[begin - 1])) --begin;
+    for (std::size_t i = begin; i < end; ++i) apply(changes[i], true);
+    end = begin;
+  }
 }
 
 void RowReversal::makeAgain(const std::vector<RowChange>& changes) {

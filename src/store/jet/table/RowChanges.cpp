@@ -140,7 +140,7 @@ void RowChanges::readKeyValues(const RowView& row) {
   for (const std::size_t i : keyColumns_) keyValues_[i] = row.value(definition_.columns[i]);
 }
 
-/// Tells of all values of a row that goes; one that is damaged goes all the same.
+/// A row that is damaged goes all the same.
 void RowChanges::tellOfErased(const RowView& row) const {
   try {
     observer_->rowChanged(table_.name(), valuesOf(definition_, row), {});
