@@ -94,7 +94,7 @@ bool CellDelegate::finish() {
     editor_->setFocus();
     return false;
   }
-  emit closeEditor(editor_);
+  close(*editor_, NoHint);
   return true;
 }
 
@@ -205,18 +205,27 @@ bool CellDelegate::pressed(QWidget& editor, const QKeyEvent& key) {
           memo != nullptr && key.modifiers().testFlag(Qt::ShiftModifier)) {
         memo->insertPlainText(QStringLiteral("\n"));
       } else if (commit(editor)) {
-        emit closeEditor(&editor);
+        close(editor, NoHint);
       }
       return true;
     case Qt::Key_Tab:
-      if (commit(editor)) emit closeEditor(&editor, EditNextItem);
+      if (commit(editor)) close(editor, EditNextItem);
       return true;
     case Qt::Key_Backtab:
-      if (commit(editor)) emit closeEditor(&editor, EditPreviousItem);
+      if (commit(editor)) close(editor, EditPreviousItem);
+      return true;
+    case Qt::Key_Escape:
+      close(editor, RevertModelCache);
       return true;
     default:
       return false;
   }
+}
+
+/// What its end does to the keyboard is no leaving of the editor any more.
+void CellDelegate::close(QWidget& editor, EndEditHint hint) {
+  editor_ = nullptr;
+  emit closeEditor(&editor, hint);
 }
 
 /// An editor waits while another window, or its own list, has the keyboard.
@@ -224,7 +233,7 @@ void CellDelegate::leave(QWidget& editor) {
   if (!editor.isActiveWindow() || QApplication::activePopupWidget() != nullptr) return;
   const QWidget* focus = QApplication::focusWidget();
   if (focus != nullptr && (focus == &editor || editor.isAncestorOf(focus))) return;
-  if (commit(editor)) emit closeEditor(&editor);
+  if (commit(editor)) close(editor, NoHint);
 }
 
 bool CellDelegate::commit(QWidget& editor) const {

@@ -49,6 +49,7 @@ class CellDelegate : public QStyledItemDelegate {
  private:
   bool pressed(QWidget& editor, const QKeyEvent& key);
   void leave(QWidget& editor);
+  void close(QWidget& editor, EndEditHint hint);
   bool commit(QWidget& editor) const;
   void tellRefusal(const QWidget& editor, const QString& reason) const;
 

@@ -323,7 +323,7 @@ void RecordEditing::noteHistory() {
 void RecordEditing::offerUndo() {
   const auto connection = database();
   const auto work = connection ? nextWork(*connection, true) : std::nullopt;
-  if (work && work->id > noted_ && !work->isLost) emit undoOffered(shownText(work->title));
+  if (work && work->id != noted_ && !work->isLost) emit undoOffered(shownText(work->title));
 }
 
 }  // namespace orv::app

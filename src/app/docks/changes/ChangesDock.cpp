@@ -49,9 +49,9 @@ ChangesDock::ChangesDock(QWidget* parent)
   bar_->setWhatsThis(tr("Save the changes, drop them, take them back."));
   list_->setObjectName(QStringLiteral("ChangesList"));
   list_->setAccessibleName(tr("Changes"));
-  list_->setWhatsThis(
-      tr("A line a field that is changed and not saved. A click shows the record; Del drops the "
-         "selected changes."));
+  list_->setWhatsThis(tr(
+      "A line a field that is changed and not saved. A click shows the record; Backspace drops the "
+      "selected changes."));
   list_->setHeaderLabels({tr("Record"), tr("Field"), tr("Was"), tr("Becomes"), tr("Remark")});
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
@@ -63,7 +63,7 @@ ChangesDock::ChangesDock(QWidget* parent)
   summary_->setWordWrap(true);
   summary_->setMargin(2);
   drop_->setObjectName(QStringLiteral("mnuChangesDrop"));
-  drop_->setShortcut(QKeySequence::Delete);
+  drop_->setShortcut(Qt::Key_Backspace);
   drop_->setShortcutContext(Qt::WidgetShortcut);
   explain(drop_, tr("Leave the selected fields as they are stored"));
   list_->addAction(drop_);

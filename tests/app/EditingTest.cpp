@@ -1,0 +1,228 @@
+// Editing records in the grid, as one types.
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include "app/WindowTest.h"
+#include "commands/edit/Editor.h"
+
+namespace orv::test {
+
+using commands::edit::Editor;
+using commands::edit::EditSet;
+
+class EditingTest : public WindowTest {
+ protected:
+  enum Column { kId, kName, kProduct, kGroup, kSupplier, kThickness };
+
+  void SetUp() override {
+    ORV_NEEDS_CORPUS();
+    window.resize(1100, 700);
+    path = openCopy("orvdata-3.0.0.mdb").toStdString();
+  }
+
+  /// Selects rows, and puts the cursor into a column of the first.
+  void choose(int low, int high, int column) {
+    grid().selectRows({low, high});
+    grid().selectionModel()->setCurrentIndex(grid().model()->index(low, column),
+                                             QItemSelectionModel::NoUpdate);
+  }
+  QWidget* editor() {
+    for (auto* each : grid().viewport()->findChildren<QWidget*>("CellEditor")) {
+      if (each->isVisible()) return each;
+    }
+    return nullptr;
+  }
+  void press(Qt::Key key) { QTest::keyClick(editor() ? editor() : &grid(), key); }
+  /// Each key goes to what has the keyboard then.
+  void type(const QString& text) {
+    for (const QChar c : text) {
+      QWidget* target = editor() ? editor() : &grid();
+      QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
+  }
+  void click(int row, int column) {
+    const QRect place = grid().visualRect(grid().model()->index(row, column));
+    QTest::mouseClick(grid().viewport(), Qt::LeftButton, {}, place.center());
+  }
+  /// An empty text where the reason is not to be seen.
+  QString refusal() {
+    auto& shown = find<QLabel>("lblCellRefusal");
+    return shown.isVisible() ? shown.text() : QString();
+  }
+
+  /// What the file holds, read past the window.
+  std::string stored(std::int32_t record, const std::string& field, EditSet set = EditSet::panes) {
+    const Editor reader(session, store::Connection::openFile(path), set);
+    return commands::edit::fieldText(reader.value(record, *reader.place(field).field));
+  }
+  void changeOutside(std::int32_t record, const std::string& field, const std::string& text) {
+    Editor other(session, store::Connection::openFile(path), EditSet::panes);
+    ASSERT_TRUE(other.save({other.change(record, other.place(field), text)}).isFine());
+  }
+
+  QStringList lines(const QTreeWidget& list) {
+    QStringList lines;
+    for (int i = 0; i < list.topLevelItemCount(); ++i) {
+      QStringList cells;
+      for (int column = 0; column < 5; ++column) cells << list.topLevelItem(i)->text(column);
+      lines << cells.join('|');
+    }
+    return lines;
+  }
+  QStringList changes() { return lines(find<QTreeWidget>("ChangesList")); }
+
+  std::string path;
+};
+
+TEST_F(EditingTest, WhatIsTypedGoesToAllSelectedRowsAndIsSavedAtOnce) {
+  const QString before = cell(1, kThickness);
+  choose(1, 3, kThickness);
+  type("5,25");  // the first key opens the editor
+  press(Qt::Key_Return);
+  EXPECT_EQ(editor(), nullptr);
+  for (int row = 1; row <= 3; ++row) EXPECT_EQ(cell(row, kThickness), "5.25");
+  EXPECT_NE(cell(4, kThickness), "5.25");
+  EXPECT_EQ(stored(2, "thickness"), before.toStdString());
+  EXPECT_TRUE(find<QDockWidget>("ChangesDock").isVisible());
+  ASSERT_EQ(changes().size(), 3);
+  EXPECT_EQ(changes()[0], "pane02.txt (2)|thickness|" + before + "|5.25|");
+
+  choose(0, 0, kSupplier);
+  press(Qt::Key_F2);
+  auto* names = qobject_cast<QComboBox*>(editor());
+  ASSERT_NE(names, nullptr);
+  EXPECT_GE(names->findText("Café Verre"), 0);
+  type("Neue Gläser");
+  press(Qt::Key_Return);
+  choose(0, 0, kProduct);
+  press(Qt::Key_Return);
+  type("forgotten");
+  press(Qt::Key_Escape);
+  EXPECT_EQ(changes().size(), 4);
+
+  trigger("mnuEditUndo");
+  trigger("mnuEditUndo");
+  EXPECT_TRUE(changes().isEmpty());
+  EXPECT_EQ(cell(1, kThickness), before);
+  EXPECT_FALSE(isEnabled("mnuFileSave"));
+  trigger("mnuEditRedo");
+  trigger("mnuEditRedo");
+  trigger("mnuFileSave");
+  EXPECT_EQ(label("lblStatus"), "4 fields of 4 records saved.");
+  EXPECT_TRUE(changes().isEmpty());
+  EXPECT_EQ(cell(2, kThickness), "5.25");
+  EXPECT_EQ(stored(3, "thickness"), "5.25");
+  EXPECT_EQ(stored(1, "supplier"), "Neue Gläser");
+  EXPECT_NE(stored(1, "product name"), "forgotten");
+
+  find<QToolButton>("btnUndo").click();
+  EXPECT_EQ(label("lblStatus"), "Taken back: Edit 4 values of 4 panes.");
+  EXPECT_EQ(stored(2, "thickness"), before.toStdString());
+  EXPECT_EQ(cell(1, kThickness), before);
+  trigger("mnuEditRedo");
+  EXPECT_EQ(stored(2, "thickness"), "5.25");
+  EXPECT_TRUE(dialogs.seen().empty());
+}
+
+TEST_F(EditingTest, AWrongValueKeepsItsEditorOpenWithTheReason) {
+  click(4, kThickness);
+  press(Qt::Key_F2);
+  type("4000");
+  press(Qt::Key_Return);
+  ASSERT_NE(editor(), nullptr);
+  EXPECT_EQ(refusal(), "pane 5: thickness is from 0 to 1000 mm, and 4000 is not.");
+  click(6, kName);
+  ASSERT_NE(editor(), nullptr) << "it stays where somebody clicks elsewhere";
+  EXPECT_EQ(grid().currentIndex().row(), 4);
+  type("4");
+  EXPECT_EQ(refusal(), "") << "typing goes on";
+  press(Qt::Key_Escape);
+  EXPECT_EQ(editor(), nullptr);
+  EXPECT_TRUE(changes().isEmpty());
+
+  choose(4, 4, kName);
+  type(cell(4, kName) + "x'");
+  press(Qt::Key_Tab);
+  EXPECT_NE(refusal(), "") << "names have no apostrophes";
+  press(Qt::Key_Backspace);
+  press(Qt::Key_Return);
+  EXPECT_EQ(cell(4, kName), "pane05.txtx");
+
+  choose(4, 4, kId);
+  press(Qt::Key_F2);
+  EXPECT_EQ(editor(), nullptr);
+  EXPECT_EQ(label("lblStatus"), "The column Pane ID cannot be edited.");
+  openCopy("glazing.mdb");
+  choose(0, 0, kProduct);
+  press(Qt::Key_F2);
+  EXPECT_EQ(editor(), nullptr);
+  EXPECT_TRUE(label("lblStatus").contains("read only")) << label("lblStatus").toStdString();
+  selectNode({"orvdata-3.0.0.mdb", "Panes"});
+  EXPECT_EQ(changes().size(), 1) << "changes wait for the user to come back";
+}
+
+TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
+  choose(0, 1, kProduct);
+  type("mine");
+  press(Qt::Key_Return);
+  changeOutside(2, "product name", "theirs");
+  trigger("mnuViewRefresh");
+  EXPECT_TRUE(changes()[1].endsWith("it is \"theirs\" now, and was \"Café pane 2\"."));
+
+  QStringList conflicts;
+  dialogs.then([&](QWidget& dialog) {
+    conflicts = lines(*dialog.findChild<QTreeWidget*>("lstConflicts"));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  trigger("mnuFileSave");
+  EXPECT_EQ(conflicts, QStringList("pane02.txt|product name|Café pane 2|theirs|mine"));
+  EXPECT_EQ(stored(1, "product name"), "Café pane 1") << "nothing is saved";
+  EXPECT_EQ(changes().size(), 2);
+
+  dialogs.press("Keep Theirs");
+  trigger("mnuFileSave");
+  EXPECT_EQ(stored(1, "product name"), "mine");
+  EXPECT_EQ(stored(2, "product name"), "theirs");
+
+  choose(1, 1, kProduct);
+  type("again");
+  press(Qt::Key_Return);
+  changeOutside(2, "product name", "theirs again");
+  dialogs.press("Save Mine");
+  trigger("mnuFileSave");
+  EXPECT_EQ(stored(2, "product name"), "again");
+  EXPECT_TRUE(dialogs.isDone());
+}
+
+TEST_F(EditingTest, NothingIsLostWithoutAQuestionAndADeletionIsTakenBack) {
+  choose(2, 2, kProduct);
+  type("kept");
+  press(Qt::Key_Return);
+  dialogs.press("Cancel");
+  window.close();
+  EXPECT_TRUE(window.isVisible());
+  dialogs.press("Save").press("Yes");
+  selectRows(5, 6);
+  trigger("mnuEditDelete");
+  EXPECT_EQ(stored(3, "product name"), "kept");
+  EXPECT_EQ(rows(), 38);
+  auto& undo = find<QToolButton>("btnUndo");
+  ASSERT_TRUE(undo.isVisible());
+  EXPECT_EQ(undo.toolTip(), "Take back: Delete 2 panes");
+  undo.click();
+  EXPECT_EQ(rows(), 40);
+  EXPECT_EQ(stored(6, "name"), "pane06.txt");
+
+  choose(2, 2, kProduct);
+  type("dropped");
+  press(Qt::Key_Return);
+  dialogs.press("Discard").press("Yes");
+  trigger("mnuFileRemove");
+  EXPECT_EQ(stored(3, "product name"), "kept");
+  EXPECT_TRUE(dialogs.isDone());
+}
+
+}  // namespace orv::test
