@@ -208,7 +208,7 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
     return {};
   } catch (const std::exception& error) {
     const QString reason = qt(commands::describe(error));
-    emit editingTold(reason);
+    emit editingTold(reason.section('\n', 0, 0));
     return reason;
   }
 }

@@ -110,7 +110,7 @@ void MainActions::makeFileMenu() {
   mnuFile->addSeparator();
   mnuFileSave = add(mnuFile, "mnuFileSave", "save", tr("&Save Changes"), QKeySequence::Save,
                     tr("Write the changed fields of the records shown into the database"));
-  mnuFileDiscard = add(mnuFile, "mnuFileDiscard", "remove", tr("&Discard Changes"), {},
+  mnuFileDiscard = add(mnuFile, "mnuFileDiscard", "cancel", tr("&Discard Changes"), {},
                        tr("Leave the fields of the records shown as they are stored"));
   mnuFile->addSeparator();
   mnuFileExport =

@@ -91,8 +91,9 @@ void RecordEditing::lookAgain() {
   const auto changed = std::ranges::count_if(
       refusals, [](const Refusal& refusal) { return refusal.present.has_value(); });
   if (changed == 0) return;
-  emit told(tr("%1 that you have edited were changed in the database meanwhile: see the changes.")
-                .arg(counted(changed, tr("field"))));
+  emit told(tr("Fields that you have edited were changed in the database meanwhile (%L1): see the "
+               "changes.")
+                .arg(changed));
 }
 
 bool RecordEditing::hasChanges() const {

@@ -114,7 +114,7 @@ void ChangesDock::fill() {
   }
   list_->addTopLevelItems(lines);
   tellRefusals();
-  for (const int column : {kRecord, kField, kWas, kBecomes}) list_->resizeColumnToContents(column);
+  fitColumns();
   drop_->setEnabled(!changes_.empty());
   const auto count = static_cast<qlonglong>(changes_.size());
   setWindowTitle(count == 0 ? tr("Changes") : tr("Changes (%L1)").arg(count));
@@ -134,6 +134,16 @@ void ChangesDock::fill() {
   }
 }
 
+/// All values are to be seen in a narrow dock.
+void ChangesDock::fitColumns() {
+  constexpr int kWidestInCharacters = 14;
+  const int widest = fontMetrics().averageCharWidth() * kWidestInCharacters;
+  for (const int column : {kRecord, kField, kWas, kBecomes}) {
+    list_->resizeColumnToContents(column);
+    if (list_->columnWidth(column) > widest) list_->setColumnWidth(column, widest);
+  }
+}
+
 void ChangesDock::fillLine(QTreeWidgetItem& line, const Change& change) {
   const QString name = shownText(edits_->pending().name(change.record));
   const QString number = QString::number(change.record);
@@ -141,10 +151,10 @@ void ChangesDock::fillLine(QTreeWidgetItem& line, const Change& change) {
   line.setText(kField, fieldName(change));
   line.setText(kWas, lineText(change.before));
   line.setText(kBecomes, lineText(change.after));
-  for (const int column : {kWas, kBecomes}) {
-    line.setToolTip(column,
-                    toolTipText(qt(fieldText(column == kWas ? change.before : change.after))));
-  }
+  line.setToolTip(kRecord, toolTipText(line.text(kRecord)));
+  line.setToolTip(kField, toolTipText(line.text(kField)));
+  line.setToolTip(kWas, toolTipText(qt(fieldText(change.before))));
+  line.setToolTip(kBecomes, toolTipText(qt(fieldText(change.after))));
 }
 
 void ChangesDock::tellRefusals() {

@@ -35,6 +35,7 @@ class ChangesDock : public QDockWidget {
  private:
   void fill();
   void fillLine(QTreeWidgetItem& line, const commands::edit::Change& change);
+  void fitColumns();
   void tellRefusals();
   void choose(const QTreeWidgetItem* line);
   void dropSelected();
