@@ -106,12 +106,13 @@ function makeFixture() {
     (cat measured/pvb_076.txt; echo '{ Angle of Incidence: 60 }') > slanting/pvb_076.txt
     orv copy clear.txt measured-panes orvdata.mdb --group Fixture
     orv copy slanting orvdata.mdb --group Fixture
+    for i in 1 2 3 4 5; do orv edit orvdata.mdb 1 "supplier=Maker $i" --yes; done
     orv copy '${sources}/examples/shadings' orvdata.mdb --group Fixture
     [ ! -e '${frames}' ] || orv copy '${frames}' orvdata.mdb --set frames --group Fixture
     orv export measured-panes --form json --single catalogue.json
     for i in clear lowe; do orv export $i.txt --form json --single $i.json; done
     cp clear.json product.json
-    for i in 1 2 3 4 5 6; do orv edit orvdata.mdb 1 "supplier=Maker $i" --yes; done
+    orv edit orvdata.mdb 1 thickness=5 --yes
     orv undo orvdata.mdb
     orv list orvdata.mdb --columns PaneID,name,thickness,SupplierName --format csv > panes.csv
     printf 'id;thickness\\n1;5,9\\n' > changes.csv
