@@ -130,6 +130,11 @@ struct ColumnField {
 
 }  // namespace
 
+std::string shadingFieldName(const std::string& column) {
+  const std::string name = readableName(column);
+  return sectionOf(column) == kSurfaceBeam ? name + " beam" : name;
+}
+
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   std::vector<DetailField> fields;
   fields.push_back(whole(kSheet, "id", shading.id()));
