@@ -41,6 +41,7 @@ class RowChanges {
 
   std::span<const Value> fit(std::span<const Value> values, bool newRow);
   void readKeyValues(const RowView& row);
+  void tellOfErased(const RowView& row) const;
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void addEntry(Index& index, std::span<const Value> row, RowId id);
   void eraseEntry(Index& index, std::span<const Value> row, RowId id);
@@ -53,6 +54,7 @@ class RowChanges {
   Table& table_;
   const TableDefinition& definition_;
   Pager& pager_;
+  ChangeObserver* observer_;  ///< null where nobody wants to know
   RowSpace space_;
   std::vector<Index> indexes_;
   std::vector<std::size_t> numbered_;  ///< columns with automatic numbers
