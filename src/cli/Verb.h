@@ -58,6 +58,7 @@ std::unique_ptr<Verb> makeListVerb(CLI::App& app);
 std::unique_ptr<Verb> makeShowVerb(CLI::App& app);
 std::unique_ptr<Verb> makeCopyVerb(CLI::App& app);
 std::unique_ptr<Verb> makeAuditVerb(CLI::App& app);
+std::unique_ptr<Verb> makeDiffVerb(CLI::App& app);
 std::unique_ptr<Verb> makeIntegrateVerb(CLI::App& app);
 std::unique_ptr<Verb> makeEditVerb(CLI::App& app);
 std::unique_ptr<Verb> makeMergeVerb(CLI::App& app);

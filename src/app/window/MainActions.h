@@ -19,6 +19,7 @@ struct CommandState {
   bool recordsPending = false;
   bool changed = false;   ///< fields are changed and not saved
   bool undoable = false;  ///< there may be something to undo or redo
+  bool comparable = false;  ///< there are two sources, or a source and its record sets
 };
 
 /// Makes the menu bar and the tool bar of a window. Each action has its name in the menus as its
@@ -81,6 +82,7 @@ class MainActions {
   QAction* mnuDatabaseRepair;
   QAction* mnuToolsAudit;
   QAction* mnuToolsAuditRecords;
+  QAction* mnuToolsCompare;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 

@@ -10,11 +10,13 @@
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
 #include "app/docks/changes/ChangesDock.h"
+#include "app/docks/compare/CompareDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
 #include "app/theme/Icons.h"
 #include "app/window/CompactCommands.h"
+#include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
@@ -49,7 +51,9 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       compact_(new CompactCommands(session, ui, *this)),
       docks_(new RecordDocks(session, *this)),
       audit_(new AuditDock(this)),
-      editing_(new RecordEditing(session, ui, grid_, *this)) {
+      editing_(new RecordEditing(session, ui, grid_, *this)),
+      compare_(new CompareCommands(session, ui, *this)),
+      differences_(new CompareDock(this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
@@ -59,15 +63,18 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   file_->setParent(this);
   edit_->setParent(this);
   compact_->setParent(this);
+  compare_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
   actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
-                      editing_->dock().toggleViewAction()});
+                      editing_->dock().toggleViewAction(), differences_->toggleViewAction()});
   docks_->layOverDetails(*audit_);
   docks_->layOverDetails(editing_->dock());
+  docks_->layOverDetails(*differences_);
   connectMenus();
   connectParts();
   connectAudit();
   connectEditing();
+  connectCompare();
   loadGeometry();
   docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
@@ -218,6 +225,7 @@ void frmMain::updateState() {
   state.recordsPending = edit_->hasPendingRecords();
   state.changed = editing_->hasChanges();
   state.undoable = editing_->canUndo();
+  state.comparable = session_.MainDataSources.count() > 1;
   actions_->enable(state);
   updateCounts();
 }
