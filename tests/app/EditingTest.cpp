@@ -197,6 +197,62 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   EXPECT_TRUE(dialogs.isDone());
 }
 
+TEST_F(EditingTest, NamesAreRenamedMergedAndDeleted) {
+  trigger("mnuViewLookups");
+  auto& set = find<QComboBox>("cboLookups");
+  auto& list = find<QTreeWidget>("LookupsList");
+  set.setCurrentIndex(set.findText("Suppliers"));
+  const auto select = [&](const QStringList& names) {
+    list.clearSelection();
+    for (const QString& name : names) {
+      list.findItems(name, Qt::MatchExactly).value(0)->setSelected(true);
+    }
+  };
+  const auto names = [&] {
+    QStringList names;
+    for (int i = 0; i < list.topLevelItemCount(); ++i) {
+      const auto* line = list.topLevelItem(i);
+      names << line->text(0) + ' ' + line->text(1) + ' ' + line->text(2) + ' ' + line->text(3);
+    }
+    return names;
+  };
+  const QStringList before{"Café Verre 10 2 0", "Glas & Co 10 2 3", "Sächsische Gläser 10 1 0",
+                           "Unknown 10 1 0"};
+  EXPECT_EQ(names(), before);
+  EXPECT_FALSE(isEnabled("mnuLookupRename"));
+  select({"Glas & Co"});
+  EXPECT_FALSE(isEnabled("mnuLookupDelete"));
+  dialogs.type("Unknown");
+  trigger("mnuLookupRename");
+  EXPECT_TRUE(dialogs.texts().back().contains("Merge the two instead."));
+  EXPECT_EQ(names(), before);
+  dialogs.type("Glas GmbH");
+  trigger("mnuLookupRename");
+  EXPECT_EQ(cell(0, kSupplier), "Glas GmbH") << "the grid follows";
+
+  select({"Café Verre", "Unknown"});
+  dialogs.then([](QWidget& dialog) {
+    dialog.findChild<QComboBox*>()->setCurrentText("Café Verre");
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  trigger("mnuLookupMerge");
+  const QStringList merged{"Café Verre 20 3 0", "Glas GmbH 10 2 3", "Sächsische Gläser 10 1 0"};
+  EXPECT_EQ(names(), merged);
+  EXPECT_EQ(label("lblStatus"), "1 name merged into Café Verre.");
+  trigger("mnuEditUndo");
+  EXPECT_EQ(names().size(), 4);
+  trigger("mnuEditUndo");
+  EXPECT_EQ(names(), before);
+
+  changeOutside(1, "supplier", "Former maker");
+  changeOutside(1, "supplier", "Glas & Co");
+  trigger("mnuViewRefresh");
+  EXPECT_EQ(names().size(), 5);
+  select({"Former maker"});
+  trigger("mnuLookupDelete");
+  EXPECT_EQ(names(), before);
+}
+
 TEST_F(EditingTest, NothingIsLostWithoutAQuestionAndADeletionIsTakenBack) {
   choose(2, 2, kProduct);
   type("kept");

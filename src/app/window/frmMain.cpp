@@ -11,6 +11,7 @@
 #include "app/docks/audit/AuditDock.h"
 #include "app/docks/changes/ChangesDock.h"
 #include "app/docks/compare/CompareDock.h"
+#include "app/docks/lookups/LookupsDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
@@ -20,6 +21,7 @@
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
+#include "app/window/LookupCommands.h"
 #include "app/window/MainActions.h"
 #include "app/window/PaneSplitter.h"
 #include "app/window/RecordEditing.h"
@@ -52,6 +54,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       docks_(new RecordDocks(session, *this)),
       audit_(new AuditDock(this)),
       editing_(new RecordEditing(session, ui, grid_, *this)),
+      lookups_(new LookupCommands(session, ui, *this)),
       compare_(new CompareCommands(session, ui, *this)),
       differences_(new CompareDock(this)) {
   setObjectName("frmMain");
@@ -66,9 +69,11 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   compare_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
   actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
-                      editing_->dock().toggleViewAction(), differences_->toggleViewAction()});
+                      editing_->dock().toggleViewAction(), lookups_->dock().toggleViewAction(),
+                      differences_->toggleViewAction()});
   docks_->layOverDetails(*audit_);
   docks_->layOverDetails(editing_->dock());
+  docks_->layOverDetails(lookups_->dock());
   docks_->layOverDetails(*differences_);
   connectMenus();
   connectParts();
@@ -141,6 +146,7 @@ void frmMain::showNode(const Node& node) {
   current_ = node;
   selection_.RecordsCount(0);
   editing_->follow(node);
+  lookups_->follow(node);
   dataPane_->show(node, options_.digits);
   showDetails();
   updateState();
@@ -152,6 +158,7 @@ void frmMain::reloadNode() {
   selection_.RecordsCount(0);
   dataPane_->reload(current_, options_.digits);
   editing_->lookAgain();
+  lookups_->fill();
   showDetails();
   updateState();
 }

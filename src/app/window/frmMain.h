@@ -21,6 +21,7 @@ class DataPane;
 class DataSourceTree;
 class EditCommands;
 class FileCommands;
+class LookupCommands;
 class MainActions;
 class RecordDocks;
 class RecordEditing;
@@ -111,6 +112,7 @@ class frmMain : public QMainWindow {
   RecordDocks* docks_;
   AuditDock* audit_;
   RecordEditing* editing_;
+  LookupCommands* lookups_;
   CompareCommands* compare_;
   CompareDock* differences_;
   std::string auditedSource_;  ///< the key of that whose findings are shown

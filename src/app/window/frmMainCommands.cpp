@@ -23,6 +23,7 @@
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
+#include "app/window/LookupCommands.h"
 #include "app/window/MainActions.h"
 #include "app/window/RecordEditing.h"
 #include "app/window/StatusBar.h"
@@ -197,6 +198,11 @@ void frmMain::connectEditing() {
   connect(editing_, &RecordEditing::stateChanged, this, &frmMain::updateState);
   connect(editing_, &RecordEditing::workBegins, this, &frmMain::beginWork);
   connect(editing_, &RecordEditing::workEnded, this, [this] { endWork(true); });
+  connect(lookups_, &LookupCommands::settleWanted, this,
+          [this](bool& mayGoOn) { mayGoOn = editing_->settle(current_); });
+  connect(lookups_, &LookupCommands::told, sbStatusBar_, &StatusBar::status);
+  connect(lookups_, &LookupCommands::workBegins, this, &frmMain::beginWork);
+  connect(lookups_, &LookupCommands::workEnded, this, [this] { endWork(true); });
   connect(sbStatusBar_, &StatusBar::undoWanted, actions_->mnuEditUndo, &QAction::trigger);
   connect(&editing_->dock(), &ChangesDock::chosen, this, [this](std::int32_t record) {
     guarded(ui_, [&] { selectRecord(std::to_string(record)); });

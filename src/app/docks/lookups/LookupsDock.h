@@ -1,0 +1,57 @@
+// The groups, suppliers and frame types of a database, beside its records.
+#pragma once
+
+#include <QDockWidget>
+#include <vector>
+
+#include "commands/edit/LookupRecords.h"
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QTreeWidget;
+
+namespace orv::app {
+
+/// A line a name, with how many records have it. What is to be done to the selected names is asked
+/// for by signals.
+class LookupsDock : public QDockWidget {
+  Q_OBJECT
+
+ public:
+  using Records = std::vector<commands::edit::LookupRecord>;
+
+  explicit LookupsDock(QWidget* parent = nullptr);
+
+  /// Of which names it is.
+  commands::edit::EditSet set() const;
+  /// Shows all names of the set; `mayChange`: they can be renamed, merged and deleted.
+  void fill(Records records, bool mayChange);
+  /// Shows why there are none.
+  void tell(const QString& text);
+  /// In the order in which they are shown.
+  Records selected() const;
+
+ signals:
+  /// The names are wanted: the dock was opened, or another set was chosen.
+  void wanted();
+  void renameWanted();
+  void mergeWanted();
+  void deleteWanted();
+
+ private:
+  QAction* add(const char* name, const char* iconName, const QString& text, const QString& help,
+               void (LookupsDock::*wanted)());
+  void followSelection();
+
+  Records records_;  ///< in the order of their numbers
+  bool mayChange_ = false;
+  QComboBox* set_;
+  QTreeWidget* list_;
+  QLabel* summary_;
+  QAction* rename_;
+  QAction* merge_;
+  QAction* delete_;
+};
+
+}  // namespace orv::app
