@@ -13,8 +13,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const char* kFile = "records.mdb";
-
 using Interface = database::ORV_DatabaseInterface;
 using Change = std::function<void(Interface&, store::Connection&)>;
 

@@ -25,9 +25,6 @@ namespace {
 namespace fs = std::filesystem;
 using orv::test::contentOf;
 using orv::test::makeSampleFile;
-using test::DamagedFile;
-using test::entriesOf;
-using test::rowOfEntry;
 
 /// What a check should say of a damage.
 struct Expected {

@@ -22,17 +22,16 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "rows.mdb";
 using test::Rows;
 
 class RowForms : public testing::Test {
  protected:
   void create(const TableInfo& design) {
-    createTable(*createDatabase(kFile), design);
+    createTable(*createDatabase(test::kFile), design);
     open();
   }
   void open() {
-    database_ = Database::open(kFile, "");
+    database_ = Database::open(test::kFile, "");
     table_ = database_->table("Forms");
   }
   /// Gives the row `number` of the table's only page other bytes.
@@ -44,7 +43,7 @@ class RowForms : public testing::Test {
   void expectRows(const Rows& expected) {
     open();
     EXPECT_EQ(test::rowsOf(*table_), expected);
-    test::expectSound(kFile);
+    test::expectSound(test::kFile);
   }
 
   test::MemoryFiles files_;
@@ -132,7 +131,7 @@ TEST_F(RowForms, RowsAreCountedByThePages) {
     store32(database_->pager().modify(table_->definition().page) + kJet4.definition.rowCount, said);
     transaction.commit();
     EXPECT_EQ(table_->countRows(), 5U);
-    EXPECT_EQ(test::expectSound(kFile).remarkCount, 1U);
+    EXPECT_EQ(test::expectSound(test::kFile).remarkCount, 1U);
   }
   while (table_->countRows() > 0) {
     TableScan scan = table_->scan();
