@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -130,9 +131,15 @@ struct ColumnField {
 
 }  // namespace
 
-std::string shadingFieldName(const std::string& column) {
-  const std::string name = readableName(column);
-  return sectionOf(column) == kSurfaceBeam ? name + " beam" : name;
+std::string distinctShadingFieldName(const std::string& column) {
+  static const std::map<std::string, int> kColumnsOfName = [] {
+    std::map<std::string, int> count;
+    for (const ShadingColumn& each : database::shadingColumns())
+      ++count[shadingFieldName(each.name)];
+    return count;
+  }();
+  const std::string name = shadingFieldName(column);
+  return kColumnsOfName.at(name) == 1 ? name : fmt::format("{}: {}", shadingSection(column), name);
 }
 
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {

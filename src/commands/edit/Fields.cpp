@@ -1,6 +1,5 @@
 // The fields of each set. Their names are those of RecordDetails.cpp and ShadingDetails.cpp.
 #include <algorithm>
-#include <map>
 
 #include "commands/ShadingFieldNames.h"
 #include "commands/edit/Field.h"
@@ -120,13 +119,10 @@ struct ShadingField {
 };
 
 std::vector<EditField> shadingFields() {
-  std::map<std::string, int> count;
-  for (const auto& column : database::shadingColumns()) ++count[shadingFieldName(column.name)];
   std::vector<EditField> fields;
   for (const auto& column : database::shadingColumns()) {
-    std::string name = shadingFieldName(column.name);
-    if (count[name] > 1) name = std::string(shadingSection(column.name)) + ": " + name;
-    fields.push_back(std::visit(ShadingField{name, column.name}, column.member));
+    const ShadingField field{distinctShadingFieldName(column.name), column.name};
+    fields.push_back(std::visit(field, column.member));
   }
   for (const IntegratedColumn& column : kIntegratedColumns) {
     fields.push_back(fraction(column.column, column.column));

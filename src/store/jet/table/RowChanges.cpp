@@ -89,9 +89,8 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    if (observer_) tellOfErased(row);
-    readKeyValues(row);
-    for (Index& index : indexes_) eraseEntry(index, keyValues_, id);
+    readErased(row);
+    for (Index& index : indexes_) eraseEntry(index, erased_, id);
     eraseLongValues(row, content->page);
   }
   if (*content != id) space_.erase(*content);
@@ -135,15 +134,18 @@ std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRo
   return fitted_;
 }
 
-void RowChanges::readKeyValues(const RowView& row) {
-  keyValues_.resize(definition_.columns.size());
-  for (const std::size_t i : keyColumns_) keyValues_[i] = row.value(definition_.columns[i]);
-}
-
-/// A row that is damaged goes all the same.
-void RowChanges::tellOfErased(const RowView& row) const {
+/// Reads what indexes need of a row that goes, and tells the observer of all of it. A row that is
+/// damaged elsewhere goes all the same.
+void RowChanges::readErased(const RowView& row) {
+  const std::vector<Column>& columns = definition_.columns;
+  erased_.resize(columns.size());
+  for (const std::size_t i : keyColumns_) erased_[i] = row.value(columns[i]);
+  if (!observer_) return;
   try {
-    observer_->rowChanged(table_.name(), valuesOf(definition_, row), {});
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (!keyColumns_.contains(i)) erased_[i] = row.value(columns[i]);
+    }
+    observer_->rowChanged(table_.name(), erased_, {});
   } catch (const Error& error) {
     if (error.number() != kCorruptFile) throw;
     observer_->rowNotRead();
