@@ -83,6 +83,9 @@ ChangesDock::ChangesDock(QWidget* parent)
   toggleViewAction()->setText(tr("C&hanges"));
   toggleViewAction()->setIcon(icon("edit"));
   explain(toggleViewAction(), tr("Show what is changed and not saved yet"));
+  connect(toggleViewAction(), &QAction::triggered, this, [this](bool isOpened) {
+    if (isOpened) raise();
+  });
   hide();
   fill();
 }

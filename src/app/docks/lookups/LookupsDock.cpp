@@ -110,6 +110,9 @@ LookupsDock::LookupsDock(QWidget* parent)
   toggleViewAction()->setText(tr("&Groups and Suppliers"));
   toggleViewAction()->setIcon(icon("names"));
   explain(toggleViewAction(), tr("Show the groups, suppliers and frame types of the database"));
+  connect(toggleViewAction(), &QAction::triggered, this, [this](bool isOpened) {
+    if (isOpened) raise();
+  });
   followSelection();
   hide();
 }
