@@ -9,6 +9,7 @@
 #include <set>
 
 #include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/Check.h"
 #include "store/Compact.h"
 #include "store/Connection.h"
@@ -183,7 +184,10 @@ TEST(Compact, LeavesADamagedFileToTheRepair) {
     owned.remove(*owned.next(0));
     transaction.commit();
   }
-  EXPECT_THROW(compactFile(file.string(), "", folder / "new.mdb"), Error);
+  const std::string refusal =
+      test::raisedBy([&] { compactFile(file.string(), "", folder / "new.mdb"); }).description;
+  EXPECT_NE(refusal.find("--repair"), std::string::npos) << refusal;
+  EXPECT_EQ(refusal.find("from before the damage"), std::string::npos) << refusal;
   EXPECT_THROW(compactInPlace(file.string(), "", ""), Error);
   EXPECT_FALSE(fs::exists(folder / "new.mdb"));
   repairFile(file.string(), "", folder / "repaired.mdb");
@@ -252,6 +256,9 @@ TEST(Compact, PutsTheNewFileInPlaceWithThePermissionsOfTheOldOne) {
     EXPECT_EQ(fs::status(each).permissions(), fs::perms(0600)) << each;
   }
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
+  fs::permissions(file, fs::perms(0440));
+  compactFile(file.string(), "", folder / "writable.mdb");
+  EXPECT_EQ(fs::status(folder / "writable.mdb").permissions(), fs::perms(0640));
 }
 
 }  // namespace

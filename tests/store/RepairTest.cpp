@@ -1,5 +1,6 @@
 // What a damage does not touch, a repair saves; and the repaired file is sound.
 
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,11 +14,13 @@
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/Compact.h"
+#include "store/Connection.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/catalog/SecurityIds.h"
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
+#include "support/EncodedFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
@@ -258,6 +261,29 @@ TEST(RepairOfAHeader, KeepsThePasswordOrTellsThatItIsLost) {
   }
 }
 
+/// What a log has is lost only where the file lacks it.
+TEST(RepairOfAHeader, TellsOfTheChangesThatOnlyTheLogHas) {
+  ORV_NEEDS_CORPUS();
+  const test::TemporaryFolder folder;
+  const fs::path file = folder.copyOf(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb");
+  fs::copy_file(file, folder / "before.mdb");
+  const auto connection = Connection::openFile(file.string());
+  auto rows =
+      connection->openRecordset("SELECT * FROM Groups", CursorType::keyset, LockType::optimistic);
+  rows->setValue("GroupName", "Renamed");
+  rows->update();
+  fs::copy_file(file, folder / "after.mdb");
+  for (const auto& [name, losses] : {std::pair("before", 1u), std::pair("after", 0u)}) {
+    const std::string damaged = folder / (std::string(name) + ".mdb");
+    fs::copy_file(file.string() + "-log", damaged + "-log");
+    std::fstream(damaged, std::ios::in | std::ios::out | std::ios::binary) << "no database";
+    const auto lost = repairFile(damaged, "", folder / (std::string(name) + "-new.mdb")).lost;
+    EXPECT_EQ(lost.size(), losses) << name;
+    EXPECT_EQ(fmt::format("{}", fmt::join(lost, "")).find("first 4096 bytes") != std::string::npos,
+              losses > 0);
+  }
+}
+
 /// The file ends one byte before the first row of a page does.
 TEST(RepairOfACutFile, TakesTheRowsThatTheLastPartOfAPageHas) {
   ORV_NEEDS_CORPUS();
@@ -278,6 +304,14 @@ TEST(RepairOfACutFile, TakesTheRowsThatTheLastPartOfAPageHas) {
   const auto told = std::ranges::find(report.salvaged, table, &SalvagedTable::table);
   ASSERT_NE(told, report.salvaged.end());
   EXPECT_EQ(told->rowsLost, 1u);
+
+  // Of an encoded page a part says nothing.
+  const std::string whole = damagedCopy(folder, file, SIZE_MAX, "");
+  test::encodePages(*FileSystem::system().open(whole, FileSystem::Open::existing), 0x1234567);
+  fs::resize_file(whole, fs::file_size(whole) - 100);
+  const CompactReport encoded = repairFile(whole, "", folder / "decoded.mdb");
+  ASSERT_FALSE(encoded.lost.empty());
+  EXPECT_NE(encoded.lost[0].find("3996 bytes"), std::string::npos) << encoded.lost[0];
 }
 
 }  // namespace
