@@ -10,11 +10,11 @@ using Kind = CatalogEntry::Kind;
 
 constexpr std::uint32_t kSystemObject = 0x80000000;
 
-CatalogObject container(std::int32_t id, const char* name) {
+CatalogObject fixedContainer(std::int32_t id, const char* name) {
   return {id, kRootContainer, name, Kind::container, kSystemObject};
 }
 
-CatalogObject table(PageNumber page, const char* name) {
+CatalogObject fixedTable(PageNumber page, const char* name) {
   return {static_cast<std::int32_t>(page), kTablesContainer, name, Kind::table, kSystemObject};
 }
 
@@ -22,14 +22,14 @@ CatalogObject table(PageNumber page, const char* name) {
 
 std::span<const CatalogObject> fixedObjects() {
   static const std::array<CatalogObject, 8> kObjects = {
-      container(kTablesContainer, "Tables"),
-      container(kDatabasesContainer, "Databases"),
-      container(kRelationshipsContainer, "Relationships"),
+      fixedContainer(kTablesContainer, "Tables"),
+      fixedContainer(kDatabasesContainer, "Databases"),
+      fixedContainer(kRelationshipsContainer, "Relationships"),
       CatalogObject{kDatabaseObject, kDatabasesContainer, "MSysDb", Kind::database, kSystemObject},
-      table(kCatalogPage, "MSysObjects"),
-      table(kPermissionsPage, "MSysACEs"),
-      table(kQueriesPage, "MSysQueries"),
-      table(kRelationshipsPage, "MSysRelationships"),
+      fixedTable(kCatalogPage, "MSysObjects"),
+      fixedTable(kPermissionsPage, "MSysACEs"),
+      fixedTable(kQueriesPage, "MSysQueries"),
+      fixedTable(kRelationshipsPage, "MSysRelationships"),
   };
   return kObjects;
 }
