@@ -74,6 +74,7 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
 
 void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   place_.reset();
+  sides_.clear();
   node_ = identifiers.empty() ? nullptr : node;
   identifiers_ = std::move(identifiers);
   rest_.start();
@@ -81,6 +82,14 @@ void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   rest_.stop();
   spectrum_->clear();
   details_->clear();
+}
+
+void RecordDocks::showDifference(Side left, Side right, std::optional<int> angle) {
+  place_.reset();
+  node_ = left.identifiers.empty() ? right.node : left.node;
+  sides_ = {std::move(left), std::move(right)};
+  angle_ = angle;
+  rest_.start();
 }
 
 void RecordDocks::pointAt(double microns) {
@@ -120,6 +129,7 @@ QAction* RecordDocks::detailsAction() const {
 void RecordDocks::readRecords() {
   if (!node_) return;
   try {
+    if (!sides_.empty()) return readSides();
     const commands::RecordReader reader(session_, node_);
     commands::recordKind(*node_) == RecordKind::panes ? readPanes(reader) : readOther(reader);
   } catch (const std::exception& error) {
@@ -147,6 +157,27 @@ void RecordDocks::readPanes(const commands::RecordReader& reader) {
     emit statusMessage(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
   }
   spectrum_->showPanes(std::move(panes));
+  if (const auto place = std::exchange(place_, std::nullopt)) spectrum_->pointAt(*place);
+}
+
+/// The names tell the sides apart.
+void RecordDocks::readSides() {
+  details_->showText(tr("Two records are compared."));
+  Panes all;
+  const char* side = QT_TR_NOOP("left: %1");
+  for (const Side& each : sides_) {
+    const commands::RecordReader reader(session_, each.node);
+    for (const std::string& identifier : each.identifiers) {
+      if (commands::recordKind(*each.node) != RecordKind::panes) break;
+      for (const auto& pane : reader.dataSets(identifier)) {
+        pane->filename(tr(side).arg(qt(pane->filename())).toStdString());
+        all.push_back(pane);
+      }
+    }
+    side = QT_TR_NOOP("right: %1");
+  }
+  spectrum_->showPanes(std::move(all));
+  spectrum_->showDifference(angle_);
   if (const auto place = std::exchange(place_, std::nullopt)) spectrum_->pointAt(*place);
 }
 

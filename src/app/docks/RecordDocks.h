@@ -32,6 +32,13 @@ class RecordDocks : public QObject {
 
   /// The records to show from now on; none clears the docks.
   void show(const Node& node, std::vector<std::string> identifiers);
+  /// Two records, or the one of them that is there, to be laid over each other with their
+  /// difference; at this angle where one is given.
+  struct Side {
+    Node node;
+    std::vector<std::string> identifiers;
+  };
+  void showDifference(Side left, Side right, std::optional<int> angle);
   /// Points at this wavelength, in microns, when the spectra of the records are there.
   void pointAt(double microns);
   /// `WavelengthUnitCode` of the plots.
@@ -55,6 +62,7 @@ class RecordDocks : public QObject {
   void readRecords();
   void readPanes(const commands::RecordReader& reader);
   void readOther(const commands::RecordReader& reader);
+  void readSides();
 
   commands::Session& session_;
   QMainWindow& window_;
@@ -63,6 +71,8 @@ class RecordDocks : public QObject {
   QTimer rest_;
   Node node_;
   std::vector<std::string> identifiers_;
+  std::vector<Side> sides_;  ///< of a difference that is shown in place of the records
+  std::optional<int> angle_;
   std::optional<double> place_;
 };
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QTreeWidget>
+#include <string>
+#include <vector>
 
 #include "sources/DataSources.h"
 
@@ -18,6 +20,8 @@ class DataSourceTree : public QTreeWidget {
   void rebuild(const sources::DataSources& registry);
   /// Selects the item of a node, without a signal; an empty key selects none.
   void select(const std::string& key);
+  /// The keys of the nodes that are selected, the current one first.
+  std::vector<std::string> selectedKeys() const;
 
  signals:
   void nodeSelected(const std::string& key);

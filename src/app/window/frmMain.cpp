@@ -9,11 +9,13 @@
 #include "app/Text.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
+#include "app/docks/compare/CompareDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
 #include "app/theme/Icons.h"
 #include "app/window/CompactCommands.h"
+#include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/Guarded.h"
@@ -46,7 +48,9 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       edit_(new EditCommands(session, ui, *this)),
       compact_(new CompactCommands(session, ui, *this)),
       docks_(new RecordDocks(session, *this)),
-      audit_(new AuditDock(this)) {
+      audit_(new AuditDock(this)),
+      compare_(new CompareCommands(session, ui, *this)),
+      differences_(new CompareDock(this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
@@ -56,13 +60,16 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   file_->setParent(this);
   edit_->setParent(this);
   compact_->setParent(this);
+  compare_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
-  actions_->addDocks(
-      {docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction()});
+  actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
+                      differences_->toggleViewAction()});
   docks_->layOverDetails(*audit_);
+  docks_->layOverDetails(*differences_);
   connectMenus();
   connectParts();
   connectAudit();
+  connectCompare();
   loadGeometry();
   docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
@@ -207,6 +214,7 @@ void frmMain::updateState() {
   state.integrable =
       state.recordsSelected && current_ && current_->DataType() == sources::DataType::orv3Panes;
   state.recordsPending = edit_->hasPendingRecords();
+  state.comparable = session_.MainDataSources.count() > 1;
   actions_->enable(state);
   updateCounts();
 }

@@ -270,6 +270,14 @@ void SpectrumDock::showValues() {
   noTable_->setVisible(!hasValues);
 }
 
+void SpectrumDock::showDifference(std::optional<int> angle) {
+  plot_.angle = angle;
+  fillAngles();
+  legend_->refresh();
+  difference_->setChecked(true);
+  followPlot();
+}
+
 void SpectrumDock::pointAt(double microns) {
   if (plot_.hasSpectra()) view_->pointAtWavelength(microns);
 }

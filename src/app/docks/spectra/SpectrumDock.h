@@ -33,6 +33,8 @@ class SpectrumDock : public QDockWidget {
   /// together. The quantities, the angle and the axis that the user chose stay.
   void showPanes(std::vector<std::shared_ptr<const GlazingData>> panes);
   void clear();
+  /// Shows the difference of the two panes, of their curves at this angle where one is given.
+  void showDifference(std::optional<int> angle);
   /// Points at a wavelength of the curves, in microns, where there are any.
   void pointAt(double microns);
   /// Where the cross hair is, in microns; none while it is not shown.
