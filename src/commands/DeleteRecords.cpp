@@ -1,8 +1,10 @@
 #include "commands/DeleteRecords.h"
 
 #include "commands/AccessUse.h"
+#include "commands/ChangeHistory.h"
 #include "commands/ErrorText.h"
 #include "commands/LongWork.h"
+#include "commands/RecordKind.h"
 #include "commands/RecordReader.h"
 
 namespace orv::commands {
@@ -75,6 +77,8 @@ DeletionResult deleteRecords(Session& session, const sources::RecordSelection& c
     result.refused = true;
     return result;
   }
+  const HistoryScope history(session.ui, *shown->ADOConnection(),
+                             "Delete " + countedRecords(*shown, current.RecordsCount()));
   LongWork work(session.ui, "Deleting records...");
   session.ui.status("Opening database...");
   work.expect(current.RecordsCount());

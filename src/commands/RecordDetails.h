@@ -26,8 +26,4 @@ std::vector<DetailField> paneDetails(const GlazingData& pane);
 std::vector<DetailField> frameDetails(const FrameDataClass& frame);
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading);
 
-/// The name of a column of shadings where no section tells what it is of: that of beam optics ends
-/// with "beam".
-std::string shadingFieldName(const std::string& column);
-
 }  // namespace orv::commands

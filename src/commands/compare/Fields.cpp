@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "commands/RecordDetails.h"
+#include "commands/ShadingFieldNames.h"
 #include "database/ShadingColumns.h"
 #include "errors/Error.h"
 #include "model/IntegratedColumns.h"
@@ -93,7 +93,7 @@ std::vector<Field> fieldsOfShadings() {
   for (const auto& column : database::shadingColumns()) {
     const auto* key = std::get_if<database::ShadingKey>(&column.member);
     if (key == nullptr) {
-      fields.push_back({shadingFieldName(column.name), column.name});
+      fields.push_back({distinctShadingFieldName(column.name), column.name});
     } else if (*key == database::ShadingKey::group) {
       fields.push_back({"group", column.name, Lookup::group});
     } else {
