@@ -101,6 +101,8 @@ TEST_F(DiffTest, WhatChangedIsCopiedWithItsKeysAndGroups) {
             "2\tb.txt\tBetter\tDemo\tUnknown\n3\tc.txt\tGamma\tDemo\tUnknown\n"
             "4\tc.txt\tGamma\tSecond\tUnknown\n");
   EXPECT_EQ(orv("copy other.mdb db.mdb --changed --yes").out, "There is nothing to copy.\n");
+  EXPECT_EQ(orv("undo db.mdb").exit, 0);
+  EXPECT_EQ(orv("list db.mdb").out.find("c.txt"), std::string::npos) << "both at once";
   EXPECT_EQ(orv("check db.mdb").exit, 0);
 
   // Of files, which have no groups, those that are there stay in theirs.
