@@ -316,10 +316,10 @@ TEST_F(RepairOfTheSample, TakesTheRowsThatTheLastPartOfAPageHas) {
   EXPECT_EQ(told->rowsLost, 1u);
 
   // Of an encoded page a part says nothing.
-  const std::string whole = damagedCopy(folder, file, SIZE_MAX, "");
+  const std::string whole = damagedCopy(SIZE_MAX, "");
   test::encodePages(*FileSystem::system().open(whole, FileSystem::Open::existing), 0x1234567);
   fs::resize_file(whole, fs::file_size(whole) - 100);
-  const CompactReport encoded = repairFile(whole, "", folder / "decoded.mdb");
+  const CompactReport encoded = repairFile(whole, "", folder_ / "decoded.mdb");
   ASSERT_FALSE(encoded.lost.empty());
   EXPECT_NE(encoded.lost[0].find("3996 bytes"), std::string::npos) << encoded.lost[0];
 }
