@@ -278,10 +278,9 @@ TEST_F(RepairOfTheSample, KeepsThePasswordOrTellsThatItIsLost) {
 }
 
 /// What a log has is lost only where the file lacks it.
-TEST(RepairOfAHeader, TellsOfTheChangesThatOnlyTheLogHas) {
-  ORV_NEEDS_CORPUS();
-  const test::TemporaryFolder folder;
-  const fs::path file = folder.copyOf(test::corpusFolder() / "sources" / "orvdata-3.0.0.mdb");
+TEST_F(RepairOfTheSample, TellsOfTheChangesThatOnlyTheLogHas) {
+  const auto& folder = folder_;
+  const fs::path file = sound_;
   fs::copy_file(file, folder / "before.mdb");
   const auto connection = Connection::openFile(file.string());
   auto rows =
