@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <fstream>
 #include <iostream>
 
@@ -15,23 +16,23 @@ namespace orv::cli {
 
 using commands::RecordKind;
 using commands::TextFileKind;
+using commands::edit::EditSet;
 
 namespace {
 
-const std::map<std::string, RecordKind> kSets = {{"panes", RecordKind::panes},
-                                                 {"frames", RecordKind::frames},
-                                                 {"shadings", RecordKind::shadings}};
+const std::map<std::string, EditSet> kSets = {
+    {"panes", EditSet::panes}, {"frames", EditSet::frames}, {"shadings", EditSet::shadings}};
+const std::map<std::string, EditSet> kSetsAndNames = [] {
+  std::map<std::string, EditSet> sets;
+  for (const EditSet set : commands::edit::kEditSets) {
+    sets.emplace(commands::edit::designOf(set).name, set);
+  }
+  return sets;
+}();
 const std::map<std::string, TextFileKind> kTextKinds = {{"panes", TextFileKind::panes},
                                                         {"shadings", TextFileKind::shadings}};
 const std::map<std::string, Format> kFormats = {
     {"table", Format::table}, {"tsv", Format::tsv}, {"csv", Format::csv}, {"json", Format::json}};
-
-std::string nameOf(RecordKind kind) {
-  for (const auto& [name, each] : kSets) {
-    if (each == kind) return name;
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -138,8 +139,32 @@ void SourceArgument::addSet(CLI::App& command, const char* help) {
   command.add_option("--set", set_, help)->transform(oneOf(kSets))->type_name("KIND");
 }
 
+void SourceArgument::addSetOfNames(CLI::App& command) {
+  command
+      .add_option("--set", set_,
+                  "Which records: panes (default), frames, shadings, groups, suppliers or "
+                  "frametypes")
+      ->transform(oneOf(kSetsAndNames))
+      ->type_name("KIND");
+}
+
+std::optional<RecordKind> SourceArgument::kind() const {
+  if (!set_) return std::nullopt;
+  return *set_ == EditSet::panes    ? RecordKind::panes
+         : *set_ == EditSet::frames ? RecordKind::frames
+                                    : RecordKind::shadings;
+}
+
+std::optional<EditSet> SourceArgument::names() const {
+  return set_ && commands::edit::isLookup(*set_) ? set_ : std::nullopt;
+}
+
 void SourceArgument::addOptions(CLI::App& command, const char* helpOfSet) {
   addSet(command, helpOfSet);
+  addText(command);
+}
+
+void SourceArgument::addText(CLI::App& command) {
   command
       .add_option("--text", textKind_,
                   "What text files are: panes or shadings (default: as the first files look)")
@@ -180,6 +205,16 @@ Node SourceArgument::open(Console& console) const {
   return source;
 }
 
+std::shared_ptr<store::Connection> SourceArgument::openDatabase(Console& console,
+                                                                Node* opened) const {
+  const Node source = open(console);
+  if (source->DataType() != sources::DataType::orvDatabase3) {
+    throw wrongUse("\"" + source->text() + "\" is no ORV database of version 3.0.0.");
+  }
+  if (opened) *opened = source;
+  return source->ADOConnection();
+}
+
 void SourceArgument::requireTexts(const std::vector<Node>& sources) const {
   const auto isText = [](const Node& source) {
     return source->DataType() == sources::DataType::textFolder;
@@ -191,9 +226,14 @@ void SourceArgument::requireTexts(const std::vector<Node>& sources) const {
 
 Node SourceArgument::recordSet(const Node& source) const {
   const bool isFolder = source->DataType() == sources::DataType::textFolder;
-  const auto kind = set_ ? *set_ : isFolder ? *commands::recordKind(*source) : RecordKind::panes;
+  const auto kind = set_       ? *this->kind()
+                    : isFolder ? *commands::recordKind(*source)
+                               : RecordKind::panes;
   const Node node = commands::recordSetOf(source, kind);
-  if (!node) throw wrongUse("\"" + source->text() + "\" has no " + nameOf(kind) + ".");
+  if (!node) {
+    const char* name = commands::edit::designOf(commands::edit::editSetOf(kind)).name;
+    throw wrongUse("\"" + source->text() + "\" has no " + name + ".");
+  }
   return node;
 }
 
@@ -240,6 +280,20 @@ sources::RecordSelection SourceArgument::select(Console& console, const Node& no
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier) {
   const bool isNumber = node.ADOConnection() && node.DataType() != sources::DataType::optics5Panes;
   return isNumber ? store::Value(commands::recordNumber(identifier)) : store::Value(identifier);
+}
+
+std::vector<std::int32_t> recordNumbers(const std::vector<std::string>& identifiers) {
+  std::vector<std::int32_t> numbers;
+  for (const std::string& identifier : identifiers) {
+    std::int32_t number = 0;
+    const char* end = identifier.data() + identifier.size();
+    const auto [last, error] = std::from_chars(identifier.data(), end, number);
+    if (error != std::errc() || last != end) {
+      throw wrongUse("\"" + identifier + "\" is no identifier: they are numbers, as list shows.");
+    }
+    numbers.push_back(number);
+  }
+  return numbers;
 }
 
 void tellFailures(const std::vector<std::string>& failures) {

@@ -16,6 +16,7 @@
 #include "commands/RecordFilter.h"
 #include "commands/RecordKind.h"
 #include "commands/SourceOpener.h"
+#include "commands/edit/EditSet.h"
 #include "model/Text.h"
 #include "optics/Standard.h"
 #include "sources/RecordSelection.h"
@@ -117,6 +118,10 @@ class SourceArgument {
   void addDatabase(CLI::App& command);
   /// Declares --set.
   void addSet(CLI::App& command, const char* help = kSetHelp);
+  /// Declares --set, for a verb to which groups, suppliers and frame types are records too.
+  void addSetOfNames(CLI::App& command);
+  /// Declares --text.
+  void addText(CLI::App& command);
   /// Declares --set and --text.
   void addOptions(CLI::App& command, const char* helpOfSet = kSetHelp);
 
@@ -156,11 +161,16 @@ class SourceArgument {
 
   /// Opens SOURCE. Raises Failure.
   Node open(Console& console) const;
+  /// Opens DB. Raises Failure for another than an ORV database of version 3.0.0.
+  std::shared_ptr<store::Connection> openDatabase(Console& console, Node* opened = nullptr) const;
   /// The record set that --set names; without it the panes, or what the text files are. Raises
   /// Failure when the source has no such records.
   Node recordSet(const Node& source) const;
   /// What --set names.
-  const std::optional<commands::RecordKind>& kind() const { return set_; }
+  std::optional<commands::RecordKind> kind() const;
+  std::optional<commands::edit::EditSet> editSet() const { return set_; }
+  /// The same where it is groups, suppliers or frame types.
+  std::optional<commands::edit::EditSet> names() const;
   Node openRecordSet(Console& console) const { return recordSet(open(console)); }
 
   /// Raises Failure where --text is given and none of the sources is of text files.
@@ -172,7 +182,7 @@ class SourceArgument {
   std::string path_;
   bool isDatabase_ = false;
   std::string name_;  ///< of the file that comes from the standard input
-  std::optional<commands::RecordKind> set_;
+  std::optional<commands::edit::EditSet> set_;
   std::optional<commands::TextFileKind> textKind_;
   bool isTolerant_ = false;
   PasswordArgument password_;
@@ -182,6 +192,9 @@ class SourceArgument {
 /// An identifier of a record as a value: of ORV databases they are numbers, of text files and of
 /// the IGDB texts.
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier);
+
+/// Identifiers of records of an ORV database. Raises Failure for a text that is none.
+std::vector<std::int32_t> recordNumbers(const std::vector<std::string>& identifiers);
 
 /// Says on standard error what cannot be read.
 void tellFailures(const std::vector<std::string>& failures);

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "cli/Arguments.h"
+#include "cli/ChangedCopy.h"
 #include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/GroupName.h"
@@ -26,6 +27,7 @@ class CopyVerb : public Verb {
              "  orv copy catalogue.json orvdata.mdb catalogue.json#/3 --group Demo\n"
              "  orv copy glazing.mdb orvdata.mdb CLEAR_3.DAT CLEAR_6.DAT\n"
              "  orv copy old.mdb orvdata.mdb --set frames --group Old\n"
+             "  orv copy colleague.mdb orvdata.mdb --changed --dry-run\n"
              "  orv copy - orvdata.mdb --name clear.json --group Demo < product.json\n",
              "Each record is copied entirely or not at all. What it loses on its way is told.") {
     command()
@@ -60,11 +62,12 @@ class CopyVerb : public Verb {
                                        "Replace records of the same name and group, which keep "
                                        "their keys: a pane of a database as a whole, a text file "
                                        "the data at its angle");
-    command()
-        .add_flag("--skip-existing", skipExisting_,
-                  "Pass over records of the same name and group; they are counted, and are no "
-                  "failure")
-        ->excludes(replace);
+    auto* skip = command()
+                     .add_flag("--skip-existing", skipExisting_,
+                               "Pass over records of the same name and group; they are counted, "
+                               "and are no failure")
+                     ->excludes(replace);
+    changed_.addTo(command(), answers_.yes)->excludes(replace)->excludes(skip);
     auto* standard =
         command()
             .add_option("--standard", standard_,
@@ -93,6 +96,7 @@ class CopyVerb : public Verb {
     checkUseOfGroup(nodes);
     const Node destination = destinationNode(console, nodes, opener, *split);
     const std::vector<std::string> identifiers(split + 1, arguments_.cend());
+    if (changed_.isWanted()) return copyChanges(console, nodes, destination, identifiers);
     if (nodes.size() > 1 && !identifiers.empty()) {
       throw wrongUse("Identifiers of records can be given for one source only.");
     }
@@ -168,6 +172,34 @@ class CopyVerb : public Verb {
     return result;
   }
 
+  ExitCode copyChanges(Console& console, const std::vector<Node>& nodes, const Node& destination,
+                       const std::vector<std::string>& identifiers) const {
+    if (nodes.size() > 1) throw wrongUse("--changed is for one source.");
+    if (!identifiers.empty() || source_.hasConditions()) {
+      throw wrongUse("--changed chooses the records by itself: leave identifiers and --where out.");
+    }
+    if (!destination->ADOConnection() ||
+        destination->DataType() != sources::DataType::orvDatabase3) {
+      throw wrongUse("Changes can only be copied into an ORV database of version 3.0.0.");
+    }
+    commands::PasteOptions pasting = options();
+    pasting.group = answers_.group;
+    const auto outcome = changed_.run(console,
+                                      {.a = nodes.front(),
+                                       .b = destination,
+                                       .kind = source_.kind(),
+                                       .options = pasting,
+                                       .isQuiet = answers_.quiet},
+                                      [&](const commands::PasteResult& result) {
+                                        if (!answers_.quiet && !result.refused) tell(result);
+                                      });
+    if (outcome.wasTried && !outcome.result.refused && !answers_.quiet) {
+      std::cout << outcome.result.summary() << '\n';
+    }
+    const ExitCode exit = exitOf(outcome.result);
+    return exit == kAllWell && outcome.leftOut > 0 ? kRecordsFailed : exit;
+  }
+
   static ExitCode exitOf(const commands::PasteResult& result) {
     if (result.refused) return kWrongUse;
     const bool allWell =
@@ -212,6 +244,7 @@ class CopyVerb : public Verb {
   std::optional<SubstratePolicy> substrate_;
   bool replace_ = false;
   bool skipExisting_ = false;
+  ChangedCopy changed_;
   optics::Standard standard_ = optics::kUsualStandard;
   bool doesNotIntegrate_ = false;
 };

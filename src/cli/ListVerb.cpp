@@ -6,6 +6,7 @@
 #include "commands/FileTable.h"
 #include "commands/RecordList.h"
 #include "commands/RecordReader.h"
+#include "commands/edit/LookupRecords.h"
 
 namespace orv::cli {
 
@@ -17,12 +18,15 @@ class ListVerb : public Verb {
       : Verb(app, "list", "List the records of a data source",
              "  orv list orvdata.mdb\n"
              "  orv list orvdata.mdb --set frames --format tsv\n"
+             "  orv list orvdata.mdb --set suppliers\n"
              "  orv list orvdata.mdb --where \"thickness>5\" --columns name,thickness\n"
              "  orv list glazing.mdb --format json\n",
              "Shows of each record its identifier, name, product, group and supplier, or the "
-             "columns that are chosen.") {
+             "columns that are chosen; of each group, supplier and frame type how many records "
+             "have it.") {
     source_.addSource(command());
-    source_.addOptions(command());
+    source_.addSetOfNames(command());
+    source_.addText(command());
     source_.addTolerant(command());
     source_.addWhere(command());
     columns_.addTo(command(),
@@ -32,6 +36,7 @@ class ListVerb : public Verb {
   }
 
   ExitCode run(Console& console) override {
+    if (source_.names()) return listNames(console);
     const Node node = source_.openRecordSet(console);
     if (!columns_.isGiven() && !source_.hasConditions()) return listAll(console, node);
     std::vector<std::string> failures;
@@ -42,6 +47,21 @@ class ListVerb : public Verb {
   }
 
  private:
+  /// Groups, suppliers or frame types, with how many records have each.
+  ExitCode listNames(Console& console) const {
+    if (columns_.isGiven() || source_.hasConditions()) {
+      throw wrongUse("--columns and --where are for panes, frames and shadings.");
+    }
+    const auto database = source_.openDatabase(console);
+    const auto writer =
+        makeRowWriter(format_, {"id", "name", "panes", "frames", "shadings"}, std::cout);
+    for (const auto& record : commands::edit::lookupRecords(*source_.names(), *database)) {
+      writer->row({record.id, record.name, record.panes, record.frames, record.shadings});
+    }
+    writer->end();
+    return kAllWell;
+  }
+
   ExitCode listAll(Console& console, const Node& node) const {
     ExitCode exit = kAllWell;
     const auto writer =

@@ -21,8 +21,9 @@ std::vector<std::unique_ptr<Verb>> makeVerbs(CLI::App& app) {
   std::vector<std::unique_ptr<Verb>> verbs;
   for (const auto make :
        {makeNewVerb, makeInfoVerb, makeListVerb, makeShowVerb, makeCopyVerb, makeIntegrateVerb,
-        makeAuditVerb, makeExportVerb, makeDeleteVerb, makeSqlVerb, makeTablesVerb, makeCheckVerb,
-        makeCompactVerb, makeCompletionVerb}) {
+        makeAuditVerb, makeDiffVerb, makeExportVerb, makeEditVerb, makeMergeVerb, makeDeleteVerb,
+        makeHistoryVerb, makeUndoVerb, makeSqlVerb, makeTablesVerb, makeCheckVerb, makeCompactVerb,
+        makeCompletionVerb}) {
     verbs.push_back(make(app));
   }
   return verbs;

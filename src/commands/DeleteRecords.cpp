@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 
 #include "commands/AccessUse.h"
+#include "commands/ChangeHistory.h"
 #include "commands/ErrorText.h"
 #include "commands/LongWork.h"
+#include "commands/RecordKind.h"
 #include "commands/RecordReader.h"
 
 namespace orv::commands {
@@ -81,13 +83,16 @@ DeletionResult askToDelete(Session& session, const sources::RecordSelection& cur
 
 DeletionResult deleteAskedFor(Session& session, const sources::RecordSelection& current) {
   DeletionResult result;
+  const sources::datasource& node = *current.DataSourcePtr();
+  const HistoryScope history(session.ui, *node.ADOConnection(),
+                             "Delete " + countedRecords(node, current.RecordsCount()));
   LongWork work(session.ui, "Deleting records...");
   session.ui.status("Opening database...");
   work.expect(current.RecordsCount());
   for (std::int32_t i = 1; i <= current.RecordsCount() && !result.cancelled; ++i) {
     const std::string& identifier = current.SelectedRecordID(i);
     session.ui.status("Deleting " + identifier + "...");
-    const Outcome outcome = deleteWithRetries(session, *current.DataSourcePtr(), identifier);
+    const Outcome outcome = deleteWithRetries(session, node, identifier);
     ++(outcome == Outcome::deleted ? result.deleted : result.failed);
     result.cancelled = outcome == Outcome::aborted || session.ui.cancelled();
     work.stepDone();

@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include "commands/AccessUse.h"
+#include "commands/ChangeHistory.h"
 #include "commands/ErrorText.h"
 #include "commands/LongWork.h"
 #include "commands/RecordKind.h"
@@ -183,6 +184,11 @@ IntegrationResult integrateRecords(Session& session, const sources::RecordSelect
   requirePanes(*node, options);
   if (options.stores && !mayBeChanged(*node->ADOConnection(), session.ui)) {
     return {.refused = true};
+  }
+  std::optional<HistoryScope> history;
+  if (options.stores) {
+    history.emplace(session.ui, *node->ADOConnection(),
+                    "Store integrated values of " + countedRecords(*node, records.RecordsCount()));
   }
   return Integration(session, records, options, each).run();
 }

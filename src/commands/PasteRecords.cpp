@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "commands/AccessUse.h"
+#include "commands/ChangeHistory.h"
 #include "commands/RecordKind.h"
 #include "commands/Transfer.h"
 
@@ -70,6 +71,8 @@ PasteResult pasteRecords(Session& session, const sources::RecordSelection& pendi
     return {.refused = true};
   }
   if (!mayBeChanged(*destination->ADOConnection(), session.ui)) return {.refused = true};
+  const HistoryScope history(session.ui, *destination->ADOConnection(),
+                             "Copy " + countedRecords(*destination, pending.RecordsCount()));
   TransferWork work(session, pending, *destination, options);
   const std::string& kind = destination->RecordSetName();
   kind == "Pane"    ? transferPanes(work)

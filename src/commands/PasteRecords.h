@@ -13,6 +13,8 @@
 namespace orv::commands {
 
 struct PasteOptions {
+  /// The group that the records are put into; where it is empty the user is asked.
+  std::string group = {};
   /// What is to become of records that are there; without it the user is asked.
   std::optional<IfThere> ifThere = {};
   /// By which standard the integrated values of panes are computed whose source has none; without

@@ -26,6 +26,15 @@ std::optional<RecordKind> recordKind(const sources::datasource& node) {
   }
 }
 
+std::string countedRecords(const sources::datasource& node, std::int32_t count) {
+  const auto kind = recordKind(node);
+  const char* one = !kind                         ? "record"
+                    : *kind == RecordKind::panes  ? "pane"
+                    : *kind == RecordKind::frames ? "frame"
+                                                  : "shading";
+  return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
 std::shared_ptr<sources::datasource> recordSetOf(const std::shared_ptr<sources::datasource>& node,
                                                  RecordKind kind) {
   if (node->DataType() == DataType::textFolder) {

@@ -23,16 +23,19 @@ void requireUsableName(const std::string& what, const std::string& name) {
 
 void requireUsableNames(const GlazingData& pane) {
   requireUsableName("name of the pane", pane.filename());
+  requireUsableName("group", pane.group());
   requireUsableName("supplier", pane.supplier());
 }
 
 void requireUsableNames(const FrameDataClass& frame) {
   requireUsableName("name of the frame", frame.name());
+  requireUsableName("group", frame.group());
   requireUsableName("supplier", frame.supplier());
   requireUsableName("frame type", frame.frametype());
 }
 
 void requireUsableNames(const ShadingDataClass& shading) {
+  requireUsableName("group", shading.group());
   requireUsableName("supplier", shading.supplier());
 }
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 #include <utility>
 
 #include "commands/NumberText.h"
 #include "commands/RecordDetails.h"
+#include "commands/ShadingFieldNames.h"
 #include "database/ShadingColumns.h"
 #include "model/IntegratedColumns.h"
 
@@ -17,33 +19,12 @@ namespace {
 using database::ShadingColumn;
 using database::ShadingKey;
 
-/// The unit of a property; empty for a text, a flag, a fraction and a code.
-const char* unitOf(Property<double> ShadingDataClass::*member) {
-  using S = ShadingDataClass;
-  if (member == &S::conduction) return "W/(m·K)";
-  if (member == &S::angle) return "°";
-  for (const auto length : {&S::thickness, &S::window_slat_distance, &S::slat_curvature,
-                            &S::slat_length, &S::slat_distance}) {
-    if (member == length) return "mm";
-  }
-  return "";
-}
-
 /// The sections in the order in which they are shown.
 constexpr const char* kSheet = "Shading";
 constexpr const char* kSlats = "Slats";
 constexpr const char* kSurface = "Surface of the slats";
 constexpr const char* kSurfaceBeam = "Surface of the slats, beam";
 constexpr std::array kSections{kSheet, kSlats, kSurface, kSurfaceBeam};
-
-/// Where a column belongs, by its name.
-std::string_view sectionOf(std::string_view column) {
-  if (column.find("_slat_surf") != std::string_view::npos) {
-    return column.ends_with("_BB") ? kSurfaceBeam : kSurface;
-  }
-  const bool isOfSlats = column.find("slat_") != std::string_view::npos || column == "angle";
-  return isOfSlats ? kSlats : kSheet;
-}
 
 /// What the words of columns' names stand for; nothing for those that the section says.
 constexpr std::pair<std::string_view, std::string_view> kWords[] = {
@@ -66,6 +47,8 @@ constexpr std::pair<std::string_view, std::string_view> kWords[] = {
     {"homogenious", "homogeneous"},
     {"productname", "product name"},
     {"typeID", "type"},
+    {"groupnameID", "group"},
+    {"supplierID", "supplier"},
     {"dataID", "data id"},
     {"freeze", "frozen"},
 };
@@ -77,8 +60,28 @@ std::string_view readableWord(std::string_view word) {
   return word;
 }
 
-/// The name of a column in words: "Sol_refl_slat_surf_outd" is "solar reflectance outdoor".
-std::string readableName(std::string column) {
+}  // namespace
+
+const char* shadingUnit(Property<double> ShadingDataClass::*member) {
+  using S = ShadingDataClass;
+  if (member == &S::conduction) return "W/(m·K)";
+  if (member == &S::angle) return "°";
+  for (const auto length : {&S::thickness, &S::window_slat_distance, &S::slat_curvature,
+                            &S::slat_length, &S::slat_distance}) {
+    if (member == length) return "mm";
+  }
+  return "";
+}
+
+std::string_view shadingSection(std::string_view column) {
+  if (column.find("_slat_surf") != std::string_view::npos) {
+    return column.ends_with("_BB") ? kSurfaceBeam : kSurface;
+  }
+  const bool isOfSlats = column.find("slat_") != std::string_view::npos || column == "angle";
+  return isOfSlats ? kSlats : kSheet;
+}
+
+std::string shadingFieldName(std::string column) {
   constexpr std::string_view kSurfaceWords = "_slat_surf";
   if (const auto at = column.find(kSurfaceWords); at != std::string::npos) {
     column.erase(at, kSurfaceWords.size());
@@ -93,6 +96,8 @@ std::string readableName(std::string column) {
   }
   return name;
 }
+
+namespace {
 
 DetailField whole(const std::string& section, const std::string& name, std::int64_t value) {
   return {section, name, fmt::format("{}", value), "", value};
@@ -109,7 +114,7 @@ struct ColumnField {
   }
   DetailField operator()(Property<double> ShadingDataClass::*member) const {
     const double value = (shading.*member)();
-    return {section, name, numberText(value), unitOf(member), value};
+    return {section, name, numberText(value), shadingUnit(member), value};
   }
   DetailField operator()(Property<bool> ShadingDataClass::*member) const {
     const bool value = (shading.*member)();
@@ -126,14 +131,25 @@ struct ColumnField {
 
 }  // namespace
 
+std::string distinctShadingFieldName(const std::string& column) {
+  static const std::map<std::string, int> kColumnsOfName = [] {
+    std::map<std::string, int> count;
+    for (const ShadingColumn& each : database::shadingColumns())
+      ++count[shadingFieldName(each.name)];
+    return count;
+  }();
+  const std::string name = shadingFieldName(column);
+  return kColumnsOfName.at(name) == 1 ? name : fmt::format("{}: {}", shadingSection(column), name);
+}
+
 std::vector<DetailField> shadingDetails(const ShadingDataClass& shading) {
   std::vector<DetailField> fields;
   fields.push_back(whole(kSheet, "id", shading.id()));
   for (const char* section : kSections) {
     for (const ShadingColumn& column : database::shadingColumns()) {
-      if (sectionOf(column.name) != section) continue;
+      if (shadingSection(column.name) != section) continue;
       fields.push_back(
-          std::visit(ColumnField{shading, section, readableName(column.name)}, column.member));
+          std::visit(ColumnField{shading, section, shadingFieldName(column.name)}, column.member));
     }
   }
   for (const ShadingIntegratedData& row : shading.integrated()) {

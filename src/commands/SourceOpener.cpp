@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "commands/ChangeHistory.h"
 #include "commands/IgdbPassword.h"
 #include "database/DatabaseErrors.h"
 #include "database/OrvSchema.h"
@@ -77,6 +78,7 @@ SourceOpener::Node SourceOpener::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {
   auto connection = connect(folder, filename, session_.password);
   const DataTypeCode type = databaseType(session_.database.LookupDatabaseVersion(*connection));
+  if (type == DataType::orvDatabase3) keepHistory(*connection);
   return registerDatabase(type, folder, filename, std::move(connection));
 }
 

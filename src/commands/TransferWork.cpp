@@ -23,6 +23,7 @@ TransferWork::TransferWork(Session& session, const sources::RecordSelection& rec
       group_(session),
       options_(options),
       progress_(session.ui, "Pasting records...") {
+  if (!options.group.empty()) group_.settle(options.group);
   session_.ui.progressText("Opening database...");
 }
 

@@ -1,6 +1,7 @@
 // Panes of the IGDB and of Optics5 user databases.
 #include "database/CoatingCode.h"
 #include "database/Fields.h"
+#include "database/IgdbRows.h"
 #include "database/Lookups.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/Recordsets.h"
@@ -56,29 +57,27 @@ void ReadSpectralDataIGDB(GlazingData& data, store::Connection& dc) {
   rows->close();
 }
 
-/// Sets the integrated values of `data` from the row of its id. The database has one value for
-/// both directions of transmission, and no reflectance in the ultraviolet.
+/// Sets the integrated values of `data` from the row of its id.
 void ReadPrecalcIGDB(GlazingData& data, store::Connection& dc) {
   auto row =
       openSql(dc, "SELECT * FROM GlazingProperties WHERE GlazingID = " + std::to_string(data.id()));
   if (row->eof()) return;
-  const auto read = [&](const char* column) { return fieldToSingle(row->value(column)); };
-  data.Precalc_Rfsol(read("Precalc_Rfsol"));
-  data.Precalc_RbSol(read("Precalc_Rbsol"));
-  data.Precalc_Tfsol(read("Precalc_Tsol"));
-  data.Precalc_Tbsol(read("Precalc_Tsol"));
-  data.Precalc_Rfvis(read("Precalc_Rfvis"));
-  data.Precalc_Rbvis(read("Precalc_Rbvis"));
-  data.Precalc_Tfvis(read("Precalc_Tvis"));
-  data.Precalc_Tbvis(read("Precalc_Tvis"));
-  data.Precalc_Rfuv(0);
-  data.Precalc_Rbuv(0);
-  data.Precalc_Tfuv(read("Precalc_Tuv"));
-  data.Precalc_Tbuv(read("Precalc_Tuv"));
+  readIgdbIntegrated(data, *row);
   row->close();
 }
 
-void readProperties(GlazingData& data, const store::Recordset& row) {
+/// Gives a pane with film its substrate: file name, id and, when it is found, spectrum.
+void readSubstrate(GlazingData& data, const store::Recordset& row, store::Connection& dc) {
+  auto substrate = std::make_shared<GlazingData>();
+  data.SubstrateReference(substrate);
+  data.SubstrateFilename(row.value("Substrate_FileName").toText());
+  substrate->id(GlazingIdByFileName(data.SubstrateFilename(), dc));
+  if (substrate->id() >= 1) ReadSpectralDataIGDB(*substrate, dc);
+}
+
+}  // namespace
+
+void readIgdbProperties(GlazingData& data, const store::Recordset& row) {
   const PaneKind& kind = paneKind(FieldToString(row.value("Type")));
   const std::string substrate = FieldToString(row.value("Substrate_FileName"));
   data.unit(kSI);
@@ -108,16 +107,21 @@ void readProperties(GlazingData& data, const store::Recordset& row) {
   data.description(std::string(kind.word) + " Appearance: " + data.Appearance());
 }
 
-/// Gives a pane with film its substrate: file name, id and, when it is found, spectrum.
-void readSubstrate(GlazingData& data, const store::Recordset& row, store::Connection& dc) {
-  auto substrate = std::make_shared<GlazingData>();
-  data.SubstrateReference(substrate);
-  data.SubstrateFilename(row.value("Substrate_FileName").toText());
-  substrate->id(GlazingIdByFileName(data.SubstrateFilename(), dc));
-  if (substrate->id() >= 1) ReadSpectralDataIGDB(*substrate, dc);
+void readIgdbIntegrated(GlazingData& data, const store::Recordset& row) {
+  const auto read = [&](const char* column) { return fieldToSingle(row.value(column)); };
+  data.Precalc_Rfsol(read("Precalc_Rfsol"));
+  data.Precalc_RbSol(read("Precalc_Rbsol"));
+  data.Precalc_Tfsol(read("Precalc_Tsol"));
+  data.Precalc_Tbsol(read("Precalc_Tsol"));
+  data.Precalc_Rfvis(read("Precalc_Rfvis"));
+  data.Precalc_Rbvis(read("Precalc_Rbvis"));
+  data.Precalc_Tfvis(read("Precalc_Tvis"));
+  data.Precalc_Tbvis(read("Precalc_Tvis"));
+  data.Precalc_Rfuv(0);
+  data.Precalc_Rbuv(0);
+  data.Precalc_Tfuv(read("Precalc_Tuv"));
+  data.Precalc_Tbuv(read("Precalc_Tuv"));
 }
-
-}  // namespace
 
 ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneIGDB(
     store::Connection& dc, const std::string& FileName) const {
@@ -130,7 +134,7 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneIGDB(
 
   auto row = openSql(dc, "Select * FROM qryOptics5Grid WHERE FileName = " + quoted(FileName));
   if (row->eof()) return nullptr;
-  readProperties(*data, *row);
+  readIgdbProperties(*data, *row);
   ReadPrecalcIGDB(*data, dc);
   ReadSpectralDataIGDB(*data, dc);
   if (data->with_and_without_film()) readSubstrate(*data, *row, dc);

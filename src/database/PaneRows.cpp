@@ -3,7 +3,6 @@
 
 #include "database/CoatingCode.h"
 #include "database/Lookups.h"
-#include "database/Rows.h"
 #include "model/Codes.h"
 #include "model/IntegratedColumns.h"
 #include "model/Text.h"
@@ -116,7 +115,7 @@ void deletePaneData(std::int32_t id, std::optional<std::int16_t> angle, store::C
   std::string condition = "PaneID = " + std::to_string(id);
   if (angle) condition += " AND angle = " + std::to_string(*angle);
   for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
-    deleteRows(dc, table, condition);
+    dc.deleteRows(table, condition);
   }
 }
 

@@ -43,12 +43,6 @@ inline RecordsetPtr openForChange(store::Connection& dc, const std::string& stat
                           store::SourceKind::sql);
 }
 
-/// The rows of a statement, which are deleted in one commit.
-inline RecordsetPtr openForBatchDeletion(store::Connection& dc, const std::string& statement) {
-  return dc.openRecordset(statement, store::CursorType::keyset, store::LockType::batchOptimistic,
-                          store::SourceKind::sql);
-}
-
 /// The rows of a statement, read once in order.
 inline RecordsetPtr openSql(store::Connection& dc, const std::string& statement) {
   return dc.openRecordset(statement, store::CursorType::forwardOnly, store::LockType::readOnly,

@@ -15,14 +15,4 @@ RecordsetPtr findRecord(store::Connection& dc, const std::string& table,
   return rows;
 }
 
-void deleteRows(store::Connection& dc, const std::string& table, const std::string& condition) {
-  auto rows = openForBatchDeletion(dc, "SELECT * FROM " + table + " WHERE " + condition);
-  while (!rows->eof()) {
-    rows->deleteRow();
-    rows->moveNext();
-  }
-  rows->updateBatch();
-  rows->close();
-}
-
 }  // namespace orv::database

@@ -1,4 +1,4 @@
-// Rows of a table that are changed or deleted.
+// A row of a table that is changed or deleted.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,5 @@ namespace orv::database {
 /// The table, standing on the row with this key. Raises kTypeMismatch, "Pane could not be found!".
 RecordsetPtr findRecord(store::Connection& dc, const std::string& table,
                         const std::string& keyColumn, std::int32_t id);
-
-/// Deletes the rows of a table that meet a condition of SQL, in one commit.
-void deleteRows(store::Connection& dc, const std::string& table, const std::string& condition);
 
 }  // namespace orv::database

@@ -104,7 +104,7 @@ bool ORV_DatabaseInterface::ReplaceShading(ShadingDataClass& data, store::Connec
     row->update();
     row->close();
     for (const char* table : {"Shading_integrated_data_temp", "Shading_spectral_data"}) {
-      deleteRows(dc, table, "Shading_id = " + std::to_string(known));
+      dc.deleteRows(table, "Shading_id = " + std::to_string(known));
     }
     insertIntegratedRows(data, dc);
     insertSpectralRows(data, dc);

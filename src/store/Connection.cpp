@@ -10,6 +10,7 @@
 #include "store/jet/catalog/Database.h"
 #include "store/jet/catalog/SavedQuery.h"
 #include "store/jet/page/Text.h"
+#include "store/jet/table/RowChanges.h"
 #include "store/sql/SqlEngine.h"
 
 namespace orv::store {
@@ -119,6 +120,16 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
     return std::make_unique<SqlRecordset>(engine().openQuery(source), cursor);
   }
   return std::make_unique<TableRecordset>(database.table(source), cursor, lock);
+}
+
+void Connection::deleteRows(const std::string& table, const std::string& condition) {
+  jet::Savepoint transaction(database().pager());
+  const sql::SelectedRows selected =
+      engine().selectRows("SELECT * FROM [" + table + "] WHERE " + condition);
+  jet::RowChanges changes(*selected.table);
+  for (const jet::RowId row : selected.rows) changes.erase(row);
+  changes.finish();
+  transaction.commit();
 }
 
 std::string Connection::formatName() const {

@@ -91,6 +91,9 @@ class Connection {
   /// undone by itself: when its error is caught within, the other changes are committed.
   void inOneCommit(const std::function<void()>& changes);
 
+  /// Deletes, in one commit, the rows of a table that meet a condition of SQL.
+  void deleteRows(const std::string& table, const std::string& condition);
+
   void createTable(const TableInfo& design);
   void createIndex(const std::string& table, const IndexInfo& design);
   void createQuery(const QueryDesign& design);

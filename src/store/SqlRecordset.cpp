@@ -23,13 +23,9 @@ SqlRecordset::SqlRecordset(std::unique_ptr<sql::SqlCursor> cursor, CursorType ty
 
 bool SqlRecordset::readTo(std::size_t position) {
   while (rowsRead_ <= position && cursor_ != nullptr) {
-    if (!cursor_->step()) {
-      cursor_.reset();
-    } else if (keepsRows_) {
-      rowsRead_ += cursor_->takeRows(kept_);
-    } else {
-      ++rowsRead_;
-    }
+    const std::size_t rows = keepsRows_ ? cursor_->readRows(kept_) : cursor_->step() ? 1 : 0;
+    rowsRead_ += rows;
+    if (rows == 0) cursor_.reset();
   }
   return position < rowsRead_;
 }

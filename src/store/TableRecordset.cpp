@@ -38,13 +38,13 @@ TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, CursorType cur
   standOn(0);
 }
 
-TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows,
-                               LockType lock)
+TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table,
+                               const std::vector<jet::RowId>& rows, LockType lock)
     : RecordsetBase(describe(table->definition())),
       table_(table),
       forwardOnly_(false),
       lock_(lock),
-      rows_(table, std::move(rows)),
+      rows_(table, rows),
       reader_(table) {
   standOn(0);
 }
@@ -343,11 +343,7 @@ jet::RowId TableRecordset::commit(const std::vector<Pending>& changes) {
   {
     jet::Savepoint transaction(table_->pager());
     jet::RowChanges rows(*table_);
-    // What only goes does so from the last row on: that stands at the end of its pages, where
-    // nothing has to move up.
-    const bool backward = std::ranges::all_of(changes, &Pending::erases);
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-      const Pending& change = changes[backward ? changes.size() - 1 - i : i];
+    for (const Pending& change : changes) {
       last = apply(change, rows);
       if (change.kind == Pending::Kind::insert) added.push_back(last);
     }

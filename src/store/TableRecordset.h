@@ -18,7 +18,8 @@ namespace orv::store {
 class TableRecordset final : public RecordsetBase {
  public:
   TableRecordset(std::shared_ptr<jet::Table> table, CursorType cursor, LockType lock);
-  TableRecordset(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows, LockType lock);
+  TableRecordset(std::shared_ptr<jet::Table> table, const std::vector<jet::RowId>& rows,
+                 LockType lock);
   ~TableRecordset() override = default;
 
   bool eof() const override;
@@ -54,7 +55,6 @@ class TableRecordset final : public RecordsetBase {
     enum class Kind { insert, update, erase } kind;
     jet::RowId row{};
     std::vector<Value> values{};
-    bool erases() const { return kind == Kind::erase; }
   };
 
   void standOn(std::size_t position);

@@ -8,8 +8,8 @@ namespace orv::store {
 TableRows::TableRows(std::shared_ptr<jet::Table> table)
     : table_(std::move(table)), whole_(true), scan_(table_->scan()) {}
 
-TableRows::TableRows(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows)
-    : table_(std::move(table)), whole_(false), known_(std::move(rows)) {}
+TableRows::TableRows(std::shared_ptr<jet::Table> table, const std::vector<jet::RowId>& rows)
+    : table_(std::move(table)), whole_(false), known_(rows.begin(), rows.end()) {}
 
 void TableRows::readTo(std::size_t position) {
   while (scan_ && known_.size() <= position) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -15,7 +16,7 @@ namespace orv::store {
 class TableRows {
  public:
   explicit TableRows(std::shared_ptr<jet::Table> table);
-  TableRows(std::shared_ptr<jet::Table> table, std::vector<jet::RowId> rows);
+  TableRows(std::shared_ptr<jet::Table> table, const std::vector<jet::RowId>& rows);
 
   /// The row at a position; none past the end.
   std::optional<jet::RowId> at(std::size_t position);
@@ -38,7 +39,7 @@ class TableRows {
   bool whole_;
   std::optional<jet::TableScan> scan_;  ///< stands on the last of `known_`; none at the end
   std::optional<jet::TableScan> walk_;  ///< stands on the row that after() gave last
-  std::vector<jet::RowId> known_;
+  std::deque<jet::RowId> known_;        ///< whose first ones are removed as cheaply as its last
   std::optional<std::size_t> counted_;  ///< rows of the whole table
   std::uint64_t countedVersion_ = 0;    ///< of the file when they were counted
 };

@@ -297,7 +297,9 @@ TEST_F(CliTest, UnknownWordsAreNamedWithThoseThatThereAre) {
   for (const char* word : {"windows", "1"}) {
     const Ended set = orv(std::string("list db.mdb --set ") + word);
     EXPECT_EQ(set.exit, 2);
-    EXPECT_NE(set.err.find("is none of: frames, panes, shadings"), std::string::npos) << set.err;
+    EXPECT_NE(set.err.find("is none of: frames, frametypes, groups, panes, shadings, suppliers"),
+              std::string::npos)
+        << set.err;
   }
 }
 

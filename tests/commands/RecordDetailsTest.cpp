@@ -196,12 +196,12 @@ TEST(RecordDetails, OfAShading) {
   shading.spectrum({ShadingSpectralPoint{300, 0, 0, 0.01, 0.02, 0, 0, 0.05, 0.06},
                     ShadingSpectralPoint{2600, 0, 0, 0, 0, 0, 0, 0, 0}});
   EXPECT_EQ(linesOf(commands::shadingDetails(shading)),
-            "Shading: id = 9; name = blind; groupnameID = Demo; type = 2; product name = ; "
+            "Shading: id = 9; name = blind; group = Demo; type = 2; product name = ; "
             "thickness = 0 mm; appearance = ; conductivity = 160 W/(m·K); emissivity infrared "
             "outdoor = 0; emissivity infrared indoor = 0; transmittance infrared outdoor = 0; "
             "transmittance infrared indoor = 0; measured = yes; single layer = no; spectral = no; "
             "permeability = 0; horizontal = no; vertical = no; homogeneous = no; 3D = no; "
-            "supplierID = Maker; Supplier data id = 0; Info = ; frozen = no; reference = \n"
+            "supplier = Maker; Supplier data id = 0; Info = ; frozen = no; reference = \n"
             "Slats: window slat distance = 0 mm; slat curvature = 0 mm; slat length = 25 mm; slat "
             "distance = 22 mm; angle = 0 °\n"
             "Surface of the slats: emissivity outdoor = 0; emissivity indoor = 0; transmittance = "

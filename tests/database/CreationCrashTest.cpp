@@ -12,14 +12,12 @@
 namespace orv::database {
 namespace {
 
-constexpr const char* kFile = "new.mdb";
-
 class CreationCrash : public testing::Test {
  protected:
   /// Makes the database; whether that succeeded.
   static bool make() {
     try {
-      CreateEmptyDatabase(kFile);
+      CreateEmptyDatabase(test::kFile);
       return true;
     } catch (const Error& error) {
       EXPECT_EQ(error.number(), store::kStoreFailure) << error.what();
@@ -28,15 +26,15 @@ class CreationCrash : public testing::Test {
   }
 
   void expectWholeOrAbsent(bool made, const std::string& when) {
-    if (files_.size(kFile) < 0) {
+    if (files_.size(test::kFile) < 0) {
       EXPECT_FALSE(made) << when << ": the database that was made is gone";
       EXPECT_TRUE(make()) << when << ": what was left stands in the way of another try";
     }
-    const auto connection = store::Connection::openFile(kFile);
+    const auto connection = store::Connection::openFile(test::kFile);
     EXPECT_EQ(connection->tableNames().size(), orvTables().size()) << when;
     EXPECT_EQ(connection->queryNames().size(), orvQueries().size()) << when;
     EXPECT_EQ(connection->table("ORVdata_version").rowCount, 1) << when;
-    EXPECT_TRUE(store::checkFile(kFile, "").sound()) << when;
+    EXPECT_TRUE(store::checkFile(test::kFile, "").sound()) << when;
   }
 
   test::MemoryFiles files_;
@@ -46,8 +44,8 @@ TEST_F(CreationCrash, EveryLossOfPowerLeavesAWholeDatabaseOrNone) {
   std::size_t call = 0;
   for (bool made = false; !made; ++call) {
     for (unsigned seed = 0; seed < 8; ++seed) {
-      files_.remove(kFile);
-      files_.syncFolder(kFile);
+      files_.remove(test::kFile);
+      files_.syncFolder(test::kFile);
       files_.losePowerAt(call);
       made = make();
       files_.restart(seed);
@@ -60,26 +58,26 @@ TEST_F(CreationCrash, EveryLossOfPowerLeavesAWholeDatabaseOrNone) {
 TEST_F(CreationCrash, EveryFailureLeavesNothingBehind) {
   std::size_t call = 0;
   for (bool made = false; !made; ++call) {
-    files_.remove(kFile);
+    files_.remove(test::kFile);
     files_.failAt(call);
     made = make();
     files_.failAt(0, 0);
     if (!made) {
-      EXPECT_LT(files_.size(kFile), 0) << "call " << call;
-      EXPECT_LT(files_.size(std::string(kFile) + "-new"), 0) << "call " << call;
+      EXPECT_LT(files_.size(test::kFile), 0) << "call " << call;
+      EXPECT_LT(files_.size(std::string(test::kFile) + "-new"), 0) << "call " << call;
     }
     expectWholeOrAbsent(made, "call " + std::to_string(call) + " failed");
   }
-  files_.remove(kFile);
+  files_.remove(test::kFile);
   files_.limitSpace(100000);
   EXPECT_FALSE(make());
-  EXPECT_LT(files_.size(kFile), 0);
+  EXPECT_LT(files_.size(test::kFile), 0);
 }
 
 /// A log that a crash left beside a database that has been removed since is not of the new one.
 TEST_F(CreationCrash, AnOldLogIsNotAppliedToANewDatabase) {
   ASSERT_TRUE(make());
-  files_.copy(kFile, "old.mdb");
+  files_.copy(test::kFile, "old.mdb");
   {
     const auto old = store::Connection::openFile("old.mdb");
     files_.losePowerAt(4);

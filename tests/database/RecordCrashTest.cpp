@@ -11,8 +11,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const char* kFile = "records.mdb";
-
 using Interface = database::ORV_DatabaseInterface;
 using Change = std::function<void(Interface&, store::Connection&)>;
 
@@ -55,7 +53,7 @@ void deletePane(Interface& database, store::Connection& dc) {
 class RecordCrash : public testing::Test {
  protected:
   RecordCrash() {
-    const auto dc = database::CreateEmptyDatabase(kFile);
+    const auto dc = database::CreateEmptyDatabase(test::kFile);
     database_.InsertPane(*makePane("there"), *dc);
     insertShading(database_, *dc);
     before_ = rowCounts(*dc);
@@ -68,7 +66,7 @@ class RecordCrash : public testing::Test {
   }
 
   std::vector<std::int64_t> rowCountsAfter(const Change& change) {
-    files_.copy(kFile, "after.mdb");
+    files_.copy(test::kFile, "after.mdb");
     const auto dc = store::Connection::openFile("after.mdb");
     change(database_, *dc);
     return rowCounts(*dc);
@@ -92,7 +90,7 @@ class RecordCrash : public testing::Test {
     ASSERT_NE(after, before_);
     std::size_t call = 0;
     for (bool made = false; !made; ++call) {
-      files_.copy(kFile, "try.mdb");
+      files_.copy(test::kFile, "try.mdb");
       {
         const auto dc = store::Connection::openFile("try.mdb");
         trouble(call);

@@ -106,12 +106,17 @@ function makeFixture() {
     (cat measured/pvb_076.txt; echo '{ Angle of Incidence: 60 }') > slanting/pvb_076.txt
     orv copy clear.txt measured-panes orvdata.mdb --group Fixture
     orv copy slanting orvdata.mdb --group Fixture
+    for i in 1 2 3 4 5; do orv edit orvdata.mdb 1 "supplier=Maker $i" --yes; done
     orv copy '${sources}/examples/shadings' orvdata.mdb --group Fixture
     [ ! -e '${frames}' ] || orv copy '${frames}' orvdata.mdb --set frames --group Fixture
     orv export measured-panes --form json --single catalogue.json
     for i in clear lowe; do orv export $i.txt --form json --single $i.json; done
     cp clear.json product.json
-    cp orvdata.mdb old.mdb
+    orv edit orvdata.mdb 1 thickness=5 --yes
+    orv undo orvdata.mdb
+    orv list orvdata.mdb --columns PaneID,name,thickness,SupplierName --format csv > panes.csv
+    printf 'id;thickness\\n1;5,9\\n' > changes.csv
+    for i in old changed colleague; do cp orvdata.mdb $i.mdb; done
     cp orvdata.mdb damaged.mdb`;
   execFileSync(orv, ['new', 'orvdata.mdb'], {cwd: fixture});
   execFileSync('bash', ['-c', script], {cwd: fixture, env: environment, stdio: 'pipe'});
@@ -129,11 +134,11 @@ function hindrance(command) {
 }
 
 /**
- * With an answer to the question of a deletion, room for a new file, and panes that the IGDB at
+ * With an answer to the question before a change, room for a new file, and panes that the IGDB at
  * hand has.
  */
 function asRunHere(command) {
-  return command.replace(/^(orv delete .*?)( --yes)?$/, '$1 --yes')
+  return command.replace(/^(orv (?:delete|edit|merge) .*?)( --yes)?$/, '$1 --yes')
       .replace(/^orv new (\S+)/, 'rm -f $1; orv new $1')
       .replace('CLEAR_3.DAT', 'PANE00001.DAT')
       .replace('CLEAR_6.DAT', 'PANE00002.DAT');
@@ -150,8 +155,8 @@ function runBare(document) {
     cpSync(fixture, folder, {recursive: true});
     const options = {cwd: folder, env: {...environment, HOME: folder}, encoding: 'utf8'};
     const run = spawnSync('bash', ['-o', 'pipefail', '-c', asRunHere(command)], options);
-    // Of spectra that end too early, and of data that are wrong.
-    const mayFallShort = /^orv (integrate|audit)/.test(command);
+    // Of spectra that end too early, and of data that are wrong or differ.
+    const mayFallShort = /^orv (integrate|audit|diff)/.test(command);
     if (run.status === 0 || (run.status === 1 && mayFallShort))
       passed += 1;
     else

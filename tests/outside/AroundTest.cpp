@@ -6,20 +6,15 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <iterator>
 
 #include "outside/FileCall.h"
 #include "outside/Work.h"
+#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string bytesOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void write(const fs::path& file, const std::string& bytes) {
   std::ofstream(file, std::ios::binary) << bytes;
@@ -66,7 +61,7 @@ class Around : public testing::Test {
 /// A log of another database, whole and sound, comes to stand beside this one.
 TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
   ASSERT_EQ(run(copyTo(kDatabase)).exit, 0);
-  const std::string content = bytesOf(database());
+  const std::string content = readFile(database());
   for (const std::uint64_t call : someCalls(10)) {
     SCOPED_TRACE("killed before call " + std::to_string(call));
     const TemporaryFolder other;
@@ -79,7 +74,7 @@ TEST_F(Around, TheLogOfAnotherDatabaseIsNotApplied) {
       fs::copy_file(file, folder_.path() / file.filename(), fs::copy_options::overwrite_existing);
     }
     run(orv({"list", kDatabase}));
-    EXPECT_TRUE(bytesOf(database()) == content);
+    EXPECT_TRUE(readFile(database()) == content);
     EXPECT_EQ(run(orv({"check", kDatabase})).exit, 0);
     for (const fs::path& file : besides(folder_.path())) fs::remove(file);
   }
@@ -108,7 +103,7 @@ TEST_F(Around, ALinkInThePlaceOfAFileOfOursIsNotFollowed) {
         isSymbolic ? fs::create_symlink(victim, folder / name)
                    : fs::create_hard_link(victim, folder / name);
         const Ended ended = test::run(workNamed(work).command, {.folder = folder.path()});
-        EXPECT_EQ(bytesOf(victim), "work of years");
+        EXPECT_EQ(readFile(victim), "work of years");
         if (ended.exit != 0) {
           EXPECT_NE(ended.err.find(name), std::string::npos) << ended.err;
         }
@@ -154,17 +149,17 @@ TEST_F(Around, AFileThatIsGoneOrReplacedIsNoticed) {
       ASSERT_TRUE(program.waitUntilStopped());
       if (fate != Fate::overwrittenByRename) fs::remove(folder / kDatabase);
       if (fate != Fate::deleted) fs::rename(elsewhere / kDatabase, folder / kDatabase);
-      const std::string content = fate != Fate::deleted ? bytesOf(folder / kDatabase) : "";
+      const std::string content = fate != Fate::deleted ? readFile(folder / kDatabase) : "";
       program.signal(SIGCONT);
       const Ended ended = program.end();
       EXPECT_GT(ended.exit, 0) << ended.out;
       EXPECT_NE(ended.err.find(kDatabase), std::string::npos) << ended.err;
       EXPECT_LT(reportedBy(ended.out), 5U) << "All is reported as done.";
       if (fate == Fate::deleted) continue;
-      EXPECT_TRUE(bytesOf(folder / kDatabase) == content) << "The new file was changed.";
+      EXPECT_TRUE(readFile(folder / kDatabase) == content) << "The new file was changed.";
       test::run(orv({"list", kDatabase}), {.folder = folder.path()});
       EXPECT_EQ(test::run(orv({"check", kDatabase}), {.folder = folder.path()}).exit, 0);
-      EXPECT_TRUE(bytesOf(folder / kDatabase) == content) << "The new file was changed.";
+      EXPECT_TRUE(readFile(folder / kDatabase) == content) << "The new file was changed.";
     }
   }
 }

@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
+
+#include "support/ReadFile.h"
 
 namespace orv::test {
 
@@ -15,11 +16,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kPiece = 512;
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::uint64_t numberOf(const fs::path& file) {
   struct stat status {};
@@ -30,7 +26,7 @@ std::uint64_t numberOf(const fs::path& file) {
 }  // namespace
 
 std::vector<Call> readRecording(const fs::path& recording) {
-  const std::string bytes = contentOf(recording);
+  const std::string bytes = readFile(recording);
   std::vector<Call> calls;
   std::size_t at = 0;
   const auto take = [&](std::size_t length) {
@@ -91,7 +87,7 @@ Disk::Disk(const fs::path& folder) {
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
     if (!entry.is_regular_file()) continue;
     auto file = std::make_shared<File>();
-    file->certain = contentOf(entry.path());
+    file->certain = readFile(entry.path());
     files_[numberOf(entry.path())] = file;
     certainNames_[entry.path().filename().string()] = std::move(file);
   }

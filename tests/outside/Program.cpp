@@ -8,11 +8,11 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <utility>
 
 #include "outside/FileCall.h"
+#include "support/ReadFile.h"
 
 extern char** environ;
 
@@ -21,11 +21,6 @@ namespace orv::test {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 fs::path makeNotes() {
   std::string pattern = (fs::temp_directory_path() / "orv-notes-XXXXXX").string();
@@ -135,9 +130,9 @@ Ended Program::end() {
   Ended ended;
   if (WIFEXITED(status_)) ended.exit = WEXITSTATUS(status_);
   ended.killed = WIFSIGNALED(status_) && WTERMSIG(status_) == SIGKILL;
-  ended.out = contentOf(notes_ / "out");
-  ended.err = contentOf(notes_ / "err");
-  const std::string calls = contentOf(notes_ / "calls");
+  ended.out = readFile(notes_ / "out");
+  ended.err = readFile(notes_ / "err");
+  const std::string calls = readFile(notes_ / "calls");
   if (calls.size() == sizeof ended.calls) calls.copy(reinterpret_cast<char*>(&ended.calls), 8);
   return ended;
 }

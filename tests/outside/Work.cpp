@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <stdexcept>
 
 #include "support/Corpus.h"
+#include "support/ReadFile.h"
 
 namespace orv::test {
 
@@ -49,14 +49,10 @@ void expectWholeRecording(Disk disk, const std::vector<Call>& recording, const f
   const TemporaryFolder replayed;
   for (const Call& call : recording) disk.apply(call);
   disk.leaveIn(replayed.path(), Disk::Luck::good, 0);
-  const auto bytesOf = [](const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  };
   const auto filesIn = [&](const fs::path& path) {
     std::map<std::string, std::string> files;
     for (const fs::directory_entry& entry : fs::directory_iterator(path)) {
-      files[entry.path().filename().string()] = bytesOf(entry.path());
+      files[entry.path().filename().string()] = readFile(entry.path());
     }
     return files;
   };

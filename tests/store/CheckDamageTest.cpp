@@ -20,10 +20,7 @@ namespace orv::store::jet {
 namespace {
 
 namespace fs = std::filesystem;
-using test::DamagedFile;
-using test::entriesOf;
 using orv::test::makeSampleFile;
-using test::rowOfEntry;
 
 /// What a check should say of a damage.
 struct Expected {

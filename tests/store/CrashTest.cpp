@@ -13,7 +13,6 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "orvdata.mdb";
 constexpr int kMostFailures = 5;  // of calls one after the other
 constexpr const char* kPrepared = "prepared.mdb";
 
@@ -33,7 +32,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
     startAnew();
     const std::size_t before = files_.calls();
     {
-      const auto database = Database::open(kFile, "");
+      const auto database = Database::open(test::kFile, "");
       states_.push_back(test::describe(*database));
       for (const auto& commit : scenario_.commits) {
         commit(*database);
@@ -46,8 +45,8 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
   }
 
   void startAnew() {
-    files_.remove(std::string(kFile) + "-log");
-    files_.copy(kPrepared, kFile);
+    files_.remove(std::string(test::kFile) + "-log");
+    files_.copy(kPrepared, test::kFile);
   }
 
   /// The commits one after the other, ended by a failure or not; gives the number of those that
@@ -55,7 +54,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
   std::size_t run() {
     std::size_t returned = 0;
     try {
-      const auto database = Database::open(kFile, "");
+      const auto database = Database::open(test::kFile, "");
       for (const auto& commit : scenario_.commits) {
         commit(*database);
         ++returned;
@@ -85,7 +84,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
   /// When only one call has failed, the commit is undone; when undoing failed too, it may be
   /// there whole.
   void runWithFurtherTries(int failures, const std::string& when) {
-    const auto database = insist([] { return Database::open(kFile, ""); });
+    const auto database = insist([] { return Database::open(test::kFile, ""); });
     for (std::size_t i = 0; i < scenario_.commits.size();) {
       try {
         scenario_.commits[i](*database);
@@ -102,11 +101,11 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
 
   /// The file holds the commits that returned, and perhaps the one under way, and is sound.
   void expectWholeState(std::size_t returned, const std::string& when) {
-    const std::string found = test::describe(*Database::open(kFile, ""));
+    const std::string found = test::describe(*Database::open(test::kFile, ""));
     EXPECT_TRUE(found == states_[returned] ||
                 (returned + 1 < states_.size() && found == states_[returned + 1]))
         << when << ", " << returned << " commits had returned";
-    const CheckReport report = checkFile(kFile, "");
+    const CheckReport report = checkFile(test::kFile, "");
     EXPECT_TRUE(report.sound()) << when << ": " << report.faults.front().toText();
   }
 
@@ -142,13 +141,13 @@ TEST_P(Crash, LossOfPowerDuringRecoveryLosesNoCommit) {
       files_.restart(static_cast<unsigned>(call));
       files_.losePowerAt(second);
       try {
-        Database::open(kFile, "");
+        Database::open(test::kFile, "");
         recovered = true;
       } catch (const Error&) {
       }
       files_.restart(static_cast<unsigned>(second));
-      expectWholeState(returned, "power lost at call " + std::to_string(call) +
-                                     " and at call " + std::to_string(second) + " of recovery");
+      expectWholeState(returned, "power lost at call " + std::to_string(call) + " and at call " +
+                                     std::to_string(second) + " of recovery");
     }
   }
 }
@@ -174,7 +173,7 @@ TEST_P(Crash, FailureOfAnyCallsIsUndoneAndTheNextTrySucceeds) {
 TEST_P(Crash, FullDiskUndoesTheCommitAndTheNextOneSucceedsWithRoom) {
   startAnew();
   files_.remove(kPrepared);
-  files_.limitSpace(static_cast<std::uint64_t>(files_.size(kFile)) + 9000);
+  files_.limitSpace(static_cast<std::uint64_t>(files_.size(test::kFile)) + 9000);
   const std::size_t returned = run();
   EXPECT_LT(returned, states_.size() - 1);
   files_.limitSpace(UINT64_MAX);

@@ -7,7 +7,7 @@
 #include "store/jet/page/DataPage.h"
 #include "store/jet/row/LongValue.h"
 
-namespace orv::store::jet::test {
+namespace orv::store::jet {
 
 namespace fs = std::filesystem;
 
@@ -125,4 +125,4 @@ RowId rowOfEntry(const Bytes& entry) {
   return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};
 }
 
-}  // namespace orv::store::jet::test
+}  // namespace orv::store::jet

@@ -11,7 +11,7 @@
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexPageEditor.h"
 
-namespace orv::store::jet::test {
+namespace orv::store::jet {
 
 /// Places are found with the store's own readers, and changed page by page beneath them.
 class DamagedFile {
@@ -73,4 +73,4 @@ std::vector<Bytes> entriesOf(const IndexPage& page);
 /// The row that an entry of a leaf is for.
 RowId rowOfEntry(const Bytes& entry);
 
-}  // namespace orv::store::jet::test
+}  // namespace orv::store::jet

@@ -12,19 +12,17 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "foreign.mdb";
-
 class ForeignFiles : public testing::Test {
  protected:
   void SetUp() override { ORV_NEEDS_CORPUS(); }
 
   std::shared_ptr<Table> open(const char* file, const char* table) {
-    files_.load(test::corpusFolder() / "foreign" / file, kFile);
+    files_.load(test::corpusFolder() / "foreign" / file, test::kFile);
     expectSound();
-    return Database::open(kFile, "")->table(table);
+    return Database::open(test::kFile, "")->table(table);
   }
   static void expectSound() {
-    for (const CheckFinding& fault : checkFile(kFile, "").faults) {
+    for (const CheckFinding& fault : checkFile(test::kFile, "").faults) {
       ADD_FAILURE() << fault.toText();
     }
   }
@@ -52,7 +50,7 @@ TEST_F(ForeignFiles, APageThatTheMapOfFreePagesHasNoPointerForIsNotTaken) {
                                      i / 8.0, Date{i + 0.5}, Currency{i}, i % 2 == 0});
   }
   expectSound();
-  EXPECT_EQ(Database::open(kFile, "")->table("Table1")->countRows(), rowsBefore + 60);
+  EXPECT_EQ(Database::open(test::kFile, "")->table("Table1")->countRows(), rowsBefore + 60);
 }
 
 TEST_F(ForeignFiles, RowsOfBeforeTheFirstTextColumnAreReadAndChanged) {
@@ -77,7 +75,7 @@ TEST_F(ForeignFiles, RowsOfBeforeTheFirstTextColumnAreReadAndChanged) {
     }
   }
   expectSound();
-  EXPECT_EQ(rowsOf(*Database::open(kFile, "")->table("NumbersThenText")), rows);
+  EXPECT_EQ(rowsOf(*Database::open(test::kFile, "")->table("NumbersThenText")), rows);
 }
 
 }  // namespace

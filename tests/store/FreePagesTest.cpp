@@ -16,7 +16,6 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "map.mdb";
 constexpr std::size_t kOwnRow = 69;  // bytes of a map's row in new files
 
 /// A form of the map: gives the map's row for a file, whose bits are in a row from page 0 on.
@@ -96,7 +95,7 @@ const std::vector<Form> kForms{
 class ForeignFreePages : public testing::TestWithParam<Form> {
  protected:
   void SetUp() override {
-    createTable(*createDatabase(kFile),
+    createTable(*createDatabase(test::kFile),
                 {.name = "Notes",
                  .columns = {{.name = "id", .type = ColumnType::longInteger},
                              {.name = "note", .type = ColumnType::memo}},
@@ -124,7 +123,7 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
   }
 
   void open() {
-    database_ = Database::open(kFile, "");
+    database_ = Database::open(test::kFile, "");
     table_ = database_->table("Notes");
   }
   void change(const std::function<void()>& work) {
@@ -149,7 +148,7 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
       ASSERT_EQ(scan.row().value(table_->definition().columns[1]), Value(note(id))) << id;
     }
     EXPECT_EQ(found, rows_.size());
-    const CheckReport report = checkFile(kFile, "");
+    const CheckReport report = checkFile(test::kFile, "");
     for (const CheckFinding& fault : report.faults) {
       EXPECT_TRUE(GetParam().lies && fault.page == 1 && fault.row == 0) << fault.toText();
     }
@@ -197,7 +196,7 @@ TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
 
 TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
   test::MemoryFiles files;
-  const auto database = createDatabase(kFile);
+  const auto database = createDatabase(test::kFile);
   Pager& pager = database->pager();
   Transaction transaction(pager);
   FreePages free(pager);

@@ -11,14 +11,12 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "found.mdb";
-
 class FuzzFindings : public testing::Test {
  protected:
-  FuzzFindings() { createDatabase(kFile); }
+  FuzzFindings() { createDatabase(test::kFile); }
 
   void overwrite(std::uint64_t place, const Bytes& bytes) {
-    files_.open(kFile, FileSystem::Open::existing)->write(place, bytes.data(), bytes.size());
+    files_.open(test::kFile, FileSystem::Open::existing)->write(place, bytes.data(), bytes.size());
   }
 
  private:
@@ -29,7 +27,7 @@ class FuzzFindings : public testing::Test {
 TEST_F(FuzzFindings, PasswordMaskedByAnImpossibleDate) {
   overwrite(0x79, {0x2a, 0xff, 0x19, 0x2a});
   try {
-    Database::open(kFile, "");
+    Database::open(test::kFile, "");
   } catch (const Error& error) {
     EXPECT_EQ(error.number(), kNotAuthenticated) << error.what();
   }
@@ -41,7 +39,7 @@ TEST_F(FuzzFindings, DateBeyondAllDates) {
 }
 
 TEST_F(FuzzFindings, DefinitionWhoseColumnsHaveNoPlaceInRows) {
-  const auto database = Database::open(kFile, "");
+  const auto database = Database::open(test::kFile, "");
   TableDefinition table;
   table.name = "Found";
   table.maxColumns = 3;

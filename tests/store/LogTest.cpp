@@ -22,7 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-constexpr const char* kFile = "orvdata.mdb";
 constexpr const char* kLog = "orvdata.mdb-log";
 
 /// The description of the error that `work` raises; empty when it raises none.
@@ -40,23 +39,23 @@ std::string refusalOf(const Work& work) {
 class CutShort : public testing::Test {
  protected:
   void SetUp() override {
-    scenario_.prepare(kFile);
-    files_.copy(kFile, "backup.mdb");  // of yesterday
-    states_.push_back(test::describe(*Database::open(kFile, "")));
-    scenario_.commits[0](*Database::open(kFile, ""));
-    const auto database = Database::open(kFile, "");
+    scenario_.prepare(test::kFile);
+    files_.copy(test::kFile, "backup.mdb");  // of yesterday
+    states_.push_back(test::describe(*Database::open(test::kFile, "")));
+    scenario_.commits[0](*Database::open(test::kFile, ""));
+    const auto database = Database::open(test::kFile, "");
     scenario_.commits[1](*database);
     states_.push_back(test::describe(*database));
     // The record is in the log; the pages are not all in the database.
     files_.losePowerAt(5);
     EXPECT_NE(refusalOf([&] { scenario_.commits[2](*database); }), "");
     files_.restart(3);
-    files_.copy(kFile, "cut.mdb");
+    files_.copy(test::kFile, "cut.mdb");
     files_.copy(kLog, "cut.log");
   }
 
   void restore(const std::string& database) {
-    files_.copy(database, kFile);
+    files_.copy(database, test::kFile);
     files_.copy("cut.log", kLog);
   }
   Bytes contentOf(const std::string& name) {
@@ -71,26 +70,26 @@ class CutShort : public testing::Test {
 };
 
 TEST_F(CutShort, TheCommitIsCompletedByWhoeverOpensTheFile) {
-  const auto database = Database::open(kFile, "");
+  const auto database = Database::open(test::kFile, "");
   EXPECT_EQ(states_.end(), std::find(states_.begin(), states_.end(), test::describe(*database)));
-  EXPECT_NE(contentOf(kFile), contentOf("cut.mdb"));
-  EXPECT_TRUE(checkFile(kFile, "").sound());
+  EXPECT_NE(contentOf(test::kFile), contentOf("cut.mdb"));
+  EXPECT_TRUE(checkFile(test::kFile, "").sound());
 }
 
 TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   restore("backup.mdb");
-  const std::string refusal = refusalOf([] { Database::open(kFile, ""); });
+  const std::string refusal = refusalOf([] { Database::open(test::kFile, ""); });
   EXPECT_THAT(refusal, HasSubstr("'orvdata.mdb'"));
   EXPECT_THAT(refusal, HasSubstr("orvdata.mdb-log-1"));
-  EXPECT_EQ(contentOf(kFile), contentOf("backup.mdb"));
+  EXPECT_EQ(contentOf(test::kFile), contentOf("backup.mdb"));
   EXPECT_EQ(contentOf("orvdata.mdb-log-1"), contentOf("cut.log"));
-  EXPECT_EQ(test::describe(*Database::open(kFile, "")), states_[0]);
+  EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), states_[0]);
 }
 
 TEST_F(CutShort, ALogThatSomebodyMadeOrDamagedGivesWholeCommitsOrNothing) {
   std::mt19937 random(5);
   const Bytes log = contentOf("cut.log");
-  const std::string complete = test::describe(*Database::open(kFile, ""));
+  const std::string complete = test::describe(*Database::open(test::kFile, ""));
   for (int round = 0; round < 150 && !HasFailure(); ++round) {
     restore("cut.mdb");
     Bytes forged = log;
@@ -100,14 +99,14 @@ TEST_F(CutShort, ALogThatSomebodyMadeOrDamagedGivesWholeCommitsOrNothing) {
       forged[random() % reach] = static_cast<std::uint8_t>(round % 5 == 0 ? 0xff : random());
     }
     files_.open(kLog, FileSystem::Open::existing)->write(0, forged.data(), forged.size());
-    const Bytes before = contentOf(kFile);
-    const std::string refusal = refusalOf([] { Database::open(kFile, ""); });
-    if (refusal.empty() && contentOf(kFile) != before) {
+    const Bytes before = contentOf(test::kFile);
+    const std::string refusal = refusalOf([] { Database::open(test::kFile, ""); });
+    if (refusal.empty() && contentOf(test::kFile) != before) {
       // A damaged record is a torn one: the commits before it are completed.
-      const std::string found = test::describe(*Database::open(kFile, ""));
+      const std::string found = test::describe(*Database::open(test::kFile, ""));
       EXPECT_TRUE(found == complete || found == states_[1]) << "round " << round;
     } else {
-      EXPECT_EQ(contentOf(kFile), before) << "round " << round;
+      EXPECT_EQ(contentOf(test::kFile), before) << "round " << round;
     }
     files_.remove(kLog);
     files_.remove(std::string(kLog) + "-1");

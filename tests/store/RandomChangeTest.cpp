@@ -14,8 +14,6 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "random.mdb";
-
 /// Whether the General orders sort this text as its small letters compare.
 bool isPlain(const std::string& text) {
   return text.size() < 256 && std::all_of(text.begin(), text.end(), [](unsigned char c) {
@@ -131,7 +129,7 @@ void expectAsModel(const test::RandomTables& tables) {
   for (const test::ModelledTable& model : tables.tables()) {
     ASSERT_NO_FATAL_FAILURE(expectAsModel(model));
   }
-  const CheckReport report = checkFile(kFile, "");
+  const CheckReport report = checkFile(test::kFile, "");
   for (const CheckFinding& fault : report.faults) {
     ADD_FAILURE() << fault.toText();
   }
@@ -145,7 +143,7 @@ TEST(RandomChanges, KeepRowsAndIndexesAsAModelInMemory) {
   for (unsigned seed = 1; seed <= seeds && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::MemoryFiles files;
-    test::RandomTables tables(kFile, seed);
+    test::RandomTables tables(test::kFile, seed);
     for (int part = 0; part < 5; ++part) {
       tables.change(2000);
       expectAsModel(tables);

@@ -13,17 +13,16 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr const char* kFile = "rows.mdb";
 using Rows = std::vector<std::vector<Value>>;
 
 class RowForms : public testing::Test {
  protected:
   void create(const TableInfo& design) {
-    createTable(*createDatabase(kFile), design);
+    createTable(*createDatabase(test::kFile), design);
     open();
   }
   void open() {
-    database_ = Database::open(kFile, "");
+    database_ = Database::open(test::kFile, "");
     table_ = database_->table("Forms");
   }
   /// Gives the row `number` of the table's only page other bytes.
@@ -42,7 +41,7 @@ class RowForms : public testing::Test {
       }
     }
     EXPECT_EQ(found, expected);
-    for (const CheckFinding& fault : checkFile(kFile, "").faults) {
+    for (const CheckFinding& fault : checkFile(test::kFile, "").faults) {
       ADD_FAILURE() << fault.toText();
     }
   }
@@ -136,7 +135,7 @@ TEST_F(RowForms, RowsAreCountedByThePages) {
     store32(database_->pager().modify(table_->definition().page) + kJet4.definition.rowCount, said);
     transaction.commit();
     EXPECT_EQ(table_->countRows(), 5U);
-    const CheckReport report = checkFile(kFile, "");
+    const CheckReport report = checkFile(test::kFile, "");
     EXPECT_TRUE(report.sound());
     EXPECT_EQ(report.remarkCount, 1U);
   }

@@ -16,10 +16,10 @@
 namespace orv::store::jet {
 namespace {
 
-using Rows = std::map<RowId, std::vector<Value>>;
+using RowsByPlace = std::map<RowId, std::vector<Value>>;
 
-Rows rowsOf(const Table& table) {
-  Rows rows;
+RowsByPlace rowsOf(const Table& table) {
+  RowsByPlace rows;
   for (TableScan scan = table.scan(); scan.next();) {
     std::vector<Value>& values = rows[scan.rowId()];
     for (const Column& column : table.definition().columns) {

@@ -14,6 +14,9 @@
 
 namespace orv::test {
 
+/// The file of a test that needs but one there.
+inline constexpr const char* kFile = "orvdata.mdb";
+
 /// While it lives, the store's files are in memory. Every call that changes something or waits
 /// for the disk is counted, and one of them can be made to fail.
 class MemoryFiles final : public store::jet::FileSystem {

@@ -79,6 +79,7 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
 
 void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   place_.reset();
+  sides_.clear();
   node_ = identifiers.empty() ? nullptr : node;
   identifiers_ = std::move(identifiers);
   rest_.start();
@@ -86,6 +87,14 @@ void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   rest_.stop();
   spectrum_->clear();
   details_->clear();
+}
+
+void RecordDocks::showDifference(Side left, Side right, std::optional<int> angle) {
+  place_.reset();
+  node_ = left.identifiers.empty() ? right.node : left.node;
+  sides_ = {std::move(left), std::move(right)};
+  angle_ = angle;
+  rest_.start();
 }
 
 void RecordDocks::pointAt(double microns, std::optional<int> angle) {
@@ -128,8 +137,9 @@ QAction* RecordDocks::detailsAction() const {
 void RecordDocks::readRecords() {
   if (!node_) return;
   if (store::Waiting::isUnderWay()) return rest_.start();
-  const commands::RecordReader reader(session_, node_);
   try {
+    if (!sides_.empty()) return readSides();
+    const commands::RecordReader reader(session_, node_);
     // A pane that is gone has data at no angle, and a frame cannot be read: this says it of both.
     if (identifiers_.size() == 1 && !reader.isThere(identifiers_.front())) {
       spectrum_->clear();
@@ -164,6 +174,29 @@ void RecordDocks::readPanes(const commands::RecordReader& reader) {
   if (identifiers_.size() > kMostPanes) {
     spectrum_->note(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
   }
+  if (const auto place = std::exchange(place_, std::nullopt)) {
+    spectrum_->pointAt(place->microns, place->angle);
+  }
+}
+
+/// The names tell the sides apart.
+void RecordDocks::readSides() {
+  details_->showText(tr("Two records are compared."));
+  Panes all;
+  const char* side = QT_TR_NOOP("left: %1");
+  for (const Side& each : sides_) {
+    const commands::RecordReader reader(session_, each.node);
+    for (const std::string& identifier : each.identifiers) {
+      if (commands::recordKind(*each.node) != RecordKind::panes) break;
+      for (const auto& pane : reader.dataSets(identifier)) {
+        pane->filename(tr(side).arg(qt(pane->filename())).toStdString());
+        all.push_back(pane);
+      }
+    }
+    side = QT_TR_NOOP("right: %1");
+  }
+  spectrum_->showPanes(std::move(all));
+  spectrum_->showDifference(angle_);
   if (const auto place = std::exchange(place_, std::nullopt)) {
     spectrum_->pointAt(place->microns, place->angle);
   }

@@ -33,9 +33,16 @@ class RecordDocks : public QObject {
 
   /// The records to show from now on; none clears the docks.
   void show(const Node& node, std::vector<std::string> identifiers);
+  /// Two records, or the one of them that is there, to be laid over each other with their
+  /// difference; at this angle where one is given.
+  struct Side {
+    Node node;
+    std::vector<std::string> identifiers;
+  };
+  void showDifference(Side left, Side right, std::optional<int> angle);
   /// Points at this wavelength, in microns, when the spectra of the records are there; on the curve
   /// of an angle, in degrees, where it is given.
-  void pointAt(double microns, std::optional<int> angle);
+  void pointAt(double microns, std::optional<int> angle = {});
   /// `WavelengthUnitCode` of the plots.
   void wavelengthUnit(int unit);
   /// By which the values beside the plots are computed.
@@ -58,6 +65,7 @@ class RecordDocks : public QObject {
   void readRecords();
   void readPanes(const commands::RecordReader& reader);
   void readOther(const commands::RecordReader& reader);
+  void readSides();
 
   commands::Session& session_;
   QMainWindow& window_;
@@ -67,6 +75,8 @@ class RecordDocks : public QObject {
   QTimer rest_;
   Node node_;
   std::vector<std::string> identifiers_;
+  std::vector<Side> sides_;  ///< of a difference that is shown in place of the records
+  std::optional<int> angle_;
   struct Place {
     double microns;
     std::optional<int> angle;

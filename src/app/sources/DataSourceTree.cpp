@@ -84,6 +84,7 @@ DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
   setColumnCount(1);
   setUniformRowHeights(true);
   setExpandsOnDoubleClick(false);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);  // two can be compared
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::CustomContextMenu);
   connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
@@ -108,6 +109,15 @@ void DataSourceTree::select(const std::string& key) {
   QTreeWidgetItem* item = itemOf(key);
   setCurrentItem(item);
   if (item != nullptr) scrollToItem(item);
+}
+
+std::vector<std::string> DataSourceTree::selectedKeys() const {
+  std::vector<std::string> keys;
+  for (const QTreeWidgetItem* item : selectedItems()) {
+    const auto place = item == currentItem() ? keys.begin() : keys.end();
+    keys.insert(place, item->data(0, kKeyRole).toString().toStdString());
+  }
+  return keys;
 }
 
 void DataSourceTree::mark(const std::string& key) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QTreeWidget>
+#include <string>
+#include <vector>
 
 #include "sources/DataSources.h"
 
@@ -20,6 +22,8 @@ class DataSourceTree : public QTreeWidget {
   void select(const std::string& key);
   /// Has the item of the node stand out whose records are to be pasted; an empty key none.
   void mark(const std::string& key);
+  /// The keys of the nodes that are selected, the current one first.
+  std::vector<std::string> selectedKeys() const;
 
  signals:
   void nodeSelected(const std::string& key);

@@ -40,6 +40,7 @@ void MainActions::enable(const CommandState& state) {
   mnuViewRefresh->setEnabled(state.sourceShown);
   mnuToolsAudit->setEnabled(state.sourceShown);
   mnuToolsAuditRecords->setEnabled(state.recordsSelected);
+  mnuToolsCompare->setEnabled(state.comparable);
   mnuSort->setEnabled(state.recordsShown);
   for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
     action->setEnabled(state.recordsSelected);
@@ -206,6 +207,10 @@ void MainActions::makeToolsMenu() {
   mnuToolsAuditRecords =
       add(mnuTools, "mnuToolsAuditRecords", "", tr("Audit Selected &Records"),
           QKeySequence(tr("Shift+F9")), tr("Find faults in the data of the selected records"));
+  mnuTools->addSeparator();
+  mnuToolsCompare =
+      add(mnuTools, "mnuToolsCompare", "compare", tr("&Compare..."), QKeySequence(tr("Ctrl+D")),
+          tr("Tell what differs between two sources or record sets, and change nothing"));
 }
 
 void MainActions::makeHelpMenu() {

@@ -17,6 +17,7 @@ struct CommandState {
   bool exportable = false;  ///< text files can hold the selected records
   bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
+  bool comparable = false;  ///< there are two sources, or a source and its record sets
 };
 
 /// Makes the menu bar and the tool bar of a window. Each action has its name in the menus as its
@@ -75,6 +76,7 @@ class MainActions {
   QAction* mnuDatabaseRepair;
   QAction* mnuToolsAudit;
   QAction* mnuToolsAuditRecords;
+  QAction* mnuToolsCompare;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 

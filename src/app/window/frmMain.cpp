@@ -9,11 +9,13 @@
 #include "app/Text.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
+#include "app/docks/compare/CompareDock.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
 #include "app/theme/Icons.h"
 #include "app/window/CompactCommands.h"
+#include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/FileWatch.h"
@@ -49,6 +51,8 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       compact_(new CompactCommands(session, ui, *this)),
       docks_(new RecordDocks(session, *this)),
       audit_(new AuditDock(this)),
+      compare_(new CompareCommands(session, ui, *this)),
+      differences_(new CompareDock(this)),
       watch_(new FileWatch(this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
@@ -59,14 +63,17 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   file_->setParent(this);
   edit_->setParent(this);
   compact_->setParent(this);
+  compare_->setParent(this);
   ui_.attach(this, [this](const QString& text) { sbStatusBar_->status(text); });
-  actions_->addDocks(
-      {docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction()});
+  actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
+                      differences_->toggleViewAction()});
   docks_->layOverDetails(*audit_);
+  docks_->layOverDetails(*differences_);
   connectMenus();
   placeKeys();
   connectParts();
   connectAudit();
+  connectCompare();
   loadGeometry();
   docks_->standard(standardOfSpectra());
   docks_->open(width() >= kRoomForDocks.width() && height() >= kRoomForDocks.height());
@@ -244,6 +251,7 @@ void frmMain::updateState() {
   state.recordsPending = edit_->hasPendingRecords();
   const Node copied = edit_->pending().DataSourcePtr();
   tvDataSources_->mark(copied ? copied->key() : std::string());
+  state.comparable = session_.MainDataSources.count() > 1;
   actions_->enable(state);
   updateCounts();
 }

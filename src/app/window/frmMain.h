@@ -9,11 +9,14 @@
 #include "commands/RecordTable.h"
 #include "commands/Session.h"
 #include "commands/audit/Finding.h"
+#include "commands/compare/Compare.h"
 #include "sources/RecordSelection.h"
 
 namespace orv::app {
 
 class CompactCommands;
+class CompareCommands;
+class CompareDock;
 class AuditDock;
 class DataPane;
 class DataSourceTree;
@@ -88,6 +91,11 @@ class frmMain : public QMainWindow {
   void audit(const sources::RecordSelection& records);
   /// Selects the record of a finding, and points at the place on its curve.
   void showFinding(const commands::audit::Finding& finding);
+  void connectCompare();
+  /// Proposes the two that are selected in the tree, or the one that is shown.
+  void compare();
+  /// Selects the record of a difference, and shows both of its sides.
+  void showDifference(const commands::compare::Difference& difference);
   bool selectRecord(const std::string& identifier);
   void treeMenu(const QPoint& position);
   void copyPath();
@@ -109,6 +117,8 @@ class frmMain : public QMainWindow {
   CompactCommands* compact_;
   RecordDocks* docks_;
   AuditDock* audit_;
+  CompareCommands* compare_;
+  CompareDock* differences_;
   FileWatch* watch_;
   std::string auditedSource_;  ///< the key of that whose findings are shown
 };

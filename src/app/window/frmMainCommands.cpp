@@ -10,6 +10,7 @@
 #include "app/dialogs/frmOptions.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
+#include "app/docks/compare/CompareDock.h"
 #include "app/grid/ColumnChooser.h"
 #include "app/grid/DataPane.h"
 #include "app/grid/FilterHeader.h"
@@ -17,6 +18,7 @@
 #include "app/grid/RecordGrid.h"
 #include "app/sources/DataSourceTree.h"
 #include "app/window/CompactCommands.h"
+#include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/FileWatch.h"
@@ -212,6 +214,58 @@ void frmMain::showFinding(const commands::audit::Finding& finding) {
   }
 }
 
+void frmMain::connectCompare() {
+  onTriggered(actions_->mnuToolsCompare, ui_, [this] { compare(); });
+  connect(compare_, &CompareCommands::workBegins, this, &frmMain::beginWork);
+  connect(compare_, &CompareCommands::workEnded, this, [this](bool changed) {
+    endWork(changed ? WorkEffect::changesRecords : WorkEffect::readsRecords);
+  });
+  connect(compare_, &CompareCommands::finished, sbStatusBar_, &StatusBar::result);
+  connect(compare_, &CompareCommands::statusMessage, sbStatusBar_, &StatusBar::status);
+  connect(compare_, &CompareCommands::compared, differences_, &CompareDock::show);
+  connect(differences_, &CompareDock::copyWanted, compare_, &CompareCommands::copy);
+  connect(differences_, &CompareDock::refreshWanted, compare_, &CompareCommands::compareAgain);
+  connect(differences_, &CompareDock::chosen, this,
+          [this](const commands::compare::Difference& difference) {
+            guarded(ui_, [&] { showDifference(difference); });
+          });
+}
+
+void frmMain::compare() {
+  auto keys = tvDataSources_->selectedKeys();
+  for (std::string& key : keys) {
+    const Node node = session_.MainDataSources.findByKey(key);
+    const Node parent = node ? node->Parent() : nullptr;
+    if (parent && parent->DataType() == sources::DataType::textFolder) key = parent->key();
+  }
+  keys.resize(std::max<std::size_t>(keys.size(), 2));
+  compare_->compare(keys[0], keys[1]);
+}
+
+/// The record is selected on the side that is shown, where it is there.
+void frmMain::showDifference(const commands::compare::Difference& difference) {
+  const auto places = compare_->placesOf(difference);
+  if (!places) {
+    return sbStatusBar_->status(tr("A source that was compared is not open any more."));
+  }
+  const auto& [left, right] = *places;
+  const bool isLeft =
+      right.identifiers.empty() || (!left.identifiers.empty() && right.node != current_);
+  const auto& place = isLeft ? left : right;
+  if (place.node != current_) {
+    tvDataSources_->select(place.node->key());
+    showNode(place.node);
+  }
+  if (!selectRecord(place.identifiers.front())) {
+    sbStatusBar_->status(tr("The record is not among those shown."));
+  }
+  std::optional<int> angle;
+  if (difference.angle) angle = static_cast<int>(*difference.angle);
+  docks_->showDifference({left.node, left.identifiers}, {right.node, right.identifiers}, angle);
+  constexpr double kPerMicron = 1000;
+  if (difference.wavelength) docks_->pointAt(*difference.wavelength / kPerMicron);
+}
+
 bool frmMain::selectRecord(const std::string& identifier) {
   const auto rows = grid_.records().rowsOf({identifier}, grid_.currentIndex().row());
   if (rows.empty()) return false;
@@ -244,6 +298,7 @@ void frmMain::showOptions() {
   const DisplayOptions old = std::exchange(options_, dialog.options());
   if (options_.theme != old.theme) applyTheme(options_.theme);
   edit_->integrateBy(options_.integrateBy);
+  compare_->integrateBy(options_.integrateBy);
   docks_->wavelengthUnit(options_.plotUnit == PlotUnit::microns ? kMicrons : kNanometers);
   grid_.copyAsShown(options_.copiesAsShown);
   if (options_.digits != old.digits) grid_.digits(options_.digits);

@@ -40,31 +40,24 @@ SqlCursor::~SqlCursor() {
 }
 
 bool SqlCursor::step() {
-  if (started_ && at_ < batch_.size()) {
-    at_ += columns_.size();
-  }
-  started_ = true;
-  while (at_ >= batch_.size() && !finished_) {  // all rows of a batch may have been deleted
-    readBatch();
-  }
-  return at_ < batch_.size();
-}
-
-std::size_t SqlCursor::takeRows(std::vector<Value>& values) {
-  const auto first = batch_.begin() + static_cast<std::ptrdiff_t>(at_);
-  const auto taken = static_cast<std::size_t>(batch_.end() - first);
-  values.insert(values.end(), std::make_move_iterator(first),
-                std::make_move_iterator(batch_.end()));
+  at_ += columns_.size();
+  if (at_ < batch_.size()) return true;
   batch_.clear();
   at_ = 0;
-  return taken / columns_.size();
+  return readRows(batch_) > 0;
 }
 
-void SqlCursor::readBatch() {
+std::size_t SqlCursor::readRows(std::vector<Value>& values) {
+  std::size_t rows = 0;
+  // All rows of a batch may have been deleted.
+  while (rows == 0 && !finished_) rows = readBatch(values);
+  return rows;
+}
+
+std::size_t SqlCursor::readBatch(std::vector<Value>& values) {
   const jet::Pager::ReadLock lock(engine_->pager());
-  batch_.clear();
-  batch_.reserve(batchRows_ * columns_.size());
-  at_ = 0;
+  const std::size_t before = values.size();
+  if (before == 0) values.reserve(batchRows_ * columns_.size());
   std::size_t bytes = 0;
   try {
     for (std::size_t row = 0; row < batchRows_ && bytes < kBatchBytes; ++row) {
@@ -72,23 +65,24 @@ void SqlCursor::readBatch() {
         finished_ = true;
         break;
       }
-      const std::size_t before = batch_.size();
-      readRow();
-      for (std::size_t i = before; i < batch_.size(); ++i) bytes += bytesOf(batch_[i]);
+      const std::size_t first = values.size();
+      readRow(values);
+      for (std::size_t i = first; i < values.size(); ++i) bytes += bytesOf(values[i]);
     }
   } catch (const Error&) {
     // Asked again, SQLite would begin with the first row.
-    batch_.clear();
+    values.resize(before);
     finished_ = true;
     throw;
   }
   batchRows_ = std::min(batchRows_ * 4, kLargestBatch);
+  return (values.size() - before) / columns_.size();
 }
 
-void SqlCursor::readRow() {
+void SqlCursor::readRow(std::vector<Value>& values) {
   if (!reader_) {
     for (std::size_t i = 0; i < statement_.values.size(); ++i) {
-      batch_.push_back(
+      values.push_back(
           outputValue(statement_.statement.get(), static_cast<int>(i), statement_.values[i]));
     }
     return;
@@ -96,7 +90,7 @@ void SqlCursor::readRow() {
   const jet::RowView* row = reader_->read(statement_.rowPlace());
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
-    batch_.push_back(row->value(column));
+    values.push_back(row->value(column));
   }
 }
 

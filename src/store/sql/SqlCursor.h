@@ -36,16 +36,16 @@ class SqlCursor {
   /// A value of the current row, by 0-based position.
   const Value& value(std::size_t column) const { return batch_[at_ + column]; }
 
-  /// Moves the values of the current row, and of those that are read ahead, row by row, to the end
-  /// of `values`; the row behind them is the next one. Returns the number of rows.
-  std::size_t takeRows(std::vector<Value>& values);
+  /// Instead of step(): reads a batch of rows to the end of `values`, row by row, and returns their
+  /// number, 0 after the last one. Raises as step() does; `values` is as before then.
+  std::size_t readRows(std::vector<Value>& values);
 
  private:
   friend class SqlEngine;
 
   SqlCursor(std::shared_ptr<SqlEngine> engine, PreparedStatement statement);
-  void readBatch();
-  void readRow();
+  std::size_t readBatch(std::vector<Value>& values);
+  void readRow(std::vector<Value>& values);
 
   std::shared_ptr<SqlEngine> engine_;
   PreparedStatement statement_;
@@ -53,10 +53,9 @@ class SqlCursor {
   std::shared_ptr<const jet::TableDefinition> definition_;
   std::optional<jet::RowReader> reader_;
   std::vector<ColumnInfo> columns_;
-  std::vector<Value> batch_;  ///< the rows' values, row by row
+  std::vector<Value> batch_;  ///< what step() has read, row by row
   std::size_t at_ = 0;        ///< of the current row's first value
   std::size_t batchRows_ = 64;
-  bool started_ = false;
   bool finished_ = false;
 };
 

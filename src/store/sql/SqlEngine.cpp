@@ -62,7 +62,8 @@ std::unique_ptr<SqlCursor> SqlEngine::open(const std::string& sql) {
 
 std::unique_ptr<SqlCursor> SqlEngine::openQuery(const std::string& name) {
   const jet::Pager::ReadLock lock(pager());
-  const Translation translation = QueryWriter::translateQuery(catalog_, name);
+  JetCatalog catalog(*database_, tables_);
+  const Translation translation = QueryWriter::translateQuery(catalog, name);
   PreparedStatement statement;
   statement.statement = plan(translation.sql);
   statement.values = translation.columns;
@@ -88,7 +89,8 @@ SelectedRows SqlEngine::selectRows(const std::string& sql) {
 std::string SqlEngine::translate(const std::string& sql) {
   const jet::Pager::ReadLock lock(pager());
   const SqlText text{sql};
-  return QueryWriter::translate(catalog_, text, Parser::parse(text)).sql;
+  JetCatalog catalog(*database_, tables_);
+  return QueryWriter::translate(catalog, text, Parser::parse(text)).sql;
 }
 
 std::unique_ptr<SqlCursor> SqlEngine::start(PreparedStatement statement) {
@@ -109,23 +111,22 @@ PreparedStatement SqlEngine::prepare(const SqlText& text) {
 }
 
 PreparedStatement SqlEngine::make(const SqlText& text, std::vector<Token> tokens) {
-  catalog_.takeSources();  // of a translation that failed
-  catalog_.takeNamesQuery();
+  JetCatalog catalog(*database_, tables_);
   const Query query = Parser::parse(text, std::move(tokens));
   PreparedStatement statement;
   // SQLite picks whole rows out; their values need not go through it.
-  if (const auto rows = QueryWriter::translateRows(catalog_, text, query)) {
+  if (const auto rows = QueryWriter::translateRows(catalog, text, query)) {
     statement.statement = plan(rows->sql);
     statement.rowsOf = database_->table(rows->table);
     statement.holdsForOthers = rows->holdsForOthers;
   } else {
-    const Translation translation = QueryWriter::translate(catalog_, text, query);
+    const Translation translation = QueryWriter::translate(catalog, text, query);
     statement.statement = plan(translation.sql);
     statement.values = translation.columns;
     statement.holdsForOthers = translation.holdsForOthers;
   }
-  statement.sources = catalog_.takeSources();
-  statement.namesQuery = catalog_.takeNamesQuery();
+  statement.sources = std::move(catalog.sources);
+  statement.namesQuery = catalog.namesQuery;
   statement.version = statement.namesQuery ? pager().version() : database_->catalogVersion();
   return statement;
 }
@@ -154,37 +155,31 @@ void SqlEngine::fail() {
 }
 
 std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name) {
-  jet::Database& database = *engine_.database_;
-  const jet::CatalogEntry* entry = database.find(name);
+  const jet::CatalogEntry* entry = database_.find(name);
   if (entry == nullptr || entry->kind == jet::CatalogEntry::Kind::query) {
     return std::nullopt;
   }
-  const std::shared_ptr<jet::Table> table = database.table(name);
-  sources_.emplace_back(table);
-  TableBinding binding{engine_.tables_.nameOf(table), {}};
+  const std::shared_ptr<jet::Table> table = database_.table(name);
+  sources.emplace_back(table);
+  TableBinding binding{tables_.nameOf(table), {}};
   for (const jet::Column& column : table->definition().columns) {
     binding.columns.push_back(jet::describe(column));
   }
   return binding;
 }
 
-std::vector<PreparedStatement::Source> SqlEngine::JetCatalog::takeSources() {
-  return std::exchange(sources_, {});
-}
-
 bool SqlEngine::JetCatalog::isQuery(const std::string& name) {
-  const jet::CatalogEntry* entry = engine_.database_->find(name);
+  const jet::CatalogEntry* entry = database_.find(name);
   return entry != nullptr && entry->kind == jet::CatalogEntry::Kind::query;
 }
 
 std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& name) {
-  jet::Database& database = *engine_.database_;
-  const jet::CatalogEntry* entry = database.find(name);
+  const jet::CatalogEntry* entry = database_.find(name);
   if (entry == nullptr || entry->kind != jet::CatalogEntry::Kind::query) {
     return std::nullopt;
   }
-  namesQuery_ = true;
-  const jet::SavedQuery query(entry->name, database.queryParts(*entry));
+  namesQuery = true;
+  const jet::SavedQuery query(entry->name, database_.queryParts(*entry));
   if (query.kind() == jet::QueryKind::passThrough) {
     throw Error(kNotSupported,
                 fmt::format("The saved query \"{}\" is a pass-through query, which only the "

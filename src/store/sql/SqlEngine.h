@@ -59,20 +59,18 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
   /// The database's catalogue as the translator sees it.
   class JetCatalog final : public Catalog {
    public:
-    explicit JetCatalog(SqlEngine& engine) : engine_(engine) {}
+    JetCatalog(jet::Database& database, TableModule& tables)
+        : database_(database), tables_(tables) {}
     std::optional<TableBinding> table(const std::string& name) override;
     std::optional<std::string> queryText(const std::string& name) override;
     bool isQuery(const std::string& name) override;
 
-    /// The tables that a translation has named since the last call.
-    std::vector<PreparedStatement::Source> takeSources();
-    /// Whether it has named a saved query.
-    bool takeNamesQuery() { return std::exchange(namesQuery_, false); }
+    std::vector<PreparedStatement::Source> sources;  ///< tables that the translation has named
+    bool namesQuery = false;                         ///< whether it has named a saved query
 
    private:
-    SqlEngine& engine_;
-    bool namesQuery_ = false;
-    std::vector<PreparedStatement::Source> sources_;
+    jet::Database& database_;
+    TableModule& tables_;
   };
 
   explicit SqlEngine(std::shared_ptr<jet::Database> database);
@@ -93,7 +91,6 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
   std::unique_ptr<sqlite3, Closer> db_;
   TableModule tables_;
   PreparedStatements statements_;
-  JetCatalog catalog_{*this};
 };
 
 }  // namespace orv::store::sql

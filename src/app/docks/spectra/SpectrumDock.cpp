@@ -301,6 +301,14 @@ void SpectrumDock::showValues() {
   noTable_->setVisible(!hasValues);
 }
 
+void SpectrumDock::showDifference(std::optional<int> angle) {
+  plot_.angle = angle;
+  fillAngles();
+  legend_->refresh();
+  difference_->setChecked(true);
+  followPlot();
+}
+
 void SpectrumDock::pointAt(double microns, std::optional<int> angle) {
   if (!plot_.hasSpectra()) return;
   const auto wanted = std::ranges::find_if(plot_.dataSets, [&](const SpectrumDataSet& set) {

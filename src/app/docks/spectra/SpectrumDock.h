@@ -33,6 +33,8 @@ class SpectrumDock : public QDockWidget {
   /// together. The quantities, the angle and the axis that the user chose stay.
   void showPanes(std::vector<std::shared_ptr<const GlazingData>> panes);
   void clear();
+  /// Shows the difference of the two panes, of their curves at this angle where one is given.
+  void showDifference(std::optional<int> angle);
   /// Says something of the panes that are shown, or of what was done with them, until others are.
   void note(const QString& text);
   /// Points at a wavelength of the curves, in microns, where there are any; on the curve of an

@@ -114,15 +114,33 @@ void DataPageEditor::replace(std::uint8_t row, std::span<const std::uint8_t> con
   store16(bytes_ + format_.data.freeSpace, static_cast<std::uint32_t>(newLowest - tableEnd));
 }
 
-bool DataPageEditor::erase(std::uint8_t row) {
-  replace(row, {}, SlotKind::dead);
-  const DataPage page = read();
-  // Rows are mostly deleted in their order, or in the reverse of it.
-  if (page.slot(0).kind != SlotKind::dead) return false;
-  for (std::uint16_t i = page.rowCount(); i-- > 0;) {
-    if (page.slot(i).kind != SlotKind::dead) return false;
+void DataPageEditor::erase(std::uint8_t row) {
+  const Slot slot = read().slot(row);
+  store16(entry(row), static_cast<std::uint32_t>(slot.offset) | flagsOf(SlotKind::dead));
+}
+
+bool DataPageEditor::closeGaps() {
+  const std::uint16_t count = read().rowCount();
+  const std::size_t tableEnd = format_.data.rowTable + std::size_t{2} * count;
+  bool anyLeft = false;
+  std::size_t end = format_.pageSize;  // of the row's bytes as they were
+  std::size_t newEnd = end;
+  for (std::uint16_t row = 0; row < count; ++row) {
+    const std::uint16_t old = load16(entry(row));
+    const std::size_t begin = old & kOffsetMask;
+    if (begin > end || begin < tableEnd) {
+      raiseDamaged(page_, "row " + std::to_string(row) + " lies outside the page's rows");
+    }
+    const bool isLeft = kindOf(old) != SlotKind::dead;
+    const std::size_t newBegin = newEnd - (isLeft ? end - begin : 0);
+    if (isLeft && newBegin != begin) std::memmove(bytes_ + newBegin, bytes_ + begin, end - begin);
+    store16(entry(row), static_cast<std::uint32_t>(newBegin) | (old & ~kOffsetMask));
+    anyLeft |= isLeft;
+    end = begin;
+    newEnd = newBegin;
   }
-  return true;
+  store16(bytes_ + format_.data.freeSpace, static_cast<std::uint32_t>(newEnd - tableEnd));
+  return anyLeft;
 }
 
 std::span<std::uint8_t> DataPageEditor::rowBytes(std::uint8_t row) {

@@ -65,9 +65,10 @@ class DataPageEditor {
   std::uint8_t add(std::span<const std::uint8_t> row, SlotKind kind = SlotKind::row);
   /// Gives a row new content (there must be room for the growth) and kind.
   void replace(std::uint8_t row, std::span<const std::uint8_t> content, SlotKind kind);
-  /// Deletes a row; its bytes become free, its number is not used again. Tells whether no row is
-  /// left but dead ones.
-  bool erase(std::uint8_t row);
+  /// Deletes a row, whose number is not used again; its bytes become free by closeGaps().
+  void erase(std::uint8_t row);
+  /// Moves the rows together over the bytes of deleted ones; false when no row is left.
+  bool closeGaps();
   /// The bytes of a row, to be changed in place.
   std::span<std::uint8_t> rowBytes(std::uint8_t row);
 

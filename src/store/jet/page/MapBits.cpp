@@ -29,6 +29,11 @@ bool bitAt(const std::uint8_t* bits, std::size_t at) {
 /// The first set bit of `count` bits that is not before `from`; `count` when there is none.
 std::size_t nextBit(const std::uint8_t* bits, std::size_t from, std::size_t count) {
   for (std::size_t at = from; at < count;) {
+    // A map is long, and few pages of a file have room or are free.
+    if (at % 8 == 0 && at + 64 <= count && load64(bits + at / 8) == 0) {
+      at += 64;
+      continue;
+    }
     const unsigned rest = bits[at / 8] >> (at % 8);
     if (rest != 0) {
       return std::min(count, at + static_cast<std::size_t>(std::countr_zero(rest)));

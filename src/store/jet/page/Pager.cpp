@@ -290,6 +290,7 @@ void Pager::commit() {
   dirty_.clear();
   committedPageCount_ = pageCount_;
   ++version_;
+  if (observer_) observer_->committed();
 }
 
 void Pager::writeDirtyPages() {
@@ -319,6 +320,7 @@ void Pager::rollback() {
   pageCount_ = committedPageCount_;
   ++version_;
   ++epoch_;
+  if (observer_) observer_->rolledBack();
 }
 
 Transaction::Transaction(Pager& pager) : pager_(pager), lock_(pager) {
@@ -340,7 +342,8 @@ Savepoint::Savepoint(Pager& pager)
     : pager_(pager),
       transaction_(pager),
       isWithin_(pager.transactionDepth_ > 1 && !pager.doomed_),
-      pageCount_(pager.pageCount_) {
+      pageCount_(pager.pageCount_),
+      mark_(pager.observer_ ? pager.observer_->mark() : 0) {
   if (isWithin_) {
     dirty_ = pager.dirty_;
   }
@@ -353,6 +356,7 @@ Savepoint::~Savepoint() {
   pager_.dirty_ = std::move(dirty_);
   pager_.pageCount_ = pageCount_;
   pager_.doomed_ = false;  // by a transaction within this one
+  if (pager_.observer_) pager_.observer_->forgetSince(mark_);
   ++pager_.version_;
   ++pager_.epoch_;
   transaction_.commit();  // of nothing: the outer one goes on

@@ -9,6 +9,7 @@
 #include "store/Value.h"
 #include "store/jet/file/Bytes.h"
 #include "store/jet/file/LoggedFile.h"
+#include "store/jet/page/ChangeObserver.h"
 #include "store/jet/page/Format.h"
 #include "store/jet/page/PageCache.h"
 
@@ -100,6 +101,10 @@ class Pager {
   /// Adds a zeroed page at the end of the file.
   PageNumber append();
 
+  /// Lets somebody know of all changes from now on; outside transactions. Null ends that.
+  void observe(std::shared_ptr<ChangeObserver> observer) { observer_ = std::move(observer); }
+  const std::shared_ptr<ChangeObserver>& observer() const { return observer_; }
+
   bool inTransaction() const { return transactionDepth_ > 0; }
   /// Whether a lock is held, so that no other process changes the file.
   bool isLocked() const { return readers_ > 0; }
@@ -177,6 +182,7 @@ class Pager {
   PageNumber committedPageCount_ = 0;
   int transactionDepth_ = 0;
   bool doomed_ = false;  ///< an inner transaction was undone: the outer one cannot commit
+  std::shared_ptr<ChangeObserver> observer_;
   int readers_ = 0;
   int writers_ = 0;
 };
@@ -216,6 +222,7 @@ class Savepoint {
   /// Of the outer transaction. Since they are held here too, changes go to copies.
   std::unordered_map<PageNumber, Pager::DirtyPage> dirty_;
   PageNumber pageCount_;
+  std::size_t mark_;  ///< of the observer
   bool done_ = false;
 };
 

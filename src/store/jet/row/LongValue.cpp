@@ -139,11 +139,10 @@ void eraseLongValue(Pager& pager, const Column& column, std::span<const std::uin
                     PageNumber page) {
   std::vector<RowId> parts;
   forEachLongValuePart(pager, definition, page, [&](RowId part) { parts.push_back(part); });
-  for (RowId part : parts) {
-    RowSpace(pager, kLongValueOwner, column.longValuePages.value(),
-             column.longValueFreePages.value())
-        .erase(part);
-  }
+  RowSpace space(pager, kLongValueOwner, column.longValuePages.value(),
+                 column.longValueFreePages.value());
+  for (const RowId part : parts) space.erase(part);
+  space.finish();
 }
 
 }  // namespace orv::store::jet

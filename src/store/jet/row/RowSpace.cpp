@@ -1,5 +1,7 @@
 #include "store/jet/row/RowSpace.h"
 
+#include <utility>
+
 #include "store/jet/page/PageAllocator.h"
 #include "store/jet/page/UsageMap.h"
 
@@ -62,10 +64,10 @@ void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
   if (free.contains(page) != useful) {
     useful ? free.addIfItFits(page) : free.remove(page);
   }
-  roomy_ = useful ? page : 0;
 }
 
 RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber hint) {
+  finish();
   if (last_ != 0) {
     const DataPage data = DataPageEditor(pager_.format(), pager_.modify(last_), last_).read();
     const bool takesIt =
@@ -77,7 +79,6 @@ RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber
 }
 
 RowId RowSpace::put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind) {
-  roomy_ = 0;
   DataPageEditor editor(pager_.format(), pager_.modify(page), page);
   const RowId place{page, editor.add(row, kind)};
   if (const DataPage data = editor.read();
@@ -88,6 +89,7 @@ RowId RowSpace::put(PageNumber page, std::span<const std::uint8_t> row, SlotKind
 }
 
 bool RowSpace::replace(RowId place, std::span<const std::uint8_t> row, SlotKind kind) {
+  finish();
   const PageRef ref = pager_.read(place.page);
   const DataPage data(pager_.format(), ref.view());
   const Slot slot = data.slot(place.row);
@@ -101,16 +103,20 @@ bool RowSpace::replace(RowId place, std::span<const std::uint8_t> row, SlotKind 
 }
 
 void RowSpace::erase(RowId place) {
-  DataPageEditor editor(pager_.format(), pager_.modify(place.page), place.page);
-  if (!editor.erase(place.row)) {
-    if (place.page != roomy_) updateFreeMap(place.page, editor.read());
-    return;
-  }
-  if (roomy_ == place.page) roomy_ = 0;
-  if (last_ == place.page) last_ = 0;
-  UsageMap(pager_, owned_).remove(place.page);
-  UsageMap(pager_, free_).remove(place.page);
-  PageAllocator(pager_).release(place.page);
+  if (place.page != erasing_) finish();
+  erasing_ = place.page;
+  DataPageEditor(pager_.format(), pager_.modify(place.page), place.page).erase(place.row);
+}
+
+void RowSpace::finish() {
+  const PageNumber page = std::exchange(erasing_, 0);
+  if (page == 0) return;
+  DataPageEditor editor(pager_.format(), pager_.modify(page), page);
+  if (editor.closeGaps()) return updateFreeMap(page, editor.read());
+  if (last_ == page) last_ = 0;
+  UsageMap(pager_, owned_).remove(page);
+  UsageMap(pager_, free_).remove(page);
+  PageAllocator(pager_).release(page);
 }
 
 }  // namespace orv::store::jet

@@ -24,7 +24,11 @@ class RowSpace {
   RowId add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber hint = 0);
   /// Gives the row at `place` new content if its page has the room; false if not.
   bool replace(RowId place, std::span<const std::uint8_t> row, SlotKind kind);
+  /// Deletes a row. The room on its page is there when a row of another page is deleted, or another
+  /// call of this class follows: mostly the rows of a page go together.
   void erase(RowId place);
+  /// To be called after the last row has been deleted.
+  void finish();
 
  private:
   RowId put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind);
@@ -36,8 +40,8 @@ class RowSpace {
   std::uint32_t owner_;
   RowId owned_;
   RowId free_;
-  PageNumber roomy_ = 0;  ///< a page that is known to be offered for rows; 0 when none is
-  PageNumber last_ = 0;   ///< the page that took the last row; 0 when it may be gone
+  PageNumber erasing_ = 0;  ///< the page that has lost rows, with gaps; 0 when none has
+  PageNumber last_ = 0;     ///< the page that took the last row; 0 when it may be gone
 };
 
 }  // namespace orv::store::jet

@@ -33,6 +33,7 @@ RowChanges::RowChanges(Table& table)
     : table_(table),
       definition_(table.definition()),
       pager_(table.pager()),
+      observer_(pager_.observer().get()),
       space_(pager_, definition_.page, definition_.ownedPages, definition_.freePages) {
   indexes_.reserve(definition_.realIndexes.size());
   for (const RealIndex& index : definition_.realIndexes) {
@@ -54,6 +55,7 @@ RowId RowChanges::insert(std::span<const Value> values) {
       space_.add(encodeRow(pager_, definition_, row), SlotKind::row, table_.insertHint_);
   table_.insertHint_ = id.page;
   for (Index& index : indexes_) addEntry(index, row, id);
+  if (observer_) observer_->rowChanged(table_.name(), {}, row);
   ++newRows_;
   for (const std::size_t column : numbered_) {
     highestNumber_ = std::max(highestNumber_, row[column].toLong());
@@ -76,6 +78,7 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
     addEntry(index, newRow, id);
   }
   writeContent(id, *content, encodeRow(pager_, definition_, newRow, &before));
+  if (observer_) observer_->rowChanged(table_.name(), oldRow, newRow);
 }
 
 void RowChanges::erase(RowId id) {
@@ -86,8 +89,8 @@ void RowChanges::erase(RowId id) {
   }
   {
     const RowView row = table_.viewAt(*content);
-    const std::vector<Value> values = keyValuesOf(row);
-    for (Index& index : indexes_) eraseEntry(index, values, id);
+    readErased(row);
+    for (Index& index : indexes_) eraseEntry(index, erased_, id);
     eraseLongValues(row, content->page);
   }
   if (*content != id) space_.erase(*content);
@@ -96,6 +99,7 @@ void RowChanges::erase(RowId id) {
 }
 
 void RowChanges::finish() {
+  space_.finish();
   for (Index& index : indexes_) {
     index.run.finish();
     table_.changeKeyCount(index.index, index.newKeys);
@@ -130,11 +134,22 @@ std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRo
   return fitted_;
 }
 
-/// The values of a row in the columns of indexes; Null in the others.
-std::vector<Value> RowChanges::keyValuesOf(const RowView& row) const {
-  std::vector<Value> values(definition_.columns.size());
-  for (const std::size_t i : keyColumns_) values[i] = row.value(definition_.columns[i]);
-  return values;
+/// Reads what indexes need of a row that goes, and tells the observer of all of it. A row that is
+/// damaged elsewhere goes all the same.
+void RowChanges::readErased(const RowView& row) {
+  const std::vector<Column>& columns = definition_.columns;
+  erased_.resize(columns.size());
+  for (const std::size_t i : keyColumns_) erased_[i] = row.value(columns[i]);
+  if (!observer_) return;
+  try {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (!keyColumns_.contains(i)) erased_[i] = row.value(columns[i]);
+    }
+    observer_->rowChanged(table_.name(), erased_, {});
+  } catch (const Error& error) {
+    if (error.number() != kCorruptFile) throw;
+    observer_->rowNotRead();
+  }
 }
 
 void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {

@@ -40,7 +40,7 @@ class RowChanges {
   };
 
   std::span<const Value> fit(std::span<const Value> values, bool newRow);
-  std::vector<Value> keyValuesOf(const RowView& row) const;
+  void readErased(const RowView& row);
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void addEntry(Index& index, std::span<const Value> row, RowId id);
   void eraseEntry(Index& index, std::span<const Value> row, RowId id);
@@ -53,11 +53,13 @@ class RowChanges {
   Table& table_;
   const TableDefinition& definition_;
   Pager& pager_;
+  ChangeObserver* observer_;  ///< null where nobody wants to know
   RowSpace space_;
   std::vector<Index> indexes_;
   std::vector<std::size_t> numbered_;  ///< columns with automatic numbers
   std::set<std::size_t> keyColumns_;   ///< those of any index
   std::vector<Value> fitted_;          ///< the row that was fitted last
+  std::vector<Value> erased_;          ///< the row that was deleted last, its key columns at least
   int newRows_ = 0;
   std::int32_t highestNumber_ = 0;  ///< of the autonumbers given
 };

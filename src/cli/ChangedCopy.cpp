@@ -1,0 +1,126 @@
+#include "cli/ChangedCopy.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli/ComparedRows.h"
+#include "commands/compare/CopyChanges.h"
+
+namespace orv::cli {
+
+using commands::compare::ComparedPair;
+using commands::compare::Comparison;
+using commands::compare::State;
+
+namespace {
+
+/// What is new to B is only in A.
+const std::map<std::string, State> kStatesToCopy{{"added", State::removed},
+                                                 {"changed", State::changed}};
+
+std::size_t countOf(const Comparison& comparison, const std::vector<std::size_t>& pairs,
+                    State state) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      pairs, [&](std::size_t each) { return comparison.pairs[each].state == state; }));
+}
+
+void requireGroups(const Comparison& comparison, const std::vector<std::size_t>& pairs) {
+  const bool allHave = std::ranges::none_of(pairs, [&](std::size_t each) {
+    return commands::compare::groupOf(comparison.pairs[each]).empty();
+  });
+  if (allHave || canAsk()) return;
+  throw wrongUse("The group to put new records into has to be given with --group NAME.");
+}
+
+}  // namespace
+
+CLI::Option* ChangedCopy::addTo(CLI::App& command, bool& yes) {
+  yes_ = &yes;
+  auto* changed = command.add_flag(
+      "--changed", isWanted_,
+      "Copy only what is new in the source or differs from the database, of all kinds of record "
+      "unless --set is given, after the list and a question. Records keep their groups, or go into "
+      "that of --group, with whose records they are compared then");
+  command
+      .add_option("--only", only_,
+                  "With --changed, copy only what is added, or only what is changed")
+      ->transform(oneOf(kStatesToCopy))
+      ->type_name("STATE")
+      ->needs(changed);
+  command
+      .add_option("--tolerance", tolerance_,
+                  "With --changed, how far apart numbers may be that count as the same (default: "
+                  "0)")
+      ->type_name("X")
+      ->needs(changed);
+  command.add_flag("--dry-run", isRehearsal_, "With --changed, show the list and copy nothing")
+      ->needs(changed);
+  command.add_flag("--yes", yes, "With --changed, do not ask")->needs(changed);
+  return changed;
+}
+
+std::vector<std::size_t> ChangedCopy::wanted(const Comparison& comparison, Outcome& outcome) const {
+  std::vector<std::string> ambiguous;
+  auto pairs = commands::compare::copyablePairs(comparison, ambiguous);
+  std::erase_if(pairs,
+                [&](std::size_t each) { return only_ && comparison.pairs[each].state != *only_; });
+  outcome.leftOut = ambiguous.size() + comparison.failures.size();
+  tellFailures(comparison.failures);
+  if (!ambiguous.empty()) {
+    std::cerr << fmt::format(
+        "orv: not copied, since there are several records of this name and group, of which nobody "
+        "knows which would be replaced: {}.\n",
+        fmt::join(ambiguous, ", "));
+  }
+  return pairs;
+}
+
+bool ChangedCopy::isConfirmed(Console& console, const Comparison& comparison,
+                              const std::vector<std::size_t>& pairs) const {
+  if (!*yes_ && !canAsk()) {
+    throw wrongUse(
+        "Without a terminal to ask on, a copy of changes has to be confirmed with --yes.");
+  }
+  const std::string text = fmt::format(
+      "Add {} and replace {}?", counted(countOf(comparison, pairs, State::removed), "record"),
+      countOf(comparison, pairs, State::changed));
+  return console.ui.ask({text, commands::kApplicationTitle, commands::Buttons::yesNoCancel,
+                         commands::Answer::no}) == commands::Answer::yes;
+}
+
+ChangedCopy::Outcome ChangedCopy::run(
+    Console& console, const Request& request,
+    const std::function<void(const commands::PasteResult&)>& tell) const {
+  commands::compare::CompareOptions options{
+      .tolerance = tolerance_, .kind = request.kind, .isForCopy = true};
+  if (!request.options.group.empty()) options.group = request.options.group;
+  const Comparison comparison = opening([&] {
+    return usedRightly(
+        [&] { return compareSources(console.session, request.a, request.b, options); });
+  });
+  Outcome outcome;
+  const auto pairs = wanted(comparison, outcome);
+  if (!request.isQuiet) {
+    tellFailures(comparison.remarks);
+    if (pairs.empty()) std::cout << "There is nothing to copy.\n";
+    if (!pairs.empty()) {
+      ComparedRows(request.a, request.b).writeChanges(comparison, pairs, std::cout);
+      std::cout << std::flush;
+    }
+  }
+  if (isRehearsal_ || pairs.empty()) return outcome;
+  if (request.options.group.empty()) requireGroups(comparison, pairs);
+  outcome.wasTried = true;
+  if (!isConfirmed(console, comparison, pairs)) {
+    outcome.result.cancelled = true;
+    return outcome;
+  }
+  outcome.result =
+      copyPairs(console.session, request.a, request.b, comparison, pairs, request.options, tell);
+  return outcome;
+}
+
+}  // namespace orv::cli

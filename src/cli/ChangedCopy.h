@@ -1,0 +1,57 @@
+// Copying what differs: `orv copy A B --changed`.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "cli/Arguments.h"
+#include "commands/PasteRecords.h"
+#include "commands/compare/Compare.h"
+
+namespace orv::cli {
+
+class ChangedCopy {
+ public:
+  /// Declares --changed, --only, --dry-run, --yes and --tolerance. The last four want the first.
+  CLI::Option* addTo(CLI::App& command, bool& yes);
+  bool isWanted() const { return isWanted_; }
+
+  /// What is given besides.
+  struct Request {
+    Node a;
+    Node b;
+    std::optional<commands::RecordKind> kind;
+    commands::PasteOptions options;  ///< the group is empty where records keep theirs
+    bool isQuiet = false;
+  };
+
+  struct Outcome {
+    commands::PasteResult result = {};
+    bool wasTried = false;  ///< whether something was to be copied, and was no rehearsal
+    /// Records that could not be read, or of which nobody knows which they would replace.
+    std::size_t leftOut = 0;
+  };
+
+  /// Shows what is new in A or differs from B, asks, and copies it into B, each record in one
+  /// commit. Tells of each group of records by `tell`. Raises Failure for a source that cannot be
+  /// read, and where a group has to be given or somebody has to be asked, and cannot.
+  Outcome run(Console& console, const Request& request,
+              const std::function<void(const commands::PasteResult&)>& tell) const;
+
+ private:
+  std::vector<std::size_t> wanted(const commands::compare::Comparison& comparison,
+                                  Outcome& outcome) const;
+  bool isConfirmed(Console& console, const commands::compare::Comparison& comparison,
+                   const std::vector<std::size_t>& pairs) const;
+
+  bool isWanted_ = false;
+  std::optional<commands::compare::State> only_;
+  bool isRehearsal_ = false;
+  const bool* yes_ = nullptr;
+  double tolerance_ = 0;
+};
+
+}  // namespace orv::cli

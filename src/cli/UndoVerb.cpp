@@ -1,0 +1,76 @@
+#include <iostream>
+
+#include "cli/Arguments.h"
+#include "cli/Verb.h"
+#include "commands/AccessUse.h"
+#include "commands/edit/EditHistory.h"
+
+namespace orv::cli {
+
+namespace {
+
+class UndoVerb : public Verb {
+ public:
+  explicit UndoVerb(CLI::App& app)
+      : Verb(
+            app, "undo", "Take the last changes of an ORV database back",
+            "  orv undo orvdata.mdb\n"
+            "  orv undo orvdata.mdb 3\n"
+            "  orv undo orvdata.mdb --redo\n",
+            "Takes back edits, deletions, copies, replaced records, stored integrated values and "
+            "merges, as \"orv history\" lists them, in one commit. Where a record has been changed "
+            "since by something else, that is told and nothing is changed.") {
+    source_.addDatabase(command());
+    command().add_option("N", count_, "How many changes; the last one unless given")->type_name("");
+    command().add_flag("--redo", isRedo_, "Make the changes that were taken back last again");
+    addForce(command(), answers_.force);
+    addQuiet(command(), answers_.quiet);
+  }
+
+  ExitCode run(Console& console) override {
+    if (count_ < 1) throw wrongUse("The number of changes has to be 1 or more.");
+    console.ui.answers(answers_);
+    const auto database = source_.openDatabase(console);
+    store::History history(*database);
+    if (history.isForeign()) {
+      throw Failure(kCannotOpen, "\"" + history.path() + "\" is no history of this database.");
+    }
+    if (!commands::mayBeChanged(*database, console.ui)) return kWrongUse;
+    const auto result = usedRightly([&] {
+      const auto count = static_cast<std::size_t>(count_);
+      return isRedo_ ? history.redo(count) : history.undo(count);
+    });
+    if (!result.conflicts.empty()) return refuse(result.conflicts);
+    for (const store::HistoryWork& work : result.works) {
+      if (answers_.quiet) break;
+      std::cout << (isRedo_ ? "Made again: " : "Taken back: ") << work.title << " ("
+                << commands::edit::historyTime(work) << ")\n";
+    }
+    if (const std::string failure = history.takeFailure(); !failure.empty()) {
+      std::cerr << "orv: The history could not be written: " << failure << '\n';
+    }
+    return kAllWell;
+  }
+
+ private:
+  static ExitCode refuse(const std::vector<store::HistoryConflict>& conflicts) {
+    for (const std::string& text : commands::edit::conflictTexts(conflicts)) {
+      std::cerr << "orv: " << text << '\n';
+    }
+    std::cerr << "orv: Nothing was changed.\n";
+    return kRecordsFailed;
+  }
+
+  SourceArgument source_;
+  std::int32_t count_ = 1;
+  bool isRedo_ = false;
+  Answers answers_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeUndoVerb(CLI::App& app) {
+  return std::make_unique<UndoVerb>(app);
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,126 @@
+// Panes of the IGDB and of Optics5 user databases, table by table.
+#include <unordered_map>
+
+#include "commands/ErrorText.h"
+#include "commands/compare/Fields.h"
+#include "commands/compare/ModelRecords.h"
+#include "commands/compare/RecordReading.h"
+#include "database/Fields.h"
+#include "database/IgdbRows.h"
+#include "database/Recordsets.h"
+#include "model/IntegratedColumns.h"
+
+namespace orv::commands::compare {
+
+namespace {
+
+constexpr double kNanometersPerMicron = 1000;
+
+class GlazingRecords {
+ public:
+  explicit GlazingRecords(const Reading& reading)
+      : reading_(reading), connection_(*reading.node->ADOConnection()) {
+    const auto source = reading.node->Parent();
+    result_.kind = RecordKind::panes;
+    result_.hasGroups = source && source->DataType() == sources::DataType::igdb;
+  }
+
+  RecordSet read() {
+    const auto state = connection_.holdState();
+    readRows();
+    readKeys();
+    if (reading_.wantsCurves) readCurves();
+    return std::move(result_);
+  }
+
+ private:
+  void readRows() {
+    auto rows = database::openSql(connection_, "SELECT * FROM qryOptics5Grid ORDER BY FileName");
+    for (; !rows->eof(); rows->moveNext()) {
+      reading_.goOn();
+      const std::string name = database::FieldToString(rows->value("FileName"));
+      try {
+        GlazingData pane;
+        database::readIgdbProperties(pane, *rows);
+        Record record = recordOf(name, pane);
+        setGroup(record);
+        positions_.emplace(name, result_.records.size());
+        result_.records.push_back(std::move(record));
+      } catch (const Error& error) {
+        result_.failures.push_back(name + " cannot be read: " + describe(error));
+      }
+    }
+  }
+
+  /// The group into which a copy puts them.
+  void setGroup(Record& record) const {
+    if (!result_.hasGroups) return;
+    const auto& fields = fieldsOf(RecordKind::panes);
+    record.group = "IGDB";
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      if (fields[i].lookup == Lookup::group) record.fields[i] = store::Value(record.group);
+    }
+  }
+
+  /// The keys of the panes, and their integrated values.
+  void readKeys() {
+    for (auto rows = database::openTable(connection_, "GlazingProperties"); !rows->eof();
+         rows->moveNext()) {
+      const auto found = positions_.find(database::FieldToString(rows->value("FileName")));
+      if (found == positions_.end()) continue;
+      keys_.emplace(rows->value("GlazingID").toLong(), found->second);
+      if (!reading_.wantsIntegrated) continue;
+      GlazingData pane;
+      database::readIgdbIntegrated(pane, *rows);
+      auto& integrated = result_.records[found->second].integrated.emplace();
+      if (auto row = integratedOf(pane)) integrated.push_back(withoutReflectedUv(std::move(*row)));
+    }
+  }
+
+  /// Which the database does not know.
+  static IntegratedRow withoutReflectedUv(IntegratedRow row) {
+    for (std::size_t i = 0; i < kIntegratedColumns.size(); ++i) {
+      const auto& column = kIntegratedColumns[i];
+      const bool isReflected = column.curve == Curve::Rf || column.curve == Curve::Rb;
+      if (column.band == Band::ultraviolet && isReflected) row.values[i].reset();
+    }
+    return row;
+  }
+
+  void readCurves() {
+    const auto rows =
+        connection_.openRecordset("SpectralData", store::CursorType::forwardOnly,
+                                  store::LockType::readOnly, store::SourceKind::table);
+    const std::size_t key = rows->fieldIndex("GlazingID");
+    const std::size_t wavelength = rows->fieldIndex("Wavelength");
+    const std::vector<std::size_t> columns{rows->fieldIndex("T"), rows->fieldIndex("Rf"),
+                                           rows->fieldIndex("Rb")};
+    CurveRows curves(reading_.grids, std::vector<bool>(columns.size(), true));
+    constexpr int kRowsAtOnce = 4096;
+    for (int count = 0; !rows->eof(); rows->moveNext()) {
+      if (++count % kRowsAtOnce == 0) reading_.goOn();
+      const auto found = keys_.find(database::FieldToLong(rows->value(key)));
+      if (found == keys_.end()) continue;
+      curves.begin({.record = found->second, .angle = 0},
+                   database::FieldToDouble(rows->value(wavelength)) * kNanometersPerMicron);
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        curves.add(i, database::FieldToDouble(rows->value(columns[i])));
+      }
+    }
+    curves.giveTo(result_.records);
+  }
+
+  const Reading& reading_;
+  store::Connection& connection_;
+  RecordSet result_;
+  std::unordered_map<std::string, std::size_t> positions_;  ///< by name
+  std::unordered_map<std::int32_t, std::size_t> keys_;
+};
+
+}  // namespace
+
+RecordSet readGlazingDatabase(const Reading& reading) {
+  return GlazingRecords(reading).read();
+}
+
+}  // namespace orv::commands::compare

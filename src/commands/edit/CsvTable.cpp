@@ -1,0 +1,91 @@
+#include "commands/edit/CsvTable.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "errors/Error.h"
+
+namespace orv::commands::edit {
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Goes through a text cell by cell.
+class CsvReader {
+ public:
+  CsvReader(std::string_view text, char separator) : text_(text), separator_(separator) {}
+
+  CsvRows read() {
+    while (at_ < text_.size()) readRow();
+    return std::move(rows_);
+  }
+
+ private:
+  void readRow() {
+    std::vector<std::string> cells;
+    do {
+      cells.push_back(readCell());
+    } while (takes(separator_));
+    takes('\r');
+    takes('\n');
+    ++line_;
+    if (cells.size() > 1 || !cells.front().empty()) rows_.push_back(std::move(cells));
+  }
+
+  std::string readCell() {
+    std::string cell;
+    if (takes('"')) cell = readQuoted();
+    while (at_ < text_.size() && !isEnd(text_[at_])) cell += text_[at_++];
+    return cell;
+  }
+
+  std::string readQuoted() {
+    std::string cell;
+    const int begin = line_;
+    while (at_ < text_.size()) {
+      const char c = text_[at_++];
+      if (c == '"' && !takes('"')) return cell;
+      if (c == '\n') ++line_;
+      cell += c;
+    }
+    throw Error(kInvalidCall,
+                "The quotation mark in line " + std::to_string(begin) + " does not end.");
+  }
+
+  bool isEnd(char c) const { return c == separator_ || c == '\n' || c == '\r'; }
+  bool takes(char c) {
+    if (at_ >= text_.size() || text_[at_] != c) return false;
+    ++at_;
+    return true;
+  }
+
+  std::string_view text_;
+  char separator_;
+  std::size_t at_ = 0;
+  int line_ = 1;
+  CsvRows rows_;
+};
+
+}  // namespace
+
+CsvRows readCsv(std::string_view text, char separator) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  return CsvReader(text, separator).read();
+}
+
+char separatorOf(std::string_view text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  return std::ranges::max({'\t', ';', ','}, {},
+                          [&](char c) { return std::ranges::count(line, c); });
+}
+
+CsvRows readCsvFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw Error(kFileNotFound, "\"" + path + "\" cannot be read.");
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  return readCsv(text, separatorOf(text));
+}
+
+}  // namespace orv::commands::edit

@@ -1,0 +1,244 @@
+#include "store/History.h"
+
+#include <algorithm>
+
+#include "errors/Error.h"
+#include "store/StoreError.h"
+#include "store/jet/catalog/Database.h"
+#include "store/jet/history/HistoryRecorder.h"
+#include "store/jet/history/RowReversal.h"
+
+namespace orv::store {
+namespace {
+
+using jet::HistoryEntry;
+using jet::HistoryRecord;
+using jet::RowReversal;
+
+/// A work with its commits.
+struct KeptWork {
+  HistoryWork work;
+  std::vector<HistoryEntry> commits;
+};
+
+/// What the records of a history come to: works that are done, and such that were taken back after
+/// the last of these.
+struct HistoryState {
+  std::vector<KeptWork> done;
+  std::vector<KeptWork> undone;
+
+  explicit HistoryState(const std::vector<HistoryEntry>& entries) {
+    for (const HistoryEntry& entry : entries) take(entry);
+  }
+
+ private:
+  void take(const HistoryEntry& entry) {
+    switch (entry.head.kind) {
+      case HistoryRecord::Kind::changes:
+        undone.clear();
+        workOf(entry).commits.push_back(entry);
+        break;
+      case HistoryRecord::Kind::lost:
+        undone.clear();
+        workOf(entry).work.isLost = true;
+        break;
+      case HistoryRecord::Kind::undone:
+        move(entry.head.work, done, undone);
+        break;
+      case HistoryRecord::Kind::redone:
+        move(entry.head.work, undone, done);
+        break;
+    }
+  }
+
+  KeptWork& workOf(const HistoryEntry& entry) {
+    if (done.empty() || done.back().work.id != entry.head.work) {
+      HistoryWork work{.id = entry.head.work, .time = entry.head.time, .title = entry.head.title};
+      done.push_back({std::move(work), {}});
+    }
+    ++done.back().work.commits;
+    return done.back();
+  }
+
+  static void move(std::uint64_t work, std::vector<KeptWork>& from, std::vector<KeptWork>& to) {
+    if (from.empty() || from.back().work.id != work) return;
+    to.push_back(std::move(from.back()));
+    to.back().work.isUndone = !to.back().work.isUndone;
+    from.pop_back();
+  }
+};
+
+HistoryState stateOf(jet::HistoryFile& file) {
+  const auto found = file.look();
+  return HistoryState(found == jet::HistoryFile::Found::sound ? file.entries()
+                                                              : std::vector<HistoryEntry>());
+}
+
+/// Takes a work back, or makes it again.
+void reverseWork(const KeptWork& kept, jet::HistoryFile& file, RowReversal& reversal, bool back) {
+  for (std::size_t i = 0; i < kept.commits.size(); ++i) {
+    const std::size_t at = back ? kept.commits.size() - 1 - i : i;
+    const auto changes = jet::readRowChanges(file.changes(kept.commits[at]));
+    back ? reversal.takeBack(changes) : reversal.makeAgain(changes);
+  }
+}
+
+HistoryRecord::Kind kindOf(bool back) {
+  return back ? HistoryRecord::Kind::undone : HistoryRecord::Kind::redone;
+}
+
+/// The last works that can be taken back or made again, the last one first.
+std::vector<KeptWork> lastWorks(const HistoryState& state, std::size_t count, bool back) {
+  const std::vector<KeptWork>& works = back ? state.done : state.undone;
+  const char* what = back ? "taken back" : "made again";
+  if (works.size() < count) {
+    throw Error(kInvalidCall, works.empty()
+                                  ? "There is no change that can be " + std::string(what) + "."
+                                  : "There are only " + std::to_string(works.size()) +
+                                        " changes that can be " + what + ".");
+  }
+  std::vector<KeptWork> last(works.rbegin(), works.rbegin() + static_cast<std::ptrdiff_t>(count));
+  for (const KeptWork& kept : last) {
+    if (!kept.work.isLost) continue;
+    throw Error(kInvalidCall, "\"" + kept.work.title +
+                                  "\" was too large for the history, or something of it could not "
+                                  "be read, and cannot be " +
+                                  what + ".");
+  }
+  return last;
+}
+
+}  // namespace
+
+History::History(Connection& database)
+    : database_(database), recorder_(jet::HistoryRecorder::of(database.database())) {}
+
+void History::keep(std::uint64_t largest) {
+  recorder_->keep(largest);
+}
+
+bool History::isKept(Connection& database) {
+  return jet::HistoryRecorder::keeping(database.database()) != nullptr;
+}
+
+std::string History::takeFailure() {
+  return recorder_->takeFailure();
+}
+
+const std::string& History::path() const {
+  return recorder_->file().path();
+}
+
+bool History::isForeign() {
+  const jet::Pager::ReadLock lock(database_.database().pager());
+  return recorder_->file().look() == jet::HistoryFile::Found::foreign;
+}
+
+std::vector<HistoryWork> History::works() {
+  const jet::Pager::ReadLock lock(database_.database().pager());
+  const HistoryState state = stateOf(recorder_->file());
+  std::vector<HistoryWork> works;
+  for (const KeptWork& kept : state.done) works.push_back(kept.work);
+  std::for_each(state.undone.rbegin(), state.undone.rend(),
+                [&](const KeptWork& kept) { works.push_back(kept.work); });
+  return works;
+}
+
+std::vector<HistoryChange> History::changes(const HistoryWork& work) {
+  jet::Database& database = database_.database();
+  const jet::Pager::ReadLock lock(database.pager());
+  std::vector<HistoryChange> all;
+  static_cast<void>(stateOf(recorder_->file()));
+  for (const HistoryEntry& entry : recorder_->file().entries()) {
+    if (entry.head.work != work.id || entry.head.kind != HistoryRecord::Kind::changes) continue;
+    for (jet::RowChange& change : jet::readRowChanges(recorder_->file().changes(entry))) {
+      HistoryChange& told = all.emplace_back();
+      const jet::CatalogEntry* table = database.find(change.table);
+      if (table && table->kind == jet::CatalogEntry::Kind::table) {
+        for (const jet::Column& column : database.table(change.table)->definition().columns) {
+          told.columns.push_back(column.name);
+        }
+      }
+      told.table = std::move(change.table);
+      told.before = std::move(change.before);
+      told.after = std::move(change.after);
+    }
+  }
+  return all;
+}
+
+UndoResult History::undo(std::size_t count) {
+  return reverse(count, true);
+}
+
+UndoResult History::redo(std::size_t count) {
+  return reverse(count, false);
+}
+
+UndoResult History::reverse(std::size_t count, bool back) {
+  std::vector<HistoryWork> known;
+  while (count > 0) {
+    UndoResult result = tryToReverse(count, back);
+    const auto already = result.conflicts.empty() ? std::nullopt : noteIfReversedAlready(back);
+    if (!already) {
+      result.works.insert(result.works.begin(), known.begin(), known.end());
+      return result;
+    }
+    known.push_back(*already);
+    --count;
+  }
+  return {.works = std::move(known)};
+}
+
+UndoResult History::tryToReverse(std::size_t count, bool back) {
+  jet::Database& database = database_.database();
+  UndoResult result;
+  jet::Transaction transaction(database.pager());
+  RowReversal reversal(database);
+  recorder_->nextIs(kindOf(back), {});  // so that the reversal is no work itself
+  std::vector<std::uint64_t> works;
+  for (const KeptWork& kept : lastWorks(stateOf(recorder_->file()), count, back)) {
+    reverseWork(kept, recorder_->file(), reversal, back);
+    works.push_back(kept.work.id);
+    result.works.push_back(kept.work);
+  }
+  reversal.finish();
+  for (const jet::RowConflict& conflict : reversal.conflicts()) {
+    result.conflicts.push_back(
+        {conflict.table, conflict.columns, conflict.wanted, conflict.present});
+  }
+  if (!result.conflicts.empty()) return result;
+  recorder_->nextIs(kindOf(back), std::move(works));
+  transaction.commit();
+  return result;
+}
+
+/// Where the database is as it was before the last work, a program has taken it back and ended
+/// before it could say so, which is made up for here.
+std::optional<HistoryWork> History::noteIfReversedAlready(bool back) {
+  jet::Database& database = database_.database();
+  const jet::Pager::WriteLock lock(database.pager());
+  const KeptWork last = lastWorks(stateOf(recorder_->file()), 1, back).front();
+  {
+    jet::Transaction tried(database.pager());
+    RowReversal reversal(database);
+    recorder_->nextIs(kindOf(back), {});
+    reverseWork(last, recorder_->file(), reversal, !back);
+    reversal.finish();
+    if (!reversal.conflicts().empty()) return std::nullopt;
+  }
+  recorder_->file().append({.kind = kindOf(back), .work = last.work.id, .title = last.work.title},
+                           true);
+  return last.work;
+}
+
+History::Scope::Scope(Connection& database, const std::string& title)
+    : recorder_(jet::HistoryRecorder::keeping(database.database())) {
+  if (recorder_) recorder_->beginWork(title);
+}
+
+History::Scope::~Scope() {
+  if (recorder_) recorder_->endWork();
+}
+
+}  // namespace orv::store

@@ -1,0 +1,112 @@
+// What the last changes of a database were, kept so that they can be taken back.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/Connection.h"
+
+namespace orv::store {
+
+namespace jet {
+class HistoryRecorder;
+}
+
+/// What a user sees as one change: the commits of one command.
+struct HistoryWork {
+  std::uint64_t id = 0;
+  std::int64_t time = 0;  ///< of its first commit, in seconds since 1970
+  std::string title;
+  int commits = 0;
+  bool isUndone = false;  ///< it has been taken back, and can be made again
+  bool isLost = false;    ///< it was too large to be kept, and cannot be taken back
+};
+
+/// One thing that happened to a row: no values `before` where it was added, none `after` where it
+/// was deleted.
+struct HistoryChange {
+  std::string table;
+  std::vector<std::string> columns;
+  std::vector<Value> before;
+  std::vector<Value> after;
+};
+
+/// A row that is not as a change has left it.
+struct HistoryConflict {
+  std::string table;
+  std::vector<std::string> columns;  ///< none where the table is gone or has other columns now
+  std::vector<Value> wanted;         ///< the row as the change has left it
+  std::vector<Value> present;        ///< as it is; empty where it is gone
+};
+
+struct UndoResult {
+  std::vector<HistoryWork> works = {};          ///< that were taken back or made again
+  std::vector<HistoryConflict> conflicts = {};  ///< when there is any, nothing was changed
+};
+
+/// The history of one database: a file beside it, "NAME.mdb.orv-history", in which each commit
+/// leaves the rows that it has changed as they were before and after. The database does not need
+/// the file, which may be deleted. It is bounded: the oldest works go first.
+///
+/// A work is written there when its commits are in the database; when it ends, it is on the disk.
+/// A row is only taken back that is exactly as the work has left it, whoever has changed it since,
+/// and all of a work or nothing: so a history that lacks a commit, or is that of a former state of
+/// the database, does no harm. One of another database is given another name and not used.
+///
+/// Raises what the store raises.
+class History {
+ public:
+  static constexpr std::uint64_t kLargest = std::uint64_t{128} << 20;
+
+  /// `database` outlives it.
+  explicit History(Connection& database);
+
+  /// From now on the changes that this process makes to the database, by any connection, are kept
+  /// in a history of at most so many bytes.
+  void keep(std::uint64_t largest = kLargest);
+  /// Whether they are.
+  static bool isKept(Connection& database);
+  /// Why the history could not be written since the last call; empty when it could. Changes of the
+  /// database do not fail for it.
+  std::string takeFailure();
+
+  const std::string& path() const;
+  /// Whether the file under the history's name is none of this database's.
+  bool isForeign();
+  /// The works that can be taken back, the oldest first, then those that can be made again, the
+  /// one that was taken back last first.
+  std::vector<HistoryWork> works();
+  /// What a work has changed, in order.
+  std::vector<HistoryChange> changes(const HistoryWork& work);
+
+  /// Takes the last works back, in one commit. Raises kInvalidCall where there are not as many,
+  /// or one of them is lost.
+  UndoResult undo(std::size_t count = 1);
+  /// Makes the works that were taken back last again, in one commit.
+  UndoResult redo(std::size_t count = 1);
+
+  /// While one lives, all commits are one work, unless there is one already.
+  class Scope {
+   public:
+    Scope(Connection& database, const std::string& title);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    std::shared_ptr<jet::HistoryRecorder> recorder_;  ///< null where nothing is kept
+  };
+
+ private:
+  UndoResult reverse(std::size_t count, bool back);
+  UndoResult tryToReverse(std::size_t count, bool back);
+  std::optional<HistoryWork> noteIfReversedAlready(bool back);
+
+  Connection& database_;
+  std::shared_ptr<jet::HistoryRecorder> recorder_;
+};
+
+}  // namespace orv::store

@@ -1,0 +1,70 @@
+// Keeps what each commit changes, so that it can be taken back.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "store/jet/catalog/Database.h"
+#include "store/jet/history/HistoryFile.h"
+#include "store/jet/history/RowCode.h"
+#include "store/jet/page/ChangeObserver.h"
+
+namespace orv::store::jet {
+
+/// One a pager, which owns it. A commit that is in the database is then written into the history:
+/// should the program end between the two, the history lacks it, and nothing in it is wrong. That
+/// a history cannot be written fails nothing; it can be asked for.
+class HistoryRecorder final : public ChangeObserver {
+ public:
+  /// That of a database; made, at first without keeping anything, where it has none.
+  static std::shared_ptr<HistoryRecorder> of(Database& database);
+
+  /// That which keeps the changes of a database; null where they are not kept.
+  static std::shared_ptr<HistoryRecorder> keeping(Database& database);
+
+  /// Keeps all changes from now on, in a file of at most so many bytes.
+  void keep(std::uint64_t largest);
+  HistoryFile& file() { return file_; }
+
+  /// The commits from here to endWork() belong together. Works within a work join it.
+  void beginWork(const std::string& title);
+  /// What belongs to the work is on the disk afterwards.
+  void endWork() noexcept;
+  /// The next commit does not go into the history itself: it takes these works back, or makes them
+  /// again.
+  void nextIs(HistoryRecord::Kind kind, std::vector<std::uint64_t> works);
+
+  /// Why the history could not be written since the last call; empty when it could.
+  std::string takeFailure() { return std::exchange(failure_, {}); }
+
+  void rowChanged(const std::string& table, std::span<const Value> before,
+                  std::span<const Value> after) override;
+  void rowNotRead() override { isLost_ = true; }
+  std::size_t mark() const override { return changes_.bytes().size(); }
+  void forgetSince(std::size_t mark) override;
+  void rolledBack() override;
+  void committed() noexcept override;
+
+ private:
+  explicit HistoryRecorder(HistoryFile file) : file_(std::move(file)) {}
+
+  void writeCommit();
+  void append(HistoryRecord::Kind kind, std::uint64_t work, Bytes changes = {});
+
+  HistoryFile file_;
+  std::uint64_t largest_ = 0;  ///< 0: nothing is kept
+  RowChangeWriter changes_;    ///< of the transaction under way
+  bool isLost_ = false;        ///< of it or the work something is missing
+  bool isLossTold_ = false;    ///< in the history
+  int depth_ = 0;              ///< of works
+  std::uint64_t work_ = 0;
+  std::string title_;
+  HistoryRecord::Kind next_ = HistoryRecord::Kind::changes;
+  std::vector<std::uint64_t> nextWorks_;
+  std::string failure_;
+};
+
+}  // namespace orv::store::jet

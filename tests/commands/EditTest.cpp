@@ -1,0 +1,382 @@
+// Edits of records, and their way back.
+#include <random>
+
+#include "commands/CommandsTest.h"
+#include "commands/DeleteRecords.h"
+#include "commands/IntegrateRecords.h"
+#include "commands/PasteRecords.h"
+#include "commands/RecordDetails.h"
+#include "commands/RecordReader.h"
+#include "commands/edit/EditHistory.h"
+#include "commands/edit/Editor.h"
+#include "commands/edit/LookupRecords.h"
+#include "database/DatabaseDump.h"
+#include "store/Check.h"
+#include "store/History.h"
+
+namespace orv::test {
+namespace {
+
+using commands::Answer;
+using commands::RecordKind;
+using commands::edit::Change;
+using commands::edit::EditField;
+using commands::edit::Editor;
+using commands::edit::EditSet;
+using commands::edit::FieldType;
+using store::History;
+
+class EditTest : public CommandsTest {
+ protected:
+  EditTest() {
+    for (const char* name : {"a", "b", "c"}) {
+      const auto pane = makePane(name);
+      pane->supplier(std::string("Maker ") + name);
+      session.database.InsertPane(*pane, dc);
+      pane->ORV_Angle(60);
+      session.database.InsertPane(*pane, dc);
+    }
+    FrameDataClass frame;
+    frame.name("frame");
+    frame.group("Frames");
+    frame.frametype("Wood");
+    session.database.InsertFrame(frame, dc);
+    ShadingDataClass shading;
+    shading.name("blind");
+    shading.integrated({{.angle = 0}, {.angle = 60}});
+    session.database.InsertShading(shading, dc);
+  }
+
+  Editor editor(EditSet set) { return {session, node->ADOConnection(), set}; }
+
+  Change change(const Editor& editor, std::int32_t record, const std::string& field,
+                const std::string& text) {
+    return editor.change(record, editor.place(field), text);
+  }
+
+  /// The fields of the first record, the panes at 60 degrees, as `orv show` has them. A name that
+  /// several sections have is told with its section.
+  std::map<std::string, std::string> shownFields(EditSet set) {
+    if (commands::edit::isLookup(set)) {
+      return {{"name", commands::edit::lookupRecords(set, dc).front().name}};
+    }
+    const auto kind = static_cast<RecordKind>(set);
+    const commands::RecordReader reader(session, recordSet(node, kind));
+    std::vector<commands::DetailField> fields;
+    const auto read = [&](const auto& record, const auto& details) {
+      reader.tellGroup("1", *record);
+      fields = details(*record);
+    };
+    kind == RecordKind::panes    ? read(reader.pane("1", 60, 0), commands::paneDetails)
+    : kind == RecordKind::frames ? read(reader.frame("1"), commands::frameDetails)
+                                 : read(reader.shading("1"), commands::shadingDetails);
+    std::map<std::string, std::string> shown;
+    for (const auto& field : fields) {
+      shown[field.name] = field.value;
+      shown[field.section + ": " + field.name] = field.value;
+    }
+    return shown;
+  }
+
+  std::string reasons(const commands::edit::Review& review) {
+    std::string all;
+    for (const auto& refusal : review.refusals) {
+      all += std::to_string(refusal.change) + ": " + refusal.reason + "\n";
+    }
+    return all;
+  }
+
+  Node node = newDatabase();
+  store::Connection& dc = *node->ADOConnection();
+};
+
+/// A text for a field that it does not hold yet, and that names no other record; of a flag that is
+/// `present` the other one.
+std::string otherText(const EditField& field, int number, bool present) {
+  switch (field.type) {
+    case FieldType::flag:
+      return present ? "no" : "yes";
+    case FieldType::whole:
+      return std::to_string(number);
+    case FieldType::number:
+      return std::to_string(*field.least + (*field.most - *field.least) * (number % 97 + 1) / 128);
+    default:
+      return field.name + " " + std::to_string(number);
+  }
+}
+
+TEST_F(EditTest, EveryFieldTakesAValueWhichShowTellsAndUndoTakesBack) {
+  for (const EditSet set : commands::edit::kEditSets) {
+    const auto before = dumpOf(dc);
+    Editor all = editor(set);
+    std::vector<Change> changes;
+    int number = 20;
+    for (const EditField& field : all.fields()) {
+      commands::edit::FieldPlace place{&field, {}};
+      if (field.perAngle) place.angle = all.angles(1).back();
+      const bool present = all.value(1, field, place.angle) == store::Value(true);
+      changes.push_back(all.change(1, place, otherText(field, ++number, present)));
+    }
+    ASSERT_EQ(reasons(all.save(changes)), "");
+    const auto shown = shownFields(set);
+    for (const Change& each : changes) {
+      const std::string name =
+          each.angle && set == EditSet::shadings ? each.field + " at 60°" : each.field;
+      ASSERT_TRUE(shown.contains(name)) << name;
+      EXPECT_EQ(shown.at(name), commands::edit::fieldText(each.after)) << name;
+      EXPECT_NE(each.before, each.after) << name;
+    }
+    EXPECT_TRUE(History(dc).undo().conflicts.empty());
+    EXPECT_EQ(dumpOf(dc), before) << commands::edit::designOf(set).name;
+  }
+}
+
+TEST_F(EditTest, OneWrongValueChangesNothing) {
+  const auto before = dumpOf(dc);
+  Editor panes = editor(EditSet::panes);
+  const Change good = change(panes, 1, "thickness", "4,5");
+  EXPECT_EQ(good.after, store::Value(4.5F));
+  const auto refused = [&](const std::vector<Change>& changes) {
+    const auto review = panes.save(changes);
+    EXPECT_EQ(dumpOf(dc), before);
+    return reasons(review);
+  };
+  Change bad = good;
+  bad.record = 9;
+  EXPECT_EQ(refused({good, bad}), "1: There is no pane 9.\n");
+  bad = change(panes, 2, "name", "x");
+  bad.after = "A";
+  EXPECT_EQ(refused({good, bad}),
+            "1: There would be two panes \"A\" in the group \"Demo\" (2 and 1).\n");
+  bad.after = "it's";
+  EXPECT_NE(refused({good, bad}).find("apostrophe"), std::string::npos);
+  bad = change(panes, 2, "group", "IGDB 3");
+  EXPECT_EQ(refused({good, bad}), "1: IGDB 3 is not a valid group name.\n");
+  bad = change(panes, 2, "acceptance", "ok");
+  bad.after = std::string(21, 'x');
+  EXPECT_EQ(refused({bad}), "0: acceptance has room for 20 characters, and this is 21 long.\n");
+  bad = change(panes, 2, "emission_IR_outdoor", "0.5");
+  bad.after = 1.5;
+  EXPECT_EQ(refused({good, bad}), "1: database emissivity front is from 0 to 1, and 1.5 is not.\n");
+  EXPECT_NE(refused({good, good}).find("in the list already"), std::string::npos);
+  bad = change(panes, 1, "conductivity", "2");
+  bad.before = 3.0F;
+  EXPECT_EQ(refused({good, bad}),
+            "1: conductivity has been changed meanwhile: it is \"1\" now, and was \"3\".\n");
+  for (const auto& [field, text] :
+       {std::pair("thickness", "thick"), std::pair("frozen", "maybe"), std::pair("group", " "),
+        std::pair("colour", "red"), std::pair("solar transmittance front", "0.5"),
+        std::pair("solar transmittance front at 30", "0.5")}) {
+    EXPECT_THROW(change(panes, 1, field, text), Error) << field;
+  }
+}
+
+TEST_F(EditTest, WhatBecomesUntrueIsSaid) {
+  Editor panes = editor(EditSet::panes);
+  const auto review =
+      panes.review({change(panes, 1, "thickness", "4"), change(panes, 2, "thickness", "4"),
+                    change(panes, 2, "spectral pane", "no"),
+                    change(panes, 3, "solar transmittance front at 60", "0.5")});
+  EXPECT_EQ(review.remarks,
+            (std::vector<std::string>{
+                "The spectrum and the integrated values stay those of the former thickness: a, b.",
+                "The spectrum is kept, but is not read any more: b.",
+                "Integrated values are no longer those of the spectrum (\"orv integrate --store\" "
+                "computes them): c."}));
+}
+
+TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
+  const auto suppliers = commands::edit::lookupRecords(EditSet::suppliers, dc);
+  ASSERT_GE(suppliers.size(), 3U);
+  EXPECT_EQ(suppliers[1].name, "Maker b");
+  EXPECT_EQ(suppliers[1].panes, 1);
+  const auto before = dumpOf(dc);
+  EXPECT_THROW(commands::edit::deleteLookups(EditSet::suppliers, {2}, dc, ui), Error);
+  EXPECT_THROW(commands::edit::mergeLookups(EditSet::suppliers, {2, 1}, 1, dc, ui), Error);
+  session.database.InsertPane(
+      *[] {
+        auto twin = makePane("A");
+        twin->group("Twins");
+        return twin;
+      }(),
+      dc);
+  History(dc).undo();
+  EXPECT_EQ(dumpOf(dc), before);
+  History(dc).redo();
+  const std::int32_t twins = session.database.InsertGroup("Twins", dc);
+  EXPECT_THROW(commands::edit::mergeLookups(EditSet::groups, {twins}, 1, dc, ui), Error)
+      << "two panes of one name";
+
+  commands::edit::mergeLookups(EditSet::suppliers, {2, 3}, 1, dc, ui);
+  EXPECT_EQ(rowsOf(dc, "SELECT PaneID, supplierID FROM Pane WHERE PaneID < 4 ORDER BY PaneID"),
+            "1|1 2|1 3|1");
+  session.database.InsertSupplier("Unused", dc);
+  const auto unused = commands::edit::lookupRecords(EditSet::suppliers, dc).back();
+  ASSERT_EQ(unused.name, "Unused");
+  commands::edit::deleteLookups(EditSet::suppliers, {unused.id}, dc, ui);
+  Editor names = editor(EditSet::suppliers);
+  EXPECT_NE(reasons(names.save({change(names, 1, "name", "unknown")})), "")
+      << "a name that another has";
+  EXPECT_EQ(reasons(names.save({change(names, 1, "name", "MAKER A")})), "");
+  EXPECT_TRUE(History(dc).undo(5).conflicts.empty());
+  EXPECT_EQ(dumpOf(dc), before);
+}
+
+/// Changes of all kinds at random, each of which may come to nothing.
+class RandomWorks {
+ public:
+  RandomWorks(commands::Session& session, RecordingUi& ui, std::shared_ptr<sources::datasource> to,
+              std::shared_ptr<sources::datasource> from)
+      : session_(session), ui_(ui), to_(std::move(to)), from_(std::move(from)) {}
+
+  void make() {
+    ++number_;
+    try {
+      switch (upTo(9)) {
+        case 0:
+          return remove();
+        case 1:
+        case 2:
+          return copy();
+        case 3:
+          return merge();
+        case 4:
+          return integrate();
+        default:
+          return edit();
+      }
+    } catch (const Error& error) {
+      ASSERT_EQ(error.number(), kInvalidCall) << error.what();
+    }
+  }
+
+ private:
+  std::size_t upTo(std::size_t end) { return random_() % end; }
+
+  std::shared_ptr<sources::datasource> anySet(const std::shared_ptr<sources::datasource>& of) {
+    constexpr std::array kKinds{RecordKind::panes, RecordKind::panes, RecordKind::frames,
+                                RecordKind::shadings};
+    return commands::recordSetOf(of, kKinds[upTo(kKinds.size())]);
+  }
+
+  sources::RecordSelection someOf(const std::shared_ptr<sources::datasource>& set) {
+    auto identifiers = commands::recordIdentifiers(*set);
+    std::ranges::shuffle(identifiers, random_);
+    identifiers.resize(std::min(identifiers.size(), 1 + upTo(3)));
+    sources::RecordSelection selection;
+    selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
+    selection.DataSourcePtr(set);
+    for (std::size_t i = 0; i < identifiers.size(); ++i) {
+      selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
+    }
+    return selection;
+  }
+
+  void remove() {
+    const auto set = anySet(to_);
+    ui_.answers = {Answer::yes};
+    commands::deleteRecords(session_, someOf(set), set);
+    ui_.answers.clear();
+  }
+
+  void copy() {
+    ui_.inputs = {"Group " + std::to_string(upTo(3))};
+    commands::pasteRecords(session_, someOf(anySet(from_)), to_,
+                           {.ifThere = commands::IfThere::replace});
+    ui_.inputs.clear();
+  }
+
+  void integrate() {
+    commands::integrateRecords(session_, someOf(commands::recordSetOf(to_, RecordKind::panes)),
+                               {.stores = true}, [](const auto&) {});
+  }
+
+  EditSet anyName() { return commands::edit::kEditSets[3 + upTo(3)]; }
+
+  void merge() {
+    const EditSet names = anyName();
+    const auto all = commands::edit::lookupRecords(names, *to_->ADOConnection());
+    if (all.size() < 3) return;
+    commands::edit::mergeLookups(names, {all[upTo(all.size())].id}, all[upTo(all.size())].id,
+                                 *to_->ADOConnection(), ui_);
+  }
+
+  void edit() {
+    const bool ofNames = upTo(6) == 0;
+    const auto set = anySet(to_);
+    Editor editor(session_, to_->ADOConnection(),
+                  ofNames ? anyName() : commands::edit::editSetOf(*commands::recordKind(*set)));
+    std::vector<commands::edit::TypedValue> values;
+    const auto some = someOf(set);
+    for (std::int32_t i = 1; i <= some.RecordsCount(); ++i) {
+      const std::int32_t record = ofNames ? i : std::stoi(some.SelectedRecordID(i));
+      for (int count = 0; count < 3; ++count) {
+        const EditField& field = editor.fields()[upTo(editor.fields().size())];
+        const auto angles = editor.angles(record);
+        commands::edit::FieldPlace place{&field, {}};
+        if (field.perAngle && angles.empty()) continue;
+        if (field.perAngle) place.angle = angles[upTo(angles.size())];
+        values.push_back({record, place, otherText(field, number_ * 10 + count, upTo(2) == 0)});
+      }
+    }
+    editor.save(editor.draft(values).changes);
+  }
+
+  commands::Session& session_;
+  RecordingUi& ui_;
+  std::shared_ptr<sources::datasource> to_;
+  std::shared_ptr<sources::datasource> from_;
+  std::mt19937 random_{20261126};
+  int number_ = 0;
+};
+
+TEST_F(EditTest, RandomChangesAreUndoneInReverseOrderTableByTable) {
+  const bool isLong = std::getenv("ORV_LONG_TESTS") != nullptr;
+  const auto from = newDatabase("from.mdb");
+  for (int i = 0; i < 12; ++i) {
+    const auto pane = makePane("pane " + std::to_string(i));
+    pane->supplier("Maker " + std::to_string(i % 5));
+    pane->description(std::string(static_cast<std::size_t>(i) * 400, 'd'));
+    session.database.InsertPane(*pane, *from->ADOConnection());
+    if (i % 3 != 0) continue;
+    FrameDataClass frame;
+    frame.name("frame " + std::to_string(i));
+    frame.frametype("Type " + std::to_string(i % 4));
+    frame.picture(store::Bytes(static_cast<std::size_t>(i) * 900, 0x5A));
+    session.database.InsertFrame(frame, *from->ADOConnection());
+    ShadingDataClass shading;
+    shading.name("blind " + std::to_string(i));
+    shading.spectrum(std::vector<ShadingSpectralPoint>(5));
+    session.database.InsertShading(shading, *from->ADOConnection());
+  }
+  RandomWorks works(session, ui, node, from);
+  History history(dc);
+  std::vector<DatabaseDump> states{dumpOf(dc)};
+  const std::size_t first = history.works().size();
+  for (int i = 0; i < (isLong ? 1000 : 60); ++i) {
+    works.make();
+    const std::size_t count = history.works().size() - first;
+    ASSERT_LE(count, states.size());
+    if (count == states.size()) {
+      states.push_back(dumpOf(dc));
+    } else {
+      ASSERT_EQ(dumpOf(dc), states.back()) << "a change that the history does not have";
+    }
+  }
+  EXPECT_GT(states.size(), isLong ? 600U : 35U);
+  const std::string path = (folder.path() / "new.mdb").string();
+  while (states.size() > 1) {
+    states.pop_back();
+    const auto result = history.undo();
+    ASSERT_TRUE(result.conflicts.empty())
+        << commands::edit::conflictTexts(result.conflicts).front();
+    ASSERT_EQ(dumpOf(dc), states.back()) << result.works.front().title;
+    if (states.size() % 8 == 1) {
+      const auto report = store::checkFile(path, "");
+      ASSERT_TRUE(report.sound()) << report.faults.front().toText();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,233 @@
+// What the history of a database bears: losses of power, failures, other files, other programs.
+#include <functional>
+
+#include "database/DatabaseDump.h"
+#include "database/TestDatabase.h"
+#include "errors/Error.h"
+#include "store/Check.h"
+#include "store/History.h"
+#include "support/MemoryFiles.h"
+
+namespace orv::test {
+namespace {
+
+using store::Connection;
+using store::History;
+
+constexpr const char* kKept = "glass.mdb";
+constexpr const char* kHistoryFile = "glass.mdb.orv-history";
+
+class HistoryTest : public testing::Test {
+ protected:
+  HistoryTest() {
+    const auto dc = database::CreateEmptyDatabase(kKept);
+    database_.InsertPane(*makePane("there"), *dc);
+    before_ = dumpOf(*dc);
+  }
+
+  /// Two commits: a deletion, and a record of another kind with a memo and a picture.
+  void change(Connection& dc) {
+    const History::Scope work(dc, "Change");
+    database_.DeleteGlazing(1, dc);
+    FrameDataClass frame;
+    frame.name("frame");
+    frame.Info(std::string(3000, 'i'));
+    frame.picture(store::Bytes(9000, 0x5A));
+    database_.InsertFrame(frame, dc);
+  }
+
+  static std::shared_ptr<Connection> open(std::uint64_t largest = History::kLargest) {
+    auto dc = Connection::openFile(kKept);
+    History(*dc).keep(largest);
+    return dc;
+  }
+
+  /// Whether it was told to be done.
+  static bool done(const std::function<void()>& work) {
+    try {
+      work();
+      return true;
+    } catch (const Error&) {
+      return false;
+    }
+  }
+
+  /// Makes the change, and takes it back, while trouble begins at one call after the other.
+  void tryEverywhere(const std::function<void(std::size_t)>& trouble,
+                     const std::function<void()>& relief) {
+    files_.copy(kKept, "kept.mdb");
+    bool isUndone = false;
+    std::size_t call = 0;
+    for (; !isUndone; ++call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      files_.copy("kept.mdb", kKept);
+      files_.remove(kHistoryFile);
+      bool isKept = false;
+      {
+        const auto dc = open();
+        trouble(call);
+        isKept = done([&] { change(*dc); }) && History(*dc).takeFailure().empty();
+        isUndone = isKept && done([&] { History(*dc).undo(); });
+      }
+      relief();
+      judge(isKept, isUndone);
+    }
+    EXPECT_GT(call, 20U);
+  }
+
+  /// Nothing but the state before comes of taking back what the history has.
+  void judge(bool isKept, bool isUndone) {
+    const auto dc = open();
+    EXPECT_TRUE(store::checkFile(kKept, "").sound());
+    const auto works = History(*dc).works();
+    EXPECT_TRUE(!isUndone || dumpOf(*dc) == before_);
+    ASSERT_TRUE(!isKept || works.size() == 1) << "what was told to be kept is lost";
+    if (works.empty() || works.front().isUndone) return;
+    const auto whole = dumpOf(*dc);
+    const auto result = History(*dc).undo();
+    // A history that lacks the second commit takes the first one back.
+    if (result.conflicts.empty() && (isKept || works.front().commits == 2)) {
+      EXPECT_EQ(dumpOf(*dc), before_);
+    }
+    EXPECT_TRUE(result.conflicts.empty() || dumpOf(*dc) == whole);
+    EXPECT_TRUE(result.conflicts.empty());
+    EXPECT_TRUE(store::checkFile(kKept, "").sound());
+  }
+
+  MemoryFiles files_;
+  ScriptedQuestions questions_;
+  database::ORV_DatabaseInterface database_{questions_};
+  DatabaseDump before_;
+};
+
+TEST_F(HistoryTest, BearsEveryLossOfPower) {
+  tryEverywhere([&](std::size_t call) { files_.losePowerAt(call); }, [&] { files_.restart(7); });
+}
+
+TEST_F(HistoryTest, BearsEveryFailureOfTheDisk) {
+  tryEverywhere([&](std::size_t call) { files_.failAt(call); }, [&] { files_.failAt(0, 0); });
+}
+
+TEST_F(HistoryTest, WhatWasChangedSinceIsToldAndLeftAlone) {
+  {
+    const auto dc = open();
+    change(*dc);
+  }
+  {
+    const auto dc = Connection::openFile(kKept);  // another program, which keeps no history
+    auto frames =
+        dc->openRecordset("Frame", store::CursorType::keyset, store::LockType::optimistic);
+    frames->setValue("u_value", 1.75);
+    frames->update();
+  }
+  const auto dc = open();
+  const auto since = dumpOf(*dc);
+  const auto result = History(*dc).undo();
+  ASSERT_EQ(result.conflicts.size(), 1U);
+  EXPECT_EQ(result.conflicts[0].table, "Frame");
+  EXPECT_NE(result.conflicts[0].present, result.conflicts[0].wanted);
+  EXPECT_EQ(dumpOf(*dc), since);
+}
+
+TEST_F(HistoryTest, WorksAreTakenBackAndMadeAgainInOrder) {
+  const auto dc = open();
+  change(*dc);
+  const auto first = dumpOf(*dc);
+  database_.InsertPane(*makePane("second"), *dc);
+  const auto second = dumpOf(*dc);
+  History history(*dc);
+  EXPECT_THROW(history.undo(3), Error);
+  history.undo(2);
+  EXPECT_EQ(dumpOf(*dc), before_);
+  history.redo();
+  EXPECT_EQ(dumpOf(*dc), first);
+  history.redo();
+  EXPECT_EQ(dumpOf(*dc), second);
+  history.undo();
+  database_.InsertPane(*makePane("third"), *dc);
+  EXPECT_THROW(history.redo(), Error) << "after another change nothing is made again";
+  EXPECT_EQ(history.works().size(), 2U);
+}
+
+TEST_F(HistoryTest, AnUndoneSavepointLeavesNoTrace) {
+  const auto dc = open();
+  database_.InsertPane(*makePane("second"), *dc);
+  const auto second = dumpOf(*dc);
+  dc->inOneCommit([&] {
+    database_.InsertPane(*makePane("third"), *dc);
+    EXPECT_THROW(database_.DeleteGlazing(77, *dc), Error);
+    // The batch is refused as a whole, and what came before it stays.
+    auto rows =
+        dc->openRecordset("Pane", store::CursorType::static_, store::LockType::batchOptimistic);
+    for (const int key : {40, 1}) {
+      rows->addNew();
+      rows->setValue("PaneID", key);
+    }
+    EXPECT_THROW(rows->updateBatch(), Error);
+  });
+  EXPECT_THROW(dc->inOneCommit([&] {
+    database_.DeleteGlazing(1, *dc);
+    throw Error(kInvalidCall);
+  }),
+               Error);
+  EXPECT_EQ(History(*dc).works().size(), 2U);
+  EXPECT_TRUE(History(*dc).undo().conflicts.empty());
+  EXPECT_EQ(dumpOf(*dc), second);
+}
+
+TEST_F(HistoryTest, IsBoundedByItsOldestWorks) {
+  const auto dc = open(8'000);
+  for (int i = 0; i < 40; ++i) {
+    database_.InsertPane(*makePane("pane " + std::to_string(i)), *dc);
+    EXPECT_LE(files_.size(kHistoryFile), 8'000);
+  }
+  History history(*dc);
+  const auto works = history.works();
+  EXPECT_GT(works.size(), 5U);
+  EXPECT_LT(works.size(), 40U);
+  EXPECT_TRUE(history.undo(works.size()).conflicts.empty());
+  EXPECT_EQ(dc->openRecordset("Pane", store::CursorType::static_)->recordCount(),
+            41 - static_cast<std::int64_t>(works.size()));
+
+  // One that is larger than all there may be is known not to be whole.
+  {
+    const History::Scope work(*dc, "Many");
+    for (int i = 0; i < 60; ++i) {
+      database_.InsertPane(*makePane("many " + std::to_string(i)), *dc);
+    }
+  }
+  ASSERT_EQ(history.works().size(), 1U);
+  EXPECT_TRUE(history.works()[0].isLost);
+  EXPECT_THROW(history.undo(), Error);
+}
+
+TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {
+  {
+    const auto dc = open();
+    change(*dc);
+  }
+  files_.copy(kHistoryFile, "other.mdb.orv-history");
+  {
+    const auto other = Connection::create("other.mdb", [](Connection& dc) {
+      dc.createTable({.name = "Frame", .columns = {{.name = "name"}}});
+    });
+    auto age =
+        other->openRecordset("MSysObjects", store::CursorType::keyset, store::LockType::optimistic);
+    for (; !age->eof(); age->moveNext()) {
+      age->setValue("DateCreate", store::Date{40000});
+      age->update();
+    }
+  }
+  const auto other = Connection::openFile("other.mdb");
+  History history(*other);
+  history.keep();
+  EXPECT_TRUE(history.isForeign());
+  EXPECT_TRUE(history.works().empty());
+  addRow(*other, "Frame", {{"name", "x"}});
+  EXPECT_FALSE(history.isForeign());
+  EXPECT_EQ(history.works().size(), 1U);
+  EXPECT_EQ(files_.size("other.mdb.orv-history-1"), files_.size(kHistoryFile));
+}
+
+}  // namespace
+}  // namespace orv::test
