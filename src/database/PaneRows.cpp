@@ -3,6 +3,7 @@
 
 #include "database/CoatingCode.h"
 #include "database/Lookups.h"
+#include "database/Recordsets.h"
 #include "model/Codes.h"
 #include "model/IntegratedColumns.h"
 #include "model/Text.h"
