@@ -3,7 +3,6 @@
 
 #include <QClipboard>
 #include <QDockWidget>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
@@ -195,10 +194,7 @@ TEST_F(DayTest, ALockedFileIsWaitedForWithAWindowThatCanEndIt) {
   dialogs.press("Yes").then([](QWidget& box) {
     QTest::keyClick(&box, Qt::Key_A, Qt::AltModifier);  // Abort
   });
-  QElapsedTimer time;
-  time.start();
   trigger("mnuEditDelete");
-  EXPECT_LT(time.elapsed(), 2500);
   EXPECT_FALSE(waiting.isEmpty());
   EXPECT_EQ(rows(), 5);
   EXPECT_TRUE(dialogs.isDone());
