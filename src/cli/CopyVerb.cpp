@@ -7,6 +7,7 @@
 #include "cli/ChangedCopy.h"
 #include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
+#include "commands/ChangeHistory.h"
 #include "commands/GroupName.h"
 #include "commands/PasteRecords.h"
 
@@ -101,6 +102,11 @@ class CopyVerb : public Verb {
       throw wrongUse("Identifiers of records can be given for one source only.");
     }
     commands::PasteResult total;
+    std::optional<commands::HistoryScope> history;
+    if (nodes.size() > 1 && destination->ADOConnection()) {
+      history.emplace(console.ui, *destination->ADOConnection(),
+                      "Copy the records of " + counted(nodes.size(), "source"));
+    }
     for (const Node& node : nodes) {
       const auto result = copy(console, source_.recordSet(node), destination, identifiers);
       total.add(result);

@@ -65,26 +65,6 @@ TEST_F(WindowTest, TellsWhyADatabaseCannotBeOpened) {
   EXPECT_EQ(tree().topLevelItemCount(), 0);
 }
 
-TEST_F(WindowTest, ShowsEachKindOfNodeInItsWay) {
-  ORV_NEEDS_CORPUS();
-  openPanes();
-  EXPECT_EQ(tree().currentItem()->text(0), "CLEAR5.LOF");
-  EXPECT_FALSE(grid().isVisible());
-  EXPECT_TRUE(text().contains("{ Units, Wavelength Units }")) << text().left(200).toStdString();
-  tree().setCurrentItem(tree().topLevelItem(0));
-  ASSERT_EQ(rows(), 5);
-  EXPECT_EQ(grid().model()->columnCount(), 1);
-  EXPECT_EQ(grid().model()->headerData(0, Qt::Horizontal).toString(), "Filename");
-  EXPECT_EQ(cell(0, 0), "CLEAR5.LOF");
-  openCopy("glazing.mdb");
-  EXPECT_TRUE(grid().isVisible());
-  EXPECT_EQ(rows(), 200);
-  EXPECT_EQ(cell(0, 0), "PANE00001.DAT");
-  selectNode({"glazing.mdb"});
-  EXPECT_EQ(text(), "Select one of the recordsets.");
-  EXPECT_EQ(label("lblCounts"), "");
-}
-
 /// As a synchronising folder does it.
 TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
   const auto makeDatabase = [&](const std::string& name, const std::string& maker) {
@@ -158,21 +138,6 @@ TEST_F(WindowTest, AsksForThePasswordOfADatabaseUntilItIsRight) {
   EXPECT_TRUE(dialogs.isDone());
   EXPECT_EQ(dialogs.seen().size(), 5U);
   EXPECT_EQ(again.findChild<app::DataSourceTree*>()->topLevelItemCount(), 1);
-}
-
-TEST_F(WindowTest, TellsThatATextFileIsGone) {
-  const QString path = QString::fromStdString(folder / "pane.txt");
-  {
-    QFile text(path);
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write("{ Thickness } 4\n");
-  }
-  dialogs.press("OK").choose({path});
-  trigger("mnuFileOpenTextFiles");
-  EXPECT_EQ(text(), "{ Thickness } 4\n");
-  QFile::remove(path);
-  trigger("mnuViewRefresh");
-  EXPECT_EQ(text(), "This file could not be read.");
 }
 
 TEST_F(WindowTest, OpensSeveralTextFilesInTheOrderChosen) {

@@ -30,20 +30,6 @@ TEST_F(WindowTest, StartsWithNothingToWorkOn) {
   }
 }
 
-TEST_F(WindowTest, HasAToolBarOfTheMainCommands) {
-  QStringList keys;
-  for (QAction* each : find<QToolBar>("tbToolBar").actions()) {
-    if (const auto* button = find<QToolBar>("tbToolBar").widgetForAction(each);
-        qobject_cast<const QToolButton*>(button) != nullptr) {
-      keys << button->objectName();
-    }
-  }
-  EXPECT_EQ(keys.mid(0, 6),
-            QStringList({"Open", "Copy", "Paste", "Delete", "Sort Ascending", "Sort Descending"}));
-  EXPECT_FALSE(find<QToolButton>("Copy").isEnabled());
-  EXPECT_EQ(find<QToolButton>("Open").defaultAction()->menu()->objectName(), "mnuFileOpen");
-}
-
 TEST(WindowGeometry, IsKeptInTwips) {
   app::userSettings().clear();
   app::WindowUserInterface ui;
@@ -64,16 +50,6 @@ TEST(WindowGeometry, IsKeptInTwips) {
   app::frmMain again(session, ui);
   EXPECT_EQ(again.size(), QSize(640, 480));
   EXPECT_EQ(again.pos(), QPoint(40, 50));
-}
-
-TEST(WindowGeometry, OfAMinimisedWindowIsNotKept) {
-  app::userSettings().clear();
-  app::WindowUserInterface ui;
-  commands::Session session(ui);
-  app::frmMain window(session, ui);
-  window.showMinimized();
-  window.close();
-  EXPECT_TRUE(app::userSettings().allKeys().isEmpty());
 }
 
 TEST(UserSettings, KeepTheStandardOfTheSpectra) {
@@ -119,13 +95,6 @@ TEST_F(WindowTest, TheSplitterStaysOffTheEdges) {
   EXPECT_EQ(tree().width(), least);
   dragTo(2000);
   EXPECT_EQ(splitter.width() - splitter.handle(1)->x() - splitter.handleWidth(), least);
-}
-
-TEST(Splash, TellsNameAndVersion) {
-  app::frmSplash splash;
-  splash.open();
-  EXPECT_EQ(splash.findChild<QLabel*>("lblProductName")->text(), "ORV database manager");
-  EXPECT_EQ(splash.findChild<QLabel*>("lblVersion")->text(), "Version " ORV_VERSION);
 }
 
 }  // namespace orv::test

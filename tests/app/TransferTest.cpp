@@ -52,20 +52,6 @@ TEST_F(TransferWindowTest, PastesPanesOfTheIgdbWithoutAQuestion) {
   EXPECT_FALSE(isEnabled("mnuEditDelete"));
 }
 
-TEST_F(TransferWindowTest, RefusesDestinationsThatCannotTakeTheRecords) {
-  ORV_NEEDS_CORPUS();
-  copyFromIgdb(0, 0);
-  trigger("mnuEditPaste");
-  openCopy("orvdata-2.0.1.mdb");
-  trigger("mnuEditPaste");
-  EXPECT_EQ(dialogs.texts(),
-            QStringList({"Data cannot be copied to this destination. Source and destination are "
-                         "the same.",
-                         "Data cannot be copied to this destination. Data can only be copied to a "
-                         "ORV database version 3 or higher."}));
-  EXPECT_EQ(dialogs.seen().back().title, "ORV database manager");
-}
-
 TEST_F(TransferWindowTest, AsksForAGroupUntilItMayBeUsed) {
   ORV_NEEDS_CORPUS();
   openCopy("orvdata-2.0.1.mdb");

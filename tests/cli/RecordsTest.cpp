@@ -105,6 +105,12 @@ TEST_F(RecordsTest, ADamagedIndexDoesNotHideRecords) {
   const std::string rows = orv(ordered).out;
   damageIndexes("Pane_spectral_data");
   EXPECT_EQ(orv("check db.mdb").exit, 1);
+  EXPECT_EQ(orv("compact db.mdb saved.mdb").exit, 3);
+  const Ended repair = orv("compact db.mdb saved.mdb --repair");
+  EXPECT_TRUE(repair.out.starts_with("Repaired db.mdb into saved.mdb, "))
+      << repair.out << repair.err;
+  EXPECT_TRUE(repair.out.ends_with(" kB: 15 tables, 749 rows, 23 indexes.\n")) << repair.out;
+  EXPECT_EQ(orv("show saved.mdb 2 --spectrum --format tsv").out, before);
   const Ended show = orv("show db.mdb 2 --spectrum --format tsv");
   EXPECT_EQ(show.exit, 0) << show.err;
   EXPECT_EQ(show.out, before);
@@ -218,9 +224,11 @@ TEST_F(RecordsTest, PipesAreNotWaitedForAndPasswordsAreAskedFor) {
     EXPECT_EQ(run.exit, 3) << arguments;
     EXPECT_NE(run.err.find("is no file, but a pipe or a device."), std::string::npos) << run.err;
   }
-  ORV_NEEDS_CORPUS();
-  std::filesystem::copy_file(corpusFolder() / "access" / "passwordV2000.mdb",
-                             folder.path() / "secret.mdb");
+  const Ended inside = orv("compact . new.mdb");
+  EXPECT_EQ(inside.exit, 3);
+  EXPECT_EQ(inside.err, "orv: \".\" is no file, but a folder.\n");
+  { store::Connection::create((folder.path() / "secret.mdb").string()); }
+  setPassword(folder.path() / "secret.mdb", "password");
   for (const char* verb : {"info", "list", "sql", "tables", "check"}) {
     const std::string call = std::string(verb) + " secret.mdb";
     const Ended none = orv(verb == std::string("sql") ? call + " --queries" : call);

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "cli/CliTest.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 namespace {
@@ -48,9 +49,8 @@ class TerminalTest : public CliTest {
 };
 
 TEST_F(TerminalTest, APasswordIsAskedForAndNotShown) {
-  ORV_NEEDS_CORPUS();
-  std::filesystem::copy_file(corpusFolder() / "access" / "passwordV2000.mdb",
-                             folder.path() / "secret.mdb");
+  orv("new secret.mdb");
+  setPassword(folder.path() / "secret.mdb", "password");
   for (const char* verb : {"check secret.mdb", "sql secret.mdb --queries"}) {
     const Ended right = onTerminal(verb, {{"Password: ", "password"}});
     EXPECT_EQ(right.exit, 0) << right.out;
@@ -70,12 +70,17 @@ TEST_F(TerminalTest, RowsAreSpelledOutInEveryFormat) {
 
 TEST_F(TerminalTest, TheBarIsDrawnAndWhatItNamesIsSpelledOut) {
   const std::string name = "a\x1b[31m.txt";
+  const std::string longest = "Ωμ" + std::string(60, 'x') + "ñandú.txt";
   folder.write(name, paneText());
   orv("new db.mdb");
   const Ended copy = onTerminal("copy '" + name + "' db.mdb --group Demo");
   EXPECT_NE(copy.out.find("\r\x1b[K[#"), std::string::npos) << copy.out;
   EXPECT_NE(copy.out.find("Writing a\\u001b[31m.txt"), std::string::npos) << copy.out;
   EXPECT_EQ(copy.out.find("\x1b[31m"), std::string::npos);
+  folder.write(longest, paneText());
+  const Ended cut = onTerminal("copy '" + longest + "' db.mdb --group Demo");
+  EXPECT_NE(cut.out.find("Writing Ωμ" + std::string(36, 'x') + "\r"), std::string::npos) << cut.out;
+  EXPECT_NE(cut.out.find("Ready\r\x1b[Korv: not given"), std::string::npos) << cut.out;
 }
 
 }  // namespace

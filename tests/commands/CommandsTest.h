@@ -61,19 +61,6 @@ class CommandsTest : public ::testing::Test {
     }
   }
 
-  /// The rows of a statement, fields parted by "|", rows by a blank.
-  static std::string rowsOf(store::Connection& dc, const std::string& statement) {
-    std::string text;
-    for (auto rows = dc.openRecordset(statement); !rows->eof(); rows->moveNext()) {
-      if (!text.empty()) text += ' ';
-      for (std::size_t i = 0; i < rows->fields().size(); ++i) {
-        const store::Value value = rows->value(i);
-        text += (i > 0 ? "|" : "") + (value.isNull() ? "Null" : value.toText());
-      }
-    }
-    return text;
-  }
-
   /// A copy of a file of the corpus, opened as what it is.
   Node foreign(const std::string& name) {
     std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);

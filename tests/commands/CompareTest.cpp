@@ -29,9 +29,10 @@ class CompareTest : public CommandsTest {
     for (const auto& each : result.differences) {
       const auto& pair = result.pairs[each.pair];
       lines.push_back(fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}", nameOf(pair.state),
-                                  commands::compare::nameOf(pair.kind), fmt::join(pair.a, ","), fmt::join(pair.b, ","),
-                                  pair.name, each.angle ? fmt::format("{}", *each.angle) : "",
-                                  each.field, textOf(each.a), textOf(each.b)));
+                                  commands::compare::nameOf(pair.kind), fmt::join(pair.a, ","),
+                                  fmt::join(pair.b, ","), pair.name,
+                                  each.angle ? fmt::format("{}", *each.angle) : "", each.field,
+                                  textOf(each.a), textOf(each.b)));
     }
     return lines;
   }
@@ -151,12 +152,14 @@ TEST_F(CompareTest, FramesAndShadingsAreCompared) {
     shading.integrated({{.angle = 30, .transmission_visual_outdoor = 0.5}});
     shading.spectrum({{.wavelength = 500, .R_in_BD = 0.125}, {.wavelength = 600, .R_in_BD = 0.5}});
   }
-  EXPECT_EQ(compare(a, b),
-            (Lines{"changed|frames|1|1|frame||frame type|Unknown|Wood",
-                   "changed|frames|1|1|frame||picture|3 bytes|3 bytes, others from byte 3 on",
-                   "changed|shadings|1|1|blind||Surface of the slats, beam: solar reflectance indoor|0|0.75",
-                   "changed|shadings|1|1|blind|30|visible transmittance front|0.25|0.5",
-                   "changed|shadings|1|1|blind||R_in_BD|0 at 600 nm|0.5 at 600 nm (+0.5)"}));
+  EXPECT_EQ(
+      compare(a, b),
+      (Lines{
+          "changed|frames|1|1|frame||frame type|Unknown|Wood",
+          "changed|frames|1|1|frame||picture|3 bytes|3 bytes, others from byte 3 on",
+          "changed|shadings|1|1|blind||Surface of the slats, beam: solar reflectance indoor|0|0.75",
+          "changed|shadings|1|1|blind|30|visible transmittance front|0.25|0.5",
+          "changed|shadings|1|1|blind||R_in_BD|0 at 600 nm|0.5 at 600 nm (+0.5)"}));
   EXPECT_THAT(compare(recordSet(a, RecordKind::frames), b, {.ignored = {"picture", "Frame type"}}),
               IsEmpty());
   EXPECT_EQ(raisedBy([&] {

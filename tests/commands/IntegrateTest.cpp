@@ -107,6 +107,10 @@ TEST_F(IntegrateTest, ACopyKeepsTheValuesOfADatabaseAndComputesWhereItHasNoRow) 
   const auto computed = copy(source, {.ifThere = commands::IfThere::skip});
   EXPECT_EQ(computed.summary(),
             "1 record copied, 1 skipped. Integrated values of 1 pane computed by EN 410.");
+  auto both = computed;
+  both.add(copy(source, {.ifThere = commands::IfThere::skip}));
+  EXPECT_EQ(both.summary(),
+            "1 record copied, 3 skipped. Integrated values of 1 pane computed by EN 410.");
   // The spectrum ends at 700 nm: no solar values, reflectance as at 555 nm, none of the
   // ultraviolet, in which it has nothing between 300 and 400 nm.
   const std::string rows = stored();
@@ -270,7 +274,8 @@ TEST_F(IntegrateTest, WhatCannotBeIntegratedOrStoredIsSaid) {
       texts(TextFileKind::panes, {{"bad.txt", "no pane\n"}, {"visible.txt", grey(380, 780)}});
   const auto rows = integrate(files);
   ASSERT_EQ(rows.size(), 2U);
-  EXPECT_FALSE(rows[0].failure.empty());
+  EXPECT_NE(rows[0].failure, "");
+  EXPECT_EQ(rows[0].note(), rows[0].failure);
   EXPECT_FALSE(rows[1].isWhole());
   EXPECT_EQ(result.incomplete, 2);
   EXPECT_NE(raisedBy([&] { integrate(files, {.stores = true}); }).description.find("version 3.0.0"),

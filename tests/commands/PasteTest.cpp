@@ -39,11 +39,6 @@ TEST_F(PasteTest, CopyClonesTheSelectionOrSaysThatThereIsNone) {
   EXPECT_EQ(pending->SelectedRecordID(1), "1");
 }
 
-TEST_F(PasteTest, AnEmptyPendingCopyDoesNothing) {
-  EXPECT_EQ(paste(sources::RecordSelection(), nullptr).copied, 0);
-  EXPECT_TRUE(ui.log.empty());
-}
-
 TEST_F(PasteTest, ATextFileIsReadAskedForItsGroupAndWritten) {
   const auto database = newDatabase();
   const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}, {"b.txt", paneText()}});
@@ -79,21 +74,6 @@ TEST_F(PasteTest, AMalformedFileIsReportedAndTheOthersAreCopied) {
       "failure (ORV database manager): The record bad.txt could not be copied: \nInvalid wave"))
       << message;
   EXPECT_TRUE(message.ends_with("\nIf this is a text file, check its format.")) << message;
-}
-
-TEST_F(PasteTest, ARecordOfTheSameNameIsAConflict) {
-  const auto database = newDatabase();
-  const auto files = texts(TextFileKind::panes, {{"a.txt", paneText()}});
-  ui.inputs = {"Glass", "Glass"};
-  paste(selectAll(files), database);
-  ui.log.clear();
-  const auto result = paste(selectAll(files), database);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_EQ(messages(),
-            (Log{kAskGroup,
-                 "failure (ORV database manager): The record a.txt could not be copied: \nA record "
-                 "with this name (a.txt) already exists.\n\nIf this is a text file, check its "
-                 "format."}));
 }
 
 TEST_F(PasteTest, ReservedGroupNamesAreRefusedAndAskedForAgain) {
@@ -194,18 +174,6 @@ TEST_F(PasteTest, APaneIsReadAndWrittenOnceAnAngle) {
                  "status: Writing pane angle = 60 degrees...", "status: Ready", "progress ends"}));
   EXPECT_EQ(session.database.RetrieveAnglesOfPaneDataORV_30(1, *database->ADOConnection()),
             (std::vector<std::int16_t>{0, 30, 60}));
-}
-
-TEST_F(PasteTest, APaneWithoutDataAtAnyAngleIsCountedAsSuch) {
-  const auto source = newDatabase("source.mdb");
-  auto rows = source->ADOConnection()->openRecordset("Pane", store::CursorType::dynamic,
-                                                     store::LockType::optimistic);
-  rows->addNew();
-  rows->setValue("name", "bare");
-  rows->update();
-  const auto result = paste(selectAll(recordSet(source, RecordKind::panes)), newDatabase());
-  EXPECT_EQ(result.withoutData, 1);
-  EXPECT_EQ(result.copied, 0);
 }
 
 TEST_F(PasteTest, TheCopyOutlivesItsSourceInTheList) {

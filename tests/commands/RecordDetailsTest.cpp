@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "commands/RecordDetails.h"
+#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
@@ -17,135 +18,56 @@ std::string linesOf(const std::vector<commands::DetailField>& fields) {
   return text;
 }
 
-std::shared_ptr<GlazingData> fullPane() {
-  auto pane = std::make_shared<GlazingData>();
-  GlazingData& p = *pane;
-  p.id(17);
-  p.filename("full.txt");
-  p.productname("Full ®");
-  p.supplier("Maker");
-  p.group("Demo");
-  p.NFRC_id(102);
-  p.description("Described");
-  p.Appearance("Grey");
-  p.Acceptance("#");
-  p.IGDBChecksum(-7);
-  p.Hidden(true);
-  p.Thickness(5.75F);
-  p.Conductivity(1.25F);
-  p.TfIR(0.125F);
-  p.TbiR(0.25F);
-  p.ef(0.84F);
-  p.ef_source(kMaterialSource);
-  p.eb_source(kSpectralDataSource);
-  p.eb(0.5F);
-  p.GlazingType(kCoated);
-  p.material("Glass");
-  p.CoatingName("Ag");
-  p.CoatedSide(kBackSide);
-  p.CoatingFilename("coat.txt");
-  p.SubstrateFilename("sub.txt");
-  p.FilmFilename("film.txt");
-  for (const char* const layer : {"one.txt", "two.txt"}) {
-    p.AddStructure(std::make_shared<GlazingStructure>());
-    p.structure(p.StructureCount() - 1)->filename(layer);
-  }
-  p.structure(0)->Thickness(3.5F);
-  p.structure(1)->Flipped(true);
-  p.structure(1)->FileGlazingData(std::make_shared<GlazingData>());
-  p.structure(1)->FileGlazingData()->productname("Layer");
-  p.structure(1)->FileGlazingData()->supplier("Layer's maker");
-  p.AddUse("facade");
-  p.AddAvailability(std::make_shared<Availability>());
-  p.Availability(1)->Region("EU");
-  p.Availability(1)->AlternateProductName("Plein");
-  p.ORV_Angle(60);
-  p.ORV_Direction(2);
-  p.ORV_Emissivity_front(0.75);
-  p.ORV_Emissivity_back(0.625);
-  p.ORV_CoatingClass("AB");
-  p.ORV_Frozen(true);
-  p.spectral_pane(true);
-  p.film_outdoor_side(true);
-  p.use_estimation(true);
-  p.Precalc_Rfsol(0.11F);
-  p.Precalc_RbSol(0.12F);
-  p.Precalc_Tfsol(0.13F);
-  p.Precalc_Tbsol(0.14F);
-  p.Precalc_Rfvis(0.15F);
-  p.Precalc_Rbvis(0.16F);
-  p.Precalc_Tfvis(0.17F);
-  p.Precalc_Tbvis(0.18F);
-  p.Precalc_Rfuv(0.19F);
-  p.Precalc_Rbuv(0.2F);
-  p.Precalc_Tfuv(0.21F);
-  p.Precalc_Tbuv(0.22F);
-  p.Precalc_TfIR(0.23F);
-  p.Precalc_ef(0.24F);
-  p.Precalc_eb(0.25F);
-  p.Precalc_TCIEX(26);
-  p.Precalc_TCIEY(27);
-  p.Precalc_TCIEZ(28);
-  p.Precalc_RfCIEX(29);
-  p.Precalc_RfCIEY(30);
-  p.Precalc_RfCIEZ(31);
-  p.Precalc_Tdw(0.32F);
-  p.Precalc_TSPF(0.33F);
-  p.Precalc_StandardName("EN 410");
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->WavelengthUnit(kMicrons);
-  spectrum->Allocate(1);
-  spectrum->wl(0, 0.3F);
-  spectrum->wl(1, 2.5F);
-  p.WavelengthUnit(kMicrons);
-  p.SpectralData(spectrum);
-  auto substrate = std::make_shared<GlazingData>();
+TEST(RecordDetails, OfAPane) {
+  const auto pane = fullPane();
+  const auto layer = std::make_shared<GlazingData>();
+  layer->productname("Layer");
+  layer->supplier("Layer's maker");
+  pane->structure(0)->FileGlazingData(layer);
+  const auto substrate = pane->SubstrateReference();
   substrate->filename("sub.txt");
   substrate->productname("Below");
   substrate->supplier("Its maker");
   substrate->GlazingType(kMonolithic);
   substrate->Thickness(4.5F);
   substrate->Conductivity(0.75F);
-  p.SubstrateReference(substrate);
-  return pane;
-}
-
-TEST(RecordDetails, OfAPane) {
-  EXPECT_EQ(linesOf(commands::paneDetails(*fullPane())),
-            "Pane: id = 17; name = full.txt; product name = Full ®; supplier = Maker; group = "
-            "Demo; NFRC id = 102; description = Described; appearance = Grey; acceptance = #; "
-            "file date = ; IGDB checksum = -7; IGDB checksum date = ; hidden = yes\n"
-            "Thermal values: thickness = 5.75 mm; conductivity = 1.25 W/(m·K); infrared "
-            "transmittance front = 0.125; infrared transmittance back = 0.25; emissivity front = "
-            "0.84; source of emissivity front = Material; emissivity back = 0.5; source of "
-            "emissivity back = Spectral Data\n"
-            "Composition: type = Coated; material = Glass; coating name = Ag; coating id = -1; "
-            "coated side = Back; coating file = coat.txt; substrate file = sub.txt; laminate file "
-            "= ; laminate material = ; film file = film.txt\n"
-            "Layers: layer 1 file = one.txt; layer 1 thickness = 3.5 mm; layer 1 flipped = no; "
-            "layer 2 file = two.txt; layer 2 thickness = 0 mm; layer 2 flipped = yes; layer 2 "
-            "product name = Layer; layer 2 supplier = Layer's maker\n"
-            "Substrate: substrate name = sub.txt; substrate product name = Below; substrate "
-            "supplier = Its maker; substrate type = Monolithic; substrate thickness = 4.5 mm; "
-            "substrate conductivity = 0.75 W/(m·K)\n"
-            "Uses and availability: use = facade; availability = EU: Plein\n"
-            "ORV database: angle of incidence = 60 °; direction = 2; database emissivity front = "
-            "0.75; database emissivity back = 0.625; coating class = AB; frozen = yes; single "
-            "layer = no; spectral pane = yes; with and without film = no; film on outdoor side = "
-            "yes; data at 0, 30 and 60 degrees = no; use estimation = yes\n"
-            "Integrated values: solar reflectance front = 0.11; solar reflectance back = 0.12; "
-            "solar transmittance front = 0.13; solar transmittance back = 0.14; visible "
-            "reflectance front = 0.15; visible reflectance back = 0.16; visible transmittance "
-            "front = 0.17; visible transmittance back = 0.18; ultraviolet reflectance front = "
-            "0.19; ultraviolet reflectance back = 0.2; ultraviolet transmittance front = 0.21; "
-            "ultraviolet transmittance back = 0.22; calculated infrared transmittance = 0.23; "
-            "calculated emissivity front = 0.24; calculated emissivity back = 0.25; CIE X of "
-            "transmission = 26; CIE Y of transmission = 27; CIE Z of transmission = 28; CIE X of "
-            "front reflection = 29; CIE Y of front reflection = 30; CIE Z of front reflection = "
-            "31; damage-weighted transmittance = 0.32; skin protection transmittance = 0.33; "
-            "standard = EN 410\n"
-            "Spectrum: spectral points = 2; first wavelength = 300 nm; last wavelength = 2500 nm; "
-            "spectrum of the substrate = no");
+  EXPECT_EQ(
+      linesOf(commands::paneDetails(*pane)),
+      "Pane: id = 13; name = file \"ä\".dat; product name = product; supplier = maker; group = "
+      "group; NFRC id = 11; description = {text}\n"
+      "of two; appearance = grey; acceptance = #; file date = 1945-05-12 01:00:00; IGDB checksum = "
+      "-12; IGDB checksum date = 2024-10-04 01:00:00; hidden = yes\n"
+      "Thermal values: thickness = 0.0755 in; conductivity = 0.08849999 Btu/(h·ft·°F); infrared "
+      "transmittance front = 0.10149999; infrared transmittance back = 0.114499986; emissivity "
+      "front = 0.12749998; source of emissivity front = Spectral Data; emissivity back = "
+      "0.14049998; source of emissivity back = Material\n"
+      "Composition: type = Applied Film; material = material; coating name = coating; coating id = "
+      "14; coated side = Both; coating file = c.txt; substrate file = s.txt; laminate file = "
+      "l.txt; laminate material = PVB; film file = f.txt\n"
+      "Layers: layer 1 file = layer.txt; layer 1 thickness = 0.15349998 in; layer 1 flipped = yes; "
+      "layer 1 product name = Layer; layer 1 supplier = Layer's maker\n"
+      "Substrate: substrate name = sub.txt; substrate product name = Below; substrate supplier = "
+      "Its maker; substrate type = Monolithic; substrate thickness = 4.5 mm; substrate "
+      "conductivity = 0.75 W/(m·K)\n"
+      "Uses and availability: use = one; use = two; availability = region: other\n"
+      "ORV database: angle of incidence = 37 °; direction = 5; database emissivity front = "
+      "0.9876543210987; database emissivity back = 0.123456789012345; coating class = AB; frozen = "
+      "yes; single layer = yes; spectral pane = yes; with and without film = yes; film on outdoor "
+      "side = yes; data at 0, 30 and 60 degrees = yes; use estimation = no\n"
+      "Integrated values: solar reflectance front = 0.19249997; solar reflectance back = "
+      "0.20549996; solar transmittance front = 0.16649997; solar transmittance back = 0.17949997; "
+      "visible reflectance front = 0.24449995; visible reflectance back = 0.25749996; visible "
+      "transmittance front = 0.21849996; visible transmittance back = 0.23149996; ultraviolet "
+      "reflectance front = 0.4265001; ultraviolet reflectance back = 0.43950012; ultraviolet "
+      "transmittance front = 0.4005001; ultraviolet transmittance back = 0.4135001; calculated "
+      "infrared transmittance = 0.27049997; calculated emissivity front = 0.2835; calculated "
+      "emissivity back = 0.2965; CIE X of transmission = 0.3095; CIE Y of transmission = "
+      "0.32250002; CIE Z of transmission = 0.33550003; CIE X of front reflection = 0.34850004; CIE "
+      "Y of front reflection = 0.36150005; CIE Z of front reflection = 0.37450007; damage-weighted "
+      "transmittance = 0.38750008; skin protection transmittance = 0.45250013; standard = "
+      "standard; calculated = 2011-01-26 01:00:00\n"
+      "Spectrum: spectral points = 2; first wavelength = 302.5 nm; last wavelength = 302.83334 nm; "
+      "spectrum of the substrate = yes");
   GlazingData bare;
   bare.unit(kIP);
   bare.Thickness(0.25F);

@@ -7,6 +7,7 @@
 #include "commands/CommandsTest.h"
 #include "commands/NodeContent.h"
 #include "commands/RecordView.h"
+#include "commands/ValueColumns.h"
 
 namespace orv::commands {
 namespace {
@@ -187,6 +188,38 @@ TEST_F(RecordTableTest, PutsTheKeyFirst) {
     EXPECT_TRUE(table->isComplete());
   }
   EXPECT_THROW(openRecordTable(database), Error);
+}
+
+TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
+  const auto node = recordSet(newDatabase(), RecordKind::panes);
+  auto& dc = *node->ADOConnection();
+  session.database.InsertPane(*test::makePane("1", 30), dc);
+  test::addRow(dc, "Pane", {{"name", "2"}});
+  session.database.InsertPane(*test::makePane("3"), dc);
+  const auto damaged = dc.openRecordset("SELECT * FROM Pane_integrated_data WHERE PaneID = 3",
+                                        store::CursorType::keyset, store::LockType::optimistic);
+  damaged->setValue("angle", Value());
+  damaged->update();
+  ValueColumns table(openRecordTable(node), session, node,
+                     {.stored = true, .computedBy = optics::Standard::en410});
+  const auto named = [&](const char* name) {
+    const auto& columns = table.columns();
+    const auto found = std::ranges::find(columns, name, &RecordColumn::name);
+    return static_cast<std::size_t>(found - columns.begin());
+  };
+  ASSERT_EQ(named("Rb_vis computed") + 1, table.columns().size());
+  EXPECT_TRUE(table.value(0, named("Tf_sol stored")).isNull()) << "it is not filled yet";
+  EXPECT_TRUE(table.columns()[named("Tf_vis stored")].isNumber);
+  for (int row = 0; row < 3; ++row) EXPECT_TRUE(table.fillNext());
+  EXPECT_FALSE(table.fillNext());
+  EXPECT_EQ(cellText(table.value(0, named("Tf_sol stored")), 4), "0.13");
+  EXPECT_EQ(cellText(table.value(0, named("Rb_vis stored")), 4), "0.16");
+  EXPECT_EQ(cellText(table.value(0, named("Rb_vis computed")), 4), "0.2257");
+  for (const std::size_t row : {1U, 2U}) {
+    for (const char* name : {"Tf_sol stored", "Rb_vis computed"}) {
+      EXPECT_TRUE(table.value(row, named(name)).isNull()) << row << name;
+    }
+  }
 }
 
 TEST_F(RecordTableTest, ReadsTheRowsOfAForeignFileInSteps) {

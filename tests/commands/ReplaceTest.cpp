@@ -136,6 +136,13 @@ TEST_F(ReplaceTest, FramesAndShadingsKeepTheirKeysToo) {
   EXPECT_EQ(written("SELECT FrameID, name, u_value, product_name FROM Frame"), "1|frame|2.5|Null");
   EXPECT_EQ(written("SELECT Shading_id, name, productname FROM Shading"), "1|blind|New");
   EXPECT_EQ(written("SELECT Shading_ID, wavelength FROM Shading_spectral_data"), "1|500 1|500");
+
+  session.database.InsertShading(shading, dc);
+  EXPECT_EQ(copy(from, IfThere::replace, RecordKind::shadings).summary(),
+            "0 records copied, 1 replaced, 1 failed.");
+  EXPECT_NE(messages().back().find("This copy has written the record 1 under the same name"),
+            std::string::npos)
+      << messages().back();
 }
 
 }  // namespace

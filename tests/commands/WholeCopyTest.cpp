@@ -318,6 +318,27 @@ TEST_F(WholeCopyTest, WhatTheSchemaHasNoPlaceForIsTold) {
   EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 2 more");
 }
 
+TEST_F(WholeCopyTest, WhatIsDoubtfulIsTold) {
+  const std::string start = "SI Nanometers 3 1\nEmis= 0.84 0.84\n";
+  const auto files = texts(
+      TextFileKind::panes,
+      {{"back.txt", start + "500 0.875 0.125 0.1275\n"},
+       {"front.txt", start + "500 0.875 0.1275 0.125\n"},
+       {"right.txt", start + "{ Angle of Incidence: 90 }\n500 0.875 0.125 0.125\n"},
+       {"steep.txt", start + "{ Angle of Incidence: 91 }\n500 0.875 0.12505 0.125\n"},
+       {"twice.txt", start + "500 0.5 0.125 0.125\n600 0.5 0.1 0.1\n500 0.25 0.125 0.125\n"}});
+  EXPECT_EQ(linesOf(copyAll(files).notes),
+            (Lines{"transmittance and reflectance add up to more than 1: back.txt, front.txt",
+                   "91 degrees are no angle of incidence: steep.txt",
+                   "a wavelength occurs twice: twice.txt"}));
+  const auto blinds = texts(
+      TextFileKind::shadings,
+      {{"coated.txt", "{ Units: Nanometers }{ Coated Side: Front }\n300 0 0 0 0 0 0 0 0\n"},
+       {"unknown.txt", "{ Units: Nanometers }{ Coated Side: Unknown }\n300 0 0 0 0 0 0 0 0\n"}});
+  EXPECT_EQ(linesOf(copyAll(blinds, RecordKind::shadings).notKept),
+            Lines{"coated side: coated"});
+}
+
 TEST_F(WholeCopyTest, APictureThatIsATextIsKept) {
   const auto withText = [](store::TableInfo& table) {
     for (auto& column : table.columns) {

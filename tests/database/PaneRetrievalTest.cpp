@@ -4,56 +4,11 @@
 #include "database/GlazingDatabase.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
-#include "support/Corpus.h"
 
 namespace orv::test {
 namespace {
 
 using PaneRetrievalTest = DatabaseTest;
-
-TEST_F(PaneRetrievalTest, APaneComesBackAsItWasInserted) {
-  const auto pane = makePane("clear.txt", 30);
-  pane->description("some text");
-  pane->ORV_CoatingClass("ab");
-  pane->Acceptance("#");
-  database.InsertPane(*pane, *dc);
-
-  const auto back = retrieve(pane->id(), 30);
-  ASSERT_NE(back, nullptr);
-  EXPECT_EQ(back->id(), 1);
-  EXPECT_EQ(back->filename(), "clear.txt");
-  EXPECT_EQ(back->productname(), "Product clear.txt");
-  EXPECT_EQ(back->supplier(), "Maker");
-  EXPECT_EQ(back->group(), "Unknown") << "the group is never read";
-  EXPECT_EQ(back->Thickness(), 5.7F);
-  EXPECT_EQ(back->ORV_Emissivity_front(), 0.84);
-  EXPECT_EQ(back->ORV_Emissivity_back(), 0.1);
-  EXPECT_FALSE(back->EfExists());
-  EXPECT_EQ(back->TfIR(), 0.125F);
-  EXPECT_EQ(back->TbiR(), 0.25F);
-  EXPECT_EQ(back->GlazingType(), 0);
-  EXPECT_EQ(back->ORV_CoatingClass(), "AB");
-  EXPECT_EQ(back->description(), "some text");
-  EXPECT_EQ(back->Acceptance(), "#");
-  EXPECT_EQ(back->ORV_Angle(), 30);
-  const float integrated[] = {back->Precalc_Rfsol(), back->Precalc_RbSol(), back->Precalc_Tfsol(),
-                              back->Precalc_Tbsol(), back->Precalc_Rfvis(), back->Precalc_Rbvis(),
-                              back->Precalc_Tfvis(), back->Precalc_Tbvis(), back->Precalc_Rfuv(),
-                              back->Precalc_Rbuv(),  back->Precalc_Tfuv(),  back->Precalc_Tbuv()};
-  EXPECT_THAT(integrated, ::testing::ElementsAre(0.11F, 0.12F, 0.13F, 0.14F, 0.15F, 0.16F, 0.17F,
-                                                 0.18F, 0.19F, 0.2F, 0.21F, 0.22F));
-
-  const SpectralData& spectrum = *back->SpectralData();
-  ASSERT_EQ(spectrum.count(), 5);
-  EXPECT_EQ(spectrum.WavelengthUnit(), kNanometers);
-  for (std::int32_t i = 0; i < 5; ++i) {
-    EXPECT_EQ(spectrum.wl(i), pane->SpectralData()->ConvertedWl(i, kNanometers));
-    EXPECT_EQ(spectrum.Tf(i), pane->SpectralData()->Tf(i));
-    EXPECT_EQ(spectrum.Tb(i), spectrum.Tf(i));
-    EXPECT_EQ(spectrum.Rf(i), pane->SpectralData()->Rf(i));
-    EXPECT_EQ(spectrum.Rb(i), pane->SpectralData()->Rb(i));
-  }
-}
 
 TEST_F(PaneRetrievalTest, LooksUpByKeyElseByNameAndGroup) {
   database.InsertPane(*makePane("a"), *dc);
@@ -116,91 +71,40 @@ TEST_F(PaneRetrievalTest, AnglesComeInTableOrder) {
   EXPECT_TRUE(database.RetrieveAnglesOfPaneDataORV_30(2, *dc).empty());
 }
 
-/// Files that this project did not make.
-class ForeignPaneTest : public ::testing::Test {
- protected:
-  std::shared_ptr<store::Connection> open(const char* name, const std::string& password = "") {
-    // A copy, since opening may write beside the file.
-    std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
-    return database.OpenDatabase((folder.path() / name).string(), password);
-  }
-
-  Folder folder;
-  ScriptedQuestions questions;
-  database::ORV_DatabaseInterface database{questions};
-};
-
-TEST_F(ForeignPaneTest, Version2ReadsAllRowsOfAPaneWhateverTheirAngle) {
-  ORV_NEEDS_CORPUS();
-  const auto dc = open("orvdata-2.0.1.mdb");
-  EXPECT_EQ(database.LookupDatabaseVersion(*dc), "2.0.1");
-  EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_20(5, *dc), (std::vector<std::int16_t>{0, 60}));
-  const auto pane = database.RetrievePaneORV_20(*dc, 5, "", 60, 0);
-  ASSERT_NE(pane, nullptr);
-  EXPECT_EQ(pane->filename(), "old5");
-  EXPECT_EQ(pane->supplier(), "Unknown");
-  EXPECT_EQ(pane->group(), "Unknown");
-  EXPECT_EQ(pane->Acceptance(), "");
-  EXPECT_EQ(pane->ORV_CoatingClass(), "C5");
-  EXPECT_EQ(pane->description(), "old pane");
-  EXPECT_FLOAT_EQ(pane->Precalc_Tbuv(), 0.24F);
-  const auto single = database.RetrievePaneORV_20(*dc, 4, "", 0, 0);
-  EXPECT_EQ(pane->SpectralData()->count(), 2 * single->SpectralData()->count());
-
-  const auto withFilm = database.RetrievePaneORV_20(*dc, 0, "old3", 0, 0);
-  ASSERT_NE(withFilm, nullptr);
-  ASSERT_TRUE(withFilm->HasSubstrate());
-  EXPECT_EQ(database.RetrievePaneORV_20(*dc, 99, "", 0, 0), nullptr);
-}
-
-TEST_F(ForeignPaneTest, Version3ReadsNotesNamesAndAngles) {
-  ORV_NEEDS_CORPUS();
-  const auto dc = open("orvdata-3.0.0.mdb");
-  EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_30(4, *dc),
-            (std::vector<std::int16_t>{0, 30, 60}));
-  const auto pane = database.RetrievePaneORV_30(*dc, 7, "", "", 0, 0);
-  EXPECT_EQ(pane->productname(), "Café pane 7");
-  EXPECT_EQ(pane->supplier(), "Sächsische Gläser");
-  EXPECT_EQ(pane->description().size(), 9000U);
-  EXPECT_EQ(pane->ORV_CoatingClass(), "ABC7");
-  const auto notSpectral = database.RetrievePaneORV_30(*dc, 5, "", "", 0, 0);
-  EXPECT_EQ(notSpectral->SpectralData(), nullptr);
-}
-
-TEST_F(ForeignPaneTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
-  const auto dc = makeGlazingDatabase((folder.path() / "igdb.mdb").string(),
-                                      {{{"GlazingID", 3},
-                                        {"FileName", "CLEAR.DAT"},
-                                        {"Type", "Monolithic"},
-                                        {"ProductName", "Clear ®"},
-                                        {"Manufacturer", "Maker 3"},
-                                        {"Acceptance", "#"},
-                                        {"Substrate_FileName", "N/A"},
-                                        {"Thickness", 4.5},
-                                        {"Conductivity", 1.25},
-                                        {"ef", 0.84},
-                                        {"eb", 0.75},
-                                        {"TIR", 0.125},
-                                        {"Precalc_Rfsol", 0.1},
-                                        {"Precalc_Rbsol", 0.2},
-                                        {"Precalc_Tsol", 0.3},
-                                        {"Precalc_Rfvis", 0.4},
-                                        {"Precalc_Rbvis", 0.5},
-                                        {"Precalc_Tvis", 0.6},
-                                        {"Precalc_Tuv", 0.7}},
-                                       {{"GlazingID", 4},
-                                        {"FileName", "COATED.DAT"},
-                                        {"Type", "COATED"},
-                                        {"Substrate_FileName", "clear.dat"}},
-                                       {{"GlazingID", 5},
-                                        {"FileName", "film.dat"},
-                                        {"Type", "Applied film"},
-                                        {"Substrate_FileName", "gone.dat"}},
-                                       {{"GlazingID", 6},
-                                        {"FileName", "stack.dat"},
-                                        {"Type", "laminate"},
-                                        {"Substrate_FileName", "Unknown"}}});
-  const auto clear = database.RetrievePaneIGDB(*dc, "clear.DAT");
+TEST_F(PaneRetrievalTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
+  const auto igdb = makeGlazingDatabase((folder.path() / "igdb.mdb").string(),
+                                        {{{"GlazingID", 3},
+                                          {"FileName", "CLEAR.DAT"},
+                                          {"Type", "Monolithic"},
+                                          {"ProductName", "Clear ®"},
+                                          {"Manufacturer", "Maker 3"},
+                                          {"Acceptance", "#"},
+                                          {"Substrate_FileName", "N/A"},
+                                          {"Thickness", 4.5},
+                                          {"Conductivity", 1.25},
+                                          {"ef", 0.84},
+                                          {"eb", 0.75},
+                                          {"TIR", 0.125},
+                                          {"Precalc_Rfsol", 0.1},
+                                          {"Precalc_Rbsol", 0.2},
+                                          {"Precalc_Tsol", 0.3},
+                                          {"Precalc_Rfvis", 0.4},
+                                          {"Precalc_Rbvis", 0.5},
+                                          {"Precalc_Tvis", 0.6},
+                                          {"Precalc_Tuv", 0.7}},
+                                         {{"GlazingID", 4},
+                                          {"FileName", "COATED.DAT"},
+                                          {"Type", "COATED"},
+                                          {"Substrate_FileName", "clear.dat"}},
+                                         {{"GlazingID", 5},
+                                          {"FileName", "film.dat"},
+                                          {"Type", "Applied film"},
+                                          {"Substrate_FileName", "gone.dat"}},
+                                         {{"GlazingID", 6},
+                                          {"FileName", "stack.dat"},
+                                          {"Type", "laminate"},
+                                          {"Substrate_FileName", "Unknown"}}});
+  const auto clear = database.RetrievePaneIGDB(*igdb, "clear.DAT");
   ASSERT_NE(clear, nullptr);
   EXPECT_EQ(clear->id(), 3);
   EXPECT_EQ(clear->filename(), "CLEAR.DAT");
@@ -237,7 +141,7 @@ TEST_F(ForeignPaneTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
   EXPECT_FLOAT_EQ(spectrum.Rf(1), 0.0925F);
   EXPECT_FLOAT_EQ(spectrum.Rb(1), 0.06125F);
 
-  const auto coated = database.RetrievePaneIGDB(*dc, "coated.dat");
+  const auto coated = database.RetrievePaneIGDB(*igdb, "coated.dat");
   EXPECT_EQ(coated->GlazingType(), kCoated);
   EXPECT_EQ(coated->description(), "Coated Appearance: ");
   EXPECT_TRUE(coated->use_estimation() && !coated->single_layer());
@@ -246,14 +150,14 @@ TEST_F(ForeignPaneTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
   EXPECT_EQ(coated->SubstrateReference()->id(), 3);
   EXPECT_EQ(coated->SubstrateReference()->SpectralData()->Tf(1), spectrum.Tf(1));
 
-  const auto film = database.RetrievePaneIGDB(*dc, "film.dat");
+  const auto film = database.RetrievePaneIGDB(*igdb, "film.dat");
   EXPECT_EQ(film->GlazingType(), kAppliedFilm);
   EXPECT_EQ(film->description(), "Applied film Appearance: ");
   EXPECT_EQ(film->SubstrateReference()->SpectralData(), nullptr) << "its substrate is not there";
-  const auto stack = database.RetrievePaneIGDB(*dc, "stack.dat");
+  const auto stack = database.RetrievePaneIGDB(*igdb, "stack.dat");
   EXPECT_EQ(stack->GlazingType(), kLaminate);
   EXPECT_FALSE(stack->HasSubstrate());
-  EXPECT_EQ(database.RetrievePaneIGDB(*dc, "not there"), nullptr);
+  EXPECT_EQ(database.RetrievePaneIGDB(*igdb, "not there"), nullptr);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
-// Whatever fails while a record is written or deleted: it is there entirely, or not at all.
+// Whatever fails while a record is written or deleted, or a database made: it is there entirely, or
+// not at all.
+
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "database/TestDatabase.h"
+#include "model/Raised.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
+#include "support/FullRecords.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::test {
@@ -14,48 +16,34 @@ namespace {
 using Interface = database::ORV_DatabaseInterface;
 using Change = std::function<void(Interface&, store::Connection&)>;
 
-void insertPane(Interface& database, store::Connection& dc) {
-  const auto pane = makePane("new", 60);
-  pane->supplier("New maker");
-  pane->group("New group");
-  pane->description(std::string(3000, 'd'));
-  database.InsertPane(*pane, dc);
-}
+const std::vector<std::pair<const char*, Change>> kChanges = {
+    {"a pane",
+     [](Interface& database, store::Connection& dc) {
+       const auto pane = makePane("new", 60);
+       pane->supplier("New maker");
+       pane->group("New group");
+       pane->description(std::string(3000, 'd'));
+       database.InsertPane(*pane, dc);
+     }},
+    {"an angle", [](auto& database, auto& dc) { database.InsertPane(*makePane("there", 30), dc); }},
+    {"a frame",
+     [](Interface& database, store::Connection& dc) {
+       FrameDataClass frame = fullFrame();
+       frame.picture(store::Bytes(9000, 0x5A));
+       database.InsertFrame(frame, dc);
+     }},
+    {"a shading",
+     [](Interface& database, store::Connection& dc) {
+       ShadingDataClass shading = fullShading();
+       database.InsertShading(shading, dc);
+     }},
+    {"a deletion", [](auto& database, auto& dc) { database.DeleteGlazing(1, dc); }}};
 
-void insertAngle(Interface& database, store::Connection& dc) {
-  database.InsertPane(*makePane("there", 30), dc);
-}
-
-void insertFrame(Interface& database, store::Connection& dc) {
-  FrameDataClass frame;
-  frame.name("frame");
-  frame.supplier("Frame maker");
-  frame.group("Frames");
-  frame.frametype("Wood");
-  frame.picture(store::Bytes(9000, 0x5A));
-  database.InsertFrame(frame, dc);
-}
-
-void insertShading(Interface& database, store::Connection& dc) {
-  ShadingDataClass shading;
-  shading.name("shading");
-  shading.supplier("Shade maker");
-  shading.group("Shades");
-  shading.integrated(std::vector<ShadingIntegratedData>(3));
-  shading.spectrum(std::vector<ShadingSpectralPoint>(40));
-  database.InsertShading(shading, dc);
-}
-
-void deletePane(Interface& database, store::Connection& dc) {
-  database.DeleteGlazing(1, dc);
-}
-
-class RecordCrash : public testing::Test {
+class RecordCrash : public testing::TestWithParam<bool> {
  protected:
   RecordCrash() {
-    const auto dc = database::CreateEmptyDatabase(test::kFile);
+    const auto dc = database::CreateEmptyDatabase(kFile);
     database_.InsertPane(*makePane("there"), *dc);
-    insertShading(database_, *dc);
     before_ = rowCounts(*dc);
   }
 
@@ -65,47 +53,17 @@ class RecordCrash : public testing::Test {
     return counts;
   }
 
-  std::vector<std::int64_t> rowCountsAfter(const Change& change) {
-    files_.copy(test::kFile, "after.mdb");
-    const auto dc = store::Connection::openFile("after.mdb");
-    change(database_, *dc);
-    return rowCounts(*dc);
+  /// Whether the work was told to be done; trouble begins at a call of it, and is over then.
+  bool isDoneWithTrouble(std::size_t call, const std::function<void()>& work) {
+    GetParam() ? files_.losePowerAt(call) : files_.failAt(call);
+    const bool isDone = succeeds(work);
+    GetParam() ? files_.restart(static_cast<unsigned>(call)) : files_.failAt(0, 0);
+    return isDone;
   }
-
-  /// Whether the change was told to be made.
-  bool make(const Change& change, store::Connection& dc) {
-    try {
-      change(database_, dc);
-      return true;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number(), store::kStoreFailure) << error.what();
-      return false;
-    }
-  }
-
-  /// Makes the change while `trouble` begins at one call after the other, until none is left.
-  void tryEverywhere(const Change& change, const std::function<void(std::size_t)>& trouble,
-                     const std::function<void()>& relief) {
-    const auto after = rowCountsAfter(change);
-    ASSERT_NE(after, before_);
-    std::size_t call = 0;
-    for (bool made = false; !made; ++call) {
-      files_.copy(test::kFile, "try.mdb");
-      {
-        const auto dc = store::Connection::openFile("try.mdb");
-        trouble(call);
-        made = make(change, *dc);
-      }
-      relief();
-      const auto dc = store::Connection::openFile("try.mdb");
-      const auto found = rowCounts(*dc);
-      EXPECT_TRUE(found == after || (!made && found == before_)) << "call " << call;
-      EXPECT_TRUE(store::checkFile("try.mdb", "").sound()) << "call " << call;
-      if (found == before_) {
-        EXPECT_TRUE(make(change, *dc)) << "the same cannot be done later, call " << call;
-      }
-    }
-    EXPECT_GT(call, 2U);
+  static bool succeeds(const std::function<void()>& work) {
+    const Raised raised = raisedBy(work);
+    EXPECT_TRUE(raised.number == 0 || raised.number == store::kStoreFailure) << raised.description;
+    return raised.number == 0;
   }
 
   MemoryFiles files_;
@@ -114,27 +72,60 @@ class RecordCrash : public testing::Test {
   std::vector<std::int64_t> before_;
 };
 
-const std::vector<std::pair<const char*, Change>> kChanges = {{"a pane", insertPane},
-                                                              {"an angle", insertAngle},
-                                                              {"a frame", insertFrame},
-                                                              {"a shading", insertShading},
-                                                              {"a deletion", deletePane}};
-
-TEST_F(RecordCrash, EveryLossOfPowerLeavesTheRecordWholeOrAbsent) {
+TEST_P(RecordCrash, LeavesTheRecordWholeOrAbsent) {
   for (const auto& [name, change] : kChanges) {
-    SCOPED_TRACE(name);
-    tryEverywhere(
-        change, [&](std::size_t call) { files_.losePowerAt(call); }, [&] { files_.restart(7); });
+    const std::string afterwards = std::string(name) + ".mdb";
+    files_.copy(kFile, afterwards);
+    const auto changed = store::Connection::openFile(afterwards);
+    change(database_, *changed);
+    const auto after = rowCounts(*changed);
+    ASSERT_NE(after, before_) << name;
+    std::size_t call = 0;
+    for (bool made = false; !made; ++call) {
+      SCOPED_TRACE(std::string(name) + ", call " + std::to_string(call));
+      files_.copy(kFile, "try.mdb");
+      {
+        const auto dc = store::Connection::openFile("try.mdb");
+        made = isDoneWithTrouble(call, [&, &make = change] { make(database_, *dc); });
+      }
+      const auto dc = store::Connection::openFile("try.mdb");
+      const auto found = rowCounts(*dc);
+      EXPECT_TRUE(found == after || (!made && found == before_));
+      EXPECT_TRUE(store::checkFile("try.mdb", "").sound());
+      if (found == before_) {
+        EXPECT_TRUE(succeeds([&, &make = change] { make(database_, *dc); }))
+            << "it can be done later";
+      }
+    }
+    EXPECT_GT(call, 2U);
   }
 }
 
-TEST_F(RecordCrash, EveryFailureOfTheDiskLeavesTheRecordWholeOrAbsent) {
-  for (const auto& [name, change] : kChanges) {
-    SCOPED_TRACE(name);
-    tryEverywhere(
-        change, [&](std::size_t call) { files_.failAt(call); }, [&] { files_.failAt(0, 0); });
+TEST_P(RecordCrash, LeavesANewDatabaseWholeOrAbsent) {
+  constexpr const char* kNew = "new.mdb";
+  std::size_t call = 0;
+  for (bool made = false; !made; ++call) {
+    SCOPED_TRACE("call " + std::to_string(call));
+    files_.remove(kNew);
+    files_.syncFolder(kNew);
+    made = isDoneWithTrouble(call, [] { database::CreateEmptyDatabase(kNew); });
+    if (files_.size(kNew) < 0) {
+      EXPECT_FALSE(made) << "the database that was made is gone";
+      EXPECT_TRUE(GetParam() || files_.size(std::string(kNew) + "-new") < 0);
+      EXPECT_TRUE(succeeds([] { database::CreateEmptyDatabase(kNew); })) << "it can be done later";
+    }
+    const auto connection = store::Connection::openFile(kNew);
+    EXPECT_EQ(connection->tableNames().size(), 11U);
+    EXPECT_EQ(connection->queryNames().size(), 3U);
+    EXPECT_EQ(connection->table("ORVdata_version").rowCount, 1);
+    EXPECT_TRUE(store::checkFile(kNew, "").sound());
   }
+  EXPECT_GT(call, 5U);
 }
+
+INSTANTIATE_TEST_SUITE_P(, RecordCrash, testing::Bool(), [](const auto& info) {
+  return info.param ? "ByALossOfPower" : "ByAFailingCall";
+});
 
 }  // namespace
 }  // namespace orv::test

@@ -42,6 +42,22 @@ inline void addRow(store::Connection& dc, const std::string& table, const FieldV
   rows->update();
 }
 
+/// The rows of a statement, fields parted by "|", rows by a blank.
+inline std::string rowsOf(store::Connection& dc, const std::string& statement) {
+  std::string text;
+  for (auto rows = dc.openRecordset(statement); !rows->eof(); rows->moveNext()) {
+    if (!text.empty()) text += ' ';
+    for (std::size_t i = 0; i < rows->fields().size(); ++i) {
+      const store::Value value = rows->value(i);
+      const store::Bytes* bytes = value.getIf<store::Bytes>();
+      text += (i > 0 ? "|" : "") + (value.isNull()     ? "Null"
+                                    : bytes != nullptr ? std::string(bytes->begin(), bytes->end())
+                                                       : value.toText());
+    }
+  }
+  return text;
+}
+
 /// A pane with a spectrum of five points from 300 nm in steps of 100 nm.
 inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16_t angle = 0) {
   auto pane = std::make_shared<GlazingData>();

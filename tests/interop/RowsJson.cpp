@@ -5,28 +5,12 @@
 
 #include <chrono>
 #include <cmath>
-#include <ctime>
-#include <utility>
+#include <nlohmann/json.hpp>
 
 namespace orv::test {
 namespace {
 
 using namespace store;
-
-std::string quoted(const std::string& text) {
-  std::string json = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      json += '\\';
-      json += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      json += fmt::format("\\u{:04x}", static_cast<int>(c));
-    } else {
-      json += c;
-    }
-  }
-  return json + '"';
-}
 
 std::string dateText(Date date) {
   const std::chrono::seconds sinceDayZero(std::llround(date.days * 86400));
@@ -36,54 +20,31 @@ std::string dateText(Date date) {
   return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(seconds));
 }
 
-std::string json(const Value& value) {
-  if (value.isNull()) {
-    return "null";
-  }
-  if (const bool* flag = value.getIf<bool>()) {
-    return *flag ? "true" : "false";
-  }
-  if (const Bytes* bytes = value.getIf<Bytes>()) {
-    return fmt::format("\"{:02X}\"", fmt::join(*bytes, ""));
-  }
-  if (const float* single = value.getIf<float>()) {
-    return fmt::format("{}", *single);
-  }
-  if (const double* number = value.getIf<double>()) {
-    return fmt::format("{}", *number);
-  }
-  if (const Date* date = value.getIf<Date>()) {
-    return quoted(dateText(*date));
-  }
-  if (value.getIf<std::int32_t>() != nullptr) {
-    return value.toText();
-  }
-  return quoted(value.toText());
-}
-
-void writeRows(const ModelledTable& model, std::ostream& out) {
-  const auto& columns = model.table->definition().columns;
-  const char* separator = "\n";
-  for (const auto& [id, values] : model.rows) {
-    out << std::exchange(separator, ",\n") << '{';
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      out << (i == 0 ? "" : ", ") << quoted(columns[i].name) << ": " << json(values[i]);
-    }
-    out << '}';
-  }
+nlohmann::json json(const Value& value) {
+  if (value.isNull()) return nullptr;
+  if (const bool* flag = value.getIf<bool>()) return *flag;
+  if (const float* single = value.getIf<float>()) return *single;
+  if (const double* number = value.getIf<double>()) return *number;
+  if (const std::int32_t* number = value.getIf<std::int32_t>()) return *number;
+  if (const Bytes* bytes = value.getIf<Bytes>())
+    return fmt::format("{:02X}", fmt::join(*bytes, ""));
+  if (const Date* date = value.getIf<Date>()) return dateText(*date);
+  return value.toText();
 }
 
 }  // namespace
 
 void writeRows(const std::vector<ModelledTable>& tables, std::ostream& out) {
-  const char* separator = "";
-  out << '{';
+  nlohmann::json all = nlohmann::json::object();
   for (const ModelledTable& model : tables) {
-    out << std::exchange(separator, ",\n") << quoted(model.table->name()) << ": [";
-    writeRows(model, out);
-    out << ']';
+    const auto& columns = model.table->definition().columns;
+    nlohmann::json& rows = all[model.table->name()] = nlohmann::json::array();
+    for (const auto& [id, values] : model.rows) {
+      nlohmann::json& row = rows.emplace_back(nlohmann::json::object());
+      for (std::size_t i = 0; i < values.size(); ++i) row[columns[i].name] = json(values[i]);
+    }
   }
-  out << "}\n";
+  out << all << '\n';
 }
 
 }  // namespace orv::test

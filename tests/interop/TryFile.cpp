@@ -37,9 +37,7 @@ class Trial {
     try {
       database_ = jet::Database::open(kFile, password_);
     } catch (const orv::Error& error) {
-      if (error.number() != kNotAuthenticated || passwords.empty()) {
-        throw;
-      }
+      if (error.number() != kNotAuthenticated || passwords.empty()) throw;
       password_ = passwords.front();
       open(passwords.subspan(1));
     }
@@ -50,9 +48,7 @@ class Trial {
     RandomChanges tables(kFile, password_, database_, seed, changes);
     writeRows(tables, "before.json");
     std::size_t rows = 0;
-    for (const ModelledTable& model : tables.tables()) {
-      rows += model.rows.size();
-    }
+    for (const ModelledTable& model : tables.tables()) rows += model.rows.size();
     say(fmt::format("{}, {} tables, {} rows, {} remarks", database_->formatName(),
                     tables.tables().size(), rows, report.remarkCount));
     if (!report.sound()) {
@@ -67,9 +63,7 @@ class Trial {
       database_.reset();
       change(tables, changes);
     }
-    if (made_ == 0 && content() != before) {
-      fail("the file was changed though no change was made");
-    }
+    if (made_ == 0 && content() != before) fail("the file was changed though no change was made");
   }
 
   bool failed() const { return failed_; }
@@ -87,9 +81,7 @@ class Trial {
     say(fmt::format("{} changes, {} rows refused", made_, tables.refusedRows()));
     compareRows(tables);
     const CheckReport report = checkFile(kFile, password_);
-    for (const CheckFinding& fault : report.faults) {
-      fail("after the changes: " + fault.toText());
-    }
+    for (const CheckFinding& fault : report.faults) fail("after the changes: " + fault.toText());
     if (made_ > 0) {
       files_.save(kFile, folder_ / kFile);
       writeRows(tables, "changed.json");

@@ -2,7 +2,7 @@
 // values are null, booleans, numbers or texts (bytes in capital hexadecimal).
 import MDBReader from 'mdb-reader';
 import {execFileSync} from 'node:child_process';
-import {readFileSync} from 'node:fs';
+import {readFileSync, statSync} from 'node:fs';
 
 const kLargest = 1 << 30;
 const kOptions = {
@@ -18,7 +18,15 @@ function mapValues(object, change) {
   return Object.fromEntries(pairs);
 }
 
-const open = (path) => new MDBReader(readFileSync(path));
+let last = {};
+
+/** The file, read once as long as it stays as it is. */
+function open(path) {
+  const {mtimeMs, size} = statSync(path);
+  const key = `${path} ${mtimeMs} ${size}`;
+  if (last.key !== key) last = {key, reader: new MDBReader(readFileSync(path))};
+  return last.reader;
+}
 
 /** The tables of users: by name, the type of each column by its name. */
 export function tablesOf(path) {

@@ -134,7 +134,7 @@ void Disk::apply(const Call& call) {
   switch (call.kind) {
     case CallKind::create:
       files_[call.file] = std::make_shared<File>();
-      if (!call.name.empty()) pendingNames_.push_back({"", call.name, files_[call.file]});
+      pendingNames_.push_back({"", call.name, files_[call.file]});
       break;
     case CallKind::write:
       fileOf(call)->pending.push_back({call.offset, call.data, false});
@@ -154,9 +154,6 @@ void Disk::apply(const Call& call) {
       break;
     case CallKind::rename:
       pendingNames_.push_back({call.name, call.other, fileOf(call)});
-      break;
-    case CallKind::link:
-      pendingNames_.push_back({"", call.other, fileOf(call)});
       break;
     case CallKind::remove:
       pendingNames_.push_back({call.name, "", fileOf(call)});

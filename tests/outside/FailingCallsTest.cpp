@@ -52,7 +52,7 @@ class FailingCalls : public testing::TestWithParam<std::string> {
 TEST_P(FailingCalls, AreToldAndLeaveNothingHalfDone) {
   const Rehearsal rehearsal(workNamed(GetParam()));
   for (const Failure& failure : kFailures) {
-    for (const std::uint64_t number : sampled(rehearsal.calls(), 4)) {
+    for (const std::uint64_t number : sampled(rehearsal.calls(), 2)) {
       const std::uint64_t call = isLongRun() ? number : number + failure.offset;
       if (call <= rehearsal.calls()) tryAt(rehearsal, failure, call);
       if (HasFailure() && !isLongRun()) return;

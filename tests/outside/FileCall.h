@@ -19,7 +19,6 @@ inline constexpr const char* kTerminalVariable = "ORV_CALLS_TERMINAL";
 
 inline constexpr const char* kKillBefore = "kill-before";
 inline constexpr const char* kKillAfter = "kill-after";
-inline constexpr const char* kStopBefore = "stop-before";  ///< until it gets SIGCONT
 inline constexpr const char* kInputOutputError = "eio";
 inline constexpr const char* kNoSpace = "enospc";    ///< for what needs space
 inline constexpr const char* kShortWrite = "short";  ///< half is written, then there is no space
@@ -31,7 +30,6 @@ enum class CallKind : std::uint32_t {
   sync,
   syncFolder,
   rename,
-  link,
   remove,
   report,  ///< a write to the standard output or error, which is not counted
 };

@@ -1,5 +1,5 @@
 // A library to be loaded before the C library (LD_PRELOAD) that stands between a program and its
-// files: it counts every call that changes a file below a folder, and as it is told kills or stops
+// files: it counts every call that changes a file below a folder, and as it is told kills
 // the program at one, lets one fail, or records them all. It never waits for the disk: a program
 // that is killed loses nothing that the system has taken.
 //
@@ -168,7 +168,6 @@ class Counted {
     auto& instructions = Instructions::get();
     number_ = instructions.count();
     if (instructions.plans(kKillBefore, number_)) die();
-    if (instructions.plans(kStopBefore, number_)) raise(SIGSTOP);
   }
 
   /// The error with which the call is to fail; 0 when it is to be made.
@@ -219,12 +218,11 @@ int counted(CallKind kind, const std::string& path, std::uint64_t file, std::uin
 template <class Call>
 int countedOpen(const std::string& path, int flags, const Call& call) {
   const char* name = Instructions::get().nameOf(path);
-  const bool isNameless = (flags & O_TMPFILE) == O_TMPFILE;  // in the folder that the path names
   const bool isThere = name != nullptr && exists(path);
-  const bool creates = isNameless || ((flags & O_CREAT) != 0 && !isThere);
+  const bool creates = (flags & O_CREAT) != 0 && !isThere;
   const bool cuts = (flags & O_TRUNC) != 0 && isThere;
   if (name == nullptr || (!creates && !cuts)) return call();
-  const Counted turn(creates ? CallKind::create : CallKind::resize, isNameless ? "" : name);
+  const Counted turn(creates ? CallKind::create : CallKind::resize, name);
   if (const int error = turn.error(); error != 0) {
     errno = error;
     return -1;
@@ -257,22 +255,13 @@ ssize_t writeAtPosition(int descriptor, const char* bytes, std::size_t length) {
   if (descriptor == STDOUT_FILENO || descriptor == STDERR_FILENO) {
     Instructions::get().record({CallKind::report, 0, 0, 0, 0, 0}, "", "",
                                std::string(bytes, length));
-    return realWrite(descriptor, bytes, length);
+  } else if (concerns(descriptor)) {
+    const off64_t offset = lseek64(descriptor, 0, SEEK_CUR);
+    const ssize_t written = countedWrite(descriptor, bytes, length, offset);
+    if (written > 0) lseek64(descriptor, offset + written, SEEK_SET);
+    return written;
   }
-  if (!concerns(descriptor)) return realWrite(descriptor, bytes, length);
-  const bool appends = (fcntl(descriptor, F_GETFL) & O_APPEND) != 0;
-  const off64_t offset = lseek64(descriptor, 0, appends ? SEEK_END : SEEK_CUR);
-  const ssize_t written = countedWrite(descriptor, bytes, length, offset);
-  if (written > 0) lseek64(descriptor, offset + written, SEEK_SET);
-  return written;
-}
-
-std::string joined(const iovec* parts, int count) {
-  std::string bytes;
-  for (int i = 0; i < count; ++i) {
-    bytes.append(static_cast<const char*>(parts[i].iov_base), parts[i].iov_len);
-  }
-  return bytes;
+  return realWrite(descriptor, bytes, length);
 }
 
 int countedSync(int descriptor) {
@@ -282,13 +271,12 @@ int countedSync(int descriptor) {
   return counted(kind, pathOf(descriptor), status.st_ino, 0, [] { return 0; });
 }
 
-/// A rename or a new name.
 template <class Call>
-int countedPair(CallKind kind, const std::string& from, const std::string& to, const Call& call) {
+int countedRename(const std::string& from, const std::string& to, const Call& call) {
   const char* name = Instructions::get().nameOf(from);
   const char* other = Instructions::get().nameOf(to);
   if (other == nullptr) return call();
-  const Counted turn(kind, name != nullptr ? name : "");
+  const Counted turn(CallKind::rename, name != nullptr ? name : "");
   if (const int error = turn.error(); error != 0) {
     errno = error;
     return -1;
@@ -303,25 +291,6 @@ int countedRemove(const std::string& path, int (*call)(const char*), const char*
   return counted(CallKind::remove, path, fileAt(path), 0, [&] { return call(argument); });
 }
 
-mode_t modeOf(int flags, va_list arguments) {
-  const bool given = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-  return given ? va_arg(arguments, mode_t) : 0;
-}
-
-int flagsOf(const char* mode) {
-  return mode[0] == 'w' ? O_CREAT | O_TRUNC : mode[0] == 'a' ? O_CREAT : 0;
-}
-
-FILE* countedStream(const char* path, const char* mode) {
-  static auto* const function = real<FILE*(const char*, const char*)>("fopen64");
-  FILE* stream = nullptr;
-  countedOpen(pathOf(AT_FDCWD, path), flagsOf(mode), [&] {
-    stream = function(path, mode);
-    return stream != nullptr ? fileno(stream) : -1;
-  });
-  return stream;
-}
-
 }  // namespace
 
 #pragma GCC visibility push(default)
@@ -330,7 +299,7 @@ extern "C" {
 int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   return countedOpen(pathOf(AT_FDCWD, path), flags, [&] { return realOpen(path, flags, mode); });
 }
@@ -338,35 +307,9 @@ int open64(const char* path, int flags, ...) {
 int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return countedOpen(pathOf(AT_FDCWD, path), flags, [&] { return realOpen(path, flags, mode); });
-}
-
-int openat64(int folder, const char* path, int flags, ...) {
-  static auto* const function = real<int(int, const char*, int, ...)>("openat64");
-  va_list arguments;
-  va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
-  va_end(arguments);
-  return countedOpen(pathOf(folder, path), flags,
-                     [&] { return function(folder, path, flags, mode); });
-}
-
-int openat(int folder, const char* path, int flags, ...) {
-  va_list arguments;
-  va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
-  va_end(arguments);
-  return openat64(folder, path, flags, mode);
-}
-
-FILE* fopen64(const char* path, const char* mode) {
-  return countedStream(path, mode);
-}
-
-FILE* fopen(const char* path, const char* mode) {
-  return countedStream(path, mode);
+  return open64(path, flags, mode);
 }
 
 ssize_t write(int descriptor, const void* bytes, std::size_t length) {
@@ -374,7 +317,10 @@ ssize_t write(int descriptor, const void* bytes, std::size_t length) {
 }
 
 ssize_t writev(int descriptor, const iovec* parts, int count) {
-  const std::string bytes = joined(parts, count);
+  std::string bytes;
+  for (int i = 0; i < count; ++i) {
+    bytes.append(static_cast<const char*>(parts[i].iov_base), parts[i].iov_len);
+  }
   return writeAtPosition(descriptor, bytes.data(), bytes.size());
 }
 
@@ -385,15 +331,6 @@ ssize_t pwrite64(int descriptor, const void* bytes, std::size_t length, off64_t 
 
 ssize_t pwrite(int descriptor, const void* bytes, std::size_t length, off_t offset) {
   return pwrite64(descriptor, bytes, length, offset);
-}
-
-ssize_t pwritev64(int descriptor, const iovec* parts, int count, off64_t offset) {
-  const std::string bytes = joined(parts, count);
-  return pwrite64(descriptor, bytes.data(), bytes.size(), offset);
-}
-
-ssize_t pwritev(int descriptor, const iovec* parts, int count, off_t offset) {
-  return pwritev64(descriptor, parts, count, offset);
 }
 
 int fsync(int descriptor) {
@@ -414,65 +351,21 @@ int ftruncate(int descriptor, off_t size) noexcept {
   return ftruncate64(descriptor, size);
 }
 
-int fallocate64(int descriptor, int mode, off64_t offset, off64_t length) {
-  static auto* const function = real<int(int, int, off64_t, off64_t)>("fallocate64");
-  struct stat status {};
-  fstat(descriptor, &status);
-  const off64_t end = mode == 0 ? std::max(offset + length, status.st_size) : status.st_size;
-  return counted(CallKind::resize, pathOf(descriptor), status.st_ino,
-                 static_cast<std::uint64_t>(end),
-                 [&] { return function(descriptor, mode, offset, length); });
-}
-
-int fallocate(int descriptor, int mode, off_t offset, off_t length) {
-  return fallocate64(descriptor, mode, offset, length);
-}
-
-int posix_fallocate64(int descriptor, off64_t offset, off64_t length) {
-  return fallocate64(descriptor, 0, offset, length) == 0 ? 0 : errno;
-}
-
-int posix_fallocate(int descriptor, off_t offset, off_t length) {
-  return posix_fallocate64(descriptor, offset, length);
-}
-
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned int flags) noexcept {
   static auto* const function =
       real<int(int, const char*, int, const char*, unsigned int)>("renameat2");
-  return countedPair(CallKind::rename, pathOf(fromFolder, from), pathOf(toFolder, to),
-                     [&] { return function(fromFolder, from, toFolder, to, flags); });
-}
-
-int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
-  return renameat2(fromFolder, from, toFolder, to, 0);
+  return countedRename(pathOf(fromFolder, from), pathOf(toFolder, to),
+                       [&] { return function(fromFolder, from, toFolder, to, flags); });
 }
 
 int rename(const char* from, const char* to) noexcept {
   return renameat2(AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 
-int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
-  static auto* const function = real<int(int, const char*, int, const char*, int)>("linkat");
-  return countedPair(CallKind::link, pathOf(fromFolder, from), pathOf(toFolder, to),
-                     [&] { return function(fromFolder, from, toFolder, to, flags); });
-}
-
-int link(const char* from, const char* to) noexcept {
-  return linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
-}
-
 int unlink(const char* path) noexcept {
   static auto* const function = real<int(const char*)>("unlink");
   return countedRemove(pathOf(AT_FDCWD, path), function, path);
-}
-
-int unlinkat(int folder, const char* path, int flags) noexcept {
-  static auto* const function = real<int(int, const char*, int)>("unlinkat");
-  const std::string whole = pathOf(folder, path);
-  if ((flags & AT_REMOVEDIR) != 0 || !exists(whole)) return function(folder, path, flags);
-  return counted(CallKind::remove, whole, fileAt(whole), 0,
-                 [&] { return function(folder, path, flags); });
 }
 
 int remove(const char* path) noexcept {

@@ -27,7 +27,7 @@ std::vector<bool> momentsAt(std::uint64_t call) {
 TEST_P(Killed, AtACallNothingIsHalfDoneOrLost) {
   const Rehearsal rehearsal(workNamed(GetParam()));
   ASSERT_GT(rehearsal.calls(), 0U);
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 12)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 6)) {
     for (const bool before : momentsAt(call)) {
       SCOPED_TRACE(std::string("killed ") + (before ? "before" : "after") + " call " +
                    std::to_string(call) + " of " + std::to_string(rehearsal.calls()));
@@ -44,10 +44,9 @@ TEST_P(Killed, AtACallNothingIsHalfDoneOrLost) {
 
 /// The program that opens the file after a kill is killed too.
 TEST_P(Killed, InRecoveryNothingIsHalfDoneOrLost) {
-  if (repeatsCopyOfPanes(GetParam())) GTEST_SKIP() << "in long runs only";
   const Rehearsal rehearsal(workNamed(GetParam()));
   int recoveries = 0;
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 8)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 4)) {
     const TemporaryFolder left;
     rehearsal.begin(left.path());
     const Ended ended = rehearsal.disturbed(left.path(), killAt(call, false));

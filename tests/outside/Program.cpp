@@ -25,11 +25,9 @@ namespace {
 fs::path makeNotes() {
   std::string pattern = (fs::temp_directory_path() / "orv-notes-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for notes");
-  fs::permissions(pattern, fs::perms::owner_all | fs::perms::others_exec);
   const std::uint64_t none = 0;
   std::ofstream(fs::path(pattern) / "calls", std::ios::binary)
       .write(reinterpret_cast<const char*>(&none), sizeof none);
-  fs::permissions(fs::path(pattern) / "calls", fs::perms(0666));
   return pattern;
 }
 
@@ -59,7 +57,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-/// In the new process, before the program: where it is, what it prints to, who it is.
+/// In the new process, before the program: where it is and what it prints to.
 bool settle(const Surroundings& surroundings, const fs::path& notes) {
   const auto opens = [](int as, const fs::path& path, int flags) {
     const int descriptor = open(path.c_str(), flags, 0600);
@@ -71,11 +69,7 @@ bool settle(const Surroundings& surroundings, const fs::path& notes) {
       !opens(STDERR_FILENO, notes / "err", O_WRONLY | O_CREAT | O_APPEND)) {
     return false;
   }
-  if (chdir(surroundings.folder.c_str()) != 0) return false;
-  if (!surroundings.user) return true;
-  const gid_t group = surroundings.group;
-  umask(022);
-  return setgroups(0, nullptr) == 0 && setgid(group) == 0 && setuid(*surroundings.user) == 0;
+  return chdir(surroundings.folder.c_str()) == 0;
 }
 
 }  // namespace
@@ -108,20 +102,9 @@ Program::~Program() {
   if (!notes_.empty()) fs::remove_all(notes_, ignored);
 }
 
-bool Program::waitUntilStopped() {
-  waitpid(id_, &status_, WUNTRACED);
-  if (WIFSTOPPED(status_)) return true;
-  id_ = -1;
-  return false;
-}
-
 bool Program::hasEnded() {
   if (id_ > 0 && waitpid(id_, &status_, WNOHANG) == id_) id_ = -1;
   return id_ < 0;
-}
-
-void Program::signal(int number) const {
-  kill(id_, number);
 }
 
 Ended Program::end() {

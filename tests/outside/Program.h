@@ -36,8 +36,6 @@ struct Surroundings {
   Plan plan = {};
   std::filesystem::path recording = {};  ///< where the calls are recorded; nowhere when empty
   bool isWatched = true;                 ///< whether the preload library is there
-  std::optional<unsigned> user = {};     ///< as which it runs, where this process may choose
-  unsigned group = 0;
 };
 
 /// A process; killed at the latest with this object.
@@ -48,11 +46,8 @@ class Program {
   Program(Program&& other) noexcept;
   Program& operator=(Program&&) = delete;
 
-  /// Waits until it has stopped at a call; false when it has ended instead.
-  bool waitUntilStopped();
   /// Whether it has ended.
   bool hasEnded();
-  void signal(int number) const;
   /// Waits for its end.
   Ended end();
 

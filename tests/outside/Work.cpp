@@ -131,12 +131,6 @@ const Entry kEntries[] = {
        work.keepsContent = true;
        return work;
      }},
-    // The window pastes three panes and three frames.
-    {"paste", true,
-     [] {
-       return withOneCommand(prepareDatabase,
-                             {ORV_PASTE_PROGRAM, {foreignDatabase(), kDatabase, "Tried"}});
-     }},
 };
 
 }  // namespace
@@ -158,10 +152,6 @@ Work workNamed(const std::string& name) {
 bool needsCorpus(const std::string& workName) {
   return std::ranges::any_of(
       kEntries, [&](const Entry& entry) { return entry.name == workName && entry.needsCorpus; });
-}
-
-bool repeatsCopyOfPanes(const std::string& workName) {
-  return workName == "paste" && !isLongRun();
 }
 
 fs::path sourceFolder() {

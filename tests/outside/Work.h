@@ -38,8 +38,6 @@ struct Work {
 std::vector<std::string> workNames();
 Work workNamed(const std::string& name);
 bool needsCorpus(const std::string& workName);
-/// In the short form the paste, whose calls are those of a copy of panes, is spared some tests.
-bool repeatsCopyOfPanes(const std::string& workName);
 
 /// A folder with panes as text files, made once; and such a folder for each other source.
 std::filesystem::path sourceFolder();

@@ -2,12 +2,18 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+
 #include "model/Raised.h"
 #include "productfile/ProductFile.h"
+#include "textfile/Folder.h"
 
 namespace orv::test {
 namespace {
 
+using namespace std::chrono_literals;
 using productfile::ProductFile;
 
 /// A product of which a part is replaced by something else.
@@ -80,6 +86,10 @@ TEST(BadInputTest, IsToldWithItsPlace) {
        "a.json, " + kRows + ": a list of 1"},
       {productWith("10", "12.5"), kTypeMismatch, "Here a whole number is wanted",
        "a.json, /measured_data/spectral_data/angle_block/0/incidence_angle: 12.5"},
+      {productWith("10", "-2147483649"), kOverflow, "Too large a number",
+       "a.json, /measured_data/spectral_data/angle_block/0/incidence_angle: -2147483649"},
+      {productWith("\"name\"", "\"orv_record\": {\"hidden\": 1}, \"name\""), kTypeMismatch,
+       "Here true or false is wanted", "a.json, /orv_record/hidden: 1"},
       {productWith("angle_block", "angles"), kInvalidCall,
        "This is no product of a known form: there is neither /spectral_data/spectral_data, "
        "/physical_properties/optical_properties/optical_data/angle_blocks nor "
@@ -100,7 +110,7 @@ TEST(BadInputTest, IsToldWithItsPlace) {
 TEST(BadInputTest, PublishedValuesAreFractions) {
   for (const auto& [value, description] :
        {std::pair{"83.4", "This is no fraction. Values are between 0 and 1"},
-        std::pair{"2.01", "This is no fraction. Values are between 0 and 1"},
+        std::pair{"2.01", "This is no fraction. Values are between 0 and 1"}, std::pair{"2", ""},
         std::pair{"-1", "This is negative, and no such value is below 0"}}) {
     const ProductFile file(fmt::format(R"({{"spectral_data": {{"spectral_data": [
         {{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}}]}},
@@ -109,7 +119,10 @@ TEST(BadInputTest, PublishedValuesAreFractions) {
                            "a.json");
     const auto raised = raisedBy([&] { file.product(""); });
     EXPECT_EQ(raised.description, description);
-    EXPECT_EQ(raised.place, fmt::format("a.json, /integrated_results_summary/0/rfsol: {}", value));
+    EXPECT_EQ(raised.place,
+              raised.number == 0
+                  ? ""
+                  : fmt::format("a.json, /integrated_results_summary/0/rfsol: {}", value));
   }
 }
 
@@ -120,6 +133,33 @@ TEST(BadInputTest, InAListThePlaceBeginsWithTheProduct) {
   for (const char* pointer : {"/1", "/-1", "/0/name", "/x", ""}) {
     EXPECT_EQ(raisedBy([&] { file.product(pointer); }).number, kInvalidCall) << pointer;
   }
+}
+
+TEST(BadInputTest, FilesThatCannotBeReadAndDataThatAreNotThereAreRefused) {
+  const Folder folder;
+  const auto path = [&](const char* name) { return folder.path() / name; };
+  folder.write("large.json", "");
+  std::filesystem::resize_file(path("large.json"), productfile::kLargestFile + 1);
+  const auto large = raisedBy([&] { ProductFile::read(path("large.json")); });
+  EXPECT_EQ(large.number, kInvalidCall);
+  EXPECT_NE(large.description.find("has 268435457 bytes, and 268435456 are the most"),
+            std::string::npos)
+      << large.description;
+  EXPECT_EQ(raisedBy([&] { ProductFile::read(path("none.json")); }).number, kDeviceIo);
+
+  const auto angle =
+      raisedBy([] { ProductFile(productWith("4.5", "4"), "a.json").product("", 45); });
+  EXPECT_EQ(angle.description, "There are no data at 45 degrees");
+
+  setenv("TZ", "XYZ-05:30", 1);  // east of Greenwich
+  tzset();
+  folder.write("dated.json", productWith("4.5", "4"));
+  std::filesystem::last_write_time(
+      path("dated.json"), std::chrono::file_clock::from_sys(std::chrono::sys_seconds(1000h)));
+  EXPECT_EQ(ProductFile::read(path("dated.json")).product("").pane->FileDate(),
+            Date(1005h + 30min));
+  unsetenv("TZ");
+  tzset();
 }
 
 /// Memory and stack stay within bounds whatever the size.

@@ -1,8 +1,7 @@
-#include "sources/DataSources.h"
-
 #include <gtest/gtest.h>
 
 #include "errors/Error.h"
+#include "sources/DataSources.h"
 
 namespace orv::sources {
 namespace {
@@ -13,40 +12,12 @@ class DataSourcesTest : public ::testing::Test {
     return to.AddDataSource(type, text, nullptr, "", "");
   }
 
-  std::string keysOf(const DataSources& nodes) {
-    std::string keys;
-    for (const auto& node : nodes) keys += node->key() + " ";
-    return keys;
-  }
-
   DataSources top_{std::make_shared<KeyCounter>()};
 };
-
-TEST_F(DataSourcesTest, NumbersAllNodesOfTheTreeInTheOrderOfTheirAdding) {
-  const auto database = add(top_, DataType::orvDatabase3);
-  add(database->DataSources(), DataType::orv3Panes, "Panes");
-  add(database->DataSources(), DataType::orv3Frames, "Frames");
-  add(database->DataSources(), DataType::orv3Shadings, "Shadings");
-  add(top_, DataType::igdb);
-
-  EXPECT_EQ(keysOf(top_), "1key 5key ");
-  EXPECT_EQ(keysOf(database->DataSources()), "2key 3key 4key ");
-}
 
 TEST_F(DataSourcesTest, NeverUsesAKeyAgain) {
   top_.RemoveDataSource(add(top_, DataType::igdb)->key());
   EXPECT_EQ(add(top_, DataType::igdb)->key(), "2key");
-}
-
-TEST_F(DataSourcesTest, ANewNodeHasWhatItIsGivenAndNoParent) {
-  const auto node = top_.AddDataSource(DataType::orv3Panes, "text", nullptr, "/folder", "file");
-  EXPECT_EQ(node->DataType(), 8);
-  EXPECT_EQ(node->text(), "text");
-  EXPECT_EQ(node->Folder(), "/folder");
-  EXPECT_EQ(node->filename(), "file");
-  EXPECT_EQ(node->Parent(), nullptr);
-  EXPECT_EQ(node->ADOConnection(), nullptr);
-  EXPECT_EQ(node->DataSources().count(), 0);
 }
 
 TEST_F(DataSourcesTest, DerivesTheRecordSetsFromTheType) {
@@ -72,15 +43,6 @@ TEST_F(DataSourcesTest, DerivesTheRecordSetsFromTheType) {
   }
 }
 
-TEST_F(DataSourcesTest, RemovingGivesTheNodeThatIsFirstThen) {
-  const auto first = add(top_, DataType::igdb);
-  const auto second = add(top_, DataType::igdb);
-  const auto third = add(top_, DataType::igdb);
-  EXPECT_EQ(top_.RemoveDataSource(first->key()), second);
-  EXPECT_EQ(top_.RemoveDataSource(third->key()), second);
-  EXPECT_EQ(top_.RemoveDataSource(second->key()), nullptr);
-}
-
 TEST_F(DataSourcesTest, FindsItemsByPositionAndKeyAndNodesInTheWholeTree) {
   const auto first = add(top_, DataType::orvDatabase3);
   const auto child = add(first->DataSources(), DataType::orv3Panes);
@@ -101,8 +63,8 @@ TEST_F(DataSourcesTest, AConnectionGoesWithTheLastNodeThatHoldsIt) {
   // Stands for a connection: only its lifetime matters here.
   auto token = std::make_shared<int>(0);
   const std::weak_ptr<int> alive = token;
-  std::shared_ptr<store::Connection> connection(
-      token, reinterpret_cast<store::Connection*>(token.get()));
+  std::shared_ptr<store::Connection> connection(token,
+                                                reinterpret_cast<store::Connection*>(token.get()));
   token.reset();
   auto database = top_.AddDataSource(DataType::igdb, "a", connection, "", "");
   auto panes = database->DataSources().AddDataSource(DataType::optics5Panes, "Panes",

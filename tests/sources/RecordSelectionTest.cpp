@@ -1,9 +1,8 @@
-#include "sources/RecordSelection.h"
-
 #include <gtest/gtest.h>
 
 #include "errors/Error.h"
 #include "sources/DataSources.h"
+#include "sources/RecordSelection.h"
 
 namespace orv::sources {
 namespace {
@@ -51,21 +50,6 @@ TEST(RecordSelectionTest, ACloneGoesItsOwnWay) {
   EXPECT_EQ(original.SelectedRecordID(3), "30");
   EXPECT_EQ(clone.DataSourcePtr(), node);
   EXPECT_EQ(clone.RecordsCount(), 3);
-}
-
-TEST(RecordSelectionTest, KeepsTheSourceOfItsNodeAfterItsRemoval) {
-  DataSources top(std::make_shared<KeyCounter>());
-  RecordSelection selection;
-  {
-    const auto database = top.AddDataSource(DataType::igdb, "a", nullptr, "", "");
-    const auto panes =
-        database->DataSources().AddDataSource(DataType::optics5Panes, "Panes", nullptr, "", "");
-    panes->Parent(database);
-    selection = threeRecords(panes);
-    top.RemoveDataSource(database->key());
-  }
-  ASSERT_NE(selection.DataSourcePtr()->Parent(), nullptr);
-  EXPECT_EQ(selection.DataSourcePtr()->Parent()->DataType(), DataType::igdb);
 }
 
 }  // namespace

@@ -33,9 +33,7 @@ void insert(Database& database, const char* table, int from, int to, std::size_t
             std::size_t pictureLength = 0) {
   Transaction all(database.pager());
   const auto target = database.table(table);
-  for (int id = from; id < to; ++id) {
-    target->insert(note(id, noteLength, pictureLength));
-  }
+  for (int id = from; id < to; ++id) target->insert(note(id, noteLength, pictureLength));
   all.commit();
 }
 
@@ -49,9 +47,7 @@ void erase(Database& database, const char* table, const std::function<bool(int)>
       doomed.push_back(scan.rowId());
     }
   }
-  for (const RowId row : doomed) {
-    target->erase(row);
-  }
+  for (const RowId row : doomed) target->erase(row);
   all.commit();
 }
 
@@ -68,63 +64,6 @@ void makeNotes(const std::string& path, int rows) {
   const auto database = createDatabase(path);
   createTable(*database, notesTable("Notes"));
   insert(*database, "Notes", 0, rows);
-}
-
-std::string describe(const Column& column, const Value& value) {
-  if (column.type == dateTime || value.isNull()) {
-    return "-";
-  }
-  if (const Bytes* bytes = value.getIf<Bytes>()) {
-    const std::string_view all(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    return fmt::format("{} bytes {:x}", all.size(), std::hash<std::string_view>()(all));
-  }
-  return value.toText();
-}
-
-std::string describe(const TableDefinition& definition, const RowView& row) {
-  std::string line;
-  for (const Column& column : definition.columns) {
-    line += describe(column, row.value(column)) + '|';
-  }
-  return line;
-}
-
-/// The index gives each row that has an entry once.
-void expectAllRows(const Table& table, const RealIndex& index,
-                   const std::vector<RowId>& rowsWithEntry) {
-  std::vector<RowId> found;
-  for (IndexCursor cursor = table.index(index.number).first(); cursor.next();) {
-    found.push_back(cursor.rowId());
-  }
-  std::sort(found.begin(), found.end());
-  EXPECT_EQ(found, rowsWithEntry) << "index " << index.number << " of " << table.name();
-}
-
-std::string describe(const Table& table) {
-  Pager::ReadLock lock(table.pager());
-  const TableDefinition& definition = table.definition();
-  std::vector<std::string> lines;
-  std::vector<std::vector<RowId>> entries(definition.realIndexes.size());
-  for (TableScan scan = table.scan(); scan.next();) {
-    lines.push_back(describe(definition, scan.row()));
-    std::vector<Value> values;
-    for (const Column& column : definition.columns) {
-      values.push_back(scan.row().value(column));
-    }
-    for (const RealIndex& index : definition.realIndexes) {
-      if (hasEntry(index, values)) {
-        entries[index.number].push_back(scan.rowId());
-      }
-    }
-  }
-  EXPECT_EQ(table.rowCount(), lines.size()) << table.name();
-  for (const RealIndex& index : definition.realIndexes) {
-    std::sort(entries[index.number].begin(), entries[index.number].end());
-    expectAllRows(table, index, entries[index.number]);
-  }
-  std::sort(lines.begin(), lines.end());
-  return fmt::format("{} with {} indexes:\n{}\n", table.name(), definition.realIndexes.size(),
-                     fmt::join(lines, "\n"));
 }
 
 }  // namespace
@@ -183,16 +122,6 @@ CrashScenario joinsOfIndexPages() {
                       eraseWhere([](int id) { return id % 16 == 0; }),
                       [](Database& d) { insert(d, "Notes", 1000, 1100); },
                       eraseWhere([](int) { return true; })}};
-}
-
-std::string describe(Database& database) {
-  std::string text;
-  for (const CatalogEntry& entry : std::vector(database.entries())) {
-    if (entry.kind == CatalogEntry::Kind::table) {
-      text += describe(*database.table(entry.name));
-    }
-  }
-  return text;
 }
 
 }  // namespace orv::test

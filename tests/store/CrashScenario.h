@@ -9,7 +9,7 @@
 
 namespace orv::test {
 
-/// A file and a run of commits on it, each of which changes what describe() gives.
+/// A file and a run of commits on it, each of which changes what describe() of FileContent.h gives.
 struct CrashScenario {
   using Step = std::function<void(store::jet::Database&)>;
   std::string name;
@@ -25,9 +25,5 @@ CrashScenario newTablesAndIndexes();
 CrashScenario growthOfMaps();
 /// Deletions after which pages of indexes are joined and freed, until nothing is left.
 CrashScenario joinsOfIndexPages();
-
-/// All that a database holds, as text: rows of every table, without dates, as the table and each
-/// of its indexes give them. Fails the test where these differ.
-std::string describe(store::jet::Database& database);
 
 }  // namespace orv::test

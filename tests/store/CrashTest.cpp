@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "errors/Error.h"
-#include "store/Check.h"
 #include "store/CrashScenario.h"
+#include "store/FileContent.h"
 #include "store/StoreError.h"
 #include "support/MemoryFiles.h"
 
@@ -73,9 +73,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
         return work();
       } catch (const Error& error) {
         EXPECT_EQ(error.number(), kStoreFailure) << error.what();
-        if (failures == kMostFailures) {
-          throw;
-        }
+        if (failures == kMostFailures) throw;
       }
     }
   }
@@ -105,8 +103,7 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
     EXPECT_TRUE(found == states_[returned] ||
                 (returned + 1 < states_.size() && found == states_[returned + 1]))
         << when << ", " << returned << " commits had returned";
-    const CheckReport report = checkFile(test::kFile, "");
-    EXPECT_TRUE(report.sound()) << when << ": " << report.faults.front().toText();
+    test::expectSound(test::kFile);
   }
 
   test::MemoryFiles files_;
@@ -134,7 +131,7 @@ TEST_P(Crash, LossOfPowerDuringRecoveryLosesNoCommit) {
   const std::size_t step = isLongRun() ? 1 : calls_ / 8 + 1;
   for (std::size_t call = 1; call < calls_ && !HasFailure(); call += step) {
     bool recovered = false;
-    for (std::size_t second = 0; !recovered; ++second) {
+    for (std::size_t second = 0; !recovered; second += isLongRun() ? 1 : 1 + second / 4) {
       startAnew();
       files_.losePowerAt(call);
       const std::size_t returned = run();
@@ -163,9 +160,7 @@ TEST_P(Crash, FailureOfAnyCallsIsUndoneAndTheNextTrySucceeds) {
       runWithFurtherTries(failures, when);
       files_.failAt(0, 0);
       expectWholeState(scenario_.commits.size(), when);
-      if (HasFailure()) {
-        return;
-      }
+      if (HasFailure()) return;
     }
   }
 }

@@ -41,9 +41,7 @@ const RealIndex& DamagedFile::index(const std::string& table, const std::string&
 
 std::vector<RowId> DamagedFile::rows(const std::string& table) {
   std::vector<RowId> rows;
-  for (TableScan scan = database_->table(table)->scan(); scan.next();) {
-    rows.push_back(scan.rowId());
-  }
+  for (TableScan scan = database_->table(table)->scan(); scan.next();) rows.push_back(scan.rowId());
   return rows;
 }
 

@@ -1,10 +1,9 @@
 // Indexes that other programs have made, in files that are made here: keys of another form, sort
-// orders that are known in part; and what a definition says of its indexes.
+// orders that are known in part.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
+#include <functional>
 #include <set>
 
 #include "errors/Error.h"
@@ -162,42 +161,6 @@ TEST_F(ForeignIndex, SortOrderKnownInPart) {
   EXPECT_EQ(entries(0), 5U);
   EXPECT_EQ(entries(1), 5U);
   check();
-}
-
-TEST_F(ForeignIndex, DefinitionsCountDifferentKeys) {
-  std::mt19937 random(3);
-  std::map<RowId, std::pair<int, std::string>> model;
-  const auto name = [&] { return "maker " + std::to_string(random() % 40); };
-  Transaction transaction(database_->pager());
-  for (int i = 0; i < 2500; ++i) {
-    const auto chosen =
-        model.empty() ? model.end() : std::next(model.begin(), random() % model.size());
-    if (random() % 3 != 0 || model.empty()) {
-      const std::string made = name();
-      const int id = static_cast<int>(random() % 20);
-      model[insert(id, made)] = {id, made};
-    } else if (random() % 2 == 0) {
-      chosen->second.second = name();
-      update(chosen->first, chosen->second.first, chosen->second.second);
-    } else {
-      table_->erase(chosen->first);
-      model.erase(chosen);
-    }
-  }
-  std::set<std::string> names;
-  std::set<std::pair<int, std::string>> both;
-  for (const auto& [row, values] : model) {
-    names.insert(values.second);
-    both.insert(values);
-  }
-  EXPECT_EQ(table_->keyCount(0), names.size());
-  EXPECT_EQ(table_->keyCount(1), both.size());
-  while (!model.empty()) {
-    table_->erase(model.begin()->first);
-    model.erase(model.begin());
-  }
-  EXPECT_EQ(table_->keyCount(0), 0U);
-  EXPECT_EQ(table_->keyCount(1), 0U);
 }
 
 /// A column of GUIDs that the engine makes, as Access has it.

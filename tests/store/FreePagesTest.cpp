@@ -32,18 +32,14 @@ std::ostream& operator<<(std::ostream& out, const Form& form) {
 Bytes pointers(std::size_t size, const std::map<std::size_t, PageNumber>& places) {
   Bytes row(size, 0);
   row[0] = 1;
-  for (const auto& [index, page] : places) {
-    store32(&row[1 + 4 * index], page);
-  }
+  for (const auto& [index, page] : places) store32(&row[1 + 4 * index], page);
   return row;
 }
 
 /// The first page of rows of the table: no page of bits.
 PageNumber pageOfRows(Pager& pager) {
   PageNumber page = FreePages::kFirst;
-  while (pager.read(page).type() != PageType::data) {
-    ++page;
-  }
+  while (pager.read(page).type() != PageType::data) ++page;
   return page;
 }
 
@@ -102,12 +98,8 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
                  .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
     open();
     change([&] {
-      for (int id = 0; id < 300; ++id) {
-        insert(id);
-      }
-      for (int id = 0; id < 300; id += 10) {
-        erase(id);
-      }
+      for (int id = 0; id < 300; ++id) insert(id);
+      for (int id = 0; id < 300; id += 10) erase(id);
     });
     change([&] {
       Pager& pager = database_->pager();
@@ -165,31 +157,21 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
 TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
   expectSound();
   change([&] {
-    for (int id = 1; id < 300; id += 10) {
-      erase(id);
-    }
-    for (int id = 1000; id < 1100; ++id) {
-      insert(id);
-    }
+    for (int id = 1; id < 300; id += 10) erase(id);
+    for (int id = 1000; id < 1100; ++id) insert(id);
   });
   expectSound();
   change([&] {
-    for (int id = 1100; id < 1400; ++id) {
-      insert(id);
-    }
+    for (int id = 1100; id < 1400; ++id) insert(id);
   });
   expectSound();
   EXPECT_GT(database_->pager().pageCount(), 8 * (kOwnRow - 5));
   change([&] {
-    while (!rows_.empty()) {
-      erase(rows_.begin()->first);
-    }
+    while (!rows_.empty()) erase(rows_.begin()->first);
   });
   expectSound();
   change([&] {
-    for (int id = 0; id < 200; ++id) {
-      insert(id);
-    }
+    for (int id = 0; id < 200; ++id) insert(id);
   });
   expectSound();
 }
@@ -202,9 +184,7 @@ TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
   FreePages free(pager);
   const PageNumber first = pager.append();
   const PageNumber second = pager.append();
-  while (pager.pageCount() < 8 * (kOwnRow - 5)) {
-    free.remove(pager.append());
-  }
+  while (pager.pageCount() < 8 * (kOwnRow - 5)) free.remove(pager.append());
   free.add(first);
   free.add(second);
   const PageNumber beyond = pager.append();

@@ -241,7 +241,7 @@ TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
   while (!model_.empty()) {
     auto victim = model_.lower_bound(entry(random_() % kNumbers));
     erase(victim == model_.end() ? *model_.rbegin() : Entry(*victim));
-    if (model_.size() % 50 == 0) check();
+    if (model_.size() % 150 == 0) check();
   }
   check();
   EXPECT_EQ(pages_, 1u);
@@ -249,7 +249,7 @@ TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
 
 TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
   std::set<Entry> all;
-  for (std::uint32_t i = 0; i < 2000; ++i) all.insert(entry(i));
+  for (std::uint32_t i = 0; i < 1200; ++i) all.insert(entry(i));
   for (const Entry& each : all) insert(each);
   check();
   for (auto each = all.rbegin(); each != all.rend(); ++each) erase(*each);
@@ -267,10 +267,10 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
   for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
-    for (int burst = 0; burst < 60; ++burst) {
+    for (int burst = 0; burst < 24; ++burst) {
       const bool erases = random_() % 8 < static_cast<unsigned>(run);
       const int step = burst % 2 == 0 ? 1 : -1;
-      std::uint32_t number = 500 + random_() % 4000;
+      std::uint32_t number = 500 + random_() % 2000;
       for (int i = 0; i < 100; ++i, number += step) {
         const Entry chosen = entry(number);
         if (erases) {
@@ -305,7 +305,7 @@ TEST_F(IndexTreeTest, KeysThatAscendFillTheirPages) {
 }
 
 TEST_F(IndexTreeTest, NearlyEmptyLeavesAreJoined) {
-  constexpr std::uint32_t kCount = 8'000;
+  constexpr std::uint32_t kCount = 5'000;
   for (std::uint32_t i = 0; i < kCount; ++i) insert(numberEntry(i));
   check();
   const std::size_t before = pages_;
@@ -313,7 +313,7 @@ TEST_F(IndexTreeTest, NearlyEmptyLeavesAreJoined) {
     if (i % 20 != 0) erase(numberEntry(i));
   }
   check();
-  EXPECT_LT(pages_, before / 3);
+  EXPECT_LT(pages_, before / 2);
 }
 
 TEST_F(IndexTreeTest, ANodeWithOneChildGrowsAgain) {
@@ -505,7 +505,7 @@ TEST_F(DamagedIndex, AnyBytesEndInOrder) {
     const PageRef bytes = pager_->read(number);
     good.emplace_back(bytes.data(), bytes.data() + bytes.size());
   }
-  for (int round = 0; round < 600; ++round) {
+  for (int round = 0; round < 150; ++round) {
     for (PageNumber number = kMaps; number < good.size(); ++number) {
       std::copy(good[number].begin(), good[number].end(), page(number));
     }

@@ -77,9 +77,7 @@ class Process {
   [[noreturn]] static void run(const std::function<void(const Tell&)>& work, int pipe) {
     try {
       work([&](std::int32_t number) {
-        if (::write(pipe, &number, sizeof number) != sizeof number) {
-          ::_exit(2);
-        }
+        if (::write(pipe, &number, sizeof number) != sizeof number) ::_exit(2);
       });
     } catch (const std::exception& error) {
       std::fprintf(stderr, "the other process: %s\n", error.what());
@@ -125,9 +123,7 @@ class Ledger {
         old.push_back(scan.rowId());
       }
     }
-    for (const RowId row : old) {
-      table_->erase(row);
-    }
+    for (const RowId row : old) table_->erase(row);
     for (int i = 0; i < sizeOf(batch); ++i) {
       const std::string note(i % 9 == 0 ? 200 * static_cast<std::size_t>(i) : 20, 'n');
       table_->insert(std::vector<Value>{writer, batch, i, note});
@@ -163,9 +159,7 @@ class Ledger {
 /// The batches that are there when `last` was the last to be committed.
 std::set<int> windowUpTo(int last) {
   std::set<int> batches;
-  for (int batch = std::max(0, last - kWindow + 1); batch <= last; ++batch) {
-    batches.insert(batch);
-  }
+  for (int batch = std::max(0, last - kWindow + 1); batch <= last; ++batch) batches.insert(batch);
   return batches;
 }
 
@@ -215,9 +209,7 @@ TEST_F(Processes, AWriterThatIsKilledLeavesWholeCommitsAndTheOtherGoesOn) {
     }
     killer.join();
     EXPECT_TRUE(other.wasKilled());
-    while (const auto told = other.hear()) {
-      killedLast = *told;
-    }
+    while (const auto told = other.hear()) killedLast = *told;
     EXPECT_EQ(ledger.batchesOf(kSurvivor), windowUpTo(survivorsLast));
     const std::set<int> found = ledger.batchesOf(kKilled);
     if (found == windowUpTo(killedLast + 1)) {
@@ -249,9 +241,7 @@ TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
   EXPECT_EQ(noteOf().toText(), "after");
   EXPECT_EQ(table->rowCount(), 2U);
   std::size_t rows = 0;
-  for (TableScan scan = table->scan(); scan.next();) {
-    ++rows;
-  }
+  for (TableScan scan = table->scan(); scan.next();) ++rows;
   EXPECT_EQ(rows, 2U);
   EXPECT_NE(database->find("Later"), nullptr);
   EXPECT_THROW(table->insert(std::vector<Value>{1, 1, 2, "again"}), Error);
@@ -288,9 +278,7 @@ TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
   Process other([&](const Process::Tell& tell) {
     Ledger ledger(path_);
     tell(0);
-    while (!std::filesystem::exists(firstHasRead)) {
-      std::this_thread::sleep_for(1ms);
-    }
+    while (!std::filesystem::exists(firstHasRead)) std::this_thread::sleep_for(1ms);
     const auto time = std::filesystem::last_write_time(path_);
     ledger.commit(2, 3);
     std::filesystem::last_write_time(path_, time);
@@ -308,9 +296,7 @@ TEST_F(Processes, AChangeIsNoticedWithoutItsTime) {
 TEST_F(Processes, ACheckLetsAWriterInAndTellsWhatIsThereThen) {
   {
     Ledger ledger(path_);
-    for (int batch = 84; batch < 90; ++batch) {
-      ledger.commit(1, batch);
-    }
+    for (int batch = 84; batch < 90; ++batch) ledger.commit(1, batch);
   }
   Process other([&](const Process::Tell& tell) {
     Ledger ledger(path_);

@@ -27,24 +27,18 @@ bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
 /// an order that the store does not know.
 std::optional<Bytes> comparedKey(const TableDefinition& definition, const RealIndex& index,
                                  const std::vector<Value>& values) {
-  if (anyNull(index, values)) {
-    return std::nullopt;
-  }
+  if (anyNull(index, values)) return std::nullopt;
   try {
     return makeKey(definition, index, values);
   } catch (const Error& error) {
-    if (error.number() != kNotSupported) {
-      throw;
-    }
+    if (error.number() != kNotSupported) throw;
     return std::nullopt;
   }
 }
 
 std::vector<Value> valuesOf(const Table& table, const RowView& row) {
   std::vector<Value> values;
-  for (const Column& column : table.definition().columns) {
-    values.push_back(row.value(column));
-  }
+  for (const Column& column : table.definition().columns) values.push_back(row.value(column));
   return values;
 }
 
@@ -100,9 +94,7 @@ RandomChanges::RandomChanges(std::string path, std::string password,
       random_(seed),
       period_(std::max<std::size_t>(period, 1)) {
   for (const CatalogEntry& entry : database_->entries()) {
-    if (entry.kind != CatalogEntry::Kind::table || entry.isSystem()) {
-      continue;
-    }
+    if (entry.kind != CatalogEntry::Kind::table || entry.isSystem()) continue;
     ModelledTable& model = tables_.emplace_back();
     model.table = database_->table(entry.name);
     model.keys.resize(model.table->definition().realIndexes.size());
@@ -120,9 +112,7 @@ void RandomChanges::reopen() {
   }
   database_.reset();
   database_ = Database::open(path_, password_);
-  for (std::size_t i = 0; i < tables_.size(); ++i) {
-    tables_[i].table = database_->table(names[i]);
-  }
+  for (std::size_t i = 0; i < tables_.size(); ++i) tables_[i].table = database_->table(names[i]);
 }
 
 // Values --------------------------------------------------------------------------------------
@@ -140,9 +130,7 @@ std::string RandomChanges::text(std::size_t most) {
   static const char* const kBeginnings[] = {"", "", "Clear float ", "Clear float 6", "low-e ", "A"};
   std::string text = kBeginnings[below(std::size(kBeginnings))];
   const std::size_t wanted = oneIn(8) ? most : below(std::min<std::size_t>(most, 24) + 1);
-  while (text.size() < wanted) {
-    text += kPieces[below(oneIn(3) ? std::size(kPieces) : 7)];
-  }
+  while (text.size() < wanted) text += kPieces[below(oneIn(3) ? std::size(kPieces) : 7)];
   while (utf16FromUtf8(text).size() > most) {
     text.pop_back();
     while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xc0) == 0x80) {
@@ -157,9 +145,7 @@ std::string RandomChanges::text(std::size_t most) {
 
 Bytes RandomChanges::bytes(std::size_t most) {
   Bytes bytes(below(most + 1));
-  for (auto& byte : bytes) {
-    byte = static_cast<std::uint8_t>(oneIn(3) ? 0 : below(256));
-  }
+  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(oneIn(3) ? 0 : below(256));
   return bytes;
 }
 
@@ -169,9 +155,7 @@ std::size_t RandomChanges::longLength() {
 }
 
 Value RandomChanges::value(const Column& column) {
-  if (oneIn(9)) {
-    return column.type == boolean ? Value(false) : Value();
-  }
+  if (oneIn(9)) return column.type == boolean ? Value(false) : Value();
   const auto whole = [&](std::int32_t most) {
     const std::int32_t number = static_cast<std::int32_t>(below(static_cast<std::size_t>(most)));
     return oneIn(2) ? number : -number;
@@ -202,9 +186,7 @@ Value RandomChanges::value(const Column& column) {
       return padded(bytes(column.length), column.length, std::uint8_t{0});
     case guid: {
       Guid guid{};
-      for (auto& byte : guid.bytes) {
-        byte = static_cast<std::uint8_t>(below(oneIn(2) ? 3 : 256));
-      }
+      for (auto& byte : guid.bytes) byte = static_cast<std::uint8_t>(below(oneIn(2) ? 3 : 256));
       return guid;
     }
     case numeric: {
@@ -261,43 +243,34 @@ void RandomChanges::change(std::size_t operations) {
     for (std::size_t single = below(most) + 1; single > 0; --single) {
       changeOnce(tables_[below(tables_.size())], true);
     }
-    undo_.clear();
   }
 }
 
 void RandomChanges::changeInOneTransaction(std::size_t most) {
   const std::size_t count = 1 + below(most);
   const bool isUndone = oneIn(10);
+  const std::vector<ModelledTable> before = isUndone ? tables_ : std::vector<ModelledTable>();
   {
     Transaction transaction(database_->pager());
-    for (std::size_t i = 0; i < count; ++i) {
-      changeOnce(tables_[below(tables_.size())], false);
-    }
-    if (!isUndone) {
-      transaction.commit();
-    }
+    for (std::size_t i = 0; i < count; ++i) changeOnce(tables_[below(tables_.size())], false);
+    if (!isUndone) transaction.commit();
   }
   if (isUndone) {
-    undoModel();
+    tables_ = before;
     ++undone_;
   }
-  undo_.clear();
 }
 
 /// One change of a table. Rows that must be refused are only tried `alone`: within a transaction
 /// they would undo all of it.
 void RandomChanges::changeOnce(ModelledTable& model, bool alone) {
   ++operations_;
-  if (model.table->definition().columns.empty()) {
-    return;
-  }
+  if (model.table->definition().columns.empty()) return;
   const bool grows = operations_ % period_ < period_ * 2 / 3;
   const std::size_t action = below(10);
   if (model.rows.empty() || action < (grows ? 6 : 2)) {
     std::vector<Value> values = newRow(model);
-    while (!refusal(model, values, nullptr).empty() && !oneIn(4)) {
-      values = newRow(model);
-    }
+    while (!refusal(model, values, nullptr).empty() && !oneIn(4)) values = newRow(model);
     if (refusal(model, values, nullptr).empty()) {
       write(model, Action::insert, {}, std::move(values));
     } else if (alone) {
@@ -330,10 +303,9 @@ void RandomChanges::write(ModelledTable& model, Action action, RowId row,
     Savepoint savepoint(database_->pager());
     makeChange(model, action, row, std::move(values));
     savepoint.commit();
+    ++model.changes;
   } catch (const Error& error) {
-    if (!isBeyondStore(error)) {
-      throw;
-    }
+    if (!isBeyondStore(error)) throw;
     ++model.unsupported[error.description()];
   }
 }
@@ -343,23 +315,19 @@ void RandomChanges::makeChange(ModelledTable& model, Action action, RowId row,
   switch (action) {
     case Action::insert: {
       row = model.table->insert(values);
-      if (model.rows.contains(row)) {
-        throw std::logic_error("a new row was put where one is");
-      }
+      if (model.rows.contains(row)) throw std::logic_error("a new row was put where one is");
       for (std::size_t i = 0; i < values.size(); ++i) {
         const Column& column = model.table->definition().columns[i];
-        if (isMade(column)) {
-          values[i] = model.table->row(row)->value(column);
-        }
+        if (isMade(column)) values[i] = model.table->row(row)->value(column);
       }
-      return remember(model, row, std::move(values));
+      return put(model, row, std::move(values));
     }
     case Action::update:
       model.table->update(row, values);
-      return remember(model, row, std::move(values));
+      return put(model, row, std::move(values));
     case Action::erase:
       model.table->erase(row);
-      return remember(model, row, std::nullopt);
+      return put(model, row, std::nullopt);
   }
 }
 
@@ -384,15 +352,6 @@ void RandomChanges::expectRefusal(ModelledTable& model, Action action, RowId row
                          refusal(model, values, nullptr));
 }
 
-void RandomChanges::remember(ModelledTable& model, RowId row,
-                             std::optional<std::vector<Value>> values) {
-  const auto found = model.rows.find(row);
-  ++model.changes;
-  undo_.push_back(
-      {&model, row, found == model.rows.end() ? std::nullopt : std::optional(found->second)});
-  put(model, row, std::move(values));
-}
-
 /// Gives a row of the model these values, or takes it away.
 void RandomChanges::put(ModelledTable& model, RowId row, std::optional<std::vector<Value>> values) {
   const TableDefinition& definition = model.table->definition();
@@ -400,9 +359,7 @@ void RandomChanges::put(ModelledTable& model, RowId row, std::optional<std::vect
     for (const RealIndex& index : definition.realIndexes) {
       const auto key = index.unique ? comparedKey(definition, index, of) : std::nullopt;
       auto& keys = model.keys[index.number];
-      if (key && (keys[*key] += change) == 0) {
-        keys.erase(*key);
-      }
+      if (key && (keys[*key] += change) == 0) keys.erase(*key);
     }
   };
   if (const auto found = model.rows.find(row); found != model.rows.end()) {
@@ -412,12 +369,6 @@ void RandomChanges::put(ModelledTable& model, RowId row, std::optional<std::vect
   if (values) {
     count(*values, 1);
     model.rows.emplace(row, std::move(*values));
-  }
-}
-
-void RandomChanges::undoModel() {
-  for (auto change = undo_.rbegin(); change != undo_.rend(); ++change) {
-    put(*change->table, change->row, std::move(change->before));
   }
 }
 

@@ -45,11 +45,6 @@ class RandomChanges {
   std::size_t undoneTransactions() const { return undone_; }
 
  private:
-  struct Undo {
-    ModelledTable* table;
-    store::jet::RowId row;
-    std::optional<std::vector<store::Value>> before;  ///< none: the row was not there
-  };
   enum class Action { insert, update, erase };
   using Rows = decltype(ModelledTable::rows);
 
@@ -70,11 +65,8 @@ class RandomChanges {
                   std::vector<store::Value> values);
   void expectRefusal(ModelledTable& model, Action action, store::jet::RowId row,
                      const std::vector<store::Value>& values);
-  void remember(ModelledTable& model, store::jet::RowId row,
-                std::optional<std::vector<store::Value>> values);
   void put(ModelledTable& model, store::jet::RowId row,
            std::optional<std::vector<store::Value>> values);
-  void undoModel();
 
   std::string path_;
   std::string password_;
@@ -82,7 +74,6 @@ class RandomChanges {
   std::mt19937 random_;
   std::size_t period_;
   std::vector<ModelledTable> tables_;
-  std::vector<Undo> undo_;  ///< of the transaction under way
   std::size_t operations_ = 0;
   std::size_t refused_ = 0;
   std::size_t undone_ = 0;

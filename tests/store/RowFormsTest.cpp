@@ -1,19 +1,28 @@
-// Rows as Access leaves them when columns are added to their table, or deleted.
+// Rows and values as Access leaves them: of tables whose columns were added or deleted, of forms
+// that only Access writes; and rows that a page or a file can lose.
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "store/Check.h"
+#include "errors/Error.h"
+#include "model/Raised.h"
+#include "store/FileContent.h"
+#include "store/SampleFile.h"
+#include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
+#include "store/jet/catalog/EmptyDatabase.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/Text.h"
+#include "store/jet/row/CalculatedValue.h"
+#include "store/jet/row/Row.h"
 #include "support/MemoryFiles.h"
+#include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
 namespace {
 
-using Rows = std::vector<std::vector<Value>>;
+using test::Rows;
 
 class RowForms : public testing::Test {
  protected:
@@ -33,17 +42,8 @@ class RowForms : public testing::Test {
   }
   void expectRows(const Rows& expected) {
     open();
-    Rows found;
-    for (TableScan scan = table_->scan(); scan.next();) {
-      std::vector<Value>& values = found.emplace_back();
-      for (const Column& column : table_->definition().columns) {
-        values.push_back(scan.row().value(column));
-      }
-    }
-    EXPECT_EQ(found, expected);
-    for (const CheckFinding& fault : checkFile(test::kFile, "").faults) {
-      ADD_FAILURE() << fault.toText();
-    }
+    EXPECT_EQ(test::rowsOf(*table_), expected);
+    test::expectSound(test::kFile);
   }
 
   test::MemoryFiles files_;
@@ -78,9 +78,7 @@ TEST_F(RowForms, RowsOfBeforeTheFirstTextColumnHaveNoVariablePart) {
     firstRow_ = i == 0 ? row : firstRow_;
   }
   Transaction transaction(database_->pager());
-  for (std::uint8_t i = 0; i < 4; ++i) {
-    rewriteRow(i, rowOfNumbers(2, i, i / 8.0));
-  }
+  for (std::uint8_t i = 0; i < 4; ++i) rewriteRow(i, rowOfNumbers(2, i, i / 8.0));
   transaction.commit();
   expectRows(rows);
 
@@ -127,17 +125,13 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
 // A count of rows in a file is a hint, whatever it is.
 TEST_F(RowForms, RowsAreCountedByThePages) {
   create({.name = "Forms", .columns = {{.name = "whole", .type = ColumnType::longInteger}}});
-  for (int i = 0; i < 5; ++i) {
-    table_->insert(std::vector<Value>{i});
-  }
+  for (int i = 0; i < 5; ++i) table_->insert(std::vector<Value>{i});
   for (const std::uint32_t said : {0xffffffffU, 0U, 3U}) {
     Transaction transaction(database_->pager());
     store32(database_->pager().modify(table_->definition().page) + kJet4.definition.rowCount, said);
     transaction.commit();
     EXPECT_EQ(table_->countRows(), 5U);
-    const CheckReport report = checkFile(test::kFile, "");
-    EXPECT_TRUE(report.sound());
-    EXPECT_EQ(report.remarkCount, 1U);
+    EXPECT_EQ(test::expectSound(test::kFile).remarkCount, 1U);
   }
   while (table_->countRows() > 0) {
     TableScan scan = table_->scan();
@@ -154,6 +148,106 @@ TEST(NameTest, CaseDoesNotTellNamesApart) {
   for (const char* other : {"pane", "paneids", "panejd", "", "[aneid", "päneid"}) {
     EXPECT_FALSE(sameName("PaneID", other)) << other;
     EXPECT_FALSE(sameName(other, "PaneID")) << other;
+  }
+}
+
+/// The page that took the last row is not used any more when it was freed since: by the deletion
+/// of its rows, or by undoing what took it.
+TEST(FreedPage, TakesNoRows) {
+  test::MemoryFiles files;
+  const auto database = createDatabase("freed.mdb");
+  createTable(*database, {.name = "Notes", .columns = {{"text", ColumnType::text, 255}}});
+  const auto table = database->table("Notes");
+  const auto insert = [&](const char* text) { return table->insert(std::vector<Value>{text}); };
+  table->erase(insert("deleted"));
+  insert("kept");
+  EXPECT_EQ(test::rowsOf(*table).size(), 1U);
+  {
+    Transaction undone(database->pager());
+    for (int i = 0; i < 500; ++i) insert("a row of a batch that is undone, so long that it fills");
+  }
+  insert("kept too");
+  EXPECT_EQ(test::rowsOf(*table).size(), 2U);
+  test::expectSound("freed.mdb");
+}
+
+/// What is missing at the end of a file is not taken for rows that were never there.
+TEST(CutTable, LosesNoRowsInSilence) {
+  const test::TemporaryFolder folder;
+  test::makeSampleFile(folder / "sample.mdb");
+  test::MemoryFiles files;
+  files.load(folder / "sample.mdb", "cut.mdb");
+  files.open("cut.mdb", FileSystem::Open::existing)->truncate(files.size("cut.mdb") / 8192 * 4096);
+  const auto database = Database::open("cut.mdb", "");
+  std::size_t damaged = 0;
+  for (const CatalogEntry& entry : database->entries()) {
+    if (entry.kind != CatalogEntry::Kind::table) continue;
+    const std::int32_t error = test::raisedBy([&] {
+                                 const auto table = database->table(entry.name);
+                                 EXPECT_EQ(test::rowsOf(*table).size(), table->rowCount());
+                               }).number;
+    EXPECT_TRUE(error == 0 || error == kCorruptFile) << entry.name << error;
+    damaged += error != 0 ? 1 : 0;
+  }
+  EXPECT_GT(damaged, 0U);
+}
+
+/// What a row of Access 2010 holds of a calculated value: the header, the length, the value and its
+/// end.
+Bytes stored(const Bytes& value) {
+  Bytes bytes(20);
+  bytes[16] = static_cast<std::uint8_t>(value.size());
+  bytes.insert(bytes.end(), value.begin(), value.end());
+  bytes.resize(bytes.size() + 3);
+  return bytes;
+}
+
+TEST(CalculatedValue, IsReadFromBehindItsHeader) {
+  Bytes file = emptyDatabase();
+  const auto pager = Pager::overMemory(file, "calculated.accdb");
+  const auto decode = [&](ColumnType type, const Bytes& value) {
+    Column column;
+    column.type = type;
+    return decodeCalculated(*pager, column, stored(value), 1);
+  };
+  EXPECT_EQ(decode(ColumnType::boolean, {0xff}), Value(true));
+  EXPECT_EQ(decode(ColumnType::boolean, {0}), Value(false));
+  EXPECT_EQ(decode(ColumnType::boolean, {}), Value(false));
+  EXPECT_EQ(decode(ColumnType::longInteger, {0x0c, 0, 0, 0}), Value(12));
+  EXPECT_EQ(decode(ColumnType::double_, {0, 0, 0, 0, 0, 0, 0xf0, 0x3f}), Value(1.0));
+  EXPECT_EQ(decode(ColumnType::text, {'d', 0, 0xf6, 0}), Value("dö"));
+  EXPECT_EQ(decode(ColumnType::memo, {}), Value(""));
+  // The calculation of a number has failed.
+  EXPECT_TRUE(decode(ColumnType::double_, {}).isNull());
+  EXPECT_TRUE(decode(ColumnType::numeric, {}).isNull());
+  EXPECT_EQ(decode(ColumnType::numeric, {0x0e, 0, 2, 0, 0, 0, 0, 0, 0x39, 0x30, 0, 0, 0, 0, 0, 0}),
+            Value(Decimal::fromText("123.45", 28, 2)));
+  EXPECT_EQ(
+      decode(ColumnType::numeric, {0x0e, 0, 0, 0x80, 1, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0}).toText(),
+      "-18446744073709551618");
+}
+
+/// Dates of the type "Date/Time Extended".
+TEST(ExtendedDate, IsADate) {
+  Bytes file = emptyDatabase();
+  const auto pager = Pager::overMemory(file, "dates.accdb");
+  Column column;
+  column.type = ColumnType::extendedDate;
+  EXPECT_EQ(describe(column).type, ColumnType::dateTime);
+  const auto textOf = [&](std::string text) {
+    text.push_back('\0');
+    const Bytes bytes(text.begin(), text.end());
+    return decodeValue(*pager, column, bytes, 9).toText();
+  };
+  EXPECT_EQ(textOf("0000000000000737424:0000000450610000000:7"), "2020-01-01 12:31:01");
+  EXPECT_EQ(textOf("0000000000000000000:0000000000000000000:7"), "0001-01-01");
+  EXPECT_EQ(textOf("0000000000000693592:0000000216000000000:7"), "1899-12-29 06:00:00");
+  EXPECT_EQ(textOf("0000000000003652058:0000000863990000000:7"), "9999-12-31 23:59:59");
+  for (const char* wrong :
+       {"0000000000000737425", "00000000000007374x5:0000000450610000000:7",
+        "-000000000000737425:0000000450610000000:7", "0000000000003652059:0000000000000000000:7",
+        "0000000000000737425:0000000864000000000:7"}) {
+    EXPECT_EQ(test::raisedBy([&] { textOf(wrong); }).number, kCorruptFile) << wrong;
   }
 }
 

@@ -119,7 +119,69 @@ void makeMovedRows(Connection& database) {
   }
 }
 
+/// Rows of every type, some with Nulls, of which the last has gone.
+void makeAllTypes(Connection& database) {
+  Rows rows;
+  for (int i = 0; i < 31; ++i) {
+    std::vector<Value> row = rowOfAllTypes(i);
+    for (std::size_t at = 2; i % 4 == 3 && at < row.size(); ++at) {
+      if (at != 9) row[at] = Value();
+    }
+    rows.push_back(std::move(row));
+  }
+  makeTable(database, allTypes(), rows);
+  const auto table = database.database().table("All types");
+  jet::RowId last{};
+  for (jet::TableScan scan = table->scan(); scan.next();) last = scan.rowId();
+  table->erase(last);
+}
+
 }  // namespace
+
+TableInfo allTypes() {
+  return {.name = "All types",
+          .columns = {{.name = "ID", .type = longInteger, .autoNumber = true},
+                      {.name = "Flag", .type = boolean},
+                      {.name = "Tiny", .type = byte},
+                      {.name = "Small", .type = integer, .defaultValue = "7"},
+                      {.name = "Price", .type = currency},
+                      {.name = "Single", .type = single},
+                      {.name = "Double", .type = double_},
+                      {.name = "When", .type = dateTime},
+                      {.name = "Key", .type = binary, .size = 20},
+                      {.name = "Name",
+                       .type = text,
+                       .size = 50,
+                       .required = true,
+                       .allowZeroLength = false,
+                       .defaultValue = "\"Unknown\""},
+                      {.name = "Picture", .type = ole},
+                      {.name = "Remark", .type = memo},
+                      {.name = "Guid", .type = guid},
+                      {.name = "Decimal", .type = numeric, .precision = 10, .scale = 2}},
+          .indexes = {{.name = "PrimaryKey", .columns = {{"ID"}}, .primary = true},
+                      {.name = "ByName", .columns = {{"Name", false}, {"Small"}}, .unique = true},
+                      {.name = "ByRemark", .columns = {{"Remark"}}}}};
+}
+
+std::vector<Value> rowOfAllTypes(int i) {
+  Guid guid;
+  guid.bytes.fill(static_cast<std::uint8_t>(i));
+  return {std::int32_t{i + 1},
+          i % 2 == 0,
+          std::int32_t{i % 256},
+          std::int32_t{i - 100},
+          Currency{i * 12345},
+          static_cast<float>(i) / 3,
+          i / 7.0,
+          Date{40000 + i / 24.0},
+          Bytes(static_cast<std::size_t>(i % 20), 7),
+          fmt::format("Näme {}", i),
+          Bytes(static_cast<std::size_t>(i * 90), 9),
+          std::string(static_cast<std::size_t>(i * 40), 'x'),
+          guid,
+          Decimal::fromText(fmt::format("{}.25", i), 10, 2)};
+}
 
 void makeSampleFile(const std::filesystem::path& path) {
   Connection::create(path.string(), [](Connection& database) {
@@ -135,6 +197,7 @@ void makeSampleFile(const std::filesystem::path& path) {
     makeSpectra(database);
     makeFrames(database);
     makeMovedRows(database);
+    makeAllTypes(database);
     database.createQuery(
         {.name = "qryPanes",
          .outputs = {{"Pane.name"}, {"Groups.GroupName", "grp"}},

@@ -79,9 +79,7 @@ void MemoryFiles::load(const std::filesystem::path& file, const std::string& nam
 
 void MemoryFiles::copy(const std::string& from, const std::string& to) {
   const Node& source = *files_.at(from);
-  if (files_.count(to) == 0) {
-    files_[to] = newNode();
-  }
+  if (files_.count(to) == 0) files_[to] = newNode();
   Node& node = *files_.at(to);
   node.content = node.synced = source.content;
   node.unsynced.clear();
@@ -111,12 +109,8 @@ void MemoryFiles::count(const std::string& what) {
 
 void MemoryFiles::checkSpace(std::uint64_t more) const {
   std::uint64_t used = more;
-  for (const auto& [name, node] : files_) {
-    used += node->content.size();
-  }
-  if (more > 0 && used > space_) {
-    throw Error(store::kStoreFailure, "no space left on the device");
-  }
+  for (const auto& [name, node] : files_) used += node->content.size();
+  if (more > 0 && used > space_) throw Error(store::kStoreFailure, "no space left on the device");
 }
 
 void MemoryFiles::apply(Bytes& content, const Change& change) {
@@ -134,9 +128,7 @@ void MemoryFiles::restart(unsigned seed) {
   std::mt19937 random(seed);
   auto heads = [&] { return random() % 2 == 0; };
   for (auto& [name, node] : removedUnsynced_) {
-    if (heads() && files_.emplace(name, node).second) {
-      node->isRemoved = false;
-    }
+    if (heads() && files_.emplace(name, node).second) node->isRemoved = false;
   }
   removedUnsynced_.clear();
   for (const auto& [to, from] : renamedUnsynced_) {
@@ -155,9 +147,7 @@ void MemoryFiles::restart(unsigned seed) {
     Bytes content = node.synced;
     for (const Change& change : node.unsynced) {
       if (change.truncates) {
-        if (heads()) {
-          apply(content, change);
-        }
+        if (heads()) apply(content, change);
         continue;
       }
       for (std::size_t from = 0; from < change.bytes.size(); from += kSector) {
@@ -179,9 +169,7 @@ void MemoryFiles::restart(unsigned seed) {
 std::unique_ptr<store::jet::File> MemoryFiles::open(const std::string& path, Open mode) {
   auto found = files_.find(path);
   if (found == files_.end()) {
-    if (mode != Open::newOnly) {
-      throw Error(store::kStoreFailure, "there is no file " + path);
-    }
+    if (mode != Open::newOnly) throw Error(store::kStoreFailure, "there is no file " + path);
     count("create");
     found = files_.emplace(path, newNode()).first;
   } else if (mode == Open::newOnly) {
@@ -221,9 +209,7 @@ void MemoryFiles::remove(const std::string& path) {
 
 bool MemoryFiles::rename(const std::string& from, const std::string& to) {
   count("rename");
-  if (files_.count(to) != 0) {
-    return false;
-  }
+  if (files_.count(to) != 0) return false;
   files_[to] = files_.at(from);
   files_.erase(from);
   renamedUnsynced_[to] = from;
@@ -240,9 +226,7 @@ void MemoryFiles::syncFolder(const std::string&) {
   count("syncFolder");
   removedUnsynced_.clear();
   renamedUnsynced_.clear();
-  for (auto& [name, node] : files_) {
-    node->creationSynced = true;
-  }
+  for (auto& [name, node] : files_) node->creationSynced = true;
 }
 
 }  // namespace orv::test

@@ -190,6 +190,8 @@ TEST_F(PaneReader, RefusesMalformedFiles) {
     const char* source = "";
   };
   const std::string noToken = "Received non-token when expected a token";
+  const std::string braces =
+      " Each comment begins with { and ends with }, and holds no other braces.";
   const std::string tolerant = " Or have the file read tolerantly (--tolerant).";
   const Case cases[] = {
       {"", 1012, "Beginning of file:  NO",
@@ -256,13 +258,20 @@ TEST_F(PaneReader, RefusesMalformedFiles) {
        "Angle of Incidence '1e9' is too large", "3, column 1"},
       {"SI Microns 3 1\n0.3 0.8\n{ Structure: a.txt;4 }", 5, "",
        "3, column 1: 'a.txt;4'. A layer is file;thickness;True or False.", "Mal-formed structure"},
-      {"SI Microns 3 1\n0.3 0.8 { open", -2147220505, "",
-       "2, column 9: '{'. Each comment begins with { and ends with }, and holds no other braces.",
+      {"SI Microns 3 1\n0.3 0.8\n{ Structure: a.txt;4;maybe }", 5, "",
+       "3, column 1: 'maybe'. It is True for a layer turned round, else False.",
+       "Bad 3rd argument in layer"},
+      {"SI Microns 3 1\n0.3 0.8 { open\n\n", -2147220505, "", "2, column 9: '{'.BRACES",
        "Comment has no closing brace!"},
+      {"SI\r\n}", -2147220505, "", "2, column 1: '}'.BRACES",
+       "Closing brace w/o matching opening brace"},
+      {"{one}\r{two\r\nlines}\n { a { b } }", -2147220505, "", "4, column 6: '{'.BRACES",
+       "Closing brace w/o matching opening brace"},
   };
   const auto spelledOut = [&](std::string text) {
     if (text.ends_with("TOL")) text.replace(text.size() - 3, 3, tolerant);
     if (text.ends_with("NO")) text.replace(text.size() - 2, 2, noToken);
+    if (text.ends_with("BRACES")) text.replace(text.size() - 6, 6, braces);
     return text;
   };
   for (const Case& c : cases) {

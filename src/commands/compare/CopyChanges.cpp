@@ -3,6 +3,8 @@
 #include <map>
 #include <utility>
 
+#include "commands/ChangeHistory.h"
+
 namespace orv::commands::compare {
 
 namespace {
@@ -50,6 +52,11 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
     identifiers.insert(identifiers.end(), pair.a.begin(), pair.a.end());
   }
   options.ifThere = IfThere::replace;
+  std::optional<HistoryScope> history;
+  if (b->ADOConnection()) {
+    history.emplace(session.ui, *b->ADOConnection(),
+                    "Copy what differs of " + std::to_string(pairs.size()) + " records");
+  }
   PasteResult total;
   for (const auto& [place, identifiers] : byGroup) {
     const auto& [kind, group] = place;

@@ -19,9 +19,7 @@ class ForeignRows : public testing::Test {
   std::string select(const std::string& sql) {
     const auto cursor = SqlEngine::create(database_)->open(sql);
     std::string found;
-    while (cursor->step()) {
-      found += (found.empty() ? "" : ", ") + cursor->value(0).toText();
-    }
+    while (cursor->step()) found += (found.empty() ? "" : ", ") + cursor->value(0).toText();
     return found;
   }
 

@@ -31,18 +31,14 @@ TEST(SavedQuery, TextOfEveryQueryOfTheCorpus) {
   ORV_NEEDS_CORPUS();
   int compared = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusFolder())) {
-    if (entry.path().extension() != ".queries") {
-      continue;
-    }
+    if (entry.path().extension() != ".queries") continue;
     std::filesystem::path file = entry.path();
     const auto expected = expectedQueries(file);
     file.replace_extension(".mdb");
     const auto database = Database::open(file.string(), file.stem() == "glazing" ? "tekzil" : "");
     const Pager::ReadLock lock(database->pager());
     for (const CatalogEntry& query : database->entries()) {
-      if (query.kind != CatalogEntry::Kind::query || query.isHiddenQuery()) {
-        continue;
-      }
+      if (query.kind != CatalogEntry::Kind::query || query.isHiddenQuery()) continue;
       ASSERT_EQ(expected.count(query.name), 1u) << file << ": " << query.name;
       std::string text = SavedQuery(query.name, database->queryParts(query)).sql();
       text.erase(text.find_last_not_of(' ') + 1);

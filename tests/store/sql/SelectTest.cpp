@@ -15,9 +15,7 @@ class SelectTest : public testing::Test {
   std::vector<std::string> rows(const std::string& sql) { return db_.rows(sql); }
   std::vector<std::string> names() const {
     std::vector<std::string> list;
-    for (const TypedColumn& column : db_.columns) {
-      list.push_back(column.info.name);
-    }
+    for (const TypedColumn& column : db_.columns) list.push_back(column.info.name);
     return list;
   }
   TranslatedDatabase db_;
@@ -43,9 +41,7 @@ TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
       "SELECT id, made, made+1, made-made, price, price*2, 3D, id=1, id/2, name & 1, Max(id) "
       "FROM Panes GROUP BY id, made, price, 3D, name");
   std::vector<ColumnType> types;
-  for (const TypedColumn& column : db_.columns) {
-    types.push_back(column.info.type);
-  }
+  for (const TypedColumn& column : db_.columns) types.push_back(column.info.type);
   using enum ColumnType;
   EXPECT_THAT(types, ElementsAre(longInteger, dateTime, dateTime, double_, currency, currency,
                                  boolean, boolean, double_, text, longInteger));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "errors/Error.h"
 #include "store/SampleFile.h"
@@ -126,9 +127,7 @@ void compareWithTables(QueriedFile& file) {
   {
     const jet::Pager::ReadLock lock(file.database().pager());
     for (const jet::CatalogEntry& entry : file.database().entries()) {
-      if (entry.kind == jet::CatalogEntry::Kind::table) {
-        names.push_back(entry.name);
-      }
+      if (entry.kind == jet::CatalogEntry::Kind::table) names.push_back(entry.name);
     }
   }
   for (const std::string& name : names) {
@@ -199,14 +198,15 @@ std::string literal(const Value& value) {
   return fmt::format("{:.17g}", value.toDouble());
 }
 
-/// Conditions over a column: with a value that it has and, for numbers, beyond what its type holds.
-std::vector<std::string> conditions(const std::string& value, bool number) {
+/// Conditions over a column: with a value that it has and, if `beyond`, with what its type does not
+/// hold.
+std::vector<std::string> conditions(const std::string& value, bool beyond) {
   std::vector<std::string> found;
   for (const char* op : {"=", "<", "<=", ">", ">=", "<>"}) {
-    for (const char* other : {"", "1e10", "-1e10", "2.5"}) {
-      if (number || *other == 0) {
-        found.push_back(fmt::format(" {} {}", op, *other == 0 ? value : other));
-      }
+    found.push_back(fmt::format(" {} {}", op, value));
+    if (!beyond) continue;
+    for (const char* other : {"1e10", "-1e10", "2.5"}) {
+      found.push_back(fmt::format(" {} {}", op, other));
     }
   }
   return found;
@@ -227,9 +227,7 @@ void compareIndexWithScan(QueriedFile& file) {
   for (const auto& table : tables) {
     std::set<std::size_t> seen;
     for (const jet::RealIndex& index : table->definition().realIndexes) {
-      if (!seen.insert(index.columns[0].column).second) {
-        continue;
-      }
+      if (!seen.insert(index.columns[0].column).second) continue;
       const jet::Column& column = table->definition().columns[index.columns[0].column];
       std::vector<Value> values;
       {
@@ -241,13 +239,14 @@ void compareIndexWithScan(QueriedFile& file) {
       const std::string name = fmt::format("[{}]", column.name);
       const std::string hidden = fmt::format("IIf(True, {0}, {0})", name);
       const std::string from = fmt::format("SELECT * FROM [{}] WHERE ", table->name());
+      bool isFirst = true;
       for (std::size_t i = 0; i < values.size(); i += 1 + values.size() / 2) {
         if (values[i].isNull() || values[i].getIf<Bytes>() != nullptr ||
             values[i].getIf<Guid>() != nullptr) {
           continue;
         }
-        const bool number = values[i].getIf<std::string>() == nullptr;
-        for (const std::string& condition : conditions(literal(values[i]), number)) {
+        const bool beyond = std::exchange(isFirst, false) && !values[i].getIf<std::string>();
+        for (const std::string& condition : conditions(literal(values[i]), beyond)) {
           auto indexed = file.rows(from + name + condition);
           auto scanned = file.rows(from + hidden + condition);
           std::sort(indexed.begin(), indexed.end());

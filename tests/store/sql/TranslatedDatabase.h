@@ -45,17 +45,13 @@ class TranslatedDatabase final : public Catalog {
 
   std::optional<TableBinding> table(const std::string& name) override {
     for (const auto& [known, binding] : tables_) {
-      if (sameName(known, name)) {
-        return binding;
-      }
+      if (sameName(known, name)) return binding;
     }
     return std::nullopt;
   }
   std::optional<std::string> queryText(const std::string& name) override {
     for (const auto& [known, text] : queries) {
-      if (sameName(known, name)) {
-        return text;
-      }
+      if (sameName(known, name)) return text;
     }
     return std::nullopt;
   }
@@ -82,9 +78,7 @@ class TranslatedDatabase final : public Catalog {
       rows.push_back(row);
     }
     failure_.rethrow();
-    if (result != SQLITE_DONE) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
+    if (result != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(db_));
     return rows;
   }
 
@@ -101,9 +95,7 @@ class TranslatedDatabase final : public Catalog {
   void run(std::string sql) {
     for (const auto& [name, binding] : tables_) {
       const std::size_t at = sql.find(" " + name + " ");
-      if (at != std::string::npos) {
-        sql.replace(at + 1, name.size(), binding.sqlName);
-      }
+      if (at != std::string::npos) sql.replace(at + 1, name.size(), binding.sqlName);
     }
     if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
       throw std::runtime_error(sqlite3_errmsg(db_));

@@ -1,0 +1,40 @@
+// What a file says, in words that do not depend on where in the file it stands.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "store/CheckReport.h"
+#include "store/jet/catalog/Database.h"
+
+namespace orv::test {
+
+using Rows = std::vector<std::vector<store::Value>>;
+
+/// The rows of a table in the order of its pages, each with the values of its columns.
+Rows rowsOf(const store::jet::Table& table);
+
+/// Lines by their subject: "header", "Pane columns", "Pane numbers" (of its columns), "Pane
+/// indexes", "Pane rows", "Pane index 0" (the places of its rows in that order), "Pane last
+/// number", "relation R", "query Q". System tables name other tables in place of their numbers.
+using Content = std::map<std::string, std::vector<std::string>>;
+Content contentOf(const std::filesystem::path& file, const std::string& password = "");
+
+/// The subjects in which two contents differ; empty where they do not. System tables may have their
+/// rows in another order.
+std::string difference(const Content& before, const Content& after);
+
+/// The rows of all tables, without dates, in one text.
+std::string describe(store::jet::Database& database);
+
+/// Expects that the check finds no fault in a file; what else it says of it.
+store::CheckReport expectSound(const std::filesystem::path& file, const std::string& password = "");
+
+/// The Access files of a folder of the corpus; none where it is absent.
+std::vector<std::filesystem::path> corpusFiles(const std::string& folder);
+/// What a file of the corpus asks for.
+std::string passwordOf(const std::filesystem::path& corpusFile);
+
+}  // namespace orv::test
