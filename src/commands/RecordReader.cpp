@@ -57,6 +57,24 @@ std::int32_t recordNumber(const std::string& identifier) {
   return number;
 }
 
+bool RecordReader::isThere(const std::string& identifier) const {
+  if (!node_->ADOConnection()) {
+    const std::filesystem::path folder(node_->Folder());
+    return std::filesystem::exists(folder / (productfile::isProduct(identifier)
+                                                 ? ProductName::of(identifier).file
+                                                 : identifier));
+  }
+  const bool isName = node_->DataType() == DataType::optics5Panes;
+  if (isName) requireUsableName("file name", identifier);
+  const std::string column = identifierColumn(node_->DataType());
+  const std::string value =
+      isName ? "'" + identifier + "'" : std::to_string(recordNumber(identifier));
+  return !connection()
+              .openRecordset("SELECT [" + column + "] FROM [" + node_->RecordSetName() +
+                             "] WHERE [" + column + "] = " + value)
+              ->eof();
+}
+
 std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) const {
   switch (node_->DataType()) {
     case DataType::orv2Panes:

@@ -19,6 +19,9 @@ class RecordReader {
   RecordReader(Session& session, std::shared_ptr<sources::datasource> node)
       : session_(session), node_(std::move(node)) {}
 
+  /// Whether the record is in its source at this moment.
+  bool isThere(const std::string& identifier) const;
+
   /// The angles, in degrees, at which a pane has data. One, 0, for a pane of a source that does
   /// not know angles.
   std::vector<std::int16_t> angles(const std::string& identifier) const;
