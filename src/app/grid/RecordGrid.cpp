@@ -365,7 +365,8 @@ void RecordGrid::fitColumns() {
 
 void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTableView::currentChanged(current, previous);
-  if (current.isValid()) selectedColumn_ = current.column();
+  // Where the place is kept, the heading that was clicked last stays the column chosen.
+  if (current.isValid() && !isPlacing_) selectedColumn_ = current.column();
 }
 
 void RecordGrid::selectionChanged(const QItemSelection& selected,
