@@ -148,6 +148,8 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   bad.after = "A";
   EXPECT_EQ(refused({good, bad}),
             "1: There would be two panes \"A\" in the group \"Demo\" (2 and 1).\n");
+  bad.after = "a ";  // the database does not look at blanks at the end
+  EXPECT_NE(refused({good, bad}).find("two panes"), std::string::npos);
   bad.after = "it's";
   EXPECT_NE(refused({good, bad}).find("apostrophe"), std::string::npos);
   bad = change(panes, 2, "group", "IGDB 3");
@@ -165,10 +167,16 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
             "1: conductivity has been changed meanwhile: it is \"1\" now, and was \"3\".\n");
   for (const auto& [field, text] :
        {std::pair("thickness", "thick"), std::pair("frozen", "maybe"), std::pair("group", " "),
-        std::pair("colour", "red"), std::pair("solar transmittance front", "0.5"),
+        std::pair("colour", "red"), std::pair("product name", "a\x1B"),
+        std::pair("solar transmittance front", "0.5"),
         std::pair("solar transmittance front at 30", "0.5")}) {
     EXPECT_THROW(change(panes, 1, field, text), Error) << field;
   }
+  const auto thickness = panes.place("thickness");
+  const auto draft =
+      panes.draft({{1, thickness, "5.7"}, {1, thickness, "9"}, {2, panes.place("group"), "DEMO"}});
+  EXPECT_EQ(draft.refusals, std::vector<std::string>{"pane 1: thickness is given twice."});
+  EXPECT_TRUE(draft.changes.empty()) << "names are those that the database has";
 }
 
 TEST_F(EditTest, WhatBecomesUntrueIsSaid) {
