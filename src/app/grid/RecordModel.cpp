@@ -5,10 +5,12 @@
 #include <QMimeData>
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 
 #include "app/Text.h"
 #include "commands/CellText.h"
 #include "commands/ErrorText.h"
+#include "store/Waiting.h"
 
 namespace orv::app {
 
@@ -24,6 +26,12 @@ constexpr int kLongestToolTip = 2000;
 QString headerText(const commands::RecordColumn& column) {
   const QString title = qt(column.title);
   return column.unit.empty() ? title : QStringLiteral("%1 (%2)").arg(title, qt(column.unit));
+}
+
+QFont boldFont() {
+  QFont font = QApplication::font("QTableView");
+  font.setBold(true);
+  return font;
 }
 
 /// A cell holds one line.
@@ -44,6 +52,7 @@ void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   idle_.stop();
   filling_.stop();
   failed_ = false;
+  known_.clear();
   beginResetModel();
   view_ = std::move(view);
   shown_ = 0;
@@ -59,6 +68,15 @@ void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   }
 }
 
+void RecordModel::reload(std::unique_ptr<commands::RecordView> view) {
+  std::unordered_set<std::string> known;
+  if (view_ && isComplete()) {
+    for (std::string& each : view_->identifiersRead()) known.insert(std::move(each));
+  }
+  show(std::move(view));
+  known_ = std::move(known);
+}
+
 const std::vector<commands::RecordColumn>& RecordModel::recordColumns() const {
   static const std::vector<commands::RecordColumn> none;
   return view_ ? view_->columns() : none;
@@ -68,12 +86,40 @@ std::string RecordModel::identifier(int row) const {
   return commands::cellText(view_->value(row, 0), commands::kAllDigits);
 }
 
-QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int>& columns) const {
+std::vector<int> RecordModel::rowsOf(const std::vector<std::string>& identifiers, int first) {
+  std::vector<int> rows;
+  reading([&] {
+    rows = followingRows(identifiers, first);
+    if (!rows.empty()) return;
+    const std::unordered_set<std::string> wanted(identifiers.begin(), identifiers.end());
+    for (int row = 0; rows.size() < wanted.size(); ++row) {
+      while (row == shown_ && !isComplete()) advance(kRowsAtOnce);
+      if (row == shown_) return;
+      if (wanted.contains(identifier(row))) rows.push_back(row);
+    }
+  });
+  return rows;
+}
+
+std::vector<int> RecordModel::followingRows(const std::vector<std::string>& identifiers,
+                                            int first) const {
+  std::vector<int> rows;
+  int row = first;
+  for (const std::string& each : identifiers) {
+    if (row < 0 || row >= shown_ || identifier(row) != each) return {};
+    rows.push_back(row++);
+  }
+  return rows;
+}
+
+QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int>& columns,
+                                      bool asShown) const {
+  const int digits = asShown && view_ ? view_->digits() : commands::kAllDigits;
   QList<QStringList> rows;
   for (int row = firstRow; row <= lastRow; ++row) {
     QStringList cells;
     for (const int column : columns) {
-      cells << qt(commands::cellText(view_->value(row, column), commands::kAllDigits));
+      cells << qt(commands::cellText(view_->value(row, column), digits));
     }
     rows << cells;
   }
@@ -97,11 +143,11 @@ void RecordModel::filter(const QStringList& texts) {
   });
 }
 
-void RecordModel::sort(int column, Qt::SortOrder order) {
-  if (!view_ || column < 0) return;
+void RecordModel::sortBy(const std::vector<commands::SortColumn>& columns) {
+  if (!view_) return;
   withdrawRows();
   reading([&] {
-    view_->sort(column, order == Qt::AscendingOrder);
+    view_->sort(columns);
     restart();
   });
 }
@@ -132,6 +178,10 @@ void RecordModel::complete() {
   while (!isComplete()) advance(kRowsAhead);
 }
 
+void RecordModel::readOn() {
+  reading([this] { complete(); });
+}
+
 int RecordModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : shown_;
 }
@@ -145,8 +195,13 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::TextAlignmentRole) {
     return QVariant((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  if (store::Waiting::isUnderWay()) return {};
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::FontRole) return {};
   try {
+    if (role == Qt::FontRole) {
+      const bool isNew = !known_.empty() && !known_.contains(identifier(index.row()));
+      return isNew ? boldFont() : QVariant();
+    }
     const QString text = qt(view_->text(index.row(), index.column()));
     if (role == Qt::DisplayRole) return shownText(oneLine(text));
     return isNumber ? QVariant() : QVariant(toolTipText(text.left(kLongestToolTip)));
@@ -209,6 +264,7 @@ QMimeData* RecordModel::mimeData(const QModelIndexList& indexes) const {
 }
 
 void RecordModel::readAhead() {
+  if (store::Waiting::isUnderWay()) return;
   reading([this] {
     advance(kRowsAtOnce);
     if (!isComplete() && shown_ < kRowsAhead) return;

@@ -64,6 +64,7 @@ class MainActions {
   QAction* mnuViewRefresh;
   QAction* mnuViewFilters;
   QAction* mnuViewEditFilter;
+  QAction* mnuViewClearFilters;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
   QAction* mnuViewStoredValues;
