@@ -274,9 +274,12 @@ void Pager::commit() {
   if (doomed_) {
     throw Error(kStoreFailure, "A change of '" + path() + "' failed in part and is undone whole.");
   }
-  if (--transactionDepth_ > 0 || dirty_.empty()) {
+  if (--transactionDepth_ > 0) return;
+  if (dirty_.empty()) {
+    if (observer_) observer_->committed();
     return;
   }
+  if (observer_) observer_->committing();
   try {
     writeDirtyPages();
   } catch (const Error&) {
