@@ -83,6 +83,13 @@ void PasswordArgument::addTo(CLI::App& command) {
       ->excludes(text);
 }
 
+void PasswordArgument::refuseInput() const {
+  if (file_ != kStandardStream) return;
+  throw wrongUse(
+      "The standard input (-) can be one thing only, and --password-file - wants it, too. Give the "
+      "password by a file.");
+}
+
 const std::string& PasswordArgument::value() const {
   if (file_.empty()) return text_;
   if (read_) return *read_;
@@ -129,8 +136,8 @@ void SourceArgument::addDatabase(CLI::App& command) {
 void SourceArgument::addSourceOptions(CLI::App& command) {
   command
       .add_option("--name", name_,
-                  "Name of the file that comes from the standard input; stdin.txt or stdin.json "
-                  "unless given")
+                  "Name of the file that comes from the standard input; stdin.txt unless given. "
+                  "Products get .json behind it")
       ->type_name("NAME");
   password_.addTo(command);
 }
@@ -184,7 +191,9 @@ void SourceArgument::addTolerant(CLI::App& command) {
 std::vector<std::string> SourceArgument::withInput(Console& console,
                                                    std::vector<std::string> paths) const {
   for (std::string& path : paths) {
-    if (path == kStandardStream) path = console.input.read(name_);
+    if (path != kStandardStream) continue;
+    password_.refuseInput();
+    path = console.input.read(name_);
   }
   console.session.inputFolder = console.input.folder();
   if (!name_.empty() && console.input.folder().empty()) {

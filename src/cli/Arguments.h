@@ -26,9 +26,12 @@ namespace orv::cli {
 
 using Node = commands::SourceOpener::Node;
 
-/// The value of an option that is one of some words, each of which stands for an enumerator.
+/// The value of an option that is one of some words, each of which stands for an enumerator. The
+/// words, with blanks between them, are the validator's name, from which completions take them.
 template <class T>
 CLI::Validator oneOf(const std::map<std::string, T>& words) {
+  std::string name;
+  for (const auto& each : words) name += (name.empty() ? "" : " ") + each.first;
   return CLI::Validator(
       [words](std::string& word) -> std::string {
         if (const auto found = words.find(lowerCase(word)); found != words.end()) {
@@ -39,7 +42,7 @@ CLI::Validator oneOf(const std::map<std::string, T>& words) {
         for (const auto& each : words) known += (known.empty() ? "" : ", ") + each.first;
         return "\"" + word + "\" is none of: " + known;
       },
-      "");
+      "", name);
 }
 
 extern const std::map<std::string, optics::Standard> kStandards;
@@ -57,6 +60,9 @@ class PasswordArgument {
  public:
   /// Declares --password and --password-file.
   void addTo(CLI::App& command);
+
+  /// Raises Failure where the password is to come from the standard input, for who takes that.
+  void refuseInput() const;
 
   /// Runs `open` with the password that was given, and when the file wants one and none was given,
   /// again with one asked for on the terminal. Raises what `open` raises, and Failure for a
@@ -91,6 +97,7 @@ class DatabaseArgument {
   /// Declares FILE, --password and --password-file.
   void addTo(CLI::App& command);
   const std::string& path() const { return path_; }
+  void refusePasswordFromInput() const { password_.refuseInput(); }
 
   /// Runs `open` with the password, as PasswordArgument does. Raises Failure for whatever it
   /// raises.

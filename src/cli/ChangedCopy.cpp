@@ -71,8 +71,9 @@ std::vector<std::size_t> ChangedCopy::wanted(const Comparison& comparison, Outco
   tellFailures(comparison.failures);
   if (!ambiguous.empty()) {
     std::cerr << fmt::format(
-        "orv: not copied, since there are several records of this name and group, of which nobody "
-        "knows which would be replaced: {}.\n",
+        "orv: not copied, since there are several records of this name, of which nobody knows "
+        "which "
+        "would be replaced (of those in other groups --group tells): {}.\n",
         fmt::join(ambiguous, ", "));
   }
   return pairs;

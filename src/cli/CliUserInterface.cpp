@@ -139,8 +139,9 @@ void CliUserInterface::message(commands::MessageKind kind, const std::string& te
 
 Answer CliUserInterface::ask(const commands::Question& question) {
   if (question.buttons == Buttons::yesNoCancel && answers_.yes) return Answer::yes;
-  print(question.text);
-  return canAsk() ? readAnswer(question) : unaskedAnswer(question.buttons);
+  const bool asks = canAsk();
+  print(asks ? question.text : "orv: " + question.text);
+  return asks ? readAnswer(question) : unaskedAnswer(question.buttons);
 }
 
 std::string CliUserInterface::input(const commands::InputRequest& request) {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cli/Failure.h"
 #include "commands/RecordFilter.h"
 #include "model/Text.h"
@@ -39,8 +41,9 @@ void ColumnsArgument::refuseIn(CLI::App& command) {
 std::vector<std::size_t> ColumnsArgument::columnsOf(const commands::RecordTable& table) const {
   std::vector<std::size_t> columns;
   for (const std::string& name : names_) {
-    columns.push_back(
-        usedRightly([&] { return commands::columnNamed(table, std::string(trimmed(name))); }));
+    const std::size_t column =
+        usedRightly([&] { return commands::columnNamed(table, std::string(trimmed(name))); });
+    if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
   }
   for (std::size_t i = 0; names_.empty() && i < table.columns().size(); ++i) columns.push_back(i);
   return columns;

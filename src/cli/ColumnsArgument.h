@@ -20,8 +20,8 @@ class ColumnsArgument {
   static void refuseIn(CLI::App& command);
 
   bool isGiven() const { return !names_.empty(); }
-  /// Writes rows of a table, all of its columns where none are chosen. Raises Failure for a column
-  /// that is not there.
+  /// Writes rows of a table, all of its columns where none are chosen; one that is named twice,
+  /// once. Raises Failure for a column that is not there.
   void write(const commands::RecordTable& table, const std::vector<std::size_t>& rows,
              Format format, std::ostream& out) const;
 

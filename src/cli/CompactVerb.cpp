@@ -1,8 +1,10 @@
 #include <iostream>
 
 #include "cli/Arguments.h"
+#include "cli/Interrupts.h"
 #include "cli/Verb.h"
 #include "commands/CompactDatabase.h"
+#include "store/Compact.h"
 
 namespace orv::cli {
 
@@ -56,6 +58,12 @@ class CompactVerb : public Verb {
               ? "A repair never takes the place of the damaged file: name a new one."
               : "A converted file never takes the place of the old one: name a new one.");
     }
+    if (answers_.force && !inPlace_ && request_.work != Work::convert) {
+      throw wrongUse(
+          "--force is for --in-place, where Access seems to have the database open, and for "
+          "--jet4, where something cannot be kept.");
+    }
+    beforeSignalsEnd(store::removeUnfinishedFiles);
     if (answers_.force) request_.losses = store::Losses::accept;
     console.ui.answers(answers_);
     request_.path = file_.path();

@@ -33,10 +33,39 @@ store::Value angleValue(const std::optional<double>& angle) {
   return whole == *angle ? store::Value(static_cast<std::int32_t>(whole)) : store::Value(*angle);
 }
 
+bool continuesCharacter(const std::string& text, std::size_t at) {
+  return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+}
+
+/// What a table shows of a text that begins to be another at `differs`.
+store::Value part(const store::Value& value, std::size_t differs) {
+  constexpr std::size_t kMost = 60;
+  constexpr std::size_t kBefore = 15;
+  const auto* text = value.getIf<std::string>();
+  if (text == nullptr || text->size() <= kMost) return value;
+  std::size_t begin = differs + kBefore < kMost ? 0 : differs - kBefore;
+  while (begin > 0 && continuesCharacter(*text, begin)) --begin;
+  std::size_t end = std::min(begin + kMost, text->size());
+  while (continuesCharacter(*text, end)) --end;
+  return (begin > 0 ? "…" : "") + text->substr(begin, end - begin) +
+         (end < text->size() ? "…" : "");
+}
+
+std::size_t firstDifference(const store::Value& a, const store::Value& b) {
+  const auto* inA = a.getIf<std::string>();
+  const auto* inB = b.getIf<std::string>();
+  if (inA == nullptr || inB == nullptr) return 0;
+  return static_cast<std::size_t>(std::ranges::mismatch(*inA, *inB).in1 - inA->begin());
+}
+
 }  // namespace
 
 std::vector<store::Value> ComparedRows::cells(std::string_view state, const ComparedPair& pair,
-                                              const Difference& difference) const {
+                                              const Difference& difference, Format format) const {
+  const std::size_t differs = firstDifference(difference.a, difference.b);
+  const auto shown = [&](const store::Value& value) {
+    return format == Format::table ? part(value, differs) : value;
+  };
   return {std::string(state),
           std::string(commands::compare::nameOf(pair.kind)),
           identifiersValue(a_, pair.kind, pair.a),
@@ -44,8 +73,8 @@ std::vector<store::Value> ComparedRows::cells(std::string_view state, const Comp
           pair.name,
           angleValue(difference.angle),
           difference.field,
-          difference.a,
-          difference.b};
+          shown(difference.a),
+          shown(difference.b)};
 }
 
 void ComparedRows::write(const Comparison& comparison, Format format, std::ostream& out) const {
@@ -53,7 +82,7 @@ void ComparedRows::write(const Comparison& comparison, Format format, std::ostre
   const auto writer = makeRowWriter(format, kComparedHeadings, out);
   for (const Difference& each : comparison.differences) {
     const ComparedPair& pair = comparison.pairs[each.pair];
-    writer->row(cells(nameOf(pair.state), pair, each));
+    writer->row(cells(nameOf(pair.state), pair, each, format));
   }
   writer->end();
 }
@@ -65,7 +94,7 @@ void ComparedRows::writeChanges(const Comparison& comparison, const std::vector<
     if (!std::ranges::binary_search(pairs, each.pair)) continue;
     const ComparedPair& pair = comparison.pairs[each.pair];
     const State state = pair.state == State::removed ? State::added : pair.state;
-    writer->row(cells(nameOf(state), pair, each));
+    writer->row(cells(nameOf(state), pair, each, Format::table));
   }
   writer->end();
 }

@@ -17,7 +17,8 @@ class ComparedRows {
   /// The sources that were compared.
   ComparedRows(Node a, Node b) : a_(std::move(a)), b_(std::move(b)) {}
 
-  /// Writes a line a difference; nothing at all where there is none.
+  /// Writes a line a difference; nothing at all where there is none. Of long texts a table has the
+  /// place where they begin to differ.
   void write(const commands::compare::Comparison& comparison, Format format,
              std::ostream& out) const;
 
@@ -29,7 +30,8 @@ class ComparedRows {
  private:
   std::vector<store::Value> cells(std::string_view state,
                                   const commands::compare::ComparedPair& pair,
-                                  const commands::compare::Difference& difference) const;
+                                  const commands::compare::Difference& difference,
+                                  Format format) const;
 
   Node a_;
   Node b_;

@@ -60,12 +60,12 @@ class CompletionVerb : public Verb {
   }
 
  private:
-  std::vector<const CLI::App*> verbs() const {
-    return std::as_const(app_).get_subcommands([](const CLI::App*) { return true; });
+  std::vector<CLI::App*> verbs() const {
+    return app_.get_subcommands([](const CLI::App*) { return true; });
   }
 
   /// The options with two dashes that the help has.
-  static std::vector<const CLI::Option*> optionsOf(const CLI::App& command) {
+  static std::vector<CLI::Option*> optionsOf(CLI::App& command) {
     return command.get_options([](const CLI::Option* each) {
       return !each->get_lnames().empty() && !each->get_group().empty();
     });
@@ -75,22 +75,50 @@ class CompletionVerb : public Verb {
     return "--" + option.get_lnames().front();
   }
 
+  /// The words that are the values of an option, with blanks between them; empty where it takes
+  /// others.
+  static std::string wordsOf(CLI::Option& option) {
+    try {
+      return option.get_validator(0)->get_name();
+    } catch (const CLI::OptionNotFound&) {
+      return {};
+    }
+  }
+
+  /// A case of a shell for each verb and option with words for values: "list --format".
+  void writeWordCases(const std::string& form) const {
+    for (CLI::App* verb : verbs()) {
+      for (CLI::Option* option : optionsOf(*verb)) {
+        const std::string words = wordsOf(*option);
+        if (words.empty()) continue;
+        std::cout << fmt::format(fmt::runtime(form), verb->get_name() + " " + nameOf(*option),
+                                 words);
+      }
+    }
+  }
+
   void writeBash() const {
     std::vector<std::string> names;
     std::cout << "# Completion of orv for bash.\n_orv() {\n"
                  "  local word=${COMP_WORDS[COMP_CWORD]} words=\n"
                  "  case ${COMP_WORDS[1]} in\n";
-    for (const CLI::App* verb : verbs()) {
+    for (CLI::App* verb : verbs()) {
       names.push_back(verb->get_name());
       std::vector<std::string> options;
-      for (const CLI::Option* option : optionsOf(*verb)) options.push_back(nameOf(*option));
+      for (CLI::Option* option : optionsOf(*verb)) options.push_back(nameOf(*option));
       std::cout << fmt::format("    {}) words={} ;;\n", verb->get_name(),
                                quoted(fmt::format("{}", fmt::join(options, " "))));
     }
+    std::cout
+        << "  esac\n  local values=\n  case \"${COMP_WORDS[1]} ${COMP_WORDS[COMP_CWORD - 1]}\" "
+           "in\n";
+    writeWordCases("    '{}') values='{}' ;;\n");
     std::cout << fmt::format(
         "  esac\n"
         "  [[ $COMP_CWORD -eq 1 ]] && words={}\n"
-        "  if [[ $COMP_CWORD -eq 1 || $word == -* ]]; then\n"
+        "  if [[ -n $values && $COMP_CWORD -gt 1 ]]; then\n"
+        "    mapfile -t COMPREPLY < <(compgen -W \"$values\" -- \"$word\")\n"
+        "  elif [[ $COMP_CWORD -eq 1 || $word == -* ]]; then\n"
         "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$word\")\n"
         "  else\n"
         "    compopt -o filenames\n"
@@ -104,32 +132,37 @@ class CompletionVerb : public Verb {
   void writeZsh() const {
     std::cout << "#compdef orv\n# Completion of orv for zsh.\n_orv() {\n"
                  "  if (( CURRENT == 2 )); then\n    local -a verbs=(\n";
-    for (const CLI::App* verb : verbs()) {
+    for (CLI::App* verb : verbs()) {
       std::cout << "      " << quoted(verb->get_name() + ":" + forZsh(verb->get_description()))
                 << '\n';
     }
     std::cout << "    )\n    _describe verb verbs\n    return\n  fi\n  local -a options\n"
                  "  case $words[2] in\n";
-    for (const CLI::App* verb : verbs()) {
+    for (CLI::App* verb : verbs()) {
       std::cout << "    " << verb->get_name() << ") options=(";
-      for (const CLI::Option* option : optionsOf(*verb)) {
+      for (CLI::Option* option : optionsOf(*verb)) {
         std::cout << ' ' << quoted(nameOf(*option) + ":" + forZsh(option->get_description()));
       }
       std::cout << " ) ;;\n";
     }
-    std::cout << "  esac\n  if [[ $PREFIX == -* ]]; then\n    _describe option options\n"
+    std::cout << "  esac\n  local -a values\n  case \"$words[2] $words[CURRENT-1]\" in\n";
+    writeWordCases("    '{}') values=({}) ;;\n");
+    std::cout << "  esac\n  if (( $#values )); then\n    compadd -a values\n"
+                 "  elif [[ $PREFIX == -* ]]; then\n    _describe option options\n"
                  "  else\n    _files\n  fi\n}\n_orv \"$@\"\n";
   }
 
   void writeFish() const {
     std::cout << "# Completion of orv for fish.\n";
-    for (const CLI::App* verb : verbs()) {
+    for (CLI::App* verb : verbs()) {
       std::cout << fmt::format("complete -c orv -n __fish_use_subcommand -a {} -d {}\n",
                                verb->get_name(), quoted(verb->get_description()));
-      for (const CLI::Option* option : optionsOf(*verb)) {
+      for (CLI::Option* option : optionsOf(*verb)) {
+        const std::string words = wordsOf(*option);
         std::cout << fmt::format(
-            "complete -c orv -n '__fish_seen_subcommand_from {}' -l {} -d {}\n", verb->get_name(),
-            option->get_lnames().front(), quoted(option->get_description()));
+            "complete -c orv -n '__fish_seen_subcommand_from {}' -l {} -d {}{}\n", verb->get_name(),
+            option->get_lnames().front(), quoted(option->get_description()),
+            words.empty() ? "" : fmt::format(" -x -a '{}'", words));
       }
     }
   }

@@ -46,11 +46,7 @@ class DeleteVerb : public Verb {
     if (columns_.isGiven()) showRecords(node, selection);
     const auto result = commands::deleteRecords(console.session, selection, node);
     if (result.refused) return kWrongUse;
-    if (!answers_.quiet) {
-      std::cout << counted(result.deleted, "record") << " deleted";
-      if (result.failed > 0) std::cout << ", " << result.failed << " failed";
-      std::cout << (result.cancelled ? ", then cancelled.\n" : ".\n");
-    }
+    if (!answers_.quiet) std::cout << result.summary() << '\n';
     return result.failed == 0 && !result.cancelled ? kAllWell : kRecordsFailed;
   }
 

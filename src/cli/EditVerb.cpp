@@ -33,8 +33,9 @@ class EditVerb : public Verb {
              "\"orv undo\" takes back.") {
     source_.addDatabase(command());
     command()
-        .add_option("ID", words_,
-                    "Identifiers of the records, then FIELD=VALUE for each field that is to be changed")
+        .add_option(
+            "ID", words_,
+            "Identifiers of the records, then FIELD=VALUE for each field that is to be changed")
         ->type_name("");
     source_.addSetOfNames(command());
     source_.addWhere(command());
@@ -121,7 +122,8 @@ class EditVerb : public Verb {
   }
 
   std::vector<TypedValue> ofFile(const Editor& editor) const {
-    const auto rows = opening([&] { return commands::edit::readCsvFile(from_); });
+    const auto rows =
+        opening([&] { return usedRightly([&] { return commands::edit::readCsvFile(from_); }); });
     if (rows.empty()) throw wrongUse("\"" + from_ + "\" is empty.");
     const auto& names = rows.front();
     if (names.size() < 2 || !isIdentifier(editor, names.front())) {

@@ -104,7 +104,8 @@ class ExportVerb : public Verb {
     }
     if (!answers_.quiet) {
       tell(result);
-      tellEnd(toOutput ? std::cerr : std::cout, counted(result.dataSets, "pane"),
+      tellEnd(toOutput ? std::cerr : std::cout,
+              result.text.empty() ? "Nothing is" : counted(result.dataSets, "pane"),
               toOutput ? "standard output" : file, result);
     }
     return exitOf(result);

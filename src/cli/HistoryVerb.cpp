@@ -46,9 +46,10 @@ class HistoryVerb : public Verb {
       const auto number = static_cast<std::int32_t>(done) - static_cast<std::int32_t>(i);
       writer->row({work.isUndone ? store::Value() : store::Value(number),
                    commands::edit::historyTime(work), work.title,
-                   work.isUndone ? "taken back"
-                   : work.isLost ? "cannot be taken back"
-                                 : ""});
+                   work.isUndone      ? "taken back"
+                   : work.isLost      ? "cannot be taken back"
+                   : !work.isFinished ? "not finished"
+                                      : ""});
     }
     writer->end();
   }

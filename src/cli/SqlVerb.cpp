@@ -35,6 +35,7 @@ class SqlVerb : public Verb {
       throw wrongUse("Give either a SELECT statement, the name of a query, or --queries.");
     }
     if (statement_ == kStandardStream) {
+      file_.refusePasswordFromInput();
       statement_.assign(std::istreambuf_iterator<char>(std::cin), {});
     }
     const auto connection = file_.open();

@@ -1,8 +1,10 @@
 #include "cli/StandardInput.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <array>
+#include <climits>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -11,6 +13,7 @@
 #include "cli/Failure.h"
 #include "cli/Interrupts.h"
 #include "commands/SourceOpener.h"
+#include "model/Text.h"
 #include "productfile/ProductFile.h"
 
 namespace orv::cli {
@@ -28,18 +31,52 @@ void removeKept() {
   rmdir(keptFolder.c_str());
 }
 
+[[noreturn]] void raiseNotKept(const std::string& reason) {
+  throw Failure(kCannotOpen, fmt::format("The standard input cannot be kept as a file: {}. TMPDIR "
+                                         "names the folder for that; /tmp unless it is set.",
+                                         reason));
+}
+
+std::string reasonNow() {
+  return std::generic_category().message(errno);
+}
+
 std::string newFolder() {
-  std::string pattern = (fs::temp_directory_path() / "orv-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) {
-    throw Failure(kCannotOpen, "The standard input cannot be kept in \"" + pattern +
-                                   "\": " + std::generic_category().message(errno) + ".");
-  }
+  std::error_code failure;
+  const fs::path folder = fs::temp_directory_path(failure);
+  if (failure) raiseNotKept(failure.message());
+  std::string pattern = (folder / "orv-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) raiseNotKept(reasonNow());
   return fs::absolute(pattern).lexically_normal();
+}
+
+constexpr std::string_view kProducts = ".json";
+
+/// Raises Failure for what no file of records can be called.
+void checkName(const std::string& name) {
+  constexpr std::size_t kLongest = NAME_MAX - kProducts.size();
+  if (name != fs::path(name).filename() || name == "." || name == "..") {
+    throw wrongUse("The standard input gets the name of a file, not a path: \"" + name + "\".");
+  }
+  if (name.size() > kLongest) {
+    throw wrongUse(
+        fmt::format("The standard input gets a name of at most {} bytes; this one has "
+                    "{}.",
+                    kLongest, name.size()));
+  }
+  const std::string extension = lowerCase(fs::path(name).extension().string());
+  if (extension == ".mdb" || extension == ".accdb") {
+    throw wrongUse(
+        fmt::format("A file \"{}\" would be a database, which cannot come from the "
+                    "standard input. Give it the name of a text or a product.",
+                    name));
+  }
 }
 
 /// What comes is written on as it comes, so that it takes no memory.
 void copyInput(const fs::path& path) {
   std::ofstream file(path, std::ios::binary);
+  if (!file) raiseNotKept(reasonNow());
   std::array<char, 65536> part{};
   std::uintmax_t size = 0;
   while (file && (std::cin.read(part.data(), part.size()), std::cin.gcount() > 0)) {
@@ -49,16 +86,22 @@ void copyInput(const fs::path& path) {
       throw Failure(kCannotOpen, "The standard input is too long for a file of records.");
     }
   }
-  std::cin.clear();  // a terminal may still answer questions
-  if (size == 0) throw Failure(kCannotOpen, "Nothing came from the standard input.");
-  if (!file.flush()) {
-    throw Failure(kCannotOpen, "The standard input cannot be kept in \"" + path.string() + "\".");
+  if (std::cin.bad()) {
+    throw Failure(kCannotOpen, "The standard input cannot be read: " + reasonNow() + ".");
   }
+  std::cin.clear();  // a terminal may still answer questions
+  if (!file.flush()) raiseNotKept(reasonNow());
+  if (size == 0) throw Failure(kCannotOpen, "Nothing came from the standard input.");
 }
 
 /// A list, or an object with a key. What begins with a brace may be a comment of a text, too.
 bool looksLikeProducts(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
+  char mark[3] = {};
+  if (!file.read(mark, sizeof mark) || std::string_view(mark, sizeof mark) != "\xEF\xBB\xBF") {
+    file.clear();
+    file.seekg(0);
+  }
   char first = '\0';
   char second = '\0';
   file >> first >> second;
@@ -80,17 +123,16 @@ StandardInput::~StandardInput() {
 
 std::string StandardInput::read(const std::string& name) {
   if (!folder_.empty()) throw wrongUse("The standard input (-) can be one source only.");
-  if (name != fs::path(name).filename()) {
-    throw wrongUse("The standard input gets the name of a file, not a path: \"" + name + "\".");
-  }
+  checkName(name);
   keptFolder = folder_ = newFolder();
   const fs::path path = fs::path(folder_) / (name.empty() ? "stdin.txt" : name);
   keptFile = path;
   beforeSignalsEnd(removeKept);
   copyInput(path);
   if (commands::isDatabaseFile(path)) refuseStandardStream(kStandardStream);
-  if (!name.empty() || !looksLikeProducts(path)) return path;
-  const fs::path products = fs::path(path).replace_extension(".json");
+  if (productfile::isProduct(path) || !looksLikeProducts(path)) return path;
+  const fs::path products =
+      fs::path(folder_) / ((name.empty() ? "stdin" : name) + kProducts.data());
   fs::rename(path, products);
   keptFile = products;
   return products;

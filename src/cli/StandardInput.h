@@ -20,9 +20,11 @@ class StandardInput {
   StandardInput& operator=(const StandardInput&) = delete;
   ~StandardInput();
 
-  /// Reads the standard input to its end and returns the path of the file. Without a name the file
-  /// gets one that says whether it looks like a text or like products. Raises Failure where nothing
-  /// comes, or more than any file of records has, or a database, and where it was read before.
+  /// Reads the standard input to its end and returns the path of the file. The file gets the name
+  /// that is given, "stdin.txt" without one; what looks like products, one that ends with ".json".
+  /// Raises Failure where nothing comes, or more than any file of records has, or a database, where
+  /// it cannot be read or kept, for a name that no such file can have, and where it was read
+  /// before.
   std::string read(const std::string& name);
 
   /// The folder of the file; empty before it is read.

@@ -38,13 +38,15 @@ class UndoVerb : public Verb {
     if (!commands::mayBeChanged(*database, console.ui)) return kWrongUse;
     const auto result = usedRightly([&] {
       const auto count = static_cast<std::size_t>(count_);
-      return isRedo_ ? history.redo(count) : history.undo(count);
+      const auto references = commands::edit::historyReferences();
+      return isRedo_ ? history.redo(count, references) : history.undo(count, references);
     });
     if (!result.conflicts.empty()) return refuse(result.conflicts);
     for (const store::HistoryWork& work : result.works) {
       if (answers_.quiet) break;
       std::cout << (isRedo_ ? "Made again: " : "Taken back: ") << work.title << " ("
-                << commands::edit::historyTime(work) << ")\n";
+                << commands::edit::historyTime(work)
+                << (work.isFinished ? ")\n" : "; it was not finished)\n");
     }
     if (const std::string failure = history.takeFailure(); !failure.empty()) {
       std::cerr << "orv: The history could not be written: " << failure << '\n';

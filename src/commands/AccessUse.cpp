@@ -73,7 +73,14 @@ std::string signOfAccess(const std::string& path) {
   return {};
 }
 
+bool canBeChanged(const store::Connection& database, UserInterface& ui) {
+  const std::string reason = database.whyReadOnly();
+  if (!reason.empty()) ui.message(MessageKind::critical, reason, kProductName);
+  return reason.empty();
+}
+
 bool mayBeChanged(const store::Connection& database, UserInterface& ui) {
+  if (!canBeChanged(database, ui)) return false;
   const std::string sign = signOfAccess(database.path());
   return sign.empty() || ui.acceptRisk(sign + " What is changed now can be lost or damaged there.");
 }

@@ -13,8 +13,11 @@ namespace orv::commands {
 /// the last day. One sentence; empty when nothing does.
 std::string signOfAccess(const std::string& path);
 
-/// Whether the records of a database may be changed. Asks when Access seems to have it open, since
-/// Access knows nothing of this program's locks.
+/// Whether the file of a database can be changed; says why where it cannot.
+bool canBeChanged(const store::Connection& database, UserInterface& ui);
+
+/// Whether the records of a database may be changed; says where they cannot. Asks when Access seems
+/// to have it open, since Access knows nothing of this program's locks.
 bool mayBeChanged(const store::Connection& database, UserInterface& ui);
 
 }  // namespace orv::commands

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "model/Text.h"
+
 namespace orv::commands {
 
 namespace {
@@ -11,12 +13,15 @@ namespace {
 constexpr const char* kVariable = "ORV_HISTORY";
 constexpr int kBytesOfMegabyte = 20;  // as a power of two
 
-/// The bound that the environment sets; 0 where no history is wanted.
-std::uint64_t largestHistory() {
+/// The bound that the environment sets; 0 where no history is wanted. What is kept in secret is not
+/// written in clear beside it unless that is asked for.
+std::uint64_t largestHistory(store::Connection& database) {
   const char* wanted = std::getenv(kVariable);
-  if (wanted == nullptr || *wanted == '\0') return store::History::kLargest;
+  if (wanted == nullptr || *wanted == '\0') {
+    return store::History::isSecret(database) ? 0 : store::History::kLargest;
+  }
   const std::string_view text(wanted);
-  if (text == "off") return 0;
+  if (equalIgnoringCase(text, "off")) return 0;
   std::uint64_t megabytes = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), megabytes);
   const bool isNumber = error == std::errc() && end == text.data() + text.size();
@@ -29,7 +34,8 @@ std::uint64_t largestHistory() {
 
 void keepHistory(store::Connection& database) {
   if (database.readOnly()) return;
-  if (const std::uint64_t largest = largestHistory()) store::History(database).keep(largest);
+  if (const std::uint64_t largest = largestHistory(database))
+    store::History(database).keep(largest);
 }
 
 HistoryScope::HistoryScope(UserInterface& ui, store::Connection& database, const std::string& title)
@@ -40,7 +46,7 @@ HistoryScope::~HistoryScope() {
   if (!database_.isOpen() || !store::History::isKept(database_)) return;
   const std::string failure = store::History(database_).takeFailure();
   if (failure.empty()) return;
-  ui_.message(MessageKind::information,
+  ui_.message(MessageKind::critical,
               "The change was made, but cannot be taken back, since the history of the database "
               "could not be written: " +
                   failure,

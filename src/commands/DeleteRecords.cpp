@@ -1,5 +1,7 @@
 #include "commands/DeleteRecords.h"
 
+#include <fmt/format.h>
+
 #include "commands/AccessUse.h"
 #include "commands/ChangeHistory.h"
 #include "commands/ErrorText.h"
@@ -13,9 +15,9 @@ namespace DataType = sources::DataType;
 
 namespace {
 
-bool confirmed(UserInterface& ui) {
+bool confirmed(UserInterface& ui, const std::string& details) {
   return ui.ask({"Are you sure you want to remove these records? This action cannot be undone.",
-                 kApplicationTitle, Buttons::yesNoCancel, Answer::no}) == Answer::yes;
+                 kApplicationTitle, Buttons::yesNoCancel, Answer::no, details}) == Answer::yes;
 }
 
 void deleteRecord(Session& session, const sources::datasource& node,
@@ -59,38 +61,50 @@ Outcome deleteWithRetries(Session& session, const sources::datasource& node,
 
 }  // namespace
 
-DeletionResult deleteRecords(Session& session, const sources::RecordSelection& current,
-                             const std::shared_ptr<sources::datasource>& shown) {
-  DeletionResult result;
-  if (!current.HasRecords()) return result;
+std::string DeletionResult::summary() const {
+  std::string text = fmt::format("{} record{} deleted", deleted, deleted == 1 ? "" : "s");
+  if (failed > 0) text += fmt::format(", {} failed", failed);
+  return text + (cancelled ? ", then cancelled." : ".");
+}
+
+DeletionResult askToDelete(Session& session, const sources::RecordSelection& current,
+                           const std::shared_ptr<sources::datasource>& shown,
+                           const std::string& details) {
+  if (!current.HasRecords()) return {.cancelled = true};
   if (!shown || !shown->isInVersion3()) {
     session.ui.message(MessageKind::critical,
                        "This datasource does not allow deleting any records.", kProductName);
-    result.refused = true;
-    return result;
+    return {.refused = true};
   }
-  if (!confirmed(session.ui)) {
-    result.cancelled = true;
-    return result;
-  }
-  if (!mayBeChanged(*shown->ADOConnection(), session.ui)) {
-    result.refused = true;
-    return result;
-  }
-  const HistoryScope history(session.ui, *shown->ADOConnection(),
-                             "Delete " + countedRecords(*shown, current.RecordsCount()));
+  if (!canBeChanged(*shown->ADOConnection(), session.ui)) return {.refused = true};
+  if (!confirmed(session.ui, details)) return {.cancelled = true};
+  return {.refused = !mayBeChanged(*shown->ADOConnection(), session.ui)};
+}
+
+DeletionResult deleteAskedFor(Session& session, const sources::RecordSelection& current) {
+  DeletionResult result;
+  const sources::datasource& node = *current.DataSourcePtr();
+  const HistoryScope history(session.ui, *node.ADOConnection(),
+                             "Delete " + countedRecords(node, current.RecordsCount()));
   LongWork work(session.ui, "Deleting records...");
   session.ui.status("Opening database...");
   work.expect(current.RecordsCount());
   for (std::int32_t i = 1; i <= current.RecordsCount() && !result.cancelled; ++i) {
     const std::string& identifier = current.SelectedRecordID(i);
     session.ui.status("Deleting " + identifier + "...");
-    const Outcome outcome = deleteWithRetries(session, *current.DataSourcePtr(), identifier);
+    const Outcome outcome = deleteWithRetries(session, node, identifier);
     ++(outcome == Outcome::deleted ? result.deleted : result.failed);
     result.cancelled = outcome == Outcome::aborted || session.ui.cancelled();
     work.stepDone();
   }
   return result;
+}
+
+DeletionResult deleteRecords(Session& session, const sources::RecordSelection& current,
+                             const std::shared_ptr<sources::datasource>& shown) {
+  if (!current.HasRecords()) return {};
+  const DeletionResult asked = askToDelete(session, current, shown);
+  return asked.isStopped() ? asked : deleteAskedFor(session, current);
 }
 
 }  // namespace orv::commands

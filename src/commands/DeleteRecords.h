@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "commands/Session.h"
 #include "sources/RecordSelection.h"
@@ -13,11 +14,24 @@ struct DeletionResult {
   bool cancelled = false;  ///< not confirmed, or ended by the user
   int deleted = 0;
   int failed = 0;
+
+  bool isStopped() const { return refused || cancelled; }
+  /// "3 records deleted, 1 failed."
+  std::string summary() const;
 };
 
-/// Deletes the records of `current` after a confirmation. `shown` is the node now shown; only a
-/// record set of an ORV database of version 3.0.0 allows it. After a failure the user decides
+/// Whether the records of `current` may be deleted: asks the user, and changes nothing. `shown` is
+/// the node now shown; only a record set of an ORV database of version 3.0.0 that can be written
+/// allows it. `details` says which records these are.
+DeletionResult askToDelete(Session& session, const sources::RecordSelection& current,
+                           const std::shared_ptr<sources::datasource>& shown,
+                           const std::string& details = {});
+
+/// Deletes records for which askToDelete() was not stopped. After a failure the user decides
 /// whether to end, to try the record again or to go on with the next.
+DeletionResult deleteAskedFor(Session& session, const sources::RecordSelection& current);
+
+/// Both.
 DeletionResult deleteRecords(Session& session, const sources::RecordSelection& current,
                              const std::shared_ptr<sources::datasource>& shown);
 

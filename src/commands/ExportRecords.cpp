@@ -117,7 +117,10 @@ RecordKind requireExportable(const sources::RecordSelection& records, ExportForm
 
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier) {
   auto angles = reader.dataAngles(identifier);
-  if (angles.empty()) throw Error(kInvalidCall, "The pane has data at no angle.");
+  if (angles.empty()) {
+    reader.pane(identifier, 0);  // raises for a pane that is not there
+    throw Error(kInvalidCall, "The pane has data at no angle.");
+  }
   return angles;
 }
 

@@ -16,7 +16,8 @@ namespace orv::commands {
 /// What the records are. Raises kInvalidCall for those that no file of the form can hold.
 RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form);
 
-/// The angles of a pane; raises kInvalidCall where there is none.
+/// The angles of a pane; raises kInvalidCall where there is none, and kRetrievalFailed where there
+/// is no such pane.
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier);
 
 /// Notes the spectra of a pane that no file gets: of several directions of incidence at its angle

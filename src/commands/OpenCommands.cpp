@@ -3,21 +3,15 @@
 #include <filesystem>
 
 #include "commands/ErrorText.h"
+#include "commands/PasswordQuestion.h"
 #include "commands/TolerantOffer.h"
-#include "store/StoreError.h"
 
 namespace orv::commands {
 
 namespace {
 
-InputRequest passwordRequest(const std::string& prompt) {
-  return {.prompt = prompt,
-          .title = kProductName,
-          .help =
-              "The database password that the file was given in Access. It is kept in memory "
-              "until the program ends, for the next database that has the same.",
-          .isSecret = true};
-}
+constexpr const char* kAdviceOnFiles = "One or more files may not have been added, please check.";
+constexpr const char* kAdviceOnDamage = "Database > Repair takes what can be read into a new file.";
 
 }  // namespace
 
@@ -54,32 +48,50 @@ OpenCommands::Node OpenCommands::openOptics5UserDatabase(const std::string& fold
 OpenCommands::Node OpenCommands::openTextFiles(const std::string& folder,
                                                const std::vector<std::string>& filenames,
                                                TextFileKind kind) {
-  return withOffer(tryToOpen([&] { return opener_.openTextFiles(folder, filenames, kind); },
-                             "One or more files may not have been added, please check."));
+  return withOffer(
+      tryToOpen([&] { return opener_.openTextFiles(folder, filenames, kind); }, kAdviceOnFiles));
 }
 
 std::vector<OpenCommands::Node> OpenCommands::openAll(const std::vector<std::string>& paths) {
   std::vector<Node> nodes;
+  std::vector<std::string> failures;
+  bool isDamaged = false;
   for (const auto& group : SourceOpener::grouped(paths)) {
     const std::string name = std::filesystem::path(group.front()).filename().string();
-    const Node node = tryWithPassword(
-        name, [&] { return opener_.openGroup(group); },
-        "One or more files may not have been added, please check.");
+    Node node;
+    try {
+      withPassword(session_, name, [&] { node = opener_.openGroup(group); });
+    } catch (const std::exception& error) {
+      failures.push_back(describe(error));
+      isDamaged = isDamaged || isDamage(error);
+    }
     if (node) nodes.push_back(withOffer(node));
+  }
+  const std::string advice = isDamaged ? kAdviceOnDamage : kAdviceOnFiles;
+  if (failures.size() == 1) {
+    session_.ui.message(MessageKind::information, failures.front() + "\n\n" + advice, kProductName);
+  } else if (!failures.empty()) {
+    session_.ui.list(std::to_string(failures.size()) + " sources could not be opened. " + advice,
+                     failures, kProductName);
   }
   return nodes;
 }
 
 OpenCommands::Node OpenCommands::reopen(const std::string& path) {
-  std::vector<std::string> replaced;
+  std::vector<Node> replaced;
   for (const Node& source : session_.MainDataSources) {
     const auto connection = source->ADOConnection();
-    if (connection && connection->path() == path) replaced.push_back(source->key());
+    if (connection && connection->path() == path) replaced.push_back(source);
   }
   const auto nodes = openAll({path});
   if (nodes.empty()) return nullptr;
-  for (const std::string& key : replaced) session_.MainDataSources.RemoveDataSource(key);
+  for (const Node& source : replaced) replace(source, nodes.back());
   return nodes.back();
+}
+
+void OpenCommands::replace(const Node& closed, const Node& opened) {
+  session_.MainDataSources.RemoveDataSource(closed->key());
+  if (whenReplaced_) whenReplaced_(closed, opened);
 }
 
 OpenCommands::Node OpenCommands::openReplacements() {
@@ -102,8 +114,8 @@ OpenCommands::Node OpenCommands::openReplacements() {
     if (answer != Answer::yes) continue;
     const auto nodes = openAll({path});
     if (nodes.empty()) continue;
-    session_.MainDataSources.RemoveDataSource(source->key());
     opened = nodes.back();
+    replace(source, opened);
   }
   return opened;
 }
@@ -127,12 +139,9 @@ OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,
   try {
     return open();
   } catch (const std::exception& error) {
-    session_.ui.message(
-        MessageKind::information,
-        describe(error) + "\n\n" +
-            (isDamage(error) ? "Database > Repair takes what can be read into a new file."
-                             : advice),
-        kProductName);
+    session_.ui.message(MessageKind::information,
+                        describe(error) + "\n\n" + (isDamage(error) ? kAdviceOnDamage : advice),
+                        kProductName);
     return nullptr;
   }
 }
@@ -140,20 +149,13 @@ OpenCommands::Node OpenCommands::tryToOpen(const std::function<Node()>& open,
 OpenCommands::Node OpenCommands::tryWithPassword(const std::string& filename,
                                                  const std::function<Node()>& open,
                                                  const std::string& advice) {
-  std::string prompt = "\"" + filename + "\" has a database password:";
-  const auto openOrAsk = [&]() -> Node {
-    while (true) {
-      try {
-        return open();
-      } catch (const Error& error) {
-        if (error.number() != store::kNotAuthenticated) throw;
-      }
-      session_.password = session_.ui.input(passwordRequest(prompt));
-      if (session_.password.empty()) return nullptr;
-      prompt = "This is not the password of \"" + filename + "\". Please try again:";
-    }
-  };
-  return tryToOpen(openOrAsk, advice);
+  return tryToOpen(
+      [&] {
+        Node node;
+        withPassword(session_, filename, [&] { node = open(); });
+        return node;
+      },
+      advice);
 }
 
 }  // namespace orv::commands

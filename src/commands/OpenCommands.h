@@ -26,9 +26,14 @@ class OpenCommands {
   Node openOptics5UserDatabase(const std::string& folder, const std::string& filename);
   Node openTextFiles(const std::string& folder, const std::vector<std::string>& filenames,
                      TextFileKind kind);
-  /// Files and folders of any kind, as they are dropped on a window. Each that cannot be opened is
-  /// told of; the others are opened all the same.
+  /// Files and folders of any kind, as they are dropped on a window. Those that cannot be opened
+  /// are told of at the end; the others are opened all the same.
   std::vector<Node> openAll(const std::vector<std::string>& paths);
+
+  /// What is to be told when an open database has been put in the place of one that is closed.
+  void whenReplaced(std::function<void(const Node& closed, const Node& opened)> tell) {
+    whenReplaced_ = std::move(tell);
+  }
 
   /// Opens a database that has been made, or has taken the place of an open one, which is closed.
   Node reopen(const std::string& path);
@@ -50,8 +55,11 @@ class OpenCommands {
   Node tryWithPassword(const std::string& filename, const std::function<Node()>& open,
                        const std::string& advice);
 
+  void replace(const Node& closed, const Node& opened);
+
   Session& session_;
   SourceOpener opener_;
+  std::function<void(const Node&, const Node&)> whenReplaced_;
   std::set<std::string> declined_;  ///< keys of replaced databases that are to stay as they are
 };
 

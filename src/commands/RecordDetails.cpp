@@ -7,6 +7,7 @@
 #include <span>
 
 #include "commands/NumberText.h"
+#include "commands/StoredValues.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands {
@@ -66,11 +67,13 @@ class Fields {
   void addText(const std::string& name, std::string value) {
     fields_.push_back({section_, name, value, "", value});
   }
+  /// A number that the source does not give, with a word for that.
+  void addMissing(const std::string& name, const std::string& word) {
+    fields_.push_back({section_, name, word, "", store::Value()});
+  }
   /// An emissivity of -1 is not set.
   void addEmissivity(const std::string& name, float value) {
-    const bool isSet = value >= 0;
-    fields_.push_back({section_, name, isSet ? words(value) : "not set", "",
-                       isSet ? store::Value(value) : store::Value()});
+    value >= 0 ? add(name, value) : addMissing(name, "not set");
   }
   /// A number that is 0 where a source does not hold it.
   void addUnlessZero(const char* name, float value) {
@@ -195,7 +198,11 @@ void addIntegrated(Fields& fields, const GlazingData& pane) {
     return;
   }
   for (const IntegratedColumn& value : kIntegratedColumns) {
-    fields.add(value.title, (pane.*value.pane)());
+    if (storedValue(pane, value.name)) {
+      fields.add(value.title, (pane.*value.pane)());
+    } else {
+      fields.addMissing(value.title, "not stored");
+    }
   }
   addRareIntegrated(fields, pane);
 }

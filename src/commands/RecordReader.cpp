@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <set>
 
 #include "commands/RecordKind.h"
@@ -54,6 +55,24 @@ std::int32_t recordNumber(const std::string& identifier) {
     throw Error(kTypeMismatch, "\"" + identifier + "\" is not the number of a record.");
   }
   return number;
+}
+
+bool RecordReader::isThere(const std::string& identifier) const {
+  if (!node_->ADOConnection()) {
+    const std::filesystem::path folder(node_->Folder());
+    return std::filesystem::exists(folder / (productfile::isProduct(identifier)
+                                                 ? ProductName::of(identifier).file
+                                                 : identifier));
+  }
+  const bool isName = node_->DataType() == DataType::optics5Panes;
+  if (isName) requireUsableName("file name", identifier);
+  const std::string column = identifierColumn(node_->DataType());
+  const std::string value =
+      isName ? "'" + identifier + "'" : std::to_string(recordNumber(identifier));
+  return !connection()
+              .openRecordset("SELECT [" + column + "] FROM [" + node_->RecordSetName() +
+                             "] WHERE [" + column + "] = " + value)
+              ->eof();
 }
 
 std::vector<std::int16_t> RecordReader::angles(const std::string& identifier) const {
@@ -141,8 +160,17 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
   }
 }
 
-std::shared_ptr<GlazingData> RecordReader::textPane(const std::string& file) const {
+const std::string& RecordReader::folderOf(const std::string& file) const {
   const std::string& folder = node_->Folder();
+  if (folder == session_.inputFolder &&
+      !std::filesystem::exists(std::filesystem::path(folder) / file)) {
+    throw Error(kFileNotFound, "There is no file '" + file + "' in the standard input");
+  }
+  return folder;
+}
+
+std::shared_ptr<GlazingData> RecordReader::textPane(const std::string& file) const {
+  const std::string& folder = folderOf(file);
   if (!session_.tolerant.isAllowedIn(folder)) {
     return session_.textFiles.ParseSpectralFile(folder, file);
   }
@@ -164,13 +192,25 @@ std::vector<std::int16_t> RecordReader::anglesOfFile(const std::string& identifi
 }
 
 const productfile::ProductFile& RecordReader::productFile(const ProductName& name) const {
-  return session_.products.at(textfile::requireFile(node_->Folder(), name.file));
+  return session_.products.at(textfile::requireFile(folderOf(name.file), name.file));
 }
 
 productfile::Product RecordReader::product(const std::string& identifier,
                                            std::int16_t angle) const {
   const ProductName name = ProductName::of(identifier);
   return productFile(name).product(name.pointer, angle);
+}
+
+bool RecordReader::isShadingProduct(const std::string& identifier) const {
+  const bool isProduct =
+      node_->DataType() == DataType::textFolder && productfile::isProduct(identifier);
+  if (!isProduct) return false;
+  try {
+    const ProductName name = ProductName::of(identifier);
+    return productFile(name).isShading(name.pointer);
+  } catch (const Error&) {
+    return false;
+  }
 }
 
 std::vector<std::string> RecordReader::remarks(const std::string& identifier,
@@ -284,7 +324,7 @@ std::shared_ptr<ShadingDataClass> RecordReader::shading(const std::string& ident
       return found(session_.database.RetrieveShading(connection(), recordNumber(identifier)));
     case DataType::textFolder:
       if (recordKind(*node_) == RecordKind::shadings) {
-        return found(session_.textFiles.ParseSpectralFileShading(node_->Folder(), identifier));
+        return found(session_.textFiles.ParseSpectralFileShading(folderOf(identifier), identifier));
       }
       [[fallthrough]];
     default:

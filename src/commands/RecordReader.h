@@ -19,6 +19,9 @@ class RecordReader {
   RecordReader(Session& session, std::shared_ptr<sources::datasource> node)
       : session_(session), node_(std::move(node)) {}
 
+  /// Whether the record is in its source at this moment.
+  bool isThere(const std::string& identifier) const;
+
   /// The angles, in degrees, at which a pane has data. One, 0, for a pane of a source that does
   /// not know angles.
   std::vector<std::int16_t> angles(const std::string& identifier) const;
@@ -60,6 +63,10 @@ class RecordReader {
   /// product, and by which standard its integrated values are.
   std::vector<std::string> remarks(const std::string& identifier, std::int16_t angle) const;
 
+  /// Whether what a file of products has here is a shading, which is not read as a pane. False
+  /// where that cannot be told.
+  bool isShadingProduct(const std::string& identifier) const;
+
   /// Reads the files that a pane of a folder names, its substrate and its layers; products hold all
   /// that there is of them. Those of a text from the standard input are looked for in the folder of
   /// the run. Raises what ORV_TextFileInterface::FillFileReferences raises.
@@ -78,6 +85,9 @@ class RecordReader {
   std::shared_ptr<GlazingData> orvPane(std::int32_t id, std::int16_t angle,
                                        std::int32_t direction) const;
   std::shared_ptr<GlazingData> textPane(const std::string& file) const;
+  /// The folder of the files. Raises kFileNotFound where that is the hidden one of the standard
+  /// input, and `file` is none of it.
+  const std::string& folderOf(const std::string& file) const;
   std::vector<std::int16_t> anglesOfFile(const std::string& identifier) const;
   const productfile::ProductFile& productFile(const productfile::ProductName& name) const;
   productfile::Product product(const std::string& identifier, std::int16_t angle) const;

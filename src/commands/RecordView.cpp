@@ -23,11 +23,30 @@ struct SortKey {
   }
 };
 
-SortKey sortKey(const store::Value& value) {
+/// Has each number written so that texts of numbers are in the numbers' order: behind its length.
+std::string withNumbersInOrder(const std::string& text) {
+  std::string key;
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t end = std::min(text.find_first_not_of("0123456789", i), text.size());
+    if (end == i) {
+      key += text[i++];
+      continue;
+    }
+    const std::size_t start = std::min(text.find_first_not_of('0', i), end);
+    key += '0';
+    key += static_cast<char>(std::min<std::size_t>(end - start, 127));
+    key.append(text, start, end - start);
+    i = end;
+  }
+  return key;
+}
+
+SortKey sortKey(const store::Value& value, bool readsNumbers) {
   if (value.isNull()) return {};
   if (isNumber(value)) return {SortKey::Kind::number, value.toDouble()};
   if (const auto* date = value.getIf<store::Date>()) return {SortKey::Kind::number, date->days};
-  return {SortKey::Kind::text, 0, lowerCase(cellText(value, kAllDigits))};
+  std::string text = lowerCase(cellText(value, kAllDigits));
+  return {SortKey::Kind::text, 0, readsNumbers ? withNumbersInOrder(text) : std::move(text)};
 }
 
 }  // namespace
@@ -47,6 +66,14 @@ store::Value RecordView::value(std::size_t row, std::size_t column) const {
 
 std::string RecordView::text(std::size_t row, std::size_t column) const {
   return cellText(value(row, column), digits_);
+}
+
+std::vector<std::string> RecordView::identifiersRead() const {
+  std::vector<std::string> identifiers;
+  for (std::size_t row = 0; row < rowsRead(); ++row) {
+    identifiers.push_back(cellText(table_->value(row, 0), kAllDigits));
+  }
+  return identifiers;
 }
 
 bool RecordView::isComplete() const {
@@ -75,18 +102,21 @@ void RecordView::filter(const std::vector<std::string>& texts) {
   restart();
 }
 
-void RecordView::sort(std::size_t column, bool ascending) {
+void RecordView::sort(const std::vector<SortColumn>& columns) {
   table_->readAll();
-  std::vector<SortKey> keys;
-  keys.reserve(table_->rowsRead());
-  for (std::size_t row = 0; row < table_->rowsRead(); ++row) {
-    keys.push_back(sortKey(table_->value(row, column)));
-  }
-  order_.resize(keys.size());
+  order_.resize(columns.empty() ? 0 : table_->rowsRead());
   std::iota(order_.begin(), order_.end(), 0U);
-  std::stable_sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
-    return ascending ? keys[a] < keys[b] : keys[b] < keys[a];
-  });
+  // By the last column first: what is equal in the next one keeps that order.
+  for (auto by = columns.rbegin(); by != columns.rend(); ++by) {
+    std::vector<SortKey> keys;
+    keys.reserve(order_.size());
+    for (std::size_t row = 0; row < order_.size(); ++row) {
+      keys.push_back(sortKey(table_->value(row, by->column), by->readsNumbers));
+    }
+    std::stable_sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+      return by->isAscending ? keys[a] < keys[b] : keys[b] < keys[a];
+    });
+  }
   restart();
 }
 

@@ -13,6 +13,14 @@
 
 namespace orv::commands {
 
+/// A column that rows are sorted by.
+struct SortColumn {
+  std::size_t column = 0;
+  bool isAscending = true;
+  /// Whether numbers within texts count as numbers: "pane 2" before "pane 10".
+  bool readsNumbers = false;
+};
+
 /// Filters and sorts a table without copying it. The rows are gone through a step at a time, so
 /// that whoever shows them stays responsive whatever the size of the table.
 class RecordView {
@@ -25,6 +33,10 @@ class RecordView {
 
   /// Rows found so far.
   std::size_t count() const;
+  /// Rows of the table read so far.
+  std::size_t rowsRead() const { return table_->rowsRead(); }
+  /// What identifies these, in the table's order.
+  std::vector<std::string> identifiersRead() const;
   store::Value value(std::size_t row, std::size_t column) const;
   /// What is shown of a field.
   std::string text(std::size_t row, std::size_t column) const;
@@ -45,9 +57,10 @@ class RecordView {
   void filter(const std::vector<std::string>& texts);
   bool isFiltered() const { return !filters_.empty(); }
 
-  /// Reads the whole table and puts it in order: numbers as numbers, texts without regard to case,
-  /// empty fields first. Rows that are equal keep their order. Begins anew.
-  void sort(std::size_t column, bool ascending);
+  /// Reads the whole table and puts it in order by the first of the columns, rows that are equal
+  /// there by the next: numbers as numbers, texts without regard to case, empty fields first. Rows
+  /// that are equal in all keep their order. Begins anew.
+  void sort(const std::vector<SortColumn>& columns);
 
   int digits() const { return digits_; }
   /// Begins anew.

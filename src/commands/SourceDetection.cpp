@@ -74,19 +74,19 @@ Judgement judge(const fs::path& folder, const std::vector<std::string>& filename
   return judgement;
 }
 
-/// What is told of a judgement that may be wrong; empty when it may not.
-std::string doubtsOf(const Judgement& judgement, const std::string& folder) {
+/// What is told of a judgement on the files of a place that may be wrong; empty when it may not.
+std::string doubtsOf(const Judgement& judgement, const std::string& place) {
   const bool panes = judgement.kind == TextFileKind::panes;
   const std::string taken = panes ? "panes" : "shadings";
   const std::string other = panes ? "shadings" : "panes";
   const std::string remedy =
       " To read " + other + ", use --text " + other + ", or in the window File > Open.";
   if (judgement.decider.empty()) {
-    return "No file of \"" + folder + "\" tells whether it is of panes or of shadings; " + taken +
+    return "No file of " + place + " tells whether it is of panes or of shadings; " + taken +
            " are read." + remedy;
   }
   if (judgement.others == 0) return {};
-  return "The files of \"" + folder + "\" are read as " + taken + ", since \"" + judgement.decider +
+  return "The files of " + place + " are read as " + taken + ", since \"" + judgement.decider +
          "\" looks so; of the first " + std::to_string(judgement.looked) + ", " +
          std::to_string(judgement.others) + " look like " + other + "." + remedy;
 }
@@ -162,7 +162,9 @@ SourceOpener::Node SourceOpener::openAny(const std::string& path,
   const std::string beginning = beginningOf(path);
   if (isDatabase(path, beginning)) return openAnyDatabase(place.folder, place.filename);
   if (!mayBeText(beginning)) {
-    throw Error(kInvalidCall, "\"" + path + "\" is neither a database nor a text file.");
+    const bool isInput = place.folder == session_.inputFolder;
+    throw Error(kInvalidCall, (isInput ? "The standard input" : "\"" + path + "\"") +
+                                  " is neither a database nor a text file.");
   }
   return openTexts(place.folder, {place.filename}, kind);
 }
@@ -244,7 +246,8 @@ SourceOpener::Node SourceOpener::openTexts(const std::string& folder,
   if (kind) return openTextFiles(folder, filenames, *kind);
   const Judgement judgement = judge(folder, filenames);
   const bool isInput = folder == session_.inputFolder;
-  const std::string doubts = doubtsOf(judgement, isInput ? "standard input" : folder);
+  const std::string doubts =
+      doubtsOf(judgement, isInput ? "the standard input" : "\"" + folder + "\"");
   if (!doubts.empty()) session_.ui.message(MessageKind::information, doubts, kProductName);
   return openTextFiles(folder, filenames, judgement.kind);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "database/PaneQuestions.h"
 #include "database/Product.h"
@@ -27,6 +28,8 @@ struct Question {
   Buttons buttons = Buttons::yesNo;
   /// The button that the return key presses.
   Answer defaultAnswer = Answer::yes;
+  /// What it is asked of, where there is room for it below the text.
+  std::string details = {};
 };
 
 /// A request for one line of text.
@@ -63,6 +66,9 @@ class UserInterface : public database::PaneQuestions {
   virtual bool cancelled() = 0;
 
   virtual void message(MessageKind kind, const std::string& text, const std::string& title) = 0;
+  /// A message with a list, which may be long.
+  virtual void list(const std::string& heading, const std::vector<std::string>& parts,
+                    const std::string& title);
   virtual Answer ask(const Question& question) = 0;
   /// The text; empty when the user gave none or cancelled.
   virtual std::string input(const InputRequest& request) = 0;

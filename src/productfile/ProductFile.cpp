@@ -96,6 +96,10 @@ Product ProductFile::product(const std::string& pointer, std::optional<std::int1
   return product;
 }
 
+bool ProductFile::isShading(const std::string& pointer) const {
+  return productfile::isShading(itemAt(pointer));
+}
+
 std::string ProductFile::text(const std::string& pointer) const {
   constexpr int kIndent = 2;
   return itemAt(pointer).value().dump(kIndent, ' ', false, Json::error_handler_t::replace);

@@ -45,6 +45,7 @@ class ProductFile {
   std::vector<std::int16_t> angles(const std::string& pointer) const;
   Product product(const std::string& pointer,
                   std::optional<std::int16_t> angle = std::nullopt) const;
+  bool isShading(const std::string& pointer) const;
   /// The JSON of one product, for people to read.
   std::string text(const std::string& pointer) const;
 

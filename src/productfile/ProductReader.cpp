@@ -20,9 +20,8 @@ std::string textAt(const Item& item, std::string_view pointer) {
   return found ? found->text() : std::string();
 }
 
-/// Shadings are products too, and none that a pane could hold.
 void refuseShading(const Item& product) {
-  if (!equalIgnoringCase(textAt(product, "/type"), "shading")) return;
+  if (!isShading(product)) return;
   const std::string name = textAt(product, "/name");
   const std::string kind = lowerCase(textAt(product, "/subtype"));
   product.refuse(kInvalidCall,
@@ -195,6 +194,10 @@ class ProductReader {
 };
 
 }  // namespace
+
+bool isShading(const Item& product) {
+  return equalIgnoringCase(textAt(product, "/type"), "shading");
+}
 
 std::vector<std::int16_t> anglesOf(const Item& product) {
   const Form& form = formOf(product);

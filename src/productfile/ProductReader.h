@@ -19,6 +19,9 @@ struct Product {
   std::vector<std::string> notes;
 };
 
+/// Whether a product is a shading, which no pane could hold.
+bool isShading(const Item& product);
+
 /// The angles of incidence, in whole degrees, at which a product has data, in its own order.
 std::vector<std::int16_t> anglesOf(const Item& product);
 

@@ -2,6 +2,7 @@
 
 #include "store/jet/compact/Compaction.h"
 #include "store/jet/convert/Conversion.h"
+#include "store/jet/file/NewFile.h"
 #include "store/jet/repair/Repair.h"
 
 namespace orv::store {
@@ -25,6 +26,10 @@ CompactReport convertFile(const std::string& path, const std::string& password,
 CompactReport compactInPlace(const std::string& path, const std::string& password,
                              const std::string& backup, const CompactProgress& progress) {
   return jet::Compaction(path, password, progress).replace(backup);
+}
+
+void removeUnfinishedFiles() noexcept {
+  jet::NewFile::removeAll();
 }
 
 }  // namespace orv::store

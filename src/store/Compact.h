@@ -48,4 +48,8 @@ CompactReport convertFile(const std::string& path, const std::string& password,
 CompactReport compactInPlace(const std::string& path, const std::string& password,
                              const std::string& backup, const CompactProgress& progress = {});
 
+/// Removes the files that the above have begun, for a program that is ended while they are at work:
+/// a handler of signals may call it.
+void removeUnfinishedFiles() noexcept;
+
 }  // namespace orv::store

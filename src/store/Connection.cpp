@@ -136,6 +136,10 @@ std::string Connection::formatName() const {
   return database().formatName();
 }
 
+std::string Connection::whyReadOnly() const {
+  return database().pager().whyReadOnly();
+}
+
 bool Connection::isReplaced() const {
   return database().pager().isReplaced();
 }

@@ -62,6 +62,8 @@ class Connection {
   /// "Jet 3", "Jet 4", or "ACE" with its version.
   std::string formatName() const;
   bool readOnly() const;
+  /// Why the file cannot be changed; empty where it can.
+  std::string whyReadOnly() const;
   /// Whether another file stands now where the connection's file was when it was opened. Nothing
   /// can be read or written by this connection then.
   bool isReplaced() const;

@@ -5,6 +5,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
+#include "store/jet/file/Bytes.h"
 #include "store/jet/history/HistoryRecorder.h"
 #include "store/jet/history/RowReversal.h"
 
@@ -42,6 +43,9 @@ struct HistoryState {
         undone.clear();
         workOf(entry).work.isLost = true;
         break;
+      case HistoryRecord::Kind::ended:
+        finish(entry.head.work);
+        break;
       case HistoryRecord::Kind::undone:
         move(entry.head.work, done, undone);
         break;
@@ -53,11 +57,18 @@ struct HistoryState {
 
   KeptWork& workOf(const HistoryEntry& entry) {
     if (done.empty() || done.back().work.id != entry.head.work) {
+      finish(entry.head.work);  // of which another process's work is in the middle
       HistoryWork work{.id = entry.head.work, .time = entry.head.time, .title = entry.head.title};
       done.push_back({std::move(work), {}});
     }
     ++done.back().work.commits;
     return done.back();
+  }
+
+  void finish(std::uint64_t work) {
+    for (KeptWork& kept : done) {
+      if (kept.work.id == work) kept.work.isFinished = true;
+    }
   }
 
   static void move(std::uint64_t work, std::vector<KeptWork>& from, std::vector<KeptWork>& to) {
@@ -85,6 +96,27 @@ void reverseWork(const KeptWork& kept, jet::HistoryFile& file, RowReversal& reve
 
 HistoryRecord::Kind kindOf(bool back) {
   return back ? HistoryRecord::Kind::undone : HistoryRecord::Kind::redone;
+}
+
+/// Whether a work could be taken back, or made again.
+bool canBeReversed(const KeptWork& kept, jet::Database& database, jet::HistoryRecorder& recorder,
+                   bool back, jet::Likeness likeness) {
+  jet::Transaction tried(database.pager());
+  RowReversal reversal(database, likeness);
+  recorder.nextIs(kindOf(back), {});  // so that what is tried is no work itself
+  reverseWork(kept, recorder.file(), reversal, back);
+  reversal.finish();
+  return reversal.conflicts().empty();
+}
+
+/// Of a work that has no end the last commit may not have been made: it is left out where the
+/// database is as it was before it.
+void leaveOutWhatWasNotMade(KeptWork& kept, jet::Database& database,
+                            jet::HistoryRecorder& recorder) {
+  if (kept.work.isFinished || kept.commits.empty()) return;
+  const KeptWork last{kept.work, {kept.commits.back()}};
+  if (canBeReversed(last, database, recorder, true, jet::Likeness::row)) return;
+  if (canBeReversed(last, database, recorder, false, jet::Likeness::key)) kept.commits.pop_back();
 }
 
 /// The last works that can be taken back or made again, the last one first.
@@ -119,6 +151,13 @@ void History::keep(std::uint64_t largest) {
 
 bool History::isKept(Connection& database) {
   return jet::HistoryRecorder::keeping(database.database()) != nullptr;
+}
+
+bool History::isSecret(Connection& database) {
+  const jet::Database& file = database.database();
+  const Bytes& header = file.pager().header();
+  return !file.storedPassword().empty() ||
+         jet::load32(&header[file.format().header.encodingKey]) != 0;
 }
 
 std::string History::takeFailure() {
@@ -167,18 +206,18 @@ std::vector<HistoryChange> History::changes(const HistoryWork& work) {
   return all;
 }
 
-UndoResult History::undo(std::size_t count) {
-  return reverse(count, true);
+UndoResult History::undo(std::size_t count, References references) {
+  return reverse(count, true, references);
 }
 
-UndoResult History::redo(std::size_t count) {
-  return reverse(count, false);
+UndoResult History::redo(std::size_t count, References references) {
+  return reverse(count, false, references);
 }
 
-UndoResult History::reverse(std::size_t count, bool back) {
+UndoResult History::reverse(std::size_t count, bool back, References references) {
   std::vector<HistoryWork> known;
   while (count > 0) {
-    UndoResult result = tryToReverse(count, back);
+    UndoResult result = tryToReverse(count, back, references);
     const auto already = result.conflicts.empty() ? std::nullopt : noteIfReversedAlready(back);
     if (!already) {
       result.works.insert(result.works.begin(), known.begin(), known.end());
@@ -190,23 +229,23 @@ UndoResult History::reverse(std::size_t count, bool back) {
   return {.works = std::move(known)};
 }
 
-UndoResult History::tryToReverse(std::size_t count, bool back) {
+UndoResult History::tryToReverse(std::size_t count, bool back, References references) {
   jet::Database& database = database_.database();
   UndoResult result;
+  const jet::Pager::WriteLock lock(database.pager());
+  auto last = lastWorks(stateOf(recorder_->file()), count, back);
+  if (back) leaveOutWhatWasNotMade(last.front(), database, *recorder_);
   jet::Transaction transaction(database.pager());
-  RowReversal reversal(database);
+  RowReversal reversal(database, jet::Likeness::row, references);
   recorder_->nextIs(kindOf(back), {});  // so that the reversal is no work itself
   std::vector<std::uint64_t> works;
-  for (const KeptWork& kept : lastWorks(stateOf(recorder_->file()), count, back)) {
+  for (const KeptWork& kept : last) {
     reverseWork(kept, recorder_->file(), reversal, back);
     works.push_back(kept.work.id);
     result.works.push_back(kept.work);
   }
   reversal.finish();
-  for (const jet::RowConflict& conflict : reversal.conflicts()) {
-    result.conflicts.push_back(
-        {conflict.table, conflict.columns, conflict.wanted, conflict.present});
-  }
+  result.conflicts = reversal.conflicts();
   if (!result.conflicts.empty()) return result;
   recorder_->nextIs(kindOf(back), std::move(works));
   transaction.commit();
@@ -214,31 +253,32 @@ UndoResult History::tryToReverse(std::size_t count, bool back) {
 }
 
 /// Where the database is as it was before the last work, a program has taken it back and ended
-/// before it could say so, which is made up for here.
+/// before it could say so, which is made up for here. Where rows could also have been changed since
+/// by another, it is not believed.
 std::optional<HistoryWork> History::noteIfReversedAlready(bool back) {
   jet::Database& database = database_.database();
   const jet::Pager::WriteLock lock(database.pager());
   const KeptWork last = lastWorks(stateOf(recorder_->file()), 1, back).front();
-  {
-    jet::Transaction tried(database.pager());
-    RowReversal reversal(database);
-    recorder_->nextIs(kindOf(back), {});
-    reverseWork(last, recorder_->file(), reversal, !back);
-    reversal.finish();
-    if (!reversal.conflicts().empty()) return std::nullopt;
-  }
+  if (!canBeReversed(last, database, *recorder_, !back, jet::Likeness::key)) return std::nullopt;
   recorder_->file().append({.kind = kindOf(back), .work = last.work.id, .title = last.work.title},
                            true);
   return last.work;
 }
 
 History::Scope::Scope(Connection& database, const std::string& title)
-    : recorder_(jet::HistoryRecorder::keeping(database.database())) {
+    : database_(database), recorder_(jet::HistoryRecorder::keeping(database.database())) {
   if (recorder_) recorder_->beginWork(title);
 }
 
 History::Scope::~Scope() {
-  if (recorder_) recorder_->endWork();
+  if (!recorder_) return;
+  std::optional<jet::Pager::WriteLock> lock;
+  try {
+    if (recorder_->hasToEnd() && database_.isOpen()) lock.emplace(database_.database().pager());
+  } catch (const Error&) {
+    // The work stays without an end, then.
+  }
+  recorder_->endWork(lock.has_value());
 }
 
 }  // namespace orv::store

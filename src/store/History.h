@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "store/Connection.h"
+#include "store/HistoryConflict.h"
 
 namespace orv::store {
 
@@ -21,8 +23,9 @@ struct HistoryWork {
   std::int64_t time = 0;  ///< of its first commit, in seconds since 1970
   std::string title;
   int commits = 0;
-  bool isUndone = false;  ///< it has been taken back, and can be made again
-  bool isLost = false;    ///< it was too large to be kept, and cannot be taken back
+  bool isUndone = false;    ///< it has been taken back, and can be made again
+  bool isLost = false;      ///< it was too large to be kept, and cannot be taken back
+  bool isFinished = false;  ///< else its program is at it, or has ended in the middle of it
 };
 
 /// One thing that happened to a row: no values `before` where it was added, none `after` where it
@@ -34,14 +37,6 @@ struct HistoryChange {
   std::vector<Value> after;
 };
 
-/// A row that is not as a change has left it.
-struct HistoryConflict {
-  std::string table;
-  std::vector<std::string> columns;  ///< none where the table is gone or has other columns now
-  std::vector<Value> wanted;         ///< the row as the change has left it
-  std::vector<Value> present;        ///< as it is; empty where it is gone
-};
-
 struct UndoResult {
   std::vector<HistoryWork> works = {};          ///< that were taken back or made again
   std::vector<HistoryConflict> conflicts = {};  ///< when there is any, nothing was changed
@@ -51,7 +46,8 @@ struct UndoResult {
 /// leaves the rows that it has changed as they were before and after. The database does not need
 /// the file, which may be deleted. It is bounded: the oldest works go first.
 ///
-/// A work is written there when its commits are in the database; when it ends, it is on the disk.
+/// A commit is written there before it is made; when its work ends, it is on the disk. Whether the
+/// last commit of a work without an end was made, is found out when it is taken back.
 /// A row is only taken back that is exactly as the work has left it, whoever has changed it since,
 /// and all of a work or nothing: so a history that lacks a commit, or is that of a former state of
 /// the database, does no harm. One of another database is given another name and not used.
@@ -69,6 +65,8 @@ class History {
   void keep(std::uint64_t largest = kLargest);
   /// Whether they are.
   static bool isKept(Connection& database);
+  /// Whether the database is encoded or asks for a password. Its history is neither.
+  static bool isSecret(Connection& database);
   /// Why the history could not be written since the last call; empty when it could. Changes of the
   /// database do not fail for it.
   std::string takeFailure();
@@ -82,11 +80,11 @@ class History {
   /// What a work has changed, in order.
   std::vector<HistoryChange> changes(const HistoryWork& work);
 
-  /// Takes the last works back, in one commit. Raises kInvalidCall where there are not as many,
-  /// or one of them is lost.
-  UndoResult undo(std::size_t count = 1);
+  /// Takes the last works back, in one commit, unless one of the references would not hold any
+  /// more. Raises kInvalidCall where there are not as many, or one of them is lost.
+  UndoResult undo(std::size_t count = 1, std::span<const RowReference> references = {});
   /// Makes the works that were taken back last again, in one commit.
-  UndoResult redo(std::size_t count = 1);
+  UndoResult redo(std::size_t count = 1, std::span<const RowReference> references = {});
 
   /// While one lives, all commits are one work, unless there is one already.
   class Scope {
@@ -97,12 +95,14 @@ class History {
     Scope& operator=(const Scope&) = delete;
 
    private:
+    Connection& database_;
     std::shared_ptr<jet::HistoryRecorder> recorder_;  ///< null where nothing is kept
   };
 
  private:
-  UndoResult reverse(std::size_t count, bool back);
-  UndoResult tryToReverse(std::size_t count, bool back);
+  using References = std::span<const RowReference>;
+  UndoResult reverse(std::size_t count, bool back, References references);
+  UndoResult tryToReverse(std::size_t count, bool back, References references);
   std::optional<HistoryWork> noteIfReversedAlready(bool back);
 
   Connection& database_;

@@ -10,8 +10,10 @@
 #include "app/WindowTest.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/dialogs/dlgCompact.h"
+#include "app/docks/audit/FindingsTree.h"
 #include "store/Check.h"
 #include "store/Connection.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 
@@ -70,6 +72,9 @@ TEST_F(WindowTest, CompactsTheShownDatabaseInItsPlace) {
   const QString path = openCopy("orvdata-3.0.0.mdb");
   const qint64 before = QFileInfo(path).size();
   const int rowsBefore = rows();
+  selectRows(0, 0);
+  trigger("mnuEditCopy");
+  trigger("mnuToolsAudit");
   dialogs.then([&](QWidget& dialog) {
     EXPECT_FALSE(line(dialog, "compactTarget").isEnabled());
     EXPECT_TRUE(dialog.findChild<QCheckBox*>()->isChecked());
@@ -88,6 +93,33 @@ TEST_F(WindowTest, CompactsTheShownDatabaseInItsPlace) {
   EXPECT_EQ(rows(), rowsBefore);
   trigger("mnuViewRefresh");
   EXPECT_EQ(rows(), rowsBefore);
+  // What was copied and audited before belongs to it.
+  trigger("mnuEditPaste");
+  EXPECT_TRUE(dialogs.texts().back().endsWith("Source and destination are the same."));
+  auto& findings = find<app::FindingsTree>("FindingsTree");
+  auto* finding = findings.topLevelItem(0)->child(0);
+  emit findings.itemActivated(finding, 0);
+  EXPECT_FALSE(label("lblStatus").contains("not open any more"));
+}
+
+TEST_F(WindowTest, CompactionAsksForAPasswordAndProposesAFreeName) {
+  const QString path = makeRows("secret.mdb", 2);
+  setPassword(path.toStdString(), "Sesame 7");
+  dialogs.type("Sesame 7");
+  window.openPaths({path});
+  session.password.clear();
+  std::ofstream(folder / "secret-compacted.mdb") << "taken";
+  dialogs.then([&](QWidget& dialog) {
+    for (auto* each : dialog.findChildren<QRadioButton*>()) {
+      if (!each->isChecked()) each->click();
+    }
+    EXPECT_EQ(line(dialog, "compactTarget").text(), file(folder / "secret-compacted-2.mdb"));
+    click(button(dialog, "Compact"));
+  });
+  dialogs.type("wrong").type("Sesame 7").press("OK");
+  trigger("mnuDatabaseCompact");
+  EXPECT_TRUE(dialogs.isDone()) << dialogs.texts().join('|').toStdString();
+  EXPECT_TRUE(store::checkFile(folder / "secret-compacted-2.mdb", "Sesame 7").sound());
 }
 
 TEST_F(WindowTest, CompactsIntoANewFileUnlessItIsCancelledOrCannot) {

@@ -40,7 +40,7 @@ TEST(RecordModelTest, RowsThatCannotBeReadAreToldOfAndTheOthersStay) {
   EXPECT_EQ(model.rowCount(), shown);
   EXPECT_FALSE(model.canFetchMore({}));
 
-  model.sort(0, Qt::DescendingOrder);
+  model.sortBy({{0, false}});
   EXPECT_EQ(model.rowCount(), shown);
   EXPECT_FALSE(model.find("7", {}, true).isValid());
   model.filter({"99"});
@@ -74,7 +74,7 @@ TEST(RecordModelTest, TextsThatSteerAreSpelledOutAndCopiedAsTheyAre) {
   EXPECT_TRUE(model.data(cell, Qt::ToolTipRole)
                   .toString()
                   .contains("&lt;b&gt;Red&lt;/b&gt; \\u202eglass\\u001b"));
-  EXPECT_EQ(model.cells(0, 0, {0})[0][0], QString::fromStdString(text));
+  EXPECT_EQ(model.cells(0, 0, {0}, false)[0][0], QString::fromStdString(text));
 }
 
 }  // namespace orv::test

@@ -244,10 +244,14 @@ TEST_F(TransferWindowTest, ExportsPanesAsTextFilesAndReadsThemAgain) {
   selectRows(0, 1);
   const std::string target = folder / "export";
   QDir().mkdir(QString::fromStdString(target));
-  dialogs.press("OK").choose({QString::fromStdString(target)}).press("OK");
+  dialogs.press("OK").choose({QString::fromStdString(target)}).then([](QWidget& report) {
+    const QString text = report.findChild<QPlainTextEdit*>()->toPlainText();
+    EXPECT_TRUE(text.startsWith("Filled in, because a text file needs it:")) << text.toStdString();
+    EXPECT_TRUE(report.findChild<QLabel*>()->text().startsWith("2 files written to "));
+    report.close();
+  });
   trigger("mnuFileExport");
-  EXPECT_TRUE(dialogs.texts().back().startsWith("2 files written to "))
-      << dialogs.texts().back().toStdString();
+  EXPECT_TRUE(dialogs.isDone());
   window.openPaths({QString::fromStdString(target)});
   selectNode({QString::fromStdString(target)});
   EXPECT_EQ(rows(), 2);

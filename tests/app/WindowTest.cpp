@@ -3,11 +3,31 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 
+#include "database/OrvSchema.h"
+
 namespace orv::test {
 
 QString WindowTest::text() {
   auto& box = find<QPlainTextEdit>("DataSourceTextBox");
   return box.isVisible() ? box.toPlainText() : QString();
+}
+
+QString WindowTest::makeRows(const char* name, int panes) {
+  const std::string path = folder / name;
+  const auto connection = database::CreateEmptyDatabase(path);
+  auto rows = connection->openRecordset("Pane", store::CursorType::keyset,
+                                        store::LockType::batchOptimistic);
+  for (int i = 0; i < panes; ++i) {
+    rows->addNew();
+    rows->setValue("name", "PANE" + std::to_string(10000 + i).substr(1) + ".DAT");
+    rows->setValue("product_name", "Product " + std::to_string(i % 97));
+    rows->setValue("thickness", static_cast<float>(3 + i % 10));
+    rows->update();
+  }
+  rows->updateBatch();
+  rows->close();
+  connection->close();
+  return QString::fromStdString(path);
 }
 
 void WindowTest::selectNode(const QStringList& path) {

@@ -55,6 +55,10 @@ class WindowTest : public ::testing::Test {
   /// Opens a folder with the corpus's pane files.
   void openPanes() { window.openPaths({file(corpusFolder() / "panes")}); }
 
+  /// Makes an ORV database with a row a pane and no spectra, which is soon done: the first is
+  /// called PANE0000.DAT, their thicknesses go from 3 to 12 mm and around.
+  QString makeRows(const char* name, int panes);
+
   /// Chooses an item of the tree by the texts from its root on.
   void selectNode(const QStringList& path);
   void selectRows(int low, int high) { grid().selectRows({low, high}); }

@@ -35,6 +35,13 @@ TEST_F(DiffTest, ExitsByWhatDiffersAndIsSilentWhereNothingDoes) {
   EXPECT_EQ(orv("diff b.txt other.mdb --match filename --fields thickness").exit, 1);
   EXPECT_EQ(orv("diff - c.txt --name c.txt --fields thickness,spectrum < b.txt").exit, 0);
 
+  const std::string begins = "{ Description: " + std::string(70, 'x');
+  folder.write("b.txt", begins + "y }\n" + paneText());
+  folder.write("new.txt", begins + "z }\n" + paneText());
+  const Ended texts = orv("diff b.txt - --name b.txt < new.txt");
+  EXPECT_NE(texts.out.find("description  …xxxxxxxxxxxxxxxy  …xxxxxxxxxxxxxxxz\n"),
+            std::string::npos)
+      << texts.out;
   folder.write("bad.txt", "no pane");
   const Ended unreadable = orv("diff b.txt bad.txt");
   EXPECT_EQ(unreadable.exit, 3);
@@ -44,6 +51,25 @@ TEST_F(DiffTest, ExitsByWhatDiffersAndIsSilentWhereNothingDoes) {
   EXPECT_EQ(orv("diff db.mdb b.txt --set frames").exit, 2);
   EXPECT_EQ(orv("diff db.mdb b.txt --fields speed").exit, 2);
   EXPECT_EQ(orv("diff db.mdb b.txt --tolerance -1").exit, 2);
+}
+
+TEST_F(DiffTest, EditsAreToldAndNothingIsWhenTheyAreUndone) {
+  makeDatabase();
+  ASSERT_EQ(shell("cp db.mdb other.mdb").exit, 0);
+  ASSERT_EQ(orv("edit other.mdb 1 thickness=4.5 supplier=Acme description=mended --yes").exit, 0);
+  ASSERT_EQ(orv("delete other.mdb 2 --yes").exit, 0);
+  EXPECT_EQ(orv("diff db.mdb other.mdb --format tsv --quiet").out,
+            kHeadings +
+                "changed\tpanes\t1\t1\ta.txt\t\tsupplier\tUnknown\tAcme\n"
+                "changed\tpanes\t1\t1\ta.txt\t\tthickness\t3\t4.5\n"
+                "changed\tpanes\t1\t1\ta.txt\t\tdescription\t\tmended\n"
+                "removed\tpanes\t2\t\tb.txt\t\t\t\t\n");
+  EXPECT_EQ(orv("check other.mdb").exit, 0);
+  ASSERT_EQ(orv("undo other.mdb 2").exit, 0);
+  const Ended undone = orv("diff db.mdb other.mdb");
+  EXPECT_EQ(undone.exit, 0) << undone.out;
+  EXPECT_EQ(undone.out, "");
+  EXPECT_EQ(orv("check other.mdb").exit, 0);
 }
 
 TEST_F(DiffTest, WhatChangedIsCopiedWithItsKeysAndGroups) {
@@ -75,6 +101,8 @@ TEST_F(DiffTest, WhatChangedIsCopiedWithItsKeysAndGroups) {
             "2\tb.txt\tBetter\tDemo\tUnknown\n3\tc.txt\tGamma\tDemo\tUnknown\n"
             "4\tc.txt\tGamma\tSecond\tUnknown\n");
   EXPECT_EQ(orv("copy other.mdb db.mdb --changed --yes").out, "There is nothing to copy.\n");
+  EXPECT_EQ(orv("undo db.mdb").exit, 0);
+  EXPECT_EQ(orv("list db.mdb").out.find("c.txt"), std::string::npos) << "both at once";
   EXPECT_EQ(orv("check db.mdb").exit, 0);
 
   // Of files, which have no groups, those that are there stay in theirs.

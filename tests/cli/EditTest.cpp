@@ -23,6 +23,10 @@ TEST_F(EditVerbTest, ShowsChangesMakesThemAllOrNoneAndTakesThemBack) {
 
   folder.write("new.csv", "\xEF\xBB\xBFid;thickness;product name\r\n2;\"5,5\";\"a;\"\"b\"\"\"\r\n");
   EXPECT_EQ(orv("edit db.mdb --from new.csv --yes").out, "2 changes made.\n");
+  folder.write("latin.csv", "id;product name\r\n2;caf\xE9\r\n");
+  const Ended latin = orv("edit db.mdb --from latin.csv --yes");
+  EXPECT_EQ(latin.exit, 2);
+  EXPECT_NE(latin.err.find("Line 2 is not in UTF-8."), std::string::npos) << latin.err;
   EXPECT_EQ(orv("edit db.mdb --where thickness=3 supplier=Acme --yes").out, "1 change made.\n");
   EXPECT_EQ(orv("list db.mdb --columns name,thickness,product_name,SupplierName --format tsv").out,
             "name\tthickness\tproduct_name\tSupplierName\n"

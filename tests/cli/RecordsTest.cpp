@@ -133,6 +133,8 @@ TEST_F(RecordsTest, ConditionsChooseRecordsForEveryVerb) {
             "name\nb.txt\n");
   EXPECT_EQ(orv("list db.mdb --where \"thickness>3\" --columns name --format tsv").out, "name\n");
   EXPECT_EQ(orv("export db.mdb --where name=A.TXT --to out --quiet").out, "a.txt\n");
+  EXPECT_EQ(orv("export db.mdb --where name=z --form csv --single none.csv").out,
+            "Nothing is written to none.csv.\n");
   orv("new to.mdb");
   EXPECT_EQ(orv("copy db.mdb to.mdb --group G --where name=b.txt").out, "1 record copied.\n");
   const Ended deleted = orv("delete db.mdb --where name:a --where thickness:2..4 --yes");
@@ -248,11 +250,14 @@ TEST_F(RecordsTest, CompletionsKnowEveryVerbAndOption) {
     }
   }
   const Ended bash = shell(
-      "orv completion bash > orv.bash; bash -c '. ./orv.bash; COMP_WORDS=(orv copy --repl); "
-      "COMP_CWORD=2; _orv; echo \"${COMPREPLY[@]}\"; COMP_WORDS=(orv tab); COMP_CWORD=1; _orv; "
-      "echo "
-      "\"${COMPREPLY[@]}\"'");
-  EXPECT_EQ(bash.out, "--replace\ntables\n") << bash.err;
+      "orv completion bash > orv.bash; bash -c '. ./orv.bash; "
+      "complete() { COMP_WORDS=(orv $@); COMP_CWORD=$#; _orv; echo \"${COMPREPLY[@]}\"; }; "
+      "complete copy --repl; complete tab; complete audit x --severity wa; "
+      "complete list --format \"\"'");
+  EXPECT_EQ(bash.out, "--replace\ntables\nwarning\ncsv json table tsv\n") << bash.err;
+  EXPECT_NE(orv("completion zsh").out.find("'copy --standard') values=(en410 iso9050 nfrc300)"),
+            std::string::npos);
+  EXPECT_NE(orv("completion fish").out.find(" -x -a 'csv json text'"), std::string::npos);
 }
 
 TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
@@ -273,7 +278,11 @@ TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
       "orv new to.mdb; orv export db.mdb --form json --single - --quiet | "
       "orv copy - a.txt to.mdb --group Demo");
   EXPECT_NE(products.out.find("2 records copied."), std::string::npos) << products.err;
-  EXPECT_EQ(orv("list to.mdb --columns name --format csv").out, "name\na.txt\none.txt\n");
+  EXPECT_EQ(orv("list to.mdb --columns name,NAME --format csv").out, "name\na.txt\none.txt\n");
+  const Ended named = shell(
+      "(printf '\\357\\273\\277'; orv export db.mdb --form json --single - --quiet) | "
+      "orv list - --name two --columns Filename --format csv");
+  EXPECT_EQ(named.out, "Filename\ntwo.json\n") << named.err;
   const Ended missing = shell("orv copy - db.mdb --name f.txt --group Demo <filmed.txt");
   EXPECT_NE(missing.err.find("'nowhere.txt' in the folder '.'"), std::string::npos) << missing.err;
 
@@ -293,15 +302,25 @@ TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
 
 TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
   makeDatabase();
-  for (const char* arguments : {"new -", "sql - Pane", "tables -", "check -", "compact db.mdb -",
-                                "compact - x.mdb", "delete - 1 --yes", "copy a.txt - --group G",
-                                "list - <db.mdb", "copy - - db.mdb --group G <a.txt",
-                                "list a.txt --name b.txt", "list - --name b/c.txt <a.txt"}) {
+  for (const char* arguments :
+       {"new -", "sql - Pane", "tables -", "check -", "compact db.mdb -", "compact - x.mdb",
+        "delete - 1 --yes", "copy a.txt - --group G", "list - <db.mdb",
+        "copy - - db.mdb --group G <a.txt", "list a.txt --name b.txt",
+        "list - --name b/c.txt <a.txt", "list - --name .. <a.txt", "list - --name x.mdb <a.txt",
+        "list - --name $(printf %0300d 0) <a.txt", "list - --password-file - <a.txt",
+        "sql db.mdb - --password-file - <a.txt"}) {
     const Ended run = orv(arguments);
     EXPECT_EQ(run.exit, 2) << arguments << run.err;
     EXPECT_NE(run.err.find("standard input"), std::string::npos) << arguments << run.err;
   }
   EXPECT_EQ(orv("list -").exit, 3) << "nothing comes";
+  for (const auto& [call, reason] :
+       {std::pair("orv list - <.", "cannot be read: Is a directory"),
+        std::pair("TMPDIR=nowhere orv list - <a.txt", "TMPDIR names the folder")}) {
+    const Ended failed = shell(call);
+    EXPECT_EQ(failed.exit, 3) << call;
+    EXPECT_NE(failed.err.find(reason), std::string::npos) << failed.err;
+  }
 }
 
 TEST_F(RecordsTest, ColumnsAreShownOfWhatIsDeletedAndRefusedWhereRecordsAreTakenWhole) {

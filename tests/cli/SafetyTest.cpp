@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -23,17 +24,20 @@ class SafetyTest : public CliTest {
     }
   }
 
-  /// Starts a copy of the folder `panes`, and sends it a signal once it is at work.
-  Ended interruptedCopy(int signal) {
+  pid_t start(const std::string& arguments) {
     const pid_t child = fork();
     if (child == 0) {
-      const std::string line =
-          "cd '" + folder.path().string() +
-          "' && exec '" ORV_PROGRAM
-          "' copy panes db.mdb --group Demo --no-integrate >.stdout 2>.stderr </dev/null";
+      const std::string line = "cd '" + folder.path().string() + "' && exec '" ORV_PROGRAM "' " +
+                               arguments + " >.stdout 2>.stderr </dev/null";
       execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
       _exit(127);
     }
+    return child;
+  }
+
+  /// Starts a copy of the folder `panes`, and sends it a signal once it is at work.
+  Ended interruptedCopy(int signal) {
+    const pid_t child = start("copy panes db.mdb --group Demo --no-integrate");
     const auto size = fs::file_size(folder.path() / "db.mdb");
     while (fs::file_size(folder.path() / "db.mdb") < size + 20000 && kill(child, 0) == 0) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -75,6 +79,26 @@ TEST_F(SafetyTest, ACopyThatIsAskedToEndFinishesTheRecordUnderWayAndSaysHowManyA
   }
   orv("copy panes db.mdb --group Demo --no-integrate");
   EXPECT_EQ(wholePanes(), 200) << "the same copy does the rest";
+}
+
+TEST_F(SafetyTest, ACompactionThatIsAskedTwiceToEndLeavesNoFileBehind) {
+  writePanes(200);
+  orv("new db.mdb");
+  orv("copy panes db.mdb --group Demo --no-integrate --quiet");
+  const auto isBegun = [&] {
+    return std::ranges::any_of(fs::directory_iterator(folder.path()), [](const auto& entry) {
+      return entry.path().filename().string().starts_with("small.mdb-new-");
+    });
+  };
+  const pid_t child = start("compact db.mdb small.mdb");
+  int status = 0;
+  while (!isBegun()) ASSERT_EQ(waitpid(child, &status, WNOHANG), 0) << "it has ended";
+  kill(child, SIGINT);
+  std::this_thread::sleep_for(std::chrono::microseconds(200));
+  kill(child, SIGTERM);
+  waitpid(child, &status, 0);
+  EXPECT_FALSE(isBegun());
+  EXPECT_FALSE(fs::exists(folder.path() / "small.mdb"));
 }
 
 /// A limit for the size of files has the same effect as a full disk.

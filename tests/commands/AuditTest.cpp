@@ -6,6 +6,7 @@
 
 #include "commands/CommandsTest.h"
 #include "commands/audit/Audit.h"
+#include "commands/audit/SourceRules.h"
 #include "model/Raised.h"
 
 namespace orv::test {
@@ -168,6 +169,8 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
            .text()},
       {"energy", changed(clear(), 0, 9999, [](Point& at) { at.Rf += 0.3; }).text()},
       {"jump", changed(clear(), 655, 655, [](Point& at) { at.Rb += 0.1; }).text()},
+      {"jump", changed(clear(), 300, 300, [](Point& at) { at.Rf += 0.07; }).text()},
+      {"jump", changed(clear(), 2495, 2495, [](Point& at) { at.Rb += 0.04; }).text()},
       {"detector-step", changed(clear(), 860, 9999, [](Point& at) { at.T += 0.03; }).text()},
       {"constant", changed(clear(), 450, 600,
                            [](Point& at) {
@@ -223,6 +226,14 @@ TEST_F(AuditTest, WhatOnlyLooksLikeAFaultIsLeftAlone) {
       IsEmpty());
 }
 
+TEST_F(AuditTest, AProductOfAShadingIsNoFault) {
+  std::filesystem::create_directory(folder.path() / "products");
+  folder.write("products/blind.json", R"({"type": "SHADING", "name": "Blind"})");
+  folder.write("products/none.json", R"({"type": "GLAZING", "name": "None"})");
+  EXPECT_THAT(linesOf(audit(opener.openAny((folder.path() / "products").string()))),
+              ElementsAre("not-read blind.json", "unreadable none.json"));
+}
+
 TEST_F(AuditTest, OneSlippedDecimalIsFoundAtItsPlace) {
   const auto slipped = changed(clear(), 655, 655, [](Point& at) { at.T *= 10; });
   EXPECT_THAT(found({{"bad.txt", slipped.text()}}), ElementsAre("jump bad.txt", "range bad.txt"));
@@ -246,7 +257,8 @@ TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {
   const auto screen = [](double scattered) {
     std::string text =
         "{ Product Name: Screen }\n{ Manufacturer: Maker }\n{ Units: Nanometers }\n"
-        "{ Thickness: 0.5 }\n{ Conductivity: 0.2 }\n";
+        "{ Thickness: 0.5 }\n{ Conductivity: 0.2 }\n{ Emissivity front: 0.8 }\n"
+        "{ Emissivity back: 0.9 }\n";
     for (int nm = 300; nm <= 2500; nm += 5) {
       text += fmt::format("{} 0.1 0.1 0.05 0.05 {} 0.2 0.3 0.3\n", nm, scattered + nm / 1e5);
     }
@@ -254,7 +266,7 @@ TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {
   };
   const auto findings =
       audit(texts(TextFileKind::shadings, {{"bad.txt", screen(0.75)}, {"good.txt", screen(0.25)}}));
-  EXPECT_THAT(linesOf(findings), ElementsAre("energy bad.txt"));
+  EXPECT_THAT(linesOf(findings), ElementsAre("absorptance bad.txt", "energy bad.txt"));
   EXPECT_EQ(findings.front().set, "shadings");
 }
 
@@ -365,6 +377,26 @@ TEST_F(AuditDatabaseTest, ValuesThatAreNoneAreFound) {
   EXPECT_THAT(found(), ElementsAre("absorptance 5", "missing-values 4"));
 }
 
+TEST_F(AuditDatabaseTest, SpectraOfTwoPanesAreToldOnceWithTheirAngles) {
+  insert(pane("good1", 1, 60));
+  insert(pane("copy", 1));
+  insert(pane("copy", 1, 60));
+  const auto findings = audit(database);
+  ASSERT_THAT(linesOf(findings), ElementsAre("duplicates 4"));
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings.front().fault.message,
+            "The spectra are those of good1 (record 1), at 0, 60 degrees");
+
+  // Products tell transmittance from the back, too, by which alone they may differ.
+  commands::audit::SourceFacts facts;
+  for (const float Tb : {0.5F, 0.5F, 0.7F}) {
+    const auto name = std::to_string(facts.records.size());
+    facts.spectra.push_back({facts.records.size(), 0, 0, {0.5F, 0.1F, 0.1F, Tb}});
+    facts.records.push_back({.kind = RecordKind::panes, .identifier = name, .name = name});
+  }
+  EXPECT_EQ(commands::audit::duplicates(facts).size(), 1U);
+}
+
 TEST_F(AuditDatabaseTest, FlagsAndAnglesThatContradictTheDataAreFound) {
   set("Pane", "spectral_pane", false, "PaneID = 1");
   set("Pane_integrated_data", "angle", 60, "PaneID = 2");
@@ -385,6 +417,8 @@ TEST_F(AuditDatabaseTest, FaultsOfNamesAreFound) {
   FrameDataClass frame;
   frame.name("frame");
   frame.group("Demonstration");
+  frame.u_value(2);
+  frame.width(0.06);
   session.database.InsertFrame(frame, dc());
   EXPECT_THAT(found(),
               ElementsAre("empty-name 1", "same-name 3", "similar-groups 4", "unknown-maker 1"));
@@ -455,13 +489,88 @@ TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {
   EXPECT_EQ(result.summary(), "2 records, then cancelled: 1 error, no warnings, no notes.");
 }
 
+TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
+  using Change = void (*)(ShadingDataClass&);
+  const std::pair<const char*, Change> ofShadings[] = {
+      {"", [](auto&) {}},
+      {"absorptance", [](auto& s) { s.Sol_refl_slat_surf_ind_BB(0.4); }},
+      {"absorptance",
+       [](auto& s) {
+         s.integrated({{.angle = 30, .reflection_UV_indoor = 0.6, .transmission_UV_indoor = 0.5}});
+       }},
+      {"angle", [](auto& s) { s.integrated({{.angle = 95}}); }},
+      {"conductivity", [](auto& s) { s.conduction(0.001); }},
+      {"emissivity", [](auto& s) { s.emissivity_slat_surf_ind(1.5); }},
+      {"emissivity", [](auto& s) { s.transmission_IR_indoor(0.3); }},
+      {"flags", [](auto& s) { s.spectral(true); }},
+      {"flags", [](auto& s) { s.homogenious(true); }},
+      {"flags", [](auto& s) { s.typeID(5); }},
+      {"missing-data", [](auto& s) { s.emission_IR_outdoor(0); }},
+      {"openness", [](auto& s) { s.permeability(5); }},
+      {"slats", [](auto& s) { s.slat_length(0.025); }},
+      {"slats", [](auto& s) { s.slat_distance(55); }},
+      {"slats", [](auto& s) { s.slat_curvature(13); }},
+      {"slats", [](auto& s) { s.angle(-91); }},
+      {"stored-range", [](auto& s) { s.Uv_transm_slat_surf(-0.1); }},
+      {"thickness", [](auto& s) { s.slat_distance(0), s.slat_length(0), s.thickness(110); }},
+  };
+  Lines expected;
+  std::int32_t number = 0;
+  for (const auto& [rule, change] : ofShadings) {
+    ShadingDataClass blind;
+    blind.name(fmt::format("blind {}", ++number));
+    blind.group("Demonstration");
+    blind.supplier("Kestrel Bay");
+    blind.typeID(1);
+    blind.thickness(0.2);
+    blind.conduction(160);
+    blind.emission_IR_outdoor(0.8);
+    blind.emission_IR_indoor(0.75);
+    blind.slat_length(25);
+    blind.slat_distance(20);
+    blind.slat_curvature(2);
+    blind.angle(45);
+    blind.Sol_refl_slat_surf_ind(0.65);
+    change(blind);
+    session.database.InsertShading(blind, dc());
+    if (*rule != '\0') expected.push_back(fmt::format("{} {}", rule, number));
+  }
+  const std::pair<const char*, std::pair<double, double>> ofFrames[] = {
+      {"", {1.4, 0.07}},
+      {"u-value", {28, 0.08}},
+      {"width", {1.6, 68}},
+      {"missing-data", {0, 0.06}}};
+  number = 0;
+  for (const auto& [rule, values] : ofFrames) {
+    FrameDataClass frame;
+    frame.name(fmt::format("frame {}", ++number));
+    frame.group("Demonstration");
+    frame.supplier("Kestrel Bay");
+    frame.u_value(values.first);
+    frame.width(values.second);
+    session.database.InsertFrame(frame, dc());
+    if (*rule != '\0') expected.push_back(fmt::format("{} {}", rule, number));
+  }
+  std::ranges::sort(expected);
+  EXPECT_EQ(found(), expected);
+}
+
+TEST_F(AuditTest, ASpectrumOfSeveralAnglesIsOnlyNoted) {
+  ORV_NEEDS_CORPUS();
+  const auto path = folder.path() / "old.mdb";
+  std::filesystem::copy_file(corpusFolder() / "sources" / "orvdata-2.0.1.mdb", path);
+  auto lines = linesOf(audit(opener.openAny(path.string())));
+  std::erase_if(lines, [](const std::string& line) { return !line.ends_with(" 5"); });
+  EXPECT_THAT(lines, ElementsAre("mixed-angles 5"));
+}
+
 /// Published measurements have few findings.
 TEST_F(AuditTest, MeasuredPanesAndTheExamplesAreGood) {
   ORV_NEEDS_CORPUS();
   EXPECT_THAT(linesOf(audit(opener.openAny((corpusFolder() / "panes").string()))),
               ElementsAre("detector-step CLEAR5.LOF"));
   audit(opener.openAny((corpusFolder() / "products").string()), {.without = {"unreadable"}});
-  EXPECT_EQ(result.summary(), "9 records: no errors, 2 warnings, 1 note.");
+  EXPECT_EQ(result.summary(), "9 records: no errors, 2 warnings, 2 notes.");
 }
 
 }  // namespace

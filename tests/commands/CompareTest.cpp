@@ -17,6 +17,7 @@ using commands::compare::Match;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 using Lines = std::vector<std::string>;
 
@@ -241,6 +242,12 @@ TEST_F(CompareTest, ACopyDiffersInNothing) {
     });
     EXPECT_THAT(lines, IsEmpty()) << name;
   }
+  // Two of the products are one pane, of which the first is copied.
+  const auto products = opener.openAny((corpusFolder() / "products").string());
+  ui.inputs = {"Demo"};
+  commands::pasteRecords(session, selectAll(products), b);
+  EXPECT_THAT(compare(products, b),
+              ElementsAre(StartsWith("removed|panes|igsdb_v2_clear_3.json||")));
 }
 
 }  // namespace

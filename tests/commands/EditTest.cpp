@@ -148,6 +148,8 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   bad.after = "A";
   EXPECT_EQ(refused({good, bad}),
             "1: There would be two panes \"A\" in the group \"Demo\" (2 and 1).\n");
+  bad.after = "a ";  // the database does not look at blanks at the end
+  EXPECT_NE(refused({good, bad}).find("two panes"), std::string::npos);
   bad.after = "it's";
   EXPECT_NE(refused({good, bad}).find("apostrophe"), std::string::npos);
   bad = change(panes, 2, "group", "IGDB 3");
@@ -165,10 +167,16 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
             "1: conductivity has been changed meanwhile: it is \"1\" now, and was \"3\".\n");
   for (const auto& [field, text] :
        {std::pair("thickness", "thick"), std::pair("frozen", "maybe"), std::pair("group", " "),
-        std::pair("colour", "red"), std::pair("solar transmittance front", "0.5"),
+        std::pair("colour", "red"), std::pair("product name", "a\x1B"),
+        std::pair("solar transmittance front", "0.5"),
         std::pair("solar transmittance front at 30", "0.5")}) {
     EXPECT_THROW(change(panes, 1, field, text), Error) << field;
   }
+  const auto thickness = panes.place("thickness");
+  const auto draft =
+      panes.draft({{1, thickness, "5.7"}, {1, thickness, "9"}, {2, panes.place("group"), "DEMO"}});
+  EXPECT_EQ(draft.refusals, std::vector<std::string>{"pane 1: thickness is given twice."});
+  EXPECT_TRUE(draft.changes.empty()) << "names are those that the database has";
 }
 
 TEST_F(EditTest, WhatBecomesUntrueIsSaid) {
@@ -220,6 +228,52 @@ TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
   EXPECT_EQ(reasons(names.save({change(names, 1, "name", "MAKER A")})), "");
   EXPECT_TRUE(History(dc).undo(5).conflicts.empty());
   EXPECT_EQ(dumpOf(dc), before);
+}
+
+TEST_F(EditTest, UndoNeitherDoublesRowsNorLeavesThemAlone) {
+  const auto byAnother = [&](const auto& work) {
+    History(dc).keep(0);
+    work();
+    History(dc).keep();
+  };
+  const auto insert = [&](const std::string& name, std::int16_t angle, const char* supplier) {
+    const auto pane = makePane(name, angle);
+    pane->supplier(supplier);
+    session.database.InsertPane(*pane, dc);
+  };
+  const auto edit = [&](std::int32_t record, const std::string& field, const std::string& text) {
+    Editor panes = editor(EditSet::panes);
+    EXPECT_EQ(reasons(panes.save({change(panes, record, field, text)})), "");
+  };
+  const auto references = commands::edit::historyReferences();
+  const auto refusal = [&] {
+    const auto before = dumpOf(dc);
+    const auto texts = commands::edit::conflictTexts(History(dc).undo(1, references).conflicts);
+    EXPECT_EQ(dumpOf(dc), before);
+    return texts.empty() ? "none" : texts.front();
+  };
+  // Rows without a key of their own, changed since, or there again.
+  insert("a", 30, "Maker a");
+  byAnother([&] { edit(1, "solar transmittance front at 30", "0.5"); });
+  EXPECT_EQ(refusal(),
+            "Pane_integrated_data: what belongs to PaneID 1 has been deleted or changed since.");
+  byAnother([&] { edit(1, "solar transmittance front at 30", "0.13"); });
+  EXPECT_TRUE(History(dc).undo(1, references).conflicts.empty());
+  byAnother([&] { insert("a", 30, "Maker a"); });
+  const auto before = dumpOf(dc);
+  EXPECT_TRUE(History(dc).redo(1, references).conflicts.empty());
+  EXPECT_EQ(dumpOf(dc), before) << "rows are there twice";
+  // A name that others have got, or that is gone, and rows that belong to a record.
+  insert("d", 0, "New");
+  byAnother([&] { edit(1, "supplier", "New"); });
+  EXPECT_EQ(refusal().substr(0, 14), "The supplier 5");
+  session.database.DeleteGlazing(2, dc);
+  byAnother([&] { commands::edit::deleteLookups(EditSet::suppliers, {2}, dc, ui); });
+  EXPECT_EQ(refusal(),
+            "The pane 2 \"b\" refers to one of the suppliers that is not there any more.");
+  insert("e", 0, "New");
+  byAnother([&] { insert("e", 60, "New"); });
+  EXPECT_EQ(refusal(), "The pane 5 \"e\" has got other Pane_integrated_data since.");
 }
 
 /// Changes of all kinds at random, each of which may come to nothing.

@@ -164,12 +164,13 @@ TEST_F(ExportTest, ARecordThatCannotBeWrittenIsReported) {
   const auto panes = recordSet(database, RecordKind::panes);
   const auto result = commands::exportRecords(session, select(panes, {"7", "x"}), {target()});
   EXPECT_EQ(result.failed, 2);
-  EXPECT_EQ(messages(),
-            (std::vector<std::string>{
-                "failure (ORV database manager): The record 7 could not be exported: The pane has "
-                "data at no angle.",
-                "failure (ORV database manager): The record x could not be exported: \"x\" is not "
-                "the number of a record."}));
+  EXPECT_EQ(
+      messages(),
+      (std::vector<std::string>{
+          "failure (ORV database manager): The record 7 could not be exported: This record was "
+          "not found in its data source.",
+          "failure (ORV database manager): The record x could not be exported: \"x\" is not "
+          "the number of a record."}));
 }
 
 }  // namespace

@@ -105,12 +105,19 @@ TEST(RecordView, YesAndNoAreAlsoTrueAndFalse) {
 
 TEST(RecordView, SortsTheFilteredRowsAndKeepsEqualOnesInOrder) {
   RecordView view = glazings();
-  view.sort(1, true);
+  view.sort({{1, true}});
   EXPECT_THAT(names(view), ElementsAre("low-e", "Clear 3", "CLEAR 9", "clear 10", "bronze"));
   view.filter({"", "1"});
   EXPECT_THAT(names(view), ElementsAre("Clear 3", "clear 10", "bronze"));
-  view.sort(0, false);
+  view.sort({{0, false}});
   EXPECT_THAT(names(view), ElementsAre("Clear 3", "clear 10", "bronze"));
+  view.filter({});
+  view.sort({{1, false}, {0, true}});
+  EXPECT_THAT(names(view), ElementsAre("bronze", "clear 10", "CLEAR 9", "Clear 3", "low-e"));
+  view.sort({{.column = 0, .readsNumbers = true}});
+  EXPECT_THAT(names(view), ElementsAre("bronze", "Clear 3", "CLEAR 9", "clear 10", "low-e"));
+  view.sort({});
+  EXPECT_EQ(names(view).front(), "clear 10");
 }
 
 TEST(RecordView, FindsAroundTheEnds) {

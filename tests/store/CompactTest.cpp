@@ -100,6 +100,9 @@ TEST(Compact, PutsTheNewFileInPlaceWithPermissionsAndAttributesOfTheOldOne) {
   EXPECT_EQ(raisedBy([&] { compactInPlace(file, "", backup); }).number, kStoreFailure);
   EXPECT_EQ(raisedBy([&] { compactFile(file, "", target); }).number, kStoreFailure);
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
+  fs::permissions(backup, fs::perms(0440));
+  compactFile(backup, "", folder / "writable.mdb");
+  EXPECT_EQ(fs::status(folder / "writable.mdb").permissions(), fs::perms(0640));
 
   const std::string list = accessList();
   if (setxattr(file.c_str(), "user.origin", "Labor 7", 7, 0) != 0 ||

@@ -1,5 +1,6 @@
 // What a damage does not touch, a repair saves; and the repaired file is sound.
 
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/Compact.h"
+#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
@@ -217,9 +219,9 @@ TEST_P(Repair, OfASoundFileLosesNothing) {
   EXPECT_TRUE(report.isWhole() && report.salvaged.empty() && report.notes.empty());
   expectSaved(readTables(sound_.string()), folder_ / "repaired.mdb", {}, report);
   if (isSample()) {
-    EXPECT_EQ(
-        orv::test::difference(orv::test::contentOf(sound_), orv::test::contentOf(folder_ / "repaired.mdb")),
-        "");
+    EXPECT_EQ(orv::test::difference(orv::test::contentOf(sound_),
+                                    orv::test::contentOf(folder_ / "repaired.mdb")),
+              "");
   }
 }
 
@@ -275,6 +277,28 @@ TEST_F(RepairOfTheSample, KeepsThePasswordOrTellsThatItIsLost) {
   }
 }
 
+/// What a log has is lost only where the file lacks it.
+TEST_F(RepairOfTheSample, TellsOfTheChangesThatOnlyTheLogHas) {
+  const auto& folder = folder_;
+  const fs::path file = sound_;
+  fs::copy_file(file, folder / "before.mdb");
+  const auto connection = Connection::openFile(file.string());
+  auto rows =
+      connection->openRecordset("SELECT * FROM Groups", CursorType::keyset, LockType::optimistic);
+  rows->setValue("GroupName", "Renamed");
+  rows->update();
+  fs::copy_file(file, folder / "after.mdb");
+  for (const auto& [name, losses] : {std::pair("before", 1u), std::pair("after", 0u)}) {
+    const std::string damaged = folder / (std::string(name) + ".mdb");
+    fs::copy_file(file.string() + "-log", damaged + "-log");
+    std::fstream(damaged, std::ios::in | std::ios::out | std::ios::binary) << "no database";
+    const auto lost = repairFile(damaged, "", folder / (std::string(name) + "-new.mdb")).lost;
+    EXPECT_EQ(lost.size(), losses) << name;
+    EXPECT_EQ(fmt::format("{}", fmt::join(lost, "")).find("first 4096 bytes") != std::string::npos,
+              losses > 0);
+  }
+}
+
 /// The file ends one byte before the first row of a page does.
 TEST_F(RepairOfTheSample, TakesTheRowsThatTheLastPartOfAPageHas) {
   const auto before = readTables(sound_);
@@ -289,6 +313,14 @@ TEST_F(RepairOfTheSample, TakesTheRowsThatTheLastPartOfAPageHas) {
   const auto told = std::ranges::find(report.salvaged, table, &SalvagedTable::table);
   ASSERT_NE(told, report.salvaged.end());
   EXPECT_EQ(told->rowsLost, 1u);
+
+  // Of an encoded page a part says nothing.
+  const std::string whole = damagedCopy(SIZE_MAX, "");
+  test::encodePages(*FileSystem::system().open(whole, FileSystem::Open::existing), 0x1234567);
+  fs::resize_file(whole, fs::file_size(whole) - 100);
+  const CompactReport encoded = repairFile(whole, "", folder_ / "decoded.mdb");
+  ASSERT_FALSE(encoded.lost.empty());
+  EXPECT_NE(encoded.lost[0].find("3996 bytes"), std::string::npos) << encoded.lost[0];
 }
 
 }  // namespace

@@ -31,6 +31,8 @@ ReportDialog::ReportDialog(const QString& title, const QString& heading, const Q
   setObjectName("ReportDialog");
   setWindowTitle(title);
   auto* label = new QLabel(heading);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
   auto* list = new QPlainTextEdit(listed(texts));
   list->setReadOnly(true);
   list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -3,6 +3,8 @@
 
 #include <QList>
 #include <QStringList>
+#include <functional>
+#include <vector>
 
 class QWidget;
 
@@ -11,11 +13,17 @@ namespace orv::app {
 /// Rows of cells, the headings first.
 using TableRows = QList<QStringList>;
 
-/// The text of a CSV file: UTF-8, lines end with CR LF, cells are quoted where they have to be.
-QByteArray csvOf(const TableRows& rows);
+/// A table that can be saved.
+struct TableChoice {
+  QString title;  ///< "Selected rows"
+  std::function<TableRows()> rows;
+};
 
-/// Asks for a file, which is called `name` unless the user calls it otherwise, and writes the rows
-/// there as CSV, entirely or not at all. What fails is shown.
+/// Asks for a file, which is called `name` unless the user calls it otherwise, and for one of the
+/// tables, and writes that there, entirely or not at all: as CSV, or with tabs (`.tsv`); UTF-8,
+/// lines end with CR LF, cells are quoted where they have to be. What fails is shown.
+void saveTable(const std::vector<TableChoice>& tables, const QString& name, QWidget* window);
+/// The same of one table.
 void saveAsCsv(const TableRows& rows, const QString& name, QWidget* window);
 
 }  // namespace orv::app

@@ -103,13 +103,17 @@ void dlgCompact::addRepair(QVBoxLayout& layout) {
   layout.addLayout(form);
 }
 
-/// A name beside the old file, as long as the user has not given another.
+/// A name beside the old file that no other has, as long as the user has not given another.
 void dlgCompact::proposeTarget() {
   const QString path = damaged_ != nullptr ? damaged_->path() : path_;
   if (!path.isEmpty() && target_->path() == proposed_) {
     const QFileInfo file(path);
-    proposed_ = file.dir().filePath(file.completeBaseName() +
-                                    (work_ == Work::repair ? "-repaired.mdb" : "-compacted.mdb"));
+    const QString name =
+        file.completeBaseName() + (work_ == Work::repair ? "-repaired" : "-compacted");
+    proposed_ = file.dir().filePath(name + ".mdb");
+    for (int number = 2; QFileInfo::exists(proposed_); ++number) {
+      proposed_ = file.dir().filePath(QStringLiteral("%1-%2.mdb").arg(name).arg(number));
+    }
     target_->path(proposed_);
   }
   update();

@@ -44,6 +44,7 @@ QComboBox* standards(optics::Standard current) {
 frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
     : QDialog(parent),
       digits_(new QSpinBox),
+      copiesAsShown_(new QCheckBox(tr("Copy and sa&ve them with these digits, too"))),
       plotUnit_(choices<PlotUnit>(
           "cboPlotUnit",
           {{PlotUnit::nanometers, tr("Nanometers (nm)")}, {PlotUnit::microns, tr("Microns (µm)")}},
@@ -63,6 +64,10 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
   digits_->setValue(options.digits);
   explain(digits_, tr("Significant digits of the numbers in the grid"));
 
+  copiesAsShown_->setObjectName("chkCopiesAsShown");
+  copiesAsShown_->setChecked(options.copiesAsShown);
+  explain(copiesAsShown_,
+          tr("Otherwise the fields of the grid are copied and saved with all digits"));
   integrates_->setObjectName("chkIntegrate");
   integrates_->setChecked(options.integrateBy.has_value());
   explain(integrates_,
@@ -73,12 +78,13 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
 
   auto* form = new QFormLayout;
   form->addRow(tr("&Digits of numbers:"), digits_);
+  form->addRow(copiesAsShown_);
   form->addRow(tr("&Wavelengths in plots:"), plotUnit_);
   form->addRow(tr("&Colours:"), theme_);
   form->addRow(integrates_);
   form->addRow(tr("By the &standard:"), standard_);
   auto* note = new QLabel(tr("These choices hold until the program ends."));
-  note->setEnabled(false);
+  note->setForegroundRole(QPalette::PlaceholderText);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -90,7 +96,8 @@ frmOptions::frmOptions(const DisplayOptions& options, QWidget* parent)
 }
 
 DisplayOptions frmOptions::options() const {
-  return {digits_->value(), static_cast<PlotUnit>(plotUnit_->currentData().toInt()),
+  return {digits_->value(), copiesAsShown_->isChecked(),
+          static_cast<PlotUnit>(plotUnit_->currentData().toInt()),
           static_cast<Theme>(theme_->currentData().toInt()),
           integrates_->isChecked()
               ? std::optional(static_cast<optics::Standard>(standard_->currentData().toInt()))

@@ -21,6 +21,7 @@ class frmOptions : public QDialog {
 
  private:
   QSpinBox* digits_;
+  QCheckBox* copiesAsShown_;
   QComboBox* plotUnit_;
   QComboBox* theme_;
   QCheckBox* integrates_;

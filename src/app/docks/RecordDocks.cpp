@@ -5,11 +5,13 @@
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "app/docks/DockShares.h"
 #include "app/docks/details/DetailsDock.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "app/theme/Icons.h"
 #include "commands/ErrorText.h"
 #include "commands/RecordKind.h"
+#include "store/Waiting.h"
 
 namespace orv::app {
 
@@ -21,7 +23,7 @@ namespace {
 constexpr int kMillisecondsOfRest = 120;
 /// More curves than these can not be told apart.
 constexpr std::size_t kMostPanes = 8;
-/// Shares of the window's height and width that the docks get at first, in percent.
+/// Shares of the window's height and width, in percent.
 constexpr int kSpectrumShare = 42;
 constexpr int kDetailsShare = 30;
 
@@ -50,11 +52,14 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
     : QObject(&window),
       session_(session),
       window_(window),
+      shares_(new DockShares(window)),
       spectrum_(new SpectrumDock(&window)),
       details_(new DetailsDock(&window)) {
   window.addDockWidget(Qt::BottomDockWidgetArea, spectrum_);
   window.addDockWidget(Qt::RightDockWidgetArea, details_);
   window.setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  shares_->add(*spectrum_, Qt::Vertical, kSpectrumShare);
+  shares_->add(*details_, Qt::Horizontal, kDetailsShare);
   dress(spectrumAction(), "mnuViewSpectrum", "plot", tr("&Spectra"), "F7",
         tr("Plot the spectra of the selected panes"));
   dress(detailsAction(), "mnuViewDetails", "details", tr("&Details"), "F8",
@@ -62,7 +67,7 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
   rest_.setSingleShot(true);
   rest_.setInterval(kMillisecondsOfRest);
   connect(&rest_, &QTimer::timeout, this, &RecordDocks::readRecords);
-  connect(spectrum_, &SpectrumDock::statusMessage, this, &RecordDocks::statusMessage);
+  connect(details_, &DetailsDock::refreshWanted, this, &RecordDocks::refreshWanted);
   connect(spectrum_, &SpectrumDock::standardChosen, this, &RecordDocks::standardChosen);
   for (const QDockWidget* dock :
        {static_cast<QDockWidget*>(spectrum_), static_cast<QDockWidget*>(details_)}) {
@@ -92,8 +97,8 @@ void RecordDocks::showDifference(Side left, Side right, std::optional<int> angle
   rest_.start();
 }
 
-void RecordDocks::pointAt(double microns) {
-  place_ = microns;
+void RecordDocks::pointAt(double microns, std::optional<int> angle) {
+  place_ = {microns, angle};
   if (node_) rest_.start();
 }
 
@@ -108,14 +113,17 @@ void RecordDocks::standard(optics::Standard standard) {
 void RecordDocks::layOverDetails(QDockWidget& dock) {
   window_.addDockWidget(Qt::RightDockWidgetArea, &dock);
   window_.tabifyDockWidget(details_, &dock);
+  shares_->add(dock, Qt::Horizontal, kDetailsShare);
 }
 
 void RecordDocks::open(bool opened) {
   spectrum_->setVisible(opened);
   details_->setVisible(opened);
-  if (!opened) return;
-  window_.resizeDocks({spectrum_}, {window_.height() * kSpectrumShare / 100}, Qt::Vertical);
-  window_.resizeDocks({details_}, {window_.width() * kDetailsShare / 100}, Qt::Horizontal);
+}
+
+void RecordDocks::openDetails() {
+  details_->show();
+  details_->raise();
 }
 
 QAction* RecordDocks::spectrumAction() const {
@@ -128,10 +136,19 @@ QAction* RecordDocks::detailsAction() const {
 
 void RecordDocks::readRecords() {
   if (!node_) return;
+  if (store::Waiting::isUnderWay()) return rest_.start();
   try {
     if (!sides_.empty()) return readSides();
     const commands::RecordReader reader(session_, node_);
-    commands::recordKind(*node_) == RecordKind::panes ? readPanes(reader) : readOther(reader);
+    // A pane that is gone has data at no angle, and a frame cannot be read: this says it of both.
+    if (identifiers_.size() == 1 && !reader.isThere(identifiers_.front())) {
+      spectrum_->clear();
+      details_->showGone();
+    } else if (commands::recordKind(*node_) == RecordKind::panes) {
+      readPanes(reader);
+    } else {
+      readOther(reader);
+    }
   } catch (const std::exception& error) {
     spectrum_->clear();
     details_->showText(shownText(commands::describe(error)));
@@ -153,11 +170,13 @@ void RecordDocks::readPanes(const commands::RecordReader& reader) {
   } else {
     details_->showPane(panes);
   }
-  if (identifiers_.size() > kMostPanes) {
-    emit statusMessage(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
-  }
   spectrum_->showPanes(std::move(panes));
-  if (const auto place = std::exchange(place_, std::nullopt)) spectrum_->pointAt(*place);
+  if (identifiers_.size() > kMostPanes) {
+    spectrum_->note(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
+  }
+  if (const auto place = std::exchange(place_, std::nullopt)) {
+    spectrum_->pointAt(place->microns, place->angle);
+  }
 }
 
 /// The names tell the sides apart.
@@ -178,7 +197,9 @@ void RecordDocks::readSides() {
   }
   spectrum_->showPanes(std::move(all));
   spectrum_->showDifference(angle_);
-  if (const auto place = std::exchange(place_, std::nullopt)) spectrum_->pointAt(*place);
+  if (const auto place = std::exchange(place_, std::nullopt)) {
+    spectrum_->pointAt(place->microns, place->angle);
+  }
 }
 
 void RecordDocks::readOther(const commands::RecordReader& reader) {

@@ -18,6 +18,7 @@ class QMainWindow;
 namespace orv::app {
 
 class DetailsDock;
+class DockShares;
 class SpectrumDock;
 
 /// Reads the selected records for the docks that are open, a moment after the selection has come
@@ -39,14 +40,16 @@ class RecordDocks : public QObject {
     std::vector<std::string> identifiers;
   };
   void showDifference(Side left, Side right, std::optional<int> angle);
-  /// Points at this wavelength, in microns, when the spectra of the records are there.
-  void pointAt(double microns);
+  /// Points at this wavelength, in microns, when the spectra of the records are there; on the curve
+  /// of an angle, in degrees, where it is given.
+  void pointAt(double microns, std::optional<int> angle = {});
   /// `WavelengthUnitCode` of the plots.
   void wavelengthUnit(int unit);
   /// By which the values beside the plots are computed.
   void standard(optics::Standard standard);
   /// Lays another dock over the details, with tabs to choose by.
   void layOverDetails(QDockWidget& dock);
+  void openDetails();
   /// Opens or closes both docks.
   void open(bool opened);
 
@@ -55,7 +58,7 @@ class RecordDocks : public QObject {
   QAction* detailsAction() const;
 
  signals:
-  void statusMessage(const QString& text);
+  void refreshWanted();
   void standardChosen(optics::Standard standard);
 
  private:
@@ -66,6 +69,7 @@ class RecordDocks : public QObject {
 
   commands::Session& session_;
   QMainWindow& window_;
+  DockShares* shares_;
   SpectrumDock* spectrum_;
   DetailsDock* details_;
   QTimer rest_;
@@ -73,7 +77,11 @@ class RecordDocks : public QObject {
   std::vector<std::string> identifiers_;
   std::vector<Side> sides_;  ///< of a difference that is shown in place of the records
   std::optional<int> angle_;
-  std::optional<double> place_;
+  struct Place {
+    double microns;
+    std::optional<int> angle;
+  };
+  std::optional<Place> place_;
 };
 
 }  // namespace orv::app

@@ -4,17 +4,18 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStylePainter>
 #include <QVBoxLayout>
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "app/grid/FilterHeader.h"
 #include "app/grid/FindBar.h"
 #include "app/grid/RecordGrid.h"
 #include "commands/ErrorText.h"
 #include "commands/NodeContent.h"
+#include "store/Connection.h"
 
 namespace orv::app {
 
@@ -64,11 +65,20 @@ DataPane::DataPane(QWidget* parent)
       grid_(new RecordGrid),
       findBar_(new FindBar(*grid_)),
       DataSourceTextBox_(makeTextBox()),
+      clearFilters_(new QPushButton(tr("No row passes the filters: &Clear Filters"))),
       repair_(new QPushButton(tr("&Repair Database..."))) {
   repair_->setObjectName("cmdRepair");
   explain(repair_, tr("Take what can be read of the database into a new file"));
   connect(repair_, &QPushButton::clicked, this, &DataPane::repairWanted);
   repair_->hide();
+  clearFilters_->setObjectName("cmdClearFilters");
+  explain(clearFilters_, tr("Show all rows again"));
+  connect(clearFilters_, &QPushButton::clicked, this, [this] {
+    grid_->filterHeader().clearFilters();
+    grid_->setFocus(Qt::OtherFocusReason);
+  });
+  connect(&grid_->records(), &RecordModel::rowsCounted, this, &DataPane::offerClearing);
+  clearFilters_->hide();
   picTitles_->setObjectName("picTitles");
   picTitles_->setFrameShape(QFrame::StyledPanel);
   picTitles_->setBackgroundRole(QPalette::Midlight);
@@ -80,6 +90,7 @@ DataPane::DataPane(QWidget* parent)
   recordsLayout->setContentsMargins(0, 0, 0, 0);
   recordsLayout->setSpacing(0);
   recordsLayout->addWidget(grid_, 1);
+  recordsLayout->addWidget(clearFilters_, 0, Qt::AlignLeft);
   recordsLayout->addWidget(findBar_);
 
   auto* layout = new QVBoxLayout(this);
@@ -92,17 +103,23 @@ DataPane::DataPane(QWidget* parent)
   layout->addStretch(0);
 }
 
+void DataPane::offerClearing() {
+  const RecordModel& records = grid_->records();
+  clearFilters_->setVisible(records.isFiltered() && records.isComplete() &&
+                            records.rowCount() == 0);
+}
+
 bool DataPane::showsRecords() const {
   return !records_->isHidden();
 }
 
 void DataPane::show(const Node& node, int digits) {
-  const QString title = qt(commands::nodeTitle(node.get()));
-  lblTitle_->setText(shownText(title));
-  lblTitle_->setToolTip(toolTipText(title));
+  showTitle(node);
   switch (commands::nodeView(node.get())) {
     case NodeView::records:
-      showRecords(node, digits, false);
+      showRecords(node, digits, [&](std::unique_ptr<commands::RecordView> view) {
+        grid_->show(std::move(view), node->DataType(), node->key());
+      });
       break;
     case NodeView::text:
       showText(shownText(commands::nodeText(node.get())));
@@ -113,27 +130,41 @@ void DataPane::show(const Node& node, int digits) {
   }
 }
 
-void DataPane::reload(const Node& node, int digits) {
-  const bool again = commands::nodeView(node.get()) == NodeView::records && showsRecords();
-  again ? showRecords(node, digits, true) : show(node, digits);
+void DataPane::showTitle(const Node& node) {
+  QString title = qt(commands::nodeTitle(node.get()));
+  const auto connection = node ? node->ADOConnection() : nullptr;
+  if (connection && connection->readOnly()) title += tr(" (read only)");
+  lblTitle_->setText(shownText(title));
+  lblTitle_->setToolTip(toolTipText(title));
 }
 
-void DataPane::showRecords(const Node& node, int digits, bool again) {
+void DataPane::reload(const Node& node, int digits, GridPlace::Selection selection) {
+  if (commands::nodeView(node.get()) != NodeView::records || !showsRecords()) {
+    return show(node, digits);
+  }
+  showRecords(node, digits, [&](std::unique_ptr<commands::RecordView> view) {
+    grid_->reload(std::move(view), selection);
+  });
+}
+
+void DataPane::showRecords(const Node& node, int digits, const ShowView& show) {
   try {
-    auto view = std::make_unique<commands::RecordView>(makeTable_(node), digits);
-    again ? grid_->reload(std::move(view)) : grid_->show(std::move(view), node->DataType());
+    show(std::make_unique<commands::RecordView>(makeTable_(node), digits));
     grid_->fillColumns();
     records_->show();
     DataSourceTextBox_->hide();
     repair_->hide();
   } catch (const std::exception& error) {
-    showText(tr("The records could not be read.\n\n%1").arg(shownText(commands::describe(error))));
+    showText(tr("The records could not be read.\n\n%1").arg(shownText(commands::describe(error))),
+             QPlainTextEdit::WidgetWidth);
     repair_->setVisible(commands::isDamage(error));
   }
 }
 
-void DataPane::showText(const QString& text) {
+/// What the program says is wrapped; the lines of a file stay as they are.
+void DataPane::showText(const QString& text, QPlainTextEdit::LineWrapMode wrap) {
   showNothing();
+  DataSourceTextBox_->setLineWrapMode(wrap);
   DataSourceTextBox_->setPlainText(text);
   DataSourceTextBox_->show();
 }

@@ -1,14 +1,15 @@
 // What the main window shows of the selected data source.
 #pragma once
 
+#include <QPlainTextEdit>
 #include <QWidget>
 #include <functional>
 
-#include "commands/RecordTable.h"
+#include "app/grid/GridPlace.h"
+#include "commands/RecordView.h"
 
 class QFrame;
 class QLabel;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace orv::app {
@@ -35,15 +36,20 @@ class DataPane : public QWidget {
   /// Shows a node, or that there is none. Fractions are shown with `digits` digits.
   void show(const std::shared_ptr<sources::datasource>& node, int digits);
   /// Shows the same node again, with its data as they are now.
-  void reload(const std::shared_ptr<sources::datasource>& node, int digits);
+  void reload(const std::shared_ptr<sources::datasource>& node, int digits,
+              GridPlace::Selection selection);
 
  signals:
   /// The user wants to repair the database whose records cannot be read.
   void repairWanted();
 
  private:
-  void showRecords(const std::shared_ptr<sources::datasource>& node, int digits, bool again);
-  void showText(const QString& text);
+  using ShowView = std::function<void(std::unique_ptr<commands::RecordView>)>;
+  void showTitle(const std::shared_ptr<sources::datasource>& node);
+  void showRecords(const std::shared_ptr<sources::datasource>& node, int digits,
+                   const ShowView& show);
+  void offerClearing();
+  void showText(const QString& text, QPlainTextEdit::LineWrapMode wrap = QPlainTextEdit::NoWrap);
   void showNothing();
 
   TableMaker makeTable_ = commands::openRecordTable;
@@ -53,7 +59,8 @@ class DataPane : public QWidget {
   RecordGrid* grid_;
   FindBar* findBar_;
   QPlainTextEdit* DataSourceTextBox_;
-  QPushButton* repair_;  ///< under the text that says that the database is damaged
+  QPushButton* clearFilters_;  ///< under a grid that the filters leave empty
+  QPushButton* repair_;        ///< under the text that says that the database is damaged
 };
 
 }  // namespace orv::app

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QStyleOptionHeader>
 
 #include "app/Help.h"
 
@@ -22,14 +23,19 @@ QString filterHelp() {
 
 FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
   setAccessibleName(tr("Columns and filters"));
-  setWhatsThis(
-      tr("A click on a heading sorts by its column, another one the other way round. The fields "
-         "below the headings filter the rows as you type."));
+  setWhatsThis(tr(
+      "A click on a heading sorts by its column, another one the other way round; one with Shift "
+      "sorts what is equal there by a further column. The fields below the headings filter the "
+      "rows as you type."));
   setSectionsClickable(true);
   setSectionsMovable(true);
   setHighlightSections(false);  // rows are selected: all titles would be bold
   setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  connect(this, &QHeaderView::sectionResized, this, &FilterHeader::placeEditors);
+  connect(this, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+    placeEditors();
+    // A column that is hidden does not filter: nobody would see why rows are missing.
+    if (width == 0 && column < editors_.size()) editors_[column]->clear();
+  });
   connect(this, &QHeaderView::sectionMoved, this, &FilterHeader::placeEditors);
   connect(this, &QHeaderView::geometriesChanged, this, &FilterHeader::placeEditors);
 }
@@ -42,11 +48,13 @@ QStringList FilterHeader::filters() const {
 }
 
 void FilterHeader::clearFilters() {
-  {
-    const QSignalBlocker blocker(this);  // one change, not one a field
-    for (QLineEdit* editor : editors_) editor->clear();
-  }
+  setFilters({});
   emit filtersChanged();
+}
+
+void FilterHeader::setFilters(const QStringList& texts) {
+  const QSignalBlocker blocker(this);
+  for (int i = 0; i < editors_.size(); ++i) editors_[i]->setText(texts.value(i));
 }
 
 void FilterHeader::showFilters(bool shown) {
@@ -85,6 +93,26 @@ void FilterHeader::placeEditors() {
     if (!visible) continue;
     editor->setGeometry(sectionViewportPosition(i) + kMargin / 2, top, sectionSize(i) - kMargin,
                         editorHeight() - kMargin);
+  }
+}
+
+void FilterHeader::showOrder(const std::vector<commands::SortColumn>& order) {
+  order_ = order;
+  setSortIndicatorShown(!order.empty());
+  if (!order.empty()) {
+    setSortIndicator(static_cast<int>(order.front().column),
+                     order.front().isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+  }
+  viewport()->update();
+}
+
+void FilterHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const {
+  QHeaderView::initStyleOptionForIndex(option, logicalIndex);
+  for (std::size_t i = 0; i < order_.size(); ++i) {
+    if (static_cast<int>(order_[i].column) != logicalIndex) continue;
+    option->sortIndicator =
+        order_[i].isAscending ? QStyleOptionHeader::SortUp : QStyleOptionHeader::SortDown;
+    if (order_.size() > 1) option->text = tr("%1. %2").arg(i + 1).arg(option->text);
   }
 }
 

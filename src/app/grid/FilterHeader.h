@@ -4,6 +4,9 @@
 #include <QHeaderView>
 #include <QList>
 #include <QStringList>
+#include <vector>
+
+#include "commands/RecordView.h"
 
 class QLineEdit;
 
@@ -19,7 +22,11 @@ class FilterHeader : public QHeaderView {
   /// The filters' texts, one a column; empty while the row is hidden.
   QStringList filters() const;
   void clearFilters();
+  /// Puts texts into the fields, one a column, and says nothing of it; missing ones are empty.
+  void setFilters(const QStringList& texts);
   void showFilters(bool shown);
+  /// The columns that the rows are sorted by: with arrows, and with numbers where they are several.
+  void showOrder(const std::vector<commands::SortColumn>& order);
   bool showsFilters() const { return shown_; }
   /// Puts the keyboard into the filter of a column.
   void editFilter(int column);
@@ -35,6 +42,8 @@ class FilterHeader : public QHeaderView {
   void rowsWanted();
 
  protected:
+  /// The arrow of a sorted column goes up where the values do.
+  void initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const override;
   void updateGeometries() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -45,6 +54,7 @@ class FilterHeader : public QHeaderView {
   QStringList titles_;  ///< of the columns that the editors belong to
   QList<QLineEdit*> editors_;
   bool shown_ = true;
+  std::vector<commands::SortColumn> order_;
 };
 
 }  // namespace orv::app

@@ -7,7 +7,9 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
+#include <algorithm>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
@@ -87,59 +89,112 @@ RecordGrid::RecordGrid(QWidget* parent)
   header_->setContextMenuPolicy(Qt::CustomContextMenu);
 
   connect(header_, &QHeaderView::sectionClicked, this, &RecordGrid::sortByHeader);
+  // The second click of two that follow each other soon.
+  connect(header_, &QHeaderView::sectionDoubleClicked, this, &RecordGrid::sortByHeader);
   connect(header_, &QHeaderView::customContextMenuRequested, this, &RecordGrid::headerMenu);
   connect(header_, &FilterHeader::filtersChanged, this,
-          [this] { model_->filter(header_->filters()); });
+          [this] { keepPlace([this] { model_->filter(header_->filters()); }); });
   connect(header_, &FilterHeader::rowsWanted, this, [this] {
     if (selectedRows().isEmpty()) selectRows({0, 0});
     setFocus(Qt::OtherFocusReason);
   });
   connect(model_, &RecordModel::filled, this, &RecordGrid::tellFilling);
+  connect(this, &QTableView::doubleClicked, this, &RecordGrid::detailsWanted);
   connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
     emit contextMenuWanted(viewport()->mapToGlobal(position));
   });
 }
 
-void RecordGrid::show(std::unique_ptr<commands::RecordView> view, int kind) {
+void RecordGrid::show(std::unique_ptr<commands::RecordView> view, int kind,
+                      const std::string& key) {
   rememberLayout();
+  rememberLeft();
   for (int i = 0; i < header_->count(); ++i) {
     header_->setSectionHidden(i, false);
     header_->moveSection(header_->visualIndex(i), i);
   }
-  header_->setSortIndicatorShown(false);
-  sortedColumn_ = -1;
+  order_.clear();
   selectedColumn_ = -1;
   kind_ = kind;
+  key_ = key;
   model_->show(std::move(view));
-  header_->clearFilters();
   fitColumns();
   if (const auto layout = layouts_.find(kind); layout != layouts_.end()) {
     layout->second.applyTo(*header_, *model_);
   }
   scrollToTop();
+  findAsLeft();
 }
 
-void RecordGrid::reload(std::unique_ptr<commands::RecordView> view) {
+void RecordGrid::reload(std::unique_ptr<commands::RecordView> view,
+                        GridPlace::Selection selection) {
   rememberLayout();
-  const int place = verticalScrollBar()->value();
-  const bool wasEmpty = model_->rowCount() == 0;
-  const int columns = model_->columnCount();
-  model_->show(std::move(view));
-  if (model_->columnCount() != columns) fitColumns();
+  keepPlace(
+      [&] {
+        model_->reload(std::move(view));
+        arrange();
+        fitColumns();
+        layouts_.at(kind_).applyTo(*header_, *model_);
+      },
+      selection);
+}
+
+void RecordGrid::digits(int value) {
+  keepPlace([&] { model_->digits(value); });
+}
+
+void RecordGrid::keepPlace(const std::function<void()>& change, GridPlace::Selection selection) {
+  const GridPlace place(*this);
+  {
+    const QScopedValueRollback placing(isPlacing_, true);
+    change();
+    place.restore(*this, selection);
+  }
+  if (!isPlacing_) emit selectedRowsChanged();
+}
+
+void RecordGrid::rememberLeft() {
+  if (key_.empty()) return;
+  Left left;
+  left.place = GridPlace(*this);
+  const auto& columns = model_->recordColumns();
+  const QStringList filters = header_->filters();
+  for (int i = 0; i < filters.size(); ++i) {
+    if (!filters[i].isEmpty()) left.filters[columns[i].name] = filters[i];
+  }
+  for (const auto& by : order_) left.order.emplace_back(columns[by.column].name, by);
+  left_[key_] = std::move(left);
+}
+
+void RecordGrid::findAsLeft() {
+  const Left& left = left_[key_];
+  QStringList filters(model_->columnCount());
+  for (const auto& [name, text] : left.filters) {
+    const int column = columnNamed(name);
+    if (column >= 0 && !header_->isSectionHidden(column)) filters[column] = text;
+  }
+  header_->setFilters(filters);
+  for (const auto& [name, by] : left.order) {
+    const int column = columnNamed(name);
+    if (column >= 0) order_.push_back(sortColumn(column, by.isAscending));
+  }
   arrange();
-  layouts_.at(kind_).applyTo(*header_, *model_);
-  if (wasEmpty) fitColumns();
-  verticalScrollBar()->setValue(place);
+  left.place.restore(*this, GridPlace::Selection::cleared);
+}
+
+int RecordGrid::columnNamed(const std::string& name) const {
+  const auto& columns = model_->recordColumns();
+  const auto found = std::ranges::find(columns, name, &commands::RecordColumn::name);
+  return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
 void RecordGrid::arrange() {
-  if (sortedColumn_ >= model_->columnCount()) {
-    sortedColumn_ = -1;
-    header_->setSortIndicatorShown(false);
-  }
-  selectedColumn_ = std::min(selectedColumn_, model_->columnCount() - 1);
+  const int columns = model_->columnCount();
+  std::erase_if(order_, [&](const auto& by) { return static_cast<int>(by.column) >= columns; });
+  header_->showOrder(order_);
+  selectedColumn_ = std::min(selectedColumn_, columns - 1);
   model_->filter(header_->filters());
-  if (sortedColumn_ >= 0) model_->sort(sortedColumn_, header_->sortIndicatorOrder());
+  if (!order_.empty()) model_->sortBy(order_);
 }
 
 /// Values that came after the rows were filtered and sorted want that done again.
@@ -149,15 +204,21 @@ void RecordGrid::tellFilling(qlonglong rows, bool ended) {
     emit fillingTold(tr("Reading values of %1... Escape stops it.").arg(panes));
     return;
   }
-  if (sortedColumn_ >= 0 || model_->isFiltered()) arrange();
+  if (!order_.empty() || model_->isFiltered()) keepPlace([this] { arrange(); });
   emit fillingTold(tr("Values of %1 read.").arg(panes));
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
+  const bool extends = event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
   if (event->key() == Qt::Key_Escape && model_->isFilling()) {
     model_->stopFilling();
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     edit(currentIndex(), EditKeyPressed, event);
+  } else if (extends && (event->key() == Qt::Key_Home || event->key() == Qt::Key_End)) {
+    extendToEnd(event->key() == Qt::Key_End);
+  } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+    const QRect row = visualRect(currentIndex());
+    emit contextMenuWanted(viewport()->mapToGlobal(row.isValid() ? row.bottomLeft() : QPoint()));
   } else {
     QTableView::keyPressEvent(event);
   }
@@ -215,7 +276,9 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
 
 void RecordGrid::clear() {
   rememberLayout();
+  rememberLeft();
   kind_ = -1;
+  key_.clear();
   model_->show(nullptr);
 }
 
@@ -238,28 +301,86 @@ void RecordGrid::selectRows(const RowBlock& rows) {
   const int column = std::max(selectedColumn(), header_->logicalIndex(0));
   const QModelIndex first = model_->index(rows.low, column);
   selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
-  selectionModel()->select(QItemSelection(first, model_->index(rows.high, column)),
-                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  selectBlock(rows);
   scrollTo(first);
 }
 
-void RecordGrid::sort(Qt::SortOrder order) {
-  sortBy(std::max(selectedColumn_, 0), order);
+void RecordGrid::selectBlock(const RowBlock& rows) {
+  if (rows.isEmpty() || rows.high >= model_->rowCount()) return;
+  selectionModel()->select(QItemSelection(model_->index(rows.low, 0), model_->index(rows.high, 0)),
+                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
-void RecordGrid::sortBy(int column, Qt::SortOrder order) {
+/// From where the selection began to the first or last row.
+void RecordGrid::extendToEnd(bool forward) {
+  model_->readOn();
+  const RowBlock rows = selectedRows();
+  const int current = std::max(currentIndex().row(), 0);
+  const int anchor = rows.isEmpty() ? current : current == rows.low ? rows.high : rows.low;
+  const int end = forward ? model_->rowCount() - 1 : 0;
+  if (end < 0) return;
+  const QModelIndex target = model_->index(end, std::max(currentIndex().column(), 0));
+  selectionModel()->setCurrentIndex(target, QItemSelectionModel::NoUpdate);
+  selectBlock({std::min(anchor, end), std::max(anchor, end)});
+  scrollTo(target);
+}
+
+QString RecordGrid::selectedNames() const {
+  constexpr int kMostNames = 5;
+  const RowBlock rows = selectedRows();
+  if (rows.isEmpty()) return {};
+  const int column = std::max(columnNamed("name"), 0);
+  QStringList names;
+  for (int row = rows.low; row <= rows.high && names.size() < kMostNames; ++row) {
+    names << model_->cells(row, row, {column}, true)[0][0];
+  }
+  QString text = names.join(", ");
+  if (rows.count() > kMostNames) text += tr(", ...");
+  return tr("%1: %2").arg(counted(rows.count(), tr("record")), text);
+}
+
+void RecordGrid::sort(Qt::SortOrder order) {
+  sortBy({sortColumn(std::max(selectedColumn_, 0), order == Qt::AscendingOrder)});
+}
+
+void RecordGrid::sortBy(std::vector<commands::SortColumn> order) {
   const BusyPointer busy;
-  model_->sort(column, order);
-  sortedColumn_ = column;
-  selectedColumn_ = column;
-  header_->setSortIndicatorShown(true);
-  header_->setSortIndicator(column, order);
+  order_ = std::move(order);
+  if (!order_.empty()) selectedColumn_ = static_cast<int>(order_.back().column);
+  header_->showOrder(order_);
+  keepPlace([&] { model_->sortBy(order_); });
   scrollToTop();
 }
 
+/// With Shift the column is added to those that the rows are sorted by.
 void RecordGrid::sortByHeader(int column) {
-  const bool again = column == sortedColumn_ && header_->sortIndicatorOrder() == Qt::AscendingOrder;
-  sortBy(column, again ? Qt::DescendingOrder : Qt::AscendingOrder);
+  const bool adds = QGuiApplication::keyboardModifiers() & Qt::ShiftModifier;
+  auto order = order_;
+  const auto isIt = [&](const auto& by) { return static_cast<int>(by.column) == column; };
+  const auto found = std::ranges::find_if(order, isIt);
+  const bool again = found != order.end() && found->isAscending;
+  if (adds && found != order.end()) {
+    found->isAscending = !again;
+    return sortBy(order);
+  }
+  if (!adds) order.clear();
+  order.push_back(sortColumn(column, !again));
+  sortBy(order);
+}
+
+commands::SortColumn RecordGrid::sortColumn(int column, bool isAscending) const {
+  const std::pair key(kind_, model_->recordColumns()[column].name);
+  return {static_cast<std::size_t>(column), isAscending, columnsWithNumbers_.contains(key)};
+}
+
+void RecordGrid::readNumbers(int column, bool reads) {
+  const std::pair key(kind_, model_->recordColumns()[column].name);
+  reads ? void(columnsWithNumbers_.insert(key)) : void(columnsWithNumbers_.erase(key));
+  auto order = order_;
+  for (auto& by : order) {
+    if (static_cast<int>(by.column) == column) by.readsNumbers = reads;
+  }
+  if (!order.empty()) sortBy(order);
 }
 
 void RecordGrid::copyRowsAsText() const {
@@ -278,7 +399,7 @@ void RecordGrid::copyCellAsText() const {
   const QModelIndex cell = currentIndex();
   if (!cell.isValid()) return;
   QGuiApplication::clipboard()->setText(
-      tableText(model_->cells(cell.row(), cell.row(), {cell.column()})[0][0]));
+      tableText(model_->cells(cell.row(), cell.row(), {cell.column()}, copiesAsShown_)[0][0]));
 }
 
 QList<QStringList> RecordGrid::wholeTable() {
@@ -290,7 +411,7 @@ QList<QStringList> RecordGrid::table(const RowBlock& rows) const {
   const QList<int> columns = visibleColumns();
   QList<QStringList> table;
   table << model_->headings(columns);
-  return table << model_->cells(rows.low, rows.high, columns);
+  return table << model_->cells(rows.low, rows.high, columns, copiesAsShown_);
 }
 
 void RecordGrid::fitColumns() {
@@ -308,13 +429,14 @@ void RecordGrid::fitColumns() {
 
 void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTableView::currentChanged(current, previous);
-  if (current.isValid()) selectedColumn_ = current.column();
+  // Where the place is kept, the heading that was clicked last stays the column chosen.
+  if (current.isValid() && !isPlacing_) selectedColumn_ = current.column();
 }
 
 void RecordGrid::selectionChanged(const QItemSelection& selected,
                                   const QItemSelection& deselected) {
   QTableView::selectionChanged(selected, deselected);
-  emit selectedRowsChanged();
+  if (!isPlacing_) emit selectedRowsChanged();
 }
 
 /// Rows are dragged when they are selected already; else the mouse selects a block of rows.
@@ -322,6 +444,24 @@ void RecordGrid::mousePressEvent(QMouseEvent* event) {
   if (cells_->isRefused() && !cells_->finish()) return;
   setDragEnabled(selectionModel()->isSelected(indexAt(event->pos())));
   QTableView::mousePressEvent(event);
+}
+
+/// A dock that opens leaves the current row in sight.
+void RecordGrid::resizeEvent(QResizeEvent* event) {
+  const int row = currentIndex().row();
+  const int before = row < 0 ? -1 : rowViewportPosition(row);
+  QTableView::resizeEvent(event);
+  if (before < 0 || before >= event->oldSize().height()) return;
+  const int below = rowViewportPosition(row) + rowHeight(row) - viewport()->height();
+  if (below > 0) verticalScrollBar()->setValue(verticalScrollBar()->value() + below);
+}
+
+QModelIndex RecordGrid::indexAt(const QPoint& position) const {
+  const QModelIndex index = QTableView::indexAt(position);
+  const int row = rowAt(position.y());
+  if (index.isValid() || row < 0) return index;
+  const QList<int> columns = visibleColumns();
+  return columns.isEmpty() ? index : model_->index(row, columns.constLast());
 }
 
 void RecordGrid::startDrag(Qt::DropActions /*actions*/) {
@@ -342,9 +482,16 @@ void RecordGrid::headerMenu(const QPoint& position) {
   QMenu menu(this);
   if (column >= 0) {
     menu.addAction(tr("Sort &Ascending"), this,
-                   [this, column] { sortBy(column, Qt::AscendingOrder); });
+                   [this, column] { sortBy({sortColumn(column, true)}); });
     menu.addAction(tr("Sort &Descending"), this,
-                   [this, column] { sortBy(column, Qt::DescendingOrder); });
+                   [this, column] { sortBy({sortColumn(column, false)}); });
+    if (!model_->recordColumns()[column].isNumber) {
+      QAction* numbers = menu.addAction(tr("&Numbers in Texts by Value"));
+      numbers->setCheckable(true);
+      numbers->setChecked(sortColumn(column, true).readsNumbers);
+      connect(numbers, &QAction::triggered, this,
+              [this, column](bool reads) { readNumbers(column, reads); });
+    }
     menu.addSeparator();
     QAction* hide = menu.addAction(tr("&Hide Column"), this, [this, column] {
       header_->setSectionHidden(column, true);

@@ -2,9 +2,14 @@
 #pragma once
 
 #include <QTableView>
+#include <functional>
 #include <map>
+#include <set>
+#include <utility>
+#include <vector>
 
 #include "app/grid/ColumnLayout.h"
+#include "app/grid/GridPlace.h"
 #include "app/grid/RecordModel.h"
 
 namespace orv::app {
@@ -32,17 +37,25 @@ class RecordGrid : public QTableView {
   const RecordModel& records() const { return *model_; }
   FilterHeader& filterHeader() const { return *header_; }
 
-  /// Replaces what is shown. `kind` tells whose column layout to use. Raises what reading raises.
-  void show(std::unique_ptr<commands::RecordView> view, int kind);
+  /// Replaces what is shown. `kind` tells whose column layout to use, `key` which record set it is:
+  /// one that was shown before is found as it was left, but with nothing selected. Raises what
+  /// reading raises.
+  void show(std::unique_ptr<commands::RecordView> view, int kind, const std::string& key);
   /// Replaces the records by those of the same record set, read anew. Filters, order, columns and
   /// the place in the grid stay.
-  void reload(std::unique_ptr<commands::RecordView> view);
+  void reload(std::unique_ptr<commands::RecordView> view, GridPlace::Selection selection);
+  /// Shows fractions with so many digits.
+  void digits(int value);
   void clear();
   /// Fills the columns that take long, and then filters and sorts again. Escape stops it.
   void fillColumns() { model_->fill(); }
 
   RowBlock selectedRows() const;
   void selectRows(const RowBlock& rows);
+  /// Selects without a change of the current row or of what is in sight.
+  void selectBlock(const RowBlock& rows);
+  /// What people call the first of the selected records, parted by commas.
+  QString selectedNames() const;
   /// The column that the sort commands work on: that of the cell or heading that the user chose
   /// last; -1 before.
   int selectedColumn() const { return selectedColumn_; }
@@ -51,9 +64,12 @@ class RecordGrid : public QTableView {
   /// the clipboard.
   void copyRowsAsText() const;
   void copyCellAsText() const;
-  /// The visible columns of all rows that pass the filters, the headings first. Raises what reading
-  /// raises.
+  /// Whether fields are copied and saved as they are shown, or with all their digits.
+  void copyAsShown(bool asShown) { copiesAsShown_ = asShown; }
+  /// The visible columns of all rows that pass the filters, or of those that are selected, the
+  /// headings first. Raises what reading raises.
   QList<QStringList> wholeTable();
+  QList<QStringList> selectedTable() const { return table(selectedRows()); }
   void fitColumns();
 
   /// Has cells be edited, each or all selected ones of a column at once; null where they cannot
@@ -67,6 +83,8 @@ class RecordGrid : public QTableView {
   /// What there is to say of the editing of a cell.
   void editingTold(const QString& text);
   void selectedRowsChanged();
+  /// A record was clicked on twice.
+  void detailsWanted();
   void columnChooserWanted();
   void contextMenuWanted(const QPoint& globalPosition);
   /// What is done to the columns that take long, for the status bar.
@@ -77,21 +95,41 @@ class RecordGrid : public QTableView {
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  /// Beside the last column, too, a row is its own.
+  QModelIndex indexAt(const QPoint& position) const override;
   void startDrag(Qt::DropActions actions) override;
   void scrollContentsBy(int dx, int dy) override;
   using QTableView::edit;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
 
  private:
+  /// How a record set was left.
+  struct Left {
+    std::map<std::string, QString> filters;  ///< by the names of their columns
+    std::vector<std::pair<std::string, commands::SortColumn>> order;  ///< likewise
+    GridPlace place;
+  };
+
   /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
   /// Says why not, or nothing.
   QString take(const QModelIndex& cell, const QString& text);
   void rememberLayout();
+  void rememberLeft();
+  void findAsLeft();
+  int columnNamed(const std::string& name) const;
+  /// Changes the rows, and goes to the user's place among the new ones.
+  void keepPlace(const std::function<void()>& change,
+                 GridPlace::Selection selection = GridPlace::Selection::kept);
+  void extendToEnd(bool forward);
   void tellFilling(qlonglong rows, bool ended);
   /// Filters and sorts as the header says.
   void arrange();
-  void sortBy(int column, Qt::SortOrder order);
+  void sortBy(std::vector<commands::SortColumn> order);
   void sortByHeader(int column);
+  /// A column in an order; how numbers in its texts are taken stays.
+  commands::SortColumn sortColumn(int column, bool isAscending) const;
+  void readNumbers(int column, bool reads);
   void headerMenu(const QPoint& position);
   QList<int> visibleColumns() const;
   /// The visible columns of rows, the headings first.
@@ -102,10 +140,15 @@ class RecordGrid : public QTableView {
   CellDelegate* cells_;
   QString whyNotEdited_;
   int kind_ = -1;
-  int sortedColumn_ = -1;
+  std::string key_;
+  bool isPlacing_ = false;
+  bool copiesAsShown_ = false;
+  std::vector<commands::SortColumn> order_;
+  std::set<std::pair<int, std::string>> columnsWithNumbers_;  ///< by kind and name
   int selectedColumn_ = -1;
   QList<int> fittedWidths_;
   std::map<int, ColumnLayout> layouts_;
+  std::map<std::string, Left> left_;  ///< by the keys of record sets
 };
 
 }  // namespace orv::app

@@ -5,12 +5,14 @@
 #include <QMimeData>
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 
 #include "app/Text.h"
 #include "app/grid/RecordEdits.h"
 #include "commands/CellText.h"
 #include "commands/ErrorText.h"
 #include "commands/RecordReader.h"
+#include "store/Waiting.h"
 
 namespace orv::app {
 
@@ -26,6 +28,12 @@ constexpr int kLongestToolTip = 2000;
 QString headerText(const commands::RecordColumn& column) {
   const QString title = qt(column.title);
   return column.unit.empty() ? title : QStringLiteral("%1 (%2)").arg(title, qt(column.unit));
+}
+
+QFont boldFont() {
+  QFont font = QApplication::font("QTableView");
+  font.setBold(true);
+  return font;
 }
 
 /// A cell holds one line.
@@ -46,6 +54,7 @@ void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   idle_.stop();
   filling_.stop();
   failed_ = false;
+  known_.clear();
   beginResetModel();
   view_ = std::move(view);
   shown_ = 0;
@@ -61,6 +70,15 @@ void RecordModel::show(std::unique_ptr<commands::RecordView> view) {
   }
 }
 
+void RecordModel::reload(std::unique_ptr<commands::RecordView> view) {
+  std::unordered_set<std::string> known;
+  if (view_ && isComplete()) {
+    for (std::string& each : view_->identifiersRead()) known.insert(std::move(each));
+  }
+  show(std::move(view));
+  known_ = std::move(known);
+}
+
 const std::vector<commands::RecordColumn>& RecordModel::recordColumns() const {
   static const std::vector<commands::RecordColumn> none;
   return view_ ? view_->columns() : none;
@@ -70,12 +88,40 @@ std::string RecordModel::identifier(int row) const {
   return commands::cellText(view_->value(row, 0), commands::kAllDigits);
 }
 
-QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int>& columns) const {
+std::vector<int> RecordModel::rowsOf(const std::vector<std::string>& identifiers, int first) {
+  std::vector<int> rows;
+  reading([&] {
+    rows = followingRows(identifiers, first);
+    if (!rows.empty()) return;
+    const std::unordered_set<std::string> wanted(identifiers.begin(), identifiers.end());
+    for (int row = 0; rows.size() < wanted.size(); ++row) {
+      while (row == shown_ && !isComplete()) advance(kRowsAtOnce);
+      if (row == shown_) return;
+      if (wanted.contains(identifier(row))) rows.push_back(row);
+    }
+  });
+  return rows;
+}
+
+std::vector<int> RecordModel::followingRows(const std::vector<std::string>& identifiers,
+                                            int first) const {
+  std::vector<int> rows;
+  int row = first;
+  for (const std::string& each : identifiers) {
+    if (row < 0 || row >= shown_ || identifier(row) != each) return {};
+    rows.push_back(row++);
+  }
+  return rows;
+}
+
+QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int>& columns,
+                                      bool asShown) const {
+  const int digits = asShown && view_ ? view_->digits() : commands::kAllDigits;
   QList<QStringList> rows;
   for (int row = firstRow; row <= lastRow; ++row) {
     QStringList cells;
     for (const int column : columns) {
-      cells << qt(commands::cellText(value(row, column), commands::kAllDigits));
+      cells << qt(commands::cellText(value(row, column), digits));
     }
     rows << cells;
   }
@@ -99,11 +145,11 @@ void RecordModel::filter(const QStringList& texts) {
   });
 }
 
-void RecordModel::sort(int column, Qt::SortOrder order) {
-  if (!view_ || column < 0) return;
+void RecordModel::sortBy(const std::vector<commands::SortColumn>& columns) {
+  if (!view_) return;
   withdrawRows();
   reading([&] {
-    view_->sort(column, order == Qt::AscendingOrder);
+    view_->sort(columns);
     restart();
   });
 }
@@ -134,6 +180,10 @@ void RecordModel::complete() {
   while (!isComplete()) advance(kRowsAhead);
 }
 
+void RecordModel::readOn() {
+  reading([this] { complete(); });
+}
+
 int RecordModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : shown_;
 }
@@ -148,8 +198,13 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
     return QVariant((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }
   if (role == Qt::AccessibleDescriptionRole) return changeText(index);
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  if (store::Waiting::isUnderWay()) return {};
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::FontRole) return {};
   try {
+    if (role == Qt::FontRole) {
+      const bool isNew = !known_.empty() && !known_.contains(identifier(index.row()));
+      return isNew ? boldFont() : QVariant();
+    }
     const store::Value* changed = changedValue(index);
     if (changed && role == Qt::ToolTipRole) return toolTipText(changeText(index));
     const QString text = qt(changed ? commands::cellText(*changed, view_->digits())
@@ -269,6 +324,7 @@ QMimeData* RecordModel::mimeData(const QModelIndexList& indexes) const {
 }
 
 void RecordModel::readAhead() {
+  if (store::Waiting::isUnderWay()) return;
   reading([this] {
     advance(kRowsAtOnce);
     if (!isComplete() && shown_ < kRowsAhead) return;

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <string>
+#include <unordered_set>
 
 #include "commands/RecordView.h"
 #include "commands/edit/Field.h"
@@ -26,6 +28,9 @@ class RecordModel : public QAbstractTableModel {
   /// Replaces all that is shown; null shows nothing. Raises what reading the first rows raises,
   /// with nothing shown then.
   void show(std::unique_ptr<commands::RecordView> view);
+  /// The same with the records of the same record set, read anew: those that were not there before
+  /// stand in bold.
+  void reload(std::unique_ptr<commands::RecordView> view);
 
   /// The format under which rows are dragged: the identifiers of the records, a line each. It
   /// names the process, since another one knows nothing of where they come from.
@@ -34,14 +39,20 @@ class RecordModel : public QAbstractTableModel {
   const std::vector<commands::RecordColumn>& recordColumns() const;
   /// The text that identifies the record of a row to the commands.
   std::string identifier(int row) const;
-  /// Fields of a block of rows, with all their digits.
-  QList<QStringList> cells(int firstRow, int lastRow, const QList<int>& columns) const;
+  /// The rows of records, in their order; those that are not shown are left out. Looks at the rows
+  /// from `first` on before it looks at all, and reads on as far as it has to.
+  std::vector<int> rowsOf(const std::vector<std::string>& identifiers, int first);
+  /// Rows of the table read so far, whether they pass the filters or not.
+  qlonglong rowsRead() const { return view_ ? static_cast<qlonglong>(view_->rowsRead()) : 0; }
+  /// Fields of a block of rows; `asShown`: with the digits that are shown, else with all.
+  QList<QStringList> cells(int firstRow, int lastRow, const QList<int>& columns,
+                           bool asShown) const;
   /// The headings of columns, with their units.
   QStringList headings(const QList<int>& columns) const;
 
   void filter(const QStringList& texts);
   bool isFiltered() const { return view_ && view_->isFiltered(); }
-  void sort(int column, Qt::SortOrder order) override;
+  void sortBy(const std::vector<commands::SortColumn>& columns);
   void digits(int value);
   /// The first field from a place on that contains a text; invalid when there is none.
   QModelIndex find(const QString& text, const QModelIndex& from, bool forward);
@@ -49,6 +60,8 @@ class RecordModel : public QAbstractTableModel {
   /// Reads everything there is to read, so that the file is not needed until the next show().
   /// Raises what reading raises.
   void complete();
+  /// The same, but what reading raises is told by readingFailed().
+  void readOn();
   bool isComplete() const { return !view_ || view_->isComplete(); }
 
   /// Has fields be edited, and shows what they are to become; null where they cannot be edited.
@@ -88,6 +101,8 @@ class RecordModel : public QAbstractTableModel {
   void filled(qlonglong rows, bool ended);
 
  private:
+  /// The rows from one on, where they are those of just these records; else none.
+  std::vector<int> followingRows(const std::vector<std::string>& identifiers, int first) const;
   void readAhead();
   void fillOn();
   /// Takes a step that reads, and tells of its error: no user's click may raise one.
@@ -102,8 +117,9 @@ class RecordModel : public QAbstractTableModel {
   QString changeText(const QModelIndex& index) const;
 
   std::unique_ptr<commands::RecordView> view_;
-  int shown_ = 0;        ///< rows that the grid knows of
-  bool failed_ = false;  ///< reading on has failed
+  int shown_ = 0;                          ///< rows that the grid knows of
+  bool failed_ = false;                    ///< reading on has failed
+  std::unordered_set<std::string> known_;  ///< records of before; empty where none is new
   RecordEdits* edits_ = nullptr;
   QTimer idle_;
   QTimer filling_;

@@ -1,6 +1,7 @@
 #include "app/sources/DataSourceTree.h"
 
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
@@ -10,6 +11,7 @@
 #include "app/theme/Icons.h"
 #include "commands/NodeContent.h"
 #include "commands/RecordKind.h"
+#include "store/Connection.h"
 
 namespace orv::app {
 
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTakesRecordsRole = Qt::UserRole + 1;
+constexpr int kIsDatabaseRole = Qt::UserRole + 2;
 
 /// Records can be copied into the databases that can be changed, and into their record sets.
 bool takesRecords(const sources::datasource& node) {
@@ -39,12 +42,18 @@ const char* iconName(const sources::datasource& node) {
   }
 }
 
-QString kindText(sources::DataTypeCode type) {
-  switch (type) {
+/// A database that could be changed, but for its file.
+bool isWriteProtected(const sources::datasource& node) {
+  return node.DataType() == DataType::orvDatabase3 && node.ADOConnection()->readOnly();
+}
+
+QString kindText(const sources::datasource& node) {
+  switch (node.DataType()) {
     case DataType::orvDatabase2:
       return DataSourceTree::tr("ORV database, version 2.0.1 (read only)");
     case DataType::orvDatabase3:
-      return DataSourceTree::tr("ORV database, version 3.0.0");
+      return isWriteProtected(node) ? DataSourceTree::tr("ORV database, version 3.0.0 (read only)")
+                                    : DataSourceTree::tr("ORV database, version 3.0.0");
     case DataType::igdb:
       return DataSourceTree::tr("International Glazing Database (read only)");
     case DataType::optics5User:
@@ -58,7 +67,7 @@ QString kindText(sources::DataTypeCode type) {
 
 QString description(const sources::datasource& node) {
   const QString title = qt(commands::nodeTitle(&node));
-  const QString kind = kindText(node.DataType());
+  const QString kind = kindText(node);
   return kind.isEmpty() ? title : kind + '\n' + title;
 }
 
@@ -74,12 +83,14 @@ DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
   setHeaderHidden(true);
   setColumnCount(1);
   setUniformRowHeights(true);
+  setExpandsOnDoubleClick(false);
   setSelectionMode(QAbstractItemView::ExtendedSelection);  // two can be compared
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::CustomContextMenu);
   connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (item != nullptr) emit nodeSelected(item->data(0, kKeyRole).toString().toStdString());
   });
+  connect(this, &QTreeWidget::itemDoubleClicked, this, &DataSourceTree::open);
   connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
     emit contextMenuWanted(viewport()->mapToGlobal(position));
   });
@@ -90,6 +101,7 @@ void DataSourceTree::rebuild(const sources::DataSources& registry) {
   clear();
   for (const auto& node : registry) add(*invisibleRootItem(), *node);
   expandAll();
+  embolden(marked_, true);
 }
 
 void DataSourceTree::select(const std::string& key) {
@@ -108,10 +120,64 @@ std::vector<std::string> DataSourceTree::selectedKeys() const {
   return keys;
 }
 
+void DataSourceTree::mark(const std::string& key) {
+  if (key == marked_) return;
+  embolden(marked_, false);
+  marked_ = key;
+  embolden(marked_, true);
+}
+
+void DataSourceTree::embolden(const std::string& key, bool bold) {
+  QTreeWidgetItem* item = key.empty() ? nullptr : itemOf(key);
+  if (item == nullptr) return;
+  QFont font = item->font(0);
+  font.setBold(bold);
+  item->setFont(0, font);
+}
+
+/// The first record set of a database; what else has children is folded or unfolded.
+void DataSourceTree::open(QTreeWidgetItem* item) {
+  if (item == nullptr || item->childCount() == 0) return;
+  if (item->data(0, kIsDatabaseRole).toBool()) {
+    setCurrentItem(item->child(0));
+  } else {
+    item->setExpanded(!item->isExpanded());
+  }
+}
+
+void DataSourceTree::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      open(currentItem());
+      break;
+    case Qt::Key_F10:
+      if (event->modifiers() == Qt::ShiftModifier) {
+        emit contextMenuWanted(viewport()->mapToGlobal(visualItemRect(currentItem()).bottomLeft()));
+        break;
+      }
+      [[fallthrough]];
+    default:
+      QTreeWidget::keyPressEvent(event);
+  }
+}
+
+/// A dock that opens leaves the node shown in sight.
+void DataSourceTree::resizeEvent(QResizeEvent* event) {
+  const QTreeWidgetItem* item = currentItem();
+  const bool wasSeen =
+      item != nullptr && QRect(QPoint(0, 0), event->oldSize()).intersects(visualItemRect(item));
+  QTreeWidget::resizeEvent(event);
+  if (wasSeen) scrollToItem(item);
+}
+
 void DataSourceTree::add(QTreeWidgetItem& parent, const sources::datasource& node) {
-  auto* item = new QTreeWidgetItem(&parent, {shownText(node.text())});
+  QString text = shownText(node.text());
+  if (isWriteProtected(node)) text += tr(" (read only)");
+  auto* item = new QTreeWidgetItem(&parent, {text});
   item->setData(0, kKeyRole, qt(node.key()));
   item->setData(0, kTakesRecordsRole, takesRecords(node));
+  item->setData(0, kIsDatabaseRole, node.DataType() <= DataType::optics5User);
   item->setToolTip(0, toolTipText(description(node)));
   item->setIcon(0, icon(iconName(node)));
   for (const auto& child : node.DataSources()) add(*item, *child);

@@ -20,6 +20,8 @@ class DataSourceTree : public QTreeWidget {
   void rebuild(const sources::DataSources& registry);
   /// Selects the item of a node, without a signal; an empty key selects none.
   void select(const std::string& key);
+  /// Has the item of the node stand out whose records are to be pasted; an empty key none.
+  void mark(const std::string& key);
   /// The keys of the nodes that are selected, the current one first.
   std::vector<std::string> selectedKeys() const;
 
@@ -34,10 +36,16 @@ class DataSourceTree : public QTreeWidget {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void open(QTreeWidgetItem* item);
+  void embolden(const std::string& key, bool bold);
   void add(QTreeWidgetItem& parent, const sources::datasource& node);
   QTreeWidgetItem* itemOf(const std::string& key) const;
+
+  std::string marked_;
 };
 
 /// The paths of the local files among what is dragged.

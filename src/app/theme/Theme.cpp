@@ -5,6 +5,8 @@
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleOption>
+#include <algorithm>
+#include <cmath>
 
 #include "app/theme/Icons.h"
 
@@ -27,7 +29,7 @@ const Colours kLight{.button = {0xf3, 0xf3, 0xf3},
                      .link = {0x1a, 0x6f, 0xb0},
                      .text = {0x1b, 0x1e, 0x20},
                      .disabledText = {0x8c, 0x92, 0x96},
-                     .placeholder = {0x80, 0x86, 0x8b}};
+                     .placeholder = {0x66, 0x6c, 0x71}};
 
 const Colours kDark{.button = {0x45, 0x4a, 0x4f},
                     .window = {0x38, 0x3c, 0x40},
@@ -38,7 +40,7 @@ const Colours kDark{.button = {0x45, 0x4a, 0x4f},
                     .link = {0x6c, 0xb8, 0xf0},
                     .text = {0xe6, 0xe8, 0xea},
                     .disabledText = {0x8b, 0x91, 0x96},
-                    .placeholder = {0x9a, 0xa0, 0xa5}};
+                    .placeholder = {0xb4, 0xba, 0xbf}};
 
 QPalette paletteOf(const Colours& colours) {
   QPalette palette(colours.button, colours.window);
@@ -54,6 +56,60 @@ QPalette paletteOf(const Colours& colours) {
   }
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::PlaceholderText, colours.placeholder);
+  return palette;
+}
+
+/// What the eye makes of a colour, from 0 to 1.
+double luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+  return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor mixed(const QColor& colour, const QColor& other, double share) {
+  const auto part = [&](double from, double to) { return from + (to - from) * share; };
+  return QColor::fromRgbF(static_cast<float>(part(colour.redF(), other.redF())),
+                          static_cast<float>(part(colour.greenF(), other.greenF())),
+                          static_cast<float>(part(colour.blueF(), other.blueF())));
+}
+
+/// The colour as it is, or so much nearer to `strong` that it can be read on both grounds.
+QColor readable(const QColor& colour, const QColor& strong, const QColor& ground,
+                const QColor& otherGround) {
+  constexpr double kLeastContrast = 4.6;
+  constexpr double kStep = 0.05;
+  // A colour that lets its ground through is seen as the mixture.
+  const QColor seen = mixed(ground, colour, colour.alphaF());
+  for (double share = 0; share < 1; share += kStep) {
+    const QColor result = mixed(seen, strong, share);
+    if (std::min(contrast(result, ground), contrast(result, otherGround)) >= kLeastContrast) {
+      return result;
+    }
+  }
+  return strong;
+}
+
+/// The palette of a desktop, with the colours changed that are too faint.
+QPalette readable(QPalette palette) {
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    const QColor text = palette.color(group, QPalette::Text);
+    const QColor base = palette.color(group, QPalette::Base);
+    palette.setColor(group, QPalette::PlaceholderText,
+                     readable(palette.color(group, QPalette::PlaceholderText), text, base,
+                              palette.color(group, QPalette::Window)));
+    const QColor selected = palette.color(group, QPalette::HighlightedText);
+    const QColor apart = luminance(selected) > 0.5 ? Qt::black : Qt::white;
+    palette.setColor(
+        group, QPalette::Highlight,
+        readable(palette.color(group, QPalette::Highlight), apart, selected, selected));
+  }
   return palette;
 }
 
@@ -110,6 +166,26 @@ class ProgramStyle : public QProxyStyle {
     return QProxyStyle::standardIcon(picture, option, widget);
   }
 
+  /// Fusion gives boxes a frame that is hardly seen on a dark ground.
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
+    const auto group = option->state & State_Enabled ? QPalette::Active : QPalette::Disabled;
+    painter->save();
+    painter->setPen(option->palette.color(
+        group, group == QPalette::Disabled ? QPalette::Text : QPalette::PlaceholderText));
+    painter->setBrush(Qt::NoBrush);
+    const QRect frame = option->rect.adjusted(0, 0, -1, -1);
+    if (element == PE_IndicatorCheckBox) {
+      painter->drawRect(frame);
+    } else {
+      painter->setRenderHint(QPainter::Antialiasing);
+      painter->drawEllipse(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5));
+    }
+    painter->restore();
+  }
+
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override {
     const auto* entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
@@ -144,7 +220,7 @@ void applyTheme(Theme theme) {
   const Desktop& system = desktop();
   if (theme == Theme::system) {
     QApplication::setStyle(new ProgramStyle(system.style));
-    QApplication::setPalette(system.palette);
+    QApplication::setPalette(readable(system.palette));
     return;
   }
   QApplication::setStyle(new ProgramStyle("Fusion"));

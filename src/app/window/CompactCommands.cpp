@@ -1,9 +1,12 @@
 #include "app/window/CompactCommands.h"
 
+#include <filesystem>
+
 #include "app/Text.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/dialogs/dlgCompact.h"
 #include "commands/ErrorText.h"
+#include "commands/PasswordQuestion.h"
 
 namespace orv::app {
 
@@ -23,7 +26,10 @@ QStringList parts(const std::vector<std::string>& lines) {
 
 CompactCommands::CompactCommands(commands::Session& session, WindowUserInterface& ui,
                                  QWidget& window)
-    : session_(session), ui_(ui), window_(window), open_(session) {}
+    : session_(session), ui_(ui), window_(window), open_(session) {
+  open_.whenReplaced(
+      [this](const Node& closed, const Node& opened) { emit replaced(closed, opened); });
+}
 
 CompactCommands::Node CompactCommands::databaseOf(const Node& node) {
   Node source = node;
@@ -45,9 +51,11 @@ void CompactCommands::repair(const Node& shown) {
 void CompactCommands::ask(Work work, const QString& path) {
   auto request = dlgCompact(work, path, &window_).choose();
   if (!request) return;
-  request->password = session_.password;
   try {
-    run(*request);
+    commands::withPassword(session_, std::filesystem::path(request->path).filename().string(), [&] {
+      request->password = session_.password;
+      run(*request);
+    });
   } catch (const commands::Cancelled& cancelled) {
     ui_.status(cancelled.what());
   } catch (const std::exception& error) {
@@ -73,13 +81,13 @@ void CompactCommands::run(const commands::CompactRequest& request) {
   try {
     result = commands::compactDatabase(request, ui_);
   } catch (...) {
-    emit workEnded(false);
+    emit workEnded();
     throw;
   }
   // The new file first, so that nothing more is read of the one that it has replaced.
   const Node node = result.refused ? nullptr : open_.reopen(result.target);
   if (node) emit opened(node);
-  emit workEnded(false);
+  emit workEnded();
   if (!result.refused) tell(result, request.work);
 }
 

@@ -30,9 +30,12 @@ class CompactCommands : public QObject {
 
  signals:
   void workBegins();
-  void workEnded(bool changedRecords);
+  void workEnded();
   /// A database that has been made or replaced, opened.
   void opened(const std::shared_ptr<orv::sources::datasource>& node);
+
+  void replaced(const std::shared_ptr<orv::sources::datasource>& closed,
+                const std::shared_ptr<orv::sources::datasource>& opened);
 
  private:
   using Work = commands::CompactRequest::Work;

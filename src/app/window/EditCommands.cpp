@@ -2,13 +2,13 @@
 
 #include <QDir>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <filesystem>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/ReportDialog.h"
+#include "app/dialogs/SaveDialog.h"
 #include "app/window/Guarded.h"
 #include "commands/CopyRecords.h"
 #include "commands/DeleteRecords.h"
@@ -21,33 +21,12 @@ namespace orv::app {
 
 namespace {
 
-/// The notes under a heading, as many as a message has room for.
-QString listed(const commands::Notes& notes, const QString& heading) {
-  constexpr int kMostLines = 12;
-  constexpr std::size_t kMostNames = 5;
-  QStringList lines;
-  for (const commands::Note& note : notes.list()) lines << qt(note.line(kMostNames));
-  if (lines.isEmpty()) return {};
-  const bool isLong = lines.size() > kMostLines;
-  return "\n\n" + heading + "\n" + lines.mid(0, kMostLines).join('\n') + (isLong ? "\n..." : "");
-}
-
 /// Adds all notes under a heading.
 void addNotes(QStringList& report, const QString& heading, const commands::Notes& notes) {
   if (notes.list().empty()) return;
   QStringList lines{heading};
   for (const commands::Note& note : notes.list()) lines << shownText(note.line());
   report << lines.join('\n');
-}
-
-/// What an export did, for the message at its end.
-template <class Result>
-std::string exportReport(const Result& result, const QString& what, const QString& place) {
-  const QString written = EditCommands::tr("%1 written to %2.").arg(what, place);
-  return (written +
-          listed(result.filled, EditCommands::tr("Filled in, because a text file needs it:")) +
-          listed(result.notKept, EditCommands::tr("Not kept, since the file has no place for it:")))
-      .toStdString();
 }
 
 }  // namespace
@@ -64,7 +43,7 @@ void EditCommands::paste(const Node& destination) {
 }
 
 void EditCommands::transfer(const sources::RecordSelection& records, const Node& destination) {
-  run(tr("paste"), Effect::changesRecords, tr("These records could not be copied:"), [&] {
+  run(tr("paste"), WorkEffect::changesRecords, tr("These records could not be copied:"), [&] {
     const auto result = commands::pasteRecords(session_, records, destination, pasteOptions_);
     addNotes(report_, tr("What became of the records:"), result.notes);
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
@@ -74,10 +53,12 @@ void EditCommands::transfer(const sources::RecordSelection& records, const Node&
   });
 }
 
-void EditCommands::remove(const sources::RecordSelection& selection, const Node& shown) {
+void EditCommands::remove(const sources::RecordSelection& selection, const Node& shown,
+                          const QString& names) {
   if (!selection.HasRecords()) return;
-  run(tr("deletion"), Effect::changesRecords, {},
-      [&] { commands::deleteRecords(session_, selection, shown); });
+  if (commands::askToDelete(session_, selection, shown, names.toStdString()).isStopped()) return;
+  run(tr("deletion"), WorkEffect::deletesRecords, {},
+      [&] { emit finished(qt(commands::deleteAskedFor(session_, selection).summary()), {}); });
 }
 
 void EditCommands::exportRecords(const sources::RecordSelection& selection) {
@@ -97,35 +78,43 @@ void EditCommands::exportToFolder(const sources::RecordSelection& selection,
       QFileDialog::getExistingDirectory(&window_, tr("Folder for the files"), exportFolder_);
   if (folder.isEmpty()) return;
   exportFolder_ = folder;
-  run(tr("export"), Effect::readsRecords, tr("These records could not be exported:"), [&] {
+  run(tr("export"), WorkEffect::readsRecords, tr("These records could not be exported:"), [&] {
     const auto result =
         commands::exportRecords(session_, selection, {folder.toStdString(), false, form});
     const QString files = counted(static_cast<qlonglong>(result.files.size()), "file");
-    ui_.message(commands::MessageKind::information, exportReport(result, files, folder),
-                commands::kProductName);
+    tellExport(result, tr("%1 written to %2.").arg(files, shownText(folder)));
   });
 }
 
 void EditCommands::exportToFile(const sources::RecordSelection& selection,
                                 commands::ExportForm form) {
   const bool isJson = form == commands::ExportForm::json;
-  const QString extension = isJson ? QStringLiteral("json") : QStringLiteral("csv");
-  QFileDialog dialog(&window_, tr("File for the records"), exportFolder_,
-                     isJson ? tr("Products (*.json)") : tr("Tables (*.csv)"));
-  dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(extension);
-  dialog.selectFile("panes." + extension);
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
-  const QString path = dialog.selectedFiles().constFirst();
-  exportFolder_ = QFileInfo(path).absolutePath();
-  run(tr("export"), Effect::readsRecords, tr("These records could not be exported:"), [&] {
+  const QString path = askWhereToSave({tr("File for the records"),
+                                       tr("panes"),
+                                       {isJson ? tr("Products (*.json)") : tr("Tables (*.csv)")}},
+                                      &window_)
+                           .path;
+  if (path.isEmpty()) return;
+  run(tr("export"), WorkEffect::readsRecords, tr("These records could not be exported:"), [&] {
     const auto result = commands::exportJoined(session_, selection, form);
     if (result.text.empty()) return;
     commands::writeJoined(path.toStdString(), result.text, true);
     const QString panes = counted(static_cast<qlonglong>(result.dataSets), "pane");
-    ui_.message(commands::MessageKind::information, exportReport(result, panes, path),
-                commands::kProductName);
+    tellExport(result, tr("%1 written to %2.").arg(panes, shownText(path)));
   });
+}
+
+template <class Result>
+void EditCommands::tellExport(const Result& result, const QString& written) {
+  QStringList report;
+  addNotes(report, tr("Filled in, because a text file needs it:"), result.filled);
+  addNotes(report, tr("Not kept, since the file has no place for it:"), result.notKept);
+  const OrdinaryPointer pointer;
+  if (report.isEmpty()) {
+    ui_.message(commands::MessageKind::information, written.toStdString(), commands::kProductName);
+  } else {
+    ReportDialog(tr("Exported Records"), written, report, {}, &window_).exec();
+  }
 }
 
 void EditCommands::computeValues(const sources::RecordSelection& selection,
@@ -146,7 +135,7 @@ void EditCommands::computeValues(const sources::RecordSelection& selection,
 
 void EditCommands::storeValues(const sources::RecordSelection& selection,
                                const commands::IntegrationOptions& options) {
-  run(tr("computation"), Effect::changesRecords, {}, [&] {
+  run(tr("computation"), WorkEffect::changesRecords, {}, [&] {
     QStringList left;
     commands::IntegrationOptions storing = options;
     storing.stores = true;
@@ -162,8 +151,16 @@ void EditCommands::storeValues(const sources::RecordSelection& selection,
   });
 }
 
+void EditCommands::follow(const Node& closed, const Node& opened) {
+  const Node node = pending_.DataSourcePtr();
+  if (!node || node->Parent() != closed) return;
+  for (const Node& each : opened->DataSources()) {
+    if (each->DataType() == node->DataType()) pending_.DataSourcePtr(each);
+  }
+}
+
 void EditCommands::audit(const Node& source, const sources::RecordSelection& selection) {
-  run(tr("audit"), Effect::readsRecords, {}, [&] {
+  run(tr("audit"), WorkEffect::readsRecords, {}, [&] {
     Findings findings;
     const commands::audit::EachFinding keep = [&](const commands::audit::Finding& finding) {
       findings.push_back(finding);
@@ -177,7 +174,7 @@ void EditCommands::audit(const Node& source, const sources::RecordSelection& sel
   });
 }
 
-void EditCommands::run(const QString& work, Effect effect, const QString& failureHeading,
+void EditCommands::run(const QString& work, WorkEffect effect, const QString& failureHeading,
                        const std::function<void()>& command) {
   emit workBegins();
   ui_.collectFailures(work);
@@ -186,7 +183,7 @@ void EditCommands::run(const QString& work, Effect effect, const QString& failur
     const BusyPointer busy;
     guarded(ui_, command);
   }
-  emit workEnded(effect == Effect::changesRecords);
+  emit workEnded(effect);
   if (ui_.failures().isEmpty()) return;
   ReportDialog(tr("Failed Records"), failureHeading, ui_.failures() + report_, {}, &window_).exec();
 }

@@ -12,6 +12,9 @@
 
 namespace orv::app {
 
+/// What a work does to the records shown.
+enum class WorkEffect { readsRecords, changesRecords, deletesRecords };
+
 /// Holds the pending copy. Long commands tell before they begin and after they end, so that the
 /// window can leave the database alone meanwhile and then show it anew.
 class EditCommands : public QObject {
@@ -34,7 +37,8 @@ class EditCommands : public QObject {
   void paste(const Node& destination);
   /// Copies records at once, as they are dragged to a node. The pending copy stays what it is.
   void transfer(const sources::RecordSelection& records, const Node& destination);
-  void remove(const sources::RecordSelection& selection, const Node& shown);
+  /// `names` says which records these are.
+  void remove(const sources::RecordSelection& selection, const Node& shown, const QString& names);
   /// Asks for the form and the place, and writes the records there.
   void exportRecords(const sources::RecordSelection& selection);
   /// Shows what computing the integrated values of panes would change, and stores them if the user
@@ -42,24 +46,26 @@ class EditCommands : public QObject {
   void computeValues(const sources::RecordSelection& selection, optics::Standard standard);
   /// Finds faults in the data of a source, or of some of its records where there are any.
   void audit(const Node& source, const sources::RecordSelection& selection);
+  /// Has the pending copy be of a database that has taken the place of another.
+  void follow(const Node& closed, const Node& opened);
 
  signals:
   /// `source` is the key of what was looked at; the summary names it.
   void audited(const std::string& source, const Findings& findings, const QString& summary);
   void workBegins();
-  /// `changedRecords`: records may have been added or deleted.
-  void workEnded(bool changedRecords);
+  void workEnded(WorkEffect effect);
   /// What became of the records of a work, and what there is to say of them besides.
   void finished(const QString& summary, const QStringList& report);
 
  private:
-  enum class Effect { readsRecords, changesRecords };
-
   void exportToFolder(const sources::RecordSelection& selection, commands::ExportForm form);
   void exportToFile(const sources::RecordSelection& selection, commands::ExportForm form);
+  /// What was written, and what there is to say of it.
+  template <class Result>
+  void tellExport(const Result& result, const QString& written);
   void storeValues(const sources::RecordSelection& selection,
                    const commands::IntegrationOptions& options);
-  void run(const QString& work, Effect effect, const QString& failureHeading,
+  void run(const QString& work, WorkEffect effect, const QString& failureHeading,
            const std::function<void()>& command);
 
   commands::Session& session_;

@@ -30,7 +30,10 @@ QString toolkitFilter(const QString& filter) {
 }  // namespace
 
 FileCommands::FileCommands(commands::Session& session, QWidget& window)
-    : commands_(session), window_(window), folder_(QDir::homePath()) {}
+    : commands_(session), window_(window), folder_(QDir::homePath()) {
+  commands_.whenReplaced(
+      [this](const Node& closed, const Node& opened) { emit replaced(closed, opened); });
+}
 
 void FileCommands::newOrvDatabase() {
   const Choice choice = chooseFiles({kOrvFilter, kAllFilter}, Mode::make);

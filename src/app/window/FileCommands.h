@@ -34,6 +34,9 @@ class FileCommands : public QObject {
   /// `next` is to be shown now; null when the list is empty.
   void removed(const orv::app::FileCommands::Node& next);
 
+  void replaced(const std::shared_ptr<orv::sources::datasource>& closed,
+                const std::shared_ptr<orv::sources::datasource>& opened);
+
  private:
   struct Choice {
     std::string folder;

@@ -51,8 +51,8 @@ void MainActions::enable(const CommandState& state) {
     action->setEnabled(state.recordsSelected);
   }
   for (QAction* action : {mnuEditSelectAll, mnuEditSaveTable, mnuEditFind, mnuEditFindNext,
-                          mnuEditFindPrevious, mnuViewEditFilter, mnuViewColumns, mnuViewFitColumns,
-                          mnuSortAscending, mnuSortDescending}) {
+                          mnuEditFindPrevious, mnuViewEditFilter, mnuViewClearFilters,
+                          mnuViewColumns, mnuViewFitColumns, mnuSortAscending, mnuSortDescending}) {
     action->setEnabled(state.recordsShown);
   }
 }
@@ -154,8 +154,9 @@ void MainActions::makeEditMenu() {
       add(mnuEdit, "mnuEditCopyCell", "", tr("Copy C&ell"), QKeySequence(tr("Ctrl+Alt+C")),
           tr("Put the field under the cursor on the clipboard"));
   mnuEditSaveTable =
-      add(mnuEdit, "mnuEditSaveTable", "save", tr("&Save Table as CSV..."), {},
-          tr("Save the records shown, in the columns shown, as a table for other programs"));
+      add(mnuEdit, "mnuEditSaveTable", "save", tr("&Save Table..."), {},
+          tr("Save the records shown or selected, in the columns shown, as a table for other "
+             "programs"));
   mnuEdit->addSeparator();
   mnuEditFind = add(mnuEdit, "mnuEditFind", "find", tr("&Find..."), QKeySequence::Find,
                     tr("Find a text in the records shown"));
@@ -177,6 +178,8 @@ void MainActions::makeViewMenu() {
   mnuViewFilters->setChecked(true);
   mnuViewEditFilter = add(mnuView, "mnuViewEditFilter", "", tr("Go to F&ilter"),
                           QKeySequence(tr("Ctrl+L")), tr("Type a filter for the selected column"));
+  mnuViewClearFilters = add(mnuView, "mnuViewClearFilters", "", tr("Cl&ear Filters"),
+                            QKeySequence(tr("Ctrl+Shift+L")), tr("Show all rows again"));
   mnuViewColumns = add(mnuView, "mnuViewColumns", "columns", tr("&Columns..."), QKeySequence(),
                        tr("Choose the columns of the grid"));
   mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),

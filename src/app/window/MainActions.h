@@ -71,6 +71,7 @@ class MainActions {
   QAction* mnuViewRefresh;
   QAction* mnuViewFilters;
   QAction* mnuViewEditFilter;
+  QAction* mnuViewClearFilters;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
   QAction* mnuViewStoredValues;

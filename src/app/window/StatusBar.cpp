@@ -16,9 +16,9 @@ StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   result_->setObjectName("btnResult");
   result_->setAutoRaise(true);
   result_->setFocusPolicy(Qt::TabFocus);
-  result_->setToolTip(tr("What became of the records of the last copy"));
+  result_->setToolTip(tr("What became of the records of the last work"));
   result_->setWhatsThis(result_->toolTip());
-  result_->setAccessibleName(tr("Result of the last copy"));
+  result_->setAccessibleName(tr("Result of the last work"));
   result_->hide();
   connect(result_, &QToolButton::clicked, this, &StatusBar::showReport);
   addWidget(result_);
@@ -65,7 +65,7 @@ void StatusBar::offerUndo(const QString& title) {
 }
 
 void StatusBar::showReport() {
-  ReportDialog(tr("Copied Records"), result_->text(), report_, {}, window()).exec();
+  ReportDialog(tr("Records"), result_->text(), report_, {}, window()).exec();
 }
 
 QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) {

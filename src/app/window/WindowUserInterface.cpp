@@ -3,13 +3,16 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
 
 #include "app/Help.h"
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/dialogs/ReportDialog.h"
 
 namespace orv::app {
 
@@ -62,6 +65,15 @@ QMessageBox::StandardButton escapeButton(Buttons buttons) {
   return QMessageBox::NoButton;
 }
 
+/// The toolkit gives these none.
+void giveKeys(QMessageBox& box) {
+  for (const auto& [which, text] : {std::pair(QMessageBox::Abort, QWidget::tr("&Abort")),
+                                    std::pair(QMessageBox::Retry, QWidget::tr("&Retry")),
+                                    std::pair(QMessageBox::Ignore, QWidget::tr("&Ignore"))}) {
+    if (QAbstractButton* button = box.button(which)) button->setText(text);
+  }
+}
+
 /// Texts come from files: nothing in them is markup.
 class Box : public QMessageBox {
  public:
@@ -69,6 +81,13 @@ class Box : public QMessageBox {
       : QMessageBox(icon, title, text, NoButton, parent) {
     setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+
+  void details(const QString& text) {
+    setInformativeText(text);
+    if (auto* label = findChild<QLabel*>("qt_msgbox_informativelabel")) {
+      label->setTextFormat(Qt::PlainText);
+    }
   }
 
  protected:
@@ -122,6 +141,21 @@ bool WindowUserInterface::cancelled() {
   return progress_ && progress_->isCancelled();
 }
 
+bool WindowUserInterface::wait(const std::string& holder) {
+  const QString text = QWidget::tr("Waiting: %1").arg(shownText(holder));
+  if (!progress_ && !waiting_) {
+    waiting_ = std::make_unique<ProgressDialog>(QWidget::tr("Waiting for a file..."), window_);
+    waiting_->show();
+  }
+  ProgressDialog& display = progress_ ? *progress_ : *waiting_;
+  display.status(text);
+  return !display.isCancelled();
+}
+
+void WindowUserInterface::done() {
+  waiting_.reset();
+}
+
 void WindowUserInterface::message(MessageKind kind, const std::string& text,
                                   const std::string& title) {
   const OrdinaryPointer pointer;
@@ -132,6 +166,14 @@ void WindowUserInterface::message(MessageKind kind, const std::string& text,
   const auto icon =
       kind == MessageKind::critical ? QMessageBox::Critical : QMessageBox::Information;
   Box(icon, qt(title), shownText(text), owner()).exec();
+}
+
+void WindowUserInterface::list(const std::string& heading, const std::vector<std::string>& parts,
+                               const std::string& title) {
+  const OrdinaryPointer pointer;
+  QStringList texts;
+  for (const std::string& part : parts) texts << shownText(part);
+  ReportDialog(qt(title), shownText(heading), texts, {}, owner()).exec();
 }
 
 void WindowUserInterface::recordFailure(const QString& text, const QString& title) {
@@ -176,7 +218,9 @@ Answer WindowUserInterface::ask(const commands::Question& question) {
   const bool failure = question.buttons == Buttons::abortRetryIgnore;
   Box box(failure ? QMessageBox::Warning : QMessageBox::Question, qt(question.title),
           shownText(question.text), owner());
+  box.details(shownText(question.details));
   box.setStandardButtons(standardButtons(question.buttons));
+  giveKeys(box);
   box.setDefaultButton(buttonFor(question.defaultAnswer));
   box.setEscapeButton(escapeButton(question.buttons));
   const int pressed = box.exec();

@@ -20,6 +20,7 @@
 #include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
+#include "app/window/FileWatch.h"
 #include "app/window/Guarded.h"
 #include "app/window/LookupCommands.h"
 #include "app/window/MainActions.h"
@@ -30,6 +31,7 @@
 #include "app/window/WindowGeometry.h"
 #include "commands/RecordKind.h"
 #include "commands/Remarks.h"
+#include "store/Connection.h"
 
 namespace orv::app {
 
@@ -56,7 +58,8 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       editing_(new RecordEditing(session, ui, grid_, *this)),
       lookups_(new LookupCommands(session, ui, *this)),
       compare_(new CompareCommands(session, ui, *this)),
-      differences_(new CompareDock(this)) {
+      differences_(new CompareDock(this)),
+      watch_(new FileWatch(this)) {
   setObjectName("frmMain");
   setWindowTitle(qt(commands::kProductName));
   setWindowIcon(applicationIcon());
@@ -76,6 +79,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   docks_->layOverDetails(lookups_->dock());
   docks_->layOverDetails(*differences_);
   connectMenus();
+  placeKeys();
   connectParts();
   connectAudit();
   connectEditing();
@@ -150,17 +154,19 @@ void frmMain::showNode(const Node& node) {
   dataPane_->show(node, options_.digits);
   showDetails();
   updateState();
+  watchFile();
   tellRemarks();
 }
 
-void frmMain::reloadNode() {
+void frmMain::reloadNode(GridPlace::Selection selection) {
   const BusyPointer busy;
   selection_.RecordsCount(0);
-  dataPane_->reload(current_, options_.digits);
+  dataPane_->reload(current_, options_.digits, selection);
   editing_->lookAgain();
   lookups_->fill();
   showDetails();
   updateState();
+  watchFile();
 }
 
 /// The grid reads no more from a database that a command may change.
@@ -170,11 +176,40 @@ void frmMain::beginWork() {
   guarded(ui_, [this] { grid_.records().complete(); });
 }
 
-void frmMain::endWork(bool changedRecords) {
-  changedRecords ? reloadNode() : showDetails();
-  if (changedRecords) editing_->offerUndo();
+void frmMain::endWork(WorkEffect effect) {
+  switch (effect) {
+    case WorkEffect::readsRecords:
+      showDetails();
+      break;
+    case WorkEffect::changesRecords:
+      reloadNode();
+      break;
+    case WorkEffect::deletesRecords:
+      reloadNode(GridPlace::Selection::deleted);
+      break;
+  }
+  if (effect != WorkEffect::readsRecords) editing_->offerUndo();
   tellRemarks();
   offerReplacements();
+}
+
+void frmMain::followReplacement(const Node& closed, const Node& opened) {
+  edit_->follow(closed, opened);
+  if (auditedSource_ == closed->key()) auditedSource_ = opened->key();
+}
+
+void frmMain::watchFile() {
+  const auto connection = current_ ? current_->ADOConnection() : nullptr;
+  watch_->watch(connection ? qt(connection->path()) : QString());
+}
+
+void frmMain::followFile() {
+  const bool isBusy = ui_.isWorking() || QApplication::activeModalWidget() != nullptr;
+  const bool isEdited = grid_.viewport()->isAncestorOf(QApplication::focusWidget());
+  if (isBusy || isEdited) return watch_->lookLater();
+  reloadNode();
+  sbStatusBar_->status(tr("Another program has changed the file; its records were read again."));
+  if (isActiveWindow()) offerReplacements();
 }
 
 /// Each once, however often the source is shown.
@@ -232,6 +267,8 @@ void frmMain::updateState() {
   state.recordsPending = edit_->hasPendingRecords();
   state.changed = editing_->hasChanges();
   state.undoable = editing_->canUndo();
+  const Node copied = edit_->pending().DataSourcePtr();
+  tvDataSources_->mark(copied ? copied->key() : std::string());
   state.comparable = session_.MainDataSources.count() > 1;
   actions_->enable(state);
   updateCounts();
@@ -242,8 +279,10 @@ void frmMain::updateCounts() {
   if (dataPane_->showsRecords()) {
     const RecordModel& records = grid_.records();
     counts = counted(records.rowCount(), tr("record"));
+    if (records.isFiltered()) {
+      counts = tr("%L1 of %2").arg(records.rowCount()).arg(counted(records.rowsRead(), "record"));
+    }
     if (!records.isComplete()) counts = tr("more than %1").arg(counts);
-    if (records.isFiltered()) counts += tr(" found");
     if (selection_.HasRecords()) counts += tr(", %L1 selected").arg(selection_.RecordsCount());
   }
   sbStatusBar_->counts(counts);

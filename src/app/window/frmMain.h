@@ -4,6 +4,7 @@
 #include <QMainWindow>
 
 #include "app/dialogs/DisplayOptions.h"
+#include "app/grid/GridPlace.h"
 #include "app/window/WindowUserInterface.h"
 #include "commands/RecordTable.h"
 #include "commands/Session.h"
@@ -21,12 +22,14 @@ class DataPane;
 class DataSourceTree;
 class EditCommands;
 class FileCommands;
+class FileWatch;
 class LookupCommands;
 class MainActions;
 class RecordDocks;
 class RecordEditing;
 class RecordGrid;
 class StatusBar;
+enum class WorkEffect;
 
 /// Ties the tree, the records, the menus and the commands together: which node is shown, which of
 /// its records are selected, and what can be done with them.
@@ -55,15 +58,23 @@ class frmMain : public QMainWindow {
   void connectMenus();
   void connectEditMenu();
   void connectViewMenu();
+  /// Has the keys of records act where the records are, and not in the docks.
+  void placeKeys();
   void connectParts();
 
   /// Fills the tree anew and shows a node, which may be null.
   void showSources(const Node& node);
   void showOpened(const Node& source);
   void showNode(const Node& node);
-  void reloadNode();
+  void reloadNode(GridPlace::Selection selection = GridPlace::Selection::kept);
   void beginWork();
-  void endWork(bool changedRecords);
+  void endWork(WorkEffect effect);
+  /// Has the copied and the audited records be those of a database that has taken the place of
+  /// another.
+  void followReplacement(const Node& closed, const Node& opened);
+  /// Reads what is shown again when another program has changed its file.
+  void followFile();
+  void watchFile();
   /// Asks when the event at hand is done, unless a command is under way.
   void offerReplacements();
   void tellRemarks();
@@ -76,8 +87,6 @@ class frmMain : public QMainWindow {
   void filterToggled(bool shown);
   void showOptions();
   std::unique_ptr<commands::RecordTable> tableOf(const Node& node);
-  /// Has the grid take or leave out integrated values; the selected records stay selected.
-  void reloadValues();
   void chooseStandard(optics::Standard standard);
   void connectAudit();
   void connectEditing();
@@ -115,6 +124,7 @@ class frmMain : public QMainWindow {
   LookupCommands* lookups_;
   CompareCommands* compare_;
   CompareDock* differences_;
+  FileWatch* watch_;
   std::string auditedSource_;  ///< the key of that whose findings are shown
 };
 

@@ -22,6 +22,7 @@
 #include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
 #include "app/window/FileCommands.h"
+#include "app/window/FileWatch.h"
 #include "app/window/Guarded.h"
 #include "app/window/LookupCommands.h"
 #include "app/window/MainActions.h"
@@ -67,6 +68,18 @@ void frmMain::connectMenus() {
   connectViewMenu();
 }
 
+void frmMain::placeKeys() {
+  const auto place = [](QAction* action, QWidget* widget) {
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    widget->addAction(action);
+  };
+  place(actions_->mnuEditDelete, &grid_);
+  for (QAction* action :
+       {actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditSelectAll}) {
+    place(action, centralWidget());
+  }
+}
+
 void frmMain::connectEditMenu() {
   onTriggered(actions_->mnuEditCopy, ui_, [this] {
     edit_->copy(selection_);
@@ -77,7 +90,8 @@ void frmMain::connectEditMenu() {
   });
   onTriggered(actions_->mnuEditDelete, ui_, [this] {
     const sources::RecordSelection records = selection_.Clone();
-    if (editing_->settle(current_)) edit_->remove(records, current_);
+    const QStringList names = grid_.selectedNames();
+    if (editing_->settle(current_)) edit_->remove(records, current_, names);
   });
   onTriggered(actions_->mnuEditIntegrate, ui_, [this] {
     const sources::RecordSelection records = selection_.Clone();
@@ -90,8 +104,13 @@ void frmMain::connectEditMenu() {
   });
   onTriggered(actions_->mnuEditCopyText, ui_, [this] { grid_.copyRowsAsText(); });
   onTriggered(actions_->mnuEditCopyCell, ui_, [this] { grid_.copyCellAsText(); });
-  onTriggered(actions_->mnuEditSaveTable, ui_,
-              [this] { saveAsCsv(grid_.wholeTable(), tr("records"), this); });
+  onTriggered(actions_->mnuEditSaveTable, ui_, [this] {
+    std::vector<TableChoice> tables{{tr("Rows shown"), [this] { return grid_.wholeTable(); }}};
+    if (selection_.HasRecords()) {
+      tables.push_back({tr("Selected rows"), [this] { return grid_.selectedTable(); }});
+    }
+    saveTable(tables, tr("records"), this);
+  });
   onTriggered(actions_->mnuEditFind, ui_, [this] { dataPane_->findBar().open(); });
   onTriggered(actions_->mnuEditFindNext, ui_, [this] { dataPane_->findBar().findNext(); });
   onTriggered(actions_->mnuEditFindPrevious, ui_, [this] { dataPane_->findBar().findPrevious(); });
@@ -107,10 +126,11 @@ void frmMain::connectViewMenu() {
     actions_->mnuViewFilters->setChecked(true);
     grid_.filterHeader().editFilter(std::max(grid_.selectedColumn(), 0));
   });
+  onTriggered(actions_->mnuViewClearFilters, ui_, [this] { grid_.filterHeader().clearFilters(); });
   onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
-  onTriggered(actions_->mnuViewStoredValues, ui_, [this] { reloadValues(); });
-  onTriggered(actions_->mnuViewComputedValues, ui_, [this] { reloadValues(); });
+  onTriggered(actions_->mnuViewStoredValues, ui_, [this] { reloadNode(); });
+  onTriggered(actions_->mnuViewComputedValues, ui_, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
   onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
   onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
@@ -121,7 +141,11 @@ void frmMain::connectParts() {
   connect(file_, &FileCommands::removed, this, &frmMain::showSources);
   connect(compact_, &CompactCommands::opened, this, &frmMain::showOpened);
   connect(compact_, &CompactCommands::workBegins, this, &frmMain::beginWork);
-  connect(compact_, &CompactCommands::workEnded, this, &frmMain::endWork);
+  connect(compact_, &CompactCommands::workEnded, this,
+          [this] { endWork(WorkEffect::readsRecords); });
+  connect(compact_, &CompactCommands::replaced, this, &frmMain::followReplacement);
+  connect(file_, &FileCommands::replaced, this, &frmMain::followReplacement);
+  connect(watch_, &FileWatch::changed, this, [this] { guarded(ui_, [this] { followFile(); }); });
   connect(dataPane_, &DataPane::repairWanted, actions_->mnuDatabaseRepair, &QAction::trigger);
   connect(edit_, &EditCommands::workBegins, this, &frmMain::beginWork);
   connect(edit_, &EditCommands::workEnded, this, &frmMain::endWork);
@@ -146,10 +170,11 @@ void frmMain::connectParts() {
 
   connect(&grid_, &RecordGrid::selectedRowsChanged, this,
           [this] { guarded(ui_, [this] { takeSelection(); }); });
+  connect(&grid_, &RecordGrid::detailsWanted, docks_, &RecordDocks::openDetails);
   connect(&grid_, &RecordGrid::contextMenuWanted, this, &frmMain::gridMenu);
   connect(&grid_, &RecordGrid::fillingTold, sbStatusBar_, &StatusBar::status);
   connect(&grid_, &RecordGrid::columnChooserWanted, actions_->mnuViewColumns, &QAction::trigger);
-  connect(docks_, &RecordDocks::statusMessage, sbStatusBar_, &StatusBar::status);
+  connect(docks_, &RecordDocks::refreshWanted, actions_->mnuViewRefresh, &QAction::trigger);
   connect(docks_, &RecordDocks::standardChosen, this, &frmMain::chooseStandard);
   dataPane_->makeTablesBy([this](const Node& node) { return tableOf(node); });
   connect(&grid_.records(), &RecordModel::rowsCounted, this, &frmMain::updateCounts);
@@ -232,13 +257,17 @@ void frmMain::showFinding(const commands::audit::Finding& finding) {
     return sbStatusBar_->status(tr("The record is not among those shown."));
   }
   constexpr double kPerMicron = 1000;
-  if (finding.fault.wavelength) docks_->pointAt(*finding.fault.wavelength / kPerMicron);
+  if (finding.fault.wavelength) {
+    docks_->pointAt(*finding.fault.wavelength / kPerMicron, finding.fault.angle);
+  }
 }
 
 void frmMain::connectCompare() {
   onTriggered(actions_->mnuToolsCompare, ui_, [this] { compare(); });
   connect(compare_, &CompareCommands::workBegins, this, &frmMain::beginWork);
-  connect(compare_, &CompareCommands::workEnded, this, &frmMain::endWork);
+  connect(compare_, &CompareCommands::workEnded, this, [this](bool changed) {
+    endWork(changed ? WorkEffect::changesRecords : WorkEffect::readsRecords);
+  });
   connect(compare_, &CompareCommands::finished, sbStatusBar_, &StatusBar::result);
   connect(compare_, &CompareCommands::statusMessage, sbStatusBar_, &StatusBar::status);
   connect(compare_, &CompareCommands::compared, differences_, &CompareDock::show);
@@ -286,14 +315,10 @@ void frmMain::showDifference(const commands::compare::Difference& difference) {
 }
 
 bool frmMain::selectRecord(const std::string& identifier) {
-  RecordModel& records = grid_.records();
-  records.complete();
-  for (int row = 0; row < records.rowCount(); ++row) {
-    if (records.identifier(row) != identifier) continue;
-    grid_.selectRows({row, row});
-    return true;
-  }
-  return false;
+  const auto rows = grid_.records().rowsOf({identifier}, grid_.currentIndex().row());
+  if (rows.empty()) return false;
+  grid_.selectRows({rows.front(), rows.front()});
+  return true;
 }
 
 void frmMain::filterToggled(bool shown) {
@@ -310,22 +335,9 @@ std::unique_ptr<commands::RecordTable> frmMain::tableOf(const Node& node) {
   return std::make_unique<commands::ValueColumns>(std::move(table), session_, node, choice);
 }
 
-/// Not where the rows are others now, sorted by values that are still to come.
-void frmMain::reloadValues() {
-  const RecordModel& records = grid_.records();
-  const RecordGrid::RowBlock rows = grid_.selectedRows();
-  const auto ends = [&] {
-    return std::pair(records.identifier(rows.low), records.identifier(rows.high));
-  };
-  const auto before = rows.isEmpty() ? std::pair<std::string, std::string>() : ends();
-  reloadNode();
-  const bool isThere = !rows.isEmpty() && rows.high < records.rowCount();
-  if (isThere && ends() == before) grid_.selectRows(rows);
-}
-
 void frmMain::chooseStandard(optics::Standard standard) {
   rememberStandardOfSpectra(standard);
-  if (actions_->mnuViewComputedValues->isChecked()) guarded(ui_, [this] { reloadValues(); });
+  if (actions_->mnuViewComputedValues->isChecked()) guarded(ui_, [this] { reloadNode(); });
 }
 
 void frmMain::showOptions() {
@@ -336,7 +348,8 @@ void frmMain::showOptions() {
   edit_->integrateBy(options_.integrateBy);
   compare_->integrateBy(options_.integrateBy);
   docks_->wavelengthUnit(options_.plotUnit == PlotUnit::microns ? kMicrons : kNanometers);
-  if (options_.digits != old.digits) grid_.records().digits(options_.digits);
+  grid_.copyAsShown(options_.copiesAsShown);
+  if (options_.digits != old.digits) grid_.digits(options_.digits);
 }
 
 void frmMain::treeMenu(const QPoint& position) {

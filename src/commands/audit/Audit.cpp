@@ -123,25 +123,44 @@ class Auditor {
                     .knowsMaker = part.node->DataType() != DataType::orv2Panes &&
                                   part.node->DataType() != DataType::orv2Frames &&
                                   part.node->DataType() != DataType::orv2Shadings});
-    std::optional<AuditedPane> pane;
-    std::optional<DataSet> shading;
+    Content content;
     try {
       if (!entry.failure.empty()) throw Error(kInvalidCall, entry.failure);
-      if (part.kind == RecordKind::panes && readsData()) pane = reader.pane(entry.identifier);
-      if (part.kind == RecordKind::shadings && readsData()) {
-        shading = reader.shading(entry.identifier);
-      }
+      if (readsData()) content = contentOf(part.kind, entry.identifier, reader);
     } catch (const std::exception& error) {
       facts_.records.pop_back();
-      return tellUnreadable(part, entry, error);
+      return tellUnreadable(part, entry, reader, error);
     }
-    if (pane) takeOver(*pane, isFolder(*part.node), record);
+    if (content.pane) takeOver(*content.pane, isFolder(*part.node), record);
     for (const Rule* rule : rules_) {
       if (const auto* on = std::get_if<OnRecord>(&rule->check))
         tell(*rule, record, on->look(record));
-      if (pane) lookAtPane(*rule, *pane, record);
-      if (shading) tell(*rule, record, faultsOfSpectrum(*rule, *shading));
+      if (content.pane) lookAtPane(*rule, *content.pane, record);
+      if (content.shading) lookAtShading(*rule, *content.shading, record);
+      if (content.frame) {
+        const auto* on = std::get_if<OnData>(&rule->check);
+        if (on != nullptr && on->frame != nullptr) tell(*rule, record, on->frame(*content.frame));
+      }
     }
+  }
+
+  /// One of these, or none where only a list of the records is looked at.
+  struct Content {
+    std::optional<AuditedPane> pane = {};
+    std::optional<AuditedShading> shading = {};
+    std::shared_ptr<const FrameDataClass> frame = {};
+  };
+
+  static Content contentOf(RecordKind kind, const std::string& identifier, AuditReader& reader) {
+    switch (kind) {
+      case RecordKind::panes:
+        return {.pane = reader.pane(identifier)};
+      case RecordKind::shadings:
+        return {.shading = reader.shading(identifier)};
+      case RecordKind::frames:
+        break;
+    }
+    return {.frame = reader.frame(identifier)};
   }
 
   /// Whether a rule wants more of records than what a list of them has.
@@ -180,7 +199,7 @@ class Auditor {
                       .angle = set.pane->ORV_Angle(),
                       .grid = grids_.emplace(wavelengths, grids_.size()).first->second,
                       .values = {}};
-    for (const Curve curve : {Curve::Tf, Curve::Rf, Curve::Rb}) {
+    for (const Curve curve : {Curve::Tf, Curve::Rf, Curve::Rb, Curve::Tb}) {
       const auto& values = set.spectrum[curve];
       kept.values.insert(kept.values.end(), values.begin(), values.end());
     }
@@ -188,7 +207,8 @@ class Auditor {
   }
 
   void lookAtPane(const Rule& rule, const AuditedPane& pane, const RecordFacts& record) {
-    if (const auto* on = std::get_if<OnPane>(&rule.check)) tell(rule, record, on->look(pane));
+    const auto* onData = std::get_if<OnData>(&rule.check);
+    if (onData != nullptr && onData->pane != nullptr) tell(rule, record, onData->pane(pane));
     for (const DataSet& set : pane.sets) {
       auto faults = faultsOf(rule, set);
       for (Fault& fault : faults) fault.angle = set.pane->ORV_Angle();
@@ -198,7 +218,16 @@ class Auditor {
 
   static std::vector<Fault> faultsOf(const Rule& rule, const DataSet& set) {
     const auto* on = std::get_if<OnDataSet>(&rule.check);
-    return on != nullptr ? on->look(set) : faultsOfSpectrum(rule, set);
+    return on != nullptr ? on->pane(set) : faultsOfSpectrum(rule, set);
+  }
+
+  void lookAtShading(const Rule& rule, const AuditedShading& shading, const RecordFacts& record) {
+    const auto* onData = std::get_if<OnData>(&rule.check);
+    const auto* onSet = std::get_if<OnDataSet>(&rule.check);
+    const auto look = onData != nullptr  ? onData->shading
+                      : onSet != nullptr ? onSet->shading
+                                         : nullptr;
+    tell(rule, record, look != nullptr ? look(shading) : faultsOfSpectrum(rule, shading.data));
   }
 
   static std::vector<Fault> faultsOfSpectrum(const Rule& rule, const DataSet& set) {
@@ -215,7 +244,8 @@ class Auditor {
 
   /// The readers of databases refuse values below 0. Where nobody asks for these, the record is
   /// one that cannot be read all the same.
-  void tellUnreadable(const Part& part, const RecordListEntry& entry, const std::exception& error) {
+  void tellUnreadable(const Part& part, const RecordListEntry& entry, const AuditReader& reader,
+                      const std::exception& error) {
     const RecordFacts record{.kind = part.kind, .identifier = entry.identifier, .name = entry.name};
     const auto type = part.node->DataType();
     const Rule* const outside = chosen(kOutside);
@@ -224,7 +254,8 @@ class Auditor {
         return tell(*outside, record, std::move(faults));
       }
     }
-    if (const Rule* const rule = chosen(kUnreadable)) {
+    const bool isShading = reader.isShadingProduct(entry.identifier);
+    if (const Rule* const rule = chosen(isShading ? kNotRead : kUnreadable)) {
       tell(*rule, record, {{.message = describe(error)}});
     }
   }

@@ -77,17 +77,21 @@ AuditedPane AuditReader::pane(const std::string& identifier) {
 DataSet AuditReader::dataSet(const std::shared_ptr<GlazingData>& pane) {
   DataSet set{.pane = pane};
   const auto& data = pane->SpectralData();
-  if (!data || data->count() == 0 || data->MixesAngles()) return set;
+  if (!data || data->count() == 0) return set;
+  set.mixesAngles = data->MixesAngles();
+  if (set.mixesAngles) return set;
   set.wavelengths = wavelengthsOf(*data);
   set.spectrum = optics::spectrumOf(*data);
   integrate(set);
   return set;
 }
 
-DataSet AuditReader::shading(const std::string& identifier) {
-  DataSet set{.pane = std::make_shared<GlazingData>()};
-  const auto shading = reader_.shading(identifier);
-  for (const ShadingSpectralPoint& at : shading->spectrum()) {
+AuditedShading AuditReader::shading(const std::string& identifier) {
+  AuditedShading shading{.record = reader_.shading(identifier),
+                         .data = {.pane = std::make_shared<GlazingData>()},
+                         .isOfOrv2 = type_ == DataType::orv2Shadings};
+  DataSet& set = shading.data;
+  for (const ShadingSpectralPoint& at : shading.record->spectrum()) {
     set.wavelengths.push_back(optics::rounded(at.wavelength));
     set.spectrum[Curve::Tf].push_back(at.T_out_BB + at.T_out_BD);
     set.spectrum[Curve::Tb].push_back(at.T_in_BB + at.T_in_BD);
@@ -98,7 +102,11 @@ DataSet AuditReader::shading(const std::string& identifier) {
   optics::putInOrder(set.spectrum);
   if (set.spectrum.wavelengths.empty()) set.wavelengths.clear();  // points that are no numbers
   integrate(set);
-  return set;
+  return shading;
+}
+
+std::shared_ptr<const FrameDataClass> AuditReader::frame(const std::string& identifier) {
+  return reader_.frame(identifier);
 }
 
 void AuditReader::integrate(DataSet& set) {

@@ -26,6 +26,8 @@ struct DataSet {
   /// The same points in order, each wavelength once.
   optics::Spectrum spectrum = {};
   UnitFault units = UnitFault::none;
+  /// There are rows, but of several angles, which version 2.0.1 does not tell apart: no spectrum.
+  bool mixesAngles = false;
   /// By each standard, of the spectrum alone: emissivities that the record states are left out.
   /// None without a spectrum, and where its units are mistaken.
   std::vector<optics::Integration> integrations = {};
@@ -47,16 +49,28 @@ struct AuditedPane {
   const GlazingData& record() const { return *sets.front().pane; }
 };
 
+struct AuditedShading {
+  std::shared_ptr<const ShadingDataClass> record;
+  /// The light that goes on as a beam and the scattered light, together.
+  DataSet data;
+  bool isOfOrv2 = false;
+};
+
 /// Reads records for an audit. What depends on wavelengths is kept from one to the next.
 class AuditReader {
  public:
   /// The session outlives the reader.
   AuditReader(Session& session, const std::shared_ptr<sources::datasource>& node);
 
-  // Both raise what reading the record raises.
+  // These raise what reading the record raises.
   AuditedPane pane(const std::string& identifier);
-  /// The light that goes on as a beam and the scattered light, together.
-  DataSet shading(const std::string& identifier);
+  AuditedShading shading(const std::string& identifier);
+  std::shared_ptr<const FrameDataClass> frame(const std::string& identifier);
+
+  /// Whether a product that cannot be read is a shading, which is no fault of it.
+  bool isShadingProduct(const std::string& identifier) const {
+    return reader_.isShadingProduct(identifier);
+  }
 
  private:
   DataSet dataSet(const std::shared_ptr<GlazingData>& pane);

@@ -4,6 +4,7 @@
 
 #include "commands/StoredValues.h"
 #include "commands/audit/Curves.h"
+#include "commands/audit/Quantity.h"
 #include "commands/audit/RecordRules.h"
 #include "model/IntegratedColumns.h"
 
@@ -15,17 +16,6 @@ namespace {
 constexpr double kLeastOfGlass = 0.7;
 /// A coating for low emissivity emits no more.
 constexpr double kMostOfCoating = 0.5;
-
-/// The value of the standard that comes nearest to what is stored: not every source says by which
-/// standard its values are.
-std::optional<double> nearest(const DataSet& set, std::string_view name, double stored) {
-  std::optional<double> best;
-  for (const auto& integration : set.integrations) {
-    const auto value = integration[name];
-    if (value && (!best || std::abs(*value - stored) < std::abs(*best - stored))) best = value;
-  }
-  return best;
-}
 
 std::optional<double> known(double ofDatabase, float ofFile) {
   if (ofDatabase > 0) return ofDatabase;
@@ -83,28 +73,18 @@ bool isExchanged(const std::array<Side, 2>& sides) {
 
 }  // namespace
 
-/// The value that is furthest off stands for all.
 std::vector<Fault> storedAgainstComputed(const DataSet& set) {
-  constexpr double kApart = 0.01;
-  double furthest = kApart;
-  int count = 0;
-  Fault fault;
+  return storedAgainst(
+      set, [&](const IntegratedColumn& column) { return storedValue(*set.pane, column.name); });
+}
+
+std::vector<Fault> storedOutside(const DataSet& set) {
+  std::vector<Fault> faults;
   for (const IntegratedColumn& column : kIntegratedColumns) {
     const auto stored = storedValue(*set.pane, column.name);
-    const auto computed = stored ? nearest(set, column.name, *stored) : std::nullopt;
-    if (!computed || std::abs(*stored - *computed) <= kApart) continue;
-    ++count;
-    if (std::abs(*stored - *computed) <= furthest) continue;
-    furthest = std::abs(*stored - *computed);
-    fault = {.field = column.name,
-             .value = shortNumber(*stored),
-             .expected = shortNumber(*computed),
-             .message = fmt::format("The {} is {}, but {} by the spectrum, whatever the standard",
-                                    column.title, shortNumber(*stored), shortNumber(*computed))};
+    if (stored) addUnlessFraction(faults, column.name, *stored, {});
   }
-  if (count == 0) return {};
-  if (count > 1) fault.message += fmt::format("; {} values are off", count);
-  return {fault};
+  return faults;
 }
 
 std::vector<Fault> negativeAbsorptance(const DataSet& set) {

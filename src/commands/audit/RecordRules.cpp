@@ -5,27 +5,12 @@
 #include <set>
 
 #include "commands/audit/Curves.h"
+#include "commands/audit/Quantity.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands::audit {
 
 namespace {
-
-struct Bounds {
-  double least;
-  double most;
-};
-
-/// What a quantity can be; 0 stands for one that is not given.
-std::vector<Fault> outside(const char* field, double value, const Bounds& bounds,
-                           const std::string& unit) {
-  if (value == 0 || (value >= bounds.least && value <= bounds.most)) return {};
-  return {
-      {.field = field,
-       .value = fmt::format("{} {}", shortNumber(value), unit),
-       .expected = fmt::format("{:g} to {:g} {}", bounds.least, bounds.most, unit),
-       .message = fmt::format("A {} of {} {} is none of glass", field, shortNumber(value), unit)}};
-}
 
 bool isFoil(const GlazingData& pane) {
   return pane.GlazingType() == kFilm || pane.GlazingType() == kInterlayer;
@@ -52,13 +37,13 @@ std::vector<Fault> thicknessOfNoGlass(const AuditedPane& pane) {
   const Bounds& bounds = isFoil(record)                         ? kOfFoil
                          : record.GlazingType() == kUnknownType ? kOfAnything
                                                                 : kOfGlass;
-  return outside("thickness", record.ConvertedThickness(kSI), bounds, "mm");
+  return outside("thickness", record.ConvertedThickness(kSI), bounds, "mm", "glass");
 }
 
 std::vector<Fault> conductivityOfNoGlass(const AuditedPane& pane) {
   constexpr Bounds kOfGlassAndPlastics{0.1, 2};
   return outside("conductivity", pane.record().ConvertedConductivity(kSI), kOfGlassAndPlastics,
-                 "W/(m·K)");
+                 "W/(m·K)", "glass");
 }
 
 std::vector<Fault> missingQuantities(const AuditedPane& pane) {
@@ -123,6 +108,16 @@ std::vector<Fault> halfAngles(const AuditedPane& pane) {
     faults.push_back(angleFault(angle, "there is a spectrum, but no row of integrated values"));
   }
   return faults;
+}
+
+std::vector<Fault> mixedAngles(const AuditedPane& pane) {
+  const auto isMixed = [](const DataSet& set) { return set.mixesAngles; };
+  if (std::ranges::none_of(pane.sets, isMixed)) return {};
+  return {{.field = "spectrum",
+           .value = fmt::format("{} angles", pane.sets.size()),
+           .message =
+               "The rows of the spectrum belong to several angles, and the database does not "
+               "tell to which"}};
 }
 
 std::vector<Fault> noAngle(const AuditedPane& pane) {

@@ -10,6 +10,7 @@ namespace orv::commands::audit {
 
 // What is said of the values at an angle.
 std::vector<Fault> storedAgainstComputed(const DataSet& set);
+std::vector<Fault> storedOutside(const DataSet& set);
 std::vector<Fault> negativeAbsorptance(const DataSet& set);
 std::vector<Fault> emissivityAgainstInfrared(const DataSet& set);
 
@@ -23,6 +24,7 @@ std::vector<Fault> missingQuantities(const AuditedPane& pane);
 std::vector<Fault> missingValues(const AuditedPane& pane);
 std::vector<Fault> contradictingFlag(const AuditedPane& pane);
 std::vector<Fault> halfAngles(const AuditedPane& pane);
+std::vector<Fault> mixedAngles(const AuditedPane& pane);
 std::vector<Fault> noAngle(const AuditedPane& pane);
 
 }  // namespace orv::commands::audit

@@ -22,11 +22,16 @@ struct OnAnySpectrum {
 struct OnSpectrum {
   std::vector<Fault> (*look)(const DataSet&);
 };
+/// A pane at one of its angles.
 struct OnDataSet {
-  std::vector<Fault> (*look)(const DataSet&);
+  std::vector<Fault> (*pane)(const DataSet&);
+  std::vector<Fault> (*shading)(const AuditedShading&) = nullptr;  ///< null: nothing is said of it
 };
-struct OnPane {
-  std::vector<Fault> (*look)(const AuditedPane&);
+/// A record with its data; of kinds for which there is none, nothing is said.
+struct OnData {
+  std::vector<Fault> (*pane)(const AuditedPane&) = nullptr;
+  std::vector<Fault> (*shading)(const AuditedShading&) = nullptr;
+  std::vector<Fault> (*frame)(const FrameDataClass&) = nullptr;
 };
 struct OnRecord {
   std::vector<Fault> (*look)(const RecordFacts&);
@@ -43,7 +48,7 @@ struct Rule {
   Severity severity;
   std::string_view finds;
   std::string_view why;
-  std::variant<OnReading, OnAnySpectrum, OnSpectrum, OnDataSet, OnPane, OnRecord, OnSource> check;
+  std::variant<OnReading, OnAnySpectrum, OnSpectrum, OnDataSet, OnData, OnRecord, OnSource> check;
 };
 
 /// All rules: on one spectrum, on one record, on all records.
@@ -52,8 +57,9 @@ std::span<const Rule> rules();
 /// Raises kInvalidCall, and names the rules that there are, where none has this name.
 const Rule& ruleNamed(std::string_view name);
 
-// Two rules that reading the records asks for.
+// Rules that reading the records asks for.
 inline constexpr std::string_view kUnreadable = "unreadable";
+inline constexpr std::string_view kNotRead = "not-read";
 inline constexpr std::string_view kOutside = "range";
 
 }  // namespace orv::commands::audit

@@ -26,7 +26,7 @@ struct RecordFacts {
   std::optional<double> transmittance = {};  ///< visible
 };
 
-/// The curves of a data set in 32 bits: T, Rf and Rb, one behind the other.
+/// The curves of a data set in 32 bits: Tf, Rf, Rb and Tb, one behind the other.
 struct KeptSpectrum {
   std::size_t record;  ///< position among the records
   std::int16_t angle;

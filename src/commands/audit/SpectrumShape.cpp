@@ -1,5 +1,6 @@
 // Rules on the shape of curves.
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "commands/audit/Curves.h"
@@ -23,10 +24,36 @@ bool isAnyOf(const std::vector<double>& values, std::size_t at, double change) {
   return std::abs(change) <= kTimesOthers * std::max({left, across, right});
 }
 
+constexpr std::size_t kPointsOfEnd = 5;
+/// Fewer points say how the curve goes on there, and it may begin to fall with the last one.
+constexpr double kLeastChangeAtEnd = 0.05;
+
 /// How far a point lies from the line between its neighbours.
 double changeAt(const std::vector<double>& at, const std::vector<double>& values, std::size_t i) {
   const double share = (at[i] - at[i - 1]) / (at[i + 1] - at[i - 1]);
   return values[i] - (values[i - 1] + share * (values[i + 1] - values[i - 1]));
+}
+
+/// The first or the last point of a curve, and the one beside it.
+void addJumpsAtEnd(const std::vector<double>& at, const std::vector<double>& values, bool isLast,
+                   WorstPoint& worst) {
+  if (values.size() < kPointsOfEnd) return;
+  const auto place = [&](std::size_t i) { return isLast ? values.size() - 1 - i : i; };
+  std::array<double, kPointsOfEnd> x{};
+  std::array<double, kPointsOfEnd> y{};
+  for (std::size_t i = 0; i < kPointsOfEnd; ++i) {
+    x[i] = at[place(i)];
+    y[i] = values[place(i)];
+  }
+  if (std::abs(x[4] - x[0]) > 4 * kWidestStep) return;
+  const double inside = std::max(std::abs(y[2] - y[3]), std::abs(y[3] - y[4]));
+  const auto add = [&](std::size_t i, double change, double least, double others) {
+    if (std::abs(change) < least || std::abs(change) <= kTimesOthers * others) return;
+    worst.add(x[i], y[i], std::abs(change));
+  };
+  add(1, changeAt(at, values, place(1)), kLeastChange, std::max(inside, std::abs(y[2] - y[0])));
+  const double expected = y[1] + (y[1] - y[2]) * (x[0] - x[1]) / (x[1] - x[2]);
+  add(0, y[0] - expected, kLeastChangeAtEnd, std::max(inside, std::abs(y[1] - y[2])));
 }
 
 /// Whether the steps around the step from `i` to the next point are alike.
@@ -47,6 +74,7 @@ std::vector<Fault> jumps(const DataSet& set) {
       set,
       [&](const std::vector<double>& values) {
         WorstPoint worst;
+        for (const bool isLast : {false, true}) addJumpsAtEnd(at, values, isLast, worst);
         for (std::size_t i = 2; i + 2 < values.size(); ++i) {
           if (at[i + 2] - at[i - 2] > 4 * kWidestStep) continue;
           const double change = changeAt(at, values, i);

@@ -112,11 +112,18 @@ class Work {
       if (inA && !inB) onlyA.push_back(fields[i].name);
       if (inB && !inA) onlyB.push_back(fields[i].name);
     }
-    for (const auto& [source, names] : {std::pair{"A", &onlyA}, std::pair{"B", &onlyB}}) {
-      if (names->empty()) continue;
-      result_.remarks.push_back(fmt::format("Not compared, since only the {} of {} have it: {}.",
-                                            nameOf(a.kind), source, fmt::join(*names, ", ")));
-    }
+    tellUnknown(a.kind, "A", std::move(onlyA));
+    tellUnknown(a.kind, "B", std::move(onlyB));
+  }
+
+  void tellUnknown(RecordKind kind, const char* source, std::vector<std::string_view> names) {
+    if (names.empty()) return;
+    constexpr std::size_t kMost = 12;
+    const std::size_t more = names.size() - std::min(names.size(), kMost);
+    names.resize(names.size() - more);
+    result_.remarks.push_back(fmt::format("Not compared, since only the {} of {} have it: {}{}.",
+                                          nameOf(kind), source, fmt::join(names, ", "),
+                                          more > 0 ? fmt::format(", and {} more", more) : ""));
   }
 
   void compare(const RecordSet& a, const RecordSet& b) {

@@ -8,7 +8,6 @@
 #include "database/Fields.h"
 #include "database/IgdbRows.h"
 #include "database/Recordsets.h"
-#include "model/IntegratedColumns.h"
 
 namespace orv::commands::compare {
 
@@ -73,18 +72,8 @@ class GlazingRecords {
       GlazingData pane;
       database::readIgdbIntegrated(pane, *rows);
       auto& integrated = result_.records[found->second].integrated.emplace();
-      if (auto row = integratedOf(pane)) integrated.push_back(withoutReflectedUv(std::move(*row)));
+      if (auto row = integratedOf(pane)) integrated.push_back(std::move(*row));
     }
-  }
-
-  /// Which the database does not know.
-  static IntegratedRow withoutReflectedUv(IntegratedRow row) {
-    for (std::size_t i = 0; i < kIntegratedColumns.size(); ++i) {
-      const auto& column = kIntegratedColumns[i];
-      const bool isReflected = column.curve == Curve::Rf || column.curve == Curve::Rb;
-      if (column.band == Band::ultraviolet && isReflected) row.values[i].reset();
-    }
-    return row;
   }
 
   void readCurves() {

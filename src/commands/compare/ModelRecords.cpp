@@ -1,5 +1,6 @@
 #include "commands/compare/ModelRecords.h"
 
+#include "commands/StoredValues.h"
 #include "commands/compare/Fields.h"
 #include "model/IntegratedColumns.h"
 
@@ -26,8 +27,9 @@ std::optional<IntegratedRow> integratedOf(const GlazingData& pane) {
   if (!hasIntegratedData(pane) || lacksIntegratedValues(pane)) return std::nullopt;
   IntegratedRow row{.angle = static_cast<double>(pane.ORV_Angle()), .values = {}};
   for (const auto& value : kIntegratedColumns) {
-    const bool isKnown = !lacksIntegratedValues(pane, value.band);
-    row.values.push_back(isKnown ? Cell(store::Value((pane.*value.pane)())) : Cell());
+    const auto stored = storedValue(pane, value.name);
+    const bool isKnown = stored && !lacksIntegratedValues(pane, value.band);
+    row.values.push_back(isKnown ? Cell(store::Value(static_cast<float>(*stored))) : Cell());
   }
   return row;
 }

@@ -11,8 +11,8 @@ namespace orv::commands::compare {
 Record recordOf(const std::string& identifier, const GlazingData& pane);
 Record recordOf(const std::string& identifier, const ShadingDataClass& shading);
 
-/// The integrated values of a pane at its angle; those of a range of which there are none are not
-/// known, nor is anything where there are none at all.
+/// The integrated values of a pane at its angle; 0 for a reflectance or for all of a range stands
+/// for what is not known. None where nothing is.
 std::optional<IntegratedRow> integratedOf(const GlazingData& pane);
 
 /// Adds the curves of a pane, of its angle, or of a shading to those of a record.

@@ -122,14 +122,16 @@ void ChangeReview::refuseDoubles(const std::vector<Change>& changes) {
     auto& identity = all[change.record];
     (change.field == "name" ? identity.name : identity.group) = change.after.toText();
   }
+  const auto keyOf = [&](const Identity& identity) {
+    return std::pair(nameKey(database_, set_, identity.name),
+                     nameKey(database_, EditSet::groups, identity.group));
+  };
   std::map<std::pair<std::string, std::string>, std::vector<std::int32_t>> keys;
-  for (const auto& [key, identity] : all) {
-    keys[{lowerCase(identity.name), lowerCase(identity.group)}].push_back(key);
-  }
+  for (const auto& [key, identity] : all) keys[keyOf(identity)].push_back(key);
   for (std::size_t i = 0; i < changes.size(); ++i) {
     if (!changesIdentity(changes[i])) continue;
     const Identity& identity = all[changes[i].record];
-    const auto& same = keys[{lowerCase(identity.name), lowerCase(identity.group)}];
+    const auto& same = keys[keyOf(identity)];
     const auto other =
         std::ranges::find_if(same, [&](std::int32_t key) { return key != changes[i].record; });
     if (other == same.end()) continue;

@@ -12,6 +12,41 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+/// The bytes of the character of UTF-8 that a text begins with; 0 where it begins with none.
+std::size_t characterSize(std::string_view text) {
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char first = at(0);
+  if (first < 0x80) return 1;
+  const std::size_t size = first >= 0xC2 && first <= 0xDF   ? 2
+                           : first >= 0xE0 && first <= 0xEF ? 3
+                           : first >= 0xF0 && first <= 0xF4 ? 4
+                                                            : 0;
+  if (size == 0 || size > text.size()) return 0;
+  const bool isLongForm = (first == 0xE0 && at(1) < 0xA0) || (first == 0xF0 && at(1) < 0x90);
+  const bool isNone = (first == 0xED && at(1) > 0x9F) || (first == 0xF4 && at(1) > 0x8F);
+  for (std::size_t i = 1; i < size; ++i) {
+    if ((at(i) & 0xC0) != 0x80) return 0;
+  }
+  return isLongForm || isNone ? 0 : size;
+}
+
+/// Raises kInvalidCall, with the line, for what is no UTF-8: letters would be lost.
+void requireUtf8(std::string_view text) {
+  constexpr const char* kAdvice = " Save it as UTF-8.";
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    throw Error(kInvalidCall, std::string("The file is in UTF-16.") + kAdvice);
+  }
+  int line = 1;
+  while (!text.empty()) {
+    const std::size_t size = characterSize(text);
+    if (size == 0) {
+      throw Error(kInvalidCall, "Line " + std::to_string(line) + " is not in UTF-8." + kAdvice);
+    }
+    if (text.front() == '\n') ++line;
+    text.remove_prefix(size);
+  }
+}
+
 /// Goes through a text cell by cell.
 class CsvReader {
  public:
@@ -85,6 +120,7 @@ CsvRows readCsvFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw Error(kFileNotFound, "\"" + path + "\" cannot be read.");
   const std::string text{std::istreambuf_iterator<char>(file), {}};
+  requireUtf8(text);
   return readCsv(text, separatorOf(text));
 }
 

@@ -3,7 +3,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <unordered_set>
 
 #include "commands/edit/EditSet.h"
 #include "commands/edit/Field.h"
@@ -104,19 +104,19 @@ class Details {
   bool wasAdded_ = false;
 };
 
-std::string conflictText(const store::HistoryConflict& conflict) {
-  if (conflict.columns.empty()) {
-    return fmt::format("The table {} is gone, or has other columns now.", conflict.table);
-  }
-  const SetDesign* design = designOfTable(conflict.table);
-  const NamedRow wanted{conflict.columns, conflict.wanted};
-  if (!design) {
-    return fmt::format("{}: rows of {} {} have been changed or deleted since.", conflict.table,
-                       conflict.columns.front(), shortText(conflict.wanted.front()));
-  }
-  const std::string record = fmt::format("The {} {} \"{}\"", design->one, wanted.text(design->key),
-                                         wanted.text(design->nameColumn));
-  if (conflict.present.empty()) return record + " has been deleted or changed since.";
+std::string withArticle(const SetDesign& design, const NamedRow& row) {
+  return fmt::format("The {} {} \"{}\"", design.one, row.text(design.key),
+                     row.text(design.nameColumn));
+}
+
+/// "panes"; the name of the table, where it is none of records.
+std::string tableText(const std::string& table) {
+  const SetDesign* design = designOfTable(table);
+  return design ? design->name : table;
+}
+
+/// Of a record that has been changed since.
+std::string differences(const store::HistoryConflict& conflict) {
   std::string fields;
   for (std::size_t i = 0; i < conflict.wanted.size() && i < conflict.present.size(); ++i) {
     if (conflict.wanted[i] == conflict.present[i]) continue;
@@ -124,7 +124,33 @@ std::string conflictText(const store::HistoryConflict& conflict) {
                           conflict.columns[i], shortText(conflict.present[i]),
                           shortText(conflict.wanted[i]));
   }
-  return record + " has been changed since: " + fields + ".";
+  return fields;
+}
+
+std::string conflictText(const store::HistoryConflict& conflict) {
+  using Kind = store::HistoryConflict::Kind;
+  if (conflict.columns.empty()) {
+    return fmt::format("The table {} is gone, or has other columns now.", conflict.table);
+  }
+  const SetDesign* design = designOfTable(conflict.table);
+  const NamedRow wanted{conflict.columns, conflict.wanted};
+  const std::string record =
+      design ? withArticle(*design, wanted)
+             : fmt::format("{}: what belongs to {} {}", conflict.table, conflict.columns.front(),
+                           shortText(conflict.wanted.front()));
+  switch (conflict.kind) {
+    case Kind::isThere:
+      return record + " is there already.";
+    case Kind::lacks:
+      return fmt::format("{} refers to one of the {} that is not there any more.", record,
+                         tableText(conflict.other));
+    case Kind::used:
+      return fmt::format("{} has got other {} since.", record, tableText(conflict.other));
+    case Kind::changed:
+      break;
+  }
+  if (!design || conflict.present.empty()) return record + " has been deleted or changed since.";
+  return record + " has been changed since: " + differences(conflict) + ".";
 }
 
 }  // namespace
@@ -137,11 +163,28 @@ std::vector<HistoryDetail> historyDetails(const std::vector<store::HistoryChange
 
 std::vector<std::string> conflictTexts(const std::vector<store::HistoryConflict>& conflicts) {
   std::vector<std::string> texts;
+  std::unordered_set<std::string> told;
   for (const store::HistoryConflict& conflict : conflicts) {
     std::string text = conflictText(conflict);
-    if (std::ranges::find(texts, text) == texts.end()) texts.push_back(std::move(text));
+    if (told.insert(text).second) texts.push_back(std::move(text));
   }
   return texts;
+}
+
+std::vector<store::RowReference> historyReferences() {
+  std::vector<store::RowReference> all{
+      {"Pane_integrated_data", "PaneID", "Pane", "PaneID"},
+      {"Pane_spectral_data", "PaneID", "Pane", "PaneID"},
+      {"Shading_integrated_data_temp", "Shading_id", "Shading", "Shading_id"},
+      {"Shading_spectral_data", "Shading_ID", "Shading", "Shading_id"},
+  };
+  for (const EditSet set : kEditSets) {
+    const SetDesign& names = designOf(set);
+    for (const Reference& reference : names.references) {
+      all.push_back({designOf(reference.from).table, reference.column, names.table, names.key});
+    }
+  }
+  return all;
 }
 
 std::string historyTime(const store::HistoryWork& work) {

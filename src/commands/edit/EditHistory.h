@@ -25,6 +25,10 @@ std::vector<HistoryDetail> historyDetails(const std::vector<store::HistoryChange
 /// Why a change cannot be taken back or made again: a sentence for each record.
 std::vector<std::string> conflictTexts(const std::vector<store::HistoryConflict>& conflicts);
 
+/// What has to hold in an ORV database when a change is taken back or made again: records have the
+/// names that they refer to, and spectra and values an angle have their records.
+std::vector<store::RowReference> historyReferences();
+
 /// "2026-11-26 14:05", by the local clock.
 std::string historyTime(const store::HistoryWork& work);
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <set>
+#include <tuple>
 
 #include "commands/ChangeHistory.h"
 #include "commands/ColumnTitle.h"
@@ -135,15 +136,20 @@ Change Editor::change(StoredRecords& records, std::int32_t record, const FieldPl
   change.before = records.value(record, field, change.angle);
   const bool staysEmpty = trimmed(text).empty() && fieldText(change.before).empty();
   change.after = staysEmpty ? change.before : fieldValue(field, text);
+  if (field.choices) change.after = records.knownName(*field.choices, change.after.toText());
   return change;
 }
 
 Draft Editor::draft(const std::vector<TypedValue>& values) const {
   Draft draft;
   StoredRecords records(*database_, set_);
+  std::set<std::tuple<std::int32_t, std::string, std::optional<std::int16_t>>> places;
   for (const TypedValue& typed : values) {
     try {
       Change made = change(records, typed.record, typed.place, typed.text);
+      if (!places.emplace(made.record, made.field, made.angle).second) {
+        throw Error(kInvalidCall, fmt::format("{} is given twice.", made.field));
+      }
       if (made.before == made.after) continue;
       draft.changes.push_back(std::move(made));
       draft.names.push_back(records.text(typed.record, designOf(set_).nameColumn));

@@ -1,6 +1,7 @@
 // Values of fields as texts, and which of them a field can hold.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -55,6 +56,13 @@ std::string textRefusal(const EditField& field, const std::string& text) {
     return fmt::format("{} has room for {} characters, and this is {} long.", field.name,
                        field.longest, charactersOf(text));
   }
+  const auto isControl = [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && c != '\t' && c != '\r' && c != '\n') || byte == 0x7F;
+  };
+  if (std::ranges::any_of(text, isControl)) {
+    return fmt::format("{} has a control character.", field.name);
+  }
   if (field.longest > 0 && text.find_first_of("\r\n") != std::string::npos) {
     return fmt::format("{} is one line.", field.name);
   }
@@ -95,7 +103,9 @@ store::Value fieldValue(const EditField& field, const std::string& text) {
   store::Value value;
   std::string refusal;
   if (field.type == FieldType::text) {
-    value = field.isCapital ? upperCase(text) : text;
+    // Blanks around a name count for nobody.
+    const std::string kept(field.mayBeEmpty ? text : trimmed(text));
+    value = field.isCapital ? upperCase(kept) : kept;
   } else if (field.type == FieldType::choice) {
     value = std::string(trimmed(text));
   } else if (field.type == FieldType::flag) {

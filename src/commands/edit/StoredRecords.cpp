@@ -7,6 +7,8 @@
 #include "database/Fields.h"
 #include "errors/Error.h"
 #include "model/Text.h"
+#include "store/StoreError.h"
+#include "store/TextKey.h"
 
 namespace orv::commands::edit {
 
@@ -121,8 +123,29 @@ const std::map<std::int32_t, std::string>& StoredRecords::names(EditSet set) {
   return names;
 }
 
+std::string StoredRecords::knownName(EditSet set, const std::string& name) {
+  const auto [known, isNew] = namesByKey_.try_emplace(set);
+  if (isNew) {
+    for (const auto& [id, each] : names(set)) {
+      known->second.emplace(nameKey(database_, set, each), each);
+    }
+  }
+  const auto found = known->second.find(nameKey(database_, set, name));
+  return found == known->second.end() ? name : found->second;
+}
+
 void StoredRecords::raiseMissing(std::int32_t record) const {
   throw Error(kInvalidCall, fmt::format("There is no {} {}.", design_.one, record));
+}
+
+std::string nameKey(store::Connection& database, EditSet set, const std::string& name) {
+  const SetDesign& design = designOf(set);
+  try {
+    return store::textKey(database, design.table, design.nameColumn, name);
+  } catch (const Error& error) {
+    if (error.number() != store::kNotSupported) throw;
+    return lowerCase(name);
+  }
 }
 
 }  // namespace orv::commands::edit

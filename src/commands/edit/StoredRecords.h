@@ -29,6 +29,8 @@ class StoredRecords {
   std::int32_t key(std::int32_t record, const std::string& column);
   /// The names of a set by their keys.
   const std::map<std::int32_t, std::string>& names(EditSet set);
+  /// The name of a set that the database takes for this one; the same where there is none.
+  std::string knownName(EditSet set, const std::string& name);
 
  private:
   using Row = std::vector<store::Value>;
@@ -49,6 +51,10 @@ class StoredRecords {
   std::map<std::int32_t, std::vector<AngleRow>> angleRows_;
   std::vector<store::ColumnInfo> angleColumns_;
   std::map<EditSet, std::map<std::int32_t, std::string>> names_;
+  std::map<EditSet, std::map<std::string, std::string>> namesByKey_;  ///< as nameKey() tells
 };
+
+/// The same for all names that a database takes for one in a set.
+std::string nameKey(store::Connection& database, EditSet set, const std::string& name);
 
 }  // namespace orv::commands::edit

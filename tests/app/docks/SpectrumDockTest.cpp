@@ -226,12 +226,14 @@ TEST_F(SpectrumDockTest, ComputesByTheChosenStandard) {
 
 TEST_F(SpectrumDockTest, CopiesPictureAndText) {
   showTwoAngles();
-  QSignalSpy messages(&dock_, &SpectrumDock::statusMessage);
   dock_.copy();
   const QMimeData* data = QApplication::clipboard()->mimeData();
   EXPECT_TRUE(data->hasImage());
   EXPECT_TRUE(data->text().startsWith("Wavelength (nm)\ta, 0° T\t"));
-  EXPECT_EQ(messages.count(), 1);
+  const auto& note = *dock_.findChild<QLabel*>("lblSpectrumNote");
+  EXPECT_TRUE(note.isVisibleTo(&dock_));
+  dock_.clear();
+  EXPECT_FALSE(note.isVisibleTo(&dock_)) << "it was of other panes";
 }
 
 }  // namespace

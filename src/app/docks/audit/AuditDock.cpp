@@ -64,16 +64,18 @@ QToolBar* AuditDock::buildToolBar() {
   explain(search_, tr("Show only findings with this text"));
   bar->addWidget(severity_);
   bar->addWidget(search_);
-  auto* copy = bar->addAction(icon("copy"), tr("Copy"), this, &AuditDock::copy);
-  copy->setObjectName(QStringLiteral("mnuAuditCopy"));
-  explain(copy,
+  copy_ = bar->addAction(icon("copy"), tr("Copy"), this, &AuditDock::copy);
+  copy_->setObjectName(QStringLiteral("mnuAuditCopy"));
+  copy_->setShortcut(QKeySequence::Copy);
+  copy_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  explain(copy_,
           tr("Copy the selected findings or rules, or all findings that are shown, as a table"));
   auto* save = bar->addAction(icon("save"), tr("Save as CSV..."), this,
                               [this] { saveAsCsv(tree_->shownRows(), tr("findings"), this); });
   save->setObjectName(QStringLiteral("mnuAuditSave"));
   explain(save, tr("Save the findings that are shown as a table for other programs"));
   connect(severity_, &QComboBox::currentIndexChanged, this, &AuditDock::followFilter);
-  // The tree is filled when the typing rests.
+  // When the typing rests.
   constexpr int kRest = 150;  // ms
   auto* rest = new QTimer(this);
   rest->setSingleShot(true);
@@ -92,7 +94,7 @@ void AuditDock::buildMenu() {
   showAll_->setObjectName(QStringLiteral("mnuAuditShowAll"));
   explain(showAll_, tr("Show the findings of rules again that were left out"));
   showAll_->setEnabled(false);
-  tree_->addActions({leaveOut_, showAll_});
+  tree_->addActions({copy_, leaveOut_, showAll_});
   connect(leaveOut_, &QAction::triggered, this, [this] { leaveOut(tree_->currentRule()); });
   connect(showAll_, &QAction::triggered, this, [this] {
     setLeftOut({});

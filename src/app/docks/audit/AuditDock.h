@@ -45,6 +45,7 @@ class AuditDock : public QDockWidget {
   QLineEdit* search_;
   FindingsTree* tree_;
   QLabel* summary_;
+  QAction* copy_;
   QAction* leaveOut_;
   QAction* showAll_;
 };

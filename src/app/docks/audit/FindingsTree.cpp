@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kPositionRole = Qt::UserRole;  ///< of a finding among all
 constexpr int kRuleRole = Qt::UserRole + 1;
+constexpr int kTitleRole = Qt::UserRole + 2;  ///< of a rule, without the number of its findings
 
 const char* iconOf(Severity severity) {
   switch (severity) {
@@ -109,33 +110,40 @@ void FindingsTree::show(Findings findings) {
   }
 }
 
+/// The lines stay: to make them anew for each letter would take long where there are thousands.
 void FindingsTree::filter(const FindingsFilter& filter) {
   filter_ = filter;
-  fill();
+  shown_ = 0;
+  for (int i = 0; i < topLevelItemCount(); ++i) {
+    QTreeWidgetItem* const rule = topLevelItem(i);
+    int shown = 0;
+    for (int k = 0; k < rule->childCount(); ++k) {
+      const bool passes = isShown(*rule->child(k));
+      rule->child(k)->setHidden(!passes);
+      if (passes) ++shown;
+    }
+    rule->setHidden(shown == 0);
+    rule->setText(0,
+                  QStringLiteral("%1 (%L2)").arg(rule->data(0, kTitleRole).toString()).arg(shown));
+    shown_ += shown;
+  }
 }
 
 void FindingsTree::fill() {
   const QSignalBlocker quiet(this);
   clear();
-  shown_ = 0;
   for (std::size_t i = 0; i < findings_.size(); ++i) {
-    const Finding& finding = findings_[i];
-    const QStringList cells = cellsOf(finding);
-    if (!isShown(finding, cells)) continue;
-    ++shown_;
-    auto* item = new QTreeWidgetItem(ruleItem(finding.rule));
+    const QStringList cells = cellsOf(findings_[i]);
+    auto* item = new QTreeWidgetItem(ruleItem(findings_[i].rule));
     for (int column = 0; column < cells.size(); ++column) {
       item->setText(column, shownText(cells[column]));
       item->setToolTip(column, toolTipText(cells[column]));
     }
     item->setData(0, kPositionRole, static_cast<qulonglong>(i));
   }
-  for (int i = 0; i < topLevelItemCount(); ++i) {
-    QTreeWidgetItem* const item = topLevelItem(i);
-    item->setText(0, QStringLiteral("%1 (%L2)").arg(item->text(0)).arg(item->childCount()));
-    item->setFirstColumnSpanned(true);
-  }
+  for (int i = 0; i < topLevelItemCount(); ++i) topLevelItem(i)->setFirstColumnSpanned(true);
   expandAll();
+  filter(filter_);
 }
 
 /// The findings of a rule follow each other only within their severity, but a rule has one.
@@ -148,19 +156,22 @@ QTreeWidgetItem* FindingsTree::ruleItem(std::string_view rule) {
   auto* item = new QTreeWidgetItem(this);
   item->setData(0, kRuleRole, name);
   item->setIcon(0, icon(iconOf(known.severity)));
-  item->setText(0, QStringLiteral("%1: %2").arg(severityText(known.severity), name));
+  item->setData(0, kTitleRole, QStringLiteral("%1: %2").arg(severityText(known.severity), name));
   item->setToolTip(
       0, toolTipText(
              tr("Finds: %1.\n%2").arg(qt(std::string(known.finds)), qt(std::string(known.why)))));
   return item;
 }
 
-bool FindingsTree::isShown(const Finding& finding, const QStringList& cells) const {
-  const QString rule = qt(std::string(finding.rule));
-  if (finding.severity < filter_.least || filter_.leftOut.contains(rule)) return false;
+bool FindingsTree::isShown(const QTreeWidgetItem& item) const {
+  const QString rule = item.parent()->data(0, kRuleRole).toString();
+  const bool isLeftOut = filter_.leftOut.contains(rule);
+  if (isLeftOut || findingOf(&item)->severity < filter_.least) return false;
   if (filter_.text.isEmpty() || rule.contains(filter_.text, Qt::CaseInsensitive)) return true;
-  return std::ranges::any_of(
-      cells, [&](const QString& cell) { return cell.contains(filter_.text, Qt::CaseInsensitive); });
+  for (int column = 0; column < columnCount(); ++column) {
+    if (item.text(column).contains(filter_.text, Qt::CaseInsensitive)) return true;
+  }
+  return false;
 }
 
 const Finding* FindingsTree::findingOf(const QTreeWidgetItem* item) const {
@@ -168,23 +179,14 @@ const Finding* FindingsTree::findingOf(const QTreeWidgetItem* item) const {
   return &findings_[item->data(0, kPositionRole).toULongLong()];
 }
 
-TableRows FindingsTree::shownRows() const {
-  TableRows rows{headings()};
-  for (int rule = 0; rule < topLevelItemCount(); ++rule) {
-    for (int i = 0; i < topLevelItem(rule)->childCount(); ++i) {
-      rows << rowOf(*findingOf(topLevelItem(rule)->child(i)));
-    }
-  }
-  return rows;
-}
-
-TableRows FindingsTree::selectedRows() const {
+TableRows FindingsTree::rows(bool onlySelected) const {
   TableRows rows{headings()};
   for (int i = 0; i < topLevelItemCount(); ++i) {
     const QTreeWidgetItem* const rule = topLevelItem(i);
     for (int k = 0; k < rule->childCount(); ++k) {
       const QTreeWidgetItem* const item = rule->child(k);
-      if (rule->isSelected() || item->isSelected()) rows << rowOf(*findingOf(item));
+      const bool isWanted = !onlySelected || rule->isSelected() || item->isSelected();
+      if (isWanted && !item->isHidden()) rows << rowOf(*findingOf(item));
     }
   }
   return rows;

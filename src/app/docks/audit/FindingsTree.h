@@ -32,8 +32,8 @@ class FindingsTree : public QTreeWidget {
   int shownCount() const { return shown_; }
   /// The findings that are shown, or that are selected by themselves or with their rule, with
   /// headings.
-  TableRows shownRows() const;
-  TableRows selectedRows() const;
+  TableRows shownRows() const { return rows(false); }
+  TableRows selectedRows() const { return rows(true); }
   /// The rule of the current line; empty for none.
   QString currentRule() const;
 
@@ -48,7 +48,8 @@ class FindingsTree : public QTreeWidget {
   void fill();
   void choose(const QTreeWidgetItem* item);
   QTreeWidgetItem* ruleItem(std::string_view rule);
-  bool isShown(const commands::audit::Finding& finding, const QStringList& cells) const;
+  bool isShown(const QTreeWidgetItem& item) const;
+  TableRows rows(bool onlySelected) const;
   const commands::audit::Finding* findingOf(const QTreeWidgetItem* item) const;
 
   Findings findings_;

@@ -2,8 +2,10 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -23,20 +25,34 @@ DetailsDock::DetailsDock(QWidget* parent) : QDockWidget(tr("Details"), parent) {
       tr("All fields of the selected record, with the picture of a frame or a drawing of "
          "the slats of a shading."));
   pages_ = new QStackedWidget(this);
-  text_ = new QLabel(pages_);
-  text_->setObjectName(QStringLiteral("detailsEmptyText"));
-  text_->setAlignment(Qt::AlignCenter);
-  text_->setWordWrap(true);
-  text_->setMargin(12);
-  text_->setForegroundRole(QPalette::PlaceholderText);
-  text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  pages_->addWidget(text_);
+  pages_->addWidget(buildTextPage());
   pages_->addWidget(buildRecordPage());
   setWidget(pages_);
   clear();
 }
 
 DetailsDock::~DetailsDock() = default;
+
+QWidget* DetailsDock::buildTextPage() {
+  auto* page = new QWidget(pages_);
+  text_ = new QLabel(page);
+  text_->setObjectName(QStringLiteral("detailsEmptyText"));
+  text_->setAlignment(Qt::AlignCenter);
+  text_->setWordWrap(true);
+  text_->setMargin(12);
+  text_->setForegroundRole(QPalette::PlaceholderText);
+  text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  refresh_ = new QPushButton(tr("&Refresh"), page);
+  refresh_->setObjectName(QStringLiteral("cmdDetailsRefresh"));
+  explain(refresh_, tr("Read the data source shown again"));
+  connect(refresh_, &QPushButton::clicked, this, &DetailsDock::refreshWanted);
+  auto* layout = new QVBoxLayout(page);
+  layout->addStretch();
+  layout->addWidget(text_);
+  layout->addWidget(refresh_, 0, Qt::AlignHCenter);
+  layout->addStretch();
+  return page;
+}
 
 QWidget* DetailsDock::buildRecordPage() {
   auto* page = new QWidget(pages_);
@@ -71,9 +87,27 @@ QWidget* DetailsDock::buildRecordPage() {
   layout->addLayout(top);
   layout->addWidget(splitter_, 1);
 
+  filter_->installEventFilter(this);
   connect(filter_, &QLineEdit::textChanged, tree_, &DetailsTree::setFilter);
   connect(angle_, &QComboBox::activated, this, &DetailsDock::showAngle);
   return page;
+}
+
+/// The keys of the search: Esc empties it, Down goes to the fields.
+bool DetailsDock::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return false;
+  switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Escape:
+      filter_->clear();
+      return true;
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      tree_->focusFirst();
+      return true;
+    default:
+      return false;
+  }
 }
 
 void DetailsDock::showPane(std::vector<std::shared_ptr<const GlazingData>> angles) {
@@ -121,7 +155,13 @@ void DetailsDock::clear() {
 
 void DetailsDock::showText(const QString& text) {
   text_->setText(text);
-  pages_->setCurrentWidget(text_);
+  refresh_->hide();
+  pages_->setCurrentIndex(0);
+}
+
+void DetailsDock::showGone() {
+  showText(tr("This record is no longer in the data source."));
+  refresh_->show();
 }
 
 void DetailsDock::showRecord(QWidget* drawing) {

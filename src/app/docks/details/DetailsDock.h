@@ -11,6 +11,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
@@ -36,8 +37,17 @@ class DetailsDock : public QDockWidget {
   void clear();
   /// Shows a text in place of a record: that several are selected, or why one could not be read.
   void showText(const QString& text);
+  /// Shows that the record is not in its source any more, and offers to read that again.
+  void showGone();
+
+ signals:
+  void refreshWanted();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  QWidget* buildTextPage();
   QWidget* buildRecordPage();
   void fillAngles();
   void showAngle(int index);
@@ -46,6 +56,7 @@ class DetailsDock : public QDockWidget {
 
   QStackedWidget* pages_;
   QLabel* text_;
+  QPushButton* refresh_;
   QLineEdit* filter_;
   QComboBox* angle_;
   QSplitter* splitter_;

@@ -128,6 +128,15 @@ void DetailsTree::applyFilter() {
   }
 }
 
+void DetailsTree::focusFirst() {
+  setFocus(Qt::OtherFocusReason);
+  for (int i = 0; i < topLevelItemCount(); ++i) {
+    if (topLevelItem(i)->isHidden()) continue;
+    topLevelItem(i)->setExpanded(true);
+    return setCurrentItem(itemBelow(topLevelItem(i)));
+  }
+}
+
 QList<QStringList> DetailsTree::rows(bool onlySelected) const {
   const QTreeWidgetItem* headings = headerItem();
   QList<QStringList> rows;

@@ -21,6 +21,9 @@ class DetailsTree : public QTreeWidget {
   /// not count. An empty text shows all.
   void setFilter(const QString& text);
 
+  /// Takes the keyboard, on the first field that is shown.
+  void focusFirst();
+
   /// The selected rows, or all that are shown, below the headings.
   QList<QStringList> rows(bool onlySelected) const;
   /// The same as text, a line a row, cells parted by tabs.

@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <set>
 
 #include "app/Help.h"
 #include "app/Text.h"
@@ -132,6 +133,11 @@ EditSet LookupsDock::set() const {
 }
 
 void LookupsDock::fill(Records records, bool mayChange) {
+  std::set<std::int32_t> chosen;
+  for (const LookupRecord& record : selected()) {
+    if (filled_ == set()) chosen.insert(record.id);
+  }
+  filled_ = set();
   records_ = std::move(records);
   mayChange_ = mayChange;
   list_->clear();
@@ -140,6 +146,9 @@ void LookupsDock::fill(Records records, bool mayChange) {
     lines << new LookupLine(records_[i], static_cast<int>(i));
   }
   list_->addTopLevelItems(lines);
+  for (std::size_t i = 0; i < records_.size(); ++i) {
+    lines[static_cast<int>(i)]->setSelected(chosen.contains(records_[i].id));
+  }
   list_->sortItems(list_->sortColumn(), list_->header()->sortIndicatorOrder());
   for (int column = 1; column < list_->columnCount(); ++column) {
     list_->resizeColumnToContents(column);

@@ -25,7 +25,8 @@ class LookupsDock : public QDockWidget {
 
   /// Of which names it is.
   commands::edit::EditSet set() const;
-  /// Shows all names of the set; `mayChange`: they can be renamed, merged and deleted.
+  /// Shows all names of the set; `mayChange`: they can be renamed, merged and deleted. Those that
+  /// were selected stay selected.
   void fill(Records records, bool mayChange);
   /// Shows why there are none.
   void tell(const QString& text);
@@ -46,6 +47,7 @@ class LookupsDock : public QDockWidget {
 
   Records records_;  ///< in the order of their numbers
   bool mayChange_ = false;
+  commands::edit::EditSet filled_ = commands::edit::EditSet::groups;  ///< of the lines
   QComboBox* set_;
   QTreeWidget* list_;
   QLabel* summary_;

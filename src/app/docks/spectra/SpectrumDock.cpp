@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,6 +20,7 @@
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "app/dialogs/SaveDialog.h"
 #include "app/docks/spectra/ExtraCurves.h"
 #include "app/docks/spectra/IntegratedTable.h"
 #include "app/docks/spectra/SpectrumCsv.h"
@@ -45,6 +45,18 @@ const char* iconOf(SpectralQuantity quantity) {
       return "line-dashed";
     default:
       return "line-dotted";
+  }
+}
+
+/// In the plot.
+QKeySequence keyOf(SpectralQuantity quantity) {
+  switch (quantity) {
+    case SpectralQuantity::transmittance:
+      return QKeySequence(Qt::Key_T);
+    case SpectralQuantity::frontReflectance:
+      return QKeySequence(Qt::Key_F);
+    default:
+      return QKeySequence(Qt::Key_B);
   }
 }
 
@@ -79,12 +91,18 @@ SpectrumDock::SpectrumDock(QWidget* parent) : QDockWidget(tr("Spectra"), parent)
   splitter_->setStretchFactor(1, 0);
   splitter_->setCollapsible(0, false);
   buildToolBar();
+  note_ = new QLabel(content);
+  note_->setObjectName(QStringLiteral("lblSpectrumNote"));
+  note_->setTextFormat(Qt::PlainText);
+  note_->setMargin(2);
+  note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
   auto* layout = new QVBoxLayout(content);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(toolBar_);
   layout->addWidget(splitter_, 1);
+  layout->addWidget(note_);
   setWidget(content);
 
   connect(view_, &SpectrumView::rangeChanged, this, &SpectrumDock::updateActions);
@@ -174,8 +192,11 @@ void SpectrumDock::addQuantityActions() {
     auto* action = toolBar_->addAction(icon(iconOf(quantity)), symbolOf(quantity));
     action->setCheckable(true);
     action->setChecked(true);
-    explain(action, tr("%1: show or hide these curves").arg(nameOf(quantity)));
     quantities_.push_back(action);
+    action->setShortcut(keyOf(quantity));
+    action->setShortcutContext(Qt::WidgetShortcut);
+    view_->addAction(action);
+    explain(action, tr("%1: show or hide these curves").arg(nameOf(quantity)));
     auto* button = toolBar_->widgetForAction(action);
     static_cast<QToolButton*>(button)->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAccessibleName(nameOf(quantity));
@@ -239,6 +260,9 @@ void SpectrumDock::addExportActions() {
   save_ = toolBar_->addAction(icon("save"), tr("Save as…"), this, &SpectrumDock::saveAs);
   explain(save_, tr("Save as a picture (PNG, SVG) or a table (CSV)"));
   copy_ = toolBar_->addAction(icon("copy"), tr("Copy"), this, &SpectrumDock::copy);
+  copy_->setShortcut(QKeySequence::Copy);
+  copy_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  addAction(copy_);
   explain(copy_, tr("Copy as a picture and as text"));
   print_ = toolBar_->addAction(icon("print"), tr("Print…"), this, &SpectrumDock::print);
   explain(print_, tr("Print the plot"));
@@ -250,6 +274,7 @@ void SpectrumDock::addExportActions() {
 // --- What is shown -------------------------------------------------------------------------------
 
 void SpectrumDock::showPanes(std::vector<std::shared_ptr<const GlazingData>> panes) {
+  note({});
   plot_.setRecords(panes);
   const bool isEmpty = plot_.dataSets.empty();
   emptyText_->setText(isEmpty ? tr("Select one or more panes to see their spectra here.")
@@ -260,6 +285,12 @@ void SpectrumDock::showPanes(std::vector<std::shared_ptr<const GlazingData>> pan
   showValues();
   view_->showCurves();
   updateActions();
+}
+
+void SpectrumDock::note(const QString& text) {
+  note_->setText(text);
+  note_->setToolTip(toolTipText(text));
+  note_->setVisible(!text.isEmpty());
 }
 
 void SpectrumDock::showValues() {
@@ -278,8 +309,19 @@ void SpectrumDock::showDifference(std::optional<int> angle) {
   followPlot();
 }
 
-void SpectrumDock::pointAt(double microns) {
-  if (plot_.hasSpectra()) view_->pointAtWavelength(microns);
+void SpectrumDock::pointAt(double microns, std::optional<int> angle) {
+  if (!plot_.hasSpectra()) return;
+  const auto wanted = std::ranges::find_if(plot_.dataSets, [&](const SpectrumDataSet& set) {
+    return set.hasSpectrum() && set.angle == angle;
+  });
+  if (wanted == plot_.dataSets.end()) return view_->pointAtWavelength(microns, {});
+  if (plot_.angle && plot_.angle != angle) {
+    plot_.angle = angle;
+    fillAngles();
+    legend_->refresh();
+    followPlot();
+  }
+  view_->pointAtWavelength(microns, static_cast<std::size_t>(wanted - plot_.dataSets.begin()));
 }
 
 std::optional<double> SpectrumDock::pointedWavelength() const {
@@ -362,17 +404,14 @@ void SpectrumDock::resizeEvent(QResizeEvent* event) {
 // --- Export --------------------------------------------------------------------------------------
 
 void SpectrumDock::saveAs() {
-  const QString png = tr("Picture (*.png)");
-  const QString svg = tr("Scalable picture (*.svg)");
-  const QString csv = tr("Table of values (*.csv)");
-  QString filter = png;
-  QString path = QFileDialog::getSaveFileName(this, tr("Save Spectra"), QString(),
-                                              QStringList{png, svg, csv}.join(";;"), &filter);
-  if (path.isEmpty()) return;
-  if (QFileInfo(path).suffix().isEmpty()) {
-    path += filter == svg ? ".svg" : filter == csv ? ".csv" : ".png";
-  }
-  exportTo(path);
+  const QString path =
+      askWhereToSave(
+          {tr("Save Spectra"),
+           tr("spectra"),
+           {tr("Picture (*.png)"), tr("Scalable picture (*.svg)"), tr("Table of values (*.csv)")}},
+          this)
+          .path;
+  if (!path.isEmpty()) exportTo(path);
 }
 
 void SpectrumDock::exportTo(const QString& path) {
@@ -384,7 +423,7 @@ void SpectrumDock::exportTo(const QString& path) {
   if (suffix == u"svg") saved = figure.saveSvg(path, reason);
   if (suffix == u"csv") saved = figure.saveCsv(path, reason);
   if (saved) {
-    emit statusMessage(tr("Saved %1").arg(path));
+    note(tr("Saved %1").arg(shownText(path)));
   } else {
     QMessageBox::critical(this, QString::fromUtf8(commands::kProductName),
                           tr("%1\n\nThe file \"%2\" could not be written.").arg(reason, path));
@@ -396,7 +435,7 @@ void SpectrumDock::copy() {
   data->setImageData(SpectrumFigure(plot_).image());
   data->setText(spectraAsText(plot_, u'\t'));
   QApplication::clipboard()->setMimeData(data);
-  emit statusMessage(tr("Copied the plot"));
+  note(tr("Copied the plot"));
 }
 
 void SpectrumDock::print() {

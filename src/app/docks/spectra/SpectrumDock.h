@@ -35,8 +35,11 @@ class SpectrumDock : public QDockWidget {
   void clear();
   /// Shows the difference of the two panes, of their curves at this angle where one is given.
   void showDifference(std::optional<int> angle);
-  /// Points at a wavelength of the curves, in microns, where there are any.
-  void pointAt(double microns);
+  /// Says something of the panes that are shown, or of what was done with them, until others are.
+  void note(const QString& text);
+  /// Points at a wavelength of the curves, in microns, where there are any; on the curve of an
+  /// angle, in degrees, where it is given.
+  void pointAt(double microns, std::optional<int> angle = {});
   /// Where the cross hair is, in microns; none while it is not shown.
   std::optional<double> pointedWavelength() const;
   /// `WavelengthUnitCode` of the axis, the values under the pointer and exported tables.
@@ -53,8 +56,6 @@ class SpectrumDock : public QDockWidget {
   void print();   ///< asks for a printer
 
  signals:
-  /// What has been done, for the status bar.
-  void statusMessage(const QString& text);
   /// The user has chosen another standard.
   void standardChosen(optics::Standard standard);
 
@@ -85,6 +86,7 @@ class SpectrumDock : public QDockWidget {
   QToolBar* toolBar_;
   QStackedWidget* stack_;
   QLabel* emptyText_;
+  QLabel* note_;
   SpectrumView* view_;
   SpectrumLegend* legend_;
   QWidget* standards_;  ///< the choice with its label

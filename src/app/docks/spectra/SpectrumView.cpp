@@ -46,11 +46,12 @@ SpectrumView::SpectrumView(SpectrumPlot& plot, QWidget* parent)
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(tr("Spectrum plot"));
-  setWhatsThis(
-      tr("<p>Transmittance and reflectance against wavelength. The cross hair shows the values "
-         "under the pointer.</p><p>Drag a rectangle or turn the wheel to zoom, drag with the "
-         "middle button or with Shift to move, double-click to see everything again. With the "
-         "keyboard: <b>+</b>, <b>-</b>, <b>0</b> and the arrows.</p>"));
+  setWhatsThis(tr(
+      "<p>Transmittance and reflectance against wavelength. The cross hair shows the values "
+      "under the pointer.</p><p>Drag a rectangle or turn the wheel to zoom, drag with the "
+      "middle button or with Shift to move, double-click to see everything again. With the "
+      "keyboard: <b>+</b>, <b>-</b>, <b>0</b> and the arrows; <b>T</b>, <b>F</b> and <b>B</b> show "
+      "or hide curves.</p>"));
   connect(scene(), &QGraphicsScene::changed, this, [this] {
     pictureIsStale_ = true;
     viewport()->update();
@@ -106,10 +107,17 @@ void SpectrumView::pointAt(const QPointF& position) {
   viewport()->update();
 }
 
-void SpectrumView::pointAtWavelength(double microns) {
-  const double x = plot_.scale.position(microns);
-  if (x < plot_.range.left() || x > plot_.range.right()) showAll();
-  awaited_ = microns;
+void SpectrumView::pointAtWavelength(double microns, std::optional<std::size_t> dataSet) {
+  QPointF point(plot_.scale.position(microns), plot_.range.center().y());
+  for (const SpectralQuantity quantity : kSpectralQuantities) {
+    if (!dataSet || !plot_.shows(quantity)) continue;
+    if (const auto value = plot_.dataSets[*dataSet].valueAt(quantity, microns)) {
+      point.setY(*value);
+      break;
+    }
+  }
+  if (!plot_.range.contains(point)) showAll();
+  awaited_ = point;
   viewport()->update();
 }
 
@@ -151,9 +159,7 @@ void SpectrumView::renderChart() {
 
 void SpectrumView::paintEvent(QPaintEvent* /*event*/) {
   if (pictureIsStale_ || picture_.size() != viewport()->size() * devicePixelRatioF()) renderChart();
-  if (const auto microns = std::exchange(awaited_, std::nullopt)) {
-    pointAt(toWidget({plot_.scale.position(*microns), plot_.range.center().y()}));
-  }
+  if (const auto point = std::exchange(awaited_, std::nullopt)) pointAt(toWidget(*point));
   QPainter painter(viewport());
   painter.setRenderHint(QPainter::Antialiasing);
   painter.drawPixmap(0, 0, picture_);

@@ -34,8 +34,9 @@ class SpectrumView : public QChartView {
   std::optional<double> pointedWavelength() const;
   /// Places the cross hair at a point of the widget.
   void pointAt(const QPointF& position);
-  /// Places it at a wavelength, in microns, and shows everything where that is out of sight.
-  void pointAtWavelength(double microns);
+  /// Places it at a wavelength, in microns, on the curve of a data set where one is given, and
+  /// shows everything where that is out of sight.
+  void pointAtWavelength(double microns, std::optional<std::size_t> dataSet);
   /// Draws a data set emphasized, as the legend asks for the one under the pointer.
   void emphasize(std::optional<std::size_t> dataSet);
 
@@ -79,7 +80,7 @@ class SpectrumView : public QChartView {
   QPointF dragStart_;
   QRectF dragRange_;
   std::optional<QPointF> pointer_;
-  std::optional<double> awaited_;  ///< where it goes when the plot has its place; microns
+  std::optional<QPointF> awaited_;  ///< the point of the plot where it goes when that has its place
   std::optional<std::size_t> emphasized_;
 };
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "store/jet/catalog/CatalogWriter.h"
+#include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/definition/TableDesign.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
@@ -19,17 +19,12 @@ namespace {
 
 // Pages that have their place in every file.
 constexpr PageNumber kMapPage = 1;
-constexpr PageNumber kPermissionsPage = 3;
-constexpr PageNumber kQueriesPage = 4;
-constexpr PageNumber kRelationshipsPage = 5;
 constexpr PageNumber kFirstFreePage = 6;
 
 /// The date in the header masks the password and goes with the mask of the security ids. How the
 /// engine makes that mask from the date is not known; this date belongs to
 /// SecurityIds::ofNewFiles().
 constexpr double kHeaderDate = std::bit_cast<double>(std::uint64_t{0x40e29ff17d1f72bc});
-
-constexpr std::uint32_t kSystemObject = 0x80000000;
 
 /// The password under its mask, days of the date; of a file that has none, the mask itself.
 void writePassword(std::uint8_t* field, const std::string& password) {
@@ -168,24 +163,6 @@ std::shared_ptr<Table> makeSystemTable(const std::shared_ptr<Pager>& pager, Page
   return std::make_shared<Table>(pager, std::move(table));
 }
 
-void addContainers(CatalogWriter& catalog) {
-  using Kind = CatalogEntry::Kind;
-  const Bytes engine = catalog.ids().engine();
-  const auto add = [&](std::int32_t id, std::int32_t parent, const char* name, Kind kind,
-                       const Bytes& owner) {
-    catalog.addObject(
-        {.id = id, .parentId = parent, .name = name, .kind = kind, .flags = kSystemObject}, owner);
-  };
-  add(kTablesContainer, kRootContainer, "Tables", Kind::container, engine);
-  add(kDatabasesContainer, kRootContainer, "Databases", Kind::container, engine);
-  add(kRelationshipsContainer, kRootContainer, "Relationships", Kind::container, engine);
-  add(kDatabaseObject, kDatabasesContainer, "MSysDb", Kind::database, catalog.ids().admin());
-  add(kCatalogPage, kTablesContainer, "MSysObjects", Kind::table, engine);
-  add(kPermissionsPage, kTablesContainer, "MSysACEs", Kind::table, engine);
-  add(kQueriesPage, kTablesContainer, "MSysQueries", Kind::table, engine);
-  add(kRelationshipsPage, kTablesContainer, "MSysRelationships", Kind::table, engine);
-}
-
 void addPermissions(CatalogWriter& catalog) {
   const Bytes admin = catalog.ids().admin();
   const Bytes users = catalog.ids().users();
@@ -223,7 +200,7 @@ Bytes emptyDatabase(const FileSettings& settings) {
   makeSystemTable(pager, kQueriesPage, queriesDesign());
   makeSystemTable(pager, kRelationshipsPage, relationshipsDesign());
   CatalogWriter catalog(std::move(objects), std::move(permissions), SecurityIds::ofNewFiles());
-  addContainers(catalog);
+  for (const CatalogObject& object : fixedObjects()) addFixedObject(catalog, object);
   addPermissions(catalog);
   transaction.commit();
   return content;

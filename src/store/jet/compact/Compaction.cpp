@@ -40,7 +40,10 @@ TableList readTables(Database& database) {
 
 Compaction::Compaction(const std::string& path, const std::string& password,
                        const CompactProgress& progress)
-    : database_(openToCopy(path, password, "compacted")), progress_(progress) {}
+    : database_(openToCopy(path, password, "compacted",
+                           "Convert it into a new file of format Jet 4 (orv compact FILE NEW "
+                           "--jet4).")),
+      progress_(progress) {}
 
 CompactReport Compaction::writeTo(const std::string& target) {
   NewFile made = NewFile::beside(database_->pager().path(), target);

@@ -12,15 +12,13 @@
 namespace orv::store::jet {
 
 std::shared_ptr<Database> openToCopy(const std::string& path, const std::string& password,
-                                     std::string_view done) {
+                                     std::string_view done, std::string_view remedyOfJet3) {
   auto database = Database::open(path, password);
   const Pager& pager = database->pager();
   if (!pager.format().unicodeText) {
-    throw Error(
-        kNotSupported,
-        fmt::format("'{}' cannot be {}: files of format {} are only read. Convert it into a "
-                    "new file of format Jet 4 (orv compact FILE NEW --jet4).",
-                    pager.path(), done, database->formatName()));
+    throw Error(kNotSupported,
+                fmt::format("'{}' cannot be {}: files of format {} are only read. {}", pager.path(),
+                            done, database->formatName(), remedyOfJet3));
   }
   if (!pager.format().writable || pager.engineVersion() > 1) {
     throw Error(kNotSupported, fmt::format("'{}' cannot be {}: files of format {} are only read.",

@@ -16,9 +16,10 @@
 namespace orv::store::jet {
 
 /// Opens a database to be written anew. Raises kNotSupported for one of a format that is not
-/// written, saying that it cannot be `done` ("compacted"); and what Database::open() raises.
+/// written, saying that it cannot be `done` ("compacted"), and of Jet 3 what can be done instead;
+/// and what Database::open() raises.
 std::shared_ptr<Database> openToCopy(const std::string& path, const std::string& password,
-                                     std::string_view done);
+                                     std::string_view done, std::string_view remedyOfJet3);
 
 /// A sound database: everything is as its maps and pointers say, and damage is raised.
 class CopySource {

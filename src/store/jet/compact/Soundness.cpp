@@ -7,15 +7,25 @@
 #include "store/jet/check/FileCheck.h"
 
 namespace orv::store::jet {
+namespace {
+
+/// The first fault, without the advice of the check: what is to be done is said by whoever asks.
+std::string firstFault(const CheckReport& report) {
+  CheckFinding fault = report.faults.front();
+  fault.advice.clear();
+  return fault.toText();
+}
+
+}  // namespace
 
 void refuseDamaged(const std::shared_ptr<Database>& database, std::string_view done,
                    std::string_view remedy, const CheckProgress& progress) {
   const CheckReport report = FileCheck(database, progress).run();
   if (!report.sound()) {
-    throw Error(kCorruptFile, fmt::format("'{}' is damaged, and was not {}, since rows could be "
-                                          "lost: {} {}",
-                                          database->pager().path(), done,
-                                          report.faults.front().toText(), remedy));
+    throw Error(kCorruptFile,
+                fmt::format("'{}' is damaged, and was not {}, since rows could be "
+                            "lost: {} {}",
+                            database->pager().path(), done, firstFault(report), remedy));
   }
 }
 
@@ -25,7 +35,7 @@ void refuseUnsound(const std::shared_ptr<Pager>& made, const std::string& former
   if (!report.sound()) {
     throw Error(kStoreFailure, fmt::format("'{}' was not {}: the new file would have had a fault, "
                                            "and the old one is as it was. {}",
-                                           former, done, report.faults.front().toText()));
+                                           former, done, firstFault(report)));
   }
 }
 

@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "store/jet/catalog/CatalogWriter.h"
+#include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/catalog/SecurityIds.h"
 #include "store/jet/definition/Properties.h"
 #include "store/jet/page/Text.h"
@@ -25,8 +25,6 @@ constexpr std::array<std::pair<std::int16_t, const char*>, 4> kWindowObjects = {
 // Tables in which Access keeps those.
 constexpr std::array<std::string_view, 3> kWindowTables = {"MSysModules", "MSysModules2",
                                                            "MSysAccessObjects"};
-constexpr std::array<std::string_view, 4> kFixedTables = {"MSysObjects", "MSysACEs", "MSysQueries",
-                                                          "MSysRelationships"};
 // Properties that say which version of Access those are made for.
 constexpr std::array<std::string_view, 3> kWindowProperties = {"AccessVersion", "Build", "ProjVer"};
 // What Access keeps beside an object for its windows, in forms of each version: how a query was
@@ -125,7 +123,7 @@ class CatalogRows {
         [&](const Column& column, Value former) -> Value {
           if (column.name == "LvProp") return convertProperties(source_.pager(), former);
           if (column.name == "Id") return renumbered(former);
-          if (column.name == "Owner") return translated(former);
+          if (column.name == "Owner") return ownerOf(former);
           return has(kWindowColumns, column.name) ? Value() : former;
         });
   }
@@ -190,6 +188,12 @@ class CatalogRows {
                : Value();
   }
 
+  /// The admin user in place of one of a workgroup.
+  Value ownerOf(const Value& former) const {
+    const Value owner = translated(former);
+    return owner.isNull() && !former.isNull() ? Value(ids_.admin()) : owner;
+  }
+
   Database& source_;
   Database& target_;
   const TableNumbers& numbers_;
@@ -198,17 +202,25 @@ class CatalogRows {
   std::set<std::int32_t> objects_{};
 };
 
+/// How many rows of a system table name a user of a workgroup, whose ids are longer than those that
+/// every file has.
+std::size_t countOfWorkgroup(Database& source, std::string_view name, std::string_view column) {
+  const auto table = source.table(name);
+  const auto user = table->definition().findColumn(column);
+  std::size_t count = 0;
+  for (TableScan scan = table->scan(); user && scan.next();) {
+    const Value value = scan.row().value(table->definition().columns[*user]);
+    const Bytes* id = value.getIf<Bytes>();
+    if (id != nullptr && id->size() > SecurityIds::kSize) ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 bool isConverted(const CatalogEntry& entry) {
   const bool isTable = entry.kind == Kind::table;
   return nameOfWindowObject(entry) == nullptr && !(isTable && has(kWindowTables, entry.name));
-}
-
-bool isFixed(const CatalogEntry& entry) {
-  return entry.id == kTablesContainer || entry.id == kDatabasesContainer ||
-         entry.id == kRelationshipsContainer || entry.id == kDatabaseObject ||
-         (entry.kind == Kind::table && has(kFixedTables, entry.name));
 }
 
 std::vector<std::string> unconvertedObjects(Database& source) {
@@ -218,17 +230,18 @@ std::vector<std::string> unconvertedObjects(Database& source) {
       names.push_back(fmt::format("{} '{}'", what, entry.name));
     }
   }
-  const auto objects = source.table("MSysObjects");
-  const auto owner = objects->definition().findColumn("Owner");
-  for (TableScan scan = objects->scan(); owner && scan.next();) {
-    const Value value = scan.row().value(objects->definition().columns[*owner]);
-    const Bytes* user = value.getIf<Bytes>();
-    if (user != nullptr && user->size() > SecurityIds::kSize) {
-      names.emplace_back("the rights of the users of a workgroup");
-      break;
-    }
+  const std::size_t owned = countOfWorkgroup(source, "MSysObjects", "Owner");
+  if (owned > 0) {
+    names.push_back(fmt::format(
+        "what users of a workgroup own: {} objects, which the admin user gets, and {} rights",
+        owned, countOfWorkgroup(source, "MSysACEs", "SID")));
   }
   return names;
+}
+
+std::string droppedRights(Database& source) {
+  const std::size_t rights = countOfWorkgroup(source, "MSysACEs", "SID");
+  return rights == 0 ? "" : fmt::format("rights of users of a workgroup are left out: {}", rights);
 }
 
 void convertCatalog(Database& source, Database& target, const TableNumbers& numbers) {

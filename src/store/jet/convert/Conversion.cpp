@@ -7,6 +7,8 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/EmptyDatabase.h"
+#include "store/jet/catalog/FixedObjects.h"
+#include "store/jet/compact/LostRelations.h"
 #include "store/jet/compact/Soundness.h"
 #include "store/jet/compact/TableNumbers.h"
 #include "store/jet/convert/CatalogConversion.h"
@@ -32,11 +34,18 @@ CompactReport Conversion::writeTo(const std::string& target, Losses losses) {
   report.sizeBefore = source_->pager().fileSize();
   report.lost = unconvertedObjects(*source_);
   refuseLosses(report, losses);
-  refuseDamaged(source_, "converted", "Take a copy from before the damage.", {});
+  if (std::string rights = droppedRights(*source_); !rights.empty()) {
+    report.notes.push_back(std::move(rights));
+  }
+  refuseDamaged(
+      source_, "converted",
+      "Files of this format are not repaired: take a copy from before the damage, or what "
+      "can still be read of each table (orv sql FILE TABLE).",
+      stage(0));
   const auto database = makeTarget(made.take(), target);
   convert(database, report);
   refuseLosses(report, losses);
-  refuseUnsound(database->sharedPager(), source_->pager().path(), "converted", {});
+  refuseUnsound(database->sharedPager(), source_->pager().path(), "converted", stage(1));
   database->pager().sync();
   report.sizeAfter = database->pager().fileSize();
   made.putInPlace();
@@ -51,6 +60,13 @@ void Conversion::refuseLosses(const CompactReport& report, Losses losses) const 
                     "--force to go without.",
                     source_->pager().path(), fmt::join(report.lost, ", ")));
   }
+}
+
+/// Lets the checks before (0) and after (1) the work be ended.
+CheckProgress Conversion::stage(std::size_t done) const {
+  return [this, done](std::size_t, std::size_t) {
+    if (progress_) progress_(done, 1);
+  };
 }
 
 std::shared_ptr<Database> Conversion::makeTarget(std::unique_ptr<File> file,
@@ -80,6 +96,7 @@ void Conversion::convert(const std::shared_ptr<Database>& target, CompactReport&
     table.nameIndexes(tables, report.lost);
   }
   convertCatalog(*source_, *target, numbers);
+  dropLostRelations(*target);
   transaction.commit();
   const std::uint16_t language =
       load16(&source_->pager().header()[source_->format().header.sortOrder]);
@@ -115,11 +132,13 @@ void Conversion::copyRows(std::map<PageNumber, TableConversion>& tables, Compact
   }
   std::size_t done = 0;
   for (auto& [former, table] : tables) {
-    report.rows += table.copyRows([&] {
-      if (++done % kRowsPerReport == 0 && progress_) {
-        progress_(std::min(done, expected), expected);
-      }
-    });
+    report.rows += table.copyRows(
+        [&] {
+          if (++done % kRowsPerReport == 0 && progress_) {
+            progress_(std::min(done, expected), expected);
+          }
+        },
+        report.lost);
   }
 }
 

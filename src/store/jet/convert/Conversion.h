@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "store/CheckReport.h"
 #include "store/CompactReport.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/convert/TableConversion.h"
@@ -22,6 +23,7 @@ class Conversion {
 
  private:
   void refuseLosses(const CompactReport& report, Losses losses) const;
+  CheckProgress stage(std::size_t done) const;
   std::shared_ptr<Database> makeTarget(std::unique_ptr<File> file, const std::string& path);
   void convert(const std::shared_ptr<Database>& target, CompactReport& report);
   std::map<PageNumber, TableConversion> placeTables(const std::shared_ptr<Database>& target);

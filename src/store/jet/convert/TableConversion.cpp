@@ -19,6 +19,19 @@ namespace {
 
 constexpr std::size_t kRowsOfACommit = 1000;
 
+/// How many bytes of a text the code page does not have. No other text has this character.
+std::size_t unknownCharacters(const Value& value) {
+  constexpr std::string_view kReplacement = "\uFFFD";
+  const auto* text = value.getIf<std::string>();
+  if (text == nullptr) return 0;
+  std::size_t count = 0;
+  for (std::size_t at = text->find(kReplacement); at != std::string::npos;
+       at = text->find(kReplacement, at + kReplacement.size())) {
+    ++count;
+  }
+  return count;
+}
+
 /// A column as Jet 4 has it: text in two bytes a character, in the order of the same language.
 Column convert(Column column) {
   const bool isText = column.type == ColumnType::text;
@@ -76,14 +89,17 @@ TableConversion::TableConversion(Pager& source, std::shared_ptr<const TableDefin
   placeTable(*target_, *table_);
 }
 
-std::size_t TableConversion::copyRows(const std::function<void()>& rowDone) {
+std::size_t TableConversion::copyRows(const std::function<void()>& rowDone,
+                                      std::vector<std::string>& lost) {
   Table table(target_, withoutNumbering(*table_));
   std::optional<Transaction> transaction(std::in_place, *target_);
   std::size_t rows = 0;
   std::vector<Value> values(former_->columns.size());
+  std::vector<std::size_t> unknown(values.size());
   for (TableScan scan(source_, former_); scan.next();) {
     for (std::size_t i = 0; i < values.size(); ++i) {
       values[i] = scan.row().value(former_->columns[i]);
+      unknown[i] += unknownCharacters(values[i]);
     }
     table.insert(values);
     rowDone();
@@ -91,6 +107,13 @@ std::size_t TableConversion::copyRows(const std::function<void()>& rowDone) {
       transaction->commit();
       transaction.emplace(*target_);
     }
+  }
+  for (std::size_t i = 0; i < unknown.size(); ++i) {
+    if (unknown[i] == 0) continue;
+    lost.push_back(fmt::format(
+        "{} of column '{}' of table '{}', which the code page of the file does not have",
+        unknown[i] == 1 ? "a character" : fmt::format("{} characters", unknown[i]),
+        former_->columns[i].name, name()));
   }
   const std::uint32_t lastNumber =
       source_.read(former_->page).view().u32(source_.format().definition.autoNumber);

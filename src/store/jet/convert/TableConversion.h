@@ -25,8 +25,9 @@ class TableConversion {
   PageNumber page() const { return table_->page; }
   std::size_t indexCount() const { return table_->realIndexes.size(); }
 
-  /// Copies the rows, and the last automatic number; tells `rowDone` of each. Gives their number.
-  std::size_t copyRows(const std::function<void()>& rowDone);
+  /// Copies the rows, and the last automatic number; tells `rowDone` of each, and `lost` the
+  /// characters that the code page of the file does not have. Gives the number of rows.
+  std::size_t copyRows(const std::function<void()>& rowDone, std::vector<std::string>& lost);
   /// Makes the trees of the indexes. Those that cannot be are left out, and told to `lost`.
   void buildIndexes(std::vector<std::string>& lost);
   /// Writes the names of the indexes, when all tables have their trees: an index of a relation

@@ -39,6 +39,8 @@ class File {
   /// Returns when all that was written is on the disk.
   virtual void sync() = 0;
   virtual bool readOnly() const = 0;
+  /// Lets the owner of the file write to it, where there are permissions.
+  virtual void letOwnerWrite() {}
 
   /// Takes a lock without waiting, or changes one that is held; false when another opening of the
   /// file holds it in the way. Raises kStoreFailure where the file system has no locks.

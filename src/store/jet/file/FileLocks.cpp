@@ -6,6 +6,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/Waiting.h"
 
 namespace orv::store::jet {
 namespace {
@@ -18,15 +19,21 @@ std::chrono::seconds patienceFor(LockKind kind) {
 
 // Between two tries; a writer leaves the lock free for short moments only.
 constexpr auto kLongestPause = std::chrono::milliseconds(4);
+/// Nobody is told of a shorter waiting.
+constexpr auto kMoment = std::chrono::milliseconds(150);
 
 }  // namespace
 
 void FileLocks::wait(LockKind kind, bool exclusive) {
-  const auto deadline = std::chrono::steady_clock::now() + patienceFor(kind);
+  const auto start = std::chrono::steady_clock::now();
   auto pause = std::chrono::microseconds(50);
+  Waiting waiting;
   while (!file_.tryLock(kind, exclusive)) {
-    if (std::chrono::steady_clock::now() > deadline) {
-      throw Error(kStoreFailure, "'" + path_ + "' is in use by " + file_.lockHolder(kind) +
+    const auto waited = std::chrono::steady_clock::now() - start;
+    const bool isPatient = waited < patienceFor(kind);
+    const auto holder = [&] { return "'" + path_ + "' is in use by " + file_.lockHolder(kind); };
+    if (!isPatient || (waited > kMoment && !waiting.goesOn(holder()))) {
+      throw Error(kStoreFailure, holder() +
                                      ". Wait until it has finished or close the file there, then "
                                      "try again.");
     }

@@ -1,5 +1,8 @@
 #include "store/jet/file/NewFile.h"
 
+#include <array>
+#include <atomic>
+#include <cstdio>
 #include <random>
 
 #include "errors/Error.h"
@@ -22,6 +25,18 @@ std::string nameWhileMade(const std::string& path) {
   return path + "-new-" + std::to_string(device());
 }
 
+/// The names of the files that are being made, where the handler of a signal finds them; more than
+/// these at a time are not found.
+std::array<std::atomic<const char*>, 4> beingMade{};
+
+std::size_t remember(const char* name) {
+  for (std::size_t slot = 0; slot < beingMade.size(); ++slot) {
+    const char* none = nullptr;
+    if (beingMade[slot].compare_exchange_strong(none, name)) return slot;
+  }
+  return beingMade.size();
+}
+
 }  // namespace
 
 NewFile::NewFile(std::string path) : path_(std::move(path)), written_(nameWhileMade(path_)) {
@@ -29,21 +44,26 @@ NewFile::NewFile(std::string path) : path_(std::move(path)), written_(nameWhileM
     refuseToReplace(path_);
   }
   file_ = FileSystem::current().open(written_, FileSystem::Open::newOnly);
+  slot_ = remember(written_.c_str());
 }
 
 NewFile NewFile::beside(const std::string& former, std::string path) {
   if (FileSystem::current().status(path)) {
     refuseToReplace(path);
   }
-  return {std::move(path), former};
+  return {std::move(path), former, Mode::writable};
 }
 
-NewFile::NewFile(std::string path, const std::string& former)
+NewFile::NewFile(std::string path, const std::string& former, Mode mode)
     : path_(std::move(path)),
       written_(nameWhileMade(path_)),
-      file_(FileSystem::current().createCompanion(written_, former)) {}
+      file_(FileSystem::current().createCompanion(written_, former)),
+      slot_(remember(written_.c_str())) {
+  if (mode == Mode::writable) file_->letOwnerWrite();
+}
 
 NewFile::~NewFile() {
+  forget();
   if (written_.empty()) {
     return;
   }
@@ -64,6 +84,7 @@ void NewFile::putInPlace() {
   if (!FileSystem::current().rename(written_, path_)) {
     refuseToReplace(path_);
   }
+  forget();
   written_ = path_;  // Until this is durable, a failure takes it back.
   FileSystem::current().syncFolder(path_);
   written_.clear();
@@ -71,8 +92,20 @@ void NewFile::putInPlace() {
 
 void NewFile::replace() {
   FileSystem::current().replace(written_, path_);
+  forget();
   written_.clear();
   FileSystem::current().syncFolder(path_);
+}
+
+void NewFile::forget() noexcept {
+  if (slot_ < beingMade.size()) beingMade[slot_] = nullptr;
+  slot_ = beingMade.size();
+}
+
+void NewFile::removeAll() noexcept {
+  for (const auto& slot : beingMade) {
+    if (const char* name = slot) std::remove(name);
+  }
 }
 
 }  // namespace orv::store::jet

@@ -16,9 +16,9 @@ class NewFile {
   /// Raises kStoreFailure where a file stands at `path` already.
   explicit NewFile(std::string path);
   /// One that is to take the place of the database at `former`, with its owner and permissions.
-  static NewFile inPlaceOf(const std::string& former) { return {former, former}; }
+  static NewFile inPlaceOf(const std::string& former) { return {former, former, Mode::asFormer}; }
   /// One made of `former`, with its owner and permissions, that is to be at `path`. Raises
-  /// kStoreFailure where a file stands there already.
+  /// kStoreFailure where a file stands there already. Its owner may write to it.
   static NewFile beside(const std::string& former, std::string path);
   ~NewFile();
   NewFile(const NewFile&) = delete;
@@ -36,12 +36,20 @@ class NewFile {
   /// The same, in place of the file that stands there.
   void replace();
 
+  /// Removes those that are being made. For a handler of signals, after which the program ends.
+  static void removeAll() noexcept;
+
  private:
-  NewFile(std::string path, const std::string& former);
+  enum class Mode { asFormer, writable };
+
+  NewFile(std::string path, const std::string& former, Mode mode);
+
+  void forget() noexcept;
 
   std::string path_;
   std::string written_;  ///< its name while it is made; empty when it has its own
   std::unique_ptr<File> file_;
+  std::size_t slot_;  ///< among those that are being made
 };
 
 }  // namespace orv::store::jet

@@ -15,6 +15,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/file/Bytes.h"
 #include "store/jet/file/File.h"
 
 namespace orv::store::jet {
@@ -97,6 +98,20 @@ std::string attributeOf(const std::string& path, const std::string& name) {
   });
 }
 
+/// The mode of a file with no more rights of its group than an access control list gives that
+/// group itself; where there is a list, the mode has what its entries may have at most.
+mode_t withRightsOfGroup(mode_t mode, const std::string& accessList) {
+  constexpr std::size_t kVersionSize = 4;
+  constexpr std::size_t kEntrySize = 8;  // tag, rights, who
+  constexpr std::uint16_t kOwningGroup = 4;
+  for (std::size_t at = kVersionSize; at + kEntrySize <= accessList.size(); at += kEntrySize) {
+    const auto* entry = reinterpret_cast<const std::uint8_t*>(&accessList[at]);
+    if (load16(entry) != kOwningGroup) continue;
+    return mode & ~(S_IRWXG & ~(mode_t{load16(entry + 2)} << 3));
+  }
+  return mode;
+}
+
 class PosixFile final : public File {
  public:
   PosixFile(int descriptor, std::string path, bool readOnly)
@@ -152,6 +167,8 @@ class PosixFile final : public File {
 
   bool readOnly() const override { return readOnly_; }
 
+  void letOwnerWrite() override { setMode(systemStatus().st_mode | S_IWUSR); }
+
   bool tryLock(LockKind kind, bool exclusive) override {
     struct flock lock = lockOf(kind, exclusive ? F_WRLCK : F_RDLCK);
     if (::fcntl(descriptor_, F_OFD_SETLK, &lock) == 0) {
@@ -204,23 +221,27 @@ class PosixFile final : public File {
 
   /// Gives the file the owner, group, permissions and attributes of another, as far as this user
   /// may. An access control list decides what the bits for the group mean: none is inherited from
-  /// the folder, and that of the other comes last.
+  /// the folder, and that of the other comes last. Without it these bits are what the group itself
+  /// may.
   void belongTogetherWith(const struct stat& other, const std::string& path) {
     ::fremovexattr(descriptor_, kAccessList);
     if (::fchown(descriptor_, other.st_uid, other.st_gid) != 0 &&
         ::fchown(descriptor_, static_cast<uid_t>(-1), other.st_gid) != 0) {
       // Its own group has to do.
     }
-    if (::fchmod(descriptor_, other.st_mode & 0666) != 0) {
-      raiseFailure("Creating", path_, errno);
-    }
+    setMode(other.st_mode);
     for (const std::string& name : attributesOf(path)) {
       const std::string value = attributeOf(path, name);
-      ::fsetxattr(descriptor_, name.c_str(), value.data(), value.size(), 0);
+      const int result = ::fsetxattr(descriptor_, name.c_str(), value.data(), value.size(), 0);
+      if (result != 0 && name == kAccessList) setMode(withRightsOfGroup(other.st_mode, value));
     }
   }
 
  private:
+  void setMode(mode_t mode) {
+    if (::fchmod(descriptor_, mode & 0666) != 0) raiseFailure("Creating", path_, errno);
+  }
+
   int descriptor_;
   std::string path_;
   bool readOnly_;
@@ -308,6 +329,7 @@ class PosixFileSystem final : public FileSystem {
     if (::stat(path.c_str(), &now) == 0 && ::stat(former.c_str(), &before) == 0) {
       if (now.st_uid != before.st_uid) names.emplace_back("owner");
       if (now.st_gid != before.st_gid) names.emplace_back("group");
+      if (((now.st_mode ^ before.st_mode) & 0666) != 0) names.emplace_back("rights of the group");
     }
     return names;
   }

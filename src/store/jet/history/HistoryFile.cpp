@@ -61,7 +61,7 @@ std::optional<HistoryEntry> decodeHead(std::span<const std::uint8_t> bytes, std:
   HistoryEntry entry;
   const std::uint32_t kind = load32(&bytes[4]);
   entry.size = load64(&bytes[24]);
-  const bool isHead = load32(bytes.data()) == kRecordMagic && kind >= 1 && kind <= 4 &&
+  const bool isHead = load32(bytes.data()) == kRecordMagic && kind >= 1 && kind <= 5 &&
                       entry.size >= kHeadSize && entry.size <= room &&
                       load64(&bytes[56]) == checksumOf(bytes.first(kHeadSize - kSumSize));
   if (!isHead) return std::nullopt;
@@ -160,10 +160,17 @@ bool HistoryFile::append(const HistoryRecord& record, bool waits) {
   entries_.push_back({std::move(head), end_, bytes.size()});
   end_ += bytes.size();
   if (end_ <= largest_) return true;
-  shorten(record.work);
+  shorten(record);
   return std::ranges::none_of(entries_, [&](const HistoryEntry& entry) {
     return entry.head.work == record.work && entry.head.kind == HistoryRecord::Kind::lost;
   });
+}
+
+void HistoryFile::withdraw() {
+  if (look() != Found::sound || entries_.empty()) return;
+  end_ = entries_.back().place;
+  entries_.pop_back();
+  file_->truncate(end_);
 }
 
 void HistoryFile::sync() {
@@ -192,24 +199,27 @@ void HistoryFile::setAside() {
   throw Error(kStoreFailure, "'" + path_ + "' is of another database, and cannot be renamed.");
 }
 
-/// Drops the oldest works until there is room again. Of a work that is larger than all there may
-/// be, only is kept that it was there.
-void HistoryFile::shorten(std::uint64_t work) {
+/// Drops the oldest works until there is room again, and `work`, the newest one, never: only where
+/// it is larger than all there may be, no more is kept than that it was there.
+void HistoryFile::shorten(const HistoryRecord& added) {
   const std::uint64_t wanted = largest_ / 4 * 3;
+  const bool grows =
+      added.kind != HistoryRecord::Kind::undone && added.kind != HistoryRecord::Kind::redone;
   auto first = entries_.begin();
   std::uint64_t left = end_ - kHeaderSize;
-  while (first != entries_.end() && left > wanted) {
+  while (first != entries_.end() && !(grows && first->head.work == added.work) && left > wanted) {
     const std::uint64_t dropped = first->head.work;
     for (; first != entries_.end() && first->head.work == dropped; ++first) left -= first->size;
   }
+  if (kHeaderSize + left > largest_) first = entries_.end();
   Bytes kept(kHeaderSize + (first == entries_.end() ? 0 : left));
   std::ranges::copy(encodeHeader(identity_), kept.begin());
   if (first != entries_.end()) {
     file_->read(first->place, kept.data() + kHeaderSize, static_cast<std::size_t>(left));
-  } else {
+  } else if (grows) {
     HistoryRecord lost = entries_.back().head;
     lost.kind = HistoryRecord::Kind::lost;
-    lost.work = work;
+    lost.work = added.work;
     const Bytes bytes = encodeRecord(lost);
     kept.insert(kept.end(), bytes.begin(), bytes.end());
   }

@@ -19,6 +19,7 @@ struct HistoryRecord {
     undone = 2,  ///< the work has been taken back
     redone = 3,  ///< and made again
     lost = 4,    ///< not all of the work is here, so that it cannot be taken back
+    ended = 5,   ///< all commits of the work were made
   };
   Kind kind = Kind::changes;
   std::uint64_t work = 0;
@@ -61,6 +62,8 @@ class HistoryFile {
   /// Adds a record; with `waits` it is on the disk when this returns. False when the work of the
   /// record has grown past the bound, and is lost.
   bool append(const HistoryRecord& record, bool waits);
+  /// Takes the last record out again.
+  void withdraw();
   /// Returns when all that was added is on the disk.
   void sync();
 
@@ -69,7 +72,7 @@ class HistoryFile {
   void readEntries();
   void beginNew();
   void setAside();
-  void shorten(std::uint64_t work);
+  void shorten(const HistoryRecord& added);
 
   std::string databasePath_;
   std::string path_;

@@ -5,6 +5,7 @@
 #include <bit>
 #include <ctime>
 #include <random>
+#include <utility>
 
 #include "errors/Error.h"
 #include "store/jet/file/LogFormat.h"
@@ -13,6 +14,7 @@ namespace orv::store::jet {
 namespace {
 
 constexpr const char* kSystemTables = "MSys";
+constexpr const char* kTooLarge = "The change is larger than all that the history may hold.";
 
 std::uint64_t newWork() {
   std::random_device device;
@@ -69,12 +71,13 @@ void HistoryRecorder::beginWork(const std::string& title) {
   if (depth_++ > 0) return;
   work_ = newWork();
   title_ = title;
-  isLost_ = isLossTold_ = false;
+  isLost_ = isLossTold_ = hasBegun_ = false;
 }
 
-void HistoryRecorder::endWork() noexcept {
+void HistoryRecorder::endWork(bool isLocked) noexcept {
   if (--depth_ > 0) return;
   try {
+    if (isLocked && hasBegun_ && !isLost_) append(HistoryRecord::Kind::ended, work_);
     file_.sync();
   } catch (const Error& error) {
     failure_ = error.description();
@@ -94,6 +97,7 @@ void HistoryRecorder::rowChanged(const std::string& table, std::span<const Value
   changes_.add(table, before, after);
   if (changes_.bytes().size() > largest_) {
     isLost_ = true;
+    failure_ = kTooLarge;
     changes_.cut(0);
   }
 }
@@ -103,12 +107,34 @@ void HistoryRecorder::forgetSince(std::size_t mark) {
 }
 
 void HistoryRecorder::rolledBack() {
+  if (depth_ == 0) isLost_ = false;
+  if (std::exchange(isPending_, false)) {
+    try {
+      file_.withdraw();
+    } catch (const Error& error) {
+      failure_ = error.description();
+      isLost_ = depth_ > 0;
+    }
+  }
   changes_.cut(0);
   next_ = HistoryRecord::Kind::changes;
-  if (depth_ == 0) isLost_ = false;
+}
+
+void HistoryRecorder::committing() noexcept {
+  if (next_ != HistoryRecord::Kind::changes || largest_ == 0) return;
+  if (depth_ == 0) work_ = newWork();
+  if (isLost_ || changes_.bytes().empty()) return;
+  try {
+    isPending_ = append(HistoryRecord::Kind::changes, work_, changes_.bytes());
+    hasBegun_ = true;
+  } catch (const Error& error) {
+    failure_ = error.description();
+    isLost_ = true;
+  }
 }
 
 void HistoryRecorder::committed() noexcept {
+  isPending_ = false;
   try {
     writeCommit();
   } catch (const Error& error) {
@@ -124,18 +150,21 @@ void HistoryRecorder::writeCommit() {
     return;
   }
   if (largest_ == 0) return;
-  if (depth_ == 0) work_ = newWork();
-  if (isLost_) {
-    if (!isLossTold_) append(HistoryRecord::Kind::lost, work_);
-    isLost_ = isLossTold_ = depth_ > 0;
-  } else if (!changes_.bytes().empty()) {
-    append(HistoryRecord::Kind::changes, work_, changes_.bytes());
+  const bool isLost = std::exchange(isLost_, depth_ > 0 && isLost_);
+  if (isLost) {
+    if (!std::exchange(isLossTold_, depth_ > 0)) append(HistoryRecord::Kind::lost, work_);
+  } else if (depth_ == 0 && !changes_.bytes().empty()) {
+    append(HistoryRecord::Kind::ended, work_);
   }
 }
 
-void HistoryRecorder::append(HistoryRecord::Kind kind, std::uint64_t work, Bytes changes) {
+/// False when the work is lost for it.
+bool HistoryRecorder::append(HistoryRecord::Kind kind, std::uint64_t work, Bytes changes) {
   HistoryRecord record{kind, work, std::time(nullptr), title_, std::move(changes)};
-  if (!file_.append(record, depth_ == 0)) isLost_ = isLossTold_ = depth_ > 0;
+  if (file_.append(record, depth_ == 0)) return true;
+  isLost_ = isLossTold_ = true;
+  failure_ = kTooLarge;
+  return false;
 }
 
 }  // namespace orv::store::jet

@@ -39,6 +39,12 @@ std::vector<Value> ReversedTable::valuesAt(RowId id) const {
   return values;
 }
 
+/// Whether a unique index refuses a second row like this one.
+bool ReversedTable::isUnique(std::span<const Value> row) const {
+  const RealIndex* index = indexFor(row);
+  return index && index->unique;
+}
+
 void ReversedTable::readCandidates(const RealIndex& index, const Bytes& key) {
   if (index_ == &index && key_ == key) return;
   finish();  // so that the index is whole
@@ -62,13 +68,19 @@ void ReversedTable::readAll() {
   hasAll_ = true;
 }
 
-std::optional<RowId> ReversedTable::find(std::span<const Value> row, std::vector<Value>& present) {
+/// Has the rows at hand that may be this one; the index that led to them, if one did.
+const RealIndex* ReversedTable::lookFor(std::span<const Value> row) {
   const RealIndex* index = hasAll_ ? nullptr : indexFor(row);
   if (index) {
     readCandidates(*index, makeKey(table_->definition(), *index, row));
   } else {
     readAll();
   }
+  return index;
+}
+
+std::optional<RowId> ReversedTable::find(std::span<const Value> row, std::vector<Value>& present) {
+  const RealIndex* index = lookFor(row);
   const auto found = candidates_.find(contentOf(row));
   if (found != candidates_.end()) return found->second;
   if (index && index->unique && !candidates_.empty()) {
@@ -76,6 +88,15 @@ std::optional<RowId> ReversedTable::find(std::span<const Value> row, std::vector
     present = valuesAt(candidates_.begin()->second);
   }
   return std::nullopt;
+}
+
+bool ReversedTable::hasOther(std::span<const Value> row, Likeness likeness) {
+  if (isUnique(row)) return false;
+  const RealIndex* index = lookFor(row);
+  const auto isOther = [&](const auto& candidate) { return !own_.contains(candidate.second); };
+  if (index && likeness == Likeness::key) return std::ranges::any_of(candidates_, isOther);
+  const auto [first, last] = candidates_.equal_range(contentOf(row));
+  return std::any_of(first, last, isOther);
 }
 
 std::string ReversedTable::contentOf(std::span<const Value> row) {
@@ -94,8 +115,10 @@ void ReversedTable::removeCandidate(RowId id, std::span<const Value> row) {
 
 void ReversedTable::insert(std::span<const Value> row) {
   const RowId id = changes().insert(row);
-  index_ = nullptr;
-  if (hasAll_) candidates_.emplace(contentOf(row), id);
+  own_.insert(id);
+  const bool isCandidate =
+      hasAll_ || (index_ && makeKnownKey(table_->definition(), *index_, row) == key_);
+  if (isCandidate) candidates_.emplace(contentOf(row), id);
 }
 
 void ReversedTable::update(RowId id, std::span<const Value> from, std::span<const Value> to) {
@@ -108,6 +131,7 @@ void ReversedTable::update(RowId id, std::span<const Value> from, std::span<cons
 
 void ReversedTable::erase(RowId id, std::span<const Value> row) {
   changes().erase(id);
+  own_.erase(id);
   removeCandidate(id, row);
 }
 
@@ -139,6 +163,7 @@ void RowReversal::makeAgain(const std::vector<RowChange>& changes) {
 void RowReversal::finish() {
   if (isBroken_) return;
   for (auto& [name, table] : tables_) table.finish();
+  if (conflicts_.empty()) conflicts_ = references_.violations();
 }
 
 void RowReversal::apply(const RowChange& change, bool back) {
@@ -155,7 +180,7 @@ ReversedTable* RowReversal::table(const RowChange& change) {
   if (known == tables_.end()) {
     const CatalogEntry* entry = database_.find(change.table);
     if (entry == nullptr || entry->kind != CatalogEntry::Kind::table) {
-      conflicts_.push_back({change.table, {}, {}, {}});
+      conflicts_.push_back({.table = change.table});
       isBroken_ = true;
       return nullptr;
     }
@@ -163,7 +188,7 @@ ReversedTable* RowReversal::table(const RowChange& change) {
   }
   const std::size_t columns = std::max(change.before.size(), change.after.size());
   if (known->second.table().definition().columns.size() == columns) return &known->second;
-  conflicts_.push_back({change.table, {}, {}, {}});
+  conflicts_.push_back({.table = change.table});
   isBroken_ = true;
   return nullptr;
 }
@@ -172,22 +197,33 @@ void RowReversal::apply(const std::string& name, ReversedTable& table, std::span
                         std::span<const Value> to) {
   std::vector<Value> present;
   const auto conflict = [&](std::span<const Value> wanted) {
-    RowConflict found{name, {}, {wanted.begin(), wanted.end()}, present};
+    HistoryConflict found{
+        .table = name, .wanted = {wanted.begin(), wanted.end()}, .present = present};
+    if (found.wanted == found.present) found.kind = HistoryConflict::Kind::isThere;
     for (const Column& column : table.table().definition().columns) {
       found.columns.push_back(column.name);
     }
     conflicts_.push_back(std::move(found));
   };
   try {
-    if (from.empty()) return table.insert(to);
-    const auto row = table.find(from, present);
-    if (!row) return conflict(from);
-    to.empty() ? table.erase(*row, from) : table.update(*row, from, to);
+    if (from.empty()) {
+      if (table.hasOther(to, likeness_)) {
+        present.assign(to.begin(), to.end());
+        return conflict(to);
+      }
+      table.insert(to);
+    } else {
+      const auto row = table.find(from, present);
+      if (!row) return conflict(from);
+      to.empty() ? table.erase(*row, from) : table.update(*row, from, to);
+    }
+    references_.rowWent(table.table(), from);
+    references_.rowCame(table.table(), to);
   } catch (const Error& error) {
     if (error.number() != kDuplicateKey) throw;
     isBroken_ = true;
     table.abandon();
-    table.find(to, present);
+    if (table.find(to, present)) present.assign(to.begin(), to.end());
     conflict(to);
   }
 }

@@ -26,7 +26,10 @@ class ChangeObserver {
   virtual void forgetSince(std::size_t mark) = 0;
   /// All of the transaction has been undone.
   virtual void rolledBack() = 0;
-  /// All that was told is in the file for good. Called within the locks of the transaction.
+  /// The transaction is about to be written. Called within its locks; committed() or rolledBack()
+  /// follows.
+  virtual void committing() noexcept = 0;
+  /// All that was told is in the file for good, or nothing was. Called within the locks of the transaction.
   virtual void committed() noexcept = 0;
 };
 

@@ -129,19 +129,24 @@ bool Pager::letWritersIn() {
   return !isChanged;
 }
 
+std::string Pager::whyReadOnly() const {
+  if (!readOnly()) return {};
+  const std::string refused = "'" + path() + "' cannot be changed: ";
+  if (file_.readOnly()) {
+    return refused +
+           "the file is read-only. Give yourself permission to write it, or work on a copy.";
+  }
+  const std::string format =
+      engineVersion_ > 1 ? "Access 2007 and later" : "format " + std::string(format_->name);
+  return refused + "files of " + format +
+         " are only read. Copy its records into a database of format Jet 4, or convert the file "
+         "with Access 2000 or later.";
+}
+
 void Pager::acquireWrite() {
   if (writers_ == 0) {
     if (readOnly()) {
-      throw Error(kReadOnlyStore,
-                  "'" + path() + "' cannot be changed: " +
-                      (file_.readOnly()
-                           ? "the file is read-only. Give yourself permission to write it, or "
-                             "work on a copy."
-                           : "files of " +
-                                 (engineVersion_ > 1 ? "Access 2007 and later"
-                                                     : "format " + std::string(format_->name)) +
-                                 " are only read. Copy its records into a database of format "
-                                 "Jet 4, or convert the file with Access 2000 or later."));
+      throw Error(kReadOnlyStore, whyReadOnly());
     }
     file_.enterWriter();
     try {
@@ -269,9 +274,12 @@ void Pager::commit() {
   if (doomed_) {
     throw Error(kStoreFailure, "A change of '" + path() + "' failed in part and is undone whole.");
   }
-  if (--transactionDepth_ > 0 || dirty_.empty()) {
+  if (--transactionDepth_ > 0) return;
+  if (dirty_.empty()) {
+    if (observer_) observer_->committed();
     return;
   }
+  if (observer_) observer_->committing();
   try {
     writeDirtyPages();
   } catch (const Error&) {

@@ -69,6 +69,8 @@ class Pager {
   /// 0 Jet 3, 1 Jet 4, 2 and above `.accdb`.
   int engineVersion() const { return engineVersion_; }
   bool readOnly() const { return file_.readOnly() || !writableFormat(); }
+  /// What the error of a change says; empty where the file can be changed.
+  std::string whyReadOnly() const;
   bool isReplaced() const { return file_.isReplaced(); }
   /// Returns when all commits are on the disk.
   void sync() { file_.sync(); }

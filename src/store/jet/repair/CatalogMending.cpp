@@ -2,25 +2,16 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <algorithm>
 #include <set>
 
 #include "errors/Error.h"
-#include "store/jet/catalog/CatalogWriter.h"
+#include "store/jet/catalog/FixedObjects.h"
 
 namespace orv::store::jet {
 namespace {
 
 using Kind = CatalogEntry::Kind;
-
-constexpr std::uint32_t kSystemObject = 0x80000000;
-
-const std::array<CatalogObject, 4> kFixedObjects = {{
-    {kTablesContainer, kRootContainer, "Tables", Kind::container, kSystemObject},
-    {kDatabasesContainer, kRootContainer, "Databases", Kind::container, kSystemObject},
-    {kRelationshipsContainer, kRootContainer, "Relationships", Kind::container, kSystemObject},
-    {kDatabaseObject, kDatabasesContainer, "MSysDb", Kind::database, kSystemObject},
-}};
 
 /// Those that the file hides its users by; where that is lost, those of a file that hides none.
 SecurityIds idsOf(const Table& objects) {
@@ -56,7 +47,6 @@ void hideAnew(Table& table, std::string_view name, const SecurityIds& former) {
 
 void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& catalog,
                  const TableNumbers& numbers, bool hasNewHeader) {
-  constexpr PageNumber kPermissionsPage = 3;
   const auto open = [&](PageNumber page) {
     return std::make_shared<Table>(pager,
                                    readTableDefinition(*pager, page, nameOfFixedTable(page)));
@@ -74,9 +64,9 @@ void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& cata
   for (const CatalogEntry& entry : catalog.entries()) {
     ids.insert(entry.id);
   }
-  for (const CatalogObject& object : kFixedObjects) {
-    if (ids.insert(object.id).second) {
-      writer.addObject(object, writer.ids().engine());
+  for (const CatalogObject& object : fixedObjects()) {
+    if (object.kind != Kind::table && ids.insert(object.id).second) {
+      addFixedObject(writer, object);
     }
   }
   for (const CatalogEntry& entry : catalog.entries()) {
@@ -92,11 +82,13 @@ void mendCatalog(const std::shared_ptr<Pager>& pager, const CatalogSalvage& cata
     if (table.isNamed) {
       continue;
     }
-    const bool isFixed = !nameOfFixedTable(page).empty();
-    const CatalogObject object{.id = static_cast<std::int32_t>(numbers[page]),
-                               .name = table.definition.table->name,
-                               .flags = isFixed ? kSystemObject : 0};
-    isFixed ? writer.addObject(object, writer.ids().engine()) : writer.addUserObject(object);
+    const auto id = static_cast<std::int32_t>(numbers[page]);
+    if (nameOfFixedTable(page).empty()) {
+      writer.addUserObject({.id = id, .name = table.definition.table->name});
+    } else {
+      addFixedObject(writer, *std::ranges::find(fixedObjects(), static_cast<std::int32_t>(page),
+                                                &CatalogObject::id));
+    }
   }
   transaction.commit();
 }

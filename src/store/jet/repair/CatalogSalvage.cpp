@@ -4,14 +4,13 @@
 
 #include <algorithm>
 
+#include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/page/Text.h"
 
 namespace orv::store::jet {
 namespace {
 
 using Kind = CatalogEntry::Kind;
-
-constexpr PageNumber kQueriesPage = 4;
 
 /// The values of some columns of a system table's rows.
 class Fields {

@@ -10,7 +10,7 @@
 #include "store/jet/catalog/EmptyDatabase.h"
 #include "store/jet/catalog/Password.h"
 #include "store/jet/compact/CopySource.h"
-#include "store/jet/file/Log.h"
+#include "store/jet/file/LogRecovery.h"
 #include "store/jet/page/Rc4.h"
 #include "store/jet/page/Text.h"
 #include "store/jet/repair/MendedFile.h"
@@ -19,6 +19,10 @@ namespace orv::store::jet {
 namespace {
 
 constexpr std::size_t kPageSize = 4096;  // of Jet 4
+
+constexpr std::string_view kRemedyOfJet3 =
+    "A sound one can be converted (orv compact FILE NEW --jet4). Of a damaged one take a copy from "
+    "before the damage, or what can still be read of each table (orv sql FILE TABLE).";
 
 /// The first pages of a file, as they are; with zeros where it is shorter.
 Bytes readBeginning(File& file) {
@@ -84,15 +88,39 @@ Header mendHeader(const Bytes& beginning) {
   return header;
 }
 
-/// The commits of a log go into the file that its header is of, which this one cannot say.
-void tellLog(const std::string& path, CompactReport& report) {
+/// A log is only brought into a file that is opened by its own header.
+void tellLog(File& file, const std::string& path, CompactReport& report) {
   Log log(path, kPageSize);
+  if (log.look() != Log::Found::sound) return;
   std::size_t commits = 0;
-  if (log.look() == Log::Found::sound)
-    log.forEachRecord([&](const auto&, const auto&) { ++commits; });
-  if (commits > 0) {
-    report.lost.push_back(
-        fmt::format("the last {} changes, as far as they are only in '{}'", commits, log.path()));
+  log.forEachRecord([&](const auto&, const auto&) { ++commits; });
+  switch (LogRecovery(log, file, kPageSize).compare()) {
+    case LogRecovery::Outcome::complete:
+      break;
+    case LogRecovery::Outcome::missing:
+      report.lost.push_back(fmt::format(
+          "parts of the last {} changes, which only '{}' has. To have them, put the first {} bytes "
+          "of a copy from before the damage in place of those of the damaged file, with that log "
+          "beside it, and open it (orv info)",
+          commits, log.path(), kPageSize));
+      break;
+    case LogRecovery::Outcome::foreign:
+      report.lost.push_back(fmt::format(
+          "the last {} changes, as far as they are only in '{}', which does not fit the file as it "
+          "is now",
+          commits, log.path()));
+      break;
+  }
+}
+
+/// Of an encoded page nothing can be read unless it is whole.
+void tellPartOfPage(std::uint64_t size, bool isReadable, CompactReport& report) {
+  const std::string part =
+      fmt::format("page {}, of which {} bytes are there", size / kPageSize, size % kPageSize);
+  if (isReadable) {
+    report.notes.push_back("the file ends within " + part);
+  } else {
+    report.lost.push_back(part + ": the file ends there, and its pages are encoded as wholes");
   }
 }
 
@@ -116,7 +144,7 @@ DamagedDatabase::DamagedDatabase(const std::string& path, const std::string& pas
                             path));
   }
   if (!header || header->isOwn) {
-    opened_ = openToCopy(path, password, "repaired");
+    opened_ = openToCopy(path, password, "repaired", kRemedyOfJet3);
     database_ = opened_;
     size_ = opened_->pager().fileSize();
   } else if (header->keepsHidden) {
@@ -125,14 +153,10 @@ DamagedDatabase::DamagedDatabase(const std::string& path, const std::string& pas
     hasNewHeader_ = true;
     report.lost.emplace_back("what the header page says; it was made anew, without a password");
   }
-  if (header && !header->isOwn) tellLog(path, report);
-  if (!header || (header->isOwn && size_ % kPageSize == 0)) {
-    return;
-  }
-  if (size_ % kPageSize != 0) {
-    report.notes.push_back(fmt::format("the file ends within page {}, of which {} bytes are there",
-                                       size_ / kPageSize, size_ % kPageSize));
-  }
+  const bool endsWithinPage = size_ % kPageSize != 0;
+  if (header && !header->isOwn) tellLog(*file, path, report);
+  if (endsWithinPage) tellPartOfPage(size_, header.has_value(), report);
+  if (!header || (header->isOwn && !endsWithinPage)) return;
   database_ = Database::over(Pager::overFile(
       std::make_unique<MendedFile>(std::move(file), std::move(header->page)), path));
   database_->checkPassword(password);

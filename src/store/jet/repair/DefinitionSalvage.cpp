@@ -8,16 +8,13 @@
 
 #include "errors/Error.h"
 #include "store/jet/catalog/EmptyDatabase.h"
+#include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/compact/DefinitionEditor.h"
 #include "store/jet/definition/DefinitionPages.h"
 #include "store/jet/repair/Fault.h"
 
 namespace orv::store::jet {
 namespace {
-
-constexpr PageNumber kFirstFixed = 2;
-constexpr std::array<const char*, 4> kFixedTables = {"MSysObjects", "MSysACEs", "MSysQueries",
-                                                     "MSysRelationships"};
 
 bool isPossible(ColumnType type) {
   return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
@@ -147,12 +144,6 @@ SalvagedDefinition withoutIndexes(Pager& pager, const SalvagedDefinition& defini
   Bytes bytes = DefinitionEditor::withoutIndexes(pager.format(), definition.bytes, table);
   auto without = readTableColumns(pager, bytes, table.page, table.name);
   return {std::move(without), std::move(bytes), why, definition.isSure};
-}
-
-std::string nameOfFixedTable(PageNumber page) {
-  return page >= kFirstFixed && page < kFirstFixed + kFixedTables.size()
-             ? kFixedTables[page - kFirstFixed]
-             : "";
 }
 
 std::optional<SalvagedDefinition> salvageDefinition(Pager& pager, PageNumber page,

@@ -27,7 +27,4 @@ std::optional<SalvagedDefinition> salvageDefinition(Pager& pager, PageNumber pag
 SalvagedDefinition withoutIndexes(Pager& pager, const SalvagedDefinition& definition,
                                   const std::string& why);
 
-/// The name of the system table that is defined on a page in every file; empty for none.
-std::string nameOfFixedTable(PageNumber page);
-
 }  // namespace orv::store::jet

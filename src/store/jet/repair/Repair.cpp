@@ -7,6 +7,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/check/FileCheck.h"
+#include "store/jet/compact/LostRelations.h"
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/repair/CatalogMending.h"
@@ -42,11 +43,22 @@ CompactReport Repair::writeTo(const std::string& target) {
   copyTables(survey, catalog, copy, numbers);
   copy.finish();
   mendCatalog(copy.sharedPager(), catalog, numbers, source_.hasNewHeader());
+  tellLostRelations(copy.sharedPager());
   tellFaults(copy.sharedPager());
   copy.pager().sync();
   report_.sizeAfter = copy.pager().fileSize();
   made.putInPlace();
   return report_;
+}
+
+void Repair::tellLostRelations(const std::shared_ptr<Pager>& pager) {
+  const auto made = Database::over(pager);
+  Transaction transaction(*pager);
+  for (const std::string& name : dropLostRelations(*made)) {
+    report_.lost.push_back(
+        fmt::format("that relation '{}' is enforced: a table or an index of it is lost", name));
+  }
+  transaction.commit();
 }
 
 /// There should be none: what they are is told, and that the file is not whole.

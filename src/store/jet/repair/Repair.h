@@ -20,6 +20,7 @@ class Repair {
   CompactReport writeTo(const std::string& target);
 
  private:
+  void tellLostRelations(const std::shared_ptr<Pager>& pager);
   void tellFaults(const std::shared_ptr<Pager>& pager);
   void copyTables(const PageSurvey& survey, const CatalogSalvage& catalog, CopyTarget& target,
                   TableNumbers& numbers);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "errors/Error.h"
+#include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/check/IndexCheck.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/row/LongValue.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -114,24 +115,23 @@ std::span<const Value> RowChanges::fit(std::span<const Value> values, bool newRo
     throw Error(kInvalidCall,
                 "A row of table '" + table_.name() + "' needs a value for each column.");
   }
-  const auto isFit = [newRow](const Column& column, const Value& value) {
-    const bool isMade = newRow && (column.autoNumber || column.autoGuid) && value.isNull();
-    return !isMade && fitsAsItIs(column, value);
-  };
-  if (std::ranges::equal(definition_.columns, values, isFit)) return values;
-  fitted_.clear();
+  bool isChanged = false;
   for (std::size_t i = 0; i < values.size(); ++i) {
-    const Column& column = definition_.columns[i];
-    const bool isMade = newRow && values[i].isNull();
-    if (isMade && column.autoNumber) {
-      fitted_.emplace_back(table_.reserveAutoNumber());
-    } else if (isMade && column.autoGuid) {
-      fitted_.emplace_back(makeGuid());
-    } else {
-      fitted_.push_back(fitValue(table_.name(), column, values[i]));
-    }
+    std::optional<Value> changed;
+    if (newRow && values[i].isNull()) changed = makeValue(definition_.columns[i]);
+    if (!changed) changed = changedToFit(table_.name(), definition_.columns[i], values[i]);
+    if (!changed) continue;
+    if (!std::exchange(isChanged, true)) fitted_.assign(values.begin(), values.end());
+    fitted_[i] = *std::move(changed);
   }
-  return fitted_;
+  return isChanged ? std::span<const Value>(fitted_) : values;
+}
+
+/// What a new row gets in a column by itself; nothing in most columns.
+std::optional<Value> RowChanges::makeValue(const Column& column) {
+  if (column.autoNumber) return table_.reserveAutoNumber();
+  if (column.autoGuid) return makeGuid();
+  return {};
 }
 
 /// Reads what indexes need of a row that goes, and tells the observer of all of it. A row that is

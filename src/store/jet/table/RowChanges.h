@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -40,6 +41,7 @@ class RowChanges {
   };
 
   std::span<const Value> fit(std::span<const Value> values, bool newRow);
+  std::optional<Value> makeValue(const Column& column);
   void readErased(const RowView& row);
   Bytes keyOf(const RealIndex& index, std::span<const Value> values) const;
   void addEntry(Index& index, std::span<const Value> row, RowId id);

@@ -1,0 +1,235 @@
+// What happens to somebody who works with the window for a day.
+#include <unistd.h>
+
+#include <QClipboard>
+#include <QDockWidget>
+#include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "app/WindowTest.h"
+#include "app/dialogs/ProgressDialog.h"
+#include "app/docks/audit/FindingsTree.h"
+#include "app/docks/spectra/SpectrumDock.h"
+#include "store/Connection.h"
+#include "store/jet/file/File.h"
+
+namespace orv::test {
+
+class DayTest : public WindowTest {
+ protected:
+  std::string name(int row) { return cell(row, 1).toStdString(); }
+  std::string counts() { return label("lblCounts").toStdString(); }
+  int currentRow() { return grid().currentIndex().row(); }
+
+  void pressRow(int row, Qt::KeyboardModifiers modifiers = {}) {
+    const QRect place = grid().visualRect(grid().model()->index(row, 1));
+    QTest::mouseClick(grid().viewport(), Qt::LeftButton, modifiers, place.center());
+  }
+  void doubleClick(QAbstractItemView& view, const QModelIndex& index) {
+    view.scrollTo(index);
+    const QPoint place = view.visualRect(index).center();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
+    QTest::qWait(200);  // whatever the first click sets off is done
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, place);
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    window.activateWindow();  // without a window manager no one else does when a dialog has closed
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.focusWidget(), key, modifiers);
+  }
+};
+
+TEST_F(DayTest, DocksKeepTheirSizeWhateverTheyHold) {
+  window.resize(433, 433);
+  window.openPaths({makeRows("a.mdb", 40)});
+  window.resize(1366, 768);
+  pressRow(11);
+  trigger("mnuViewSpectrum");
+  trigger("mnuViewDetails");
+  auto& spectra = find<QDockWidget>("SpectrumDock");
+  auto& details = find<QDockWidget>("DetailsDock");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(spectra.height() - 768 * 42 / 100) < 8; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(details.width() - 1366 * 30 / 100) < 8; }));
+  const int height = spectra.height();
+  const QRect row = grid().visualRect(grid().model()->index(11, 0));
+  EXPECT_TRUE(grid().viewport()->rect().contains(row.adjusted(0, 0, -row.width() + 1, 0)));
+
+  const auto* database = tree().topLevelItem(0);
+  doubleClick(tree(), tree().indexAt(tree().visualItemRect(database).center()));
+  EXPECT_EQ(spectra.height(), height);
+  EXPECT_EQ(tree().currentItem()->text(0), "Panes");
+  EXPECT_TRUE(database->isExpanded());
+  details.close();
+  doubleClick(grid(), grid().model()->index(2, 0));
+  EXPECT_TRUE(details.isVisible());
+}
+
+TEST_F(DayTest, TheSelectionAndThePlaceStay) {
+  window.resize(900, 500);
+  window.openPaths({makeRows("a.mdb", 300), makeRows("b.mdb", 9)});
+  selectNode({"a.mdb", "Panes"});
+  grid().selectRows({120, 122});
+  const int place = grid().rowViewportPosition(120);
+  trigger("mnuViewRefresh");
+  EXPECT_EQ(counts(), "300 records, 3 selected");
+  EXPECT_EQ(grid().rowViewportPosition(120), place);
+  auto& filter = find<QLineEdit>("txtFilter1");
+  QTest::keyClicks(&filter, "pane012");
+  EXPECT_EQ(counts(), "10 of 300 records, 3 selected");
+
+  // Two clicks that follow each other soon.
+  auto& header = grid().filterHeader();
+  const QPoint heading(header.sectionViewportPosition(0) + 20, 5);
+  QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, heading);
+  QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, heading);
+  EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(name(grid().selectedRows().low), "PANE0122.DAT");
+  EXPECT_EQ(grid().selectedRows().count(), 3);
+
+  // To and fro.
+  selectNode({"b.mdb", "Panes"});
+  EXPECT_EQ(counts(), "9 records");
+  selectNode({"a.mdb", "Panes"});
+  EXPECT_EQ(counts(), "10 of 300 records");
+  EXPECT_EQ(name(currentRow()), "PANE0120.DAT");
+  EXPECT_EQ(name(0), "PANE0129.DAT");
+  header.setSectionHidden(1, true);
+  EXPECT_EQ(counts(), "300 records") << "a hidden column does not filter";
+}
+
+TEST_F(DayTest, ADeletionAsksWhereItIsMeantAndGoesOnBehind) {
+  window.resize(1000, 700);
+  window.openPaths({makeRows("a.mdb", 30)});
+  trigger("mnuToolsAudit");
+  pressRow(4);
+  pressRow(6, Qt::ShiftModifier);
+  find<app::FindingsTree>("FindingsTree").setFocus();
+  press(Qt::Key_Delete);
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_TRUE(dialogs.seen().empty());
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("Severity\t"));
+  EXPECT_FALSE(isEnabled("mnuEditPaste")) << "no records are copied from there";
+
+  grid().setFocus();
+  dialogs.then([&](QWidget& box) {
+    const QString names = dynamic_cast<QMessageBox&>(box).informativeText();
+    EXPECT_EQ(names, "3 records: PANE0004.DAT, PANE0005.DAT, PANE0006.DAT");
+    QTest::keyClick(&box, Qt::Key_Escape);
+  });
+  press(Qt::Key_Delete);
+  EXPECT_EQ(counts(), "30 records, 3 selected");
+  dialogs.press("Yes");
+  press(Qt::Key_Delete);
+  EXPECT_EQ(counts(), "27 records") << dialogs.texts().join('|').toStdString();
+  press(Qt::Key_Down);
+  EXPECT_EQ(name(currentRow()), "PANE0008.DAT") << "the row after the one that followed";
+  press(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(counts(), "27 records, 22 selected");
+  grid().scrollToTop();
+  const QPoint beside(grid().viewport()->width() - 3, grid().rowViewportPosition(0) + 3);
+  QTest::mouseClick(grid().viewport(), Qt::LeftButton, {}, beside);
+  EXPECT_EQ(grid().selectedRows().low, 0);
+}
+
+TEST_F(DayTest, ChangesByOthersAreSeen) {
+  window.resize(1000, 700);
+  const QString path = makeRows("a.mdb", 12);
+  window.openPaths({path});
+  trigger("mnuViewDetails");
+  pressRow(3);
+  auto& refresh = find<QPushButton>("cmdDetailsRefresh");
+  session.database.DeleteGlazing(4, *session.MainDataSources.Item(1)->ADOConnection());
+  pressRow(2);
+  pressRow(3);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return refresh.isVisible() || rows() == 11; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == 11; })) << "read again by itself";
+  EXPECT_EQ(currentRow(), 3);
+  ASSERT_TRUE(QFile::remove(path));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return text().contains("deleted or moved"); }));
+}
+
+TEST_F(DayTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+  const QString path = makeRows("a.mdb", 3);
+  QFile::setPermissions(path,
+                        QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+  const bool isRoot = geteuid() == 0;
+  constexpr uid_t kNobody = 65534;
+  ASSERT_TRUE(!isRoot || seteuid(kNobody) == 0);
+  window.openPaths({path});
+  ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+  ASSERT_EQ(tree().topLevelItemCount(), 1) << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(tree().topLevelItem(0)->text(0), "a.mdb (read only)");
+  EXPECT_TRUE(label("lblTitle").endsWith(" (read only)"));
+  pressRow(0);
+  trigger("mnuEditDelete");
+  ASSERT_EQ(dialogs.seen().size(), 1U);
+  EXPECT_TRUE(dialogs.texts()[0].contains("the file is read-only"));
+  EXPECT_EQ(grid().selectedRows().count(), 1);
+}
+
+TEST_F(DayTest, ALockedFileIsWaitedForWithAWindowThatCanEndIt) {
+  const QString path = makeRows("a.mdb", 5);
+  window.openPaths({path});
+  using store::jet::FileSystem;
+  const auto other = FileSystem::system().open(path.toStdString(), FileSystem::Open::existing);
+  ASSERT_TRUE(other->tryLock(store::jet::LockKind::writer, true));
+  QTimer impatience;
+  QString waiting;
+  QObject::connect(&impatience, &QTimer::timeout, [&] {
+    auto* display = window.findChild<app::ProgressDialog*>();
+    if (display == nullptr) return;
+    const QString text = display->findChild<QLabel*>("lblProgressStatus")->text();
+    if (!text.startsWith("Waiting: ")) return;
+    waiting = text;
+    QTest::keyClick(display, Qt::Key_Escape);
+  });
+  impatience.start(20);
+  pressRow(1);
+  dialogs.press("Yes").then([](QWidget& box) {
+    QTest::keyClick(&box, Qt::Key_A, Qt::AltModifier);  // Abort
+  });
+  trigger("mnuEditDelete");
+  EXPECT_FALSE(waiting.isEmpty());
+  EXPECT_EQ(rows(), 5);
+  EXPECT_TRUE(dialogs.isDone());
+}
+
+TEST_F(DayTest, FilesAreNotReplacedUnaskedAndFailuresComeTogether) {
+  for (const char* broken : {"one.mdb", "two.mdb"}) {
+    QFile file(QString::fromStdString(folder / broken));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("no database");
+  }
+  QString list;
+  dialogs.then([&](QWidget& dialog) {
+    list = dialog.findChild<QPlainTextEdit*>()->toPlainText();
+    dialog.close();
+  });
+  window.openPaths({file(folder / "one.mdb"), makeRows("a.mdb", 2), file(folder / "two.mdb")});
+  EXPECT_EQ(dialogs.seen().size(), 1U);
+  EXPECT_TRUE(list.contains("one.mdb") && list.contains("two.mdb"));
+
+  QFile taken(QString::fromStdString(folder / "taken.png"));
+  ASSERT_TRUE(taken.open(QIODevice::WriteOnly) && taken.write("mine") == 4);
+  taken.close();
+  const auto typeName = [&](QWidget& dialog) {
+    auto& files = dynamic_cast<QFileDialog&>(dialog);
+    files.setDirectory(QString::fromStdString(folder.path().string()));
+    auto* edit = files.findChild<QLineEdit*>("fileNameEdit");
+    edit->clear();
+    QTest::keyClicks(edit, "taken");
+    QTest::keyClick(edit, Qt::Key_Return);
+  };
+  dialogs.then(typeName).press("No").then([](QWidget& dialog) { dialog.close(); });
+  find<app::SpectrumDock>("SpectrumDock").saveAs();
+  ASSERT_TRUE(taken.open(QIODevice::ReadOnly));
+  EXPECT_EQ(taken.readAll(), "mine");
+}
+
+}  // namespace orv::test
