@@ -99,7 +99,9 @@ RecordGrid::RecordGrid(QWidget* parent)
     setFocus(Qt::OtherFocusReason);
   });
   connect(model_, &RecordModel::filled, this, &RecordGrid::tellFilling);
-  connect(this, &QTableView::doubleClicked, this, &RecordGrid::detailsWanted);
+  connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+    if (model_->editField(index.column()) == nullptr) emit detailsWanted();
+  });
   connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
     emit contextMenuWanted(viewport()->mapToGlobal(position));
   });

@@ -83,7 +83,7 @@ class RecordGrid : public QTableView {
   /// What there is to say of the editing of a cell.
   void editingTold(const QString& text);
   void selectedRowsChanged();
-  /// A record was clicked on twice.
+  /// A record was clicked on twice, on a cell that cannot be edited.
   void detailsWanted();
   void columnChooserWanted();
   void contextMenuWanted(const QPoint& globalPosition);

@@ -278,7 +278,8 @@ void RecordEditing::reverse(bool back) {
   store::UndoResult result;
   try {
     store::History history(*connection);
-    result = back ? history.undo() : history.redo();
+    const auto references = commands::edit::historyReferences();
+    result = back ? history.undo(1, references) : history.redo(1, references);
   } catch (const std::exception& error) {
     emit workEnded();
     ui_.message(commands::MessageKind::critical, commands::describe(error), commands::kProductName);
