@@ -90,7 +90,7 @@ void frmMain::connectEditMenu() {
   });
   onTriggered(actions_->mnuEditDelete, ui_, [this] {
     const sources::RecordSelection records = selection_.Clone();
-    const QStringList names = grid_.selectedNames();
+    const QString names = grid_.selectedNames();
     if (editing_->settle(current_)) edit_->remove(records, current_, names);
   });
   onTriggered(actions_->mnuEditIntegrate, ui_, [this] {
@@ -222,12 +222,14 @@ void frmMain::connectEditing() {
   connect(editing_, &RecordEditing::undoOffered, sbStatusBar_, &StatusBar::offerUndo);
   connect(editing_, &RecordEditing::stateChanged, this, &frmMain::updateState);
   connect(editing_, &RecordEditing::workBegins, this, &frmMain::beginWork);
-  connect(editing_, &RecordEditing::workEnded, this, [this] { endWork(true); });
+  connect(editing_, &RecordEditing::workEnded, this,
+          [this] { endWork(WorkEffect::changesRecords); });
   connect(lookups_, &LookupCommands::settleWanted, this,
           [this](bool& mayGoOn) { mayGoOn = editing_->settle(current_); });
   connect(lookups_, &LookupCommands::told, sbStatusBar_, &StatusBar::status);
   connect(lookups_, &LookupCommands::workBegins, this, &frmMain::beginWork);
-  connect(lookups_, &LookupCommands::workEnded, this, [this] { endWork(true); });
+  connect(lookups_, &LookupCommands::workEnded, this,
+          [this] { endWork(WorkEffect::changesRecords); });
   connect(sbStatusBar_, &StatusBar::undoWanted, actions_->mnuEditUndo, &QAction::trigger);
   connect(&editing_->dock(), &ChangesDock::chosen, this, [this](std::int32_t record) {
     guarded(ui_, [&] { selectRecord(std::to_string(record)); });
