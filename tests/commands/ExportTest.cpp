@@ -129,31 +129,6 @@ TEST_F(ExportTest, AnExportReadBackIsTheSameDatabase) {
   EXPECT_EQ(rowsOf(copy, "SELECT name FROM Shading ORDER BY name"), "a/b Type 1.5 mm");
 }
 
-TEST_F(ExportTest, MeasuredPanesGoThroughADatabaseWithEveryValueEqual) {
-  ORV_NEEDS_CORPUS();
-  const auto files = opener.openAny((corpusFolder() / "panes").string());
-  const auto database = newDatabase();
-  ui.inputs = {"Demo"};
-  // One of the files names another as its substrate, which has other wavelengths.
-  ui.answers = {commands::Answer::yes, commands::Answer::no};
-  ASSERT_EQ(commands::pasteRecords(session, selectAll(files), database).copied, 5);
-  const auto result = exportAll(recordSet(database, RecordKind::panes));
-  ASSERT_EQ(result.files.size(), 5U) << ::testing::PrintToString(ui.log);
-  for (const std::string& name : result.files) {
-    SCOPED_TRACE(name);
-    const auto from = session.textFiles.ParseSpectralFile(corpusFolder() / "panes", name);
-    const auto to = session.textFiles.ParseSpectralFile(target(), name);
-    ASSERT_EQ(to->SpectralData()->count(), from->SpectralData()->count());
-    for (std::int32_t i = 0; i < to->SpectralData()->count(); ++i) {
-      EXPECT_FLOAT_EQ(to->SpectralData()->ConvertedWl(i, kMicrons),
-                      from->SpectralData()->ConvertedWl(i, kMicrons));
-      ASSERT_EQ(to->SpectralData()->Tf(i), from->SpectralData()->Tf(i)) << i;
-      ASSERT_EQ(to->SpectralData()->Rf(i), from->SpectralData()->Rf(i)) << i;
-      ASSERT_EQ(to->SpectralData()->Rb(i), from->SpectralData()->Rb(i)) << i;
-    }
-  }
-}
-
 TEST_F(ExportTest, FramesAreRefused) {
   const auto frames = recordSet(newDatabase(), RecordKind::frames);
   EXPECT_EQ(raisedBy([&] { exportAll(frames); }).number, kInvalidCall);

@@ -77,20 +77,6 @@ TEST(ProductCorpusTest, EachFormFillsTheRecord) {
   }
 }
 
-/// One product was handed over in two forms, with different digits.
-TEST(ProductCorpusTest, TheSamePaneIsTheSameInBothForms) {
-  ORV_NEEDS_CORPUS();
-  const auto flat = productIn("igsdb_v1_clear_3.json").pane;
-  const auto newer = productIn("igsdb_v2_clear_3.json").pane;
-  for (std::int32_t i = 0; i < flat->SpectralData()->count(); ++i) {
-    ASSERT_FLOAT_EQ(newer->SpectralData()->wl(i), flat->SpectralData()->wl(i)) << i;
-    ASSERT_FLOAT_EQ(newer->SpectralData()->Tf(i), flat->SpectralData()->Tf(i)) << i;
-    ASSERT_FLOAT_EQ(newer->SpectralData()->Rb(i), flat->SpectralData()->Rb(i)) << i;
-  }
-  EXPECT_EQ(newer->Precalc_RfCIEZ(), flat->Precalc_RfCIEZ());
-  EXPECT_EQ(newer->Precalc_TSPF(), 10.8546F);
-}
-
 TEST(ProductCorpusTest, ABlindIsRefusedByItsName) {
   ORV_NEEDS_CORPUS();
   const auto raised = raisedBy([] { productIn("igsdb_v1_venetian.json"); });
