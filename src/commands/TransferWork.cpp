@@ -65,7 +65,8 @@ Outcome TransferWork::settleConflict(const std::string& text,
       return Outcome::skipped;
     case IfThere::replace:
       return replace();
-    case IfThere::fail:
+    case IfThere::fail:  // which a user who was asked has seen
+      if (options_.ifThere) session_.ui.message(MessageKind::recordFailure, text, kProductName);
       break;
   }
   return Outcome::failed;

@@ -60,7 +60,7 @@ std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
   return key;
 }
 
-/// The product name, which an insertion leaves empty, is that of the old frame.
+/// The product name, which no copy brings, stays as it is.
 bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const {
   setMissingNamesOfFrame(fData);
   const FramePtr known = RetrieveFrameORV_30(dc, 0, fData.name(), fData.group());
@@ -72,9 +72,6 @@ bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, store::Connectio
     const FrameKeys keys = keysOf(fData, *this, dc);
     auto row = findRecord(dc, "Frame", "FrameID", known->id());
     setFrameColumns(*row, fData, keys);
-    if (const auto product = findField(*row, "product_name")) {
-      row->setValue(*product, store::Value());
-    }
     row->update();
     row->close();
   });

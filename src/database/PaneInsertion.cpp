@@ -81,6 +81,7 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   row->addNew();
   data.id(row->value("PaneID").toLong());
   setPaneColumns(*row, data, dc);
+  row->setValue("Ra", 0);
   row->update();
   row->close();
 }

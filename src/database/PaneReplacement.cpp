@@ -61,6 +61,7 @@ void ORV_DatabaseInterface::StoreIntegratedData(const Panes& angles, store::Conn
   });
 }
 
+/// The colour rendering index, of which no pane that is copied tells, stays as it is.
 void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, store::Connection& dc) const {
   InsertSupplier(data.supplier(), dc);
   auto row = findRecord(dc, "Pane", "PaneID", data.id());

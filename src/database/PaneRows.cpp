@@ -42,7 +42,6 @@ void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Conne
   row.setValue("spectral_pane", data.spectral_pane());
   row.setValue("film_outdoor_side", data.film_outdoor_side());
   row.setValue("with_and_without_film", data.with_and_without_film());
-  row.setValue("Ra", 0);
   row.setValue("info", infoText(data));
   row.setValue("freeze", data.ORV_Frozen());
   row.setValue("coatingcode", coatingClass(data));

@@ -114,6 +114,14 @@ TEST_F(DiffTest, WhatChangedIsCopiedWithItsKeysAndGroups) {
   EXPECT_NE(orv("list db.mdb").out.find("New"), std::string::npos);
   folder.write("d.txt", paneText("Delta"));
   EXPECT_EQ(orv("copy d.txt db.mdb --changed --yes").exit, 2);
+  // Names that the database takes for the same are one record: none is added over another.
+  folder.write("Straße.txt", paneText("Old"));
+  ASSERT_EQ(orv("copy Straße.txt db.mdb --group Demo").exit, 0);
+  folder.write("STRASSE.TXT", paneText("New"));
+  const Ended street = orv("copy STRASSE.TXT db.mdb --changed --dry-run");
+  EXPECT_NE(street.out.find("changed  panes"), std::string::npos) << street.out;
+  EXPECT_NE(orv("copy STRASSE.TXT db.mdb --changed --only added --yes").out.find("nothing to copy"),
+            std::string::npos);
   EXPECT_EQ(orv("copy b.txt db.mdb --dry-run --group Demo").exit, 2);
   EXPECT_EQ(orv("copy b.txt other.mdb --changed --replace --group Demo").exit, 2);
 }

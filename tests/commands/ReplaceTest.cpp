@@ -133,7 +133,7 @@ TEST_F(ReplaceTest, FramesAndShadingsKeepTheirKeysToo) {
   setAll(dc, "Shading_spectral_data", "wavelength", 500);
   EXPECT_EQ(copy(from, IfThere::replace, RecordKind::frames).replaced, 1);
   EXPECT_EQ(copy(from, IfThere::replace, RecordKind::shadings).replaced, 1);
-  EXPECT_EQ(written("SELECT FrameID, name, u_value, product_name FROM Frame"), "1|frame|2.5|Null");
+  EXPECT_EQ(written("SELECT FrameID, name, u_value, product_name FROM Frame"), "1|frame|2.5|Old");
   EXPECT_EQ(written("SELECT Shading_id, name, productname FROM Shading"), "1|blind|New");
   EXPECT_EQ(written("SELECT Shading_ID, wavelength FROM Shading_spectral_data"), "1|500 1|500");
 

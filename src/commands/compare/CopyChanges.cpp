@@ -1,7 +1,7 @@
 #include "commands/compare/CopyChanges.h"
 
 #include <map>
-#include <utility>
+#include <tuple>
 
 #include "commands/ChangeHistory.h"
 
@@ -45,13 +45,15 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
                       const std::shared_ptr<sources::datasource>& b, const Comparison& comparison,
                       const std::vector<std::size_t>& pairs, PasteOptions options,
                       const EachResult& each) {
-  std::map<std::pair<RecordKind, std::string>, std::vector<std::string>> byGroup;
+  // What is only in A replaces nothing, whatever the destination takes for the same name.
+  std::map<std::tuple<RecordKind, std::string, IfThere>, std::vector<std::string>> byGroup;
   for (const std::size_t position : pairs) {
     const ComparedPair& pair = comparison.pairs[position];
-    auto& identifiers = byGroup[{pair.kind, options.group.empty() ? groupOf(pair) : options.group}];
+    const auto& group = options.group.empty() ? groupOf(pair) : options.group;
+    const IfThere ifThere = pair.state == State::removed ? IfThere::fail : IfThere::replace;
+    auto& identifiers = byGroup[{pair.kind, group, ifThere}];
     identifiers.insert(identifiers.end(), pair.a.begin(), pair.a.end());
   }
-  options.ifThere = IfThere::replace;
   std::optional<HistoryScope> history;
   if (b->ADOConnection()) {
     history.emplace(session.ui, *b->ADOConnection(),
@@ -59,8 +61,9 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
   }
   PasteResult total;
   for (const auto& [place, identifiers] : byGroup) {
-    const auto& [kind, group] = place;
+    const auto& [kind, group, ifThere] = place;
     options.group = group;
+    options.ifThere = ifThere;
     const PasteResult result =
         pasteRecords(session, selectionOf(partOf(a, kind), identifiers), partOf(b, kind), options);
     each(result);

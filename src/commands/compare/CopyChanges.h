@@ -23,8 +23,9 @@ const std::string& groupOf(const ComparedPair& pair);
 using EachResult = std::function<void(const PasteResult&)>;
 
 /// Copies the records of these pairs from A into B, a database of version 3.0.0 or a record set of
-/// one, each in one commit; those that are there are replaced as a whole and keep their keys. A
-/// record goes into its group, or into `options.group` where that is given; for those that have
+/// one, each in one commit; those that are there are replaced as a whole and keep their keys. One
+/// that is only in A replaces nothing: where the destination has it all the same it fails. A record
+/// goes into its group, or into `options.group` where that is given; for those that have
 /// none the user is asked. Gives what came of each group of records to `each`, and all numbers
 /// back.
 PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasource>& a,

@@ -7,7 +7,7 @@
 #include <map>
 
 #include "commands/compare/SpectrumPairing.h"
-#include "model/Text.h"
+#include "store/TextKey.h"
 
 namespace orv::commands::compare {
 
@@ -20,7 +20,8 @@ std::string withoutExtension(const std::string& name) {
   return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
 }
 
-/// What the records that belong together have in common.
+/// What the records that belong together have in common: a database finds one by its name as the
+/// store compares texts.
 class Keys {
  public:
   Keys(Match match, bool withGroups) : match_(match), withGroups_(withGroups) {}
@@ -30,12 +31,12 @@ class Keys {
       case Match::id:
         return record.identifiers.front();
       case Match::filename:
-        return lowerCase(withoutExtension(record.name));
+        return store::textKey(withoutExtension(record.name));
       default:
         break;
     }
-    const std::string name = lowerCase(record.name);
-    return withGroups_ ? name + '\n' + lowerCase(record.group) : name;
+    const std::string name = store::textKey(record.name);
+    return withGroups_ ? name + '\n' + store::textKey(record.group) : name;
   }
 
  private:
