@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTimer>
 
 #include "app/WindowTest.h"
 #include "app/dialogs/ProgressDialog.h"
@@ -222,11 +223,14 @@ TEST_F(DayTest, FilesAreNotReplacedUnaskedAndFailuresComeTogether) {
     auto& files = dynamic_cast<QFileDialog&>(dialog);
     files.setDirectory(QString::fromStdString(folder.path().string()));
     auto* edit = files.findChild<QLineEdit*>("fileNameEdit");
-    edit->clear();
-    QTest::keyClicks(edit, "taken");
+    edit->setText("taken");  // keys would open a list of names before it
     QTest::keyClick(edit, Qt::Key_Return);
   };
-  dialogs.then(typeName).press("No").then([](QWidget& dialog) { dialog.close(); });
+  const auto refuse = [](QWidget& question) {
+    QTimer::singleShot(0, question.parentWidget(), &QWidget::close);
+    dynamic_cast<QMessageBox&>(question).button(QMessageBox::No)->click();
+  };
+  dialogs.then(typeName).then(refuse);
   find<app::SpectrumDock>("SpectrumDock").saveAs();
   ASSERT_TRUE(taken.open(QIODevice::ReadOnly));
   EXPECT_EQ(taken.readAll(), "mine");

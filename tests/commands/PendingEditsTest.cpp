@@ -67,8 +67,9 @@ TEST_F(PendingEditsTest, RandomStepsGoBackAndForth) {
       const int field = below(4);
       const std::string& text = texts[field][below(static_cast<int>(texts[field].size()))];
       std::vector<TypedValue> values;
-      for (int i = 0; i <= below(3); ++i)
-        values.push_back(typed(1 + below(4), kFields[field], text));
+      const int first = below(4);
+      const int last = first + below(3);
+      for (int i = first; i <= last; ++i) values.push_back(typed(1 + i % 4, kFields[field], text));
       if (pending.type(values) == 0) continue;
     } else if (what == 5 && !pending.isEmpty()) {
       pending.drop({pending.changes()[below(static_cast<int>(pending.changes().size()))]});
