@@ -50,6 +50,7 @@ TEST_F(DiffTest, ExitsByWhatDiffersAndIsSilentWhereNothingDoes) {
   EXPECT_EQ(orv("diff db.mdb").exit, 2);
   EXPECT_EQ(orv("diff db.mdb b.txt --set frames").exit, 2);
   EXPECT_EQ(orv("diff db.mdb b.txt --fields speed").exit, 2);
+  EXPECT_EQ(orv("diff db.mdb b.txt --fields thickness --ignore thickness").exit, 2);
   EXPECT_EQ(orv("diff db.mdb b.txt --tolerance -1").exit, 2);
 }
 

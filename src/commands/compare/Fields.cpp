@@ -224,7 +224,11 @@ const std::vector<CurveName>& curveNames(RecordKind kind) {
 
 FieldChoice::FieldChoice(const std::vector<std::string>& only,
                          const std::vector<std::string>& ignored)
-    : only_(spelled(only)), ignored_(spelled(ignored)) {}
+    : only_(spelled(only)), ignored_(spelled(ignored)) {
+  const auto isIgnored = [&](const auto& name) { return names(ignored_, name); };
+  if (only_.empty() || !std::ranges::all_of(only_, isIgnored)) return;
+  throw Error(kInvalidCall, "No field is left to compare: each one that is named is ignored, too.");
+}
 
 bool FieldChoice::has(std::string_view name) const {
   return (only_.empty() || names(only_, name)) && !names(ignored_, name);

@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 
 #include "commands/compare/SpectrumPairing.h"
@@ -15,9 +16,15 @@ namespace {
 
 using Positions = std::vector<std::size_t>;
 
+/// Without what stands behind the last point, where that begins with a letter and has no blank:
+/// "Float 4.0 mm" has no extension.
 std::string withoutExtension(const std::string& name) {
   const auto dot = name.find_last_of('.');
-  return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+  if (dot == std::string::npos || dot == 0) return name;
+  const std::string_view extension = std::string_view(name).substr(dot + 1);
+  const bool isOne = !extension.empty() && std::isalpha(static_cast<unsigned char>(extension[0])) &&
+                     extension.find(' ') == std::string_view::npos;
+  return isOne ? name.substr(0, dot) : name;
 }
 
 /// What the records that belong together have in common: a database finds one by its name as the

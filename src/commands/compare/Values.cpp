@@ -55,7 +55,8 @@ bool areSameValues(const Value& a, const Value& b, double tolerance) {
   const bool areNumbers = (isNumeric(a) || a.isNull()) && (isNumeric(b) || b.isNull());
   if (areNumbers) {
     const bool inSingle = a.getIf<float>() != nullptr || b.getIf<float>() != nullptr;
-    return areSame(numberOf(a), numberOf(b), inSingle, tolerance);
+    const bool isFlag = a.getIf<bool>() != nullptr || b.getIf<bool>() != nullptr;
+    return areSame(numberOf(a), numberOf(b), inSingle, isFlag ? 0 : tolerance);
   }
   return (a.isNull() ? "" : a.toText()) == (b.isNull() ? "" : b.toText());
 }
