@@ -163,7 +163,8 @@ class Columns {
 /// The longest name that a set of names takes.
 std::size_t longestName(EditSet names, const store::Connection& database) {
   const SetDesign& design = designOf(names);
-  const store::ColumnInfo* column = Columns(database, design.table).find(design.nameColumn);
+  const Columns columns(database, design.table);
+  const store::ColumnInfo* column = columns.find(design.nameColumn);
   return column ? column->size : 0;
 }
 
