@@ -67,7 +67,7 @@ std::vector<store::Value> ComparedRows::cells(std::string_view state, const Comp
     return format == Format::table ? part(value, differs) : value;
   };
   return {std::string(state),
-          std::string(commands::compare::nameOf(pair.kind)),
+          commands::setName(pair.kind),
           identifiersValue(a_, pair.kind, pair.a),
           identifiersValue(b_, pair.kind, pair.b),
           pair.name,

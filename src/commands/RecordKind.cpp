@@ -26,6 +26,18 @@ std::optional<RecordKind> recordKind(const sources::datasource& node) {
   }
 }
 
+const char* setName(RecordKind kind) {
+  switch (kind) {
+    case RecordKind::panes:
+      return "panes";
+    case RecordKind::frames:
+      return "frames";
+    case RecordKind::shadings:
+      break;
+  }
+  return "shadings";
+}
+
 std::string countedRecords(const sources::datasource& node, std::int32_t count) {
   const auto kind = recordKind(node);
   const char* one = !kind                         ? "record"

@@ -13,6 +13,9 @@ enum class RecordKind { panes, frames, shadings };
 /// of its first file. None for a database and for an empty folder.
 std::optional<RecordKind> recordKind(const sources::datasource& node);
 
+/// "panes", "frames", "shadings".
+const char* setName(RecordKind kind);
+
 /// "1 pane", "3 frames", of the kind of a record set.
 std::string countedRecords(const sources::datasource& node, std::int32_t count);
 

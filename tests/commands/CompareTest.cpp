@@ -30,7 +30,7 @@ class CompareTest : public CommandsTest {
     for (const auto& each : result.differences) {
       const auto& pair = result.pairs[each.pair];
       lines.push_back(fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}", nameOf(pair.state),
-                                  commands::compare::nameOf(pair.kind), fmt::join(pair.a, ","),
+                                  commands::setName(pair.kind), fmt::join(pair.a, ","),
                                   fmt::join(pair.b, ","), pair.name,
                                   each.angle ? fmt::format("{}", *each.angle) : "", each.field,
                                   textOf(each.a), textOf(each.b)));

@@ -2,18 +2,6 @@
 
 namespace orv::commands::audit {
 
-const char* setName(RecordKind kind) {
-  switch (kind) {
-    case RecordKind::panes:
-      return "panes";
-    case RecordKind::frames:
-      return "frames";
-    case RecordKind::shadings:
-      break;
-  }
-  return "shadings";
-}
-
 PlacedFault at(const RecordFacts& record, Fault fault) {
   return {.set = setName(record.kind),
           .kind = record.kind,

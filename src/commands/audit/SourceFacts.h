@@ -52,8 +52,6 @@ struct PlacedFault {
   Fault fault;
 };
 
-/// "panes", "frames", "shadings".
-const char* setName(RecordKind kind);
 PlacedFault at(const RecordFacts& record, Fault fault);
 
 }  // namespace orv::commands::audit

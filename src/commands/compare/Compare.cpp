@@ -64,14 +64,14 @@ class Work {
         parts.push_back(std::move(both));
       } else if (both.a || both.b) {
         result_.remarks.push_back(fmt::format("{} has no {}: those of {} were not compared.",
-                                              both.a ? "B" : "A", nameOf(kind),
+                                              both.a ? "B" : "A", setName(kind),
                                               both.a ? "A" : "B"));
       }
     }
     if (!parts.empty()) return parts;
     throw Error(kInvalidCall,
                 fmt::format("\"{}\" and \"{}\" do not both have {}.", a->text(), b->text(),
-                            options_.kind ? nameOf(*options_.kind) : "records of one kind"));
+                            options_.kind ? setName(*options_.kind) : "records of one kind"));
   }
 
   RecordSet read(const Node& node, RecordKind kind) {
@@ -122,12 +122,12 @@ class Work {
     const std::size_t more = names.size() - std::min(names.size(), kMost);
     names.resize(names.size() - more);
     result_.remarks.push_back(fmt::format("Not compared, since only the {} of {} have it: {}{}.",
-                                          nameOf(kind), source, fmt::join(names, ", "),
+                                          setName(kind), source, fmt::join(names, ", "),
                                           more > 0 ? fmt::format(", and {} more", more) : ""));
   }
 
   void compare(const RecordSet& a, const RecordSet& b) {
-    session_.ui.status(fmt::format("Comparing {}...", nameOf(a.kind)));
+    session_.ui.status(fmt::format("Comparing {}...", setName(a.kind)));
     Pairing pairing = pairUp(a, b, options_);
     std::ranges::move(pairing.remarks, std::back_inserter(result_.remarks));
     RecordComparison comparison(a, b, choice_, options_, result_.differences);
@@ -179,18 +179,6 @@ std::string_view nameOf(State state) {
       break;
   }
   return "changed";
-}
-
-std::string_view nameOf(RecordKind kind) {
-  switch (kind) {
-    case RecordKind::panes:
-      return "panes";
-    case RecordKind::frames:
-      return "frames";
-    case RecordKind::shadings:
-      break;
-  }
-  return "shadings";
 }
 
 Node partOf(const Node& node, RecordKind kind) {

@@ -98,7 +98,4 @@ Comparison compareSources(Session& session, const std::shared_ptr<sources::datas
 std::shared_ptr<sources::datasource> partOf(const std::shared_ptr<sources::datasource>& node,
                                             RecordKind kind);
 
-/// "panes"
-std::string_view nameOf(RecordKind kind);
-
 }  // namespace orv::commands::compare

@@ -140,7 +140,7 @@ class PairMaker {
     pairing_.remarks.push_back(
         fmt::format("Several {} of one name, of which the first was put together with the first, "
                     "the second with the second: {}{}.",
-                    nameOf(a_.kind), fmt::join(told, ", "),
+                    setName(a_.kind), fmt::join(told, ", "),
                     more > 0 ? fmt::format(", and {} more names", more) : ""));
   }
 

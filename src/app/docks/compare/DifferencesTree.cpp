@@ -232,7 +232,7 @@ QTreeWidgetItem* DifferencesTree::recordItem(std::size_t pair) {
   item->setToolTip(
       0, toolTipText(QStringLiteral("%1: %2").arg(meaningOf(compared.state), qt(compared.name))));
   constexpr int kSet = 4;
-  item->setText(kSet, qt(std::string(commands::compare::nameOf(compared.kind))));
+  item->setText(kSet, qt(commands::setName(compared.kind)));
   item->setText(kSet + 1, joined(compared.a));
   item->setText(kSet + 2, joined(compared.b));
   if (copyable_.contains(pair)) {
@@ -248,7 +248,7 @@ QStringList DifferencesTree::cellsOf(const Difference& difference) const {
           valueText(difference.a),
           valueText(difference.b),
           difference.angle ? QString::number(*difference.angle) : QString(),
-          qt(std::string(commands::compare::nameOf(pair.kind))),
+          qt(commands::setName(pair.kind)),
           joined(pair.a),
           joined(pair.b)};
 }
