@@ -17,8 +17,8 @@ struct CommandState {
   bool exportable = false;  ///< text files can hold the selected records
   bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
-  bool changed = false;   ///< fields are changed and not saved
-  bool undoable = false;  ///< there may be something to undo or redo
+  bool changed = false;     ///< fields are changed and not saved
+  bool undoable = false;    ///< there may be something to undo or redo
   bool comparable = false;  ///< there are two sources, or a source and its record sets
 };
 
@@ -65,6 +65,8 @@ class MainActions {
   QAction* mnuEditCopyCell;
   QAction* mnuEditSaveTable;
   QAction* mnuEditSelectAll;
+  QAction* mnuEditPasteText;
+  QAction* mnuEditReplace;
   QAction* mnuEditFind;
   QAction* mnuEditFindNext;
   QAction* mnuEditFindPrevious;
