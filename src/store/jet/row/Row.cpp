@@ -158,21 +158,31 @@ const std::uint8_t* RowView::plainNumber(const Column& column) const {
 }
 
 Value RowView::value(const Column& column) const {
+  Value value;
+  read(column, value);
+  return value;
+}
+
+void RowView::read(const Column& column, Value& value) const {
+  const std::uint8_t* number = isNull(column) ? nullptr : plainNumber(column);
+  if (number == nullptr) {
+    value = otherValue(column);
+  } else if (column.type == ColumnType::single) {
+    value.set(std::bit_cast<float>(load32(number)));
+  } else if (column.type == ColumnType::double_) {
+    value.set(std::bit_cast<double>(load64(number)));
+  } else {
+    value.set(static_cast<std::int32_t>(load32(number)));
+  }
+}
+
+/// A value that is no plain number.
+Value RowView::otherValue(const Column& column) const {
   if (column.type == ColumnType::boolean && !column.calculated) {
     return Value(!isNull(column));
   }
   if (isNull(column)) {
     return {};
-  }
-  if (const std::uint8_t* number = plainNumber(column)) {
-    switch (column.type) {
-      case ColumnType::single:
-        return std::bit_cast<float>(load32(number));
-      case ColumnType::double_:
-        return std::bit_cast<double>(load64(number));
-      default:
-        return static_cast<std::int32_t>(load32(number));
-    }
   }
   DamagedFileScope scope(pager_->path());
   const auto stored = bytes(column);

@@ -72,12 +72,11 @@ RowId RowChanges::insert(std::span<const Value> values) {
 }
 
 void RowChanges::update(RowId id, std::span<const Value> values) {
-  const auto content = table_.contentOf(id);
-  if (!content) {
+  const auto found = table_.find(id);
+  if (!found) {
     throw Error(kNoCurrentRecord, "The row of table '" + table_.name() + "' has been deleted.");
   }
-  const RowView before = table_.viewAt(*content);
-  const std::vector<Value> oldRow = valuesOf(definition_, before);
+  const std::vector<Value> oldRow = valuesOf(definition_, found->row);
   const std::span<const Value> newRow = fit(values, false);
   if (std::ranges::equal(oldRow, newRow)) return;
   for (Index& index : indexes_) {
@@ -85,23 +84,22 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
     eraseEntry(index, oldRow, id);
     addEntry(index, newRow, id);
   }
-  writeContent(id, *content, encodeRow(pager_, definition_, newRow, &before));
+  writeContent(id, found->content, encodeRow(pager_, definition_, newRow, &found->row));
   if (observer_) observer_->rowChanged(table_.name(), oldRow, newRow);
 }
 
 void RowChanges::erase(RowId id) {
-  const auto content = table_.contentOf(id);
-  if (!content) {
+  auto found = table_.find(id);
+  if (!found) {
     throw Error(kNoCurrentRecord,
                 "The row of table '" + table_.name() + "' has been deleted already.");
   }
-  {
-    const RowView row = table_.viewAt(*content);
-    readErased(row);
-    for (Index& index : indexes_) eraseEntry(index, erased_, id);
-    eraseLongValues(row, content->page);
-  }
-  if (*content != id) space_.erase(*content);
+  const RowId content = found->content;
+  readErased(found->row);
+  for (Index& index : indexes_) eraseEntry(index, erased_, id);
+  eraseLongValues(found->row, content.page);
+  found.reset();  // the page may change in place from here on
+  if (content != id) space_.erase(content);
   space_.erase(id);
   --newRows_;
 }
@@ -146,10 +144,10 @@ std::optional<Value> RowChanges::makeValue(const Column& column) {
 void RowChanges::readErased(const RowView& row) {
   const std::vector<Column>& columns = definition_.columns;
   erased_.resize(columns.size());
-  for (const std::size_t i : keyed_) erased_[i] = row.value(columns[i]);
+  for (const std::size_t i : keyed_) row.read(columns[i], erased_[i]);
   if (!observer_) return;
   try {
-    for (const std::size_t i : unkeyed_) erased_[i] = row.value(columns[i]);
+    for (const std::size_t i : unkeyed_) row.read(columns[i], erased_[i]);
     observer_->rowChanged(table_.name(), erased_, {});
   } catch (const Error& error) {
     if (error.number() != kCorruptFile) throw;
