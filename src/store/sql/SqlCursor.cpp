@@ -90,7 +90,7 @@ void SqlCursor::readRow(std::vector<Value>& values) {
   const jet::RowView* row = reader_->read(statement_.rowPlace());
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
-    values.push_back(row->value(column));
+    row->read(column, values.emplace_back());
   }
 }
 
