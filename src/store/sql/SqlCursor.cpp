@@ -87,7 +87,9 @@ void SqlCursor::readRow(std::vector<Value>& values) {
     }
     return;
   }
-  const jet::RowView* row = reader_->read(statement_.rowPlace());
+  const jet::RowId place = statement_.rowPlace();
+  const jet::RowView* row = engine_->visitedRow(place);
+  if (row == nullptr) row = reader_->read(place);  // rows that were sorted
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
     row->read(column, values.emplace_back());

@@ -148,7 +148,7 @@ std::size_t RowView::variableOffset(std::size_t index) const {
 
 /// Where the row has a number as nearly all values are: of a fixed column, as long as its type, and
 /// not cut. Null for anything else.
-const std::uint8_t* RowView::plainNumber(const Column& column) const {
+inline const std::uint8_t* RowView::plainNumber(const Column& column) const {
   const bool isShort = column.type == ColumnType::single || column.type == ColumnType::longInteger;
   const std::size_t size = isShort ? 4 : column.type == ColumnType::double_ ? 8 : 0;
   const std::size_t at = pager_->format().row.columnCountSize + column.fixedOffset;
