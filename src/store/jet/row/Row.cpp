@@ -31,6 +31,14 @@ Jumps jumpsOf(std::size_t rowLength, std::size_t maskLength, std::size_t variabl
   return {stored, reach < stored ? stored - 1 : stored};
 }
 
+/// Does something with the number of plainNumber().
+template <class Use>
+auto withNumber(const std::uint8_t* number, ColumnType type, Use use) {
+  if (type == ColumnType::single) return use(std::bit_cast<float>(load32(number)));
+  if (type == ColumnType::double_) return use(std::bit_cast<double>(load64(number)));
+  return use(static_cast<std::int32_t>(load32(number)));
+}
+
 }  // namespace
 
 void RowView::show(Pager& pager, const TableDefinition& definition, const PageRef& page,
@@ -158,21 +166,17 @@ inline const std::uint8_t* RowView::plainNumber(const Column& column) const {
 }
 
 Value RowView::value(const Column& column) const {
-  Value value;
-  read(column, value);
-  return value;
+  const std::uint8_t* number = isNull(column) ? nullptr : plainNumber(column);
+  if (number == nullptr) return otherValue(column);
+  return withNumber(number, column.type, [](auto found) { return Value(found); });
 }
 
 void RowView::read(const Column& column, Value& value) const {
   const std::uint8_t* number = isNull(column) ? nullptr : plainNumber(column);
   if (number == nullptr) {
     value = otherValue(column);
-  } else if (column.type == ColumnType::single) {
-    value.set(std::bit_cast<float>(load32(number)));
-  } else if (column.type == ColumnType::double_) {
-    value.set(std::bit_cast<double>(load64(number)));
   } else {
-    value.set(static_cast<std::int32_t>(load32(number)));
+    withNumber(number, column.type, [&](auto found) { value.set(found); });
   }
 }
 
