@@ -170,6 +170,18 @@ void LoggedFile::refuseForeignLog() {
 
 // Writing -----------------------------------------------------------------------------------
 
+std::string LoggedFile::whyReadOnly() const {
+  if (file_->readOnly()) {
+    return "'" + path_ +
+           "' cannot be changed: the file is read-only. Give yourself permission to write it, or "
+           "work on a copy.";
+  }
+  if (!hasOtherNames()) return {};
+  return "'" + path_ + "' has " + std::to_string(seen_.links) +
+         " names (hard links), and is only read: a program that came by another name would not see "
+         "the log of its changes. Remove the other names, or work on a copy.";
+}
+
 void LoggedFile::enterWriter() {
   if (log_) {
     locks_.enterWriter();
@@ -186,13 +198,7 @@ void LoggedFile::prepareToWrite() {
   if (!log_) {
     return;
   }
-  if (seen_.links > 1) {
-    throw Error(kReadOnlyStore,
-                "'" + path_ + "' has " + std::to_string(seen_.links) +
-                    " names (hard links), and is only read: a program that came by another name "
-                    "would not see the log of its changes. Remove the other names, or work on a "
-                    "copy.");
-  }
+  if (hasOtherNames()) throw Error(kReadOnlyStore, whyReadOnly());
   if (counter_.origin != 0) {
     return;
   }

@@ -31,7 +31,9 @@ class LoggedFile {
   void keepLog();
 
   const std::string& path() const { return path_; }
-  bool readOnly() const { return file_->readOnly(); }
+  bool readOnly() const { return file_->readOnly() || hasOtherNames(); }
+  /// Why it cannot be changed; empty when it can.
+  std::string whyReadOnly() const;
   /// Whether another file stands at the path now.
   bool isReplaced() const;
   std::uint64_t size() { return file_->size(); }
@@ -64,6 +66,7 @@ class LoggedFile {
   void refuseChanged();
 
  private:
+  bool hasOtherNames() const { return log_ && seen_.links > 1; }
   bool isOwnLogDone();
   FileStatus statusAtPath() const;
   bool noticeChanges();

@@ -131,14 +131,10 @@ bool Pager::letWritersIn() {
 
 std::string Pager::whyReadOnly() const {
   if (!readOnly()) return {};
-  const std::string refused = "'" + path() + "' cannot be changed: ";
-  if (file_.readOnly()) {
-    return refused +
-           "the file is read-only. Give yourself permission to write it, or work on a copy.";
-  }
+  if (file_.readOnly()) return file_.whyReadOnly();
   const std::string format =
       engineVersion_ > 1 ? "Access 2007 and later" : "format " + std::string(format_->name);
-  return refused + "files of " + format +
+  return "'" + path() + "' cannot be changed: files of " + format +
          " are only read. Copy its records into a database of format Jet 4, or convert the file "
          "with Access 2000 or later.";
 }
