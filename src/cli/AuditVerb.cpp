@@ -34,8 +34,8 @@ class AuditVerb : public Verb {
     source_.addOptions(command(), "Only these records: panes, frames or shadings");
     source_.addTolerant(command());
     source_.addWhere(command());
-    addNames("--rule", options_.rules, "Only these rules, parted by commas");
-    addNames("--without", options_.without, "Not these rules, parted by commas");
+    addNames(command(), "--rule", options_.rules, "Only these rules, parted by commas");
+    addNames(command(), "--without", options_.without, "Not these rules, parted by commas");
     command()
         .add_option("--severity", options_.least,
                     "Only findings that are this bad at least: error, warning or note (default)")
@@ -72,15 +72,6 @@ class AuditVerb : public Verb {
  private:
   inline static const std::vector<std::string> kHeadings{
       "severity", "rule", "set", "id", "name", "angle", "field", "value", "expected", "message"};
-
-  void addNames(const std::string& name, std::vector<std::string>& names,
-                const std::string& description) {
-    command()
-        .add_option(name, names, description)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->type_name("NAMES");
-  }
 
   ExitCode listRules() const {
     const auto writer = makeRowWriter(format_, {"name", "severity", "finds", "why"}, std::cout);
