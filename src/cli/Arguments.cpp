@@ -51,9 +51,9 @@ CLI::Option* addFormat(CLI::App& command, Format& format) {
       ->type_name("FORM");
 }
 
-void addNames(CLI::App& command, const std::string& option, std::vector<std::string>& names,
-              const std::string& description) {
-  command.add_option(option, names, description)
+CLI::Option* addNames(CLI::App& command, const std::string& option, std::vector<std::string>& names,
+                      const std::string& description) {
+  return command.add_option(option, names, description)
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name("NAMES");

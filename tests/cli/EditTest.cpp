@@ -79,7 +79,7 @@ TEST_F(EditVerbTest, AHistoryCanBeAbsentUnwritableOrOvertaken) {
   const Ended wrong = shell("ORV_HISTORY=1k orv list db.mdb");
   EXPECT_EQ(wrong.exit, 0);
   EXPECT_NE(wrong.err.find("ORV_HISTORY is \"1k\""), std::string::npos) << wrong.err;
-  const Ended from = orv("edit db.mdb --from .");
+  const Ended from = orv("edit db.mdb --from . --yes");
   EXPECT_EQ(from.exit, 3);
   EXPECT_NE(from.err.find("\".\" cannot be read"), std::string::npos) << from.err;
 }
