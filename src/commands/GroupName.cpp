@@ -17,6 +17,13 @@ std::string groupNameRefusal(const std::string& name, bool strict) {
   return hasApostrophe(name) ? refusal + "\n" + apostropheRefusal("group", name) : std::string();
 }
 
+std::optional<std::string> groupOfSource(const sources::datasource& recordSet) {
+  const auto database = recordSet.Parent();
+  const bool isIgdb = recordSet.DataType() == sources::DataType::optics5Panes && database &&
+                      database->DataType() == sources::DataType::igdb;
+  return isIgdb ? std::optional<std::string>("IGDB") : std::nullopt;
+}
+
 void GroupName::settle(std::string name) {
   remembered_ = std::move(name);
   settled_ = true;

@@ -15,6 +15,10 @@ bool isUnreservedGroupName(const std::string& name);
 /// refused only when `strict`.
 std::string groupNameRefusal(const std::string& name, bool strict = true);
 
+/// The group that the records of a record set go into whoever copies them: that of the IGDB has its
+/// name.
+std::optional<std::string> groupOfSource(const sources::datasource& recordSet);
+
 /// The group of the records of one paste: asked for once, then settled.
 class GroupName {
  public:

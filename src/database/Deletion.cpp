@@ -9,7 +9,7 @@ namespace orv::database {
 void ORV_DatabaseInterface::DeleteGlazing(std::int32_t PaneID, store::Connection& dc) const {
   commitRecord(dc, [&] {
     auto pane = findRecord(dc, "Pane", "PaneID", PaneID);
-    deletePaneData(PaneID, std::nullopt, dc);
+    deletePaneData(PaneID, dc);
     pane->deleteRow();
     pane->close();
   });

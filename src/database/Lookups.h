@@ -3,10 +3,26 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 
 #include "store/Connection.h"
 
 namespace orv::database {
+
+/// A table that gives names to keys.
+struct LookupTable {
+  const char* table;
+  const char* key;
+  const char* name;
+};
+
+inline constexpr LookupTable kGroups{"Groups", "GroupID", "GroupName"};
+inline constexpr LookupTable kSuppliers{"Suppliers", "supplierID", "SupplierName"};
+inline constexpr LookupTable kFrameTypes{"FrameTypes", "FrameTypeID", "FrameTypeName"};
+
+/// All names of a table, by their keys.
+std::unordered_map<std::int32_t, std::string> allNames(const LookupTable& table,
+                                                       store::Connection& dc);
 
 // A name that is not found has the key 0, a key that is not found the empty name. The first row in
 // table order counts when a name is there twice.

@@ -63,9 +63,8 @@ void CompareCommands::run(const Sides& sides) {
     const BusyPointer busy;
     comparison_ = std::make_shared<const Comparison>(
         compareSources(session_, sides.left, sides.right, options_));
-    std::vector<std::string> ambiguous;
     const auto copyable = isChangeable(*sides.right)
-                              ? commands::compare::copyablePairs(*comparison_, ambiguous)
+                              ? commands::compare::copyablePairs(*comparison_).pairs
                               : std::vector<std::size_t>();
     emit compared(comparison_, copyable, headingOf(sides));
   } catch (const commands::Cancelled& cancelled) {
@@ -95,7 +94,8 @@ void CompareCommands::copy(const std::vector<std::size_t>& pairs) {
     guarded(ui_, [&] {
       const auto result =
           copyPairs(session_, both->left, both->right, *comparison_, pairs,
-                    {.integrateBy = integrateBy_}, [&](const commands::PasteResult& each) {
+                    {.integrateBy = integrateBy_, .tolerance = options_.tolerance},
+                    [&](const commands::PasteResult& each) {
                       addNotesTo(report, tr("What became of the records:"), each.notes);
                       addNotesTo(report, tr("Not given by the source, 0 is stored:"), each.zeros);
                       addNotesTo(report, tr("Not kept, since an ORV database has no place for it:"),

@@ -385,8 +385,8 @@ class PosixFileSystem final : public FileSystem {
 
   [[noreturn]] static void refuseCompanion(const std::string& path, const std::string& what) {
     throw Error(kStoreFailure, "'" + path + "' is " + what +
-                                   ", and no log that this program has made; it is left as it is. "
-                                   "Move it away, then open the database again.");
+                                   ", and no file that this program has made beside a database; it "
+                                   "is left as it is. Move it away, then open the database again.");
   }
 };
 

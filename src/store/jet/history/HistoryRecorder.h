@@ -44,6 +44,7 @@ class HistoryRecorder final : public ChangeObserver {
 
   /// Why the history could not be written since the last call; empty when it could.
   std::string takeFailure() { return std::exchange(failure_, {}); }
+  std::string takeNameOfUnusable() { return file_.takeNameOfUnusable(); }
 
   void rowChanged(const std::string& table, std::span<const Value> before,
                   std::span<const Value> after) override;
