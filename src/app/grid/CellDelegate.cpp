@@ -244,7 +244,7 @@ void CellDelegate::leave(QWidget& editor) {
 bool CellDelegate::commit(QWidget& editor) const {
   const QString text = textOf(editor);
   if (text == text_ || !index_.isValid()) return true;
-  const QString reason = take_(index_, text);
+  const QString reason = take_(index_, text_, text);
   if (reason.isEmpty()) {
     text_ = text;
     return true;

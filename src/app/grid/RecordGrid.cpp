@@ -14,6 +14,7 @@
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/grid/CellDelegate.h"
+#include "app/grid/ChangePlan.h"
 #include "app/grid/FilterHeader.h"
 #include "app/grid/RecordEdits.h"
 #include "commands/ErrorText.h"
@@ -55,9 +56,9 @@ RecordGrid::RecordGrid(QWidget* parent)
     : QTableView(parent),
       model_(new RecordModel(this)),
       header_(new FilterHeader(this)),
-      cells_(new CellDelegate(*this, *model_, [this](const QModelIndex& cell, const QString& text) {
-        return take(cell, text);
-      })) {
+      cells_(new CellDelegate(*this, *model_,
+                              [this](const QModelIndex& cell, const QString& before,
+                                     const QString& text) { return take(cell, before, text); })) {
   setObjectName("RecordGrid");
   setAccessibleName(tr("Records"));
   setWhatsThis(tr(
@@ -255,7 +256,7 @@ bool RecordGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* eve
   return QTableView::edit(index, trigger, event);
 }
 
-QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
+QString RecordGrid::take(const QModelIndex& cell, const QString& before, const QString& text) {
   RecordEdits* edits = model_->edits();
   if (edits == nullptr) return whyNotEdited_;
   RowBlock rows = selectedRows();
@@ -268,6 +269,7 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
                        {model_->editField(cell.column()), std::nullopt},
                        text.toStdString()});
     }
+    if (QString reason = outdated(typed, rows.low, cell, before); !reason.isEmpty()) return reason;
     std::size_t count = 0;
     edits->change([&](commands::edit::PendingEdits& pending) { count = pending.type(typed); });
     emit editingTold(
@@ -278,6 +280,22 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
     emit editingTold(reason.section('\n', 0, 0));
     return reason;
   }
+}
+
+/// Why values typed into rows from `firstRow` on cannot be taken, where somebody else has changed a
+/// field meanwhile: it would be lost unseen. Empty where nobody has.
+QString RecordGrid::outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
+                             const QModelIndex& cell, const QString& before) const {
+  const RecordEdits& edits = *model_->edits();
+  for (const commands::edit::Change& change : edits.editor().draft(typed).changes) {
+    if (edits.pending().find(change.record, change.field) != nullptr) continue;
+    const auto place = std::ranges::find(typed, change.record, &commands::edit::TypedValue::record);
+    const int row = firstRow + static_cast<int>(place - typed.begin());
+    const QString shown = row == cell.row() ? before : model_->fieldText(row, cell.column());
+    if (shown.toStdString() != commands::edit::fieldText(change.before))
+      return qt(changedMeanwhile(change));
+  }
+  return {};
 }
 
 void RecordGrid::clear() {

@@ -11,6 +11,7 @@
 #include "app/grid/ColumnLayout.h"
 #include "app/grid/GridPlace.h"
 #include "app/grid/RecordModel.h"
+#include "commands/edit/Editor.h"
 
 class QMenu;
 
@@ -120,7 +121,9 @@ class RecordGrid : public QTableView {
 
   /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
   /// Says why not, or nothing.
-  QString take(const QModelIndex& cell, const QString& text);
+  QString take(const QModelIndex& cell, const QString& before, const QString& text);
+  QString outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
+                   const QModelIndex& cell, const QString& before) const;
   void rememberLayout();
   void rememberLeft();
   void findAsLeft();

@@ -144,12 +144,14 @@ bool RecordEditing::save() {
 /// Until all is saved, or the user gives up.
 bool RecordEditing::save(RecordEdits& edits) {
   if (!commands::mayBeChanged(*edits.node()->ADOConnection(), ui_)) return false;
-  const QString count = countOf(edits.pending().changes());
-  while (!saveOnce(edits)) {
+  while (!edits.pending().isEmpty()) {
+    const QString count = countOf(edits.pending().changes());
+    if (saveOnce(edits)) {
+      emit told(tr("%1 saved.").arg(count));
+      return true;
+    }
     if (!resolve(edits)) return false;
-    if (edits.pending().isEmpty()) return true;
   }
-  emit told(tr("%1 saved.").arg(count));
   return true;
 }
 
