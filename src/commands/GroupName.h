@@ -18,7 +18,9 @@ std::string groupNameRefusal(const std::string& name, bool strict = true);
 /// The group of the records of one paste: asked for once, then settled.
 class GroupName {
  public:
-  explicit GroupName(Session& session) : session_(session) {}
+  /// Both outlive this; the groups of the destination are offered.
+  GroupName(Session& session, store::Connection& destination)
+      : session_(session), destination_(destination) {}
 
   /// Settles the name without asking or checking.
   void settle(std::string name);
@@ -29,6 +31,7 @@ class GroupName {
 
  private:
   Session& session_;
+  store::Connection& destination_;
   std::string remembered_;
   bool settled_ = false;
 };

@@ -20,7 +20,7 @@ TransferWork::TransferWork(Session& session, const sources::RecordSelection& rec
       records_(records),
       destination_(destination),
       reader_(session, records.DataSourcePtr()),
-      group_(session),
+      group_(session, *destination.ADOConnection()),
       options_(options),
       progress_(session.ui, "Pasting records...") {
   if (!options.group.empty()) group_.settle(options.group);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "store/Connection.h"
 
@@ -13,6 +14,8 @@ namespace orv::database {
 
 std::string GroupNameById(std::int32_t id, store::Connection& dc);
 std::int32_t GroupIdByName(const std::string& name, store::Connection& dc);
+/// The names of all groups, in alphabetical order without regard to case.
+std::vector<std::string> GroupNames(store::Connection& dc);
 std::string SupplierNameById(std::int32_t id, store::Connection& dc);
 std::int32_t SupplierIdByName(const std::string& name, store::Connection& dc);
 std::string FrameTypeNameById(std::int32_t id, store::Connection& dc);
