@@ -17,8 +17,8 @@ struct CommandState {
   bool exportable = false;  ///< text files can hold the selected records
   bool integrable = false;  ///< the selected records can get integrated values
   bool recordsPending = false;
-  bool changed = false;   ///< fields are changed and not saved
-  bool undoable = false;  ///< there may be something to undo or redo
+  bool changed = false;     ///< fields are changed and not saved
+  bool undoable = false;    ///< there may be something to undo or redo
   bool comparable = false;  ///< there are two sources, or a source and its record sets
 };
 
@@ -30,6 +30,9 @@ class MainActions {
 
   /// Offers the actions that open and close docks.
   void addDocks(std::initializer_list<QAction*> docks);
+
+  /// Offers the actions that keep records in sight.
+  void addPins(std::initializer_list<QAction*> pins);
 
   /// Fits the menus and buttons to what is shown and selected.
   void enable(const CommandState& state);
@@ -74,6 +77,7 @@ class MainActions {
   QAction* mnuViewClearFilters;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
+  QAction* mnuViewFreeze;
   QAction* mnuViewStoredValues;
   QAction* mnuViewComputedValues;
   QAction* mnuViewOptions;
@@ -84,6 +88,8 @@ class MainActions {
   QAction* mnuToolsAudit;
   QAction* mnuToolsAuditRecords;
   QAction* mnuToolsCompare;
+  QAction* mnuHelpGuide;
+  QAction* mnuHelpKeys;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 

@@ -5,6 +5,8 @@
 #include <QTimer>
 
 #include "app/Text.h"
+#include "app/dialogs/GuideWindow.h"
+#include "app/dialogs/KeysDialog.h"
 #include "app/dialogs/TableExport.h"
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
@@ -28,6 +30,7 @@
 #include "app/window/MainActions.h"
 #include "app/window/RecordEditing.h"
 #include "app/window/StatusBar.h"
+#include "app/window/SuggestedName.h"
 #include "app/window/UserSettings.h"
 #include "app/window/frmMain.h"
 #include "commands/NodeContent.h"
@@ -63,6 +66,9 @@ void frmMain::connectMenus() {
     if (editing_->settle(current_)) compact_->compact(current_);
   });
   onTriggered(actions_->mnuDatabaseRepair, ui_, [this] { compact_->repair(current_); });
+  onTriggered(actions_->mnuHelpGuide, ui_, [this] { showGuide(); });
+  onTriggered(actions_->mnuHelpKeys, ui_,
+              [this] { KeysDialog(KeysDialog::partsOf(*this), this).exec(); });
   onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
   connectEditMenu();
   connectViewMenu();
@@ -109,7 +115,7 @@ void frmMain::connectEditMenu() {
     if (selection_.HasRecords()) {
       tables.push_back({tr("Selected rows"), [this] { return grid_.selectedTable(); }});
     }
-    saveTable(tables, tr("records"), this);
+    saveTable(tables, suggestedName(*current_), this);
   });
   onTriggered(actions_->mnuEditFind, ui_, [this] { dataPane_->findBar().open(); });
   onTriggered(actions_->mnuEditFindNext, ui_, [this] { dataPane_->findBar().findNext(); });
@@ -129,6 +135,11 @@ void frmMain::connectViewMenu() {
   onTriggered(actions_->mnuViewClearFilters, ui_, [this] { grid_.filterHeader().clearFilters(); });
   onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
+  connect(actions_->mnuViewFreeze, &QAction::toggled, this, [this](bool freezes) {
+    grid_.freezeFirstColumn(freezes);
+    rememberFreezing(freezes);
+  });
+  actions_->mnuViewFreeze->setChecked(freezesFirstColumn());
   onTriggered(actions_->mnuViewStoredValues, ui_, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewComputedValues, ui_, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
@@ -138,6 +149,7 @@ void frmMain::connectViewMenu() {
 
 void frmMain::connectParts() {
   connect(file_, &FileCommands::opened, this, &frmMain::showOpened);
+  connect(file_, &FileCommands::folderOpened, this, &frmMain::showFirst);
   connect(file_, &FileCommands::removed, this, &frmMain::showSources);
   connect(compact_, &CompactCommands::opened, this, &frmMain::showOpened);
   connect(compact_, &CompactCommands::workBegins, this, &frmMain::beginWork);
@@ -354,6 +366,16 @@ void frmMain::showOptions() {
   if (options_.digits != old.digits) grid_.digits(options_.digits);
 }
 
+void frmMain::showGuide() {
+  if (guideFolder().isEmpty()) {
+    return ui_.message(commands::MessageKind::information,
+                       tr("The user guide is not installed with the program.").toStdString(),
+                       commands::kProductName);
+  }
+  if (!guide_) guide_ = std::make_unique<GuideWindow>();
+  guide_->open("the-window");
+}
+
 void frmMain::treeMenu(const QPoint& position) {
   QMenu menu(this);
   menu.addMenu(actions_->mnuFileOpen);
@@ -382,7 +404,7 @@ void frmMain::gridMenu(const QPoint& position) {
                    actions_->mnuFileExport});
   menu.addSeparator();
   menu.addMenu(actions_->mnuSort);
-  menu.addActions({actions_->mnuViewEditFilter, actions_->mnuViewColumns});
+  menu.addActions({docks_->pinAction(), actions_->mnuViewEditFilter, actions_->mnuViewColumns});
   menu.exec(position);
 }
 
