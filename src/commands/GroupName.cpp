@@ -1,9 +1,23 @@
 #include "commands/GroupName.h"
 
 #include "commands/RecordNames.h"
+#include "database/Lookups.h"
 #include "model/Text.h"
 
 namespace orv::commands {
+
+namespace {
+
+/// The groups of a database that records may be put into.
+std::vector<std::string> usableGroups(store::Connection& database, bool strict) {
+  std::vector<std::string> names = database::GroupNames(database);
+  std::erase_if(names, [&](const std::string& name) {
+    return name.empty() || !groupNameRefusal(name, strict).empty();
+  });
+  return names;
+}
+
+}  // namespace
 
 bool isUnreservedGroupName(const std::string& name) {
   const std::string upper = upperCase(name);
@@ -30,11 +44,14 @@ void GroupName::settle(std::string name) {
 }
 
 std::optional<std::string> GroupName::choose() {
+  std::vector<std::string> groups;
+  if (!settled_) groups = usableGroups(destination_, session_.strictGroupNames);
   while (!settled_) {
     std::string name = session_.ui.input(
         {"Supply a new groupname for all of these records:", kProductName, remembered_,
          "The group that the records are put into. Names that begin with TARVEN, REMOVED or IGDB "
-         "are reserved."});
+         "are reserved.",
+         false, groups});
     if (name.empty()) return std::nullopt;
     const std::string refusal = groupNameRefusal(name, session_.strictGroupNames);
     if (refusal.empty()) {

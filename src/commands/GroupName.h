@@ -22,7 +22,9 @@ std::optional<std::string> groupOfSource(const sources::datasource& recordSet);
 /// The group of the records of one paste: asked for once, then settled.
 class GroupName {
  public:
-  explicit GroupName(Session& session) : session_(session) {}
+  /// Both outlive this; the groups of the destination are offered.
+  GroupName(Session& session, store::Connection& destination)
+      : session_(session), destination_(destination) {}
 
   /// Settles the name without asking or checking.
   void settle(std::string name);
@@ -33,6 +35,7 @@ class GroupName {
 
  private:
   Session& session_;
+  store::Connection& destination_;
   std::string remembered_;
   bool settled_ = false;
 };

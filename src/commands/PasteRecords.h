@@ -58,8 +58,9 @@ struct PasteResult {
 
   /// Adds the numbers of another copy.
   void add(const PasteResult& other);
-  /// "3 records copied, 1 failed. Integrated values of 3 panes computed by EN 410."
-  std::string summary() const;
+  /// "3 records copied, 1 failed. Integrated values of 3 panes computed by EN 410." That none
+  /// failed is said where it is asked for.
+  std::string summary(bool saysNoneFailed = false) const;
 };
 
 /// Copies the records of `pending` into `current`, the node now shown: a record set of an ORV

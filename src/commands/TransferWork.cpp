@@ -21,7 +21,7 @@ TransferWork::TransferWork(Session& session, const sources::RecordSelection& rec
       records_(records),
       destination_(destination),
       reader_(session, records.DataSourcePtr()),
-      group_(session),
+      group_(session, *destination.ADOConnection()),
       options_(options),
       notGiven_(columnsNotGiven(*records.DataSourcePtr())),
       progress_(session.ui, "Pasting records...") {

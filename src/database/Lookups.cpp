@@ -1,7 +1,10 @@
 #include "database/Lookups.h"
 
+#include <algorithm>
+
 #include "database/Fields.h"
 #include "database/Recordsets.h"
+#include "model/Text.h"
 
 namespace orv::database {
 
@@ -40,6 +43,15 @@ std::string GroupNameById(std::int32_t id, store::Connection& dc) {
 
 std::int32_t GroupIdByName(const std::string& name, store::Connection& dc) {
   return idByName(dc, kGroups, name);
+}
+
+std::vector<std::string> GroupNames(store::Connection& dc) {
+  std::vector<std::string> names;
+  for (auto rows = openTable(dc, "Groups"); !rows->eof(); rows->moveNext()) {
+    names.push_back(FieldToString(rows->value("GroupName")));
+  }
+  std::ranges::sort(names, {}, [](const std::string& name) { return lowerCase(name); });
+  return names;
 }
 
 std::string SupplierNameById(std::int32_t id, store::Connection& dc) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "store/Connection.h"
 
@@ -29,6 +30,8 @@ std::unordered_map<std::int32_t, std::string> allNames(const LookupTable& table,
 
 std::string GroupNameById(std::int32_t id, store::Connection& dc);
 std::int32_t GroupIdByName(const std::string& name, store::Connection& dc);
+/// The names of all groups, in alphabetical order without regard to case.
+std::vector<std::string> GroupNames(store::Connection& dc);
 std::string SupplierNameById(std::int32_t id, store::Connection& dc);
 std::int32_t SupplierIdByName(const std::string& name, store::Connection& dc);
 std::string FrameTypeNameById(std::int32_t id, store::Connection& dc);

@@ -17,7 +17,9 @@
 #include <QToolButton>
 
 #include "app/WindowTest.h"
+#include "app/dialogs/GuideWindow.h"
 #include "app/dialogs/IntegrationDialog.h"
+#include "app/dialogs/KeysDialog.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/dialogs/dlgCompact.h"
@@ -131,6 +133,8 @@ TEST_F(WindowTest, EverythingExplainsItself) {
 
   examiner.examine(app::frmOptions({}));
   examiner.examine(app::dlgTextFileOptions());
+  examiner.examine(app::KeysDialog(app::KeysDialog::partsOf(window)));
+  examiner.examine(app::GuideWindow());
   examiner.examine(app::frmAbout());
   examiner.examine(app::ColumnChooser(grid(), &window));
   examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, {}, &window));

@@ -16,6 +16,7 @@
 #include "app/grid/CellDelegate.h"
 #include "app/grid/ChangePlan.h"
 #include "app/grid/FilterHeader.h"
+#include "app/grid/FrozenColumn.h"
 #include "app/grid/RecordEdits.h"
 #include "commands/ErrorText.h"
 #include "commands/RecordReader.h"
@@ -70,6 +71,7 @@ RecordGrid::RecordGrid(QWidget* parent)
       "nothing is written before it is saved.</p>"));
   setHorizontalHeader(header_);
   setModel(model_);
+  frozen_ = new FrozenColumn(*this);  // what follows scrolls
   setSelectionBehavior(SelectRows);
   setSelectionMode(ContiguousSelection);
   setItemDelegate(cells_);
@@ -252,6 +254,10 @@ bool RecordGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* eve
     emit editingTold(model_->edits() == nullptr
                          ? whyNotEdited_
                          : tr("The column %1 cannot be edited.").arg(column));
+  }
+  const bool isWanted = (trigger & editTriggers()) != 0 && index.column() == frozen_->column();
+  if (isWanted && model_->editField(index.column()) != nullptr) {
+    horizontalScrollBar()->setValue(0);  // the editor stands where the column is
   }
   return QTableView::edit(index, trigger, event);
 }
@@ -492,6 +498,40 @@ QModelIndex RecordGrid::indexAt(const QPoint& position) const {
   return columns.isEmpty() ? index : model_->index(row, columns.constLast());
 }
 
+void RecordGrid::freezeFirstColumn(bool frozen) {
+  frozen_->freeze(frozen);
+}
+
+void RecordGrid::drawColumn(QPainter& painter, int column) const {
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  painter.fillRect(viewport()->rect(), palette().color(QPalette::Base));
+  for (int row = rowAt(0); row >= 0 && row < model_->rowCount(); ++row) {
+    const int top = rowViewportPosition(row);
+    if (top >= viewport()->height()) break;
+    const QModelIndex index = model_->index(row, column);
+    QStyleOptionViewItem cell = option;
+    cell.rect = QRect(0, top, columnWidth(column), rowHeight(row));
+    cell.features.setFlag(QStyleOptionViewItem::Alternate, row % 2 == 1);
+    cell.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    cell.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+    if (row % 2 == 1) painter.fillRect(cell.rect, palette().color(QPalette::AlternateBase));
+    itemDelegateForIndex(index)->paint(&painter, cell, index);
+  }
+}
+
+/// A column that stands still is in sight, and covers none that is looked for.
+void RecordGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  const bool stands = index.isValid() && index.column() == frozen_->column();
+  const int scrolled = horizontalScrollBar()->value();
+  QTableView::scrollTo(index, hint);
+  if (stands) return horizontalScrollBar()->setValue(scrolled);
+  const int hidden = frozen_->width() - columnViewportPosition(index.column());
+  if (frozen_->width() > 0 && hidden > 0) {
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - hidden);
+  }
+}
+
 void RecordGrid::startDrag(Qt::DropActions /*actions*/) {
   auto* drag = new QDrag(this);
   drag->setMimeData(model_->mimeData(selectionModel()->selectedIndexes()));
@@ -508,7 +548,7 @@ void RecordGrid::scrollContentsBy(int dx, int dy) {
 void RecordGrid::headerMenu(const QPoint& position) {
   QMenu menu(this);
   addColumnCommands(menu, header_->logicalIndexAt(position));
-  menu.exec(header_->mapToGlobal(position));
+  menu.exec(header_->mapToGlobal(QPoint(std::max(position.x(), 0), position.y())));
 }
 
 void RecordGrid::addColumnCommands(QMenu& menu, int column) {

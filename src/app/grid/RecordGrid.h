@@ -19,6 +19,7 @@ namespace orv::app {
 
 class CellDelegate;
 class FilterHeader;
+class FrozenColumn;
 class RecordEdits;
 
 /// Rows of which one block can be selected. Column widths, order and choice are kept, for the run,
@@ -87,6 +88,12 @@ class RecordGrid : public QTableView {
   bool finishEditing();
   void editCurrent();
 
+  /// Has the first column stand still while the others scroll.
+  void freezeFirstColumn(bool frozen);
+  /// Draws the cells in sight of a column, at the left edge.
+  void drawColumn(QPainter& painter, int column) const;
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
  signals:
   /// What there is to say of the editing of a cell.
   void editingTold(const QString& text);
@@ -150,6 +157,7 @@ class RecordGrid : public QTableView {
 
   RecordModel* model_;
   FilterHeader* header_;
+  FrozenColumn* frozen_;
   CellDelegate* cells_;
   QString whyNotEdited_;
   int kind_ = -1;

@@ -101,7 +101,7 @@ void CompareCommands::copy(const std::vector<std::size_t>& pairs) {
                       addNotesTo(report, tr("Not kept, since an ORV database has no place for it:"),
                                  each.notKept);
                     });
-      if (!result.refused) emit finished(qt(result.summary()), ui_.failures() + report);
+      if (!result.refused) emit finished(qt(result.summary(true)), ui_.failures() + report);
     });
   }
   emit workEnded(true);
