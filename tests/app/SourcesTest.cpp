@@ -91,6 +91,8 @@ TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
 
   makeDatabase("newer.mdb", "Newest");
   window.openPaths({file(folder / "orvdata.mdb")});
+  // Its log stands beside the new file.
+  session.database.InsertSupplier("Late", *session.MainDataSources.Item(2)->ADOConnection());
   replace();
   dialogs.press("Yes");
   refresh();

@@ -73,7 +73,7 @@ class RecordEditing : public QObject {
   void tellChanges();
   bool save(RecordEdits& edits);
   bool saveOnce(RecordEdits& edits);
-  bool ask(RecordEdits& edits);
+  int ask(const RecordEdits& edits);
   bool resolve(RecordEdits& edits);
   void tellRefusals(const RecordEdits& edits);
   void reverse(bool back);

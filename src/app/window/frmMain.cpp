@@ -207,7 +207,10 @@ void frmMain::endWork(WorkEffect effect) {
       reloadNode(GridPlace::Selection::deleted);
       break;
   }
-  if (effect != WorkEffect::readsRecords) editing_->offerUndo();
+  if (effect != WorkEffect::readsRecords) {
+    editing_->offerUndo();
+    differences_->outdate();
+  }
   tellRemarks();
   offerReplacements();
 }
@@ -227,6 +230,7 @@ void frmMain::followFile() {
   const bool isEdited = grid_.viewport()->isAncestorOf(QApplication::focusWidget());
   if (isBusy || isEdited) return watch_->lookLater();
   reloadNode();
+  differences_->outdate();
   sbStatusBar_->status(tr("Another program has changed the file; its records were read again."));
   if (isActiveWindow()) offerReplacements();
 }

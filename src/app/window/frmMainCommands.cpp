@@ -289,8 +289,7 @@ void frmMain::connectCompare() {
   connect(compare_, &CompareCommands::compared, differences_, &CompareDock::show);
   connect(differences_, &CompareDock::copyWanted, this,
           [this](const std::vector<std::size_t>& pairs) {
-            const Node right = compare_->destination();
-            if (!right || editing_->settle(right)) compare_->copy(pairs);
+            if (editing_->settle({})) compare_->copy(pairs);
           });
   connect(differences_, &CompareDock::refreshWanted, compare_, &CompareCommands::compareAgain);
   connect(differences_, &CompareDock::chosen, this,
@@ -299,7 +298,9 @@ void frmMain::connectCompare() {
           });
 }
 
+/// What is compared is what is stored.
 void frmMain::compare() {
+  if (!editing_->settle({})) return;
   auto keys = tvDataSources_->selectedKeys();
   for (std::string& key : keys) {
     const Node node = session_.MainDataSources.findByKey(key);
