@@ -1,6 +1,7 @@
 #include "store/History.h"
 
 #include <algorithm>
+#include <ctime>
 #include <set>
 
 #include "errors/Error.h"
@@ -203,6 +204,32 @@ History::History(Connection& database)
 
 void History::keep(std::uint64_t largest) {
   recorder_->keep(largest);
+  if (largest > 0) noteLosses();
+}
+
+/// The log of the database tells how long the history was for the last commit that is there.
+void History::noteLosses() {
+  jet::Pager& pager = database_.database().pager();
+  const std::uint64_t wanted = pager.takeRecoveredCompanion();
+  if (wanted == 0) return;
+  try {
+    const jet::Pager::WriteLock lock(pager);
+    jet::HistoryFile& file = recorder_->file();
+    if (file.look() != jet::HistoryFile::Found::sound || file.length() >= wanted) return;
+    const HistoryState state = stateOf(file);
+    HistoryRecord lost{.kind = HistoryRecord::Kind::lost,
+                       .work = wanted,
+                       .time = std::time(nullptr),
+                       .title = "A change that a loss of power has ended"};
+    const bool isOfLast = !state.done.empty() && !state.done.back().work.isFinished;
+    if (isOfLast) {
+      lost.work = state.done.back().work.id;
+      lost.title = state.done.back().work.title;
+    }
+    file.append(lost, true);
+  } catch (const Error&) {
+    // What cannot be noted is found as what was changed since, when it is taken back.
+  }
 }
 
 bool History::isKept(Connection& database) {

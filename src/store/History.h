@@ -50,7 +50,9 @@ struct UndoResult {
 /// them; a work is as late as its last commit.
 ///
 /// A commit is written there before it is made; when its work ends, it is on the disk. Whether the
-/// last commit of a work without an end was made, is found out when it is taken back.
+/// last commit of a work without an end was made, is found out when it is taken back. After a loss
+/// of power commits of a work without an end may be in the database and not in its history: then it
+/// is noted to be lost when the database is opened next by who keeps a history.
 /// A row is only taken back that is exactly as the work has left it, whoever has changed it since,
 /// and all of a work or nothing: so a history that lacks a commit, or is that of a former state of
 /// the database, does no harm. One of another database is given another name and not used.
@@ -115,6 +117,7 @@ class History {
  private:
   using References = std::span<const RowReference>;
   UndoResult reverse(std::size_t count, bool back, References references, Wanted wanted);
+  void noteLosses();
   UndoResult tryToReverse(std::size_t count, bool back, References references, Wanted wanted);
   std::optional<HistoryWork> noteIfReversedAlready(bool back);
 

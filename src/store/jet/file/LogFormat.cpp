@@ -100,6 +100,7 @@ Bytes LogRecord::encode(Head head, std::span<const LoggedPage> pages, std::size_
   store32(&bytes[24], head.pageCountBefore);
   store32(&bytes[28], head.pageCountAfter);
   store64(&bytes[32], head.size);
+  store64(&bytes[40], head.companion);
   std::uint8_t* at = &bytes[kHeadSize];
   for (const LoggedPage& page : pages) {
     store32(at, page.number);
@@ -121,9 +122,9 @@ std::optional<LogRecord::Head> LogRecord::decodeHead(std::span<const std::uint8_
   if (bytes.size() < kHeadSize || load32(&bytes[0]) != kRecordMagic) {
     return std::nullopt;
   }
-  const Head head{load32(&bytes[4]),         load64(&bytes[8]),  load64(&bytes[16]),
-                  load32(&bytes[24]),        load32(&bytes[28]), load64(&bytes[32]),
-                  load64(&bytes[kRecordSum])};
+  const Head head{load32(&bytes[4]),  load64(&bytes[8]),         load64(&bytes[16]),
+                  load32(&bytes[24]), load32(&bytes[28]),        load64(&bytes[32]),
+                  load64(&bytes[40]), load64(&bytes[kRecordSum])};
   const bool canBe =
       head.size == sizeFor(head.pages, pageSize) && head.pageCountBefore <= head.pageCountAfter;
   return canBe ? std::optional(head) : std::nullopt;

@@ -128,6 +128,7 @@ void LoggedFile::recover() {
 void LoggedFile::recoverAlone() {
   const bool canWrite = !file_->readOnly() && !log_->readOnly() && seen_.links == 1;
   LogRecovery recovery(*log_, *file_, pageSize_);
+  recoveredCompanion_ = log_->companion();
   const auto outcome = recovery.compare();
   if (outcome == LogRecovery::Outcome::foreign) {
     refuseForeignLog();
@@ -217,7 +218,7 @@ void LoggedFile::prepareToWrite() {
 }
 
 void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
-                        const std::vector<LoggedPage>& pages) {
+                        const std::vector<LoggedPage>& pages, std::uint64_t companion) {
   if (!log_) {
     for (const LoggedPage& page : pages) {
       file_->write(std::uint64_t{page.number} * pageSize_, page.after, pageSize_);
@@ -233,7 +234,7 @@ void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
       file_->sync();
       log_->beginAnew(seen_);
     }
-    writeDurably(pagesBefore, pagesAfter, pages);
+    writeDurably(pagesBefore, pagesAfter, pages, companion);
   } catch (const Error&) {
     locks_.leaveExclusive();
     throw;
@@ -278,10 +279,10 @@ void LoggedFile::refuseForeignChange(const std::vector<LoggedPage>& pages) {
 }
 
 void LoggedFile::writeDurably(PageNumber pagesBefore, PageNumber pagesAfter,
-                              const std::vector<LoggedPage>& pages) {
+                              const std::vector<LoggedPage>& pages, std::uint64_t companion) {
   const std::vector<LoggedPage>* overwritten = nullptr;
   try {
-    log_->append(pagesBefore, pagesAfter, pages);
+    log_->append(pagesBefore, pagesAfter, pages, companion);
     overwritten = &pages;
     for (const LoggedPage& page : pages) {
       file_->write(std::uint64_t{page.number} * pageSize_, page.after, pageSize_);

@@ -15,9 +15,9 @@
 namespace orv::store::jet {
 namespace {
 
-// Little-endian. The header: magic, version, identity, checksum. The head of a record: magic, kind,
-// work, time, size of the record, of the title and of the changes, checksum of both, and of the
-// head. Then the title and the changes, each filled up to whole words of 8.
+// Little-endian. The header: magic, version, identity, bytes that have gone, checksum. The head of
+// a record: magic, kind, work, time, size of the record, of the title and of the changes, checksum
+// of both, and of the head. Then the title and the changes, each filled up to whole words of 8.
 constexpr std::array<std::uint8_t, 8> kMagic = {'O', 'R', 'V', 'H', 'I', 'S', 'T', '1'};
 constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kHeaderSize = 64;
@@ -29,11 +29,12 @@ std::uint64_t wholeWords(std::uint64_t size) {
   return (size + 7) / 8 * 8;
 }
 
-std::array<std::uint8_t, kHeaderSize> encodeHeader(std::uint64_t identity) {
+std::array<std::uint8_t, kHeaderSize> encodeHeader(std::uint64_t identity, std::uint64_t gone) {
   std::array<std::uint8_t, kHeaderSize> bytes{};
   std::ranges::copy(kMagic, bytes.begin());
   store32(&bytes[8], kVersion);
   store64(&bytes[16], identity);
+  store64(&bytes[24], gone);
   store64(&bytes[kHeaderSize - kSumSize],
           checksumOf(std::span(bytes).first(kHeaderSize - kSumSize)));
   return bytes;
@@ -101,7 +102,8 @@ HistoryFile::Found HistoryFile::look() {
   if (size >= kHeaderSize) file_->read(0, header.data(), header.size());
   end_ = 0;
   entries_.clear();
-  if (header != encodeHeader(identity_)) return size == 0 ? Found::absent : Found::foreign;
+  gone_ = load64(&header[24]);
+  if (header != encodeHeader(identity_, gone_)) return size == 0 ? Found::absent : Found::foreign;
   readEntries();
   return isCutShort() ? Found::sound : Found::damaged;
 }
@@ -206,7 +208,8 @@ void HistoryFile::sync() {
 void HistoryFile::beginNew() {
   FileSystem& files = FileSystem::current();
   if (file_ == nullptr) file_ = files.createCompanion(path_, databasePath_);
-  const auto header = encodeHeader(identity_);
+  gone_ = 0;
+  const auto header = encodeHeader(identity_, gone_);
   file_->write(0, header.data(), header.size());
   files.syncFolder(path_);
   end_ = kHeaderSize;
@@ -257,7 +260,6 @@ Bytes HistoryFile::withoutOldest(const HistoryRecord& added) {
     if (grows) unfinished.emplace(added.work, entries_.back().head);
   }
   Bytes kept(kHeaderSize);
-  std::ranges::copy(encodeHeader(identity_), kept.begin());
   for (auto& [work, head] : unfinished) {
     if (!gone.contains(work)) continue;
     head.kind = HistoryRecord::Kind::lost;
@@ -270,6 +272,7 @@ Bytes HistoryFile::withoutOldest(const HistoryRecord& added) {
     kept.resize(at + static_cast<std::size_t>(entry.size));
     file_->read(entry.place, kept.data() + at, static_cast<std::size_t>(entry.size));
   }
+  std::ranges::copy(encodeHeader(identity_, gone_ + end_ - kept.size()), kept.begin());
   return kept;
 }
 

@@ -69,6 +69,8 @@ class HistoryFile {
   void withdraw();
   /// Returns when all that was added is on the disk.
   void sync();
+  /// How long the file would be if no works had gone from it.
+  std::uint64_t length() const { return gone_ + end_; }
   /// The name that a file got since the last call which could not be used; empty where none did.
   std::string takeNameOfUnusable() { return std::exchange(setAside_, {}); }
 
@@ -87,7 +89,8 @@ class HistoryFile {
   std::uint64_t largest_ = UINT64_MAX;
   std::unique_ptr<File> file_;
   std::vector<HistoryEntry> entries_;
-  std::uint64_t end_ = 0;  ///< where the next record goes; 0 where nothing has been looked at
+  std::uint64_t end_ = 0;   ///< where the next record goes; 0 where nothing has been looked at
+  std::uint64_t gone_ = 0;  ///< bytes of works that had to go
   bool isWaitedFor_ = true;
   std::string setAside_;
 };

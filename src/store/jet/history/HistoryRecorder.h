@@ -52,7 +52,7 @@ class HistoryRecorder final : public ChangeObserver {
   std::size_t mark() const override { return changes_.bytes().size(); }
   void forgetSince(std::size_t mark) override;
   void rolledBack() override;
-  void committing() noexcept override;
+  std::uint64_t committing() noexcept override;
   void committed() noexcept override;
 
  private:

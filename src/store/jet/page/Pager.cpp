@@ -275,9 +275,9 @@ void Pager::commit() {
     if (observer_) observer_->committed();
     return;
   }
-  if (observer_) observer_->committing();
+  const std::uint64_t companion = observer_ ? observer_->committing() : 0;
   try {
-    writeDirtyPages();
+    writeDirtyPages(companion);
   } catch (const Error&) {
     ++transactionDepth_;  // The transaction's end undoes it.
     forgetPages();
@@ -292,7 +292,7 @@ void Pager::commit() {
   if (observer_) observer_->committed();
 }
 
-void Pager::writeDirtyPages() {
+void Pager::writeDirtyPages(std::uint64_t companion) {
   std::vector<PageNumber> numbers;
   for (const auto& [number, dirty] : dirty_) {
     numbers.push_back(number);
@@ -307,7 +307,7 @@ void Pager::writeDirtyPages() {
     const PageBytes& after = kept.emplace_back(encoded(number, dirty.bytes));
     pages.push_back({number, former, after.get()});
   }
-  file_.commit(committedPageCount_, pageCount_, pages);
+  file_.commit(committedPageCount_, pageCount_, pages, companion);
 }
 
 void Pager::rollback() {
