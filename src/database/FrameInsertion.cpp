@@ -55,7 +55,6 @@ std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
     setFrameColumns(*row, fData, keys);
     key = row->value("FrameID").toLong();
     row->update();
-    row->close();
   });
   return key;
 }
@@ -73,7 +72,6 @@ bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, store::Connectio
     auto row = findRecord(dc, "Frame", "FrameID", known->id());
     setFrameColumns(*row, fData, keys);
     row->update();
-    row->close();
   });
   return true;
 }

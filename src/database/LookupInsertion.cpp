@@ -17,7 +17,6 @@ std::int32_t findOrAdd(store::Connection& dc, const std::string& table,
   }
   const std::int32_t key = rows->value(keyColumn).toLong();
   rows->update();
-  rows->close();
   return key;
 }
 

@@ -83,7 +83,6 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   setPaneColumns(*row, data, dc);
   row->setValue("Ra", 0);
   row->update();
-  row->close();
 }
 
 /// Made before the record's commit begins, so that no file is locked while the user thinks. Where

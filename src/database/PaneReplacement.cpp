@@ -23,7 +23,6 @@ std::vector<std::int16_t> otherAngles(std::int32_t id, const Panes& panes, store
         std::ranges::any_of(panes, [&](const auto& pane) { return pane->ORV_Angle() == angle; });
     if (!isNew) others.push_back(static_cast<std::int16_t>(angle));
   }
-  rows->close();
   return others;
 }
 
@@ -67,7 +66,6 @@ void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, store::Conne
   auto row = findRecord(dc, "Pane", "PaneID", data.id());
   setPaneColumns(*row, data, dc);
   row->update();
-  row->close();
 }
 
 }  // namespace orv::database
