@@ -79,7 +79,17 @@ class AuditVerb : public Verb {
         .add_option(name, names, description)
         ->delimiter(',')
         ->allow_extra_args(false)
+        ->transform(anyRule())
         ->type_name("NAMES");
+  }
+
+  /// Tells completions the names of the rules. Which are none the audit says.
+  static CLI::Validator anyRule() {
+    std::string names;
+    for (const auto& rule : commands::audit::rules()) {
+      names += (names.empty() ? "" : " ") + std::string(rule.name);
+    }
+    return CLI::Validator([](std::string& /*name*/) { return std::string(); }, "", names);
   }
 
   ExitCode listRules() const {

@@ -106,10 +106,23 @@ TEST_F(CompareWindowTest, TickedRecordsAreCopiedToTheRight) {
   compare();
   EXPECT_FALSE(isEnabled("mnuCompareCopyRight"));
   trigger("mnuCompareTickAll");
-  EXPECT_EQ(action("mnuCompareCopyRight").text(), "Copy 2 to the Right");
+  EXPECT_EQ(action("mnuCompareCopyRight").text(), "Copy 2 to the &Right");
   trigger("mnuCompareTickAll");
   EXPECT_FALSE(isEnabled("mnuCompareCopyRight"));
   differences().topLevelItem(1)->setCheckState(0, Qt::Checked);
+
+  // What is changed on the right side and not saved is asked about first.
+  selectNode({"left.mdb", "Panes"});
+  QGuiApplication::clipboard()->setText("mine");
+  grid().setCurrentIndex(grid().model()->index(0, 2));
+  trigger("mnuEditPasteText");
+  EXPECT_EQ(label("lblStatus"), "1 field changed, not saved yet.");
+  dialogs.press("Cancel");
+  trigger("mnuCompareCopyRight");
+  EXPECT_TRUE(dialogs.texts().back().startsWith("1 field of 1 record of "))
+      << dialogs.texts().back().toStdString() << label("lblStatus").toStdString();
+  EXPECT_EQ(shown().size(), 5);
+  dialogs.press("Discard");
   trigger("mnuCompareCopyRight");
   EXPECT_TRUE(dialogs.isDone()) << dialogs.texts().join('|').toStdString();
   EXPECT_EQ(shown(), (QStringList{"− new", "+ gone"}));

@@ -9,17 +9,35 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QStyleOptionHeader>
 #include <QTimer>
+#include <map>
 
 #include "app/WindowTest.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/docks/audit/FindingsTree.h"
+#include "app/docks/details/DetailsTree.h"
 #include "app/docks/spectra/SpectrumDock.h"
+#include "database/TestDatabase.h"
+#include "model/IntegratedColumns.h"
 #include "store/Connection.h"
 #include "store/jet/file/File.h"
 
 namespace orv::test {
+
+/// Draws as the program does, and notes the arrows of headings.
+class ArrowWatch : public QProxyStyle {
+ public:
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+    if (element == CE_Header && header) arrows[header->section] = header->sortIndicator;
+    QProxyStyle::drawControl(element, option, painter, widget);
+  }
+  mutable std::map<int, QStyleOptionHeader::SortIndicator> arrows;
+};
 
 class DayTest : public WindowTest {
  protected:
@@ -38,24 +56,21 @@ class DayTest : public WindowTest {
     QTest::qWait(200);  // whatever the first click sets off is done
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, place);
   }
-  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    window.activateWindow();  // without a window manager no one else does when a dialog has closed
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.focusWidget(), key, modifiers);
-  }
 };
 
 TEST_F(DayTest, DocksKeepTheirSizeWhateverTheyHold) {
-  window.resize(433, 433);
+  resize(433, 433);
   window.openPaths({makeRows("a.mdb", 40)});
-  window.resize(1366, 768);
+  resize(1366, 768);
   pressRow(11);
   trigger("mnuViewSpectrum");
   trigger("mnuViewDetails");
   auto& spectra = find<QDockWidget>("SpectrumDock");
   auto& details = find<QDockWidget>("DetailsDock");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(spectra.height() - 768 * 42 / 100) < 8; }));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(details.width() - 1366 * 30 / 100) < 8; }));
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return std::abs(spectra.height() - window.height() * 42 / 100) < 8; }));
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return std::abs(details.width() - window.width() * 30 / 100) < 8; }));
   const int height = spectra.height();
   const QRect row = grid().visualRect(grid().model()->index(11, 0));
   EXPECT_TRUE(grid().viewport()->rect().contains(row.adjusted(0, 0, -row.width() + 1, 0)));
@@ -71,7 +86,7 @@ TEST_F(DayTest, DocksKeepTheirSizeWhateverTheyHold) {
 }
 
 TEST_F(DayTest, TheSelectionAndThePlaceStay) {
-  window.resize(900, 500);
+  resize(900, 500);
   window.openPaths({makeRows("a.mdb", 300), makeRows("b.mdb", 9)});
   selectNode({"a.mdb", "Panes"});
   grid().selectRows({120, 122});
@@ -89,6 +104,16 @@ TEST_F(DayTest, TheSelectionAndThePlaceStay) {
   QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, heading);
   QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, heading);
   EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
+  ArrowWatch style;
+  header.setStyle(&style);
+  header.grab();
+  EXPECT_EQ(style.arrows[0], QStyleOptionHeader::SortDown) << "it goes down as the values do";
+  QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, heading);
+  header.grab();
+  EXPECT_EQ(style.arrows[0], QStyleOptionHeader::SortUp);
+  EXPECT_EQ(style.arrows[1], QStyleOptionHeader::None);
+  header.setStyle(nullptr);
+  QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, heading);
   EXPECT_EQ(name(grid().selectedRows().low), "PANE0122.DAT");
   EXPECT_EQ(grid().selectedRows().count(), 3);
 
@@ -104,7 +129,7 @@ TEST_F(DayTest, TheSelectionAndThePlaceStay) {
 }
 
 TEST_F(DayTest, ADeletionAsksWhereItIsMeantAndGoesOnBehind) {
-  window.resize(1000, 700);
+  resize(1000, 700);
   window.openPaths({makeRows("a.mdb", 30)});
   trigger("mnuToolsAudit");
   pressRow(4);
@@ -138,7 +163,7 @@ TEST_F(DayTest, ADeletionAsksWhereItIsMeantAndGoesOnBehind) {
 }
 
 TEST_F(DayTest, ChangesByOthersAreSeen) {
-  window.resize(1000, 700);
+  resize(1000, 700);
   const QString path = makeRows("a.mdb", 12);
   window.openPaths({path});
   trigger("mnuViewDetails");
@@ -152,6 +177,31 @@ TEST_F(DayTest, ChangesByOthersAreSeen) {
   EXPECT_EQ(currentRow(), 3);
   ASSERT_TRUE(QFile::remove(path));
   EXPECT_TRUE(QTest::qWaitFor([&] { return text().contains("deleted or moved"); }));
+  EXPECT_EQ(find<QPlainTextEdit>("DataSourceTextBox").lineWrapMode(), QPlainTextEdit::WidgetWidth);
+}
+
+TEST_F(DayTest, ValuesThatAreNotStoredAreNoZeros) {
+  const QString path = makeRows("a.mdb", 1);
+  const auto connection = store::Connection::openFile(path.toStdString());
+  const auto pane = makePane("b.txt");
+  for (const IntegratedColumn& value : kIntegratedColumns) (*pane.*value.pane)(0.0F);
+  session.database.InsertPane(*pane, *connection);
+  connection->close();
+  resize(1366, 768);
+  window.openPaths({path});
+  for (const char* dock : {"SpectrumDock", "DetailsDock"}) find<QDockWidget>(dock).show();
+  ASSERT_EQ(rows(), 2);
+  const int row = cell(0, 1) == "b.txt" ? 0 : 1;
+  selectRows(row, row);
+  auto& details = *window.findChild<app::DetailsTree*>();
+  const auto line = [&] {
+    for (const QString& each : details.text(false).split('\n')) {
+      if (each.startsWith("Solar transmittance front")) return each;
+    }
+    return QString();
+  };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return line().contains("not stored"); }))
+      << details.text(false).toStdString();
 }
 
 TEST_F(DayTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {
@@ -172,6 +222,17 @@ TEST_F(DayTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {
   ASSERT_EQ(dialogs.seen().size(), 1U);
   EXPECT_TRUE(dialogs.texts()[0].contains("the file is read-only"));
   EXPECT_EQ(grid().selectedRows().count(), 1);
+
+  window.openPaths({makeRows("other.mdb", 2)});
+  pressRow(0);
+  pressRow(1, Qt::ShiftModifier);
+  press(Qt::Key_C, Qt::ControlModifier);
+  selectNode({"a.mdb (read only)", "Panes"});
+  grid().setFocus();
+  press(Qt::Key_V, Qt::ControlModifier);
+  ASSERT_EQ(dialogs.seen().size(), 2U) << "once, and not for each record";
+  EXPECT_TRUE(dialogs.texts()[1].contains("the file is read-only"));
+  EXPECT_EQ(rows(), 3);
 }
 
 TEST_F(DayTest, ALockedFileIsWaitedForWithAWindowThatCanEndIt) {

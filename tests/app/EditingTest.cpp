@@ -1,9 +1,13 @@
 // Editing records in the grid, as one types.
+#include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <functional>
 
 #include "app/WindowTest.h"
 #include "commands/edit/Editor.h"
@@ -19,7 +23,7 @@ class EditingTest : public WindowTest {
 
   void SetUp() override {
     ORV_NEEDS_CORPUS();
-    window.resize(1100, 700);
+    resize(1100, 700);
     path = openCopy("orvdata-3.0.0.mdb").toStdString();
   }
 
@@ -134,9 +138,30 @@ TEST_F(EditingTest, AWrongValueKeepsItsEditorOpenWithTheReason) {
   press(Qt::Key_Return);
   ASSERT_NE(editor(), nullptr);
   EXPECT_EQ(refusal(), "pane 5: thickness is from 0 to 1000 mm, and 4000 is not.");
-  click(6, kName);
-  ASSERT_NE(editor(), nullptr) << "it stays where somebody clicks elsewhere";
-  EXPECT_EQ(grid().currentIndex().row(), 4);
+  auto& header = grid().filterHeader();
+  auto& filter = find<QLineEdit>("txtFilter1");
+  const std::function<void()> ways[] = {
+      [&] { press(Qt::Key_Tab); },
+      [&] { press(Qt::Key_Down); },
+      [&] { press(Qt::Key_PageUp); },
+      [&] { click(6, kName); },
+      [&] {
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, {60, 5});
+      },
+      [&] { QTest::mouseClick(&filter, Qt::LeftButton); },
+      [&] {
+        selectNode({"orvdata-3.0.0.mdb", "Frames"});
+      },
+      [&] { trigger("mnuViewRefresh"); },
+  };
+  for (std::size_t way = 0; way < std::size(ways); ++way) {
+    ways[way]();
+    QTest::qWait(1);
+    ASSERT_NE(editor(), nullptr) << "it stays whichever way somebody goes: " << way;
+    EXPECT_TRUE(editor()->hasFocus()) << way;
+    EXPECT_EQ(grid().currentIndex().row(), 4) << way;
+    EXPECT_NE(refusal(), "") << way;
+  }
   type("4");
   EXPECT_EQ(refusal(), "") << "typing goes on";
   press(Qt::Key_Escape);
@@ -162,6 +187,118 @@ TEST_F(EditingTest, AWrongValueKeepsItsEditorOpenWithTheReason) {
   EXPECT_TRUE(label("lblStatus").contains("read only")) << label("lblStatus").toStdString();
   selectNode({"orvdata-3.0.0.mdb", "Panes"});
   EXPECT_EQ(changes().size(), 1) << "changes wait for the user to come back";
+}
+
+TEST_F(EditingTest, AReplacementIsShownBeforeItIsMade) {
+  choose(0, 0, kProduct);
+  const auto typeInto = [](QWidget& dialog, const char* name, const QString& text) {
+    auto* edit = dialog.findChild<QLineEdit*>(name);
+    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+    for (const QChar c : text) {
+      QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
+  };
+  const auto shown = [this](QWidget& dialog) { return lines(*dialog.findChild<QTreeWidget*>()); };
+  dialogs.then([&](QWidget& dialog) {
+    auto* column = dialog.findChild<QComboBox*>("cboReplaceColumn");
+    auto* make = dialog.findChild<QPushButton*>("cmdMakeChanges");
+    EXPECT_FALSE(make->isEnabled());
+    EXPECT_EQ(column->currentText(), "Product name");
+    EXPECT_EQ(column->findText("Pane ID"), -1);
+    typeInto(dialog, "txtReplaceFind", "PANE 1");
+    typeInto(dialog, "txtReplaceBy", "Scheibe 1");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown(dialog).size() == 11; }));
+    EXPECT_EQ(shown(dialog)[1], "pane10.txt|product name|Café pane 10|Café Scheibe 10|");
+    dialog.findChild<QCheckBox*>("chkReplaceCase")->click();
+    EXPECT_TRUE(shown(dialog).isEmpty());
+    dialog.findChild<QCheckBox*>("chkReplaceCase")->click();
+    typeInto(dialog, "txtReplaceFind", "café pane 1");
+    dialog.findChild<QCheckBox*>("chkReplaceWhole")->click();
+    EXPECT_EQ(shown(dialog), QStringList("pane01.txt|product name|Café pane 1|Scheibe 1|"));
+
+    // A name that is there already stays as it is, and so does what is not ticked.
+    column->setCurrentIndex(column->findText("Name"));
+    dialog.findChild<QCheckBox*>("chkReplaceWhole")->click();
+    typeInto(dialog, "txtReplaceFind", "pane0");
+    typeInto(dialog, "txtReplaceBy", "pane2");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown(dialog).size() == 9; }));
+    auto* list = dialog.findChild<QTreeWidget*>();
+    EXPECT_TRUE(list->topLevelItem(1)->text(4).startsWith("There would be two panes"))
+        << shown(dialog).join(", ").toStdString();
+    typeInto(dialog, "txtReplaceBy", "glass");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown(dialog)[1].contains("|glass2.txt|"); }));
+    EXPECT_EQ(make->text(), "&Replace 9");
+    list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  trigger("mnuEditReplace");
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(label("lblStatus"), "8 fields changed, not saved yet.");
+  EXPECT_EQ(cell(1, kName), "glass2.txt");
+  EXPECT_EQ(cell(2, kName), "pane03.txt");
+  trigger("mnuEditUndo");
+  EXPECT_TRUE(changes().isEmpty()) << "one step";
+}
+
+TEST_F(EditingTest, ABlockOfASpreadsheetIsPastedFromTheCurrentFieldOn) {
+  const auto paste = [&](const QString& text) {
+    QGuiApplication::clipboard()->setText(text);
+    const std::size_t before = dialogs.seen().size();
+    trigger("mnuEditPasteText");
+    return dialogs.seen().size() == before ? QString() : dialogs.texts().back();
+  };
+  choose(1, 3, kThickness);
+  EXPECT_EQ(paste("7,5\n"), "");
+  for (int row = 1; row <= 3; ++row) EXPECT_EQ(cell(row, kThickness), "7.5");
+  trigger("mnuEditUndo");
+
+  // Quoted cells, an empty one, one that is not changed, a heading, and a column that is hidden.
+  choose(2, 2, kName);
+  grid().setColumnHidden(kGroup, true);
+  EXPECT_EQ(paste("Name\tProduct name\tSupplier\r\n"
+                  "new.txt\t\"a \"\"b\"\"\"\tNeue\r\n"
+                  "pane04.txt\t\tUnknown\r\n"),
+            "");
+  EXPECT_EQ(changes(), (QStringList{"pane03.txt (3)|name|pane03.txt|new.txt|",
+                                    "pane03.txt (3)|product name|Café pane 3|a \"b\"|",
+                                    "pane03.txt (3)|supplier|Sächsische Gläser|Neue|",
+                                    "pane04.txt (4)|product name|Café pane 4||"}));
+  EXPECT_TRUE(label("lblStatus").endsWith("left alone: Group."))
+      << label("lblStatus").toStdString();
+  trigger("mnuEditUndo");
+  EXPECT_TRUE(changes().isEmpty()) << "one step";
+
+  // What does not fit is refused with its place, and nothing is changed.
+  choose(38, 38, kName);
+  EXPECT_EQ(paste("a\nb\nc"),
+            "Nothing is pasted. The text has 3 rows, but from row 39 (pane39.txt) "
+            "on there are only 2.");
+  choose(38, 38, kId);
+  EXPECT_EQ(paste("39\tpane39.txt\n7\tx"),
+            "Nothing is pasted. Row 40 (pane40.txt): the column Pane ID cannot be edited, and the "
+            "text would make \"7\" of \"40\".");
+  choose(3, 3, grid().visibleColumns().constLast());
+  EXPECT_TRUE(paste("a\tb").contains("The text has 2 columns, but from the column "));
+  EXPECT_TRUE(changes().isEmpty());
+
+  // A value that its field refuses is shown among the others, which may be pasted.
+  QStringList plan;
+  dialogs.then([&](QWidget& dialog) {
+    plan = lines(*dialog.findChild<QTreeWidget*>());
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  choose(0, 0, kThickness);
+  paste("8\nthick\n9");
+  EXPECT_EQ(plan, (QStringList{"pane01.txt|thickness|5|8|",
+                               "pane02.txt|thickness|6|thick|thickness is a number, and \"thick\" "
+                               "is none.",
+                               "pane03.txt|thickness|4|9|"}));
+  EXPECT_EQ(cell(0, kThickness) + cell(1, kThickness) + cell(2, kThickness), "869");
+
+  openCopy("glazing.mdb");
+  choose(0, 0, 1);
+  EXPECT_EQ(paste("x"), "");
+  EXPECT_TRUE(label("lblStatus").contains("read only"));
 }
 
 TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {

@@ -15,7 +15,7 @@ class GridTest : public WindowTest {
  protected:
   void SetUp() override {
     ORV_NEEDS_CORPUS();
-    window.resize(1000, 600);
+    resize(1000, 600);
     openCopy("glazing.mdb");
   }
   int column(const QString& title) {

@@ -48,6 +48,9 @@ TEST_F(TransferWindowTest, PastesPanesOfTheIgdbWithoutAQuestion) {
   EXPECT_TRUE(dialogs.seen().empty()) << dialogs.texts().join('|').toStdString();
   EXPECT_EQ(rows(), 3);
   EXPECT_EQ(cell(2, 3), "IGDB");
+  for (const int column : {1, 2, 4}) {  // in a grid that was empty before
+    EXPECT_LT(grid().fontMetrics().horizontalAdvance(cell(2, column)), grid().columnWidth(column));
+  }
   EXPECT_EQ(label("lblStatus"), "Ready");
   EXPECT_TRUE(isEnabled("mnuEditPaste"));
   EXPECT_FALSE(isEnabled("mnuEditDelete"));

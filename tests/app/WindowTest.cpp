@@ -1,5 +1,6 @@
 #include "app/WindowTest.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
 
@@ -28,6 +29,33 @@ QString WindowTest::makeRows(const char* name, int panes) {
   rows->close();
   connection->close();
   return QString::fromStdString(path);
+}
+
+void WindowTest::resize(int width, int height) {
+  static const QStringList room = qEnvironmentVariable("ORV_TEST_SIZE").split('x');
+  QSize size(width, height);
+  if (room.size() == 2) size = size.boundedTo({room[0].toInt(), room[1].toInt()});
+  window.resize(size);
+}
+
+void WindowTest::press(int key, Qt::KeyboardModifiers modifiers) {
+  QWidget* target = QApplication::activePopupWidget();
+  if (target == nullptr && QApplication::activeModalWidget() == nullptr) {
+    window.activateWindow();  // without a window manager no one else does when a dialog has closed
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  if (target == nullptr) target = QApplication::focusWidget();
+  if (target == nullptr) target = QApplication::activeWindow();
+  ASSERT_NE(target, nullptr);
+  QTest::keyClick(target, static_cast<Qt::Key>(key), modifiers);
+}
+
+void WindowTest::type(const QString& text) {
+  for (const QChar c : text) {
+    QWidget* target = QApplication::focusWidget();
+    ASSERT_NE(target, nullptr);
+    QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(c), Qt::NoModifier);
+  }
 }
 
 void WindowTest::selectNode(const QStringList& path) {

@@ -59,6 +59,13 @@ class WindowTest : public ::testing::Test {
   /// called PANE0000.DAT, their thicknesses go from 3 to 12 mm and around.
   QString makeRows(const char* name, int panes);
 
+  /// Gives the window a size, or the one that the tests are run with where that is smaller.
+  void resize(int width, int height);
+  /// Presses keys where the user's next key goes: in a menu, a dialog, or what has the focus.
+  void press(int key, Qt::KeyboardModifiers modifiers = {});
+  /// The same with each letter of a text.
+  void type(const QString& text);
+
   /// Chooses an item of the tree by the texts from its root on.
   void selectNode(const QStringList& path);
   void selectRows(int low, int high) { grid().selectRows({low, high}); }

@@ -1,4 +1,5 @@
-// Tests of the window run without a screen and without the user's settings.
+// Tests of the window run without a screen and without the user's settings. ORV_TEST_THEME=dark has
+// them run in dark colours, ORV_TEST_SIZE=1024x768 in a window that is no larger.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -13,6 +14,7 @@ int main(int argc, char* argv[]) {
   const QTemporaryDir settings;
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
   QApplication application(argc, argv);
-  orv::app::applyTheme(orv::app::Theme::system);
+  const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
+  orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
   return RUN_ALL_TESTS();
 }

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QTimer>
 
 #include "app/Text.h"
 #include "app/grid/RecordModel.h"
@@ -96,10 +97,6 @@ bool CellDelegate::finish() {
   }
   close(*editor_, NoHint);
   return true;
-}
-
-bool CellDelegate::isRefused() const {
-  return editor_ && refusal_->isVisible();
 }
 
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
@@ -214,6 +211,12 @@ bool CellDelegate::pressed(QWidget& editor, const QKeyEvent& key) {
     case Qt::Key_Backtab:
       if (commit(editor)) close(editor, EditPreviousItem);
       return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      // In a line these go on to the rows.
+      return qobject_cast<QLineEdit*>(&editor) != nullptr && !commit(editor);
     case Qt::Key_Escape:
       close(editor, RevertModelCache);
       return true;
@@ -233,7 +236,9 @@ void CellDelegate::leave(QWidget& editor) {
   if (!editor.isActiveWindow() || QApplication::activePopupWidget() != nullptr) return;
   const QWidget* focus = QApplication::focusWidget();
   if (focus != nullptr && (focus == &editor || editor.isAncestorOf(focus))) return;
-  if (commit(editor)) close(editor, NoHint);
+  if (commit(editor)) return close(editor, NoHint);
+  // Wherever the user was going: what is wrong is not lost.
+  QTimer::singleShot(0, &editor, [&editor] { editor.setFocus(); });
 }
 
 bool CellDelegate::commit(QWidget& editor) const {

@@ -29,8 +29,6 @@ class CellDelegate : public QStyledItemDelegate {
   /// Takes the text of an open editor and closes it. False when it is refused; the editor has the
   /// keyboard then.
   bool finish();
-  /// Whether there is an editor whose text was refused.
-  bool isRefused() const;
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;

@@ -10,6 +10,7 @@
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "app/grid/FilterAccess.h"
 #include "app/grid/FilterHeader.h"
 #include "app/grid/FindBar.h"
 #include "app/grid/RecordGrid.h"
@@ -67,6 +68,7 @@ DataPane::DataPane(QWidget* parent)
       DataSourceTextBox_(makeTextBox()),
       clearFilters_(new QPushButton(tr("No row passes the filters: &Clear Filters"))),
       repair_(new QPushButton(tr("&Repair Database..."))) {
+  offerFiltersToReaders();
   repair_->setObjectName("cmdRepair");
   explain(repair_, tr("Take what can be read of the database into a new file"));
   connect(repair_, &QPushButton::clicked, this, &DataPane::repairWanted);

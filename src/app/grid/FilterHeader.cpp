@@ -66,6 +66,14 @@ void FilterHeader::showFilters(bool shown) {
   emit filtersChanged();
 }
 
+QList<QLineEdit*> FilterHeader::shownEditors() const {
+  QList<QLineEdit*> shown;
+  for (QLineEdit* editor : editors_) {
+    if (editor->isVisible()) shown << editor;
+  }
+  return shown;
+}
+
 void FilterHeader::editFilter(int column) {
   if (column < 0 || column >= editors_.size()) return;
   editors_[column]->setFocus(Qt::ShortcutFocusReason);

@@ -28,6 +28,8 @@ class FilterHeader : public QHeaderView {
   /// The columns that the rows are sorted by: with arrows, and with numbers where they are several.
   void showOrder(const std::vector<commands::SortColumn>& order);
   bool showsFilters() const { return shown_; }
+  /// The fields of the columns that are shown.
+  QList<QLineEdit*> shownEditors() const;
   /// Puts the keyboard into the filter of a column.
   void editFilter(int column);
 

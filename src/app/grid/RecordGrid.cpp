@@ -94,8 +94,10 @@ RecordGrid::RecordGrid(QWidget* parent)
   // The second click of two that follow each other soon.
   connect(header_, &QHeaderView::sectionDoubleClicked, this, &RecordGrid::sortByHeader);
   connect(header_, &QHeaderView::customContextMenuRequested, this, &RecordGrid::headerMenu);
-  connect(header_, &FilterHeader::filtersChanged, this,
-          [this] { keepPlace([this] { model_->filter(header_->filters()); }); });
+  connect(header_, &FilterHeader::filtersChanged, this, [this] {
+    finishEditing();
+    keepPlace([this] { model_->filter(header_->filters()); });
+  });
   connect(header_, &FilterHeader::rowsWanted, this, [this] {
     if (selectedRows().isEmpty()) selectRows({0, 0});
     setFocus(Qt::OtherFocusReason);
@@ -223,6 +225,8 @@ void RecordGrid::keyPressEvent(QKeyEvent* event) {
   } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
     const QRect row = visualRect(currentIndex());
     emit contextMenuWanted(viewport()->mapToGlobal(row.isValid() ? row.bottomLeft() : QPoint()));
+  } else if (event->matches(QKeySequence::Paste)) {
+    emit editingTold(tr("No records have been copied. Ctrl+Shift+V pastes a text into fields."));
   } else {
     QTableView::keyPressEvent(event);
   }
@@ -337,10 +341,9 @@ QString RecordGrid::selectedNames() const {
   constexpr int kMostNames = 5;
   const RowBlock rows = selectedRows();
   if (rows.isEmpty()) return {};
-  const int column = std::max(columnNamed("name"), 0);
   QStringList names;
   for (int row = rows.low; row <= rows.high && names.size() < kMostNames; ++row) {
-    names << model_->cells(row, row, {column}, true)[0][0];
+    names << model_->recordName(row);
   }
   QString text = names.join(", ");
   if (rows.count() > kMostNames) text += tr(", ...");
@@ -352,6 +355,7 @@ void RecordGrid::sort(Qt::SortOrder order) {
 }
 
 void RecordGrid::sortBy(std::vector<commands::SortColumn> order) {
+  if (!finishEditing()) return;
   const BusyPointer busy;
   order_ = std::move(order);
   if (!order_.empty()) selectedColumn_ = static_cast<int>(order_.back().column);
@@ -362,18 +366,22 @@ void RecordGrid::sortBy(std::vector<commands::SortColumn> order) {
 
 /// With Shift the column is added to those that the rows are sorted by.
 void RecordGrid::sortByHeader(int column) {
-  const bool adds = QGuiApplication::keyboardModifiers() & Qt::ShiftModifier;
+  if (QGuiApplication::keyboardModifiers() & Qt::ShiftModifier) return sortFurtherBy(column);
+  const auto found =
+      std::ranges::find(order_, static_cast<std::size_t>(column), &commands::SortColumn::column);
+  sortBy({sortColumn(column, found == order_.end() || !found->isAscending)});
+}
+
+void RecordGrid::sortFurtherBy(int column) {
   auto order = order_;
-  const auto isIt = [&](const auto& by) { return static_cast<int>(by.column) == column; };
-  const auto found = std::ranges::find_if(order, isIt);
-  const bool again = found != order.end() && found->isAscending;
-  if (adds && found != order.end()) {
-    found->isAscending = !again;
-    return sortBy(order);
+  const auto found =
+      std::ranges::find(order, static_cast<std::size_t>(column), &commands::SortColumn::column);
+  if (found == order.end()) {
+    order.push_back(sortColumn(column, true));
+  } else {
+    found->isAscending = !found->isAscending;
   }
-  if (!adds) order.clear();
-  order.push_back(sortColumn(column, !again));
-  sortBy(order);
+  sortBy(std::move(order));
 }
 
 commands::SortColumn RecordGrid::sortColumn(int column, bool isAscending) const {
@@ -449,7 +457,7 @@ void RecordGrid::selectionChanged(const QItemSelection& selected,
 
 /// Rows are dragged when they are selected already; else the mouse selects a block of rows.
 void RecordGrid::mousePressEvent(QMouseEvent* event) {
-  if (cells_->isRefused() && !cells_->finish()) return;
+  if (!finishEditing()) return;
   setDragEnabled(selectionModel()->isSelected(indexAt(event->pos())));
   QTableView::mousePressEvent(event);
 }
@@ -520,13 +528,18 @@ void RecordGrid::scrollContentsBy(int dx, int dy) {
 }
 
 void RecordGrid::headerMenu(const QPoint& position) {
-  const int column = header_->logicalIndexAt(position);
   QMenu menu(this);
-  if (column >= 0) {
+  addColumnCommands(menu, header_->logicalIndexAt(position));
+  menu.exec(header_->mapToGlobal(QPoint(std::max(position.x(), 0), position.y())));
+}
+
+void RecordGrid::addColumnCommands(QMenu& menu, int column) {
+  if (column >= 0 && column < model_->columnCount()) {
     menu.addAction(tr("Sort &Ascending"), this,
                    [this, column] { sortBy({sortColumn(column, true)}); });
     menu.addAction(tr("Sort &Descending"), this,
                    [this, column] { sortBy({sortColumn(column, false)}); });
+    menu.addAction(tr("Sort Further &by This"), this, [this, column] { sortFurtherBy(column); });
     if (!model_->recordColumns()[column].isNumber) {
       QAction* numbers = menu.addAction(tr("&Numbers in Texts by Value"));
       numbers->setCheckable(true);
@@ -535,6 +548,8 @@ void RecordGrid::headerMenu(const QPoint& position) {
               [this, column](bool reads) { readNumbers(column, reads); });
     }
     menu.addSeparator();
+    menu.addAction(tr("Move &Left"), this, [this, column] { moveColumn(column, -1); });
+    menu.addAction(tr("Move &Right"), this, [this, column] { moveColumn(column, 1); });
     QAction* hide = menu.addAction(tr("&Hide Column"), this, [this, column] {
       header_->setSectionHidden(column, true);
       header_->placeEditors();
@@ -545,10 +560,15 @@ void RecordGrid::headerMenu(const QPoint& position) {
   menu.addAction(tr("&Clear Filters"), header_, &FilterHeader::clearFilters)
       ->setEnabled(model_->isFiltered());
   menu.addAction(tr("C&olumns..."), this, &RecordGrid::columnChooserWanted);
-  menu.exec(header_->mapToGlobal(QPoint(std::max(position.x(), 0), position.y())));
 }
 
-/// In the order in which the user sees them.
+void RecordGrid::moveColumn(int column, int step) {
+  const QList<int> shown = visibleColumns();
+  const qsizetype target = shown.indexOf(column) + step;
+  if (target < 0 || target >= shown.size()) return;
+  header_->moveSection(header_->visualIndex(column), header_->visualIndex(shown[target]));
+}
+
 QList<int> RecordGrid::visibleColumns() const {
   QList<int> columns;
   for (int visual = 0; visual < header_->count(); ++visual) {

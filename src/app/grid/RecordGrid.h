@@ -12,6 +12,8 @@
 #include "app/grid/GridPlace.h"
 #include "app/grid/RecordModel.h"
 
+class QMenu;
+
 namespace orv::app {
 
 class CellDelegate;
@@ -72,10 +74,15 @@ class RecordGrid : public QTableView {
   QList<QStringList> wholeTable();
   QList<QStringList> selectedTable() const { return table(selectedRows()); }
   void fitColumns();
+  /// Adds to a menu what can be done with a column.
+  void addColumnCommands(QMenu& menu, int column);
+  /// In the order in which the user sees them.
+  QList<int> visibleColumns() const;
 
   /// Has cells be edited, each or all selected ones of a column at once; null where they cannot
   /// be, and `whyNot` is told then.
   void editBy(RecordEdits* edits, const QString& whyNot);
+  const QString& whyNotEdited() const { return whyNotEdited_; }
   /// Ends the editing of a cell with what has been typed; false when that is refused.
   bool finishEditing();
   void editCurrent();
@@ -134,11 +141,14 @@ class RecordGrid : public QTableView {
   void arrange();
   void sortBy(std::vector<commands::SortColumn> order);
   void sortByHeader(int column);
+  /// Has the rows that are equal so far be sorted by a column, or turns its order.
+  void sortFurtherBy(int column);
+  /// Puts a column a place to the left or right, past those that are hidden.
+  void moveColumn(int column, int step);
   /// A column in an order; how numbers in its texts are taken stays.
   commands::SortColumn sortColumn(int column, bool isAscending) const;
   void readNumbers(int column, bool reads);
   void headerMenu(const QPoint& position);
-  QList<int> visibleColumns() const;
   /// The visible columns of rows, the headings first.
   QList<QStringList> table(const RowBlock& rows) const;
 

@@ -276,6 +276,17 @@ QString RecordModel::editText(const QModelIndex& index) const {
   }
 }
 
+QString RecordModel::fieldText(int row, int column) const {
+  return qt(commands::edit::fieldText(value(row, column)));
+}
+
+QString RecordModel::recordName(int row) const {
+  const auto& columns = recordColumns();
+  const auto found = std::ranges::find(columns, "name", &commands::RecordColumn::name);
+  const auto column = found == columns.end() ? 0 : static_cast<int>(found - columns.begin());
+  return qt(commands::cellText(value(row, column), commands::kAllDigits));
+}
+
 const store::Value* RecordModel::changedValue(const QModelIndex& index) const {
   if (!edits_ || edits_->pending().isEmpty()) return nullptr;
   const auto* field = editField(index.column());

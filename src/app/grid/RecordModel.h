@@ -74,6 +74,10 @@ class RecordModel : public QAbstractTableModel {
   QStringList choices(int column) const;
   /// What an editor of a field begins with: what it is to become, or what the database has now.
   QString editText(const QModelIndex& index) const;
+  /// What a field is to become, or what the grid knows it to be; as an editor has it.
+  QString fieldText(int row, int column) const;
+  /// What people call the record of a row.
+  QString recordName(int row) const;
   /// Whether a field is to become another.
   bool isChanged(const QModelIndex& index) const { return changedValue(index) != nullptr; }
 

@@ -46,9 +46,12 @@ void CompareCommands::compareAgain() {
   if (const auto both = sides()) run(*both);
 }
 
+CompareCommands::Node CompareCommands::destination() const {
+  return session_.MainDataSources.findByKey(right_);
+}
+
 std::optional<CompareCommands::Sides> CompareCommands::sides() {
-  const Sides both{session_.MainDataSources.findByKey(left_),
-                   session_.MainDataSources.findByKey(right_)};
+  const Sides both{session_.MainDataSources.findByKey(left_), destination()};
   if (both.left && both.right) return both;
   emit statusMessage(tr("A source that was compared is not open any more."));
   return std::nullopt;

@@ -36,12 +36,12 @@ void LookupCommands::follow(const Node& node) {
 
 void LookupCommands::fill() {
   if (!dock_->isVisible()) return;
-  if (!database_) return dock_->tell(tr("Only ORV databases of version 3.0.0 are shown here."));
+  if (!database_) return dock_->tellNone(tr("Only ORV databases of version 3.0.0 are shown here."));
   const auto connection = database_->ADOConnection();
   try {
     dock_->fill(commands::edit::lookupRecords(dock_->set(), *connection), !connection->readOnly());
   } catch (const std::exception& error) {
-    dock_->tell(shownText(commands::describe(error)));
+    dock_->tellNone(shownText(commands::describe(error)));
   }
 }
 

@@ -47,12 +47,13 @@ void MainActions::enable(const CommandState& state) {
   mnuToolsAuditRecords->setEnabled(state.recordsSelected);
   mnuToolsCompare->setEnabled(state.comparable);
   mnuSort->setEnabled(state.recordsShown);
-  for (QAction* action : {mnuEditCopyText, mnuEditCopyCell}) {
+  for (QAction* action : {mnuEditCopyText, mnuEditCopyCell, mnuEditPasteText}) {
     action->setEnabled(state.recordsSelected);
   }
-  for (QAction* action : {mnuEditSelectAll, mnuEditSaveTable, mnuEditFind, mnuEditFindNext,
-                          mnuEditFindPrevious, mnuViewEditFilter, mnuViewClearFilters,
-                          mnuViewColumns, mnuViewFitColumns, mnuSortAscending, mnuSortDescending}) {
+  for (QAction* action :
+       {mnuEditSelectAll, mnuEditSaveTable, mnuEditFind, mnuEditFindNext, mnuEditFindPrevious,
+        mnuEditReplace, mnuViewEditFilter, mnuViewClearFilters, mnuViewColumns, mnuViewFitColumns,
+        mnuSortAscending, mnuSortDescending}) {
     action->setEnabled(state.recordsShown);
   }
 }
@@ -156,8 +157,13 @@ void MainActions::makeEditMenu() {
                         QKeySequence(tr("Ctrl+Shift+C")),
                         tr("Put the fields of the selected records on the clipboard as a table"));
   mnuEditCopyCell =
-      add(mnuEdit, "mnuEditCopyCell", "", tr("Copy C&ell"), QKeySequence(tr("Ctrl+Alt+C")),
+      add(mnuEdit, "mnuEditCopyCell", "", tr("Cop&y Cell"), QKeySequence(tr("Ctrl+Alt+C")),
           tr("Put the field under the cursor on the clipboard"));
+  mnuEditPasteText = add(
+      mnuEdit, "mnuEditPasteText", "", tr("Paste Te&xt into Fields"),
+      QKeySequence(tr("Ctrl+Shift+V")),
+      tr("Paste the text on the clipboard, also a block of a spreadsheet, from the field under the "
+         "cursor on; one value goes to all selected records"));
   mnuEditSaveTable =
       add(mnuEdit, "mnuEditSaveTable", "save", tr("&Save Table..."), {},
           tr("Save the records shown or selected, in the columns shown, as a table for other "
@@ -169,6 +175,9 @@ void MainActions::makeEditMenu() {
                         QKeySequence::FindNext, tr("Find the text further on"));
   mnuEditFindPrevious = add(mnuEdit, "mnuEditFindPrevious", "previous", tr("Find Pre&vious"),
                             QKeySequence::FindPrevious, tr("Find the text further back"));
+  mnuEditReplace =
+      add(mnuEdit, "mnuEditReplace", "edit", tr("Find and R&eplace..."), QKeySequence(tr("Ctrl+H")),
+          tr("Replace a text in a column, after a look at all that it would change"));
 }
 
 void MainActions::makeViewMenu() {

@@ -68,6 +68,8 @@ class MainActions {
   QAction* mnuEditCopyCell;
   QAction* mnuEditSaveTable;
   QAction* mnuEditSelectAll;
+  QAction* mnuEditPasteText;
+  QAction* mnuEditReplace;
   QAction* mnuEditFind;
   QAction* mnuEditFindNext;
   QAction* mnuEditFindPrevious;

@@ -65,7 +65,7 @@ RecordEditing::RecordEditing(commands::Session& session, WindowUserInterface& ui
   connect(&grid_, &RecordGrid::editingTold, this, &RecordEditing::told);
 }
 
-/// The grid may outlive this by a little, as the window's child.
+/// The grid and the dock outlive this by a little.
 RecordEditing::~RecordEditing() {
   grid_.editBy(nullptr, {});
   dock_->follow(nullptr);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QTimer>
 
@@ -20,6 +21,7 @@
 #include "app/window/CompactCommands.h"
 #include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
+#include "app/window/FieldCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/FileWatch.h"
 #include "app/window/Guarded.h"
@@ -57,6 +59,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
       docks_(new RecordDocks(session, *this)),
       audit_(new AuditDock(this)),
       editing_(new RecordEditing(session, ui, grid_, *this)),
+      fields_(new FieldCommands(grid_, ui, *this)),
       lookups_(new LookupCommands(session, ui, *this)),
       compare_(new CompareCommands(session, ui, *this)),
       differences_(new CompareDock(this)),
@@ -92,10 +95,13 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   showSources(nullptr);
 }
 
-frmMain::~frmMain() = default;
+/// The changes go before the parts that show them, which are deleted in any order.
+frmMain::~frmMain() {
+  delete editing_;
+}
 
 void frmMain::openPaths(const QStringList& paths) {
-  file_->openPaths(paths);
+  if (grid_.finishEditing()) file_->openPaths(paths);
 }
 
 void frmMain::loadGeometry() {
@@ -133,6 +139,13 @@ void frmMain::dragEnterEvent(QDragEnterEvent* event) {
 void frmMain::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   emit tvDataSources_->pathsDropped(localPaths(*event->mimeData()));
+}
+
+/// Escape leads back to the records from wherever it has nothing else to end.
+void frmMain::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return QMainWindow::keyPressEvent(event);
+  QWidget& records = grid_;
+  (dataPane_->showsRecords() ? records : *tvDataSources_).setFocus(Qt::OtherFocusReason);
 }
 
 void frmMain::showSources(const Node& node) {

@@ -21,6 +21,7 @@ class AuditDock;
 class DataPane;
 class DataSourceTree;
 class EditCommands;
+class FieldCommands;
 class FileCommands;
 class FileWatch;
 class GuideWindow;
@@ -50,12 +51,15 @@ class frmMain : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   using Node = std::shared_ptr<sources::datasource>;
 
   void loadGeometry();
   void saveGeometry() const;
+  template <class Handler>
+  void onTriggered(QAction* action, Handler handler);
   void connectMenus();
   void connectEditMenu();
   void connectViewMenu();
@@ -103,6 +107,8 @@ class frmMain : public QMainWindow {
   void compare();
   /// Selects the record of a difference, and shows both of its sides.
   void showDifference(const commands::compare::Difference& difference);
+  /// False where it is not among those shown, which is told.
+  bool showRecord(const Node& node, const std::string& identifier);
   bool selectRecord(const std::string& identifier);
   void treeMenu(const QPoint& position);
   void copyPath();
@@ -125,6 +131,7 @@ class frmMain : public QMainWindow {
   RecordDocks* docks_;
   AuditDock* audit_;
   RecordEditing* editing_;
+  FieldCommands* fields_;
   LookupCommands* lookups_;
   CompareCommands* compare_;
   CompareDock* differences_;

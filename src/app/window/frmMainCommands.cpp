@@ -23,6 +23,7 @@
 #include "app/window/CompactCommands.h"
 #include "app/window/CompareCommands.h"
 #include "app/window/EditCommands.h"
+#include "app/window/FieldCommands.h"
 #include "app/window/FileCommands.h"
 #include "app/window/FileWatch.h"
 #include "app/window/Guarded.h"
@@ -40,36 +41,36 @@
 
 namespace orv::app {
 
-namespace {
-
-/// Has a menu item run a handler, and its errors shown.
+/// Has a menu item run a handler, once the editing of a cell has come to an end, and its errors
+/// shown.
 template <class Handler>
-void onTriggered(QAction* action, commands::UserInterface& ui, Handler handler) {
-  QObject::connect(action, &QAction::triggered, action, [&ui, handler] { guarded(ui, handler); });
+void frmMain::onTriggered(QAction* action, Handler handler) {
+  connect(action, &QAction::triggered, this, [this, handler] {
+    guarded(ui_, [&] {
+      if (grid_.finishEditing()) handler();
+    });
+  });
 }
 
-}  // namespace
-
 void frmMain::connectMenus() {
-  onTriggered(actions_->mnuFileNewORVDatabase, ui_, [this] { file_->newOrvDatabase(); });
-  onTriggered(actions_->mnuFileOpenORVDatabase, ui_, [this] { file_->openOrvDatabase(); });
-  onTriggered(actions_->mnuFileOpenIGDB, ui_, [this] { file_->openIgdb(); });
-  onTriggered(actions_->mnuFileOpenO5UserDatabase, ui_,
-              [this] { file_->openOptics5UserDatabase(); });
-  onTriggered(actions_->mnuFileOpenTextFiles, ui_, [this] { file_->openTextFiles(); });
-  onTriggered(actions_->mnuFileRemove, ui_, [this] {
+  onTriggered(actions_->mnuFileNewORVDatabase, [this] { file_->newOrvDatabase(); });
+  onTriggered(actions_->mnuFileOpenORVDatabase, [this] { file_->openOrvDatabase(); });
+  onTriggered(actions_->mnuFileOpenIGDB, [this] { file_->openIgdb(); });
+  onTriggered(actions_->mnuFileOpenO5UserDatabase, [this] { file_->openOptics5UserDatabase(); });
+  onTriggered(actions_->mnuFileOpenTextFiles, [this] { file_->openTextFiles(); });
+  onTriggered(actions_->mnuFileRemove, [this] {
     if (editing_->settle(current_)) file_->remove(current_);
   });
-  onTriggered(actions_->mnuFileExport, ui_, [this] { edit_->exportRecords(selection_); });
-  onTriggered(actions_->mnuFileExit, ui_, [this] { close(); });
-  onTriggered(actions_->mnuDatabaseCompact, ui_, [this] {
+  onTriggered(actions_->mnuFileExport, [this] { edit_->exportRecords(selection_); });
+  onTriggered(actions_->mnuFileExit, [this] { close(); });
+  onTriggered(actions_->mnuDatabaseCompact, [this] {
     if (editing_->settle(current_)) compact_->compact(current_);
   });
-  onTriggered(actions_->mnuDatabaseRepair, ui_, [this] { compact_->repair(current_); });
-  onTriggered(actions_->mnuHelpGuide, ui_, [this] { showGuide(); });
-  onTriggered(actions_->mnuHelpKeys, ui_,
+  onTriggered(actions_->mnuDatabaseRepair, [this] { compact_->repair(current_); });
+  onTriggered(actions_->mnuHelpGuide, [this] { showGuide(); });
+  onTriggered(actions_->mnuHelpKeys,
               [this] { KeysDialog(KeysDialog::partsOf(*this), this).exec(); });
-  onTriggered(actions_->mnuHelpAbout, ui_, [this] { frmAbout(this).exec(); });
+  onTriggered(actions_->mnuHelpAbout, [this] { frmAbout(this).exec(); });
   connectEditMenu();
   connectViewMenu();
 }
@@ -80,6 +81,7 @@ void frmMain::placeKeys() {
     widget->addAction(action);
   };
   place(actions_->mnuEditDelete, &grid_);
+  place(actions_->mnuEditPasteText, &grid_);
   for (QAction* action :
        {actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditSelectAll}) {
     place(action, centralWidget());
@@ -87,64 +89,66 @@ void frmMain::placeKeys() {
 }
 
 void frmMain::connectEditMenu() {
-  onTriggered(actions_->mnuEditCopy, ui_, [this] {
+  onTriggered(actions_->mnuEditCopy, [this] {
     edit_->copy(selection_);
     updateState();
   });
-  onTriggered(actions_->mnuEditPaste, ui_, [this] {
+  onTriggered(actions_->mnuEditPaste, [this] {
     if (editing_->settle(current_)) edit_->paste(current_);
   });
-  onTriggered(actions_->mnuEditDelete, ui_, [this] {
+  onTriggered(actions_->mnuEditDelete, [this] {
     const sources::RecordSelection records = selection_.Clone();
     const QString names = grid_.selectedNames();
     if (editing_->settle(current_)) edit_->remove(records, current_, names);
   });
-  onTriggered(actions_->mnuEditIntegrate, ui_, [this] {
+  onTriggered(actions_->mnuEditIntegrate, [this] {
     const sources::RecordSelection records = selection_.Clone();
     if (!editing_->settle(current_)) return;
     edit_->computeValues(records, standardOfSpectra());
   });
-  onTriggered(actions_->mnuEditSelectAll, ui_, [this] {
+  onTriggered(actions_->mnuEditSelectAll, [this] {
     grid_.records().complete();
     grid_.selectAll();
   });
-  onTriggered(actions_->mnuEditCopyText, ui_, [this] { grid_.copyRowsAsText(); });
-  onTriggered(actions_->mnuEditCopyCell, ui_, [this] { grid_.copyCellAsText(); });
-  onTriggered(actions_->mnuEditSaveTable, ui_, [this] {
+  onTriggered(actions_->mnuEditCopyText, [this] { grid_.copyRowsAsText(); });
+  onTriggered(actions_->mnuEditCopyCell, [this] { grid_.copyCellAsText(); });
+  onTriggered(actions_->mnuEditSaveTable, [this] {
     std::vector<TableChoice> tables{{tr("Rows shown"), [this] { return grid_.wholeTable(); }}};
     if (selection_.HasRecords()) {
       tables.push_back({tr("Selected rows"), [this] { return grid_.selectedTable(); }});
     }
     saveTable(tables, suggestedName(*current_), this);
   });
-  onTriggered(actions_->mnuEditFind, ui_, [this] { dataPane_->findBar().open(); });
-  onTriggered(actions_->mnuEditFindNext, ui_, [this] { dataPane_->findBar().findNext(); });
-  onTriggered(actions_->mnuEditFindPrevious, ui_, [this] { dataPane_->findBar().findPrevious(); });
+  onTriggered(actions_->mnuEditReplace, [this] { fields_->replace(); });
+  onTriggered(actions_->mnuEditPasteText, [this] { fields_->pasteText(); });
+  onTriggered(actions_->mnuEditFind, [this] { dataPane_->findBar().open(); });
+  onTriggered(actions_->mnuEditFindNext, [this] { dataPane_->findBar().findNext(); });
+  onTriggered(actions_->mnuEditFindPrevious, [this] { dataPane_->findBar().findPrevious(); });
 }
 
 void frmMain::connectViewMenu() {
-  onTriggered(actions_->mnuViewRefresh, ui_, [this] {
+  onTriggered(actions_->mnuViewRefresh, [this] {
     reloadNode();
     offerReplacements();
   });
   connect(actions_->mnuViewFilters, &QAction::toggled, this, &frmMain::filterToggled);
-  onTriggered(actions_->mnuViewEditFilter, ui_, [this] {
+  onTriggered(actions_->mnuViewEditFilter, [this] {
     actions_->mnuViewFilters->setChecked(true);
     grid_.filterHeader().editFilter(std::max(grid_.selectedColumn(), 0));
   });
-  onTriggered(actions_->mnuViewClearFilters, ui_, [this] { grid_.filterHeader().clearFilters(); });
-  onTriggered(actions_->mnuViewColumns, ui_, [this] { ColumnChooser(grid_, this).exec(); });
-  onTriggered(actions_->mnuViewFitColumns, ui_, [this] { grid_.fitColumns(); });
+  onTriggered(actions_->mnuViewClearFilters, [this] { grid_.filterHeader().clearFilters(); });
+  onTriggered(actions_->mnuViewColumns, [this] { ColumnChooser(grid_, this).exec(); });
+  onTriggered(actions_->mnuViewFitColumns, [this] { grid_.fitColumns(); });
   connect(actions_->mnuViewFreeze, &QAction::toggled, this, [this](bool freezes) {
     grid_.freezeFirstColumn(freezes);
     rememberFreezing(freezes);
   });
   actions_->mnuViewFreeze->setChecked(freezesFirstColumn());
-  onTriggered(actions_->mnuViewStoredValues, ui_, [this] { reloadNode(); });
-  onTriggered(actions_->mnuViewComputedValues, ui_, [this] { reloadNode(); });
-  onTriggered(actions_->mnuViewOptions, ui_, [this] { showOptions(); });
-  onTriggered(actions_->mnuSortAscending, ui_, [this] { grid_.sort(Qt::AscendingOrder); });
-  onTriggered(actions_->mnuSortDescending, ui_, [this] { grid_.sort(Qt::DescendingOrder); });
+  onTriggered(actions_->mnuViewStoredValues, [this] { reloadNode(); });
+  onTriggered(actions_->mnuViewComputedValues, [this] { reloadNode(); });
+  onTriggered(actions_->mnuViewOptions, [this] { showOptions(); });
+  onTriggered(actions_->mnuSortAscending, [this] { grid_.sort(Qt::AscendingOrder); });
+  onTriggered(actions_->mnuSortDescending, [this] { grid_.sort(Qt::DescendingOrder); });
 }
 
 void frmMain::connectParts() {
@@ -165,7 +169,10 @@ void frmMain::connectParts() {
   connect(edit_, &EditCommands::finished, sbStatusBar_, &StatusBar::result);
 
   connect(tvDataSources_, &DataSourceTree::nodeSelected, this, [this](const std::string& key) {
-    guarded(ui_, [&] { showNode(session_.MainDataSources.findByKey(key)); });
+    guarded(ui_, [&] {
+      if (grid_.finishEditing()) return showNode(session_.MainDataSources.findByKey(key));
+      tvDataSources_->select(current_ ? current_->key() : std::string());
+    });
   });
   // What is dropped is worked on when the dragging program has been let go.
   connect(tvDataSources_, &DataSourceTree::recordsDropped, this, [this](const std::string& key) {
@@ -199,8 +206,8 @@ void frmMain::connectParts() {
 }
 
 void frmMain::connectAudit() {
-  onTriggered(actions_->mnuToolsAudit, ui_, [this] { audit(sources::RecordSelection()); });
-  onTriggered(actions_->mnuToolsAuditRecords, ui_, [this] { audit(selection_.Clone()); });
+  onTriggered(actions_->mnuToolsAudit, [this] { audit(sources::RecordSelection()); });
+  onTriggered(actions_->mnuToolsAuditRecords, [this] { audit(selection_.Clone()); });
   audit_->setLeftOut(rulesLeftOut());
   connect(audit_, &AuditDock::leftOutChanged, this, &rememberRulesLeftOut);
   connect(audit_, &AuditDock::chosen, this, [this](const commands::audit::Finding& finding) {
@@ -214,11 +221,11 @@ void frmMain::connectAudit() {
 }
 
 void frmMain::connectEditing() {
-  onTriggered(actions_->mnuFileSave, ui_, [this] { editing_->save(); });
-  onTriggered(actions_->mnuFileDiscard, ui_, [this] { editing_->discard(); });
-  onTriggered(actions_->mnuEditUndo, ui_, [this] { editing_->undo(); });
-  onTriggered(actions_->mnuEditRedo, ui_, [this] { editing_->redo(); });
-  onTriggered(actions_->mnuEditCell, ui_, [this] { grid_.editCurrent(); });
+  onTriggered(actions_->mnuFileSave, [this] { editing_->save(); });
+  onTriggered(actions_->mnuFileDiscard, [this] { editing_->discard(); });
+  onTriggered(actions_->mnuEditUndo, [this] { editing_->undo(); });
+  onTriggered(actions_->mnuEditRedo, [this] { editing_->redo(); });
+  onTriggered(actions_->mnuEditCell, [this] { grid_.editCurrent(); });
   editing_->dock().offer({actions_->mnuFileSave, actions_->mnuFileDiscard, actions_->mnuEditUndo,
                           actions_->mnuEditRedo});
   connect(actions_->mnuEdit, &QMenu::aboutToShow, this, [this] {
@@ -231,6 +238,7 @@ void frmMain::connectEditing() {
     });
   });
   connect(editing_, &RecordEditing::told, sbStatusBar_, &StatusBar::status);
+  connect(fields_, &FieldCommands::told, sbStatusBar_, &StatusBar::status);
   connect(editing_, &RecordEditing::undoOffered, sbStatusBar_, &StatusBar::offerUndo);
   connect(editing_, &RecordEditing::stateChanged, this, &frmMain::updateState);
   connect(editing_, &RecordEditing::workBegins, this, &frmMain::beginWork);
@@ -244,7 +252,7 @@ void frmMain::connectEditing() {
           [this] { endWork(WorkEffect::changesRecords); });
   connect(sbStatusBar_, &StatusBar::undoWanted, actions_->mnuEditUndo, &QAction::trigger);
   connect(&editing_->dock(), &ChangesDock::chosen, this, [this](std::int32_t record) {
-    guarded(ui_, [&] { selectRecord(std::to_string(record)); });
+    guarded(ui_, [&] { showRecord(current_, std::to_string(record)); });
   });
 }
 
@@ -263,13 +271,7 @@ void frmMain::showFinding(const commands::audit::Finding& finding) {
                : tr("The source that was audited is not open any more.");
     return sbStatusBar_->status(reason);
   }
-  if (node != current_) {
-    tvDataSources_->select(node->key());
-    showNode(node);
-  }
-  if (!selectRecord(finding.identifier)) {
-    return sbStatusBar_->status(tr("The record is not among those shown."));
-  }
+  if (!showRecord(node, finding.identifier)) return;
   constexpr double kPerMicron = 1000;
   if (finding.fault.wavelength) {
     docks_->pointAt(*finding.fault.wavelength / kPerMicron, finding.fault.angle);
@@ -277,7 +279,7 @@ void frmMain::showFinding(const commands::audit::Finding& finding) {
 }
 
 void frmMain::connectCompare() {
-  onTriggered(actions_->mnuToolsCompare, ui_, [this] { compare(); });
+  onTriggered(actions_->mnuToolsCompare, [this] { compare(); });
   connect(compare_, &CompareCommands::workBegins, this, &frmMain::beginWork);
   connect(compare_, &CompareCommands::workEnded, this, [this](bool changed) {
     endWork(changed ? WorkEffect::changesRecords : WorkEffect::readsRecords);
@@ -285,7 +287,11 @@ void frmMain::connectCompare() {
   connect(compare_, &CompareCommands::finished, sbStatusBar_, &StatusBar::result);
   connect(compare_, &CompareCommands::statusMessage, sbStatusBar_, &StatusBar::status);
   connect(compare_, &CompareCommands::compared, differences_, &CompareDock::show);
-  connect(differences_, &CompareDock::copyWanted, compare_, &CompareCommands::copy);
+  connect(differences_, &CompareDock::copyWanted, this,
+          [this](const std::vector<std::size_t>& pairs) {
+            const Node right = compare_->destination();
+            if (!right || editing_->settle(right)) compare_->copy(pairs);
+          });
   connect(differences_, &CompareDock::refreshWanted, compare_, &CompareCommands::compareAgain);
   connect(differences_, &CompareDock::chosen, this,
           [this](const commands::compare::Difference& difference) {
@@ -314,18 +320,23 @@ void frmMain::showDifference(const commands::compare::Difference& difference) {
   const bool isLeft =
       right.identifiers.empty() || (!left.identifiers.empty() && right.node != current_);
   const auto& place = isLeft ? left : right;
-  if (place.node != current_) {
-    tvDataSources_->select(place.node->key());
-    showNode(place.node);
-  }
-  if (!selectRecord(place.identifiers.front())) {
-    sbStatusBar_->status(tr("The record is not among those shown."));
-  }
+  showRecord(place.node, place.identifiers.front());
   std::optional<int> angle;
   if (difference.angle) angle = static_cast<int>(*difference.angle);
   docks_->showDifference({left.node, left.identifiers}, {right.node, right.identifiers}, angle);
   constexpr double kPerMicron = 1000;
   if (difference.wavelength) docks_->pointAt(*difference.wavelength / kPerMicron);
+}
+
+bool frmMain::showRecord(const Node& node, const std::string& identifier) {
+  if (!grid_.finishEditing()) return false;
+  if (node != current_) {
+    tvDataSources_->select(node->key());
+    showNode(node);
+  }
+  const bool isThere = selectRecord(identifier);
+  if (!isThere) sbStatusBar_->status(tr("The record is not among those shown."));
+  return isThere;
 }
 
 bool frmMain::selectRecord(const std::string& identifier) {
@@ -397,14 +408,15 @@ void frmMain::copyPath() {
 
 void frmMain::gridMenu(const QPoint& position) {
   QMenu menu(this);
-  menu.addAction(actions_->mnuEditCell);
+  menu.addActions({actions_->mnuEditCell, actions_->mnuEditPasteText});
   menu.addActions({actions_->mnuEditCopy, actions_->mnuEditPaste, actions_->mnuEditDelete});
   menu.addSeparator();
   menu.addActions({actions_->mnuEditCopyText, actions_->mnuEditCopyCell, actions_->mnuEditSaveTable,
                    actions_->mnuFileExport});
   menu.addSeparator();
-  menu.addMenu(actions_->mnuSort);
-  menu.addActions({docks_->pinAction(), actions_->mnuViewEditFilter, actions_->mnuViewColumns});
+  QMenu* column = menu.addMenu(tr("Colu&mn"));
+  grid_.addColumnCommands(*column, std::max(grid_.selectedColumn(), 0));
+  menu.addActions({docks_->pinAction(), actions_->mnuViewEditFilter});
   menu.exec(position);
 }
 

@@ -50,7 +50,8 @@ void requireUtf8(std::string_view text) {
 /// Goes through a text cell by cell.
 class CsvReader {
  public:
-  CsvReader(std::string_view text, char separator) : text_(text), separator_(separator) {}
+  CsvReader(std::string_view text, char separator, EmptyLines emptyLines)
+      : text_(text), separator_(separator), emptyLines_(emptyLines) {}
 
   CsvRows read() {
     while (at_ < text_.size()) readRow();
@@ -66,7 +67,8 @@ class CsvReader {
     takes('\r');
     takes('\n');
     ++line_;
-    if (cells.size() > 1 || !cells.front().empty()) rows_.push_back(std::move(cells));
+    const bool isEmpty = cells.size() == 1 && cells.front().empty();
+    if (!isEmpty || emptyLines_ == EmptyLines::kept) rows_.push_back(std::move(cells));
   }
 
   std::string readCell() {
@@ -98,6 +100,7 @@ class CsvReader {
 
   std::string_view text_;
   char separator_;
+  EmptyLines emptyLines_;
   std::size_t at_ = 0;
   int line_ = 1;
   CsvRows rows_;
@@ -105,9 +108,9 @@ class CsvReader {
 
 }  // namespace
 
-CsvRows readCsv(std::string_view text, char separator) {
+CsvRows readCsv(std::string_view text, char separator, EmptyLines emptyLines) {
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  return CsvReader(text, separator).read();
+  return CsvReader(text, separator, emptyLines).read();
 }
 
 char separatorOf(std::string_view text) {

@@ -11,9 +11,11 @@ namespace orv::commands::edit {
 /// quotation marks.
 using CsvRows = std::vector<std::vector<std::string>>;
 
-/// Reads a text with this separator. Empty lines are left out. Raises kInvalidCall for a quotation
-/// mark that does not end, naming its line.
-CsvRows readCsv(std::string_view text, char separator);
+enum class EmptyLines { leftOut, kept };
+
+/// Reads a text with this separator. Raises kInvalidCall for a quotation mark that does not end,
+/// naming its line.
+CsvRows readCsv(std::string_view text, char separator, EmptyLines emptyLines = EmptyLines::leftOut);
 
 /// The separator of a text: of tab, semicolon and comma the one that its first line has most of.
 char separatorOf(std::string_view text);

@@ -1,21 +1,15 @@
 // The findings of an audit beside the records.
 #pragma once
 
-#include <QDockWidget>
 #include <QStringList>
 
 #include "app/docks/audit/FindingsTree.h"
-
-class QAction;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QToolBar;
+#include "app/docks/list/ListDock.h"
 
 namespace orv::app {
 
 /// Closed until there is something to show.
-class AuditDock : public QDockWidget {
+class AuditDock : public ListDock {
   Q_OBJECT
 
  public:
@@ -32,22 +26,20 @@ class AuditDock : public QDockWidget {
   void chosen(const commands::audit::Finding& finding);
   void leftOutChanged(const QStringList& rules);
 
+ protected:
+  void followFilter() override;
+
  private:
-  QToolBar* buildToolBar();
-  void buildMenu();
+  AuditDock(FindingsTree* tree, QWidget* parent);
+  void addTools();
   void leaveOut(const QString& rule);
-  void followFilter();
-  void copy() const;
 
   FindingsFilter filter_;
   QString summaryText_;
-  QComboBox* severity_;
-  QLineEdit* search_;
   FindingsTree* tree_;
-  QLabel* summary_;
-  QAction* copy_;
-  QAction* leaveOut_;
-  QAction* showAll_;
+  QComboBox* severity_ = nullptr;
+  QLineEdit* search_ = nullptr;
+  QAction* showAll_ = nullptr;
 };
 
 }  // namespace orv::app

@@ -60,38 +60,15 @@ QStringList cellsOf(const Finding& finding) {
           record};
 }
 
-/// For other programs: with the severity and the rule.
-QStringList rowOf(const Finding& finding) {
-  return QStringList{severityText(finding.severity), qt(std::string(finding.rule))} +
-         cellsOf(finding);
-}
-
-QStringList headings() {
-  return QStringList{FindingsTree::tr("Severity"), FindingsTree::tr("Rule")} + columnTitles();
-}
-
 }  // namespace
 
-FindingsTree::FindingsTree(QWidget* parent) : QTreeWidget(parent) {
-  setObjectName(QStringLiteral("FindingsTree"));
-  setAccessibleName(tr("Findings"));
-  setWhatsThis(
-      tr("What the audit has found, by rules. A click shows the record, and the place on "
-         "its curve; a right click leaves a rule out."));
-  setHeaderLabels(columnTitles());
-  setUniformRowHeights(true);
-  setAlternatingRowColors(true);
-  setSelectionMode(QAbstractItemView::ExtendedSelection);
+FindingsTree::FindingsTree(QWidget* parent)
+    : ListTree("FindingsTree", tr("Findings"),
+               tr("What the audit has found, by rules. A click shows the record, and the place on "
+                  "its curve; a right click leaves a rule out."),
+               columnTitles(), parent) {
   header()->setStretchLastSection(false);
-  // Of clicks only those of the left button come: a right click opens the menu and leads nowhere.
-  connect(this, &QTreeWidget::itemClicked, this, &FindingsTree::choose);
-  connect(this, &QTreeWidget::itemActivated, this, &FindingsTree::choose);
-}
-
-void FindingsTree::keyPressEvent(QKeyEvent* event) {
-  const QTreeWidgetItem* const before = currentItem();
-  QTreeWidget::keyPressEvent(event);
-  if (currentItem() != before) choose(currentItem());
+  connect(this, &ListTree::lineChosen, this, &FindingsTree::choose);
 }
 
 void FindingsTree::choose(const QTreeWidgetItem* item) {
@@ -102,12 +79,8 @@ void FindingsTree::show(Findings findings) {
   findings_ = std::move(findings);
   std::ranges::stable_sort(findings_, std::ranges::greater(), &Finding::severity);
   fill();
-  for (int column = 0; column < columnCount(); ++column) {
-    constexpr int kMostCharacters = 60;
-    resizeColumnToContents(column);
-    setColumnWidth(
-        column, std::min(columnWidth(column), kMostCharacters * fontMetrics().averageCharWidth()));
-  }
+  constexpr int kMostCharacters = 60;
+  fitColumns(kMostCharacters);
 }
 
 /// The lines stay: to make them anew for each letter would take long where there are thousands.
@@ -135,10 +108,7 @@ void FindingsTree::fill() {
   for (std::size_t i = 0; i < findings_.size(); ++i) {
     const QStringList cells = cellsOf(findings_[i]);
     auto* item = new QTreeWidgetItem(ruleItem(findings_[i].rule));
-    for (int column = 0; column < cells.size(); ++column) {
-      item->setText(column, shownText(cells[column]));
-      item->setToolTip(column, toolTipText(cells[column]));
-    }
+    for (int column = 0; column < cells.size(); ++column) put(*item, column, cells[column]);
     item->setData(0, kPositionRole, static_cast<qulonglong>(i));
   }
   for (int i = 0; i < topLevelItemCount(); ++i) topLevelItem(i)->setFirstColumnSpanned(true);
@@ -179,17 +149,15 @@ const Finding* FindingsTree::findingOf(const QTreeWidgetItem* item) const {
   return &findings_[item->data(0, kPositionRole).toULongLong()];
 }
 
-TableRows FindingsTree::rows(bool onlySelected) const {
-  TableRows rows{headings()};
-  for (int i = 0; i < topLevelItemCount(); ++i) {
-    const QTreeWidgetItem* const rule = topLevelItem(i);
-    for (int k = 0; k < rule->childCount(); ++k) {
-      const QTreeWidgetItem* const item = rule->child(k);
-      const bool isWanted = !onlySelected || rule->isSelected() || item->isSelected();
-      if (isWanted && !item->isHidden()) rows << rowOf(*findingOf(item));
-    }
-  }
-  return rows;
+QStringList FindingsTree::headings() const {
+  return QStringList{tr("Severity"), tr("Rule")} + columnTitles();
+}
+
+/// With the severity and the rule.
+QStringList FindingsTree::rowOf(const QTreeWidgetItem& line) const {
+  const Finding& finding = *findingOf(&line);
+  return QStringList{severityText(finding.severity), qt(std::string(finding.rule))} +
+         cellsOf(finding);
 }
 
 QString FindingsTree::currentRule() const {

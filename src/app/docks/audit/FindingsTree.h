@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QSet>
-#include <QTreeWidget>
 #include <vector>
 
-#include "app/dialogs/TableExport.h"
+#include "app/docks/list/ListTree.h"
 #include "commands/audit/Finding.h"
 
 namespace orv::app {
@@ -19,7 +18,7 @@ struct FindingsFilter {
 };
 
 /// The findings of an audit, the worst rules first: a line a rule, below it its findings.
-class FindingsTree : public QTreeWidget {
+class FindingsTree : public ListTree {
   Q_OBJECT
 
  public:
@@ -30,10 +29,6 @@ class FindingsTree : public QTreeWidget {
 
   /// How many findings are shown.
   int shownCount() const { return shown_; }
-  /// The findings that are shown, or that are selected by themselves or with their rule, with
-  /// headings.
-  TableRows shownRows() const { return rows(false); }
-  TableRows selectedRows() const { return rows(true); }
   /// The rule of the current line; empty for none.
   QString currentRule() const;
 
@@ -42,14 +37,14 @@ class FindingsTree : public QTreeWidget {
   void chosen(const commands::audit::Finding& finding);
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  QStringList headings() const override;
+  QStringList rowOf(const QTreeWidgetItem& line) const override;
 
  private:
   void fill();
   void choose(const QTreeWidgetItem* item);
   QTreeWidgetItem* ruleItem(std::string_view rule);
   bool isShown(const QTreeWidgetItem& item) const;
-  TableRows rows(bool onlySelected) const;
   const commands::audit::Finding* findingOf(const QTreeWidgetItem* item) const;
 
   Findings findings_;

@@ -1,15 +1,11 @@
 #include "app/docks/changes/ChangesDock.h"
 
 #include <QAction>
-#include <QHeaderView>
-#include <QLabel>
 #include <QToolBar>
-#include <QTreeWidget>
-#include <QVBoxLayout>
 #include <set>
 
-#include "app/Help.h"
 #include "app/Text.h"
+#include "app/docks/list/ListTree.h"
 #include "app/grid/RecordEdits.h"
 #include "app/theme/Icons.h"
 
@@ -23,76 +19,47 @@ namespace {
 
 enum Column { kRecord, kField, kWas, kBecomes, kRemark };
 
-/// One line, whatever the text is.
-QString lineText(const store::Value& value) {
-  return shownText(qt(fieldText(value)).replace('\n', ' ').remove('\r'));
-}
-
 QString fieldName(const Change& change) {
   if (!change.angle) return qt(change.field);
   return ChangesDock::tr("%1 at %2°").arg(qt(change.field)).arg(*change.angle);
 }
 
+ListTree* makeList() {
+  auto* list = new ListTree(
+      "ChangesList", ChangesDock::tr("Changes"),
+      ChangesDock::tr("A line a field that is changed and not saved. A click shows the record; "
+                      "Backspace drops the selected changes."),
+      {ChangesDock::tr("Record"), ChangesDock::tr("Field"), ChangesDock::tr("Was"),
+       ChangesDock::tr("Becomes"), ChangesDock::tr("Remark")});
+  list->setRootIsDecorated(false);
+  return list;
+}
+
 }  // namespace
 
-ChangesDock::ChangesDock(QWidget* parent)
-    : QDockWidget(tr("Changes"), parent),
-      bar_(new QToolBar),
-      list_(new QTreeWidget),
-      summary_(new QLabel),
-      drop_(new QAction(icon("delete"), tr("&Drop These Changes"), this)) {
-  setObjectName(QStringLiteral("ChangesDock"));
-  setAccessibleName(tr("Changes"));
-  setWhatsThis(tr("What has been changed in the records shown and is not saved yet."));
-  bar_->setIconSize({16, 16});
-  bar_->setAccessibleName(tr("Tools for changes"));
-  bar_->setWhatsThis(tr("Save the changes, drop them, take them back."));
-  list_->setObjectName(QStringLiteral("ChangesList"));
-  list_->setAccessibleName(tr("Changes"));
-  list_->setWhatsThis(tr(
-      "A line a field that is changed and not saved. A click shows the record; Backspace drops the "
-      "selected changes."));
-  list_->setHeaderLabels({tr("Record"), tr("Field"), tr("Was"), tr("Becomes"), tr("Remark")});
-  list_->setRootIsDecorated(false);
-  list_->setUniformRowHeights(true);
-  list_->setAlternatingRowColors(true);
-  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setContextMenuPolicy(Qt::ActionsContextMenu);
-  summary_->setObjectName(QStringLiteral("lblChanges"));
-  summary_->setTextFormat(Qt::PlainText);
-  summary_->setWordWrap(true);
-  summary_->setMargin(2);
-  drop_->setObjectName(QStringLiteral("mnuChangesDrop"));
-  drop_->setShortcut(Qt::Key_Backspace);
-  drop_->setShortcutContext(Qt::WidgetShortcut);
-  explain(drop_, tr("Leave the selected fields as they are stored"));
-  list_->addAction(drop_);
+ChangesDock::ChangesDock(QWidget* parent) : ChangesDock(makeList(), parent) {}
 
-  auto* content = new QWidget(this);
-  auto* layout = new QVBoxLayout(content);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  layout->addWidget(bar_);
-  layout->addWidget(list_, 1);
-  layout->addWidget(summary_);
-  setWidget(content);
+ChangesDock::ChangesDock(ListTree* list, QWidget* parent)
+    : ListDock({.name = "Changes",
+                .iconName = "edit",
+                .title = tr("Changes"),
+                .menuText = tr("C&hanges"),
+                .help = tr("What has been changed in the records shown and is not saved yet."),
+                .openHelp = tr("Show what is changed and not saved yet")},
+               list, parent),
+      list_(list),
+      bar_(addBar(tr("Tools for changes"), tr("Save the changes, drop them, take them back."))),
+      drop_(addCommand(nullptr, "mnuChangesDrop", "delete", tr("&Drop These Changes"),
+                       tr("Leave the selected fields as they are stored"), Qt::Key_Backspace)) {
   connect(drop_, &QAction::triggered, this, &ChangesDock::dropSelected);
-  connect(list_, &QTreeWidget::itemClicked, this, &ChangesDock::choose);
-  connect(list_, &QTreeWidget::itemActivated, this, &ChangesDock::choose);
-  toggleViewAction()->setObjectName(QStringLiteral("mnuViewChanges"));
-  toggleViewAction()->setText(tr("C&hanges"));
-  toggleViewAction()->setIcon(icon("edit"));
-  explain(toggleViewAction(), tr("Show what is changed and not saved yet"));
-  connect(toggleViewAction(), &QAction::triggered, this, [this](bool isOpened) {
-    if (isOpened) raise();
-  });
-  hide();
+  connect(list_, &ListTree::lineChosen, this, &ChangesDock::choose);
   fill();
 }
 
 void ChangesDock::offer(const QList<QAction*>& actions) {
   bar_->addActions(actions);
   bar_->addAction(drop_);
+  addExport(*bar_, tr("changes"));
 }
 
 void ChangesDock::follow(RecordEdits* edits) {
@@ -117,7 +84,9 @@ void ChangesDock::fill() {
   }
   list_->addTopLevelItems(lines);
   tellRefusals();
-  fitColumns();
+  // All values are to be seen in a narrow dock.
+  constexpr int kWidestInCharacters = 14;
+  list_->fitColumns(kWidestInCharacters);
   drop_->setEnabled(!changes_.empty());
   const auto count = static_cast<qlonglong>(changes_.size());
   setWindowTitle(count == 0 ? tr("Changes") : tr("Changes (%L1)").arg(count));
@@ -129,35 +98,19 @@ void ChangesDock::fill() {
   if (edits_) {
     for (const std::string& remark : edits_->pending().review().remarks) texts << shownText(remark);
   }
-  summary_->setText(texts.join('\n'));
+  tell(texts.join('\n'));
   // Later, it stays closed where the user has closed it.
-  if (wereNone && count > 0) {
-    show();
-    raise();
-  }
-}
-
-/// All values are to be seen in a narrow dock.
-void ChangesDock::fitColumns() {
-  constexpr int kWidestInCharacters = 14;
-  const int widest = fontMetrics().averageCharWidth() * kWidestInCharacters;
-  for (const int column : {kRecord, kField, kWas, kBecomes}) {
-    list_->resizeColumnToContents(column);
-    if (list_->columnWidth(column) > widest) list_->setColumnWidth(column, widest);
-  }
+  if (wereNone && count > 0) open();
 }
 
 void ChangesDock::fillLine(QTreeWidgetItem& line, const Change& change) {
   const QString name = shownText(edits_->pending().name(change.record));
   const QString number = QString::number(change.record);
-  line.setText(kRecord, name.isEmpty() ? number : QStringLiteral("%1 (%2)").arg(name, number));
-  line.setText(kField, fieldName(change));
-  line.setText(kWas, lineText(change.before));
-  line.setText(kBecomes, lineText(change.after));
-  line.setToolTip(kRecord, toolTipText(line.text(kRecord)));
-  line.setToolTip(kField, toolTipText(line.text(kField)));
-  line.setToolTip(kWas, toolTipText(qt(fieldText(change.before))));
-  line.setToolTip(kBecomes, toolTipText(qt(fieldText(change.after))));
+  ListTree::put(line, kRecord,
+                name.isEmpty() ? number : QStringLiteral("%1 (%2)").arg(name, number));
+  ListTree::put(line, kField, fieldName(change));
+  ListTree::put(line, kWas, qt(fieldText(change.before)));
+  ListTree::put(line, kBecomes, qt(fieldText(change.after)));
 }
 
 void ChangesDock::tellRefusals() {
@@ -165,8 +118,7 @@ void ChangesDock::tellRefusals() {
   for (const Refusal& refusal : edits_->pending().review().refusals) {
     auto* line = list_->topLevelItem(static_cast<int>(refusal.change));
     if (line == nullptr) continue;
-    line->setText(kRemark, shownText(refusal.reason));
-    line->setToolTip(kRemark, toolTipText(qt(refusal.reason)));
+    ListTree::put(*line, kRemark, qt(refusal.reason));
     line->setIcon(kRemark, icon("box-warning"));
   }
 }

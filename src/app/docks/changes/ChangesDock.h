@@ -1,14 +1,11 @@
 // The changes that are not saved yet, beside the records.
 #pragma once
 
-#include <QDockWidget>
 #include <vector>
 
+#include "app/docks/list/ListDock.h"
 #include "commands/edit/Change.h"
 
-class QLabel;
-class QToolBar;
-class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace orv::app {
@@ -17,7 +14,7 @@ class RecordEdits;
 
 /// A line a field: of which record, what it was and what it becomes, and what stands against that.
 /// Below it what the changes make untrue elsewhere. Closed until there is a change.
-class ChangesDock : public QDockWidget {
+class ChangesDock : public ListDock {
   Q_OBJECT
 
  public:
@@ -33,18 +30,17 @@ class ChangesDock : public QDockWidget {
   void chosen(std::int32_t record);
 
  private:
+  ChangesDock(ListTree* list, QWidget* parent);
   void fill();
   void fillLine(QTreeWidgetItem& line, const commands::edit::Change& change);
-  void fitColumns();
   void tellRefusals();
   void choose(const QTreeWidgetItem* line);
   void dropSelected();
 
   RecordEdits* edits_ = nullptr;
   std::vector<commands::edit::Change> changes_;  ///< in the order of the lines
+  ListTree* list_;
   QToolBar* bar_;
-  QTreeWidget* list_;
-  QLabel* summary_;
   QAction* drop_;
 };
 

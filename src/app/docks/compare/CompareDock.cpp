@@ -1,122 +1,66 @@
 #include "app/docks/compare/CompareDock.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
+#include <QSignalBlocker>
 #include <QToolBar>
 #include <QToolButton>
-#include <QVBoxLayout>
 
-#include "app/Help.h"
 #include "app/Text.h"
-#include "app/theme/Icons.h"
-#include "commands/CsvText.h"
 
 namespace orv::app {
 
 using commands::compare::State;
 
-CompareDock::CompareDock(QWidget* parent) : QDockWidget(tr("Differences"), parent) {
-  setObjectName(QStringLiteral("CompareDock"));
-  setAccessibleName(tr("Differences"));
-  setWhatsThis(tr("What differs between the two sources that were compared last."));
-  auto* content = new QWidget(this);
-  tree_ = new DifferencesTree(content);
-  summary_ = new QLabel(content);
-  summary_->setObjectName(QStringLiteral("lblCompare"));
-  summary_->setMargin(2);
-  summary_->setWordWrap(true);
-  auto* layout = new QVBoxLayout(content);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
+CompareDock::CompareDock(QWidget* parent) : CompareDock(new DifferencesTree, parent) {}
+
+CompareDock::CompareDock(DifferencesTree* tree, QWidget* parent)
+    : ListDock({.name = "Compare",
+                .iconName = "compare",
+                .title = tr("Differences"),
+                .menuText = tr("Differe&nces"),
+                .help = tr("What differs between the two sources that were compared last."),
+                .openHelp = tr("Show what differs between the sources that were compared last")},
+               tree, parent),
+      tree_(tree) {
   // Two bars: the dock is narrow.
-  auto* filters = makeBar(tr("Filters"), tr("Which differences are shown."));
-  addFilters(*filters);
-  auto* tools = makeBar(tr("Tools for differences"),
-                        tr("Copies records to the right, and the list to other programs."));
-  addActions(*tools);
-  layout->addWidget(filters);
-  layout->addWidget(tools);
-  layout->addWidget(tree_, 1);
-  layout->addWidget(summary_);
-  setWidget(content);
+  addFilters(*addBar(tr("Filters"), tr("Which differences are shown.")));
+  addCommands(*addBar(tr("Tools for differences"),
+                      tr("Copies records to the right, and the list to other programs.")));
   connect(tree_, &DifferencesTree::chosen, this, &CompareDock::chosen);
   connect(tree_, &DifferencesTree::tickedChanged, this, &CompareDock::followTicks);
-  toggleViewAction()->setObjectName(QStringLiteral("mnuViewCompare"));
-  toggleViewAction()->setText(tr("Differe&nces"));
-  toggleViewAction()->setIcon(icon("compare"));
-  explain(toggleViewAction(), tr("Show what differs between the sources that were compared last"));
-  hide();
-}
-
-QToolBar* CompareDock::makeBar(const QString& name, const QString& help) {
-  auto* bar = new QToolBar(this);
-  bar->setIconSize({16, 16});
-  bar->setAccessibleName(name);
-  bar->setWhatsThis(help);
-  return bar;
 }
 
 void CompareDock::addFilters(QToolBar& bar) {
-  state_ = new QComboBox(&bar);
-  state_->setObjectName(QStringLiteral("cboState"));
-  state_->setAccessibleName(tr("State"));
+  state_ = addChoice(bar, "cboState", tr("State"), tr("Which records are shown"));
+  field_ = addChoice(bar, "cboField", tr("Field"), tr("The field whose differences are shown"));
+  search_ = addFilter(bar, "txtDifferences", tr("Record or value"),
+                      tr("Show only differences with this text"));
+  const QSignalBlocker quiet(state_);
   state_->addItem(tr("All"));
   state_->addItem(tr("− Only left"), static_cast<int>(State::removed));
   state_->addItem(tr("+ Only right"), static_cast<int>(State::added));
   state_->addItem(tr("≠ Changed"), static_cast<int>(State::changed));
-  explain(state_, tr("Which records are shown"));
-  field_ = new QComboBox(&bar);
-  field_->setObjectName(QStringLiteral("cboField"));
-  field_->setAccessibleName(tr("Field"));
-  explain(field_, tr("The field whose differences are shown"));
-  search_ = new QLineEdit(&bar);
-  search_->setObjectName(QStringLiteral("txtDifferences"));
-  search_->setPlaceholderText(tr("Record or value"));
-  search_->setClearButtonEnabled(true);
-  search_->setAccessibleName(tr("Filter"));
-  explain(search_, tr("Show only differences with this text"));
-  bar.addWidget(state_);
-  bar.addWidget(field_);
-  bar.addWidget(search_);
-  connect(state_, &QComboBox::currentIndexChanged, this, &CompareDock::followFilter);
-  connect(field_, &QComboBox::currentIndexChanged, this, &CompareDock::followFilter);
-  // The tree is filled when the typing rests.
-  constexpr int kRest = 150;  // ms
-  auto* rest = new QTimer(this);
-  rest->setSingleShot(true);
-  rest->setInterval(kRest);
-  connect(search_, &QLineEdit::textChanged, rest, qOverload<>(&QTimer::start));
-  connect(rest, &QTimer::timeout, this, &CompareDock::followFilter);
 }
 
-void CompareDock::addActions(QToolBar& bar) {
-  tickAll_ =
-      bar.addAction(tr("Tick All"), this, [this] { tree_->tickShown(tree_->ticked().empty()); });
-  tickAll_->setObjectName(QStringLiteral("mnuCompareTickAll"));
-  explain(tickAll_, tr("Tick all records that are shown and can be copied, or none of them"));
-  copyRight_ = bar.addAction(icon("copy-right"), tr("Copy to the Right"), this,
-                             [this] { emit copyWanted(tree_->ticked()); });
-  copyRight_->setObjectName(QStringLiteral("mnuCompareCopyRight"));
-  explain(copyRight_, tr("Copy the ticked records into the database on the right. Those that are "
-                         "there are replaced as a whole, and keep their keys"));
+void CompareDock::addCommands(QToolBar& bar) {
+  tickAll_ = addCommand(&bar, "mnuCompareTickAll", "", tr("&Tick All"),
+                        tr("Tick all records that are shown and can be copied, or none of them"));
+  copyRight_ = addCommand(&bar, "mnuCompareCopyRight", "copy-right", tr("Copy to the &Right"),
+                          tr("Copy the ticked records into the database on the right. Those that "
+                             "are there are replaced as a whole, and keep their keys"));
   auto* button = static_cast<QToolButton*>(bar.widgetForAction(copyRight_));
   button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  refresh_ = bar.addAction(icon("refresh"), tr("Compare Again"), this, &CompareDock::refreshWanted);
-  refresh_->setObjectName(QStringLiteral("mnuCompareRefresh"));
-  explain(refresh_, tr("Compare the two sources as they are now"));
-  auto* copy = bar.addAction(icon("copy"), tr("Copy"), this, &CompareDock::copy);
-  copy->setObjectName(QStringLiteral("mnuCompareCopy"));
-  explain(copy, tr("Copy the selected differences, or all that are shown, as a table"));
-  auto* save = bar.addAction(icon("save"), tr("Save as CSV..."), this,
-                             [this] { saveAsCsv(tree_->shownRows(), tr("differences"), this); });
-  save->setObjectName(QStringLiteral("mnuCompareSave"));
-  explain(save, tr("Save the differences that are shown as a table for other programs"));
+  refresh_ = addCommand(&bar, "mnuCompareRefresh", "refresh", tr("Compare &Again"),
+                        tr("Compare the two sources as they are now"));
+  addExport(bar, tr("differences"));
   for (QAction* action : {tickAll_, copyRight_, refresh_}) action->setEnabled(false);
+  connect(tickAll_, &QAction::triggered, this,
+          [this] { tree_->tickShown(tree_->ticked().empty()); });
+  connect(copyRight_, &QAction::triggered, this, [this] { emit copyWanted(tree_->ticked()); });
+  connect(refresh_, &QAction::triggered, this, &CompareDock::refreshWanted);
 }
 
 void CompareDock::show(std::shared_ptr<const Comparison> comparison,
@@ -125,7 +69,7 @@ void CompareDock::show(std::shared_ptr<const Comparison> comparison,
   QStringList more;
   for (const std::string& line : comparison->failures) more << shownText(line);
   for (const std::string& line : comparison->remarks) more << shownText(line);
-  summary_->setToolTip(toolTipText(more.join(u'\n')));
+  summary().setToolTip(toolTipText(more.join(u'\n')));
   if (!comparison->failures.empty()) {
     summaryText_ += tr(" %L1 could not be read.").arg(comparison->failures.size());
   }
@@ -135,8 +79,7 @@ void CompareDock::show(std::shared_ptr<const Comparison> comparison,
   refresh_->setEnabled(true);
   fillFields();
   followFilter();
-  setVisible(true);
-  raise();
+  open();
 }
 
 /// The one that was chosen stays, where it still differs.
@@ -157,24 +100,14 @@ void CompareDock::followFilter() {
   filter.field = field_->currentData().toString();
   filter.text = search_->text().trimmed();
   tree_->filter(filter);
-  summary_->setText(summaryText_ + tr(" %L1 shown.").arg(tree_->shownCount()));
+  tell(summaryText_ + tr(" %L1 shown.").arg(tree_->shownCount()));
 }
 
 void CompareDock::followTicks() {
   const std::size_t count = tree_->ticked().size();
   copyRight_->setEnabled(count > 0);
-  copyRight_->setText(count > 0 ? tr("Copy %L1 to the Right").arg(count) : tr("Copy to the Right"));
-}
-
-void CompareDock::copy() const {
-  TableRows rows = tree_->selectedRows();
-  if (rows.size() == 1) rows = tree_->shownRows();
-  QStringList lines;
-  for (QStringList& row : rows) {
-    for (QString& cell : row) cell = qt(commands::separatedCell(cell.toStdString(), '\t'));
-    lines << row.join(u'\t');
-  }
-  QApplication::clipboard()->setText(lines.join(u'\n'));
+  copyRight_->setText(count > 0 ? tr("Copy %L1 to the &Right").arg(count)
+                                : tr("Copy to the &Right"));
 }
 
 }  // namespace orv::app

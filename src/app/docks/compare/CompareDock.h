@@ -1,20 +1,13 @@
 // The differences of two sources beside the records.
 #pragma once
 
-#include <QDockWidget>
-
 #include "app/docks/compare/DifferencesTree.h"
-
-class QAction;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QToolBar;
+#include "app/docks/list/ListDock.h"
 
 namespace orv::app {
 
 /// Closed until there is something to show.
-class CompareDock : public QDockWidget {
+class CompareDock : public ListDock {
   Q_OBJECT
 
  public:
@@ -34,24 +27,24 @@ class CompareDock : public QDockWidget {
   /// The sources are to be compared again.
   void refreshWanted();
 
- private:
-  QToolBar* makeBar(const QString& name, const QString& help);
-  void addFilters(QToolBar& bar);
-  void addActions(QToolBar& bar);
-  void fillFields();
-  void followFilter();
-  void followTicks();
-  void copy() const;
+ protected:
+  void followFilter() override;
 
-  QComboBox* state_;
-  QComboBox* field_;
-  QLineEdit* search_;
+ private:
+  CompareDock(DifferencesTree* tree, QWidget* parent);
+  void addFilters(QToolBar& bar);
+  void addCommands(QToolBar& bar);
+  void fillFields();
+  void followTicks();
+
   DifferencesTree* tree_;
-  QLabel* summary_;
+  QComboBox* state_ = nullptr;
+  QComboBox* field_ = nullptr;
+  QLineEdit* search_ = nullptr;
   QString summaryText_;
-  QAction* refresh_;
-  QAction* tickAll_;
-  QAction* copyRight_;
+  QAction* refresh_ = nullptr;
+  QAction* tickAll_ = nullptr;
+  QAction* copyRight_ = nullptr;
 };
 
 }  // namespace orv::app

@@ -66,13 +66,6 @@ QStringList columnTitles() {
           DifferencesTree::tr("Right ID")};
 }
 
-/// Of a table for other programs.
-QStringList headings() {
-  return QStringList{DifferencesTree::tr("State"), DifferencesTree::tr("Record"),
-                     DifferencesTree::tr("Field")} +
-         columnTitles().mid(1);
-}
-
 QString joined(const std::vector<std::string>& identifiers) {
   QStringList texts;
   for (const std::string& each : identifiers) texts << qt(each);
@@ -85,28 +78,17 @@ QString valueText(const store::Value& value) {
 
 }  // namespace
 
-DifferencesTree::DifferencesTree(QWidget* parent) : QTreeWidget(parent) {
-  setObjectName(QStringLiteral("DifferencesTree"));
-  setAccessibleName(tr("Differences"));
-  setWhatsThis(
-      tr("<p>What differs: records only on the right (+), only on the left (−), and those that are "
-         "not the same (≠), with their fields. A click selects the record, and shows both curves "
-         "and their difference.</p><p>Records whose boxes are ticked can be copied to the right."
-         "</p>"));
-  setHeaderLabels(columnTitles());
-  setUniformRowHeights(true);
-  setAlternatingRowColors(true);
-  setSelectionMode(QAbstractItemView::ExtendedSelection);
+DifferencesTree::DifferencesTree(QWidget* parent)
+    : ListTree(
+          "DifferencesTree", tr("Differences"),
+          tr("<p>What differs: records only on the right (+), only on the left (−), and those "
+             "that are not the same (≠), with their fields. A click selects the record, and "
+             "shows both curves and their difference.</p><p>Records whose boxes are ticked can "
+             "be copied to the right.</p>"),
+          columnTitles(), parent) {
   header()->setStretchLastSection(false);
-  connect(this, &QTreeWidget::itemClicked, this, &DifferencesTree::choose);
-  connect(this, &QTreeWidget::itemActivated, this, &DifferencesTree::choose);
+  connect(this, &ListTree::lineChosen, this, &DifferencesTree::choose);
   connect(this, &QTreeWidget::itemChanged, this, &DifferencesTree::follow);
-}
-
-void DifferencesTree::keyPressEvent(QKeyEvent* event) {
-  const QTreeWidgetItem* const before = currentItem();
-  QTreeWidget::keyPressEvent(event);
-  if (currentItem() != before) choose(currentItem());
 }
 
 /// The colours are those of the theme.
@@ -116,7 +98,6 @@ void DifferencesTree::changeEvent(QEvent* event) {
 }
 
 void DifferencesTree::choose(const QTreeWidgetItem* item) {
-  if (item == nullptr) return;
   emit chosen(comparison_->differences[item->data(0, kDifferenceRole).toULongLong()]);
 }
 
@@ -137,12 +118,8 @@ void DifferencesTree::show(std::shared_ptr<const Comparison> comparison,
   copyable_ = {copyable.begin(), copyable.end()};
   ticked_.clear();
   fill();
-  for (int column = 0; column < columnCount(); ++column) {
-    constexpr int kMostCharacters = 45;
-    resizeColumnToContents(column);
-    setColumnWidth(
-        column, std::min(columnWidth(column), kMostCharacters * fontMetrics().averageCharWidth()));
-  }
+  constexpr int kMostCharacters = 45;
+  fitColumns(kMostCharacters);
   emit tickedChanged();
 }
 
@@ -215,8 +192,7 @@ void DifferencesTree::add(std::size_t first, std::size_t end) {
     item->setData(0, kDifferenceRole, static_cast<qulonglong>(i));
     constexpr int kLastOfField = 4;  // the angle
     for (int column = 0; column < kLastOfField; ++column) {
-      item->setText(column, shownText(cells[column + 1]));
-      item->setToolTip(column, toolTipText(cells[column + 1]));
+      put(*item, column, cells[column + 1]);
     }
   }
 }
@@ -260,30 +236,14 @@ bool DifferencesTree::isShown(const Difference& difference, const QStringList& c
          });
 }
 
-QStringList DifferencesTree::rowOf(const QTreeWidgetItem* item) const {
-  const auto& difference = comparison_->differences[item->data(0, kDifferenceRole).toULongLong()];
+/// With the state and the record of each field.
+QStringList DifferencesTree::headings() const {
+  return QStringList{tr("State"), tr("Record"), tr("Field")} + columnTitles().mid(1);
+}
+
+QStringList DifferencesTree::rowOf(const QTreeWidgetItem& line) const {
+  const auto& difference = comparison_->differences[line.data(0, kDifferenceRole).toULongLong()];
   return QStringList{stateText(comparison_->pairs[difference.pair].state)} + cellsOf(difference);
-}
-
-TableRows DifferencesTree::rows(bool onlySelected) const {
-  TableRows rows{headings()};
-  for (int i = 0; i < topLevelItemCount(); ++i) {
-    const QTreeWidgetItem* const record = topLevelItem(i);
-    if (record->childCount() == 0 && (!onlySelected || record->isSelected())) rows << rowOf(record);
-    for (int k = 0; k < record->childCount(); ++k) {
-      const QTreeWidgetItem* const item = record->child(k);
-      if (!onlySelected || record->isSelected() || item->isSelected()) rows << rowOf(item);
-    }
-  }
-  return rows;
-}
-
-TableRows DifferencesTree::shownRows() const {
-  return rows(false);
-}
-
-TableRows DifferencesTree::selectedRows() const {
-  return rows(true);
 }
 
 }  // namespace orv::app

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QTreeWidget>
 #include <memory>
 #include <optional>
 #include <set>
 #include <vector>
 
-#include "app/dialogs/TableExport.h"
+#include "app/docks/list/ListTree.h"
 #include "commands/compare/Compare.h"
 
 namespace orv::app {
@@ -20,7 +19,7 @@ struct DifferencesFilter {
 
 /// The differences of two sources: a line a record with the sign and the colour of what became of
 /// it, below it a line a field. Records that can be copied have a box to be ticked.
-class DifferencesTree : public QTreeWidget {
+class DifferencesTree : public ListTree {
   Q_OBJECT
 
  public:
@@ -41,18 +40,14 @@ class DifferencesTree : public QTreeWidget {
   /// Ticks all boxes that are shown, or none of them.
   void tickShown(bool isTicked);
 
-  /// The lines that are shown, or that are selected by themselves or with their record, with
-  /// headings.
-  TableRows shownRows() const;
-  TableRows selectedRows() const;
-
  signals:
   /// A line was clicked on, or moved to with the keyboard.
   void chosen(const commands::compare::Difference& difference);
   void tickedChanged();
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  QStringList headings() const override;
+  QStringList rowOf(const QTreeWidgetItem& line) const override;
   void changeEvent(QEvent* event) override;
 
  private:
@@ -63,8 +58,6 @@ class DifferencesTree : public QTreeWidget {
   void follow(const QTreeWidgetItem* item);
   bool isShown(const commands::compare::Difference& difference, const QStringList& cells) const;
   QStringList cellsOf(const commands::compare::Difference& difference) const;
-  QStringList rowOf(const QTreeWidgetItem* item) const;
-  TableRows rows(bool onlySelected) const;
 
   std::shared_ptr<const Comparison> comparison_;
   std::set<std::size_t> copyable_;

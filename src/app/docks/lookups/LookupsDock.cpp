@@ -3,16 +3,12 @@
 #include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
-#include <QLabel>
 #include <QToolBar>
-#include <QTreeWidget>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <set>
 
-#include "app/Help.h"
 #include "app/Text.h"
-#include "app/theme/Icons.h"
+#include "app/docks/list/ListTree.h"
 
 namespace orv::app {
 
@@ -45,87 +41,60 @@ class LookupLine : public QTreeWidgetItem {
   }
 };
 
+ListTree* makeNames() {
+  auto* list = new ListTree(
+      "LookupsList", LookupsDock::tr("Names"),
+      LookupsDock::tr(
+          "Each name with the number of panes, frames and shadings that have it. Select "
+          "several to merge them."),
+      {LookupsDock::tr("Name"), LookupsDock::tr("Panes"), LookupsDock::tr("Frames"),
+       LookupsDock::tr("Shadings")});
+  list->setRootIsDecorated(false);
+  list->setSortingEnabled(true);
+  list->sortByColumn(0, Qt::AscendingOrder);
+  return list;
+}
+
 }  // namespace
 
-LookupsDock::LookupsDock(QWidget* parent)
-    : QDockWidget(tr("Groups and Suppliers"), parent),
-      set_(new QComboBox),
-      list_(new QTreeWidget),
-      summary_(new QLabel) {
-  setObjectName(QStringLiteral("LookupsDock"));
-  setAccessibleName(windowTitle());
-  setWhatsThis(tr("The names that records of the database refer to, and how many have each."));
-  set_->setObjectName(QStringLiteral("cboLookups"));
-  set_->addItem(tr("Groups"), static_cast<int>(EditSet::groups));
-  set_->addItem(tr("Suppliers"), static_cast<int>(EditSet::suppliers));
-  set_->addItem(tr("Frame types"), static_cast<int>(EditSet::frameTypes));
-  set_->setAccessibleName(tr("Names shown"));
-  explain(set_, tr("Which names are shown"));
-  list_->setObjectName(QStringLiteral("LookupsList"));
-  list_->setAccessibleName(tr("Names"));
-  list_->setWhatsThis(
-      tr("Each name with the number of panes, frames and shadings that have it. Select several to "
-         "merge them."));
-  list_->setHeaderLabels({tr("Name"), tr("Panes"), tr("Frames"), tr("Shadings")});
-  list_->setRootIsDecorated(false);
-  list_->setUniformRowHeights(true);
-  list_->setAlternatingRowColors(true);
-  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setSortingEnabled(true);
-  list_->sortByColumn(0, Qt::AscendingOrder);
-  list_->setContextMenuPolicy(Qt::ActionsContextMenu);
-  summary_->setObjectName(QStringLiteral("lblLookups"));
-  summary_->setTextFormat(Qt::PlainText);
-  summary_->setWordWrap(true);
-  summary_->setMargin(2);
-  rename_ = add("mnuLookupRename", "edit", tr("&Rename..."),
-                tr("Give the selected name another one"), &LookupsDock::renameWanted);
-  merge_ =
-      add("mnuLookupMerge", "merge", tr("&Merge..."),
-          tr("Give the records of the selected names one of these names, and delete the others"),
-          &LookupsDock::mergeWanted);
-  delete_ =
-      add("mnuLookupDelete", "delete", tr("&Delete"),
-          tr("Delete the selected names, which no record may have"), &LookupsDock::deleteWanted);
+LookupsDock::LookupsDock(QWidget* parent) : LookupsDock(makeNames(), parent) {}
 
-  auto* bar = new QToolBar;
-  bar->setIconSize({16, 16});
-  bar->setAccessibleName(tr("Tools for names"));
-  bar->setWhatsThis(tr("Which names are shown, and what can be done to them."));
-  bar->addWidget(set_);
-  bar->addActions(list_->actions());
-  auto* content = new QWidget(this);
-  auto* layout = new QVBoxLayout(content);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  layout->addWidget(bar);
-  layout->addWidget(list_, 1);
-  layout->addWidget(summary_);
-  setWidget(content);
-  connect(set_, &QComboBox::currentIndexChanged, this, &LookupsDock::wanted);
+LookupsDock::LookupsDock(ListTree* list, QWidget* parent)
+    : ListDock(
+          {.name = "Lookups",
+           .iconName = "names",
+           .title = tr("Groups and Suppliers"),
+           .menuText = tr("&Groups and Suppliers"),
+           .help = tr("The names that records of the database refer to, and how many have each."),
+           .openHelp = tr("Show the groups, suppliers and frame types of the database")},
+          list, parent),
+      list_(list) {
+  addTools();
   connect(list_, &QTreeWidget::itemSelectionChanged, this, &LookupsDock::followSelection);
   connect(this, &QDockWidget::visibilityChanged, this, [this](bool isVisible) {
     if (isVisible) emit wanted();
   });
-  toggleViewAction()->setObjectName(QStringLiteral("mnuViewLookups"));
-  toggleViewAction()->setText(tr("&Groups and Suppliers"));
-  toggleViewAction()->setIcon(icon("names"));
-  explain(toggleViewAction(), tr("Show the groups, suppliers and frame types of the database"));
-  connect(toggleViewAction(), &QAction::triggered, this, [this](bool isOpened) {
-    if (isOpened) raise();
-  });
   followSelection();
-  hide();
 }
 
-QAction* LookupsDock::add(const char* name, const char* iconName, const QString& text,
-                          const QString& help, void (LookupsDock::*wanted)()) {
-  auto* action = new QAction(icon(iconName), text, this);
-  action->setObjectName(QLatin1String(name));
-  explain(action, help);
-  connect(action, &QAction::triggered, this, wanted);
-  list_->addAction(action);
-  return action;
+void LookupsDock::addTools() {
+  QToolBar* bar =
+      addBar(tr("Tools for names"), tr("Which names are shown, and what can be done to them."));
+  set_ = addChoice(*bar, "cboLookups", tr("Names shown"), tr("Which names are shown"));
+  set_->addItem(tr("Groups"), static_cast<int>(EditSet::groups));
+  set_->addItem(tr("Suppliers"), static_cast<int>(EditSet::suppliers));
+  set_->addItem(tr("Frame types"), static_cast<int>(EditSet::frameTypes));
+  rename_ = addCommand(bar, "mnuLookupRename", "edit", tr("&Rename..."),
+                       tr("Give the selected name another one"));
+  merge_ = addCommand(
+      bar, "mnuLookupMerge", "merge", tr("&Merge..."),
+      tr("Give the records of the selected names one of these names, and delete the others"));
+  delete_ = addCommand(bar, "mnuLookupDelete", "delete", tr("&Delete"),
+                       tr("Delete the selected names, which no record may have"));
+  addExport(*bar, tr("names"));
+  connect(rename_, &QAction::triggered, this, &LookupsDock::renameWanted);
+  connect(merge_, &QAction::triggered, this, &LookupsDock::mergeWanted);
+  connect(delete_, &QAction::triggered, this, &LookupsDock::deleteWanted);
 }
 
 EditSet LookupsDock::set() const {
@@ -154,15 +123,15 @@ void LookupsDock::fill(Records records, bool mayChange) {
     list_->resizeColumnToContents(column);
   }
   const auto unused = std::ranges::count(records_, 0, &LookupRecord::uses);
-  summary_->setText(tr("%1, %L2 unused.")
-                        .arg(counted(static_cast<qlonglong>(records_.size()), tr("name")))
-                        .arg(unused));
+  tell(tr("%1, %L2 unused.")
+           .arg(counted(static_cast<qlonglong>(records_.size()), tr("name")))
+           .arg(unused));
   followSelection();
 }
 
-void LookupsDock::tell(const QString& text) {
+void LookupsDock::tellNone(const QString& why) {
   fill({}, false);
-  summary_->setText(text);
+  tell(why);
 }
 
 LookupsDock::Records LookupsDock::selected() const {

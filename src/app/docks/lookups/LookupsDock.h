@@ -1,21 +1,16 @@
 // The groups, suppliers and frame types of a database, beside its records.
 #pragma once
 
-#include <QDockWidget>
 #include <vector>
 
+#include "app/docks/list/ListDock.h"
 #include "commands/edit/LookupRecords.h"
-
-class QAction;
-class QComboBox;
-class QLabel;
-class QTreeWidget;
 
 namespace orv::app {
 
 /// A line a name, with how many records have it. What is to be done to the selected names is asked
 /// for by signals.
-class LookupsDock : public QDockWidget {
+class LookupsDock : public ListDock {
   Q_OBJECT
 
  public:
@@ -29,7 +24,7 @@ class LookupsDock : public QDockWidget {
   /// were selected stay selected.
   void fill(Records records, bool mayChange);
   /// Shows why there are none.
-  void tell(const QString& text);
+  void tellNone(const QString& why);
   /// In the order in which they are shown.
   Records selected() const;
 
@@ -40,20 +35,22 @@ class LookupsDock : public QDockWidget {
   void mergeWanted();
   void deleteWanted();
 
+ protected:
+  void followFilter() override { emit wanted(); }
+
  private:
-  QAction* add(const char* name, const char* iconName, const QString& text, const QString& help,
-               void (LookupsDock::*wanted)());
+  LookupsDock(ListTree* list, QWidget* parent);
+  void addTools();
   void followSelection();
 
   Records records_;  ///< in the order of their numbers
   bool mayChange_ = false;
   commands::edit::EditSet filled_ = commands::edit::EditSet::groups;  ///< of the lines
-  QComboBox* set_;
-  QTreeWidget* list_;
-  QLabel* summary_;
-  QAction* rename_;
-  QAction* merge_;
-  QAction* delete_;
+  ListTree* list_;
+  QComboBox* set_ = nullptr;
+  QAction* rename_ = nullptr;
+  QAction* merge_ = nullptr;
+  QAction* delete_ = nullptr;
 };
 
 }  // namespace orv::app

@@ -27,21 +27,22 @@ std::uint64_t checksumOfRecord(std::span<const std::uint8_t> record) {
 
 std::uint64_t checksumOf(std::span<const std::uint8_t> bytes) {
   constexpr std::uint64_t kPrime = 0x9e3779b97f4a7c15;
-  // Four lanes, so that the processor need not wait for one multiplication after the other.
-  std::array<std::uint64_t, 4> lanes = {kPrime, ~kPrime, kPrime << 1, kPrime >> 1};
-  std::size_t at = 0;
-  const auto add = [&](std::uint64_t& lane) {
-    lane = (std::rotl(lane, 29) ^ load64(&bytes[at])) * kPrime;
-    at += 8;
+  const auto mixed = [](std::uint64_t lane, const std::uint8_t* word) {
+    return (std::rotl(lane, 29) ^ load64(word)) * kPrime;
   };
-  while (at + 32 <= bytes.size()) {
-    std::for_each(lanes.begin(), lanes.end(), add);
+  // Four lanes, so that the processor need not wait for one multiplication after the other.
+  std::uint64_t a = kPrime, b = ~kPrime, c = kPrime << 1, d = kPrime >> 1;
+  const std::uint8_t* word = bytes.data();
+  std::size_t words = bytes.size() / 8;
+  for (; words >= 4; words -= 4, word += 32) {
+    a = mixed(a, word);
+    b = mixed(b, word + 8);
+    c = mixed(c, word + 16);
+    d = mixed(d, word + 24);
   }
-  while (at + 8 <= bytes.size()) {
-    add(lanes[0]);
-  }
+  for (; words > 0; --words, word += 8) a = mixed(a, word);
   std::uint64_t sum = bytes.size();
-  for (const std::uint64_t lane : lanes) {
+  for (const std::uint64_t lane : {a, b, c, d}) {
     sum = (std::rotl(sum, 31) ^ lane ^ lane >> 32) * kPrime;
   }
   return sum ^ sum >> 29;

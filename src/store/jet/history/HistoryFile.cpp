@@ -48,8 +48,8 @@ Bytes encodeRecord(const HistoryRecord& record) {
   store64(&bytes[32], record.title.size());
   store64(&bytes[40], record.changes.size());
   std::ranges::copy(record.title, bytes.begin() + kHeadSize);
-  std::ranges::copy(record.changes,
-                    bytes.begin() + static_cast<std::ptrdiff_t>(kHeadSize + titleSize));
+  std::copy(record.changes.begin(), record.changes.end(),
+            bytes.begin() + static_cast<std::ptrdiff_t>(kHeadSize + titleSize));
   store64(&bytes[48], checksumOf(std::span(bytes).subspan(kHeadSize)));
   store64(&bytes[56], checksumOf(std::span(bytes).first(kHeadSize - kSumSize)));
   return bytes;
