@@ -16,7 +16,11 @@ endif()
 set(ORV_COMMON_HEADERS
     <algorithm> <array> <chrono> <cstdint> <filesystem> <functional> <map> <memory> <optional>
     <set> <span> <string> <string_view> <utility> <variant> <vector> <fmt/format.h>)
-set(ORV_QT_HEADERS <QtWidgets>)
+set(ORV_QT_HEADERS
+    <QAction> <QApplication> <QCheckBox> <QClipboard> <QComboBox> <QDialog> <QDialogButtonBox>
+    <QDockWidget> <QFileDialog> <QFormLayout> <QHeaderView> <QKeyEvent> <QLabel> <QLineEdit>
+    <QMainWindow> <QMenu> <QMessageBox> <QPainter> <QPushButton> <QSettings> <QTableView> <QTimer>
+    <QToolBar> <QToolButton> <QTreeWidget> <QVBoxLayout>)
 
 # Precompiles `headers` for the first target that asks with this `kind`; later ones share them.
 function(orv_precompile target kind)

@@ -43,7 +43,10 @@ int main(int argc, char* argv[]) {
   using namespace orv;
   QCoreApplication::setApplicationName(app::qt(commands::kApplicationTitle));
   QCoreApplication::setApplicationVersion(ORV_VERSION);
-  if (onlyExplains(argc, argv)) pathsOf(QCoreApplication(argc, argv));
+  if (onlyExplains(argc, argv)) {
+    QCoreApplication::setApplicationName("orv-manager");  // by which it is called
+    pathsOf(QCoreApplication(argc, argv));
+  }
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName("io.github.orv_manager.OrvManager");
   const QStringList paths = pathsOf(application);

@@ -44,10 +44,19 @@ const std::map<std::string, optics::Standard> kStandards = [] {
   return standards;
 }();
 
-void addFormat(CLI::App& command, Format& format) {
-  command.add_option("--format", format, "Form of the result: table (default), tsv, csv or json")
+CLI::Option* addFormat(CLI::App& command, Format& format) {
+  return command
+      .add_option("--format", format, "Form of the result: table (default), tsv, csv or json")
       ->transform(oneOf(kFormats))
       ->type_name("FORM");
+}
+
+CLI::Option* addNames(CLI::App& command, const std::string& option, std::vector<std::string>& names,
+                      const std::string& description) {
+  return command.add_option(option, names, description)
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("NAMES");
 }
 
 CLI::Option* addQuiet(CLI::App& command, bool& quiet) {

@@ -47,7 +47,10 @@ CLI::Validator oneOf(const std::map<std::string, T>& words) {
 
 extern const std::map<std::string, optics::Standard> kStandards;
 
-void addFormat(CLI::App& command, Format& format);
+CLI::Option* addFormat(CLI::App& command, Format& format);
+/// Declares an option that takes names, parted by commas.
+CLI::Option* addNames(CLI::App& command, const std::string& option, std::vector<std::string>& names,
+                      const std::string& description);
 /// Declares --quiet, for the verbs that end with a summary.
 CLI::Option* addQuiet(CLI::App& command, bool& quiet);
 /// Declares --force, for the verbs that change a database.

@@ -34,8 +34,10 @@ class AuditVerb : public Verb {
     source_.addOptions(command(), "Only these records: panes, frames or shadings");
     source_.addTolerant(command());
     source_.addWhere(command());
-    addNames("--rule", options_.rules, "Only these rules, parted by commas");
-    addNames("--without", options_.without, "Not these rules, parted by commas");
+    addNames(command(), "--rule", options_.rules, "Only these rules, parted by commas")
+        ->transform(anyRule());
+    addNames(command(), "--without", options_.without, "Not these rules, parted by commas")
+        ->transform(anyRule());
     command()
         .add_option("--severity", options_.least,
                     "Only findings that are this bad at least: error, warning or note (default)")
@@ -73,13 +75,13 @@ class AuditVerb : public Verb {
   inline static const std::vector<std::string> kHeadings{
       "severity", "rule", "set", "id", "name", "angle", "field", "value", "expected", "message"};
 
-  void addNames(const std::string& name, std::vector<std::string>& names,
-                const std::string& description) {
-    command()
-        .add_option(name, names, description)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->type_name("NAMES");
+  /// Tells completions the names of the rules. Which are none the audit says.
+  static CLI::Validator anyRule() {
+    std::string names;
+    for (const auto& rule : commands::audit::rules()) {
+      names += (names.empty() ? "" : " ") + std::string(rule.name);
+    }
+    return CLI::Validator([](std::string& /*name*/) { return std::string(); }, "", names);
   }
 
   ExitCode listRules() const {

@@ -1,7 +1,6 @@
 #include "cli/ChangedCopy.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iostream>
@@ -56,27 +55,38 @@ CLI::Option* ChangedCopy::addTo(CLI::App& command, bool& yes) {
                   "0)")
       ->type_name("X")
       ->needs(changed);
-  command.add_flag("--dry-run", isRehearsal_, "With --changed, show the list and copy nothing")
+  command
+      .add_flag("--dry-run", isRehearsal_,
+                "With --changed, show the list and copy nothing; the exit status is 1 where "
+                "something is to be copied")
       ->needs(changed);
   command.add_flag("--yes", yes, "With --changed, do not ask")->needs(changed);
+  addFormat(command, format_)->needs(changed);
   return changed;
 }
 
-std::vector<std::size_t> ChangedCopy::wanted(const Comparison& comparison, Outcome& outcome) const {
-  std::vector<std::string> ambiguous;
-  auto pairs = commands::compare::copyablePairs(comparison, ambiguous);
-  std::erase_if(pairs,
-                [&](std::size_t each) { return only_ && comparison.pairs[each].state != *only_; });
-  outcome.leftOut = ambiguous.size() + comparison.failures.size();
+std::vector<std::size_t> ChangedCopy::wanted(const Comparison& comparison, const std::string& group,
+                                             Outcome& outcome) const {
+  auto copyable = commands::compare::copyablePairs(comparison, group);
+  outcome.leftOut = copyable.leftOut() + comparison.failures.size();
   tellFailures(comparison.failures);
-  if (!ambiguous.empty()) {
-    std::cerr << fmt::format(
-        "orv: not copied, since there are several records of this name, of which nobody knows "
-        "which "
-        "would be replaced (of those in other groups --group tells): {}.\n",
-        fmt::join(ambiguous, ", "));
+  tellFailures(copyable.remarks());
+  std::erase_if(copyable.pairs,
+                [&](std::size_t each) { return only_ && comparison.pairs[each].state != *only_; });
+  return copyable.pairs;
+}
+
+/// The list is left out only where nobody is asked.
+void ChangedCopy::show(const Request& request, const Comparison& comparison,
+                       const std::vector<std::size_t>& pairs) const {
+  if (request.isQuiet && *yes_ && !isRehearsal_) return;
+  if (!request.isQuiet) tellFailures(comparison.remarks);
+  if (!pairs.empty()) {
+    ComparedRows(request.a, request.b).writeChanges(comparison, pairs, format_, std::cout);
+  } else if (!request.isQuiet && format_ == Format::table) {
+    std::cout << "There is nothing to copy.\n";
   }
-  return pairs;
+  std::cout << std::flush;
 }
 
 bool ChangedCopy::isConfirmed(Console& console, const Comparison& comparison,
@@ -103,15 +113,9 @@ ChangedCopy::Outcome ChangedCopy::run(
         [&] { return compareSources(console.session, request.a, request.b, options); });
   });
   Outcome outcome;
-  const auto pairs = wanted(comparison, outcome);
-  if (!request.isQuiet) {
-    tellFailures(comparison.remarks);
-    if (pairs.empty()) std::cout << "There is nothing to copy.\n";
-    if (!pairs.empty()) {
-      ComparedRows(request.a, request.b).writeChanges(comparison, pairs, std::cout);
-      std::cout << std::flush;
-    }
-  }
+  const auto pairs = wanted(comparison, request.options.group, outcome);
+  show(request, comparison, pairs);
+  outcome.isDue = !pairs.empty();
   if (isRehearsal_ || pairs.empty()) return outcome;
   if (request.options.group.empty()) requireGroups(comparison, pairs);
   outcome.wasTried = true;
@@ -119,8 +123,10 @@ ChangedCopy::Outcome ChangedCopy::run(
     outcome.result.cancelled = true;
     return outcome;
   }
+  commands::PasteOptions pasting = request.options;
+  pasting.tolerance = tolerance_;
   outcome.result =
-      copyPairs(console.session, request.a, request.b, comparison, pairs, request.options, tell);
+      copyPairs(console.session, request.a, request.b, comparison, pairs, pasting, tell);
   return outcome;
 }
 

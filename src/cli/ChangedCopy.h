@@ -15,7 +15,7 @@ namespace orv::cli {
 
 class ChangedCopy {
  public:
-  /// Declares --changed, --only, --dry-run, --yes and --tolerance. The last four want the first.
+  /// Declares --changed, --only, --dry-run, --yes, --tolerance and --format. All want the first.
   CLI::Option* addTo(CLI::App& command, bool& yes);
   bool isWanted() const { return isWanted_; }
 
@@ -30,7 +30,8 @@ class ChangedCopy {
 
   struct Outcome {
     commands::PasteResult result = {};
-    bool wasTried = false;  ///< whether something was to be copied, and was no rehearsal
+    bool isDue = false;     ///< whether something is to be copied, in a rehearsal, too
+    bool wasTried = false;  ///< whether it was no rehearsal
     /// Records that could not be read, or of which nobody knows which they would replace.
     std::size_t leftOut = 0;
   };
@@ -43,7 +44,9 @@ class ChangedCopy {
 
  private:
   std::vector<std::size_t> wanted(const commands::compare::Comparison& comparison,
-                                  Outcome& outcome) const;
+                                  const std::string& group, Outcome& outcome) const;
+  void show(const Request& request, const commands::compare::Comparison& comparison,
+            const std::vector<std::size_t>& pairs) const;
   bool isConfirmed(Console& console, const commands::compare::Comparison& comparison,
                    const std::vector<std::size_t>& pairs) const;
 
@@ -52,6 +55,7 @@ class ChangedCopy {
   bool isRehearsal_ = false;
   const bool* yes_ = nullptr;
   double tolerance_ = 0;
+  Format format_ = Format::table;
 };
 
 }  // namespace orv::cli

@@ -88,13 +88,13 @@ void ComparedRows::write(const Comparison& comparison, Format format, std::ostre
 }
 
 void ComparedRows::writeChanges(const Comparison& comparison, const std::vector<std::size_t>& pairs,
-                                std::ostream& out) const {
-  const auto writer = makeRowWriter(Format::table, kComparedHeadings, out);
+                                Format format, std::ostream& out) const {
+  const auto writer = makeRowWriter(format, kComparedHeadings, out);
   for (const Difference& each : comparison.differences) {
     if (!std::ranges::binary_search(pairs, each.pair)) continue;
     const ComparedPair& pair = comparison.pairs[each.pair];
     const State state = pair.state == State::removed ? State::added : pair.state;
-    writer->row(cells(nameOf(state), pair, each, Format::table));
+    writer->row(cells(nameOf(state), pair, each, format));
   }
   writer->end();
 }

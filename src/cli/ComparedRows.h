@@ -25,7 +25,7 @@ class ComparedRows {
   /// Writes the differences of these pairs, ascending positions, as what a copy from A into B would
   /// do: what is only in A is added.
   void writeChanges(const commands::compare::Comparison& comparison,
-                    const std::vector<std::size_t>& pairs, std::ostream& out) const;
+                    const std::vector<std::size_t>& pairs, Format format, std::ostream& out) const;
 
  private:
   std::vector<store::Value> cells(std::string_view state,

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <iostream>
 #include <map>
 
@@ -85,14 +86,17 @@ class CompletionVerb : public Verb {
     }
   }
 
+  /// Whether the value of an option is several of its words with commas between them.
+  static bool isList(const CLI::Option& option) { return option.get_delimiter() == ','; }
+
   /// A case of a shell for each verb and option with words for values: "list --format".
-  void writeWordCases(const std::string& form) const {
+  void writeWordCases(const std::string& form, const std::string& formOfLists) const {
     for (CLI::App* verb : verbs()) {
       for (CLI::Option* option : optionsOf(*verb)) {
         const std::string words = wordsOf(*option);
         if (words.empty()) continue;
-        std::cout << fmt::format(fmt::runtime(form), verb->get_name() + " " + nameOf(*option),
-                                 words);
+        std::cout << fmt::format(fmt::runtime(isList(*option) ? formOfLists : form),
+                                 verb->get_name() + " " + nameOf(*option), words);
       }
     }
   }
@@ -109,15 +113,16 @@ class CompletionVerb : public Verb {
       std::cout << fmt::format("    {}) words={} ;;\n", verb->get_name(),
                                quoted(fmt::format("{}", fmt::join(options, " "))));
     }
-    std::cout
-        << "  esac\n  local values=\n  case \"${COMP_WORDS[1]} ${COMP_WORDS[COMP_CWORD - 1]}\" "
-           "in\n";
-    writeWordCases("    '{}') values='{}' ;;\n");
+    std::cout << "  esac\n  local values= before=\n"
+                 "  case \"${COMP_WORDS[1]} ${COMP_WORDS[COMP_CWORD - 1]}\" in\n";
+    writeWordCases("    '{}') values='{}' ;;\n",
+                   "    '{}') values='{}' before=${{word%\"${{word##*,}}\"}} ;;\n");
     std::cout << fmt::format(
         "  esac\n"
         "  [[ $COMP_CWORD -eq 1 ]] && words={}\n"
         "  if [[ -n $values && $COMP_CWORD -gt 1 ]]; then\n"
-        "    mapfile -t COMPREPLY < <(compgen -W \"$values\" -- \"$word\")\n"
+        "    mapfile -t COMPREPLY < <(compgen -P \"$before\" -W \"$values\" -- "
+        "\"${{word#\"$before\"}}\")\n"
         "  elif [[ $COMP_CWORD -eq 1 || $word == -* ]]; then\n"
         "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$word\")\n"
         "  else\n"
@@ -146,10 +151,19 @@ class CompletionVerb : public Verb {
       std::cout << " ) ;;\n";
     }
     std::cout << "  esac\n  local -a values\n  case \"$words[2] $words[CURRENT-1]\" in\n";
-    writeWordCases("    '{}') values=({}) ;;\n");
+    writeWordCases("    '{}') values=({}) ;;\n", "    '{}') values=({}); compset -P '*,' ;;\n");
     std::cout << "  esac\n  if (( $#values )); then\n    compadd -a values\n"
                  "  elif [[ $PREFIX == -* ]]; then\n    _describe option options\n"
                  "  else\n    _files\n  fi\n}\n_orv \"$@\"\n";
+  }
+
+  /// What fish is told of the values of an option.
+  static std::string valuesForFish(CLI::Option& option) {
+    std::string words = wordsOf(option);
+    if (words.empty()) return {};
+    if (!isList(option)) return fmt::format(" -x -a '{}'", words);
+    std::ranges::replace(words, ' ', ':');
+    return fmt::format(" -x -a '(__fish_complete_list , \"string split : {}\")'", words);
   }
 
   void writeFish() const {
@@ -158,11 +172,10 @@ class CompletionVerb : public Verb {
       std::cout << fmt::format("complete -c orv -n __fish_use_subcommand -a {} -d {}\n",
                                verb->get_name(), quoted(verb->get_description()));
       for (CLI::Option* option : optionsOf(*verb)) {
-        const std::string words = wordsOf(*option);
         std::cout << fmt::format(
             "complete -c orv -n '__fish_seen_subcommand_from {}' -l {} -d {}{}\n", verb->get_name(),
             option->get_lnames().front(), quoted(option->get_description()),
-            words.empty() ? "" : fmt::format(" -x -a '{}'", words));
+            valuesForFish(*option));
       }
     }
   }

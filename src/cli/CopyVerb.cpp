@@ -203,7 +203,8 @@ class CopyVerb : public Verb {
       std::cout << outcome.result.summary() << '\n';
     }
     const ExitCode exit = exitOf(outcome.result);
-    return exit == kAllWell && outcome.leftOut > 0 ? kRecordsFailed : exit;
+    const bool isLeft = outcome.leftOut > 0 || (outcome.isDue && !outcome.wasTried);
+    return exit == kAllWell && isLeft ? kRecordsFailed : exit;
   }
 
   static ExitCode exitOf(const commands::PasteResult& result) {

@@ -44,10 +44,10 @@ class DiffVerb : public Verb {
                     "extension, whatever the group) or spectrum")
         ->transform(oneOf(kMatches))
         ->type_name("BY");
-    addNames("--fields", options_.fields,
+    addNames(command(), "--fields", options_.fields,
              "Compare only these fields, as show names them, parted by commas; spectrum and "
              "\"integrated values\" stand for all of theirs");
-    addNames("--ignore", options_.ignored, "Compare all fields but these");
+    addNames(command(), "--ignore", options_.ignored, "Compare all fields but these");
     command()
         .add_option("--tolerance", options_.tolerance,
                     "How far apart numbers may be that count as the same (default: 0)")
@@ -78,15 +78,6 @@ class DiffVerb : public Verb {
   }
 
  private:
-  void addNames(const std::string& name, std::vector<std::string>& names,
-                const std::string& description) {
-    command()
-        .add_option(name, names, description)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->type_name("NAMES");
-  }
-
   Node open(Console& console, const std::string& path) const {
     return opening([&] {
       return source_.withPassword(console, [&] {

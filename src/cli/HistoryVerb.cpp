@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/Arguments.h"
+#include "cli/HistoryRows.h"
 #include "cli/Verb.h"
 #include "commands/edit/EditHistory.h"
 
@@ -28,9 +29,8 @@ class HistoryVerb : public Verb {
   ExitCode run(Console& console) override {
     const auto database = source_.openDatabase(console);
     store::History history(*database);
-    if (history.isForeign()) {
-      std::cerr << "orv: \"" << history.path() << "\" is no history of this database.\n";
-    }
+    const std::string unusable = opening([&] { return history.whyUnusable(); });
+    if (!unusable.empty()) std::cerr << "orv: " << unusable << '\n';
     const auto works = history.works();
     number_ ? showDetails(history, works) : listWorks(works);
     return kAllWell;
@@ -60,12 +60,7 @@ class HistoryVerb : public Verb {
       throw wrongUse("There is no change of this number: there are " + std::to_string(done) + ".");
     }
     const auto& work = works[static_cast<std::size_t>(done - *number_)];
-    const auto writer =
-        makeRowWriter(format_, {"set", "id", "name", "field", "before", "after"}, std::cout);
-    for (const auto& detail : commands::edit::historyDetails(history.changes(work))) {
-      writer->row({detail.set, detail.id, detail.name, detail.field, detail.before, detail.after});
-    }
-    writer->end();
+    HistoryRows(format_, std::cout).write(history.changes(work));
   }
 
   SourceArgument source_;

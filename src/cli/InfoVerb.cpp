@@ -21,9 +21,8 @@ std::string kindOf(const sources::datasource& source) {
     case DataType::optics5User:
       return "Optics5 user database";
     default:
-      return commands::recordKind(source) == commands::RecordKind::shadings
-                 ? "Folder of shading text files"
-                 : "Folder of pane text files";
+      return commands::recordKind(source) == commands::RecordKind::shadings ? "Files of shadings"
+                                                                            : "Files of panes";
   }
 }
 

@@ -137,11 +137,11 @@ class IntegrateVerb : public Verb {
     values.push_back(isThere && computed ? number(*computed - stored->second) : store::Value());
   }
 
-  /// A table is for reading, the other forms keep all digits.
+  /// A table is for reading, the other forms keep all digits. What is rounded to 0 has no sign.
   store::Value number(const std::optional<double>& value) const {
     constexpr double kTenThousandths = 1e4;
     if (!value) return {};
-    return format_ == Format::table ? std::round(*value * kTenThousandths) / kTenThousandths
+    return format_ == Format::table ? std::round(*value * kTenThousandths) / kTenThousandths + 0.0
                                     : *value;
   }
 

@@ -28,6 +28,7 @@ class MergeVerb : public Verb {
         ->required()
         ->type_name("");
     source_.addSetOfNames(command());
+    command().get_option("--set")->description("What is merged: groups, suppliers or frametypes");
     command()
         .add_option("--into", into_, "Identifier of the one that stays")
         ->required()

@@ -75,7 +75,7 @@ class SqlVerb : public Verb {
     } catch (const Error& error) {
       switch (error.number()) {
         case store::kObjectNotFound:
-          throw wrongUse(commands::describe(error) + knownTables(connection));
+          throw wrongUse(sentence(commands::describe(error)) + knownTables(connection));
         case store::kSyntaxError:
         case store::kNotSupported:
         case store::kItemNotFound:
@@ -84,6 +84,10 @@ class SqlVerb : public Verb {
           throw;
       }
     }
+  }
+
+  static std::string sentence(const std::string& text) {
+    return text.ends_with('.') ? text : text + '.';
   }
 
   static std::string knownTables(const store::Connection& connection) {

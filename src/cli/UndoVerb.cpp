@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/Arguments.h"
+#include "cli/HistoryRows.h"
 #include "cli/Verb.h"
 #include "commands/AccessUse.h"
 #include "commands/edit/EditHistory.h"
@@ -16,13 +17,17 @@ class UndoVerb : public Verb {
             app, "undo", "Take the last changes of an ORV database back",
             "  orv undo orvdata.mdb\n"
             "  orv undo orvdata.mdb 3\n"
-            "  orv undo orvdata.mdb --redo\n",
+            "  orv undo orvdata.mdb --redo\n"
+            "  orv undo orvdata.mdb 2 --dry-run\n",
             "Takes back edits, deletions, copies, replaced records, stored integrated values and "
             "merges, as \"orv history\" lists them, in one commit. Where a record has been changed "
             "since by something else, that is told and nothing is changed.") {
     source_.addDatabase(command());
     command().add_option("N", count_, "How many changes; the last one unless given")->type_name("");
     command().add_flag("--redo", isRedo_, "Make the changes that were taken back last again");
+    command().add_flag("--dry-run", isRehearsal_,
+                       "Show what would be taken back, and whether it can be; change nothing");
+    addFormat(command(), format_);
     addForce(command(), answers_.force);
     addQuiet(command(), answers_.quiet);
   }
@@ -32,16 +37,13 @@ class UndoVerb : public Verb {
     console.ui.answers(answers_);
     const auto database = source_.openDatabase(console);
     store::History history(*database);
-    if (history.isForeign()) {
-      throw Failure(kCannotOpen, "\"" + history.path() + "\" is no history of this database.");
-    }
-    if (!commands::mayBeChanged(*database, console.ui)) return kWrongUse;
-    const auto result = usedRightly([&] {
-      const auto count = static_cast<std::size_t>(count_);
-      const auto references = commands::edit::historyReferences();
-      return isRedo_ ? history.redo(count, references) : history.undo(count, references);
-    });
+    const std::string unusable = opening([&] { return history.whyUnusable(); });
+    if (!unusable.empty()) throw Failure(kCannotOpen, unusable);
+    if (!isRehearsal_ && !commands::mayBeChanged(*database, console.ui)) return kWrongUse;
+    const auto result = reverse(history);
+    if (isRehearsal_) show(history, result.works);
     if (!result.conflicts.empty()) return refuse(result.conflicts);
+    if (isRehearsal_) return kAllWell;
     for (const store::HistoryWork& work : result.works) {
       if (answers_.quiet) break;
       std::cout << (isRedo_ ? "Made again: " : "Taken back: ") << work.title << " ("
@@ -55,6 +57,23 @@ class UndoVerb : public Verb {
   }
 
  private:
+  store::UndoResult reverse(store::History& history) const {
+    return usedRightly([&] {
+      const auto count = static_cast<std::size_t>(count_);
+      const auto references = commands::edit::historyReferences();
+      const auto wanted =
+          isRehearsal_ ? store::History::Wanted::tried : store::History::Wanted::done;
+      return isRedo_ ? history.redo(count, references, wanted)
+                     : history.undo(count, references, wanted);
+    });
+  }
+
+  /// As `orv history` shows them: before and after the change that would be taken back.
+  void show(store::History& history, const std::vector<store::HistoryWork>& works) const {
+    HistoryRows rows(format_, std::cout);
+    for (const store::HistoryWork& work : works) rows.write(history.changes(work));
+  }
+
   static ExitCode refuse(const std::vector<store::HistoryConflict>& conflicts) {
     for (const std::string& text : commands::edit::conflictTexts(conflicts)) {
       std::cerr << "orv: " << text << '\n';
@@ -66,6 +85,8 @@ class UndoVerb : public Verb {
   SourceArgument source_;
   std::int32_t count_ = 1;
   bool isRedo_ = false;
+  bool isRehearsal_ = false;
+  Format format_ = Format::table;
   Answers answers_;
 };
 

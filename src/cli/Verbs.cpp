@@ -7,10 +7,13 @@ std::unique_ptr<CLI::App> makeApp() {
       "Keeps the optical and thermal data of building glazing in ORV databases.", "orv");
   app->footer(
       "Run \"orv VERB --help\" for the arguments of a verb and examples.\n"
-      "Exit codes: 0 all went well; 1 some records failed; 2 wrong use; 3 a file cannot be "
-      "opened or written.");
+      "Exit codes: 0 all went well; 1 some records failed, differ or have faults; 2 wrong use; 3 a "
+      "file cannot be opened or written.");
   app->set_help_flag("-h,--help", "Explain orv or, after a verb, the verb, with examples");
   app->set_version_flag("--version", std::string("orv ") + ORV_VERSION, "Show the version");
+  app->failure_message([](const CLI::App* command, const CLI::Error& error) {
+    return "orv: " + CLI::FailureMessage::simple(command, error);
+  });
   app->require_subcommand(0, 1);
   app->get_formatter()->label("SUBCOMMAND", "VERB");
   app->get_formatter()->label("REQUIRED", "");

@@ -41,6 +41,11 @@ std::string cellText(const store::Value& value, int digits) {
   return fraction && digits != kAllDigits ? numberText(value.toDouble(), digits) : value.toText();
 }
 
+std::string codeText(std::span<const CodeName> names, std::int32_t code) {
+  const auto name = nameOf(names, code);
+  return name ? fmt::format("{} ({})", *name, code) : fmt::format("{}", code);
+}
+
 bool isNumber(const store::Value& value) {
   return value.getIf<std::int32_t>() || value.getIf<std::int64_t>() || value.getIf<float>() ||
          value.getIf<double>() || value.getIf<store::Currency>() || value.getIf<store::Decimal>();

@@ -1,8 +1,11 @@
 // Values of fields as people read them.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 
+#include "model/Codes.h"
 #include "store/Value.h"
 
 namespace orv::commands {
@@ -17,6 +20,9 @@ std::string numberText(double number, int digits);
 /// A field in a cell. Null is empty; flags are "Yes" and "No"; pictures are told by their size;
 /// dates are "2024-12-31" with the time where there is one. Only fractional numbers are rounded.
 std::string cellText(const store::Value& value, int digits);
+
+/// A code's name and the code, "Screen (3)"; the code alone where it has no name.
+std::string codeText(std::span<const CodeName> names, std::int32_t code);
 
 /// Whether a field is a number, to be lined up on the right and compared as such.
 bool isNumber(const store::Value& value);

@@ -1,7 +1,10 @@
 #include "commands/ChangeHistory.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 #include "model/Text.h"
@@ -13,29 +16,31 @@ namespace {
 constexpr const char* kVariable = "ORV_HISTORY";
 constexpr int kBytesOfMegabyte = 20;  // as a power of two
 
-/// The bound that the environment sets; 0 where no history is wanted. What is kept in secret is not
-/// written in clear beside it unless that is asked for.
-std::uint64_t largestHistory(store::Connection& database) {
-  const char* wanted = std::getenv(kVariable);
-  if (wanted == nullptr || *wanted == '\0') {
-    return store::History::isSecret(database) ? 0 : store::History::kLargest;
-  }
-  const std::string_view text(wanted);
-  if (equalIgnoringCase(text, "off")) return 0;
+/// The number of bytes that a text of megabytes means; none for another text.
+std::optional<std::uint64_t> bytesOf(std::string_view text) {
   std::uint64_t megabytes = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), megabytes);
-  const bool isNumber = error == std::errc() && end == text.data() + text.size();
-  return isNumber && megabytes < (std::uint64_t{1} << kBytesOfMegabyte)
-             ? megabytes << kBytesOfMegabyte
-             : store::History::kLargest;
+  const bool isNumber = error == std::errc() && end == text.data() + text.size() &&
+                        megabytes < (std::uint64_t{1} << kBytesOfMegabyte);
+  return isNumber ? std::optional(megabytes << kBytesOfMegabyte) : std::nullopt;
 }
 
 }  // namespace
 
-void keepHistory(store::Connection& database) {
-  if (database.readOnly()) return;
-  if (const std::uint64_t largest = largestHistory(database))
-    store::History(database).keep(largest);
+/// What is kept in secret is not written in clear beside it unless that is asked for.
+std::string keepHistory(store::Connection& database) {
+  if (database.readOnly()) return {};
+  const char* const wanted = std::getenv(kVariable);
+  const std::string_view text = wanted == nullptr ? "" : wanted;
+  if (equalIgnoringCase(text, "off")) return {};
+  const auto bytes = bytesOf(text);
+  const bool isUsual = !bytes && !store::History::isSecret(database);
+  const std::uint64_t largest = bytes.value_or(isUsual ? store::History::kLargest : 0);
+  if (largest > 0) store::History(database).keep(largest);
+  if (bytes || text.empty()) return {};
+  return fmt::format(
+      "{} is \"{}\", which is neither \"off\" nor a number of MB: it is as if it were not set.",
+      kVariable, text);
 }
 
 HistoryScope::HistoryScope(UserInterface& ui, store::Connection& database, const std::string& title)
@@ -44,7 +49,15 @@ HistoryScope::HistoryScope(UserInterface& ui, store::Connection& database, const
 HistoryScope::~HistoryScope() {
   scope_.reset();
   if (!database_.isOpen() || !store::History::isKept(database_)) return;
-  const std::string failure = store::History(database_).takeFailure();
+  store::History history(database_);
+  if (const std::string aside = history.takeNameOfUnusable(); !aside.empty()) {
+    ui_.message(MessageKind::information,
+                fmt::format("The history that was beside the database could not be used, as it is "
+                            "damaged or of another one. It is \"{}\" now, and a new one was begun.",
+                            aside),
+                kProductName);
+  }
+  const std::string failure = history.takeFailure();
   if (failure.empty()) return;
   ui_.message(MessageKind::critical,
               "The change was made, but cannot be taken back, since the history of the database "

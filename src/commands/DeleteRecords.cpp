@@ -61,9 +61,9 @@ Outcome deleteWithRetries(Session& session, const sources::datasource& node,
 
 }  // namespace
 
-std::string DeletionResult::summary() const {
+std::string DeletionResult::summary(bool saysNoneFailed) const {
   std::string text = fmt::format("{} record{} deleted", deleted, deleted == 1 ? "" : "s");
-  if (failed > 0) text += fmt::format(", {} failed", failed);
+  if (failed > 0 || saysNoneFailed) text += fmt::format(", {} failed", failed);
   return text + (cancelled ? ", then cancelled." : ".");
 }
 

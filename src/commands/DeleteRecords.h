@@ -16,8 +16,8 @@ struct DeletionResult {
   int failed = 0;
 
   bool isStopped() const { return refused || cancelled; }
-  /// "3 records deleted, 1 failed."
-  std::string summary() const;
+  /// "3 records deleted, 1 failed." That none failed is said where it is asked for.
+  std::string summary(bool saysNoneFailed = false) const;
 };
 
 /// Whether the records of `current` may be deleted: asks the user, and changes nothing. `shown` is

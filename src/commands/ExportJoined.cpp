@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <map>
 
-#include "commands/CopyLosses.h"
+#include "commands/ExportLosses.h"
 #include "commands/ExportWork.h"
 #include "commands/FileCompletion.h"
 #include "commands/SpectraCsv.h"

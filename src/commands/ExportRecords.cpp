@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "commands/CopyLosses.h"
+#include "commands/ExportLosses.h"
 #include "commands/ExportWork.h"
 #include "commands/FileCompletion.h"
 #include "commands/FileNames.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "commands/ColumnTitle.h"
 #include "commands/ErrorText.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordList.h"
@@ -78,9 +77,7 @@ class FileTable : public RecordTable {
         names_(recordIdentifiers(*node)),
         failures_(failures) {
     const auto add = [this](const FileColumn& column) {
-      ColumnTitle title = columnTitle(column.name);
-      columns_.push_back(
-          {column.name, std::move(title.text), std::move(title.unit), column.isNumber});
+      columns_.push_back(recordColumn(column.name, column.isNumber));
     };
     if (arePanes_) {
       for (const FileColumn& column : kPaneColumns) add(column);

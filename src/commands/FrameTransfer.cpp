@@ -1,4 +1,4 @@
-#include "commands/CopyLosses.h"
+#include "commands/CopyRules.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
 
@@ -30,8 +30,9 @@ Outcome copyFrame(TransferWork& work, const std::string& identifier, bool replac
         requireUsableNames(*frame);
         auto& database = work.session().database;
         if (replaces) {
-          work.requireNotWritten(frame->name(), identifier);
-          wasThere = database.ReplaceFrame(*frame, work.destination());
+          const auto how = work.replacement(identifier);
+          if (how.key == 0) work.requireNotWritten(frame->name(), identifier);
+          wasThere = database.ReplaceFrame(*frame, how, work.destination());
         } else {
           database.InsertFrame(*frame, work.destination());
         }

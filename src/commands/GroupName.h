@@ -15,10 +15,16 @@ bool isUnreservedGroupName(const std::string& name);
 /// refused only when `strict`.
 std::string groupNameRefusal(const std::string& name, bool strict = true);
 
+/// The group that the records of a record set go into whoever copies them: that of the IGDB has its
+/// name.
+std::optional<std::string> groupOfSource(const sources::datasource& recordSet);
+
 /// The group of the records of one paste: asked for once, then settled.
 class GroupName {
  public:
-  explicit GroupName(Session& session) : session_(session) {}
+  /// Both outlive this; the groups of the destination are offered.
+  GroupName(Session& session, store::Connection& destination)
+      : session_(session), destination_(destination) {}
 
   /// Settles the name without asking or checking.
   void settle(std::string name);
@@ -29,6 +35,7 @@ class GroupName {
 
  private:
   Session& session_;
+  store::Connection& destination_;
   std::string remembered_;
   bool settled_ = false;
 };

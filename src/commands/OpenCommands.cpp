@@ -98,7 +98,7 @@ OpenCommands::Node OpenCommands::openReplacements() {
   std::vector<Node> replaced;
   for (const Node& source : session_.MainDataSources) {
     const auto connection = source->ADOConnection();
-    if (connection && connection->isReplaced() && !declined_.contains(source->key())) {
+    if (connection && !declined_.contains(source->key()) && connection->isReplaced()) {
       replaced.push_back(source);
     }
   }
@@ -112,6 +112,8 @@ OpenCommands::Node OpenCommands::openReplacements() {
                              "Do you want to open the new file in its place?",
                          kProductName, Buttons::yesNo, Answer::yes});
     if (answer != Answer::yes) continue;
+    source->ADOConnection()
+        ->close();  // with its log, which would be taken for that of the new file
     const auto nodes = openAll({path});
     if (nodes.empty()) continue;
     opened = nodes.back();

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "commands/CopyLosses.h"
+#include "commands/CopyRules.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands {

@@ -1,10 +1,14 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <map>
+#include <set>
 #include <vector>
 
+#include "commands/CopyRules.h"
 #include "commands/ErrorText.h"
+#include "commands/GroupName.h"
 #include "commands/PaneNotes.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
@@ -20,6 +24,20 @@ namespace {
 using Angles = std::vector<std::int16_t>;
 using PanePtr = std::shared_ptr<GlazingData>;
 
+/// The data of a pane at an angle, and the record that has them: of files there may be several.
+struct Part {
+  std::string identifier;
+  std::int16_t angle;
+};
+using Parts = std::vector<Part>;
+using Columns = std::set<std::string>;
+
+/// A pane as it was read, and which of its values were computed.
+struct ReadPart {
+  PanePtr pane;
+  Columns computed = {};
+};
+
 /// The copying of panes, angle by angle.
 class PaneTransfer {
  public:
@@ -32,7 +50,7 @@ class PaneTransfer {
     std::size_t record = 0;
     work_.forEachRecord([&](const std::string& identifier) {
       isIntegrated_ = false;
-      const Outcome outcome = copyPane(identifier, angles_[record++]);
+      const Outcome outcome = copyPane(identifier, parts_[record++]);
       if (isIntegrated_ && wasWritten(outcome)) countIntegrated();
       return outcome;
     });
@@ -53,9 +71,25 @@ class PaneTransfer {
   void countWork() {
     const auto& records = work_.records();
     for (std::int32_t i = 1; i <= records.RecordsCount(); ++i) {
-      angles_.push_back(anglesOf(records.SelectedRecordID(i)));
+      parts_.push_back(partsOf(records.SelectedRecordID(i)));
     }
     work_.progress().expect(records.RecordsCount());
+  }
+
+  Parts partsOf(const std::string& identifier) {
+    Parts parts;
+    const auto add = [&](const std::string& each) {
+      for (const std::int16_t angle : anglesOf(each)) parts.push_back({each, angle});
+    };
+    add(identifier);
+    for (const std::string& other : work_.known(identifier).parts) add(other);
+    return parts;
+  }
+
+  static Angles anglesOf(const Parts& parts) {
+    Angles angles;
+    for (const Part& part : parts) angles.push_back(part.angle);
+    return angles;
   }
 
   Angles anglesOf(const std::string& identifier) {
@@ -71,13 +105,13 @@ class PaneTransfer {
 
   /// A wish to end waits for the pane's last angle, so that no part of it is left for another copy
   /// to find.
-  Outcome copyPane(const std::string& identifier, const Angles& angles) {
-    if (angles.empty()) return tellWithoutData(identifier);
-    if (work_.options().ifThere == IfThere::replace) return replacePane(identifier, angles);
+  Outcome copyPane(const std::string& identifier, const Parts& parts) {
+    if (parts.empty()) return tellWithoutData(identifier);
+    if (work_.options().ifThere == IfThere::replace) return replacePane(identifier, parts);
     std::map<Outcome, std::size_t> outcomes;
-    for (const std::int16_t angle : angles) {
+    for (const Part& part : parts) {
       if (work_.result().cancelled) break;
-      const Outcome outcome = copyAngle(identifier, angle, angles);
+      const Outcome outcome = copyPart(part, parts);
       if (outcome == Outcome::replaced) return outcome;
       ++outcomes[outcome];
     }
@@ -96,57 +130,87 @@ class PaneTransfer {
     return Outcome::withoutData;
   }
 
-  Outcome copyAngle(const std::string& identifier, std::int16_t angle, const Angles& angles) {
-    PanePtr pane;
+  Outcome copyPart(const Part& part, const Parts& parts) {
+    ReadPart read;
     return work_.attempt(
-        identifier,
+        part.identifier,
         [&] {
-          if (!read(identifier, angle, pane)) return;
-          prepare(*pane, database::Existing::refused);
-          work_.session().database.InsertPane(*pane, work_.destination());
-          work_.wrote(nameOf(*pane), identifier);
-          notePane(work_, identifier, *pane, angles);
+          if (!readPart(part, read)) return;
+          prepare(*read.pane, database::Existing::refused);
+          work_.session().database.InsertPane(*read.pane, work_.destination());
+          work_.wrote(nameOf(*read.pane), part.identifier);
+          notePane(work_, part.identifier, *read.pane, anglesOf(parts));
         },
-        {.conflict = [&] { return nameConflict(pane->filename()); },
-         .which = [&] { return partOf(identifier, pane.get(), angle, angles.size()); }},
-        [&] { return replacePane(identifier, angles); });
+        {.conflict = [&] { return nameConflict(read.pane->filename()); },
+         .which = [&] { return textOf(part, read.pane.get(), parts.size()); }},
+        [&] { return replacePane(part.identifier, parts); });
   }
 
   /// The pane at all angles, or nothing of it.
-  Outcome replacePane(const std::string& identifier, const Angles& angles) {
-    std::vector<PanePtr> panes;
+  Outcome replacePane(const std::string& identifier, const Parts& parts) {
+    std::vector<ReadPart> read;
     Outcome outcome = Outcome::copied;
-    const Outcome attempted =
-        work_.attempt(identifier,
-                      [&] {
-                        for (const std::int16_t angle : angles) {
-                          if (!read(identifier, angle, panes.emplace_back())) return;
-                          prepare(*panes.back(), database::Existing::replaced);
-                        }
-                        if (writeReplacement(identifier, panes)) outcome = Outcome::replaced;
-                        for (const PanePtr& pane : panes)
-                          notePane(work_, identifier, *pane, angles);
-                      },
-                      {.which =
-                           [&] {
-                             return partOf(identifier, panes.back().get(), angles[panes.size() - 1],
-                                           angles.size());
-                           }},
-                      {});
+    const Outcome attempted = work_.attempt(
+        identifier,
+        [&] {
+          for (const Part& part : parts) {
+            if (!readPart(part, read.emplace_back())) return;
+            prepare(*read.back().pane, database::Existing::replaced);
+          }
+          if (writeReplacement(identifier, read)) outcome = Outcome::replaced;
+          for (std::size_t i = 0; i < read.size(); ++i) {
+            notePane(work_, parts[i].identifier, *read[i].pane, anglesOf(parts));
+          }
+        },
+        {.which =
+             [&] { return textOf(parts[read.size() - 1], read.back().pane.get(), parts.size()); }},
+        {});
     return attempted == Outcome::copied ? outcome : attempted;
   }
 
   /// A file may hold one angle of several, so that the others that the destination has stay; a pane
   /// of a database is there with all of its angles. True when there was one to replace.
-  bool writeReplacement(const std::string& identifier, const std::vector<PanePtr>& panes) {
-    const GlazingData& pane = *panes.front();
-    for (const PanePtr& each : panes) work_.requireNotWritten(nameOf(*each), identifier);
-    const auto replaced = work_.session().database.ReplacePane(
-        panes, isFile() ? database::OtherAngles::kept : database::OtherAngles::deleted,
-        work_.destination());
+  bool writeReplacement(const std::string& identifier, const std::vector<ReadPart>& read) {
+    std::vector<PanePtr> panes;
+    auto how = work_.replacement(identifier);
+    const bool isByComparison = how.key != 0;
+    how.others = isFile() ? database::OtherAngles::kept : database::OtherAngles::deleted;
+    for (const ReadPart& each : read) {
+      panes.push_back(each.pane);
+      if (!isByComparison) work_.requireNotWritten(nameOf(*each.pane), identifier);
+      // Who asks for a replacement by name asks for values by a standard, or none, too.
+      how.angles[each.pane->ORV_Angle()] = {.computed = isByComparison ? each.computed : Columns(),
+                                            .direction = each.pane->ORV_Direction()};
+    }
+    noteUnread(identifier, panes, how);
+    const auto replaced = work_.session().database.ReplacePane(panes, how, work_.destination());
     for (const PanePtr& each : panes) work_.wrote(nameOf(*each), identifier);
-    if (!replaced.otherAngles.empty()) others_.emplace_back(pane.filename(), replaced.otherAngles);
+    if (!replaced.otherAngles.empty()) {
+      others_.emplace_back(panes.front()->filename(), replaced.otherAngles);
+    }
     return replaced.wasThere;
+  }
+
+  /// What the source has, and does not give, takes the place of nothing.
+  void noteUnread(const std::string& identifier, const std::vector<PanePtr>& panes,
+                  database::Replacement& how) const {
+    const auto type = work_.records().DataSourcePtr()->DataType();
+    const bool isOrv = type == DataType::orv2Panes || type == DataType::orv3Panes;
+    if (!isOrv) how.notGiven.merge(columnsNotGiven(*panes.front()));
+    const bool knowsAngles = type != DataType::orv2Panes;
+    const auto spectral = work_.reader().spectralAngles(identifier);
+    if (knowsAngles) how.unbrought.insert(spectral.begin(), spectral.end());
+    for (const PanePtr& pane : panes) {
+      const std::int16_t angle = pane->ORV_Angle();
+      database::GivenAngle& given = how.angles[angle];
+      const bool hasSpectrum =
+          knowsAngles ? std::ranges::find(spectral, angle) != spectral.end() : !spectral.empty();
+      const bool isRead = pane->spectral_pane() && pane->SpectralData();
+      given.hasUnreadSpectrum = !isRead && (isFile() || hasSpectrum);
+      how.unbrought.erase(angle);
+      const auto directions = work_.reader().directions(identifier, angle);
+      if (directions.size() == 1) given.direction = directions.front();
+    }
   }
 
   /// Told at the end: another file of the source may have had the data at these angles.
@@ -165,9 +229,10 @@ class PaneTransfer {
 
   /// Reads the pane at an angle and puts it into its group; false when the user ends the work. What
   /// is checked here would otherwise be found when a part of the pane is written already.
-  bool read(const std::string& identifier, std::int16_t angle, PanePtr& pane) {
-    work_.status("Reading " + identifier + "...");
-    pane = work_.reader().pane(identifier, angle);
+  bool readPart(const Part& part, ReadPart& read) {
+    work_.status("Reading " + part.identifier + "...");
+    PanePtr& pane = read.pane;
+    pane = work_.reader().pane(part.identifier, part.angle);
     const std::string degrees = std::to_string(pane->ORV_Angle()) + " degrees...";
     work_.status("Reading " + pane->filename() + ", angle = " + degrees);
     settleGroup(*pane);
@@ -176,9 +241,9 @@ class PaneTransfer {
     pane->group(*group);
     work_.status("Writing " + pane->filename() + " angle = " + degrees);
     requireUsableNames(*pane);
-    fillIntegratedValues(*pane);
+    read.computed = fillIntegratedValues(*pane);
     requireNoMarker(*pane);
-    readReferences(identifier, pane);
+    readReferences(part.identifier, pane);
     return true;
   }
 
@@ -203,17 +268,23 @@ class PaneTransfer {
     return fmt::format("{} at {} degrees", name, angle);
   }
 
-  /// What the source does not give follows from the spectrum, as far as that reaches.
-  void fillIntegratedValues(GlazingData& pane) {
-    if (!integrator_) return;
-    const bool isOfDatabase = work_.records().DataSourcePtr()->ADOConnection() != nullptr;
-    if (isOfDatabase && hasIntegratedData(pane)) return;
+  bool hasDatabase() const { return work_.records().DataSourcePtr()->ADOConnection() != nullptr; }
+
+  /// What the source does not give follows from the spectrum, as far as that reaches. The columns
+  /// of that.
+  Columns fillIntegratedValues(GlazingData& pane) {
+    const bool isIgdb = work_.records().DataSourcePtr()->DataType() == DataType::optics5Panes;
+    const bool isThere = hasDatabase() && hasIntegratedData(pane);
+    if (isThere && !isIgdb) return {};
+    Columns missing = valuesNotGiven(pane);
+    if (isThere || !integrator_) return missing;
     const auto integration = integrator_->integrate(pane);
     const int stored =
-        isOfDatabase ? optics::store(integration, pane) : optics::storeMissing(integration, pane);
-    if (stored == 0) return;
+        hasDatabase() ? optics::store(integration, pane) : optics::storeMissing(integration, pane);
+    if (stored == 0) return missing;
     isIntegrated_ = true;
     for (const std::string& remark : integration.remarks) tell(remark, pane);
+    return missing;
   }
 
   /// In a database this value says that there are no integrated data, so that the pane could be
@@ -230,13 +301,8 @@ class PaneTransfer {
 
   /// A pane whose substrate or layers are not found is copied all the same.
   void readReferences(const std::string& identifier, const PanePtr& pane) {
-    try {
-      work_.reader().readReferences(identifier, pane);
-    } catch (const Error& error) {
-      tell("copied without the files that it names: " + describe(error), *pane);
-    }
-    const bool hasCurve = pane->HasSubstrate() && pane->SubstrateReference()->SpectralData();
-    if (hasCurve) pane->with_and_without_film(true);
+    const std::string failure = work_.reader().readReferences(identifier, pane);
+    if (!failure.empty()) tell("copied without the files that it names: " + failure, *pane);
   }
 
   void tell(const std::string& text, const GlazingData& pane) {
@@ -244,26 +310,23 @@ class PaneTransfer {
   }
 
   /// The pane's name where the identifier is another, and the angle where there are several.
-  static std::string partOf(const std::string& identifier, const GlazingData* pane,
-                            std::int16_t angle, std::size_t angles) {
-    std::vector<std::string> parts;
-    if (pane && pane->filename() != identifier) parts.push_back(pane->filename());
-    if (angles > 1) parts.push_back(fmt::format("at {} degrees", angle));
-    return fmt::format("{}", fmt::join(parts, " "));
+  static std::string textOf(const Part& part, const GlazingData* pane, std::size_t parts) {
+    std::vector<std::string> words;
+    if (pane && pane->filename() != part.identifier) words.push_back(pane->filename());
+    if (parts > 1) words.push_back(fmt::format("at {} degrees", part.angle));
+    return fmt::format("{}", fmt::join(words, " "));
   }
 
   /// Panes of the IGDB stay in a group of that name, for which nobody is asked.
   void settleGroup(GlazingData& pane) {
-    const auto& source = work_.records().DataSourcePtr();
-    if (source->DataType() != DataType::optics5Panes) return;
-    const auto database = source->Parent();
-    if (!database) return;
-    if (database->DataType() == DataType::optics5User) pane.group("Unknown");
-    if (database->DataType() == DataType::igdb) work_.group().settle("IGDB");
+    const auto& source = *work_.records().DataSourcePtr();
+    if (const auto group = groupOfSource(source)) work_.group().settle(*group);
+    const auto database = source.Parent();
+    if (database && database->DataType() == DataType::optics5User) pane.group("Unknown");
   }
 
   TransferWork& work_;
-  std::vector<Angles> angles_;
+  std::vector<Parts> parts_;  ///< of each record
   std::vector<std::pair<std::string, Angles>>
       others_;  ///< of replaced panes, where they had data too
   std::optional<optics::Integrator> integrator_;

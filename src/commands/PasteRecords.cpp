@@ -48,12 +48,12 @@ void PasteResult::add(const PasteResult& other) {
   if (!other.standard.empty()) standard = other.standard;
 }
 
-std::string PasteResult::summary() const {
+std::string PasteResult::summary(bool saysNoneFailed) const {
   std::string text = fmt::format("{} record{} copied", copied, copied == 1 ? "" : "s");
   if (replaced > 0) text += fmt::format(", {} replaced", replaced);
   if (skipped > 0) text += fmt::format(", {} skipped", skipped);
   if (partly > 0) text += fmt::format(", {} in part", partly);
-  if (failed > 0) text += fmt::format(", {} failed", failed);
+  if (failed > 0 || saysNoneFailed) text += fmt::format(", {} failed", failed);
   if (withoutData > 0) text += fmt::format(", {} without data at any angle", withoutData);
   text += cancelled ? ", then cancelled." : ".";
   if (integrated == 0) return text;

@@ -1,9 +1,12 @@
 // Edit > Paste Records: the transfer of records into an ORV database.
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "commands/Notes.h"
 #include "commands/Session.h"
@@ -11,6 +14,12 @@
 #include "sources/RecordSelection.h"
 
 namespace orv::commands {
+
+/// What is known of a record before it is copied.
+struct KnownRecord {
+  std::int32_t replaces = 0;  ///< key of a record of the destination; 0 where it is found by name
+  std::vector<std::string> parts = {};  ///< other files that hold the same pane at other angles
+};
 
 struct PasteOptions {
   /// The group that the records are put into; where it is empty the user is asked.
@@ -20,6 +29,10 @@ struct PasteOptions {
   /// By which standard the integrated values of panes are computed whose source has none; without
   /// it they stay 0.
   std::optional<optics::Standard> integrateBy = optics::kUsualStandard;
+  /// By identifiers.
+  std::map<std::string, KnownRecord> known = {};
+  /// Numbers of a record that is replaced stay where they are no further apart.
+  double tolerance = 0;
 };
 
 struct PasteResult {
@@ -45,8 +58,9 @@ struct PasteResult {
 
   /// Adds the numbers of another copy.
   void add(const PasteResult& other);
-  /// "3 records copied, 1 failed. Integrated values of 3 panes computed by EN 410."
-  std::string summary() const;
+  /// "3 records copied, 1 failed. Integrated values of 3 panes computed by EN 410." That none
+  /// failed is said where it is asked for.
+  std::string summary(bool saysNoneFailed = false) const;
 };
 
 /// Copies the records of `pending` into `current`, the node now shown: a record set of an ORV

@@ -6,10 +6,13 @@
 #include <filesystem>
 #include <set>
 
+#include "commands/CopyRules.h"
+#include "commands/ErrorText.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordList.h"
 #include "commands/RecordNames.h"
 #include "database/DatabaseErrors.h"
+#include "database/Directions.h"
 #include "database/Fields.h"
 #include "database/Lookups.h"
 #include "database/Recordsets.h"
@@ -22,15 +25,6 @@ namespace DataType = sources::DataType;
 using productfile::ProductName;
 
 namespace {
-
-/// To the retrieval, the rows of all directions as one spectrum.
-constexpr std::int32_t kAnyDirection = 0;
-
-/// The first direction where there are several; any where the rows are one spectrum.
-std::int32_t firstOf(const std::vector<std::int32_t>& directions) {
-  if (directions.size() < 2) return kAnyDirection;
-  return directions[directions[0] == kAnyDirection ? 1 : 0];
-}
 
 template <class Record>
 std::shared_ptr<Record> found(std::shared_ptr<Record> record) {
@@ -132,7 +126,7 @@ std::vector<std::int32_t> RecordReader::directions(const std::string& identifier
 
 std::vector<std::int32_t> RecordReader::otherDirections(const std::string& identifier,
                                                         const GlazingData& pane) const {
-  if (pane.ORV_Direction() == kAnyDirection) return {};
+  if (pane.ORV_Direction() == database::kAnyDirection) return {};
   auto others = directions(identifier, pane.ORV_Angle());
   std::erase(others, pane.ORV_Direction());
   return others;
@@ -144,7 +138,8 @@ std::shared_ptr<GlazingData> RecordReader::pane(const std::string& identifier, s
   switch (node_->DataType()) {
     case DataType::orv2Panes:
     case DataType::orv3Panes:
-      if (direction == kAnyDirection) direction = firstOf(directions(identifier, angle));
+      if (direction == database::kAnyDirection)
+        direction = database::directionToUse(directions(identifier, angle));
       return orvPane(recordNumber(identifier), angle, direction);
     case DataType::optics5Panes:
       requireUsableName("file name", identifier);
@@ -231,7 +226,7 @@ std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(
       continue;
     }
     for (const std::int32_t direction : known) {
-      if (direction != kAnyDirection) sets.push_back(pane(identifier, angle, direction));
+      if (direction != database::kAnyDirection) sets.push_back(pane(identifier, angle, direction));
     }
   }
   return sets;
@@ -279,7 +274,7 @@ std::vector<std::string> RecordReader::unreadColumns(const std::string& identifi
     return field && database::FieldToDouble(row.value(*field)) != 0;
   };
   if (const auto row = rowsOf("Pane", id); !row->eof() && holdsSomething(*row, "Ra")) {
-    unread.emplace_back("Ra");
+    unread.emplace_back(kColourRendering);
   }
   if (!pane.HasSubstrate()) return unread;
   for (const auto row = rowsOf("Pane_spectral_data", id); !row->eof(); row->moveNext()) {
@@ -290,12 +285,20 @@ std::vector<std::string> RecordReader::unreadColumns(const std::string& identifi
   return unread;
 }
 
-void RecordReader::readReferences(const std::string& identifier,
-                                  const std::shared_ptr<GlazingData>& pane) const {
-  if (node_->DataType() != DataType::textFolder) return;
-  if (productfile::isProduct(identifier)) return;
-  const bool isInput = node_->Folder() == session_.inputFolder;
-  session_.textFiles.FillFileReferences(isInput ? "." : node_->Folder(), pane);
+std::string RecordReader::readReferences(const std::string& identifier,
+                                         const std::shared_ptr<GlazingData>& pane) const {
+  std::string failure;
+  if (node_->DataType() == DataType::textFolder && !productfile::isProduct(identifier)) {
+    const bool isInput = node_->Folder() == session_.inputFolder;
+    try {
+      session_.textFiles.FillFileReferences(isInput ? "." : node_->Folder(), pane);
+    } catch (const Error& error) {
+      failure = describe(error);
+    }
+  }
+  const bool hasCurve = pane->HasSubstrate() && pane->SubstrateReference()->SpectralData();
+  if (hasCurve) pane->with_and_without_film(true);
+  return failure;
 }
 
 std::shared_ptr<void> RecordReader::holdState() const {

@@ -69,9 +69,10 @@ class RecordReader {
 
   /// Reads the files that a pane of a folder names, its substrate and its layers; products hold all
   /// that there is of them. Those of a text from the standard input are looked for in the folder of
-  /// the run. Raises what ORV_TextFileInterface::FillFileReferences raises.
-  void readReferences(const std::string& identifier,
-                      const std::shared_ptr<GlazingData>& pane) const;
+  /// the run. A pane of which a substrate was read has film. Why one cannot be read; empty where
+  /// all can.
+  std::string readReferences(const std::string& identifier,
+                             const std::shared_ptr<GlazingData>& pane) const;
 
   /// Gives a record that was read the group in which a database of version 3.0.0 has it. The
   /// operations above do not, since who copies a record names its group anew.

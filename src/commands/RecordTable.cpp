@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "commands/CellText.h"
 #include "commands/ColumnTitle.h"
 #include "commands/RecordList.h"
 #include "errors/Error.h"
+#include "model/ShadingTypes.h"
 #include "model/Text.h"
 #include "store/Connection.h"
 
@@ -31,10 +33,21 @@ bool holdsNumbers(store::ColumnType type) {
   }
 }
 
+}  // namespace
+
 RecordColumn recordColumn(const std::string& name, bool isNumber) {
   ColumnTitle title = columnTitle(name);
-  return {name, std::move(title.text), std::move(title.unit), isNumber};
+  RecordColumn column{name, std::move(title.text), std::move(title.unit), isNumber};
+  if (name == "typeID") column.names = kShadingTypeNames;
+  return column;
 }
+
+std::string cellText(const RecordColumn& column, const store::Value& value, int digits) {
+  const bool isCode = !column.names.empty() && !value.isNull();
+  return isCode ? codeText(column.names, value.toLong()) : cellText(value, digits);
+}
+
+namespace {
 
 /// A database's record set. The record set itself keeps what has been read.
 class RecordsetTable : public RecordTable {

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "model/Codes.h"
 #include "sources/datasource.h"
 #include "store/Value.h"
 
@@ -16,7 +18,16 @@ struct RecordColumn {
   std::string title;  ///< for people, without the unit
   std::string unit;
   bool isNumber = false;
+  std::span<const CodeName> names = {};  ///< of codes, which are shown with them
+
+  bool isShownAsNumber() const { return isNumber && names.empty(); }
 };
+
+/// A column of this name, with its title and its unit.
+RecordColumn recordColumn(const std::string& name, bool isNumber);
+
+/// A field of a column as it is shown: fractions with `digits` digits, a code with its name.
+std::string cellText(const RecordColumn& column, const store::Value& value, int digits);
 
 /// Rows of the record set that shows a node, or the files of a folder. Rows are read as far as
 /// somebody has asked, so that a table of any size is there at once. The first column identifies

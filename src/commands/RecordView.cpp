@@ -65,7 +65,7 @@ store::Value RecordView::value(std::size_t row, std::size_t column) const {
 }
 
 std::string RecordView::text(std::size_t row, std::size_t column) const {
-  return cellText(value(row, column), digits_);
+  return cellText(columns()[column], value(row, column), digits_);
 }
 
 std::vector<std::string> RecordView::identifiersRead() const {
@@ -96,7 +96,7 @@ void RecordView::advance(std::size_t rows) {
 void RecordView::filter(const std::vector<std::string>& texts) {
   filters_.clear();
   for (std::size_t i = 0; i < texts.size() && i < columns().size(); ++i) {
-    CellFilter filter(texts[i], columns()[i].isNumber);
+    CellFilter filter(texts[i], columns()[i].isShownAsNumber());
     if (!filter.isEmpty()) filters_.push_back({i, std::move(filter)});
   }
   restart();
@@ -143,7 +143,10 @@ std::optional<std::size_t> RecordView::find(const std::string& text, std::size_t
 
 bool RecordView::accepts(std::size_t tableRow) const {
   return std::all_of(filters_.begin(), filters_.end(), [&](const ColumnFilter& each) {
-    return each.filter.accepts(table_->value(tableRow, each.column), digits_);
+    const RecordColumn& column = columns()[each.column];
+    const store::Value value = table_->value(tableRow, each.column);
+    if (column.names.empty()) return each.filter.accepts(value, digits_);
+    return each.filter.accepts(cellText(column, value, digits_), digits_);
   });
 }
 

@@ -6,11 +6,13 @@
 #include <string_view>
 #include <utility>
 
+#include "commands/CellText.h"
 #include "commands/NumberText.h"
 #include "commands/RecordDetails.h"
 #include "commands/ShadingFieldNames.h"
 #include "database/ShadingColumns.h"
 #include "model/IntegratedColumns.h"
+#include "model/ShadingTypes.h"
 
 namespace orv::commands {
 
@@ -121,7 +123,11 @@ struct ColumnField {
     return {section, name, value ? "yes" : "no", "", value};
   }
   DetailField operator()(Property<std::int32_t> ShadingDataClass::*member) const {
-    return whole(section, name, (shading.*member)());
+    DetailField field = whole(section, name, (shading.*member)());
+    if (member == &ShadingDataClass::typeID) {
+      field.value = codeText(kShadingTypeNames, shading.typeID());
+    }
+    return field;
   }
   DetailField operator()(Property<std::string> ShadingDataClass::*member) const {
     return text((shading.*member)());

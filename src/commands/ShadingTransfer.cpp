@@ -1,4 +1,4 @@
-#include "commands/CopyLosses.h"
+#include "commands/CopyRules.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
 
@@ -16,8 +16,15 @@ Outcome write(TransferWork& work, const std::string& identifier, ShadingDataClas
     return Outcome::skipped;
   }
   if (work.options().ifThere == IfThere::replace) {
-    work.requireNotWritten(shading.name(), identifier);
-    if (database.ReplaceShading(shading, work.destination())) outcome = Outcome::replaced;
+    auto how = work.replacement(identifier);
+    // A file need not have what a database has in tables of its own.
+    const bool isFile = !work.records().DataSourcePtr()->ADOConnection();
+    if (isFile && shading.spectrum().empty()) how.notGiven.insert("Shading_spectral_data");
+    if (isFile && shading.integrated().empty()) {
+      how.notGiven.insert("Shading_integrated_data_temp");
+    }
+    if (how.key == 0) work.requireNotWritten(shading.name(), identifier);
+    if (database.ReplaceShading(shading, how, work.destination())) outcome = Outcome::replaced;
   } else {
     database.InsertShading(shading, work.destination());
   }

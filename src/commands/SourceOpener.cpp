@@ -78,7 +78,11 @@ SourceOpener::Node SourceOpener::openOrvDatabase(const std::string& folder,
                                                  const std::string& filename) {
   auto connection = connect(folder, filename, session_.password);
   const DataTypeCode type = databaseType(session_.database.LookupDatabaseVersion(*connection));
-  if (type == DataType::orvDatabase3) keepHistory(*connection);
+  if (type == DataType::orvDatabase3) {
+    const std::string remark = keepHistory(*connection);
+    const bool isNew = !remark.empty() && session_.told.insert(remark).second;
+    if (isNew) session_.ui.message(MessageKind::information, remark, kProductName);
+  }
   return registerDatabase(type, folder, filename, std::move(connection));
 }
 

@@ -1,5 +1,6 @@
 #include "commands/TransferWork.h"
 
+#include "commands/CopyRules.h"
 #include "commands/ErrorText.h"
 #include "database/DatabaseErrors.h"
 
@@ -20,8 +21,9 @@ TransferWork::TransferWork(Session& session, const sources::RecordSelection& rec
       records_(records),
       destination_(destination),
       reader_(session, records.DataSourcePtr()),
-      group_(session),
+      group_(session, *destination.ADOConnection()),
       options_(options),
+      notGiven_(columnsNotGiven(*records.DataSourcePtr())),
       progress_(session.ui, "Pasting records...") {
   if (!options.group.empty()) group_.settle(options.group);
   session_.ui.progressText("Opening database...");
@@ -31,6 +33,17 @@ std::optional<std::string> TransferWork::chooseGroup() {
   auto name = group_.choose();
   if (!name) result_.cancelled = true;
   return name;
+}
+
+const KnownRecord& TransferWork::known(const std::string& identifier) const {
+  static const KnownRecord nothing;
+  const auto found = options_.known.find(identifier);
+  return found == options_.known.end() ? nothing : found->second;
+}
+
+database::Replacement TransferWork::replacement(const std::string& identifier) const {
+  return {
+      .key = known(identifier).replaces, .tolerance = options_.tolerance, .notGiven = notGiven_};
 }
 
 bool TransferWork::stopped() {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "commands/GroupName.h"
@@ -40,6 +41,9 @@ class TransferWork {
   bool stopped();
 
   const PasteOptions& options() const { return options_; }
+  const KnownRecord& known(const std::string& identifier) const;
+  /// How a record takes the place of the one that is there.
+  database::Replacement replacement(const std::string& identifier) const;
 
   /// How errors of a record are told.
   struct Wording {
@@ -80,6 +84,7 @@ class TransferWork {
   RecordReader reader_;
   GroupName group_;
   PasteOptions options_;
+  std::set<std::string> notGiven_;              ///< columns
   std::map<std::string, std::string> written_;  ///< names to identifiers
   PasteResult result_;
   LongWork progress_;

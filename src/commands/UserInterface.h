@@ -41,6 +41,8 @@ struct InputRequest {
   std::string help = {};
   /// Whether it is not to be seen while it is typed.
   bool isSecret = false;
+  /// Texts to choose from; others may be typed.
+  std::vector<std::string> choices = {};
 };
 
 /// What is to become of a record that the destination has already.

@@ -1,4 +1,5 @@
 // Names that get a key: groups, frame types and suppliers.
+#include "database/Lookups.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/Recordsets.h"
 
@@ -6,18 +7,15 @@ namespace orv::database {
 
 namespace {
 
-std::int32_t findOrAdd(store::Connection& dc, const std::string& table,
-                       const std::string& nameColumn, const std::string& keyColumn,
-                       const std::string& name) {
-  auto rows = openUpdatable(dc, table);
-  rows->find(nameColumn + " = " + quoted(name));
+std::int32_t findOrAdd(store::Connection& dc, const LookupTable& table, const std::string& name) {
+  auto rows = openUpdatable(dc, table.table);
+  rows->find(std::string(table.name) + " = " + quoted(name));
   if (rows->eof()) {
     rows->addNew();
-    rows->setValue(nameColumn, name);
+    rows->setValue(table.name, name);
   }
-  const std::int32_t key = rows->value(keyColumn).toLong();
+  const std::int32_t key = rows->value(table.key).toLong();
   rows->update();
-  rows->close();
   return key;
 }
 
@@ -25,17 +23,17 @@ std::int32_t findOrAdd(store::Connection& dc, const std::string& table,
 
 std::int32_t ORV_DatabaseInterface::InsertGroup(const std::string& strGroup,
                                                 store::Connection& dc) const {
-  return findOrAdd(dc, "Groups", "GroupName", "GroupID", strGroup);
+  return findOrAdd(dc, kGroups, strGroup);
 }
 
 std::int32_t ORV_DatabaseInterface::InsertFrameType(const std::string& strFrameType,
                                                     store::Connection& dc) const {
-  return findOrAdd(dc, "FrameTypes", "FrameTypeName", "FrameTypeID", strFrameType);
+  return findOrAdd(dc, kFrameTypes, strFrameType);
 }
 
 std::int32_t ORV_DatabaseInterface::InsertSupplier(const std::string& strSupplier,
                                                    store::Connection& dc) const {
-  return findOrAdd(dc, "Suppliers", "SupplierName", "supplierID", strSupplier);
+  return findOrAdd(dc, kSuppliers, strSupplier);
 }
 
 }  // namespace orv::database

@@ -112,15 +112,15 @@ class ORV_DatabaseInterface {
 
   // --- Replacement in databases of version 3.0.0 ------------------------------------------------
 
-  /// Writes a pane, given by its data at each of its angles, in the place of that of its name and
-  /// group, whose key stays; where there is none, the pane is added. An error leaves the database
+  /// Writes a pane, given by its data at each of its angles, in the place of the one that is meant,
+  /// whose key and group stay; where there is none, the pane is added. An error leaves the database
   /// as it was. Each angle has passed PreparePane().
-  ReplacedPane ReplacePane(const std::vector<PanePtr>& angles, OtherAngles others,
+  ReplacedPane ReplacePane(const std::vector<PanePtr>& angles, const Replacement& how,
                            store::Connection& dc) const;
-  /// The same of a frame, and of a shading, of which the first of the name is meant. Return
-  /// whether there was one.
-  bool ReplaceFrame(FrameDataClass& fData, store::Connection& dc) const;
-  bool ReplaceShading(ShadingDataClass& data, store::Connection& dc) const;
+  /// The same of a frame, and of a shading; of several of a name the first is meant. Return whether
+  /// there was one.
+  bool ReplaceFrame(FrameDataClass& fData, const Replacement& how, store::Connection& dc) const;
+  bool ReplaceShading(ShadingDataClass& data, const Replacement& how, store::Connection& dc) const;
   /// Writes the integrated values of a pane that is there, by its key, given by its data at some of
   /// its angles, into its rows at these; adds a row where there is none. An error leaves the
   /// database as it was.
@@ -140,7 +140,7 @@ class ORV_DatabaseInterface {
 
  private:
   void insertPaneRow(GlazingData& data, store::Connection& dc) const;
-  void replacePaneRow(const GlazingData& data, store::Connection& dc) const;
+  void replacePaneRow(const GlazingData& data, const Replacement& how, store::Connection& dc) const;
   PanePtr findPane(const GlazingData& data, store::Connection& dc) const;
 
   /// What is to become of a pane's spectrum.

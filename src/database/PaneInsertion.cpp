@@ -1,5 +1,6 @@
 // Insertion of panes.
 #include "database/DatabaseErrors.h"
+#include "database/Lookups.h"
 #include "database/MissingNames.h"
 #include "database/ORV_DatabaseInterface.h"
 #include "database/PaneDetails.h"
@@ -80,10 +81,13 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   auto row = openUpdatable(dc, "Pane");
   row->addNew();
   data.id(row->value("PaneID").toLong());
-  setPaneColumns(*row, data, dc);
+  setPaneColumns(
+      data, [&](const char* column, const store::Value& value) { row->setValue(column, value); });
+  row->setValue("supplierID", SupplierIdByName(data.supplier(), dc));
+  row->setValue("groupID", GroupIdByName(data.group(), dc));
+  row->setValue("coatingcode", storedCoatingClass(data));
   row->setValue("Ra", 0);
   row->update();
-  row->close();
 }
 
 /// Made before the record's commit begins, so that no file is locked while the user thinks. Where

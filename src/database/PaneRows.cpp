@@ -18,34 +18,32 @@ std::string infoText(const GlazingData& data) {
   return data.Appearance().empty() ? std::string() : "Appearance: " + data.Appearance();
 }
 
-std::string coatingClass(const GlazingData& data) {
+}  // namespace
+
+std::string storedCoatingClass(const GlazingData& data) {
   return data.ORV_CoatingClass().empty() ? coatingCode(kCoatingCodeArgument, kCoatingCodeArgument)
                                          : upperCase(data.ORV_CoatingClass());
 }
 
-}  // namespace
-
-void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Connection& dc) {
-  row.setValue("name", data.filename());
-  row.setValue("product_name", data.productname());
-  row.setValue("supplierID", SupplierIdByName(data.supplier(), dc));
-  row.setValue("groupID", GroupIdByName(data.group(), dc));
-  row.setValue("thickness", data.ConvertedThickness(kSI));
-  row.setValue("conduction", data.ConvertedConductivity(kSI));
-  row.setValue("emission_IR_outdoor", data.ORV_Emissivity_front());
-  row.setValue("emission_IR_indoor", data.ORV_Emissivity_back());
-  row.setValue("transmission_IR_outdoor", data.TfIR());
-  row.setValue("transmission_IR_indoor", data.TbiR());
-  row.setValue("single_layer", data.single_layer());
-  row.setValue("use_estimation", data.use_estimation());
-  row.setValue("0_30_60", data.Use_0_30_60());
-  row.setValue("spectral_pane", data.spectral_pane());
-  row.setValue("film_outdoor_side", data.film_outdoor_side());
-  row.setValue("with_and_without_film", data.with_and_without_film());
-  row.setValue("info", infoText(data));
-  row.setValue("freeze", data.ORV_Frozen());
-  row.setValue("coatingcode", coatingClass(data));
-  row.setValue("acceptance", data.Acceptance());
+void setPaneColumns(const GlazingData& data,
+                    const std::function<void(const char* column, const store::Value&)>& set) {
+  set("name", data.filename());
+  set("product_name", data.productname());
+  set("thickness", data.ConvertedThickness(kSI));
+  set("conduction", data.ConvertedConductivity(kSI));
+  set("emission_IR_outdoor", data.ORV_Emissivity_front());
+  set("emission_IR_indoor", data.ORV_Emissivity_back());
+  set("transmission_IR_outdoor", data.TfIR());
+  set("transmission_IR_indoor", data.TbiR());
+  set("single_layer", data.single_layer());
+  set("use_estimation", data.use_estimation());
+  set("0_30_60", data.Use_0_30_60());
+  set("spectral_pane", data.spectral_pane());
+  set("film_outdoor_side", data.film_outdoor_side());
+  set("with_and_without_film", data.with_and_without_film());
+  set("info", infoText(data));
+  set("freeze", data.ORV_Frozen());
+  set("acceptance", data.Acceptance());
 }
 
 namespace {
@@ -65,7 +63,6 @@ void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
   row->setValue("angle", std::int32_t{data.ORV_Angle()});
   setIntegratedColumns(*row, data);
   row->updateBatch();
-  row->close();
 }
 
 void storeIntegratedRow(const GlazingData& data, store::Connection& dc) {
@@ -75,7 +72,6 @@ void storeIntegratedRow(const GlazingData& data, store::Connection& dc) {
   if (row->eof()) return insertIntegratedRow(data, dc);
   setIntegratedColumns(*row, data);
   row->update();
-  row->close();
 }
 
 bool hasSpectrum(const GlazingData& pane) {
@@ -108,14 +104,11 @@ void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
     rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
   }
   rows->updateBatch();
-  rows->close();
 }
 
-void deletePaneData(std::int32_t id, std::optional<std::int16_t> angle, store::Connection& dc) {
-  std::string condition = "PaneID = " + std::to_string(id);
-  if (angle) condition += " AND angle = " + std::to_string(*angle);
+void deletePaneData(std::int32_t id, store::Connection& dc) {
   for (const char* table : {"Pane_integrated_data", "Pane_spectral_data"}) {
-    dc.deleteRows(table, condition);
+    dc.deleteRows(table, "PaneID = " + std::to_string(id));
   }
 }
 

@@ -2,16 +2,19 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <functional>
+#include <string>
 
 #include "model/GlazingData.h"
 #include "store/Connection.h"
 
 namespace orv::database {
 
-/// Sets the columns of a row of `Pane`, save its key. The names of the supplier and of the group
-/// are in their tables already.
-void setPaneColumns(store::Recordset& row, const GlazingData& data, store::Connection& dc);
+/// Gives the columns of a row of `Pane`, save its keys and the coating class, one by one.
+void setPaneColumns(const GlazingData& data,
+                    const std::function<void(const char* column, const store::Value&)>& set);
+
+std::string storedCoatingClass(const GlazingData& data);
 
 /// Adds the row of the integrated data at the pane's angle, under the pane's key.
 void insertIntegratedRow(const GlazingData& data, store::Connection& dc);
@@ -25,7 +28,7 @@ bool hasSpectrum(const GlazingData& data);
 /// Adds the rows of the curve at the pane's angle, under the pane's key.
 void insertSpectralRows(const GlazingData& data, store::Connection& dc);
 
-/// Deletes both kinds of rows of a pane at an angle, or at all.
-void deletePaneData(std::int32_t id, std::optional<std::int16_t> angle, store::Connection& dc);
+/// Deletes both kinds of rows of a pane.
+void deletePaneData(std::int32_t id, store::Connection& dc);
 
 }  // namespace orv::database

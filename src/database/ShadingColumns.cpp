@@ -63,4 +63,8 @@ std::span<const ShadingColumn> shadingColumns() {
   return kColumns;
 }
 
+bool isShadingCode(const ShadingColumn& column) {
+  return std::holds_alternative<Property<std::int32_t> ShadingDataClass::*>(column.member);
+}
+
 }  // namespace orv::database

@@ -24,6 +24,9 @@ struct ShadingColumn {
   ShadingMember member;
 };
 
+/// Whether its numbers count nothing.
+bool isShadingCode(const ShadingColumn& column);
+
 inline constexpr const char* kShadingKeyColumn = "Shading_id";
 
 /// The columns of `Shading` behind its key, in the order in which they are written.

@@ -30,6 +30,7 @@ std::string shown(std::string_view text) {
     const std::size_t start = at;
     UChar32 c = 0;
     U8_NEXT(text.data(), at, text.size(), c);
+    if (c == '\r' && text.substr(at).starts_with('\n')) continue;
     if (c >= 0 && !steers(c)) {
       result += text.substr(start, at - start);
     } else if (c >= 0) {

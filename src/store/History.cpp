@@ -1,6 +1,8 @@
 #include "store/History.h"
 
 #include <algorithm>
+#include <ctime>
+#include <set>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -55,20 +57,28 @@ struct HistoryState {
     }
   }
 
+  /// Those of several programs stand among each other.
   KeptWork& workOf(const HistoryEntry& entry) {
-    if (done.empty() || done.back().work.id != entry.head.work) {
-      finish(entry.head.work);  // of which another process's work is in the middle
-      HistoryWork work{.id = entry.head.work, .time = entry.head.time, .title = entry.head.title};
-      done.push_back({std::move(work), {}});
+    const std::uint64_t id = entry.head.work;
+    if (!unfinished_.insert(id).second) {
+      const auto known = std::find_if(done.rbegin(), done.rend(),
+                                      [&](const KeptWork& kept) { return kept.work.id == id; });
+      if (known != done.rend()) {
+        std::rotate(known.base() - 1, known.base(), done.end());
+        ++done.back().work.commits;
+        return done.back();
+      }
     }
-    ++done.back().work.commits;
+    HistoryWork work{.id = id, .time = entry.head.time, .title = entry.head.title, .commits = 1};
+    done.push_back({std::move(work), {}});
     return done.back();
   }
 
   void finish(std::uint64_t work) {
-    for (KeptWork& kept : done) {
-      if (kept.work.id == work) kept.work.isFinished = true;
-    }
+    unfinished_.erase(work);
+    const auto kept = std::find_if(done.rbegin(), done.rend(),
+                                   [&](const KeptWork& each) { return each.work.id == work; });
+    if (kept != done.rend()) kept->work.isFinished = true;
   }
 
   static void move(std::uint64_t work, std::vector<KeptWork>& from, std::vector<KeptWork>& to) {
@@ -77,20 +87,67 @@ struct HistoryState {
     to.back().work.isUndone = !to.back().work.isUndone;
     from.pop_back();
   }
+
+  std::set<std::uint64_t> unfinished_;
 };
 
+/// Of a damaged history what could be read.
 HistoryState stateOf(jet::HistoryFile& file) {
+  using Found = jet::HistoryFile::Found;
   const auto found = file.look();
-  return HistoryState(found == jet::HistoryFile::Found::sound ? file.entries()
-                                                              : std::vector<HistoryEntry>());
+  const bool isOurs = found == Found::sound || found == Found::damaged;
+  return HistoryState(isOurs ? file.entries() : std::vector<HistoryEntry>());
+}
+
+std::string textOf(jet::HistoryFile::Found found, const std::string& path) {
+  switch (found) {
+    case jet::HistoryFile::Found::foreign:
+      return "\"" + path + "\" is no history of this database.";
+    case jet::HistoryFile::Found::damaged:
+      return "\"" + path +
+             "\" is damaged, and what it has of the last changes cannot be read. Move that file "
+             "away; the database does not need it.";
+    default:
+      return {};
+  }
+}
+
+/// What stands before the damage is not what was done last.
+void refuseDamaged(jet::HistoryFile& file) {
+  const auto found = file.look();
+  if (found == jet::HistoryFile::Found::damaged) {
+    throw Error(kCorruptFile, textOf(found, file.path()));
+  }
+}
+
+bool areDeletions(const std::vector<jet::RowChange>& changes) {
+  return std::ranges::all_of(changes, [](const auto& change) { return change.after.empty(); });
+}
+
+/// Takes a work back, the last commit first. Rows that commits in a row have deleted come back in
+/// their order: some tables have no other.
+void takeBack(const KeptWork& kept, jet::HistoryFile& file, RowReversal& reversal) {
+  const auto changesOf = [&](std::size_t commit) {
+    return jet::readRowChanges(file.changes(kept.commits[commit]));
+  };
+  for (std::size_t end = kept.commits.size(); end > 0;) {
+    std::size_t begin = end - 1;
+    const auto last = changesOf(begin);
+    if (!areDeletions(last)) {
+      reversal.takeBack(last);
+    } else {
+      while (begin > 0 && areDeletions(changesOf(begin - 1))) --begin;
+      for (std::size_t i = begin; i < end; ++i) reversal.takeBack(changesOf(i));
+    }
+    end = begin;
+  }
 }
 
 /// Takes a work back, or makes it again.
 void reverseWork(const KeptWork& kept, jet::HistoryFile& file, RowReversal& reversal, bool back) {
-  for (std::size_t i = 0; i < kept.commits.size(); ++i) {
-    const std::size_t at = back ? kept.commits.size() - 1 - i : i;
-    const auto changes = jet::readRowChanges(file.changes(kept.commits[at]));
-    back ? reversal.takeBack(changes) : reversal.makeAgain(changes);
+  if (back) return takeBack(kept, file, reversal);
+  for (const HistoryEntry& commit : kept.commits) {
+    reversal.makeAgain(jet::readRowChanges(file.changes(commit)));
   }
 }
 
@@ -147,6 +204,32 @@ History::History(Connection& database)
 
 void History::keep(std::uint64_t largest) {
   recorder_->keep(largest);
+  if (largest > 0) noteLosses();
+}
+
+/// The log of the database tells how long the history was for the last commit that is there.
+void History::noteLosses() {
+  jet::Pager& pager = database_.database().pager();
+  const std::uint64_t wanted = pager.takeRecoveredCompanion();
+  if (wanted == 0) return;
+  try {
+    const jet::Pager::WriteLock lock(pager);
+    jet::HistoryFile& file = recorder_->file();
+    if (file.look() != jet::HistoryFile::Found::sound || file.length() >= wanted) return;
+    const HistoryState state = stateOf(file);
+    HistoryRecord lost{.kind = HistoryRecord::Kind::lost,
+                       .work = wanted,
+                       .time = std::time(nullptr),
+                       .title = "A change that a loss of power has ended"};
+    const bool isOfLast = !state.done.empty() && !state.done.back().work.isFinished;
+    if (isOfLast) {
+      lost.work = state.done.back().work.id;
+      lost.title = state.done.back().work.title;
+    }
+    file.append(lost, true);
+  } catch (const Error&) {
+    // What cannot be noted is found as what was changed since, when it is taken back.
+  }
 }
 
 bool History::isKept(Connection& database) {
@@ -168,9 +251,13 @@ const std::string& History::path() const {
   return recorder_->file().path();
 }
 
-bool History::isForeign() {
+std::string History::takeNameOfUnusable() {
+  return recorder_->takeNameOfUnusable();
+}
+
+std::string History::whyUnusable() {
   const jet::Pager::ReadLock lock(database_.database().pager());
-  return recorder_->file().look() == jet::HistoryFile::Found::foreign;
+  return textOf(recorder_->file().look(), path());
 }
 
 std::vector<HistoryWork> History::works() {
@@ -206,19 +293,20 @@ std::vector<HistoryChange> History::changes(const HistoryWork& work) {
   return all;
 }
 
-UndoResult History::undo(std::size_t count, References references) {
-  return reverse(count, true, references);
+UndoResult History::undo(std::size_t count, References references, Wanted wanted) {
+  return reverse(count, true, references, wanted);
 }
 
-UndoResult History::redo(std::size_t count, References references) {
-  return reverse(count, false, references);
+UndoResult History::redo(std::size_t count, References references, Wanted wanted) {
+  return reverse(count, false, references, wanted);
 }
 
-UndoResult History::reverse(std::size_t count, bool back, References references) {
+UndoResult History::reverse(std::size_t count, bool back, References references, Wanted wanted) {
   std::vector<HistoryWork> known;
   while (count > 0) {
-    UndoResult result = tryToReverse(count, back, references);
-    const auto already = result.conflicts.empty() ? std::nullopt : noteIfReversedAlready(back);
+    UndoResult result = tryToReverse(count, back, references, wanted);
+    const bool mayBeKnown = wanted == Wanted::done && !result.conflicts.empty();
+    const auto already = mayBeKnown ? noteIfReversedAlready(back) : std::nullopt;
     if (!already) {
       result.works.insert(result.works.begin(), known.begin(), known.end());
       return result;
@@ -229,10 +317,12 @@ UndoResult History::reverse(std::size_t count, bool back, References references)
   return {.works = std::move(known)};
 }
 
-UndoResult History::tryToReverse(std::size_t count, bool back, References references) {
+UndoResult History::tryToReverse(std::size_t count, bool back, References references,
+                                 Wanted wanted) {
   jet::Database& database = database_.database();
   UndoResult result;
   const jet::Pager::WriteLock lock(database.pager());
+  refuseDamaged(recorder_->file());
   auto last = lastWorks(stateOf(recorder_->file()), count, back);
   if (back) leaveOutWhatWasNotMade(last.front(), database, *recorder_);
   jet::Transaction transaction(database.pager());
@@ -246,7 +336,7 @@ UndoResult History::tryToReverse(std::size_t count, bool back, References refere
   }
   reversal.finish();
   result.conflicts = reversal.conflicts();
-  if (!result.conflicts.empty()) return result;
+  if (!result.conflicts.empty() || wanted == Wanted::tried) return result;
   recorder_->nextIs(kindOf(back), std::move(works));
   transaction.commit();
   return result;

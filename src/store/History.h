@@ -46,8 +46,13 @@ struct UndoResult {
 /// leaves the rows that it has changed as they were before and after. The database does not need
 /// the file, which may be deleted. It is bounded: the oldest works go first.
 ///
+/// The commits of a work are found by its number, wherever those of another program stand between
+/// them; a work is as late as its last commit.
+///
 /// A commit is written there before it is made; when its work ends, it is on the disk. Whether the
-/// last commit of a work without an end was made, is found out when it is taken back.
+/// last commit of a work without an end was made, is found out when it is taken back. After a loss
+/// of power commits of a work without an end may be in the database and not in its history: then it
+/// is noted to be lost when the database is opened next by who keeps a history.
 /// A row is only taken back that is exactly as the work has left it, whoever has changed it since,
 /// and all of a work or nothing: so a history that lacks a commit, or is that of a former state of
 /// the database, does no harm. One of another database is given another name and not used.
@@ -72,19 +77,29 @@ class History {
   std::string takeFailure();
 
   const std::string& path() const;
-  /// Whether the file under the history's name is none of this database's.
-  bool isForeign();
+  /// The name that the file under the history's name got since the last call, as it was of another
+  /// database, or damaged, when something had to be written; empty where none did.
+  std::string takeNameOfUnusable();
+  /// Why nothing can be taken back by the file that is there; empty where it is none, or sound.
+  std::string whyUnusable();
   /// The works that can be taken back, the oldest first, then those that can be made again, the
   /// one that was taken back last first.
   std::vector<HistoryWork> works();
   /// What a work has changed, in order.
   std::vector<HistoryChange> changes(const HistoryWork& work);
 
+  enum class Wanted {
+    done,
+    tried  ///< everything is left as it is: only the result is wanted
+  };
   /// Takes the last works back, in one commit, unless one of the references would not hold any
-  /// more. Raises kInvalidCall where there are not as many, or one of them is lost.
-  UndoResult undo(std::size_t count = 1, std::span<const RowReference> references = {});
+  /// more. Raises kInvalidCall where there are not as many, or one of them is lost, and
+  /// kCorruptFile where the history is damaged.
+  UndoResult undo(std::size_t count = 1, std::span<const RowReference> references = {},
+                  Wanted wanted = Wanted::done);
   /// Makes the works that were taken back last again, in one commit.
-  UndoResult redo(std::size_t count = 1, std::span<const RowReference> references = {});
+  UndoResult redo(std::size_t count = 1, std::span<const RowReference> references = {},
+                  Wanted wanted = Wanted::done);
 
   /// While one lives, all commits are one work, unless there is one already.
   class Scope {
@@ -101,8 +116,9 @@ class History {
 
  private:
   using References = std::span<const RowReference>;
-  UndoResult reverse(std::size_t count, bool back, References references);
-  UndoResult tryToReverse(std::size_t count, bool back, References references);
+  UndoResult reverse(std::size_t count, bool back, References references, Wanted wanted);
+  void noteLosses();
+  UndoResult tryToReverse(std::size_t count, bool back, References references, Wanted wanted);
   std::optional<HistoryWork> noteIfReversedAlready(bool back);
 
   Connection& database_;

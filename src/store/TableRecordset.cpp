@@ -175,7 +175,7 @@ std::vector<Value> TableRecordset::currentValues() const {
   }
   std::vector<Value> values;
   for (const jet::Column& column : table_->definition().columns) {
-    values.push_back(row_->value(column));
+    row_->read(column, values.emplace_back());
   }
   return values;
 }

@@ -77,6 +77,12 @@ class Value {
     return std::get_if<T>(&v_);
   }
 
+  /// Takes a number in the place of what it was.
+  template <class T>
+  void set(T number) {
+    v_ = number;
+  }
+
   bool toBoolean() const;  ///< a number is true unless it is 0; text "True", "False" or a number
   std::int32_t toLong() const;  ///< rounds to the nearest whole number, halves to even
   double toDouble() const;

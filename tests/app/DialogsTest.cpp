@@ -2,7 +2,10 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QSpinBox>
 
@@ -116,6 +119,31 @@ TEST_F(WindowTest, TheOptionsChangeTheDigitsAndTheTheme) {
   EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 100);
   app::applyTheme(app::Theme::system);
   EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+}
+
+TEST_F(WindowTest, FileDialogsSuggestNamesAndRememberTheirFolders) {
+  window.openPaths({makeRows("a.mdb", 2)});
+  QStringList names;
+  QStringList folders;
+  const auto look = [&](QWidget& dialog) {
+    auto& files = dynamic_cast<QFileDialog&>(dialog);
+    names << files.findChild<QLineEdit*>("fileNameEdit")->text();
+    folders << files.directory().absolutePath();
+    files.reject();
+  };
+  const QString tables = file(folder / "tables");
+  QDir().mkdir(tables);
+  dialogs.choose({tables + "/mine.csv"}).then(look).then(look);
+  trigger("mnuEditSaveTable");
+  trigger("mnuEditSaveTable");
+  trigger("mnuFileOpenIGDB");
+  ASSERT_TRUE(dialogs.isDone());
+  EXPECT_EQ(names[0], "a panes.csv");
+  EXPECT_EQ(folders[0], tables);
+  dialogs.choose({file(folder / "a.mdb")}).then(look);
+  trigger("mnuFileOpenORVDatabase");
+  trigger("mnuEditSaveTable");
+  EXPECT_EQ(folders.back(), tables) << "another kind of dialog has been elsewhere";
 }
 
 }  // namespace orv::test

@@ -228,6 +228,12 @@ TEST_F(EditingTest, AReplacementIsShownBeforeItIsMade) {
     typeInto(dialog, "txtReplaceBy", "glass");
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown(dialog)[1].contains("|glass2.txt|"); }));
     EXPECT_EQ(make->text(), "&Replace 9");
+    typeInto(dialog, "txtReplaceBy", "glas");
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible() && shown(dialog)[1].contains("|glas2.txt|"))
+        << "what is made has been seen";
+    typeInto(dialog, "txtReplaceBy", "glass");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown(dialog)[1].contains("|glass2.txt|"); }));
     list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
     QTest::keyClick(&dialog, Qt::Key_Return);
   });
@@ -324,6 +330,16 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   EXPECT_EQ(stored(1, "product name"), "mine");
   EXPECT_EQ(stored(2, "product name"), "theirs");
 
+  choose(0, 1, kProduct);
+  type("unseen");
+  changeOutside(2, "product name", "theirs now");
+  press(Qt::Key_Return);
+  EXPECT_EQ(refusal(),
+            "It is \"theirs now\" in the database now. Read the records again first (F5).");
+  EXPECT_TRUE(changes().isEmpty());
+  press(Qt::Key_Escape);
+  trigger("mnuViewRefresh");
+
   choose(1, 1, kProduct);
   type("again");
   press(Qt::Key_Return);
@@ -332,6 +348,13 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   trigger("mnuFileSave");
   EXPECT_EQ(stored(2, "product name"), "again");
   EXPECT_TRUE(dialogs.isDone());
+
+  changeOutside(3, "product name", "of others");
+  dialogs.press("No");
+  trigger("mnuEditUndo");
+  EXPECT_TRUE(dialogs.texts().back().contains("was not done in this window"))
+      << dialogs.texts().back().toStdString();
+  EXPECT_EQ(stored(3, "product name"), "of others");
 }
 
 TEST_F(EditingTest, NamesAreRenamedMergedAndDeleted) {

@@ -24,7 +24,9 @@
 #include "app/WindowTest.h"
 #include "app/dialogs/CompareDialog.h"
 #include "app/dialogs/ConflictDialog.h"
+#include "app/dialogs/GuideWindow.h"
 #include "app/dialogs/IntegrationDialog.h"
+#include "app/dialogs/KeysDialog.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/dialogs/ReplaceDialog.h"
 #include "app/dialogs/ReportDialog.h"
@@ -205,6 +207,8 @@ TEST_F(WindowTest, EverythingExplainsItself) {
 
   examiner.examine(app::frmOptions({}));
   examiner.examine(app::dlgTextFileOptions());
+  examiner.examine(app::KeysDialog(app::KeysDialog::partsOf(window)));
+  examiner.examine(app::GuideWindow());
   examiner.examine(app::frmAbout());
   examiner.examine(app::ColumnChooser(grid(), &window));
   examiner.examine(app::ReportDialog("Failed", "Failures", {"one"}, {}, &window));

@@ -91,6 +91,8 @@ TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
 
   makeDatabase("newer.mdb", "Newest");
   window.openPaths({file(folder / "orvdata.mdb")});
+  // Its log stands beside the new file.
+  session.database.InsertSupplier("Late", *session.MainDataSources.Item(2)->ADOConnection());
   replace();
   dialogs.press("Yes");
   refresh();
@@ -149,6 +151,24 @@ TEST_F(WindowTest, OpensSeveralTextFilesInTheOrderChosen) {
   ASSERT_EQ(tree().topLevelItemCount(), 1);
   EXPECT_EQ(tree().topLevelItem(0)->childCount(), 2);
   EXPECT_EQ(tree().currentItem()->text(0), "a.txt");
+}
+
+TEST_F(WindowTest, AFolderIsShownAsAWholeWithItsFilesFoldedAndCounted) {
+  const QString panes = QStringLiteral(ORV_SOURCE_DIR "/examples/panes");
+  window.openPaths({panes});
+  const auto folderItem = [&] { return tree().topLevelItem(0); };
+  EXPECT_EQ(folderItem()->text(0), panes + " (14 files)");
+  EXPECT_EQ(tree().currentItem(), folderItem());
+  EXPECT_FALSE(folderItem()->isExpanded());
+  EXPECT_EQ(rows(), 14);
+  tree().setFocus();
+  QTest::keyClick(&tree(), Qt::Key_Right);
+  QTest::keyClick(&tree(), Qt::Key_Down);
+  EXPECT_EQ(tree().currentItem()->text(0), "bronze_quarter_inch.txt");
+  EXPECT_TRUE(text().contains("Velmara Bronze"));
+  window.openPaths({makeRows("a.mdb", 1)});
+  EXPECT_TRUE(folderItem()->isExpanded()) << "as it was left";
+  EXPECT_TRUE(tree().topLevelItem(1)->isExpanded());
 }
 
 TEST_F(WindowTest, RemovesASourceOnlyWhenToldTo) {

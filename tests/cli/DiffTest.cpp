@@ -77,13 +77,20 @@ TEST_F(DiffTest, WhatChangedIsCopiedWithItsKeysAndGroups) {
   makeTwo();
   ASSERT_EQ(orv("copy c.txt other.mdb --group Second").exit, 0);
   const Ended shown = orv("copy other.mdb db.mdb --changed --dry-run");
-  EXPECT_EQ(shown.exit, 0) << shown.err;
+  EXPECT_EQ(shown.exit, 1) << shown.err;
   EXPECT_EQ(shown.out,
             "state    set    id_a  id_b  name   angle  field         a       b\n"
             "-------  -----  ----  ----  -----  -----  ------------  ------  ----\n"
             "changed  panes     2     2  b.txt         product name  Better  Beta\n"
             "added    panes     3        c.txt\n"
             "added    panes     4        c.txt\n");
+  EXPECT_EQ(orv("copy other.mdb db.mdb --changed --dry-run --quiet --format tsv").out,
+            kHeadings +
+                "changed\tpanes\t2\t2\tb.txt\t\tproduct name\tBetter\tBeta\n"
+                "added\tpanes\t3\t\tc.txt\t\t\t\t\n"
+                "added\tpanes\t4\t\tc.txt\t\t\t\t\n");
+  const Ended clash = orv("copy other.mdb db.mdb --changed --dry-run --group New");
+  EXPECT_NE(clash.err.find("a group has one: c.txt.\n"), std::string::npos) << clash.err;
   const Ended unasked = orv("copy other.mdb db.mdb --changed");
   EXPECT_EQ(unasked.exit, 2);
   EXPECT_NE(unasked.err.find("--yes"), std::string::npos) << unasked.err;

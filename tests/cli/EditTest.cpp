@@ -44,6 +44,11 @@ TEST_F(EditVerbTest, ShowsChangesMakesThemAllOrNoneAndTakesThemBack) {
         "\tEdit 2 values of 1 pane\t\n", "\tCopy 2 panes\t\n"}) {
     EXPECT_NE(history.out.find(line), std::string::npos) << history.out;
   }
+  const Ended tried = orv("undo db.mdb 2 --dry-run --format tsv");
+  EXPECT_EQ(tried.exit, 0) << tried.err;
+  EXPECT_NE(tried.out.find("panes\t2\tb.txt\t\t\tdeleted\n"), std::string::npos) << tried.out;
+  EXPECT_NE(tried.out.find("suppliers\t2\tAcme\t\t\tdeleted\n"), std::string::npos) << tried.out;
+  EXPECT_EQ(orv("history db.mdb --format tsv").out, history.out);
   EXPECT_EQ(orv("undo db.mdb 9").exit, 2);
   EXPECT_EQ(orv("undo db.mdb 4").exit, 0);
   EXPECT_EQ(orv("list db.mdb --columns name,thickness,SupplierName").out, before);
@@ -66,6 +71,17 @@ TEST_F(EditVerbTest, AHistoryCanBeAbsentUnwritableOrOvertaken) {
   EXPECT_EQ(unkept.exit, 0);
   EXPECT_NE(unkept.err.find("cannot be taken back"), std::string::npos) << unkept.err;
   EXPECT_NE(orv("show db.mdb 1 --format tsv").out.find("thickness\t5\tmm"), std::string::npos);
+  for (const char* verb : {"history", "undo"}) {
+    const Ended folder = orv(std::string(verb) + " db.mdb");
+    EXPECT_EQ(folder.exit, 3);
+    EXPECT_NE(folder.err.find("is a folder"), std::string::npos) << folder.err;
+  }
+  const Ended wrong = shell("ORV_HISTORY=1k orv list db.mdb");
+  EXPECT_EQ(wrong.exit, 0);
+  EXPECT_NE(wrong.err.find("ORV_HISTORY is \"1k\""), std::string::npos) << wrong.err;
+  const Ended from = orv("edit db.mdb --from . --yes");
+  EXPECT_EQ(from.exit, 3);
+  EXPECT_NE(from.err.find("\".\" cannot be read"), std::string::npos) << from.err;
 }
 
 }  // namespace

@@ -253,8 +253,8 @@ TEST_F(RecordsTest, CompletionsKnowEveryVerbAndOption) {
       "orv completion bash > orv.bash; bash -c '. ./orv.bash; "
       "complete() { COMP_WORDS=(orv $@); COMP_CWORD=$#; _orv; echo \"${COMPREPLY[@]}\"; }; "
       "complete copy --repl; complete tab; complete audit x --severity wa; "
-      "complete list --format \"\"'");
-  EXPECT_EQ(bash.out, "--replace\ntables\nwarning\ncsv json table tsv\n") << bash.err;
+      "complete audit x --without units,ener; complete list --format \"\"'");
+  EXPECT_EQ(bash.out, "--replace\ntables\nwarning\nunits,energy\ncsv json table tsv\n") << bash.err;
   EXPECT_NE(orv("completion zsh").out.find("'copy --standard') values=(en410 iso9050 nfrc300)"),
             std::string::npos);
   EXPECT_NE(orv("completion fish").out.find(" -x -a 'csv json text'"), std::string::npos);

@@ -215,6 +215,8 @@ TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
   EXPECT_THROW(commands::edit::mergeLookups(EditSet::groups, {twins}, 1, dc, ui), Error)
       << "two panes of one name";
 
+  const auto reserved = session.database.InsertGroup("IGDB", dc);
+  EXPECT_THROW(commands::edit::mergeLookups(EditSet::groups, {twins}, reserved, dc, ui), Error);
   commands::edit::mergeLookups(EditSet::suppliers, {2, 3}, 1, dc, ui);
   EXPECT_EQ(rowsOf(dc, "SELECT PaneID, supplierID FROM Pane WHERE PaneID < 4 ORDER BY PaneID"),
             "1|1 2|1 3|1");
@@ -226,7 +228,7 @@ TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
   EXPECT_NE(reasons(names.save({change(names, 1, "name", "unknown")})), "")
       << "a name that another has";
   EXPECT_EQ(reasons(names.save({change(names, 1, "name", "MAKER A")})), "");
-  EXPECT_TRUE(History(dc).undo(5).conflicts.empty());
+  EXPECT_TRUE(History(dc).undo(6).conflicts.empty());
   EXPECT_EQ(dumpOf(dc), before);
 }
 

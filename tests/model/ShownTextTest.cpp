@@ -9,6 +9,7 @@ TEST(ShownText, SpellsOutWhatSteersATerminalOrTheOrderOfLetters) {
   const std::pair<const char*, const char*> cases[] = {
       {"plain, Solvær® 45 漢字 שלום 😀\n\tnext", "plain, Solvær® 45 漢字 שלום 😀\n\tnext"},
       {"\x1b]0;title\x07\r\x7f", "\\u001b]0;title\\u0007\\u000d\\u007f"},
+      {"two\r\nlines", "two\nlines"},
       {"\u0080\u009b31m\u009f\u00a0", "\\u0080\\u009b31m\\u009f\u00a0"},
       {"gpj.\u202Eexe\u202A\u2066\u2069", "gpj.\\u202eexe\\u202a\\u2066\\u2069"},
       {"a\u2028b\u2029", "a\\u2028b\\u2029"},

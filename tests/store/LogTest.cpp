@@ -155,6 +155,15 @@ TEST_F(LogBeside, IsMadeLikeTheDatabaseAndRemovedByTheLastWhoClosesIt) {
   EXPECT_EQ(rowsOf(path_), 1U);
 }
 
+TEST_F(LogBeside, ADatabaseWithASecondNameIsOnlyReadAndSaysSoAtOnce) {
+  fs::create_hard_link(path_, path_ + "-second");
+  const auto database = Database::open(path_, "");
+  const std::string reason = database->pager().whyReadOnly();
+  EXPECT_THAT(reason, HasSubstr("'" + path_ + "' has 2 names (hard links)"));
+  EXPECT_EQ(refusalOf([&] { insert(*database, 1); }), reason);
+  EXPECT_FALSE(fs::exists(log_));
+}
+
 TEST_F(LogBeside, WhatIsNoLogOfOursIsRefusedAndLeftAsItIs) {
   const std::string victim = folder_ / "letter.txt";
   std::ofstream(victim) << "dear colleague";

@@ -73,6 +73,12 @@ void ReplaceDialog::makeForm(int column) {
   top().addLayout(form);
 }
 
+/// What is accepted has been seen.
+void ReplaceDialog::accept() {
+  if (rest_.isActive()) return preview();
+  PlanDialog::accept();
+}
+
 QString ReplaceDialog::replaced(const QString& text) const {
   const auto sensitivity = case_->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive;
   if (whole_->isChecked()) {

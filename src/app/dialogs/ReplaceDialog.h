@@ -22,6 +22,8 @@ class ReplaceDialog : public PlanDialog {
   /// The records of the grid are edited; `column` is proposed where it can be.
   ReplaceDialog(RecordGrid& grid, int column, QWidget* parent);
 
+  void accept() override;
+
  private:
   void makeForm(int column);
   void preview();

@@ -1,8 +1,9 @@
 #include "app/dialogs/SaveDialog.h"
 
-#include <QDir>
 #include <QFileDialog>
-#include <QMap>
+#include <QRegularExpression>
+
+#include "app/dialogs/DialogFolders.h"
 
 namespace orv::app {
 
@@ -13,21 +14,25 @@ QString suffixOf(const QString& filter) {
   return filter.section("*.", -1).section(')', 0, 0);
 }
 
+/// What file systems do not take becomes "_".
+QString fileName(QString text) {
+  static const QRegularExpression untaken(R"([/\\:*?"<>|\x00-\x1f])");
+  return text.replace(untaken, "_");
+}
+
 }  // namespace
 
 SaveChoice askWhereToSave(const SaveQuestion& question, QWidget* window) {
-  static QMap<QString, QString> folders;  // by title
-  QString& folder = folders[question.title];
-  QFileDialog dialog(window, question.title, folder.isEmpty() ? QDir::homePath() : folder);
+  QFileDialog dialog(window, question.title, dialogFolder(question.title));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setNameFilters(question.filters);
   const auto follow = [&](const QString& filter) { dialog.setDefaultSuffix(suffixOf(filter)); };
   QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
   follow(question.filters.constFirst());
-  dialog.selectFile(question.name + '.' + suffixOf(question.filters.constFirst()));
+  dialog.selectFile(fileName(question.name) + '.' + suffixOf(question.filters.constFirst()));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   const QString path = dialog.selectedFiles().constFirst();
-  folder = QFileInfo(path).absolutePath();
+  rememberDialogFolder(question.title, QFileInfo(path).absolutePath());
   return {path, static_cast<int>(question.filters.indexOf(dialog.selectedNameFilter()))};
 }
 

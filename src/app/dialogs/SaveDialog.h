@@ -20,8 +20,8 @@ struct SaveChoice {
 };
 
 /// Asks for the path of a new file, and for its kind. A name without a suffix
-/// gets that of the chosen filter, and a file that is there is replaced only after a question. The
-/// folder that was chosen last under a title is proposed again, as long as the program runs.
+/// gets that of the chosen filter, and a file that is there is replaced only after a question. A
+/// title is a kind of dialog, which remembers its folder.
 SaveChoice askWhereToSave(const SaveQuestion& question, QWidget* window);
 
 }  // namespace orv::app

@@ -1,7 +1,11 @@
 #include "app/docks/RecordDocks.h"
 
 #include <QAction>
+#include <QElapsedTimer>
 #include <QMainWindow>
+#include <algorithm>
+#include <filesystem>
+#include <utility>
 
 #include "app/Help.h"
 #include "app/Text.h"
@@ -16,13 +20,17 @@
 namespace orv::app {
 
 using commands::RecordKind;
-using Panes = std::vector<std::shared_ptr<const GlazingData>>;
 
 namespace {
 
 constexpr int kMillisecondsOfRest = 120;
-/// More curves than these can not be told apart.
-constexpr std::size_t kMostPanes = 8;
+constexpr int kMillisecondsAtOnce = 40;
+/// More spectra are not read: of so many the band changes little.
+constexpr std::size_t kMostOfBand = 1000;
+/// So many records stand side by side.
+constexpr std::size_t kMostColumns = 12;
+/// One curve is left for a selected record.
+constexpr std::size_t kMostPins = kMostCurves - 1;
 /// Shares of the window's height and width, in percent.
 constexpr int kSpectrumShare = 42;
 constexpr int kDetailsShare = 30;
@@ -35,15 +43,6 @@ void dress(QAction* action, const char* name, const char* iconName, const QStrin
   action->setText(text);
   action->setShortcut(shortcut);
   explain(action, help);
-}
-
-Panes panesOf(const commands::RecordReader& reader, const std::string& identifier) {
-  Panes panes;
-  for (const auto& pane : reader.dataSets(identifier)) {
-    reader.tellGroup(identifier, *pane);
-    panes.push_back(pane);
-  }
-  return panes;
 }
 
 }  // namespace
@@ -66,15 +65,37 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
         tr("Show all fields of the selected record"));
   rest_.setSingleShot(true);
   rest_.setInterval(kMillisecondsOfRest);
-  connect(&rest_, &QTimer::timeout, this, &RecordDocks::readRecords);
+  connect(&rest_, &QTimer::timeout, this, &RecordDocks::beginReading);
+  reading_.setSingleShot(true);
+  connect(&reading_, &QTimer::timeout, this, &RecordDocks::readOn);
+  makePinActions();
   connect(details_, &DetailsDock::refreshWanted, this, &RecordDocks::refreshWanted);
   connect(spectrum_, &SpectrumDock::standardChosen, this, &RecordDocks::standardChosen);
   for (const QDockWidget* dock :
        {static_cast<QDockWidget*>(spectrum_), static_cast<QDockWidget*>(details_)}) {
     connect(dock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
-      if (visible && node_) rest_.start();
+      if (visible && (node_ || !pins_.empty())) rest_.start();
     });
   }
+}
+
+void RecordDocks::makePinActions() {
+  pin_ = new QAction(&window_);
+  dress(pin_, "mnuViewPin", "pin", tr("&Pin to Plot"), "Ctrl+Shift+P",
+        tr("Keep the selected records in the plot and in the details while others are selected, or "
+           "no longer"));
+  unpin_ = new QAction(&window_);
+  dress(unpin_, "mnuViewUnpin", "unpin", tr("&Unpin All"), "",
+        tr("Leave nothing in the plot but the selected records"));
+  unpin_->setEnabled(false);
+  pin_->setEnabled(false);
+  connect(pin_, &QAction::triggered, this, &RecordDocks::pinSelected);
+  connect(unpin_, &QAction::triggered, this, [this] {
+    pins_.clear();
+    pinsChanged();
+  });
+  spectrum_->offer({pin_, unpin_});
+  connect(spectrum_, &SpectrumDock::pinWanted, this, &RecordDocks::togglePin);
 }
 
 void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
@@ -82,9 +103,19 @@ void RecordDocks::show(const Node& node, std::vector<std::string> identifiers) {
   sides_.clear();
   node_ = identifiers.empty() ? nullptr : node;
   identifiers_ = std::move(identifiers);
+  prunePins();
+  const auto kind = node_ ? commands::recordKind(*node_) : std::nullopt;
+  pin_->setEnabled(kind && kind != RecordKind::frames);
+  reading_.stop();
   rest_.start();
   if (node_) return;
+  details_->clear();
+  if (pins_.empty()) rest();
+}
+
+void RecordDocks::rest() {
   rest_.stop();
+  reading_.stop();
   spectrum_->clear();
   details_->clear();
 }
@@ -96,6 +127,60 @@ void RecordDocks::showDifference(Side left, Side right, std::optional<int> angle
   angle_ = angle;
   rest_.start();
 }
+
+// --- Pins ----------------------------------------------------------------------------------------
+
+bool RecordDocks::isPinned(const RecordPlace& place) const {
+  return std::ranges::find(pins_, place) != pins_.end();
+}
+
+void RecordDocks::togglePin(std::size_t dataSet) {
+  if (dataSet >= plotted_.size()) return;
+  const RecordPlace place = plotted_[dataSet];
+  if (std::erase(pins_, place) == 0) pins_.push_back(place);
+  pinsChanged();
+}
+
+void RecordDocks::pinSelected() {
+  std::vector<RecordPlace> places;
+  for (const std::string& identifier : identifiers_) places.push_back({node_, identifier});
+  const bool areAllPinned = std::ranges::all_of(places, [&](const auto& p) { return isPinned(p); });
+  for (const RecordPlace& place : places) {
+    if (areAllPinned) {
+      std::erase(pins_, place);
+    } else if (!isPinned(place)) {
+      pins_.push_back(place);
+    }
+  }
+  pinsChanged();
+}
+
+/// The first ones stay.
+void RecordDocks::pinsChanged() {
+  const bool areTooMany = pins_.size() > kMostPins;
+  if (areTooMany) pins_.resize(kMostPins);
+  unpin_->setEnabled(!pins_.empty());
+  if (!pins_.empty() && !spectrum_->isVisible()) spectrum_->show();
+  beginReading();
+  if (areTooMany) spectrum_->note(tr("No more than %1 records can be pinned.").arg(kMostPins));
+}
+
+void RecordDocks::prunePins() {
+  std::erase_if(pins_, [this](const RecordPlace& place) {
+    return session_.MainDataSources.findByKey(place.source()->key()) != place.source();
+  });
+  unpin_->setEnabled(!pins_.empty());
+}
+
+/// With its source, where that is not the one of the selected records.
+QString RecordDocks::titleOf(const ShownRecord& record) const {
+  const auto source = record.place.source();
+  if (!node_ || source == RecordPlace{node_, {}}.source()) return record.name();
+  const auto file = std::filesystem::path(source->text()).filename();
+  return tr("%1 (%2)").arg(record.name(), shownText(file.string()));
+}
+
+// --- Reading -------------------------------------------------------------------------------------
 
 void RecordDocks::pointAt(double microns, std::optional<int> angle) {
   place_ = {microns, angle};
@@ -134,89 +219,140 @@ QAction* RecordDocks::detailsAction() const {
   return details_->toggleViewAction();
 }
 
-void RecordDocks::readRecords() {
-  if (!node_) return;
+void RecordDocks::beginReading() {
+  rest_.stop();
+  if (store::Waiting::isUnderWay()) return rest_.start();
+  if (!spectrum_->isVisible() && !details_->isVisible()) return;
+  wanted_ = pins_;
+  read_.clear();
+  for (std::size_t i = 0; i < countToRead(); ++i) {
+    const RecordPlace place{node_, identifiers_[i]};
+    if (!isPinned(place)) wanted_.push_back(place);
+  }
+  readOn();
+}
+
+/// Of the selected records: those that the plot or the details have room for.
+std::size_t RecordDocks::countToRead() const {
+  if (!node_) return 0;
+  const bool arePlotted =
+      spectrum_->isVisible() && commands::recordKind(*node_) != RecordKind::frames;
+  if (arePlotted) return std::min(identifiers_.size(), kMostOfBand);
+  return identifiers_.size() > kMostColumns ? 0 : identifiers_.size();
+}
+
+void RecordDocks::readOn() {
   if (store::Waiting::isUnderWay()) return rest_.start();
   try {
     if (!sides_.empty()) return readSides();
-    const commands::RecordReader reader(session_, node_);
-    // A pane that is gone has data at no angle, and a frame cannot be read: this says it of both.
-    if (identifiers_.size() == 1 && !reader.isThere(identifiers_.front())) {
-      spectrum_->clear();
-      details_->showGone();
-    } else if (commands::recordKind(*node_) == RecordKind::panes) {
-      readPanes(reader);
-    } else {
-      readOther(reader);
+    QElapsedTimer time;
+    time.start();
+    while (read_.size() < wanted_.size() && time.elapsed() < kMillisecondsAtOnce) {
+      const RecordPlace& place = wanted_[read_.size()];
+      read_.push_back(readShown(session_, place));
+      read_.back().isPinned = isPinned(place);
     }
+    if (read_.size() == wanted_.size()) return showRead();
+    spectrum_->note(
+        tr("Reading: %L1 of %2").arg(read_.size()).arg(counted(wanted_.size(), tr("record"))));
+    reading_.start(0);
   } catch (const std::exception& error) {
     spectrum_->clear();
     details_->showText(shownText(commands::describe(error)));
   }
 }
 
-void RecordDocks::readPanes(const commands::RecordReader& reader) {
-  if (!spectrum_->isVisible() && !details_->isVisible()) return;
-  const std::size_t count = std::min(identifiers_.size(), kMostPanes);
-  Panes panes;
-  for (std::size_t i = 0; i < count; ++i) {
-    const Panes angles = panesOf(reader, identifiers_[i]);
-    panes.insert(panes.end(), angles.begin(), angles.end());
+void RecordDocks::showRead() {
+  std::erase_if(pins_, [this](const RecordPlace& place) {
+    return std::ranges::any_of(
+        read_, [&](const ShownRecord& each) { return each.place == place && !each.isThere; });
+  });
+  showSpectra();
+  showDetails();
+}
+
+void RecordDocks::showSpectra() {
+  std::vector<SpectrumRecord> records;
+  plotted_.clear();
+  for (const ShownRecord& each : read_) {
+    for (const auto& pane : each.panes) {
+      records.emplace_back(pane, each.isPinned, titleOf(each));
+      plotted_.push_back(each.place);
+    }
   }
-  if (identifiers_.size() > 1) {
-    details_->showText(tr("%L1 records are selected.").arg(identifiers_.size()));
-  } else if (panes.empty()) {
-    details_->showText(tr("This pane has data at no angle."));
-  } else {
-    details_->showPane(panes);
+  spectrum_->showPanes(records);
+  if (spectrum_->plot().hasBand()) {
+    QString note = tr("The band from the least to the greatest value of %1, with their mean.")
+                       .arg(counted(wanted_.size() - pins_.size(), tr("record")));
+    if (identifiers_.size() > kMostOfBand) {
+      note += tr(" They are the first of %L1.").arg(identifiers_.size());
+    }
+    spectrum_->note(note);
   }
-  spectrum_->showPanes(std::move(panes));
-  if (identifiers_.size() > kMostPanes) {
-    spectrum_->note(tr("The spectra of the first %1 panes are shown.").arg(kMostPanes));
-  }
+  pointAtPlace();
+}
+
+void RecordDocks::pointAtPlace() {
   if (const auto place = std::exchange(place_, std::nullopt)) {
     spectrum_->pointAt(place->microns, place->angle);
   }
+}
+
+void RecordDocks::showDetails() {
+  if (!node_ || !details_->isVisible()) return;
+  if (identifiers_.size() > kMostColumns) {
+    return details_->showText(tr("%L1 records are selected.").arg(identifiers_.size()));
+  }
+  const RecordPlace first{node_, identifiers_.front()};
+  const ShownRecord& selected = *std::ranges::find(read_, first, &ShownRecord::place);
+  if (identifiers_.size() == 1 && !selected.isThere) return details_->showGone();
+  std::vector<DetailsRecord> columns;  // the pinned ones first
+  for (const ShownRecord& each : read_) {
+    if (each.kind != selected.kind || !each.isThere || columns.size() == kMostColumns) continue;
+    columns.push_back(columnOf(each));
+  }
+  if (columns.size() > 1) return details_->showRecords(std::move(columns));
+  if (selected.shading) return details_->showShading(selected.shading);
+  if (selected.frame) return details_->showFrame(selected.frame);
+  if (!selected.panes.empty()) return details_->showPane(selected.panes);
+  details_->showText(tr("This pane has data at no angle."));
+}
+
+DetailsRecord RecordDocks::columnOf(const ShownRecord& record) const {
+  DetailsRecord column{titleOf(record), {}, {}};
+  if (record.shading) {
+    column.fields = commands::shadingDetails(*record.shading);
+  } else if (record.frame) {
+    column.fields = commands::frameDetails(*record.frame);
+  } else {
+    column.panes = record.panes;
+  }
+  return column;
 }
 
 /// The names tell the sides apart.
 void RecordDocks::readSides() {
-  details_->showText(tr("Two records are compared."));
-  Panes all;
+  std::vector<SpectrumRecord> plotted;
+  std::vector<DetailsRecord> columns;
+  plotted_.clear();
   const char* side = QT_TR_NOOP("left: %1");
   for (const Side& each : sides_) {
-    const commands::RecordReader reader(session_, each.node);
     for (const std::string& identifier : each.identifiers) {
-      if (commands::recordKind(*each.node) != RecordKind::panes) break;
-      for (const auto& pane : reader.dataSets(identifier)) {
-        pane->filename(tr(side).arg(qt(pane->filename())).toStdString());
-        all.push_back(pane);
+      const ShownRecord record = readShown(session_, {each.node, identifier});
+      if (!record.isThere) continue;
+      columns.push_back(columnOf(record));
+      columns.back().title = tr(side).arg(record.name());
+      for (const auto& pane : record.panes) {
+        plotted.emplace_back(pane, false, columns.back().title);
+        plotted_.push_back(record.place);
       }
     }
     side = QT_TR_NOOP("right: %1");
   }
-  spectrum_->showPanes(std::move(all));
+  details_->showRecords(std::move(columns));
+  spectrum_->showPanes(plotted);
   spectrum_->showDifference(angle_);
-  if (const auto place = std::exchange(place_, std::nullopt)) {
-    spectrum_->pointAt(place->microns, place->angle);
-  }
-}
-
-void RecordDocks::readOther(const commands::RecordReader& reader) {
-  spectrum_->clear();
-  if (!details_->isVisible()) return;
-  const std::string& identifier = identifiers_.front();
-  if (identifiers_.size() > 1) {
-    details_->showText(tr("%L1 records are selected.").arg(identifiers_.size()));
-  } else if (commands::recordKind(*node_) == RecordKind::frames) {
-    const auto frame = reader.frame(identifier);
-    reader.tellGroup(identifier, *frame);
-    details_->showFrame(frame);
-  } else {
-    const auto shading = reader.shading(identifier);
-    reader.tellGroup(identifier, *shading);
-    details_->showShading(shading);
-  }
+  pointAtPlace();
 }
 
 }  // namespace orv::app

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "commands/RecordReader.h"
-#include "commands/Session.h"
+#include "app/docks/ShownRecord.h"
+#include "app/docks/details/DetailsRecord.h"
 #include "optics/Standard.h"
 
 class QAction;
@@ -22,7 +22,8 @@ class DockShares;
 class SpectrumDock;
 
 /// Reads the selected records for the docks that are open, a moment after the selection has come
-/// to rest.
+/// to rest, and besides those that are pinned: they stay in the plot, and stand beside the selected
+/// ones of their kind, until they are pinned no more or their source is closed.
 class RecordDocks : public QObject {
   Q_OBJECT
 
@@ -31,8 +32,10 @@ class RecordDocks : public QObject {
 
   RecordDocks(commands::Session& session, QMainWindow& window);
 
-  /// The records to show from now on; none clears the docks.
+  /// The records to show from now on; none leaves the pinned ones alone.
   void show(const Node& node, std::vector<std::string> identifiers);
+  /// Shows nothing and reads nothing until the next show().
+  void rest();
   /// Two records, or the one of them that is there, to be laid over each other with their
   /// difference; at this angle where one is given.
   struct Side {
@@ -56,16 +59,33 @@ class RecordDocks : public QObject {
   /// Opens and closes the spectrum dock.
   QAction* spectrumAction() const;
   QAction* detailsAction() const;
+  /// Pins the selected records, or no longer when all of them are.
+  QAction* pinAction() const { return pin_; }
+  QAction* unpinAction() const { return unpin_; }
 
  signals:
   void refreshWanted();
   void standardChosen(optics::Standard standard);
 
  private:
-  void readRecords();
-  void readPanes(const commands::RecordReader& reader);
-  void readOther(const commands::RecordReader& reader);
+  void makePinActions();
+  void beginReading();
+  std::size_t countToRead() const;
+  /// Reads for a moment, and goes on when the user lets it.
+  void readOn();
+  void showRead();
+  void showSpectra();
+  void showDetails();
+  DetailsRecord columnOf(const ShownRecord& record) const;
   void readSides();
+  void pointAtPlace();
+  void togglePin(std::size_t dataSet);
+  void pinSelected();
+  void pinsChanged();
+  bool isPinned(const RecordPlace& place) const;
+  /// Leaves the pins out whose sources are closed.
+  void prunePins();
+  QString titleOf(const ShownRecord& record) const;
 
   commands::Session& session_;
   QMainWindow& window_;
@@ -73,9 +93,16 @@ class RecordDocks : public QObject {
   SpectrumDock* spectrum_;
   DetailsDock* details_;
   QTimer rest_;
+  QTimer reading_;
+  QAction* pin_;
+  QAction* unpin_;
   Node node_;
   std::vector<std::string> identifiers_;
-  std::vector<Side> sides_;  ///< of a difference that is shown in place of the records
+  std::vector<RecordPlace> pins_;
+  std::vector<RecordPlace> wanted_;   ///< the pinned and the selected records
+  std::vector<ShownRecord> read_;     ///< those of them that have been read
+  std::vector<RecordPlace> plotted_;  ///< whose the data sets of the plot are
+  std::vector<Side> sides_;           ///< of a difference that is shown in place of the records
   std::optional<int> angle_;
   struct Place {
     double microns;

@@ -38,7 +38,7 @@ QComboBox* makeList(const QStringList& names, bool takesNew, QWidget* parent) {
   list->addItems(names);
   list->setEditable(takesNew);
   list->setInsertPolicy(QComboBox::NoInsert);
-  list->setCompleter(nullptr);  // a new name may be the beginning of another
+  if (takesNew) list->setCompleter(nullptr);  // a new name may be the beginning of another
   list->setFrame(false);
   return list;
 }
@@ -244,7 +244,7 @@ void CellDelegate::leave(QWidget& editor) {
 bool CellDelegate::commit(QWidget& editor) const {
   const QString text = textOf(editor);
   if (text == text_ || !index_.isValid()) return true;
-  const QString reason = take_(index_, text);
+  const QString reason = take_(index_, text_, text);
   if (reason.isEmpty()) {
     text_ = text;
     return true;

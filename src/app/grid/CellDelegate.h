@@ -21,8 +21,9 @@ class CellDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
-  /// Brings a text into a cell; says why not, or nothing.
-  using Take = std::function<QString(const QModelIndex& cell, const QString& text)>;
+  /// Brings a text into a cell in which the user has seen another; says why not, or nothing.
+  using Take =
+      std::function<QString(const QModelIndex& cell, const QString& before, const QString& text)>;
 
   CellDelegate(QAbstractItemView& view, const RecordModel& model, Take take);
 

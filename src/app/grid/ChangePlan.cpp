@@ -99,8 +99,7 @@ class PlanJudge {
     if (edited != changes_.end()) {
       edited->second.after = change.after;
     } else if (fieldText(change.before) != planned.before) {
-      planned.refusal = "It is \"" + fieldText(change.before) +
-                        "\" in the database now. Read the records again first (F5).";
+      planned.refusal = changedMeanwhile(change);
     } else {
       changes_[key] = change;
     }
@@ -134,6 +133,11 @@ class PlanJudge {
 
 ChangePlan judged(const RecordEdits& edits, ChangePlan plan) {
   return PlanJudge(edits, std::move(plan)).judge();
+}
+
+std::string changedMeanwhile(const Change& change) {
+  return "It is \"" + fieldText(change.before) +
+         "\" in the database now. Read the records again first (F5).";
 }
 
 }  // namespace orv::app

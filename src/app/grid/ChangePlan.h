@@ -24,4 +24,7 @@ using ChangePlan = std::vector<PlannedChange>;
 /// of them cannot be. Those that would change nothing are left out. Raises what reading raises.
 ChangePlan judged(const RecordEdits& edits, ChangePlan plan);
 
+/// What is said of a field that somebody else has changed since the grid has read it.
+std::string changedMeanwhile(const commands::edit::Change& change);
+
 }  // namespace orv::app

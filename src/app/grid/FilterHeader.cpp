@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QStyleOptionHeader>
 
 #include "app/Help.h"
@@ -99,9 +100,23 @@ void FilterHeader::placeEditors() {
     const bool visible = shown_ && !isSectionHidden(i);
     editor->setVisible(visible);
     if (!visible) continue;
-    editor->setGeometry(sectionViewportPosition(i) + kMargin / 2, top, sectionSize(i) - kMargin,
-                        editorHeight() - kMargin);
+    const int left = i == kept_ ? 0 : sectionViewportPosition(i);
+    const int width = i == kept_ ? keptWidth_ : sectionSize(i);
+    editor->setGeometry(left + kMargin / 2, top, width - kMargin, editorHeight() - kMargin);
+    if (i == kept_) editor->raise();
   }
+}
+
+void FilterHeader::drawHeading(QPainter& painter, int column) const {
+  painter.fillRect(rect(), palette().color(QPalette::Button));
+  const QRect place(0, 0, sectionSize(column), QHeaderView::sizeHint().height());
+  paintSection(&painter, place, column);
+}
+
+void FilterHeader::keepEditor(int column, int width) {
+  kept_ = column;
+  keptWidth_ = width;
+  placeEditors();
 }
 
 void FilterHeader::showOrder(const std::vector<commands::SortColumn>& order) {

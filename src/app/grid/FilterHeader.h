@@ -37,6 +37,10 @@ class FilterHeader : public QHeaderView {
   void setModel(QAbstractItemModel* model) override;
   /// Places the fields under their columns; to be called after horizontal scrolling too.
   void placeEditors();
+  /// Draws the heading of a column at the left edge, with the room for its field.
+  void drawHeading(QPainter& painter, int column) const;
+  /// Has the field of a column stay in this width at the left edge, before the others; -1 for none.
+  void keepEditor(int column, int width);
 
  signals:
   void filtersChanged();
@@ -56,6 +60,8 @@ class FilterHeader : public QHeaderView {
   QStringList titles_;  ///< of the columns that the editors belong to
   QList<QLineEdit*> editors_;
   bool shown_ = true;
+  int kept_ = -1;  ///< the column whose field stays
+  int keptWidth_ = 0;
   std::vector<commands::SortColumn> order_;
 };
 

@@ -14,7 +14,9 @@
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/grid/CellDelegate.h"
+#include "app/grid/ChangePlan.h"
 #include "app/grid/FilterHeader.h"
+#include "app/grid/FrozenColumn.h"
 #include "app/grid/RecordEdits.h"
 #include "commands/ErrorText.h"
 #include "commands/RecordReader.h"
@@ -55,9 +57,9 @@ RecordGrid::RecordGrid(QWidget* parent)
     : QTableView(parent),
       model_(new RecordModel(this)),
       header_(new FilterHeader(this)),
-      cells_(new CellDelegate(*this, *model_, [this](const QModelIndex& cell, const QString& text) {
-        return take(cell, text);
-      })) {
+      cells_(new CellDelegate(*this, *model_,
+                              [this](const QModelIndex& cell, const QString& before,
+                                     const QString& text) { return take(cell, before, text); })) {
   setObjectName("RecordGrid");
   setAccessibleName(tr("Records"));
   setWhatsThis(tr(
@@ -69,6 +71,7 @@ RecordGrid::RecordGrid(QWidget* parent)
       "nothing is written before it is saved.</p>"));
   setHorizontalHeader(header_);
   setModel(model_);
+  frozen_ = new FrozenColumn(*this);  // what follows scrolls
   setSelectionBehavior(SelectRows);
   setSelectionMode(ContiguousSelection);
   setItemDelegate(cells_);
@@ -252,10 +255,38 @@ bool RecordGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* eve
                          ? whyNotEdited_
                          : tr("The column %1 cannot be edited.").arg(column));
   }
+  const bool isWanted = (trigger & editTriggers()) != 0 && index.column() == frozen_->column();
+  if (isWanted && model_->editField(index.column()) != nullptr) {
+    horizontalScrollBar()->setValue(0);  // the editor stands where the column is
+  }
   return QTableView::edit(index, trigger, event);
 }
 
-QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
+/// From one field to the next that can be edited, across the ends of rows.
+void RecordGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const bool isNext = hint == QAbstractItemDelegate::EditNextItem;
+  const bool goesOn = isNext || hint == QAbstractItemDelegate::EditPreviousItem;
+  QTableView::closeEditor(editor, goesOn ? QAbstractItemDelegate::NoHint : hint);
+  const QModelIndex field = goesOn ? fieldBeside(currentIndex(), isNext) : QModelIndex();
+  if (!field.isValid()) return;
+  setCurrentIndex(field);
+  QTableView::edit(field);
+}
+
+QModelIndex RecordGrid::fieldBeside(const QModelIndex& cell, bool after) const {
+  QList<int> columns = visibleColumns();
+  if (!after) std::ranges::reverse(columns);
+  const qsizetype at = columns.indexOf(cell.column());
+  const int nextRow = cell.row() + (after ? 1 : -1);
+  for (qsizetype i = at + 1; i <= at + columns.size(); ++i) {
+    const int column = columns[i % columns.size()];
+    if (model_->editField(column) == nullptr) continue;
+    return model_->index(i < columns.size() ? cell.row() : nextRow, column);
+  }
+  return {};
+}
+
+QString RecordGrid::take(const QModelIndex& cell, const QString& before, const QString& text) {
   RecordEdits* edits = model_->edits();
   if (edits == nullptr) return whyNotEdited_;
   RowBlock rows = selectedRows();
@@ -268,16 +299,34 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& text) {
                        {model_->editField(cell.column()), std::nullopt},
                        text.toStdString()});
     }
+    if (QString reason = outdated(typed, rows.low, cell, before); !reason.isEmpty()) return reason;
     std::size_t count = 0;
     edits->change([&](commands::edit::PendingEdits& pending) { count = pending.type(typed); });
-    emit editingTold(
-        tr("%1 changed, not saved yet.").arg(counted(static_cast<qlonglong>(count), tr("field"))));
+    emit editingTold(count == 0 ? tr("The field holds that already.")
+                                : tr("%1 changed, not saved yet.")
+                                      .arg(counted(static_cast<qlonglong>(count), tr("field"))));
     return {};
   } catch (const std::exception& error) {
     const QString reason = qt(commands::describe(error));
     emit editingTold(reason.section('\n', 0, 0));
     return reason;
   }
+}
+
+/// Why values typed into rows from `firstRow` on cannot be taken, where somebody else has changed a
+/// field meanwhile: it would be lost unseen. Empty where nobody has.
+QString RecordGrid::outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
+                             const QModelIndex& cell, const QString& before) const {
+  const RecordEdits& edits = *model_->edits();
+  for (const commands::edit::Change& change : edits.editor().draft(typed).changes) {
+    if (edits.pending().find(change.record, change.field) != nullptr) continue;
+    const auto place = std::ranges::find(typed, change.record, &commands::edit::TypedValue::record);
+    const int row = firstRow + static_cast<int>(place - typed.begin());
+    const QString shown = row == cell.row() ? before : model_->fieldText(row, cell.column());
+    if (shown.toStdString() != commands::edit::fieldText(change.before))
+      return qt(changedMeanwhile(change));
+  }
+  return {};
 }
 
 void RecordGrid::clear() {
@@ -474,6 +523,40 @@ QModelIndex RecordGrid::indexAt(const QPoint& position) const {
   return columns.isEmpty() ? index : model_->index(row, columns.constLast());
 }
 
+void RecordGrid::freezeFirstColumn(bool frozen) {
+  frozen_->freeze(frozen);
+}
+
+void RecordGrid::drawColumn(QPainter& painter, int column) const {
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  painter.fillRect(viewport()->rect(), palette().color(QPalette::Base));
+  for (int row = rowAt(0); row >= 0 && row < model_->rowCount(); ++row) {
+    const int top = rowViewportPosition(row);
+    if (top >= viewport()->height()) break;
+    const QModelIndex index = model_->index(row, column);
+    QStyleOptionViewItem cell = option;
+    cell.rect = QRect(0, top, columnWidth(column), rowHeight(row));
+    cell.features.setFlag(QStyleOptionViewItem::Alternate, row % 2 == 1);
+    cell.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    cell.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+    if (row % 2 == 1) painter.fillRect(cell.rect, palette().color(QPalette::AlternateBase));
+    itemDelegateForIndex(index)->paint(&painter, cell, index);
+  }
+}
+
+/// A column that stands still is in sight, and covers none that is looked for.
+void RecordGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  const bool stands = index.isValid() && index.column() == frozen_->column();
+  const int scrolled = horizontalScrollBar()->value();
+  QTableView::scrollTo(index, hint);
+  if (stands) return horizontalScrollBar()->setValue(scrolled);
+  const int hidden = frozen_->width() - columnViewportPosition(index.column());
+  if (frozen_->width() > 0 && hidden > 0) {
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - hidden);
+  }
+}
+
 void RecordGrid::startDrag(Qt::DropActions /*actions*/) {
   auto* drag = new QDrag(this);
   drag->setMimeData(model_->mimeData(selectionModel()->selectedIndexes()));
@@ -490,7 +573,7 @@ void RecordGrid::scrollContentsBy(int dx, int dy) {
 void RecordGrid::headerMenu(const QPoint& position) {
   QMenu menu(this);
   addColumnCommands(menu, header_->logicalIndexAt(position));
-  menu.exec(header_->mapToGlobal(position));
+  menu.exec(header_->mapToGlobal(QPoint(std::max(position.x(), 0), position.y())));
 }
 
 void RecordGrid::addColumnCommands(QMenu& menu, int column) {

@@ -11,6 +11,7 @@
 #include "app/grid/ColumnLayout.h"
 #include "app/grid/GridPlace.h"
 #include "app/grid/RecordModel.h"
+#include "commands/edit/Editor.h"
 
 class QMenu;
 
@@ -18,6 +19,7 @@ namespace orv::app {
 
 class CellDelegate;
 class FilterHeader;
+class FrozenColumn;
 class RecordEdits;
 
 /// Rows of which one block can be selected. Column widths, order and choice are kept, for the run,
@@ -86,6 +88,12 @@ class RecordGrid : public QTableView {
   bool finishEditing();
   void editCurrent();
 
+  /// Has the first column stand still while the others scroll.
+  void freezeFirstColumn(bool frozen);
+  /// Draws the cells in sight of a column, at the left edge.
+  void drawColumn(QPainter& painter, int column) const;
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
  signals:
   /// What there is to say of the editing of a cell.
   void editingTold(const QString& text);
@@ -109,6 +117,7 @@ class RecordGrid : public QTableView {
   void scrollContentsBy(int dx, int dy) override;
   using QTableView::edit;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
  private:
   /// How a record set was left.
@@ -120,7 +129,10 @@ class RecordGrid : public QTableView {
 
   /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
   /// Says why not, or nothing.
-  QString take(const QModelIndex& cell, const QString& text);
+  QModelIndex fieldBeside(const QModelIndex& cell, bool after) const;
+  QString take(const QModelIndex& cell, const QString& before, const QString& text);
+  QString outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
+                   const QModelIndex& cell, const QString& before) const;
   void rememberLayout();
   void rememberLeft();
   void findAsLeft();
@@ -147,6 +159,7 @@ class RecordGrid : public QTableView {
 
   RecordModel* model_;
   FilterHeader* header_;
+  FrozenColumn* frozen_;
   CellDelegate* cells_;
   QString whyNotEdited_;
   int kind_ = -1;

@@ -121,7 +121,7 @@ QList<QStringList> RecordModel::cells(int firstRow, int lastRow, const QList<int
   for (int row = firstRow; row <= lastRow; ++row) {
     QStringList cells;
     for (const int column : columns) {
-      cells << qt(commands::cellText(value(row, column), digits));
+      cells << qt(commands::cellText(recordColumns()[column], value(row, column), digits));
     }
     rows << cells;
   }
@@ -193,7 +193,7 @@ int RecordModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant RecordModel::data(const QModelIndex& index, int role) const {
-  const bool isNumber = recordColumns()[index.column()].isNumber;
+  const bool isNumber = recordColumns()[index.column()].isShownAsNumber();
   if (role == Qt::TextAlignmentRole) {
     return QVariant((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }
@@ -207,8 +207,9 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
     }
     const store::Value* changed = changedValue(index);
     if (changed && role == Qt::ToolTipRole) return toolTipText(changeText(index));
-    const QString text = qt(changed ? commands::cellText(*changed, view_->digits())
-                                    : view_->text(index.row(), index.column()));
+    const QString text =
+        qt(changed ? commands::cellText(recordColumns()[index.column()], *changed, view_->digits())
+                   : view_->text(index.row(), index.column()));
     if (role == Qt::DisplayRole) return shownText(oneLine(text));
     return isNumber ? QVariant() : QVariant(toolTipText(text.left(kLongestToolTip)));
   } catch (const std::exception&) {
@@ -227,7 +228,8 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
     case Qt::ToolTipRole:
       return tr("%1: column %2").arg(headerText(column), qt(column.name));
     case Qt::TextAlignmentRole:
-      return QVariant((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+      return QVariant((column.isShownAsNumber() ? Qt::AlignRight : Qt::AlignLeft) |
+                      Qt::AlignVCenter);
     default:
       return {};
   }

@@ -3,14 +3,18 @@
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QStyledItemDelegate>
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
+#include <map>
+#include <set>
 
 #include "app/Text.h"
 #include "app/grid/RecordModel.h"
 #include "app/theme/Icons.h"
 #include "commands/NodeContent.h"
 #include "commands/RecordKind.h"
+#include "productfile/ProductFile.h"
 #include "store/Connection.h"
 
 namespace orv::app {
@@ -22,6 +26,7 @@ namespace {
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTakesRecordsRole = Qt::UserRole + 1;
 constexpr int kIsDatabaseRole = Qt::UserRole + 2;
+constexpr int kRemarkRole = Qt::UserRole + 3;
 
 /// Records can be copied into the databases that can be changed, and into their record sets.
 bool takesRecords(const sources::datasource& node) {
@@ -71,6 +76,38 @@ QString description(const sources::datasource& node) {
   return kind.isEmpty() ? title : kind + '\n' + title;
 }
 
+/// What there is to say behind the name of a node: "(14 files)".
+QString remarkOn(const sources::datasource& node) {
+  if (isWriteProtected(node)) return DataSourceTree::tr(" (read only)");
+  if (node.DataType() != DataType::textFolder) return {};
+  std::set<std::string> files;  // of which a list of products is one
+  for (const auto& child : node.DataSources()) {
+    files.insert(productfile::ProductName::of(child->filename()).file);
+  }
+  return QStringLiteral(" (%1)").arg(
+      counted(static_cast<qlonglong>(files.size()), DataSourceTree::tr("file")));
+}
+
+/// Leaves out the middle of names that are too long, and nothing of the remarks behind them.
+class NodeDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QString remark = index.data(kRemarkRole).toString();
+    if (remark.isEmpty() || option->widget == nullptr) return;
+    const QStyle& style = *option->widget->style();
+    const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, option, option->widget) + 1;
+    const int width =
+        style.subElementRect(QStyle::SE_ItemViewItemText, option, option->widget).width() -
+        2 * margin - option->fontMetrics.horizontalAdvance(remark);
+    const QString name = option->text.chopped(remark.size());
+    option->text = option->fontMetrics.elidedText(name, Qt::ElideMiddle, width) + remark;
+  }
+};
+
 }  // namespace
 
 DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
@@ -83,6 +120,8 @@ DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
   setHeaderHidden(true);
   setColumnCount(1);
   setUniformRowHeights(true);
+  setTextElideMode(Qt::ElideMiddle);  // of a path both ends tell something
+  setItemDelegate(new NodeDelegate(this));
   setExpandsOnDoubleClick(false);
   setSelectionMode(QAbstractItemView::ExtendedSelection);  // two can be compared
   setAcceptDrops(true);
@@ -98,9 +137,18 @@ DataSourceTree::DataSourceTree(QWidget* parent) : QTreeWidget(parent) {
 
 void DataSourceTree::rebuild(const sources::DataSources& registry) {
   const QSignalBlocker blocker(this);
+  std::map<QString, bool> unfolded;
+  for (int i = 0; i < topLevelItemCount(); ++i) {
+    unfolded[topLevelItem(i)->data(0, kKeyRole).toString()] = topLevelItem(i)->isExpanded();
+  }
   clear();
-  for (const auto& node : registry) add(*invisibleRootItem(), *node);
-  expandAll();
+  for (const auto& node : registry) {
+    add(*invisibleRootItem(), *node);
+    const auto before = unfolded.find(qt(node->key()));
+    const bool isFolder = node->DataType() == DataType::textFolder;
+    topLevelItem(topLevelItemCount() - 1)
+        ->setExpanded(before == unfolded.end() ? !isFolder : before->second);
+  }
   embolden(marked_, true);
 }
 
@@ -172,9 +220,9 @@ void DataSourceTree::resizeEvent(QResizeEvent* event) {
 }
 
 void DataSourceTree::add(QTreeWidgetItem& parent, const sources::datasource& node) {
-  QString text = shownText(node.text());
-  if (isWriteProtected(node)) text += tr(" (read only)");
-  auto* item = new QTreeWidgetItem(&parent, {text});
+  const QString remark = remarkOn(node);
+  auto* item = new QTreeWidgetItem(&parent, {shownText(node.text()) + remark});
+  item->setData(0, kRemarkRole, remark);
   item->setData(0, kKeyRole, qt(node.key()));
   item->setData(0, kTakesRecordsRole, takesRecords(node));
   item->setData(0, kIsDatabaseRole, node.DataType() <= DataType::optics5User);

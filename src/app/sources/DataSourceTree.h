@@ -16,7 +16,8 @@ class DataSourceTree : public QTreeWidget {
  public:
   explicit DataSourceTree(QWidget* parent = nullptr);
 
-  /// Fills itself anew. Nothing is selected then, and no signal is sent.
+  /// Fills itself anew. Nothing is selected then, and no signal is sent. What the user has folded
+  /// or unfolded stays so; at first the files of a folder are folded.
   void rebuild(const sources::DataSources& registry);
   /// Selects the item of a node, without a signal; an empty key selects none.
   void select(const std::string& key);

@@ -46,12 +46,9 @@ void CompareCommands::compareAgain() {
   if (const auto both = sides()) run(*both);
 }
 
-CompareCommands::Node CompareCommands::destination() const {
-  return session_.MainDataSources.findByKey(right_);
-}
-
 std::optional<CompareCommands::Sides> CompareCommands::sides() {
-  const Sides both{session_.MainDataSources.findByKey(left_), destination()};
+  const Sides both{session_.MainDataSources.findByKey(left_),
+                   session_.MainDataSources.findByKey(right_)};
   if (both.left && both.right) return both;
   emit statusMessage(tr("A source that was compared is not open any more."));
   return std::nullopt;
@@ -63,9 +60,8 @@ void CompareCommands::run(const Sides& sides) {
     const BusyPointer busy;
     comparison_ = std::make_shared<const Comparison>(
         compareSources(session_, sides.left, sides.right, options_));
-    std::vector<std::string> ambiguous;
     const auto copyable = isChangeable(*sides.right)
-                              ? commands::compare::copyablePairs(*comparison_, ambiguous)
+                              ? commands::compare::copyablePairs(*comparison_).pairs
                               : std::vector<std::size_t>();
     emit compared(comparison_, copyable, headingOf(sides));
   } catch (const commands::Cancelled& cancelled) {
@@ -95,13 +91,14 @@ void CompareCommands::copy(const std::vector<std::size_t>& pairs) {
     guarded(ui_, [&] {
       const auto result =
           copyPairs(session_, both->left, both->right, *comparison_, pairs,
-                    {.integrateBy = integrateBy_}, [&](const commands::PasteResult& each) {
+                    {.integrateBy = integrateBy_, .tolerance = options_.tolerance},
+                    [&](const commands::PasteResult& each) {
                       addNotesTo(report, tr("What became of the records:"), each.notes);
                       addNotesTo(report, tr("Not given by the source, 0 is stored:"), each.zeros);
                       addNotesTo(report, tr("Not kept, since an ORV database has no place for it:"),
                                  each.notKept);
                     });
-      if (!result.refused) emit finished(qt(result.summary()), ui_.failures() + report);
+      if (!result.refused) emit finished(qt(result.summary(true)), ui_.failures() + report);
     });
   }
   emit workEnded(true);

@@ -30,8 +30,6 @@ class CompareCommands : public QObject {
   /// Asks which two are to be compared, proposing these, of which the second may be empty.
   void compare(const std::string& left, const std::string& right);
   void compareAgain();
-  /// To where records are copied; null where it is not open any more.
-  Node destination() const;
   /// Copies the records of these pairs to the right, and compares again.
   void copy(const std::vector<std::size_t>& pairs);
 

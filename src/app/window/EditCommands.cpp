@@ -1,15 +1,16 @@
 #include "app/window/EditCommands.h"
 
-#include <QDir>
 #include <QFileDialog>
 #include <filesystem>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/dialogs/DialogFolders.h"
 #include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/dialogs/SaveDialog.h"
 #include "app/window/Guarded.h"
+#include "app/window/SuggestedName.h"
 #include "commands/CopyRecords.h"
 #include "commands/DeleteRecords.h"
 #include "commands/ExportRecords.h"
@@ -32,7 +33,7 @@ void addNotes(QStringList& report, const QString& heading, const commands::Notes
 }  // namespace
 
 EditCommands::EditCommands(commands::Session& session, WindowUserInterface& ui, QWidget& window)
-    : session_(session), ui_(ui), window_(window), exportFolder_(QDir::homePath()) {}
+    : session_(session), ui_(ui), window_(window) {}
 
 void EditCommands::copy(const sources::RecordSelection& selection) {
   if (auto copied = commands::copyRecords(selection, ui_)) pending_ = std::move(*copied);
@@ -49,7 +50,7 @@ void EditCommands::transfer(const sources::RecordSelection& records, const Node&
     addNotes(report_, tr("Not given by the source, 0 is stored:"), result.zeros);
     addNotes(report_, tr("Not kept, since an ORV database has no place for it:"), result.notKept);
     for (const std::string& line : commands::remarks(session_)) report_ << shownText(line);
-    if (!result.refused) emit finished(qt(result.summary()), ui_.failures() + report_);
+    if (!result.refused) emit finished(qt(result.summary(true)), ui_.failures() + report_);
   });
 }
 
@@ -58,7 +59,7 @@ void EditCommands::remove(const sources::RecordSelection& selection, const Node&
   if (!selection.HasRecords()) return;
   if (commands::askToDelete(session_, selection, shown, names.toStdString()).isStopped()) return;
   run(tr("deletion"), WorkEffect::deletesRecords, {},
-      [&] { emit finished(qt(commands::deleteAskedFor(session_, selection).summary()), {}); });
+      [&] { emit finished(qt(commands::deleteAskedFor(session_, selection).summary(true)), {}); });
 }
 
 void EditCommands::exportRecords(const sources::RecordSelection& selection) {
@@ -74,10 +75,10 @@ void EditCommands::exportRecords(const sources::RecordSelection& selection) {
 
 void EditCommands::exportToFolder(const sources::RecordSelection& selection,
                                   commands::ExportForm form) {
-  const QString folder =
-      QFileDialog::getExistingDirectory(&window_, tr("Folder for the files"), exportFolder_);
+  const QString title = tr("Folder for the files");
+  const QString folder = QFileDialog::getExistingDirectory(&window_, title, dialogFolder(title));
   if (folder.isEmpty()) return;
-  exportFolder_ = folder;
+  rememberDialogFolder(title, folder);
   run(tr("export"), WorkEffect::readsRecords, tr("These records could not be exported:"), [&] {
     const auto result =
         commands::exportRecords(session_, selection, {folder.toStdString(), false, form});
@@ -90,7 +91,7 @@ void EditCommands::exportToFile(const sources::RecordSelection& selection,
                                 commands::ExportForm form) {
   const bool isJson = form == commands::ExportForm::json;
   const QString path = askWhereToSave({tr("File for the records"),
-                                       tr("panes"),
+                                       suggestedName(*selection.DataSourcePtr()),
                                        {isJson ? tr("Products (*.json)") : tr("Tables (*.csv)")}},
                                       &window_)
                            .path;

@@ -74,7 +74,6 @@ class EditCommands : public QObject {
   sources::RecordSelection pending_;
   commands::PasteOptions pasteOptions_;
   dlgExport::Choice exportChoice_;
-  QString exportFolder_;
   QStringList report_;  ///< of the work that is being done, without the failures
 };
 

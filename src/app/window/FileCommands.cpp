@@ -1,10 +1,10 @@
 #include "app/window/FileCommands.h"
 
-#include <QDir>
 #include <QFileDialog>
 
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/dialogs/DialogFolders.h"
 #include "app/dialogs/dlgTextFileOptions.h"
 
 namespace orv::app {
@@ -30,7 +30,7 @@ QString toolkitFilter(const QString& filter) {
 }  // namespace
 
 FileCommands::FileCommands(commands::Session& session, QWidget& window)
-    : commands_(session), window_(window), folder_(QDir::homePath()) {
+    : commands_(session), window_(window) {
   commands_.whenReplaced(
       [this](const Node& closed, const Node& opened) { emit replaced(closed, opened); });
 }
@@ -73,7 +73,10 @@ void FileCommands::openPaths(const QStringList& paths) {
   std::vector<std::string> files;
   for (const QString& path : paths) files.push_back(path.toStdString());
   const auto nodes = commands_.openAll(files);
-  if (!nodes.empty()) announce(nodes.back());
+  if (nodes.empty()) return;
+  const bool isFolder = nodes.back()->DataType() == sources::DataType::textFolder &&
+                        QFileInfo(paths.constLast()).isDir();
+  isFolder ? emit folderOpened(nodes.back()) : announce(nodes.back());
 }
 
 void FileCommands::offerReplacements() {
@@ -89,7 +92,8 @@ void FileCommands::remove(const Node& shown) {
 }
 
 FileCommands::Choice FileCommands::chooseFiles(const QStringList& filters, Mode mode) {
-  QFileDialog dialog(&window_, tr("Open new data source"), folder_);
+  const QString kind = "open " + filters.constFirst();
+  QFileDialog dialog(&window_, tr("Open new data source"), dialogFolder(kind));
   if (mode == Mode::make) {
     dialog.setWindowTitle(tr("New ORV database"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -108,10 +112,10 @@ FileCommands::Choice FileCommands::chooseFiles(const QStringList& filters, Mode 
   Choice choice;
   for (const QString& path : dialog.selectedFiles()) {
     const QFileInfo file(path);
-    folder_ = file.absolutePath();
-    choice.folder = folder_.toStdString();
+    choice.folder = file.absolutePath().toStdString();
     choice.files.push_back(file.fileName().toStdString());
   }
+  rememberDialogFolder(kind, qt(choice.folder));
   return choice;
 }
 

@@ -31,6 +31,8 @@ class FileCommands : public QObject {
 
  signals:
   void opened(const orv::app::FileCommands::Node& node);
+  /// The same of a whole folder, whose files are shown together at first.
+  void folderOpened(const orv::app::FileCommands::Node& node);
   /// `next` is to be shown now; null when the list is empty.
   void removed(const orv::app::FileCommands::Node& next);
 
@@ -52,7 +54,6 @@ class FileCommands : public QObject {
 
   commands::OpenCommands commands_;
   QWidget& window_;
-  QString folder_;  ///< where the last file was chosen
 };
 
 }  // namespace orv::app

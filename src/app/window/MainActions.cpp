@@ -68,6 +68,11 @@ void MainActions::addDocks(std::initializer_list<QAction*> docks) {
   }
 }
 
+void MainActions::addPins(std::initializer_list<QAction*> pins) {
+  for (QAction* pin : pins) mnuView->insertAction(mnuViewOptions, pin);
+  mnuView->insertSeparator(mnuViewOptions);
+}
+
 QMenu* MainActions::menu(const char* name, const QString& title, const QString& help) {
   QMenu* menu = window_.menuBar()->addMenu(title);
   menu->setObjectName(name);
@@ -193,6 +198,9 @@ void MainActions::makeViewMenu() {
                        tr("Choose the columns of the grid"));
   mnuViewFitColumns = add(mnuView, "mnuViewFitColumns", "", tr("Fit Column &Widths"),
                           QKeySequence(), tr("Make the columns as wide as their fields need"));
+  mnuViewFreeze = add(mnuView, "mnuViewFreeze", "", tr("Free&ze First Column"), QKeySequence(),
+                      tr("Keep the first column in sight while the others scroll"));
+  mnuViewFreeze->setCheckable(true);
   mnuViewStoredValues =
       add(mnuView, "mnuViewStoredValues", "", tr("Stored Integrated &Values"), QKeySequence(),
           tr("Add columns with the stored solar and visible values of panes to "
@@ -243,6 +251,10 @@ void MainActions::makeToolsMenu() {
 
 void MainActions::makeHelpMenu() {
   mnuHelp = menu("mnuHelp", tr("&Help"), tr("Explain the window and the program"));
+  mnuHelpGuide = add(mnuHelp, "mnuHelpGuide", "help", tr("User &Guide"), QKeySequence::HelpContents,
+                     tr("Open the user guide"));
+  mnuHelpKeys = add(mnuHelp, "mnuHelpKeys", "", tr("&Keys..."), QKeySequence(),
+                    tr("List the keys of all commands"));
   mnuHelpWhatsThis = QWhatsThis::createAction(&window_);
   mnuHelpWhatsThis->setObjectName("mnuHelpWhatsThis");
   mnuHelpWhatsThis->setText(tr("&What's This?"));

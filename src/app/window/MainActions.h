@@ -31,6 +31,9 @@ class MainActions {
   /// Offers the actions that open and close docks.
   void addDocks(std::initializer_list<QAction*> docks);
 
+  /// Offers the actions that keep records in sight.
+  void addPins(std::initializer_list<QAction*> pins);
+
   /// Fits the menus and buttons to what is shown and selected.
   void enable(const CommandState& state);
 
@@ -76,6 +79,7 @@ class MainActions {
   QAction* mnuViewClearFilters;
   QAction* mnuViewColumns;
   QAction* mnuViewFitColumns;
+  QAction* mnuViewFreeze;
   QAction* mnuViewStoredValues;
   QAction* mnuViewComputedValues;
   QAction* mnuViewOptions;
@@ -86,6 +90,8 @@ class MainActions {
   QAction* mnuToolsAudit;
   QAction* mnuToolsAuditRecords;
   QAction* mnuToolsCompare;
+  QAction* mnuHelpGuide;
+  QAction* mnuHelpKeys;
   QAction* mnuHelpWhatsThis;
   QAction* mnuHelpAbout;
 

@@ -13,6 +13,7 @@
 #include "commands/ErrorText.h"
 #include "commands/NodeContent.h"
 #include "commands/edit/EditHistory.h"
+#include "errors/Error.h"
 
 namespace orv::app {
 
@@ -86,7 +87,13 @@ void RecordEditing::follow(const Node& node) {
 
 void RecordEditing::lookAgain() {
   if (!hasChanges()) return;
-  edits_->change([](PendingEdits& pending) { pending.lookAgain(); });
+  try {
+    edits_->change([](PendingEdits& pending) { pending.lookAgain(); });
+  } catch (
+      const Error& error) {  // Of a file that is gone or replaced; what to do with it is asked.
+    emit told(qt(commands::describe(error)));
+    return;
+  }
   const auto& refusals = edits_->pending().review().refusals;
   const auto changed = std::ranges::count_if(
       refusals, [](const Refusal& refusal) { return refusal.present.has_value(); });
@@ -144,12 +151,14 @@ bool RecordEditing::save() {
 /// Until all is saved, or the user gives up.
 bool RecordEditing::save(RecordEdits& edits) {
   if (!commands::mayBeChanged(*edits.node()->ADOConnection(), ui_)) return false;
-  const QString count = countOf(edits.pending().changes());
-  while (!saveOnce(edits)) {
+  while (!edits.pending().isEmpty()) {
+    const QString count = countOf(edits.pending().changes());
+    if (saveOnce(edits)) {
+      emit told(tr("%1 saved.").arg(count));
+      return true;
+    }
     if (!resolve(edits)) return false;
-    if (edits.pending().isEmpty()) return true;
   }
-  emit told(tr("%1 saved.").arg(count));
   return true;
 }
 
@@ -215,35 +224,39 @@ void RecordEditing::discard() {
   emit told(tr("%1 discarded. Undo brings the changes back.").arg(countOf(changes)));
 }
 
+/// All is asked before anything is done, so that nothing is lost to whoever cancels the last
+/// question.
 bool RecordEditing::settle(const Node& source) {
   if (!grid_.finishEditing()) return false;
+  std::vector<RecordEdits*> saved;
+  std::vector<RecordEdits*> discarded;
   for (const auto& [key, edits] : all_) {
     const Node& node = edits->node();
     const bool isMeant = !source || node == source || node->Parent() == source ||
                          (source->isInVersion3() && node->Parent() == source->Parent());
-    if (isMeant && !edits->pending().isEmpty() && !ask(*edits)) return false;
+    if (!isMeant || edits->pending().isEmpty()) continue;
+    const int answer = ask(*edits);
+    if (answer == QMessageBox::Cancel) return false;
+    (answer == QMessageBox::Save ? saved : discarded).push_back(edits.get());
+  }
+  const auto isSaved = [this](RecordEdits* edits) { return save(*edits); };
+  if (!std::ranges::all_of(saved, isSaved)) return false;
+  for (RecordEdits* edits : discarded) {
+    edits->change([](PendingEdits& pending) { pending.clear(); });
   }
   return true;
 }
 
-bool RecordEditing::ask(RecordEdits& edits) {
-  const Node parent = edits.node()->Parent();
-  const QString source = shownText(commands::nodeTitle(parent ? parent.get() : edits.node().get()));
+/// What is to become of the changes of a record set: a standard button.
+int RecordEditing::ask(const RecordEdits& edits) {
+  const QString source = shownText(commands::nodeTitle(edits.node().get()));
   QMessageBox box(QMessageBox::Question, qt(commands::kApplicationTitle),
                   tr("%1 of %2 are changed and not saved. Save them first?")
                       .arg(countOf(edits.pending().changes()), source),
                   QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &window_);
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(QMessageBox::Save);
-  switch (box.exec()) {
-    case QMessageBox::Save:
-      return save(edits);
-    case QMessageBox::Discard:
-      edits.change([](PendingEdits& pending) { pending.clear(); });
-      return true;
-    default:
-      return false;
-  }
+  return box.exec();
 }
 
 void RecordEditing::undo() {
@@ -273,6 +286,7 @@ void RecordEditing::reverse(bool back) {
     emit told(tr("There is nothing to redo."));
     return;
   }
+  if (back && !isMeant(*work)) return;
   if (!commands::mayBeChanged(*connection, ui_)) return;
   emit workBegins();
   store::UndoResult result;
@@ -304,6 +318,16 @@ void RecordEditing::reverse(bool back) {
       .exec();
 }
 
+/// Whoever takes back one step after another may not know that the next one is of others, or of
+/// another day.
+bool RecordEditing::isMeant(const store::HistoryWork& work) const {
+  if (own_.contains(work.id)) return true;
+  return ui_.ask({"\"" + work.title +
+                      "\" was not done in this window. Do you want to take it back all the same?",
+                  commands::kProductName, commands::Buttons::yesNo, commands::Answer::no}) ==
+         commands::Answer::yes;
+}
+
 QString RecordEditing::titleOf(bool back) const {
   if (edits_ != nullptr) {
     const PendingEdits& pending = edits_->pending();
@@ -325,7 +349,9 @@ void RecordEditing::noteHistory() {
 void RecordEditing::offerUndo() {
   const auto connection = database();
   const auto work = connection ? nextWork(*connection, true) : std::nullopt;
-  if (work && work->id != noted_ && !work->isLost) emit undoOffered(shownText(work->title));
+  if (!work || work->id == noted_) return;
+  own_.insert(work->id);
+  if (!work->isLost) emit undoOffered(shownText(work->title));
 }
 
 }  // namespace orv::app

@@ -21,7 +21,7 @@ StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   result_->setAccessibleName(tr("Result of the last work"));
   result_->hide();
   connect(result_, &QToolButton::clicked, this, &StatusBar::showReport);
-  addWidget(result_);
+  addPermanentWidget(result_);
   undo_ = new QToolButton;
   undo_->setObjectName("btnUndo");
   undo_->setText(tr("Undo"));
@@ -33,13 +33,14 @@ StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   undo_->setToolTip(undo_->whatsThis());
   undo_->hide();
   connect(undo_, &QToolButton::clicked, this, &StatusBar::undoWanted);
-  addWidget(undo_);
+  addPermanentWidget(undo_);
   pending_ = addPanel("lblPending", 0, tr("Records that Paste will copy"));
   status(tr("Ready"));
 }
 
 void StatusBar::status(const QString& text) {
   status_->setText(text);
+  clearMessage();  // what has happened is more than what a button would do
 }
 
 void StatusBar::counts(const QString& text) {
@@ -74,9 +75,14 @@ QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) 
   label->setTextFormat(Qt::PlainText);
   label->setToolTip(help);
   label->setWhatsThis(help);
-  // The first panel gives way to the others; none forces the window to be wider.
-  if (stretch > 0) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  addWidget(label, stretch);
+  // The first panel gives way to the others, and to what is said of the part under the pointer; none
+  // forces the window to be wider.
+  if (stretch > 0) {
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    addWidget(label, stretch);
+  } else {
+    addPermanentWidget(label);
+  }
   return label;
 }
 

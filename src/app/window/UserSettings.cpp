@@ -8,7 +8,7 @@ namespace orv::app {
 namespace {
 
 constexpr const char* kStandardOfSpectra = "Settings/SpectrumStandard";
-
+constexpr const char* kFreezesFirstColumn = "Settings/FreezeFirstColumn";
 constexpr const char* kRulesLeftOut = "Settings/AuditWithout";
 
 }  // namespace
@@ -28,6 +28,14 @@ optics::Standard standardOfSpectra() {
 
 void rememberStandardOfSpectra(optics::Standard standard) {
   userSettings().setValue(kStandardOfSpectra, qt(std::string(optics::nameOf(standard).word)));
+}
+
+bool freezesFirstColumn() {
+  return userSettings().value(kFreezesFirstColumn).toBool();
+}
+
+void rememberFreezing(bool freezes) {
+  userSettings().setValue(kFreezesFirstColumn, freezes);
 }
 
 QStringList rulesLeftOut() {

@@ -15,6 +15,10 @@ QSettings userSettings();
 optics::Standard standardOfSpectra();
 void rememberStandardOfSpectra(optics::Standard standard);
 
+/// Whether the first column of the grid stands still.
+bool freezesFirstColumn();
+void rememberFreezing(bool freezes);
+
 /// The rules of audits of which nothing is shown.
 QStringList rulesLeftOut();
 void rememberRulesLeftOut(const QStringList& rules);

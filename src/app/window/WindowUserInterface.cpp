@@ -1,6 +1,8 @@
 #include "app/window/WindowUserInterface.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
 #include <QGridLayout>
 #include <QInputDialog>
 #include <QLabel>
@@ -63,6 +65,18 @@ QMessageBox::StandardButton escapeButton(Buttons buttons) {
       return QMessageBox::Abort;
   }
   return QMessageBox::NoButton;
+}
+
+/// Offers texts to choose from. What is typed lists those that contain it, and stays as it is.
+void offer(QInputDialog& box, const std::vector<std::string>& choices) {
+  QStringList texts;
+  for (const std::string& choice : choices) texts << qt(choice);
+  box.setComboBoxEditable(true);
+  box.setComboBoxItems(texts);
+  auto* list = box.findChild<QComboBox*>();
+  list->setInsertPolicy(QComboBox::NoInsert);
+  list->completer()->setCompletionMode(QCompleter::PopupCompletion);
+  list->completer()->setFilterMode(Qt::MatchContains);
 }
 
 /// The toolkit gives these none.
@@ -236,8 +250,10 @@ std::string WindowUserInterface::input(const commands::InputRequest& request) {
   box.setWindowTitle(qt(request.title));
   box.setLabelText(shownText(request.prompt));
   box.setTextEchoMode(request.isSecret ? QLineEdit::Password : QLineEdit::Normal);
+  if (!request.choices.empty()) offer(box, request.choices);
   box.setTextValue(qt(request.preset));
-  auto* edit = box.findChild<QLineEdit*>();
+  QWidget* edit = box.findChild<QComboBox*>();
+  if (edit == nullptr) edit = box.findChild<QLineEdit*>();
   edit->setAccessibleName(box.labelText());
   explain(edit, qt(request.help));
   return box.exec() == QDialog::Accepted ? box.textValue().toStdString() : std::string();

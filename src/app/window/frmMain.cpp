@@ -9,6 +9,7 @@
 
 #include "app/Pointers.h"
 #include "app/Text.h"
+#include "app/dialogs/GuideWindow.h"
 #include "app/docks/RecordDocks.h"
 #include "app/docks/audit/AuditDock.h"
 #include "app/docks/changes/ChangesDock.h"
@@ -78,6 +79,7 @@ frmMain::frmMain(commands::Session& session, WindowUserInterface& ui)
   actions_->addDocks({docks_->spectrumAction(), docks_->detailsAction(), audit_->toggleViewAction(),
                       editing_->dock().toggleViewAction(), lookups_->dock().toggleViewAction(),
                       differences_->toggleViewAction()});
+  actions_->addPins({docks_->pinAction(), docks_->unpinAction()});
   docks_->layOverDetails(*audit_);
   docks_->layOverDetails(editing_->dock());
   docks_->layOverDetails(lookups_->dock());
@@ -165,7 +167,11 @@ void frmMain::showSources(const Node& node) {
 
 void frmMain::showOpened(const Node& source) {
   const auto& children = source->DataSources();
-  showSources(children.count() > 0 ? children.Item(1) : source);
+  showFirst(children.count() > 0 ? children.Item(1) : source);
+}
+
+void frmMain::showFirst(const Node& node) {
+  showSources(node);
   if (dataPane_->showsRecords()) grid_.setFocus();
 }
 
@@ -195,7 +201,7 @@ void frmMain::reloadNode(GridPlace::Selection selection) {
 
 /// The grid reads no more from a database that a command may change.
 void frmMain::beginWork() {
-  docks_->show(nullptr, {});
+  docks_->rest();
   editing_->noteHistory();
   guarded(ui_, [this] { grid_.records().complete(); });
 }
@@ -212,7 +218,10 @@ void frmMain::endWork(WorkEffect effect) {
       reloadNode(GridPlace::Selection::deleted);
       break;
   }
-  if (effect != WorkEffect::readsRecords) editing_->offerUndo();
+  if (effect != WorkEffect::readsRecords) {
+    editing_->offerUndo();
+    differences_->outdate();
+  }
   tellRemarks();
   offerReplacements();
 }
@@ -232,6 +241,7 @@ void frmMain::followFile() {
   const bool isEdited = grid_.viewport()->isAncestorOf(QApplication::focusWidget());
   if (isBusy || isEdited) return watch_->lookLater();
   reloadNode();
+  differences_->outdate();
   sbStatusBar_->status(tr("Another program has changed the file; its records were read again."));
   if (isActiveWindow()) offerReplacements();
 }

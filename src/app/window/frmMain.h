@@ -24,6 +24,7 @@ class EditCommands;
 class FieldCommands;
 class FileCommands;
 class FileWatch;
+class GuideWindow;
 class LookupCommands;
 class MainActions;
 class RecordDocks;
@@ -70,6 +71,8 @@ class frmMain : public QMainWindow {
   /// Fills the tree anew and shows a node, which may be null.
   void showSources(const Node& node);
   void showOpened(const Node& source);
+  /// Shows a node of a source that has been opened just now.
+  void showFirst(const Node& node);
   void showNode(const Node& node);
   void reloadNode(GridPlace::Selection selection = GridPlace::Selection::kept);
   void beginWork();
@@ -91,6 +94,7 @@ class frmMain : public QMainWindow {
   void updateCounts();
   void filterToggled(bool shown);
   void showOptions();
+  void showGuide();
   std::unique_ptr<commands::RecordTable> tableOf(const Node& node);
   void chooseStandard(optics::Standard standard);
   void connectAudit();
@@ -133,7 +137,8 @@ class frmMain : public QMainWindow {
   CompareCommands* compare_;
   CompareDock* differences_;
   FileWatch* watch_;
-  std::string auditedSource_;  ///< the key of that whose findings are shown
+  std::unique_ptr<GuideWindow> guide_;  ///< once it has been opened
+  std::string auditedSource_;           ///< the key of that whose findings are shown
 };
 
 }  // namespace orv::app

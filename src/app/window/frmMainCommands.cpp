@@ -5,6 +5,8 @@
 #include <QTimer>
 
 #include "app/Text.h"
+#include "app/dialogs/GuideWindow.h"
+#include "app/dialogs/KeysDialog.h"
 #include "app/dialogs/TableExport.h"
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
@@ -29,6 +31,7 @@
 #include "app/window/MainActions.h"
 #include "app/window/RecordEditing.h"
 #include "app/window/StatusBar.h"
+#include "app/window/SuggestedName.h"
 #include "app/window/UserSettings.h"
 #include "app/window/frmMain.h"
 #include "commands/NodeContent.h"
@@ -64,6 +67,9 @@ void frmMain::connectMenus() {
     if (editing_->settle(current_)) compact_->compact(current_);
   });
   onTriggered(actions_->mnuDatabaseRepair, [this] { compact_->repair(current_); });
+  onTriggered(actions_->mnuHelpGuide, [this] { showGuide(); });
+  onTriggered(actions_->mnuHelpKeys,
+              [this] { KeysDialog(KeysDialog::partsOf(*this), this).exec(); });
   onTriggered(actions_->mnuHelpAbout, [this] { frmAbout(this).exec(); });
   connectEditMenu();
   connectViewMenu();
@@ -111,7 +117,7 @@ void frmMain::connectEditMenu() {
     if (selection_.HasRecords()) {
       tables.push_back({tr("Selected rows"), [this] { return grid_.selectedTable(); }});
     }
-    saveTable(tables, tr("records"), this);
+    saveTable(tables, suggestedName(*current_), this);
   });
   onTriggered(actions_->mnuEditReplace, [this] { fields_->replace(); });
   onTriggered(actions_->mnuEditPasteText, [this] { fields_->pasteText(); });
@@ -133,6 +139,11 @@ void frmMain::connectViewMenu() {
   onTriggered(actions_->mnuViewClearFilters, [this] { grid_.filterHeader().clearFilters(); });
   onTriggered(actions_->mnuViewColumns, [this] { ColumnChooser(grid_, this).exec(); });
   onTriggered(actions_->mnuViewFitColumns, [this] { grid_.fitColumns(); });
+  connect(actions_->mnuViewFreeze, &QAction::toggled, this, [this](bool freezes) {
+    grid_.freezeFirstColumn(freezes);
+    rememberFreezing(freezes);
+  });
+  actions_->mnuViewFreeze->setChecked(freezesFirstColumn());
   onTriggered(actions_->mnuViewStoredValues, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewComputedValues, [this] { reloadNode(); });
   onTriggered(actions_->mnuViewOptions, [this] { showOptions(); });
@@ -142,6 +153,7 @@ void frmMain::connectViewMenu() {
 
 void frmMain::connectParts() {
   connect(file_, &FileCommands::opened, this, &frmMain::showOpened);
+  connect(file_, &FileCommands::folderOpened, this, &frmMain::showFirst);
   connect(file_, &FileCommands::removed, this, &frmMain::showSources);
   connect(compact_, &CompactCommands::opened, this, &frmMain::showOpened);
   connect(compact_, &CompactCommands::workBegins, this, &frmMain::beginWork);
@@ -277,8 +289,7 @@ void frmMain::connectCompare() {
   connect(compare_, &CompareCommands::compared, differences_, &CompareDock::show);
   connect(differences_, &CompareDock::copyWanted, this,
           [this](const std::vector<std::size_t>& pairs) {
-            const Node right = compare_->destination();
-            if (!right || editing_->settle(right)) compare_->copy(pairs);
+            if (editing_->settle({})) compare_->copy(pairs);
           });
   connect(differences_, &CompareDock::refreshWanted, compare_, &CompareCommands::compareAgain);
   connect(differences_, &CompareDock::chosen, this,
@@ -287,7 +298,9 @@ void frmMain::connectCompare() {
           });
 }
 
+/// What is compared is what is stored.
 void frmMain::compare() {
+  if (!editing_->settle({})) return;
   auto keys = tvDataSources_->selectedKeys();
   for (std::string& key : keys) {
     const Node node = session_.MainDataSources.findByKey(key);
@@ -365,6 +378,16 @@ void frmMain::showOptions() {
   if (options_.digits != old.digits) grid_.digits(options_.digits);
 }
 
+void frmMain::showGuide() {
+  if (guideFolder().isEmpty()) {
+    return ui_.message(commands::MessageKind::information,
+                       tr("The user guide is not installed with the program.").toStdString(),
+                       commands::kProductName);
+  }
+  if (!guide_) guide_ = std::make_unique<GuideWindow>();
+  guide_->open("the-window");
+}
+
 void frmMain::treeMenu(const QPoint& position) {
   QMenu menu(this);
   menu.addMenu(actions_->mnuFileOpen);
@@ -394,7 +417,7 @@ void frmMain::gridMenu(const QPoint& position) {
   menu.addSeparator();
   QMenu* column = menu.addMenu(tr("Colu&mn"));
   grid_.addColumnCommands(*column, std::max(grid_.selectedColumn(), 0));
-  menu.addAction(actions_->mnuViewEditFilter);
+  menu.addActions({docks_->pinAction(), actions_->mnuViewEditFilter});
   menu.exec(position);
 }
 

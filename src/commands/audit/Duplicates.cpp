@@ -3,11 +3,11 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
 #include <optional>
 
+#include "commands/NearSpectra.h"
 #include "commands/audit/SourceRules.h"
 #include "model/Text.h"
 
@@ -17,27 +17,17 @@ namespace {
 
 constexpr double kTolerance = 1e-4;
 constexpr std::size_t kCurvesKept = 4;
-/// Those that tell spectra apart at first; transmittance is mostly the same from both sides.
-constexpr std::size_t kCurvesOfCell = 3;
 
-/// Means of curves that are nowhere further apart than the tolerance are no further apart either.
-/// So spectra that are alike lie in the same cell of this width, or in two that touch.
-struct Cell {
-  std::size_t grid;
-  std::int16_t angle;
-  std::array<std::int64_t, kCurvesOfCell> means;
-  auto operator<=>(const Cell&) const = default;
-};
-
-Cell cellOf(const KeptSpectrum& spectrum) {
-  Cell cell{.grid = spectrum.grid, .angle = spectrum.angle, .means = {}};
+/// Transmittance, of which that from the back is mostly the same, and both reflectances.
+CurveMeans meansOf(const KeptSpectrum& spectrum) {
+  CurveMeans means{};
   const std::size_t points = spectrum.values.size() / kCurvesKept;
-  for (std::size_t c = 0; c < kCurvesOfCell; ++c) {
+  for (std::size_t c = 0; c < means.size(); ++c) {
     double sum = 0;
     for (std::size_t i = 0; i < points; ++i) sum += spectrum.values[c * points + i];
-    cell.means[c] = std::llround(sum / static_cast<double>(points) / kTolerance);
+    means[c] = sum / static_cast<double>(points);
   }
-  return cell;
+  return means;
 }
 
 /// The largest difference of two spectra; none where they are not alike, which most show soon.
@@ -56,28 +46,20 @@ class Collection {
  public:
   /// The one that this is like, and by how much they differ; it is kept where there is none.
   std::pair<const KeptSpectrum*, double> addOrFind(const KeptSpectrum& spectrum) {
-    const Cell own = cellOf(spectrum);
-    for (std::int64_t T = -1; T <= 1; ++T) {
-      for (std::int64_t Rf = -1; Rf <= 1; ++Rf) {
-        for (std::int64_t Rb = -1; Rb <= 1; ++Rb) {
-          Cell cell = own;
-          cell.means = {own.means[0] + T, own.means[1] + Rf, own.means[2] + Rb};
-          const auto known = cells_.find(cell);
-          if (known == cells_.end()) continue;
-          for (const KeptSpectrum* other : known->second) {
-            if (const auto difference = differenceOfAlike(*other, spectrum)) {
-              return {other, *difference};
-            }
-          }
-        }
-      }
-    }
-    cells_[own].push_back(&spectrum);
-    return {nullptr, 0};
+    const std::pair place(spectrum.grid, spectrum.angle);
+    const CurveMeans means = meansOf(spectrum);
+    std::pair<const KeptSpectrum*, double> found{nullptr, 0};
+    const bool isKnown = near_.find(place, means, [&](const KeptSpectrum* other) {
+      const auto difference = differenceOfAlike(*other, spectrum);
+      if (difference) found = {other, *difference};
+      return difference.has_value();
+    });
+    if (!isKnown) near_.add(place, means, &spectrum);
+    return found;
   }
 
  private:
-  std::map<Cell, std::vector<const KeptSpectrum*>> cells_;
+  NearSpectra<std::pair<std::size_t, std::int16_t>, const KeptSpectrum*> near_{kTolerance};
 };
 
 /// Two records that have the same spectra.

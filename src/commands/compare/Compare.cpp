@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "commands/CompactDatabase.h"
 #include "commands/LongWork.h"
 #include "commands/compare/Fields.h"
 #include "commands/compare/Pairing.h"
@@ -76,14 +77,15 @@ class Work {
 
   RecordSet read(const Node& node, RecordKind kind) {
     session_.ui.status("Reading " + node->text() + "...");
-    RecordSet set = readRecordSet(
-        {.session = session_,
-         .node = node,
-         .kind = kind,
-         .wantsIntegrated = choice_.hasAnyIntegrated(),
-         .wantsCurves = choice_.hasAnyCurve(kind) || options_.match == Match::spectrum,
-         .grids = grids_});
+    const bool wantsCurves = choice_.hasAnyCurve(kind) || options_.match == Match::spectrum;
+    RecordSet set = readRecordSet({.session = session_,
+                                   .node = node,
+                                   .kind = kind,
+                                   .wantsIntegrated = choice_.hasAnyIntegrated() || wantsCurves,
+                                   .wantsCurves = wantsCurves,
+                                   .grids = grids_});
     result_.failures.insert(result_.failures.end(), set.failures.begin(), set.failures.end());
+    result_.remarks.insert(result_.remarks.end(), set.remarks.begin(), set.remarks.end());
     progress_.stepDone();
     return set;
   }
@@ -128,15 +130,26 @@ class Work {
 
   void compare(const RecordSet& a, const RecordSet& b) {
     session_.ui.status(fmt::format("Comparing {}...", setName(a.kind)));
-    Pairing pairing = pairUp(a, b, options_);
-    std::ranges::move(pairing.remarks, std::back_inserter(result_.remarks));
+    std::vector<Difference> tried;
+    RecordComparison trial(a, b, choice_, options_, tried);
+    const Pairing pairing = pairUp(a, b, options_,
+                                   {.areSame =
+                                        [&](const Record& inA, const Record& inB) {
+                                          tried.clear();
+                                          trial.compare(inA, inB, 0);
+                                          return tried.empty();
+                                        },
+                                    .goOn = [&] { goOn(); }});
+    std::ranges::copy(pairing.remarks, std::back_inserter(result_.remarks));
     RecordComparison comparison(a, b, choice_, options_, result_.differences);
     for (const Pair& pair : pairing.pairs) {
+      goOn();
       ComparedPair& compared = result_.pairs.emplace_back();
       compared.kind = a.kind;
       compared.isAmbiguous = pair.isAmbiguous;
       if (pair.b) tellOf(b.records[*pair.b], compared.b, compared.groupB, compared.name);
       if (pair.a) tellOf(a.records[*pair.a], compared.a, compared.groupA, compared.name);
+      compared.isWithoutData = pair.a && a.records[*pair.a].isWithoutData;
       const std::size_t position = result_.pairs.size() - 1;
       if (pair.a && pair.b) {
         const std::size_t before = result_.differences.size();
@@ -148,6 +161,22 @@ class Work {
       compared.state = pair.a ? State::removed : State::added;
       result_.differences.push_back({.pair = position});
     }
+    tellLeft(a.kind, comparison);
+  }
+
+  void goOn() const {
+    if (session_.ui.cancelled()) throw Cancelled("The comparison was cancelled.");
+  }
+
+  void tellLeft(RecordKind kind, const RecordComparison& comparison) {
+    std::vector<std::string> left;
+    for (const auto& [name, count] : comparison.leftAsTheyAre()) {
+      left.push_back(fmt::format("{} ({})", name, count));
+    }
+    if (left.empty()) return;
+    result_.remarks.push_back(fmt::format(
+        "Different, but not brought by a copy, so that it stays as it is in B ({}): {}.",
+        setName(kind), fmt::join(left, ", ")));
   }
 
   static void tellOf(const Record& record, std::vector<std::string>& identifiers,

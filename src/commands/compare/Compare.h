@@ -33,7 +33,7 @@ struct CompareOptions {
   /// Only records of B that are in this group, and those of A as if they were in it, too.
   std::optional<std::string> group = {};
   /// Leaves out what copying A into B cannot make the same: what a copy has no place for, computes
-  /// itself, or lets stand.
+  /// itself, or lets stand; a remark names it.
   bool isForCopy = false;
 };
 
@@ -52,8 +52,10 @@ struct ComparedPair {
   std::string name;
   std::string groupA = {};  ///< empty where the source has no groups
   std::string groupB = {};
-  /// Several records of a source have this name and group, and were put together in their order.
+  /// Several records of a source have this name and group, so that nobody knows which is which.
   bool isAmbiguous = false;
+  bool isWithoutData =
+      false;  ///< that in A: a pane with data at no angle, of which a copy has nothing
 };
 
 /// A line of the list. For a record that is only in one source there is one, without a field.
@@ -85,7 +87,7 @@ struct Comparison {
 /// kind of record that both have, records are told in the order of A, then those only in B. Numbers
 /// are compared as they are stored, in single precision where one of them is; keys are not
 /// compared, names of suppliers and groups are. An empty field is the same as 0, no, and an empty
-/// text.
+/// text; a coating class has no case.
 ///
 /// Raises kInvalidCall for a field that there is not and for sources that have no records of one
 /// kind, Cancelled where the user ends the work, and what the store raises.

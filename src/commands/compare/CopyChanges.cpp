@@ -1,9 +1,15 @@
 #include "commands/compare/CopyChanges.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <map>
+#include <set>
 #include <tuple>
 
 #include "commands/ChangeHistory.h"
+#include "commands/RecordReader.h"
+#include "commands/compare/Pairing.h"
 
 namespace orv::commands::compare {
 
@@ -20,21 +26,55 @@ sources::RecordSelection selectionOf(const std::shared_ptr<sources::datasource>&
   return selection;
 }
 
+/// Which records those of A take the place of, and which are one with others.
+std::map<std::string, KnownRecord> knownOf(const Comparison& comparison,
+                                           const std::vector<std::size_t>& pairs, RecordKind kind) {
+  std::map<std::string, KnownRecord> known;
+  for (const std::size_t position : pairs) {
+    const ComparedPair& pair = comparison.pairs[position];
+    if (pair.kind != kind) continue;
+    KnownRecord& record = known[pair.a.front()];
+    record.parts.assign(pair.a.begin() + 1, pair.a.end());
+    if (pair.state == State::changed) record.replaces = recordNumber(pair.b.front());
+  }
+  return known;
+}
+
 }  // namespace
 
-std::vector<std::size_t> copyablePairs(const Comparison& comparison,
-                                       std::vector<std::string>& ambiguous) {
-  std::vector<std::size_t> positions;
+Copyable copyablePairs(const Comparison& comparison, const std::string& group) {
+  Copyable copyable;
+  std::set<std::pair<RecordKind, std::string>> added;
   for (std::size_t i = 0; i < comparison.pairs.size(); ++i) {
     const ComparedPair& pair = comparison.pairs[i];
     if (pair.state != State::removed && pair.state != State::changed) continue;
-    if (pair.isAmbiguous) {
-      ambiguous.push_back(pair.name);
+    const auto& place = group.empty() ? groupOf(pair) : group;
+    if (pair.isWithoutData) {
+      copyable.withoutData.push_back(pair.name);
+    } else if (pair.isAmbiguous) {
+      copyable.ambiguous.push_back(pair.name);
+    } else if (pair.state == State::removed && pair.kind != RecordKind::shadings &&
+               !added.emplace(pair.kind, nameKey(pair.name, place)).second) {
+      copyable.clashing.push_back(pair.name);
     } else {
-      positions.push_back(i);
+      copyable.pairs.push_back(i);
     }
   }
-  return positions;
+  return copyable;
+}
+
+std::vector<std::string> Copyable::remarks() const {
+  std::vector<std::string> told;
+  const auto tell = [&](const char* why, const std::vector<std::string>& names) {
+    if (!names.empty()) told.push_back(fmt::format("{}: {}.", why, fmt::join(names, ", ")));
+  };
+  tell(
+      "Not copied, since there are several records of this name, of which nobody knows which "
+      "would be replaced (of those in other groups --group tells)",
+      ambiguous);
+  tell("Not copied, since the source has others of this name, and a group has one", clashing);
+  tell("Not copied, since there are data at no angle", withoutData);
+  return told;
 }
 
 const std::string& groupOf(const ComparedPair& pair) {
@@ -50,9 +90,9 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
   for (const std::size_t position : pairs) {
     const ComparedPair& pair = comparison.pairs[position];
     const auto& group = options.group.empty() ? groupOf(pair) : options.group;
-    const IfThere ifThere = pair.state == State::removed ? IfThere::fail : IfThere::replace;
-    auto& identifiers = byGroup[{pair.kind, group, ifThere}];
-    identifiers.insert(identifiers.end(), pair.a.begin(), pair.a.end());
+    const bool isThere = pair.state == State::changed;
+    byGroup[{pair.kind, group, isThere ? IfThere::replace : IfThere::fail}].push_back(
+        pair.a.front());
   }
   std::optional<HistoryScope> history;
   if (b->ADOConnection()) {
@@ -64,6 +104,7 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
     const auto& [kind, group, ifThere] = place;
     options.group = group;
     options.ifThere = ifThere;
+    options.known = knownOf(comparison, pairs, kind);
     const PasteResult result =
         pasteRecords(session, selectionOf(partOf(a, kind), identifiers), partOf(b, kind), options);
     each(result);

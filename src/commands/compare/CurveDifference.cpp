@@ -1,17 +1,10 @@
 #include "commands/compare/CurveDifference.h"
 
-#include <algorithm>
 #include <cmath>
 
-namespace orv::commands::compare {
+#include "database/SameValues.h"
 
-bool areSame(double a, double b, bool inSingle, double tolerance) {
-  if (a == b || (std::isnan(a) && std::isnan(b))) return true;
-  if (inSingle && static_cast<float>(a) == static_cast<float>(b)) return true;
-  constexpr double kRounding = 1e-7;  // of 32-bit floats, at the tolerance itself
-  const double slack = kRounding * std::max(std::abs(a), std::abs(b));
-  return tolerance > 0 && std::abs(a - b) <= tolerance + slack;
-}
+namespace orv::commands::compare {
 
 namespace {
 
@@ -19,12 +12,12 @@ namespace {
 class Furthest {
  public:
   Furthest(const Samples& a, const Samples& b, double tolerance)
-      : a_(a), b_(b), inSingle_(a.isSingle() || b.isSingle()), tolerance_(tolerance) {}
+      : a_(a), b_(b), likeness_{tolerance, a.isSingle() || b.isSingle()} {}
 
   void look(double wavelength, std::size_t inA, std::size_t inB) {
     const double a = a_[inA];
     const double b = b_[inB];
-    if (areSame(a, b, inSingle_, tolerance_)) return;
+    if (database::areSameNumbers(a, b, likeness_)) return;
     if (largest_ && std::abs(a - b) <= std::abs(largest_->a - largest_->b)) return;
     largest_ = {wavelength, a, b};
   }
@@ -33,8 +26,7 @@ class Furthest {
  private:
   const Samples& a_;
   const Samples& b_;
-  bool inSingle_;
-  double tolerance_;
+  database::Likeness likeness_;
   std::optional<LargestDifference> largest_;
 };
 
@@ -63,7 +55,12 @@ std::optional<LargestDifference> largestDifference(const Curves& a, const Curves
 bool areSameCurves(const Curves& a, const Curves& b, std::size_t count, double tolerance) {
   if (a.grid != b.grid) return false;
   for (std::size_t curve = 0; curve < count; ++curve) {
-    if (largestDifference(a, b, curve, tolerance)) return false;
+    const Samples& inA = a.values[curve];
+    const Samples& inB = b.values[curve];
+    const database::Likeness likeness{tolerance, inA.isSingle() || inB.isSingle()};
+    for (std::size_t i = 0; i < a.grid->size(); ++i) {
+      if (!database::areSameNumbers(inA[i], inB[i], likeness)) return false;
+    }
   }
   return true;
 }

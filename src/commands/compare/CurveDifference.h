@@ -7,9 +7,6 @@
 
 namespace orv::commands::compare {
 
-/// Whether two numbers count as the same.
-bool areSame(double a, double b, bool inSingle, double tolerance);
-
 /// The largest difference, where there is one beyond the tolerance.
 struct LargestDifference {
   double wavelength = 0;  ///< nm

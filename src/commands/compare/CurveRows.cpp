@@ -10,22 +10,27 @@ namespace orv::commands::compare {
 void CurveRows::begin(const CurveKey& key, double wavelength) {
   if (current_ == nullptr || key != key_) open(key);
   current_->wavelengths.push_back(optics::rounded(wavelength));
+  ++openPoints_;
 }
 
 void CurveRows::open(const CurveKey& key) {
-  if (current_ != nullptr) close(*current_);
+  constexpr std::size_t kMostPoints = std::size_t{1} << 22;
+  if (openPoints_ > kMostPoints) closeAll();
   const auto [place, isNew] = all_.try_emplace(key);
-  current_ = &place->second;
+  Measurement& measurement = place->second;
+  current_ = &measurement;
   key_ = key;
-  Curves& curves = current_->curves;
   if (isNew) {
-    curves.angle = key.angle;
-    curves.direction = key.direction;
-    for (const bool isSingle : areSingle_) curves.values.emplace_back(isSingle);
+    measurement.curves.angle = key.angle;
+    measurement.curves.direction = key.direction;
+    for (const bool isSingle : areSingle_) measurement.curves.values.emplace_back(isSingle);
+  } else if (!measurement.isOpen) {
+    measurement.wavelengths = *measurement.curves.grid;
+    measurement.isOpen = true;
+  } else {
     return;
   }
-  current_->wavelengths = *curves.grid;
-  for (Samples& each : curves.values) each.expand(current_->wavelengths.size());
+  open_.push_back(current_);
 }
 
 void CurveRows::close(Measurement& measurement) {
@@ -40,10 +45,17 @@ void CurveRows::close(Measurement& measurement) {
   measurement.curves.grid = grids_.of(std::move(wavelengths));
   wavelengths = {};
   for (Samples& each : measurement.curves.values) each.compact();
+  measurement.isOpen = false;
+}
+
+void CurveRows::closeAll() {
+  for (Measurement* measurement : open_) close(*measurement);
+  open_.clear();
+  openPoints_ = 0;
 }
 
 void CurveRows::giveTo(std::vector<Record>& records) {
-  if (current_ != nullptr) close(*current_);
+  closeAll();
   current_ = nullptr;
   for (auto& [key, measurement] : all_) {
     records[key.record].curves.push_back(std::move(measurement.curves));

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <map>
 #include <optional>
-#include <tuple>
 #include <vector>
 
 #include "commands/compare/Record.h"
@@ -36,17 +35,21 @@ class CurveRows {
  private:
   struct Measurement {
     Curves curves;
-    std::vector<double> wavelengths;  ///< until the grid is found
+    std::vector<double> wavelengths;  ///< while it is open
+    bool isOpen = true;
   };
 
   void open(const CurveKey& key);
   void close(Measurement& measurement);
+  void closeAll();
 
   Grids& grids_;
   std::vector<bool> areSingle_;
   std::map<CurveKey, Measurement> all_;
   CurveKey key_;
   Measurement* current_ = nullptr;
+  std::vector<Measurement*> open_;
+  std::size_t openPoints_ = 0;  ///< which take room, as each has its wavelength
 };
 
 }  // namespace orv::commands::compare

@@ -25,18 +25,15 @@ Cell plain(const GlazingData& pane) {
   return store::Value((pane.*member)());
 }
 
-/// What a text file need not say is not known.
-template <auto member>
-Cell given(const GlazingData& pane) {
-  const std::string& text = (pane.*member)();
-  return text.empty() ? Cell() : Cell(store::Value(text));
-}
-
 /// As a copy stores it.
 Cell description(const GlazingData& pane) {
-  if (!pane.description().empty()) return store::Value(pane.description());
-  if (!pane.Appearance().empty()) return store::Value("Appearance: " + pane.Appearance());
-  return {};
+  const bool isAppearance = pane.description().empty() && !pane.Appearance().empty();
+  return store::Value(isAppearance ? "Appearance: " + pane.Appearance() : pane.description());
+}
+
+/// Which panes hold in single precision.
+Field single(const char* name, const char* column) {
+  return {.name = name, .column = column, .likeness = {.inSingle = true}};
 }
 
 using P = GlazingData;
@@ -47,17 +44,18 @@ const std::vector<PaneField>& paneFields() {
       {{"product name", "product_name"}, plain<&P::productname>},
       {{"supplier", "supplierID", Lookup::supplier},
        [](const P& pane) -> Cell { return store::Value(knownName(pane.supplier())); }},
-      {{"group", "groupID", Lookup::group}, [](const P&) { return Cell(); }},
-      {{"thickness", "thickness"},
+      {{kGroupField, "groupID", Lookup::group}, [](const P&) { return Cell(); }},
+      {single("thickness", "thickness"),
        [](const P& pane) -> Cell { return store::Value(pane.ConvertedThickness(kSI)); }},
-      {{"conductivity", "conduction"},
+      {single("conductivity", "conduction"),
        [](const P& pane) -> Cell { return store::Value(pane.ConvertedConductivity(kSI)); }},
-      {{"infrared transmittance front", "transmission_IR_outdoor"}, plain<&P::TfIR>},
-      {{"infrared transmittance back", "transmission_IR_indoor"}, plain<&P::TbiR>},
+      {single("infrared transmittance front", "transmission_IR_outdoor"), plain<&P::TfIR>},
+      {single("infrared transmittance back", "transmission_IR_indoor"), plain<&P::TbiR>},
       {{"database emissivity front", "emission_IR_outdoor"}, plain<&P::ORV_Emissivity_front>},
       {{"database emissivity back", "emission_IR_indoor"}, plain<&P::ORV_Emissivity_back>},
-      {{"coating class", "coatingcode"}, given<&P::ORV_CoatingClass>},
-      {{"acceptance", "acceptance"}, given<&P::Acceptance>},
+      {{.name = "coating class", .column = "coatingcode", .hasCase = false},
+       plain<&P::ORV_CoatingClass>},
+      {{"acceptance", "acceptance"}, plain<&P::Acceptance>},
       {{"description", "info"}, description},
       {{"frozen", "freeze"}, plain<&P::ORV_Frozen>},
       {{"single layer", "single_layer"}, plain<&P::single_layer>},
@@ -66,7 +64,7 @@ const std::vector<PaneField>& paneFields() {
       {{"film on outdoor side", "film_outdoor_side"}, plain<&P::film_outdoor_side>},
       {{"data at 0, 30 and 60 degrees", "0_30_60"}, plain<&P::Use_0_30_60>},
       {{"use estimation", "use_estimation"}, plain<&P::use_estimation>},
-      {{"Ra", "Ra"}, [](const P&) { return Cell(); }}};
+      {{kColourRendering, "Ra"}, [](const P&) { return Cell(); }}};
   return fields;
 }
 
@@ -93,7 +91,9 @@ std::vector<Field> fieldsOfShadings() {
   for (const auto& column : database::shadingColumns()) {
     const auto* key = std::get_if<database::ShadingKey>(&column.member);
     if (key == nullptr) {
-      fields.push_back({distinctShadingFieldName(column.name), column.name});
+      fields.push_back({.name = distinctShadingFieldName(column.name),
+                        .column = column.name,
+                        .likeness = {.isCode = database::isShadingCode(column)}});
     } else if (*key == database::ShadingKey::group) {
       fields.push_back({"group", column.name, Lookup::group});
     } else {
@@ -192,9 +192,18 @@ const std::vector<Field>& fieldsOf(RecordKind kind) {
   return kind == RecordKind::panes ? panes : kind == RecordKind::frames ? frames : shadings;
 }
 
+std::size_t positionOf(RecordKind kind, std::string_view column) {
+  const auto found = std::ranges::find(fieldsOf(kind), column, &Field::column);
+  return static_cast<std::size_t>(found - fieldsOf(kind).begin());
+}
+
 std::vector<Cell> cellsOf(const GlazingData& pane) {
   std::vector<Cell> cells;
-  for (const PaneField& each : paneFields()) cells.push_back(each.valueOf(pane));
+  const auto missing = columnsNotGiven(pane);
+  for (const PaneField& each : paneFields()) {
+    const bool isGiven = !missing.contains("Pane." + each.field.column);
+    cells.push_back(isGiven ? each.valueOf(pane) : Cell());
+  }
   return cells;
 }
 
@@ -211,7 +220,7 @@ const std::vector<CurveName>& curveNames(RecordKind kind) {
                                             {"Rf", "reflection_outdoor"},
                                             {"Rb", "reflection_indoor"},
                                             {"T of the substrate", "transmission_sub"},
-                                            {"R of the substrate", "reflection_sub"}};
+                                            {kSubstrateReflectance, "reflection_sub"}};
   static const std::vector<CurveName> shadings = [] {
     std::vector<CurveName> curves;
     for (const auto& column : kShadingSpectralColumns) curves.push_back({column.name, column.name});

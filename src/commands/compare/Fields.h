@@ -5,8 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/CopyRules.h"
 #include "commands/RecordKind.h"
 #include "commands/compare/Record.h"
+#include "database/SameValues.h"
 #include "model/GlazingData.h"
 #include "model/ShadingDataClass.h"
 
@@ -20,10 +22,15 @@ struct Field {
   std::string column;  ///< of ORV databases
   Lookup lookup = Lookup::none;
   std::string textColumn = {};  ///< where databases of version 2.0.1 have the text itself
+  database::Likeness likeness = {};
+  bool hasCase = true;
 };
 
 /// The fields of records of a kind, their keys left out. The first is the name.
 const std::vector<Field>& fieldsOf(RecordKind kind);
+/// The position of the field of a column. Raises nothing: there is such a field.
+std::size_t positionOf(RecordKind kind, std::string_view column);
+inline constexpr std::string_view kFilmColumn = "with_and_without_film";
 
 /// The fields of records that are read by themselves. What such sources do not give is not known.
 std::vector<Cell> cellsOf(const GlazingData& pane);
@@ -42,7 +49,7 @@ const std::vector<CurveName>& curveNames(RecordKind kind);
 inline constexpr std::string_view kIntegratedValues = "integrated values";
 inline constexpr std::string_view kSpectrum = "spectrum";
 inline constexpr std::string_view kWavelengths = "wavelengths";
-inline constexpr std::string_view kDirection = "direction";
+inline constexpr std::string_view kDirection = kDirectionField;
 
 /// The fields that are asked for.
 class FieldChoice {

@@ -1,13 +1,19 @@
 // Records of text files and of files of products.
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
 #include <map>
 
 #include "commands/ErrorText.h"
 #include "commands/RecordList.h"
 #include "commands/RecordReader.h"
+#include "commands/compare/Fields.h"
 #include "commands/compare/ModelRecords.h"
 #include "commands/compare/RecordReading.h"
-#include "model/Text.h"
+#include "commands/compare/Values.h"
+#include "database/SpectralValidation.h"
+#include "store/TextKey.h"
 
 namespace orv::commands::compare {
 
@@ -18,7 +24,8 @@ class FileRecords {
   explicit FileRecords(const Reading& reading)
       : reading_(reading),
         reader_(reading.session, reading.node),
-        curves_(reading.grids, storedPrecision(reading.kind)) {
+        curves_(reading.grids,
+                std::vector<bool>(curveNames(reading.kind).size(), storedInSingle(reading.kind))) {
     result_.kind = reading.kind;
     result_.areFiles = true;
   }
@@ -42,7 +49,8 @@ class FileRecords {
     std::vector<std::shared_ptr<GlazingData>> panes;
     for (const std::int16_t angle : reader_.angles(file)) {
       panes.push_back(reader_.pane(file, angle));
-      readSubstrate(file, panes.back());
+      reader_.readReferences(file, panes.back());
+      dropUnfitSubstrate(*panes.back());
     }
     Record& record = recordFor(file, panes);
     const auto position = static_cast<std::size_t>(&record - result_.records.data());
@@ -54,23 +62,26 @@ class FileRecords {
       if (!record.integrated) record.integrated.emplace();
       record.integrated->push_back(std::move(*row));
     }
+    if (record.integrated) {
+      std::ranges::stable_sort(*record.integrated, {}, &IntegratedRow::angle);
+    }
   }
 
-  /// As a copy does it: a pane whose substrate is not found is taken without.
-  void readSubstrate(const std::string& file, const std::shared_ptr<GlazingData>& pane) const {
+  /// A copy leaves out a substrate that has no data at the wavelengths of the pane.
+  static void dropUnfitSubstrate(GlazingData& pane) {
+    if (!pane.HasSubstrate() || !pane.SpectralData()) return;
     try {
-      reader_.readReferences(file, pane);
+      database::checkSubstrate(*pane.SpectralData(), *pane.SubstrateReference());
     } catch (const Error&) {
-      return;
+      pane.with_and_without_film(false);
+      pane.SubstrateReference(nullptr);
     }
-    const bool hasCurve = pane->HasSubstrate() && pane->SubstrateReference()->SpectralData();
-    if (hasCurve) pane->with_and_without_film(true);
   }
 
   /// The record of another file, where that holds the same pane at other angles; a new one else.
   Record& recordFor(const std::string& file,
                     const std::vector<std::shared_ptr<GlazingData>>& panes) {
-    const std::string name = lowerCase(panes.front()->filename());
+    const std::string name = store::textKey(panes.front()->filename());
     if (const auto known = positions_.find(name); known != positions_.end()) {
       const auto& angles = angles_[known->second];
       const bool isOther = std::ranges::none_of(panes, [&](const auto& pane) {
@@ -79,11 +90,28 @@ class FileRecords {
       if (isOther) {
         Record& record = result_.records[known->second];
         record.identifiers.push_back(file);
+        tellDisagreement(record, file, cellsOf(*panes.front()));
         return record;
       }
     }
     positions_.emplace(name, result_.records.size());
     return result_.records.emplace_back(recordOf(file, *panes.front()));
+  }
+
+  void tellDisagreement(const Record& record, const std::string& file,
+                        const std::vector<Cell>& cells) {
+    const auto& fields = fieldsOf(RecordKind::panes);
+    std::vector<std::string> others;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      const store::Value first = record.fields[i].value_or(store::Value());
+      const store::Value other = cells[i].value_or(store::Value());
+      if (!areSameInField(fields[i], first, other, 0)) others.push_back(fields[i].name);
+    }
+    if (others.empty()) return;
+    result_.remarks.push_back(
+        fmt::format("{} and {} are files of one pane and differ in {}: that of "
+                    "the first is taken.",
+                    record.identifiers.front(), file, fmt::join(others, ", ")));
   }
 
   void readShading(const std::string& file) {

@@ -1,13 +1,16 @@
 // Panes of the IGDB and of Optics5 user databases, table by table.
+#include <map>
 #include <unordered_map>
 
 #include "commands/ErrorText.h"
+#include "commands/GroupName.h"
 #include "commands/compare/Fields.h"
 #include "commands/compare/ModelRecords.h"
 #include "commands/compare/RecordReading.h"
 #include "database/Fields.h"
 #include "database/IgdbRows.h"
 #include "database/Recordsets.h"
+#include "store/TextKey.h"
 
 namespace orv::commands::compare {
 
@@ -18,17 +21,21 @@ constexpr double kNanometersPerMicron = 1000;
 class GlazingRecords {
  public:
   explicit GlazingRecords(const Reading& reading)
-      : reading_(reading), connection_(*reading.node->ADOConnection()) {
-    const auto source = reading.node->Parent();
+      : reading_(reading),
+        connection_(*reading.node->ADOConnection()),
+        group_(groupOfSource(*reading.node)) {
     result_.kind = RecordKind::panes;
-    result_.hasGroups = source && source->DataType() == sources::DataType::igdb;
+    result_.hasGroups = group_.has_value();
   }
 
   RecordSet read() {
     const auto state = connection_.holdState();
     readRows();
     readKeys();
-    if (reading_.wantsCurves) readCurves();
+    if (reading_.wantsCurves) {
+      readCurves();
+      for (const auto& [position, name] : substrates_) addSubstrate(position, name);
+    }
     return std::move(result_);
   }
 
@@ -43,7 +50,11 @@ class GlazingRecords {
         database::readIgdbProperties(pane, *rows);
         Record record = recordOf(name, pane);
         setGroup(record);
-        positions_.emplace(name, result_.records.size());
+        if (pane.with_and_without_film()) {
+          substrates_.emplace(result_.records.size(),
+                              database::FieldToString(rows->value("Substrate_FileName")));
+        }
+        positions_.emplace(store::textKey(name), result_.records.size());
         result_.records.push_back(std::move(record));
       } catch (const Error& error) {
         result_.failures.push_back(name + " cannot be read: " + describe(error));
@@ -53,19 +64,46 @@ class GlazingRecords {
 
   /// The group into which a copy puts them.
   void setGroup(Record& record) const {
-    if (!result_.hasGroups) return;
-    const auto& fields = fieldsOf(RecordKind::panes);
-    record.group = "IGDB";
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      if (fields[i].lookup == Lookup::group) record.fields[i] = store::Value(record.group);
+    if (!group_) return;
+    record.group = *group_;
+    record.fields[positionOf(RecordKind::panes, "groupID")] = store::Value(record.group);
+  }
+
+  /// A copy brings the substrate of a pane with film, where it is another pane that has data at the
+  /// same wavelengths; else the pane goes without.
+  void addSubstrate(std::size_t position, const std::string& name) {
+    Record& record = result_.records[position];
+    if (record.curves.empty()) return;
+    Curves& own = record.curves.front();
+    const auto found = positions_.find(store::textKey(name));
+    const Record* other = found == positions_.end() ? nullptr : &result_.records[found->second];
+    const bool fits = other && !other->curves.empty() && other->curves.front().grid == own.grid &&
+                      isFraction(other->curves.front());
+    if (!fits) {
+      record.fields[positionOf(RecordKind::panes, kFilmColumn)] = store::Value(false);
+      return;
     }
+    const auto& curves = other->curves.front().values;
+    std::vector<Samples> both{curves[0], curves[1]};
+    own.values.insert(own.values.end(), both.begin(), both.end());
+  }
+
+  static bool isFraction(const Curves& curves) {
+    for (std::size_t curve = 0; curve < 2; ++curve) {
+      for (std::size_t i = 0; i < curves.grid->size(); ++i) {
+        const double value = curves.values[curve][i];
+        if (!(value >= 0 && value <= 1)) return false;
+      }
+    }
+    return true;
   }
 
   /// The keys of the panes, and their integrated values.
   void readKeys() {
     for (auto rows = database::openTable(connection_, "GlazingProperties"); !rows->eof();
          rows->moveNext()) {
-      const auto found = positions_.find(database::FieldToString(rows->value("FileName")));
+      const auto found =
+          positions_.find(store::textKey(database::FieldToString(rows->value("FileName"))));
       if (found == positions_.end()) continue;
       keys_.emplace(rows->value("GlazingID").toLong(), found->second);
       if (!reading_.wantsIntegrated) continue;
@@ -101,9 +139,11 @@ class GlazingRecords {
 
   const Reading& reading_;
   store::Connection& connection_;
+  std::optional<std::string> group_;
   RecordSet result_;
   std::unordered_map<std::string, std::size_t> positions_;  ///< by name
   std::unordered_map<std::int32_t, std::size_t> keys_;
+  std::map<std::size_t, std::string> substrates_;  ///< names, of panes with film
 };
 
 }  // namespace

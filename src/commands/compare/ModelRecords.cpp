@@ -1,7 +1,7 @@
 #include "commands/compare/ModelRecords.h"
 
-#include "commands/StoredValues.h"
 #include "commands/compare/Fields.h"
+#include "database/Directions.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands::compare {
@@ -24,12 +24,12 @@ Record recordOf(const std::string& identifier, const ShadingDataClass& shading) 
 }
 
 std::optional<IntegratedRow> integratedOf(const GlazingData& pane) {
-  if (!hasIntegratedData(pane) || lacksIntegratedValues(pane)) return std::nullopt;
+  const auto missing = valuesNotGiven(pane);
+  if (missing.size() == kIntegratedColumns.size()) return std::nullopt;
   IntegratedRow row{.angle = static_cast<double>(pane.ORV_Angle()), .values = {}};
   for (const auto& value : kIntegratedColumns) {
-    const auto stored = storedValue(pane, value.name);
-    const bool isKnown = stored && !lacksIntegratedValues(pane, value.band);
-    row.values.push_back(isKnown ? Cell(store::Value(static_cast<float>(*stored))) : Cell());
+    const bool isGiven = !missing.contains(value.column);
+    row.values.push_back(isGiven ? Cell(store::Value((pane.*value.pane)())) : Cell());
   }
   return row;
 }
@@ -40,7 +40,8 @@ void addCurves(const GlazingData& pane, std::size_t record, CurveRows& curves) {
   const SpectralData* substrate =
       pane.HasSubstrate() ? pane.SubstrateReference()->SpectralData().get() : nullptr;
   if (substrate != nullptr && substrate->count() != spectrum->count()) substrate = nullptr;
-  const CurveKey key{.record = record, .angle = pane.ORV_Angle()};
+  CurveKey key{.record = record, .angle = pane.ORV_Angle()};
+  if (pane.ORV_Direction() != database::kAnyDirection) key.direction = pane.ORV_Direction();
   for (std::int32_t i = 0; i < spectrum->count(); ++i) {
     curves.begin(key, spectrum->ConvertedWl(i, kNanometers));
     std::size_t curve = 0;
@@ -59,10 +60,6 @@ void addCurves(const ShadingDataClass& shading, std::size_t record, CurveRows& c
       curves.add(i - 1, point.*kShadingSpectralColumns[i].member);
     }
   }
-}
-
-std::vector<bool> storedPrecision(RecordKind kind) {
-  return std::vector<bool>(curveNames(kind).size(), kind == RecordKind::panes);
 }
 
 }  // namespace orv::commands::compare

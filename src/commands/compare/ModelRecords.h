@@ -11,15 +11,16 @@ namespace orv::commands::compare {
 Record recordOf(const std::string& identifier, const GlazingData& pane);
 Record recordOf(const std::string& identifier, const ShadingDataClass& shading);
 
-/// The integrated values of a pane at its angle; 0 for a reflectance or for all of a range stands
-/// for what is not known. None where nothing is.
+/// The integrated values of a pane at its angle, as far as they are given. None where none is.
 std::optional<IntegratedRow> integratedOf(const GlazingData& pane);
 
 /// Adds the curves of a pane, of its angle, or of a shading to those of a record.
 void addCurves(const GlazingData& pane, std::size_t record, CurveRows& curves);
 void addCurves(const ShadingDataClass& shading, std::size_t record, CurveRows& curves);
 
-/// The precision in which a copy stores the curves of a kind.
-std::vector<bool> storedPrecision(RecordKind kind);
+/// Whether records of a kind hold their curves in single precision.
+inline bool storedInSingle(RecordKind kind) {
+  return kind == RecordKind::panes;
+}
 
 }  // namespace orv::commands::compare

@@ -5,8 +5,10 @@
 #include "commands/RecordList.h"
 #include "commands/compare/CurveRows.h"
 #include "commands/compare/Fields.h"
+#include "commands/compare/ModelRecords.h"
 #include "commands/compare/RecordReading.h"
 #include "database/Fields.h"
+#include "database/Lookups.h"
 #include "database/Recordsets.h"
 #include "model/IntegratedColumns.h"
 
@@ -39,20 +41,14 @@ Tables tablesOf(RecordKind kind) {
   return {"Shading", "Shading_integrated_data_temp", "Shading_spectral_data"};
 }
 
-struct LookupTable {
-  const char* table;
-  const char* key;
-  const char* name;
-};
-
-LookupTable tableOf(Lookup lookup) {
+const database::LookupTable& tableOf(Lookup lookup) {
   switch (lookup) {
     case Lookup::group:
-      return {"Groups", "GroupID", "GroupName"};
+      return database::kGroups;
     case Lookup::supplier:
-      return {"Suppliers", "supplierID", "SupplierName"};
+      return database::kSuppliers;
     default:
-      return {"FrameTypes", "FrameTypeID", "FrameTypeName"};
+      return database::kFrameTypes;
   }
 }
 
@@ -64,6 +60,7 @@ class OrvRecords {
         tables_(tablesOf(reading.kind)),
         key_(identifierColumn(reading.node->DataType())) {
     result_.kind = reading.kind;
+    result_.isOfOrvDatabase = true;
   }
 
   RecordSet read() {
@@ -71,6 +68,7 @@ class OrvRecords {
     readRows();
     if (reading_.wantsIntegrated && has(tables_.integrated)) readIntegrated();
     if (reading_.wantsCurves && has(tables_.spectra)) readCurves();
+    if (reading_.wantsCurves && reading_.kind == RecordKind::panes) findEmptyPanes();
     return std::move(result_);
   }
 
@@ -97,13 +95,8 @@ class OrvRecords {
   }
 
   Names namesOf(Lookup lookup) const {
-    const LookupTable table = tableOf(lookup);
-    Names names;
-    if (!has(table.table)) return names;
-    for (const auto rows = open(table.table); !rows->eof(); rows->moveNext()) {
-      names.emplace(FieldToLong(rows->value(table.key)), FieldToString(rows->value(table.name)));
-    }
-    return names;
+    const auto& table = tableOf(lookup);
+    return has(table.table) ? database::allNames(table, connection_) : Names();
   }
 
   std::vector<Source> sourcesOf(const store::Recordset& rows) {
@@ -181,18 +174,30 @@ class OrvRecords {
     }
   }
 
+  void findEmptyPanes() {
+    for (Record& record : result_.records) {
+      record.isWithoutData =
+          record.curves.empty() && (!record.integrated || record.integrated->empty());
+    }
+  }
+
+  /// Version 2.0.1 does not tell the spectra of several angles apart.
+  bool tellsAngles() const { return reading_.node->DataType() != sources::DataType::orv2Panes; }
+
   void readCurves() {
     const auto rows = open(tables_.spectra);
     const std::size_t key = rows->fieldIndex(key_);
     const std::size_t wavelength = rows->fieldIndex("wavelength");
-    const Position angle = findField(*rows, "angle");
+    const Position angle = tellsAngles() ? findField(*rows, "angle") : Position();
     const Position direction = findField(*rows, "direction");
     std::vector<Position> columns;
     std::vector<bool> areSingle;
     for (const CurveName& curve : curveNames(reading_.kind)) {
-      columns.push_back(findField(*rows, curve.column));
-      areSingle.push_back(columns.back() &&
-                          rows->fields()[*columns.back()].type == store::ColumnType::single);
+      const Position column = findField(*rows, curve.column);
+      if (!column) result_.unknownCurves.insert(columns.size());
+      columns.push_back(column);
+      areSingle.push_back(storedInSingle(reading_.kind) ||
+                          (column && rows->fields()[*column].type == store::ColumnType::single));
     }
     CurveRows curves(reading_.grids, areSingle);
     constexpr int kRowsAtOnce = 4096;

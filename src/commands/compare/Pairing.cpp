@@ -42,8 +42,7 @@ class Keys {
       default:
         break;
     }
-    const std::string name = store::textKey(record.name);
-    return withGroups_ ? name + '\n' + store::textKey(record.group) : name;
+    return withGroups_ ? nameKey(record.name, record.group) : store::textKey(record.name);
   }
 
  private:
@@ -60,10 +59,12 @@ struct Alike {
 
 class PairMaker {
  public:
-  PairMaker(const RecordSet& a, const RecordSet& b, const CompareOptions& options)
+  PairMaker(const RecordSet& a, const RecordSet& b, const CompareOptions& options,
+            const PairingTools& tools)
       : a_(a),
         b_(b),
         options_(options),
+        tools_(tools),
         keys_(options.match, a.hasGroups && b.hasGroups && !options.group),
         partnerOfA_(a.records.size()),
         isTaken_(b.records.size()) {}
@@ -94,11 +95,16 @@ class PairMaker {
         hasCurves_.push_back(i);
       }
     }
-    for (const SpectrumMatch& match : matchSpectra(a_, b_, options_.tolerance)) {
+    std::vector<std::string> told;
+    for (const SpectrumMatch& match : matchSpectra(a_, b_, options_.tolerance, tools_.goOn)) {
       partnerOfA_[match.a].b = match.b;
       partnerOfA_[match.a].isAmbiguous = match.isAmbiguous;
       isTaken_[match.b] = true;
+      if (match.isAmbiguous) told.push_back(a_.records[match.a].name);
     }
+    tellSome(told,
+             "Several {} of B have the spectrum of one of A, and none has its name; "
+             "the first that was left was put together with it: {}.");
     if (without == 0) return;
     pairing_.remarks.push_back(fmt::format("{} {} without a spectrum: put together by name.",
                                            without, without == 1 ? "record is" : "records are"));
@@ -118,30 +124,58 @@ class PairMaker {
     }
     std::vector<std::string> told;
     for (const auto& [key, each] : alike) {
-      const std::size_t pairs = std::min(each.a.size(), each.b.size());
-      for (std::size_t k = 0; k < pairs; ++k) {
-        partnerOfA_[each.a[k]].b = each.b[k];
-        isTaken_[each.b[k]] = true;
-      }
+      pairAlike(each);
       if (!each.isAmbiguous()) continue;
       for (const std::size_t i : each.a) partnerOfA_[i].isAmbiguous = true;
       for (const std::size_t i : each.b) ambiguousInB_.push_back(i);
       told.push_back(fmt::format("{} ({} in A, {} in B)", a_.records[each.a.front()].name,
                                  each.a.size(), each.b.size()));
     }
-    tellAmbiguous(told);
+    tellSome(told,
+             "Several {} of one name, of which the same were put together, then the first with the "
+             "first that was left, the second with the second: {}.");
   }
 
-  void tellAmbiguous(std::vector<std::string> told) {
+  void pairAlike(Alike alike) {
+    if (alike.isAmbiguous()) {
+      // More are not one name by chance, and comparing all with all would take long.
+      constexpr std::size_t kMostComparisons = 1U << 16;
+      if (alike.a.size() * alike.b.size() <= kMostComparisons) pairThose(alike, tools_.areSame);
+      if (a_.isOfOrvDatabase && b_.isOfOrvDatabase) {
+        pairThose(alike,
+                  [](const Record& a, const Record& b) { return a.identifiers == b.identifiers; });
+      }
+    }
+    const std::size_t pairs = std::min(alike.a.size(), alike.b.size());
+    for (std::size_t k = 0; k < pairs; ++k) take(alike.a[k], alike.b[k]);
+  }
+
+  void pairThose(Alike& alike, const std::function<bool(const Record&, const Record&)>& areOne) {
+    std::erase_if(alike.a, [&](std::size_t i) {
+      tools_.goOn();
+      const auto other = std::ranges::find_if(
+          alike.b, [&](std::size_t each) { return areOne(a_.records[i], b_.records[each]); });
+      if (other == alike.b.end()) return false;
+      take(i, *other);
+      alike.b.erase(other);
+      return true;
+    });
+  }
+
+  void take(std::size_t a, std::size_t b) {
+    partnerOfA_[a].b = b;
+    isTaken_[b] = true;
+  }
+
+  /// A remark with the kind of the records and the first of these.
+  void tellSome(std::vector<std::string> told, const char* text) {
     if (told.empty()) return;
     constexpr std::size_t kMost = 10;
     const std::size_t more = told.size() - std::min(told.size(), kMost);
     told.resize(told.size() - more);
-    pairing_.remarks.push_back(
-        fmt::format("Several {} of one name, of which the first was put together with the first, "
-                    "the second with the second: {}{}.",
-                    setName(a_.kind), fmt::join(told, ", "),
-                    more > 0 ? fmt::format(", and {} more names", more) : ""));
+    const std::string list = fmt::format("{}{}", fmt::join(told, ", "),
+                                         more > 0 ? fmt::format(", and {} more", more) : "");
+    pairing_.remarks.push_back(fmt::format(fmt::runtime(text), setName(a_.kind), list));
   }
 
   Pairing inOrder() {
@@ -159,6 +193,7 @@ class PairMaker {
   const RecordSet& a_;
   const RecordSet& b_;
   const CompareOptions& options_;
+  const PairingTools& tools_;
   Keys keys_;
   std::vector<Partner> partnerOfA_;
   std::vector<bool> isTaken_;
@@ -169,8 +204,13 @@ class PairMaker {
 
 }  // namespace
 
-Pairing pairUp(const RecordSet& a, const RecordSet& b, const CompareOptions& options) {
-  return PairMaker(a, b, options).make();
+Pairing pairUp(const RecordSet& a, const RecordSet& b, const CompareOptions& options,
+               const PairingTools& tools) {
+  return PairMaker(a, b, options, tools).make();
+}
+
+std::string nameKey(const std::string& name, const std::string& group) {
+  return store::textKey(name) + '\n' + store::textKey(group);
 }
 
 }  // namespace orv::commands::compare

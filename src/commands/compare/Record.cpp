@@ -15,18 +15,14 @@ void rearrange(std::vector<T>& values, const std::vector<std::size_t>& order) {
 
 }  // namespace
 
-void Samples::compact() {
-  if (isZero_) {
-    singles_ = {};
-    doubles_ = {};
-  }
-  singles_.shrink_to_fit();
-  doubles_.shrink_to_fit();
+void Samples::begin() {
+  isZero_ = false;
+  isSingle_ ? singles_.resize(zeros_) : doubles_.resize(zeros_);
 }
 
-void Samples::expand(std::size_t count) {
-  if (!isZero_) return;
-  isSingle_ ? singles_.resize(count) : doubles_.resize(count);
+void Samples::compact() {
+  singles_.shrink_to_fit();
+  doubles_.shrink_to_fit();
 }
 
 void Samples::arrange(const std::vector<std::size_t>& order) {

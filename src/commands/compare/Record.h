@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,30 +23,37 @@ class Samples {
   explicit Samples(bool isSingle) : isSingle_(isSingle) {}
 
   void add(double value) {
+    if (isZero_) {
+      if (value == 0) {
+        ++zeros_;
+        return;
+      }
+      begin();
+    }
     if (isSingle_) {
       singles_.push_back(static_cast<float>(value));
     } else {
       doubles_.push_back(value);
     }
-    isZero_ = isZero_ && value == 0;
   }
   double operator[](std::size_t i) const {
     if (isZero_) return 0;
     return isSingle_ ? double{singles_[i]} : doubles_[i];
   }
-  /// Whether all of it is 0.
+  /// Whether all of it is 0, as curves of substrates mostly are. Then nothing is kept of it.
   bool isZero() const { return isZero_; }
   bool isSingle() const { return isSingle_; }
-  /// Keeps nothing of a curve that is 0 everywhere, such as those of substrates mostly are.
+  /// No more values will come.
   void compact();
-  /// Gets ready for more values behind these `count`.
-  void expand(std::size_t count);
   /// Brings the values into another order: the first is that which was at `order[0]`.
   void arrange(const std::vector<std::size_t>& order);
 
  private:
+  void begin();
+
   bool isSingle_;
   bool isZero_ = true;
+  std::size_t zeros_ = 0;  ///< while all of it is 0
   std::vector<float> singles_;
   std::vector<double> doubles_;
 };
@@ -65,7 +73,9 @@ class Grids {
 /// The curves of one measurement: those of curveNames(), in that order, or the first of them where
 /// the source knows no more.
 struct Curves {
-  std::optional<double> angle;            ///< degrees; none where spectra have no angle
+  /// Degrees. None where spectra have no angle: those of shadings, and of panes of version 2.0.1,
+  /// whose spectrum is that of all of their angles.
+  std::optional<double> angle;
   std::optional<std::int32_t> direction;  ///< none where the source knows no directions
   Grid grid;
   std::vector<Samples> values;
@@ -78,6 +88,8 @@ struct IntegratedRow {
 };
 
 struct Record {
+  /// A copy has nothing to copy: a pane without integrated values and spectra.
+  bool isWithoutData = false;
   /// One but for panes of which several files hold an angle each.
   std::vector<std::string> identifiers;
   std::string name;
@@ -93,9 +105,12 @@ struct RecordSet {
   RecordKind kind = RecordKind::panes;
   bool hasGroups = false;
   bool areFiles = false;
+  bool isOfOrvDatabase = false;
   std::vector<Record> records = {};
   /// "NAME cannot be read: WHY".
   std::vector<std::string> failures = {};
+  std::vector<std::string> remarks = {};     ///< sentences
+  std::set<std::size_t> unknownCurves = {};  ///< which the source has no place for, of curveNames()
 };
 
 }  // namespace orv::commands::compare

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "commands/CellText.h"
-#include "commands/compare/CurveDifference.h"
+#include "commands/NumberText.h"
+#include "model/Text.h"
 
 namespace orv::commands::compare {
 
@@ -13,26 +13,6 @@ namespace {
 
 using store::Bytes;
 using store::Value;
-
-bool holdsBytes(const Value& value) {
-  return value.getIf<Bytes>() != nullptr;
-}
-
-/// The text that stands in a picture's column is kept as bytes by some.
-Bytes bytesOf(const Value& value) {
-  if (const auto* bytes = value.getIf<Bytes>()) return *bytes;
-  const std::string text = value.isNull() ? "" : value.toText();
-  return {text.begin(), text.end()};
-}
-
-bool isNumeric(const Value& value) {
-  return isNumber(value) || value.getIf<bool>() != nullptr;
-}
-
-double numberOf(const Value& value) {
-  if (const auto* flag = value.getIf<bool>()) return *flag ? 1 : 0;
-  return value.isNull() ? 0 : value.toDouble();
-}
 
 /// What a column of double precision holds of a number in single precision.
 Value shortest(const Value& value) {
@@ -48,26 +28,41 @@ Value told(const Value& value) {
   return shortest(value);
 }
 
+std::string textOf(const Value& value) {
+  return value.isNull() ? std::string() : value.toText();
+}
+
+std::string allDigits(const Value& value) {
+  return fmt::format("{}", value.isNull() ? 0.0 : value.toDouble());
+}
+
 }  // namespace
 
-bool areSameValues(const Value& a, const Value& b, double tolerance) {
-  if (holdsBytes(a) || holdsBytes(b)) return bytesOf(a) == bytesOf(b);
-  const bool areNumbers = (isNumeric(a) || a.isNull()) && (isNumeric(b) || b.isNull());
-  if (areNumbers) {
-    const bool inSingle = a.getIf<float>() != nullptr || b.getIf<float>() != nullptr;
-    const bool isFlag = a.getIf<bool>() != nullptr || b.getIf<bool>() != nullptr;
-    return areSame(numberOf(a), numberOf(b), inSingle, isFlag ? 0 : tolerance);
-  }
-  return (a.isNull() ? "" : a.toText()) == (b.isNull() ? "" : b.toText());
+bool areSameInField(const Field& field, const Value& a, const Value& b, double tolerance) {
+  if (!field.hasCase) return equalIgnoringCase(textOf(a), textOf(b));
+  database::Likeness likeness = field.likeness;
+  likeness.tolerance = tolerance;
+  return database::areSameValues(a, b, likeness);
 }
 
 std::pair<Value, Value> toldValues(const Value& a, const Value& b) {
-  if (!holdsBytes(a) || !holdsBytes(b)) return {told(a), told(b)};
-  const Bytes inA = bytesOf(a);
-  const Bytes inB = bytesOf(b);
+  const bool areBytes = a.getIf<Bytes>() && b.getIf<Bytes>();
+  if (!areBytes) {
+    const std::pair both{told(a), told(b)};
+    const bool isFraction = a.getIf<double>() || b.getIf<double>();
+    if (!isFraction || textOf(both.first) != textOf(both.second)) return both;
+    return {allDigits(a), allDigits(b)};
+  }
+  const Bytes inA = database::pictureBytes(a);
+  const Bytes inB = database::pictureBytes(b);
   if (inA.size() != inB.size()) return {told(a), told(b)};
   const auto at = std::ranges::mismatch(inA, inB).in1 - inA.begin();
   return {told(a), fmt::format("{} bytes, others from byte {} on", inB.size(), at + 1)};
+}
+
+std::pair<std::string, std::string> toldNumbers(double a, double b) {
+  std::pair both{numberText(a), numberText(b)};
+  return both.first != both.second ? both : std::pair{fmt::format("{}", a), fmt::format("{}", b)};
 }
 
 }  // namespace orv::commands::compare

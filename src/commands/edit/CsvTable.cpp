@@ -1,6 +1,7 @@
 #include "commands/edit/CsvTable.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -121,7 +122,8 @@ char separatorOf(std::string_view text) {
 
 CsvRows readCsvFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw Error(kFileNotFound, "\"" + path + "\" cannot be read.");
+  if (!file || std::filesystem::is_directory(path))
+    throw Error(kFileNotFound, "\"" + path + "\" cannot be read.");
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   requireUtf8(text);
   return readCsv(text, separatorOf(text));

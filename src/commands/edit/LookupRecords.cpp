@@ -8,6 +8,7 @@
 #include <set>
 
 #include "commands/ChangeHistory.h"
+#include "commands/GroupName.h"
 #include "database/Fields.h"
 #include "database/Rows.h"
 #include "errors/Error.h"
@@ -102,7 +103,12 @@ void mergeLookups(EditSet names, const std::vector<std::int32_t>& from, std::int
       fmt::format("Merge {} {} into {}", designOf(names).name, fmt::join(from, ", "), into));
   database.inOneCommit([&] {
     const auto records = lookupRecords(names, database);
-    recordNumbered(records, into, names);
+    const std::string& name = recordNumbered(records, into, names).name;
+    if (names == EditSet::groups && !isUnreservedGroupName(name)) {
+      throw Error(kInvalidCall, fmt::format("The group {} is reserved: no records are put into it "
+                                            "but by who made it.",
+                                            name));
+    }
     std::set<std::int32_t> gone;
     for (const std::int32_t id : from) {
       recordNumbered(records, id, names);

@@ -87,10 +87,12 @@ void SqlCursor::readRow(std::vector<Value>& values) {
     }
     return;
   }
-  const jet::RowView* row = reader_->read(statement_.rowPlace());
+  const jet::RowId place = statement_.rowPlace();
+  const jet::RowView* row = engine_->visitedRow(place);
+  if (row == nullptr) row = reader_->read(place);  // rows that were sorted
   if (row == nullptr) return;
   for (const jet::Column& column : definition_->columns) {
-    values.push_back(row->value(column));
+    row->read(column, values.emplace_back());
   }
 }
 

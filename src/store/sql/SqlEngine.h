@@ -48,6 +48,8 @@ class SqlEngine : public std::enable_shared_from_this<SqlEngine> {
 
   /// Rows that queries have visited in tables so far: what tells an index from a scan.
   std::uint64_t rowsRead() const { return tables_.rowsRead(); }
+  /// As that of TableModule.
+  const jet::RowView* visitedRow(jet::RowId id) const { return tables_.visitedRow(id); }
   /// What SQLite is given for a statement.
   std::string translate(const std::string& sql);
 

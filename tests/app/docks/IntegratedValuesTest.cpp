@@ -21,7 +21,7 @@ std::shared_ptr<GlazingData> flatPane(const std::string& name, float from, float
 class Rows {
  public:
   Rows(const std::vector<std::shared_ptr<const GlazingData>>& panes, Standard standard)
-      : rows_(integratedRows(dataSetsOf(panes), standard)) {}
+      : rows_(integratedRows(dataSetsOf({panes.begin(), panes.end()}), standard)) {}
 
   const IntegratedPair& of(const QString& name, std::size_t pane = 0) const {
     static const IntegratedPair none{{"no row"}, {"no row"}};

@@ -62,16 +62,16 @@ class SpectrumDockTest : public testing::Test {
 };
 
 TEST_F(SpectrumDockTest, SaysWhyThereIsNoPlot) {
-  EXPECT_EQ(emptyText(), "Select one or more panes to see their spectra here.");
+  EXPECT_EQ(emptyText(), "Select one or more records to see their spectra here.");
   EXPECT_FALSE(action("Save as…")->isEnabled());
   dock_.showPanes({makePane("bare", 0, {})});
-  EXPECT_EQ(emptyText(), "The selected panes have no spectral data.");
+  EXPECT_EQ(emptyText(), "The selected records have no spectral data.");
   EXPECT_FALSE(action("Copy")->isEnabled());
   showTwoAngles();
   EXPECT_EQ(emptyText(), "");
   EXPECT_TRUE(action("Save as…")->isEnabled());
   dock_.clear();
-  EXPECT_EQ(emptyText(), "Select one or more panes to see their spectra here.");
+  EXPECT_EQ(emptyText(), "Select one or more records to see their spectra here.");
 }
 
 TEST_F(SpectrumDockTest, ShowsAndHidesCurves) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "app/docks/Panes.h"
 #include "app/docks/spectra/PlotTheme.h"
@@ -49,7 +51,7 @@ TEST(SpectrumPlotTest, NamesPanesWithoutAFileByProductOrNumber) {
   product->productname("Clear");
   auto number = makePane("", 0, {});
   number->id(7);
-  const auto sets = dataSetsOf({product, number, nullptr});
+  const auto sets = dataSetsOf({product, number, std::shared_ptr<GlazingData>()});
   ASSERT_EQ(sets.size(), 2U);
   EXPECT_EQ(sets[0].name, "Clear");
   EXPECT_EQ(sets[1].name, "Pane 7");
@@ -107,19 +109,46 @@ TEST(SpectrumPlotTest, ForgetsAnAngleThatNoRecordHas) {
   EXPECT_FALSE(plot.angle);
 }
 
-TEST(SpectrumPlotTest, DrawsTwentyPanesInDifferentColoursOnBothBackgrounds) {
+double linear(int value) {
+  const double part = value / 255.0;
+  return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor& c) {
+  return 0.2126 * linear(c.red()) + 0.7152 * linear(c.green()) + 0.0722 * linear(c.blue());
+}
+
+/// How different two colours look, by CIE 1976.
+double distance(const QColor& a, const QColor& b) {
+  const auto lab = [](const QColor& c) {
+    const double r = linear(c.red());
+    const double g = linear(c.green());
+    const double blue = linear(c.blue());
+    const double x = std::cbrt((0.4124 * r + 0.3576 * g + 0.1805 * blue) / 0.9505);
+    const double y = std::cbrt(luminance(c));
+    const double z = std::cbrt((0.0193 * r + 0.1192 * g + 0.9505 * blue) / 1.089);
+    return std::array{116 * y, 500 * (x - y), 200 * (y - z)};
+  };
+  const auto p = lab(a);
+  const auto q = lab(b);
+  return std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]);
+}
+
+TEST(SpectrumPlotTest, TellsTwelvePanesApartOnBothBackgrounds) {
   QPalette dark;
-  dark.setColor(QPalette::Active, QPalette::Base, QColor(0x20, 0x20, 0x20));
+  dark.setColor(QPalette::Active, QPalette::Base, QColor(0x1e, 0x20, 0x23));
   dark.setColor(QPalette::Active, QPalette::Text, Qt::white);
   for (const PlotTheme& theme : {PlotTheme::paper(), PlotTheme::of(dark)}) {
-    std::vector<QRgb> colours;
-    for (int pane = 0; pane < 20; ++pane) {
+    std::vector<QColor> colours;
+    for (int pane = 0; pane < 12; ++pane) {
       SpectrumDataSet set;
       set.pane = pane;
-      colours.push_back(theme.colour(set, 20).rgb());
+      const QColor colour = theme.colour(set, 12);
+      const auto [low, high] = std::minmax(luminance(colour), luminance(theme.background));
+      EXPECT_GE((high + 0.05) / (low + 0.05), 3) << pane;
+      for (const QColor& other : colours) EXPECT_GT(distance(colour, other), 20) << pane;
+      colours.push_back(colour);
     }
-    std::sort(colours.begin(), colours.end());
-    EXPECT_EQ(std::unique(colours.begin(), colours.end()), colours.end());
   }
 }
 

@@ -82,6 +82,11 @@ void CompareDock::show(std::shared_ptr<const Comparison> comparison,
   open();
 }
 
+void CompareDock::outdate() {
+  if (summaryText_.isEmpty()) return;
+  tell(tr("Records have changed since: compare again. ") + summaryText_);
+}
+
 /// The one that was chosen stays, where it still differs.
 void CompareDock::fillFields() {
   const QSignalBlocker quiet(field_);

@@ -19,6 +19,8 @@ class CompareDock : public ListDock {
   /// are copyable can be copied to the right.
   void show(std::shared_ptr<const Comparison> comparison, const std::vector<std::size_t>& copyable,
             const QString& heading);
+  /// Tells that records have changed since what is shown was found.
+  void outdate();
 
  signals:
   void chosen(const commands::compare::Difference& difference);

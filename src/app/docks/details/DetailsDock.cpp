@@ -8,7 +8,9 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/Help.h"
 #include "app/docks/details/DetailsTree.h"
@@ -23,7 +25,8 @@ DetailsDock::DetailsDock(QWidget* parent) : QDockWidget(tr("Details"), parent) {
   setAccessibleName(tr("Details"));
   setWhatsThis(
       tr("All fields of the selected record, with the picture of a frame or a drawing of "
-         "the slats of a shading."));
+         "the slats of a shading. Several records stand beside each other; where they differ, the "
+         "values have a colour and the names are bold."));
   pages_ = new QStackedWidget(this);
   pages_->addWidget(buildTextPage());
   pages_->addWidget(buildRecordPage());
@@ -65,6 +68,13 @@ QWidget* DetailsDock::buildRecordPage() {
   angle_ = new QComboBox(page);
   explain(angle_, tr("Angle of incidence of the values that are shown"));
   angle_->setAccessibleName(tr("Angle of incidence"));
+  differences_ = new QToolButton(page);
+  differences_->setObjectName(QStringLiteral("cmdOnlyDifferences"));
+  differences_->setIcon(icon("difference"));
+  differences_->setCheckable(true);
+  differences_->setAutoRaise(true);
+  differences_->setAccessibleName(tr("Only differences"));
+  explain(differences_, tr("Lists only the fields in which the records differ"));
   splitter_ = new QSplitter(Qt::Vertical, page);
   tree_ = new DetailsTree(splitter_);
   drawings_ = new QStackedWidget(splitter_);
@@ -81,6 +91,7 @@ QWidget* DetailsDock::buildRecordPage() {
   auto* top = new QHBoxLayout;
   top->addWidget(filter_, 1);
   top->addWidget(angle_);
+  top->addWidget(differences_);
   auto* layout = new QVBoxLayout(page);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->setSpacing(4);
@@ -89,6 +100,7 @@ QWidget* DetailsDock::buildRecordPage() {
 
   filter_->installEventFilter(this);
   connect(filter_, &QLineEdit::textChanged, tree_, &DetailsTree::setFilter);
+  connect(differences_, &QToolButton::toggled, tree_, &DetailsTree::showOnlyDifferences);
   connect(angle_, &QComboBox::activated, this, &DetailsDock::showAngle);
   return page;
 }
@@ -112,39 +124,65 @@ bool DetailsDock::eventFilter(QObject* /*watched*/, QEvent* event) {
 
 void DetailsDock::showPane(std::vector<std::shared_ptr<const GlazingData>> angles) {
   if (angles.empty()) return clear();
-  panes_ = std::move(angles);
-  fillAngles();
-  showAngle(angle_->currentIndex());
+  showRecords({{{}, std::move(angles), {}}});
+}
+
+void DetailsDock::showRecords(std::vector<DetailsRecord> records) {
+  fill(std::move(records));
   showRecord(nullptr);
 }
 
+void DetailsDock::fill(std::vector<DetailsRecord> records) {
+  records_ = std::move(records);
+  fillAngles();
+  showAngle();
+}
+
+/// Those of any of the panes.
 void DetailsDock::fillAngles() {
   const QVariant chosen = angle_->currentData();
   angle_->clear();
-  for (const auto& pane : panes_) {
-    const QString angle = tr("%1°").arg(pane->ORV_Angle());
-    const std::int32_t direction = pane->ORV_Direction();
-    angle_->addItem(direction == 0 ? angle : tr("%1, direction %2").arg(angle).arg(direction),
-                    QPoint(pane->ORV_Angle(), direction));
+  for (const DetailsRecord& record : records_) {
+    for (const auto& pane : record.panes) {
+      const QPoint place(pane->ORV_Angle(), pane->ORV_Direction());
+      if (angle_->findData(place) >= 0) continue;
+      const QString angle = tr("%1°").arg(place.x());
+      angle_->addItem(place.y() == 0 ? angle : tr("%1, direction %2").arg(angle).arg(place.y()),
+                      place);
+    }
   }
   angle_->setCurrentIndex(std::max(angle_->findData(chosen), 0));
-  angle_->setVisible(panes_.size() > 1);
+  angle_->setVisible(angle_->count() > 1);
 }
 
-void DetailsDock::showAngle(int index) {
-  tree_->showFields(commands::paneDetails(*panes_[static_cast<std::size_t>(index)]));
+std::vector<commands::DetailField> DetailsDock::fieldsAt(const DetailsRecord& record,
+                                                         const QPoint& place) const {
+  if (record.panes.empty()) return record.fields;
+  const auto found = std::ranges::find_if(record.panes, [&](const auto& pane) {
+    return QPoint(pane->ORV_Angle(), pane->ORV_Direction()) == place;
+  });
+  return commands::paneDetails(found == record.panes.end() ? *record.panes.front() : **found);
+}
+
+void DetailsDock::showAngle() {
+  QStringList titles;
+  std::vector<std::vector<commands::DetailField>> columns;
+  for (const DetailsRecord& record : records_) {
+    titles << record.title;
+    columns.push_back(fieldsAt(record, angle_->currentData().toPoint()));
+  }
+  differences_->setVisible(columns.size() > 1);
+  tree_->showFields(titles, columns);
 }
 
 void DetailsDock::showFrame(const std::shared_ptr<const FrameDataClass>& frame) {
-  angle_->hide();
-  tree_->showFields(commands::frameDetails(*frame));
+  fill({{{}, {}, commands::frameDetails(*frame)}});
   picture_->showPicture(frame->picture());
   showRecord(picture_);
 }
 
 void DetailsDock::showShading(const std::shared_ptr<const ShadingDataClass>& shading) {
-  angle_->hide();
-  tree_->showFields(commands::shadingDetails(*shading));
+  fill({{{}, {}, commands::shadingDetails(*shading)}});
   slats_->showShading(shading);
   showRecord(SlatDrawing::canDraw(*shading) ? slats_ : nullptr);
 }

@@ -4,9 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "model/FrameDataClass.h"
-#include "model/GlazingData.h"
-#include "model/ShadingDataClass.h"
+#include "app/docks/details/DetailsRecord.h"
 
 class QComboBox;
 class QLabel;
@@ -14,6 +12,7 @@ class QLineEdit;
 class QPushButton;
 class QSplitter;
 class QStackedWidget;
+class QToolButton;
 
 namespace orv::app {
 
@@ -21,7 +20,8 @@ class DetailsTree;
 class PictureView;
 class SlatDrawing;
 
-/// Every field of one record, with a frame's picture or a shading's slats.
+/// Every field of one record, with a frame's picture or a shading's slats; or those of several in
+/// columns, where they differ with a mark.
 class DetailsDock : public QDockWidget {
   Q_OBJECT
 
@@ -34,6 +34,8 @@ class DetailsDock : public QDockWidget {
   void showPane(std::vector<std::shared_ptr<const GlazingData>> angles);
   void showFrame(const std::shared_ptr<const FrameDataClass>& frame);
   void showShading(const std::shared_ptr<const ShadingDataClass>& shading);
+  /// Shows records of one kind beside each other.
+  void showRecords(std::vector<DetailsRecord> records);
   void clear();
   /// Shows a text in place of a record: that several are selected, or why one could not be read.
   void showText(const QString& text);
@@ -49,8 +51,12 @@ class DetailsDock : public QDockWidget {
  private:
   QWidget* buildTextPage();
   QWidget* buildRecordPage();
+  void fill(std::vector<DetailsRecord> records);
   void fillAngles();
-  void showAngle(int index);
+  void showAngle();
+  /// Those of a record at an angle and direction; of one without these at its first.
+  std::vector<commands::DetailField> fieldsAt(const DetailsRecord& record,
+                                              const QPoint& place) const;
   /// Shows the page of the record, with this drawing below the fields, or with none.
   void showRecord(QWidget* drawing);
 
@@ -59,12 +65,13 @@ class DetailsDock : public QDockWidget {
   QPushButton* refresh_;
   QLineEdit* filter_;
   QComboBox* angle_;
+  QToolButton* differences_;
   QSplitter* splitter_;
   DetailsTree* tree_;
   QStackedWidget* drawings_;
   PictureView* picture_;
   SlatDrawing* slats_;
-  std::vector<std::shared_ptr<const GlazingData>> panes_;
+  std::vector<DetailsRecord> records_;
 };
 
 }  // namespace orv::app

@@ -48,9 +48,15 @@ void ListDock::makeOpener(const Manner& manner) {
   opener->setText(manner.menuText);
   opener->setIcon(icon(manner.iconName));
   explain(opener, manner.openHelp);
+  connect(this, &QDockWidget::visibilityChanged, this, [this](bool seen) { isInFront_ = seen; });
   connect(opener, &QAction::triggered, this, [this](bool isOpened) {
-    if (isOpened) raise();
+    if (isOpened || !wasInFront_) open();
   });
+}
+
+void ListDock::closeEvent(QCloseEvent* event) {
+  wasInFront_ = isInFront_;
+  QDockWidget::closeEvent(event);
 }
 
 QToolBar* ListDock::addBar(const QString& name, const QString& help) {

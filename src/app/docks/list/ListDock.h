@@ -48,6 +48,8 @@ class ListDock : public QDockWidget {
   /// What is to be shown may be another now.
   virtual void followFilter() {}
 
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   void makeOpener(const Manner& manner);
   void copy() const;
@@ -55,6 +57,8 @@ class ListDock : public QDockWidget {
   QString name_;
   ListTree* list_;
   QLabel* summary_;
+  bool isInFront_ = false;   ///< nothing lies over it
+  bool wasInFront_ = false;  ///< when it was closed last
 };
 
 }  // namespace orv::app

@@ -30,9 +30,14 @@ void ListTree::keyPressEvent(QKeyEvent* event) {
 }
 
 void ListTree::fitColumns(int mostCharacters) {
-  const int most = mostCharacters * fontMetrics().averageCharWidth();
+  int all = 0;
   for (int column = 0; column < columnCount(); ++column) {
     resizeColumnToContents(column);
+    all += columnWidth(column);
+  }
+  if (all <= viewport()->width()) return;
+  const int most = mostCharacters * fontMetrics().averageCharWidth();
+  for (int column = 0; column < columnCount(); ++column) {
     setColumnWidth(column, std::min(columnWidth(column), most));
   }
 }

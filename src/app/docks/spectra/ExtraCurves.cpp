@@ -20,10 +20,14 @@ std::vector<double> commonWavelengths(const DataSets& sets) {
   double shortest = 0;
   double longest = sets.front()->wavelengths.back();
   std::set<double> all;
+  const std::vector<double>* last = nullptr;  // most panes are measured at the same ones
   for (const auto* set : sets) {
     shortest = std::max(shortest, set->wavelengths.front());
     longest = std::min(longest, set->wavelengths.back());
-    all.insert(set->wavelengths.begin(), set->wavelengths.end());
+    if (!last || *last != set->wavelengths) {
+      all.insert(set->wavelengths.begin(), set->wavelengths.end());
+    }
+    last = &set->wavelengths;
   }
   if (shortest > longest) return {};
   return {all.lower_bound(shortest), all.upper_bound(longest)};
@@ -110,9 +114,21 @@ DataSets shownDataSets(const SpectrumPlot& plot) {
   return sets;
 }
 
+ExtraChoice::ExtraChoice(const SpectrumPlot& plot)
+    : hidden(plot.hidden),
+      quantities(plot.quantities),
+      angle(plot.angle),
+      shows{plot.showsWeighting, plot.showsDifference, plot.showsMean},
+      standard(plot.standard) {}
+
 std::vector<ExtraCurve> extraCurves(const SpectrumPlot& plot) {
   std::vector<ExtraCurve> all;
   const DataSets sets = shownDataSets(plot);
+  DataSets together = plot.showsMean ? sets : DataSets();
+  if (plot.hasBand()) {
+    together = sets;
+    std::erase_if(together, [](const SpectrumDataSet* set) { return !set->isInBand; });
+  }
   if (plot.showsWeighting && !sets.empty()) {
     for (const optics::MeanRule& rule : optics::rulesOf(plot.standard).means) {
       const std::string_view range = rule.range;
@@ -122,8 +138,9 @@ std::vector<ExtraCurve> extraCurves(const SpectrumPlot& plot) {
   }
   for (const SpectralQuantity quantity : kSpectralQuantities) {
     if (!plot.shows(quantity)) continue;
-    if (plot.showsMean && sets.size() > 1) addMean(sets, quantity, all);
-    if (plot.showsDifference && sets.size() == 2) addDifference(sets, quantity, all);
+    if (together.size() > 1) addMean(together, quantity, all);
+    if (plot.showsDifference && !plot.hasBand() && sets.size() == 2)
+      addDifference(sets, quantity, all);
   }
   std::ranges::stable_partition(all, &ExtraCurve::isArea);
   return all;

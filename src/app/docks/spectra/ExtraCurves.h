@@ -34,8 +34,21 @@ QString nameOf(ExtraCurve::Kind kind);
 std::vector<const SpectrumDataSet*> shownDataSets(const SpectrumPlot& plot);
 
 /// What the plot asks for, where there are curves enough: a difference is that of two data sets, a
-/// mean with its band that of two or more, over the wavelengths that they have in common. A
-/// weighting has its greatest density at 1. Areas first.
+/// mean with its band that of two or more, over the wavelengths that they have in common; of the
+/// data sets in the band always, where there is one. A weighting has its greatest density at 1.
+/// Areas first.
 std::vector<ExtraCurve> extraCurves(const SpectrumPlot& plot);
+
+/// What the extra curves of a plot depend on, besides its data sets.
+struct ExtraChoice {
+  explicit ExtraChoice(const SpectrumPlot& plot);
+  bool operator==(const ExtraChoice&) const = default;
+
+  std::vector<bool> hidden;
+  std::array<bool, kSpectralQuantities.size()> quantities;
+  std::optional<int> angle;
+  std::array<bool, 3> shows;
+  optics::Standard standard;
+};
 
 }  // namespace orv::app

@@ -35,7 +35,7 @@ FigureLegend::FigureLegend(const SpectrumPlot& plot, const PlotTheme& theme, dou
   addExtras(plot, theme);
   for (std::size_t i = 0; i < plot.dataSets.size(); ++i) {
     const SpectrumDataSet& set = plot.dataSets[i];
-    if (!plot.showsDataSet(i) || !set.hasSpectrum()) continue;
+    if (!plot.showsDataSet(i) || !set.hasSpectrum() || set.isInBand) continue;
     const QPen pen = theme.pen(set, plot.paneCount(), SpectralQuantity::transmittance);
     dataSets_.push_back({pen, shownText(set.label)});
   }

@@ -10,6 +10,7 @@
 
 #include "app/Text.h"
 #include "app/dialogs/TableExport.h"
+#include "app/theme/MarkColour.h"
 
 namespace orv::app {
 
@@ -27,16 +28,6 @@ QTableWidgetItem* cell(const QString& shown, const QString& copied) {
 
 QString textOf(const QTableWidgetItem* item) {
   return item->data(Qt::UserRole).toString();
-}
-
-/// Behind values that differ: a colour that leaves the text its contrast.
-QColor markColour(const QPalette& palette) {
-  constexpr int kShare = 30;  ///< percent
-  const QColor base = palette.color(QPalette::Base);
-  const QColor mark(0xe6, 0x9f, 0x00);
-  const auto mixed = [](int a, int b) { return (a * (100 - kShare) + b * kShare) / 100; };
-  return {mixed(base.red(), mark.red()), mixed(base.green(), mark.green()),
-          mixed(base.blue(), mark.blue())};
 }
 
 /// A field of a colour with a frame, so that it is seen on any background.

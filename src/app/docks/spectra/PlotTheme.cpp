@@ -7,10 +7,15 @@ namespace orv::app {
 
 namespace {
 
-constexpr std::array<QRgb, 7> kOnLight{0xff0072b2, 0xffd55e00, 0xff009e73, 0xffcc79a7,
-                                       0xff222222, 0xff56b4e9, 0xffe69f00};
-constexpr std::array<QRgb, 7> kOnDark{0xff56b4e9, 0xffe69f00, 0xff2cc295, 0xffe39ac4,
-                                      0xfff5f5f5, 0xfff0e442, 0xffff7d33};
+// The first ones are those of Okabe and Ito, "Color Universal Design" (2008); the others are as far
+// from them and from each other as they can be (CIEDE2000: 18 at least; 10 as the colour-blind see
+// them), with a contrast of 3 : 1 to the background.
+constexpr std::array<QRgb, kMostCurves> kOnLight{0xff0072b2, 0xffd55e00, 0xff009e73, 0xff850275,
+                                                 0xff222222, 0xff9383eb, 0xfff9506c, 0xff625a40,
+                                                 0xff071de5, 0xff9e0e09, 0xff0a514b, 0xff6e6577};
+constexpr std::array<QRgb, kMostCurves> kOnDark{0xff56b4e9, 0xffe69f00, 0xff2cc295, 0xffdf00b3,
+                                                0xfff5f5f5, 0xffe96f58, 0xff5fe8f4, 0xff4477d8,
+                                                0xffcbd182, 0xff966e75, 0xffb1660d, 0xffcea7bf};
 
 constexpr double kWidth = 1.8;
 constexpr double kThinWidth = 1.2;
@@ -74,6 +79,7 @@ QColor PlotTheme::hue(int number) const {
 }
 
 QColor PlotTheme::colour(const SpectrumDataSet& set, int paneCount) const {
+  if (set.isInBand) return frame;
   if (paneCount <= 1) return hue(set.angleIndex);
   return mixed(hue(set.pane), background, std::min(0.22 * set.angleIndex, 0.5));
 }

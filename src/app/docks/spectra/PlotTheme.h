@@ -10,11 +10,8 @@
 namespace orv::app {
 
 /// The colours and pens of a plot. Colours tell the panes apart (or the angles, when one pane is
-/// shown alone) and stay distinct for the colour-blind; dashes tell the quantities apart. Later
-/// angles of a pane are drawn thinner and paler.
-///
-/// The colours are those of Okabe and Ito, "Color Universal Design" (2008), without the ones that
-/// lack contrast to the background.
+/// shown alone) and stay distinct for the colour-blind as long as they are `kMostCurves` at most;
+/// dashes tell the quantities apart. Later angles of a pane are drawn thinner and paler.
 class PlotTheme {
  public:
   static PlotTheme of(const QPalette& palette);

@@ -50,6 +50,7 @@ void SpectrumChart::showCurves(const SpectrumPlot& plot) {
   removeAllSeries();
   curves_.clear();
   extras_ = extraCurves(plot);
+  choice_ = ExtraChoice(plot);
   addExtras(true, plot.scale);
   for (const SpectrumDataSet& set : plot.dataSets) addCurves(set, plot.scale);
   addExtras(false, plot.scale);
@@ -84,7 +85,8 @@ void SpectrumChart::attach(QAbstractSeries* series) {
 }
 
 void SpectrumChart::addCurves(const SpectrumDataSet& set, const WavelengthScale& scale) {
-  Curves curves{};
+  curves_.emplace_back();
+  if (set.isInBand) return;
   for (const SpectralQuantity quantity : kSpectralQuantities) {
     const auto& values = set.of(quantity);
     QList<QPointF> points;
@@ -95,17 +97,17 @@ void SpectrumChart::addCurves(const SpectrumDataSet& set, const WavelengthScale&
     auto* series = new QLineSeries;
     series->replace(points);
     attach(series);
-    curves[static_cast<std::size_t>(quantity)] = series;
+    curves_.back()[static_cast<std::size_t>(quantity)] = series;
   }
-  curves_.push_back(curves);
 }
 
 void SpectrumChart::showView(const SpectrumPlot& plot) {
-  if (extras_ != extraCurves(plot)) {
-    showCurves(plot);
-    return;
+  if (choice_ != ExtraChoice(plot)) {
+    if (extras_ != extraCurves(plot)) return showCurves(plot);
+    choice_ = ExtraChoice(plot);
   }
   for (std::size_t i = 0; i < curves_.size(); ++i) {
+    if (plot.dataSets[i].isInBand) continue;
     for (const SpectralQuantity quantity : kSpectralQuantities) {
       const bool visible = plot.showsDataSet(i) && plot.shows(quantity);
       curves_[i][static_cast<std::size_t>(quantity)]->setVisible(visible);
@@ -126,6 +128,7 @@ void SpectrumChart::setPlotTheme(const PlotTheme& theme, const SpectrumPlot& plo
 void SpectrumChart::applyPens(const SpectrumPlot& plot) {
   const int panes = plot.paneCount();
   for (std::size_t i = 0; i < curves_.size(); ++i) {
+    if (plot.dataSets[i].isInBand) continue;
     for (const SpectralQuantity quantity : kSpectralQuantities) {
       curves_[i][static_cast<std::size_t>(quantity)]->setPen(
           theme_.pen(plot.dataSets[i], panes, quantity));

@@ -47,6 +47,7 @@ class SpectrumChart : public QChart {
   QValueAxis* fractions_;
   std::vector<Curves> curves_;
   std::vector<ExtraCurve> extras_;
+  std::optional<ExtraChoice> choice_;  ///< what the extra curves are of
   WavelengthScale scale_;
   QRectF range_;
 };

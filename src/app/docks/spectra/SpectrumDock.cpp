@@ -60,6 +60,12 @@ QKeySequence keyOf(SpectralQuantity quantity) {
   }
 }
 
+/// "clear_4" of "clear_4.txt".
+QString stemOf(const QString& name) {
+  const qsizetype point = name.lastIndexOf('.');
+  return point > 0 ? name.left(point) : name;
+}
+
 QLabel* hint(QWidget* parent) {
   auto* label = new QLabel(parent);
   label->setAlignment(Qt::AlignCenter);
@@ -107,6 +113,7 @@ SpectrumDock::SpectrumDock(QWidget* parent) : QDockWidget(tr("Spectra"), parent)
 
   connect(view_, &SpectrumView::rangeChanged, this, &SpectrumDock::updateActions);
   connect(legend_, &SpectrumLegend::visibilityChanged, this, &SpectrumDock::followPlot);
+  connect(legend_, &SpectrumLegend::pinWanted, this, &SpectrumDock::pinWanted);
   connect(legend_, &SpectrumLegend::pointed, view_, &SpectrumView::emphasize);
   clear();
 }
@@ -128,7 +135,6 @@ QWidget* SpectrumDock::buildValues() {
   buildStandards();
   table_ = new IntegratedTable;
   noTable_ = hint(nullptr);
-  noTable_->setText(tr("No integrated values are stored, and there is no spectrum."));
   noTable_->setMargin(2);
   noTable_->setMinimumHeight(3 * fontMetrics().lineSpacing() + 4);  // in a narrow dock
   auto* layout = new QVBoxLayout(values);
@@ -273,18 +279,24 @@ void SpectrumDock::addExportActions() {
 
 // --- What is shown -------------------------------------------------------------------------------
 
-void SpectrumDock::showPanes(std::vector<std::shared_ptr<const GlazingData>> panes) {
+void SpectrumDock::showPanes(const std::vector<SpectrumRecord>& panes) {
   note({});
   plot_.setRecords(panes);
   const bool isEmpty = plot_.dataSets.empty();
-  emptyText_->setText(isEmpty ? tr("Select one or more panes to see their spectra here.")
-                              : tr("The selected panes have no spectral data."));
+  emptyText_->setText(isEmpty ? tr("Select one or more records to see their spectra here.")
+                              : tr("The selected records have no spectral data."));
   stack_->setCurrentWidget(plot_.hasSpectra() ? static_cast<QWidget*>(view_) : emptyText_);
   fillAngles();
   legend_->refresh();
   showValues();
   view_->showCurves();
   updateActions();
+}
+
+void SpectrumDock::offer(const QList<QAction*>& actions) {
+  toolBar_->insertActions(weighting_, actions);
+  toolBar_->insertSeparator(weighting_);
+  view_->insertActions(weighting_, actions);
 }
 
 void SpectrumDock::note(const QString& text) {
@@ -294,11 +306,17 @@ void SpectrumDock::note(const QString& text) {
 }
 
 void SpectrumDock::showValues() {
-  table_->showDataSets(plot_.dataSets, standard());
+  auto sets = plot_.dataSets;
+  std::erase_if(sets, [](const SpectrumDataSet& set) { return set.isInBand; });
+  table_->showDataSets(sets, standard());
   const bool hasValues = table_->rowCount() > 0;
   table_->setVisible(hasValues);
   standards_->setVisible(hasValues);
   noTable_->setVisible(!hasValues);
+  noTable_->setText(
+      plot_.hasBand()
+          ? tr("View > Computed Integrated Values shows those of many panes as columns.")
+          : tr("No integrated values are stored, and there is no spectrum."));
 }
 
 void SpectrumDock::showDifference(std::optional<int> angle) {
@@ -384,7 +402,7 @@ void SpectrumDock::updateActions() {
   const std::size_t shown = shownDataSets(plot_).size();
   weighting_->setEnabled(hasPlot);
   difference_->setEnabled(shown == 2);
-  mean_->setEnabled(shown > 1);
+  mean_->setEnabled(shown > 1 && !plot_.hasBand());
   const bool isZoomed = hasPlot && plot_.zoomed;
   zoomOut_->setEnabled(isZoomed);
   showAll_->setEnabled(isZoomed);
@@ -407,7 +425,7 @@ void SpectrumDock::saveAs() {
   const QString path =
       askWhereToSave(
           {tr("Save Spectra"),
-           tr("spectra"),
+           plot_.paneCount() == 1 ? stemOf(plot_.dataSets.front().name) : tr("spectra"),
            {tr("Picture (*.png)"), tr("Scalable picture (*.svg)"), tr("Table of values (*.csv)")}},
           this)
           .path;

@@ -31,8 +31,11 @@ class SpectrumDock : public QDockWidget {
 
   /// Shows panes in place of the former ones; the records of one pane at several angles belong
   /// together. The quantities, the angle and the axis that the user chose stay.
-  void showPanes(std::vector<std::shared_ptr<const GlazingData>> panes);
+  /// More than `kMostCurves` are a band with their mean, but for those that are pinned.
+  void showPanes(const std::vector<SpectrumRecord>& panes);
   void clear();
+  /// Offers commands for the panes shown, in the tool bar and by a right click on the plot.
+  void offer(const QList<QAction*>& actions);
   /// Shows the difference of the two panes, of their curves at this angle where one is given.
   void showDifference(std::optional<int> angle);
   /// Says something of the panes that are shown, or of what was done with them, until others are.
@@ -58,6 +61,8 @@ class SpectrumDock : public QDockWidget {
  signals:
   /// The user has chosen another standard.
   void standardChosen(optics::Standard standard);
+  /// A data set is to be pinned, or not any more.
+  void pinWanted(std::size_t dataSet);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

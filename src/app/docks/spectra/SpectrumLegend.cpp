@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -9,12 +10,16 @@
 
 #include "app/Text.h"
 #include "app/docks/spectra/PlotTheme.h"
+#include "app/theme/Icons.h"
 
 namespace orv::app {
 
 namespace {
 
+enum Column { kLabel, kPin, kColumns };
+
 constexpr QSize kSwatch{24, 14};
+constexpr int kPinWidth = 28;  ///< pixels
 
 QString toolTipOf(const SpectrumDataSet& set) {
   const GlazingData& pane = *set.record;
@@ -32,7 +37,13 @@ QString toolTipOf(const SpectrumDataSet& set) {
 
 SpectrumLegend::SpectrumLegend(SpectrumPlot& plot, QWidget* parent)
     : QTreeWidget(parent), plot_(plot) {
+  setColumnCount(kColumns);
   setHeaderHidden(true);
+  header()->setStretchLastSection(false);
+  header()->setMinimumSectionSize(kPinWidth);
+  header()->setSectionResizeMode(kLabel, QHeaderView::Stretch);
+  header()->setSectionResizeMode(kPin, QHeaderView::Fixed);
+  header()->resizeSection(kPin, kPinWidth);
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setMouseTracking(true);
@@ -40,7 +51,12 @@ SpectrumLegend::SpectrumLegend(SpectrumPlot& plot, QWidget* parent)
   setTextElideMode(Qt::ElideMiddle);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setAccessibleName(tr("Panes of the plot"));
-  setWhatsThis(tr("The panes of the plot and their colours. Untick one to hide its curves."));
+  setWhatsThis(
+      tr("The panes of the plot and their colours. Untick one to hide its curves. A click on "
+         "the pin, or the key P, keeps a pane in the plot while others are selected."));
+  connect(this, &QTreeWidget::itemClicked, this, [this](const QTreeWidgetItem* item, int column) {
+    if (column == kPin) emit pinWanted(static_cast<std::size_t>(indexFromItem(item).row()));
+  });
   connect(this, &QTreeWidget::itemChanged, this,
           [this](const QTreeWidgetItem* item) { itemWasTicked(*item); });
   connect(this, &QTreeWidget::itemEntered, this, [this](const QTreeWidgetItem* item) {
@@ -63,7 +79,21 @@ void SpectrumLegend::refresh() {
     item->setCheckState(0, plot_.hidden[i] ? Qt::Unchecked : Qt::Checked);
     item->setHidden(plot_.angle && set.angle != *plot_.angle);
     item->setDisabled(!set.hasSpectrum());
+    showPin(*item, set.isPinned);
   }
+}
+
+/// A pane that is not pinned has a pale pin, to be clicked on.
+void SpectrumLegend::showPin(QTreeWidgetItem& item, bool isPinned) const {
+  const QPixmap pin =
+      icon("pin").pixmap(QSize(kSwatch.height(), kSwatch.height()), devicePixelRatioF(),
+                         isPinned ? QIcon::Normal : QIcon::Disabled);
+  QIcon shown;
+  for (const auto mode : {QIcon::Normal, QIcon::Selected}) shown.addPixmap(pin, mode);
+  item.setIcon(kPin, shown);
+  item.setToolTip(kPin, isPinned ? tr("Pinned: it stays while others are selected")
+                                 : tr("Keep it in the plot while others are selected"));
+  item.setData(kPin, Qt::AccessibleTextRole, isPinned ? tr("pinned") : tr("not pinned"));
 }
 
 QIcon SpectrumLegend::swatch(const SpectrumDataSet& set) const {
@@ -104,6 +134,14 @@ void SpectrumLegend::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) refresh();
 }
 
+void SpectrumLegend::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_P && event->modifiers() == Qt::NoModifier && currentItem()) {
+    emit pinWanted(static_cast<std::size_t>(indexFromItem(currentItem()).row()));
+  } else {
+    QTreeWidget::keyPressEvent(event);
+  }
+}
+
 void SpectrumLegend::leaveEvent(QEvent* event) {
   QTreeWidget::leaveEvent(event);
   emit pointed({});
@@ -116,6 +154,8 @@ void SpectrumLegend::contextMenuEvent(QContextMenuEvent* event) {
   if (item) {
     const auto row = static_cast<std::size_t>(indexFromItem(item).row());
     menu.addAction(tr("Show &Only This"), this, [this, row] { showOnly(row); });
+    menu.addAction(plot_.dataSets[row].isPinned ? tr("Un&pin") : tr("&Pin"), this,
+                   [this, row] { emit pinWanted(row); });
   }
   menu.addAction(tr("Show &All"), this, [this] { showOnly({}); });
   menu.exec(event->globalPos());

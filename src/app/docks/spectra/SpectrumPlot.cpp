@@ -88,10 +88,18 @@ void label(std::vector<SpectrumDataSet>& sets) {
   }
 }
 
+/// Where there are too many panes to be told apart.
+void putInBand(std::vector<SpectrumDataSet>& sets) {
+  int panes = 0;
+  for (const auto& set : sets) panes = std::max(panes, set.pane + 1);
+  if (panes <= kMostCurves) return;
+  for (auto& set : sets) set.isInBand = !set.isPinned;
+}
+
 /// 0 where there is none below.
 double leastDifference(const SpectrumPlot& plot) {
   double least = 0;
-  if (!plot.showsDifference) return least;
+  if (!plot.showsDifference || plot.hasBand()) return least;
   for (const ExtraCurve& curve : extraCurves(plot)) {
     if (curve.kind != ExtraCurve::Kind::difference) continue;
     for (const QPointF& point : curve.line) least = std::min(least, point.y());
@@ -135,26 +143,27 @@ std::optional<double> SpectrumDataSet::valueAt(SpectralQuantity quantity, double
   return std::lerp(y[i - 1], y[i], share);
 }
 
-std::vector<SpectrumDataSet> dataSetsOf(
-    const std::vector<std::shared_ptr<const GlazingData>>& records) {
+std::vector<SpectrumDataSet> dataSetsOf(const std::vector<SpectrumRecord>& records) {
   std::vector<SpectrumDataSet> sets;
   PaneNumbering numbering;
-  for (const auto& record : records) {
-    if (!record) continue;
+  for (const auto& [pane, isPinned, name] : records) {
+    if (!pane) continue;
     SpectrumDataSet set;
-    set.record = record;
-    set.name = paneName(*record);
-    set.angle = record->ORV_Angle();
-    set.direction = record->ORV_Direction();
+    set.record = pane;
+    set.isPinned = isPinned;
+    set.name = name.isEmpty() ? paneName(*pane) : name;
+    set.angle = pane->ORV_Angle();
+    set.direction = pane->ORV_Direction();
     numbering.number(set);
-    if (record->SpectralData()) copySpectrum(*record->SpectralData(), set);
+    if (pane->SpectralData()) copySpectrum(*pane->SpectralData(), set);
     sets.push_back(std::move(set));
   }
   label(sets);
+  putInBand(sets);
   return sets;
 }
 
-void SpectrumPlot::setRecords(const std::vector<std::shared_ptr<const GlazingData>>& records) {
+void SpectrumPlot::setRecords(const std::vector<SpectrumRecord>& records) {
   dataSets = dataSetsOf(records);
   hidden.assign(dataSets.size(), false);
   const auto known = angles();
@@ -179,6 +188,11 @@ bool SpectrumPlot::showsDataSet(std::size_t index) const {
 bool SpectrumPlot::hasSpectra() const {
   return std::any_of(dataSets.begin(), dataSets.end(),
                      [](const auto& set) { return set.hasSpectrum(); });
+}
+
+bool SpectrumPlot::hasBand() const {
+  return std::any_of(dataSets.begin(), dataSets.end(),
+                     [](const auto& set) { return set.isInBand; });
 }
 
 int SpectrumPlot::paneCount() const {

@@ -27,16 +27,32 @@ QString symbolOf(SpectralQuantity quantity);
 /// "Transmittance", "Reflectance, front", "Reflectance, back".
 QString nameOf(SpectralQuantity quantity);
 
+/// A record to be plotted. More panes than `kMostCurves` are drawn together, but for those pinned.
+struct SpectrumRecord {
+  std::shared_ptr<const GlazingData> pane;
+  bool isPinned = false;
+  QString name{};  ///< in the plot; empty for the pane's own
+
+  template <class Pane>
+  SpectrumRecord(std::shared_ptr<Pane> record, bool pinned = false, QString title = {})
+      : pane(std::move(record)), isPinned(pinned), name(std::move(title)) {}
+};
+
+/// More panes are not told apart by their colours.
+inline constexpr int kMostCurves = 12;
+
 /// The spectrum of one pane at one angle of incidence.
 struct SpectrumDataSet {
   std::shared_ptr<const GlazingData> record;
-  QString name;        ///< of the pane
-  QString label;       ///< the name, with the angle and the direction where the pane is
-                       ///< shown at several
-  int pane = 0;        ///< position of the pane among those shown
-  int angleIndex = 0;  ///< position of the angle among those of its pane
-  int angle = 0;       ///< degrees
-  int direction = 0;   ///< of incidence; 0 where the record does not tell it
+  bool isPinned = false;
+  bool isInBand = false;  ///< drawn with others as a band from the least to the greatest value
+  QString name;           ///< of the pane
+  QString label;          ///< the name, with the angle and the direction where the pane is
+                          ///< shown at several
+  int pane = 0;           ///< position of the pane among those shown
+  int angleIndex = 0;     ///< position of the angle among those of its pane
+  int angle = 0;          ///< degrees
+  int direction = 0;      ///< of incidence; 0 where the record does not tell it
   std::vector<double> wavelengths;  ///< microns, ascending, above 0; empty without a spectrum
   std::array<std::vector<double>, kSpectralQuantities.size()> values;  ///< fractions
 
@@ -50,8 +66,7 @@ struct SpectrumDataSet {
 
 /// The data sets of records. Records of the same pane at different angles belong together,
 /// wherever they stand in the list; the colours of a plot follow the panes.
-std::vector<SpectrumDataSet> dataSetsOf(
-    const std::vector<std::shared_ptr<const GlazingData>>& records);
+std::vector<SpectrumDataSet> dataSetsOf(const std::vector<SpectrumRecord>& records);
 
 /// Everything that decides what a plot shows.
 struct SpectrumPlot {
@@ -69,13 +84,14 @@ struct SpectrumPlot {
   bool zoomed = false;  ///< the range is the user's choice; else it is the full one
 
   /// Takes other records. A range that the user chose is kept as far as they reach into it.
-  void setRecords(const std::vector<std::shared_ptr<const GlazingData>>& records);
+  void setRecords(const std::vector<SpectrumRecord>& records);
 
   bool shows(SpectralQuantity quantity) const {
     return quantities[static_cast<std::size_t>(quantity)];
   }
   bool showsDataSet(std::size_t index) const;
   bool hasSpectra() const;
+  bool hasBand() const;
   int paneCount() const;
   std::vector<int> angles() const;  ///< those of the data sets, ascending, each once
 

@@ -188,7 +188,7 @@ void PageLedger::noteUnused() {
                 pages.size() == 1
                     ? fmt::format("the page is neither free nor used by anything; it holds {}",
                                   contentOf(type))
-                    : fmt::format("this page and {} others are neither free nor used by anything; "
+                    : fmt::format("this page and {} more are neither free nor used by anything; "
                                   "they hold {}",
                                   pages.size() - 1, contentOf(type)));
   }

@@ -144,11 +144,12 @@ void Log::growTo(std::uint64_t size) {
 }
 
 void Log::append(PageNumber pagesBefore, PageNumber pagesAfter,
-                 const std::vector<LoggedPage>& pages) {
+                 const std::vector<LoggedPage>& pages, std::uint64_t companion) {
   const Bytes record = LogRecord::encode({.generation = header_.generation,
                                           .number = state_.number + 1,
                                           .pageCountBefore = pagesBefore,
-                                          .pageCountAfter = pagesAfter},
+                                          .pageCountAfter = pagesAfter,
+                                          .companion = companion},
                                          pages, pageSize_);
   growTo(state_.end + record.size());
   state_.busy = true;
@@ -199,6 +200,7 @@ void Log::forEachRecord(
       return;
     }
     take(*head, *pages);
+    if (head->companion > 0) companion_ = head->companion;
     at += head->size;
     state_.number = std::max(state_.number, number);
   }

@@ -52,7 +52,8 @@ class Log {
   void beginAnew(const FileStatus& database);
 
   /// Appends a commit and waits for the disk; when this returns, the commit stays.
-  void append(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages);
+  void append(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages,
+              std::uint64_t companion = 0);
   /// Takes the record that was appended, whole or in part, back.
   void withdraw();
   /// Tells everyone that the commit is in the database, which is now as `database` says.
@@ -61,6 +62,9 @@ class Log {
   /// Calls `take` with each whole record, in order, until one is torn.
   void forEachRecord(
       const std::function<void(const LogRecord::Head&, const std::vector<LogRecord::Page>&)>& take);
+
+  /// That of the last of these that had one.
+  std::uint64_t companion() const { return companion_; }
 
   /// Removes the file.
   void remove();
@@ -84,6 +88,7 @@ class Log {
   LogState state_;
   std::uint64_t size_ = 0;      ///< of the file
   std::uint64_t appended_ = 0;  ///< size of the record that is not finished yet
+  std::uint64_t companion_ = 0;
 };
 
 }  // namespace orv::store::jet

@@ -27,21 +27,22 @@ std::uint64_t checksumOfRecord(std::span<const std::uint8_t> record) {
 
 std::uint64_t checksumOf(std::span<const std::uint8_t> bytes) {
   constexpr std::uint64_t kPrime = 0x9e3779b97f4a7c15;
-  // Four lanes, so that the processor need not wait for one multiplication after the other.
-  std::array<std::uint64_t, 4> lanes = {kPrime, ~kPrime, kPrime << 1, kPrime >> 1};
-  std::size_t at = 0;
-  const auto add = [&](std::uint64_t& lane) {
-    lane = (std::rotl(lane, 29) ^ load64(&bytes[at])) * kPrime;
-    at += 8;
+  const auto mixed = [](std::uint64_t lane, const std::uint8_t* word) {
+    return (std::rotl(lane, 29) ^ load64(word)) * kPrime;
   };
-  while (at + 32 <= bytes.size()) {
-    std::for_each(lanes.begin(), lanes.end(), add);
+  // Four lanes, so that the processor need not wait for one multiplication after the other.
+  std::uint64_t a = kPrime, b = ~kPrime, c = kPrime << 1, d = kPrime >> 1;
+  const std::uint8_t* word = bytes.data();
+  std::size_t words = bytes.size() / 8;
+  for (; words >= 4; words -= 4, word += 32) {
+    a = mixed(a, word);
+    b = mixed(b, word + 8);
+    c = mixed(c, word + 16);
+    d = mixed(d, word + 24);
   }
-  while (at + 8 <= bytes.size()) {
-    add(lanes[0]);
-  }
+  for (; words > 0; --words, word += 8) a = mixed(a, word);
   std::uint64_t sum = bytes.size();
-  for (const std::uint64_t lane : lanes) {
+  for (const std::uint64_t lane : {a, b, c, d}) {
     sum = (std::rotl(sum, 31) ^ lane ^ lane >> 32) * kPrime;
   }
   return sum ^ sum >> 29;
@@ -99,6 +100,7 @@ Bytes LogRecord::encode(Head head, std::span<const LoggedPage> pages, std::size_
   store32(&bytes[24], head.pageCountBefore);
   store32(&bytes[28], head.pageCountAfter);
   store64(&bytes[32], head.size);
+  store64(&bytes[40], head.companion);
   std::uint8_t* at = &bytes[kHeadSize];
   for (const LoggedPage& page : pages) {
     store32(at, page.number);
@@ -120,9 +122,9 @@ std::optional<LogRecord::Head> LogRecord::decodeHead(std::span<const std::uint8_
   if (bytes.size() < kHeadSize || load32(&bytes[0]) != kRecordMagic) {
     return std::nullopt;
   }
-  const Head head{load32(&bytes[4]),         load64(&bytes[8]),  load64(&bytes[16]),
-                  load32(&bytes[24]),        load32(&bytes[28]), load64(&bytes[32]),
-                  load64(&bytes[kRecordSum])};
+  const Head head{load32(&bytes[4]),  load64(&bytes[8]),         load64(&bytes[16]),
+                  load32(&bytes[24]), load32(&bytes[28]),        load64(&bytes[32]),
+                  load64(&bytes[40]), load64(&bytes[kRecordSum])};
   const bool canBe =
       head.size == sizeFor(head.pages, pageSize) && head.pageCountBefore <= head.pageCountAfter;
   return canBe ? std::optional(head) : std::nullopt;

@@ -62,7 +62,8 @@ struct LoggedPage {
   const std::uint8_t* after;
 };
 
-/// A record: one commit. It takes a whole number of pieces.
+/// A record: one commit. It takes a whole number of pieces. `companion` is how long a file beside
+/// the database, for which the commit does not wait, had become for it; 0 where there is none.
 ///
 /// Layout, little-endian: the fields of the head, `checksum` last; then for each page u32 number,
 /// u32 zero, the u64 checksum of each piece of it before, and the page as it is after.
@@ -74,6 +75,7 @@ struct LogRecord {
     std::uint32_t pageCountBefore = 0;  ///< of the database
     std::uint32_t pageCountAfter = 0;
     std::uint64_t size = 0;  ///< of the record, in bytes
+    std::uint64_t companion = 0;
     std::uint64_t checksum = 0;
   };
   static constexpr std::size_t kHeadSize = 64;

@@ -128,6 +128,7 @@ void LoggedFile::recover() {
 void LoggedFile::recoverAlone() {
   const bool canWrite = !file_->readOnly() && !log_->readOnly() && seen_.links == 1;
   LogRecovery recovery(*log_, *file_, pageSize_);
+  recoveredCompanion_ = log_->companion();
   const auto outcome = recovery.compare();
   if (outcome == LogRecovery::Outcome::foreign) {
     refuseForeignLog();
@@ -170,6 +171,18 @@ void LoggedFile::refuseForeignLog() {
 
 // Writing -----------------------------------------------------------------------------------
 
+std::string LoggedFile::whyReadOnly() const {
+  if (file_->readOnly()) {
+    return "'" + path_ +
+           "' cannot be changed: the file is read-only. Give yourself permission to write it, or "
+           "work on a copy.";
+  }
+  if (!hasOtherNames()) return {};
+  return "'" + path_ + "' has " + std::to_string(seen_.links) +
+         " names (hard links), and is only read: a program that came by another name would not see "
+         "the log of its changes. Remove the other names, or work on a copy.";
+}
+
 void LoggedFile::enterWriter() {
   if (log_) {
     locks_.enterWriter();
@@ -186,13 +199,7 @@ void LoggedFile::prepareToWrite() {
   if (!log_) {
     return;
   }
-  if (seen_.links > 1) {
-    throw Error(kReadOnlyStore,
-                "'" + path_ + "' has " + std::to_string(seen_.links) +
-                    " names (hard links), and is only read: a program that came by another name "
-                    "would not see the log of its changes. Remove the other names, or work on a "
-                    "copy.");
-  }
+  if (hasOtherNames()) throw Error(kReadOnlyStore, whyReadOnly());
   if (counter_.origin != 0) {
     return;
   }
@@ -211,7 +218,7 @@ void LoggedFile::prepareToWrite() {
 }
 
 void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
-                        const std::vector<LoggedPage>& pages) {
+                        const std::vector<LoggedPage>& pages, std::uint64_t companion) {
   if (!log_) {
     for (const LoggedPage& page : pages) {
       file_->write(std::uint64_t{page.number} * pageSize_, page.after, pageSize_);
@@ -227,7 +234,7 @@ void LoggedFile::commit(PageNumber pagesBefore, PageNumber pagesAfter,
       file_->sync();
       log_->beginAnew(seen_);
     }
-    writeDurably(pagesBefore, pagesAfter, pages);
+    writeDurably(pagesBefore, pagesAfter, pages, companion);
   } catch (const Error&) {
     locks_.leaveExclusive();
     throw;
@@ -272,10 +279,10 @@ void LoggedFile::refuseForeignChange(const std::vector<LoggedPage>& pages) {
 }
 
 void LoggedFile::writeDurably(PageNumber pagesBefore, PageNumber pagesAfter,
-                              const std::vector<LoggedPage>& pages) {
+                              const std::vector<LoggedPage>& pages, std::uint64_t companion) {
   const std::vector<LoggedPage>* overwritten = nullptr;
   try {
-    log_->append(pagesBefore, pagesAfter, pages);
+    log_->append(pagesBefore, pagesAfter, pages, companion);
     overwritten = &pages;
     for (const LoggedPage& page : pages) {
       file_->write(std::uint64_t{page.number} * pageSize_, page.after, pageSize_);

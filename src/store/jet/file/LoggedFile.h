@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "store/jet/file/File.h"
 #include "store/jet/file/FileLocks.h"
@@ -31,7 +32,9 @@ class LoggedFile {
   void keepLog();
 
   const std::string& path() const { return path_; }
-  bool readOnly() const { return file_->readOnly(); }
+  bool readOnly() const { return file_->readOnly() || hasOtherNames(); }
+  /// Why it cannot be changed; empty when it can.
+  std::string whyReadOnly() const;
   /// Whether another file stands at the path now.
   bool isReplaced() const;
   std::uint64_t size() { return file_->size(); }
@@ -57,13 +60,19 @@ class LoggedFile {
   void prepareToWrite();
   /// Writes pages, durably and all or none. Within the same. What a page held `before` must be
   /// what the file has. The file has `pagesBefore` pages and then `pagesAfter`.
-  void commit(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages);
+  /// `companion` is how long a file beside it had become for that; 0 where there is none.
+  void commit(PageNumber pagesBefore, PageNumber pagesAfter, const std::vector<LoggedPage>& pages,
+              std::uint64_t companion = 0);
+  /// How long that file had become for the last commit that was found when the log was recovered,
+  /// the first time that it is asked for; else 0.
+  std::uint64_t takeRecoveredCompanion() { return std::exchange(recoveredCompanion_, 0); }
   /// Within the same: brings all commits to the disk and removes the log.
   void endLog();
   /// Raises kStoreFailure where another file stands at the path, or another program has written.
   void refuseChanged();
 
  private:
+  bool hasOtherNames() const { return log_ && seen_.links > 1; }
   bool isOwnLogDone();
   FileStatus statusAtPath() const;
   bool noticeChanges();
@@ -72,7 +81,7 @@ class LoggedFile {
   [[noreturn]] void refuseForeignLog();
   void refuseForeignChange(const std::vector<LoggedPage>& pages);
   void writeDurably(PageNumber pagesBefore, PageNumber pagesAfter,
-                    const std::vector<LoggedPage>& pages);
+                    const std::vector<LoggedPage>& pages, std::uint64_t companion);
   void takeBack(std::uint64_t size, const std::vector<LoggedPage>* overwritten);
 
   std::string path_;
@@ -83,6 +92,7 @@ class LoggedFile {
   FileStatus seen_;         ///< of the file when it was last looked at
   LogCounter counter_;      ///< of the log then
   bool recoveryIsDue_ = false;
+  std::uint64_t recoveredCompanion_ = 0;
 };
 
 }  // namespace orv::store::jet

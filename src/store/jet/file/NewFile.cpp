@@ -43,7 +43,15 @@ NewFile::NewFile(std::string path) : path_(std::move(path)), written_(nameWhileM
   if (FileSystem::current().status(path_)) {
     refuseToReplace(path_);
   }
-  file_ = FileSystem::current().open(written_, FileSystem::Open::newOnly);
+  try {
+    file_ = FileSystem::current().open(written_, FileSystem::Open::newOnly);
+  } catch (const Error& error) {
+    // People know it by the name that it is to have.
+    std::string text = error.description();
+    const std::size_t at = text.find(written_);
+    if (at != std::string::npos) text.replace(at, written_.size(), path_);
+    throw Error(error.number(), text);
+  }
   slot_ = remember(written_.c_str());
 }
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "errors/Error.h"
@@ -13,9 +15,9 @@
 namespace orv::store::jet {
 namespace {
 
-// Little-endian. The header: magic, version, identity, checksum. The head of a record: magic, kind,
-// work, time, size of the record, of the title and of the changes, checksum of both, and of the
-// head. Then the title and the changes, each filled up to whole words of 8.
+// Little-endian. The header: magic, version, identity, bytes that have gone, checksum. The head of
+// a record: magic, kind, work, time, size of the record, of the title and of the changes, checksum
+// of both, and of the head. Then the title and the changes, each filled up to whole words of 8.
 constexpr std::array<std::uint8_t, 8> kMagic = {'O', 'R', 'V', 'H', 'I', 'S', 'T', '1'};
 constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kHeaderSize = 64;
@@ -27,11 +29,12 @@ std::uint64_t wholeWords(std::uint64_t size) {
   return (size + 7) / 8 * 8;
 }
 
-std::array<std::uint8_t, kHeaderSize> encodeHeader(std::uint64_t identity) {
+std::array<std::uint8_t, kHeaderSize> encodeHeader(std::uint64_t identity, std::uint64_t gone) {
   std::array<std::uint8_t, kHeaderSize> bytes{};
   std::ranges::copy(kMagic, bytes.begin());
   store32(&bytes[8], kVersion);
   store64(&bytes[16], identity);
+  store64(&bytes[24], gone);
   store64(&bytes[kHeaderSize - kSumSize],
           checksumOf(std::span(bytes).first(kHeaderSize - kSumSize)));
   return bytes;
@@ -48,8 +51,8 @@ Bytes encodeRecord(const HistoryRecord& record) {
   store64(&bytes[32], record.title.size());
   store64(&bytes[40], record.changes.size());
   std::ranges::copy(record.title, bytes.begin() + kHeadSize);
-  std::ranges::copy(record.changes,
-                    bytes.begin() + static_cast<std::ptrdiff_t>(kHeadSize + titleSize));
+  std::copy(record.changes.begin(), record.changes.end(),
+            bytes.begin() + static_cast<std::ptrdiff_t>(kHeadSize + titleSize));
   store64(&bytes[48], checksumOf(std::span(bytes).subspan(kHeadSize)));
   store64(&bytes[56], checksumOf(std::span(bytes).first(kHeadSize - kSumSize)));
   return bytes;
@@ -99,9 +102,10 @@ HistoryFile::Found HistoryFile::look() {
   if (size >= kHeaderSize) file_->read(0, header.data(), header.size());
   end_ = 0;
   entries_.clear();
-  if (header != encodeHeader(identity_)) return size == 0 ? Found::absent : Found::foreign;
+  gone_ = load64(&header[24]);
+  if (header != encodeHeader(identity_, gone_)) return size == 0 ? Found::absent : Found::foreign;
   readEntries();
-  return Found::sound;
+  return isCutShort() ? Found::sound : Found::damaged;
 }
 
 void HistoryFile::readEntries() {
@@ -123,6 +127,25 @@ void HistoryFile::readEntries() {
   }
 }
 
+/// Whether nothing stands behind the last record, or what a program or the system wrote of one
+/// before it stopped: its beginning, or only room for it.
+bool HistoryFile::isCutShort() {
+  const std::uint64_t size = file_->size();
+  std::uint64_t left = size - end_;
+  if (left < kHeadSize) return true;
+  Bytes bytes(kHeadSize);
+  file_->read(end_, bytes.data(), bytes.size());
+  if (const auto head = decodeHead(bytes, UINT64_MAX)) return head->size > left;
+  constexpr std::uint64_t kAtOnce = 1 << 16;
+  while (left > 0) {
+    bytes.resize(static_cast<std::size_t>(std::min(left, kAtOnce)));
+    file_->read(size - left, bytes.data(), bytes.size());
+    if (std::ranges::any_of(bytes, [](std::uint8_t byte) { return byte != 0; })) return false;
+    left -= bytes.size();
+  }
+  return true;
+}
+
 Bytes HistoryFile::changes(const HistoryEntry& entry) {
   Bytes bytes(static_cast<std::size_t>(entry.size));
   file_->read(entry.place, bytes.data(), bytes.size());
@@ -142,8 +165,11 @@ Bytes HistoryFile::changes(const HistoryEntry& entry) {
 
 bool HistoryFile::append(const HistoryRecord& record, bool waits) {
   const Found found = look();
-  if (found == Found::foreign) setAside();
+  if (found == Found::foreign || found == Found::damaged) setAside();
   if (found != Found::sound) beginNew();
+  if (file_->readOnly()) {
+    throw Error(kStoreFailure, "'" + path_ + "' cannot be written: it is read-only for this user.");
+  }
   const Bytes bytes = encodeRecord(record);
   if (file_->size() > end_) file_->truncate(end_);
   try {
@@ -182,7 +208,8 @@ void HistoryFile::sync() {
 void HistoryFile::beginNew() {
   FileSystem& files = FileSystem::current();
   if (file_ == nullptr) file_ = files.createCompanion(path_, databasePath_);
-  const auto header = encodeHeader(identity_);
+  gone_ = 0;
+  const auto header = encodeHeader(identity_, gone_);
   file_->write(0, header.data(), header.size());
   files.syncFolder(path_);
   end_ = kHeaderSize;
@@ -194,35 +221,63 @@ void HistoryFile::setAside() {
   file_.reset();
   constexpr int kMostNames = 1000;
   for (int number = 1; number < kMostNames; ++number) {
-    if (FileSystem::current().rename(path_, path_ + "-" + std::to_string(number))) return;
+    const std::string name = path_ + "-" + std::to_string(number);
+    if (!FileSystem::current().rename(path_, name)) continue;
+    setAside_ = name;
+    return;
   }
-  throw Error(kStoreFailure, "'" + path_ + "' is of another database, and cannot be renamed.");
+  throw Error(kStoreFailure, "'" + path_ + "' cannot be used, and cannot be renamed either.");
 }
 
-/// Drops the oldest works until there is room again, and `work`, the newest one, never: only where
-/// it is larger than all there may be, no more is kept than that it was there.
-void HistoryFile::shorten(const HistoryRecord& added) {
-  const std::uint64_t wanted = largest_ / 4 * 3;
+/// What is kept where the oldest works go until there is room again; the newest one never does. Of
+/// one that goes and has no end no more is kept than that it was there: more of it may come. Where
+/// the newest one is larger than all there may be, the same is kept of it, and nothing else.
+Bytes HistoryFile::withoutOldest(const HistoryRecord& added) {
   const bool grows =
       added.kind != HistoryRecord::Kind::undone && added.kind != HistoryRecord::Kind::redone;
-  auto first = entries_.begin();
-  std::uint64_t left = end_ - kHeaderSize;
-  while (first != entries_.end() && !(grows && first->head.work == added.work) && left > wanted) {
-    const std::uint64_t dropped = first->head.work;
-    for (; first != entries_.end() && first->head.work == dropped; ++first) left -= first->size;
+  std::map<std::uint64_t, std::uint64_t> sizes;
+  std::map<std::uint64_t, HistoryRecord> unfinished;
+  for (const HistoryEntry& entry : entries_) {
+    sizes[entry.head.work] += entry.size;
+    if (entry.head.kind == HistoryRecord::Kind::changes) {
+      unfinished.try_emplace(entry.head.work, entry.head);
+    } else {
+      unfinished.erase(entry.head.work);
+    }
   }
-  if (kHeaderSize + left > largest_) first = entries_.end();
-  Bytes kept(kHeaderSize + (first == entries_.end() ? 0 : left));
-  std::ranges::copy(encodeHeader(identity_), kept.begin());
-  if (first != entries_.end()) {
-    file_->read(first->place, kept.data() + kHeaderSize, static_cast<std::size_t>(left));
-  } else if (grows) {
-    HistoryRecord lost = entries_.back().head;
-    lost.kind = HistoryRecord::Kind::lost;
-    lost.work = added.work;
-    const Bytes bytes = encodeRecord(lost);
+  const std::uint64_t wanted = largest_ / 4 * 3;
+  std::uint64_t left = end_ - kHeaderSize;
+  std::set<std::uint64_t> gone;
+  for (const HistoryEntry& entry : entries_) {
+    const std::uint64_t work = entry.head.work;
+    if (left <= wanted) break;
+    if ((grows && work == added.work) || !gone.insert(work).second) continue;
+    left -= sizes[work];
+  }
+  if (kHeaderSize + left > largest_) {
+    for (const auto& [work, size] : sizes) gone.insert(work);
+    unfinished.clear();
+    if (grows) unfinished.emplace(added.work, entries_.back().head);
+  }
+  Bytes kept(kHeaderSize);
+  for (auto& [work, head] : unfinished) {
+    if (!gone.contains(work)) continue;
+    head.kind = HistoryRecord::Kind::lost;
+    const Bytes bytes = encodeRecord(head);
     kept.insert(kept.end(), bytes.begin(), bytes.end());
   }
+  for (const HistoryEntry& entry : entries_) {
+    if (gone.contains(entry.head.work)) continue;
+    const std::size_t at = kept.size();
+    kept.resize(at + static_cast<std::size_t>(entry.size));
+    file_->read(entry.place, kept.data() + at, static_cast<std::size_t>(entry.size));
+  }
+  std::ranges::copy(encodeHeader(identity_, gone_ + end_ - kept.size()), kept.begin());
+  return kept;
+}
+
+void HistoryFile::shorten(const HistoryRecord& added) {
+  const Bytes kept = withoutOldest(added);
   FileSystem& files = FileSystem::current();
   const std::string written = path_ + "-new";
   files.remove(written);

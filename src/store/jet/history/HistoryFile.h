@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "store/Value.h"
@@ -40,7 +41,9 @@ struct HistoryEntry {
 /// bound, the oldest works go.
 ///
 /// The header tells of which database the file is. One of another database, or something else, is
-/// never written to: it is given another name when this database gets a history.
+/// never written to: it is given another name when this database gets a history. So is one that is
+/// damaged: behind its last record that can be read stands something else than a record that was
+/// cut short.
 ///
 /// Whoever calls append() holds the database's lock for writing. Raises kStoreFailure.
 class HistoryFile {
@@ -51,7 +54,7 @@ class HistoryFile {
   void setLargest(std::uint64_t bytes) { largest_ = bytes; }
 
   const std::string& path() const { return path_; }
-  enum class Found { absent, sound, foreign };
+  enum class Found { absent, sound, foreign, damaged };
   /// What is there now.
   Found look();
   /// The records that there were at the last look, in their order.
@@ -66,13 +69,19 @@ class HistoryFile {
   void withdraw();
   /// Returns when all that was added is on the disk.
   void sync();
+  /// How long the file would be if no works had gone from it.
+  std::uint64_t length() const { return gone_ + end_; }
+  /// The name that a file got since the last call which could not be used; empty where none did.
+  std::string takeNameOfUnusable() { return std::exchange(setAside_, {}); }
 
  private:
   bool open();
   void readEntries();
+  bool isCutShort();
   void beginNew();
   void setAside();
   void shorten(const HistoryRecord& added);
+  Bytes withoutOldest(const HistoryRecord& added);
 
   std::string databasePath_;
   std::string path_;
@@ -80,8 +89,10 @@ class HistoryFile {
   std::uint64_t largest_ = UINT64_MAX;
   std::unique_ptr<File> file_;
   std::vector<HistoryEntry> entries_;
-  std::uint64_t end_ = 0;  ///< where the next record goes; 0 where nothing has been looked at
+  std::uint64_t end_ = 0;   ///< where the next record goes; 0 where nothing has been looked at
+  std::uint64_t gone_ = 0;  ///< bytes of works that had to go
   bool isWaitedFor_ = true;
+  std::string setAside_;
 };
 
 }  // namespace orv::store::jet

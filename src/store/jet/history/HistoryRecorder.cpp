@@ -120,17 +120,19 @@ void HistoryRecorder::rolledBack() {
   next_ = HistoryRecord::Kind::changes;
 }
 
-void HistoryRecorder::committing() noexcept {
-  if (next_ != HistoryRecord::Kind::changes || largest_ == 0) return;
+std::uint64_t HistoryRecorder::committing() noexcept {
+  if (next_ != HistoryRecord::Kind::changes || largest_ == 0) return 0;
   if (depth_ == 0) work_ = newWork();
-  if (isLost_ || changes_.bytes().empty()) return;
+  if (isLost_ || changes_.bytes().empty()) return 0;
   try {
     isPending_ = append(HistoryRecord::Kind::changes, work_, changes_.bytes());
     hasBegun_ = true;
+    return isPending_ ? file_.length() : 0;
   } catch (const Error& error) {
     failure_ = error.description();
     isLost_ = true;
   }
+  return 0;
 }
 
 void HistoryRecorder::committed() noexcept {

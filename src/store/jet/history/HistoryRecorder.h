@@ -44,6 +44,7 @@ class HistoryRecorder final : public ChangeObserver {
 
   /// Why the history could not be written since the last call; empty when it could.
   std::string takeFailure() { return std::exchange(failure_, {}); }
+  std::string takeNameOfUnusable() { return file_.takeNameOfUnusable(); }
 
   void rowChanged(const std::string& table, std::span<const Value> before,
                   std::span<const Value> after) override;
@@ -51,7 +52,7 @@ class HistoryRecorder final : public ChangeObserver {
   std::size_t mark() const override { return changes_.bytes().size(); }
   void forgetSince(std::size_t mark) override;
   void rolledBack() override;
-  void committing() noexcept override;
+  std::uint64_t committing() noexcept override;
   void committed() noexcept override;
 
  private:

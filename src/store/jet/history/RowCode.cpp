@@ -29,6 +29,13 @@ void append64(Bytes& bytes, std::uint64_t number) {
   store64(&bytes[bytes.size() - 8], number);
 }
 
+/// A type and a number of `size` bytes, in one piece: most values are of these.
+void appendTyped(Bytes& bytes, std::uint8_t type, std::uint64_t number, std::size_t size) {
+  std::array<std::uint8_t, 9> piece{type};
+  store64(&piece[1], number);
+  bytes.insert(bytes.end(), piece.begin(), piece.begin() + 1 + static_cast<std::ptrdiff_t>(size));
+}
+
 template <class Container>
 void appendSized(Bytes& bytes, const Container& content) {
   append32(bytes, static_cast<std::uint32_t>(content.size()));
@@ -133,10 +140,11 @@ Value takeValue(ByteReader& reader) {
 
 /// Whether two values have the same bytes: of numbers that are none, == says that they differ.
 bool areSame(const Value& a, const Value& b) {
-  if (const auto* single = a.getIf<float>(); single && b.getIf<float>()) {
+  if (a.variant().index() != b.variant().index()) return false;
+  if (const auto* single = a.getIf<float>()) {
     return std::bit_cast<std::uint32_t>(*single) == std::bit_cast<std::uint32_t>(*b.getIf<float>());
   }
-  if (const auto* number = a.getIf<double>(); number && b.getIf<double>()) {
+  if (const auto* number = a.getIf<double>()) {
     return std::bit_cast<std::uint64_t>(*number) ==
            std::bit_cast<std::uint64_t>(*b.getIf<double>());
   }
@@ -155,8 +163,15 @@ std::vector<Value> takeImage(ByteReader& reader, const std::vector<Value>& last)
 }  // namespace
 
 void encodeValue(Bytes& bytes, const Value& value) {
-  bytes.push_back(static_cast<std::uint8_t>(value.variant().index()));
-  std::visit(ValueWriter{bytes}, value.variant());
+  const auto type = static_cast<std::uint8_t>(value.variant().index());
+  if (const auto* single = value.getIf<float>()) {
+    appendTyped(bytes, type, std::bit_cast<std::uint32_t>(*single), 4);
+  } else if (const auto* number = value.getIf<std::int32_t>()) {
+    appendTyped(bytes, type, static_cast<std::uint32_t>(*number), 4);
+  } else {
+    bytes.push_back(type);
+    std::visit(ValueWriter{bytes}, value.variant());
+  }
 }
 
 Bytes encodeRowValues(std::span<const Value> values) {

@@ -147,9 +147,7 @@ void RowReversal::takeBack(const std::vector<RowChange>& changes) {
   for (std::size_t end = changes.size(); end > 0;) {
     // Rows that were deleted together come back in their order: some tables have no other.
     std::size_t begin = end - 1;
-    const auto isDeletion = [&](const RowChange& change) {
-      return change.after.empty() && change.table == changes[end - 1].table;
-    };
+    const auto isDeletion = [](const RowChange& change) { return change.after.empty(); };
     while (begin > 0 && isDeletion(changes[begin]) && isDeletion(changes[begin - 1])) --begin;
     for (std::size_t i = begin; i < end; ++i) apply(changes[i], true);
     end = begin;

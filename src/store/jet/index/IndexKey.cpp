@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "errors/Error.h"
@@ -29,7 +30,11 @@ class KeyWriter {
   void byte(std::uint8_t b) { key_.push_back(b ^ mask_); }
   void plainByte(std::uint8_t b) { key_.push_back(b); }
   void bigEndian(std::uint64_t number, std::size_t size) {
-    for (std::size_t i = size; i-- > 0;) byte(static_cast<std::uint8_t>(number >> (8 * i)));
+    std::array<std::uint8_t, 8> piece{};
+    for (std::size_t i = 0; i < size; ++i) {
+      piece[i] = static_cast<std::uint8_t>(number >> 8 * (size - 1 - i)) ^ mask_;
+    }
+    key_.insert(key_.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(size));
   }
 
  private:

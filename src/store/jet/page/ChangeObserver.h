@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -27,8 +28,9 @@ class ChangeObserver {
   /// All of the transaction has been undone.
   virtual void rolledBack() = 0;
   /// The transaction is about to be written. Called within its locks; committed() or rolledBack()
-  /// follows.
-  virtual void committing() noexcept = 0;
+  /// follows. Returns how long a file of the observer's has become for it, for which nobody waits:
+  /// after a loss of power it may be shorter, which can be found out then. 0 where there is none.
+  virtual std::uint64_t committing() noexcept = 0;
   /// All that was told is in the file for good, or nothing was. Called within the locks of the transaction.
   virtual void committed() noexcept = 0;
 };

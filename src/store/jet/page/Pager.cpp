@@ -131,14 +131,10 @@ bool Pager::letWritersIn() {
 
 std::string Pager::whyReadOnly() const {
   if (!readOnly()) return {};
-  const std::string refused = "'" + path() + "' cannot be changed: ";
-  if (file_.readOnly()) {
-    return refused +
-           "the file is read-only. Give yourself permission to write it, or work on a copy.";
-  }
+  if (file_.readOnly()) return file_.whyReadOnly();
   const std::string format =
       engineVersion_ > 1 ? "Access 2007 and later" : "format " + std::string(format_->name);
-  return refused + "files of " + format +
+  return "'" + path() + "' cannot be changed: files of " + format +
          " are only read. Copy its records into a database of format Jet 4, or convert the file "
          "with Access 2000 or later.";
 }
@@ -279,9 +275,9 @@ void Pager::commit() {
     if (observer_) observer_->committed();
     return;
   }
-  if (observer_) observer_->committing();
+  const std::uint64_t companion = observer_ ? observer_->committing() : 0;
   try {
-    writeDirtyPages();
+    writeDirtyPages(companion);
   } catch (const Error&) {
     ++transactionDepth_;  // The transaction's end undoes it.
     forgetPages();
@@ -296,7 +292,7 @@ void Pager::commit() {
   if (observer_) observer_->committed();
 }
 
-void Pager::writeDirtyPages() {
+void Pager::writeDirtyPages(std::uint64_t companion) {
   std::vector<PageNumber> numbers;
   for (const auto& [number, dirty] : dirty_) {
     numbers.push_back(number);
@@ -311,7 +307,7 @@ void Pager::writeDirtyPages() {
     const PageBytes& after = kept.emplace_back(encoded(number, dirty.bytes));
     pages.push_back({number, former, after.get()});
   }
-  file_.commit(committedPageCount_, pageCount_, pages);
+  file_.commit(committedPageCount_, pageCount_, pages, companion);
 }
 
 void Pager::rollback() {

@@ -105,6 +105,10 @@ class Pager {
   void observe(std::shared_ptr<ChangeObserver> observer) { observer_ = std::move(observer); }
   const std::shared_ptr<ChangeObserver>& observer() const { return observer_; }
 
+  /// How long the observer had told its file to be for the last commit that was recovered when
+  /// the database was opened, the first time that it is asked for; else 0.
+  std::uint64_t takeRecoveredCompanion() { return file_.takeRecoveredCompanion(); }
+
   bool inTransaction() const { return transactionDepth_ > 0; }
   /// Whether a lock is held, so that no other process changes the file.
   bool isLocked() const { return readers_ > 0; }
@@ -166,7 +170,7 @@ class Pager {
   /// The page as the file has it: the same bytes, or an encoded copy.
   PageBytes encoded(PageNumber page, const PageBytes& bytes) const;
   void encode(PageNumber page, std::uint8_t* bytes) const;
-  void writeDirtyPages();
+  void writeDirtyPages(std::uint64_t companion);
 
   LoggedFile file_;
   const Format* format_ = nullptr;

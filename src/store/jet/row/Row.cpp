@@ -31,6 +31,14 @@ Jumps jumpsOf(std::size_t rowLength, std::size_t maskLength, std::size_t variabl
   return {stored, reach < stored ? stored - 1 : stored};
 }
 
+/// Does something with the number of plainNumber().
+template <class Use>
+auto withNumber(const std::uint8_t* number, ColumnType type, Use use) {
+  if (type == ColumnType::single) return use(std::bit_cast<float>(load32(number)));
+  if (type == ColumnType::double_) return use(std::bit_cast<double>(load64(number)));
+  return use(static_cast<std::int32_t>(load32(number)));
+}
+
 }  // namespace
 
 void RowView::show(Pager& pager, const TableDefinition& definition, const PageRef& page,
@@ -148,7 +156,7 @@ std::size_t RowView::variableOffset(std::size_t index) const {
 
 /// Where the row has a number as nearly all values are: of a fixed column, as long as its type, and
 /// not cut. Null for anything else.
-const std::uint8_t* RowView::plainNumber(const Column& column) const {
+inline const std::uint8_t* RowView::plainNumber(const Column& column) const {
   const bool isShort = column.type == ColumnType::single || column.type == ColumnType::longInteger;
   const std::size_t size = isShort ? 4 : column.type == ColumnType::double_ ? 8 : 0;
   const std::size_t at = pager_->format().row.columnCountSize + column.fixedOffset;
@@ -158,21 +166,27 @@ const std::uint8_t* RowView::plainNumber(const Column& column) const {
 }
 
 Value RowView::value(const Column& column) const {
+  const std::uint8_t* number = isNull(column) ? nullptr : plainNumber(column);
+  if (number == nullptr) return otherValue(column);
+  return withNumber(number, column.type, [](auto found) { return Value(found); });
+}
+
+void RowView::read(const Column& column, Value& value) const {
+  const std::uint8_t* number = isNull(column) ? nullptr : plainNumber(column);
+  if (number == nullptr) {
+    value = otherValue(column);
+  } else {
+    withNumber(number, column.type, [&](auto found) { value.set(found); });
+  }
+}
+
+/// A value that is no plain number.
+Value RowView::otherValue(const Column& column) const {
   if (column.type == ColumnType::boolean && !column.calculated) {
     return Value(!isNull(column));
   }
   if (isNull(column)) {
     return {};
-  }
-  if (const std::uint8_t* number = plainNumber(column)) {
-    switch (column.type) {
-      case ColumnType::single:
-        return std::bit_cast<float>(load32(number));
-      case ColumnType::double_:
-        return std::bit_cast<double>(load64(number));
-      default:
-        return static_cast<std::int32_t>(load32(number));
-    }
   }
   DamagedFileScope scope(pager_->path());
   const auto stored = bytes(column);

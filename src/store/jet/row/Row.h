@@ -41,6 +41,8 @@ class RowView {
   std::span<const std::uint8_t> bytes(const Column& column) const;
   /// The value of a column; long values are read whole.
   Value value(const Column& column) const;
+  /// Reads it over another value, which takes fewer steps for numbers.
+  void read(const Column& column, Value& value) const;
 
   /// Whether this stands for a row at all.
   explicit operator bool() const { return data_ != nullptr; }
@@ -51,6 +53,7 @@ class RowView {
   /// What is wrong with the places of the variable columns, or null.
   const char* variableFault() const;
   std::size_t variableOffset(std::size_t index) const;
+  Value otherValue(const Column& column) const;
   const std::uint8_t* plainNumber(const Column& column) const;
 
   Pager* pager_ = nullptr;

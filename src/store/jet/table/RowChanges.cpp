@@ -23,6 +23,13 @@ std::vector<Value> valuesOf(const TableDefinition& definition, const RowView& ro
   return values;
 }
 
+/// Whether any index has the column.
+bool isKeyed(const TableDefinition& definition, std::size_t column) {
+  return std::ranges::any_of(definition.realIndexes, [&](const RealIndex& index) {
+    return std::ranges::find(index.columns, column, &IndexColumn::column) != index.columns.end();
+  });
+}
+
 bool valuesAreEqual(const RealIndex& index, std::span<const Value> a, std::span<const Value> b) {
   return std::ranges::all_of(
       index.columns, [&](const IndexColumn& key) { return a[key.column] == b[key.column]; });
@@ -41,10 +48,10 @@ RowChanges::RowChanges(Table& table)
     indexes_.push_back({index, {pager_, index, definition_.page}});
   }
   for (std::size_t i = 0; i < definition_.columns.size(); ++i) {
-    if (definition_.columns[i].autoNumber) numbered_.push_back(i);
-  }
-  for (const RealIndex& index : definition_.realIndexes) {
-    for (const IndexColumn& key : index.columns) keyColumns_.insert(key.column);
+    const Column& column = definition_.columns[i];
+    if (column.autoNumber) numbered_.push_back(i);
+    if (column.isLongValue()) long_.push_back(&column);
+    (isKeyed(definition_, i) ? keyed_ : unkeyed_).push_back(i);
   }
 }
 
@@ -65,12 +72,11 @@ RowId RowChanges::insert(std::span<const Value> values) {
 }
 
 void RowChanges::update(RowId id, std::span<const Value> values) {
-  const auto content = table_.contentOf(id);
-  if (!content) {
+  const auto found = table_.find(id);
+  if (!found) {
     throw Error(kNoCurrentRecord, "The row of table '" + table_.name() + "' has been deleted.");
   }
-  const RowView before = table_.viewAt(*content);
-  const std::vector<Value> oldRow = valuesOf(definition_, before);
+  const std::vector<Value> oldRow = valuesOf(definition_, found->row);
   const std::span<const Value> newRow = fit(values, false);
   if (std::ranges::equal(oldRow, newRow)) return;
   for (Index& index : indexes_) {
@@ -78,23 +84,22 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
     eraseEntry(index, oldRow, id);
     addEntry(index, newRow, id);
   }
-  writeContent(id, *content, encodeRow(pager_, definition_, newRow, &before));
+  writeContent(id, found->content, encodeRow(pager_, definition_, newRow, &found->row));
   if (observer_) observer_->rowChanged(table_.name(), oldRow, newRow);
 }
 
 void RowChanges::erase(RowId id) {
-  const auto content = table_.contentOf(id);
-  if (!content) {
+  auto found = table_.find(id);
+  if (!found) {
     throw Error(kNoCurrentRecord,
                 "The row of table '" + table_.name() + "' has been deleted already.");
   }
-  {
-    const RowView row = table_.viewAt(*content);
-    readErased(row);
-    for (Index& index : indexes_) eraseEntry(index, erased_, id);
-    eraseLongValues(row, content->page);
-  }
-  if (*content != id) space_.erase(*content);
+  const RowId content = found->content;
+  readErased(found->row);
+  for (Index& index : indexes_) eraseEntry(index, erased_, id);
+  eraseLongValues(found->row, content.page);
+  found.reset();  // the page may change in place from here on
+  if (content != id) space_.erase(content);
   space_.erase(id);
   --newRows_;
 }
@@ -139,12 +144,10 @@ std::optional<Value> RowChanges::makeValue(const Column& column) {
 void RowChanges::readErased(const RowView& row) {
   const std::vector<Column>& columns = definition_.columns;
   erased_.resize(columns.size());
-  for (const std::size_t i : keyColumns_) erased_[i] = row.value(columns[i]);
+  for (const std::size_t i : keyed_) row.read(columns[i], erased_[i]);
   if (!observer_) return;
   try {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      if (!keyColumns_.contains(i)) erased_[i] = row.value(columns[i]);
-    }
+    for (const std::size_t i : unkeyed_) row.read(columns[i], erased_[i]);
     observer_->rowChanged(table_.name(), erased_, {});
   } catch (const Error& error) {
     if (error.number() != kCorruptFile) throw;
@@ -168,10 +171,8 @@ void RowChanges::writeContent(RowId home, RowId content, const Bytes& row) {
 }
 
 void RowChanges::eraseLongValues(const RowView& row, PageNumber page) {
-  for (const Column& column : definition_.columns) {
-    if (column.isLongValue() && !row.isNull(column)) {
-      eraseLongValue(pager_, column, row.bytes(column), page);
-    }
+  for (const Column* column : long_) {
+    if (!row.isNull(*column)) eraseLongValue(pager_, *column, row.bytes(*column), page);
   }
 }
 

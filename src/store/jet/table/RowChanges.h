@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -59,7 +58,9 @@ class RowChanges {
   RowSpace space_;
   std::vector<Index> indexes_;
   std::vector<std::size_t> numbered_;  ///< columns with automatic numbers
-  std::set<std::size_t> keyColumns_;   ///< those of any index
+  std::vector<std::size_t> keyed_;     ///< columns of any index
+  std::vector<std::size_t> unkeyed_;   ///< all others
+  std::vector<const Column*> long_;    ///< columns with long values
   std::vector<Value> fitted_;          ///< the row that was fitted last
   std::vector<Value> erased_;          ///< the row that was deleted last, its key columns at least
   int newRows_ = 0;

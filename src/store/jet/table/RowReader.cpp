@@ -8,10 +8,10 @@ constexpr auto kLongestTrust = std::chrono::seconds(1);
 }  // namespace
 
 bool RowReader::hasPage(PageNumber page) const {
-  const Pager& pager = table_->pager();
-  if (!page_ || page_.number() != page || version_ != pager.version() || pager.inTransaction()) {
-    return false;
-  }
+  Pager& pager = table_->pager();
+  if (!page_ || page_.number() != page || version_ != pager.version()) return false;
+  // While it is held, changes go to a copy of it.
+  if (pager.inTransaction()) return pager.read(page).data() == page_.data();
   return pager.isLocked() || std::chrono::steady_clock::now() - readAt_ < kLongestTrust;
 }
 

@@ -15,12 +15,12 @@ namespace {
 constexpr int kMostPointers = 16;       // from one place of a row to the next
 constexpr std::size_t kReadAhead = 16;  // pages that a scan reads under one lock
 
-/// Where the content of a row is: its own place, or where the pointer there leads.
-std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
+/// The row at `id`: its content is there, or where the pointer there leads.
+std::optional<StoredRow> find(Pager& pager, const TableDefinition& definition, RowId id) {
   for (int hops = 0; hops < kMostPointers; ++hops) {
     const PageRef page = pager.read(id.page);
     const DataPage data(pager.format(), page.view());
-    if (data.owner() != owner) {
+    if (data.owner() != definition.page) {
       raiseDamaged(id.page, "a row pointer of one table leads to another's page");
     }
     if (id.row >= data.rowCount()) {
@@ -32,7 +32,7 @@ std::optional<RowId> contentOf(Pager& pager, PageNumber owner, RowId id) {
     } else if (slot.kind == SlotKind::dead || (slot.kind == SlotKind::hidden && hops == 0)) {
       return std::nullopt;
     } else {
-      return id;
+      return StoredRow{id, {pager, definition, page, slot.offset, slot.length}};
     }
   }
   raiseDamaged(id.page, "the pointers of a row form a loop");
@@ -46,12 +46,6 @@ DataPage rowsOf(const Pager& pager, const TableDefinition& definition, const Pag
                                     "', but says that it is another's");
   }
   return rows;
-}
-
-RowView viewAt(Pager& pager, const TableDefinition& definition, RowId content) {
-  const PageRef page = pager.read(content.page);
-  const Slot slot = DataPage(pager.format(), page.view()).slot(content.row);
-  return {pager, definition, page, slot.offset, slot.length};
 }
 
 /// Where the number of an index's different keys is on a definition's first page.
@@ -136,8 +130,8 @@ bool TableScan::next() {
     }
     if (slot.kind == SlotKind::pointer) {
       Pager::ReadLock lock(*pager_);
-      if (const auto content = contentOf(*pager_, definition_->page, rowId_)) {
-        row_ = viewAt(*pager_, *definition_, *content);
+      if (auto found = find(*pager_, *definition_, rowId_)) {
+        row_ = std::move(found->row);
         return true;
       }
     }
@@ -179,16 +173,12 @@ std::uint32_t Table::keyCount(std::size_t realIndex) const {
 
 std::optional<RowView> Table::row(RowId id) const {
   Pager::ReadLock lock(*pager_);
-  const auto content = contentOf(id);
-  return content ? std::optional(viewAt(*content)) : std::nullopt;
+  auto found = find(id);
+  return found ? std::optional(std::move(found->row)) : std::nullopt;
 }
 
-std::optional<RowId> Table::contentOf(RowId id) const {
-  return jet::contentOf(*pager_, definition_->page, id);
-}
-
-RowView Table::viewAt(RowId content) const {
-  return jet::viewAt(*pager_, *definition_, content);
+std::optional<StoredRow> Table::find(RowId id) const {
+  return jet::find(*pager_, *definition_, id);
 }
 
 IndexTree Table::index(std::size_t realIndex) const {

@@ -47,6 +47,12 @@ class TableScan {
   RowView row_;
 };
 
+/// A row, and where its content is.
+struct StoredRow {
+  RowId content;
+  RowView row;
+};
+
 /// The rows of one table. Changes keep every index of the table right and are made within a
 /// transaction of the pager (their own, or the caller's).
 class Table {
@@ -89,9 +95,8 @@ class Table {
 
  private:
   friend class RowChanges;
-  /// Where the content of a row is, and the row there.
-  std::optional<RowId> contentOf(RowId id) const;
-  RowView viewAt(RowId content) const;
+  /// The row at `id`, whoever holds a lock; none when it was deleted or never was.
+  std::optional<StoredRow> find(RowId id) const;
 
   std::int32_t lastAutoNumber() const;
   void raiseLastAutoNumber(std::int32_t number);

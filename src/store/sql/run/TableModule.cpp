@@ -204,8 +204,10 @@ struct ModuleCallbacks {
     return *made == nullptr ? SQLITE_NOMEM : SQLITE_OK;
   }
 
-  static int close(sqlite3_vtab_cursor* cursor) {
-    delete static_cast<VirtualCursor*>(cursor);
+  static int close(sqlite3_vtab_cursor* base) {
+    auto* cursor = static_cast<VirtualCursor*>(base);
+    cursor->table().module->visited_ = nullptr;
+    delete cursor;
     return SQLITE_OK;
   }
 
@@ -213,6 +215,7 @@ struct ModuleCallbacks {
                     sqlite3_value** values) {
     auto& cursor = *static_cast<VirtualCursor*>(base);
     TableModule& module = *cursor.table().module;
+    module.visited_ = nullptr;
     const bool done = module.failure_.guard([&] {
       cursor.source = sourceFor(cursor.table(), plan, letters,
                                 BoundValues(values, static_cast<std::size_t>(count)));
@@ -242,8 +245,10 @@ struct ModuleCallbacks {
   static int next(sqlite3_vtab_cursor* base) {
     auto& cursor = *static_cast<VirtualCursor*>(base);
     TableModule& module = *cursor.table().module;
+    module.visited_ = nullptr;
     const bool done = module.failure_.guard([&] {
       cursor.atEnd = !cursor.source->next();
+      if (!cursor.atEnd) module.visited_ = cursor.source.get();
       module.rowsRead_ += cursor.atEnd ? 0 : 1;
     });
     return done ? SQLITE_OK : SQLITE_ERROR;
@@ -292,6 +297,10 @@ const sqlite3_module ModuleCallbacks::kModule = [] {
 TableModule::TableModule(sqlite3* db, const TextOrder& textOrder, CallbackFailure& failure)
     : db_(db), textOrder_(textOrder), failure_(failure) {
   sqlite3_create_module_v2(db, "jet", &ModuleCallbacks::kModule, this, nullptr);
+}
+
+const jet::RowView* TableModule::visitedRow(jet::RowId id) const {
+  return visited_ != nullptr && visited_->rowId() == id ? &visited_->row() : nullptr;
 }
 
 std::string TableModule::nameOf(const std::shared_ptr<jet::Table>& table) {

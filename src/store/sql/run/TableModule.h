@@ -12,6 +12,7 @@
 #include "store/sql/functions/Callbacks.h"
 #include "store/sql/functions/TextOrder.h"
 #include "store/sql/run/ColumnLookup.h"
+#include "store/sql/run/RowSource.h"
 
 namespace orv::store::sql {
 
@@ -31,6 +32,10 @@ class TableModule {
   /// Rows that queries have visited in tables so far: what tells an index from a scan.
   std::uint64_t rowsRead() const { return rowsRead_; }
 
+  /// The row at `id` if it is the one that a query has just come to, until the query goes on; else
+  /// null.
+  const jet::RowView* visitedRow(jet::RowId id) const;
+
  private:
   friend struct ModuleCallbacks;
 
@@ -45,6 +50,7 @@ class TableModule {
   std::map<int, Entry> tables_;  ///< by the number in their names
   int lastNumber_ = 0;
   std::uint64_t rowsRead_ = 0;
+  const RowSource* visited_ = nullptr;  ///< stands on the row that was visited last
 };
 
 }  // namespace orv::store::sql

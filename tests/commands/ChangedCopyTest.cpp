@@ -1,0 +1,314 @@
+// The copying of what differs: it ends, and writes what the list before it tells, and nothing else.
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <map>
+#include <set>
+
+#include "commands/CommandsTest.h"
+#include "commands/CopyRules.h"
+#include "commands/compare/CopyChanges.h"
+
+namespace orv::test {
+namespace {
+
+using commands::RecordKind;
+using commands::TextFileKind;
+using commands::compare::Comparison;
+using commands::compare::State;
+using ::testing::IsEmpty;
+using Lines = std::vector<std::string>;
+
+class ChangedCopyTest : public CommandsTest {
+ protected:
+  Comparison compare(const Node& a, const Node& b, commands::compare::CompareOptions options = {}) {
+    return commands::compare::compareSources(session, a, b, options);
+  }
+
+  /// "KEY OF B|angle|field", for each difference of these states.
+  static std::set<std::string> placesOf(const Comparison& comparison,
+                                        const std::set<State>& states) {
+    std::set<std::string> places;
+    for (const auto& each : comparison.differences) {
+      const auto& pair = comparison.pairs[each.pair];
+      if (!states.contains(pair.state)) continue;
+      const std::string id = pair.b.empty() ? pair.name : pair.b.front();
+      const std::string field = each.field.substr(0, each.field.find(", direction"));
+      places.insert(fmt::format("{} {}|{}|{}", commands::setName(pair.kind), id,
+                                each.angle.value_or(0), field));
+    }
+    return places;
+  }
+
+  /// What was written and not told: integrated values may follow a spectrum that was.
+  static Lines untold(const std::set<std::string>& written, const std::set<std::string>& told) {
+    Lines lines;
+    for (const std::string& place : written) {
+      const std::string at = place.substr(0, place.rfind('|') + 1);
+      const auto isTold = [&](const char* field) { return told.contains(at + field); };
+      const bool follows = place.find("ance ") != std::string::npos &&
+                           (isTold("T") || isTold("Rf") || isTold("Rb") || isTold("spectrum") ||
+                            isTold("wavelengths") || isTold("integrated values"));
+      if (!told.contains(place) && !follows) lines.push_back(place);
+    }
+    return lines;
+  }
+
+  static std::string text(const store::Value& value) {
+    return value.isNull() ? "" : value.toText();
+  }
+
+  Lines linesOf(const Comparison& comparison) const {
+    Lines lines;
+    for (const auto& each : comparison.differences) {
+      const auto& pair = comparison.pairs[each.pair];
+      const bool isLeft = pair.state == State::added || pair.isAmbiguous ||
+                          pair.name == "no data" ||
+                          commands::fateOf(pair.kind, each.field) != commands::Fate::brought;
+      if (isLeft) continue;
+      // Computed where the source has none.
+      if (each.field == "integrated values" && text(each.a) == "none") continue;
+      lines.push_back(fmt::format("{} {} {} {} {}: {} | {}", nameOf(pair.state),
+                                  commands::setName(pair.kind), pair.name, each.angle.value_or(-1),
+                                  each.field, text(each.a), text(each.b)));
+    }
+    return lines;
+  }
+
+  Node copyOf(const Node& b, const std::string& name) {
+    std::filesystem::copy_file(folder.path() / b->filename(), folder.path() / name);
+    return opener.openAny((folder.path() / name).string());
+  }
+
+  commands::PasteResult copyChanged(const Node& a, const Node& b, const Comparison& told) {
+    const auto pairs = commands::compare::copyablePairs(told, group_).pairs;
+    return commands::compare::copyPairs(session, a, b, told, pairs, {.group = group_},
+                                        [](const auto&) {});
+  }
+
+  /// The property: what is written was told, all of it is the same afterwards but for what the
+  /// remark names, and a second copy finds nothing.
+  void proveCopy(const Node& a, const Node& b) {
+    const auto before = copyOf(b, "before" + std::to_string(++copies_) + ".mdb");
+    commands::compare::CompareOptions options{.isForCopy = true};
+    if (!group_.empty()) options.group = group_;
+    const Comparison told = compare(a, b, options);
+    ui.answers = {commands::Answer::yes, commands::Answer::yes};  // for unfit substrates
+    const auto result = copyChanged(a, b, told);
+    EXPECT_EQ(result.failed + result.partly + result.withoutData, 0)
+        << ::testing::PrintToString(messages());
+    const auto written = compare(before, b, {.match = commands::compare::Match::id});
+    written_ += written.count(State::changed);
+    EXPECT_THAT(untold(placesOf(written, {State::changed}), placesOf(told, {State::changed})),
+                IsEmpty())
+        << ::testing::PrintToString(linesOf(told));
+    EXPECT_EQ(written.count(State::removed), 0U);
+    const Comparison again = compare(a, b, options);
+    EXPECT_THAT(commands::compare::copyablePairs(again, group_).pairs, IsEmpty());
+    EXPECT_THAT(linesOf(again), IsEmpty()) << "a second copy would copy again";
+    const Comparison plain = compare(a, b, {.ignored = left_, .group = options.group});
+    EXPECT_THAT(linesOf(plain), IsEmpty());
+    EXPECT_EQ(rowsOf(*b->ADOConnection(),
+                     "SELECT COUNT(*) FROM Pane_spectral_data WHERE PaneID NOT "
+                     "IN (SELECT PaneID FROM Pane)"),
+              "0");
+  }
+
+  /// Gives one value of each row another: that of another column in each row.
+  static void alter(const Node& node, const std::set<std::string>& spared = {}) {
+    auto& dc = *node->ADOConnection();
+    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
+                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
+      auto rows = dc.openRecordset(table, store::CursorType::keyset, store::LockType::optimistic,
+                                   store::SourceKind::table);
+      std::size_t column = 0;
+      for (; !rows->eof(); rows->moveNext()) {
+        do column = (column + 1) % rows->fields().size();
+        while (isKept(rows->fields()[column].name) || spared.contains(rows->fields()[column].name));
+        rows->setValue(column, other(rows->fields()[column], rows->value(column)));
+        rows->update();
+      }
+    }
+  }
+
+  static bool isKept(const std::string& column) {
+    static const std::set<std::string> kept{"PaneID",     "FrameID", "Shading_id",
+                                            "Shading_ID", "groupID", "groupnameID",
+                                            "name",       "angle",   "wavelength"};
+    return kept.contains(column);
+  }
+
+  static store::Value other(const store::ColumnInfo& column, const store::Value& value) {
+    using store::ColumnType;
+    switch (column.type) {
+      case ColumnType::boolean:
+        return !value.toBoolean();
+      case ColumnType::integer:
+      case ColumnType::longInteger:
+        return value.isNull() || value.toLong() != 1 ? 1 : 2;
+      case ColumnType::single:
+      case ColumnType::double_:
+        return value.isNull() || value.toDouble() < 0.5 ? 0.625 : 0.03125;
+      case ColumnType::ole:
+        return store::Bytes{7, 8, 9};
+      default:
+        return text(value).substr(0, 3) + "~";
+    }
+  }
+
+  /// A database with what others have, and a copy does not bring, or not at once.
+  Node strange(const std::string& name) {
+    const auto node = newDatabase(name);
+    auto& dc = *node->ADOConnection();
+    const auto insert = [&](const std::string& pane, std::int16_t angle = 0, bool film = false) {
+      auto data = makePane(pane, angle);
+      data->ORV_CoatingClass("A");
+      if (film) withSubstrate(data);
+      session.database.InsertPane(*data, dc);
+    };
+    insert("filmed", 0, true);
+    insert("several");
+    insert("several", 30);
+    insert("two ways");
+    insert("one way");
+    insert("half read", 0);
+    insert("half read", 60);
+    insert("unread");
+    insert("spectrum only");
+    insert("no data");
+    const auto setIn = [&](const std::string& table, const std::string& condition,
+                           const std::string& column, const store::Value& value) {
+      auto rows = dc.openRecordset("SELECT * FROM " + table + " WHERE " + condition,
+                                   store::CursorType::keyset, store::LockType::optimistic,
+                                   store::SourceKind::sql);
+      ASSERT_FALSE(rows->eof()) << condition;
+      for (; !rows->eof(); rows->moveNext()) {
+        rows->setValue(column, value);
+        rows->update();
+      }
+    };
+    setIn("Pane", "PaneID > 0", "Ra", 97);
+    setIn("Pane", "name = 'several'", "coatingcode", "low-e");
+    setIn("Pane", "name = 'unread'", "spectral_pane", false);
+    setIn("Pane_spectral_data", "PaneID = 1", "reflection_sub", 0.05F);
+    setIn("Pane_spectral_data", "PaneID = 4", "direction", 2);
+    dc.deleteRows("Pane_integrated_data", "PaneID = 5 AND angle = 60");
+    dc.deleteRows("Pane_integrated_data", "PaneID IN (7, 8)");
+    dc.deleteRows("Pane_spectral_data", "PaneID = 8");
+    for (const auto& row : {"1", "2"}) {
+      for (const float wavelength : {400.0F, 500.0F}) {
+        addRow(dc, "Pane_spectral_data",
+               {{"PaneID", 3},
+                {"angle", 0},
+                {"direction", std::stoi(row)},
+                {"wavelength", wavelength},
+                {"transmission_outdoor", 0.25F * std::stof(row)}});
+      }
+    }
+    return node;
+  }
+
+  std::string group_;
+  int copies_ = 0;
+  std::size_t written_ = 0;  ///< records that were replaced
+  /// What no copy brings.
+  Lines left_{"Ra", "R of the substrate", "direction"};
+};
+
+TEST_F(ChangedCopyTest, WritesWhatItTellsAndIsDone) {
+  const auto a = strange("a.mdb");
+  left_.push_back("spectrum");  // some of it is not read, and two directions are one too many
+  const auto b = newDatabase("b.mdb");
+  proveCopy(a, b);
+  alter(b);
+  proveCopy(a, b);
+  // Of which columns are of double precision, and other names.
+  const auto doubles = changedDatabase("doubles.mdb", [](store::TableInfo& table) {
+    for (auto& column : table.columns) {
+      if (column.type == store::ColumnType::single) column.type = store::ColumnType::double_;
+    }
+  });
+  proveCopy(b, doubles);
+  alter(doubles, {"direction"});
+  proveCopy(a, doubles);
+  proveCopy(doubles, b);
+  EXPECT_GT(written_, 10U);
+}
+
+TEST_F(ChangedCopyTest, IsDoneWhateverTheSourceIs) {
+  ORV_NEEDS_CORPUS();
+  group_ = "Demo";
+  for (const char* name : {"glazing.mdb", "orvdata-2.0.1.mdb", "orvdata-3.0.0.mdb"}) {
+    SCOPED_TRACE(name);
+    const auto source = foreign(name);
+    group_ = std::string(name) == "glazing.mdb" ? "" : "Demo";
+    const auto b = newDatabase(std::string("copy of ") + name);
+    proveCopy(source, b);
+    alter(b, {"direction"});
+    proveCopy(source, b);
+  }
+  group_ = "Demo";
+  for (const char* name : {"products", "panes"}) {
+    SCOPED_TRACE(name);
+    const auto source = opener.openAny((corpusFolder() / name).string());
+    const auto b = newDatabase(std::string("copy of ") + name + ".mdb");
+    proveCopy(source, b);
+    alter(b, {"direction"});
+    proveCopy(source, b);
+  }
+}
+
+TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
+  group_ = "Demo";
+  const auto entries = [](const char* angle) {
+    return std::string("{ Record Name: pane }{ Angle of Incidence: ") + angle + " }\n";
+  };
+  const auto files = texts(TextFileKind::panes, {{"a.txt", entries("0") + paneText("First")},
+                                                 {"b.txt", entries("30") + paneText("Second")},
+                                                 {"c.txt", paneText("Other")}});
+  const auto b = newDatabase("b.mdb");
+  const Comparison told = compare(files, b, {.group = group_, .isForCopy = true});
+  EXPECT_THAT(told.remarks,
+              ::testing::Contains(::testing::HasSubstr(
+                  "a.txt and b.txt are files of one pane and differ in product name")));
+  EXPECT_EQ(copyChanged(files, b, told).summary().substr(0, 17), "2 records copied.");
+  alter(b, {"direction"});
+  const Comparison changed = compare(files, b, {.group = group_, .isForCopy = true});
+  EXPECT_EQ(copyChanged(files, b, changed).summary().substr(0, 29),
+            "0 records copied, 2 replaced.");
+  proveCopy(files, b);
+  // What a file does not say is not taken from the record.
+  setAll(*b->ADOConnection(), "Pane", "coatingcode", "L");
+  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
+  proveCopy(files, b);
+  EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT coatingcode, thickness FROM Pane"), "L|3 L|3");
+}
+
+/// The guide tells of all that is not brought.
+TEST(CopyRulesTest, TheGuideNamesWhatIsNotBrought) {
+  std::ifstream guide(std::filesystem::path(ORV_SOURCE_DIR) / "docs" / "user-guide.md");
+  ASSERT_TRUE(guide);
+  std::map<std::string, std::string> told;  // the rest of the row, by what it is about
+  bool isHere = false;
+  for (std::string line; std::getline(guide, line);) {
+    if (line.starts_with("### ")) isHere = line == "### What a copy keeps";
+    if (!isHere || !line.starts_with("| ")) continue;
+    const std::size_t end = line.find(" | ", 2);
+    std::string names = line.substr(2, end - 2) + ", ";
+    std::erase(names, '`');
+    for (std::size_t at; (at = names.find(", ")) != std::string::npos; names.erase(0, at + 2)) {
+      told[names.substr(0, at)] = line.substr(end);
+    }
+  }
+  for (const auto& rule : commands::copyRules()) {
+    if (rule.fate == commands::Fate::chosen) continue;
+    const char* of = rule.kind == RecordKind::panes    ? ""
+                     : rule.kind == RecordKind::frames ? " of a frame"
+                                                       : " of a shading";
+    const char* word = rule.fate == commands::Fate::stays ? "stays" : "not kept";
+    EXPECT_THAT(told[rule.name + of], ::testing::HasSubstr(word)) << rule.name << of;
+  }
+}
+
+}  // namespace
+}  // namespace orv::test
