@@ -8,13 +8,25 @@
 
 #include "app/theme/Theme.h"
 
+namespace {
+
+/// Tests may leave another theme behind.
+class ThemeOfTests : public testing::EmptyTestEventListener {
+ public:
+  void OnTestStart(const testing::TestInfo& /*test*/) override {
+    const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
+    orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
+  }
+};
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
   testing::InitGoogleTest(&argc, argv);
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QTemporaryDir settings;
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
   QApplication application(argc, argv);
-  const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
-  orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
+  testing::UnitTest::GetInstance()->listeners().Append(new ThemeOfTests);
   return RUN_ALL_TESTS();
 }
