@@ -7,13 +7,15 @@
 #include <QTemporaryDir>
 
 #include "app/theme/Theme.h"
+#include "app/window/UserSettings.h"
 
 namespace {
 
-/// Tests may leave another theme behind.
-class ThemeOfTests : public testing::EmptyTestEventListener {
+/// Tests may leave another theme and settings behind.
+class FreshStart : public testing::EmptyTestEventListener {
  public:
   void OnTestStart(const testing::TestInfo& /*test*/) override {
+    orv::app::userSettings().clear();
     const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
     orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
   }
@@ -27,6 +29,6 @@ int main(int argc, char* argv[]) {
   const QTemporaryDir settings;
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
   QApplication application(argc, argv);
-  testing::UnitTest::GetInstance()->listeners().Append(new ThemeOfTests);
+  testing::UnitTest::GetInstance()->listeners().Append(new FreshStart);
   return RUN_ALL_TESTS();
 }
