@@ -26,12 +26,13 @@ std::size_t countOf(const Comparison& comparison, const std::vector<std::size_t>
       pairs, [&](std::size_t each) { return comparison.pairs[each].state == state; }));
 }
 
-void requireGroups(const Comparison& comparison, const std::vector<std::size_t>& pairs) {
-  const bool allHave = std::ranges::none_of(pairs, [&](std::size_t each) {
+constexpr const char* kNoGroup =
+    "The group to put new records into has to be given with --group NAME.";
+
+bool haveGroups(const Comparison& comparison, const std::vector<std::size_t>& pairs) {
+  return std::ranges::none_of(pairs, [&](std::size_t each) {
     return commands::compare::groupOf(comparison.pairs[each]).empty();
   });
-  if (allHave || canAsk()) return;
-  throw wrongUse("The group to put new records into has to be given with --group NAME.");
 }
 
 }  // namespace
@@ -102,9 +103,7 @@ bool ChangedCopy::isConfirmed(Console& console, const Comparison& comparison,
                          commands::Answer::no}) == commands::Answer::yes;
 }
 
-ChangedCopy::Outcome ChangedCopy::run(
-    Console& console, const Request& request,
-    const std::function<void(const commands::PasteResult&)>& tell) const {
+ChangedCopy::Outcome ChangedCopy::run(Console& console, const Request& request) const {
   commands::compare::CompareOptions options{
       .tolerance = tolerance_, .kind = request.kind, .isForCopy = true};
   if (!request.options.group.empty()) options.group = request.options.group;
@@ -116,8 +115,10 @@ ChangedCopy::Outcome ChangedCopy::run(
   const auto pairs = wanted(comparison, request.options.group, outcome);
   show(request, comparison, pairs);
   outcome.isDue = !pairs.empty();
+  const bool lacksGroup = request.options.group.empty() && !haveGroups(comparison, pairs);
+  if (isRehearsal_ && lacksGroup && !request.isQuiet) tellFailures({kNoGroup});
   if (isRehearsal_ || pairs.empty()) return outcome;
-  if (request.options.group.empty()) requireGroups(comparison, pairs);
+  if (lacksGroup && !canAsk()) throw wrongUse(kNoGroup);
   outcome.wasTried = true;
   if (!isConfirmed(console, comparison, pairs)) {
     outcome.result.cancelled = true;
@@ -126,7 +127,7 @@ ChangedCopy::Outcome ChangedCopy::run(
   commands::PasteOptions pasting = request.options;
   pasting.tolerance = tolerance_;
   outcome.result =
-      copyPairs(console.session, request.a, request.b, comparison, pairs, pasting, tell);
+      copyPairs(console.session, request.a, request.b, comparison, pairs, pasting, [](auto&) {});
   return outcome;
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <functional>
+#include <iostream>
 #include <map>
 #include <optional>
 #include <string>
@@ -18,6 +18,9 @@ class ChangedCopy {
   /// Declares --changed, --only, --dry-run, --yes, --tolerance and --format. All want the first.
   CLI::Option* addTo(CLI::App& command, bool& yes);
   bool isWanted() const { return isWanted_; }
+
+  /// Where the summary goes: what is written in a format that programs read has none.
+  std::ostream& summaryStream() const { return format_ == Format::table ? std::cout : std::cerr; }
 
   /// What is given besides.
   struct Request {
@@ -37,10 +40,9 @@ class ChangedCopy {
   };
 
   /// Shows what is new in A or differs from B, asks, and copies it into B, each record in one
-  /// commit. Tells of each group of records by `tell`. Raises Failure for a source that cannot be
+  /// commit. Raises Failure for a source that cannot be
   /// read, and where a group has to be given or somebody has to be asked, and cannot.
-  Outcome run(Console& console, const Request& request,
-              const std::function<void(const commands::PasteResult&)>& tell) const;
+  Outcome run(Console& console, const Request& request) const;
 
  private:
   std::vector<std::size_t> wanted(const commands::compare::Comparison& comparison,

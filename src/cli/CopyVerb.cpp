@@ -8,8 +8,10 @@
 #include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/ChangeHistory.h"
+#include "commands/CopyRules.h"
 #include "commands/GroupName.h"
 #include "commands/PasteRecords.h"
+#include "commands/edit/Field.h"
 
 namespace orv::cli {
 
@@ -96,6 +98,7 @@ class CopyVerb : public Verb {
     source_.requireTexts(nodes);
     checkUseOfGroup(nodes);
     const Node destination = destinationNode(console, nodes, opener, *split);
+    settleGroup(console, *destination);
     const std::vector<std::string> identifiers(split + 1, arguments_.cend());
     if (changed_.isWanted()) return copyChanges(console, nodes, destination, identifiers);
     if (nodes.size() > 1 && !identifiers.empty()) {
@@ -129,6 +132,17 @@ class CopyVerb : public Verb {
     if (answers_.substrate == SubstratePolicy::ask && !canAsk()) {
       throw wrongUse("--substrate ask needs a terminal to ask on.");
     }
+  }
+
+  /// The group as the database can hold it, by the rules of an edit.
+  void settleGroup(Console& console, const sources::datasource& destination) {
+    if (answers_.group.empty() || !destination.ADOConnection()) return;
+    using namespace commands::edit;
+    for (const EditField& field : editFields(EditSet::panes, *destination.ADOConnection())) {
+      if (field.name != commands::kGroupField) continue;
+      answers_.group = usedRightly([&] { return fieldValue(field, answers_.group).toText(); });
+    }
+    console.ui.answers(answers_);
   }
 
   /// Panes of the IGDB go into a group of their own.
@@ -190,17 +204,14 @@ class CopyVerb : public Verb {
     }
     commands::PasteOptions pasting = options();
     pasting.group = answers_.group;
-    const auto outcome = changed_.run(console,
-                                      {.a = nodes.front(),
-                                       .b = destination,
-                                       .kind = source_.kind(),
-                                       .options = pasting,
-                                       .isQuiet = answers_.quiet},
-                                      [&](const commands::PasteResult& result) {
-                                        if (!answers_.quiet && !result.refused) tell(result);
-                                      });
+    const auto outcome = changed_.run(console, {.a = nodes.front(),
+                                                .b = destination,
+                                                .kind = source_.kind(),
+                                                .options = pasting,
+                                                .isQuiet = answers_.quiet});
     if (outcome.wasTried && !outcome.result.refused && !answers_.quiet) {
-      std::cout << outcome.result.summary() << '\n';
+      tell(outcome.result);
+      changed_.summaryStream() << outcome.result.summary() << '\n';
     }
     const ExitCode exit = exitOf(outcome.result);
     const bool isLeft = outcome.leftOut > 0 || (outcome.isDue && !outcome.wasTried);

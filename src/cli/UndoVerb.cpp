@@ -41,11 +41,13 @@ class UndoVerb : public Verb {
     if (!unusable.empty()) throw Failure(kCannotOpen, unusable);
     if (!isRehearsal_ && !commands::mayBeChanged(*database, console.ui)) return kWrongUse;
     const auto result = reverse(history);
-    if (isRehearsal_) show(history, result.works);
+    const auto firstDone = result.works.begin() + static_cast<std::ptrdiff_t>(result.already);
+    tellThoseOfBefore({result.works.begin(), firstDone});
+    if (isRehearsal_) show(history, {firstDone, result.works.end()});
     if (!result.conflicts.empty()) return refuse(result.conflicts);
     if (isRehearsal_) return kAllWell;
-    for (const store::HistoryWork& work : result.works) {
-      if (answers_.quiet) break;
+    for (auto each = firstDone; each != result.works.end() && !answers_.quiet; ++each) {
+      const store::HistoryWork& work = *each;
       std::cout << (isRedo_ ? "Made again: " : "Taken back: ") << work.title << " ("
                 << commands::edit::historyTime(work)
                 << (work.isFinished ? ")\n" : "; it was not finished)\n");
@@ -66,6 +68,15 @@ class UndoVerb : public Verb {
       return isRedo_ ? history.redo(count, references, wanted)
                      : history.undo(count, references, wanted);
     });
+  }
+
+  /// Nothing had to be changed for these.
+  void tellThoseOfBefore(const std::vector<store::HistoryWork>& works) const {
+    for (const store::HistoryWork& work : works) {
+      if (answers_.quiet) break;
+      std::cerr << "orv: The database is already as it was " << (isRedo_ ? "after" : "before")
+                << ": " << work.title << " (" << commands::edit::historyTime(work) << ").\n";
+    }
   }
 
   /// As `orv history` shows them: before and after the change that would be taken back.

@@ -29,4 +29,10 @@ void Notes::add(const std::string& text, const std::string& record) {
   if (note->records.empty() || note->records.back() != record) note->records.push_back(record);
 }
 
+void Notes::add(const Notes& others) {
+  for (const Note& note : others.list()) {
+    for (const std::string& record : note.records) add(note.text, record);
+  }
+}
+
 }  // namespace orv::commands

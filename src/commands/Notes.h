@@ -22,6 +22,8 @@ class Notes {
  public:
   /// The same words about the same record are told once.
   void add(const std::string& text, const std::string& record);
+  /// All of others.
+  void add(const Notes& others);
   const std::vector<Note>& list() const { return notes_; }
   /// "comment (2), date (1)": each with the number of its records; empty when there are none.
   std::string counts() const;

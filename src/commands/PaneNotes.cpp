@@ -44,6 +44,20 @@ void noteOtherSpectra(TransferWork& work, const std::string& identifier, const G
       pane);
 }
 
+/// What a pane is said to be decides whether its spectrum is read.
+void noteUnreadSpectrum(TransferWork& work, const std::string& identifier,
+                        const GlazingData& pane) {
+  if (pane.spectral_pane()) return;
+  const auto type = work.records().DataSourcePtr()->DataType();
+  const auto angles = work.reader().spectralAngles(identifier);
+  const bool hasOne = type == DataType::orv2Panes
+                          ? !angles.empty()
+                          : std::ranges::find(angles, pane.ORV_Angle()) != angles.end();
+  if (hasOne) {
+    work.result().notKept.add("spectrum, as the field \"spectral pane\" is no", pane.filename());
+  }
+}
+
 void noteZeros(TransferWork& work, const GlazingData& pane) {
   const auto add = [&](const char* what) { work.result().zeros.add(what, pane.filename()); };
   if (lacksIntegratedValues(pane)) return add("integrated values");
@@ -77,12 +91,14 @@ void noteDoubts(TransferWork& work, const GlazingData& pane) {
 }  // namespace
 
 void notePane(TransferWork& work, const std::string& identifier, const GlazingData& pane,
-              const std::vector<std::int16_t>& angles) {
+              const std::vector<std::int16_t>& angles, Zeros zeros) {
   for (const auto& names : {lossesOf(pane), work.reader().unreadColumns(identifier, pane)}) {
     for (const std::string& name : names) work.result().notKept.add(name, pane.filename());
   }
-  noteZeros(work, pane);
-  if (pane.ORV_Emissivity_front() == 0 && pane.ORV_Emissivity_back() == 0) {
+  noteUnreadSpectrum(work, identifier, pane);
+  if (zeros != Zeros::none) noteZeros(work, pane);
+  const bool hasEmissivity = pane.ORV_Emissivity_front() != 0 || pane.ORV_Emissivity_back() != 0;
+  if (zeros == Zeros::all && !hasEmissivity) {
     work.result().zeros.add("emissivities", pane.filename());
   }
   if (pane.spectral_pane() && !pane.SpectralData()) {

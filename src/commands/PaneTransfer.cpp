@@ -158,8 +158,11 @@ class PaneTransfer {
             prepare(*read.back().pane, database::Existing::replaced);
           }
           if (writeReplacement(identifier, read)) outcome = Outcome::replaced;
+          const Zeros zeros = outcome != Outcome::replaced            ? Zeros::all
+                              : work_.known(identifier).replaces != 0 ? Zeros::none
+                                                                      : Zeros::ofValues;
           for (std::size_t i = 0; i < read.size(); ++i) {
-            notePane(work_, parts[i].identifier, *read[i].pane, anglesOf(parts));
+            notePane(work_, parts[i].identifier, *read[i].pane, anglesOf(parts), zeros);
           }
         },
         {.which =
@@ -195,8 +198,7 @@ class PaneTransfer {
   void noteUnread(const std::string& identifier, const std::vector<PanePtr>& panes,
                   database::Replacement& how) const {
     const auto type = work_.records().DataSourcePtr()->DataType();
-    const bool isOrv = type == DataType::orv2Panes || type == DataType::orv3Panes;
-    if (!isOrv) how.notGiven.merge(columnsNotGiven(*panes.front()));
+    how.notGiven.merge(work_.reader().columnsNotGiven(identifier, *panes.front()));
     const bool knowsAngles = type != DataType::orv2Panes;
     const auto spectral = work_.reader().spectralAngles(identifier);
     if (knowsAngles) how.unbrought.insert(spectral.begin(), spectral.end());

@@ -45,6 +45,9 @@ void PasteResult::add(const PasteResult& other) {
   failed += other.failed;
   withoutData += other.withoutData;
   integrated += other.integrated;
+  notes.add(other.notes);
+  zeros.add(other.zeros);
+  notKept.add(other.notKept);
   if (!other.standard.empty()) standard = other.standard;
 }
 

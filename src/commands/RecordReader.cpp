@@ -8,6 +8,7 @@
 
 #include "commands/CopyRules.h"
 #include "commands/ErrorText.h"
+#include "commands/GivenColumns.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordList.h"
 #include "commands/RecordNames.h"
@@ -17,6 +18,7 @@
 #include "database/Lookups.h"
 #include "database/Recordsets.h"
 #include "model/IntegratedColumns.h"
+#include "textfile/GivenEntries.h"
 #include "textfile/TextFile.h"
 
 namespace orv::commands {
@@ -213,6 +215,33 @@ std::vector<std::string> RecordReader::remarks(const std::string& identifier,
   const bool isProduct =
       node_->DataType() == DataType::textFolder && productfile::isProduct(identifier);
   return isProduct ? product(identifier, angle).notes : std::vector<std::string>();
+}
+
+std::set<std::string> RecordReader::entriesOf(const std::string& file) const {
+  const std::string& folder = folderOf(file);
+  return textfile::givenEntries(textfile::requireFile(folder, file),
+                                session_.tolerant.isAllowedIn(folder));
+}
+
+std::set<std::string> RecordReader::columnsNotGiven(const std::string& identifier,
+                                                    const GlazingData& pane) const {
+  if (isOrvPanes()) return {};
+  auto missing = commands::columnsNotGiven(pane);
+  if (node_->DataType() != DataType::textFolder) return missing;
+  if (!productfile::isProduct(identifier)) {
+    missing.merge(commands::columnsNotGiven(pane, entriesOf(identifier)));
+    return missing;
+  }
+  for (const std::string& column : product(identifier, pane.ORV_Angle()).notGiven) {
+    missing.insert("Pane." + column);
+  }
+  return missing;
+}
+
+std::set<std::string> RecordReader::columnsNotGiven(const std::string& identifier,
+                                                    const ShadingDataClass& shading) const {
+  if (node_->DataType() != DataType::textFolder) return {};
+  return commands::columnsNotGiven(shading, entriesOf(identifier));
 }
 
 std::vector<std::shared_ptr<GlazingData>> RecordReader::dataSets(

@@ -59,6 +59,13 @@ class RecordReader {
   std::vector<std::string> unreadColumns(const std::string& identifier,
                                          const GlazingData& pane) const;
 
+  /// The columns of ORV databases for which a record that is in no such database has no value:
+  /// "Table.column". None of a record that is in one.
+  std::set<std::string> columnsNotGiven(const std::string& identifier,
+                                        const GlazingData& pane) const;
+  std::set<std::string> columnsNotGiven(const std::string& identifier,
+                                        const ShadingDataClass& shading) const;
+
   /// What there is to say of a pane besides, which its record does not hold: what was left out of a
   /// product, and by which standard its integrated values are.
   std::vector<std::string> remarks(const std::string& identifier, std::int16_t angle) const;
@@ -86,6 +93,7 @@ class RecordReader {
   std::shared_ptr<GlazingData> orvPane(std::int32_t id, std::int16_t angle,
                                        std::int32_t direction) const;
   std::shared_ptr<GlazingData> textPane(const std::string& file) const;
+  std::set<std::string> entriesOf(const std::string& file) const;
   /// The folder of the files. Raises kFileNotFound where that is the hidden one of the standard
   /// input, and `file` is none of it.
   const std::string& folderOf(const std::string& file) const;

@@ -1,6 +1,7 @@
 #include "commands/CopyRules.h"
 #include "commands/RecordNames.h"
 #include "commands/Transfer.h"
+#include "database/DatabaseErrors.h"
 
 namespace orv::commands {
 
@@ -11,12 +12,17 @@ namespace {
 Outcome write(TransferWork& work, const std::string& identifier, ShadingDataClass& shading) {
   auto& database = work.session().database;
   Outcome outcome = Outcome::copied;
-  if (work.options().ifThere == IfThere::skip &&
-      database.FindShading(shading.name(), shading.group(), work.destination()) != 0) {
-    return Outcome::skipped;
+  const auto isThere = [&] {
+    return database.FindShading(shading.name(), shading.group(), work.destination()) != 0;
+  };
+  if (work.options().ifThere == IfThere::skip && isThere()) return Outcome::skipped;
+  // The source may have several of one name, which are copied one after the other.
+  if (work.options().ifThere == IfThere::fail && !work.hasWritten(shading.name()) && isThere()) {
+    throw Error(database::kRecordExists, nameConflict(shading.name()));
   }
   if (work.options().ifThere == IfThere::replace) {
     auto how = work.replacement(identifier);
+    how.notGiven.merge(work.reader().columnsNotGiven(identifier, shading));
     // A file need not have what a database has in tables of its own.
     const bool isFile = !work.records().DataSourcePtr()->ADOConnection();
     if (isFile && shading.spectrum().empty()) how.notGiven.insert("Shading_spectral_data");

@@ -9,7 +9,7 @@ namespace {
 
 std::int32_t findOrAdd(store::Connection& dc, const LookupTable& table, const std::string& name) {
   auto rows = openUpdatable(dc, table.table);
-  rows->find(std::string(table.name) + " = " + quoted(name));
+  findName(*rows, table, name);
   if (rows->eof()) {
     rows->addNew();
     rows->setValue(table.name, name);

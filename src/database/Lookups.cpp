@@ -5,6 +5,7 @@
 #include "database/Fields.h"
 #include "database/Recordsets.h"
 #include "model/Text.h"
+#include "store/TextKey.h"
 
 namespace orv::database {
 
@@ -20,11 +21,20 @@ std::string nameById(store::Connection& dc, const LookupTable& table, std::int32
 
 std::int32_t idByName(store::Connection& dc, const LookupTable& table, const std::string& name) {
   auto rows = openTable(dc, table.table);
-  rows->find(std::string(table.name) + " = " + quoted(name));
+  findName(*rows, table, name);
   return rows->eof() ? 0 : rows->value(table.key).toLong();
 }
 
 }  // namespace
+
+void findName(store::Recordset& rows, const LookupTable& table, const std::string& name) {
+  rows.find(std::string(table.name) + " = " + quoted(name));
+  if (!rows.eof()) return;
+  const std::string key = store::textKey(name);
+  for (rows.moveFirst(); !rows.eof(); rows.moveNext()) {
+    if (store::textKey(FieldToString(rows.value(table.name))) == key) return;
+  }
+}
 
 std::unordered_map<std::int32_t, std::string> allNames(const LookupTable& table,
                                                        store::Connection& dc) {

@@ -21,12 +21,16 @@ inline constexpr LookupTable kGroups{"Groups", "GroupID", "GroupName"};
 inline constexpr LookupTable kSuppliers{"Suppliers", "supplierID", "SupplierName"};
 inline constexpr LookupTable kFrameTypes{"FrameTypes", "FrameTypeID", "FrameTypeName"};
 
+/// Moves to the row of a name: of this spelling, or else the first that a database takes for the
+/// same (see store::textKey()). To the end where there is none.
+void findName(store::Recordset& rows, const LookupTable& table, const std::string& name);
+
 /// All names of a table, by their keys.
 std::unordered_map<std::int32_t, std::string> allNames(const LookupTable& table,
                                                        store::Connection& dc);
 
-// A name that is not found has the key 0, a key that is not found the empty name. The first row in
-// table order counts when a name is there twice.
+// A name is found as findName() does. One that is not found has the key 0, a key that is not found
+// the empty name. The first row in table order counts when a name is there twice.
 
 std::string GroupNameById(std::int32_t id, store::Connection& dc);
 std::int32_t GroupIdByName(const std::string& name, store::Connection& dc);

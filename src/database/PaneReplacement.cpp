@@ -107,7 +107,8 @@ class AngleReplacement {
     }
   }
 
-  /// Values that the source does not give were computed, and follow the spectrum.
+  /// Values that the source does not give were computed, and follow the spectrum. Where that does
+  /// not reach they are 0, which takes the place of nothing.
   void replaceIntegrated(bool hasOtherSpectrum) {
     Details details{.table = kIntegrated,
                     .condition = condition(),
@@ -119,8 +120,10 @@ class AngleReplacement {
     Replacement how = how_;
     for (const IntegratedColumn& value : kIntegratedColumns) {
       details.columns.emplace_back(value.column);
-      row.values.emplace_back((pane_.*value.pane)());
-      const bool stays = given_.computed.contains(value.column) && !hasOtherSpectrum && isThere();
+      const float computed = (pane_.*value.pane)();
+      row.values.emplace_back(computed);
+      const bool stays = given_.computed.contains(value.column) &&
+                         (!hasOtherSpectrum || computed == 0) && isThere();
       if (stays) how.notGiven.insert(std::string(kIntegrated) + "." + value.column);
     }
     details.rows.push_back(std::move(row));

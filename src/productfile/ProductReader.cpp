@@ -89,7 +89,7 @@ class ProductReader {
     noteMissing();
     readData(angle);
     readIntegrated();
-    if (record_) readRecord();
+    record_ ? readRecord() : findMissing();
   }
 
   Product take() { return std::move(product_); }
@@ -118,6 +118,33 @@ class ProductReader {
     if (layers && layers->isList() && layers->count() > 0) {
       note("the products that it is made of are left out");
     }
+  }
+
+  bool gives(const Meaning& meaning) const {
+    return std::ranges::any_of(form_.keys, [&](const Key& key) {
+      if (&key.meaning != &meaning) return false;
+      const auto item = item_.find(key.pointer);
+      return item && !item->isNull();
+    });
+  }
+
+  /// No product but one of our own tells the flags of databases. A glazing is never that thin, nor
+  /// has it no name: these stand for what is not known.
+  void findMissing() {
+    auto& missing = product_.notGiven;
+    missing = {"freeze", "film_outdoor_side", "0_30_60"};
+    const auto add = [&](bool isMissing, std::initializer_list<const char*> columns) {
+      if (isMissing) missing.insert(columns.begin(), columns.end());
+    };
+    add(pane().productname().empty(), {"product_name"});
+    add(pane().supplier().empty(), {"supplierID"});
+    add(pane().Thickness() == 0, {"thickness"});
+    add(pane().Conductivity() == 0, {"conduction"});
+    add(pane().ef() < 0, {"emission_IR_outdoor"});
+    add(pane().eb() < 0, {"emission_IR_indoor"});
+    add(!gives(kInfrared), {"transmission_IR_outdoor"});
+    add(!gives(kInfrared) && !gives(kBackInfrared), {"transmission_IR_indoor"});
+    add(!gives(kType), {"single_layer", "use_estimation"});
   }
 
   /// The first standard that has values counts. Forms tell no angle of these values: they are of

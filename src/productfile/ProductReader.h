@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ namespace orv::productfile {
 struct Product {
   std::shared_ptr<GlazingData> pane;
   std::vector<std::string> notes;
+  /// The columns of `Pane` in ORV databases for which the product has no value.
+  std::set<std::string> notGiven = {};
 };
 
 /// Whether a product is a shading, which no pane could hold.

@@ -303,27 +303,31 @@ UndoResult History::redo(std::size_t count, References references, Wanted wanted
 
 UndoResult History::reverse(std::size_t count, bool back, References references, Wanted wanted) {
   std::vector<HistoryWork> known;
-  while (count > 0) {
-    UndoResult result = tryToReverse(count, back, references, wanted);
-    const bool mayBeKnown = wanted == Wanted::done && !result.conflicts.empty();
-    const auto already = mayBeKnown ? noteIfReversedAlready(back) : std::nullopt;
+  while (known.size() < count) {
+    // What is known is noted in the history, unless all of this is a trial.
+    const std::size_t passed = wanted == Wanted::done ? 0 : known.size();
+    UndoResult result = tryToReverse(passed, count - known.size(), back, references, wanted);
+    const auto already =
+        result.conflicts.empty() ? std::nullopt : reversedAlready(passed, back, wanted);
     if (!already) {
+      result.already = known.size();
       result.works.insert(result.works.begin(), known.begin(), known.end());
       return result;
     }
     known.push_back(*already);
-    --count;
   }
-  return {.works = std::move(known)};
+  return {.works = std::move(known), .already = count};
 }
 
-UndoResult History::tryToReverse(std::size_t count, bool back, References references,
-                                 Wanted wanted) {
+/// All but the first `passed` of the last works.
+UndoResult History::tryToReverse(std::size_t passed, std::size_t count, bool back,
+                                 References references, Wanted wanted) {
   jet::Database& database = database_.database();
   UndoResult result;
   const jet::Pager::WriteLock lock(database.pager());
   refuseDamaged(recorder_->file());
-  auto last = lastWorks(stateOf(recorder_->file()), count, back);
+  auto last = lastWorks(stateOf(recorder_->file()), passed + count, back);
+  last.erase(last.begin(), last.begin() + static_cast<std::ptrdiff_t>(passed));
   if (back) leaveOutWhatWasNotMade(last.front(), database, *recorder_);
   jet::Transaction transaction(database.pager());
   RowReversal reversal(database, jet::Likeness::row, references);
@@ -343,15 +347,17 @@ UndoResult History::tryToReverse(std::size_t count, bool back, References refere
 }
 
 /// Where the database is as it was before the last work, a program has taken it back and ended
-/// before it could say so, which is made up for here. Where rows could also have been changed since
-/// by another, it is not believed.
-std::optional<HistoryWork> History::noteIfReversedAlready(bool back) {
+/// before it could say so, or the file is one of before. That is noted, unless it is a trial. Where
+/// rows could also have been changed since by another, it is not believed.
+std::optional<HistoryWork> History::reversedAlready(std::size_t passed, bool back, Wanted wanted) {
   jet::Database& database = database_.database();
   const jet::Pager::WriteLock lock(database.pager());
-  const KeptWork last = lastWorks(stateOf(recorder_->file()), 1, back).front();
+  const KeptWork last = lastWorks(stateOf(recorder_->file()), passed + 1, back).back();
   if (!canBeReversed(last, database, *recorder_, !back, jet::Likeness::key)) return std::nullopt;
-  recorder_->file().append({.kind = kindOf(back), .work = last.work.id, .title = last.work.title},
-                           true);
+  if (wanted == Wanted::done) {
+    recorder_->file().append({.kind = kindOf(back), .work = last.work.id, .title = last.work.title},
+                             true);
+  }
   return last.work;
 }
 

@@ -40,6 +40,8 @@ struct HistoryChange {
 struct UndoResult {
   std::vector<HistoryWork> works = {};          ///< that were taken back or made again
   std::vector<HistoryConflict> conflicts = {};  ///< when there is any, nothing was changed
+  /// So many of the works, the first ones, were so already: the database is as it was before them.
+  std::size_t already = 0;
 };
 
 /// The history of one database: a file beside it, "NAME.mdb.orv-history", in which each commit
@@ -118,8 +120,9 @@ class History {
   using References = std::span<const RowReference>;
   UndoResult reverse(std::size_t count, bool back, References references, Wanted wanted);
   void noteLosses();
-  UndoResult tryToReverse(std::size_t count, bool back, References references, Wanted wanted);
-  std::optional<HistoryWork> noteIfReversedAlready(bool back);
+  UndoResult tryToReverse(std::size_t passed, std::size_t count, bool back, References references,
+                          Wanted wanted);
+  std::optional<HistoryWork> reversedAlready(std::size_t passed, bool back, Wanted wanted);
 
   Connection& database_;
   std::shared_ptr<jet::HistoryRecorder> recorder_;

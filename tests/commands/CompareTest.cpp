@@ -267,7 +267,7 @@ TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
   EXPECT_THAT(result.remarks,
               UnorderedElementsAre("A has no frames: those of B were not compared.",
                                    "A has no shadings: those of B were not compared.",
-                                   HasSubstr("only the panes of B have it: group, ")));
+                                   HasSubstr("only the panes of B have it: supplier, group, ")));
   set(b, "Pane_spectral_data", "angle = 30 AND wavelength = 500", "reflection_indoor", 0.5F);
   EXPECT_EQ(compare(files, b),
             Lines{"changed|panes|pane,pane_30|1|pane|30|Rb|0.08 at 500 nm|0.5 at 500 nm (+0.42)"});

@@ -11,8 +11,8 @@
 #include "commands/compare/Pairing.h"
 #include "commands/compare/RecordComparison.h"
 #include "commands/compare/RecordReading.h"
+#include "database/SameValues.h"
 #include "errors/Error.h"
-#include "model/Text.h"
 
 namespace orv::commands::compare {
 
@@ -93,7 +93,7 @@ class Work {
   void keepGroup(RecordSet& set) const {
     if (!set.hasGroups) return;
     std::erase_if(set.records, [&](const Record& record) {
-      return !equalIgnoringCase(record.group, *options_.group);
+      return !database::areSameNames(record.group, *options_.group);
     });
   }
 

@@ -149,10 +149,17 @@ std::vector<std::string> allNames() {
   return names;
 }
 
+/// Blanks, underlines and case do not matter, as in an edit.
+std::string plainName(std::string_view name) {
+  std::string plain = lowerCase(name);
+  std::erase_if(plain, [](char c) { return c == ' ' || c == '_'; });
+  return plain;
+}
+
 std::optional<std::string> spelled(const std::string& name) {
   const auto known = allNames();
   const auto found = std::ranges::find_if(
-      known, [&](const auto& each) { return equalIgnoringCase(each, trimmed(name)); });
+      known, [&](const auto& each) { return plainName(each) == plainName(name); });
   return found == known.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -197,9 +204,8 @@ std::size_t positionOf(RecordKind kind, std::string_view column) {
   return static_cast<std::size_t>(found - fieldsOf(kind).begin());
 }
 
-std::vector<Cell> cellsOf(const GlazingData& pane) {
+std::vector<Cell> cellsOf(const GlazingData& pane, const std::set<std::string>& missing) {
   std::vector<Cell> cells;
-  const auto missing = columnsNotGiven(pane);
   for (const PaneField& each : paneFields()) {
     const bool isGiven = !missing.contains("Pane." + each.field.column);
     cells.push_back(isGiven ? each.valueOf(pane) : Cell());
@@ -207,10 +213,11 @@ std::vector<Cell> cellsOf(const GlazingData& pane) {
   return cells;
 }
 
-std::vector<Cell> cellsOf(const ShadingDataClass& shading) {
+std::vector<Cell> cellsOf(const ShadingDataClass& shading, const std::set<std::string>& missing) {
   std::vector<Cell> cells;
   for (const auto& column : database::shadingColumns()) {
-    cells.push_back(std::visit(ShadingCell{shading}, column.member));
+    const bool isGiven = !missing.contains(std::string("Shading.") + column.name);
+    cells.push_back(isGiven ? std::visit(ShadingCell{shading}, column.member) : Cell());
   }
   return cells;
 }

@@ -1,6 +1,7 @@
 // What is compared of records, by its names.
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,9 +33,10 @@ const std::vector<Field>& fieldsOf(RecordKind kind);
 std::size_t positionOf(RecordKind kind, std::string_view column);
 inline constexpr std::string_view kFilmColumn = "with_and_without_film";
 
-/// The fields of records that are read by themselves. What such sources do not give is not known.
-std::vector<Cell> cellsOf(const GlazingData& pane);
-std::vector<Cell> cellsOf(const ShadingDataClass& shading);
+/// The fields of records that are read by themselves. Of the columns that such sources do not give,
+/// "Table.column", nothing is known.
+std::vector<Cell> cellsOf(const GlazingData& pane, const std::set<std::string>& missing);
+std::vector<Cell> cellsOf(const ShadingDataClass& shading, const std::set<std::string>& missing);
 
 struct CurveName {
   std::string_view name;

@@ -82,6 +82,7 @@ class FileRecords {
   Record& recordFor(const std::string& file,
                     const std::vector<std::shared_ptr<GlazingData>>& panes) {
     const std::string name = store::textKey(panes.front()->filename());
+    const auto missing = reader_.columnsNotGiven(file, *panes.front());
     if (const auto known = positions_.find(name); known != positions_.end()) {
       const auto& angles = angles_[known->second];
       const bool isOther = std::ranges::none_of(panes, [&](const auto& pane) {
@@ -90,12 +91,12 @@ class FileRecords {
       if (isOther) {
         Record& record = result_.records[known->second];
         record.identifiers.push_back(file);
-        tellDisagreement(record, file, cellsOf(*panes.front()));
+        tellDisagreement(record, file, cellsOf(*panes.front(), missing));
         return record;
       }
     }
     positions_.emplace(name, result_.records.size());
-    return result_.records.emplace_back(recordOf(file, *panes.front()));
+    return result_.records.emplace_back(recordOf(file, *panes.front(), missing));
   }
 
   void tellDisagreement(const Record& record, const std::string& file,
@@ -117,7 +118,7 @@ class FileRecords {
   void readShading(const std::string& file) {
     const auto shading = reader_.shading(file);
     if (reading_.wantsCurves) addCurves(*shading, result_.records.size(), curves_);
-    result_.records.push_back(recordOf(file, *shading));
+    result_.records.push_back(recordOf(file, *shading, reader_.columnsNotGiven(file, *shading)));
   }
 
   const Reading& reading_;

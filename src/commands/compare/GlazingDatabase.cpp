@@ -48,7 +48,7 @@ class GlazingRecords {
       try {
         GlazingData pane;
         database::readIgdbProperties(pane, *rows);
-        Record record = recordOf(name, pane);
+        Record record = recordOf(name, pane, columnsNotGiven(pane));
         setGroup(record);
         if (pane.with_and_without_film()) {
           substrates_.emplace(result_.records.size(),

@@ -6,14 +6,20 @@
 
 namespace orv::commands::compare {
 
-Record recordOf(const std::string& identifier, const GlazingData& pane) {
-  return {
-      .identifiers = {identifier}, .name = pane.filename(), .group = {}, .fields = cellsOf(pane)};
+Record recordOf(const std::string& identifier, const GlazingData& pane,
+                const std::set<std::string>& missing) {
+  return {.identifiers = {identifier},
+          .name = pane.filename(),
+          .group = {},
+          .fields = cellsOf(pane, missing)};
 }
 
-Record recordOf(const std::string& identifier, const ShadingDataClass& shading) {
-  Record record{
-      .identifiers = {identifier}, .name = shading.name(), .group = {}, .fields = cellsOf(shading)};
+Record recordOf(const std::string& identifier, const ShadingDataClass& shading,
+                const std::set<std::string>& missing) {
+  Record record{.identifiers = {identifier},
+                .name = shading.name(),
+                .group = {},
+                .fields = cellsOf(shading, missing)};
   record.integrated.emplace();
   for (const ShadingIntegratedData& at : shading.integrated()) {
     IntegratedRow& row = record.integrated->emplace_back();

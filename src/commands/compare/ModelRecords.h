@@ -1,15 +1,20 @@
 // Records that are read into the model first.
 #pragma once
 
+#include <set>
+
 #include "commands/compare/CurveRows.h"
 #include "model/GlazingData.h"
 #include "model/ShadingDataClass.h"
 
 namespace orv::commands::compare {
 
-/// A pane without its values and curves, a shading without its curves.
-Record recordOf(const std::string& identifier, const GlazingData& pane);
-Record recordOf(const std::string& identifier, const ShadingDataClass& shading);
+/// A pane without its values and curves, a shading without its curves. Nothing is known of the
+/// columns that are `missing`.
+Record recordOf(const std::string& identifier, const GlazingData& pane,
+                const std::set<std::string>& missing);
+Record recordOf(const std::string& identifier, const ShadingDataClass& shading,
+                const std::set<std::string>& missing);
 
 /// The integrated values of a pane at its angle, as far as they are given. None where none is.
 std::optional<IntegratedRow> integratedOf(const GlazingData& pane);

@@ -122,7 +122,14 @@ void RecordComparison::compareFields() {
     const Field& field = fields[i];
     const Cell& a = a_->fields[i];
     const Cell& b = b_->fields[i];
-    if (!a || !b || isLeftOut(field)) continue;
+    if (!a || !b) continue;
+    const bool isOtherSpelling = options_.isForCopy && !options_.group &&
+                                 field.lookup == Lookup::group && *a != *b &&
+                                 choice_.has(field.name);
+    if (isOtherSpelling && database::areSameNames(a->toText(), b->toText())) {
+      leave("spelling of the " + field.name);
+    }
+    if (isLeftOut(field)) continue;
     if (areSameInField(field, *a, *b, options_.tolerance)) continue;
     if (options_.isForCopy && fateOf(setA_.kind, field.name) != Fate::brought) {
       leave(field.name);
@@ -225,7 +232,13 @@ void RecordComparison::compareForCopy(const std::optional<double>& angle, Measur
   const bool isRead = setA_.kind != RecordKind::panes || setA_.areFiles || a.empty() ||
                       !a_->fields[flag] || a_->fields[flag]->isNull() ||
                       a_->fields[flag]->toBoolean();
-  if (!isRead || (!a.empty() && angle && !isBrought(*angle))) return leave(std::string(kSpectrum));
+  if (!isRead || (!a.empty() && angle && !isBrought(*angle))) {
+    const std::size_t told = list_.size();
+    compareAt(std::move(a), std::move(b));
+    if (list_.size() > told) leave(std::string(kSpectrum));
+    list_.resize(told);
+    return;
+  }
   const Curves* taken = takenOf(a);
   if (taken == nullptr) {
     for (const Curves* each : b) tellMissing(*each, false);
