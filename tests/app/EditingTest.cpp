@@ -335,7 +335,8 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   changeOutside(2, "product name", "theirs now");
   press(Qt::Key_Return);
   EXPECT_EQ(refusal(),
-            "It is \"theirs now\" in the database now. Read the records again first (F5).");
+            "It is \"theirs now\" in the database now. Read the records again first (F5). Escape "
+            "leaves this field.");
   EXPECT_TRUE(changes().isEmpty());
   press(Qt::Key_Escape);
   trigger("mnuViewRefresh");
@@ -350,6 +351,12 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   EXPECT_TRUE(dialogs.isDone());
 
   changeOutside(3, "product name", "of others");
+  choose(3, 3, kProduct);
+  type("mine above");
+  press(Qt::Key_Return);
+  trigger("mnuFileSave");
+  trigger("mnuEditUndo");
+  EXPECT_NE(stored(4, "product name"), "mine above");
   dialogs.press("No");
   trigger("mnuEditUndo");
   EXPECT_TRUE(dialogs.texts().back().contains("was not done in this window"))

@@ -323,8 +323,9 @@ QString RecordGrid::outdated(const std::vector<commands::edit::TypedValue>& type
     const auto place = std::ranges::find(typed, change.record, &commands::edit::TypedValue::record);
     const int row = firstRow + static_cast<int>(place - typed.begin());
     const QString shown = row == cell.row() ? before : model_->fieldText(row, cell.column());
-    if (shown.toStdString() != commands::edit::fieldText(change.before))
-      return qt(changedMeanwhile(change));
+    if (shown.toStdString() != commands::edit::fieldText(change.before)) {
+      return qt(changedMeanwhile(change)) + tr(" Escape leaves this field.");
+    }
   }
   return {};
 }

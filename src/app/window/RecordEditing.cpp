@@ -341,15 +341,16 @@ QString RecordEditing::titleOf(bool back) const {
 }
 
 void RecordEditing::noteHistory() {
+  noted_.clear();
   const auto connection = database();
-  const auto work = connection ? nextWork(*connection, true) : std::nullopt;
-  noted_ = work ? work->id : 0;
+  if (!connection) return;
+  for (const store::HistoryWork& work : store::History(*connection).works()) noted_.insert(work.id);
 }
 
 void RecordEditing::offerUndo() {
   const auto connection = database();
   const auto work = connection ? nextWork(*connection, true) : std::nullopt;
-  if (!work || work->id == noted_) return;
+  if (!work || noted_.contains(work->id)) return;
   own_.insert(work->id);
   if (!work->isLost) emit undoOffered(shownText(work->title));
 }

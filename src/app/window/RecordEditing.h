@@ -3,8 +3,8 @@
 
 #include <QObject>
 #include <map>
-#include <set>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "app/grid/RecordEdits.h"
@@ -91,8 +91,8 @@ class RecordEditing : public QObject {
   RecordEdits* edits_ = nullptr;                             ///< of it
   std::map<std::string, std::unique_ptr<RecordEdits>> all_;  ///< by the keys of record sets
   int takenBack_ = 0;                                        ///< saved works, since the last change
-  std::uint64_t noted_ = 0;      ///< the last work when noteHistory() was called
-  std::set<std::uint64_t> own_;  ///< works of this window
+  std::set<std::uint64_t> noted_;  ///< the works that there were at noteHistory()
+  std::set<std::uint64_t> own_;    ///< works of this window
 };
 
 }  // namespace orv::app
