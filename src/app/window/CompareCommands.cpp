@@ -90,9 +90,10 @@ void CompareCommands::copy(const std::vector<std::size_t>& pairs) {
   const auto seen = comparison_;
   if (!run(*both)) return;
   if (!comparison_->hasSameLines(*seen)) {
-    emit statusMessage(
-        tr("Nothing is copied: records have changed since they were compared. Look at "
-           "the new list."));
+    ui_.message(commands::MessageKind::information,
+                "Nothing is copied: records have changed since they were compared. Look at the new "
+                "list.",
+                commands::kProductName);
     return;
   }
   emit workBegins();
