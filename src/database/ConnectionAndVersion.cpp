@@ -19,9 +19,7 @@ std::string ORV_DatabaseInterface::LookupDatabaseVersion(store::Connection& dc) 
   auto rows = openTable(dc, "ORVdata_version");
   orv::RaiseUnless(!rows->eof(), kNoVersionEntries);
   rows->moveLast();
-  std::string version = rows->value("version").toText();
-  rows->close();
-  return version;
+  return rows->value("version").toText();
 }
 
 }  // namespace orv::database

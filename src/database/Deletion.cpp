@@ -11,20 +11,15 @@ void ORV_DatabaseInterface::DeleteGlazing(std::int32_t PaneID, store::Connection
     auto pane = findRecord(dc, "Pane", "PaneID", PaneID);
     deletePaneData(PaneID, dc);
     pane->deleteRow();
-    pane->close();
   });
 }
 
 void ORV_DatabaseInterface::DeleteShading(std::int32_t Shading_id, store::Connection& dc) const {
-  auto shading = findRecord(dc, "Shading", "Shading_id", Shading_id);
-  shading->deleteRow();
-  shading->close();
+  findRecord(dc, "Shading", "Shading_id", Shading_id)->deleteRow();
 }
 
 void ORV_DatabaseInterface::DeleteFrame(std::int32_t FrameID, store::Connection& dc) const {
-  auto frame = findRecord(dc, "Frame", "FrameID", FrameID);
-  frame->deleteRow();
-  frame->close();
+  findRecord(dc, "Frame", "FrameID", FrameID)->deleteRow();
 }
 
 }  // namespace orv::database

@@ -53,7 +53,6 @@ std::int32_t ORV_DatabaseInterface::InsertFrame(FrameDataClass& fData,
     row->setValue("FrameTypeID", type);
     key = row->value("FrameID").toLong();
     row->update();
-    row->close();
   });
   return key;
 }

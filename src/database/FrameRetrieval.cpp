@@ -50,7 +50,6 @@ ORV_DatabaseInterface::FramePtr ORV_DatabaseInterface::RetrieveFrameORV_30(
   frame->width(FieldToDouble(row->value("width")));
   readPicture(*frame, row->value("picture"));
   frame->Info(FieldToString(row->value("Info")));
-  row->close();
   return frame;
 }
 
@@ -73,7 +72,6 @@ ORV_DatabaseInterface::FramePtr ORV_DatabaseInterface::RetrieveFrameORV_20(
   frame->frametype(FieldToString(row->value("material_type")));
   readPicture(*frame, row->value("picture"));
   frame->Info(FieldToString(row->value("Info")));
-  row->close();
   return frame;
 }
 

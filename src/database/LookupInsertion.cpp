@@ -16,7 +16,6 @@ std::int32_t findOrAdd(store::Connection& dc, const LookupTable& table, const st
   }
   const std::int32_t key = rows->value(table.key).toLong();
   rows->update();
-  rows->close();
   return key;
 }
 

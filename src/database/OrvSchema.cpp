@@ -272,7 +272,6 @@ void fill(store::Connection& connection) {
   version->addNew();
   version->setValue("version", kVersion3);
   version->update();
-  version->close();
 }
 
 }  // namespace

@@ -91,7 +91,6 @@ void readIntegratedData(GlazingData& data, store::Connection& dc, const OrvPaneS
   for (const IntegratedColumn& value : kIntegratedColumns) {
     (data.*value.pane)(fieldToSingle(rows->value(value.column)));
   }
-  rows->close();
 }
 
 void ReadSpectralDataORV_30(GlazingData& data, store::Connection& dc) {
@@ -102,11 +101,7 @@ void ReadSpectralDataORV_30(GlazingData& data, store::Connection& dc) {
     statement += " AND direction = " + std::to_string(data.ORV_Direction());
   }
   auto rows = openCountedSql(dc, statement + " ORDER BY [wavelength]");
-  if (const std::int16_t count = countRows(*rows); count >= 1) {
-    readSpectrum(data, *rows, count);
-  } else {
-    data.SpectralData(nullptr);
-  }
+  if (const std::int16_t count = countRows(*rows); count >= 1) readSpectrum(data, *rows, count);
 }
 
 void ReadSpectralDataORV_20(GlazingData& data, store::Connection& dc) {
@@ -115,8 +110,6 @@ void ReadSpectralDataORV_20(GlazingData& data, store::Connection& dc) {
   if (const std::int16_t count = countRows(*rows); count >= 1) {
     if (data.with_and_without_film()) data.SubstrateFilename("");
     readSpectrum(data, *rows, count);
-  } else {
-    data.SpectralData(nullptr);
   }
 }
 

@@ -31,7 +31,7 @@ inline void ReadIntegratedDataORV_20(GlazingData& data, store::Connection& dc) {
 
 /// Sets the spectrum of `data` and, for a pane with film, that of a new substrate record. Of a
 /// database of version 3.0.0 the rows of the pane's angle, and of its direction unless that is 0;
-/// of version 2.0.1 all rows of the pane.
+/// of version 2.0.1 all rows of the pane. Without rows they stay unset.
 void ReadSpectralDataORV_30(GlazingData& data, store::Connection& dc);
 void ReadSpectralDataORV_20(GlazingData& data, store::Connection& dc);
 

@@ -88,7 +88,6 @@ void ORV_DatabaseInterface::insertPaneRow(GlazingData& data, store::Connection& 
   row->setValue("coatingcode", storedCoatingClass(data));
   row->setValue("Ra", 0);
   row->update();
-  row->close();
 }
 
 /// Made before the record's commit begins, so that no file is locked while the user thinks. Where

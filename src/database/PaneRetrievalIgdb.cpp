@@ -54,7 +54,6 @@ void ReadSpectralDataIGDB(GlazingData& data, store::Connection& dc) {
     spectrum->Rb(i, fieldToSingle(rows->value(reflectionBack)));
   }
   data.SpectralData(spectrum);
-  rows->close();
 }
 
 /// Sets the integrated values of `data` from the row of its id.
@@ -63,7 +62,6 @@ void ReadPrecalcIGDB(GlazingData& data, store::Connection& dc) {
       openSql(dc, "SELECT * FROM GlazingProperties WHERE GlazingID = " + std::to_string(data.id()));
   if (row->eof()) return;
   readIgdbIntegrated(data, *row);
-  row->close();
 }
 
 /// Gives a pane with film its substrate: file name, id and, when it is found, spectrum.
@@ -130,7 +128,6 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneIGDB(
   if (glazing->eof()) return nullptr;
   auto data = std::make_shared<GlazingData>();
   data->id(glazing->value("GlazingID").toLong());
-  glazing->close();
 
   auto row = openSql(dc, "Select * FROM qryOptics5Grid WHERE FileName = " + quoted(FileName));
   if (row->eof()) return nullptr;
@@ -138,7 +135,6 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneIGDB(
   ReadPrecalcIGDB(*data, dc);
   ReadSpectralDataIGDB(*data, dc);
   if (data->with_and_without_film()) readSubstrate(*data, *row, dc);
-  row->close();
   return data;
 }
 

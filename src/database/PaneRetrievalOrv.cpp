@@ -49,7 +49,6 @@ std::vector<std::int16_t> readAngles(store::Connection& dc, const std::string& k
       dc, "SELECT * FROM Pane_integrated_data WHERE " + keyColumn + " = " + std::to_string(paneId));
   std::vector<std::int16_t> angles;
   for (; !rows->eof(); rows->moveNext()) angles.push_back(fieldToInteger(rows->value("angle")));
-  rows->close();
   return angles;
 }
 
@@ -81,7 +80,6 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneORV_30(
   data->Acceptance(FieldToString(row->value("acceptance")));
   ReadIntegratedDataORV_30(*data, dc);
   if (data->spectral_pane()) ReadSpectralDataORV_30(*data, dc);
-  row->close();
   return data;
 }
 
@@ -102,7 +100,6 @@ ORV_DatabaseInterface::PanePtr ORV_DatabaseInterface::RetrievePaneORV_20(
   data->group("Unknown");
   ReadIntegratedDataORV_20(*data, dc);
   if (data->spectral_pane()) ReadSpectralDataORV_20(*data, dc);
-  row->close();
   return data;
 }
 

@@ -63,7 +63,6 @@ void insertIntegratedRow(const GlazingData& data, store::Connection& dc) {
   row->setValue("angle", std::int32_t{data.ORV_Angle()});
   setIntegratedColumns(*row, data);
   row->updateBatch();
-  row->close();
 }
 
 void storeIntegratedRow(const GlazingData& data, store::Connection& dc) {
@@ -73,7 +72,6 @@ void storeIntegratedRow(const GlazingData& data, store::Connection& dc) {
   if (row->eof()) return insertIntegratedRow(data, dc);
   setIntegratedColumns(*row, data);
   row->update();
-  row->close();
 }
 
 bool hasSpectrum(const GlazingData& pane) {
@@ -106,7 +104,6 @@ void insertSpectralRows(const GlazingData& data, store::Connection& dc) {
     rows->setValue(reflectionSub, substrate ? substrate->Rf(i) : 0.0F);
   }
   rows->updateBatch();
-  rows->close();
 }
 
 void deletePaneData(std::int32_t id, store::Connection& dc) {

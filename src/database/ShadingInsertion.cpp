@@ -54,7 +54,6 @@ void insertIntegratedRows(const ShadingDataClass& data, store::Connection& dc) {
     }
   }
   rows->updateBatch();
-  rows->close();
 }
 
 void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
@@ -68,7 +67,6 @@ void insertSpectralRows(const ShadingDataClass& data, store::Connection& dc) {
     }
   }
   rows->updateBatch();
-  rows->close();
 }
 
 ShadingKeys keysOf(const ShadingDataClass& shading, const ORV_DatabaseInterface& database,
@@ -152,7 +150,6 @@ void ORV_DatabaseInterface::InsertShading(ShadingDataClass& data, store::Connect
     data.id(row->value(kShadingKeyColumn).toLong());
     setShadingColumns(*row, data, keys);
     row->update();
-    row->close();
     insertIntegratedRows(data, dc);
     insertSpectralRows(data, dc);
   });
@@ -180,9 +177,7 @@ std::int32_t ORV_DatabaseInterface::FindShading(const std::string& name, const s
   auto row = openSql(dc, "SELECT Shading_id FROM Shading WHERE name = " + quoted(name) +
                              " AND groupnameID = " + std::to_string(GroupIdByName(group, dc)) +
                              " ORDER BY Shading_id");
-  const std::int32_t key = row->eof() ? 0 : row->value(kShadingKeyColumn).toLong();
-  row->close();
-  return key;
+  return row->eof() ? 0 : row->value(kShadingKeyColumn).toLong();
 }
 
 }  // namespace orv::database

@@ -66,7 +66,6 @@ std::vector<Row> readDetails(store::Connection& dc, const char* table, std::int3
       row.*column.member = FieldToDouble(fieldOrNull(*rows, column.name));
     }
   }
-  rows->close();
   return result;
 }
 
@@ -84,7 +83,6 @@ ORV_DatabaseInterface::ShadingPtr ORV_DatabaseInterface::RetrieveShading(
     const store::Value value = fieldOrNull(*row, column.name);
     if (!value.isNull()) std::visit(PropertyReader{*data, value, dc}, column.member);
   }
-  row->close();
   data->integrated(readDetails<ShadingIntegratedData>(
       dc, "Shading_integrated_data_temp", Shading_id, "angle", kShadingIntegratedColumns));
   data->spectrum(readDetails<ShadingSpectralPoint>(dc, "Shading_spectral_data", Shading_id,

@@ -122,7 +122,21 @@ TEST_F(CompareWindowTest, TickedRecordsAreCopiedToTheRight) {
   EXPECT_TRUE(dialogs.texts().back().startsWith("1 field of 1 record of "))
       << dialogs.texts().back().toStdString() << label("lblStatus").toStdString();
   EXPECT_EQ(shown().size(), 5);
+  const auto tickChanged = [&] { differences().topLevelItem(1)->setCheckState(0, Qt::Checked); };
+  const auto changeOutside = [&](float thickness) {
+    const auto connection = store::Connection::openFile(folder / "left.mdb");
+    auto panes =
+        connection->openRecordset("Pane", store::CursorType::dynamic, store::LockType::optimistic);
+    panes->find("name = 'changed'");
+    panes->setValue("thickness", thickness);
+    panes->update();
+  };
+  changeOutside(7);
   dialogs.press("Discard");
+  trigger("mnuCompareCopyRight");
+  EXPECT_TRUE(label("lblStatus").startsWith("Nothing is copied: records have changed since"));
+  EXPECT_TRUE(shown().contains("  thickness"));
+  tickChanged();
   trigger("mnuCompareCopyRight");
   EXPECT_TRUE(dialogs.isDone()) << dialogs.texts().join('|').toStdString();
   EXPECT_EQ(shown(), (QStringList{"− new", "+ gone"}));

@@ -348,6 +348,13 @@ TEST_F(EditingTest, ChangesOfOthersAreShownBeforeSaving) {
   trigger("mnuFileSave");
   EXPECT_EQ(stored(2, "product name"), "again");
   EXPECT_TRUE(dialogs.isDone());
+
+  changeOutside(3, "product name", "of others");
+  dialogs.press("No");
+  trigger("mnuEditUndo");
+  EXPECT_TRUE(dialogs.texts().back().contains("was not done in this window"))
+      << dialogs.texts().back().toStdString();
+  EXPECT_EQ(stored(3, "product name"), "of others");
 }
 
 TEST_F(EditingTest, NamesAreRenamedMergedAndDeleted) {

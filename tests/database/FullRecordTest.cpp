@@ -12,6 +12,15 @@ namespace {
 
 class FullRecordTest : public DatabaseTest {
  protected:
+  /// Group, supplier and frame type of a record have different keys.
+  FullRecordTest() {
+    for (store::Connection* each : {dc.get(), second.get()}) {
+      for (const char* name : {"a", "b"}) database.InsertGroup(name, *each);
+      database.InsertSupplier("a", *each);
+      for (const char* name : {"a", "b", "c"}) database.InsertFrameType(name, *each);
+    }
+  }
+
   /// Inserts it at two angles into a database.
   void insertPane(GlazingData& pane, store::Connection& into) {
     for (const std::int16_t angle : {37, 60}) {
@@ -71,7 +80,7 @@ TEST_F(FullRecordTest, APaneStandsInItsColumnsAndComesBack) {
   insertPane(*pane, *dc);
   EXPECT_EQ(rowsOf(*dc, "SELECT * FROM Pane"),
             "1|file "
-            "\"ä\".dat|product|1|1|1.9176999|0.15316693|0.9876543210987|0.123456789012345|0."
+            "\"ä\".dat|product|2|3|1.9176999|0.15316693|0.9876543210987|0.123456789012345|0."
             "10149999|0.114499986|True|False|True|True|True|True|0|{text}\nof two|True|AB|#");
   EXPECT_EQ(rowsOf(*dc, "SELECT * FROM Pane_integrated_data"),
             "1|37|0.19249997|0.20549996|0.16649997|0.17949997|0.24449995|0.25749996|0.21849996|0."
@@ -124,7 +133,7 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
   EXPECT_EQ(rowsOf(*dc,
                    "SELECT FrameID, name, product_name, groupID, supplierID, u_value, "
                    "FrameTypeID, width, Info FROM Frame"),
-            "1|frame|Null|1|1|1.3|1|70|of oak");
+            "1|frame|Null|3|2|1.3|4|70|of oak");
   const auto back = database.RetrieveFrameORV_30(*dc, 1, "", "");
   EXPECT_EQ(back->id(), 1);
   EXPECT_EQ(whole(*back), whole(frame));
@@ -136,7 +145,7 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
   EXPECT_EQ(whole(*ofVersion2), whole(*database.RetrieveFrameORV_20(*old, 0, "frame")));
   frame.group("Unknown");
   frame.supplier("Unknown");
-  frame.frametype("1");
+  frame.frametype("4");
   EXPECT_EQ(whole(*ofVersion2), whole(frame));
 }
 
@@ -157,7 +166,7 @@ TEST_F(FullRecordTest, AShadingStandsInItsColumnsAndComesBack) {
   EXPECT_EQ(rowsOf(*dc,
                    "SELECT Shading_id, groupnameID, supplierID, Supplier_dataID, typeID FROM "
                    "Shading"),
-            "1|1|1|-8|4");
+            "1|3|2|-8|4");
   EXPECT_EQ(rowsOf(*dc, "SELECT * FROM Shading_integrated_data_temp"),
             "1|30|1|2|3|4|5|6|7|8|9|10|11|0.3333333333333333 1|60|12|11|10|9|8|7|6|5|4|3|2|0.25");
   EXPECT_EQ(rowsOf(*dc, "SELECT * FROM Shading_spectral_data"),

@@ -12,15 +12,18 @@ TEST_F(LookupTest, InsertsANameOnceAndFindsItAgain) {
   EXPECT_EQ(database.InsertGroup("Other", *dc), 2);
   EXPECT_EQ(database.InsertGroup("DEMO", *dc), 1) << "names compare without regard to case";
   EXPECT_EQ(rowCount("Groups"), 2);
-  EXPECT_EQ(database.InsertFrameType("Wood", *dc), 1);
-  EXPECT_EQ(database.InsertSupplier("Maker", *dc), 1);
+  for (const char* name : {"First", "Second", "Third"}) {
+    database.InsertFrameType(name, *dc);
+    database.InsertSupplier(std::string(name) + " maker", *dc);
+  }
 
   EXPECT_EQ(database::GroupNameById(1, *dc), "Demo") << "the name is not touched";
+  EXPECT_EQ(database::GroupNameById(2, *dc), "Other");
   EXPECT_EQ(database::GroupIdByName("other", *dc), 2);
-  EXPECT_EQ(database::FrameTypeNameById(1, *dc), "Wood");
-  EXPECT_EQ(database::FrameTypeIdByName("Wood", *dc), 1);
-  EXPECT_EQ(database::SupplierNameById(1, *dc), "Maker");
-  EXPECT_EQ(database::SupplierIdByName("Maker", *dc), 1);
+  EXPECT_EQ(database::FrameTypeNameById(2, *dc), "Second");
+  EXPECT_EQ(database::FrameTypeIdByName("Third", *dc), 3);
+  EXPECT_EQ(database::SupplierNameById(3, *dc), "Third maker");
+  EXPECT_EQ(database::SupplierIdByName("second Maker", *dc), 2);
 }
 
 TEST_F(LookupTest, WhatIsNotThereIsEmptyOrZero) {

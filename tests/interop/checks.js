@@ -52,15 +52,18 @@ class View {
     }
   }
 
-  /** The database has one pane, with the spectrum and the published values of a product. */
-  expectProduct(product, what) {
+  /** The panes are these products: with their spectra, and a row of their published values each. */
+  expectProducts(products) {
     const spectral = this.rows('Pane_spectral_data');
-    this.expectSpectrum(spectral, spectralRows(product, 0), `${this.reader.name}, ${what}`);
-    const [integrated, ...others] = this.rows('Pane_integrated_data');
-    assert.deepEqual(others, [], what);
-    const expected = publishedRow(product);
-    this.expectRow('Pane_integrated_data', integrated, expected, `${this.reader.name}, ${what}`);
-    return Object.keys(expected).length;
+    const integrated = this.rows('Pane_integrated_data');
+    products.forEach((product, i) => {
+      const what = `${this.reader.name}, product ${i}`;
+      const ofPane = (row) => row.paneid === i + 1;
+      this.expectSpectrum(spectral.filter(ofPane), spectralRows(product, 0), what);
+      const rows = integrated.filter(ofPane);
+      assert.equal(rows.length, 1, what);
+      this.expectRow('Pane_integrated_data', rows[0], publishedRow(product), what);
+    });
   }
 
   expectSpectrum(rows, expected, what) {
@@ -103,9 +106,9 @@ export function expectPanes(database, panes, groupName, direction) {
   }
 }
 
-/** Every reader finds one pane, that of the product; returns how many published values it has. */
-export function expectProduct(database, product, what) {
-  return kReaders.map((reader) => new View(reader, database).expectProduct(product, what))[0];
+/** Every reader finds these products, in the order in which they were copied. */
+export function expectProducts(database, products) {
+  for (const reader of kReaders) new View(reader, database).expectProducts(products);
 }
 
 /** No reader finds any row of these panes. */

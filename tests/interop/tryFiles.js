@@ -1,6 +1,6 @@
 // Tries the store on databases of any program: see tools/try-files.
 import {spawnSync} from 'node:child_process';
-import {existsSync, mkdtempSync, readdirSync, readFileSync, rmSync} from 'node:fs';
+import {existsSync, mkdtempSync, readdirSync, readFileSync, rmSync, statSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {parseArgs} from 'node:util';
@@ -13,6 +13,7 @@ const {values: options, positionals: folders} = parseArgs({
   options: {
     changes: {type: 'string', default: '300'},
     seed: {type: 'string', default: '1'},
+    largest: {type: 'string', default: 'Infinity'},
     password: {type: 'string', multiple: true, default: []},
   },
 });
@@ -123,7 +124,9 @@ const isDatabase = (name) => /\.(mdb|accdb)$/i.test(name);
 let failed = 0;
 let tried = 0;
 for (const source of folders) {
-  const names = readdirSync(source, {recursive: true}).filter(isDatabase).sort();
+  const isTried = (name) =>
+      isDatabase(name) && statSync(join(source, name)).size <= +options.largest;
+  const names = readdirSync(source, {recursive: true}).filter(isTried).sort();
   for (const name of names) {
     const folder = mkdtempSync(join(tmpdir(), 'orv-try-'));
     try {

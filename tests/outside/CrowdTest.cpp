@@ -106,7 +106,7 @@ void expectThatACrowdGetsOn(const fs::path& folder, Clock::duration time) {
 
 TEST(Crowd, OfWritersAndReadersGetsOn) {
   const TemporaryFolder folder;
-  expectThatACrowdGetsOn(folder.path(), isLongRun() ? 60s : 2s);
+  expectThatACrowdGetsOn(folder.path(), isLongRun() ? 60s : 1s);
 }
 
 }  // namespace

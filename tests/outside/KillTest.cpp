@@ -27,7 +27,7 @@ std::vector<bool> momentsAt(std::uint64_t call) {
 TEST_P(Killed, AtACallNothingIsHalfDoneOrLost) {
   const Rehearsal rehearsal(workNamed(GetParam()));
   ASSERT_GT(rehearsal.calls(), 0U);
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 6)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 3)) {
     for (const bool before : momentsAt(call)) {
       SCOPED_TRACE(std::string("killed ") + (before ? "before" : "after") + " call " +
                    std::to_string(call) + " of " + std::to_string(rehearsal.calls()));
@@ -46,7 +46,7 @@ TEST_P(Killed, AtACallNothingIsHalfDoneOrLost) {
 TEST_P(Killed, InRecoveryNothingIsHalfDoneOrLost) {
   const Rehearsal rehearsal(workNamed(GetParam()));
   int recoveries = 0;
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 4)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 2)) {
     const TemporaryFolder left;
     rehearsal.begin(left.path());
     const Ended ended = rehearsal.disturbed(left.path(), killAt(call, false));

@@ -62,7 +62,7 @@ void loseAgain(const Rehearsal& rehearsal, const std::filesystem::path& left,
 
 TEST_P(PowerLoss, LeavesNothingHalfDoneAndAllThatWasReported) {
   const Rehearsal rehearsal(workNamed(GetParam()));
-  for (const std::uint64_t call : sampled(rehearsal.calls(), 6)) {
+  for (const std::uint64_t call : sampled(rehearsal.calls(), 3)) {
     for (const std::uint32_t seed : seedsAt(call)) {
       SCOPED_TRACE("the power goes after call " + std::to_string(call) + " of " +
                    std::to_string(rehearsal.calls()) + ", seed " + std::to_string(seed));

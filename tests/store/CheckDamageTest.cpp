@@ -243,6 +243,16 @@ const std::vector<Damage> kPageDamage{
      }},
 };
 
+/// Two names of the same length.
+Expected giveNameOf(DamagedFile& file, const std::string& one, const std::string& other) {
+  const RowId given = file.database().find(one)->row;
+  const RowId taker = file.database().find(other)->row;
+  const auto name = file.field("MSysObjects", given, "Name");
+  const Bytes taken(name.begin(), name.end());
+  std::ranges::copy(taken, file.field("MSysObjects", taker, "Name").begin());
+  return {"MSysObjects", "", 0, -1, "has the name of another table or query"};
+}
+
 const std::vector<Damage> kCatalogDamage{
     {"IdTwice",
      [](DamagedFile& file) -> Expected {
@@ -262,18 +272,11 @@ const std::vector<Damage> kCatalogDamage{
        return {"Shading", "", 99999, -1, "the file has only"};
      },
      "Shading missing"},
-    {"NameTwice",
-     [](DamagedFile& file) -> Expected {
-       // Two names of the same length.
-       const RowId moved = file.database().find("Moved")->row;
-       const RowId frame = file.database().find("Frame")->row;
-       const auto name = file.field("MSysObjects", moved, "Name");
-       const Bytes taken(name.begin(), name.end());
-       std::ranges::copy(taken, file.field("MSysObjects", frame, "Name").begin());
-       return {"MSysObjects", "", 0, -1, "has the name of another table or query"};
-     },
+    {"NameTwice", [](DamagedFile& file) { return giveNameOf(file, "Moved", "Frame"); },
      "Frame missing, Moved columns, Moved indexes, Moved last number, Moved numbers, Moved rows, "
      "Moved index 0 more, Moved index 1 more, Recovered table 121 more"},
+    {"NameOfASystemTableTwice",
+     [](DamagedFile& file) { return giveNameOf(file, "MSysQueries", "MSysObjects"); }},
     {"QueryWithoutParts",
      [](DamagedFile& file) -> Expected {
        for (const RowId row : file.rows("MSysQueries")) {

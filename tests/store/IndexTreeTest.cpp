@@ -10,6 +10,7 @@
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
+#include "store/jet/index/EntrySorter.h"
 #include "store/jet/index/IndexPageEditor.h"
 #include "store/jet/index/IndexRun.h"
 #include "store/jet/index/IndexTree.h"
@@ -267,7 +268,7 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
   for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
-    for (int burst = 0; burst < 24; ++burst) {
+    for (int burst = 0; burst < 12; ++burst) {
       const bool erases = random_() % 8 < static_cast<unsigned>(run);
       const int step = burst % 2 == 0 ? 1 : -1;
       std::uint32_t number = 500 + random_() % 2000;
@@ -292,6 +293,30 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, IndexTreeShapes, testing::Range(0, 4));
+
+// Between the entries of empty binary values stand others, which begin with the same byte.
+TEST_F(IndexTreeTest, EntriesOfOneKeyThatStandApartShareIt) {
+  const Bytes empty{0x7f};
+  const Entry between{{0x7f, 0, 0, 5, 0, 9}, {9, 0}};
+  insert({empty, {4, 0}});
+  insert(between);
+  IndexRun run(*pager_, index_, kTable);
+  EXPECT_EQ(run.insert(empty, {6, 0}, IndexRun::SameKey::refuse), kNoChange);
+  insert({empty, {6, 0}});
+  erase({empty, {6, 0}});
+  insert({empty, {6, 1}});
+  erase({empty, {4, 0}});
+  erase({empty, {6, 1}});
+
+  EntrySorter sorter;
+  for (const Entry& each : {Entry{empty, {6, 0}}, between, Entry{empty, {4, 0}}}) {
+    sorter.add(each.row, false,
+               [&](Bytes& bytes) { bytes.insert(bytes.end(), each.key.begin(), each.key.end()); });
+  }
+  sorter.sort();
+  EXPECT_EQ(sorter.row(2), (RowId{6, 0}));
+  EXPECT_TRUE(!sorter.repeatsKey(1) && sorter.repeatsKey(2));
+}
 
 TEST_F(IndexTreeTest, KeysThatAscendFillTheirPages) {
   constexpr std::uint32_t kCount = 20'000;

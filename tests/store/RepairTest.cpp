@@ -197,9 +197,10 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
   const std::string path = folder_ / "damaged.mdb";
   const std::string repaired = folder_ / "repaired.mdb";
   unsigned seed = 0;
+  const int times = std::getenv("ORV_LONG_TESTS") != nullptr ? 300 : isSample() ? 8 : 2;
   for (const Damage damage :
        {changeBytes, changeHead, clearPage, fillPage, copyPage, cutOff, overwriteHeader}) {
-    for (int time = 0; time < (std::getenv("ORV_LONG_TESTS") != nullptr ? 300 : 8); ++time) {
+    for (int time = 0; time < times; ++time) {
       std::mt19937 random(++seed);
       SCOPED_TRACE("seed " + std::to_string(seed));
       std::string content = whole;

@@ -20,7 +20,8 @@ FUNCTIONS = {K.FUNCTION_DECL, K.CXX_METHOD, K.CONVERSION_FUNCTION, K.FUNCTION_TE
 FIXED = {K.STATIC_ASSERT, K.ENUM_DECL, K.TYPE_ALIAS_DECL, K.TYPEDEF_DECL, K.PARM_DECL,
          K.USING_DECLARATION, K.CXX_UNARY_EXPR, K.TYPE_ALIAS_TEMPLATE_DECL}
 EMPTY = {'{}', 'nullptr', 'std::nullopt', '0', '""', 'false', 'true', '*this'}
-SYMMETRICAL = {'min', 'max', 'swap', 'equal', 'reserve', 'shrink_to_fit'}
+ROOM = {'reserve', 'shrink_to_fit'}  # a fault there costs time only
+SYMMETRICAL = {'min', 'max', 'swap', 'equal'} | ROOM
 FAULTS_OF_A_TABLE = 4
 ON = '\x01'  # stands in the text of a wrap for the question whether its fault is on
 
@@ -165,7 +166,7 @@ class Finder:
         if self.result is None or not values or self.behind(cursor) != b';':
             return
         text, kind = self.flat(values[0]), self.result.get_canonical().kind
-        if text in EMPTY or kind in (T.LVALUEREFERENCE, T.VOID):
+        if text in EMPTY or is_first_of_enum(bare(values[0])) or kind in (T.LVALUEREFERENCE, T.VOID):
             return
         if kind == T.BOOL:
             if bare(values[0]).kind == K.CALL_EXPR:
@@ -255,6 +256,8 @@ class Finder:
         if cursor.spelling.startswith('operator'):
             self.infix(cursor, arguments)
         self.exchange(cursor)
+        if cursor.spelling in ROOM:
+            return
         children = list(cursor.get_children())
         for child in [c for c in children[:1] if c.kind.is_expression()] + arguments:
             self.visit(child)
@@ -284,6 +287,12 @@ def bare(cursor):
             break
         cursor = children[0]
     return cursor
+
+
+def is_first_of_enum(cursor):
+    """Whether it is what `{}` is, too."""
+    named = cursor.referenced if cursor.kind == K.DECL_REF_EXPR else None
+    return named is not None and named.kind == K.ENUM_CONSTANT_DECL and named.enum_value == 0
 
 
 def is_reference(cursor):

@@ -38,7 +38,7 @@ QComboBox* makeList(const QStringList& names, bool takesNew, QWidget* parent) {
   list->addItems(names);
   list->setEditable(takesNew);
   list->setInsertPolicy(QComboBox::NoInsert);
-  list->setCompleter(nullptr);  // a new name may be the beginning of another
+  if (takesNew) list->setCompleter(nullptr);  // a new name may be the beginning of another
   list->setFrame(false);
   return list;
 }

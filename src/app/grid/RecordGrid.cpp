@@ -262,6 +262,30 @@ bool RecordGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* eve
   return QTableView::edit(index, trigger, event);
 }
 
+/// From one field to the next that can be edited, across the ends of rows.
+void RecordGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const bool isNext = hint == QAbstractItemDelegate::EditNextItem;
+  const bool goesOn = isNext || hint == QAbstractItemDelegate::EditPreviousItem;
+  QTableView::closeEditor(editor, goesOn ? QAbstractItemDelegate::NoHint : hint);
+  const QModelIndex field = goesOn ? fieldBeside(currentIndex(), isNext) : QModelIndex();
+  if (!field.isValid()) return;
+  setCurrentIndex(field);
+  QTableView::edit(field);
+}
+
+QModelIndex RecordGrid::fieldBeside(const QModelIndex& cell, bool after) const {
+  QList<int> columns = visibleColumns();
+  if (!after) std::ranges::reverse(columns);
+  const qsizetype at = columns.indexOf(cell.column());
+  const int nextRow = cell.row() + (after ? 1 : -1);
+  for (qsizetype i = at + 1; i <= at + columns.size(); ++i) {
+    const int column = columns[i % columns.size()];
+    if (model_->editField(column) == nullptr) continue;
+    return model_->index(i < columns.size() ? cell.row() : nextRow, column);
+  }
+  return {};
+}
+
 QString RecordGrid::take(const QModelIndex& cell, const QString& before, const QString& text) {
   RecordEdits* edits = model_->edits();
   if (edits == nullptr) return whyNotEdited_;
@@ -278,8 +302,9 @@ QString RecordGrid::take(const QModelIndex& cell, const QString& before, const Q
     if (QString reason = outdated(typed, rows.low, cell, before); !reason.isEmpty()) return reason;
     std::size_t count = 0;
     edits->change([&](commands::edit::PendingEdits& pending) { count = pending.type(typed); });
-    emit editingTold(
-        tr("%1 changed, not saved yet.").arg(counted(static_cast<qlonglong>(count), tr("field"))));
+    emit editingTold(count == 0 ? tr("The field holds that already.")
+                                : tr("%1 changed, not saved yet.")
+                                      .arg(counted(static_cast<qlonglong>(count), tr("field"))));
     return {};
   } catch (const std::exception& error) {
     const QString reason = qt(commands::describe(error));

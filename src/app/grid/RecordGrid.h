@@ -117,6 +117,7 @@ class RecordGrid : public QTableView {
   void scrollContentsBy(int dx, int dy) override;
   using QTableView::edit;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
  private:
   /// How a record set was left.
@@ -128,6 +129,7 @@ class RecordGrid : public QTableView {
 
   /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
   /// Says why not, or nothing.
+  QModelIndex fieldBeside(const QModelIndex& cell, bool after) const;
   QString take(const QModelIndex& cell, const QString& before, const QString& text);
   QString outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
                    const QModelIndex& cell, const QString& before) const;

@@ -54,8 +54,10 @@ std::optional<CompareCommands::Sides> CompareCommands::sides() {
   return std::nullopt;
 }
 
-void CompareCommands::run(const Sides& sides) {
+/// False when it came to no end.
+bool CompareCommands::run(const Sides& sides) {
   emit workBegins();
+  bool isDone = false;
   try {
     const BusyPointer busy;
     comparison_ = std::make_shared<const Comparison>(
@@ -64,12 +66,14 @@ void CompareCommands::run(const Sides& sides) {
                               ? commands::compare::copyablePairs(*comparison_).pairs
                               : std::vector<std::size_t>();
     emit compared(comparison_, copyable, headingOf(sides));
+    isDone = true;
   } catch (const commands::Cancelled& cancelled) {
     emit statusMessage(cancelled.what());
   } catch (const std::exception& error) {
     ui_.message(commands::MessageKind::critical, commands::describe(error), commands::kProductName);
   }
   emit workEnded(false);
+  return isDone;
 }
 
 QString CompareCommands::headingOf(const Sides& sides) const {
@@ -83,6 +87,14 @@ QString CompareCommands::headingOf(const Sides& sides) const {
 void CompareCommands::copy(const std::vector<std::size_t>& pairs) {
   const auto both = sides();
   if (!both || pairs.empty()) return;
+  const auto seen = comparison_;
+  if (!run(*both)) return;
+  if (!comparison_->hasSameLines(*seen)) {
+    emit statusMessage(
+        tr("Nothing is copied: records have changed since they were compared. Look at "
+           "the new list."));
+    return;
+  }
   emit workBegins();
   ui_.collectFailures(tr("copy"));
   QStringList report;

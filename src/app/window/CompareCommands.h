@@ -30,7 +30,8 @@ class CompareCommands : public QObject {
   /// Asks which two are to be compared, proposing these, of which the second may be empty.
   void compare(const std::string& left, const std::string& right);
   void compareAgain();
-  /// Copies the records of these pairs to the right, and compares again.
+  /// Copies the records of these pairs to the right, and compares again: before, too, so that nothing
+  /// is replaced that nobody has seen.
   void copy(const std::vector<std::size_t>& pairs);
 
   /// Where a record of the last comparison is.
@@ -60,7 +61,7 @@ class CompareCommands : public QObject {
 
   /// Nothing, and that is told, where one is not open any more.
   std::optional<Sides> sides();
-  void run(const Sides& sides);
+  bool run(const Sides& sides);
   QString headingOf(const Sides& sides) const;
 
   commands::Session& session_;

@@ -286,6 +286,7 @@ void RecordEditing::reverse(bool back) {
     emit told(tr("There is nothing to redo."));
     return;
   }
+  if (back && !isMeant(*work)) return;
   if (!commands::mayBeChanged(*connection, ui_)) return;
   emit workBegins();
   store::UndoResult result;
@@ -317,6 +318,16 @@ void RecordEditing::reverse(bool back) {
       .exec();
 }
 
+/// Whoever takes back one step after another may not know that the next one is of others, or of
+/// another day.
+bool RecordEditing::isMeant(const store::HistoryWork& work) const {
+  if (own_.contains(work.id)) return true;
+  return ui_.ask({"\"" + work.title +
+                      "\" was not done in this window. Do you want to take it back all the same?",
+                  commands::kProductName, commands::Buttons::yesNo, commands::Answer::no}) ==
+         commands::Answer::yes;
+}
+
 QString RecordEditing::titleOf(bool back) const {
   if (edits_ != nullptr) {
     const PendingEdits& pending = edits_->pending();
@@ -338,7 +349,9 @@ void RecordEditing::noteHistory() {
 void RecordEditing::offerUndo() {
   const auto connection = database();
   const auto work = connection ? nextWork(*connection, true) : std::nullopt;
-  if (work && work->id != noted_ && !work->isLost) emit undoOffered(shownText(work->title));
+  if (!work || work->id == noted_) return;
+  own_.insert(work->id);
+  if (!work->isLost) emit undoOffered(shownText(work->title));
 }
 
 }  // namespace orv::app

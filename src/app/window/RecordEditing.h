@@ -3,12 +3,14 @@
 
 #include <QObject>
 #include <map>
+#include <set>
 #include <memory>
 #include <string>
 
 #include "app/grid/RecordEdits.h"
 #include "app/window/WindowUserInterface.h"
 #include "commands/Session.h"
+#include "store/History.h"
 
 namespace orv::app {
 
@@ -77,6 +79,7 @@ class RecordEditing : public QObject {
   bool resolve(RecordEdits& edits);
   void tellRefusals(const RecordEdits& edits);
   void reverse(bool back);
+  bool isMeant(const store::HistoryWork& work) const;
   QString titleOf(bool back) const;
 
   commands::Session& session_;
@@ -88,7 +91,8 @@ class RecordEditing : public QObject {
   RecordEdits* edits_ = nullptr;                             ///< of it
   std::map<std::string, std::unique_ptr<RecordEdits>> all_;  ///< by the keys of record sets
   int takenBack_ = 0;                                        ///< saved works, since the last change
-  std::uint64_t noted_ = 0;  ///< the last work when noteHistory() was called
+  std::uint64_t noted_ = 0;      ///< the last work when noteHistory() was called
+  std::set<std::uint64_t> own_;  ///< works of this window
 };
 
 }  // namespace orv::app

@@ -56,6 +56,8 @@ struct ComparedPair {
   bool isAmbiguous = false;
   bool isWithoutData =
       false;  ///< that in A: a pane with data at no angle, of which a copy has nothing
+
+  bool operator==(const ComparedPair&) const = default;
 };
 
 /// A line of the list. For a record that is only in one source there is one, without a field.
@@ -67,6 +69,8 @@ struct Difference {
   store::Value b = {};
   /// Where on the curve the values are; nm. Of spectra the place of the largest difference.
   std::optional<double> wavelength = {};
+
+  bool operator==(const Difference&) const = default;
 };
 
 struct Comparison {
@@ -79,6 +83,10 @@ struct Comparison {
 
   std::size_t count(State state) const;
   bool isEqual() const { return differences.empty(); }
+  /// Whether another comparison has found the same.
+  bool hasSameLines(const Comparison& other) const {
+    return pairs == other.pairs && differences == other.differences;
+  }
   /// "12 records are the same, 1 added, 2 removed, 3 changed."
   std::string summary() const;
 };

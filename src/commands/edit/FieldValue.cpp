@@ -103,8 +103,9 @@ store::Value fieldValue(const EditField& field, const std::string& text) {
   store::Value value;
   std::string refusal;
   if (field.type == FieldType::text) {
-    // Blanks around a name count for nobody.
-    const std::string kept(field.mayBeEmpty ? text : trimmed(text));
+    // Blanks around a name count for nobody, and those behind a line are seen by nobody.
+    const bool isMemo = field.longest == 0;
+    const std::string kept(isMemo ? text : trimmed(text));
     value = field.isCapital ? upperCase(kept) : kept;
   } else if (field.type == FieldType::choice) {
     value = std::string(trimmed(text));

@@ -125,6 +125,8 @@ QSplitter* SpectrumDock::buildSide() {
   legend_ = new SpectrumLegend(plot_, side);
   side->addWidget(legend_);
   side->addWidget(buildValues());
+  // In a low window the tables have the height of the plot, and scroll.
+  side->setMinimumHeight(view_->minimumSizeHint().height());
   side->setStretchFactor(0, 1);
   side->setStretchFactor(1, 3);
   return side;

@@ -70,6 +70,8 @@ SpectrumLegend::SpectrumLegend(SpectrumPlot& plot, QWidget* parent)
 void SpectrumLegend::refresh() {
   const QSignalBlocker blocker(this);
   clear();
+  const QIcon pinned = pin(true);
+  const QIcon loose = pin(false);
   for (std::size_t i = 0; i < plot_.dataSets.size(); ++i) {
     const SpectrumDataSet& set = plot_.dataSets[i];
     auto* item = new QTreeWidgetItem(this, {shownText(set.label)});
@@ -79,21 +81,21 @@ void SpectrumLegend::refresh() {
     item->setCheckState(0, plot_.hidden[i] ? Qt::Unchecked : Qt::Checked);
     item->setHidden(plot_.angle && set.angle != *plot_.angle);
     item->setDisabled(!set.hasSpectrum());
-    showPin(*item, set.isPinned);
+    item->setIcon(kPin, set.isPinned ? pinned : loose);
+    item->setToolTip(kPin, set.isPinned ? tr("Pinned: it stays while others are selected")
+                                        : tr("Keep it in the plot while others are selected"));
+    item->setData(kPin, Qt::AccessibleTextRole, set.isPinned ? tr("pinned") : tr("not pinned"));
   }
 }
 
 /// A pane that is not pinned has a pale pin, to be clicked on.
-void SpectrumLegend::showPin(QTreeWidgetItem& item, bool isPinned) const {
-  const QPixmap pin =
-      icon("pin").pixmap(QSize(kSwatch.height(), kSwatch.height()), devicePixelRatioF(),
-                         isPinned ? QIcon::Normal : QIcon::Disabled);
-  QIcon shown;
-  for (const auto mode : {QIcon::Normal, QIcon::Selected}) shown.addPixmap(pin, mode);
-  item.setIcon(kPin, shown);
-  item.setToolTip(kPin, isPinned ? tr("Pinned: it stays while others are selected")
-                                 : tr("Keep it in the plot while others are selected"));
-  item.setData(kPin, Qt::AccessibleTextRole, isPinned ? tr("pinned") : tr("not pinned"));
+QIcon SpectrumLegend::pin(bool isPinned) const {
+  const QSize size(kSwatch.height(), kSwatch.height());
+  const QPixmap pixmap =
+      icon("pin").pixmap(size, devicePixelRatioF(), isPinned ? QIcon::Normal : QIcon::Disabled);
+  QIcon icon;
+  for (const auto mode : {QIcon::Normal, QIcon::Selected}) icon.addPixmap(pixmap, mode);
+  return icon;
 }
 
 QIcon SpectrumLegend::swatch(const SpectrumDataSet& set) const {

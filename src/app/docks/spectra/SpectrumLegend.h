@@ -36,7 +36,7 @@ class SpectrumLegend : public QTreeWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-  void showPin(QTreeWidgetItem& item, bool isPinned) const;
+  QIcon pin(bool isPinned) const;
   QIcon swatch(const SpectrumDataSet& set) const;
   void itemWasTicked(const QTreeWidgetItem& item);
   /// Hides all data sets but one; all of them are shown when there is no such one.

@@ -112,6 +112,12 @@ mode_t withRightsOfGroup(mode_t mode, const std::string& accessList) {
   return mode;
 }
 
+/// Whether a file may be there to be read: without permission, on a disk that is read-only, or one
+/// that its owner has made unchangeable.
+bool isWritingRefused(int error) {
+  return error == EACCES || error == EROFS || error == EPERM;
+}
+
 class PosixFile final : public File {
  public:
   PosixFile(int descriptor, std::string path, bool readOnly)
@@ -255,7 +261,7 @@ class PosixFileSystem final : public FileSystem {
     int descriptor =
         ::open(path.c_str(), O_RDWR | O_CLOEXEC | (isNew ? O_CREAT | O_EXCL : O_NONBLOCK), 0666);
     const int refusal = errno;
-    if (descriptor < 0 && !isNew && (refusal == EACCES || refusal == EROFS)) {
+    if (descriptor < 0 && !isNew && isWritingRefused(refusal)) {
       readOnly = true;
       descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
       errno = refusal;
@@ -279,7 +285,7 @@ class PosixFileSystem final : public FileSystem {
     constexpr int kFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     bool readOnly = false;
     int descriptor = ::open(path.c_str(), O_RDWR | kFlags);
-    if (descriptor < 0 && (errno == EACCES || errno == EROFS)) {
+    if (descriptor < 0 && isWritingRefused(errno)) {
       readOnly = true;
       descriptor = ::open(path.c_str(), O_RDONLY | kFlags);
     }

@@ -41,11 +41,17 @@ RowId EntrySorter::row(std::size_t i) const {
   return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};
 }
 
+/// Between entries of one key may stand others whose keys begin with it: see IndexTree::find.
 bool EntrySorter::repeatsKey(std::size_t i) const {
-  const auto keyOf = [this](std::size_t at) {
-    return entry(at).first(entries_[at].size - IndexPage::kPointerSize);
-  };
-  return i > 0 && std::ranges::equal(keyOf(i), keyOf(i - 1));
+  const std::size_t size = entries_[i].size;
+  const auto key = entry(i).first(size - IndexPage::kPointerSize);
+  while (i-- > 0) {
+    const bool beginsWithKey =
+        entries_[i].size >= size && std::ranges::equal(entry(i).first(key.size()), key);
+    if (!beginsWithKey) return false;
+    if (entries_[i].size == size) return true;
+  }
+  return false;
 }
 
 }  // namespace orv::store::jet

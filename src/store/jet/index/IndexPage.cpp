@@ -112,6 +112,10 @@ bool IndexPage::hasKey(std::size_t i, std::span<const std::uint8_t> key) const {
   return key.size() + kPointerSize == prefixSize_ + ends_[i] - begin(i) && beginsWith(i, key);
 }
 
+bool IndexPage::keyBeginsWith(std::size_t i, std::span<const std::uint8_t> key) const {
+  return key.size() + kPointerSize <= prefixSize_ + ends_[i] - begin(i) && beginsWith(i, key);
+}
+
 /// Whether entry `i`, which is no shorter, begins with these bytes.
 bool IndexPage::beginsWith(std::size_t i, std::span<const std::uint8_t> bytes) const {
   const std::size_t common = std::min(prefixSize_, bytes.size());

@@ -46,6 +46,8 @@ class IndexPage {
   bool isEntry(std::size_t i, std::span<const std::uint8_t> entry) const;
   /// Whether entry `i` of a leaf has exactly this key.
   bool hasKey(std::size_t i, std::span<const std::uint8_t> key) const;
+  /// Whether the key of entry `i` of a leaf is this one or begins with it.
+  bool keyBeginsWith(std::size_t i, std::span<const std::uint8_t> key) const;
   /// Entry `i` of a node without its child: the last entry below that child.
   Bytes separator(std::size_t i) const;
   /// Child of entry `i` of a node; the tail for `count()`.

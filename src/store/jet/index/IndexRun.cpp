@@ -55,7 +55,9 @@ IndexTree::Change IndexRun::insert(std::span<const std::uint8_t> key, RowId row,
   const std::optional<std::size_t> onLeaf = placeOnLeaf();
   const std::size_t at = onLeaf ? *onLeaf : openLeaf(true);
   if (leaf_->isEntry(at, entry_)) return Change::none;
-  const bool shares = tree_.isBesideKey(*leaf_, at, at, key);
+  const bool shares =
+      tree_.isBeside(*leaf_, at, at, key, &IndexPage::hasKey) ||
+      (tree_.isBeside(*leaf_, at, at, key, &IndexPage::keyBeginsWith) && tree_.find(key));
   if (sameKey == SameKey::refuse && (shares || isBeyondLeaf(at, key))) return Change::none;
   if (!leaf_->insert(at, entry_)) {
     leaf_.reset();
@@ -79,8 +81,11 @@ IndexTree::Change IndexRun::erase(std::span<const std::uint8_t> key, RowId row) 
   if (isErased || !leaf_->isEntry(at, entry_)) return Change::none;
   erasedFrom_ = erasedTo_ == 0 ? at : std::min(at, erasedFrom_);
   erasedTo_ = std::max(at + 1, erasedTo_);
-  const bool shares = tree_.isBesideKey(*leaf_, erasedFrom_, erasedTo_, key);
-  return shares ? Change::entry : Change::key;
+  if (tree_.isBeside(*leaf_, erasedFrom_, erasedTo_, key, &IndexPage::hasKey)) return Change::entry;
+  if (!tree_.isBeside(*leaf_, erasedFrom_, erasedTo_, key, &IndexPage::keyBeginsWith))
+    return Change::key;
+  dropErased();
+  return tree_.find(key) ? Change::entry : Change::key;
 }
 
 void IndexRun::dropErased() {

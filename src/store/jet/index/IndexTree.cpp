@@ -108,18 +108,18 @@ IndexTree::Path IndexTree::descend(std::span<const std::uint8_t> entry, bool wid
   }
 }
 
-/// Whether an entry just before or just after an entry of a leaf, or of a place for one, has this
-/// key: entries of the same key stand side by side. `after` is the entry that follows.
-bool IndexTree::isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
-                            std::span<const std::uint8_t> key) const {
-  const auto neighbourHasKey = [&](PageNumber number, bool last) {
+/// Whether the entry just before or just after an entry of a leaf, or a place for one, is such a
+/// one for the key. `after` is the entry that follows.
+bool IndexTree::isBeside(const IndexPage& leaf, std::size_t at, std::size_t after,
+                         std::span<const std::uint8_t> key, IsSuch isSuch) const {
+  const auto neighbourIs = [&](PageNumber number, bool last) {
     if (number == 0) return false;
     const StoredIndexPage page = load(number);
     const std::size_t count = page.entries.count();
-    return page.entries.isLeaf() && count > 0 && page.entries.hasKey(last ? count - 1 : 0, key);
+    return page.entries.isLeaf() && count > 0 && (page.entries.*isSuch)(last ? count - 1 : 0, key);
   };
-  return (at > 0 ? leaf.hasKey(at - 1, key) : neighbourHasKey(leaf.previous(), true)) ||
-         (after < leaf.count() ? leaf.hasKey(after, key) : neighbourHasKey(leaf.next(), false));
+  return (at > 0 ? (leaf.*isSuch)(at - 1, key) : neighbourIs(leaf.previous(), true)) ||
+         (after < leaf.count() ? (leaf.*isSuch)(after, key) : neighbourIs(leaf.next(), false));
 }
 
 void IndexTree::writeEntry(Bytes& entry, std::span<const std::uint8_t> key, RowId row) {

@@ -71,8 +71,9 @@ class IndexTree {
 
   StoredIndexPage load(PageNumber page) const { return {pager_, page, table_}; }
   Path descend(std::span<const std::uint8_t> entry, bool widen);
-  bool isBesideKey(const IndexPage& leaf, std::size_t at, std::size_t after,
-                   std::span<const std::uint8_t> key) const;
+  using IsSuch = bool (IndexPage::*)(std::size_t i, std::span<const std::uint8_t> key) const;
+  bool isBeside(const IndexPage& leaf, std::size_t at, std::size_t after,
+                std::span<const std::uint8_t> key, IsSuch isSuch) const;
   static void writeEntry(Bytes& entry, std::span<const std::uint8_t> key, RowId row);
   void widenLast(PageNumber node, std::span<const std::uint8_t> entry);
 

@@ -37,6 +37,14 @@ class Fields {
   const TableDefinition& table_;
 };
 
+/// Whether an entry has the number or the name of what every file has, and is not that.
+bool takesPlaceOfFixedObject(const CatalogEntry& entry) {
+  return std::ranges::any_of(fixedObjects(), [&](const CatalogObject& object) {
+    const bool hasName = entry.parentId == object.parentId && sameName(entry.name, object.name);
+    return (entry.id == object.id) != hasName;
+  });
+}
+
 }  // namespace
 
 CatalogSalvage::CatalogSalvage(Pager& pager, const PageSurvey& survey, CompactReport& report)
@@ -72,7 +80,7 @@ void CatalogSalvage::readEntries() {
                        .kind = static_cast<Kind>(fields.number(row, "Type")),
                        .flags = static_cast<std::uint32_t>(fields.number(row, "Flags")),
                        .row = place.home};
-    const bool isNew = ids.insert(entry.id).second;
+    const bool isNew = !takesPlaceOfFixedObject(entry) && ids.insert(entry.id).second;
     if (!isNew || !names.emplace(entry.parentId, foldName(entry.name)).second) {
       leftOut_.insert(place.home);
       report_.lost.push_back(
