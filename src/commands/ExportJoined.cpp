@@ -71,11 +71,12 @@ JoinedExport exportJoined(Session& session, const sources::RecordSelection& reco
     const auto angles = requireAngles(reader, identifier);
     std::vector<DataSet> ofPane;
     for (const std::int16_t angle : angles) {
-      DataSet& set = ofPane.emplace_back(
-          DataSet{identifier, reader.pane(identifier, angle), angles.size() > 1, {}, {}});
-      if (!hasIntegratedData(*set.pane)) set.pane->Precalc_Rfsol(0);  // files have no mark for that
-      reader.tellGroup(identifier, *set.pane);
-      noteOtherDirections(reader, identifier, *set.pane, result.notKept);
+      DataSet& set =
+          ofPane.emplace_back(DataSet{identifier,
+                                      paneForFile(reader, identifier, angle, form, result.notKept),
+                                      angles.size() > 1,
+                                      {},
+                                      {}});
       if (form == ExportForm::json) set.product = productfile::productOf(*set.pane);
       if (form == ExportForm::text) set.text = paneText(session, *set.pane, result);
     }

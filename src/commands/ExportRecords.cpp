@@ -49,16 +49,13 @@ class Export {
   void writePane(const std::string& identifier) {
     const auto angles = requireAngles(reader_, identifier);
     for (const std::int16_t angle : angles) {
-      const auto pane = reader_.pane(identifier, angle);
-      noteOtherDirections(reader_, identifier, *pane, result_.notKept);
-      if (!hasIntegratedData(*pane)) pane->Precalc_Rfsol(0);  // files have no mark for that
+      const auto pane = paneForFile(reader_, identifier, angle, form_, result_.notKept);
       const auto angleInName = angles.size() > 1 ? std::optional(angle) : std::nullopt;
       switch (form_) {
         case ExportForm::text:
           writeText(*pane, angleInName);
           break;
         case ExportForm::json:
-          reader_.tellGroup(identifier, *pane);
           write(*pane, angleInName, ".json",
                 productfile::formatProducts({productfile::productOf(*pane)}));
           break;
@@ -124,13 +121,23 @@ std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::s
   return angles;
 }
 
-void noteOtherDirections(const RecordReader& reader, const std::string& identifier,
-                         const GlazingData& pane, Notes& notKept) {
-  const auto others = reader.otherDirections(identifier, pane);
-  if (others.empty()) return;
-  notKept.add(fmt::format("spectrum of direction {} at {} degrees", fmt::join(others, ", "),
-                          pane.ORV_Angle()),
-              pane.filename());
+std::shared_ptr<GlazingData> paneForFile(const RecordReader& reader, const std::string& identifier,
+                                         std::int16_t angle, ExportForm form, Notes& notKept) {
+  auto pane = reader.pane(identifier, angle);
+  const std::string name = pane->filename();
+  if (const auto others = reader.otherDirections(identifier, *pane); !others.empty()) {
+    notKept.add(fmt::format("spectrum of direction {} at {} degrees", fmt::join(others, ", "),
+                            pane->ORV_Angle()),
+                name);
+  }
+  if (!hasIntegratedData(*pane)) pane->Precalc_Rfsol(0);  // files have no mark for that
+  if (form == ExportForm::json) {
+    reader.tellGroup(identifier, *pane);
+    // A product holds its substrate, a text file only the name of it.
+    const std::string failure = reader.readReferences(identifier, pane);
+    if (!failure.empty()) notKept.add("the files that it names: " + failure, name);
+  }
+  return pane;
 }
 
 ExportResult exportRecords(Session& session, const sources::RecordSelection& records,

@@ -20,10 +20,10 @@ RecordKind requireExportable(const sources::RecordSelection& records, ExportForm
 /// is no such pane.
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier);
 
-/// Notes the spectra of a pane that no file gets: of several directions of incidence at its angle
-/// only one is written.
-void noteOtherDirections(const RecordReader& reader, const std::string& identifier,
-                         const GlazingData& pane, Notes& notKept);
+/// A pane as a file of that form is to have it. Notes what no file gets: of several directions of
+/// incidence at its angle only one is written, and a file that it names may not be there.
+std::shared_ptr<GlazingData> paneForFile(const RecordReader& reader, const std::string& identifier,
+                                         std::int16_t angle, ExportForm form, Notes& notKept);
 
 /// Exports each record in turn, counts and shows what fails, and ends where the user wants it to.
 template <class Result>

@@ -104,6 +104,7 @@ TEST_F(WindowTest, TheOptionsChangeTheDigitsAndTheTheme) {
   ORV_NEEDS_CORPUS();
   openPanes();
   openCopy("orvdata-2.0.1.mdb");
+  app::applyTheme(app::Theme::system);
   const QPalette before = QApplication::palette();
   dialogs.then([](QWidget& dialog) {
     dialog.findChild<QSpinBox*>("txtDigits")->setValue(1);

@@ -1,28 +1,37 @@
-// Whether everything that a user can use says what it is: to the eye, to What's This and to a
-// screen reader.
+// Whether everything that a user can use says what it is: to the eye, which no text is cut off for,
+// to What's This and to a screen reader.
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QGraphicsView>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTableView>
 #include <QToolBar>
 #include <QToolButton>
+#include <functional>
+#include <set>
 
 #include "app/WindowTest.h"
+#include "app/dialogs/CompareDialog.h"
+#include "app/dialogs/ConflictDialog.h"
 #include "app/dialogs/GuideWindow.h"
 #include "app/dialogs/IntegrationDialog.h"
 #include "app/dialogs/KeysDialog.h"
 #include "app/dialogs/ProgressDialog.h"
+#include "app/dialogs/ReplaceDialog.h"
 #include "app/dialogs/ReportDialog.h"
 #include "app/dialogs/dlgCompact.h"
+#include "app/dialogs/dlgExport.h"
 #include "app/dialogs/dlgTextFileOptions.h"
 #include "app/dialogs/frmAbout.h"
 #include "app/dialogs/frmOptions.h"
@@ -74,10 +83,67 @@ std::string nameOf(const QObject& object) {
          '"';
 }
 
+/// The text of a widget that has not the room for it; empty where it has.
+QString cutText(const QWidget& widget) {
+  const QSize need = widget.sizeHint();
+  const auto unlessRoom = [&](bool hasRoom, const QString& text) {
+    return hasRoom ? QString() : text;
+  };
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+    if (label->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)
+      return {};  // it shortens it
+    if (label->wordWrap()) {
+      return unlessRoom(label->heightForWidth(label->width()) <= label->height(), label->text());
+    }
+    return unlessRoom(need.width() <= label->width() && need.height() <= label->height() + 1,
+                      label->text());
+  }
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+    const bool hasText =
+        !button->text().isEmpty() && button->objectName() != "qt_toolbar_ext_button";
+    return hasText ? unlessRoom(need.width() <= button->width() + 1, button->text()) : QString();
+  }
+  if (const auto* list = qobject_cast<const QComboBox*>(&widget)) {
+    QStyleOptionComboBox option;
+    option.initFrom(list);
+    option.editable = list->isEditable();
+    const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                      QStyle::SC_ComboBoxEditField, list);
+    const int text = list->fontMetrics().horizontalAdvance(list->currentText());
+    return unlessRoom(text <= field.width(), list->currentText());
+  }
+  if (const auto* line = qobject_cast<const QLineEdit*>(&widget)) {
+    constexpr int kMargins = 8;
+    const int text = line->fontMetrics().horizontalAdvance(line->placeholderText());
+    const bool isFilter = line->objectName().startsWith("txtFilter");  // as narrow as its column
+    return unlessRoom(isFilter || text + kMargins <= line->width(), line->placeholderText());
+  }
+  return {};
+}
+
+/// Whether the user gives it its width: beside the plot.
+bool isBesidePlot(const QWidget& widget) {
+  const QWidget* parent = widget.parentWidget();
+  while (parent != nullptr && !isAny<QSplitter, QMainWindow>(*parent))
+    parent = parent->parentWidget();
+  return parent != nullptr && isAny<QSplitter>(*parent) &&
+         !isAny<QMainWindow>(*parent->parentWidget());
+}
+
 class Examiner {
  public:
-  void examine(const QWidget& window) {
+  void examine(QWidget&& window) {
+    window.show();
+    examine(window);
+  }
+  /// One that is shown.
+  void examine(QWidget& window) {
+    QTest::qWait(50);  // until its parts have found their places
     window_ = nameOf(window);
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+      if (!widget->isVisible() || isPartOfAnother(*widget) || isBesidePlot(*widget)) continue;
+      EXPECT_EQ(cutText(*widget).toStdString(), "") << window_ << ": cut: " << nameOf(*widget);
+    }
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
       if (!isPartOfAnother(*widget)) examineWidget(*widget);
     }
@@ -126,9 +192,17 @@ class Examiner {
 
 TEST_F(WindowTest, EverythingExplainsItself) {
   ORV_NEEDS_CORPUS();
+  resize(1366, 768);
   openCopy("glazing.mdb");
+  openCopy("orvdata-3.0.0.mdb");
+  selectRows(1, 2);
+  trigger("mnuEditFind");
   Examiner examiner;
-  examiner.examine(window);
+  for (QDockWidget* dock : window.findChildren<QDockWidget*>()) {
+    dock->show();
+    dock->raise();
+    examiner.examine(window);
+  }
   EXPECT_GT(examiner.examined(), 60);
 
   examiner.examine(app::frmOptions({}));
@@ -142,6 +216,41 @@ TEST_F(WindowTest, EverythingExplainsItself) {
   examiner.examine(app::dlgCompact(app::dlgCompact::Work::compact, "/data/glazing.mdb"));
   examiner.examine(app::dlgCompact(app::dlgCompact::Work::repair, ""));
   examiner.examine(app::IntegrationDialog({}, optics::kUsualStandard, &window));
+  examiner.examine(app::ReplaceDialog(grid(), 1, &window));
+  examiner.examine(app::CompareDialog(session.MainDataSources, tree().selectedKeys()[0], {}));
+  examiner.examine(app::ConflictDialog({{"pane", "thickness", "3", "4", "5"}}, &window));
+  examiner.examine(app::dlgExport({}, &window));
+}
+
+/// What can have the keyboard is in the tree that screen readers go through, under a name.
+TEST_F(WindowTest, ScreenReadersFindAllThatTakesTheKeyboard) {
+  window.openPaths({makeRows("a.mdb", 3)});
+  resize(1366, 768);
+  selectRows(0, 0);
+  for (const char* dock : {"mnuEditFind", "mnuToolsAudit"}) trigger(dock);
+  std::set<QObject*> found;
+  QStringList names;
+  const std::function<void(QAccessibleInterface*)> walk = [&](QAccessibleInterface* place) {
+    found.insert(place->object());
+    if (place->tableInterface() != nullptr) return;
+    for (int i = 0; i < place->childCount(); ++i) {
+      QAccessibleInterface* child = place->child(i);
+      if (child == nullptr || child->object() == nullptr) continue;
+      EXPECT_EQ(child->parent(), place) << nameOf(*child->object());
+      EXPECT_EQ(place->indexOfChild(child), i) << nameOf(*child->object());
+      if (qobject_cast<QLineEdit*>(child->object())) names << child->text(QAccessible::Name);
+      walk(child);
+    }
+  };
+  walk(QAccessible::queryAccessibleInterface(&window));
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    const bool isMeant = widget->isVisible() && widget->focusPolicy() != Qt::NoFocus &&
+                         !isPartOfAnother(*widget) && (isEdit(*widget) || isGrid(*widget));
+    EXPECT_TRUE(!isMeant || found.contains(widget)) << nameOf(*widget);
+  }
+  EXPECT_TRUE(names.contains("Filter of Name")) << names.join(", ").toStdString();
+  EXPECT_TRUE(names.contains("Filter of Thickness (mm)"));
+  EXPECT_TRUE(names.contains("Text to find"));
 }
 
 TEST_F(WindowTest, EveryCommandHasItsOwnKeys) {

@@ -7,6 +7,21 @@
 #include <QTemporaryDir>
 
 #include "app/theme/Theme.h"
+#include "app/window/UserSettings.h"
+
+namespace {
+
+/// Tests may leave another theme and settings behind.
+class FreshStart : public testing::EmptyTestEventListener {
+ public:
+  void OnTestStart(const testing::TestInfo& /*test*/) override {
+    orv::app::userSettings().clear();
+    const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
+    orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
+  }
+};
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
   testing::InitGoogleTest(&argc, argv);
@@ -14,7 +29,6 @@ int main(int argc, char* argv[]) {
   const QTemporaryDir settings;
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
   QApplication application(argc, argv);
-  const bool isDark = qEnvironmentVariable("ORV_TEST_THEME") == "dark";
-  orv::app::applyTheme(isDark ? orv::app::Theme::dark : orv::app::Theme::system);
+  testing::UnitTest::GetInstance()->listeners().Append(new FreshStart);
   return RUN_ALL_TESTS();
 }

@@ -98,7 +98,8 @@ TEST_F(SafetyTest, ACompactionThatIsAskedTwiceToEndLeavesNoFileBehind) {
   kill(child, SIGTERM);
   waitpid(child, &status, 0);
   EXPECT_FALSE(isBegun());
-  EXPECT_FALSE(fs::exists(folder.path() / "small.mdb"));
+  const bool isDone = WIFEXITED(status) && WEXITSTATUS(status) == 0;  // on a machine that is busy
+  EXPECT_EQ(fs::exists(folder.path() / "small.mdb"), isDone);
 }
 
 /// A limit for the size of files has the same effect as a full disk.

@@ -50,6 +50,8 @@ TEST_F(Repairs, MakeLaboratoryFilesReadable) {
       {start + "300;0,1;0,05;0,06\n500,5;0,8;0,07;0,08\n",
        "semicolons part columns, commas are decimal points", two},
       {start + "300, 0.1, 0.05, 0.06\n500.5,0.8,0.07,0.08\n", "commas part columns", two},
+      {start + "300 0,1 0,05 0,06\n500.5 0,8 0,07 0,08\n", "commas are decimal points", two},
+      {start + "300,0.1 0.05 0.06\n500.5,0.8 0.07 0.08\n", "commas part columns", two},
       {start + "300,\t0,1,\t0,05,\t0,06\n500,5, 0,8, 0,07, 0,08\n",
        "commas part columns, commas are decimal points", two},
       {start + "wavelength;T;Rf;Rb\n[nm] [-] [-] [-]\n300 0.1 0.05 0.06\n500.5 0.8 0.07 0.08\n",
@@ -64,6 +66,7 @@ TEST_F(Repairs, MakeLaboratoryFilesReadable) {
       {start + "300 10% 5% 6%\n500.5 80% 7% 8%\n", "percent", two},
       {start + "nm T/%\n300 10 5 6\n500.5 80 7 8\n", "percent, 1 line of words left out", two},
       {start + "300 10 5 6\n500.5 80 7 8\n", "percent", two},
+      {start + "300 10 1 1\n500.5 80 1 1\n", "percent", "300 0.1 0.01 0.01 | 500.5 0.8 0.01 0.01"},
       {start + "300 0.1 0.05 0.06 9\n500.5 0.8 0.07 0.08 80\n", "", two},
       {start + "300,0.1,0.05,0.06\n500.5,0.8,0.07,1\n", "commas part columns",
        "300 0.1 0.05 0.06 | 500.5 0.8 0.07 1"},
@@ -99,6 +102,9 @@ TEST_F(Repairs, LeaveAloneWhatIsNotCertain) {
     if (text.starts_with("300")) continue;  // semicolons, but no beginning: still refused
     EXPECT_EQ(mended, text) << done;
   }
+  std::string twoColumns = "SI Nanometers 4 1\n300,5 0,1\n";  // no share is as large as 5
+  textfile::repair(twoColumns);
+  EXPECT_EQ(twoColumns, "SI Nanometers 4 1\n300.5 0.1\n");
   std::string repairs;
   const auto raised =
       test::raisedBy([&] { read("words\nSI nm 4 1\nmore words\n300;0,1\n400;x\n", repairs); });

@@ -21,7 +21,7 @@ FIXED = {K.STATIC_ASSERT, K.ENUM_DECL, K.TYPE_ALIAS_DECL, K.TYPEDEF_DECL, K.PARM
          K.USING_DECLARATION, K.CXX_UNARY_EXPR, K.TYPE_ALIAS_TEMPLATE_DECL}
 EMPTY = {'{}', 'nullptr', 'std::nullopt', '0', '""', 'false', 'true', '*this'}
 ROOM = {'reserve', 'shrink_to_fit'}  # a fault there costs time only
-SYMMETRICAL = {'min', 'max', 'swap', 'equal'} | ROOM
+SYMMETRICAL = {'min', 'max', 'swap', 'equal', 'equalIgnoringCase', 'sameName'} | ROOM
 FAULTS_OF_A_TABLE = 4
 ON = '\x01'  # stands in the text of a wrap for the question whether its fault is on
 
@@ -156,6 +156,8 @@ class Finder:
         arguments = list(call.get_arguments())
         for first, second in zip(arguments, arguments[1:]):
             one, other = self.flat(first), self.flat(second)
+            if one.startswith('&') and '::' in one:
+                continue  # of a list of members, whose order says nothing
             if one and other and one != other and plain(first) == plain(second):
                 self.put('arguments exchanged', call, f'{one}, {other}  ->  {other}, {one}',
                          *[(c.extent.start.offset, c.extent.end.offset, f'({ON} ? ({text}) : (', '))')

@@ -11,6 +11,7 @@
 #include "app/Text.h"
 #include "app/docks/DockShares.h"
 #include "app/docks/details/DetailsDock.h"
+#include "app/docks/list/FrontDock.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "app/theme/Icons.h"
 #include "commands/ErrorText.h"
@@ -71,8 +72,9 @@ RecordDocks::RecordDocks(commands::Session& session, QMainWindow& window)
   makePinActions();
   connect(details_, &DetailsDock::refreshWanted, this, &RecordDocks::refreshWanted);
   connect(spectrum_, &SpectrumDock::standardChosen, this, &RecordDocks::standardChosen);
-  for (const QDockWidget* dock :
+  for (QDockWidget* dock :
        {static_cast<QDockWidget*>(spectrum_), static_cast<QDockWidget*>(details_)}) {
+    new FrontDock(*dock);
     connect(dock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
       if (visible && (node_ || !pins_.empty())) rest_.start();
     });

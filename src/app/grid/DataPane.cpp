@@ -56,6 +56,12 @@ QPlainTextEdit* makeTextBox() {
   return box;
 }
 
+/// What screen readers are told of a part is settled when it is asked for first.
+RecordGrid* makeGrid() {
+  offerFiltersToReaders();
+  return new RecordGrid;
+}
+
 }  // namespace
 
 DataPane::DataPane(QWidget* parent)
@@ -63,12 +69,11 @@ DataPane::DataPane(QWidget* parent)
       picTitles_(new QFrame),
       lblTitle_(new TitleLabel),
       records_(new QWidget),
-      grid_(new RecordGrid),
+      grid_(makeGrid()),
       findBar_(new FindBar(*grid_)),
       DataSourceTextBox_(makeTextBox()),
       clearFilters_(new QPushButton(tr("No row passes the filters: &Clear Filters"))),
       repair_(new QPushButton(tr("&Repair Database..."))) {
-  offerFiltersToReaders();
   repair_->setObjectName("cmdRepair");
   explain(repair_, tr("Take what can be read of the database into a new file"));
   connect(repair_, &QPushButton::clicked, this, &DataPane::repairWanted);

@@ -108,7 +108,7 @@ void FilterHeader::placeEditors() {
 }
 
 void FilterHeader::drawHeading(QPainter& painter, int column) const {
-  painter.fillRect(rect(), palette().color(QPalette::Button));
+  painter.fillRect(rect(), palette().color(QPalette::Window));
   const QRect place(0, 0, sectionSize(column), QHeaderView::sizeHint().height());
   paintSection(&painter, place, column);
 }

@@ -242,7 +242,7 @@ bool RecordEditing::settle(const Node& source) {
   const auto isSaved = [this](RecordEdits* edits) { return save(*edits); };
   if (!std::ranges::all_of(saved, isSaved)) return false;
   for (RecordEdits* edits : discarded) {
-    edits->change([](PendingEdits& pending) { pending.clear(); });
+    edits->change([](PendingEdits& pending) { pending.drop(pending.changes()); });
   }
   return true;
 }

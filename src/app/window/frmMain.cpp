@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QTabBar>
 #include <QTimer>
 
 #include "app/Pointers.h"
@@ -112,6 +113,16 @@ void frmMain::loadGeometry() {
 void frmMain::saveGeometry() const {
   QSettings settings = userSettings();
   WindowGeometry::of(*this).save(settings);
+}
+
+/// The names of docks that lie over each other are shown whole: where there is no room for all, the
+/// tabs scroll.
+bool frmMain::event(QEvent* event) {
+  if (event->type() == QEvent::ChildPolished) {
+    auto* tabs = qobject_cast<QTabBar*>(static_cast<QChildEvent*>(event)->child());
+    if (tabs != nullptr) tabs->setElideMode(Qt::ElideNone);
+  }
+  return QMainWindow::event(event);
 }
 
 /// Files are replaced while the user is with another program.

@@ -47,6 +47,7 @@ class frmMain : public QMainWindow {
   void openPaths(const QStringList& paths);
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;

@@ -28,9 +28,12 @@ AuditDock::AuditDock(FindingsTree* tree, QWidget* parent)
 }
 
 void AuditDock::addTools() {
+  // Two bars: the dock is narrow.
+  QToolBar* severities =
+      addBar(tr("Severities"), tr("How severe the findings are that are shown."));
   QToolBar* bar =
       addBar(tr("Audit tools"), tr("Which findings are shown, and ways to copy and save them."));
-  severity_ = addChoice(*bar, "cboSeverity", tr("Severity"), tr("Which findings are shown"));
+  severity_ = addChoice(*severities, "cboSeverity", tr("Severity"), tr("Which findings are shown"));
   search_ = addFilter(*bar, "txtFindings", tr("Rule, record or text"),
                       tr("Show only findings with this text"));
   const QSignalBlocker quiet(severity_);

@@ -90,6 +90,8 @@ void ChangesDock::fill() {
   drop_->setEnabled(!changes_.empty());
   const auto count = static_cast<qlonglong>(changes_.size());
   setWindowTitle(count == 0 ? tr("Changes") : tr("Changes (%L1)").arg(count));
+  // The title has taken the place of the text, with the letter that chooses it.
+  toggleViewAction()->setText(count == 0 ? tr("C&hanges") : tr("C&hanges (%L1)").arg(count));
   QStringList texts{count == 0
                         ? tr("Nothing is changed.")
                         : tr("%1 of %2 changed, not saved yet.")

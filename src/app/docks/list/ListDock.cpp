@@ -12,6 +12,7 @@
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "app/docks/list/FrontDock.h"
 #include "app/docks/list/ListTree.h"
 #include "app/theme/Icons.h"
 #include "commands/CsvText.h"
@@ -41,22 +42,13 @@ ListDock::ListDock(const Manner& manner, ListTree* list, QWidget* parent)
   hide();
 }
 
-/// Other docks may lie over it.
 void ListDock::makeOpener(const Manner& manner) {
   QAction* opener = toggleViewAction();
   opener->setObjectName(QStringLiteral("mnuView") + name_);
   opener->setText(manner.menuText);
   opener->setIcon(icon(manner.iconName));
   explain(opener, manner.openHelp);
-  connect(this, &QDockWidget::visibilityChanged, this, [this](bool seen) { isInFront_ = seen; });
-  connect(opener, &QAction::triggered, this, [this](bool isOpened) {
-    if (isOpened || !wasInFront_) open();
-  });
-}
-
-void ListDock::closeEvent(QCloseEvent* event) {
-  wasInFront_ = isInFront_;
-  QDockWidget::closeEvent(event);
+  new FrontDock(*this);
 }
 
 QToolBar* ListDock::addBar(const QString& name, const QString& help) {

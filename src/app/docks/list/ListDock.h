@@ -48,8 +48,6 @@ class ListDock : public QDockWidget {
   /// What is to be shown may be another now.
   virtual void followFilter() {}
 
-  void closeEvent(QCloseEvent* event) override;
-
  private:
   void makeOpener(const Manner& manner);
   void copy() const;
@@ -57,8 +55,6 @@ class ListDock : public QDockWidget {
   QString name_;
   ListTree* list_;
   QLabel* summary_;
-  bool isInFront_ = false;   ///< nothing lies over it
-  bool wasInFront_ = false;  ///< when it was closed last
 };
 
 }  // namespace orv::app

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QStyleOptionHeader>
 #include <QToolBar>
 #include <algorithm>
 #include <set>
@@ -41,6 +42,21 @@ class LookupLine : public QTreeWidgetItem {
   }
 };
 
+/// Its arrow goes up where the values do, as in the grid.
+class NamesHeader : public QHeaderView {
+ public:
+  NamesHeader() : QHeaderView(Qt::Horizontal) { setSectionsClickable(true); }
+
+ protected:
+  void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
+    QHeaderView::initStyleOptionForIndex(option, section);
+    if (option->sortIndicator == QStyleOptionHeader::None) return;
+    option->sortIndicator = sortIndicatorOrder() == Qt::AscendingOrder
+                                ? QStyleOptionHeader::SortUp
+                                : QStyleOptionHeader::SortDown;
+  }
+};
+
 ListTree* makeNames() {
   auto* list = new ListTree(
       "LookupsList", LookupsDock::tr("Names"),
@@ -49,6 +65,7 @@ ListTree* makeNames() {
           "several to merge them."),
       {LookupsDock::tr("Name"), LookupsDock::tr("Panes"), LookupsDock::tr("Frames"),
        LookupsDock::tr("Shadings")});
+  list->setHeader(new NamesHeader);
   list->setRootIsDecorated(false);
   list->setSortingEnabled(true);
   list->sortByColumn(0, Qt::AscendingOrder);

@@ -1,0 +1,82 @@
+// What reports say, whole.
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "commands/CompactDatabase.h"
+#include "commands/SpectraCsv.h"
+
+namespace orv::commands {
+namespace {
+
+TEST(ReportTexts, TellWhatARepairHasSavedAndLost) {
+  const store::CompactReport report{.sizeBefore = 999'499,
+                                    .sizeAfter = 1'000'000,
+                                    .tables = 1,
+                                    .rows = 2,
+                                    .longValues = 3,
+                                    .indexes = 1,
+                                    .salvaged = {{.table = "Pane",
+                                                  .rowsSaved = 1,
+                                                  .rowsLost = 2,
+                                                  .pagesLost = 1,
+                                                  .valuesCut = 1,
+                                                  .places = {"page 3, row 4: too short"},
+                                                  .lost = {"index 'name'"},
+                                                  .notes = {"it is of former days"}},
+                                                 {.table = "Frame", .pagesLost = 2, .valuesCut = 3},
+                                                 {.table = "Groups", .rowsSaved = 5}},
+                                    .lost = {"query 'q'"},
+                                    .notes = {"2 pages cannot be read"}};
+  const std::vector<std::string> expected = {
+      "Lost: query 'q'.",
+      "Table 'Pane': 1 row saved, 2 lost, 1 page unreadable, 1 memo or picture cut short.",
+      "  Lost: index 'name'.",
+      "  page 3, row 4: too short.",
+      "  Remark: it is of former days.",
+      "Table 'Frame': 0 rows saved, 0 lost, 2 pages unreadable, 3 memos or pictures cut short.",
+      "Table 'Groups': 5 rows saved, 0 lost.",
+      "Remark: 2 pages cannot be read."};
+  EXPECT_EQ(describeSalvage(report), expected);
+  EXPECT_EQ(describe(report), "999 kB to 1.0 MB: 1 table, 2 rows, 1 index");
+  EXPECT_FALSE(report.isWhole());
+  for (const store::SalvagedTable& lossy : {store::SalvagedTable{.table = "T", .rowsLost = 1},
+                                            {.table = "T", .pagesLost = 1},
+                                            {.table = "T", .valuesCut = 1},
+                                            {.table = "T", .lost = {"x"}}}) {
+    EXPECT_FALSE(lossy.isWhole());
+  }
+  EXPECT_TRUE((store::SalvagedTable{.table = "T", .rowsSaved = 1, .places = {"x"}, .notes = {"y"}})
+                  .isWhole());
+}
+
+TEST(ReportTexts, OfSpectraHaveALineForEachWavelength) {
+  const auto spectrumOf = [](std::vector<std::array<float, 5>> points) {
+    auto spectrum = std::make_shared<SpectralData>();
+    spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
+    for (std::int32_t i = 0; const auto& [wavelength, tf, tb, rf, rb] : points) {
+      spectrum->wl(i, wavelength);
+      spectrum->Tf(i, tf);
+      spectrum->Tb(i, tb);
+      spectrum->Rf(i, rf);
+      spectrum->Rb(i++, rb);
+    }
+    return spectrum;
+  };
+  EXPECT_EQ(spectraCsv({{"a,b", spectrumOf({{0.5F, 0.25F, 0.375F, 0.5F, 0.625F},
+                                            {0.3F, 0.125F, 0, 1, 0.75F},
+                                            {0.5F, 0.0625F, 0.875F, 0.9375F, 0.03125F}})},
+                        {"", spectrumOf({{0.3000004F, 0.1F, 0.2F, 0.3F, 0.4F}})},
+                        {"none", nullptr}}),
+            "wavelength (nm),\"a,b transmittance front (1)\",\"a,b transmittance back (1)\","
+            "\"a,b reflectance front (1)\",\"a,b reflectance back (1)\",transmittance front (1),"
+            "transmittance back (1),reflectance front (1),reflectance back (1),"
+            "none transmittance front (1),none transmittance back (1),none reflectance front (1),"
+            "none reflectance back (1)\r\n"
+            "300,0.125,0,1,0.75,0.1,0.2,0.3,0.4,,,,\r\n"
+            "500,0.25,0.375,0.5,0.625,,,,,,,,\r\n"
+            "500,0.0625,0.875,0.9375,0.03125,,,,,,,,\r\n");
+}
+
+}  // namespace
+}  // namespace orv::commands
