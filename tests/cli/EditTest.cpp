@@ -57,6 +57,14 @@ TEST_F(EditVerbTest, ShowsChangesMakesThemAllOrNoneAndTakesThemBack) {
 
 TEST_F(EditVerbTest, AHistoryCanBeAbsentUnwritableOrOvertaken) {
   makeDatabase();
+  shell("cp db.mdb old.mdb && orv edit db.mdb 1 thickness=4 --yes && cp old.mdb db.mdb");
+  const Ended tried = orv("undo db.mdb --dry-run --format tsv");
+  const Ended undone = orv("undo db.mdb");
+  EXPECT_EQ(tried.exit + undone.exit, 0);
+  EXPECT_EQ(tried.err, undone.err);
+  EXPECT_TRUE(undone.err.starts_with(
+      "orv: The database is already as it was before: Edit 1 value of 1 pane ("))
+      << undone.err;
   EXPECT_EQ(shell("ORV_HISTORY=off orv edit db.mdb 1 thickness=4 --yes").exit, 0);
   const Ended overtaken = orv("undo db.mdb");
   EXPECT_EQ(overtaken.exit, 1);

@@ -9,6 +9,7 @@
 #include "commands/compare/Values.h"
 #include "database/Directions.h"
 #include "model/IntegratedColumns.h"
+#include "model/Text.h"
 
 namespace orv::commands::compare {
 
@@ -138,6 +139,8 @@ void RecordComparison::compareFields() {
       leave("spelling of the " + field.name);
     } else {
       auto [toldA, toldB] = toldValues(*a, *b);
+      // As it will be written.
+      if (options_.isForCopy && !field.hasCase) toldA = upperCase(toldA.toText());
       tell({}, field.name, std::move(toldA), std::move(toldB));
     }
   }
