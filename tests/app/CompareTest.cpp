@@ -4,6 +4,7 @@
 #include <QDockWidget>
 
 #include "app/WindowTest.h"
+#include "app/dialogs/CompareDialog.h"
 #include "app/docks/compare/DifferencesTree.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "commands/RecordKind.h"
@@ -99,6 +100,19 @@ TEST_F(CompareWindowTest, ADifferenceLeadsToBothRecordsAndTheirCurves) {
   trigger("mnuCompareCopy");
   EXPECT_EQ(QGuiApplication::clipboard()->text().section('\n', 1).toStdString(),
             "changed\tchanged\tRf\t0.5 at 500 nm\t0.120000005 at 500 nm (-0.38)\t0\tpanes\t3\t3");
+}
+
+TEST_F(CompareWindowTest, SourcesOfOneNameAreToldByTheirFolders) {
+  for (const std::string place : {"here", "there"}) {
+    std::filesystem::create_directory(folder / place);
+    database::CreateEmptyDatabase(folder / (place + "/a.mdb"))->close();
+    window.openPaths({QString::fromStdString(folder / (place + "/a.mdb"))});
+  }
+  window.openPaths({makeRows("b.mdb", 1)});
+  const auto& sources = session.MainDataSources;
+  EXPECT_EQ(app::sourceName(sources, *sources.Item(2)).toStdString(),
+            "a.mdb (" + folder / "there/a.mdb" + ")");
+  EXPECT_EQ(app::sourceName(sources, *sources.Item(3)->DataSources().Item(1)), "b.mdb, Panes");
 }
 
 TEST_F(CompareWindowTest, TickedRecordsAreCopiedToTheRight) {

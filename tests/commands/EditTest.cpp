@@ -93,6 +93,7 @@ class EditTest : public CommandsTest {
 /// A text for a field that it does not hold yet, and that names no other record; of a flag that is
 /// `present` the other one.
 std::string otherText(const EditField& field, int number, bool present) {
+  if (!field.codes.empty()) return "screen";
   switch (field.type) {
     case FieldType::flag:
       return present ? "no" : "yes";
@@ -110,20 +111,24 @@ TEST_F(EditTest, EveryFieldTakesAValueWhichShowTellsAndUndoTakesBack) {
     const auto before = dumpOf(dc);
     Editor all = editor(set);
     std::vector<Change> changes;
+    std::vector<std::string> texts;
     int number = 20;
     for (const EditField& field : all.fields()) {
       commands::edit::FieldPlace place{&field, {}};
       if (field.perAngle) place.angle = all.angles(1).back();
       const bool present = all.value(1, field, place.angle) == store::Value(true);
       changes.push_back(all.change(1, place, otherText(field, ++number, present)));
+      texts.push_back(field.codes.empty() ? commands::edit::fieldText(changes.back().after)
+                                          : "Screen (3)");
     }
     ASSERT_EQ(reasons(all.save(changes)), "");
     const auto shown = shownFields(set);
-    for (const Change& each : changes) {
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+      const Change& each = changes[i];
       const std::string name =
           each.angle && set == EditSet::shadings ? each.field + " at 60°" : each.field;
       ASSERT_TRUE(shown.contains(name)) << name;
-      EXPECT_EQ(shown.at(name), commands::edit::fieldText(each.after)) << name;
+      EXPECT_EQ(shown.at(name), texts[i]) << name;
       EXPECT_NE(each.before, each.after) << name;
     }
     EXPECT_TRUE(History(dc).undo().conflicts.empty());
@@ -144,6 +149,9 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   Change bad = good;
   bad.record = 9;
   EXPECT_EQ(refused({good, bad}), "1: There is no pane 9.\n");
+  Editor shadings = editor(EditSet::shadings);
+  EXPECT_EQ(change(shadings, 1, "type", "Venetian blind (1)").after, store::Value(1));
+  EXPECT_THROW(change(shadings, 1, "type", "99"), Error);
   bad = change(panes, 2, "name", "x");
   bad.after = "A";
   EXPECT_EQ(refused({good, bad}),

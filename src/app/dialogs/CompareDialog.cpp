@@ -6,10 +6,12 @@
 #include <QFormLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <filesystem>
 
 #include "app/Help.h"
 #include "app/Text.h"
+#include "commands/NodeContent.h"
 #include "commands/RecordKind.h"
 
 namespace orv::app {
@@ -18,13 +20,11 @@ using commands::compare::Match;
 
 namespace {
 
-/// A source by its file, in the folder that tells it from others; a record set by its source, too.
-QString titleOf(const sources::datasource& node) {
-  const auto parent = node.Parent();
-  if (parent) return QStringLiteral("%1, %2").arg(titleOf(*parent), shownText(node.text()));
-  const std::filesystem::path path(node.text());
+/// The file or folder of a source, without those above it.
+std::filesystem::path fileOf(const sources::datasource& source) {
+  const std::filesystem::path path(commands::nodeTitle(&source));
   const auto file = path.has_filename() ? path.filename() : path.parent_path().filename();
-  return shownText(file.empty() ? node.text() : file.string());
+  return file.empty() ? path : file;
 }
 
 bool isFile(const sources::datasource& node) {
@@ -33,6 +33,19 @@ bool isFile(const sources::datasource& node) {
 }
 
 }  // namespace
+
+QString sourceName(const sources::DataSources& registry, const sources::datasource& node) {
+  if (const auto parent = node.Parent()) {
+    return QStringLiteral("%1, %2").arg(sourceName(registry, *parent), shownText(node.text()));
+  }
+  const auto file = fileOf(node);
+  const auto hasSameName = [&](const auto& other) {
+    return other->key() != node.key() && fileOf(*other) == file;
+  };
+  const QString name = shownText(file.string());
+  if (std::none_of(registry.begin(), registry.end(), hasSameName)) return name;
+  return CompareDialog::tr("%1 (%2)").arg(name, shownText(commands::nodeTitle(&node)));
+}
 
 CompareDialog::CompareDialog(const sources::DataSources& registry, const std::string& left,
                              const std::string& right, QWidget* parent)
@@ -83,7 +96,7 @@ QComboBox* CompareDialog::makeSide(const char* name, const QString& help) {
 
 void CompareDialog::addNode(QComboBox& side, const sources::datasource& node, int depth) const {
   if (isFile(node)) return;
-  side.addItem(QString(2 * depth, u' ') + titleOf(node), qt(node.key()));
+  side.addItem(QString(2 * depth, u' ') + sourceName(registry_, node), qt(node.key()));
   for (const auto& child : node.DataSources()) addNode(side, *child, depth + 1);
 }
 

@@ -14,6 +14,10 @@ class QPushButton;
 
 namespace orv::app {
 
+/// A source by the name of its file, with its whole path where another one has the same; a record
+/// set by its source, too.
+QString sourceName(const sources::DataSources& registry, const sources::datasource& node);
+
 /// Asks for the two sides, databases, folders or record sets of those that are open.
 class CompareDialog : public QDialog {
   Q_OBJECT

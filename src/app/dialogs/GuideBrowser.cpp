@@ -11,7 +11,7 @@ namespace orv::app {
 namespace {
 
 constexpr int kWidestPicture = 720;  ///< pixels at scale 1
-constexpr int kMargin = 16;
+constexpr int kPageMargin = 16;
 
 /// What links call a heading.
 QString anchorOf(const QString& heading) {
@@ -52,7 +52,7 @@ void GuideBrowser::nameHeadings() {
   headings_.clear();
   // A page that has been changed would be read again for each link within it.
   const QSignalBlocker unnoticed(document());
-  document()->setDocumentMargin(kMargin);
+  document()->setDocumentMargin(kPageMargin);
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
     const int level = block.blockFormat().headingLevel();
     if (level == 0) continue;

@@ -16,7 +16,7 @@ namespace orv::app {
 namespace {
 
 constexpr int kMillisecondsBetweenBreaths = 25;
-constexpr int kWidthInCharacters = 52;
+constexpr int kBarInCharacters = 52;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ ProgressDialog::ProgressDialog(const QString& text, QWidget* parent)
   bar_->setRange(0, 0);
   bar_->setAccessibleName(tr("Progress"));
   bar_->setWhatsThis(tr("How much of the work is done"));
-  setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
+  setMinimumWidth(fontMetrics().averageCharWidth() * kBarInCharacters);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   cancel_ = buttons->button(QDialogButtonBox::Cancel);

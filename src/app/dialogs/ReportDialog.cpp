@@ -14,7 +14,7 @@ namespace orv::app {
 
 namespace {
 
-constexpr QSize kSizeInCharacters(76, 16);
+constexpr QSize kReportInCharacters(76, 16);
 
 /// The texts with a line of space between them, and none inside.
 QString listed(const QStringList& parts) {
@@ -55,8 +55,8 @@ ReportDialog::ReportDialog(const QString& title, const QString& heading, const Q
   layout->addWidget(list);
   layout->addWidget(buttons);
   const QFontMetrics metrics = fontMetrics();
-  resize(metrics.averageCharWidth() * kSizeInCharacters.width(),
-         metrics.lineSpacing() * kSizeInCharacters.height());
+  resize(metrics.averageCharWidth() * kReportInCharacters.width(),
+         metrics.lineSpacing() * kReportInCharacters.height());
 }
 
 }  // namespace orv::app

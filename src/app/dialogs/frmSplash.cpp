@@ -14,7 +14,7 @@ namespace orv::app {
 
 namespace {
 
-constexpr int kIconSize = 96;
+constexpr int kSplashIcon = 96;
 constexpr int kMargin = 32;
 
 }  // namespace
@@ -22,7 +22,8 @@ constexpr int kMargin = 32;
 frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
   setObjectName("frmSplash");
   auto* picture = new QLabel;
-  picture->setPixmap(applicationIcon().pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
+  picture->setPixmap(
+      applicationIcon().pixmap(QSize(kSplashIcon, kSplashIcon), devicePixelRatioF()));
   auto* name = new QLabel(qt(commands::kProductName));
   name->setObjectName("lblProductName");
   QFont font = name->font();

@@ -1,7 +1,5 @@
 #include "app/window/CompareCommands.h"
 
-#include <filesystem>
-
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/dialogs/ReportDialog.h"
@@ -77,9 +75,8 @@ bool CompareCommands::run(const Sides& sides) {
 }
 
 QString CompareCommands::headingOf(const Sides& sides) const {
-  const auto nameOf = [](const Node& node) {
-    const Node source = node->Parent() ? node->Parent() : node;
-    return shownText(std::filesystem::path(source->text()).filename().string());
+  const auto nameOf = [this](const Node& node) {
+    return sourceName(session_.MainDataSources, node->Parent() ? *node->Parent() : *node);
   };
   return tr("%1 and %2").arg(nameOf(sides.left), nameOf(sides.right));
 }

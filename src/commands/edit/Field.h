@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "commands/edit/EditSet.h"
+#include "model/Codes.h"
 #include "store/Connection.h"
 #include "store/Value.h"
 
@@ -32,9 +34,10 @@ struct EditField {
   std::optional<double> most{};
   std::optional<EditSet> choices{};  ///< of a choice: groups, suppliers or frame types
   bool mayBeEmpty = true;
-  bool perAngle = false;   ///< a value for each angle of incidence
-  bool isCapital = false;  ///< a text that is kept in capital letters
-  bool isSingle = false;   ///< a number that is stored in single precision
+  bool perAngle = false;              ///< a value for each angle of incidence
+  bool isCapital = false;             ///< a text that is kept in capital letters
+  bool isSingle = false;              ///< a number that is stored in single precision
+  std::span<const CodeName> codes{};  ///< of a whole number that stands for one of these
 };
 
 /// The fields of a set, as far as the tables of this database have them, in the order in which
@@ -45,8 +48,9 @@ std::vector<EditField> editFields(EditSet set, const store::Connection& database
 const char* angleTable(EditSet set);
 
 /// What a text means in a field: a text, a number (with a decimal point or comma), a flag ("yes",
-/// "no", "true", "false", "1", "0"), a name. Raises kInvalidCall with the reason why it is no value
-/// of the field, with its limits: "thickness is from 0 to 1000 mm, and 4000 is not."
+/// "no", "true", "false", "1", "0"), a name, or that of a code ("Screen", "Screen (3)"). Raises
+/// kInvalidCall with the reason why it is no value of the field, with its limits: "thickness is
+/// from 0 to 1000 mm, and 4000 is not."
 store::Value fieldValue(const EditField& field, const std::string& text);
 
 /// Why a value cannot be in a field; empty when it can.

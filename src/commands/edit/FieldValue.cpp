@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "commands/CellText.h"
 #include "commands/NumberText.h"
 #include "commands/edit/Field.h"
 #include "errors/Error.h"
@@ -79,6 +80,16 @@ std::string numberRefusal(const EditField& field, double number) {
   return {};
 }
 
+/// The code that a text names, as cells show it or by its name alone.
+std::optional<std::int32_t> codeIn(const EditField& field, std::string_view text) {
+  for (const CodeName& name : field.codes) {
+    const bool isNamed = equalIgnoringCase(text, name.text) ||
+                         equalIgnoringCase(text, codeText(field.codes, name.code));
+    if (isNamed) return name.code;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::string valueRefusal(const EditField& field, const store::Value& value) {
@@ -115,6 +126,8 @@ store::Value fieldValue(const EditField& field, const std::string& text) {
       value = *flag;
     else
       refusal = fmt::format("{} is yes or no, and \"{}\" is neither.", field.name, text);
+  } else if (const auto code = codeIn(field, trimmed(text))) {
+    value = *code;
   } else if (const auto number = numberOfText(text)) {
     refusal = numberRefusal(field, *number);
     if (refusal.empty()) {

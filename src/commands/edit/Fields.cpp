@@ -4,6 +4,7 @@
 #include "commands/ShadingFieldNames.h"
 #include "commands/edit/Field.h"
 #include "model/IntegratedColumns.h"
+#include "model/ShadingTypes.h"
 #include "model/Text.h"
 
 namespace orv::commands::edit {
@@ -108,9 +109,14 @@ struct ShadingField {
     return number(name, column, 0, unit == "mm" ? kLongest : kBestConductor, unit);
   }
   EditField operator()(Property<bool> ShadingDataClass::*) const { return flag(name, column); }
-  EditField operator()(Property<std::int32_t> ShadingDataClass::*) const {
+  EditField operator()(Property<std::int32_t> ShadingDataClass::*member) const {
     EditField field = number(name, column, INT32_MIN, INT32_MAX);
     field.type = FieldType::whole;
+    if (member == &ShadingDataClass::typeID) {
+      field.codes = kShadingTypeNames;
+      field.least = 0;
+      field.most = kShadingTypeNames.back().code;
+    }
     return field;
   }
   EditField operator()(Property<std::string> ShadingDataClass::*member) const {

@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr SamplePoint kRows[] = {
+constexpr SamplePoint kColourSamplesRows[] = {
     {380, {0.219, 0.07, 0.065, 0.074, 0.295, 0.151, 0.378, 0.104}},
     {385, {0.239, 0.079, 0.068, 0.083, 0.306, 0.203, 0.459, 0.129}},
     {390, {0.252, 0.089, 0.07, 0.093, 0.31, 0.265, 0.524, 0.17}},
@@ -91,6 +91,6 @@ constexpr SamplePoint kRows[] = {
 
 }  // namespace
 
-const std::span<const SamplePoint> kColourSamples = kRows;
+const std::span<const SamplePoint> kColourSamples = kColourSamplesRows;
 
 }  // namespace orv::optics::tables

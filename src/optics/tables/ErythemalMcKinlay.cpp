@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kErythemalMcKinlayRows[] = {
     {280, 1},        {282, 1},        {284, 1},        {286, 1},        {288, 1},
     {290, 1},        {292, 1},        {294, 1},        {296, 1},        {298, 1},
     {300, 0.649},    {302, 0.421},    {304, 0.273},    {306, 0.177},    {308, 0.115},
@@ -23,6 +23,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kErythemalMcKinlay = kRows;
+const std::span<const Point> kErythemalMcKinlay = kErythemalMcKinlayRows;
 
 }  // namespace orv::optics::tables

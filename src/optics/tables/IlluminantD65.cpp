@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kIlluminantD65Rows[] = {
     {300, 0.0341},  {305, 1.6643},  {310, 3.2945},  {315, 11.7652}, {320, 20.236},  {325, 28.6447},
     {330, 37.0535}, {335, 38.5011}, {340, 39.9488}, {345, 42.4302}, {350, 44.9117}, {355, 45.775},
     {360, 46.6383}, {365, 49.3637}, {370, 52.0891}, {375, 51.0323}, {380, 49.9755}, {385, 52.3118},
@@ -28,6 +28,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kIlluminantD65 = kRows;
+const std::span<const Point> kIlluminantD65 = kIlluminantD65Rows;
 
 }  // namespace orv::optics::tables

@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kLuminousEfficiencyE308Rows[] = {
     {380, 0},      {385, 0.0001}, {390, 0.0001}, {395, 0.0002}, {400, 0.0004}, {405, 0.0006},
     {410, 0.0012}, {415, 0.0022}, {420, 0.004},  {425, 0.0073}, {430, 0.0116}, {435, 0.0168},
     {440, 0.023},  {445, 0.0298}, {450, 0.038},  {455, 0.048},  {460, 0.06},   {465, 0.0739},
@@ -24,6 +24,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kLuminousEfficiencyE308 = kRows;
+const std::span<const Point> kLuminousEfficiencyE308 = kLuminousEfficiencyE308Rows;
 
 }  // namespace orv::optics::tables

@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr ObserverPoint kRows[] = {
+constexpr ObserverPoint kObserver1931Rows[] = {
     {380, 0.001368, 3.9e-05, 0.006450001},
     {385, 0.002236, 6.4e-05, 0.01054999},
     {390, 0.004243, 0.00012, 0.02005001},
@@ -91,6 +91,6 @@ constexpr ObserverPoint kRows[] = {
 
 }  // namespace
 
-const std::span<const ObserverPoint> kObserver1931 = kRows;
+const std::span<const ObserverPoint> kObserver1931 = kObserver1931Rows;
 
 }  // namespace orv::optics::tables

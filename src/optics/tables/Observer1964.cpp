@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr ObserverPoint kRows[] = {
+constexpr ObserverPoint kObserver1964Rows[] = {
     {380, 0.0002, 0, 0.0007},
     {385, 0.0007, 0.0001, 0.0029},
     {390, 0.0024, 0.0003, 0.0105},
@@ -91,6 +91,6 @@ constexpr ObserverPoint kRows[] = {
 
 }  // namespace
 
-const std::span<const ObserverPoint> kObserver1964 = kRows;
+const std::span<const ObserverPoint> kObserver1964 = kObserver1964Rows;
 
 }  // namespace orv::optics::tables

@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kSolarAstmE891Rows[] = {
     {300, 0},       {305, 3.4},     {310, 15.6},    {315, 41.1},    {320, 71.2},    {325, 100.2},
     {330, 152.4},   {335, 155.6},   {340, 179.4},   {345, 186.7},   {350, 212},     {360, 240.5},
     {370, 324},     {380, 362.4},   {390, 381.7},   {400, 556},     {410, 656.3},   {420, 690.8},
@@ -31,6 +31,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kSolarAstmE891 = kRows;
+const std::span<const Point> kSolarAstmE891 = kSolarAstmE891Rows;
 
 }  // namespace orv::optics::tables

@@ -6,7 +6,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kSolarEn410Rows[] = {
     {300, 0.0005},  {320, 0.0069},  {340, 0.0122},  {360, 0.0145},  {380, 0.0177},  {400, 0.0235},
     {420, 0.0268},  {440, 0.0294},  {460, 0.0343},  {480, 0.0339},  {500, 0.0326},  {520, 0.0318},
     {540, 0.0321},  {560, 0.0312},  {580, 0.0294},  {600, 0.0289},  {620, 0.0289},  {640, 0.028},
@@ -21,6 +21,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kSolarEn410 = kRows;
+const std::span<const Point> kSolarEn410 = kSolarEn410Rows;
 
 }  // namespace orv::optics::tables

@@ -6,7 +6,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kSolarIso9845Rows[] = {
     {300, 0},        {305, 9.5},    {310, 42.3},     {315, 107.8},    {320, 181},
     {325, 246},      {330, 395.3},  {335, 390.1},    {340, 435.3},    {345, 438.9},
     {350, 483.7},    {360, 520.3},  {370, 666.2},    {380, 712.5},    {390, 720.7},
@@ -36,6 +36,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kSolarIso9845 = kRows;
+const std::span<const Point> kSolarIso9845 = kSolarIso9845Rows;
 
 }  // namespace orv::optics::tables

@@ -5,7 +5,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kUltravioletSayreRows[] = {
     {280, 4.12e-11}, {282, 2.37e-11}, {284, 3.14e-11}, {286, 4.06e-11}, {288, 6.47e-11},
     {290, 3.09e-10}, {292, 2.85e-09}, {294, 2.92e-08}, {296, 1.28e-07}, {298, 3.37e-07},
     {300, 8.64e-07}, {302, 2.36e-06}, {304, 4.35e-06}, {306, 7.19e-06}, {308, 9.68e-06},
@@ -23,6 +23,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kUltravioletSayre = kRows;
+const std::span<const Point> kUltravioletSayre = kUltravioletSayreRows;
 
 }  // namespace orv::optics::tables

@@ -6,7 +6,7 @@ namespace orv::optics::tables {
 
 namespace {
 
-constexpr Point kRows[] = {
+constexpr Point kVisibleIso9050Rows[] = {
     {380, 0},      {390, 0.0005}, {400, 0.003},  {410, 0.0103}, {420, 0.0352}, {430, 0.0948},
     {440, 0.2274}, {450, 0.4192}, {460, 0.6663}, {470, 0.985},  {480, 1.5189}, {490, 2.1336},
     {500, 3.3491}, {510, 5.1393}, {520, 7.0523}, {530, 8.799},  {540, 9.4427}, {550, 9.8077},
@@ -18,6 +18,6 @@ constexpr Point kRows[] = {
 
 }  // namespace
 
-const std::span<const Point> kVisibleIso9050 = kRows;
+const std::span<const Point> kVisibleIso9050 = kVisibleIso9050Rows;
 
 }  // namespace orv::optics::tables

@@ -57,6 +57,7 @@ DetailsTree::DetailsTree(QWidget* parent) : QTreeWidget(parent) {
   header()->setSectionsMovable(false);
   header()->setStretchLastSection(false);
   header()->setTextElideMode(Qt::ElideMiddle);
+  setTextElideMode(Qt::ElideMiddle);  // what tells front from back stands at the end of names
   showHeadings({QString()});
   connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
     if (column == kName && !placing_) wantedNames_ = width;

@@ -11,7 +11,7 @@ namespace orv::app {
 namespace {
 
 constexpr int kSlats = 3;
-constexpr double kMargin = 8;
+constexpr double kSlatMargin = 8;
 constexpr double kPane = 4;  ///< thickness of the pane's line
 constexpr double kArrow = 4;
 
@@ -80,12 +80,12 @@ void SlatDrawing::paintEvent(QPaintEvent* /*event*/) {
   if (!shading_ || !canDraw(*shading_)) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QRectF area = QRectF(rect()).adjusted(kMargin, kMargin, -kMargin, -kMargin);
+  QRectF area = QRectF(rect()).adjusted(kSlatMargin, kSlatMargin, -kSlatMargin, -kSlatMargin);
   const QRectF textArea =
       painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap, caption());
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(textArea, Qt::AlignHCenter | Qt::TextWordWrap, caption());
-  area.setBottom(textArea.top() - kMargin);
+  area.setBottom(textArea.top() - kSlatMargin);
   if (area.height() > 30) drawSlats(painter, area);
 }
 

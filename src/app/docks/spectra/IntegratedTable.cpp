@@ -17,7 +17,7 @@ namespace orv::app {
 namespace {
 
 constexpr int kWidestLabel = 64;  ///< pixels: a pane takes two columns beside the plot
-constexpr QSize kSwatch(24, 12);
+constexpr QSize kMark(24, 12);
 
 /// Shows a text that may come from a file, and keeps what is copied of it.
 QTableWidgetItem* cell(const QString& shown, const QString& copied) {
@@ -32,12 +32,12 @@ QString textOf(const QTableWidgetItem* item) {
 
 /// A field of a colour with a frame, so that it is seen on any background.
 QIcon swatch(const QColor& colour, const QWidget& widget) {
-  QPixmap pixmap(kSwatch * widget.devicePixelRatioF());
+  QPixmap pixmap(kMark * widget.devicePixelRatioF());
   pixmap.setDevicePixelRatio(widget.devicePixelRatioF());
   QPainter painter(&pixmap);
-  painter.fillRect(QRect(QPoint(0, 0), kSwatch), colour);
+  painter.fillRect(QRect(QPoint(0, 0), kMark), colour);
   painter.setPen(widget.palette().color(QPalette::Mid));
-  painter.drawRect(QRect(QPoint(0, 0), kSwatch - QSize(1, 1)));
+  painter.drawRect(QRect(QPoint(0, 0), kMark - QSize(1, 1)));
   painter.end();
   QIcon icon;
   // The same picture in a selected row: its colour is what it tells.
@@ -53,7 +53,7 @@ IntegratedTable::IntegratedTable(QWidget* parent) : QTableWidget(parent) {
   setWordWrap(false);
   setTabKeyNavigation(false);
   setShowGrid(false);
-  setIconSize(kSwatch);
+  setIconSize(kMark);
   setHorizontalScrollMode(ScrollPerPixel);
   verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -13,7 +13,7 @@
 namespace orv::app {
 
 using optics::Integration;
-using DataSets = std::vector<SpectrumDataSet>;
+using IntegratedSets = std::vector<SpectrumDataSet>;
 
 namespace {
 
@@ -86,7 +86,7 @@ constexpr ColourValue kColours[] = {
     {QT_TRANSLATE_NOOP("IntegratedValues", "Colour of R, back"), {"Rb_L", "Rb_a", "Rb_b"}},
 };
 
-QString translated(const char* text) {
+QString translatedValue(const char* text) {
   return QCoreApplication::translate("IntegratedValues", text);
 }
 
@@ -107,9 +107,9 @@ std::optional<double> storedValue(const GlazingData& pane, const IntegratedValue
 IntegratedCell storedCell(const GlazingData& pane, std::optional<double> value, int decimals) {
   if (!value) return {};
   const std::string& standard = pane.Precalc_StandardName();
-  const QString tip = translated("Stored: %1").arg(digits(*value));
+  const QString tip = translatedValue("Stored: %1").arg(digits(*value));
   return {.text = QString::number(*value, 'f', decimals),
-          .tip = standard.empty() ? tip : translated("%1, by %2").arg(tip, qt(standard))};
+          .tip = standard.empty() ? tip : translatedValue("%1, by %2").arg(tip, qt(standard))};
 }
 
 /// What a value rests on, a line each.
@@ -117,7 +117,7 @@ QStringList grounds(const optics::Value& value) {
   QStringList lines;
   if (!value.reason.empty()) lines << qt(value.reason);
   if (value.value && value.covered > 0) {
-    lines << translated("The spectrum covers %1 % of the weight.")
+    lines << translatedValue("The spectrum covers %1 % of the weight.")
                  .arg(QString::number(100 * value.covered, 'f', 1));
   }
   for (const std::string& remark : value.remarks) lines << qt(remark);
@@ -139,12 +139,12 @@ IntegratedCell computedCell(const optics::Value* value, std::optional<double> st
   if (value->value) {
     cell.text = QString::number(*value->value, 'f', decimals);
     cell.differs = stored && isApart(*stored, *value->value);
-    lines << translated("%1: %2").arg(standardText(standard), digits(*value->value));
+    lines << translatedValue("%1: %2").arg(standardText(standard), digits(*value->value));
   }
   if (cell.differs) {
     const double part = *value->value / *stored - 1;
-    lines << (*stored == 0 ? translated("Stored: 0")
-                           : translated("Stored: %1, from which it differs by %2 %")
+    lines << (*stored == 0 ? translatedValue("Stored: 0")
+                           : translatedValue("Stored: %1, from which it differs by %2 %")
                                  .arg(digits(*stored), QString::asprintf("%+.1f", 100 * part)));
   }
   cell.tip = (lines + grounds(*value)).join(u'\n');
@@ -154,14 +154,14 @@ IntegratedCell computedCell(const optics::Value* value, std::optional<double> st
 /// Data sets with what their spectra give by one standard.
 class IntegratedTexts {
  public:
-  IntegratedTexts(const DataSets& dataSets, optics::Standard standard)
+  IntegratedTexts(const IntegratedSets& dataSets, optics::Standard standard)
       : dataSets_(dataSets), standard_(standard) {
     optics::Integrator integrator(standard);
     for (const auto& set : dataSets) integrations_.push_back(integrator.integrate(*set.record));
   }
 
   IntegratedRow valueRow(const IntegratedValue& value) const {
-    IntegratedRow row{translated(value.title), {}};
+    IntegratedRow row{translatedValue(value.title), {}};
     for (std::size_t i = 0; i < dataSets_.size(); ++i) {
       const GlazingData& pane = *dataSets_[i].record;
       const auto stored = storedValue(pane, value);
@@ -173,7 +173,7 @@ class IntegratedTexts {
   }
 
   IntegratedRow colourRow(const ColourValue& value) const {
-    IntegratedRow row{translated(value.title), {}};
+    IntegratedRow row{translatedValue(value.title), {}};
     for (const Integration& integration : integrations_) {
       row.values.push_back({{}, colourCell(integration, value)});
     }
@@ -182,7 +182,7 @@ class IntegratedTexts {
 
   /// By which standard, and when.
   IntegratedRow standardRow() const {
-    IntegratedRow row{translated("Standard"), {}};
+    IntegratedRow row{translatedValue("Standard"), {}};
     for (const auto& set : dataSets_) {
       const bool isStored = hasIntegratedValues(*set.record);
       row.values.push_back({{.text = isStored ? qt(set.record->Precalc_StandardName()) : QString()},
@@ -192,7 +192,7 @@ class IntegratedTexts {
   }
 
   IntegratedRow timeRow() const {
-    IntegratedRow row{translated("Calculated"), {}};
+    IntegratedRow row{translatedValue("Calculated"), {}};
     for (const auto& set : dataSets_) row.values.push_back({{.text = timeText(*set.record)}, {}});
     return row;
   }
@@ -215,7 +215,7 @@ class IntegratedTexts {
     }
     const auto colour = optics::screenColour(Lab);
     const QString tip =
-        translated("%1 under D65: L* %2, a* %3, b* %4")
+        translatedValue("%1 under D65: L* %2, a* %3, b* %4")
             .arg(standardText(standard_), digits(Lab[0]), digits(Lab[1]), digits(Lab[2]));
     return {.text = QString::asprintf("#%02x%02x%02x", colour[0], colour[1], colour[2]),
             .tip = (QStringList(tip) + grounds(*integration.find(value.Lab[0]))).join(u'\n'),
@@ -228,7 +228,7 @@ class IntegratedTexts {
     return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(u"yyyy-MM-dd HH:mm");
   }
 
-  const DataSets& dataSets_;
+  const IntegratedSets& dataSets_;
   optics::Standard standard_;
   std::vector<Integration> integrations_;
 };
@@ -249,7 +249,8 @@ bool hasIntegratedValues(const GlazingData& pane) {
   return !lacksIntegratedValues(pane) || std::ranges::any_of(kRare, isThere);
 }
 
-std::vector<IntegratedRow> integratedRows(const DataSets& dataSets, optics::Standard standard) {
+std::vector<IntegratedRow> integratedRows(const IntegratedSets& dataSets,
+                                          optics::Standard standard) {
   std::vector<IntegratedRow> rows;
   if (std::ranges::none_of(dataSets, [](const auto& set) {
         return set.hasSpectrum() || hasIntegratedValues(*set.record);

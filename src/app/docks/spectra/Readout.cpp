@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kFew = 6;
 constexpr double kPadding = 6;
-constexpr double kGap = 10;
-constexpr double kSwatch = 10;
+constexpr double kReadoutGap = 10;
+constexpr double kReadoutSwatch = 10;
 constexpr double kOffset = 14;  ///< from the pointer
 constexpr int kLongestName = 28;
 
@@ -72,9 +72,9 @@ void Readout::draw(QPainter& painter, const QRectF& area, const QPointF& pointer
           std::max(widths[column], metrics.horizontalAdvance(row[static_cast<qsizetype>(column)]));
     }
   }
-  double width = 2 * kPadding + kSwatch + kPadding;
+  double width = 2 * kPadding + kReadoutSwatch + kPadding;
   for (const double column : widths) width += column;
-  width += kGap * static_cast<double>(widths.size() - 1);
+  width += kReadoutGap * static_cast<double>(widths.size() - 1);
   const double height = 2 * kPadding + metrics.lineSpacing() * static_cast<double>(rows.size());
 
   const QRectF box = placed({width, height}, area, pointer);
@@ -90,16 +90,17 @@ void Readout::draw(QPainter& painter, const QRectF& area, const QPointF& pointer
   for (std::size_t row = 0; row < rows.size(); ++row, y += metrics.lineSpacing()) {
     double x = box.left() + kPadding;
     if (row > 0) {
-      const QRectF swatch(x, y + (metrics.lineSpacing() - kSwatch) / 2, kSwatch, kSwatch);
+      const QRectF swatch(x, y + (metrics.lineSpacing() - kReadoutSwatch) / 2, kReadoutSwatch,
+                          kReadoutSwatch);
       painter.fillRect(swatch, theme_.colour(plot_.dataSets[sets[row - 1]], plot_.paneCount()));
     }
-    x += kSwatch + kPadding;
+    x += kReadoutSwatch + kPadding;
     painter.setPen(theme_.text);
     for (std::size_t column = 0; column < widths.size(); ++column) {
       const auto alignment = column == 0 ? Qt::AlignLeft : Qt::AlignRight;
       painter.drawText(QRectF(x, y, widths[column], metrics.lineSpacing()),
                        alignment | Qt::AlignVCenter, rows[row][static_cast<qsizetype>(column)]);
-      x += widths[column] + kGap;
+      x += widths[column] + kReadoutGap;
     }
   }
   painter.restore();

@@ -11,13 +11,13 @@ namespace orv::app {
 
 namespace {
 
-struct Column {
+struct CsvColumn {
   const SpectrumDataSet* set;
   SpectralQuantity quantity;
 };
 
-std::vector<Column> columnsOf(const SpectrumPlot& plot) {
-  std::vector<Column> columns;
+std::vector<CsvColumn> columnsOf(const SpectrumPlot& plot) {
+  std::vector<CsvColumn> columns;
   for (std::size_t i = 0; i < plot.dataSets.size(); ++i) {
     if (!plot.showsDataSet(i) || !plot.dataSets[i].hasSpectrum()) continue;
     for (const SpectralQuantity quantity : kSpectralQuantities) {
@@ -28,7 +28,7 @@ std::vector<Column> columnsOf(const SpectrumPlot& plot) {
 }
 
 /// The cells of each wavelength, an empty one a column at first.
-std::map<double, QStringList> cellsOf(const std::vector<Column>& columns) {
+std::map<double, QStringList> cellsOf(const std::vector<CsvColumn>& columns) {
   std::map<double, QStringList> cells;
   for (std::size_t column = 0; column < columns.size(); ++column) {
     const auto& [set, quantity] = columns[column];

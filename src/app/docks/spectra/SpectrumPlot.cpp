@@ -15,7 +15,7 @@ namespace orv::app {
 
 namespace {
 
-QString translated(const char* text) {
+QString translatedLabel(const char* text) {
   return QCoreApplication::translate("SpectrumPlot", text);
 }
 
@@ -23,7 +23,7 @@ QString paneName(const GlazingData& pane) {
   for (const std::string& name : {pane.filename(), pane.productname()}) {
     if (!name.empty()) return QString::fromStdString(name);
   }
-  return translated("Pane %1").arg(pane.id());
+  return translatedLabel("Pane %1").arg(pane.id());
 }
 
 /// Copies the points in ascending order of wavelength. Those at 0 have no place on a logarithmic
@@ -81,9 +81,9 @@ void label(std::vector<SpectrumDataSet>& sets) {
   }
   for (auto& set : sets) {
     const bool namesAngle = ofPane[set.pane] > 1 || set.angle != 0;
-    set.label = namesAngle ? translated("%1, %2°").arg(set.name).arg(set.angle) : set.name;
+    set.label = namesAngle ? translatedLabel("%1, %2°").arg(set.name).arg(set.angle) : set.name;
     if (ofAngle[{set.pane, set.angle}] > 1) {
-      set.label = translated("%1, direction %2").arg(set.label).arg(set.direction);
+      set.label = translatedLabel("%1, direction %2").arg(set.label).arg(set.direction);
     }
   }
 }
@@ -112,11 +112,11 @@ double leastDifference(const SpectrumPlot& plot) {
 QString symbolOf(SpectralQuantity quantity) {
   switch (quantity) {
     case SpectralQuantity::transmittance:
-      return translated("T");
+      return translatedLabel("T");
     case SpectralQuantity::frontReflectance:
-      return translated("Rf");
+      return translatedLabel("Rf");
     case SpectralQuantity::backReflectance:
-      return translated("Rb");
+      return translatedLabel("Rb");
   }
   return {};
 }
@@ -124,11 +124,11 @@ QString symbolOf(SpectralQuantity quantity) {
 QString nameOf(SpectralQuantity quantity) {
   switch (quantity) {
     case SpectralQuantity::transmittance:
-      return translated("Transmittance");
+      return translatedLabel("Transmittance");
     case SpectralQuantity::frontReflectance:
-      return translated("Reflectance, front");
+      return translatedLabel("Reflectance, front");
     case SpectralQuantity::backReflectance:
-      return translated("Reflectance, back");
+      return translatedLabel("Reflectance, back");
   }
   return {};
 }

@@ -118,7 +118,7 @@ void isDate(const Arguments& a, Result& result) {
   result.boolean(a.isText(0) && parseDate(a.text(0)).has_value());
 }
 
-constexpr FunctionDefinition kFunctions[] = {
+constexpr FunctionDefinition kConversionFunctions[] = {
     {"jet_cbyte", toByte},
     {"jet_cint", toInteger},
     {"jet_clng", toLong},
@@ -142,7 +142,7 @@ constexpr FunctionDefinition kFunctions[] = {
 }  // namespace
 
 void registerConversionFunctions(sqlite3* db, CallbackFailure& failure) {
-  for (const FunctionDefinition& definition : kFunctions) {
+  for (const FunctionDefinition& definition : kConversionFunctions) {
     registerFunction(db, definition, failure);
   }
 }

@@ -204,7 +204,7 @@ void datePart(const Arguments& a, Result& result) {
                               : c.second);
 }
 
-constexpr FunctionDefinition kFunctions[] = {
+constexpr FunctionDefinition kDateFunctions[] = {
     {"jet_date", today},
     {"jet_time", timeNow},
     {"jet_now", thisMoment},
@@ -229,7 +229,7 @@ constexpr FunctionDefinition kFunctions[] = {
 }  // namespace
 
 void registerDateFunctions(sqlite3* db, CallbackFailure& failure) {
-  for (const FunctionDefinition& definition : kFunctions) {
+  for (const FunctionDefinition& definition : kDateFunctions) {
     registerFunction(db, definition, failure);
   }
 }

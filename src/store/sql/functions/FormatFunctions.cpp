@@ -55,7 +55,7 @@ void formatDateTimeCall(const Arguments& a, Result& result) {
   result.text(formatDate(a.date(0), kForms[form]));
 }
 
-constexpr FunctionDefinition kFunctions[] = {
+constexpr FunctionDefinition kFormatFunctions[] = {
     {"jet_format", format},
     {"jet_formatnumber", formatNumberCall},
     {"jet_formatpercent", formatPercentCall},
@@ -65,7 +65,7 @@ constexpr FunctionDefinition kFunctions[] = {
 }  // namespace
 
 void registerFormatFunctions(sqlite3* db, CallbackFailure& failure) {
-  for (const FunctionDefinition& definition : kFunctions) {
+  for (const FunctionDefinition& definition : kFormatFunctions) {
     registerFunction(db, definition, failure);
   }
 }

@@ -87,7 +87,7 @@ void modulo(const Arguments& a, Result& result) {
   divisor == 0 ? result.null() : result.whole(a.whole(0) % divisor);
 }
 
-constexpr FunctionDefinition kFunctions[] = {
+constexpr FunctionDefinition kNumberFunctions[] = {
     {"jet_abs", absolute},
     {"jet_int", toFloor},
     {"jet_fix", toTruncated},
@@ -108,7 +108,7 @@ constexpr FunctionDefinition kFunctions[] = {
 }  // namespace
 
 void registerNumberFunctions(sqlite3* db, CallbackFailure& failure) {
-  for (const FunctionDefinition& definition : kFunctions) {
+  for (const FunctionDefinition& definition : kNumberFunctions) {
     registerFunction(db, definition, failure);
   }
 }

@@ -282,7 +282,7 @@ void like(const Arguments& a, Result& result) {
   result.whole(matches ? 1 : 0);
 }
 
-constexpr FunctionDefinition kFunctions[] = {
+constexpr FunctionDefinition kTextFunctions[] = {
     {"jet_concat", concat, false},
     {"jet_plus", plus},
     {"jet_left", left},
@@ -313,7 +313,7 @@ constexpr FunctionDefinition kFunctions[] = {
 }  // namespace
 
 void registerTextFunctions(sqlite3* db, CallbackFailure& failure) {
-  for (const FunctionDefinition& definition : kFunctions) {
+  for (const FunctionDefinition& definition : kTextFunctions) {
     registerFunction(db, definition, failure);
   }
 }
