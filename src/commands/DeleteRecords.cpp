@@ -38,24 +38,24 @@ void deleteRecord(Session& session, const sources::datasource& node,
   }
 }
 
-enum class Outcome { deleted, givenUp, aborted };
+enum class DeletionOutcome { deleted, givenUp, aborted };
 
 /// Tries until the record is deleted, or the user gives it up or ends everything.
-Outcome deleteWithRetries(Session& session, const sources::datasource& node,
-                          const std::string& identifier) {
+DeletionOutcome deleteWithRetries(Session& session, const sources::datasource& node,
+                                  const std::string& identifier) {
   while (true) {
     std::string description;
     try {
       deleteRecord(session, node, identifier);
-      return Outcome::deleted;
+      return DeletionOutcome::deleted;
     } catch (const std::exception& error) {
       description = describe(error);
     }
     const Answer answer =
         session.ui.ask({"The record " + identifier + " could not be deleted: " + description,
                         kProductName, Buttons::abortRetryIgnore, Answer::abort});
-    if (answer == Answer::abort) return Outcome::aborted;
-    if (answer == Answer::ignore) return Outcome::givenUp;
+    if (answer == Answer::abort) return DeletionOutcome::aborted;
+    if (answer == Answer::ignore) return DeletionOutcome::givenUp;
   }
 }
 
@@ -92,9 +92,9 @@ DeletionResult deleteAskedFor(Session& session, const sources::RecordSelection& 
   for (std::int32_t i = 1; i <= current.RecordsCount() && !result.cancelled; ++i) {
     const std::string& identifier = current.SelectedRecordID(i);
     session.ui.status("Deleting " + identifier + "...");
-    const Outcome outcome = deleteWithRetries(session, node, identifier);
-    ++(outcome == Outcome::deleted ? result.deleted : result.failed);
-    result.cancelled = outcome == Outcome::aborted || session.ui.cancelled();
+    const DeletionOutcome outcome = deleteWithRetries(session, node, identifier);
+    ++(outcome == DeletionOutcome::deleted ? result.deleted : result.failed);
+    result.cancelled = outcome == DeletionOutcome::aborted || session.ui.cancelled();
     work.stepDone();
   }
   return result;

@@ -6,7 +6,7 @@ namespace orv::productfile {
 
 namespace {
 
-constexpr Key kKeys[] = {
+constexpr Key kCheckerFormKeys[] = {
     {"/unit_system", kUnitSystem},
     {"/product_name", kText<&GlazingData::productname>},
     {"/filename", kText<&GlazingData::filename>},
@@ -33,7 +33,7 @@ const Form kCheckerForm{
     .hasBlocks = true,
     .rows = {"/w", "/tf", "/tb", "/rf", "/rb", ""},
     .wavelengthUnit = "/measured_data/spectral_data/unit",
-    .keys = kKeys,
+    .keys = kCheckerFormKeys,
     .summaries = "",
     .standard = "",
     .integrated = {},

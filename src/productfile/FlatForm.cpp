@@ -6,7 +6,7 @@ namespace orv::productfile {
 
 namespace {
 
-constexpr Key kKeys[] = {
+constexpr Key kFlatFormKeys[] = {
     {"/id", kId},
     {"/product_id", kId},
     {"/name", kText<&GlazingData::productname>},
@@ -30,7 +30,7 @@ constexpr Key kKeys[] = {
     {"/measured_data/emissivity_back", kBackEmissivity},
 };
 
-constexpr Key kIntegrated[] = {
+constexpr Key kFlatIntegrated[] = {
     {"/tfsol", kSolarTransmittance},
     {"/tbsol", kFraction<&GlazingData::Precalc_Tbsol>},
     {"/rfsol", kFraction<&GlazingData::Precalc_Rfsol>},
@@ -57,10 +57,10 @@ const Form kFlatForm{
     .hasBlocks = false,
     .rows = {"/wavelength", "/T", "/Tb", "/Rf", "/Rb", ""},
     .wavelengthUnit = "",
-    .keys = kKeys,
+    .keys = kFlatFormKeys,
     .summaries = "/integrated_results_summary",
     .standard = "/calculation_standard_name",
-    .integrated = kIntegrated,
+    .integrated = kFlatIntegrated,
 };
 
 }  // namespace orv::productfile

@@ -15,7 +15,7 @@ constexpr Meaning kConductivity{
     [](const Item& item, GlazingData& pane) { pane.Conductivity(item.quantity()); },
     [](const GlazingData& pane) { return numberOf(pane.ConvertedConductivity(kSI)); }};
 
-constexpr Key kKeys[] = {
+constexpr Key kNewerFormKeys[] = {
     {"/id", kId},
     {"/type", kType},
     {"/subtype", kType},
@@ -39,7 +39,7 @@ constexpr Key kKeys[] = {
     {"/physical_properties/predefined_emissivity_back", kBackEmissivity},
 };
 
-constexpr Key kIntegrated[] = {
+constexpr Key kNewerIntegrated[] = {
     {"/solar/transmittance_front/direct_direct", kSolarTransmittance},
     {"/solar/transmittance_back/direct_direct", kFraction<&GlazingData::Precalc_Tbsol>},
     {"/solar/reflectance_front/direct_direct", kFraction<&GlazingData::Precalc_Rfsol>},
@@ -78,10 +78,10 @@ const Form kNewerForm{
     .hasBlocks = true,
     .rows = {"/w", "/specular/tf", "/specular/tb", "/specular/rf", "/specular/rb", "/diffuse/tf"},
     .wavelengthUnit = "",
-    .keys = kKeys,
+    .keys = kNewerFormKeys,
     .summaries = "/integrated_spectral_averages_summaries",
     .standard = "/calculation_standard",
-    .integrated = kIntegrated,
+    .integrated = kNewerIntegrated,
 };
 
 }  // namespace orv::productfile

@@ -107,7 +107,7 @@ constexpr Meaning kLayers{[](const Item& list, GlazingData& pane) {
                             return list;
                           }};
 
-constexpr Key kKeys[] = {
+constexpr Key kRecordKeysKeys[] = {
     {"/id", kId},
     {"/name", kText<&GlazingData::filename>},
     {"/file_date", kDate<&GlazingData::FileDate>},
@@ -189,7 +189,7 @@ constexpr Key kKeys[] = {
 }  // namespace
 
 std::span<const Key> recordKeys() {
-  return kKeys;
+  return kRecordKeysKeys;
 }
 
 }  // namespace orv::productfile
