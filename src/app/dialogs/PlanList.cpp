@@ -3,7 +3,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "app/Text.h"
+#include "app/Cells.h"
 #include "app/theme/Icons.h"
 
 namespace orv::app {
@@ -12,11 +12,6 @@ namespace {
 
 enum PlanColumn { kRecord, kField, kWas, kBecomes, kRemark };
 constexpr int kWidestOfPlan = 30;  // characters
-
-void putCell(QTreeWidgetItem& line, int column, const std::string& text) {
-  line.setText(column, shownText(qt(text).replace(u'\n', u' ').remove(u'\r')));
-  line.setToolTip(column, toolTipText(qt(text)));
-}
 
 }  // namespace
 
@@ -45,11 +40,11 @@ void PlanList::show(ChangePlan plan) {
       line->setCheckState(kRecord, isRefused ? Qt::Unchecked : Qt::Checked);
       if (isRefused) line->setFlags(line->flags() & ~Qt::ItemIsUserCheckable);
       if (isRefused) line->setIcon(kRemark, icon("box-warning"));
-      putCell(*line, kRecord, each.name);
-      putCell(*line, kField, each.typed.place.field->name);
-      putCell(*line, kWas, each.before);
-      putCell(*line, kBecomes, isRefused ? each.typed.text : each.after);
-      putCell(*line, kRemark, each.refusal);
+      setCell(*line, kRecord, qt(each.name));
+      setCell(*line, kField, qt(each.typed.place.field->name));
+      setCell(*line, kWas, qt(each.before));
+      setCell(*line, kBecomes, qt(isRefused ? each.typed.text : each.after));
+      setCell(*line, kRemark, qt(each.refusal));
       lines << line;
     }
     addTopLevelItems(lines);

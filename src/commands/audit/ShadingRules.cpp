@@ -7,6 +7,7 @@
 
 #include "commands/audit/Curves.h"
 #include "commands/audit/Quantity.h"
+#include "database/ShadingColumns.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands::audit {
@@ -15,44 +16,38 @@ namespace {
 
 using Member = Property<double> ShadingDataClass::*;
 
-struct Named {
-  const char* field;
-  Member member;
-};
+constexpr Member kInfrared[] = {
+    &ShadingDataClass::emission_IR_outdoor,       &ShadingDataClass::emission_IR_indoor,
+    &ShadingDataClass::transmission_IR_outdoor,   &ShadingDataClass::transmission_IR_indoor,
+    &ShadingDataClass::emissivity_slat_surf_outd, &ShadingDataClass::emissivity_slat_surf_ind,
+    &ShadingDataClass::transmissivity_slat_surf};
 
-constexpr Named kInfrared[] = {
-    {"emission_IR_outdoor", &ShadingDataClass::emission_IR_outdoor},
-    {"emission_IR_indoor", &ShadingDataClass::emission_IR_indoor},
-    {"transmission_IR_outdoor", &ShadingDataClass::transmission_IR_outdoor},
-    {"transmission_IR_indoor", &ShadingDataClass::transmission_IR_indoor},
-    {"emissivity_slat_surf_outd", &ShadingDataClass::emissivity_slat_surf_outd},
-    {"emissivity_slat_surf_ind", &ShadingDataClass::emissivity_slat_surf_ind},
-    {"transmissivity_slat_surf", &ShadingDataClass::transmissivity_slat_surf}};
+/// The column of a quantity.
+const char* fieldOf(Member member) {
+  const auto columns = database::shadingColumns();
+  return std::ranges::find(columns, database::ShadingMember(member),
+                           &database::ShadingColumn::member)
+      ->name;
+}
 
-/// What a surface throws back and lets through of a range, as scattered light and as a beam.
+/// What a surface throws back and lets through of a range, as scattered light and as a beam. It is
+/// named by the first.
 struct Surface {
-  const char* field;
   Member parts[4];
 };
 
 constexpr Surface kSurfaces[] = {
-    {"Sol_refl_slat_surf_outd",
-     {&ShadingDataClass::Sol_refl_slat_surf_outd, &ShadingDataClass::Sol_transm_slat_surf,
+    {{&ShadingDataClass::Sol_refl_slat_surf_outd, &ShadingDataClass::Sol_transm_slat_surf,
       &ShadingDataClass::Sol_refl_slat_surf_outd_BB, &ShadingDataClass::Sol_transm_slat_surf_BB}},
-    {"Sol_refl_slat_surf_ind",
-     {&ShadingDataClass::Sol_refl_slat_surf_ind, &ShadingDataClass::Sol_transm_slat_surf,
+    {{&ShadingDataClass::Sol_refl_slat_surf_ind, &ShadingDataClass::Sol_transm_slat_surf,
       &ShadingDataClass::Sol_refl_slat_surf_ind_BB, &ShadingDataClass::Sol_transm_slat_surf_BB}},
-    {"Vis_refl_slat_surf_outd",
-     {&ShadingDataClass::Vis_refl_slat_surf_outd, &ShadingDataClass::Vis_transm_slat_surf,
+    {{&ShadingDataClass::Vis_refl_slat_surf_outd, &ShadingDataClass::Vis_transm_slat_surf,
       &ShadingDataClass::Vis_refl_slat_surf_outd_BB, &ShadingDataClass::Vis_transm_slat_surf_BB}},
-    {"Vis_refl_slat_surf_ind",
-     {&ShadingDataClass::Vis_refl_slat_surf_ind, &ShadingDataClass::Vis_transm_slat_surf,
+    {{&ShadingDataClass::Vis_refl_slat_surf_ind, &ShadingDataClass::Vis_transm_slat_surf,
       &ShadingDataClass::Vis_refl_slat_surf_ind_BB, &ShadingDataClass::Vis_transm_slat_surf_BB}},
-    {"Uv_refl_slat_surf_outd",
-     {&ShadingDataClass::Uv_refl_slat_surf_outd, &ShadingDataClass::Uv_transm_slat_surf,
+    {{&ShadingDataClass::Uv_refl_slat_surf_outd, &ShadingDataClass::Uv_transm_slat_surf,
       &ShadingDataClass::Uv_refl_slat_surf_outd_BB, &ShadingDataClass::Uv_transm_slat_surf_BB}},
-    {"Uv_refl_slat_surf_ind",
-     {&ShadingDataClass::Uv_refl_slat_surf_ind, &ShadingDataClass::Uv_transm_slat_surf,
+    {{&ShadingDataClass::Uv_refl_slat_surf_ind, &ShadingDataClass::Uv_transm_slat_surf,
       &ShadingDataClass::Uv_refl_slat_surf_ind_BB, &ShadingDataClass::Uv_transm_slat_surf_BB}}};
 
 /// T and R of one range and side, in the rows of integrated values.
@@ -112,7 +107,7 @@ std::vector<Fault> shadingStoredOutside(const AuditedShading& shading) {
   for (const Surface& surface : kSurfaces) {
     for (const Member part : surface.parts) {
       const auto before = faults.size();
-      addUnlessFraction(faults, surface.field, (*shading.record.*part)(), {});
+      addUnlessFraction(faults, fieldOf(surface.parts[0]), (*shading.record.*part)(), {});
       if (faults.size() > before) break;
     }
   }
@@ -132,7 +127,7 @@ std::vector<Fault> shadingNegativeAbsorptance(const AuditedShading& shading) {
   for (const Surface& surface : kSurfaces) {
     double sum = 0;
     for (const Member part : surface.parts) sum += (*shading.record.*part)();
-    if (sum > 1 + kMeasuringError) faults.push_back(sumFault(surface.field, sum));
+    if (sum > 1 + kMeasuringError) faults.push_back(sumFault(fieldOf(surface.parts[0]), sum));
   }
   return faults;
 }
@@ -141,8 +136,8 @@ std::vector<Fault> shadingNegativeAbsorptance(const AuditedShading& shading) {
 std::vector<Fault> shadingNotAFraction(const AuditedShading& shading) {
   const ShadingDataClass& record = *shading.record;
   std::vector<Fault> faults;
-  for (const Named& each : kInfrared) {
-    addUnlessFraction(faults, each.field, (record.*each.member)(), {});
+  for (const Member member : kInfrared) {
+    addUnlessFraction(faults, fieldOf(member), (record.*member)(), {});
   }
   if (!faults.empty()) return faults;
   const std::pair<const char*, double> sums[] = {

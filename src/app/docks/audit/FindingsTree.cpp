@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <algorithm>
 
+#include "app/Cells.h"
 #include "app/Text.h"
 #include "app/theme/Icons.h"
 #include "commands/audit/Rule.h"
@@ -108,7 +109,7 @@ void FindingsTree::fill() {
   for (std::size_t i = 0; i < findings_.size(); ++i) {
     const QStringList cells = cellsOf(findings_[i]);
     auto* item = new QTreeWidgetItem(ruleItem(findings_[i].rule));
-    for (int column = 0; column < cells.size(); ++column) put(*item, column, cells[column]);
+    for (int column = 0; column < cells.size(); ++column) setCell(*item, column, cells[column]);
     item->setData(0, kPositionRole, static_cast<qulonglong>(i));
   }
   for (int i = 0; i < topLevelItemCount(); ++i) topLevelItem(i)->setFirstColumnSpanned(true);

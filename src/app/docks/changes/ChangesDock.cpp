@@ -4,6 +4,7 @@
 #include <QToolBar>
 #include <set>
 
+#include "app/Cells.h"
 #include "app/Text.h"
 #include "app/docks/list/ListTree.h"
 #include "app/grid/RecordEdits.h"
@@ -108,11 +109,10 @@ void ChangesDock::fill() {
 void ChangesDock::fillLine(QTreeWidgetItem& line, const Change& change) {
   const QString name = shownText(edits_->pending().name(change.record));
   const QString number = QString::number(change.record);
-  ListTree::put(line, kRecord,
-                name.isEmpty() ? number : QStringLiteral("%1 (%2)").arg(name, number));
-  ListTree::put(line, kField, fieldName(change));
-  ListTree::put(line, kWas, qt(fieldText(change.before)));
-  ListTree::put(line, kBecomes, qt(fieldText(change.after)));
+  setCell(line, kRecord, name.isEmpty() ? number : QStringLiteral("%1 (%2)").arg(name, number));
+  setCell(line, kField, fieldName(change));
+  setCell(line, kWas, qt(fieldText(change.before)));
+  setCell(line, kBecomes, qt(fieldText(change.after)));
 }
 
 void ChangesDock::tellRefusals() {
@@ -120,7 +120,7 @@ void ChangesDock::tellRefusals() {
   for (const Refusal& refusal : edits_->pending().review().refusals) {
     auto* line = list_->topLevelItem(static_cast<int>(refusal.change));
     if (line == nullptr) continue;
-    ListTree::put(*line, kRemark, qt(refusal.reason));
+    setCell(*line, kRemark, qt(refusal.reason));
     line->setIcon(kRemark, icon("box-warning"));
   }
 }

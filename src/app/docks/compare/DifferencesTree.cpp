@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "app/Cells.h"
 #include "app/Text.h"
 #include "commands/CellText.h"
 
@@ -192,7 +193,7 @@ void DifferencesTree::add(std::size_t first, std::size_t end) {
     item->setData(0, kDifferenceRole, static_cast<qulonglong>(i));
     constexpr int kLastOfField = 4;  // the angle
     for (int column = 0; column < kLastOfField; ++column) {
-      put(*item, column, cells[column + 1]);
+      setCell(*item, column, cells[column + 1]);
     }
   }
 }

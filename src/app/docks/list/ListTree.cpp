@@ -42,11 +42,6 @@ void ListTree::fitColumns(int mostCharacters) {
   }
 }
 
-void ListTree::put(QTreeWidgetItem& line, int column, const QString& text) {
-  line.setText(column, shownText(QString(text).replace(u'\n', u' ').remove(u'\r')));
-  line.setToolTip(column, toolTipText(text));
-}
-
 QStringList ListTree::headings() const {
   QStringList titles;
   for (int column = 0; column < columnCount(); ++column) titles << headerItem()->text(column);

@@ -23,9 +23,6 @@ class ListTree : public QTreeWidget {
   /// Makes the columns as wide as their cells, and none wider than so many characters.
   void fitColumns(int mostCharacters);
 
-  /// Puts a text of unknown origin into a cell, in one line, and whole into its tool tip.
-  static void put(QTreeWidgetItem& line, int column, const QString& text);
-
  signals:
   /// A line was clicked on, or moved to with the keyboard.
   void lineChosen(QTreeWidgetItem* line);
