@@ -623,3 +623,5 @@ QList<int> RecordGrid::visibleColumns() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordGrid.cpp"
