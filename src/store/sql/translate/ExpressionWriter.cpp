@@ -193,6 +193,8 @@ void ExpressionWriter::adaptLiteral(const Expression& e, SqlPiece& piece,
     piece = dateLiteral(*days);
   } else if (!numberOfText(e.text)) {
     text_.fail(kTypeMismatch, fmt::format("A number is compared with \"{}\"", e.text), e.at);
+  } else if (!other.column) {  // columns have an affinity that makes a number of the text
+    piece.sql = fmt::format("CAST({} AS NUMERIC)", piece.sql);
   }
 }
 
