@@ -1,8 +1,6 @@
 // Operators and functions, from Access SQL to values.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/StoreError.h"
@@ -10,19 +8,6 @@
 
 namespace orv::store::sql {
 namespace {
-
-/// What stands between " ; " and ends of lines.
-std::vector<std::string> parted(std::string text) {
-  for (std::size_t at = 0; (at = text.find(" ; ", at)) != std::string::npos;) {
-    text.replace(at, 3, "\n");
-  }
-  std::vector<std::string> parts;
-  std::istringstream lines(text);
-  for (std::string part; std::getline(lines, part);) {
-    if (!part.empty()) parts.push_back(part);
-  }
-  return parts;
-}
 
 /// Expressions and their values; $ stands for an empty text.
 constexpr const char* kOperators = R"(
@@ -51,6 +36,10 @@ Null Imp True -> True ; True Imp True -> True ; 1 Imp 0 Eqv 0 -> True ; 'ABC' = 
 '3' = 3 -> True ; #2020-01-02# > '1/1/2020' -> True ; '1/1/2020' > #2020-01-02# -> False
 .5 + 1. -> 1.5 ; 1E-2 -> 0.01
 {guid {00112233-4455-6677-8899-AABBCCDDEEFF}} -> {00112233-4455-6677-8899-AABBCCDDEEFF}
+{guid {0011223Z-4455-6677-8899-aabbccddeeff}} -> {0011223Z-4455-6677-8899-aabbccddeeff}
+{guid {00112233-4455-6677-8899-aabbccddeeff}} -> {00112233-4455-6677-8899-AABBCCDDEEFF}
+{guid {00112233-4455-6677-8899-AABBCCDDEE-F}} -> {00112233-4455-6677-8899-AABBCCDDEE-F}
+CCur(12345678901.2345) -> 12345678901.2345 ; CCur(9E14)*10 -> 9000000000000000
 999999999999999999 -> 999999999999999999 ; 9999999999999999999 -> 1e+19
 )";
 
