@@ -221,7 +221,8 @@ class Finder:
         start = cursor.extent.start.offset
         self.never_returns |= self.bytes[:start].rstrip().endswith(b'[[noreturn]]')
         if not self.between(cursor.extent.start.offset, cursor.extent.start.offset + 9) == 'consteval':
-            body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)]
+            body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)
+                    and c.extent.start.offset >= cursor.location.offset]  # not in the type of the result
             for child in body:
                 self.visit(child)
         self.result, self.never_returns = outer
