@@ -2,18 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "errors/Error.h"
-#include "model/Raised.h"
 #include "store/Check.h"
-#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
-#include "support/EncodedFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store {
@@ -79,27 +72,6 @@ TEST(Check, CountsWhatItHasSeen) {
   EXPECT_EQ(report.pages, fs::file_size(folder / "sample.mdb") / 4096);
   EXPECT_EQ(pages, report.pages);
   EXPECT_EQ(told, report.pages);
-}
-
-TEST(Check, NamesPlaceFaultAndAdvice) {
-  const CheckFinding fault{"Pane",           "GroupID", 12, 3, "the row has no entry in the index",
-                           "No row is lost."};
-  EXPECT_EQ(fault.toText(),
-            "Table 'Pane', index 'GroupID', page 12, row 3: the row has no entry in the index. "
-            "No row is lost.");
-  EXPECT_EQ((CheckFinding{"", "", 0, -1, "it is cut short", ""}.toText()),
-            "The file: it is cut short.");
-}
-
-TEST(Check, RefusesWhatIsNoDatabaseAndAWrongPassword) {
-  const test::TemporaryFolder folder;
-  std::ofstream(folder / "text.mdb") << "This is no database.";
-  EXPECT_EQ(test::raisedBy([&] { checkFile(folder / "text.mdb", ""); }).number, kStoreFailure);
-  Connection::create(folder / "secret.mdb")->close();
-  test::setPassword(folder / "secret.mdb", "Sesame 7");
-  EXPECT_EQ(test::raisedBy([&] { checkFile(folder / "secret.mdb", "sesame 7"); }).number,
-            kNotAuthenticated);
-  EXPECT_TRUE(checkFile(folder / "secret.mdb", "Sesame 7").sound());
 }
 
 }  // namespace

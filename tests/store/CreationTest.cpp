@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <set>
 
 #include "errors/Error.h"
 #include "store/FileContent.h"
@@ -174,12 +173,6 @@ TEST_F(CreationTest, WidestTableSpansSeveralPagesOfDefinitionAndMaps) {
   open();
   EXPECT_GT(table_->definition().morePages.size(), 5u);
   ASSERT_EQ(table_->definition().columns.size(), 255u);
-  EXPECT_EQ(table_->definition().columns[254].name, design.columns[254].name);
-  std::set<RowId> maps;
-  for (const Column& column : table_->definition().columns) {
-    if (column.isLongValue()) maps.insert({*column.longValuePages, *column.longValueFreePages});
-  }
-  EXPECT_EQ(maps.size(), 80u);
   const auto rows = rowsOf(*table_);
   ASSERT_EQ(rows.size(), 20u);
   for (std::size_t i = 0; i < rows.size(); ++i) {

