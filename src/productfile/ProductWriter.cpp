@@ -143,8 +143,7 @@ std::shared_ptr<GlazingData> readBack(OrderedJson product, const GlazingData& pa
     put(product, std::string(kRecordObject) + std::string(kSpectralPaneKey), !pane.spectral_pane());
   }
   const Json read = Json::parse(textOf(product, kNoIndent));
-  const std::string name = pane.filename();
-  return readProduct(Item(read, name, "")).pane;
+  return readProduct(Item(read, "", "")).pane;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "model/Raised.h"
 #include "store/sql/TranslatedDatabase.h"
 
 namespace orv::store::sql {
@@ -37,14 +38,45 @@ TEST_F(SelectTest, NamesTheColumnsOfTheResult) {
 }
 
 TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
-  rows(
-      "SELECT id, made, made+1, made-made, price, price*2, 3D, id=1, id/2, name & 1, Max(id) "
-      "FROM Panes GROUP BY id, made, price, 3D, name");
-  std::vector<ColumnType> types;
-  for (const TypedColumn& column : db_.columns) types.push_back(column.info.type);
   using enum ColumnType;
-  EXPECT_THAT(types, ElementsAre(longInteger, dateTime, dateTime, double_, currency, currency,
-                                 boolean, boolean, double_, text, longInteger));
+  const std::pair<ColumnType, const char*> cases[] = {
+      {longInteger,
+       "id ; id+1 ; -id ; +3D ; 3D+id ; id\\2 ; thickness Mod 2 ; Len(name) ; Abs(id) ; Nz(id) ; "
+       "IIf(3D, id, Null) ; IIf(3D, Null, id) ; Choose(id, 1, id) ; Count(*) ; Count(name) ; "
+       "Max(id) ; "
+       "Sum(id) ; (SELECT Max(id) FROM Suppliers)"},
+      {dateTime,
+       "made ; made+1 ; 1+made ; made-1 ; -made ; Date() ; Min(made) ; IIf(3D, made, made)"},
+      {currency,
+       "price ; price*2 ; 2*price ; price-id ; price*thickness ; -price ; CCur(1) ; Abs(price) ; "
+       "Sum(price) ; Avg(price) ; Last(price)"},
+      {boolean,
+       "3D ; id=1 ; Not 3D ; 3D And 3D ; name Like 'a' ; id Is Null ; id In (1) ; id Between 1 And "
+       "2 ; "
+       "CBool(1) ; IsNull(id) ; EXISTS (SELECT 1 FROM Orders)"},
+      {double_,
+       "thickness ; id/2 ; id^2 ; made-made ; made*2 ; id*thickness ; name+1 ; -name ; Val(name) ; "
+       "IIf(3D, id, thickness) ; Nz(id, 1.5) ; Avg(id) ; Sum(thickness) ; Sum(name) ; StDev(price) "
+       "; "
+       "Round(thickness)"},
+      {text,
+       "name ; name & 1 ; name+name ; Left(id, 1) ; First(name) ; Nz(name) ; Switch(3D, name, 3D, "
+       "'a')"}};
+  for (const auto& [type, expressions] : cases) {
+    for (const std::string& expression : parted(expressions)) {
+      EXPECT_EQ(test::raisedBy([&] {
+                  rows("SELECT " + expression + " FROM Panes WHERE id < 0");
+                }).description,
+                "")
+          << expression;
+      EXPECT_EQ(db_.columns[0].info.type, type) << expression;
+      EXPECT_TRUE(db_.columns[0].typed) << expression;
+    }
+  }
+  for (const char* unknown : {"IIf(3D, id, name)", "Nz(Null, name) + id"}) {
+    rows(std::string("SELECT ") + unknown + " FROM Panes WHERE id < 0");
+    EXPECT_EQ(db_.columns[0].typed, unknown[0] == 'N') << unknown;
+  }
 }
 
 TEST_F(SelectTest, JoinsInEveryNesting) {
@@ -74,7 +106,18 @@ TEST_F(SelectTest, GroupsAndAggregates) {
               ElementsAre("7.0710678118654755|5|50|25"));
   EXPECT_THAT(rows("SELECT Count(name), Min(name), Max(price), Sum(price) FROM Panes"),
               ElementsAre("4|Clear|100.0000|120.4901"));
-  EXPECT_THAT(rows("SELECT Count(*), Max(id) FROM Panes WHERE id > 99"), ElementsAre("0|-"));
+  EXPECT_THAT(
+      rows("SELECT Count(*), Max(id), First(id), Last(name), StDevP(id), Sum(id) FROM Panes "
+           "WHERE id > 99"),
+      ElementsAre("0|-|-|-|-|-"));
+  EXPECT_THAT(
+      rows("SELECT First(name), Last(name), StDev(id), Var(id), VarP(id), StDevP(price) FROM "
+           "Panes WHERE id = 5"),
+      ElementsAre("-|-|-|-|0|0"));
+  EXPECT_THAT(rows("SELECT Last(name), VarP(price) FROM Panes WHERE id > 2"),
+              ElementsAre("-|2499.9950000024996"));
+  EXPECT_THAT(rows("SELECT Max(name & ''), Min(LCase(name)) FROM Panes WHERE id < 4"),
+              ElementsAre("Größe|clear"));
 }
 
 TEST_F(SelectTest, TakesTextAsEqualWithoutRegardToCase) {
@@ -99,6 +142,14 @@ TEST_F(SelectTest, GivesTheFirstRowsWithThoseEqualToTheLast) {
               ElementsAre("3.9", "5.7"));
   EXPECT_THAT(rows("SELECT TOP 50 PERCENT id FROM Panes ORDER BY id"), ElementsAre("1", "2", "3"));
   EXPECT_THAT(rows("SELECT TOP 1 name FROM Suppliers"), ElementsAre("Glas & Co"));
+  EXPECT_THAT(rows("SELECT TOP 3 id FROM Panes ORDER BY thickness"),
+              UnorderedElementsAre("1", "2", "3"));
+  EXPECT_THAT(rows("SELECT TOP 2 id FROM Panes ORDER BY 3D, thickness DESC"),
+              ElementsAre("4", "1"));
+  EXPECT_THAT(rows("SELECT TOP 40 PERCENT id FROM Panes"), ElementsAre("1", "2"));
+  EXPECT_THAT(rows("SELECT TOP 41 PERCENT id FROM Panes"), ElementsAre("1", "2", "3"));
+  EXPECT_THAT(rows("SELECT TOP 60 PERCENT id, name FROM Panes ORDER BY name DESC, id"),
+              ElementsAre("3|Größe", "4|Grosse", "1|Clear"));
   EXPECT_THAT(rows("SELECT TOP 1 supplier, Sum(count) AS n FROM Orders GROUP BY supplier "
                    "ORDER BY Sum(count) DESC"),
               ElementsAre("2|25"));

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,6 +18,19 @@
 #include "store/sql/translate/QueryWriter.h"
 
 namespace orv::store::sql {
+
+/// What stands between " ; " and ends of lines.
+inline std::vector<std::string> parted(std::string text) {
+  for (std::size_t at = 0; (at = text.find(" ; ", at)) != std::string::npos;) {
+    text.replace(at, 3, "\n");
+  }
+  std::vector<std::string> parts;
+  std::istringstream lines(text);
+  for (std::string part; std::getline(lines, part);) {
+    if (!part.empty()) parts.push_back(part);
+  }
+  return parts;
+}
 
 /// Panes, Suppliers and Orders with a few rows each.
 class TranslatedDatabase final : public Catalog {
