@@ -46,19 +46,6 @@ TEST_F(PaneRetrievalTest, DirectionZeroMeansAny) {
   EXPECT_EQ(retrieve(1, 0, 3)->SpectralData(), nullptr);
 }
 
-TEST_F(PaneRetrievalTest, TheSubstrateIsFilledFromItsTransmittanceOnly) {
-  database.InsertPane(*withSubstrate(makePane("pane")), *dc);
-  const auto pane = retrieve(1);
-  ASSERT_TRUE(pane->HasSubstrate());
-  const SpectralData& substrate = *pane->SubstrateReference()->SpectralData();
-  EXPECT_EQ(substrate.Tf(2), 0.7F);
-  EXPECT_EQ(substrate.Tb(2), 0.7F);
-  EXPECT_EQ(substrate.Rf(2), 0.7F);
-  EXPECT_EQ(substrate.Rb(2), 0.7F);
-  EXPECT_EQ(substrate.ConvertedWl(2, kNanometers),
-            pane->SpectralData()->ConvertedWl(2, kNanometers));
-}
-
 TEST_F(PaneRetrievalTest, ADanglingSupplierIsEmpty) {
   addRow("Pane", {{"name", "pane"}, {"supplierID", 77}});
   EXPECT_EQ(retrieve(1)->supplier(), "");
