@@ -23,6 +23,45 @@ using testing::ElementsAre;
 
 constexpr std::size_t kId = 0, kName = 1, kSize = 2, kPrice = 3, kDay = 4, kOn = 5, kNote = 6;
 
+TEST(StoreConnection, OpensFilesAndTellsStatementsFromNames) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "names.mdb";
+  Connection::create(path, [](Connection& made) {
+    for (const char* name : {"b", "select", "A", "Update x"}) {
+      made.createTable({name, {{"Id", ColumnType::longInteger}}});
+    }
+    made.createQuery({.name = "zwei", .outputs = {{"*"}}, .tables = {"A"}});
+    made.createQuery({.name = "Eins", .outputs = {{"b.Id", "n"}}, .tables = {"b"}});
+  });
+  EXPECT_EQ(test::raisedBy([&] { Connection::open("Provider=x;Data Sources=" + path); }).number,
+            kStoreFailure);
+  const auto database = Connection::open("Provider=x;data source=" + path + ";a;Data Source=y");
+  EXPECT_THAT(database->tableNames(), ElementsAre("A", "b", "select", "Update x"));
+  EXPECT_THAT(database->queryNames(), ElementsAre("Eins", "zwei"));
+  EXPECT_EQ(database->querySql("EINS"), "SELECT b.Id AS n FROM b;");
+  for (const char* none : {"A", "none"}) {
+    EXPECT_EQ(test::raisedBy([&] { database->querySql(none); }).description,
+              std::string("There is no saved query '") + none + "' in '" + path + "'.");
+  }
+  const std::pair<const char*, const char*> sources[] = {{"select", "Id"},
+                                                         {"Eins", "n"},
+                                                         {" \n(SELECT Id AS m FROM A)", "m"},
+                                                         {"select\nId\nFROM b", "Id"},
+                                                         {"zwei", "Id"},
+                                                         {"[Update x]", ""}};
+  for (const auto& [source, field] : sources) {
+    std::string found;
+    test::raisedBy([&, s = source] { found = database->openRecordset(s)->fields()[0].name; });
+    EXPECT_EQ(found, field) << source;
+  }
+  EXPECT_EQ(test::raisedBy([&] { database->openRecordset("Update x"); }).number, kNotSupported);
+  EXPECT_EQ(
+      database->openRecordset("Update x", static_, readOnly, SourceKind::table)->recordCount(), 0);
+  database->close();
+  EXPECT_EQ(test::raisedBy([&] { database->tableNames(); }).description,
+            "The connection to '" + path + "' is closed.");
+}
+
 /// A table of panes with an index over each but the last of the columns that are searched.
 class RecordsetTest : public testing::Test {
  protected:
