@@ -214,6 +214,7 @@ TEST_F(RecordsetTest, VisitsItsRowsInEveryDirection) {
     auto rows = open(static_, readOnly, source);
     EXPECT_FALSE(rows->bof() || rows->eof());
     EXPECT_EQ(rows->recordCount(), 4);
+    EXPECT_EQ(rows->value(kName), Value("a"));
     rows->moveLast();
     EXPECT_EQ(rows->value("NAME"), Value("d"));
     rows->moveNext();
