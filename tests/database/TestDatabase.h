@@ -62,7 +62,7 @@ inline std::string textOf(const store::HistoryChange& change) {
           " " + change.columns[i] + " " + textOf(change.before[i]) + ">" + textOf(change.after[i]);
     }
   }
-  return text + "\n";
+  return text;
 }
 
 /// The rows of a statement, fields parted by "|", rows by a blank.
@@ -153,7 +153,7 @@ class DatabaseTest : public ::testing::Test {
     test::addRow(*dc, table, values);
   }
 
-  /// The rows that it writes, a line each.
+  /// The rows that it writes, parted by "; ".
   std::string changesOf(const std::function<void()>& work) {
     store::History history(*dc);
     history.keep();
@@ -165,7 +165,9 @@ class DatabaseTest : public ::testing::Test {
     std::string text;
     const auto works = history.works();
     for (std::size_t i = known; i < works.size(); ++i) {
-      for (const auto& change : history.changes(works[i])) text += textOf(change);
+      for (const auto& change : history.changes(works[i])) {
+        text += (text.empty() ? "" : "; ") + textOf(change);
+      }
     }
     return text;
   }

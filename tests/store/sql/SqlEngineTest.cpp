@@ -193,98 +193,6 @@ TEST_F(SqlEngineTest, MakesAnIndexInMemoryForAJoinThatHasNone) {
   EXPECT_THAT(file.cost(sql), Lt(7000));
 }
 
-std::string literal(const Value& value) {
-  if (const auto* text = value.getIf<std::string>()) {
-    std::string quoted;
-    for (const char c : *text) {
-      quoted += c;
-      quoted += c == '\'' ? "'" : "";
-    }
-    return "'" + quoted + "'";
-  }
-  return fmt::format("{:.17g}", value.toDouble());
-}
-
-/// Conditions over a column: with a value that it has and, if `beyond`, with what its type does not
-/// hold.
-std::vector<std::string> conditions(const std::string& value, bool beyond) {
-  std::vector<std::string> found;
-  for (const char* op : {"=", "<", "<=", ">", ">=", "<>"}) {
-    found.push_back(fmt::format(" {} {}", op, value));
-    if (!beyond) continue;
-    for (const char* other : {"1e10", "-1e10", "2.5"}) {
-      found.push_back(fmt::format(" {} {}", op, other));
-    }
-  }
-  return found;
-}
-
-/// For the first column of every index: whether conditions and orders that the index serves give
-/// what they give without it (the column inside IIf is one for SQLite to compare).
-void compareIndexWithScan(QueriedFile& file) {
-  std::vector<std::shared_ptr<jet::Table>> tables;
-  {
-    const jet::Pager::ReadLock lock(file.database().pager());
-    for (const jet::CatalogEntry& entry : file.database().entries()) {
-      if (entry.kind == jet::CatalogEntry::Kind::table && !entry.isSystem()) {
-        tables.push_back(file.database().table(entry.name));
-      }
-    }
-  }
-  for (const auto& table : tables) {
-    std::set<std::size_t> seen;
-    for (const jet::RealIndex& index : table->definition().realIndexes) {
-      if (!seen.insert(index.columns[0].column).second) continue;
-      const jet::Column& column = table->definition().columns[index.columns[0].column];
-      std::vector<Value> values;
-      {
-        const jet::Pager::ReadLock lock(file.database().pager());
-        for (jet::TableScan scan = table->scan(); scan.next() && values.size() < 400;) {
-          values.push_back(scan.row().value(column));
-        }
-      }
-      const std::string name = fmt::format("[{}]", column.name);
-      const std::string hidden = fmt::format("IIf(True, {0}, {0})", name);
-      const std::string from = fmt::format("SELECT * FROM [{}] WHERE ", table->name());
-      bool isFirst = true;
-      for (std::size_t i = 0; i < values.size(); i += 1 + values.size() / 2) {
-        if (values[i].isNull() || values[i].getIf<Bytes>() != nullptr ||
-            values[i].getIf<Guid>() != nullptr) {
-          continue;
-        }
-        const bool beyond = std::exchange(isFirst, false) && !values[i].getIf<std::string>();
-        for (const std::string& condition : conditions(literal(values[i]), beyond)) {
-          auto indexed = file.rows(from + name + condition);
-          auto scanned = file.rows(from + hidden + condition);
-          std::sort(indexed.begin(), indexed.end());
-          std::sort(scanned.begin(), scanned.end());
-          EXPECT_EQ(indexed, scanned) << table->name() << ": " << name << condition;
-        }
-      }
-      for (const char* direction : {"", " DESC"}) {
-        const std::string select =
-            fmt::format("SELECT {} FROM [{}] ORDER BY ", name, table->name());
-        const auto indexed = file.rows(select + name + direction);
-        const auto scanned = file.rows(select + hidden + direction);
-        ASSERT_EQ(indexed.size(), scanned.size());
-        for (std::size_t i = 0; i < indexed.size(); ++i) {
-          const bool same = column.type == ColumnType::text || column.type == ColumnType::memo
-                                ? TextOrder(column.sortOrder).compare(indexed[i], scanned[i]) == 0
-                                : indexed[i] == scanned[i];
-          EXPECT_TRUE(same) << name << direction << ": " << indexed[i] << ", " << scanned[i];
-        }
-      }
-    }
-  }
-}
-
-TEST_F(SqlEngineTest, GivesTheSameWithAndWithoutAnIndex) {
-  forEachFile({"sources/orvdata-3.0.0.mdb", "access/testV2000.mdb", "access/compIndexTestV2000.mdb",
-               "access/indexTestV2000.mdb", "access/testIndexCodesV1997.mdb",
-               "access/compIndexTestV1997.mdb"},
-              compareIndexWithScan);
-}
-
 TEST_F(SqlEngineTest, OrdersWholeRowsByThePositionsOfTheirColumns) {
   QueriedFile file = sample();
   EXPECT_THAT(file.rows("SELECT * FROM FrameTypes ORDER BY 2 DESC"),
@@ -365,26 +273,36 @@ void makeBounds(jet::Database& database) {
                                {.name = "Whole", .type = longInteger},
                                {.name = "Single", .type = single},
                                {.name = "Double", .type = double_},
-                               {.name = "When", .type = dateTime}},
+                               {.name = "When", .type = dateTime},
+                               {.name = "Name", .size = 255},
+                               {.name = "Note", .type = memo}},
                               {{"A", {{"Tiny"}, {"Small"}}},
                                {"B", {{"Small", false}, {"Tiny", false}}},
                                {"C", {{"Whole", false}}, false, false, true},
                                {"D", {{"Single"}}},
                                {"E", {{"Double", false}}},
-                               {"F", {{"When"}, {"Whole"}}}}});
+                               {"F", {{"When"}, {"Whole"}}},
+                               {"G", {{"Name", false}}},
+                               {"H", {{"Note"}}}}});
   const auto table = database.table("Bounds");
   const std::vector<double> bounds{0,   -0.0,   1,     2.5,          -0.5,          255,
                                    256, -32768, 32767, 2147483647.0, -2147483648.0, 0.1};
+  const std::string many(254, 'x');
+  const std::vector<Value> texts{
+      "",      "a",    "A",     "ab",     "Gr\u00f6\u00dfe", "Gr\u00f6sse",
+      "co-op", "coop", Value(), "\u00e9", many + "y",        many + "Z"};
   jet::Transaction transaction(database.pager());
   for (int i = 0; i < 120; ++i) {
+    const Value& text = texts[static_cast<std::size_t>(i * 5) % texts.size()];
     const double value = bounds[static_cast<std::size_t>(i) % bounds.size()];
     const auto within = [&](double least, double most) {
       return i % 11 == 10 ? Value() : Value(std::clamp(std::trunc(value), least, most));
     };
-    table->insert(std::vector<Value>{within(0, 255), within(-32768, 32767),
-                                     within(-2147483648.0, 2147483647.0), static_cast<float>(value),
-                                     i % 7 == 6 ? Value() : Value(value),
-                                     Date{std::clamp(value, -600'000.0, 2'900'000.0)}});
+    table->insert(std::vector<Value>{
+        within(0, 255), within(-32768, 32767), within(-2147483648.0, 2147483647.0),
+        static_cast<float>(value), i % 7 == 6 ? Value() : Value(value),
+        Date{std::clamp(value, -600'000.0, 2'900'000.0)}, text,
+        text.isNull() ? text : Value(text.toText() + (i % 2 == 0 ? "" : many))});
   }
   transaction.commit();
 }
@@ -397,30 +315,37 @@ TEST_F(SqlEngineTest, FindsByAnIndexWhatIsAtTheBoundsOfTypes) {
     std::sort(rows.begin(), rows.end());
     return rows;
   };
-  for (const char* column : {"Tiny", "Small", "Whole", "Single", "Double", "When"}) {
+  const std::vector<std::string> numbers{"-1e10", "-2147483648", "-32768",     "-0.5",
+                                         "0",     "0.1",         "1",          "2.5",
+                                         "255",   "32767",       "2147483647", "1e10"};
+  const std::string long_ = "'" + std::string(254, 'X') + "z'";
+  const std::vector<std::string> texts{"''",     "'A'", "'ab'", "'gr\u00f6\u00dfE'",
+                                       "'coop'", "'e'", long_};
+  for (const std::string name :
+       {"Tiny", "Small", "Whole", "Single", "Double", "When", "Name", "Note"}) {
     const auto scanned = [&](const std::string& condition) {
-      return sorted(fmt::format("IIf(True, {0}, {0}){1}", column, condition));
+      return sorted(fmt::format("IIf(True, {0}, {0}){1}", name, condition));
     };
-    const std::string name = column;
     const auto nulls = name == "Whole" ? 0 : scanned(" IS NULL").size();
-    for (const char* value : {"-1e10", "-2147483648", "-32768", "-0.5", "0", "0.1", "1", "2.5",
-                              "255", "32767", "2147483647", "1e10"}) {
+    for (const std::string& value : name[0] == 'N' ? texts : numbers) {
       const auto equal = scanned(fmt::format(" = {}", value)).size();
       for (const std::string op : {"=", "<", "<=", ">", ">="}) {
         const std::string condition = fmt::format(" {} {}", op, value);
         const auto wanted = scanned(condition);
+        const auto before = file.engine().rowsRead();
         EXPECT_EQ(sorted(name + condition), wanted) << name << condition;
+        const auto read = file.engine().rowsRead() - before;
         // Rows at an open bound are read too, and those with Null, which come before all others.
         const auto most =
             wanted.size() + (op == "<" || op == ">" ? equal : 0) + (op[0] == '<' ? nulls : 0);
-        const auto read = file.cost("SELECT * FROM Bounds WHERE " + name + condition);
         const bool isAll = wanted.size() + nulls == 120;
-        EXPECT_TRUE(read == most || name == "Single" || wanted.empty() || isAll)
+        EXPECT_TRUE(read == most || name == "Single" || name == "Note" || wanted.empty() || isAll)
             << name << condition << ": " << read << ", " << most;
       }
     }
     for (const char* condition :
          {" IS NULL", " BETWEEN -0.5 AND 1", " NOT BETWEEN 0 AND 1", " IN (1, 255)"}) {
+      if (name[0] == 'N') continue;
       EXPECT_EQ(sorted(name + condition), scanned(condition)) << name << condition;
     }
   }

@@ -1,11 +1,12 @@
 // Plain SQLite tables that are queried in Access SQL, to test the translation without a file.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <fstream>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,17 +20,18 @@
 
 namespace orv::store::sql {
 
-/// What stands between " ; " and ends of lines.
-inline std::vector<std::string> parted(std::string text) {
-  for (std::size_t at = 0; (at = text.find(" ; ", at)) != std::string::npos;) {
-    text.replace(at, 3, "\n");
+/// The lines "left -> right" of a file beside the tests; $ stands for an empty text on the right.
+inline std::vector<std::pair<std::string, std::string>> casesOf(const std::string& file) {
+  std::vector<std::pair<std::string, std::string>> cases;
+  std::ifstream in(ORV_SOURCE_DIR "/tests/store/sql/" + file);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t arrow = line.rfind(" -> ");
+    if (arrow == std::string::npos || line.starts_with("# ")) continue;
+    const std::string right = line.substr(arrow + 4);
+    cases.emplace_back(line.substr(0, arrow), right == "$" ? "" : right);
   }
-  std::vector<std::string> parts;
-  std::istringstream lines(text);
-  for (std::string part; std::getline(lines, part);) {
-    if (!part.empty()) parts.push_back(part);
-  }
-  return parts;
+  EXPECT_GT(cases.size(), 50U) << file;
+  return cases;
 }
 
 /// Panes, Suppliers and Orders with a few rows each.
