@@ -98,26 +98,18 @@ TEST(TextFile, IsReplacedWhole) {
 }
 
 TEST(TextFile, IsLikeAPaneOrAShading) {
-  using enum Likeness;
-  const std::pair<const char*, Likeness> cases[] = {
-      {"", neither},
-      {"SI", pane},
-      {"\r\n{ x }\n\nip Microns", pane},
-      {"nfrc", pane},
-      {"1 SI", neither},
-      {"1 2 3 4 5 6 7 8 9", shading},
-      {"\n1 2 3 4 5 6 7 8 9 10\n", shading},
-      {"1 2 3 4 5 6 7 8\n9", neither},
-      {"1 2 3 4 5 6 7 8 9 x", neither},
-      {"words { product TYPE: }", shading},
-      {"{ Crown height: 1 }", shading},
-      {"{ Pitch: 1 }", shading},
-      {"{ Permeability: 1 }", shading},
-      {"{ Units: 1 }", shading},
-      {"{ Pitch }{ Pitch of it: 1 }", neither},
-      {"{ Pitch: 1 ", neither},
-  };
-  for (const auto& [text, likeness] : cases) EXPECT_EQ(likenessOf(text), likeness) << text;
+  for (const char* text : {"SI", "\r\n{ x }\n\nip Microns", "nfrc"}) {
+    EXPECT_EQ(likenessOf(text), Likeness::pane) << text;
+  }
+  for (const char* text :
+       {"1 2 3 4 5 6 7 8 9", "\n1 2 3 4 5 6 7 8 9 10\n", "words { product TYPE: }",
+        "{ Crown height: 1 }", "{ Pitch: 1 }", "{ Permeability: 1 }", "{ Units: 1 }"}) {
+    EXPECT_EQ(likenessOf(text), Likeness::shading) << text;
+  }
+  for (const char* text : {"", "1 SI", "1 2 3 4 5 6 7 8\n9", "1 2 3 4 5 6 7 8 9 x",
+                           "{ Pitch }{ Pitch of it: 1 }", "{ Pitch: 1 "}) {
+    EXPECT_EQ(likenessOf(text), Likeness::neither) << text;
+  }
 }
 
 TEST(TextFile, TellsWhichEntriesItGives) {
