@@ -128,6 +128,17 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   ASSERT_TRUE(pending.save().isFine());
   EXPECT_EQ(stored()[std::pair(1, "thickness")], "7");
   EXPECT_EQ(stored()[std::pair(2, "product name")], "mine");
+
+  // What cannot be saved any more is in the way of nothing that is typed elsewhere.
+  pending.type({typed(4, "thickness", "5")});
+  session.database.DeleteGlazing(4, dc);
+  EXPECT_EQ(pending.type({typed(3, "thickness", "2"), typed(1, "thickness", "2")}), 2U);
+  EXPECT_EQ(pending.review().refusals.size(), 1U);
+  EXPECT_FALSE(pending.save().isFine());
+  EXPECT_EQ(pending.name(4), "d");
+  pending.drop({pending.changes().back()});
+  EXPECT_TRUE(pending.save().isFine());
+  EXPECT_TRUE(pending.review().refusals.empty());
 }
 
 }  // namespace
