@@ -782,6 +782,9 @@ TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
       {"conductivity |conduction|431 W/(m·K)|0.02 to 430 W/(m·K)|A conduction of 431 W/(m·K) is "
        "none of a shading",
        [](auto& s) { s.conduction(431); }},
+      {"emissivity |emission_IR_outdoor|1.2|0 to 1|emission_IR_outdoor is 1.2, which is no "
+       "fraction",
+       [](auto& s) { s.emission_IR_outdoor(1.2); }},
       {"emissivity |emissivity_slat_surf_ind|1.5|0 to 1|emissivity_slat_surf_ind is 1.5, which is "
        "no fraction",
        [](auto& s) { s.emissivity_slat_surf_ind(1.5); }},
