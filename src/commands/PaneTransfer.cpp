@@ -238,7 +238,7 @@ class PaneTransfer {
     pane = work_.reader().pane(part.identifier, part.angle);
     const std::string degrees = std::to_string(pane->ORV_Angle()) + " degrees...";
     work_.status("Reading " + pane->filename() + ", angle = " + degrees);
-    settleGroup(*pane);
+    settleGroup();
     const auto group = work_.chooseGroup();
     if (!group) return false;
     pane->group(*group);
@@ -321,11 +321,9 @@ class PaneTransfer {
   }
 
   /// Panes of the IGDB stay in a group of that name, for which nobody is asked.
-  void settleGroup(GlazingData& pane) {
-    const auto& source = *work_.records().DataSourcePtr();
-    if (const auto group = groupOfSource(source)) work_.group().settle(*group);
-    const auto database = source.Parent();
-    if (database && database->DataType() == DataType::optics5User) pane.group("Unknown");
+  void settleGroup() {
+    const auto group = groupOfSource(*work_.records().DataSourcePtr());
+    if (group) work_.group().settle(*group);
   }
 
   TransferWork& work_;

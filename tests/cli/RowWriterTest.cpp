@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "cli/RowWriter.h"
+#include "cli/ValueText.h"
 
 namespace orv::cli {
 namespace {
@@ -59,6 +60,12 @@ TEST(RowWriterTest, LongTablesAreWrittenWhileTheirRowsCome) {
   writer->row({"text", "y"});
   writer->end();
   EXPECT_EQ(out.str(), "12345  wide\ntext  y\n");
+}
+
+TEST(RowWriterTest, DatesHaveTheirTimeUnlessTheyAreNone) {
+  EXPECT_EQ(cellText(store::Date{45000.0}), "2023-03-15 00:00:00");
+  EXPECT_EQ(cellText(store::Date{-1e151}), "-1e+151");
+  EXPECT_EQ(cellText(store::Date{45000.25}), "2023-03-15 06:00:00");
 }
 
 TEST(RowWriterTest, NoRowsAreStillAResult) {

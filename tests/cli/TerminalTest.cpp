@@ -59,6 +59,37 @@ TEST_F(TerminalTest, APasswordIsAskedForAndNotShown) {
   }
 }
 
+TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
+  makeDatabase();
+  const std::string question = "(yes/NO/cancel) ";
+  const struct {
+    const char* arguments;
+    std::vector<std::pair<std::string, std::string>> answers;
+    int exit;
+    const char* end;
+  } cases[] = {
+      {"delete db.mdb 1", {{question, ""}}, 1, "0 records deleted, then cancelled."},
+      {"delete db.mdb 1", {{question, "\x04"}}, 1, "0 records deleted, then cancelled."},
+      {"delete db.mdb 1", {{question, "what"}, {question, " Y "}}, 0, "1 record deleted."},
+      {"delete db.mdb 9 1 2",
+       {{question, "yes"},
+        {"(ABORT/retry/ignore) ", "r"},
+        {"(ABORT/retry/ignore) ", "ignore"},
+        {"(ABORT/retry/ignore) ", ""}},
+       1,
+       "0 records deleted, 2 failed, then cancelled."},
+      {"edit db.mdb 2 thickness=4", {{question, "no"}}, 1, question.c_str()},
+      {"edit db.mdb 2 thickness=4", {{question, "YES"}}, 0, "1 change made."},
+      {"copy a.txt db.mdb", {{"records: ", " Typed "}}, 0, "1 record copied."},
+      {"list db.mdb --columns name,GroupName --format csv", {}, 0, "a.txt,Typed"},
+  };
+  for (const auto& [arguments, answers, exit, end] : cases) {
+    const Ended run = onTerminal(arguments, answers);
+    EXPECT_EQ(run.exit, exit) << arguments;
+    EXPECT_NE(run.out.find(end), std::string::npos) << arguments << run.out;
+  }
+}
+
 TEST_F(TerminalTest, RowsAreSpelledOutInEveryFormat) {
   folder.write("a.txt", paneText("Red \x1b[31m\u202E"));
   for (const char* format : {"table", "tsv", "json"}) {

@@ -149,6 +149,10 @@ class AuditTest : public CommandsTest {
 TEST_F(AuditTest, GoodPanesHaveNoFindings) {
   EXPECT_THAT(found({}), IsEmpty());
   EXPECT_EQ(result.summary(), "3 records: no errors, no warnings, no notes.");
+  EXPECT_EQ(ui.log, (Lines{"progress: Auditing records...", "status: Auditing good1.txt...",
+                           "status: Auditing good2.txt...", "status: Auditing metal.txt...",
+                           "status: Ready", "progress ends"}));
+  EXPECT_EQ(ui.steps.back(), std::pair(3, 3));
 }
 
 TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
@@ -267,6 +271,9 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
       {"similar-makers |supplier|Kesrel Bay|Kestrel Bay|The supplier \"Kesrel Bay\" is nearly "
        "\"Kestrel Bay\", which is there, too",
        with(clear(), &Draft::maker, "Kesrel Bay").text()},
+      {"similar-makers |supplier|Kestrép Bay|Kestrel Bay|The supplier \"Kestrép Bay\" is nearly "
+       "\"Kestrel Bay\", which is there, too",
+       with(clear(), &Draft::maker, "Kestrép Bay").text()},
       {"similar-makers |supplier|Kestrell Bay|Kestrel Bay|The supplier \"Kestrell Bay\" is nearly "
        "\"Kestrel Bay\", which is there, too",
        with(clear(), &Draft::maker, "Kestrell Bay").text()},
@@ -317,6 +324,17 @@ Draft extended(double nm) {
   return draft;
 }
 
+Draft spiked(double step) {
+  Draft draft = ramp(step);
+  draft.points[10].T += 0.1;
+  return draft;
+}
+
+/// The first point is far off, but so is the curve behind it.
+Draft bent(double nm) {
+  return changed(raised(300, 300, 0.07), nm, 9999, [](Point& at) { at.T += 0.018; });
+}
+
 Draft moved(double to) {
   return changed(ramp(), 605, 605, [to](Point& at) { at.nm = to; });
 }
@@ -345,6 +363,9 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
       {"jump", raised(2490, 2490, 0.0199), raised(2490, 2490, 0.0201)},
       {"jump", raised(300, 300, 0.0499), raised(300, 300, 0.0501)},
       {"jump", raised(2500, 2500, -0.0499), raised(2500, 2500, -0.0501)},
+      {"jump", spiked(100.5), spiked(100)},
+      {"jump", bent(315), raised(300, 300, 0.07)},
+      {"jump", bent(320), raised(300, 300, 0.07)},
       {"detector-step", raised(860, 9999, 0.0099), raised(860, 9999, 0.01)},
       {"detector-step", raised(700, 9999, 0.02), raised(705, 9999, 0.02)},
       {"detector-step", raised(1110, 9999, 0.02), raised(1105, 9999, 0.02)},
@@ -373,6 +394,7 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
        }()},
       {"metal-infrared", behindMetal(0.3, 0.0199), behindMetal(0.3, 0.0201)},
       {"metal-infrared", behindMetal(0.31, 0.3), behindMetal(0.3, 0.3)},
+      {"metal-infrared", without(behindMetal(0.3, 0.3), 1000, 1300), behindMetal(0.3, 0.3)},
       {"thickness", thick("Monolithic", 0.3), thick("Monolithic", 0.29)},
       {"thickness", thick("Monolithic", 100), thick("Monolithic", 100.1)},
       {"thickness", thick("Film", 0.01), thick("Film", 0.009)},
@@ -760,6 +782,9 @@ TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
       {"conductivity |conduction|431 W/(m·K)|0.02 to 430 W/(m·K)|A conduction of 431 W/(m·K) is "
        "none of a shading",
        [](auto& s) { s.conduction(431); }},
+      {"emissivity |emission_IR_outdoor|1.2|0 to 1|emission_IR_outdoor is 1.2, which is no "
+       "fraction",
+       [](auto& s) { s.emission_IR_outdoor(1.2); }},
       {"emissivity |emissivity_slat_surf_ind|1.5|0 to 1|emissivity_slat_surf_ind is 1.5, which is "
        "no fraction",
        [](auto& s) { s.emissivity_slat_surf_ind(1.5); }},
@@ -772,6 +797,8 @@ TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
        [](auto& s) { s.transmission_IR_outdoor(0.22); }},
       {"flags |spectral|True|False|The shading is said to be spectral, but it has no spectrum",
        [](auto& s) { s.spectral(true); }},
+      {"flags |spectral|False|True|The shading is said not to be spectral, but it has a spectrum",
+       [](auto& s) { s.spectrum({{.wavelength = 500}}); }},
       {"flags |homogenious|True|False|The shading is said to be the same all over, but it has "
        "slats",
        [](auto& s) { s.homogenious(true); }},
@@ -868,7 +895,7 @@ TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
     session.database.InsertFrame(frame, dc());
   }
   std::map<std::string, std::string> findings;
-  for (const Finding& each : audit(database, {.without = {"similar-groups"}})) {
+  for (const Finding& each : audit(database, {.without = {"similar-groups", "too-short"}})) {
     std::string& text = findings[each.set + each.identifier];
     text += (text.empty() ? "" : "\n") + wholeOf(each);
   }

@@ -80,6 +80,13 @@ TEST_F(CompareTest, EachFieldOfAPaneIsToldOnceAndKeysAreNot) {
   }
   insert(a, "gone");
   EXPECT_THAT(compare(a, a), IsEmpty());
+  EXPECT_EQ(ui.log, (Lines{"progress: Comparing records...", "status: Reading Panes...",
+                           "status: Reading Panes...", "status: Comparing panes...",
+                           "status: Reading Frames...", "status: Reading Frames...",
+                           "status: Comparing frames...", "status: Reading Shadings...",
+                           "status: Reading Shadings...", "status: Comparing shadings...",
+                           "status: Ready", "progress ends"}));
+  EXPECT_EQ(ui.steps.back(), std::pair(9, 9));
   const Lines others{"removed|panes|3||gone||||", "added|panes||1|new||||"};
   EXPECT_EQ(compare(a, b), others);
   EXPECT_EQ(result.summary(), "2 records are the same, 1 added, 1 removed, 0 changed.");
@@ -216,6 +223,7 @@ TEST_F(CompareTest, PanesOfTheIgdbAreComparedAsACopyBringsThem) {
   set(b, "Pane_spectral_data", "PaneID = 1 AND wavelength = 500", "transmission_sub", 0.25F);
   set(b, "Pane_spectral_data", "PaneID = 1 AND wavelength = 300", "reflection_indoor", 0.75F);
   set(b, "Pane", "name = 'alone.dat'", "with_and_without_film", true);
+  set(b, "Pane_spectral_data", "PaneID = 3", "transmission_sub", 0.5F);
   EXPECT_EQ(
       compare(igdb, b),
       (Lines{"changed|panes|alone.dat|3|alone.dat||with and without film|no|yes",
@@ -327,6 +335,7 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   set(a, "Pane", "PaneID < 3", "name", "twin");
   set(b, "Pane", "PaneID = 2", "name", "twin");
   set(b, "Pane", "PaneID = 2", "product_name", "Product a");
+  EXPECT_THAT(pairs({}), ElementsAre("?1-", "?2-2", "3-", "-1", "-3"));
   const Lines twins = compare(a, b);
   EXPECT_THAT(twins, ::testing::Contains("removed|panes|1||twin||||"));
   EXPECT_EQ(result.count(commands::compare::State::changed), 0U) << ::testing::PrintToString(twins);
@@ -356,6 +365,9 @@ TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
   const auto files = texts(
       TextFileKind::panes,
       {{"pane", paneText("Alpha")}, {"pane_30", entries + paneText("Alpha")}, {"bad", "no pane"}});
+  const auto twins =
+      texts(TextFileKind::panes,
+            {{"pane", paneText("Alpha")}, {"twin", "{ Record Name: pane }" + paneText("Alpha")}});
   ui.inputs = {"Demo"};
   commands::pasteRecords(session, selectAll(files), b);
   EXPECT_THAT(compare(files, b), IsEmpty());
@@ -365,6 +377,10 @@ TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
               UnorderedElementsAre("A has no frames: those of B were not compared.",
                                    "A has no shadings: those of B were not compared.",
                                    HasSubstr("only the panes of B have it: supplier, group, ")));
+  EXPECT_EQ(compare(files, twins),
+            (Lines{"changed|panes|pane,pane_30|pane|pane|30|spectrum|3 points, 300 to 2500 nm|none",
+                   "added|panes||twin|pane||||"}));
+  EXPECT_EQ(result.summary(), "0 records are the same, 1 added, 0 removed, 1 changed.");
   set(b, "Pane_spectral_data", "angle = 30 AND wavelength = 500", "reflection_indoor", 0.5F);
   EXPECT_EQ(compare(files, b),
             Lines{"changed|panes|pane,pane_30|1|pane|30|Rb|0.08 at 500 nm|0.5 at 500 nm (+0.42)"});

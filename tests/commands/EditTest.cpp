@@ -11,6 +11,7 @@
 #include "commands/edit/Editor.h"
 #include "commands/edit/LookupRecords.h"
 #include "database/DatabaseDump.h"
+#include "model/Raised.h"
 #include "store/Check.h"
 #include "store/History.h"
 
@@ -188,6 +189,9 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
 }
 
 TEST_F(EditTest, WhatBecomesUntrueIsSaid) {
+  setAll(dc, "ORVdata_version", "version", "2.0.1");
+  EXPECT_EQ(raisedBy([&] { editor(EditSet::panes); }).number, kInvalidCall);
+  setAll(dc, "ORVdata_version", "version", "3.0.0");
   Editor panes = editor(EditSet::panes);
   const auto review =
       panes.review({change(panes, 1, "thickness", "4"), change(panes, 2, "thickness", "4"),

@@ -31,6 +31,11 @@ TEST_F(ExportTest, OneFileAnAngleAndNothingIsOverwrittenUnasked) {
   const std::vector<std::string> first = {"one.dat", "many_0deg.txt", "many_60deg.txt",
                                           "a_b_c.txt"};
   EXPECT_EQ(exportAll(panes).files, first);
+  EXPECT_EQ(ui.log,
+            (std::vector<std::string>{"progress: Exporting records...", "status: Exporting 1...",
+                                      "status: Exporting 2...", "status: Exporting 3...",
+                                      "status: Ready", "progress ends"}));
+  EXPECT_EQ(ui.steps.back(), std::pair(3, 3));
   EXPECT_EQ(exportAll(panes).files, (std::vector<std::string>{"one_2.dat", "many_0deg_2.txt",
                                                               "many_60deg_2.txt", "a_b_c_2.txt"}));
   EXPECT_EQ(exportAll(panes, true).files, first);

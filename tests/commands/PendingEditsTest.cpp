@@ -108,6 +108,13 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   EXPECT_NE(raisedBy([&] { pending.type({typed(1, "name", "b")}); }).description.find("\"b\""),
             std::string::npos);
   EXPECT_EQ(pending.changes(), before);
+  EXPECT_EQ(raisedBy([&] {
+              pending.type({typed(1, "thickness", "x"), typed(1, "frozen", "z"),
+                            typed(2, "supplier", " "), typed(3, "thickness", "1e5"),
+                            typed(9, "thickness", "1")});
+            }).description,
+            "pane 1: thickness is a number, and \"x\" is none.\npane 1: frozen is yes or no, and "
+            "\"z\" is neither.\npane 2: supplier cannot be empty.\n... and 2 more.");
 
   pending.type({typed(2, "product name", "mine"), typed(3, "product name", "mine")});
   for (const auto& [record, text] : {std::pair(1, "6"), std::pair(2, "theirs")}) {
@@ -128,6 +135,17 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   ASSERT_TRUE(pending.save().isFine());
   EXPECT_EQ(stored()[std::pair(1, "thickness")], "7");
   EXPECT_EQ(stored()[std::pair(2, "product name")], "mine");
+
+  // What cannot be saved any more is in the way of nothing that is typed elsewhere.
+  pending.type({typed(4, "thickness", "5")});
+  session.database.DeleteGlazing(4, dc);
+  EXPECT_EQ(pending.type({typed(3, "thickness", "2"), typed(1, "thickness", "2")}), 2U);
+  EXPECT_EQ(pending.review().refusals.size(), 1U);
+  EXPECT_FALSE(pending.save().isFine());
+  EXPECT_EQ(pending.name(4), "d");
+  pending.drop({pending.changes().back()});
+  EXPECT_TRUE(pending.save().isFine());
+  EXPECT_TRUE(pending.review().refusals.empty());
 }
 
 }  // namespace

@@ -128,6 +128,9 @@ TEST(RecordView, FindsAroundTheEnds) {
   EXPECT_EQ(view.find("10", 8, true), 0U);
   EXPECT_EQ(view.find("bronze", 2, false), 6U);
   EXPECT_EQ(view.find("nowhere", 0, true), std::nullopt);
+  EXPECT_EQ(view.find("10", 7, false), 7U);
+  EXPECT_EQ(view.find("10", 6, false), 1U);
+  EXPECT_EQ(view.find("bronze", 0, false), 6U);
 }
 
 TEST(CellText, RoundsFractionsAndLeavesWholeNumbersAlone) {
@@ -215,6 +218,10 @@ TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
   EXPECT_EQ(cellText(table.value(0, named("Tf_sol stored")), 4), "0.13");
   EXPECT_EQ(cellText(table.value(0, named("Rb_vis stored")), 4), "0.16");
   EXPECT_EQ(cellText(table.value(0, named("Rb_vis computed")), 4), "0.2257");
+  ValueColumns computed(openRecordTable(node), session, node,
+                        {.computedBy = optics::Standard::en410});
+  EXPECT_TRUE(computed.fillNext());
+  EXPECT_EQ(cellText(computed.value(0, computed.columns().size() - 1), 4), "0.2257");
   for (const std::size_t row : {1U, 2U}) {
     for (const char* name : {"Tf_sol stored", "Rb_vis computed"}) {
       EXPECT_TRUE(table.value(row, named(name)).isNull()) << row << name;
