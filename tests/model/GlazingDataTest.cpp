@@ -146,6 +146,10 @@ TEST(GlazingData, CannotCloneWhatItsSettersRefuse) {
   EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "id cannot be -1");
   pane.id(1);
   EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "ef cannot be -1");
+  pane.ef(0);
+  EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "eb cannot be -1");
+  pane.eb(0);
+  EXPECT_EQ(pane.ShallowClone()->SpectralData(), nullptr);
 }
 
 }  // namespace

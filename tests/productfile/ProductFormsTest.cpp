@@ -76,7 +76,7 @@ TEST(ProductFormsTest, EachKeyFillsItsFieldOfTheRecord) {
   flat.Precalc_Tdw(0.42F), flat.Precalc_TSPF(10.5F), flat.Precalc_TCIEX(51), flat.Precalc_TCIEY(52);
   flat.Precalc_TCIEZ(53), flat.Precalc_RfCIEX(54), flat.Precalc_RfCIEY(55);
   flat.Precalc_RfCIEZ(56);
-  const auto ofFlat = ProductFile(R"({"id": 6, "product_id": 7, "name": "N", "product_name": "P",
+  const auto ofFlat = ProductFile(R"({"id": 0, "product_id": 7, "name": "N", "product_name": "P",
     "data_file_name": "F", "nfrc_id": 2147483647, "acceptance": "#", "appearance": "grey",
     "manufacturer_name": "M", "short_description": "D", "type": "GLAZING",
     "subtype": "Coated Glass", "coating_name": "C", "coated_side": "Back",
