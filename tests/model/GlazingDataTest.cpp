@@ -26,6 +26,7 @@ TEST(GlazingData, ConvertsUnits) {
   EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kIP), 0.5778008F);
   EXPECT_EQ(pane.ConvertedThickness(2), 4);
   pane.unit(kIP);
+  EXPECT_EQ(pane.ConvertedThickness(kIP), 4);
   EXPECT_FLOAT_EQ(pane.ConvertedThickness(kSI), 101.6F);
   EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kSI), 1.7307F);
   pane.Thickness(3e38F);

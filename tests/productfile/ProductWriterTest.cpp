@@ -81,6 +81,8 @@ TEST(ProductWriterTest, WritesTheExactText) {
   const std::string text = productfile::formatProducts({product});
   EXPECT_TRUE(text.starts_with("{\n \"type\"") && text.ends_with("\n}\n")) << text;
   EXPECT_NE(text.find("Fä"), std::string::npos);
+  const auto nothing = productfile::productOf(GlazingData());
+  EXPECT_EQ(nothing["integrated_spectral_averages_summaries"].dump(), "[]");
 }
 
 /// Other programs read the form's own keys only.

@@ -113,7 +113,8 @@ TEST_F(Repairs, LeaveAloneWhatIsNotCertain) {
         "300;0,1;0,05\n", "{ unclosed\nSI nm 4 1\n",
         "{ Info: 1,5; 20% nm }\nSI Microns 4 1\n0.3 * 0\n", "SI Microns 4 1\n0.5 0.1\n0.4 *\n",
         "SI Nanometers 4 1\n500 0.1 0.1\n500 0.2 0.2\n", "SI Microns 4 1\n0.5 0.1\n0.4 0.1\n",
-        "SI Microns 4 1\n0.5 0.1 0.1\n0.4 * 0\n", "SI Microns 4,0 1\n300,0,1,0\n400,0,1,0\n"}) {
+        "SI Microns 4 1\n0.3 0.1 0.1\nwords\n0.4 0 0\n", "SI Microns 4 1\n0.5 0.1 0.1\n0.4 * 0\n",
+        "SI Microns 4,0 1\n300,0,1,0\n400,0,1,0\n"}) {
     std::string mended = text;
     const std::string done = textfile::repair(mended);
     EXPECT_EQ(mended, text) << done;
