@@ -1,5 +1,4 @@
 #include "database/DatabaseErrors.h"
-#include "database/Lookups.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "support/FullRecords.h"
@@ -17,17 +16,6 @@ TEST_F(FrameTest, AnyOtherGroupIsUnknown) {
   EXPECT_EQ(database.RetrieveFrameORV_30(*dc, 0, "frame", "no group"), nullptr);
 }
 
-TEST_F(FrameTest, EmptyNamesOfLookupRowsBecomeUnknown) {
-  FrameDataClass frame;
-  frame.name("frame");
-  database.InsertFrame(frame, *dc);
-  EXPECT_EQ(frame.supplier(), "Unknown");
-  EXPECT_EQ(frame.group(), "Unknown");
-  EXPECT_EQ(frame.frametype(), "Unknown");
-  EXPECT_EQ(database::GroupIdByName("unknown", *dc), 1);
-  EXPECT_TRUE(valueOf("SELECT picture FROM Frame").isNull());
-}
-
 TEST_F(FrameTest, TheSameNameInTheSameGroupIsRefusedAndNothingWritten) {
   FrameDataClass frame = fullFrame();
   database.InsertFrame(frame, *dc);
@@ -42,18 +30,6 @@ TEST_F(FrameTest, TheSameNameInTheSameGroupIsRefusedAndNothingWritten) {
 TEST_F(FrameTest, WithoutKeyAndNameNothingCanBeRetrieved) {
   EXPECT_EQ(raisedBy([&] { database.RetrieveFrameORV_30(*dc, 0, "", "g"); }).number,
             database::kRetrievalFailed);
-}
-
-using ShadingTest = DatabaseTest;
-
-TEST_F(ShadingTest, TheSameShadingCanBeInsertedTwice) {
-  ShadingDataClass shading = fullShading();
-  database.InsertShading(shading, *dc);
-  database.InsertShading(shading, *dc);
-  EXPECT_EQ(shading.id(), 2);
-  EXPECT_EQ(rowCount("Shading"), 2);
-  EXPECT_EQ(rowCount("Shading_spectral_data"), 4);
-  EXPECT_EQ(database.RetrieveShading(*dc, 3), nullptr);
 }
 
 }  // namespace

@@ -150,13 +150,6 @@ class SubstrateTest : public PaneInsertionTest {
   }
 };
 
-TEST_F(SubstrateTest, AGoodOneIsWritten) {
-  database.InsertPane(*withSubstrate(makePane("pane")), *dc);
-  EXPECT_FLOAT_EQ(valueOf("SELECT transmission_sub FROM Pane_spectral_data").toDouble(), 0.7F);
-  EXPECT_FLOAT_EQ(valueOf("SELECT reflection_sub FROM Pane_spectral_data").toDouble(), 0.08F);
-  EXPECT_TRUE(valueOf("SELECT with_and_without_film FROM Pane").toBoolean());
-}
-
 TEST_F(SubstrateTest, ABadOneThatIsNotLeftOutIsRefused) {
   questions.answers = {false};
   const Raised raised = raisedBy([&] { database.InsertPane(*badPane("pane.txt"), *dc); });

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "database/ORV_DatabaseInterface.h"
 #include "database/OrvSchema.h"
+#include "store/History.h"
 #include "textfile/Folder.h"
 
 namespace orv::test {
@@ -42,17 +44,34 @@ inline void addRow(store::Connection& dc, const std::string& table, const FieldV
   rows->update();
 }
 
+inline std::string textOf(const store::Value& value) {
+  if (const auto* bytes = value.getIf<store::Bytes>()) return {bytes->begin(), bytes->end()};
+  return value.isNull() ? "Null" : value.toText();
+}
+
+/// A row that was added, with +, or deleted, with -, or the columns that have become others.
+inline std::string textOf(const store::HistoryChange& change) {
+  const bool isAdded = change.before.empty();
+  const bool isWhole = isAdded || change.after.empty();
+  std::string text = change.table + (!isWhole ? "" : isAdded ? " +" : " -");
+  for (std::size_t i = 0; i < change.columns.size(); ++i) {
+    if (isWhole) {
+      text += (i > 0 ? "|" : " ") + textOf((isAdded ? change.after : change.before)[i]);
+    } else if (change.before[i] != change.after[i]) {
+      text +=
+          " " + change.columns[i] + " " + textOf(change.before[i]) + ">" + textOf(change.after[i]);
+    }
+  }
+  return text;
+}
+
 /// The rows of a statement, fields parted by "|", rows by a blank.
 inline std::string rowsOf(store::Connection& dc, const std::string& statement) {
   std::string text;
   for (auto rows = dc.openRecordset(statement); !rows->eof(); rows->moveNext()) {
     if (!text.empty()) text += ' ';
     for (std::size_t i = 0; i < rows->fields().size(); ++i) {
-      const store::Value value = rows->value(i);
-      const store::Bytes* bytes = value.getIf<store::Bytes>();
-      text += (i > 0 ? "|" : "") + (value.isNull()     ? "Null"
-                                    : bytes != nullptr ? std::string(bytes->begin(), bytes->end())
-                                                       : value.toText());
+      text += (i > 0 ? "|" : "") + textOf(rows->value(i));
     }
   }
   return text;
@@ -132,6 +151,25 @@ class DatabaseTest : public ::testing::Test {
 
   void addRow(const std::string& table, const FieldValues& values) {
     test::addRow(*dc, table, values);
+  }
+
+  /// The rows that it writes, parted by "; ".
+  std::string changesOf(const std::function<void()>& work) {
+    store::History history(*dc);
+    history.keep();
+    const std::size_t known = history.works().size();
+    {
+      const store::History::Scope scope(*dc, "work");
+      work();
+    }
+    std::string text;
+    const auto works = history.works();
+    for (std::size_t i = known; i < works.size(); ++i) {
+      for (const auto& change : history.changes(works[i])) {
+        text += (text.empty() ? "" : "; ") + textOf(change);
+      }
+    }
+    return text;
   }
 
   Folder folder;

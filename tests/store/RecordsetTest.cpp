@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
 #include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/StoreError.h"
 #include "support/TemporaryFolder.h"
@@ -20,6 +22,45 @@ using enum LockType;
 using testing::ElementsAre;
 
 constexpr std::size_t kId = 0, kName = 1, kSize = 2, kPrice = 3, kDay = 4, kOn = 5, kNote = 6;
+
+TEST(StoreConnection, OpensFilesAndTellsStatementsFromNames) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "names.mdb";
+  Connection::create(path, [](Connection& made) {
+    for (const char* name : {"b", "select", "A", "Update x"}) {
+      made.createTable({name, {{"Id", ColumnType::longInteger}}});
+    }
+    made.createQuery({.name = "zwei", .outputs = {{"*"}}, .tables = {"A"}});
+    made.createQuery({.name = "Eins", .outputs = {{"b.Id", "n"}}, .tables = {"b"}});
+  });
+  EXPECT_EQ(test::raisedBy([&] { Connection::open("Provider=x;Data Sources=" + path); }).number,
+            kStoreFailure);
+  const auto database = Connection::open("Provider=x;data source=" + path + ";a;Data Source=y");
+  EXPECT_THAT(database->tableNames(), ElementsAre("A", "b", "select", "Update x"));
+  EXPECT_THAT(database->queryNames(), ElementsAre("Eins", "zwei"));
+  EXPECT_EQ(database->querySql("EINS"), "SELECT b.Id AS n FROM b;");
+  for (const char* none : {"A", "none"}) {
+    EXPECT_EQ(test::raisedBy([&] { database->querySql(none); }).description,
+              std::string("There is no saved query '") + none + "' in '" + path + "'.");
+  }
+  const std::pair<const char*, const char*> sources[] = {{"select", "Id"},
+                                                         {"Eins", "n"},
+                                                         {" \n(SELECT Id AS m FROM A)", "m"},
+                                                         {"select\nId\nFROM b", "Id"},
+                                                         {"zwei", "Id"},
+                                                         {"[Update x]", ""}};
+  for (const auto& [source, field] : sources) {
+    std::string found;
+    test::raisedBy([&, s = source] { found = database->openRecordset(s)->fields()[0].name; });
+    EXPECT_EQ(found, field) << source;
+  }
+  EXPECT_EQ(test::raisedBy([&] { database->openRecordset("Update x"); }).number, kNotSupported);
+  EXPECT_EQ(
+      database->openRecordset("Update x", static_, readOnly, SourceKind::table)->recordCount(), 0);
+  database->close();
+  EXPECT_EQ(test::raisedBy([&] { database->tableNames(); }).description,
+            "The connection to '" + path + "' is closed.");
+}
 
 /// A table of panes with an index over each but the last of the columns that are searched.
 class RecordsetTest : public testing::Test {
@@ -63,12 +104,21 @@ class RecordsetTest : public testing::Test {
 
   template <typename Work>
   static std::int32_t errorOf(Work work) {
-    try {
-      work();
-    } catch (const Error& error) {
-      return error.number();
+    return test::raisedBy(work).number;
+  }
+  template <typename Work>
+  static std::string told(Work work) {
+    return test::raisedBy(work).description;
+  }
+
+  /// The values of the current row, parted by "|".
+  static std::string row(const Recordset& rows) {
+    std::string text;
+    for (std::size_t i = 0; i < rows.fields().size(); ++i) {
+      const Value value = rows.value(i);
+      text += (i > 0 ? "|" : "") + (value.isNull() ? "-" : value.toText());
     }
-    return 0;
+    return text;
   }
 
   test::TemporaryFolder folder_;
@@ -135,10 +185,25 @@ TEST_F(RecordsetTest, FindsForwardTheRowsThatMeetACriterion) {
     }
   }
   EXPECT_EQ(errorOf([&] { rows->find("Size = 'ten'"); }), kTypeMismatch);
-  EXPECT_EQ(errorOf([&] { rows->find("Sizes = 10"); }), kItemNotFound);
-  for (const char* wrong : {"", "= 3", "[Size = 3", "Size 3", "Size =", "Size = ten", "Size like",
-                            "Name = 'it's'", "Name = 'open", "Name = 'x' 3"}) {
-    EXPECT_EQ(errorOf([&] { rows->find(wrong); }), kSyntaxError) << wrong;
+  EXPECT_EQ(told([&] { rows->find("Size = 'ten'"); }),
+            "Column 'Size' cannot be compared with 'ten'.");
+  EXPECT_EQ(told([&] { rows->find("Sizes = 10"); }), "The record set has no field 'Sizes'.");
+  const std::pair<const char*, const char*> wrong[] = {
+      {"", "it does not begin with the name of a column"},
+      {"= 3", "it does not begin with the name of a column"},
+      {"[Size = 3", "a bracket is not closed"},
+      {"Size 3", "the column is not followed by =, <>, <, <=, >, >= or LIKE"},
+      {"Size like", "the column is not followed by =, <>, <, <=, >, >= or LIKE"},
+      {"Size = ", "the value is missing"},
+      {"Size = ten", "the value is no number and stands without apostrophes"},
+      {"Name = 'it's'", "something follows the value; an apostrophe within it must be doubled"},
+      {"Name = 'open", "the value's closing mark is missing"},
+      {"Name = '", "the value's closing mark is missing"}};
+  for (const auto& [criterion, what] : wrong) {
+    const test::Raised raised = test::raisedBy([&, text = criterion] { rows->find(text); });
+    EXPECT_EQ(raised.number, kSyntaxError) << criterion;
+    EXPECT_EQ(raised.description, std::string("The search criterion \"") + criterion +
+                                      "\" cannot be understood: " + what + ".");
   }
 }
 
@@ -149,13 +214,16 @@ TEST_F(RecordsetTest, VisitsItsRowsInEveryDirection) {
     auto rows = open(static_, readOnly, source);
     EXPECT_FALSE(rows->bof() || rows->eof());
     EXPECT_EQ(rows->recordCount(), 4);
+    EXPECT_EQ(rows->value(kName), Value("a"));
     rows->moveLast();
     EXPECT_EQ(rows->value("NAME"), Value("d"));
     rows->moveNext();
     EXPECT_TRUE(rows->eof() && !rows->bof());
     EXPECT_EQ(rows->position(), 4);
     EXPECT_EQ(errorOf([&] { rows->moveNext(); }), kNoCurrentRecord);
-    EXPECT_EQ(errorOf([&] { rows->value(kName); }), kNoCurrentRecord);
+    EXPECT_EQ(told([&] { rows->value(kName); }),
+              "There is no current record: the record set is at its end, or the record has been "
+              "deleted.");
     rows->movePrevious();
     EXPECT_EQ(rows->value(kName), Value("d"));
     rows->moveTo(1);
@@ -167,12 +235,16 @@ TEST_F(RecordsetTest, VisitsItsRowsInEveryDirection) {
     EXPECT_TRUE(rows->bof() && !rows->eof());
     EXPECT_EQ(errorOf([&] { rows->movePrevious(); }), kNoCurrentRecord);
     EXPECT_EQ(errorOf([&] { rows->value(kName); }), kNoCurrentRecord);
+    rows->moveTo(4);
+    EXPECT_TRUE(rows->eof() && rows->position() == 4);
+    rows->moveTo(-1);
+    EXPECT_EQ(rows->position(), 0);
     rows->moveTo(9);
     EXPECT_TRUE(rows->eof());
     EXPECT_THAT(names(*rows), ElementsAre("a", "b", "c", "d"));
     rows->moveFirst();
-    EXPECT_EQ(errorOf([&] { rows->value(7); }), kItemNotFound);
-    EXPECT_EQ(errorOf([&] { rows->fieldIndex("Nam"); }), kItemNotFound);
+    EXPECT_EQ(told([&] { rows->value(7); }), "The record set has no field of number 7.");
+    EXPECT_EQ(told([&] { rows->fieldIndex("Nam"); }), "The record set has no field 'Nam'.");
     for (const auto& change :
          std::vector<std::function<void()>>{[&] { rows->setValue(kName, "x"); },
                                             [&] { rows->addNew(); }, [&] { rows->deleteRow(); }}) {
@@ -182,6 +254,114 @@ TEST_F(RecordsetTest, VisitsItsRowsInEveryDirection) {
     EXPECT_EQ(errorOf([&] { rows->moveFirst(); }), kObjectClosed);
     EXPECT_EQ(errorOf([&] { rows->close(); }), kObjectClosed);
   }
+}
+
+TEST_F(RecordsetTest, AnEmptyOneHasNoRowToStandOn) {
+  for (const char* source : {"Panes", "SELECT * FROM Panes"}) {
+    auto rows = open(static_, readOnly, source);
+    EXPECT_TRUE(rows->bof() && rows->eof());
+    EXPECT_EQ(rows->recordCount() + rows->position(), 0);
+    rows->moveFirst();
+    rows->moveLast();
+    rows->find("Id = 1");
+    EXPECT_TRUE(rows->bof() && rows->eof());
+    EXPECT_EQ(errorOf([&] { rows->moveNext(); }), kNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { rows->value(kId); }), kNoCurrentRecord);
+    rows->movePrevious();
+    EXPECT_TRUE(rows->bof());
+  }
+}
+
+TEST_F(RecordsetTest, AForwardOnlyStatementDoesNotGoBack) {
+  auto filling = open();
+  for (const char* name : {"a", "b", "c"}) add(*filling, name, Value());
+  auto rows = open(forwardOnly, readOnly, "SELECT * FROM Panes ORDER BY Id");
+  rows->moveFirst();
+  rows->moveTo(1);
+  EXPECT_EQ(rows->value(kName), Value("b"));
+  EXPECT_EQ(rows->position(), 1);
+  EXPECT_EQ(told([&] { rows->movePrevious(); }), "A forward-only record set cannot go back.");
+  EXPECT_EQ(rows->value(kName), Value("b"));
+  rows->moveTo(3);
+  EXPECT_TRUE(rows->eof() && !rows->bof());
+  EXPECT_EQ(rows->recordCount(), 3);
+  EXPECT_EQ(errorOf([&] { rows->moveFirst(); }), kNotSupported);
+}
+
+TEST_F(RecordsetTest, TheRowsOfAStatementAreChangedInItsOrder) {
+  auto filling = open();
+  for (const char* name : {"d", "b", "a", "c", "e"}) add(*filling, name, filling->recordCount());
+  auto rows = open(keyset, optimistic, "SELECT * FROM Panes WHERE Size < 4 ORDER BY Name");
+  EXPECT_THAT(names(*rows), ElementsAre("a", "b", "c", "d"));
+  EXPECT_EQ(rows->recordCount(), 4);
+  rows->moveFirst();
+  rows->find("Name = 'c'");
+  EXPECT_EQ(rows->position(), 2);
+  rows->setValue(kName, "z");
+  rows->update();
+  EXPECT_EQ(rows->position(), 2);
+  rows->moveNext();
+  EXPECT_EQ(rows->value(kName), Value("d"));
+  rows->moveTo(1);
+  rows->deleteRow();
+  EXPECT_EQ(rows->recordCount(), 3);
+  rows->moveNext();
+  EXPECT_EQ(row(*rows), "4|z|3|-|-|True|-");
+  add(*rows, "new", 9);
+  EXPECT_EQ(rows->position(), 3);
+  EXPECT_THAT(names(*rows), ElementsAre("a", "z", "d", "new"));
+  EXPECT_THAT(names(*open()), ElementsAre("d", "a", "z", "e", "new"));
+  EXPECT_EQ(told([&] { open(keyset, optimistic, "SELECT Name FROM Panes"); }).substr(0, 35),
+            "Only rows of a SELECT * over one ta");
+}
+
+TEST_F(RecordsetTest, DefaultsAreTextsNumbersWordsAndTheMoment) {
+  using enum ColumnType;
+  const std::tuple<ColumnType, const char*, const char*> cases[] = {
+      {text, R"("a ""b""")", "a \"b\""},
+      {text, "'it''s'", "it's"},
+      {text, " = \"x \" ", "x "},
+      {text, "\"", "-"},
+      {text, "'a\"", "-"},
+      {text, "\"\"", ""},
+      {text, "abc", "-"},
+      {text, "\"a\"\"\"", "a\""},
+      {longInteger, "=12", "12"},
+      {longInteger, "2.5", "2"},
+      {double_, "-1.5e2", "-150"},
+      {double_, "", "-"},
+      {boolean, "True", "True"},
+      {boolean, "yes", "True"},
+      {boolean, "=ON", "True"},
+      {boolean, "False", "False"},
+      {boolean, "no", "False"},
+      {boolean, "Off", "False"},
+      {boolean, "1", "True"},
+      {boolean, "0", "False"},
+      {longInteger, "True", "-1"},
+      {longInteger, "5000000000", "5000000000"}};
+  TableInfo design{"Defaults", {{"Now", dateTime}, {"Date", dateTime}, {"Time", dateTime}}};
+  design.columns[0].defaultValue = "=Now()";
+  design.columns[1].defaultValue = "date()";
+  design.columns[2].defaultValue = "Time()";
+  for (const auto& [type, expression, value] : cases) {
+    design.columns.push_back({.name = "C" + std::to_string(design.columns.size()),
+                              .type = type,
+                              .size = type == text ? 20U : 0U,
+                              .defaultValue = expression});
+  }
+  database_->createTable(design);
+  auto rows = open(keyset, optimistic, "Defaults");
+  rows->addNew();
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    const Value value = rows->value(i + 3);
+    EXPECT_EQ(value.isNull() ? "-" : value.toText(), std::get<2>(cases[i]))
+        << std::get<1>(cases[i]);
+  }
+  const double now = rows->value(0).toDouble(), date = rows->value(1).toDouble();
+  EXPECT_GT(date, 45'000);
+  EXPECT_EQ(date, std::floor(now));
+  EXPECT_NEAR(now - date, rows->value(2).toDouble(), 1e-3);
 }
 
 TEST_F(RecordsetTest, ANewRowHasDefaultsAndAKeyAndCanBeMended) {
@@ -228,7 +408,11 @@ TEST_F(RecordsetTest, ABatchIsKeptAsideAndCommittedAsAWhole) {
   add(*rows, "two", 2);
   EXPECT_EQ(rows->recordCount(), 2);
   EXPECT_EQ(open()->recordCount(), 0);
+  rows->addNew();
+  rows->cancelUpdate();
+  EXPECT_EQ(rows->recordCount(), 2);
   rows->updateBatch();
+  EXPECT_EQ(row(*rows), "2|two|2|-|-|True|-");
   EXPECT_EQ(rows->value(kName), Value("two"));
   EXPECT_EQ(rows->value(kId), Value(2)) << "each row of a batch has a number of its own";
   add(*rows, "three", 3);

@@ -37,14 +37,15 @@ TEST_F(SelectTest, NamesTheColumnsOfTheResult) {
 }
 
 TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
-  rows(
-      "SELECT id, made, made+1, made-made, price, price*2, 3D, id=1, id/2, name & 1, Max(id) "
-      "FROM Panes GROUP BY id, made, price, 3D, name");
-  std::vector<ColumnType> types;
-  for (const TypedColumn& column : db_.columns) types.push_back(column.info.type);
   using enum ColumnType;
-  EXPECT_THAT(types, ElementsAre(longInteger, dateTime, dateTime, double_, currency, currency,
-                                 boolean, boolean, double_, text, longInteger));
+  const std::map<std::string, ColumnType> types{
+      {"longInteger", longInteger}, {"dateTime", dateTime}, {"currency", currency},
+      {"boolean", boolean},         {"double", double_},    {"text", text}};
+  for (const auto& [expression, type] : casesOf("types.txt")) {
+    rows("SELECT " + expression + " FROM Panes WHERE id < 0");
+    EXPECT_EQ(db_.columns[0].typed, type != "unknown") << expression;
+    EXPECT_EQ(db_.columns[0].info.type, type == "unknown" ? text : types.at(type)) << expression;
+  }
 }
 
 TEST_F(SelectTest, JoinsInEveryNesting) {
@@ -74,7 +75,18 @@ TEST_F(SelectTest, GroupsAndAggregates) {
               ElementsAre("7.0710678118654755|5|50|25"));
   EXPECT_THAT(rows("SELECT Count(name), Min(name), Max(price), Sum(price) FROM Panes"),
               ElementsAre("4|Clear|100.0000|120.4901"));
-  EXPECT_THAT(rows("SELECT Count(*), Max(id) FROM Panes WHERE id > 99"), ElementsAre("0|-"));
+  EXPECT_THAT(
+      rows("SELECT Count(*), Max(id), First(id), Last(name), StDevP(id), Sum(id) FROM Panes "
+           "WHERE id > 99"),
+      ElementsAre("0|-|-|-|-|-"));
+  EXPECT_THAT(
+      rows("SELECT First(name), Last(name), StDev(id), Var(id), VarP(id), StDevP(price) FROM "
+           "Panes WHERE id = 5"),
+      ElementsAre("-|-|-|-|0|0"));
+  EXPECT_THAT(rows("SELECT Last(name), VarP(price) FROM Panes WHERE id > 2"),
+              ElementsAre("-|2499.9950000024996"));
+  EXPECT_THAT(rows("SELECT Max(name & ''), Min(LCase(name)) FROM Panes WHERE id < 4"),
+              ElementsAre("Größe|clear"));
 }
 
 TEST_F(SelectTest, TakesTextAsEqualWithoutRegardToCase) {
@@ -99,6 +111,14 @@ TEST_F(SelectTest, GivesTheFirstRowsWithThoseEqualToTheLast) {
               ElementsAre("3.9", "5.7"));
   EXPECT_THAT(rows("SELECT TOP 50 PERCENT id FROM Panes ORDER BY id"), ElementsAre("1", "2", "3"));
   EXPECT_THAT(rows("SELECT TOP 1 name FROM Suppliers"), ElementsAre("Glas & Co"));
+  EXPECT_THAT(rows("SELECT TOP 3 id FROM Panes ORDER BY thickness"),
+              UnorderedElementsAre("1", "2", "3"));
+  EXPECT_THAT(rows("SELECT TOP 2 id FROM Panes ORDER BY 3D, thickness DESC"),
+              ElementsAre("4", "1"));
+  EXPECT_THAT(rows("SELECT TOP 40 PERCENT id FROM Panes"), ElementsAre("1", "2"));
+  EXPECT_THAT(rows("SELECT TOP 41 PERCENT id FROM Panes"), ElementsAre("1", "2", "3"));
+  EXPECT_THAT(rows("SELECT TOP 60 PERCENT id, name FROM Panes ORDER BY name DESC, id"),
+              ElementsAre("3|Größe", "4|Grosse", "1|Clear"));
   EXPECT_THAT(rows("SELECT TOP 1 supplier, Sum(count) AS n FROM Orders GROUP BY supplier "
                    "ORDER BY Sum(count) DESC"),
               ElementsAre("2|25"));

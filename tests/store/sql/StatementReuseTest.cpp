@@ -96,27 +96,6 @@ TEST_F(StatementReuse, LetsExpressionsThatStandTwiceBeAlike) {
   EXPECT_TRUE(top->step());
 }
 
-TEST_F(StatementReuse, StaysOnItsRowWhileItCounts) {
-  add(3);
-  const auto rows =
-      connection_->openRecordset("SELECT * FROM Pane WHERE id > 1", CursorType::static_);
-  EXPECT_EQ(rows->recordCount(), 2);
-  EXPECT_FALSE(rows->eof());
-  EXPECT_EQ(rows->value("id").toLong(), 2);
-}
-
-TEST_F(StatementReuse, EndsAForwardRecordSetAtItsEnd) {
-  add(2);
-  const auto rows =
-      connection_->openRecordset("SELECT * FROM Pane WHERE id > 0", CursorType::forwardOnly);
-  rows->moveNext();
-  EXPECT_EQ(rows->value("id").toLong(), 2);
-  rows->moveNext();
-  EXPECT_TRUE(rows->eof());
-  EXPECT_THROW(rows->movePrevious(), Error);
-  EXPECT_THROW(rows->value("id"), Error);
-}
-
 TEST_F(StatementReuse, ReadsTextThatStandsForADateOrANumberAnew) {
   add(5);
   EXPECT_THAT(ids("made = '1/3/2020'"), ElementsAre(3));

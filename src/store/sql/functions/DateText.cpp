@@ -200,7 +200,7 @@ Calendar toCalendar(double days) {
 double fromDate(int year, int month, int day) {
   const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 1;
   const auto civilYear = static_cast<int>(months / 12);
-  if (civilYear < 1 || civilYear > 20000) {
+  if (civilYear < 1) {
     throw Error(kOverflow, "A date is not within the years 100 to 9999");
   }
   std::int64_t days = daysBeforeYear(civilYear) - kDaysBeforeEpoch + day - 1;

@@ -86,7 +86,8 @@ void inStr(const Arguments& a, Result& result) {
   const std::u32string text = forComparison(a, first, binary);
   const auto found =
       text.find(forComparison(a, first + 1, binary), static_cast<std::size_t>(start - 1));
-  result.whole(found == std::u32string::npos ? 0 : static_cast<std::int64_t>(found) + 1);
+  // Behind the last character is nothing, not even an empty text.
+  result.whole(found < text.size() ? static_cast<std::int64_t>(found) + 1 : 0);
 }
 
 /// InStrRev(text, wanted [, start [, compare]])
@@ -101,7 +102,9 @@ void inStrRev(const Arguments& a, Result& result) {
     return;
   }
   const auto found = text.rfind(wanted, end - wanted.size());
-  result.whole(found == std::u32string::npos ? 0 : static_cast<std::int64_t>(found) + 1);
+  // An empty text is found at the last character that is searched.
+  result.whole(found == std::u32string::npos ? 0
+                                             : static_cast<std::int64_t>(std::min(found + 1, end)));
 }
 
 /// Replace(text, wanted, instead [, start [, count [, compare]]])

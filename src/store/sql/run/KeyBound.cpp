@@ -11,7 +11,7 @@ using Kind = KeyBound::Kind;
 
 template <class Whole>
 KeyBound wholeBound(double number, double least, double most, BoundSide side) {
-  const double rounded = side == BoundSide::lower ? std::floor(number) : std::ceil(number);
+  const double rounded = side == BoundSide::lower ? std::ceil(number) : std::floor(number);
   if (side == BoundSide::equal && rounded != number) {
     return {Kind::nothing};
   }

@@ -193,6 +193,8 @@ void ExpressionWriter::adaptLiteral(const Expression& e, SqlPiece& piece,
     piece = dateLiteral(*days);
   } else if (!numberOfText(e.text)) {
     text_.fail(kTypeMismatch, fmt::format("A number is compared with \"{}\"", e.text), e.at);
+  } else if (!other.column) {  // columns have an affinity that makes a number of the text
+    piece.sql = fmt::format("CAST({} AS NUMERIC)", piece.sql);
   }
 }
 
@@ -265,8 +267,13 @@ SqlPiece ExpressionWriter::binary(const Expression& e) {
 }
 
 SqlPiece ExpressionWriter::logical(const Expression& e) {
-  const std::string left = condition(e.operands[0]);
+  std::string left = condition(e.operands[0]);
   const std::string right = condition(e.operands[1]);
+  // SQLite takes long chains of one operator, but not as many parentheses in each other.
+  const bool isChain = e.text == "AND" || e.text == "OR";
+  if (isChain && e.operands[0].kind == Kind::binary && e.operands[0].text == e.text) {
+    left = left.substr(1, left.size() - 2);
+  }
   const char* form = "({} AND {})";
   if (e.text == "OR") {
     form = "({} OR {})";
