@@ -66,7 +66,7 @@ Integration without(Integration integration, const std::string& reason) {
 }
 
 bool hasSpectrum(const GlazingData& pane) {
-  return pane.SpectralData() != nullptr && pane.SpectralData()->count() > 0;
+  return pane.SpectralData() != nullptr;
 }
 
 }  // namespace

@@ -32,7 +32,6 @@ class Item {
   Item at(std::size_t index) const;
 
   const Json& value() const { return *value_; }
-  bool isNull() const { return value_->is_null(); }
   bool isList() const { return value_->is_array(); }
   bool isObject() const { return value_->is_object(); }
   void requireObject() const;

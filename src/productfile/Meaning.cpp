@@ -74,14 +74,12 @@ void readUnitSystem(const Item& item, GlazingData& pane) {
 }
 
 void readFrontEmissivity(const Item& item, GlazingData& pane) {
-  if (item.isNull()) return pane.ResetEf();
   pane.ef(item.quantity());
   pane.ef_source(kTextFileSource);
   pane.ORV_Emissivity_front(pane.ef());
 }
 
 void readBackEmissivity(const Item& item, GlazingData& pane) {
-  if (item.isNull()) return pane.ResetEb();
   pane.eb(item.quantity());
   pane.eb_source(kTextFileSource);
   pane.ORV_Emissivity_back(pane.eb());

@@ -122,9 +122,7 @@ class ProductReader {
 
   bool gives(const Meaning& meaning) const {
     return std::ranges::any_of(form_.keys, [&](const Key& key) {
-      if (&key.meaning != &meaning) return false;
-      const auto item = item_.find(key.pointer);
-      return item && !item->isNull();
+      return &key.meaning == &meaning && item_.find(key.pointer).has_value();
     });
   }
 

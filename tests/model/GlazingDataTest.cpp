@@ -26,6 +26,7 @@ TEST(GlazingData, ConvertsUnits) {
   EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kIP), 0.5778008F);
   EXPECT_EQ(pane.ConvertedThickness(2), 4);
   pane.unit(kIP);
+  EXPECT_EQ(pane.ConvertedThickness(kIP), 4);
   EXPECT_FLOAT_EQ(pane.ConvertedThickness(kSI), 101.6F);
   EXPECT_FLOAT_EQ(pane.ConvertedConductivity(kSI), 1.7307F);
   pane.Thickness(3e38F);
@@ -146,6 +147,10 @@ TEST(GlazingData, CannotCloneWhatItsSettersRefuse) {
   EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "id cannot be -1");
   pane.id(1);
   EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "ef cannot be -1");
+  pane.ef(0);
+  EXPECT_EQ(raisedBy([&] { pane.ShallowClone(); }).source, "eb cannot be -1");
+  pane.eb(0);
+  EXPECT_EQ(pane.ShallowClone()->SpectralData(), nullptr);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ TEST(ShownText, SpellsOutWhatSteersATerminalOrTheOrderOfLetters) {
        "31m \xc3",
        "\\x9b31m \\xc3"}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(shown(text), expected);
+  EXPECT_EQ(shown(std::string_view("a\0", 2)), "a\\u0000");
 }
 
 }  // namespace

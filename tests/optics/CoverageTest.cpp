@@ -75,6 +75,7 @@ TEST(Coverage, TellsGapsThatAreUnusual) {
 
   const Wavelengths growing{0, 1, 3, 6, 10, 15, 21, 28, 36};
   EXPECT_EQ(usualStep(growing, 1), 3);
+  EXPECT_EQ(usualStep(growing, 2), 3);
   EXPECT_EQ(usualStep(growing, 3), 4);
   EXPECT_EQ(usualStep(growing, 4), 4);
   EXPECT_EQ(usualStep(growing, 5), 5);

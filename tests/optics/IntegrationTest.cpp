@@ -155,7 +155,7 @@ TEST(Integration, TakesPointsInAnyOrderAndUnitAndTellsWhatIsUnusual) {
   inMicrons.SpectralData(data);
   const auto ofRecord = Integrator(Standard::nfrc300).integrate(inMicrons);
   EXPECT_NEAR(*ofRecord["Tf_sol"], ordered, 1e-7);
-  EXPECT_EQ(ofRecord.find("Tf_sol")->covered, 1);  // 0.3 µm as a 32-bit float is beyond 300 nm
+  EXPECT_EQ(spectrumOf(*data).wavelengths.front(), 300);  // 0.3 µm as a 32-bit float is beyond it
 
   points.push_back({500, 0.9, 0.6, 0.2, 1.5});  // beside another of 0.24
   points.push_back({400, std::nan(""), 0, 0, 0});
@@ -210,6 +210,7 @@ TEST(Integration, DoesNotCountWideGapsAsCovered) {
                   kNoEmissivity, "no g: the emissivity of the back is not known",
                   "no colours: the spectrum covers 0 % of the weight; 380 to 780 nm are missing"));
   EXPECT_TRUE(ends.lacksSpectrum);
+  EXPECT_EQ(ends.find("Ra")->reason, ends.find("L")->reason);
   EXPECT_EQ(ends.find("Tf_sol")->covered, 0);
   const auto stated = integrate(Standard::en410, spectrum({{280, 1, 0, 0, 0}, {2600, 0, 0, 0, 0}}),
                                 {.front = {}, .back = {Coating::bare, 0.8}});
@@ -229,6 +230,7 @@ TEST(Integration, HoldsTheValuesOfTheEndsBeyondThem) {
       EXPECT_NEAR(*a[name], *b[name], 1e-12) << standard.name << name;
     }
   }
+  EXPECT_THAT(spectrum({{300, 0.2, 0, 0, 0}, {300, 0.4, 1, 0, 0}})[Curve::Tb], ElementsAre(0.5));
   for (At& at : held) at = {at.wavelength, 1e-6, 0, 0, 0};
   EXPECT_NEAR(*integrate(Standard::en410, spectrum(held))["Ra"], 100, 1e-9) << "however dark";
 }
@@ -242,6 +244,23 @@ TEST(Integration, NamesThreeDoubledWavelengths) {
   points.insert(points.end(), once.begin() + 3, once.begin() + 9);
   EXPECT_THAT(spectrum(points).remarks,
               ElementsAre(three + ", several at 6 more, of which the mean is taken"));
+}
+
+/// But for the colours of NFRC 300, which are added up at the spectrum's own wavelengths.
+TEST(Integration, OfALineIsTheSameWhereverItsPointsAre) {
+  std::vector<At> fine;
+  for (double at = 279; at <= 2502; at += 3) fine.push_back({at, at / 2600, 1 - at / 2600, 0, 0.5});
+  const auto coarse = filled({{279, 279 / 2600.0, 1 - 279 / 2600.0, 0, 0.5},
+                              {2502, 2502 / 2600.0, 1 - 2502 / 2600.0, 0, 0.5}});
+  for (const StandardName& standard : kStandardNames) {
+    const auto a = integrate(standard.standard, spectrum(fine));
+    const auto b = integrate(standard.standard, spectrum(coarse));
+    for (const Value& value : a.values) {
+      const double tolerance = standard.standard == Standard::nfrc300 ? 0.02 : 1e-8;
+      if (!value.value) continue;
+      EXPECT_NEAR(*value.value, *b[value.name], tolerance) << standard.name << value.name;
+    }
+  }
 }
 
 TEST(Integration, OfACoarseSpectrumHasColourAllTheSame) {
@@ -267,6 +286,10 @@ TEST(Integration, HasEmissivitiesOfTheInfraredElseOfTheRecord) {
   const auto en = integrate(Standard::en410, spectrum(points), sides);
   EXPECT_NEAR(*en["ef"], 0.9 * (1.1887 - 0.44703 + 0.198612), 1e-9);
   EXPECT_THAT(en.find("eb")->remarks, IsEmpty());
+  const auto turned = integrate(Standard::nfrc300, spectrum(points),
+                                {.front = {Coating::coated, {}}, .back = {Coating::bare, {}}});
+  EXPECT_NEAR(*turned["ef"], 0.9 * 0.95069156, 1e-6);
+  EXPECT_NEAR(*turned["eb"], 0.2 * 0.7124744, 1e-6);
   const auto unknown = integrate(Standard::nfrc300, spectrum(points));
   EXPECT_EQ(*unknown["ef"], *nfrc["ef"]);
   EXPECT_EQ(*unknown["eb"], *nfrc["eb"]);
@@ -298,6 +321,8 @@ TEST(Integration, IsPutIntoTheRecordButForWhatIsMissing) {
   EXPECT_EQ(pane.Precalc_Rfsol(), 0);
   EXPECT_EQ(pane.Precalc_StandardName(), "EN 410");
 
+  EXPECT_FALSE(lacksIntegratedValues(pane, Band::visible));
+  EXPECT_TRUE(lacksIntegratedValues(pane, Band::solar));
   // Only what is 0, of a record that has values; else all.
   const auto all = integrate(Standard::iso9050, spectrum(even(280, 2500, 5)));
   EXPECT_EQ(storeMissing(all, pane), 7);

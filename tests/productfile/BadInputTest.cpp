@@ -59,7 +59,7 @@ TEST(BadInputTest, IsToldWithItsPlace) {
       {"4.5", "3.5e38", 6, "Too large a number", kThickness + "3.5e+38"},
       {"4.5", '"' + std::string(38, 'x') + '"', 13, "Here a number is wanted",
        kThickness + "\"" + std::string(38, 'x') + '"'},
-      {"4.5", "\"ä" + std::string(34, 'x') + '"', 13, "Here a number is wanted",
+      {"4.5", "\"ä" + std::string(33, 'x') + '"', 13, "Here a number is wanted",
        kThickness + "\"\\u00e4" + std::string(33, 'x') + "..."},
       {"4.5", "\"inf\"", 13, "Here a number is wanted", kThickness + "\"inf\""},
       {"4.5", "\"4.5mm\"", 13, "Here a number is wanted", kThickness + "\"4.5mm\""},
@@ -183,6 +183,7 @@ TEST(BadInputTest, FilesThatCannotBeReadAndDataThatAreNotThereAreRefused) {
 
   const auto angle =
       raisedBy([] { ProductFile(productWith("4.5", "4"), "a.json").product("", 45); });
+  EXPECT_EQ(angle.number, kInvalidCall);
   EXPECT_EQ(angle.description, "There are no data at 45 degrees");
 
   setenv("TZ", "XYZ-05:30", 1);  // east of Greenwich

@@ -48,7 +48,8 @@ TEST(ProductWriterTest, IntegratedValuesThatAreNoFractionsReadBack) {
 /// come from the field of databases, if it has any.
 TEST(ProductWriterTest, WritesTheExactText) {
   GlazingData pane;
-  pane.filename("F");
+  pane.filename("Fä");
+  pane.spectral_pane(true);
   pane.ORV_Emissivity_front(0.125);
   pane.Precalc_Tfvis(0.25F);
   const auto spectrum = std::make_shared<SpectralData>();
@@ -59,7 +60,7 @@ TEST(ProductWriterTest, WritesTheExactText) {
   const auto product = productfile::productOf(pane);
   std::string expected = R"(
 {"type":"GLAZING","subtype":null,"name":null,"nfrc_id":null,"acceptance":null,
-"appearance":null,"hidden":false,"manufacturer":null,"data_file_name":"F",
+"appearance":null,"hidden":false,"manufacturer":null,"data_file_name":"Fä",
 "short_description":null,"coating_name":null,"coated_side":null,"igdb_checksum":null,
 "physical_properties":{"thickness":null,"conductivity":null,"predefined_tir_front":0.0,
 "predefined_tir_back":0.0,"predefined_emissivity_front":0.125,"predefined_emissivity_back":null,
@@ -74,11 +75,14 @@ TEST(ProductWriterTest, WritesTheExactText) {
 {"direct_direct":"0.25"},"transmittance_back":{"direct_direct":"0.0"},"reflectance_front":
 {"direct_direct":"0.0"},"reflectance_back":{"direct_direct":"0.0"}},"tuv":
 {"transmittance_front":{"direct_direct":"0.0"}}}],"orv_record":{"emissivity_front":-1.0,
-"emissivity_front_source":0,"spectral_pane":false,"use_estimation":false}})";
+"emissivity_front_source":0,"use_estimation":false}})";
   std::erase(expected, '\n');
   EXPECT_EQ(product.dump(), expected);
   const std::string text = productfile::formatProducts({product});
   EXPECT_TRUE(text.starts_with("{\n \"type\"") && text.ends_with("\n}\n")) << text;
+  EXPECT_NE(text.find("Fä"), std::string::npos);
+  const auto nothing = productfile::productOf(GlazingData());
+  EXPECT_EQ(nothing["integrated_spectral_averages_summaries"].dump(), "[]");
 }
 
 /// Other programs read the form's own keys only.

@@ -60,6 +60,9 @@ TEST_F(FileReferences, NameTheFileThatIsMissing) {
   EXPECT_EQ(raised.description, "There is no file 'gone.txt' in the folder '" +
                                     folder_.path().string() + "'. The file 'pane.txt' names it");
   EXPECT_TRUE(pane->structure(0)->HasReference());
+  EXPECT_EQ(test::raisedBy([&] { text_.FillFileReferences("", pane); }).description,
+            "There is no file 'clear.txt' in the folder '.'. The file 'pane.txt' names it");
+  EXPECT_FALSE(pane->structure(0)->HasReference());
   EXPECT_FALSE(pane->structure(1)->HasReference());
 }
 

@@ -47,11 +47,11 @@ TEST_F(PaneReader, ReadsTheAcceptanceOfTheNfrc) {
 TEST_F(PaneReader, CarriesValuesOverFromTheLineBefore) {
   const auto pane = parse(
       "SI Microns 3 1\n"
-      "0.30 * 0.07 0.09\n"      // nothing before the first line: 0
-      "0.31 0.8 * *\n"          // both reflectances carried over
-      "0.32 0.7 0.06\n"         // back as front
-      "0.33 0.6\n"              // front carried over, back as front
-      "0.34 0.5 0.1 0.2 9 x\n"  // further columns passed over
+      "0.30 * 0.07 0.09\n"       // nothing before the first line: 0
+      "0.31 0.8 * *\n"           // both reflectances carried over
+      "0.32 0.7 0.06\n"          // back as front
+      "0.33 0.6\n"               // front carried over, back as front
+      "0.34 +0.5 0.1 0.2 9 x\n"  // further columns passed over
       "3.5E-01 0.4 0.1 0.2\n");
   const SpectralData& s = *pane->SpectralData();
   ASSERT_EQ(s.count(), 6);
@@ -138,7 +138,7 @@ TEST_F(PaneReader, ReadsHeaderEntriesWithoutRegardToCase) {
   EXPECT_TRUE(glass->single_layer() && !glass->use_estimation());
   const auto odd = parse(
       "{Type: Film}{ Availability: Asia }{ Angle of Incidence: -32767.4 }"
-      "{ single_layer: TRUE }{ freeze: true }{freeze:False}{ Use_: x }"
+      "{ single_layer: TRUE }{ freeze: true }{freeze:False}{ Use_: x }{ transmission_IR_indoor: 0 }"
       "SI Microns 3 1\n0.3 0.8\n");
   EXPECT_EQ(odd->Availability(1)->Region(), "Asia");
   EXPECT_EQ(odd->Availability(1)->AlternateProductName(), "");

@@ -84,6 +84,8 @@ TEST_F(Repairs, MakeLaboratoryFilesReadable) {
       {start + "300 1.5 0.05 0.06\n", "", "300 1.5 0.05 0.06"},
       {start + "300 1.6 100 6\n", "percent", "300 0.016 1 0.06"},
       {start + "300 100.5 5 6\n", "", "300 100.5 5 6"},
+      {start + "500.5 0.8 0.07\n300 0.1 0.05\n", "descending wavelengths are turned round",
+       "300 0.1 0.05 0.05 | 500.5 0.8 0.07 0.07"},
       {start + "600 0.3 0.2 0.1\n500.5 0.8 0.07 0.08\n300 0.1 0.05 0.06\n",
        "descending wavelengths are turned round", two + " | 600 0.3 0.2 0.1"},
       {start + "300\u202F0.1\u2007\u00A00.05 0.06\n500.5 0.8 0.07 0.08\x1A{ end }\n\n300",
@@ -111,7 +113,8 @@ TEST_F(Repairs, LeaveAloneWhatIsNotCertain) {
         "300;0,1;0,05\n", "{ unclosed\nSI nm 4 1\n",
         "{ Info: 1,5; 20% nm }\nSI Microns 4 1\n0.3 * 0\n", "SI Microns 4 1\n0.5 0.1\n0.4 *\n",
         "SI Nanometers 4 1\n500 0.1 0.1\n500 0.2 0.2\n", "SI Microns 4 1\n0.5 0.1\n0.4 0.1\n",
-        "SI Microns 4 1\n0.5 0.1 0.1\n0.4 * 0\n", "SI Microns 4,0 1\n300,0,1,0\n400,0,1,0\n"}) {
+        "SI Microns 4 1\n0.3 0.1 0.1\nwords\n0.4 0 0\n", "SI Microns 4 1\n0.5 0.1 0.1\n0.4 * 0\n",
+        "SI Microns 4,0 1\n300,0,1,0\n400,0,1,0\n"}) {
     std::string mended = text;
     const std::string done = textfile::repair(mended);
     EXPECT_EQ(mended, text) << done;

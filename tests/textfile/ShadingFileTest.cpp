@@ -139,6 +139,7 @@ TEST_F(ShadingFile, ReadsBackWhatIsWritten) {
   for (const int ways : {0, 1, 2, 3}) {
     shading.horizontal((ways & 1) != 0);
     shading.vertical((ways & 2) != 0);
+    shading.typeID(1 + ways);
     text_.WriteSpectralFileShading(folder_.withSeparator(), "full.txt", shading);
     const auto read = text_.ParseSpectralFileShading(folder_.path(), "FULL.TXT");
     EXPECT_EQ(read->group(), "") << "which a file does not have";

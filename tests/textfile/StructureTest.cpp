@@ -38,6 +38,7 @@ TEST(Structure, RefusesMalformedLayersAndKeepsThoseBefore) {
       {";;", kInvalidCall, "Mal-formed structure", 0},
       {"a;4;", kInvalidCall, "Mal-formed structure", 0},
       {"a.txt;4;False++b.txt;4;True", kInvalidCall, "Mal-formed structure", 1},
+      {"a;4;x", kInvalidCall, "Bad 3rd argument in layer", 0},
       {"a.txt;4;maybe", kInvalidCall, "Bad 3rd argument in layer", 0},
       {"a.txt;thick;True", kTypeMismatch, "", 0},
       {"a.txt;4;5;True", kTypeMismatch, "", 0},

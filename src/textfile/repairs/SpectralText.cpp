@@ -83,7 +83,7 @@ std::string SpectralText::text() const {
 std::vector<SpectralText::Piece*> SpectralText::pieces(Part part) {
   std::vector<Piece*> result;
   for (Piece& piece : pieces_) {
-    if (piece.isCode && piece.part == part) result.push_back(&piece);
+    if (piece.part == part) result.push_back(&piece);
   }
   return result;
 }
