@@ -277,6 +277,7 @@ TEST_F(RecordsetTest, AForwardOnlyStatementDoesNotGoBack) {
   for (const char* name : {"a", "b", "c"}) add(*filling, name, Value());
   auto rows = open(forwardOnly, readOnly, "SELECT * FROM Panes ORDER BY Id");
   rows->moveFirst();
+  EXPECT_EQ(rows->recordCount(), 1) << "those that were read";
   rows->moveTo(1);
   EXPECT_EQ(rows->value(kName), Value("b"));
   EXPECT_EQ(rows->position(), 1);
