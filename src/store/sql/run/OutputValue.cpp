@@ -72,6 +72,9 @@ Value decimalFromText(const std::string& text, bool currency) {
 }
 
 Value textOfType(const TypedColumn& column, std::string text) {
+  if (!column.typed) {
+    return Value(std::move(text));
+  }
   if (isDecimalType(column.info.type)) {
     return decimalFromText(text, column.info.type == ColumnType::currency);
   }
@@ -110,8 +113,11 @@ Value guidFromText(const std::string& text) {
 Value outputValue(sqlite3_stmt* statement, int index, const TypedColumn& column) {
   switch (sqlite3_column_type(statement, index)) {
     case SQLITE_INTEGER:
+      return column.typed ? numberOfType(column.info.type, statement, index)
+                          : wholeNumber(sqlite3_column_int64(statement, index));
     case SQLITE_FLOAT:
-      return numberOfType(column.info.type, statement, index);  // untyped ones have that of text
+      return column.typed ? numberOfType(column.info.type, statement, index)
+                          : Value(sqlite3_column_double(statement, index));
     case SQLITE_TEXT:
       return textOfType(column, textOf(statement, index));
     case SQLITE_BLOB: {
