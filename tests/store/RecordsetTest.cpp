@@ -533,6 +533,7 @@ TEST_F(RecordsetTest, NumbersAreRoundedOrRefusedAsTheirColumnsHoldThem) {
       {"Money", "-0.001", "-0.0010"},
       {"Fixed", "1.005", "1.01"},
       {"Fixed", "-1.004", "-1.00"},
+      {"Fixed", "9.995", "10.00"},
       {"Fixed", "999.99", "999.99"},
       {"Fixed", "999.995", overflow},
       {"Fixed", "1e2", "100.00"},
