@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -132,8 +133,10 @@ void compareReading(const std::string& mdb, int panes, SqliteFile& sqlite) {
   report("read by key", "SQLite", bestOf([&] { expectSame(sqlite.readByKey(), expected); }), rows);
 }
 
+/// Of each in turn the disk is at rest: what others have written before is not waited for.
 template <class File>
 double insert(File& file, int count = kInserted) {
+  ::sync();
   return secondsOf([&] {
     for (int i = 0; i < count; ++i) {
       file.addGlazing();

@@ -9,6 +9,8 @@ if(CCACHE)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-fpch-preprocess)  # lets the cache see which precompiled header serves
+  # Giving memory back takes the compiler a tenth of its time: it may take 1 GB before it does.
+  add_compile_options(--param=ggc-min-heapsize=1000000)
 endif()
 
 # Headers that most files include, read once and not by each: half of the time of a build. Every

@@ -96,7 +96,8 @@ void Specimens::addCorpus() {
   if (folder == nullptr) {
     return;
   }
-  for (const auto& file : fs::directory_iterator(fs::path(folder) / "access")) {
+  std::error_code absent;  // then there are none
+  for (const auto& file : fs::directory_iterator(fs::path(folder) / "access", absent)) {
     const std::string name = file.path().filename().string();
     if (file.path().extension() == ".mdb" && file.file_size() <= kLargestSpecimen) {
       files_.load(file.path(), name);

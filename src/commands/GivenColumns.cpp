@@ -64,10 +64,11 @@ bool followsFromOthers(const ShadingDataClass& shading, const Entries& entries,
 struct KeyOf {
   template <class T>
   std::string_view operator()(Property<T> ShadingDataClass::*member) const {
+    using Member = Property<T> ShadingDataClass::*;  // GCC 12 takes decltype(member) for another
     std::string_view key;
     const auto lookIn = [&](const auto& keys) {
       for (const auto& each : keys) {
-        if constexpr (std::is_same_v<decltype(each.property), decltype(member)>) {
+        if constexpr (std::is_same_v<decltype(each.property), Member>) {
           if (each.property == member) key = each.key;
         }
       }

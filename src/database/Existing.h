@@ -48,6 +48,8 @@ struct Replacement {
 /// What ORV_DatabaseInterface::ReplacePane did.
 struct ReplacedPane {
   bool wasThere = false;
+  /// Values that were computed, of GivenAngle::computed, have been stored in the old pane.
+  bool tookComputed = false;
   /// Angles at which only the old pane had data.
   std::vector<std::int16_t> otherAngles = {};
 };

@@ -46,9 +46,10 @@ class AngleReplacement {
   AngleReplacement(const GlazingData& pane, const Replacement& how, store::Connection& dc)
       : pane_(pane), how_(how), given_(how.at(pane.ORV_Angle())), dc_(dc) {}
 
-  void run() {
+  /// True when values that were computed have been stored.
+  bool run() {
     const bool hasOtherSpectrum = replaceSpectrum();
-    replaceIntegrated(hasOtherSpectrum);
+    return replaceIntegrated(hasOtherSpectrum);
   }
 
  private:
@@ -107,7 +108,8 @@ class AngleReplacement {
 
   /// Values that the source does not give were computed, and follow the spectrum. Where that does
   /// not reach they are 0, which takes the place of nothing.
-  void replaceIntegrated(bool hasOtherSpectrum) {
+  bool replaceIntegrated(bool hasOtherSpectrum) {
+    bool tookComputed = false;
     Details details{.table = kIntegrated,
                     .condition = condition(),
                     .place = "angle",
@@ -120,12 +122,14 @@ class AngleReplacement {
       details.columns.emplace_back(value.column);
       const float computed = (pane_.*value.pane)();
       row.values.emplace_back(computed);
-      const bool stays = given_.computed.contains(value.column) &&
-                         (!hasOtherSpectrum || computed == 0) && isThere();
+      if (!given_.computed.contains(value.column)) continue;
+      const bool stays = (!hasOtherSpectrum || computed == 0) && isThere();
       if (stays) how.notGiven.insert(std::string(kIntegrated) + "." + value.column);
+      tookComputed |= computed != 0 && how.gives(kIntegrated, value.column);
     }
     details.rows.push_back(std::move(row));
     replaceDetails(details, how, dc_);
+    return tookComputed;
   }
 
   bool isThere() {
@@ -176,7 +180,7 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, const Repla
     for (const PanePtr& pane : angles) {
       pane->id(first.id());
       if (result.wasThere) {
-        AngleReplacement(*pane, known, dc).run();
+        result.tookComputed |= AngleReplacement(*pane, known, dc).run();
       } else {
         insertIntegratedRow(*pane, dc);
         if (hasSpectrum(*pane)) insertSpectralRows(*pane, dc);

@@ -122,9 +122,7 @@ const Meaning kType{readType,
                     [](const GlazingData& pane) { return wordOf(kTypes, pane.GlazingType()); }};
 const Meaning kCoatedSide{
     readSide, [](const GlazingData& pane) { return wordOf(kSides, pane.CoatedSide()); }};
-const Meaning kUnitSystem{readUnitSystem, [](const GlazingData& pane) {
-                            return OrderedJson(pane.unit() == kIP ? "IP" : "SI");
-                          }};
+const Meaning kUnitSystem{readUnitSystem, nullptr};
 
 void readKeys(std::span<const Key> keys, const Item& product, GlazingData& pane) {
   for (const Key& key : keys) {

@@ -82,7 +82,7 @@ extern const Meaning kBackInfrared;
 extern const Meaning kType;
 /// "Front", "NA", ...
 extern const Meaning kCoatedSide;
-/// "SI", or "IP" for inches.
+/// "SI", or "IP" for inches; of a form that is only read.
 extern const Meaning kUnitSystem;
 
 }  // namespace orv::productfile

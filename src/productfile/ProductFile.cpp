@@ -2,12 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <charconv>
-#include <fstream>
 #include <system_error>
 
 #include "errors/Error.h"
+#include "model/FileBytes.h"
 #include "model/Text.h"
 #include "productfile/RecordKeys.h"
 
@@ -17,42 +16,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void raiseUnreadable(const fs::path& path, int reason) {
-  const bool denied = reason == EACCES || reason == EPERM;
-  throw Error(denied ? kPermissionDenied : kDeviceIo,
-              fmt::format("The file '{}' cannot be read: {}", path.string(),
-                          std::generic_category().message(reason == 0 ? EIO : reason)));
-}
-
 std::string bytesOf(const fs::path& path) {
-  std::error_code failure;
-  const auto size = fs::file_size(path, failure);
-  if (failure) raiseUnreadable(path, failure.value());
-  if (size > kLargestFile) {
-    throw Error(kInvalidCall, fmt::format("The file '{}' has {} bytes, and {} are the most that "
-                                          "are read of a file of products",
-                                          path.string(), size, kLargestFile));
-  }
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes(size, '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(size));
-  if (!file) raiseUnreadable(path, errno);
-  return bytes;
-}
-
-/// When the file was last changed, by the clock of the place.
-OptionalDate dateOf(const fs::path& path) {
-  std::error_code failure;
-  const auto changed = fs::last_write_time(path, failure);
-  if (failure) return std::nullopt;
-  const std::time_t seconds =
-      std::chrono::floor<std::chrono::seconds>(std::chrono::file_clock::to_sys(changed))
-          .time_since_epoch()
-          .count();
-  std::tm local{};
-  if (localtime_r(&seconds, &local) == nullptr) return std::nullopt;
-  return Date(std::chrono::seconds(seconds + local.tm_gmtoff));
+  if (auto bytes = fileBytes(path, kLargestFile)) return std::move(*bytes);
+  throw Error(kInvalidCall, fmt::format("The file '{}' has {} bytes, and {} are the most that "
+                                        "are read of a file of products",
+                                        path.string(), fs::file_size(path), kLargestFile));
 }
 
 }  // namespace
@@ -71,7 +39,7 @@ bool isProduct(const std::string& identifier) {
 }
 
 ProductFile ProductFile::read(const fs::path& path) {
-  return {bytesOf(path), path.filename().string(), dateOf(path)};
+  return {bytesOf(path), path.filename().string(), fileDate(path)};
 }
 
 ProductFile::ProductFile(std::string_view text, std::string name, OptionalDate date)

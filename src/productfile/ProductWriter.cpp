@@ -143,7 +143,7 @@ std::shared_ptr<GlazingData> readBack(OrderedJson product, const GlazingData& pa
     put(product, std::string(kRecordObject) + std::string(kSpectralPaneKey), !pane.spectral_pane());
   }
   const Json read = Json::parse(textOf(product, kNoIndent));
-  const std::string name = pane.filename();
+  const std::string name = pane.filename();  // for what is wrong with a value
   return readProduct(Item(read, name, "")).pane;
 }
 

@@ -21,16 +21,18 @@ void readUnlessNegative(const Item& item, GlazingData& pane) {
 template <auto member, auto reset>
 constexpr Meaning kUnlessNegative{readUnlessNegative<member, reset>, writeSingle<member>};
 
-constexpr const char* kDatePattern = "%4d-%2d-%2dT%2d:%2d:%2d%n";
+constexpr const char* kDatePattern = "%4d-%2u-%2uT%2u:%2u:%2u%n";
 
 Date dateAt(const Item& item) {
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, length = 0;
+  int year = 0, length = 0;
+  unsigned month = 0, day = 0, hour = 0, minute = 0, second = 0;  // a sign makes them too large
   const std::string text = item.text();
   const int found = std::sscanf(text.c_str(), kDatePattern, &year, &month, &day, &hour, &minute,
                                 &second, &length);
   const auto date = std::chrono::year(year) / month / day;
   constexpr int kParts = 6;
-  if (found != kParts || static_cast<std::size_t>(length) != text.size() || !date.ok()) {
+  if (found != kParts || static_cast<std::size_t>(length) != text.size() || !date.ok() ||
+      hour > 23 || minute > 59 || second > 59) {
     item.refuse(kTypeMismatch, "Here a date such as 2026-01-31T12:00:00 is wanted");
   }
   return std::chrono::local_days(date) + std::chrono::hours(hour) + std::chrono::minutes(minute) +

@@ -1,5 +1,6 @@
 #include "textfile/PaneReader.h"
 
+#include "model/FileBytes.h"
 #include "textfile/PaneBody.h"
 #include "textfile/PaneHeader.h"
 #include "textfile/TextFile.h"

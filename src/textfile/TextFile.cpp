@@ -4,11 +4,8 @@
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 
-#include <cerrno>
-#include <ctime>
-#include <fstream>
-
 #include "errors/Error.h"
+#include "model/FileBytes.h"
 #include "model/Text.h"
 #include "textfile/WholeFile.h"
 
@@ -18,33 +15,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void raiseFileError(const fs::path& path, std::string_view action, int reason) {
-  const bool denied = reason == EACCES || reason == EPERM || reason == EROFS;
-  throw Error(denied ? kPermissionDenied : kDeviceIo,
-              fmt::format("The file '{}' cannot be {}: {}", path.string(), action,
-                          std::generic_category().message(reason == 0 ? EIO : reason)));
-}
-
 std::string readBytes(const fs::path& path) {
-  std::error_code failure;
-  const auto size = fs::file_size(path, failure);
-  if (failure) {
-    raiseFileError(path, "read", failure.value());
-  }
-  if (size > kLargestFile) {
-    throw Error(kInvalidCall,
-                fmt::format("The file '{}' is too large for a spectral text file: {} bytes, where "
-                            "{} are the most",
-                            path.string(), size, kLargestFile));
-  }
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes(size, '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(size));
-  if (!file) {
-    raiseFileError(path, "read", errno);
-  }
-  return bytes;
+  if (auto bytes = fileBytes(path, kLargestFile)) return std::move(*bytes);
+  throw Error(kInvalidCall,
+              fmt::format("The file '{}' is too large for a spectral text file: {} bytes, where {} "
+                          "are the most",
+                          path.string(), fs::file_size(path), kLargestFile));
 }
 
 bool isUtf8(std::string_view bytes) {
@@ -127,22 +103,6 @@ void writeText(const std::string& path, std::string_view text) {
   if (const int reason = writeWhole(target, text)) {
     raiseFileError(path, "written", reason);
   }
-}
-
-OptionalDate fileDate(const fs::path& path) {
-  std::error_code failure;
-  const auto changed = fs::last_write_time(path, failure);
-  if (failure) {
-    return std::nullopt;
-  }
-  const auto moment = std::chrono::file_clock::to_sys(changed);
-  const std::time_t seconds =
-      std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
-  std::tm local{};
-  if (localtime_r(&seconds, &local) == nullptr) {
-    return std::nullopt;
-  }
-  return Date(std::chrono::seconds(seconds + local.tm_gmtoff));
 }
 
 }  // namespace orv::textfile

@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "model/Date.h"
-
 namespace orv::textfile {
 
 /// A file that is larger holds no spectrum that anybody measured.
@@ -32,8 +30,5 @@ std::string readText(const std::filesystem::path& path);
 /// Makes the file hold exactly this text; when that fails, what it held before, if it was there.
 /// Raises errors 57 and 70.
 void writeText(const std::string& path, std::string_view text);
-
-/// When the file was last changed; empty when the file system does not tell.
-OptionalDate fileDate(const std::filesystem::path& path);
 
 }  // namespace orv::textfile

@@ -71,7 +71,6 @@ int failure() {
 int writeWhole(const std::filesystem::path& path, std::string_view bytes) {
   struct stat former {};
   const bool replaces = stat(path.c_str(), &former) == 0;
-  if (replaces && S_ISDIR(former.st_mode)) return EISDIR;
   // Replacing asks only for the folder's permission; the file's own counts too.
   if (replaces && access(path.c_str(), W_OK) != 0) return failure();
   FileInWork file(path.has_parent_path() ? path.parent_path() : ".");

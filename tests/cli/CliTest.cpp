@@ -9,44 +9,6 @@
 namespace orv::test {
 namespace {
 
-TEST_F(CliTest, NewMakesADatabaseAndNeverReplacesAFile) {
-  EXPECT_EQ(orv("new db.mdb").exit, 0);
-  const Ended again = orv("new db.mdb");
-  EXPECT_EQ(again.exit, 3);
-  EXPECT_NE(again.err.find("db.mdb"), std::string::npos) << again.err;
-  EXPECT_EQ(orv("check db.mdb").exit, 0);
-  const Ended info = orv("info db.mdb --format tsv");
-  EXPECT_EQ(info.exit, 0) << info.err;
-  for (const char* line : {"kind\tORV database\n", "schema version\t3.0.0\n",
-                           "file format\tJet 4\n", "Panes\t0\n", "Shadings\t0\n"}) {
-    EXPECT_NE(info.out.find(line), std::string::npos) << info.out;
-  }
-}
-
-TEST_F(CliTest, CopiedPanesAreListedShownAndQueried) {
-  makeDatabase();
-  EXPECT_EQ(orv("list db.mdb --format tsv").out,
-            "id\tname\tproduct\tgroup\tsupplier\n"
-            "1\ta.txt\tAlpha\tDemo\tUnknown\n"
-            "2\tb.txt\tBeta\tDemo\tUnknown\n");
-  EXPECT_EQ(orv("list a.txt --format json").out,
-            "[\n  {\"id\": \"a.txt\", \"name\": \"a.txt\", \"product\": \"Alpha\", \"group\": "
-            "\"\", \"supplier\": \"\"}\n]\n");
-  const Ended show = orv("show db.mdb 2 --format tsv");
-  EXPECT_NE(show.out.find("thickness\t3\tmm\n"), std::string::npos) << show.out << show.err;
-  EXPECT_EQ(orv("show db.mdb 2 --spectrum --format tsv").out,
-            "wavelength (nm)\ttransmittance front\ttransmittance back\treflectance "
-            "front\treflectance back\n"
-            "300\t0.1\t0.1\t0.05\t0.06\n500\t0.8\t0.8\t0.07\t0.08\n2500\t0.7\t0.7\t0.06\t0.07\n");
-  const Ended sql = orv("sql db.mdb \"SELECT name, thickness FROM Pane ORDER BY name DESC\"");
-  EXPECT_EQ(sql.out, "name   thickness\n-----  ---------\nb.txt          3\na.txt          3\n")
-      << sql.err;
-  EXPECT_NE(orv("sql db.mdb qryPaneImport").out.find("Alpha"), std::string::npos);
-  const Ended queries = orv("sql db.mdb --queries --format tsv");
-  EXPECT_NE(queries.out.find("qryPaneImport\tSELECT Pane.PaneID"), std::string::npos)
-      << queries.out;
-}
-
 TEST_F(CliTest, FramesAreShownWholeAndHaveNothingToChooseFrom) {
   orv("new db.mdb");
   {
@@ -71,32 +33,6 @@ TEST_F(CliTest, FramesAreShownWholeAndHaveNothingToChooseFrom) {
   }
 }
 
-TEST_F(CliTest, WithoutATerminalAMissingGroupIsAnErrorThatNamesTheOption) {
-  folder.write("a.txt", paneText());
-  orv("new db.mdb");
-  const Ended run = orv("copy a.txt db.mdb");
-  EXPECT_EQ(run.exit, 2);
-  EXPECT_NE(run.err.find("--group"), std::string::npos);
-  EXPECT_EQ(orv("copy a.txt db.mdb --group IGDB2").exit, 2);
-  EXPECT_EQ(orv("list db.mdb --format json").out, "[]\n");
-}
-
-TEST_F(CliTest, AFolderWithABadFileCopiesTheOthersAndExitsWithOne) {
-  std::filesystem::create_directory(folder.path() / "panes");
-  folder.write("panes/a.txt", paneText());
-  folder.write("panes/bad.txt", "SI Microns thick\n");
-  orv("new db.mdb");
-  const Ended run = orv("copy panes db.mdb --group Demo");
-  EXPECT_EQ(run.exit, 1);
-  EXPECT_EQ(run.out, "1 record copied, 1 failed.\n");
-  EXPECT_NE(run.err.find("The record bad.txt could not be copied: "), std::string::npos);
-
-  const Ended again = orv("copy panes db.mdb a.txt --group Demo");
-  EXPECT_EQ(again.exit, 1);
-  EXPECT_NE(again.err.find("A record with this name (a.txt) already exists."), std::string::npos);
-  EXPECT_EQ(orv("copy panes db.mdb nothere.txt --group Demo").exit, 1);
-}
-
 TEST_F(CliTest, ThePolicyAnswersTheQuestionForTheSubstrate) {
   orv("new source.mdb");
   {
@@ -117,79 +53,6 @@ TEST_F(CliTest, ThePolicyAnswersTheQuestionForTheSubstrate) {
   const Ended dropped = orv("copy source.mdb db.mdb --group H --substrate drop");
   EXPECT_EQ(dropped.exit, 0) << dropped.err;
   EXPECT_NE(dropped.err.find("without saving the substrate data? Yes."), std::string::npos);
-}
-
-TEST_F(CliTest, DeletionNeedsAConfirmation) {
-  makeDatabase();
-  const Ended unconfirmed = orv("delete db.mdb 1");
-  EXPECT_EQ(unconfirmed.exit, 2);
-  EXPECT_NE(unconfirmed.err.find("--yes"), std::string::npos);
-  const Ended run = orv("delete db.mdb 1 9 --yes");
-  EXPECT_EQ(run.exit, 1);
-  EXPECT_EQ(run.out, "1 record deleted, 1 failed.\n");
-  EXPECT_EQ(run.err, "orv: The record 9 could not be deleted: Pane could not be found!\n");
-  EXPECT_EQ(orv("delete a.txt a.txt --yes").exit, 2) << "text files are not deleted";
-  EXPECT_EQ(orv("sql db.mdb \"SELECT PaneID FROM Pane\" --format tsv").out, "PaneID\n2\n");
-  EXPECT_EQ(orv("check db.mdb").exit, 0);
-}
-
-TEST_F(CliTest, ExportWritesFilesAndSaysWhatItFilledIn) {
-  makeDatabase();
-  const Ended run = orv("export db.mdb 1 --to out");
-  EXPECT_EQ(run.exit, 0) << run.err;
-  EXPECT_EQ(run.out, "a.txt\n1 file written to out.\n");
-  EXPECT_NE(run.err.find("orv: filled in: coating name = Unknown: a.txt\n"), std::string::npos);
-  EXPECT_NE(folder.read("out/a.txt").find("{ Product Name: Alpha }"), std::string::npos);
-  EXPECT_EQ(orv("export db.mdb 1 --to out --quiet").out, "a_2.txt\n");
-  EXPECT_EQ(orv("export db.mdb --set frames --to out").exit, 2);
-
-  orv("export db.mdb 1 --form csv --to out --quiet");
-  EXPECT_TRUE(folder.read("out/a.csv").starts_with("wavelength (nm),transmittance front (1),"))
-      << folder.read("out/a.csv");
-
-  const Ended table = orv("export db.mdb 1 --form csv --single -");
-  EXPECT_TRUE(table.out.starts_with("wavelength (nm),a.txt transmittance front (1),")) << table.out;
-  EXPECT_EQ(table.err, "1 pane written to standard output.\n");
-  const Ended products = orv("export db.mdb --form json --to - --quiet");
-  EXPECT_TRUE(products.out.starts_with("[\n {\n  \"type\": \"GLAZING\"")) << products.out;
-  EXPECT_EQ(products.err, "");
-  EXPECT_EQ(orv("export db.mdb --form json --single all.json").exit, 0);
-  EXPECT_EQ(orv("show all.json 'all.json#/1' --format tsv").exit, 0);
-  for (const char* wrong : {"", " --single all.json", " --single x --to y", " --to -",
-                            " --form xml --to out", " --set shadings --form json --to out"}) {
-    EXPECT_EQ(orv(std::string("export db.mdb") + wrong).exit, 2) << wrong;
-  }
-}
-
-TEST_F(CliTest, WrongUseAndFilesThatCannotBeOpenedHaveTheirExitCodes) {
-  folder.write("no.mdb", std::string("\0binary", 7));
-  EXPECT_EQ(orv("").exit, 2);
-  EXPECT_EQ(orv("fly").exit, 2);
-  EXPECT_EQ(orv("list").exit, 2);
-  EXPECT_EQ(orv("--help").exit, 0);
-  EXPECT_EQ(orv("--version").exit, 0);
-  for (const char* verb : {"new", "info", "list", "show", "copy", "export", "delete", "sql",
-                           "tables", "check", "completion"}) {
-    const Ended help = orv(std::string(verb) + " --help");
-    EXPECT_EQ(help.exit, 0);
-    EXPECT_NE(help.out.find("Examples:\n  orv " + std::string(verb)), std::string::npos)
-        << help.out;
-  }
-  EXPECT_EQ(orv("list missing.mdb").exit, 3);
-  EXPECT_EQ(orv("list no.mdb").exit, 3);
-  EXPECT_EQ(orv("check no.mdb").exit, 3);
-  EXPECT_EQ(orv("copy no.mdb missing.mdb --group G").exit, 3);
-  orv("new db.mdb");
-  EXPECT_EQ(orv("list db.mdb --set windows").exit, 2);
-  for (const char* arguments : {"sql db.mdb", "sql db.mdb Pane --queries"}) {
-    const Ended either = orv(arguments);
-    EXPECT_EQ(either.exit, 2);
-    EXPECT_NE(either.err.find("Give either a SELECT statement"), std::string::npos) << either.err;
-  }
-  EXPECT_EQ(orv("sql db.mdb \"SELECT nothing FROM nowhere\"").exit, 2);
-  const Ended show = orv("show db.mdb 5");
-  EXPECT_EQ(show.exit, 1);
-  EXPECT_EQ(show.err, "orv: This record was not found in its data source.\n");
 }
 
 /// Changes bytes of the database; `change` gets its table of panes.
@@ -326,20 +189,6 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   const Ended refused = orv("copy glazing.mdb orvdata-2.0.1.mdb");
   EXPECT_EQ(refused.exit, 2);
   EXPECT_NE(refused.err.find("version 3 or higher"), std::string::npos);
-}
-
-TEST_F(CliTest, UnknownWordsAreNamedWithThoseThatThereAre) {
-  const Ended verb = orv("lst db.mdb");
-  EXPECT_EQ(verb.exit, 2);
-  EXPECT_NE(verb.err.find("no verb \"lst\". There are: new, info, list,"), std::string::npos)
-      << verb.err;
-  for (const char* word : {"windows", "1"}) {
-    const Ended set = orv(std::string("list db.mdb --set ") + word);
-    EXPECT_EQ(set.exit, 2);
-    EXPECT_NE(set.err.find("is none of: frames, frametypes, groups, panes, shadings, suppliers"),
-              std::string::npos)
-        << set.err;
-  }
 }
 
 TEST_F(CliTest, OptionsThatNothingUsesAreRefused) {

@@ -51,51 +51,6 @@ class RecordsTest : public CliTest {
   }
 };
 
-TEST_F(RecordsTest, RecordsThatAreThereAreReplacedOrSkippedWhenToldSo) {
-  makeDatabase();
-  folder.write("a.txt", paneText("Newer"));
-  EXPECT_EQ(orv("copy a.txt b.txt db.mdb --group Demo").out, "0 records copied, 2 failed.\n");
-  const Ended skipped = orv("copy a.txt b.txt db.mdb --group Demo --skip-existing");
-  EXPECT_EQ(skipped.exit, 0) << skipped.err;
-  EXPECT_EQ(skipped.out, "0 records copied, 2 skipped.\n");
-  folder.write("c.txt", paneText("Third"));
-  const Ended replaced = orv("copy a.txt c.txt db.mdb --group Demo --replace --no-integrate");
-  EXPECT_EQ(replaced.exit, 0) << replaced.err;
-  EXPECT_EQ(replaced.out, "1 record copied, 1 replaced.\n");
-  EXPECT_EQ(orv("list db.mdb --columns PaneID,product_name --format csv").out,
-            "PaneID,product_name\n1,Newer\n2,Beta\n3,Third\n");
-  EXPECT_EQ(orv("copy a.txt db.mdb --group Demo --replace --skip-existing").exit, 2);
-  EXPECT_EQ(orv("check db.mdb").exit, 0);
-}
-
-TEST_F(RecordsTest, FilesOfLaboratoriesAreReadWhenAskedFor) {
-  std::filesystem::create_directory(folder.path() / "lab");
-  folder.write("lab/a.txt", "SI nm 4,0 mm 1,0\nnm;T%;R%;R%\n300;10,5;5;6\n500;80;7;8\n");
-  folder.write("lab/b.txt", paneText());
-  folder.write("lab/c.txt", "SI Microns 4 1\n0.5 x\n");
-  orv("new db.mdb");
-  const Ended strict = orv("copy lab db.mdb --group Lab --no-integrate");
-  EXPECT_EQ(strict.out, "1 record copied, 2 failed.\n");
-  EXPECT_NE(
-      strict.err.find("Invalid wavelength\na.txt, line 1, column 4: 'nm'. Write Nanometers. Or "
-                      "have the file read tolerantly (--tolerant)."),
-      std::string::npos)
-      << strict.err;
-  EXPECT_EQ(linesWith(strict.err, "Invalid wavelength"), 1);
-  const Ended tolerant =
-      orv("copy lab db.mdb --group Lab --skip-existing --tolerant --no-integrate");
-  EXPECT_EQ(tolerant.exit, 1);
-  EXPECT_EQ(tolerant.out, "1 record copied, 1 skipped, 1 failed.\n");
-  EXPECT_NE(tolerant.err.find("c.txt, line 2, column 5"), std::string::npos) << tolerant.err;
-  EXPECT_EQ(linesWith(tolerant.err, "orv: a.txt is read tolerantly: "), 1) << tolerant.err;
-  EXPECT_EQ(orv("show db.mdb 2 --spectrum --format tsv").out,
-            "wavelength (nm)\ttransmittance front\ttransmittance back\treflectance "
-            "front\treflectance back\n300\t0.105\t0.105\t0.05\t0.06\n500\t0.8\t0.8\t0.07\t0.08\n");
-  const Ended list = orv("list lab --format tsv");
-  EXPECT_EQ(list.exit, 1);
-  EXPECT_EQ(linesWith(list.err, " cannot be read: "), 2) << list.err;
-}
-
 TEST_F(RecordsTest, ADamagedIndexDoesNotHideRecords) {
   makeLargeDatabase();
   const std::string before = orv("show db.mdb 2 --spectrum --format tsv").out;
@@ -125,96 +80,6 @@ TEST_F(RecordsTest, ADamagedIndexDoesNotHideRecords) {
   EXPECT_EQ(orv("show to.mdb 2 --spectrum --format tsv").out, before);
   EXPECT_EQ(orv("sql to.mdb \"SELECT COUNT(*) AS n FROM Pane_spectral_data\" --format tsv").out,
             fmt::format("n\n{}\n", 2 * (kPoints + 3)));
-}
-
-TEST_F(RecordsTest, ConditionsChooseRecordsForEveryVerb) {
-  makeDatabase();
-  EXPECT_EQ(orv("list db.mdb --where product_name:bet --columns name --format tsv").out,
-            "name\nb.txt\n");
-  EXPECT_EQ(orv("list db.mdb --where \"thickness>3\" --columns name --format tsv").out, "name\n");
-  EXPECT_EQ(orv("export db.mdb --where name=A.TXT --to out --quiet").out, "a.txt\n");
-  EXPECT_EQ(orv("export db.mdb --where name=z --form csv --single none.csv").out,
-            "Nothing is written to none.csv.\n");
-  orv("new to.mdb");
-  EXPECT_EQ(orv("copy db.mdb to.mdb --group G --where name=b.txt").out, "1 record copied.\n");
-  const Ended deleted = orv("delete db.mdb --where name:a --where thickness:2..4 --yes");
-  EXPECT_EQ(deleted.out, "1 record deleted.\n") << deleted.err;
-  EXPECT_EQ(orv("list db.mdb --columns name --format tsv").out, "name\nb.txt\n");
-  const Ended unknown = orv("list db.mdb --where colour=red");
-  EXPECT_EQ(unknown.exit, 2);
-  EXPECT_NE(
-      unknown.err.find("There is no column \"colour\". There are: PaneID, name, product_name"),
-      std::string::npos)
-      << unknown.err;
-  EXPECT_EQ(orv("list db.mdb --where colour").exit, 2);
-  EXPECT_EQ(orv("copy db.mdb to.mdb 1 --group G --where name=b.txt").exit, 2);
-  EXPECT_EQ(orv("delete db.mdb --yes").exit, 2);
-}
-
-TEST_F(RecordsTest, ConditionsNotUnderstoodWholeChooseNothing) {
-  makeDatabase();
-  const std::string before = orv("list db.mdb --format tsv").out;
-  for (const char* condition :
-       {"thickness<>5.85", "thickness>10mm", "thickness>>5", "thickness>", "thickness:x..y",
-        "thickness:3..x", "thickness:3..", "thickness:", "thickness=thin", "thickness<nan",
-        "name:", "name>a", "name<>a.txt"}) {
-    const Ended deleted = orv(fmt::format("delete db.mdb --where '{}' --yes", condition));
-    EXPECT_EQ(deleted.exit, 2) << condition;
-    EXPECT_NE(deleted.err.find(fmt::format("\"{}\" is not understood", condition)),
-              std::string::npos)
-        << deleted.err;
-  }
-  EXPECT_EQ(orv("list db.mdb --format tsv").out, before);
-  for (const char* part : {"thickness=3", "thickness:2.5..3", "thickness:3", "name=a.txt"}) {
-    EXPECT_NE(orv(fmt::format("list db.mdb --where {} --columns name", part)).out.find("a.txt"),
-              std::string::npos)
-        << part;
-  }
-}
-
-TEST_F(RecordsTest, ConditionsChooseFilesByWhatTheyHold) {
-  std::filesystem::create_directory(folder.path() / "lab");
-  folder.write("lab/a.txt", paneText("Alpha"));
-  folder.write("lab/b.txt", paneText("Beta") + "{ Angle of Incidence: 40 }\n");
-  folder.write("lab/c.txt", "SI Microns thick\n");
-  const Ended chosen =
-      orv("list lab --where 'angle>30' --columns Filename,product_name,thickness --format csv");
-  EXPECT_EQ(chosen.out, "Filename,product_name,thickness\nb.txt,Beta,3\n");
-  EXPECT_EQ(chosen.exit, 1);
-  EXPECT_EQ(linesWith(chosen.err, "orv: c.txt cannot be read: "), 1) << chosen.err;
-  orv("new db.mdb");
-  const Ended copied = orv("copy lab db.mdb --group G --where product_name=alpha --no-integrate");
-  EXPECT_EQ(copied.out, "1 record copied.\n") << copied.err;
-  EXPECT_EQ(orv("list lab/a.txt --columns colour").exit, 2);
-}
-
-TEST_F(RecordsTest, QuietRunsTellFailuresOnly) {
-  makeDatabase();
-  orv("new to.mdb");
-  const Ended quiet = orv("copy db.mdb to.mdb --group G --quiet");
-  EXPECT_EQ(quiet.out + quiet.err, "");
-  const Ended total = orv("copy db.mdb a.txt to.mdb --group Other");
-  EXPECT_EQ(total.out, "2 records copied, 1 failed.\n") << "one line for all sources";
-  const Ended failed = orv("copy a.txt to.mdb --group G --quiet");
-  EXPECT_EQ(failed.out, "");
-  EXPECT_TRUE(failed.err.starts_with("orv: The record a.txt could not be copied")) << failed.err;
-  EXPECT_EQ(orv("delete to.mdb 1 --yes --quiet").out, "");
-}
-
-TEST_F(RecordsTest, TablesAreListedAndUnknownOnesNameThem) {
-  makeDatabase();
-  const std::string tables = orv("tables db.mdb --format csv").out;
-  EXPECT_NE(tables.find("Pane_spectral_data,table,6\n"), std::string::npos) << tables;
-  EXPECT_NE(tables.find("qryPaneImport,query,\n"), std::string::npos) << tables;
-  const Ended unknown = orv("sql db.mdb Panes");
-  EXPECT_EQ(unknown.exit, 2);
-  EXPECT_NE(unknown.err.find(" There are: Frame, FrameTypes, "), std::string::npos) << unknown.err;
-  EXPECT_EQ(
-      shell("echo 'SELECT name FROM Pane WHERE PaneID = 2' | orv sql db.mdb - --format csv").out,
-      "name\nb.txt\n");
-  EXPECT_EQ(
-      orv("sql db.mdb \"SELECT 'a, \"\"b\"\"' AS x FROM Pane WHERE PaneID = 1\" --format csv").out,
-      "x\n\"a, b\"\n");
 }
 
 TEST_F(RecordsTest, PipesAreNotWaitedForAndPasswordsAreAskedFor) {
@@ -298,47 +163,6 @@ TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
       "orv-*");
   EXPECT_NE(unread.out.find("\n141\n"), std::string::npos) << unread.out << unread.err;
   EXPECT_EQ(unread.exit, 2) << "nothing is left behind: " << unread.out;
-}
-
-TEST_F(RecordsTest, AStandardStreamIsRefusedWhereItMakesNoSense) {
-  makeDatabase();
-  for (const char* arguments :
-       {"new -", "sql - Pane", "tables -", "check -", "compact db.mdb -", "compact - x.mdb",
-        "delete - 1 --yes", "copy a.txt - --group G", "list - <db.mdb",
-        "copy - - db.mdb --group G <a.txt", "list a.txt --name b.txt",
-        "list - --name b/c.txt <a.txt", "list - --name .. <a.txt", "list - --name x.mdb <a.txt",
-        "list - --name $(printf %0300d 0) <a.txt", "list - --password-file - <a.txt",
-        "sql db.mdb - --password-file - <a.txt"}) {
-    const Ended run = orv(arguments);
-    EXPECT_EQ(run.exit, 2) << arguments << run.err;
-    EXPECT_NE(run.err.find("standard input"), std::string::npos) << arguments << run.err;
-  }
-  EXPECT_EQ(orv("list -").exit, 3) << "nothing comes";
-  for (const auto& [call, reason] :
-       {std::pair("orv list - <.", "cannot be read: Is a directory"),
-        std::pair("TMPDIR=nowhere orv list - <a.txt", "TMPDIR names the folder")}) {
-    const Ended failed = shell(call);
-    EXPECT_EQ(failed.exit, 3) << call;
-    EXPECT_NE(failed.err.find(reason), std::string::npos) << failed.err;
-  }
-}
-
-TEST_F(RecordsTest, ColumnsAreShownOfWhatIsDeletedAndRefusedWhereRecordsAreTakenWhole) {
-  makeDatabase();
-  const Ended deleted =
-      orv("delete db.mdb --where name:b --columns 'product_name, thickness' --yes");
-  EXPECT_EQ(deleted.out,
-            "product_name  thickness\n------------  ---------\nBeta                  3\n"
-            "1 record deleted.\n")
-      << deleted.err;
-  for (const char* verb : {"export db.mdb --to out", "copy a.txt db.mdb --group G"}) {
-    const Ended refused = orv(std::string(verb) + " --columns name");
-    EXPECT_EQ(refused.exit, 2);
-    EXPECT_NE(refused.err.find("takes records whole"), std::string::npos) << refused.err;
-    EXPECT_EQ(orv(std::string(verb) + " --help").out.find("--columns"), std::string::npos);
-  }
-  EXPECT_EQ(orv("delete db.mdb 1 --columns colour --yes").exit, 2);
-  EXPECT_NE(orv("show db.mdb").out.find("Alpha"), std::string::npos) << "the only one is meant";
 }
 
 }  // namespace

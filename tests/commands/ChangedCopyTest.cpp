@@ -327,6 +327,23 @@ TEST_F(ChangedCopyTest, WhatAFileDoesNotSayStays) {
   EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT COUNT(*) FROM Groups"), "1");
 }
 
+TEST_F(ChangedCopyTest, OnlyValuesThatAreStoredAreSaidToBeComputed) {
+  group_ = "Demo";
+  const auto files = std::filesystem::path(ORV_SOURCE_DIR) / "examples" / "panes";
+  const auto a = opener.openAny((files / "clear_4.txt").string());
+  const auto b = newDatabase("b.mdb");
+  const auto copied = [&] {
+    const Comparison told = compare(a, b, {.group = group_, .isForCopy = true});
+    return copyChanged(a, b, told).summary();
+  };
+  const std::string computed = " Integrated values of 1 pane computed by EN 410.";
+  EXPECT_EQ(copied(), "1 record copied." + computed);
+  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
+  EXPECT_EQ(copied(), "0 records copied, 1 replaced.");
+  setAll(*b->ADOConnection(), "Pane_spectral_data", "transmission_outdoor", 0.5F);
+  EXPECT_EQ(copied(), "0 records copied, 1 replaced." + computed);
+}
+
 /// The guide tells of all that is not brought.
 TEST(CopyRulesTest, TheGuideNamesWhatIsNotBrought) {
   std::ifstream guide(std::filesystem::path(ORV_SOURCE_DIR) / "docs" / "user-guide.md");

@@ -2,9 +2,12 @@
 #include <gmock/gmock.h>
 
 #include "commands/CommandsTest.h"
+#include "commands/IgdbPassword.h"
 #include "commands/PasteRecords.h"
 #include "commands/compare/Compare.h"
+#include "database/GlazingDatabase.h"
 #include "model/Raised.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 namespace {
@@ -167,6 +170,100 @@ TEST_F(CompareTest, FramesAndShadingsAreCompared) {
               compare(recordSet(a, RecordKind::frames), recordSet(b, RecordKind::panes));
             }).number,
             kInvalidCall);
+}
+
+TEST_F(CompareTest, PanesOfTheIgdbAreComparedAsACopyBringsThem) {
+  const auto path = folder.path() / "igdb.mdb";
+  const auto pane = [](int id, const char* file, const char* type, const char* substrate) {
+    return FieldValues{{"GlazingID", id},
+                       {"FileName", file},
+                       {"ProductName", "Glass"},
+                       {"Manufacturer", "Maker"},
+                       {"Type", type},
+                       {"Substrate_FileName", substrate},
+                       {"Thickness", 4.5},
+                       {"Conductivity", 1.25},
+                       {"ef", 0.84},
+                       {"eb", 0.75},
+                       {"TIR", 0.125},
+                       {"Precalc_Tsol", id / 16.0}};
+  };
+  makeGlazingDatabase(
+      path.string(),
+      {pane(3, "film.dat", "Applied film", "CLEAR.DAT"), pane(1, "clear.dat", "Monolithic", "N/A"),
+       pane(2, "alone.dat", "Applied film", "gone.dat"), pane(4, "extra.dat", "Coated", "N/A")})
+      ->close();
+  setPassword(path, commands::kIgdbPassword);
+  const auto igdb = opener.openAny(path.string());
+  ASSERT_EQ(igdb->DataType(), sources::DataType::igdb);
+  ui.answers = {commands::Answer::yes, commands::Answer::no};  // the substrate of one is not there
+  EXPECT_EQ(commands::pasteRecords(session, selectAll(recordSet(igdb, RecordKind::panes)), b,
+                                   {.integrateBy = std::nullopt})
+                .copied,
+            4)
+      << ::testing::PrintToString(messages());
+  EXPECT_EQ(compare(igdb, b), Lines{});
+  EXPECT_EQ(result.summary(), "4 records are the same, 0 added, 0 removed, 0 changed.");
+  EXPECT_EQ(
+      result.remarks,
+      (Lines{"A has no frames: those of B were not compared.",
+             "A has no shadings: those of B were not compared.",
+             "Not compared, since only the panes of B have it: coating class, acceptance, Ra."}));
+  set(b, "Pane", "name = 'film.dat'", "product_name", "Film");
+  set(b, "Pane", "name = 'clear.dat'", "groupID",
+      session.database.InsertGroup("Other", *b->ADOConnection()));
+  set(b, "Pane_integrated_data", "PaneID = 3", "transmission_solar_outdoor", 0.5F);
+  set(b, "Pane_spectral_data", "PaneID = 1 AND wavelength = 500", "transmission_sub", 0.25F);
+  set(b, "Pane_spectral_data", "PaneID = 1 AND wavelength = 300", "reflection_indoor", 0.75F);
+  set(b, "Pane", "name = 'alone.dat'", "with_and_without_film", true);
+  EXPECT_EQ(
+      compare(igdb, b),
+      (Lines{"changed|panes|alone.dat|3|alone.dat||with and without film|no|yes",
+             "changed|panes|alone.dat|3|alone.dat|0|solar transmittance front|0.125|0.5",
+             "removed|panes|clear.dat||clear.dat||||",
+             "changed|panes|film.dat|1|film.dat||product name|Glass|Film",
+             "changed|panes|film.dat|1|film.dat|0|Rb|0.04875 at 300 nm|0.75 at 300 nm (+0.7013)",
+             "changed|panes|film.dat|1|film.dat|0|T of the substrate|0.135 at 500 nm|0.25 at 500 "
+             "nm (+0.115)",
+             "added|panes||2|clear.dat||||"}));
+  EXPECT_EQ(
+      compare(igdb, b, {.fields = {"Rb"}, .group = "igdb"}),
+      (Lines{"removed|panes|clear.dat||clear.dat||||",
+             "changed|panes|film.dat|1|film.dat|0|Rb|0.04875 at 300 nm|0.75 at 300 nm (+0.7013)"}));
+}
+
+TEST_F(CompareTest, NumbersAreToldAsFarAsTheyDiffer) {
+  for (const auto& node : {a, b}) {
+    insert(node, "pane");
+    FrameDataClass frame;
+    frame.name("frame");
+    frame.picture(node == a ? store::Bytes{1, 2, 3} : store::Bytes{1, 2});
+    session.database.InsertFrame(frame, *node->ADOConnection());
+    set(node, "Pane_spectral_data", "PaneID = 1", "direction", node == a ? 1 : 2);
+  }
+  set(b, "Pane", "PaneID = 1", "emission_IR_outdoor", 0.840000000001);
+  set(b, "Pane", "PaneID = 1", "emission_IR_indoor", store::Value());
+  set(b, "Pane", "PaneID = 1", "Ra", store::Value());
+  set(b, "Pane_integrated_data", "PaneID = 1", "reflection_UV_indoor", 0.20000002F);
+  set(b, "Pane_spectral_data", "wavelength = 500", "reflection_indoor", 0.22000003F);
+  EXPECT_EQ(compare(a, b),
+            (Lines{"changed|panes|1|1|pane||database emissivity front|0.84|0.840000000001",
+                   "changed|panes|1|1|pane||database emissivity back|0.1|",
+                   "changed|panes|1|1|pane|0|ultraviolet reflectance back|0.2|0.20000002",
+                   "changed|panes|1|1|pane|0|direction|1|2",
+                   "changed|panes|1|1|pane|0|Rb|0.22 at 500 nm|0.22000003 at 500 nm (+2.98e-08)",
+                   "changed|frames|1|1|frame||picture|3 bytes|2 bytes"}));
+  EXPECT_EQ(compare(a, b, {.fields = {"spectrum"}, .isForCopy = true}),
+            (Lines{"changed|panes|1|1|pane|0|Rb|0.22 at 500 nm|0.22000003 at 500 nm (+2.98e-08)"}));
+  EXPECT_EQ(result.remarks, (Lines{"Different, but not brought by a copy, so that it stays as it "
+                                   "is in B (panes): direction (1)."}));
+  // Without a row of values the spectrum is there all the same.
+  b->ADOConnection()->deleteRows("Pane_integrated_data", "PaneID = 1");
+  EXPECT_EQ(compare(b, a, {.fields = {"integrated values"}, .isForCopy = true}),
+            (Lines{"changed|panes|1|1|pane|0|integrated values|none|there"}));
+  EXPECT_EQ(compare(b, a, {.ignored = {"database emissivity front", "picture"}, .tolerance = 1}),
+            (Lines{"changed|panes|1|1|pane|0|integrated values|none|there",
+                   "changed|panes|1|1|pane|0|direction|2|1"}));
 }
 
 TEST_F(CompareTest, RecordsArePutTogetherAsIsAskedFor) {

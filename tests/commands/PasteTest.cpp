@@ -1,6 +1,7 @@
 #include "commands/CommandsTest.h"
 #include "commands/CopyRecords.h"
 #include "commands/PasteRecords.h"
+#include "database/GlazingDatabase.h"
 
 namespace orv::test {
 namespace {
@@ -222,6 +223,26 @@ TEST_F(PasteTest, APaneUnderWayIsCopiedWithAllItsAngles) {
   EXPECT_EQ(result.copied, 1);
   EXPECT_EQ(count(database, RecordKind::panes), 1);
   EXPECT_EQ(database->ADOConnection()->table("Pane_integrated_data").rowCount, 3);
+}
+
+/// The Optics5 user database has the tables of the IGDB and no password: one is made from it.
+TEST_F(PasteTest, PanesOfAnOptics5UserDatabaseAskForTheirGroup) {
+  const auto path = (folder.path() / "user.mdb").string();
+  makeGlazingDatabase(path, {{{"GlazingID", 1},
+                              {"FileName", "mine.dat"},
+                              {"Type", "laminated"},
+                              {"Substrate_FileName", "N/A"}}})
+      ->close();
+  const auto user = opener.openAny(path);
+  EXPECT_EQ(user->DataType(), sources::DataType::optics5User);
+  const auto database = newDatabase();
+  ui.inputs = {"Mine"};
+  const auto result =
+      commands::pasteRecords(session, selectAll(recordSet(user, RecordKind::panes)), database);
+  EXPECT_EQ(result.copied, 1) << ::testing::PrintToString(messages());
+  const auto pane =
+      session.database.RetrievePaneORV_30(*database->ADOConnection(), 1, "", "", 0, 0);
+  EXPECT_EQ(pane->description(), "Unknown Appearance: ") << "laminated is no known type";
 }
 
 }  // namespace

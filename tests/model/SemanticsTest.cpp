@@ -58,6 +58,9 @@ TEST(Semantics, RefusesWhatAKindOfPaneCannotHave) {
     void (*spoil)(GlazingData&);
     const char* rules;
   };
+  const std::string neither =
+      "Coated, Filmed and Applied Filmed glazings may not have a neither entry for coated "
+      "side!\r\nCoatedSide can't be neither for a coated, film, or applied film glazing";
   const Case cases[] = {
       {kMonolithic, [](GlazingData& p) { p.filename(""); }, "Filename must not be empty"},
       {kCoated, [](GlazingData& p) { p.CoatingName("N/A"); },
@@ -65,9 +68,10 @@ TEST(Semantics, RefusesWhatAKindOfPaneCannotHave) {
       {kLaminate, [](GlazingData& p) { p.CoatingName("N/A"); }, "Coating name can't be N/A"},
       {kMonolithic, [](GlazingData& p) { p.CoatingName("Unknown"); },
        "Monolithic glazing or non-coated glazing can't have an unknown coatingname"},
-      {kCoated, [](GlazingData& p) { p.CoatedSide(kNeitherSide); },
-       "Coated, Filmed and Applied Filmed glazings may not have a neither entry for coated "
-       "side!\r\nCoatedSide can't be neither for a coated, film, or applied film glazing"},
+      {kCoated, [](GlazingData& p) { p.CoatedSide(kNeitherSide); }, neither.c_str()},
+      {kFilm, [](GlazingData& p) { p.CoatedSide(kNeitherSide); }, neither.c_str()},
+      {kAppliedFilm, [](GlazingData& p) { p.CoatedSide(kNeitherSide); }, neither.c_str()},
+      {kLaminate, [](GlazingData& p) { p.CoatedSide(kNeitherSide); }, ""},
       {kMonolithic, [](GlazingData& p) { p.CoatedSide(kUnknownSide); },
        "Monolithic glazing can't have an unknown Coatedside"},
       {kAppliedFilm, [](GlazingData& p) { p.FilmFilename("N/A"); },

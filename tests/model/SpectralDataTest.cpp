@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,6 +11,8 @@ namespace orv {
 
 namespace {
 
+using ::testing::ElementsAre;
+
 SpectralData spectrumEndingAt(float last, std::int32_t unit) {
   SpectralData spectrum;
   spectrum.WavelengthUnit(unit);
@@ -21,6 +24,7 @@ SpectralData spectrumEndingAt(float last, std::int32_t unit) {
 TEST(SpectralData, CountsItsPoints) {
   SpectralData spectrum;
   EXPECT_EQ(test::raisedBy([&] { spectrum.count(); }).number, kSubscriptOutOfRange);
+  EXPECT_EQ(test::raisedBy([&] { spectrum.ShallowClone(); }).number, kSubscriptOutOfRange);
   EXPECT_EQ(test::raisedBy([&] { spectrum.Allocate(-1); }).number, kSubscriptOutOfRange);
   spectrum.Allocate(0);
   EXPECT_EQ(spectrum.count(), 1);
@@ -67,11 +71,12 @@ TEST(SpectralData, CopiesItsPoints) {
   spectrum.Rb(1, 0.4F);
   std::array<double, 2> wl{}, tf{}, tb{}, rf{}, rb{};
   spectrum.GetDataArraysAsDoubles(kMicrons, wl, tf, tb, rf, rb);
-  EXPECT_DOUBLE_EQ(wl[1], 0.4);
-  EXPECT_EQ(tf[1], 0.1F);
-  EXPECT_EQ(tb[1], 0.2F);
-  EXPECT_EQ(rf[1], 0.3F);
-  EXPECT_EQ(rb[1], 0.4F);
+  EXPECT_THAT((std::vector{wl[1], tf[1], tb[1], rf[1], rb[1]}),
+              ElementsAre(0.4, 0.1F, 0.2F, 0.3F, 0.4F));
+  std::array<float, 2> wl32{}, tf32{}, tb32{}, rf32{}, rb32{};
+  spectrum.GetDataArrays(kMicrons, wl32, tf32, tb32, rf32, rb32);
+  EXPECT_THAT((std::vector{wl32[1], tf32[1], tb32[1], rf32[1], rb32[1]}),
+              ElementsAre(0.4F, 0.1F, 0.2F, 0.3F, 0.4F));
 
   const auto clone = spectrum.ShallowClone();
   spectrum.Rb(1, 0.9F);

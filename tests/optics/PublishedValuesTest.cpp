@@ -3,11 +3,10 @@
 
 #include <cmath>
 #include <fstream>
-#include <map>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "optics/Integrator.h"
+#include "productfile/ProductFile.h"
 #include "support/Corpus.h"
 #include "textfile/ORV_TextFileInterface.h"
 
@@ -15,34 +14,11 @@ namespace orv::optics {
 
 namespace {
 
-using PanePtr = std::shared_ptr<GlazingData>;
-
-/// A product of the flat form, as far as its values depend on it.
-PanePtr product(const std::string& file) {
-  std::ifstream stream(test::corpusFolder() / "products" / file);
-  const auto json = nlohmann::json::parse(stream);
-  const auto& rows = json["spectral_data"]["spectral_data"];
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(static_cast<std::int32_t>(rows.size()) - 1);
-  std::int32_t i = 0;
-  for (const auto& row : rows) {
-    spectrum->wl(i, row["wavelength"].get<float>());
-    spectrum->Tf(i, row["T"].get<float>());
-    spectrum->Tb(i, row["T"].get<float>());
-    spectrum->Rf(i, row["Rf"].get<float>());
-    spectrum->Rb(i, row["Rb"].get<float>());
-    ++i;
-  }
-  auto pane = std::make_shared<GlazingData>();
-  pane->SpectralData(spectrum);
-  const auto side = json["coated_side"].get<std::string>();
-  pane->CoatedSide(codeOf(kCoatedSideNames, side).value_or(kUnknownSide));
-  return pane;
-}
-
-PanePtr pane(const std::string& file) {
-  if (file.ends_with(".json")) return product(file);
-  return ORV_TextFileInterface().ParseSpectralFile(test::corpusFolder() / "panes", file);
+std::shared_ptr<GlazingData> pane(const std::string& file) {
+  const auto folder = test::corpusFolder() / (file.ends_with(".json") ? "products" : "panes");
+  if (file.ends_with(".json"))
+    return productfile::ProductFile::read(folder / file).product("").pane;
+  return ORV_TextFileInterface().ParseSpectralFile(folder, file);
 }
 
 /// How far a value may be from what is published, relative to it.
@@ -80,7 +56,7 @@ TEST(PublishedValues, AreReachedByNfrc300) {
   }
   EXPECT_EQ(compared, 3 * 24);
   const auto protection = [](const char* file) {
-    return *Integrator(Standard::nfrc300).integrate(*product(file))["Tf_spf"];
+    return *Integrator(Standard::nfrc300).integrate(*pane(file))["Tf_spf"];
   };
   EXPECT_NEAR(protection("igsdb_9817.json"), 1384.424, 1e-3);
   EXPECT_NEAR(protection("nfrc_6046.json"), 76.09425, 5e-5);

@@ -15,7 +15,7 @@ TEST(ScreenColourTest, FindsTheCornersOfTheScreen) {
   EXPECT_THAT(screenColour({87.735, -86.183, 83.179}), ElementsAre(0, 255, 0));
   EXPECT_THAT(screenColour({32.297, 79.188, -107.86}), ElementsAre(0, 0, 255));
   EXPECT_THAT(screenColour({53.585, 0, 0}), ElementsAre(128, 128, 128));
-  EXPECT_THAT(screenColour({2.5, 0, 0}), ElementsAre(9, 9, 9));  // 255 * 12.92 * 2.5 / 903.3
+  EXPECT_THAT(screenColour({2.7, 0, 0}), ElementsAre(10, 10, 10));  // 255 * 12.92 * 2.7 / 903.3
 }
 
 TEST(ScreenColourTest, TakesWhatNoScreenShowsToItsEdge) {

@@ -39,6 +39,9 @@ TEST(ShadingIntegration, LeavesAShadingWithoutASpectrumAlone) {
   calculateIntegratedValues(shading);
   EXPECT_EQ(shading.Sol_transm_slat_surf(), 0.7);
   EXPECT_TRUE(shading.integrated().empty());
+  EXPECT_EQ(ShadingSpectralPoint(), (ShadingSpectralPoint{0, 0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ShadingIntegratedData(),
+            (ShadingIntegratedData{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 }  // namespace

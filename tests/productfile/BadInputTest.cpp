@@ -26,84 +26,112 @@ std::string productWith(const std::string& part, const std::string& replacement)
 }
 
 struct BadInput {
+  std::string part;  ///< of a product, that the text replaces; empty where it replaces all
   std::string text;
   std::int32_t number;
   std::string description;
   std::string place;
 };
 
-const std::string kRows = "/measured_data/spectral_data/angle_block/0/wavelength_data";
+const std::string kThickness = ", /measured_data/thickness: ";
+const std::string kBlocks = ", /measured_data/spectral_data/angle_block";
+const std::string kRows = kBlocks + "/0/wavelength_data";
 
 TEST(BadInputTest, IsToldWithItsPlace) {
-  const std::vector<BadInput> inputs = {
-      {"{\n \"näme\": x}", kInvalidCall,
-       "This is no JSON: syntax error while parsing value - "
-       "invalid literal; last read: '\"näme\": x'",
-       "a.json, line 2, column 10"},
-      {"", kInvalidCall,
-       "This is no JSON: syntax error while parsing value - unexpected end of "
-       "input; expected '[', '{', or a literal",
-       "a.json, line 1, column 1"},
-      {"{\"name\": \"\xFF\"}", kInvalidCall,
-       "This is no JSON: syntax error while parsing value - "
-       "invalid string: ill-formed UTF-8 byte; last read: '\"\xFF'",
-       "a.json, line 1, column 11"},
-      {productWith("4.5", "NaN"), kInvalidCall,
-       "This is no JSON: syntax error while parsing value "
-       "- invalid literal; last read: '\"thickness\": N'",
-       "a.json, line 2, column 36"},
-      {productWith("4.5", "1e999"), kOverflow, "This number is too large",
-       "a.json, line 2, column 36"},
-      {productWith("4.5", "1e50"), kOverflow, "Too large a number",
-       "a.json, /measured_data/thickness: 1e+50"},
-      {productWith("4.5", "\"NaN\""), kTypeMismatch, "Here a number is wanted",
-       "a.json, /measured_data/thickness: \"NaN\""},
-      {productWith("4.5", "-4.5"), kInvalidCall, "This is negative, and no such value is below 0",
-       "a.json, /measured_data/thickness: -4.5"},
-      {productWith("4.5", "[4, 5]"), kTypeMismatch, "Here a number is wanted",
-       "a.json, /measured_data/thickness: a list of 2"},
-      {productWith("Front", "Inside"), kInvalidCall,
-       "No side of a pane. It is one of Front, Back, Both, Neither",
-       "a.json, /coating_properties/coated_side: \"Inside\""},
-      {productWith("Microns", "Furlongs"), kInvalidCall,
-       "No unit of wavelengths. It is Microns or Nanometers",
-       "a.json, /measured_data/spectral_data/unit: \"Furlongs\""},
-      {productWith("Microns", "Nanometers"), kInvalidCall,
-       "No wavelength in nanometers, which this file says it has",
-       "a.json, " + kRows + "/0/w: 0.3"},
-      {productWith("0.3", "300"), kInvalidCall,
-       "No wavelength in microns, which products of this form have",
-       "a.json, " + kRows + "/0/w: 300"},
-      {productWith("0.3", "-0.3"), kInvalidCall,
-       "No wavelength in microns, which products of this form have",
-       "a.json, " + kRows + "/0/w: -0.3"},
-      {productWith("\"w\"", "\"x\""), kInvalidCall, "A value is missing",
-       "a.json, " + kRows + "/0/w: null"},
-      {productWith("0.2", "20"), kInvalidCall, "This is no fraction. Values are between 0 and 1",
-       "a.json, " + kRows + "/0/tf: 20"},
-      {productWith("\"tf\"", "\"T\""), kInvalidCall,
-       "No row has all of transmittance and both reflectances",
-       "a.json, " + kRows + ": a list of 1"},
-      {productWith("10", "12.5"), kTypeMismatch, "Here a whole number is wanted",
-       "a.json, /measured_data/spectral_data/angle_block/0/incidence_angle: 12.5"},
-      {productWith("10", "-2147483649"), kOverflow, "Too large a number",
-       "a.json, /measured_data/spectral_data/angle_block/0/incidence_angle: -2147483649"},
-      {productWith("\"name\"", "\"orv_record\": {\"hidden\": 1}, \"name\""), kTypeMismatch,
-       "Here true or false is wanted", "a.json, /orv_record/hidden: 1"},
-      {productWith("angle_block", "angles"), kInvalidCall,
+  std::vector<BadInput> inputs = {
+      {"", "{\n \"néme\": x}", 5,
+       "This is no JSON: syntax error while parsing value - invalid literal; last read: '\"néme\": "
+       "x'",
+       ", line 2, column 10"},
+      {"", "", 5,
+       "This is no JSON: syntax error while parsing value - unexpected end of input; expected '[', "
+       "'{', or a literal",
+       ", line 1, column 1"},
+      {"", "{\"name\": \"\xFF\"}", 5,
+       "This is no JSON: syntax error while parsing value - invalid string: ill-formed UTF-8 byte; "
+       "last read: '\"\xFF'",
+       ", line 1, column 11"},
+      {"4.5", "NaN", 5,
+       "This is no JSON: syntax error while parsing value - invalid literal; last read: "
+       "'\"thickness\": N'",
+       ", line 2, column 36"},
+      {"4.5", "1e999", 6, "This number is too large", ", line 2, column 36"},
+      {"4.5", "3.5e38", 6, "Too large a number", kThickness + "3.5e+38"},
+      {"4.5", '"' + std::string(38, 'x') + '"', 13, "Here a number is wanted",
+       kThickness + "\"" + std::string(38, 'x') + '"'},
+      {"4.5", "\"ä" + std::string(34, 'x') + '"', 13, "Here a number is wanted",
+       kThickness + "\"\\u00e4" + std::string(33, 'x') + "..."},
+      {"4.5", "\"inf\"", 13, "Here a number is wanted", kThickness + "\"inf\""},
+      {"4.5", "\"4.5mm\"", 13, "Here a number is wanted", kThickness + "\"4.5mm\""},
+      {"\"Front\"", "7", 13, "Here a text is wanted", ", /coating_properties/coated_side: 7"},
+      {"{\"coated_side\": \"Front\"}", "7", 13, "Here an object is wanted",
+       ", /coating_properties: 7"},
+      {"\"name\"", "\"unit_system\": \"metric\", \"name\"", 5, "No system of units. It is SI or IP",
+       ", /unit_system: \"metric\""},
+      {"4.5", "-4.5", 5, "This is negative, and no such value is below 0", kThickness + "-4.5"},
+      {"4.5", "[4, 5]", 13, "Here a number is wanted", kThickness + "a list of 2"},
+      {"Front", "Inside", 5, "No side of a pane. It is one of Front, Back, Both, Neither",
+       ", /coating_properties/coated_side: \"Inside\""},
+      {"Microns", "Furlongs", 5, "No unit of wavelengths. It is Microns or Nanometers",
+       ", /measured_data/spectral_data/unit: \"Furlongs\""},
+      {"Microns", "Nanometers", 5, "No wavelength in nanometers, which this file says it has",
+       kRows + "/0/w: 0.3"},
+      {"0.3", "0.0999", 5, "No wavelength in microns, which products of this form have",
+       kRows + "/0/w: 0.0999"},
+      {"0.3", "200.1", 5, "No wavelength in microns, which products of this form have",
+       kRows + "/0/w: 200.1"},
+      {"{\"w\": 0.3, \"tf\": 0.2, \"rf\": 0.1, \"rb\": 0.05}", "", 5,
+       "The product has no spectral data", kRows + ": a list of 0"},
+      {"{\"w\": 0.3, \"tf\": 0.2, \"rf\": 0.1, \"rb\": 0.05}", "7", 13, "Here an object is wanted",
+       kRows + "/0: 7"},
+      {"\"w\"", "\"x\"", 5, "A value is missing", kRows + "/0/w: null"},
+      {"0.2", "20", 5, "This is no fraction. Values are between 0 and 1", kRows + "/0/tf: 20"},
+      {"\"tf\"", "\"T\"", 5, "No row has all of transmittance and both reflectances",
+       kRows + ": a list of 1"},
+      {"10", "12.5", 13, "Here a whole number is wanted", kBlocks + "/0/incidence_angle: 12.5"},
+      {"10", "-1", 5, "No angle of incidence", kBlocks + "/0/incidence_angle: -1"},
+      {"10", "32768", 5, "No angle of incidence", kBlocks + "/0/incidence_angle: 32768"},
+      {"{\"incidence_angle\"", "{\"incidence_angle\": 10}, {\"incidence_angle\"", 5,
+       "A second block for 10 degrees", kBlocks + "/1: an object"},
+      {"", R"({"measured_data": {"spectral_data": {"unit": "um", "angle_block": []}}})", 5,
+       "There is no block of data", kBlocks + ": a list of 0"},
+      {"", R"({"measured_data": {"spectral_data": {"unit": "um", "angle_block": 7}}})", 13,
+       "Here a list is wanted", kBlocks + ": 7"},
+      {"", R"({"id": -1, "spectral_data": {"spectral_data": []}})", 5, "No id is negative",
+       ", /id: -1"},
+      {"", R"({"type": "Shading", "name": "N", "subtype": "VENETIAN"})", 5,
+       "\"N\" is a shading (venetian), and only panes are read from files of products",
+       ": an object"},
+      {"", R"({"type": "SHADING"})", 5,
+       "\"\" is a shading, and only panes are read from files of products", ": an object"},
+      {"10", "-2147483649", 6, "Too large a number", kBlocks + "/0/incidence_angle: -2147483649"},
+      {"\"name\"", "\"orv_record\": {\"hidden\": 1}, \"name\"", 13, "Here true or false is wanted",
+       ", /orv_record/hidden: 1"},
+      {"angle_block", "angles", 5,
        "This is no product of a known form: there is neither /spectral_data/spectral_data, "
        "/physical_properties/optical_properties/optical_data/angle_blocks nor "
        "/measured_data/spectral_data/angle_block",
-       "a.json: an object"},
-      {"[]", kInvalidCall, "This file holds an empty list", "a.json: a list of 0"},
-      {"7", kTypeMismatch, "Here an object is wanted", "a.json: 7"},
+       ": an object"},
+      {"", "1e999", 6, "This number is too large", ", line 1, column 1"},
+      {"", "[7, 8]", 5, "This file holds a list of products, and none is chosen", ": a list of 2"},
+      {"", "[]", 5, "This file holds an empty list", ": a list of 0"},
+      {"", "7", 13, "Here an object is wanted", ": 7"},
   };
+  for (const char* date :
+       {"2026-02-30T12:00:00", "2026-01-31T12:00:00Z", "2026-01-31", "2026-01-31T24:00:00",
+        "2026-01-31T-1:00:00", "2026-01-31T23:60:00", "2026-01-31T23:59:60"}) {
+    const std::string record = fmt::format("\"orv_record\": {{\"file_date\": \"{}\"}}, ", date);
+    inputs.push_back({"\"name\"", record + "\"name\"", kTypeMismatch,
+                      "Here a date such as 2026-01-31T12:00:00 is wanted",
+                      fmt::format(", /orv_record/file_date: \"{}\"", date)});
+  }
   for (const BadInput& input : inputs) {
     SCOPED_TRACE(input.text);
-    const auto raised = raisedBy([&] { ProductFile(input.text, "a.json").product(""); });
+    const std::string text = input.part.empty() ? input.text : productWith(input.part, input.text);
+    const auto raised = raisedBy([&] { ProductFile(text, "a.json").product(""); });
     EXPECT_EQ(raised.number, input.number);
     EXPECT_EQ(raised.description, input.description);
-    EXPECT_EQ(raised.place, input.place);
+    EXPECT_EQ(raised.place, "a.json" + input.place);
   }
 }
 
@@ -133,6 +161,9 @@ TEST(BadInputTest, InAListThePlaceBeginsWithTheProduct) {
   for (const char* pointer : {"/1", "/-1", "/0/name", "/x", ""}) {
     EXPECT_EQ(raisedBy([&] { file.product(pointer); }).number, kInvalidCall) << pointer;
   }
+  const auto unknown = raisedBy([&] { file.angles("/1"); });
+  EXPECT_EQ(unknown.description, "There is no such product in this file");
+  EXPECT_EQ(unknown.place, "a.json, /1");
 }
 
 TEST(BadInputTest, FilesThatCannotBeReadAndDataThatAreNotThereAreRefused) {
@@ -142,10 +173,13 @@ TEST(BadInputTest, FilesThatCannotBeReadAndDataThatAreNotThereAreRefused) {
   std::filesystem::resize_file(path("large.json"), productfile::kLargestFile + 1);
   const auto large = raisedBy([&] { ProductFile::read(path("large.json")); });
   EXPECT_EQ(large.number, kInvalidCall);
-  EXPECT_NE(large.description.find("has 268435457 bytes, and 268435456 are the most"),
-            std::string::npos)
-      << large.description;
-  EXPECT_EQ(raisedBy([&] { ProductFile::read(path("none.json")); }).number, kDeviceIo);
+  EXPECT_EQ(large.description, "The file '" + path("large.json").string() +
+                                   "' has 268435457 bytes, and 268435456 are the most that are "
+                                   "read of a file of products");
+  const auto none = raisedBy([&] { ProductFile::read(path("none.json")); });
+  EXPECT_EQ(none.number, kDeviceIo);
+  EXPECT_EQ(none.description, "The file '" + path("none.json").string() +
+                                  "' cannot be read: No such file or directory");
 
   const auto angle =
       raisedBy([] { ProductFile(productWith("4.5", "4"), "a.json").product("", 45); });
@@ -169,8 +203,14 @@ TEST(BadInputTest, DepthHasALimit) {
     std::string text;
     while (text.size() < kManyBytes) text += bracket;
     const auto raised = raisedBy([&] { ProductFile(text, "deep.json"); });
-    EXPECT_EQ(raised.description.substr(0, 37), "Lists and objects are within each oth");
+    EXPECT_EQ(raised.description,
+              "Lists and objects are within each other more than 64 times, as in "
+              "no file of products");
     EXPECT_EQ(raised.place.substr(0, 25), "deep.json, line 1, column");
+  }
+  for (const std::size_t depth : {65, 66}) {
+    const std::string lists = std::string(depth, '[') + std::string(depth, ']');
+    EXPECT_EQ(raisedBy([&] { ProductFile(lists, ""); }).number, depth == 65 ? 0 : kInvalidCall);
   }
 }
 

@@ -2,12 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "productfile/ProductFile.h"
+#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
 
+using productfile::Product;
 using productfile::ProductFile;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -32,20 +37,149 @@ TEST(ProductFormsTest, RowsWithoutAValueAreSkippedAndRowsPutInOrder) {
                                          "2 rows without a value skipped"));
 }
 
-TEST(ProductFormsTest, BlocksAreAnglesAndTheCheckerNamesItsUnits) {
-  const ProductFile file(R"({"product_name": "a", "unit_system": "IP", "measured_data": {
-      "thickness": 0.25, "bulk_properties_override": {"thermal_conductivity": 0.5},
-      "spectral_data": {"unit": "Nanometers", "angle_block": [
-        {"incidence_angle": 0, "wavelength_data": [{"w": 380, "tf": 0.5, "rf": 0.1, "rb": 0.2}]},
+TEST(ProductFormsTest, BlocksAreAngles) {
+  const ProductFile file(
+      R"({"measured_data": {"spectral_data": {"unit": "Nanometers", "angle_block": [
+        {"wavelength_data": [{"w": 380, "tf": 0.5, "rf": 0.1, "rb": 0.2}]},
         {"incidence_angle": 60, "wavelength_data": [{"w": 380, "tf": 0.4, "rf": 0.3, "rb": 0.2}]}
       ]}}})",
-                         "a.json");
+      "a.json");
   EXPECT_THAT(file.angles(""), ElementsAre(0, 60));
   const auto pane = file.product("", 60).pane;
   EXPECT_EQ(pane->ORV_Angle(), 60);
   EXPECT_EQ(pane->SpectralData()->Tf(0), 0.4F);
-  EXPECT_EQ(pane->SpectralData()->ConvertedWl(0, kNanometers), 380);
-  EXPECT_EQ(pane->ConvertedThickness(kSI), 6.35F);
+  EXPECT_EQ(file.product("").pane->SpectralData()->Tf(0), 0.5F);
+}
+
+/// What both of these forms have a key for.
+void fillCommon(GlazingData& p) {
+  p.filename("F"), p.productname("P"), p.supplier("M"), p.NFRC_id(2147483647), p.Acceptance("#");
+  p.Appearance("grey"), p.CoatingName("C"), p.Thickness(4.5F), p.Conductivity(1.25F);
+  p.TfIR(0.01F), p.TbiR(0.02F), p.ef(0.83F), p.eb(0.04F), p.ORV_Emissivity_front(0.83F);
+  p.ORV_Emissivity_back(0.04F), p.ef_source(kTextFileSource), p.eb_source(kTextFileSource);
+  p.spectral_pane(true), p.use_estimation(true), p.WavelengthUnit(kMicrons);
+  const auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(0);
+  spectrum->wl(0, 0.5F), spectrum->Tf(0, 0.11F), spectrum->Tb(0, 0.12F);
+  spectrum->Rf(0, 0.13F), spectrum->Rb(0, 0.14F);
+  p.SpectralData(spectrum);
+}
+
+TEST(ProductFormsTest, EachKeyFillsItsFieldOfTheRecord) {
+  GlazingData flat;
+  fillCommon(flat);
+  flat.id(7), flat.description("D"), flat.GlazingType(kCoated), flat.CoatedSide(kBackSide);
+  flat.IGDBChecksum(-2147483647 - 1), flat.Precalc_StandardName("S"), flat.Precalc_Tfsol(0.21F);
+  flat.Precalc_Tbsol(0.22F), flat.Precalc_Rfsol(0.23F), flat.Precalc_RbSol(0.24F);
+  flat.Precalc_Tfvis(0.31F), flat.Precalc_Tbvis(0.32F), flat.Precalc_Rfvis(0.33F);
+  flat.Precalc_Rbvis(0.34F), flat.Precalc_Tfuv(0.41F), flat.Precalc_Tbuv(0.41F);
+  flat.Precalc_Tdw(0.42F), flat.Precalc_TSPF(10.5F), flat.Precalc_TCIEX(51), flat.Precalc_TCIEY(52);
+  flat.Precalc_TCIEZ(53), flat.Precalc_RfCIEX(54), flat.Precalc_RfCIEY(55);
+  flat.Precalc_RfCIEZ(56);
+  const auto ofFlat = ProductFile(R"({"id": 6, "product_id": 7, "name": "N", "product_name": "P",
+    "data_file_name": "F", "nfrc_id": 2147483647, "acceptance": "#", "appearance": "grey",
+    "manufacturer_name": "M", "short_description": "D", "type": "GLAZING",
+    "subtype": "Coated Glass", "coating_name": "C", "coated_side": "Back",
+    "igdb_checksum": -2147483648, "measured_data": {"thickness": 4.5, "conductivity": 1.25,
+      "tir_front": 0.01, "tir_back": 0.02, "emissivity_front": 0.83, "emissivity_back": " 0.04 "},
+    "spectral_data": {"spectral_data": [
+      {"wavelength": 0.5, "T": 0.11, "Tb": 0.12, "Rf": 0.13, "Rb": 0.14}]},
+    "integrated_results_summary": [{"calculation_standard_name": "S", "tfsol": 0.21, "tbsol": 0.22,
+      "rfsol": 0.23, "rbsol": 0.24, "tfvis": 0.31, "tbvis": 0.32, "rfvis": 0.33, "rbvis": 0.34,
+      "tuv": 0.41, "tdw": 0.42, "tspf": 10.5, "tciex": 51, "tciey": 52, "tciez": 53,
+      "rfciex": 54, "rfciey": 55, "rfciez": 56}]})",
+                                  "a.json")
+                          .product("");
+  EXPECT_EQ(whole(*ofFlat.pane), whole(flat));
+  const std::set<std::string> neverGiven = {"freeze", "film_outdoor_side", "0_30_60"};
+  EXPECT_EQ(ofFlat.notGiven, neverGiven);
+
+  GlazingData checked;
+  fillCommon(checked);
+  checked.unit(kIP), checked.GlazingType(kLaminate), checked.CoatedSide(kBothSides);
+  const auto ofChecker = ProductFile(R"({"unit_system": "IP", "product_name": "P", "filename": "F",
+    "nfrc_id": 2147483647, "acceptance": "#", "appearance": "grey", "manufacturer": "M",
+    "product_type": "LAMINATE", "coating_properties": {"coating_name": "C", "coated_side": "both"},
+    "measured_data": {"thickness": 4.5, "bulk_properties_override": {"thermal_conductivity": 1.25},
+      "tir_front": 0.01, "tir_back": 0.02, "emissivity_front": 0.83, "emissivity_back": 0.04,
+      "spectral_data": {"unit": "Microns", "angle_block": [{"incidence_angle": 0,
+        "wavelength_data": [{"w": 0.5, "tf": 0.11, "tb": 0.12, "rf": 0.13, "rb": 0.14}]}]}}})",
+                                     "a.json")
+                             .product("");
+  EXPECT_EQ(whole(*ofChecker.pane), whole(checked));
+  EXPECT_EQ(ofChecker.notGiven, neverGiven);
+}
+
+/// A product of the flat form with these keys.
+Product flatProduct(const std::string& keys) {
+  return ProductFile("{" + keys + R"("spectral_data": {"spectral_data": [
+      {"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]}})",
+                     "a.json")
+      .product("");
+}
+
+TEST(ProductFormsTest, KeysOfOurOwnCountMore) {
+  const auto pane = flatProduct(R"("measured_data": {"emissivity_front": 0.2}, "orv_record":
+      {"emissivity_front": 0.5, "file_date": "2026-01-31T23:59:59"},)")
+                        .pane;
+  EXPECT_EQ(pane->ef(), 0.5F);
+  EXPECT_EQ(pane->FileDate(),
+            std::chrono::local_days(std::chrono::year(2026) / 2 / 1) - std::chrono::seconds(1));
+}
+
+TEST(ProductFormsTest, TellsWhatIsNotGiven) {
+  auto product = flatProduct(R"("measured_data": {"tir_back": 0},)");
+  std::set<std::string> missing = {"freeze",
+                                   "film_outdoor_side",
+                                   "0_30_60",
+                                   "product_name",
+                                   "supplierID",
+                                   "thickness",
+                                   "conduction",
+                                   "emission_IR_outdoor",
+                                   "single_layer",
+                                   "use_estimation",
+                                   "transmission_IR_outdoor",
+                                   "emission_IR_indoor"};
+  EXPECT_EQ(product.notGiven, missing);
+  EXPECT_THAT(product.notes, ElementsAre("no thickness is given, 0 is taken",
+                                         "no conductivity is given, 0 is taken"));
+  missing.insert("transmission_IR_indoor");
+  EXPECT_EQ(flatProduct("").notGiven, missing);
+}
+
+TEST(ProductFormsTest, KnowsTheWordsOfTheForms) {
+  for (const auto& [word, type] :
+       {std::pair{"Monolithic", kMonolithic}, std::pair{"coated", kCoated},
+        std::pair{"COATED_GLASS", kCoated}, std::pair{"applied film", kAppliedFilm},
+        std::pair{"film", kFilm}, std::pair{" laminate ", kLaminate},
+        std::pair{"interlayer", kInterlayer}, std::pair{"brick", kUnknownType}}) {
+    const auto pane = flatProduct(fmt::format(R"("type": "{}",)", word)).pane;
+    EXPECT_EQ(pane->GlazingType(), type) << word;
+    EXPECT_EQ(pane->single_layer(), type == kMonolithic) << word;
+    EXPECT_EQ(pane->use_estimation(), type != kMonolithic) << word;
+  }
+  for (const auto& [word, side] :
+       {std::pair{"front", kFrontSide}, std::pair{"Back", kBackSide}, std::pair{"BOTH", kBothSides},
+        std::pair{"na", kNeitherSide}, std::pair{"neither", kNeitherSide},
+        std::pair{"N/A", kNeitherSide}, std::pair{"unknown", kUnknownSide},
+        std::pair{"", kSideNotSet}}) {
+    EXPECT_EQ(flatProduct(fmt::format(R"("coated_side": "{}",)", word)).pane->CoatedSide(), side);
+  }
+  for (const char* word : {"microns", "Micron", "micrometers", "um", "\u00B5m", "\u03BCm",
+                           "nanometers", "NANOMETER", "nm"}) {
+    const int factor = std::string(word).starts_with('n') || word[0] == 'N' ? 1000 : 1;
+    const auto file = ProductFile(
+        fmt::format(R"({{"measured_data": {{"spectral_data": {{"unit": "{}", "angle_block": [
+          {{"wavelength_data": [{{"w": {}, "tf": 1, "rf": 0, "rb": 0}},
+                                {{"w": {}, "tf": 1, "rf": 0, "rb": 0}}]}}]}}}}}})",
+                    word, 0.1 * factor, 200 * factor),
+        "a.json");
+    const auto spectrum = file.product("").pane->SpectralData();
+    EXPECT_EQ(spectrum->ConvertedWl(0, kMicrons), 0.1F) << word;
+    EXPECT_EQ(spectrum->ConvertedWl(1, kNanometers), 200'000) << word;
+    EXPECT_EQ(spectrum->WavelengthUnit(), factor == 1 ? kMicrons : kNanometers) << word;
+  }
 }
 
 TEST(ProductFormsTest, TheFirstStandardWithValuesCounts) {
@@ -56,16 +190,17 @@ TEST(ProductFormsTest, TheFirstStandardWithValuesCounts) {
     "integrated_results_summary": [
       {"calculation_standard_name": "EMPTY", "tfsol": null},
       {"calculation_standard_name": "NFRC", "tfsol": 0.7, "tbsol": 0.6, "tfvis": 0.5},
-      {"calculation_standard_name": "CEN", "tfsol": 0.8}]})",
+      {"tfsol": 0.8}]})",
                          "a.json");
   const auto product = file.product("");
   EXPECT_EQ(product.pane->Precalc_Tfsol(), 0.7F);
   EXPECT_EQ(product.pane->Precalc_Tbsol(), 0.6F);
   EXPECT_EQ(product.pane->Precalc_Tbvis(), 0.5F);
   EXPECT_EQ(product.pane->Precalc_StandardName(), "NFRC");
-  EXPECT_THAT(product.notes, ElementsAre("the products that it is made of are left out",
-                                         "integrated values of the product, by NFRC",
-                                         "integrated values by CEN are left out"));
+  EXPECT_THAT(product.notes,
+              ElementsAre("the products that it is made of are left out",
+                          "integrated values of the product, by NFRC",
+                          "integrated values by a standard without a name are left out"));
 }
 
 TEST(ProductFormsTest, PublishedValuesAreOfNormalIncidenceOrOfTheOnlyAngle) {
@@ -78,17 +213,21 @@ TEST(ProductFormsTest, PublishedValuesAreOfNormalIncidenceOrOfTheOnlyAngle) {
                        "a.json");
   };
   const std::string rows = R"("wavelength_data": [
-      {"w": 0.3, "specular": {"tf": 0.2, "rf": 0.1, "rb": 0.1}}]})";
+      {"w": 0.3, "specular": {"tf": 0.2, "rf": 0.1, "rb": 0.1}},
+      {"w": 0.4, "specular": {"tf": 0.2}, "diffuse": {"tf": 0.2}}]})";
   const ProductFile two =
       fileOf(R"({"incidence_angle": 60, )" + rows + R"(, {"incidence_angle": 0, )" + rows);
   EXPECT_EQ(two.product("", 0).pane->Precalc_Tfsol(), 0.7F);
   const auto oblique = two.product("", 60);
   EXPECT_EQ(oblique.pane->Precalc_Tfsol(), 0);
   EXPECT_EQ(oblique.pane->Precalc_StandardName(), "");
-  EXPECT_THAT(oblique.notes, ElementsAre("the integrated values of the product, of normal "
-                                         "incidence, are left out at 60 degrees"));
-  const ProductFile one = fileOf(R"({"incidence_angle": 60, )" + rows);
-  EXPECT_EQ(one.product("").pane->Precalc_Tbsol(), 0.7F);
+  EXPECT_THAT(oblique.notes, Contains("the integrated values of the product, of normal "
+                                      "incidence, are left out at 60 degrees"));
+  const auto one = fileOf(R"({"incidence_angle": 60, )" + rows).product("");
+  EXPECT_EQ(one.pane->Precalc_Tbsol(), 0.7F);
+  EXPECT_THAT(one.notes, ElementsAre("1 row without a value skipped",
+                                     "the scattered part of the spectrum is left out",
+                                     "integrated values of the product, by NFRC"));
 }
 
 TEST(ProductFormsTest, AListHasAnIdentifierAProduct) {
@@ -106,6 +245,11 @@ TEST(ProductFormsTest, AListHasAnIdentifierAProduct) {
   EXPECT_TRUE(productfile::isProduct("LIST.JSON#/0"));
   EXPECT_FALSE(productfile::isProduct("clear.txt"));
   EXPECT_FALSE(productfile::isProduct(".json"));
+  EXPECT_THAT(ProductFile(flat, "").pointers(), ElementsAre(""));
+  EXPECT_THAT(ProductFile("[]", "").pointers(), ElementsAre(""));
+  EXPECT_FALSE(file.isShading("/0"));
+  EXPECT_TRUE(ProductFile(R"({"type": "shading"})", "").isShading(""));
+  EXPECT_EQ(ProductFile(R"([{"a": "ä"}])", "").text("/0"), "{\n  \"a\": \"ä\"\n}");
 }
 
 }  // namespace

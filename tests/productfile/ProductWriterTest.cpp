@@ -44,20 +44,41 @@ TEST(ProductWriterTest, IntegratedValuesThatAreNoFractionsReadBack) {
   EXPECT_EQ(whole(*readBack({productfile::productOf(*pane)})), whole(*pane));
 }
 
-/// Where our own keys are not read: the emissivities come from the field of databases, if it has
-/// any, and there is no standard where none is known.
-TEST(ProductWriterTest, WhatIsNotKnownIsNull) {
+/// What is not known is null, 0 where published values are; without our own keys the emissivities
+/// come from the field of databases, if it has any.
+TEST(ProductWriterTest, WritesTheExactText) {
   GlazingData pane;
+  pane.filename("F");
   pane.ORV_Emissivity_front(0.125);
   pane.Precalc_Tfvis(0.25F);
+  const auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(0);
+  spectrum->wl(0, 0.5F), spectrum->Tf(0, 0.1F), spectrum->Tb(0, 0.2F), spectrum->Rf(0, 0.3F);
+  spectrum->Rb(0, 0.4F);
+  pane.SpectralData(spectrum);
   const auto product = productfile::productOf(pane);
-  const auto& physical = product["physical_properties"];
-  EXPECT_EQ(physical["predefined_emissivity_front"], 0.125);
-  EXPECT_TRUE(physical["predefined_emissivity_back"].is_null());
-  EXPECT_TRUE(physical["thickness"].is_null());
-  const auto& summary = product["integrated_spectral_averages_summaries"][0];
-  EXPECT_TRUE(summary["calculation_standard"].is_null());
-  EXPECT_EQ(summary["photopic"]["transmittance_front"]["direct_direct"], "0.25");
+  std::string expected = R"(
+{"type":"GLAZING","subtype":null,"name":null,"nfrc_id":null,"acceptance":null,
+"appearance":null,"hidden":false,"manufacturer":null,"data_file_name":"F",
+"short_description":null,"coating_name":null,"coated_side":null,"igdb_checksum":null,
+"physical_properties":{"thickness":null,"conductivity":null,"predefined_tir_front":0.0,
+"predefined_tir_back":0.0,"predefined_emissivity_front":0.125,"predefined_emissivity_back":null,
+"optical_properties":{"optical_data_type":"DISCRETE",
+"incidence_angular_resolution_type":"DIRECT","outgoing_angular_resolution_type":"DIRECT",
+"optical_data":{"angle_blocks":[{"incidence_angle":0,"num_wavelengths":1,"wavelength_data":[
+{"w":"0.5","specular":{"tf":"0.1","tb":"0.2","rf":"0.3","rb":"0.4"}}]}],
+"number_incidence_angles":1}}},"integrated_spectral_averages_summaries":[
+{"calculation_standard":null,"solar":{"transmittance_front":{"direct_direct":"0.0"},
+"transmittance_back":{"direct_direct":"0.0"},"reflectance_front":{"direct_direct":"0.0"},
+"reflectance_back":{"direct_direct":"0.0"}},"photopic":{"transmittance_front":
+{"direct_direct":"0.25"},"transmittance_back":{"direct_direct":"0.0"},"reflectance_front":
+{"direct_direct":"0.0"},"reflectance_back":{"direct_direct":"0.0"}},"tuv":
+{"transmittance_front":{"direct_direct":"0.0"}}}],"orv_record":{"emissivity_front":-1.0,
+"emissivity_front_source":0,"spectral_pane":false,"use_estimation":false}})";
+  std::erase(expected, '\n');
+  EXPECT_EQ(product.dump(), expected);
+  const std::string text = productfile::formatProducts({product});
+  EXPECT_TRUE(text.starts_with("{\n \"type\"") && text.ends_with("\n}\n")) << text;
 }
 
 /// Other programs read the form's own keys only.

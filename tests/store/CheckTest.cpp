@@ -1,21 +1,12 @@
-// Sound files pass a check; no damage, whatever it is, makes it crash or run on.
+// Sound files pass a check, and it tells what it has seen.
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-#include <random>
-
-#include "errors/Error.h"
-#include "model/Raised.h"
 #include "store/Check.h"
-#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
-#include "support/EncodedFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store {
@@ -64,6 +55,7 @@ TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
   EXPECT_EQ(report.lostPages, 0u);
   EXPECT_EQ(report.longValues, kRows + 1u);  // and the properties of the table
   EXPECT_GT(report.pages, 600u);
+  test::expectBytes(path, 0x6b2629d20e5a2e70);
 }
 
 TEST(Check, CountsWhatItHasSeen) {
@@ -80,79 +72,6 @@ TEST(Check, CountsWhatItHasSeen) {
   EXPECT_EQ(report.pages, fs::file_size(folder / "sample.mdb") / 4096);
   EXPECT_EQ(pages, report.pages);
   EXPECT_EQ(told, report.pages);
-  EXPECT_EQ(report.freePages, 1u);
-  EXPECT_EQ(report.lostPages, 0u);
-  EXPECT_EQ(report.queries, 1u);
-  EXPECT_EQ(report.tables, 9u + 4u) << "of our own and of the system";
-  EXPECT_GE(report.longValues, 9u + 20u);  // pictures, remarks, and the properties of the tables
-  // 6000 points of spectra, 40 panes with five indexes, of which one leaves five of them out.
-  EXPECT_GT(report.rows, 6202u);
-  EXPECT_GT(report.indexEntries, 6000u + 40u * 5u - 5u + 30u * 3u);
-}
-
-TEST(Check, NamesPlaceFaultAndAdvice) {
-  const CheckFinding fault{"Pane",           "GroupID", 12, 3, "the row has no entry in the index",
-                           "No row is lost."};
-  EXPECT_EQ(fault.toText(),
-            "Table 'Pane', index 'GroupID', page 12, row 3: the row has no entry in the index. "
-            "No row is lost.");
-  EXPECT_EQ((CheckFinding{"", "", 0, -1, "it is cut short", ""}.toText()),
-            "The file: it is cut short.");
-}
-
-TEST(Check, RefusesWhatIsNoDatabaseAndAWrongPassword) {
-  const test::TemporaryFolder folder;
-  std::ofstream(folder / "text.mdb") << "This is no database.";
-  EXPECT_EQ(test::raisedBy([&] { checkFile(folder / "text.mdb", ""); }).number, kStoreFailure);
-  Connection::create(folder / "secret.mdb")->close();
-  test::setPassword(folder / "secret.mdb", "Sesame 7");
-  EXPECT_EQ(test::raisedBy([&] { checkFile(folder / "secret.mdb", "sesame 7"); }).number,
-            kNotAuthenticated);
-  EXPECT_TRUE(checkFile(folder / "secret.mdb", "Sesame 7").sound());
-}
-
-std::string readFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Changes some bytes, most of them near each other, as a broken program or disk does.
-std::string withRandomDamage(std::string bytes, std::mt19937& random) {
-  constexpr std::size_t kHeaderPage = 4096;
-  std::uniform_int_distribution<std::size_t> anyPlace(kHeaderPage, bytes.size() - 64);
-  std::uniform_int_distribution<int> anyByte(0, 255);
-  for (int place = 0; place < 4; ++place) {
-    const std::size_t at = place % 2 == 0 ? anyPlace(random) / 512 * 512 : anyPlace(random);
-    for (int i = 0; i < 4; ++i) {
-      bytes[at + static_cast<std::size_t>(anyByte(random) % 64)] =
-          static_cast<char>(anyByte(random));
-    }
-  }
-  return bytes;
-}
-
-TEST(Check, OutlivesRandomDamage) {
-  constexpr int kRounds = 60;
-  std::mt19937 random(20240229);
-  const test::TemporaryFolder folder;
-  const fs::path path = folder / "damaged.mdb";
-  std::vector<fs::path> files = {folder / "sample.mdb"};
-  test::makeSampleFile(files[0]);
-  if (test::haveCorpus()) files.push_back(test::corpusFolder() / "access/indexTestV1997.mdb");
-  std::size_t withFaults = 0;
-  for (const fs::path& name : files) {
-    const std::string sound = readFile(name);
-    for (int round = 0; round < kRounds; ++round) {
-      std::ofstream(path, std::ios::binary) << withRandomDamage(sound, random);
-      try {
-        withFaults += checkFile(path.string(), "").sound() ? 0 : 1;
-      } catch (const std::exception& error) {
-        ADD_FAILURE() << name << ", round " << round << ": " << error.what();
-      }
-    }
-  }
-  // Some of the damage falls on free space, or on values that no index is over.
-  EXPECT_GT(withFaults, std::size_t{kRounds} / 2);
 }
 
 }  // namespace

@@ -54,6 +54,8 @@ TEST(Compact, KeepsAllThatFilesHold) {
     EXPECT_TRUE(raised.number == 0 || raised.number == kNotSupported) << raised.description;
     EXPECT_EQ(fs::exists(target), raised.number == 0) << file;
   }
+  expectBytes(folder / "sample.mdb", 0x44683441be7ddd1d);
+  expectBytes(folder / "new-sample.mdb", 0xa9160ecb2c874d94);
   EXPECT_GE(compacted, files.size() == 1 ? 1u : 21u);
 }
 

@@ -70,6 +70,8 @@ void makeNotes(const std::string& path, int rows) {
 
 CrashScenario changesOfRows() {
   return {.name = "ChangesOfRows",
+          .calls = 94,
+          .sum = 0xd8fe64f3f696e501,
           .prepare = [](const std::string& path) { makeNotes(path, 5); },
           .commits = {[](Database& d) { insert(d, "Notes", 10, 11, 20); },
                       [](Database& d) { insert(d, "Notes", 11, 12, 12000, 9000); },
@@ -86,6 +88,8 @@ CrashScenario newTablesAndIndexes() {
     };
   };
   return {.name = "NewTablesAndIndexes",
+          .calls = 73,
+          .sum = 0x20bdca7b43f417f3,
           .prepare = [](const std::string& path) { makeNotes(path, 150); },
           .commits = {[](Database& d) { createTable(d, notesTable("More notes")); },
                       makeIndex("number", "id", true), makeIndex("text", "title", false),
@@ -99,6 +103,8 @@ CrashScenario newTablesAndIndexes() {
 
 CrashScenario growthOfMaps() {
   return {.name = "GrowthOfMaps",
+          .calls = 282,
+          .sum = 0xd9b8bd39122943ea,
           .prepare =
               [](const std::string& path) {
                 makeNotes(path, 5);
@@ -116,6 +122,8 @@ CrashScenario joinsOfIndexPages() {
     return [=](Database& d) { erase(d, "Notes", isDoomed); };
   };
   return {.name = "JoinsOfIndexPages",
+          .calls = 110,
+          .sum = 0xb3a19e04f67b7be0,
           .prepare = [](const std::string& path) { makeNotes(path, 600); },
           .commits = {eraseWhere([](int id) { return id % 8 != 0; }),
                       eraseWhere([](int id) { return id < 200; }),

@@ -13,6 +13,8 @@ namespace orv::test {
 struct CrashScenario {
   using Step = std::function<void(store::jet::Database&)>;
   std::string name;
+  std::size_t calls;  ///< that change something on the disk or wait for it, during the commits
+  std::uint64_t sum;  ///< of the bytes of the file in the end
   std::function<void(const std::string& path)> prepare;  ///< makes the file before the run
   std::vector<Step> commits;
 };

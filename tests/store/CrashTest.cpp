@@ -41,6 +41,8 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
       }
     }
     calls_ = files_.calls() - before;
+    EXPECT_EQ(calls_, scenario_.calls);
+    test::expectBytes(test::kFile, scenario_.sum);
     step_ = isLongRun() ? 1 : calls_ / 30 + 1;
   }
 

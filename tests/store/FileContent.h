@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "store/CheckReport.h"
+#include "store/CompactReport.h"
 #include "store/jet/catalog/Database.h"
 
 namespace orv::test {
@@ -31,6 +32,19 @@ std::string describe(store::jet::Database& database);
 
 /// Expects that the check finds no fault in a file; what else it says of it.
 store::CheckReport expectSound(const std::filesystem::path& file, const std::string& password = "");
+
+/// All that a check has found, and a repair told, in one text.
+std::string textOf(const store::CheckReport& report);
+std::string textOf(const store::CompactReport& report);
+
+/// A sum that nearly any change of a text alters.
+std::uint64_t sumOf(const std::string& text);
+
+/// Expects the bytes of a file, but for its dates, to have this sum. Access looks at more of a file
+/// than we do, and no test can ask it: what foreign readers have accepted stays as it is, to the
+/// byte. After a change that is meant they try the new files (tools/try-files), and the new sum
+/// takes the place of the old one.
+void expectBytes(const std::string& file, std::uint64_t sum);
 
 /// The Access files of a folder of the corpus; none where it is absent.
 std::vector<std::filesystem::path> corpusFiles(const std::string& folder);

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <random>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
@@ -152,47 +151,6 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   for (const RowId row : all) again->erase(row);
   EXPECT_EQ(again->rowCount(), 0U);
   again->insert(std::vector<Value>{1, Bytes(10000, 0x5a)});
-}
-
-// Entries of different lengths in several levels: as they go, nodes get longer ones in their place.
-TEST(FileKinds, AFullFileCanBeEmptiedInAnyOrder) {
-  const test::TemporaryFolder folder;
-  const std::string path = folder / "full.mdb";
-  createTable(*createDatabase(path),
-              {.name = "Names",
-               .columns = {{"name", text, 255}, {"note", memo}},
-               .indexes = {{.name = "name", .columns = {{"name"}}, .unique = true}}});
-  std::vector<RowId> rows;
-  std::mt19937 random(1);
-  const auto insert = [&](Table& table, int id) {
-    const std::string start = std::to_string(random() % 100) + "name";
-    rows.push_back(table.insert(std::vector<Value>{
-        start + std::string(random() % 200, 'x') + std::to_string(id), std::string(700, 'n')}));
-  };
-  {
-    const auto made = Database::open(path, "");
-    Transaction transaction(made->pager());
-    for (int id = 0; id < 3000; ++id) insert(*made->table("Names"), id);
-    transaction.commit();
-  }
-  const auto database = enlarge(path, kMostPages);
-  const auto table = database->table("Names");
-  expectError(kDatabaseFull, {"full.mdb"}, [&] {
-    Transaction transaction(database->pager());
-    for (int id = 3000; id < 4000; ++id) insert(*table, id);
-  });
-  rows.resize(3000);
-  std::shuffle(rows.begin(), rows.end(), random);
-  Transaction transaction(database->pager());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    table->erase(rows[i]);
-    if (i % 1000 == 999) {
-      EXPECT_EQ(table->countRows(), rows.size() - i - 1);
-    }
-  }
-  insert(*table, 0);
-  transaction.commit();
-  EXPECT_EQ(database->pager().pageCount(), kMostPages);
 }
 
 TEST(FileKinds, ALinkedTableIsNamedAsSuch) {

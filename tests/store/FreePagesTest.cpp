@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "store/Check.h"
+#include "store/FileContent.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
@@ -21,6 +22,7 @@ constexpr std::size_t kOwnRow = 69;  // bytes of a map's row in new files
 /// A form of the map: gives the map's row for a file, whose bits are in a row from page 0 on.
 struct Form {
   const char* name;
+  std::uint64_t sum;  ///< of the bytes of the file in the end
   std::function<Bytes(Pager&, Bytes)> rewrite;
   bool lies = false;
 };
@@ -44,18 +46,18 @@ PageNumber pageOfRows(Pager& pager) {
 }
 
 const std::vector<Form> kForms{
-    {"AsItIs", [](Pager&, Bytes row) { return row; }},
-    {"LengthenedRow",
+    {"AsItIs", 0xaba439915ddc6f97, [](Pager&, Bytes row) { return row; }},
+    {"LengthenedRow", 0xab83b16e4cbfd5eb,
      [](Pager&, Bytes row) {
        row.resize(row.size() + 32, 0xff);
        return row;
      }},
-    {"ShortRow",
+    {"ShortRow", 0xf206b33b2874354a,
      [](Pager&, Bytes row) {
        row.resize(5 + 16);
        return row;
      }},
-    {"BeginsPastTheFirstPages",
+    {"BeginsPastTheFirstPages", 0x44469555a87b9a9f,
      [](Pager& pager, Bytes row) {
        const PageNumber start = pager.pageCount() / 2 / 8 * 8;
        std::rotate(row.begin() + 5, row.begin() + 5 + start / 8, row.end());
@@ -63,22 +65,23 @@ const std::vector<Form> kForms{
        store32(&row[1], start);
        return row;
      }},
-    {"BeginsPastTheFile",
+    {"BeginsPastTheFile", 0x56873f3b3cc89ce5,
      [](Pager& pager, Bytes row) {
        store32(&row[1], pager.pageCount() / 8 * 8 + 8);
        std::fill(row.begin() + 5, row.end(), 0xff);
        return row;
      }},
-    {"NullPointers", [](Pager&, const Bytes& row) { return pointers(row.size(), {}); }},
-    {"PointersThatWereBits",
+    {"NullPointers", 0x56873f3b3cc89ce5,
+     [](Pager&, const Bytes& row) { return pointers(row.size(), {}); }},
+    {"PointersThatWereBits", 0x19213b879d687fdb,
      [](Pager&, const Bytes& row) {
        return pointers(row.size() + 32, {{0, 0xffffff80}, {3, 1000000}, {24, 0xffffff80}});
      }},
-    {"PointerToAPageOfRows",
+    {"PointerToAPageOfRows", 0x56873f3b3cc89ce5,
      [](Pager& pager, const Bytes& row) {
        return pointers(row.size(), {{0, pageOfRows(pager)}});
      }},
-    {"AllPagesAreFree",
+    {"AllPagesAreFree", 0x9f0a1b0658bd2595,
      [](Pager& pager, const Bytes& row) {
        const PageNumber page = pager.append();
        std::fill_n(pager.modify(page), pager.format().pageSize, std::uint8_t{0xff});
@@ -174,6 +177,7 @@ TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
     for (int id = 0; id < 200; ++id) insert(id);
   });
   expectSound();
+  test::expectBytes(test::kFile, GetParam().sum);
 }
 
 TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {

@@ -219,8 +219,6 @@ TEST_F(Processes, AWriterThatIsKilledLeavesWholeCommitsAndTheOtherGoesOn) {
     expectSound();
   }
   EXPECT_GT(killedLast, 0);
-  RecordProperty("commits of the killed", killedLast + 1);
-  RecordProperty("commits of the survivor", survivorsLast + 1);
 }
 
 TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
@@ -318,7 +316,6 @@ TEST_F(Processes, ACheckLetsAWriterInAndTellsWhatIsThereThen) {
   EXPECT_EQ(other.hear(), 1);
   EXPECT_TRUE(report.sound());
   EXPECT_EQ(Ledger(path_).batchesOf(2), std::set<int>{12});
-  RecordProperty("beginnings", beginnings);
 }
 
 }  // namespace

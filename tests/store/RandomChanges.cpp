@@ -257,7 +257,6 @@ void RandomChanges::changeInOneTransaction(std::size_t most) {
   }
   if (isUndone) {
     tables_ = before;
-    ++undone_;
   }
 }
 

@@ -42,7 +42,6 @@ class RandomChanges {
 
   const std::vector<ModelledTable>& tables() const { return tables_; }
   std::size_t refusedRows() const { return refused_; }
-  std::size_t undoneTransactions() const { return undone_; }
 
  private:
   enum class Action { insert, update, erase };
@@ -76,7 +75,6 @@ class RandomChanges {
   std::vector<ModelledTable> tables_;
   std::size_t operations_ = 0;
   std::size_t refused_ = 0;
-  std::size_t undone_ = 0;
 };
 
 }  // namespace orv::test

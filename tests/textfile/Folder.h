@@ -3,40 +3,22 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
 #include <string_view>
+
+#include "support/ReadFile.h"
+#include "support/TemporaryFolder.h"
 
 namespace orv::test {
 
-/// A new empty folder, removed with all that is in it.
-class Folder {
+class Folder : public TemporaryFolder {
  public:
-  Folder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orv-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-  std::string withSeparator() const { return path_.string() + "/"; }
+  std::string withSeparator() const { return path().string() + "/"; }
 
   void write(const std::string& name, std::string_view text) const {
-    std::ofstream(path_ / name, std::ios::binary) << text;
+    std::ofstream(path() / name, std::ios::binary) << text;
   }
 
-  std::string read(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(path_ / name, std::ios::binary).rdbuf();
-    return text.str();
-  }
-
- private:
-  std::filesystem::path path_;
+  std::string read(const std::string& name) const { return readFile(path() / name); }
 };
 
 }  // namespace orv::test

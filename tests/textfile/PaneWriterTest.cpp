@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "model/Raised.h"
+#include "support/FullRecords.h"
 #include "textfile/Folder.h"
 #include "textfile/ORV_TextFileInterface.h"
 
@@ -36,6 +37,7 @@ std::shared_ptr<GlazingData> coatedPane() {
   spectrum->Allocate(1);
   spectrum->wl(0, 300);
   spectrum->Tf(0, 0.12346F);
+  spectrum->Tb(0, 0.12346F);  // the only transmittance of a file
   spectrum->Rf(0, 0.07F);
   spectrum->Rb(0, 1);
   spectrum->wl(1, 2500.5F);
@@ -45,8 +47,8 @@ std::shared_ptr<GlazingData> coatedPane() {
 
 class PaneWriter : public ::testing::Test {
  protected:
-  std::string written(GlazingData& pane) {
-    ORV_TextFileInterface().WriteSpectralFile(folder_.withSeparator(), "pane.txt", pane);
+  std::string written(GlazingData& pane, PaneEntries entries = PaneEntries::fixed) {
+    ORV_TextFileInterface().WriteSpectralFile(folder_.withSeparator(), "pane.txt", pane, entries);
     return folder_.read("pane.txt");
   }
 
@@ -95,6 +97,51 @@ TEST_F(PaneWriter, LeavesOutWhatIsNotSet) {
   EXPECT_NE(written(*pane).find("TIR=0\r\n{ }\r\n"), std::string::npos);
   pane->WavelengthUnit(9);
   EXPECT_TRUE(written(*pane).starts_with("{ Units, Wavelength Units } SI Wavenumber\r\n"));
+}
+
+TEST_F(PaneWriter, WithAllEntriesAddsWhatTheLayoutLeavesOutAndReadsBack) {
+  const auto pane = coatedPane();
+  GlazingData& p = *pane;
+  p.filename("pane.txt");
+  p.FilmFilename("N/A");
+  p.use_estimation(true);  // as of everything that is not monolithic
+  std::string expected = written(p);
+  expected.replace(expected.find("0.1235"), 6, "0.12346");
+  expected.insert(expected.find("300.000"), "{ Film Filename: N/A }\r\n");
+  EXPECT_EQ(written(p, PaneEntries::all), expected);
+
+  p.filename("other.txt"), p.unit(kIP), p.TfIR(0.125F), p.TbiR(0.25F), p.ORV_Angle(-30);
+  p.description("of two\nlines"), p.ORV_CoatingClass("B"), p.CoatingFilename("c.txt");
+  p.FilmFilename("f.txt"), p.single_layer(true), p.use_estimation(false), p.Use_0_30_60(true);
+  p.film_outdoor_side(true), p.ORV_Frozen(true), p.AddUse("facade"), p.AddUse("roof");
+  for (const char* const region : {"EU", "US"}) {
+    p.AddAvailability(std::make_shared<Availability>());
+    p.Availability(p.AvailabilityCount())->Region(region);
+  }
+  p.Availability(1)->AlternateProductName("Sonne");
+  const std::string text = written(p, PaneEntries::all);
+  const std::string last = "foil.txt;0;True }\r\n";
+  const auto start = text.find(last) + last.size();
+  EXPECT_EQ(text.substr(start, text.find("300.000") - start),
+            "{ Record Name: other.txt }\r\n{ Angle of Incidence: -30 }\r\n"
+            "{ Description: of two\nlines }\r\n{ Coating class: B }\r\n"
+            "{ Coating Filename: c.txt }\r\n{ Film Filename: f.txt }\r\n"
+            "{ transmission_IR_indoor: 0.25 }\r\n{ single_layer: True }\r\n"
+            "{ use_estimation: False }\r\n{ 0_30_60: True }\r\n{ film_outdoor_side: True }\r\n"
+            "{ freeze: True }\r\n{ Use: facade }\r\n{ Use: roof }\r\n"
+            "{ Availability: EU; Sonne }\r\n{ Availability: US;  }\r\n");
+  const auto read = ORV_TextFileInterface().ParseSpectralFile(folder_.path(), "pane.txt");
+  p.FileDate(read->FileDate()), p.spectral_pane(true);
+  p.ORV_Emissivity_front(p.ef()), p.ORV_Emissivity_back(p.eb());
+  EXPECT_EQ(test::whole(*read), test::whole(p));
+
+  p.ResetEf(), p.ResetEb(), p.ef_source(kMaterialSource), p.eb_source(kTextFileSource);
+  EXPECT_EQ(written(p, PaneEntries::all).find("_Source"), std::string::npos);
+  p.filename("pane.txt"), p.ORV_Angle(0), p.TbiR(0);
+  const std::string less = written(p, PaneEntries::all);
+  for (const char* const key : {"Record Name", "Angle of Incidence", "transmission_IR_indoor"}) {
+    EXPECT_EQ(less.find(key), std::string::npos);
+  }
 }
 
 TEST_F(PaneWriter, WritesNothingForARecordThatIsWrong) {

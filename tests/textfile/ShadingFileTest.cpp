@@ -33,33 +33,20 @@ const char* const kBlind =
     "2.6 0 0 0.01 0.02 0 0 0.05 0.06\r\n";
 
 TEST_F(ShadingFile, ReadsItsKeysAndRows) {
-  const auto blind = parse(kBlind);
-  EXPECT_EQ(blind->name(), "Blind 25");
-  EXPECT_EQ(blind->id(), -1);
-  EXPECT_EQ(blind->productname(), "Blind®");
-  EXPECT_EQ(blind->supplier(), "Acme");
-  EXPECT_EQ(blind->material(), "Aluminium");
-  EXPECT_EQ(blind->CoatedSide(), kFrontSide);
-  EXPECT_EQ(blind->Info(), "lacquered");
-  EXPECT_EQ(blind->appearance(), "white");
-  EXPECT_EQ(blind->reference(), "lab 7");
-  EXPECT_EQ(blind->typeID(), 2);
-  EXPECT_EQ(blind->position(), "outdoor");
-  EXPECT_TRUE(blind->horizontal());
-  EXPECT_FALSE(blind->vertical());
-  EXPECT_EQ(blind->thickness(), 0.2);
-  EXPECT_EQ(blind->slat_length(), 25);
-  EXPECT_EQ(blind->slat_curvature(), 1.9);
-  EXPECT_EQ(blind->angle(), 45);
-  EXPECT_EQ(blind->slat_distance(), 22);
-  EXPECT_EQ(blind->conduction(), 160);
-  EXPECT_EQ(blind->emission_IR_outdoor(), 0.9);
-  EXPECT_EQ(blind->emission_IR_indoor(), 0.8);
-  EXPECT_EQ(blind->transmission_IR_outdoor(), 0.05);
-  EXPECT_EQ(blind->permeability(), 0.1);
-  ASSERT_EQ(blind->spectrum().size(), 2U);
-  EXPECT_EQ(blind->spectrum()[0], (ShadingSpectralPoint{300, 0, 0, 0.01, 0.02, 0, 0, 0.05, 0.06}));
-  EXPECT_EQ(blind->spectrum()[1].wavelength, 2600);
+  const auto b = parse(kBlind);
+  EXPECT_EQ(
+      fmt::format("{} {}|{}|{}|{}|{}|{}|{}|{}|{}|{} {} {}", b->name(), b->id(), b->productname(),
+                  b->supplier(), b->material(), b->CoatedSide(), b->Info(), b->appearance(),
+                  b->reference(), b->typeID(), b->position(), b->horizontal(), b->vertical()),
+      "Blind 25 -1|Blind®|Acme|Aluminium|2|lacquered|white|lab 7|2|outdoor true false");
+  EXPECT_EQ(fmt::format("{} {} {} {} {} {} {} {} {} {}", b->thickness(), b->slat_length(),
+                        b->slat_curvature(), b->angle(), b->slat_distance(), b->conduction(),
+                        b->emission_IR_outdoor(), b->emission_IR_indoor(),
+                        b->transmission_IR_outdoor(), b->permeability()),
+            "0.2 25 1.9 45 22 160 0.9 0.8 0.05 0.1");
+  ASSERT_EQ(b->spectrum().size(), 2U);
+  EXPECT_EQ(b->spectrum()[0], (ShadingSpectralPoint{300, 0, 0, 0.01, 0.02, 0, 0, 0.05, 0.06}));
+  EXPECT_EQ(b->spectrum()[1].wavelength, 2600);
 }
 
 TEST_F(ShadingFile, SettlesWhatFollowsFromItsKeysUnlessItSaysOtherwise) {
@@ -97,50 +84,67 @@ TEST_F(ShadingFile, SettlesWhatFollowsFromItsKeysUnlessItSaysOtherwise) {
 }
 
 TEST_F(ShadingFile, RefusesMalformedFiles) {
+  const std::string units = "{ Units: Nanometers }";
   struct Case {
-    const char* text;
+    std::string text;
     std::int32_t number;
     const char* description;
+    const char* place;
+    const char* source = "";
   };
   const Case cases[] = {
-      {"300 0 0 0 0 0 0 0 0", 5, "Units not recognized"},
-      {"{ Units: nm }", 5, "Units not recognized"},
-      {"{ Units: Microns }", 9, "The file holds no spectral data"},
-      {"{ Units: Nanometers }\n300 0 0 0 0 0 0 0\n", 1012,
-       "Spectral Data:  Received non-token when expected a token"},
-      {"{ Units: Nanometers }\n300 0 0 0 x 0 0 0 0\n", 1013,
-       "Spectral Data:  'x' is not a number.  Expected a number"},
-      {"{ Units: Nanometers }\n300 0 0 0 -0.1 0 0 0 0\n", 5,
-       "'-0.1' is negative. No value of a shading is below 0"},
-      {"{ Units: Nanometers }{ Product type: 5 }\n300 0 0 0 0 0 0 0 0", 5,
-       "Product Type (5) not recognized"},
-      {"{ Units: Nanometers }{ Product type: }\n300 0 0 0 0 0 0 0 0", 5,
-       "Product Type () not recognized"},
-      {"{ Units: Nanometers }{ Orientation: askew }\n300 0 0 0 0 0 0 0 0", 5,
-       "Orientation (askew) not recognized. It is Horizontal, Vertical or Both"},
-      {"{ Units: Nanometers }{ Width: wide }\n300 0 0 0 0 0 0 0 0", 13,
-       "Width 'wide' is not a number"},
-      {"{ Units: Nanometers }{ freeze: 1 }\n300 0 0 0 0 0 0 0 0", 13,
-       "freeze '1' is neither True nor False"},
-      {"{ Units: Nanometers }{ Integrated data: 0 1 2 }\n300 0 0 0 0 0 0 0 0", 13,
-       "Integrated data needs 13 numbers: '0 1 2'"},
+      {"300 0 0 0 0 0 0 0 0", 5, "Units not recognized",
+       " has no such entry. It is { Units: Nanometers } or { Units: Microns }."},
+      {"{ Units: nm }", 5, "Units not recognized",
+       ", line 1, column 1: 'nm'. It is { Units: Nanometers } or { Units: Microns }."},
+      {"{ Units: Microns }", 9, "The file holds no spectral data", ""},
+      {units + "\n300 0 0 0 0 0 0 0\n", 1012,
+       "Spectral Data:  Received non-token when expected a token",
+       ", line 2, column 18. A line needs a wavelength and eight values."},
+      {units + "\n300 0 0 0 x 0 0 0 0\n", 1013,
+       "Spectral Data:  'x' is not a number.  Expected a number",
+       ", line 2, column 11. Put headings between braces: { ... }."},
+      {units + "\n300 0 0 0 -0.1 0 0 0 0\n", 5,
+       "'-0.1' is negative. No value of a shading is below 0", ", line 2, column 11"},
+      {units + "{ Product type: 5 }", 5, "Product Type (5) not recognized",
+       ", line 1, column 22: '5'. It is a number from 1 to 4."},
+      {units + "{ Product type: }", 5, "Product Type () not recognized",
+       ", line 1, column 22. It is a number from 1 to 4."},
+      {units + "{ Coated Side: left }", 5, "",
+       ", line 1, column 22: 'left'. It is Front, Back, Both, Neither or Unknown.",
+       "Coating side type not recognized"},
+      {units + "{ Orientation: askew }", 5,
+       "Orientation (askew) not recognized. It is Horizontal, Vertical or Both",
+       ", line 1, column 22: 'askew'"},
+      {units + "{ Width: wide }", 13, "Width 'wide' is not a number", ", line 1, column 22"},
+      {units + "{ freeze: 1 }", 13, "freeze '1' is neither True nor False", ", line 1, column 22"},
+      {units + "{ Integrated data: 0 1 2 }", 13, "Integrated data needs 13 numbers: '0 1 2'",
+       ", line 1, column 22"},
       {"SI Microns\n{ Thickness } 3\n", 1013,
-       "Spectral Data:  'SI' is not a number.  Expected a number"},
+       "Spectral Data:  'SI' is not a number.  Expected a number",
+       ", line 1, column 1. Put headings between braces: { ... }."},
   };
   for (const Case& c : cases) {
-    const auto raised = test::raisedBy([&] { parse(c.text); });
+    const auto raised = test::raisedBy(
+        [&] { parse(c.text + (c.text.starts_with(units + "{") ? "\n300 0 0 0 0 0 0 0 0" : "")); });
     EXPECT_EQ(raised.number, c.number) << c.text;
     EXPECT_EQ(raised.description, c.description) << c.text;
+    EXPECT_EQ(raised.source, c.source) << c.text;
+    EXPECT_EQ(raised.place, std::string("Blind 25.txt") + c.place) << c.text;
   }
 }
 
 TEST_F(ShadingFile, ReadsBackWhatIsWritten) {
-  const ShadingDataClass shading = test::fullShading();
-  text_.WriteSpectralFileShading(folder_.withSeparator(), "full.txt", shading);
-  const auto read = text_.ParseSpectralFileShading(folder_.path(), "FULL.TXT");
-  EXPECT_EQ(read->group(), "") << "which a file does not have";
-  read->group(shading.group());
-  EXPECT_EQ(test::whole(*read), test::whole(shading));
+  ShadingDataClass shading = test::fullShading();
+  for (const int ways : {0, 1, 2, 3}) {
+    shading.horizontal((ways & 1) != 0);
+    shading.vertical((ways & 2) != 0);
+    text_.WriteSpectralFileShading(folder_.withSeparator(), "full.txt", shading);
+    const auto read = text_.ParseSpectralFileShading(folder_.path(), "FULL.TXT");
+    EXPECT_EQ(read->group(), "") << "which a file does not have";
+    read->group(shading.group());
+    EXPECT_EQ(test::whole(*read), test::whole(shading));
+  }
 }
 
 TEST_F(ShadingFile, ReadsBackAShadingWithoutASpectrumAndAType) {
@@ -154,13 +158,18 @@ TEST_F(ShadingFile, ReadsBackAShadingWithoutASpectrumAndAType) {
 }
 
 TEST_F(ShadingFile, WritesNoCodeThatItCannotReadBack) {
-  ShadingDataClass shading;
-  shading.typeID(9);
-  const auto raised = test::raisedBy(
-      [&] { text_.WriteSpectralFileShading(folder_.withSeparator(), "a.txt", shading); });
-  EXPECT_EQ(raised.number, kInvalidCall);
-  EXPECT_EQ(raised.description, "Product Type (9) not recognized");
-  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a.txt"));
+  ShadingDataClass ofNoType, ofNoSide;
+  ofNoType.typeID(5);
+  ofNoSide.CoatedSide(9);
+  for (const auto& [shading, description] :
+       {std::pair{&ofNoType, "Product Type (5) not recognized"},
+        std::pair{&ofNoSide, "Unknown coated_side type"}}) {
+    const auto raised = test::raisedBy(
+        [&] { text_.WriteSpectralFileShading(folder_.withSeparator(), "a.txt", *shading); });
+    EXPECT_EQ(raised.number, kInvalidCall);
+    EXPECT_EQ(raised.description, description);
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a.txt"));
+  }
 }
 
 }  // namespace

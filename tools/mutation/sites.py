@@ -21,7 +21,8 @@ FIXED = {K.STATIC_ASSERT, K.ENUM_DECL, K.TYPE_ALIAS_DECL, K.TYPEDEF_DECL, K.PARM
          K.USING_DECLARATION, K.CXX_UNARY_EXPR, K.TYPE_ALIAS_TEMPLATE_DECL}
 EMPTY = {'{}', 'nullptr', 'std::nullopt', '0', '""', 'false', 'true', '*this'}
 ROOM = {'reserve', 'shrink_to_fit'}  # a fault there costs time only
-SYMMETRICAL = {'min', 'max', 'swap', 'equal', 'equalIgnoringCase', 'sameName'} | ROOM
+# Of two alike, either may come first.
+SYMMETRICAL = re.compile(r'min|max|swap|equal|equalIgnoringCase|((is|are)S|s)ame([A-Z]\w*)?')
 FAULTS_OF_A_TABLE = 4
 ON = '\x01'  # stands in the text of a wrap for the question whether its fault is on
 
@@ -137,7 +138,7 @@ class Finder:
         arguments = list(inner.get_arguments()) if inner.kind == K.CALL_EXPR else []
         if inner.kind == K.CXX_THROW_EXPR or (
                 inner.kind == K.CALL_EXPR and not inner.spelling.startswith('operator')
-                and inner.spelling not in SYMMETRICAL):
+                and inner.spelling not in ROOM):
             self.choice('call left out', cursor, 'void()', 'void({})' if inner.kind == K.CALL_EXPR else '{}',
                         f'{text};  ->  nothing')
         elif self.assignment(arguments if len(arguments) == 2 else children):
@@ -149,8 +150,8 @@ class Finder:
 
     def exchange(self, call):
         callee = call.referenced
-        if (callee is None or callee.location.file is None or call.spelling in SYMMETRICAL
-                or call.spelling.startswith('operator')
+        if (callee is None or callee.location.file is None or call.spelling.startswith('operator')
+                or call.spelling in ROOM or SYMMETRICAL.fullmatch(call.spelling)
                 or not callee.location.file.name.startswith(str(self.root))):
             return
         arguments = list(call.get_arguments())
@@ -220,7 +221,8 @@ class Finder:
         start = cursor.extent.start.offset
         self.never_returns |= self.bytes[:start].rstrip().endswith(b'[[noreturn]]')
         if not self.between(cursor.extent.start.offset, cursor.extent.start.offset + 9) == 'consteval':
-            body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)]
+            body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)
+                    and c.extent.start.offset >= cursor.location.offset]  # not in the type of the result
             for child in body:
                 self.visit(child)
         self.result, self.never_returns = outer

@@ -130,3 +130,5 @@ std::optional<CompareDialog::Choice> CompareDialog::choose() {
 }
 
 }  // namespace orv::app
+
+#include "moc_CompareDialog.cpp"

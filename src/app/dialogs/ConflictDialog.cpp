@@ -57,3 +57,5 @@ ConflictDialog::Choice ConflictDialog::choose() {
 }
 
 }  // namespace orv::app
+
+#include "moc_ConflictDialog.cpp"

@@ -90,3 +90,5 @@ bool GuideBrowser::find(const QString& text, bool forward) {
 }
 
 }  // namespace orv::app
+
+#include "moc_GuideBrowser.cpp"

@@ -157,3 +157,5 @@ void GuideWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_GuideWindow.cpp"

@@ -196,3 +196,5 @@ void IntegrationDialog::showSummary(const Rows& rows) {
 }
 
 }  // namespace orv::app
+
+#include "moc_IntegrationDialog.cpp"

@@ -140,3 +140,5 @@ void KeysDialog::search(const QString& text) {
 }
 
 }  // namespace orv::app
+
+#include "moc_KeysDialog.cpp"

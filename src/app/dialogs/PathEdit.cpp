@@ -52,3 +52,5 @@ void PathEdit::browse() {
 }
 
 }  // namespace orv::app
+
+#include "moc_PathEdit.cpp"

@@ -71,3 +71,5 @@ void PlanDialog::follow() {
 }
 
 }  // namespace orv::app
+
+#include "moc_PlanDialog.cpp"

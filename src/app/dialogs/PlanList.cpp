@@ -72,3 +72,5 @@ int PlanList::refusedCount() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_PlanList.cpp"

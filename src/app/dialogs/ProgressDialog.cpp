@@ -70,3 +70,5 @@ void ProgressDialog::reject() {
 }
 
 }  // namespace orv::app
+
+#include "moc_ProgressDialog.cpp"

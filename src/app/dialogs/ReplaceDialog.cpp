@@ -110,3 +110,5 @@ void ReplaceDialog::preview() {
 }
 
 }  // namespace orv::app
+
+#include "moc_ReplaceDialog.cpp"

@@ -60,3 +60,5 @@ ReportDialog::ReportDialog(const QString& title, const QString& heading, const Q
 }
 
 }  // namespace orv::app
+
+#include "moc_ReportDialog.cpp"

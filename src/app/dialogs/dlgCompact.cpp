@@ -139,3 +139,5 @@ std::optional<commands::CompactRequest> dlgCompact::choose() {
 }
 
 }  // namespace orv::app
+
+#include "moc_dlgCompact.cpp"

@@ -65,3 +65,5 @@ void dlgExport::updateJoined() {
 }
 
 }  // namespace orv::app
+
+#include "moc_dlgExport.cpp"

@@ -81,3 +81,5 @@ void dlgTextFileOptions::closeEvent(QCloseEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_dlgTextFileOptions.cpp"

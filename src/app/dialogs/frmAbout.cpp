@@ -122,3 +122,5 @@ void frmAbout::showSystemInformation() {
 }
 
 }  // namespace orv::app
+
+#include "moc_frmAbout.cpp"

@@ -105,3 +105,5 @@ DisplayOptions frmOptions::options() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_frmOptions.cpp"

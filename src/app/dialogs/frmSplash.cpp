@@ -51,3 +51,5 @@ void frmSplash::open() {
 }
 
 }  // namespace orv::app
+
+#include "moc_frmSplash.cpp"

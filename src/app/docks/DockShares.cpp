@@ -68,3 +68,5 @@ void DockShares::fit() {
 }
 
 }  // namespace orv::app
+
+#include "moc_DockShares.cpp"

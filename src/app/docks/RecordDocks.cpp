@@ -358,3 +358,5 @@ void RecordDocks::readSides() {
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordDocks.cpp"

@@ -271,3 +271,5 @@ void CellDelegate::tellRefusal(const QWidget& editor, const QString& reason) con
 }
 
 }  // namespace orv::app
+
+#include "moc_CellDelegate.cpp"

@@ -86,3 +86,5 @@ void ColumnChooser::apply() {
 }
 
 }  // namespace orv::app
+
+#include "moc_ColumnChooser.cpp"

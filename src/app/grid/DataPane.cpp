@@ -184,3 +184,5 @@ void DataPane::showNothing() {
 }
 
 }  // namespace orv::app
+
+#include "moc_DataPane.cpp"

@@ -198,3 +198,5 @@ int FilterHeader::editorHeight() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_FilterHeader.cpp"

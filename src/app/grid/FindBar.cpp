@@ -118,3 +118,5 @@ void FindBar::find(bool forward, bool includingCurrent) {
 }
 
 }  // namespace orv::app
+
+#include "moc_FindBar.cpp"

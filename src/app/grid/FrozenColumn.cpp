@@ -143,3 +143,5 @@ void FrozenColumn::place() {
 }
 
 }  // namespace orv::app
+
+#include "moc_FrozenColumn.cpp"

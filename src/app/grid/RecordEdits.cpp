@@ -21,3 +21,5 @@ void RecordEdits::change(const std::function<void(commands::edit::PendingEdits&)
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordEdits.cpp"

@@ -14,12 +14,9 @@
 #include "app/Pointers.h"
 #include "app/Text.h"
 #include "app/grid/CellDelegate.h"
-#include "app/grid/ChangePlan.h"
 #include "app/grid/FilterHeader.h"
 #include "app/grid/FrozenColumn.h"
-#include "app/grid/RecordEdits.h"
-#include "commands/ErrorText.h"
-#include "commands/RecordReader.h"
+#include "app/grid/TypedText.h"
 
 namespace orv::app {
 
@@ -59,7 +56,8 @@ RecordGrid::RecordGrid(QWidget* parent)
       header_(new FilterHeader(this)),
       cells_(new CellDelegate(*this, *model_,
                               [this](const QModelIndex& cell, const QString& before,
-                                     const QString& text) { return take(cell, before, text); })) {
+                                     const QString& text) { return take(cell, before, text); })),
+      order_(*model_) {
   setObjectName("RecordGrid");
   setAccessibleName(tr("Records"));
   setWhatsThis(tr(
@@ -120,7 +118,7 @@ void RecordGrid::show(std::unique_ptr<commands::RecordView> view, int kind,
     header_->setSectionHidden(i, false);
     header_->moveSection(header_->visualIndex(i), i);
   }
-  order_.clear();
+  order_.begin(kind);
   selectedColumn_ = -1;
   kind_ = kind;
   key_ = key;
@@ -169,7 +167,7 @@ void RecordGrid::rememberLeft() {
   for (int i = 0; i < filters.size(); ++i) {
     if (!filters[i].isEmpty()) left.filters[columns[i].name] = filters[i];
   }
-  for (const auto& by : order_) left.order.emplace_back(columns[by.column].name, by);
+  for (const auto& by : order_.columns()) left.order.emplace_back(columns[by.column].name, by);
   left_[key_] = std::move(left);
 }
 
@@ -183,7 +181,7 @@ void RecordGrid::findAsLeft() {
   header_->setFilters(filters);
   for (const auto& [name, by] : left.order) {
     const int column = columnNamed(name);
-    if (column >= 0) order_.push_back(sortColumn(column, by.isAscending));
+    if (column >= 0) order_.add(column, by.isAscending);
   }
   arrange();
   left.place.restore(*this, GridPlace::Selection::cleared);
@@ -196,12 +194,11 @@ int RecordGrid::columnNamed(const std::string& name) const {
 }
 
 void RecordGrid::arrange() {
-  const int columns = model_->columnCount();
-  std::erase_if(order_, [&](const auto& by) { return static_cast<int>(by.column) >= columns; });
-  header_->showOrder(order_);
-  selectedColumn_ = std::min(selectedColumn_, columns - 1);
+  order_.shorten();
+  header_->showOrder(order_.columns());
+  selectedColumn_ = std::min(selectedColumn_, model_->columnCount() - 1);
   model_->filter(header_->filters());
-  if (!order_.empty()) model_->sortBy(order_);
+  if (!order_.columns().empty()) model_->sortBy(order_.columns());
 }
 
 /// Values that came after the rows were filtered and sorted want that done again.
@@ -211,7 +208,7 @@ void RecordGrid::tellFilling(qlonglong rows, bool ended) {
     emit fillingTold(tr("Reading values of %1... Escape stops it.").arg(panes));
     return;
   }
-  if (!order_.empty() || model_->isFiltered()) keepPlace([this] { arrange(); });
+  if (!order_.columns().empty() || model_->isFiltered()) keepPlace([this] { arrange(); });
   emit fillingTold(tr("Values of %1 read.").arg(panes));
 }
 
@@ -287,47 +284,12 @@ QModelIndex RecordGrid::fieldBeside(const QModelIndex& cell, bool after) const {
 }
 
 QString RecordGrid::take(const QModelIndex& cell, const QString& before, const QString& text) {
-  RecordEdits* edits = model_->edits();
-  if (edits == nullptr) return whyNotEdited_;
+  if (model_->edits() == nullptr) return whyNotEdited_;
   RowBlock rows = selectedRows();
   if (cell.row() < rows.low || cell.row() > rows.high) rows = {cell.row(), cell.row()};
-  const BusyPointer busy;
-  try {
-    std::vector<commands::edit::TypedValue> typed;
-    for (int row = rows.low; row <= rows.high; ++row) {
-      typed.push_back({commands::recordNumber(model_->identifier(row)),
-                       {model_->editField(cell.column()), std::nullopt},
-                       text.toStdString()});
-    }
-    if (QString reason = outdated(typed, rows.low, cell, before); !reason.isEmpty()) return reason;
-    std::size_t count = 0;
-    edits->change([&](commands::edit::PendingEdits& pending) { count = pending.type(typed); });
-    emit editingTold(count == 0 ? tr("The field holds that already.")
-                                : tr("%1 changed, not saved yet.")
-                                      .arg(counted(static_cast<qlonglong>(count), tr("field"))));
-    return {};
-  } catch (const std::exception& error) {
-    const QString reason = qt(commands::describe(error));
-    emit editingTold(reason.section('\n', 0, 0));
-    return reason;
-  }
-}
-
-/// Why values typed into rows from `firstRow` on cannot be taken, where somebody else has changed a
-/// field meanwhile: it would be lost unseen. Empty where nobody has.
-QString RecordGrid::outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
-                             const QModelIndex& cell, const QString& before) const {
-  const RecordEdits& edits = *model_->edits();
-  for (const commands::edit::Change& change : edits.editor().draft(typed).changes) {
-    if (edits.pending().find(change.record, change.field) != nullptr) continue;
-    const auto place = std::ranges::find(typed, change.record, &commands::edit::TypedValue::record);
-    const int row = firstRow + static_cast<int>(place - typed.begin());
-    const QString shown = row == cell.row() ? before : model_->fieldText(row, cell.column());
-    if (shown.toStdString() != commands::edit::fieldText(change.before)) {
-      return qt(changedMeanwhile(change)) + tr(" Escape leaves this field.");
-    }
-  }
-  return {};
+  const TypedText typed = takeTyped(*model_, rows.low, rows.high, cell, before, text);
+  if (!typed.told.isEmpty()) emit editingTold(typed.told);
+  return typed.refusal;
 }
 
 void RecordGrid::clear() {
@@ -395,52 +357,29 @@ QString RecordGrid::selectedNames() const {
 }
 
 void RecordGrid::sort(Qt::SortOrder order) {
-  sortBy({sortColumn(std::max(selectedColumn_, 0), order == Qt::AscendingOrder)});
+  sortBy({order_.by(std::max(selectedColumn_, 0), order == Qt::AscendingOrder)});
 }
 
-void RecordGrid::sortBy(std::vector<commands::SortColumn> order) {
+void RecordGrid::sortBy(RowOrder::Columns order) {
   if (!finishEditing()) return;
   const BusyPointer busy;
-  order_ = std::move(order);
-  if (!order_.empty()) selectedColumn_ = static_cast<int>(order_.back().column);
-  header_->showOrder(order_);
-  keepPlace([&] { model_->sortBy(order_); });
+  order_.columns(std::move(order));
+  const RowOrder::Columns& columns = order_.columns();
+  if (!columns.empty()) selectedColumn_ = static_cast<int>(columns.back().column);
+  header_->showOrder(columns);
+  keepPlace([&] { model_->sortBy(columns); });
   scrollToTop();
 }
 
 /// With Shift the column is added to those that the rows are sorted by.
 void RecordGrid::sortByHeader(int column) {
-  if (QGuiApplication::keyboardModifiers() & Qt::ShiftModifier) return sortFurtherBy(column);
-  const auto found =
-      std::ranges::find(order_, static_cast<std::size_t>(column), &commands::SortColumn::column);
-  sortBy({sortColumn(column, found == order_.end() || !found->isAscending)});
-}
-
-void RecordGrid::sortFurtherBy(int column) {
-  auto order = order_;
-  const auto found =
-      std::ranges::find(order, static_cast<std::size_t>(column), &commands::SortColumn::column);
-  if (found == order.end()) {
-    order.push_back(sortColumn(column, true));
-  } else {
-    found->isAscending = !found->isAscending;
-  }
-  sortBy(std::move(order));
-}
-
-commands::SortColumn RecordGrid::sortColumn(int column, bool isAscending) const {
-  const std::pair key(kind_, model_->recordColumns()[column].name);
-  return {static_cast<std::size_t>(column), isAscending, columnsWithNumbers_.contains(key)};
+  const bool adds = (QGuiApplication::keyboardModifiers() & Qt::ShiftModifier) != 0;
+  sortBy(adds ? order_.further(column) : order_.only(column));
 }
 
 void RecordGrid::readNumbers(int column, bool reads) {
-  const std::pair key(kind_, model_->recordColumns()[column].name);
-  reads ? void(columnsWithNumbers_.insert(key)) : void(columnsWithNumbers_.erase(key));
-  auto order = order_;
-  for (auto& by : order) {
-    if (static_cast<int>(by.column) == column) by.readsNumbers = reads;
-  }
-  if (!order.empty()) sortBy(order);
+  order_.readNumbers(column, reads);
+  if (!order_.columns().empty()) sortBy(order_.columns());
 }
 
 void RecordGrid::copyRowsAsText() const {
@@ -580,14 +519,15 @@ void RecordGrid::headerMenu(const QPoint& position) {
 void RecordGrid::addColumnCommands(QMenu& menu, int column) {
   if (column >= 0 && column < model_->columnCount()) {
     menu.addAction(tr("Sort &Ascending"), this,
-                   [this, column] { sortBy({sortColumn(column, true)}); });
+                   [this, column] { sortBy({order_.by(column, true)}); });
     menu.addAction(tr("Sort &Descending"), this,
-                   [this, column] { sortBy({sortColumn(column, false)}); });
-    menu.addAction(tr("Sort Further &by This"), this, [this, column] { sortFurtherBy(column); });
+                   [this, column] { sortBy({order_.by(column, false)}); });
+    menu.addAction(tr("Sort Further &by This"), this,
+                   [this, column] { sortBy(order_.further(column)); });
     if (!model_->recordColumns()[column].isNumber) {
       QAction* numbers = menu.addAction(tr("&Numbers in Texts by Value"));
       numbers->setCheckable(true);
-      numbers->setChecked(sortColumn(column, true).readsNumbers);
+      numbers->setChecked(order_.by(column, true).readsNumbers);
       connect(numbers, &QAction::triggered, this,
               [this, column](bool reads) { readNumbers(column, reads); });
     }
@@ -623,3 +563,5 @@ QList<int> RecordGrid::visibleColumns() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordGrid.cpp"

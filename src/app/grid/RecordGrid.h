@@ -4,14 +4,13 @@
 #include <QTableView>
 #include <functional>
 #include <map>
-#include <set>
 #include <utility>
 #include <vector>
 
 #include "app/grid/ColumnLayout.h"
 #include "app/grid/GridPlace.h"
 #include "app/grid/RecordModel.h"
-#include "commands/edit/Editor.h"
+#include "app/grid/RowOrder.h"
 
 class QMenu;
 
@@ -127,12 +126,10 @@ class RecordGrid : public QTableView {
     GridPlace place;
   };
 
+  QModelIndex fieldBeside(const QModelIndex& cell, bool after) const;
   /// Brings a text into a cell, or into its column of all selected rows when it is of one of them.
   /// Says why not, or nothing.
-  QModelIndex fieldBeside(const QModelIndex& cell, bool after) const;
   QString take(const QModelIndex& cell, const QString& before, const QString& text);
-  QString outdated(const std::vector<commands::edit::TypedValue>& typed, int firstRow,
-                   const QModelIndex& cell, const QString& before) const;
   void rememberLayout();
   void rememberLeft();
   void findAsLeft();
@@ -144,14 +141,10 @@ class RecordGrid : public QTableView {
   void tellFilling(qlonglong rows, bool ended);
   /// Filters and sorts as the header says.
   void arrange();
-  void sortBy(std::vector<commands::SortColumn> order);
+  void sortBy(RowOrder::Columns order);
   void sortByHeader(int column);
-  /// Has the rows that are equal so far be sorted by a column, or turns its order.
-  void sortFurtherBy(int column);
   /// Puts a column a place to the left or right, past those that are hidden.
   void moveColumn(int column, int step);
-  /// A column in an order; how numbers in its texts are taken stays.
-  commands::SortColumn sortColumn(int column, bool isAscending) const;
   void readNumbers(int column, bool reads);
   void headerMenu(const QPoint& position);
   /// The visible columns of rows, the headings first.
@@ -161,13 +154,12 @@ class RecordGrid : public QTableView {
   FilterHeader* header_;
   FrozenColumn* frozen_;
   CellDelegate* cells_;
+  RowOrder order_;
   QString whyNotEdited_;
   int kind_ = -1;
   std::string key_;
   bool isPlacing_ = false;
   bool copiesAsShown_ = false;
-  std::vector<commands::SortColumn> order_;
-  std::set<std::pair<int, std::string>> columnsWithNumbers_;  ///< by kind and name
   int selectedColumn_ = -1;
   QList<int> fittedWidths_;
   std::map<int, ColumnLayout> layouts_;

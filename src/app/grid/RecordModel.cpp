@@ -417,3 +417,5 @@ void RecordModel::restart() {
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordModel.cpp"

@@ -274,3 +274,5 @@ QStringList localPaths(const QMimeData& data) {
 }
 
 }  // namespace orv::app
+
+#include "moc_DataSourceTree.cpp"

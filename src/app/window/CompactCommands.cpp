@@ -109,3 +109,5 @@ void CompactCommands::tell(const commands::CompactResult& result, Work work) {
 }
 
 }  // namespace orv::app
+
+#include "moc_CompactCommands.cpp"

@@ -131,3 +131,5 @@ std::optional<std::pair<CompareCommands::Place, CompareCommands::Place>> Compare
 }
 
 }  // namespace orv::app
+
+#include "moc_CompareCommands.cpp"

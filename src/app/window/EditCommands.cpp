@@ -190,3 +190,5 @@ void EditCommands::run(const QString& work, WorkEffect effect, const QString& fa
 }
 
 }  // namespace orv::app
+
+#include "moc_EditCommands.cpp"

@@ -83,3 +83,5 @@ void FieldCommands::take(const std::vector<commands::edit::TypedValue>& values,
 }
 
 }  // namespace orv::app
+
+#include "moc_FieldCommands.cpp"

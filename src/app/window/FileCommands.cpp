@@ -133,3 +133,5 @@ void FileCommands::announce(const Node& node) {
 }
 
 }  // namespace orv::app
+
+#include "moc_FileCommands.cpp"

@@ -47,3 +47,5 @@ void FileWatch::look() {
 }
 
 }  // namespace orv::app
+
+#include "moc_FileWatch.cpp"

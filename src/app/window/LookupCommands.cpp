@@ -115,3 +115,5 @@ void LookupCommands::run(const QString& done, const std::function<void()>& chang
 }
 
 }  // namespace orv::app
+
+#include "moc_LookupCommands.cpp"

@@ -65,3 +65,5 @@ void PaneSplitter::resizeEvent(QResizeEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_PaneSplitter.cpp"

@@ -356,3 +356,5 @@ void RecordEditing::offerUndo() {
 }
 
 }  // namespace orv::app
+
+#include "moc_RecordEditing.cpp"

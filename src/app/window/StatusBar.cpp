@@ -87,3 +87,5 @@ QLabel* StatusBar::addPanel(const char* name, int stretch, const QString& help) 
 }
 
 }  // namespace orv::app
+
+#include "moc_StatusBar.cpp"

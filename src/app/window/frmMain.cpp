@@ -325,3 +325,5 @@ void frmMain::updateCounts() {
 }
 
 }  // namespace orv::app
+
+#include "moc_frmMain.cpp"

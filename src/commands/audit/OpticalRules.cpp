@@ -12,8 +12,8 @@ namespace orv::commands::audit {
 
 namespace {
 
-/// No bare glass emits as little.
-constexpr double kLeastOfGlass = 0.7;
+/// No bare glass emits less; 0.7 as files give it.
+constexpr double kLeastOfGlass = 0.7F;
 /// A coating for low emissivity emits no more.
 constexpr double kMostOfCoating = 0.5;
 
@@ -178,7 +178,7 @@ std::vector<Fault> uncoatedLowEmissivity(const AuditedPane& pane) {
     if (!side.isBare || !side.emissivity || *side.emissivity >= kLeastOfGlass) continue;
     faults.push_back({.field = side.field,
                       .value = shortNumber(*side.emissivity),
-                      .expected = fmt::format("{} at least", kLeastOfGlass),
+                      .expected = shortNumber(kLeastOfGlass) + " at least",
                       .message = fmt::format("The {} has no coating, but an emissivity of {}",
                                              side.name, shortNumber(*side.emissivity))});
   }

@@ -30,9 +30,9 @@ Fault angleFault(std::int16_t angle, const std::string& message) {
 }  // namespace
 
 std::vector<Fault> thicknessOfNoGlass(const AuditedPane& pane) {
-  constexpr Bounds kOfFoil{0.01, 10};
+  constexpr Bounds kOfFoil{0.01F, 10};
   constexpr Bounds kOfGlass{0.3, 100};
-  constexpr Bounds kOfAnything{0.01, 100};
+  constexpr Bounds kOfAnything{0.01F, 100};  // as files give them
   const GlazingData& record = pane.record();
   const Bounds& bounds = isFoil(record)                         ? kOfFoil
                          : record.GlazingType() == kUnknownType ? kOfAnything

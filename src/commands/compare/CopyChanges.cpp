@@ -97,7 +97,8 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
   std::optional<HistoryScope> history;
   if (b->ADOConnection()) {
     history.emplace(session.ui, *b->ADOConnection(),
-                    "Copy what differs of " + std::to_string(pairs.size()) + " records");
+                    fmt::format("Copy what differs of {} record{}", pairs.size(),
+                                pairs.size() == 1 ? "" : "s"));
   }
   PasteResult total;
   for (const auto& [place, identifiers] : byGroup) {

@@ -92,3 +92,5 @@ void AuditDock::followFilter() {
 }
 
 }  // namespace orv::app
+
+#include "moc_AuditDock.cpp"

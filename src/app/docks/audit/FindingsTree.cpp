@@ -168,3 +168,5 @@ QString FindingsTree::currentRule() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_FindingsTree.cpp"

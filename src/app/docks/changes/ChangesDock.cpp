@@ -140,3 +140,5 @@ void ChangesDock::dropSelected() {
 }
 
 }  // namespace orv::app
+
+#include "moc_ChangesDock.cpp"

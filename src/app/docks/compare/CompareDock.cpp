@@ -116,3 +116,5 @@ void CompareDock::followTicks() {
 }
 
 }  // namespace orv::app
+
+#include "moc_CompareDock.cpp"

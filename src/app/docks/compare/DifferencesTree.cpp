@@ -248,3 +248,5 @@ QStringList DifferencesTree::rowOf(const QTreeWidgetItem& line) const {
 }
 
 }  // namespace orv::app
+
+#include "moc_DifferencesTree.cpp"

@@ -209,3 +209,5 @@ void DetailsDock::showRecord(QWidget* drawing) {
 }
 
 }  // namespace orv::app
+
+#include "moc_DetailsDock.cpp"

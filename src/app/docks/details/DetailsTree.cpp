@@ -312,3 +312,5 @@ void DetailsTree::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_DetailsTree.cpp"

@@ -81,3 +81,5 @@ void PictureView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_PictureView.cpp"

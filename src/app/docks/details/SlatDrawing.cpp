@@ -131,3 +131,5 @@ void SlatDrawing::drawPitch(QPainter& painter, double x, double upper, double lo
 }
 
 }  // namespace orv::app
+
+#include "moc_SlatDrawing.cpp"

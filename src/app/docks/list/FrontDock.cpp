@@ -22,3 +22,5 @@ bool FrontDock::eventFilter(QObject* /*dock*/, QEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_FrontDock.cpp"

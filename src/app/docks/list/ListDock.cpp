@@ -137,3 +137,5 @@ void ListDock::copy() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_ListDock.cpp"

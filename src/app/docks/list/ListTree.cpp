@@ -71,3 +71,5 @@ TableRows ListTree::rows(bool onlySelected) const {
 }
 
 }  // namespace orv::app
+
+#include "moc_ListTree.cpp"

@@ -170,3 +170,5 @@ void LookupsDock::followSelection() {
 }
 
 }  // namespace orv::app
+
+#include "moc_LookupsDock.cpp"

@@ -190,3 +190,5 @@ void IntegratedTable::copySelection() const {
 }
 
 }  // namespace orv::app
+
+#include "moc_IntegratedTable.cpp"

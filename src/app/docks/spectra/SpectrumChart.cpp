@@ -179,3 +179,5 @@ void SpectrumChart::updateTicks() {
 }
 
 }  // namespace orv::app
+
+#include "moc_SpectrumChart.cpp"

@@ -467,3 +467,5 @@ void SpectrumDock::print() {
 }
 
 }  // namespace orv::app
+
+#include "moc_SpectrumDock.cpp"

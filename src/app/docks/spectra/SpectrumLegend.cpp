@@ -164,3 +164,5 @@ void SpectrumLegend::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_SpectrumLegend.cpp"

@@ -343,3 +343,5 @@ void SpectrumView::leaveEvent(QEvent* event) {
 }
 
 }  // namespace orv::app
+
+#include "moc_SpectrumView.cpp"

@@ -59,7 +59,9 @@ class CheckLog {
       if (error.number() != kNotSupported) {
         throw;
       }
-      remarkOnce(place, "not compared: " + error.description());
+      std::string why = error.description();
+      if (why.ends_with('.')) why.pop_back();
+      remarkOnce(place, "not compared: " + why);
     }
     return false;
   }

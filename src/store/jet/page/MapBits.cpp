@@ -26,12 +26,18 @@ bool bitAt(const std::uint8_t* bits, std::size_t at) {
   return (bits[at / 8] >> (at % 8) & 1) != 0;
 }
 
+constexpr std::size_t kSpan = 256;  // bits that are looked at in one go
+
+bool isEmptySpan(const std::uint8_t* bits) {
+  return (load64(bits) | load64(bits + 8) | load64(bits + 16) | load64(bits + 24)) == 0;
+}
+
 /// The first set bit of `count` bits that is not before `from`; `count` when there is none.
 std::size_t nextBit(const std::uint8_t* bits, std::size_t from, std::size_t count) {
   for (std::size_t at = from; at < count;) {
     // A map is long, and few pages of a file have room or are free.
-    if (at % 8 == 0 && at + 64 <= count && load64(bits + at / 8) == 0) {
-      at += 64;
+    if (at % 8 == 0 && at + kSpan <= count && isEmptySpan(bits + at / 8)) {
+      at += kSpan;
       continue;
     }
     const unsigned rest = bits[at / 8] >> (at % 8);

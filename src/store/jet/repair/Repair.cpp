@@ -11,6 +11,7 @@
 #include "store/jet/compact/TableCopy.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/repair/CatalogMending.h"
+#include "store/jet/repair/Fault.h"
 #include "store/jet/repair/PageSurvey.h"
 #include "store/jet/repair/SalvageSource.h"
 
@@ -85,7 +86,7 @@ void Repair::copyTables(const PageSurvey& survey, const CatalogSalvage& catalog,
         throw;
       }
       report_ = before;
-      const auto without = source.doWithoutIndexes(page, error.description());
+      const auto without = source.doWithoutIndexes(page, faultOf(error));
       TableCopy(source, target, numbers, report_, without).run();
     }
     SalvagedTable findings = source.takeFindings(page);

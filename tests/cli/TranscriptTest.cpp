@@ -1,0 +1,91 @@
+// Calls of the program with all that they write, as the files of `transcripts` show them.
+//
+// Behind "$ " stands a line for the shell. Its folder has a database db.mdb, the files a.txt and
+// b.txt of the panes in it, and the examples. Below it stand the standard output, the standard
+// error with "! " before each line, and the exit status in brackets, where it is not 0; "FOLDER"
+// stands for the folder.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "cli/CliTest.h"
+
+namespace orv::test {
+namespace {
+
+const std::filesystem::path kTranscripts = ORV_SOURCE_DIR "/tests/cli/transcripts";
+
+std::vector<std::string> filesWith(const std::string& extension) {
+  std::vector<std::string> names;
+  for (const auto& file : std::filesystem::directory_iterator(kTranscripts)) {
+    if (file.path().extension() == extension) names.push_back(file.path().stem().string());
+  }
+  return names;
+}
+
+class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std::string> {
+ protected:
+  void SetUp() override {
+    setenv("LC_ALL", "C", 1);
+    std::filesystem::create_directory_symlink(ORV_SOURCE_DIR "/examples",
+                                              folder.path() / "examples");
+    makeDatabase();
+  }
+
+  std::string withoutFolder(std::string text) const {
+    const std::string place = folder.path().string();
+    for (std::size_t at = 0; (at = text.find(place, at)) != std::string::npos;) {
+      text.replace(at, place.size(), "FOLDER");
+    }
+    return text;
+  }
+
+  /// What a line of the shell gives, as a transcript has it.
+  std::string given(const std::string& line) {
+    const Ended run = shell(line);
+    std::string text = run.out;
+    std::istringstream errors(run.err);
+    for (std::string error; std::getline(errors, error);) text += "! " + error + "\n";
+    if (run.exit != 0) text += "[" + std::to_string(run.exit) + "]\n";
+    return withoutFolder(text);
+  }
+};
+
+TEST_P(TranscriptTest, IsWhatTheProgramWrites) {
+  std::ifstream file(kTranscripts / (GetParam() + ".txt"));
+  std::string shown;
+  std::string written;
+  for (std::string line; std::getline(file, line);) {
+    shown += line + "\n";
+    if (line.starts_with("$ ")) written += line + "\n" + given(line.substr(2));
+  }
+  EXPECT_EQ(written, shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TranscriptTest, ::testing::ValuesIn(filesWith(".txt")),
+                         [](const auto& info) { return info.param; });
+
+/// Each line has arguments, the exit status, and the error without the advice of the library.
+class RefusalTest : public TranscriptTest {};
+
+TEST_P(RefusalTest, IsToldAndNothingIsWritten) {
+  std::ifstream file(kTranscripts / (GetParam() + ".tsv"));
+  for (std::string line; std::getline(file, line);) {
+    const std::string arguments = line.substr(0, line.find('\t'));
+    Ended run = orv(arguments);
+    if (const auto advice = run.err.find("Run with --help"); advice != std::string::npos) {
+      run.err.resize(advice);
+    }
+    std::ranges::replace(run.err, '\n', ' ');
+    EXPECT_EQ(fmt::format("{}\t{}\t{}", arguments, run.exit, withoutFolder(run.err)), line + " ");
+    EXPECT_EQ(run.out, "") << arguments;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RefusalTest, ::testing::ValuesIn(filesWith(".tsv")),
+                         [](const auto& info) { return info.param; });
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,150 @@
+// The file of a history on the disk, and the rows in it: one that is there now must be read by
+// every later program.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "errors/Error.h"
+#include "model/Raised.h"
+#include "store/FileContent.h"
+#include "store/StoreError.h"
+#include "store/jet/history/HistoryFile.h"
+#include "store/jet/history/RowCode.h"
+#include "support/MemoryFiles.h"
+
+namespace orv::store::jet {
+namespace {
+
+using Kind = HistoryRecord::Kind;
+using Found = HistoryFile::Found;
+
+Bytes contentOfHistory() {
+  const auto file = FileSystem::current().openCompanion("a.mdb.orv-history");
+  Bytes bytes(static_cast<std::size_t>(file->size()));
+  file->read(0, bytes.data(), bytes.size());
+  return bytes;
+}
+
+std::uint64_t sumOfHistory() {
+  const Bytes bytes = contentOfHistory();
+  return test::sumOf({bytes.begin(), bytes.end()});
+}
+
+class HistoryFileTest : public testing::Test {
+ protected:
+  void SetUp() override { FileSystem::current().open("a.mdb", FileSystem::Open::newOnly); }
+  HistoryFile open(std::uint64_t identity = 77) const { return {"a.mdb", identity}; }
+
+  const std::vector<HistoryRecord> records_{{Kind::changes, 9, 1'700'000'001, "first", {1, 2, 3}},
+                                            {Kind::changes, 9, 1'700'000'002, "", Bytes(8, 4)},
+                                            {Kind::ended, 9, 1'700'000'003, "12345678", {}},
+                                            {Kind::undone, 10, 1'700'000'004, "undone", {5}},
+                                            {Kind::redone, 11, 1'700'000'005, "redone", {}},
+                                            {Kind::lost, 12, 1'700'000'006, "lost", {}}};
+  test::MemoryFiles files_;
+};
+
+TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
+  HistoryFile history = open();
+  EXPECT_EQ(history.look(), Found::absent);
+  for (const HistoryRecord& record : records_) EXPECT_TRUE(history.append(record, true));
+  HistoryFile again = open();
+  ASSERT_EQ(again.look(), Found::sound);
+  for (HistoryFile* file : {&history, &again}) {
+    ASSERT_EQ(file->entries().size(), records_.size());
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+      const HistoryEntry& entry = file->entries()[i];
+      EXPECT_EQ(std::tie(entry.head.kind, entry.head.work, entry.head.time, entry.head.title),
+                std::tie(records_[i].kind, records_[i].work, records_[i].time, records_[i].title));
+      EXPECT_EQ(file->changes(entry), records_[i].changes);
+    }
+    EXPECT_EQ(file->length(), contentOfHistory().size());
+  }
+  EXPECT_EQ(sumOfHistory(), 0x972b61aabd7aeff5u);
+  EXPECT_EQ(open(78).look(), Found::foreign);
+  again.withdraw();
+  EXPECT_EQ(history.look(), Found::sound);
+  EXPECT_EQ(history.entries().size(), records_.size() - 1);
+}
+
+/// A byte that is changed in the head of a record hides that and those behind it; one in its
+/// content is found when that is read.
+TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
+  HistoryFile history = open();
+  for (const HistoryRecord& record : records_) history.append(record, true);
+  const Bytes whole = contentOfHistory();
+  const auto file = FileSystem::current().openCompanion(history.path());
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    const auto& all = history.entries();
+    const auto next = std::ranges::upper_bound(all, at, {}, &HistoryEntry::place);
+    const auto before = static_cast<std::size_t>(next - all.begin());
+    const bool isHead = before > 0 && at - all[before - 1].place < 64;
+    const std::uint8_t wrong = whole[at] ^ 0x10;
+    file->write(at, &wrong, 1);
+    HistoryFile changed = open();
+    EXPECT_EQ(changed.look(), before == 0 ? Found::foreign
+                              : isHead    ? Found::damaged
+                                          : Found::sound);
+    EXPECT_EQ(changed.entries().size(), before == 0 ? 0 : isHead ? before - 1 : all.size()) << at;
+    EXPECT_TRUE(before == 0 || isHead || test::raisedBy([&] {
+                                           changed.changes(changed.entries()[before - 1]);
+                                         }).number == kCorruptFile);
+    file->write(at, &whole[at], 1);
+  }
+}
+
+TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  const Guid guid{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
+  const std::vector<Value> one{Value(),
+                               true,
+                               std::int32_t{-3},
+                               std::int64_t{1} << 40,
+                               1.5F,
+                               none,
+                               Currency{12345},
+                               Date{40000.25},
+                               Decimal::fromText("-123.45", 10, 2),
+                               guid,
+                               "Näme",
+                               Bytes{7, 8, 9}};
+  std::vector<Value> other = one;
+  other[2] = Value(4);
+  other[4] = Value(-0.0F);
+  other[11] = Value();
+  RowChangeWriter writer;
+  writer.add("Pane", {}, one);
+  writer.add("Pane", one, other);
+  writer.add("Pane", other, {});
+  const std::size_t size = writer.bytes().size();
+  writer.add("Frame", {}, std::vector<Value>{1});
+  writer.cut(size);
+  writer.add("Frame", {}, std::vector<Value>{2});
+  const Bytes& bytes = writer.bytes();
+  EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0xc5109bd76841566u);
+  RowChangeWriter again;
+  std::string tables;
+  for (const RowChange& change : readRowChanges(bytes)) {
+    again.add(change.table, change.before, change.after);
+    tables += change.table + (change.before.empty() ? "+" : change.after.empty() ? "-" : "=");
+  }
+  EXPECT_EQ(again.bytes(), bytes);
+  EXPECT_EQ(tables, "Pane+Pane=Pane-Frame+");
+  EXPECT_EQ(encodeRowValues(readRowChanges(bytes)[1].after), encodeRowValues(other));
+  std::size_t whole = 0;
+  for (std::size_t end = 0; end < bytes.size(); ++end) {
+    const auto error = test::raisedBy([&] { readRowChanges(std::span(bytes).first(end)); });
+    EXPECT_TRUE(error.number == 0 || error.number == kCorruptFile) << end;
+    whole += error.number == 0 ? 1 : 0;
+  }
+  EXPECT_EQ(whole, 6u) << "of the cuts those between changes";
+  for (const Bytes& wrong : {Bytes{0, 1, 0, 0, 0, 'T', 1, 0, 0, 0, 2, 0, 12},
+                             Bytes{0, 1, 0, 0, 0, 'T', 0xff, 0xff, 0, 0}}) {
+    EXPECT_EQ(test::raisedBy([&] { readRowChanges(wrong); }).number, kCorruptFile);
+  }
+}
+
+}  // namespace
+}  // namespace orv::store::jet
