@@ -49,7 +49,6 @@ class DetailReplacement {
         if (same->second.empty()) left_.erase(same);
       }
     }
-    rows->close();
   }
 
   void change(store::Recordset& rows, const DetailRow& row) {
@@ -68,7 +67,6 @@ class DetailReplacement {
       for (const std::size_t position : positions) add(*rows, details_.rows[position]);
     }
     rows->updateBatch();
-    rows->close();
   }
 
   void add(store::Recordset& rows, const DetailRow& row) const {

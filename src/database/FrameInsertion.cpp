@@ -85,7 +85,6 @@ bool ORV_DatabaseInterface::ReplaceFrame(FrameDataClass& fData, const Replacemen
       update.set("FrameTypeID", InsertFrameType(fData.frametype(), dc), true);
     }
     update.store();
-    row->close();
   });
   return true;
 }

@@ -71,7 +71,6 @@ IndexInfo primaryKey(std::string columnName) {
   info.name = "PrimaryKey";
   info.columns = {{std::move(columnName)}};
   info.primary = true;
-  info.unique = true;
   info.required = true;
   return info;
 }

@@ -107,10 +107,7 @@ void ReadSpectralDataORV_30(GlazingData& data, store::Connection& dc) {
 void ReadSpectralDataORV_20(GlazingData& data, store::Connection& dc) {
   auto rows = openCountedSql(dc, "SELECT * FROM Pane_spectral_data WHERE Pane_id = " +
                                      std::to_string(data.id()) + " ORDER BY [wavelength]");
-  if (const std::int16_t count = countRows(*rows); count >= 1) {
-    if (data.with_and_without_film()) data.SubstrateFilename("");
-    readSpectrum(data, *rows, count);
-  }
+  if (const std::int16_t count = countRows(*rows); count >= 1) readSpectrum(data, *rows, count);
 }
 
 }  // namespace orv::database

@@ -34,7 +34,6 @@ std::vector<std::int16_t> otherAngles(const Panes& panes, const Replacement& how
     for (; !rows->eof(); rows->moveNext()) {
       others.insert(static_cast<std::int16_t>(FieldToLong(rows->value("angle"))));
     }
-    rows->close();
   }
   for (const auto& pane : panes) others.erase(pane->ORV_Angle());
   for (const std::int16_t angle : how.unbrought) others.erase(angle);
@@ -66,7 +65,6 @@ class AngleReplacement {
     auto rows = openSql(
         dc_, fmt::format("SELECT DISTINCT direction FROM {} WHERE {}", kSpectral, condition()));
     for (; !rows->eof(); rows->moveNext()) known.insert(FieldToLong(rows->value("direction")));
-    rows->close();
     return {known.begin(), known.end()};
   }
 
@@ -212,7 +210,6 @@ void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, const Replac
     update.set("supplierID", InsertSupplier(data.supplier(), dc), true);
   }
   update.store();
-  row->close();
 }
 
 }  // namespace orv::database

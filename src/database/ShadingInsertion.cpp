@@ -93,7 +93,6 @@ void replaceShadingRow(const ShadingDataClass& data, const Replacement& how,
     }
   }
   update.store();
-  row->close();
 }
 
 std::string conditionOf(const ShadingDataClass& data) {

@@ -32,5 +32,18 @@ TEST_F(FrameTest, WithoutKeyAndNameNothingCanBeRetrieved) {
             database::kRetrievalFailed);
 }
 
+using ShadingTest = DatabaseTest;
+
+TEST_F(ShadingTest, WhatADatabaseHasNoColumnForKeepsItsDefault) {
+  const auto old = store::Connection::create((folder.path() / "old.mdb").string());
+  old->createTable({"Shading", {{"Shading_id", store::ColumnType::longInteger}, {"name"}}});
+  test::addRow(*old, "Shading", {{"Shading_id", 7}, {"name", "blind"}});
+  ShadingDataClass expected;
+  expected.name("blind");
+  expected.group("Unknown");
+  expected.supplier("Unknown");
+  EXPECT_EQ(whole(*database.RetrieveShading(*old, 7)), whole(expected));
+}
+
 }  // namespace
 }  // namespace orv::test

@@ -134,7 +134,7 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
                    "SELECT FrameID, name, product_name, groupID, supplierID, u_value, "
                    "FrameTypeID, width, Info FROM Frame"),
             "1|frame|Null|3|2|1.3|4|70|of oak");
-  const auto back = database.RetrieveFrameORV_30(*dc, 1, "", "");
+  const auto back = database.RetrieveFrameORV_30(*dc, 0, "FRAME", "");
   EXPECT_EQ(back->id(), 1);
   EXPECT_EQ(whole(*back), whole(frame));
   database.InsertFrame(*back, *second);
@@ -143,6 +143,8 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
   const auto old = version2Of(*dc, (folder.path() / "old.mdb").string());
   const auto ofVersion2 = database.RetrieveFrameORV_20(*old, 1, "");
   EXPECT_EQ(whole(*ofVersion2), whole(*database.RetrieveFrameORV_20(*old, 0, "frame")));
+  EXPECT_EQ(raisedBy([&] { database.RetrieveFrameORV_20(*old, 0, ""); }).number,
+            database::kRetrievalFailed);
   frame.group("Unknown");
   frame.supplier("Unknown");
   frame.frametype("4");

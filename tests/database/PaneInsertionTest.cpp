@@ -1,4 +1,6 @@
 #include "database/DatabaseErrors.h"
+#include "database/Fields.h"
+#include "database/SpectralValidation.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "store/Check.h"
@@ -138,6 +140,53 @@ TEST_F(PaneInsertionTest, ASpectrumThatTheStoreRefusesLeavesTheRowsBeforeIt) {
 TEST_F(PaneInsertionTest, ANameWithAnApostropheFailsAndWritesNothing) {
   EXPECT_NE(raisedBy([&] { database.InsertPane(*makePane("it's"), *dc); }).number, 0);
   EXPECT_EQ(rowCount("Pane"), 0);
+}
+
+TEST_F(PaneInsertionTest, APaneIsPreparedByWhatItsInsertionWouldRefuse) {
+  database.InsertPane(*makePane("pane"), *dc);
+  const auto numberOf = [&](GlazingData& pane, database::Existing existing) {
+    return raisedBy([&] { database.PreparePane(pane, *dc, existing); }).number;
+  };
+  using enum database::Existing;
+  const auto pane = makePane("pane"), fresh = makePane("fresh");
+  EXPECT_EQ(numberOf(*pane, refused), 0) << "what is sound is refused by its insertion";
+  for (const auto& each : {pane, fresh}) each->SpectralData()->Rf(0, 2);
+  fresh->supplier("");
+  EXPECT_EQ(numberOf(*pane, refused), database::kRecordExists);
+  EXPECT_EQ(numberOf(*pane, replaced), database::kInvalidSpectrum);
+  EXPECT_EQ(numberOf(*fresh, refused), database::kInvalidSpectrum);
+  EXPECT_EQ(fresh->supplier(), "Unknown");
+  fresh->spectral_pane(false);
+  EXPECT_EQ(numberOf(*fresh, refused), 0);
+  SpectralData many;
+  many.Allocate(32'766);
+  for (std::int32_t i = 0; i < 32'767; ++i) many.wl(i, 1);
+  EXPECT_EQ(raisedBy([&] { database::checkSpectrum(many); }).number, 0);
+  many.Allocate(32'767);
+  EXPECT_EQ(
+      raisedBy([&] { database::checkSpectrum(many); }).description,
+      "The spectrum has 32768 points; 32767 is the most that a database gives back. Leave out "
+      "wavelengths.");
+}
+
+TEST(FieldsTest, NullIsNothingAndPicturesMayBeTexts) {
+  using namespace database;
+  const store::Bytes bytes{'p'};
+  EXPECT_EQ(FieldToString({}) + FieldToString(2.5), "2.5");
+  EXPECT_EQ(FieldToDouble({}) + FieldToLong({}), 0);
+  EXPECT_EQ(fieldToInteger(-32'768) + fieldToInteger(32'767), -1);
+  for (const int number : {-32'769, 32'768}) {
+    EXPECT_EQ(raisedBy([&] { fieldToInteger(number); }).description,
+              "The number " + std::to_string(number) + " does not fit 16 bits.");
+  }
+  EXPECT_EQ(fieldToPicture(bytes), bytes);
+  EXPECT_TRUE(fieldToPicture("p").empty() && fieldToPictureText(bytes).empty());
+  EXPECT_EQ(fieldToPictureText("p") + fieldToPictureText({}), "p");
+  EXPECT_EQ(pictureToField(bytes, "x", store::ColumnType::memo), store::Value(bytes));
+  EXPECT_EQ(pictureToField({}, "p", store::ColumnType::ole), store::Value(bytes));
+  EXPECT_EQ(pictureToField({}, "p", store::ColumnType::memo), store::Value("p"));
+  EXPECT_EQ(pictureToField({}, "p", store::ColumnType::text), store::Value("p"));
+  EXPECT_TRUE(pictureToField({}, "", store::ColumnType::text).isNull());
 }
 
 /// The substrate of a pane and the two questions about it.

@@ -49,6 +49,8 @@ TEST_F(ReplacementTest, APaneThatIsTheSameWritesNothing) {
   alike->supplier("MAKER");
   EXPECT_EQ(replace({alike}), "37,");
   EXPECT_EQ(replace({paneAt(37)}, {.unbrought = {36}}), "60,");
+  alike->ORV_CoatingClass("cd");
+  EXPECT_EQ(replace({alike}), "37,; Pane coatingcode AB>CD");
 }
 
 TEST_F(ReplacementTest, EachColumnOfAPaneBecomesAnother) {
@@ -72,7 +74,9 @@ of two>c freeze True>False coatingcode AB>XY acceptance #>*; Pane_integrated_dat
   Replacement nothing{.notGiven = {"Pane_spectral_data", "Pane_integrated_data"}};
   for (const auto& column : dc->table("Pane").columns)
     nothing.notGiven.insert("Pane." + column.name);
-  EXPECT_EQ(replace({paneAt(60)}, nothing), "37,");
+  const auto other = paneAt(60);
+  other->supplier("nobody");
+  EXPECT_EQ(replace({other}, nothing), "37,");
   for (const auto& column : dc->table("Pane_integrated_data").columns) {
     Replacement one = nothing;
     one.notGiven.erase("Pane_integrated_data");
@@ -230,7 +234,7 @@ TEST_F(ReplacementTest, AFrameIsReplacedOrAdded) {
             R"(Frame u_value 1.3>2.5 picture 3>4 Info of oak>of steel)");
   frame.name("renamed");
   EXPECT_EQ(
-      changesOf([&] { database.ReplaceFrame(frame, {.key = 1}, *dc); }),
+      changesOf([&] { database.ReplaceFrame(frame, {.key = 1, .tolerance = 9}, *dc); }),
       R"(Suppliers + 4|another; FrameTypes + 2|Unknown; Frame name frame>renamed supplierID 3>4 FrameTypeID 1>2 width 70>80)");
 }
 

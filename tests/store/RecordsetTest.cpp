@@ -277,6 +277,7 @@ TEST_F(RecordsetTest, AForwardOnlyStatementDoesNotGoBack) {
   for (const char* name : {"a", "b", "c"}) add(*filling, name, Value());
   auto rows = open(forwardOnly, readOnly, "SELECT * FROM Panes ORDER BY Id");
   rows->moveFirst();
+  EXPECT_EQ(rows->recordCount(), 1) << "those that were read";
   rows->moveTo(1);
   EXPECT_EQ(rows->value(kName), Value("b"));
   EXPECT_EQ(rows->position(), 1);
@@ -532,6 +533,7 @@ TEST_F(RecordsetTest, NumbersAreRoundedOrRefusedAsTheirColumnsHoldThem) {
       {"Money", "-0.001", "-0.0010"},
       {"Fixed", "1.005", "1.01"},
       {"Fixed", "-1.004", "-1.00"},
+      {"Fixed", "9.995", "10.00"},
       {"Fixed", "999.99", "999.99"},
       {"Fixed", "999.995", overflow},
       {"Fixed", "1e2", "100.00"},

@@ -134,6 +134,10 @@ TEST_F(SelectTest, UnitesSelects) {
   EXPECT_THAT(rows("SELECT id FROM Suppliers UNION SELECT supplier FROM Orders "
                    "UNION ALL SELECT 1 FROM Suppliers WHERE id = 1 ORDER BY id DESC;"),
               ElementsAre("9", "4", "2", "1", "1"));
+  // Values of several types are what each of them is.
+  EXPECT_THAT(rows("SELECT 3D, price, made FROM Panes WHERE id = 1 UNION ALL "
+                   "SELECT supplier, name, thickness FROM Panes WHERE id = 2"),
+              ElementsAre("-1|10.5000|43861.5", "2|CLEAR |5.7"));
   EXPECT_THAT(rows("(SELECT TOP 1 id FROM Panes) UNION (SELECT 7 FROM Suppliers) ORDER BY 1"),
               ElementsAre("1", "7"));
 }

@@ -349,6 +349,7 @@ TEST_F(SqlEngineTest, FindsByAnIndexWhatIsAtTheBoundsOfTypes) {
       EXPECT_EQ(sorted(name + condition), scanned(condition)) << name << condition;
     }
   }
+  EXPECT_EQ(file.rows("SELECT * FROM Bounds ORDER BY 1 DESC")[0].substr(0, 4), "255|");
   for (const char* both :
        {"Tiny = 0 AND Small = -32768", "Tiny = 1 AND Small >= 1", "Small = 0 AND Tiny IS NULL",
         "Small = 256 AND Tiny < 256", "Tiny IS NULL AND Small IS NULL", "When = 0 AND Whole > -1",

@@ -6,6 +6,7 @@
 
 #include "errors/Error.h"
 #include "model/Raised.h"
+#include "store/StoreError.h"
 #include "store/sql/TranslatedDatabase.h"
 #include "store/sql/syntax/Text.h"
 
@@ -37,7 +38,9 @@ TEST(StatementLimits, RefuseWhatWouldExhaustTheStack) {
     return all;
   };
   const auto told = [&](const std::string& sql) {
-    return test::raisedBy([&] { db.rows("SELECT " + sql); }).description;
+    const test::Raised raised = test::raisedBy([&] { db.rows("SELECT " + sql); });
+    EXPECT_EQ(raised.number, raised.description.empty() ? 0 : kSyntaxError);
+    return raised.description;
   };
   const std::string deep = "The statement is nested too deeply (at character {} of the statement)";
   EXPECT_EQ(told(repeated("(", 199) + "1" + repeated(")", 199)), "");
@@ -59,7 +62,9 @@ TEST(StatementLimits, RefuseQueriesThatMultiplyWithoutMeasure) {
     db.queries["q" + std::to_string(i)] =
         "SELECT a.id FROM " + inner + " a, " + inner + " b WHERE a.id = b.id";
   }
-  EXPECT_THROW(db.rows("SELECT * FROM q29"), Error);
+  const test::Raised raised = test::raisedBy([&] { db.rows("SELECT * FROM q29"); });
+  EXPECT_EQ(raised.number, kNotSupported);
+  EXPECT_EQ(raised.description.substr(0, 50), "The statement is built on too many saved queries (");
 }
 
 }  // namespace

@@ -46,6 +46,11 @@ TEST(Decimals, CompareByValue) {
   EXPECT_GT(compareDecimals("0.0001", "-5"), 0);
   EXPECT_LT(compareDecimals("99999999999999999999.1", "99999999999999999999.2"), 0);
   EXPECT_GT(compareDecimals("1e3", "999"), 0);
+  EXPECT_LT(compareDecimals("999", "1e3"), 0);
+  EXPECT_EQ(compareDecimals("1e3", "1000"), 0);
+  EXPECT_LT(compareDecimals("a", "b"), 0);
+  EXPECT_EQ(compareDecimals("+.5", "0.50"), 0);
+  EXPECT_LT(compareDecimals("-1.2", "-1.1"), 0);
 }
 
 }  // namespace

@@ -24,17 +24,6 @@ KeyBound wholeBound(double number, double least, double most, BoundSide side) {
   return {Kind::value, Value(static_cast<Whole>(rounded))};
 }
 
-/// The nearest single that does not cut off what the double includes.
-KeyBound singleBound(double number, BoundSide side) {
-  auto single = static_cast<float>(number);
-  if (side == BoundSide::lower && static_cast<double>(single) > number) {
-    single = std::nextafterf(single, -std::numeric_limits<float>::infinity());
-  } else if (side == BoundSide::upper && static_cast<double>(single) < number) {
-    single = std::nextafterf(single, std::numeric_limits<float>::infinity());
-  }
-  return {Kind::value, Value(single)};
-}
-
 KeyBound numberBound(ColumnType type, double number, BoundSide side) {
   // The key of -0 comes before that of 0.
   if (number == 0) {
@@ -49,7 +38,8 @@ KeyBound numberBound(ColumnType type, double number, BoundSide side) {
       return wholeBound<std::int32_t>(number, std::numeric_limits<std::int32_t>::min(),
                                       std::numeric_limits<std::int32_t>::max(), side);
     case ColumnType::single:
-      return singleBound(number, side);
+      // No single lies between a number and the single that is nearest to it.
+      return {Kind::value, Value(static_cast<float>(number))};
     case ColumnType::double_:
       return {Kind::value, Value(number)};
     case ColumnType::dateTime:
