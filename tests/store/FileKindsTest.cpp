@@ -114,8 +114,6 @@ std::shared_ptr<Database> enlarge(const std::string& path, std::uint64_t most) {
   return database;
 }
 
-const std::uint64_t kMostPages = kJet4.maxFileSize / kJet4.pageSize;
-
 TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   const test::TemporaryFolder folder;
   const std::string path = folder / "large.mdb";
@@ -123,7 +121,7 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
               {.name = "Pictures",
                .columns = {{"id", longInteger}, {"picture", ole}},
                .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
-  const auto database = enlarge(path, kMostPages - 300);
+  const auto database = enlarge(path, kJet4.maxFileSize / kJet4.pageSize - 300);
   const auto table = database->table("Pictures");
   const auto insert = [&](int id, std::size_t length) {
     table->insert(std::vector<Value>{id, Bytes(length, 0x5a)});

@@ -33,6 +33,11 @@ TEST_F(FuzzFindings, PasswordMaskedByAnImpossibleDate) {
   }
 }
 
+TEST_F(FuzzFindings, DateBeyondAllDates) {
+  EXPECT_EQ(Value(Date{2.5e151}).toText(), "2.5e+151");
+  EXPECT_EQ(Value(Date{-1e9}).toText(), "-1000000000");
+}
+
 TEST_F(FuzzFindings, DefinitionWhoseColumnsHaveNoPlaceInRows) {
   const auto database = Database::open(test::kFile, "");
   TableDefinition table;
