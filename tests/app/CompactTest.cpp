@@ -2,14 +2,12 @@
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <fstream>
 
 #include "app/WindowTest.h"
 #include "app/dialogs/ProgressDialog.h"
-#include "app/dialogs/dlgCompact.h"
 #include "app/docks/audit/FindingsTree.h"
 #include "store/Check.h"
 #include "store/Connection.h"
@@ -19,15 +17,14 @@ namespace orv::test {
 
 namespace {
 
-QPushButton& button(QWidget& dialog, const QString& text) {
-  for (auto* each : dialog.findChildren<QPushButton*>()) {
-    if (QString(each->text()).remove('&') == text) return *each;
-  }
-  throw std::logic_error("no button " + text.toStdString());
+void click(QAbstractButton* button) {
+  QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
 }
 
-void click(QAbstractButton& button) {
-  QTest::mouseClick(&button, Qt::LeftButton, {}, {8, button.height() / 2});
+void compactIntoNewFile(QWidget& dialog) {
+  for (auto* each : dialog.findChildren<QRadioButton*>()) {
+    if (!each->isChecked()) return each->click();
+  }
 }
 
 QLineEdit& line(QWidget& dialog, const char* name) {
@@ -72,34 +69,31 @@ TEST_F(WindowTest, CompactsTheShownDatabaseInItsPlace) {
   const QString path = openCopy("orvdata-3.0.0.mdb");
   const qint64 before = QFileInfo(path).size();
   const int rowsBefore = rows();
-  selectRows(0, 0);
-  trigger("mnuEditCopy");
+  copyRows(0, 0);
   trigger("mnuToolsAudit");
   dialogs.then([&](QWidget& dialog) {
     EXPECT_FALSE(line(dialog, "compactTarget").isEnabled());
     EXPECT_TRUE(dialog.findChild<QCheckBox*>()->isChecked());
-    click(button(dialog, "Compact"));
+    click(buttonOf(dialog, "Compact"));
   });
   dialogs.press("OK");
   trigger("mnuDatabaseCompact");
   ASSERT_TRUE(dialogs.isDone());
   EXPECT_LT(QFileInfo(path).size(), before);
   EXPECT_EQ(QFileInfo(path + ".bak").size(), before);
-  EXPECT_TRUE(dialogs.seen()[1].text.contains("kB to")) << dialogs.seen()[1].text.toStdString();
-  EXPECT_TRUE(dialogs.seen()[1].text.contains(path + ".bak"));
+  EXPECT_THAT(dialogs.texts()[1], Contains("kB to"));
+  EXPECT_THAT(dialogs.texts()[1], Contains(path + ".bak"));
   // The new file is shown in place of the old one, without a question, and can be read.
   EXPECT_EQ(dialogs.seen().size(), 2u);
   EXPECT_EQ(session.MainDataSources.count(), 1);
-  EXPECT_EQ(rows(), rowsBefore);
   trigger("mnuViewRefresh");
   EXPECT_EQ(rows(), rowsBefore);
   // What was copied and audited before belongs to it.
   trigger("mnuEditPaste");
-  EXPECT_TRUE(dialogs.texts().back().endsWith("Source and destination are the same."));
+  EXPECT_THAT(dialogs.texts().back(), Contains("Source and destination are the same."));
   auto& findings = find<app::FindingsTree>("FindingsTree");
-  auto* finding = findings.topLevelItem(0)->child(0);
-  emit findings.itemActivated(finding, 0);
-  EXPECT_FALSE(label("lblStatus").contains("not open any more"));
+  emit findings.itemActivated(findings.topLevelItem(0)->child(0), 0);
+  EXPECT_FALSE(status().contains("not open any more"));
 }
 
 TEST_F(WindowTest, CompactionAsksForAPasswordAndProposesAFreeName) {
@@ -108,36 +102,29 @@ TEST_F(WindowTest, CompactionAsksForAPasswordAndProposesAFreeName) {
   dialogs.type("Sesame 7");
   window.openPaths({path});
   session.password.clear();
-  std::ofstream(folder / "secret-compacted.mdb") << "taken";
+  writeFile("secret-compacted.mdb", "taken");
   dialogs.then([&](QWidget& dialog) {
-    for (auto* each : dialog.findChildren<QRadioButton*>()) {
-      if (!each->isChecked()) each->click();
-    }
+    compactIntoNewFile(dialog);
     EXPECT_EQ(line(dialog, "compactTarget").text(), file(folder / "secret-compacted-2.mdb"));
-    click(button(dialog, "Compact"));
+    click(buttonOf(dialog, "Compact"));
   });
   dialogs.type("wrong").type("Sesame 7").press("OK");
   trigger("mnuDatabaseCompact");
-  EXPECT_TRUE(dialogs.isDone()) << dialogs.texts().join('|').toStdString();
+  EXPECT_TRUE(dialogs.isDone()) << dialogs.told();
   EXPECT_TRUE(store::checkFile(folder / "secret-compacted-2.mdb", "Sesame 7").sound());
 }
 
 TEST_F(WindowTest, CompactsIntoANewFileUnlessItIsCancelledOrCannot) {
   ORV_NEEDS_CORPUS();
-  const QString path = openCopy("glazing.mdb");
+  openCopy("glazing.mdb");
   const QString target = file(folder / "smaller.mdb");
-  const auto intoNewFile = [&](QWidget& dialog) {
-    for (auto* each : dialog.findChildren<QRadioButton*>()) {
-      if (!each->isChecked()) return each->click();
-    }
-  };
   dialogs.then([&](QWidget& dialog) {
-    intoNewFile(dialog);
+    compactIntoNewFile(dialog);
     EXPECT_EQ(line(dialog, "compactTarget").text(), file(folder / "glazing-compacted.mdb"));
     line(dialog, "compactTarget").clear();
-    EXPECT_FALSE(button(dialog, "Compact").isEnabled());
+    EXPECT_FALSE(buttonOf(dialog, "Compact")->isEnabled());
     QTest::keyClicks(&line(dialog, "compactTarget"), target);
-    click(button(dialog, "Compact"));
+    click(buttonOf(dialog, "Compact"));
   });
   dialogs.press("OK");
   trigger("mnuDatabaseCompact");
@@ -146,47 +133,40 @@ TEST_F(WindowTest, CompactsIntoANewFileUnlessItIsCancelledOrCannot) {
 
   // Once more, now with a file in the way.
   dialogs.then([&](QWidget& dialog) {
-    intoNewFile(dialog);
+    compactIntoNewFile(dialog);
     line(dialog, "compactTarget").setText(target);
-    click(button(dialog, "Compact"));
+    click(buttonOf(dialog, "Compact"));
   });
   dialogs.press("OK");
   trigger("mnuDatabaseCompact");
-  EXPECT_TRUE(dialogs.texts().back().contains("exists already"));
+  EXPECT_THAT(dialogs.texts().back(), Contains("exists already"));
   EXPECT_EQ(session.MainDataSources.count(), 2);
 
   const Impatience impatience;
   dialogs.press("Compact");
   trigger("mnuDatabaseCompact");
-  EXPECT_EQ(dialogs.seen().size(), 5u) << dialogs.texts().back().toStdString();
-  EXPECT_TRUE(label("lblStatus").contains("cancelled")) << label("lblStatus").toStdString();
+  EXPECT_EQ(dialogs.seen().size(), 5u) << dialogs.told();
+  EXPECT_THAT(status(), Contains("cancelled"));
   EXPECT_FALSE(QFileInfo::exists(target + ".bak"));
 }
 
 TEST_F(WindowTest, RepairsADamagedDatabaseAndTellsWhatIsLost) {
   ORV_NEEDS_CORPUS();
-  const QString path = file(folder / "damaged.mdb");
-  std::filesystem::copy_file(corpusFolder() / "sources" / "orvdata-3.0.0.mdb",
-                             folder / "damaged.mdb");
+  const auto path = file(folder.copyOf(corpusFolder() / "sources" / "orvdata-3.0.0.mdb"));
   damage(path);
   window.openPaths({path});
-  const QString target = file(folder / "damaged-repaired.mdb");
-  dialogs.press("Compact");
-  dialogs.press("Yes");
-  dialogs.then([&](QWidget& dialog) {
+  const QString target = file(folder / "orvdata-3.0.0-repaired.mdb");
+  dialogs.press("Compact").press("Yes").then([&](QWidget& dialog) {
     EXPECT_EQ(line(dialog, "compactDamaged").text(), path);
     EXPECT_EQ(line(dialog, "compactTarget").text(), target);
     QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
   });
   QString report;
-  dialogs.then([&](QWidget& dialog) {
-    report = dialog.findChild<QPlainTextEdit*>()->toPlainText();
-    click(button(dialog, "Close"));
-  });
+  dialogs.read(report);
   trigger("mnuDatabaseCompact");
   ASSERT_TRUE(dialogs.isDone());
-  EXPECT_TRUE(dialogs.seen()[1].text.contains("is damaged"));
-  EXPECT_TRUE(report.contains("lost")) << report.toStdString();
+  EXPECT_THAT(dialogs.texts()[1], Contains("is damaged"));
+  EXPECT_THAT(report, Contains("lost"));
   EXPECT_TRUE(store::checkFile(target.toStdString(), "").sound());
   EXPECT_EQ(session.MainDataSources.count(), 2);
 }
@@ -208,7 +188,7 @@ TEST_F(WindowTest, OffersARepairWhereRecordsCannotBeRead) {
   trigger("mnuViewRefresh");
   ASSERT_TRUE(offer.isVisible());
   dialogs.press("Cancel");
-  click(offer);
+  click(&offer);
   ASSERT_EQ(dialogs.seen().size(), 1u);
   EXPECT_EQ(dialogs.seen()[0].title, "Repair Database");
 }

@@ -7,8 +7,6 @@
 #include "app/dialogs/CompareDialog.h"
 #include "app/docks/compare/DifferencesTree.h"
 #include "app/docks/spectra/SpectrumDock.h"
-#include "commands/RecordKind.h"
-#include "commands/RecordList.h"
 #include "database/TestDatabase.h"
 
 namespace orv::test {
@@ -30,14 +28,11 @@ class CompareWindowTest : public WindowTest {
         session.database.InsertPane(*data, *connection);
       }
       connection->close();
-      window.openPaths({QString::fromStdString(folder / name)});
+      window.openPaths({file(folder / name)});
     }
     selectNode({"left.mdb", "Panes"});
-    auto& right = *tree().topLevelItem(1)->child(0);
-    QTest::mouseClick(tree().viewport(), Qt::LeftButton, {},
-                      tree().visualItemRect(tree().currentItem()).center());
-    QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::ControlModifier,
-                      tree().visualItemRect(&right).center());
+    clickItem(tree(), tree().currentItem());
+    clickItem(tree(), tree().topLevelItem(1)->child(0), Qt::LeftButton, Qt::ControlModifier);
   }
 
   app::DifferencesTree& differences() { return find<app::DifferencesTree>("DifferencesTree"); }
@@ -57,12 +52,7 @@ class CompareWindowTest : public WindowTest {
     return lines;
   }
 
-  void click(const QTreeWidgetItem* item) {
-    differences().scrollToItem(item);
-    const QPoint middle(differences().viewport()->width() / 2,
-                        differences().visualItemRect(item).center().y());
-    QTest::mouseClick(differences().viewport(), Qt::LeftButton, {}, middle);
-  }
+  void click(const QTreeWidgetItem* item) { clickItem(differences(), item); }
 };
 
 TEST_F(CompareWindowTest, ADifferenceLeadsToBothRecordsAndTheirCurves) {
@@ -106,7 +96,7 @@ TEST_F(CompareWindowTest, SourcesOfOneNameAreToldByTheirFolders) {
   for (const std::string place : {"here", "there"}) {
     std::filesystem::create_directory(folder / place);
     database::CreateEmptyDatabase(folder / (place + "/a.mdb"))->close();
-    window.openPaths({QString::fromStdString(folder / (place + "/a.mdb"))});
+    window.openPaths({file(folder / (place + "/a.mdb"))});
   }
   window.openPaths({makeRows("b.mdb", 1)});
   const auto& sources = session.MainDataSources;
@@ -130,42 +120,36 @@ TEST_F(CompareWindowTest, TickedRecordsAreCopiedToTheRight) {
   QGuiApplication::clipboard()->setText("mine");
   grid().setCurrentIndex(grid().model()->index(0, 2));
   trigger("mnuEditPasteText");
-  EXPECT_EQ(label("lblStatus"), "1 field changed, not saved yet.");
+  EXPECT_EQ(status(), "1 field changed, not saved yet.");
   dialogs.press("Cancel");
   trigger("mnuCompareCopyRight");
-  EXPECT_TRUE(dialogs.texts().back().startsWith("1 field of 1 record of "))
-      << dialogs.texts().back().toStdString() << label("lblStatus").toStdString();
+  EXPECT_THAT(dialogs.texts().back(), Begins("1 field of 1 record of "));
   EXPECT_EQ(shown().size(), 5);
-  const auto tickChanged = [&] { differences().topLevelItem(1)->setCheckState(0, Qt::Checked); };
-  const auto changeOutside = [&](float thickness) {
-    const auto connection = store::Connection::openFile(folder / "left.mdb");
+  {
+    const auto outside = store::Connection::openFile(folder / "left.mdb");
     auto panes =
-        connection->openRecordset("Pane", store::CursorType::dynamic, store::LockType::optimistic);
+        outside->openRecordset("Pane", store::CursorType::dynamic, store::LockType::optimistic);
     panes->find("name = 'changed'");
-    panes->setValue("thickness", thickness);
+    panes->setValue("thickness", 7.0F);
     panes->update();
-  };
-  changeOutside(7);
-  dialogs.press("Discard");
-  dialogs.press("OK");
+  }
+  dialogs.press("Discard").press("OK");
   trigger("mnuCompareCopyRight");
-  EXPECT_TRUE(dialogs.texts().back().startsWith("Nothing is copied: records have changed since"));
+  EXPECT_THAT(dialogs.texts().back(), Begins("Nothing is copied: records have changed since"));
   EXPECT_TRUE(shown().contains("  thickness"));
-  tickChanged();
+  differences().topLevelItem(1)->setCheckState(0, Qt::Checked);
   trigger("mnuCompareCopyRight");
-  EXPECT_TRUE(dialogs.isDone()) << dialogs.texts().join('|').toStdString();
+  EXPECT_TRUE(dialogs.isDone()) << dialogs.told();
   EXPECT_EQ(shown(), (QStringList{"− new", "+ gone"}));
-  EXPECT_TRUE(label("lblCompare").startsWith("right.mdb and left.mdb: "))
-      << label("lblCompare").toStdString();
+  EXPECT_THAT(label("lblCompare"), Begins("right.mdb and left.mdb: "));
   // What was discarded, what was typed, and then the copy.
   for (int i = 0; i < 3; ++i) trigger("mnuEditUndo");
-  EXPECT_TRUE(label("lblCompare").startsWith("Records have changed since: compare again."))
-      << label("lblCompare").toStdString();
+  EXPECT_THAT(label("lblCompare"), Begins("Records have changed since: compare again."));
   EXPECT_EQ(rows(), 3);
   dialogs.press("Yes");
   trigger("mnuFileRemove");
   click(differences().topLevelItem(0));
-  EXPECT_EQ(label("lblStatus"), "A source that was compared is not open any more.");
+  EXPECT_EQ(status(), "A source that was compared is not open any more.");
 }
 
 }  // namespace

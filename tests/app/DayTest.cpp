@@ -4,13 +4,9 @@
 #include <QClipboard>
 #include <QDockWidget>
 #include <QFile>
-#include <QFileDialog>
-#include <QHeaderView>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProxyStyle>
-#include <QPushButton>
 #include <QStyleOptionHeader>
 #include <QTimer>
 #include <map>
@@ -24,6 +20,7 @@
 #include "model/IntegratedColumns.h"
 #include "store/Connection.h"
 #include "store/jet/file/File.h"
+#include "support/ReadFile.h"
 
 namespace orv::test {
 
@@ -41,14 +38,8 @@ class ArrowWatch : public QProxyStyle {
 
 class DayTest : public WindowTest {
  protected:
-  std::string name(int row) { return cell(row, 1).toStdString(); }
-  std::string counts() { return label("lblCounts").toStdString(); }
   int currentRow() { return grid().currentIndex().row(); }
 
-  void pressRow(int row, Qt::KeyboardModifiers modifiers = {}) {
-    const QRect place = grid().visualRect(grid().model()->index(row, 1));
-    QTest::mouseClick(grid().viewport(), Qt::LeftButton, modifiers, place.center());
-  }
   void doubleClick(QAbstractItemView& view, const QModelIndex& index) {
     view.scrollTo(index);
     const QPoint place = view.visualRect(index).center();
@@ -62,7 +53,7 @@ TEST_F(DayTest, DocksKeepTheirSizeWhateverTheyHold) {
   resize(433, 433);
   window.openPaths({makeRows("a.mdb", 40)});
   resize(1366, 768);
-  pressRow(11);
+  clickCell(11, 1);
   trigger("mnuViewSpectrum");
   trigger("mnuViewDetails");
   auto& spectra = find<QDockWidget>("SpectrumDock");
@@ -94,8 +85,7 @@ TEST_F(DayTest, TheSelectionAndThePlaceStay) {
   trigger("mnuViewRefresh");
   EXPECT_EQ(counts(), "300 records, 3 selected");
   EXPECT_EQ(grid().rowViewportPosition(120), place);
-  auto& filter = find<QLineEdit>("txtFilter1");
-  QTest::keyClicks(&filter, "pane012");
+  QTest::keyClicks(&filter(1), "pane012");
   EXPECT_EQ(counts(), "10 of 300 records, 3 selected");
 
   // Two clicks that follow each other soon.
@@ -114,7 +104,7 @@ TEST_F(DayTest, TheSelectionAndThePlaceStay) {
   EXPECT_EQ(style.arrows[1], QStyleOptionHeader::None);
   header.setStyle(nullptr);
   QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, heading);
-  EXPECT_EQ(name(grid().selectedRows().low), "PANE0122.DAT");
+  EXPECT_EQ(cell(grid().selectedRows().low, 1), "PANE0122.DAT");
   EXPECT_EQ(grid().selectedRows().count(), 3);
 
   // To and fro.
@@ -122,8 +112,8 @@ TEST_F(DayTest, TheSelectionAndThePlaceStay) {
   EXPECT_EQ(counts(), "9 records");
   selectNode({"a.mdb", "Panes"});
   EXPECT_EQ(counts(), "10 of 300 records");
-  EXPECT_EQ(name(currentRow()), "PANE0120.DAT");
-  EXPECT_EQ(name(0), "PANE0129.DAT");
+  EXPECT_EQ(cell(currentRow(), 1), "PANE0120.DAT");
+  EXPECT_EQ(cell(0, 1), "PANE0129.DAT");
   header.setSectionHidden(1, true);
   EXPECT_EQ(counts(), "300 records") << "a hidden column does not filter";
 }
@@ -132,8 +122,8 @@ TEST_F(DayTest, ADeletionAsksWhereItIsMeantAndGoesOnBehind) {
   resize(1000, 700);
   window.openPaths({makeRows("a.mdb", 30)});
   trigger("mnuToolsAudit");
-  pressRow(4);
-  pressRow(6, Qt::ShiftModifier);
+  clickCell(4, 1);
+  clickCell(6, 1, Qt::ShiftModifier);
   find<app::FindingsTree>("FindingsTree").setFocus();
   press(Qt::Key_Delete);
   press(Qt::Key_C, Qt::ControlModifier);
@@ -148,12 +138,14 @@ TEST_F(DayTest, ADeletionAsksWhereItIsMeantAndGoesOnBehind) {
     QTest::keyClick(&box, Qt::Key_Escape);
   });
   press(Qt::Key_Delete);
+  EXPECT_EQ(dialogs.texts()[0],
+            "Are you sure you want to remove these records? This action cannot be undone.");
   EXPECT_EQ(counts(), "30 records, 3 selected");
   dialogs.press("Yes");
   press(Qt::Key_Delete);
-  EXPECT_EQ(counts(), "27 records") << dialogs.texts().join('|').toStdString();
+  EXPECT_EQ(counts(), "27 records") << dialogs.told();
   press(Qt::Key_Down);
-  EXPECT_EQ(name(currentRow()), "PANE0008.DAT") << "the row after the one that followed";
+  EXPECT_EQ(cell(currentRow(), 1), "PANE0008.DAT") << "the row after the one that followed";
   press(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(counts(), "27 records, 22 selected");
   grid().scrollToTop();
@@ -167,12 +159,10 @@ TEST_F(DayTest, ChangesByOthersAreSeen) {
   const QString path = makeRows("a.mdb", 12);
   window.openPaths({path});
   trigger("mnuViewDetails");
-  pressRow(3);
-  auto& refresh = find<QPushButton>("cmdDetailsRefresh");
+  clickCell(3, 1);
   session.database.DeleteGlazing(4, *session.MainDataSources.Item(1)->ADOConnection());
-  pressRow(2);
-  pressRow(3);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return refresh.isVisible() || rows() == 11; }));
+  clickCell(2, 1);
+  clickCell(3, 1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == 11; })) << "read again by itself";
   EXPECT_EQ(currentRow(), 3);
   ASSERT_TRUE(QFile::remove(path));
@@ -189,7 +179,7 @@ TEST_F(DayTest, ValuesThatAreNotStoredAreNoZeros) {
   connection->close();
   resize(1366, 768);
   window.openPaths({path});
-  for (const char* dock : {"SpectrumDock", "DetailsDock"}) find<QDockWidget>(dock).show();
+  find<QDockWidget>("DetailsDock").show();
   ASSERT_EQ(rows(), 2);
   const int row = cell(0, 1) == "b.txt" ? 0 : 1;
   selectRows(row, row);
@@ -214,24 +204,24 @@ TEST_F(DayTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {
   ASSERT_TRUE(!isRoot || seteuid(kNobody) == 0);
   window.openPaths({path});
   ASSERT_TRUE(!isRoot || seteuid(0) == 0);
-  ASSERT_EQ(tree().topLevelItemCount(), 1) << dialogs.texts().join('|').toStdString();
+  ASSERT_EQ(tree().topLevelItemCount(), 1) << dialogs.told();
   EXPECT_EQ(tree().topLevelItem(0)->text(0), "a.mdb (read only)");
-  EXPECT_TRUE(label("lblTitle").endsWith(" (read only)"));
-  pressRow(0);
+  EXPECT_THAT(label("lblTitle"), Contains(" (read only)"));
+  clickCell(0, 1);
   trigger("mnuEditDelete");
   ASSERT_EQ(dialogs.seen().size(), 1U);
-  EXPECT_TRUE(dialogs.texts()[0].contains("the file is read-only"));
+  EXPECT_THAT(dialogs.texts()[0], Contains("the file is read-only"));
   EXPECT_EQ(grid().selectedRows().count(), 1);
 
   window.openPaths({makeRows("other.mdb", 2)});
-  pressRow(0);
-  pressRow(1, Qt::ShiftModifier);
+  clickCell(0, 1);
+  clickCell(1, 1, Qt::ShiftModifier);
   press(Qt::Key_C, Qt::ControlModifier);
   selectNode({"a.mdb (read only)", "Panes"});
   grid().setFocus();
   press(Qt::Key_V, Qt::ControlModifier);
   ASSERT_EQ(dialogs.seen().size(), 2U) << "once, and not for each record";
-  EXPECT_TRUE(dialogs.texts()[1].contains("the file is read-only"));
+  EXPECT_THAT(dialogs.texts()[1], Contains("the file is read-only"));
   EXPECT_EQ(rows(), 3);
 }
 
@@ -252,10 +242,8 @@ TEST_F(DayTest, ALockedFileIsWaitedForWithAWindowThatCanEndIt) {
     QTest::keyClick(display, Qt::Key_Escape);
   });
   impatience.start(20);
-  pressRow(1);
-  dialogs.press("Yes").then([](QWidget& box) {
-    QTest::keyClick(&box, Qt::Key_A, Qt::AltModifier);  // Abort
-  });
+  clickCell(1, 1);
+  dialogs.press("Yes").press(Qt::Key_A, Qt::AltModifier);  // Abort
   trigger("mnuEditDelete");
   EXPECT_FALSE(waiting.isEmpty());
   EXPECT_EQ(rows(), 5);
@@ -263,38 +251,23 @@ TEST_F(DayTest, ALockedFileIsWaitedForWithAWindowThatCanEndIt) {
 }
 
 TEST_F(DayTest, FilesAreNotReplacedUnaskedAndFailuresComeTogether) {
-  for (const char* broken : {"one.mdb", "two.mdb"}) {
-    QFile file(QString::fromStdString(folder / broken));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("no database");
-  }
   QString list;
-  dialogs.then([&](QWidget& dialog) {
-    list = dialog.findChild<QPlainTextEdit*>()->toPlainText();
-    dialog.close();
-  });
-  window.openPaths({file(folder / "one.mdb"), makeRows("a.mdb", 2), file(folder / "two.mdb")});
+  dialogs.read(list);
+  window.openPaths({writeFile("one.mdb", "no database"), makeRows("a.mdb", 2),
+                    writeFile("two.mdb", "no database")});
   EXPECT_EQ(dialogs.seen().size(), 1U);
-  EXPECT_TRUE(list.contains("one.mdb") && list.contains("two.mdb"));
+  EXPECT_TRUE(list.contains("one.mdb") && list.contains("two.mdb")) << list.toStdString();
+  EXPECT_EQ(tree().topLevelItemCount(), 1) << "the one between them is opened";
 
-  QFile taken(QString::fromStdString(folder / "taken.png"));
-  ASSERT_TRUE(taken.open(QIODevice::WriteOnly) && taken.write("mine") == 4);
-  taken.close();
-  const auto typeName = [&](QWidget& dialog) {
-    auto& files = dynamic_cast<QFileDialog&>(dialog);
-    files.setDirectory(QString::fromStdString(folder.path().string()));
-    auto* edit = files.findChild<QLineEdit*>("fileNameEdit");
-    edit->setText("taken");  // keys would open a list of names before it
-    QTest::keyClick(edit, Qt::Key_Return);
-  };
+  writeFile("taken.png", "mine");
   const auto refuse = [](QWidget& question) {
     QTimer::singleShot(0, question.parentWidget(), &QWidget::close);
     dynamic_cast<QMessageBox&>(question).button(QMessageBox::No)->click();
   };
-  dialogs.then(typeName).then(refuse);
+  dialogs.choose({file(folder / "taken")}).then(refuse);
   find<app::SpectrumDock>("SpectrumDock").saveAs();
-  ASSERT_TRUE(taken.open(QIODevice::ReadOnly));
-  EXPECT_EQ(taken.readAll(), "mine");
+  EXPECT_TRUE(dialogs.isDone());
+  EXPECT_EQ(readFile(folder / "taken.png"), "mine");
 }
 
 }  // namespace orv::test

@@ -1,12 +1,13 @@
 #include "app/Dialogs.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -23,6 +24,7 @@ QString plain(QString text) {
 SeenDialog describe(const QWidget& window) {
   SeenDialog dialog;
   dialog.title = window.windowTitle();
+  if (const auto* label = window.findChild<QLabel*>()) dialog.text = label->text();
   if (const auto* box = qobject_cast<const QMessageBox*>(&window)) dialog.text = box->text();
   if (const auto* box = qobject_cast<const QInputDialog*>(&window)) dialog.text = box->labelText();
   for (const QPushButton* button : window.findChildren<QPushButton*>()) {
@@ -38,6 +40,13 @@ void pressEscape(QWidget& window) {
 
 }  // namespace
 
+QAbstractButton* buttonOf(const QWidget& window, const QString& text) {
+  for (QAbstractButton* each : window.findChildren<QAbstractButton*>()) {
+    if (plain(each->text()) == text) return each;
+  }
+  return nullptr;
+}
+
 Dialogs::Dialogs() {
   connect(&timer_, &QTimer::timeout, this, &Dialogs::look);
   timer_.start(5);
@@ -50,24 +59,27 @@ Dialogs& Dialogs::then(Handler handler) {
 
 Dialogs& Dialogs::press(const QString& button) {
   return then([button](QWidget& window) {
-    for (QAbstractButton* each : window.findChildren<QAbstractButton*>()) {
-      if (plain(each->text()) == button) {
-        each->click();
-        return;
-      }
-    }
+    if (QAbstractButton* found = buttonOf(window, button)) return found->click();
     qWarning("no button %s", qPrintable(button));
     pressEscape(window);
+  });
+}
+
+Dialogs& Dialogs::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  return then([=](QWidget& window) { QTest::keyClick(&window, key, modifiers); });
+}
+
+Dialogs& Dialogs::read(QString& text) {
+  return then([&text](QWidget& window) {
+    if (const auto* box = window.findChild<QPlainTextEdit*>()) text = box->toPlainText();
+    window.close();
   });
 }
 
 Dialogs& Dialogs::choose(const QStringList& paths) {
   return then([paths](QWidget& window) {
     auto* dialog = qobject_cast<QFileDialog*>(&window);
-    if (dialog == nullptr) {
-      pressEscape(window);
-      return;
-    }
+    if (dialog == nullptr) return pressEscape(window);
     QStringList names;
     for (const QString& path : paths) names << '"' + QFileInfo(path).fileName() + '"';
     dialog->setDirectory(QFileInfo(paths.front()).absolutePath());
@@ -80,10 +92,7 @@ Dialogs& Dialogs::choose(const QStringList& paths) {
 Dialogs& Dialogs::type(const QString& text) {
   return then([text](QWidget& window) {
     auto* box = qobject_cast<QInputDialog*>(&window);
-    if (box == nullptr) {
-      pressEscape(window);
-      return;
-    }
+    if (box == nullptr) return pressEscape(window);
     box->setTextValue(text);
     box->accept();
   });

@@ -1,7 +1,7 @@
 // A user who answers the program's modal windows.
 #pragma once
 
-#include <QPointer>
+#include <QAbstractButton>
 #include <QStringList>
 #include <QTimer>
 #include <QWidget>
@@ -11,10 +11,13 @@
 
 namespace orv::test {
 
+/// The button of this text (without "&"), or none.
+QAbstractButton* buttonOf(const QWidget& window, const QString& text);
+
 /// What a modal window showed.
 struct SeenDialog {
   QString title;
-  QString text;  ///< of message and input boxes
+  QString text;  ///< of a message or input box; of other windows their first label
   QStringList buttons;
   QString defaultButton;
 };
@@ -31,6 +34,10 @@ class Dialogs : public QObject {
   Dialogs& then(Handler handler);
   /// Presses the button of this text (without "&").
   Dialogs& press(const QString& button);
+  /// Presses a key.
+  Dialogs& press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+  /// Notes the long text of a window, and closes it.
+  Dialogs& read(QString& text);
   /// Chooses files in a file dialog.
   Dialogs& choose(const QStringList& paths);
   /// Answers an input box.
@@ -38,6 +45,8 @@ class Dialogs : public QObject {
 
   const std::vector<SeenDialog>& seen() const { return seen_; }
   QStringList texts() const;
+  /// The same, for the message of a test that fails.
+  std::string told() const { return texts().join('|').toStdString(); }
   /// Whether every planned window came.
   bool isDone() const { return handlers_.empty(); }
 

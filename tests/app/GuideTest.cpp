@@ -1,6 +1,5 @@
 // The guide, and the list of keys.
 #include <QTextBlock>
-#include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
 #include "app/WindowTest.h"
@@ -9,23 +8,14 @@
 
 namespace orv::test {
 
-namespace {
-
-template <class Widget>
-Widget* findTop(const char* name) {
-  for (QWidget* each : QApplication::topLevelWidgets()) {
-    if (each->objectName() == name) return qobject_cast<Widget*>(each);
-  }
-  return nullptr;
-}
-
-}  // namespace
-
 TEST_F(WindowTest, F1OpensTheGuideAndItsLinksLeadOn) {
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   QTest::keyClick(&tree(), Qt::Key_F1);
-  auto* guide = findTop<app::GuideWindow>("GuideWindow");
+  app::GuideWindow* guide = nullptr;
+  for (QWidget* each : QApplication::topLevelWidgets()) {
+    if (auto* found = qobject_cast<app::GuideWindow*>(each)) guide = found;
+  }
   ASSERT_TRUE(guide != nullptr && guide->isVisible());
   auto* browser = guide->findChild<app::GuideBrowser*>();
   const auto top = [&] { return browser->cursorForPosition({30, 6}).block().text(); };
@@ -55,12 +45,11 @@ TEST_F(WindowTest, F1OpensTheGuideAndItsLinksLeadOn) {
   const auto found = contents->findItems("Copying records", Qt::MatchExactly | Qt::MatchRecursive);
   ASSERT_EQ(found.size(), 1);
   contents->setFocus();
-  contents->scrollToItem(found.front());
-  QTest::mouseClick(contents->viewport(), Qt::LeftButton, {},
-                    contents->visualItemRect(found.front()).center());
+  clickItem(*contents, found.front());
   EXPECT_TRUE(QTest::qWaitFor([&] { return top() == "Copying records"; })) << top().toStdString();
-  QTest::keyClicks(guide->findChild<QLineEdit*>("txtGuideSearch"), "TARVEN");
-  QTest::keyClick(guide->findChild<QLineEdit*>("txtGuideSearch"), Qt::Key_Return);
+  auto* search = guide->findChild<QLineEdit*>("txtGuideSearch");
+  QTest::keyClicks(search, "TARVEN");
+  QTest::keyClick(search, Qt::Key_Return);
   EXPECT_EQ(browser->textCursor().selectedText(), "TARVEN");
   QTest::keyClick(browser, Qt::Key_Escape);
   EXPECT_FALSE(guide->isVisible());

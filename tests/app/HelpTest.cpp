@@ -83,25 +83,18 @@ std::string nameOf(const QObject& object) {
          '"';
 }
 
-/// The text of a widget that has not the room for it; empty where it has.
-QString cutText(const QWidget& widget) {
+/// Whether a widget has not the room for its text.
+bool isCut(const QWidget& widget) {
   const QSize need = widget.sizeHint();
-  const auto unlessRoom = [&](bool hasRoom, const QString& text) {
-    return hasRoom ? QString() : text;
-  };
   if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
     if (label->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)
-      return {};  // it shortens it
-    if (label->wordWrap()) {
-      return unlessRoom(label->heightForWidth(label->width()) <= label->height(), label->text());
-    }
-    return unlessRoom(need.width() <= label->width() && need.height() <= label->height() + 1,
-                      label->text());
+      return false;  // it shortens it
+    if (label->wordWrap()) return label->heightForWidth(label->width()) > label->height();
+    return need.width() > label->width() || need.height() > label->height() + 1;
   }
   if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-    const bool hasText =
-        !button->text().isEmpty() && button->objectName() != "qt_toolbar_ext_button";
-    return hasText ? unlessRoom(need.width() <= button->width() + 1, button->text()) : QString();
+    return !button->text().isEmpty() && button->objectName() != "qt_toolbar_ext_button" &&
+           need.width() > button->width() + 1;
   }
   if (const auto* list = qobject_cast<const QComboBox*>(&widget)) {
     QStyleOptionComboBox option;
@@ -109,16 +102,15 @@ QString cutText(const QWidget& widget) {
     option.editable = list->isEditable();
     const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option,
                                                       QStyle::SC_ComboBoxEditField, list);
-    const int text = list->fontMetrics().horizontalAdvance(list->currentText());
-    return unlessRoom(text <= field.width(), list->currentText());
+    return list->fontMetrics().horizontalAdvance(list->currentText()) > field.width();
   }
   if (const auto* line = qobject_cast<const QLineEdit*>(&widget)) {
     constexpr int kMargins = 8;
     const int text = line->fontMetrics().horizontalAdvance(line->placeholderText());
     const bool isFilter = line->objectName().startsWith("txtFilter");  // as narrow as its column
-    return unlessRoom(isFilter || text + kMargins <= line->width(), line->placeholderText());
+    return !isFilter && text + kMargins > line->width();
   }
-  return {};
+  return false;
 }
 
 /// Whether the user gives it its width: beside the plot.
@@ -142,7 +134,7 @@ class Examiner {
     window_ = nameOf(window);
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
       if (!widget->isVisible() || isPartOfAnother(*widget) || isBesidePlot(*widget)) continue;
-      EXPECT_EQ(cutText(*widget).toStdString(), "") << window_ << ": cut: " << nameOf(*widget);
+      EXPECT_FALSE(isCut(*widget)) << window_ << ": cut: " << nameOf(*widget);
     }
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
       if (!isPartOfAnother(*widget)) examineWidget(*widget);
@@ -248,36 +240,29 @@ TEST_F(WindowTest, ScreenReadersFindAllThatTakesTheKeyboard) {
                          !isPartOfAnother(*widget) && (isEdit(*widget) || isGrid(*widget));
     EXPECT_TRUE(!isMeant || found.contains(widget)) << nameOf(*widget);
   }
-  EXPECT_TRUE(names.contains("Filter of Name")) << names.join(", ").toStdString();
-  EXPECT_TRUE(names.contains("Filter of Thickness (mm)"));
-  EXPECT_TRUE(names.contains("Text to find"));
+  for (const char* name : {"Filter of Name", "Filter of Thickness (mm)", "Text to find"}) {
+    EXPECT_THAT(names, Contains(name));
+  }
 }
 
-TEST_F(WindowTest, EveryCommandHasItsOwnKeys) {
+/// Every command that has keys, and every entry of every menu by its letter.
+TEST_F(WindowTest, EveryCommandHasKeysOfItsOwn) {
+  const auto add = [](QList<QKeySequence>& taken, const QKeySequence& keys, const QAction& action) {
+    EXPECT_FALSE(keys.isEmpty() || taken.contains(keys)) << action.text().toStdString();
+    taken << keys;
+  };
   QList<QKeySequence> shortcuts;
   for (const QAction* each : window.findChildren<QAction*>()) {
     // Others act where they have the focus.
     if (each->shortcutContext() != Qt::WindowShortcut) continue;
-    for (const QKeySequence& shortcut : each->shortcuts()) {
-      EXPECT_FALSE(shortcuts.contains(shortcut)) << shortcut.toString().toStdString();
-      shortcuts << shortcut;
-    }
+    for (const QKeySequence& shortcut : each->shortcuts()) add(shortcuts, shortcut, *each);
   }
   EXPECT_GT(shortcuts.size(), 20);
-}
-
-/// Every entry of every menu can be reached by a letter of its own.
-TEST_F(WindowTest, EveryMenuEntryHasItsOwnLetter) {
-  QList<QMenu*> menus = window.findChildren<QMenu*>();
-  for (const QMenu* menu : menus) {
+  for (const QMenu* menu : window.findChildren<QMenu*>()) {
     if (!menu->objectName().startsWith("mnu")) continue;
     QList<QKeySequence> letters;
     for (const QAction* each : menu->actions()) {
-      if (each->isSeparator()) continue;
-      const QKeySequence letter = QKeySequence::mnemonic(each->text());
-      EXPECT_FALSE(letter.isEmpty()) << each->text().toStdString();
-      EXPECT_FALSE(letters.contains(letter)) << each->text().toStdString();
-      letters << letter;
+      if (!each->isSeparator()) add(letters, QKeySequence::mnemonic(each->text()), *each);
     }
   }
 }

@@ -9,10 +9,13 @@
 
 namespace orv::test {
 
-/// A table of which only the first rows can be read, as of a damaged file.
+/// A table of which only the first rows can be read, as of a damaged file. Its values are the
+/// numbers of the rows, or a text in each.
 class DamagedTable : public commands::RecordTable {
  public:
-  DamagedTable() { columns_.push_back({"number", "Number", "", true}); }
+  explicit DamagedTable(std::string text = {}) : text_(std::move(text)) {
+    columns_.push_back({"number", "Number", "", text_.empty()});
+  }
 
   void readTo(std::size_t rows) override {
     if (rows > kWhole) throw Error(kDeviceIo, "Page 7 is damaged.");
@@ -21,11 +24,13 @@ class DamagedTable : public commands::RecordTable {
   std::size_t rowsRead() const override { return read_; }
   bool isComplete() const override { return false; }
   store::Value value(std::size_t row, std::size_t /*column*/) const override {
+    if (!text_.empty()) return text_;
     return static_cast<std::int32_t>(row);
   }
 
  private:
   static constexpr std::size_t kWhole = 3000;
+  const std::string text_;
   std::size_t read_ = 0;
 };
 
@@ -49,26 +54,10 @@ TEST(RecordModelTest, RowsThatCannotBeReadAreToldOfAndTheOthersStay) {
   EXPECT_ANY_THROW(model.complete());
 }
 
-/// A table of one text.
-class OneText : public commands::RecordTable {
- public:
-  explicit OneText(std::string text) : text_(std::move(text)) {
-    columns_.push_back({"name", "Name", "", false});
-  }
-
-  void readTo(std::size_t /*rows*/) override {}
-  std::size_t rowsRead() const override { return 1; }
-  bool isComplete() const override { return true; }
-  store::Value value(std::size_t /*row*/, std::size_t /*column*/) const override { return text_; }
-
- private:
-  std::string text_;
-};
-
 TEST(RecordModelTest, TextsThatSteerAreSpelledOutAndCopiedAsTheyAre) {
   app::RecordModel model;
   const std::string text = "<b>Red</b> \u202Eglass\x1b";
-  model.show(std::make_unique<commands::RecordView>(std::make_unique<OneText>(text), 4));
+  model.show(std::make_unique<commands::RecordView>(std::make_unique<DamagedTable>(text), 4));
   const QModelIndex cell = model.index(0, 0);
   EXPECT_EQ(model.data(cell, Qt::DisplayRole).toString(), "<b>Red</b> \\u202eglass\\u001b");
   EXPECT_TRUE(model.data(cell, Qt::ToolTipRole)

@@ -2,17 +2,13 @@
 #include <QAbstractSeries>
 #include <QDir>
 #include <QFile>
-#include <QHeaderView>
-#include <QLineEdit>
 #include <QToolButton>
 
 #include "app/WindowTest.h"
-#include "app/docks/details/DetailsDock.h"
 #include "app/docks/details/DetailsTree.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "app/docks/spectra/SpectrumLegend.h"
 #include "app/docks/spectra/SpectrumView.h"
-#include "database/OrvSchema.h"
 
 namespace orv::test {
 
@@ -24,17 +20,9 @@ class SeveralTest : public WindowTest {
     trigger("mnuViewDetails");
   }
 
-  /// Opens a folder of the examples.
-  void openExamples(const char* name) {
-    window.openPaths({QStringLiteral(ORV_SOURCE_DIR "/examples/") + name});
-  }
-
   void pressFile(const QString& name) {
     for (int row = 0; row < rows(); ++row) {
-      if (cell(row, 0) != name) continue;
-      grid().scrollTo(grid().model()->index(row, 0));
-      const QRect place = grid().visualRect(grid().model()->index(row, 0));
-      return QTest::mouseClick(grid().viewport(), Qt::LeftButton, {}, place.center());
+      if (cell(row, 0) == name) return clickCell(row, 0);
     }
     FAIL() << "no row " << name.toStdString();
   }
@@ -57,8 +45,7 @@ class SeveralTest : public WindowTest {
   void pressPin(int row) {
     QTest::qWait(30);  // until the list is laid out
     const QRect place = legend().visualRect(legend().model()->index(row, 1));
-    ASSERT_TRUE(legend().viewport()->rect().contains(place.center()))
-        << place.x() << ' ' << place.y() << ' ' << legend().width() << ' ' << legend().height();
+    ASSERT_TRUE(legend().viewport()->rect().contains(place.center()));
     QTest::mouseClick(legend().viewport(), Qt::LeftButton, {}, place.center());
   }
   int curves() {
@@ -82,7 +69,7 @@ TEST_F(SeveralTest, WhatIsPinnedStaysBesideWhatIsSelected) {
   ASSERT_TRUE(plots({"clear_4.txt"}));
   pressPin(0);
   pressFile("lowe_4.txt");
-  ASSERT_TRUE(plots({"clear_4.txt", "lowe_4.txt"})) << plotted().join('|').toStdString();
+  ASSERT_TRUE(plots({"clear_4.txt", "lowe_4.txt"}));
   EXPECT_EQ(curves(), 6);
   EXPECT_EQ(details().rows(false).front(),
             (QStringList{"Field", "clear_4.txt", "lowe_4.txt", "Unit"}));
@@ -101,7 +88,7 @@ TEST_F(SeveralTest, WhatIsPinnedStaysBesideWhatIsSelected) {
   }
   window.openPaths({file(folder / "more")});
   selectRows(1, 1);
-  ASSERT_TRUE(plots({"clear_4.txt (panes)", "ripple_4.txt"})) << plotted().join('|').toStdString();
+  ASSERT_TRUE(plots({"clear_4.txt (panes)", "ripple_4.txt"}));
   trigger("mnuViewPin");
   ASSERT_TRUE(QTest::qWaitFor([&] { return dock().plot().dataSets.back().isPinned; }));
   selectRows(0, 1);
@@ -120,10 +107,8 @@ TEST_F(SeveralTest, ManyPanesAreABandWithTheirMean) {
   trigger("mnuEditSelectAll");
   ASSERT_TRUE(QTest::qWaitFor([&] { return plotted().size() == 14; }));
   EXPECT_EQ(curves(), 6) << "three quantities, an area and a line each";
-  EXPECT_TRUE(label("lblSpectrumNote")
-                  .startsWith("The band from the least to the greatest value "
-                              "of 14 records"))
-      << label("lblSpectrumNote").toStdString();
+  EXPECT_THAT(label("lblSpectrumNote"),
+              Begins("The band from the least to the greatest value of 14 records"));
   grid().setFocus();
   pressPin(1);
   ASSERT_TRUE(QTest::qWaitFor([&] { return curves() == 9; })) << "one stands out";
@@ -137,24 +122,20 @@ TEST_F(SeveralTest, ManyPanesAreABandWithTheirMean) {
 TEST_F(SeveralTest, ShadingsAreCalledByTheirTypeAndPlotted) {
   openExamples("shadings");
   pressFile("screen_5.txt");
-  ASSERT_TRUE(plots({"screen_5"})) << plotted().join('|').toStdString();
+  ASSERT_TRUE(plots({"screen_5"}));
   const auto& set = dock().plot().dataSets.front();
   const double at350 = set.valueAt(app::SpectralQuantity::transmittance, 0.35).value_or(-1);
   EXPECT_NEAR(at350, 0.0520 + 0.0134, 1e-4) << "the beam and what is scattered";
   EXPECT_EQ(detailsOf("Type").value(1), "Screen (3)");
 
-  trigger("mnuEditSelectAll");
-  trigger("mnuEditCopy");
-  const std::string path = folder / "blinds.mdb";
-  database::CreateEmptyDatabase(path)->close();
-  window.openPaths({QString::fromStdString(path)});
+  copyRows(0, 2);
+  window.openPaths({makeRows("blinds.mdb", 0)});
   selectNode({"blinds.mdb", "Shadings"});
   dialogs.type("Blinds");
   trigger("mnuEditPaste");
   ASSERT_EQ(rows(), 3);
-  int type = 0;
-  while (grid().records().recordColumns()[type].name != "typeID") ++type;
-  QTest::keyClicks(&find<QLineEdit>(("txtFilter" + std::to_string(type)).c_str()), "venet");
+  const int type = column("Type");
+  QTest::keyClicks(&filter(type), "venet");
   ASSERT_EQ(rows(), 1);
   EXPECT_EQ(cell(0, type), "Venetian blind (1)");
 }

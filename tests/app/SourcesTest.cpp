@@ -3,9 +3,6 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
-#include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QUrl>
 
@@ -17,7 +14,7 @@ namespace orv::test {
 
 TEST_F(WindowTest, OpensAnOrvDatabaseAndShowsItsPanes) {
   ORV_NEEDS_CORPUS();
-  const std::string path = folder.copyOf(corpusFolder() / "sources/orvdata-3.0.0.mdb");
+  const QString path = file(folder.copyOf(corpusFolder() / "sources/orvdata-3.0.0.mdb"));
   QStringList filters;
   dialogs.then([&](QWidget& dialog) {
     const auto* types = dialog.findChild<QComboBox*>("fileTypeCombo");
@@ -25,11 +22,10 @@ TEST_F(WindowTest, OpensAnOrvDatabaseAndShowsItsPanes) {
     dynamic_cast<QFileDialog&>(dialog).reject();
   });
   trigger("mnuFileOpenORVDatabase");
-  EXPECT_EQ(dialogs.seen().front().title, "Open new data source");
   EXPECT_EQ(filters, QStringList({"ORV database (orvdata.mdb)", "All Files (*.*)"}));
   EXPECT_EQ(tree().topLevelItemCount(), 0);
 
-  dialogs.choose({file(path)});
+  dialogs.choose({path});
   trigger("mnuFileOpenORVDatabase");
   ASSERT_EQ(tree().topLevelItemCount(), 1);
   const QTreeWidgetItem* root = tree().topLevelItem(0);
@@ -38,29 +34,22 @@ TEST_F(WindowTest, OpensAnOrvDatabaseAndShowsItsPanes) {
   EXPECT_EQ(root->child(2)->text(0), "Shadings");
   EXPECT_EQ(tree().currentItem(), root->child(0));
   EXPECT_TRUE(grid().isVisible());
-  EXPECT_GT(rows(), 0);
-  EXPECT_EQ(label("lblTitle"), file(path) + " – Panes");
-  EXPECT_EQ(label("lblCounts"), QStringLiteral("%1 records").arg(rows()));
-  EXPECT_TRUE(isEnabled("mnuFileRemove"));
-  EXPECT_TRUE(isEnabled("mnuSortAscending"));
+  EXPECT_EQ(label("lblTitle"), path + " – Panes");
+  EXPECT_EQ(counts(), "40 records");
+  EXPECT_TRUE(isEnabled("mnuFileRemove") && isEnabled("mnuSortAscending"));
   EXPECT_FALSE(isEnabled("mnuEditCopy"));
 }
 
 TEST_F(WindowTest, TellsWhyADatabaseCannotBeOpened) {
-  const QString path = QString::fromStdString(folder / "orvdata.mdb");
-  QFile(path).open(QIODevice::WriteOnly);
-  const char* const commands[] = {"mnuFileOpenORVDatabase", "mnuFileOpenIGDB",
-                                  "mnuFileOpenO5UserDatabase"};
-  const char* const advice[] = {
-      "This may not be a valid ORV database, please check and try again.",
-      "This may not be a valid International Glazing Database, please check and try again.",
-      "This may not be a valid Optics5 user database, please check and try again."};
-  for (int i = 0; i < 3; ++i) {
+  const QString path = writeFile("orvdata.mdb");
+  for (const auto& [command, kind] :
+       {std::pair{"mnuFileOpenORVDatabase", "ORV database"},
+        std::pair{"mnuFileOpenIGDB", "International Glazing Database"},
+        std::pair{"mnuFileOpenO5UserDatabase", "Optics5 user database"}}) {
     dialogs.choose({path}).press("OK");
-    trigger(commands[i]);
+    trigger(command);
     EXPECT_EQ(dialogs.seen().back().title, "ORV database manager");
-    const QString text = dialogs.seen().back().text;
-    EXPECT_TRUE(text.endsWith(QStringLiteral("\n\n") + advice[i])) << text.toStdString();
+    EXPECT_THAT(dialogs.seen().back().text, Contains(QStringLiteral("a valid ") + kind));
   }
   EXPECT_EQ(tree().topLevelItemCount(), 0);
 }
@@ -84,8 +73,8 @@ TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
   dialogs.press("No");
   refresh();
   ASSERT_EQ(dialogs.seen().size(), 1U);
-  EXPECT_TRUE(dialogs.texts().back().contains(file(folder / "orvdata.mdb")));
-  EXPECT_TRUE(text().contains("replaced by another file")) << text().toStdString();
+  EXPECT_THAT(dialogs.texts().back(), Contains(file(folder / "orvdata.mdb")));
+  EXPECT_THAT(text(), Contains("replaced by another file"));
   refresh();  // asks no more
   EXPECT_EQ(dialogs.seen().size(), 1U);
 
@@ -107,8 +96,7 @@ TEST_F(WindowTest, OffersTheFileThatHasTakenThePlaceOfADatabase) {
 }
 
 TEST_F(WindowTest, AsksForThePasswordOfADatabaseUntilItIsRight) {
-  const QString path = QString::fromStdString(folder / "secret.mdb");
-  database::CreateEmptyDatabase(path.toStdString());
+  const QString path = makeRows("secret.mdb", 0);
   setPassword(path.toStdString(), "Sesame 7");
   const auto typeKeys = [](const char* keys) {
     return [keys](QWidget& box) {
@@ -125,28 +113,17 @@ TEST_F(WindowTest, AsksForThePasswordOfADatabaseUntilItIsRight) {
   EXPECT_EQ(dialogs.texts(), QStringList{"\"secret.mdb\" has a database password:"});
   EXPECT_EQ(tree().topLevelItemCount(), 0);
 
-  dialogs.then(typeKeys("sesame 7")).then(typeKeys("Sesame 7"));
-  window.openPaths({path});
+  dialogs.choose({path}).then(typeKeys("sesame 7")).then(typeKeys("Sesame 7"));
+  trigger("mnuFileOpenORVDatabase");
+  EXPECT_TRUE(dialogs.isDone());
   EXPECT_EQ(dialogs.texts().back(),
             "This is not the password of \"secret.mdb\". Please try again:");
   ASSERT_EQ(tree().topLevelItemCount(), 1);
   EXPECT_TRUE(grid().isVisible());
-
-  app::WindowUserInterface anotherUi;
-  commands::Session anotherRun(anotherUi);
-  app::frmMain again(anotherRun, anotherUi);
-  dialogs.choose({path}).then(typeKeys("Sesame 7"));
-  again.findChild<QAction*>("mnuFileOpenORVDatabase")->trigger();
-  EXPECT_TRUE(dialogs.isDone());
-  EXPECT_EQ(dialogs.seen().size(), 5U);
-  EXPECT_EQ(again.findChild<app::DataSourceTree*>()->topLevelItemCount(), 1);
 }
 
 TEST_F(WindowTest, OpensSeveralTextFilesInTheOrderChosen) {
-  for (const char* name : {"a.txt", "b.txt"})
-    QFile(QString::fromStdString(folder / name)).open(QIODevice::WriteOnly);
-  dialogs.press("OK").choose(
-      {QString::fromStdString(folder / "a.txt"), QString::fromStdString(folder / "b.txt")});
+  dialogs.press("OK").choose({writeFile("a.txt"), writeFile("b.txt")});
   trigger("mnuFileOpenTextFiles");
   ASSERT_EQ(tree().topLevelItemCount(), 1);
   EXPECT_EQ(tree().topLevelItem(0)->childCount(), 2);
@@ -154,10 +131,9 @@ TEST_F(WindowTest, OpensSeveralTextFilesInTheOrderChosen) {
 }
 
 TEST_F(WindowTest, AFolderIsShownAsAWholeWithItsFilesFoldedAndCounted) {
-  const QString panes = QStringLiteral(ORV_SOURCE_DIR "/examples/panes");
-  window.openPaths({panes});
+  openExamples("panes");
   const auto folderItem = [&] { return tree().topLevelItem(0); };
-  EXPECT_EQ(folderItem()->text(0), panes + " (14 files)");
+  EXPECT_EQ(folderItem()->text(0), ORV_SOURCE_DIR "/examples/panes (14 files)");
   EXPECT_EQ(tree().currentItem(), folderItem());
   EXPECT_FALSE(folderItem()->isExpanded());
   EXPECT_EQ(rows(), 14);
@@ -172,9 +148,8 @@ TEST_F(WindowTest, AFolderIsShownAsAWholeWithItsFilesFoldedAndCounted) {
 }
 
 TEST_F(WindowTest, RemovesASourceOnlyWhenToldTo) {
-  ORV_NEEDS_CORPUS();
-  openPanes();
-  openCopy("orvdata-2.0.1.mdb");
+  openExamples("panes");
+  window.openPaths({makeRows("a.mdb", 0)});
   dialogs.press("Cancel").press("No").press("Yes");
   trigger("mnuFileRemove");
   trigger("mnuFileRemove");
@@ -193,7 +168,7 @@ TEST_F(WindowTest, RemovesASourceOnlyWhenToldTo) {
 }
 
 TEST_F(WindowTest, MakesAnOrvDatabaseButNeverReplacesAFile) {
-  const QString path = QString::fromStdString(folder / "orvdata.mdb");
+  const QString path = file(folder / "orvdata.mdb");
   dialogs.choose({path});
   trigger("mnuFileNewORVDatabase");
   ASSERT_EQ(tree().topLevelItemCount(), 1);
@@ -208,11 +183,9 @@ TEST_F(WindowTest, MakesAnOrvDatabaseButNeverReplacesAFile) {
 }
 
 TEST_F(WindowTest, OpensFilesThatAreDroppedOnIt) {
-  ORV_NEEDS_CORPUS();
-  const std::string path = folder.copyOf(corpusFolder() / "sources/glazing.mdb");
   QMimeData data;
-  data.setUrls(
-      {QUrl::fromLocalFile(file(path)), QUrl::fromLocalFile(file(corpusFolder() / "panes"))});
+  data.setUrls({QUrl::fromLocalFile(makeRows("a.mdb", 0)),
+                QUrl::fromLocalFile(ORV_SOURCE_DIR "/examples/panes")});
   QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
   QApplication::sendEvent(&window, &enter);
   EXPECT_TRUE(enter.isAccepted());
@@ -222,16 +195,10 @@ TEST_F(WindowTest, OpensFilesThatAreDroppedOnIt) {
 }
 
 TEST_F(WindowTest, AFileThatCannotBeOpenedDoesNotKeepOthersOut) {
-  const QString good = QString::fromStdString(folder / "good.txt");
-  QFile(good).open(QIODevice::WriteOnly);
-  const QString bad = QString::fromStdString(folder / "bad.mdb");
-  QFile(bad).open(QIODevice::WriteOnly);
   dialogs.press("OK").press("OK");
-  window.openPaths({bad, good});
+  window.openPaths({writeFile("bad.mdb"), writeFile("good.txt")});
   EXPECT_TRUE(dialogs.isDone());
-  EXPECT_TRUE(dialogs.texts().back().endsWith(
-      "\n\nOne or more files may not have been added, please check."))
-      << dialogs.texts().back().toStdString();
+  EXPECT_THAT(dialogs.texts().back(), Contains("\n\nOne or more files may not have been added"));
   ASSERT_EQ(tree().topLevelItemCount(), 1);
   EXPECT_EQ(tree().currentItem()->text(0), "good.txt");
 }

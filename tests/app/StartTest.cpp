@@ -1,14 +1,10 @@
 // The window as it starts, and its place on the screen.
 #include <QComboBox>
-#include <QLabel>
-#include <QMenu>
 #include <QRubberBand>
+#include <QSettings>
 #include <QSplitter>
-#include <QToolBar>
-#include <QToolButton>
 
 #include "app/WindowTest.h"
-#include "app/dialogs/frmSplash.h"
 #include "app/window/UserSettings.h"
 #include "app/window/WindowGeometry.h"
 
@@ -19,19 +15,14 @@ TEST_F(WindowTest, StartsWithNothingToWorkOn) {
   EXPECT_EQ(tree().topLevelItemCount(), 0);
   EXPECT_EQ(text(), "(no data...)");
   EXPECT_FALSE(grid().isVisible());
-  EXPECT_EQ(label("lblStatus"), "Ready");
+  EXPECT_EQ(status(), "Ready");
   for (const char* name : {"mnuFileRemove", "mnuFileExport", "mnuEditCopy", "mnuEditPaste",
                            "mnuEditDelete", "mnuSortAscending", "mnuSortDescending"}) {
     EXPECT_FALSE(isEnabled(name)) << name;
   }
-  for (const char* name : {"mnuFileOpenORVDatabase", "mnuFileOpenIGDB", "mnuFileOpenO5UserDatabase",
-                           "mnuFileOpenTextFiles"}) {
-    EXPECT_TRUE(isEnabled(name)) << name;
-  }
 }
 
 TEST(WindowGeometry, IsKeptInTwips) {
-  app::userSettings().clear();
   app::WindowUserInterface ui;
   commands::Session session(ui);
   {
@@ -52,23 +43,17 @@ TEST(WindowGeometry, IsKeptInTwips) {
   EXPECT_EQ(again.pos(), QPoint(40, 50));
 }
 
-TEST(UserSettings, KeepTheStandardOfTheSpectra) {
-  app::userSettings().clear();
-  app::WindowUserInterface ui;
-  commands::Session session(ui);
-  const auto standards = [](const app::frmMain& window) {
-    return window.findChild<QComboBox*>("cboSpectrumStandard");
+TEST_F(WindowTest, TheStandardOfTheSpectraIsRemembered) {
+  auto& chosen = find<QComboBox>("cboSpectrumStandard");
+  EXPECT_EQ(chosen.currentText(), "EN 410");
+  chosen.setCurrentIndex(2);
+  emit chosen.activated(2);
+  const auto remembered = [this] {
+    return app::frmMain(session, ui).findChild<QComboBox*>("cboSpectrumStandard")->currentText();
   };
-  {
-    const app::frmMain window(session, ui);
-    EXPECT_EQ(standards(window)->currentText(), "EN 410");
-    standards(window)->setCurrentIndex(2);
-    emit standards(window)->activated(2);
-  }
-  EXPECT_EQ(standards(app::frmMain(session, ui))->currentText(), "ISO 9050");
+  EXPECT_EQ(remembered(), "ISO 9050");
   app::userSettings().setValue("Settings/SpectrumStandard", "en 410, perhaps");
-  EXPECT_EQ(standards(app::frmMain(session, ui))->currentText(), "EN 410");
-  app::userSettings().clear();
+  EXPECT_EQ(remembered(), "EN 410");
 }
 
 TEST(WindowGeometry, ThatNoScreenShowsIsBroughtBack) {

@@ -39,6 +39,8 @@ constexpr std::pair<Role, Role> kPairs[] = {{Role::Text, Role::Base},
                                             {Role::HighlightedText, Role::Highlight}};
 
 TEST(ThemeTest, TextsAndBoxesStandOutFromTheirGround) {
+  applyTheme(Theme::system);
+  const QPalette before = QApplication::palette();
   for (const Theme theme : {Theme::light, Theme::dark, Theme::system}) {
     SCOPED_TRACE(static_cast<int>(theme));
     applyTheme(theme);
@@ -67,6 +69,7 @@ TEST(ThemeTest, TextsAndBoxesStandOutFromTheirGround) {
       EXPECT_GE(most, 3) << widget->metaObject()->className();
     }
   }
+  EXPECT_EQ(QApplication::palette(), before) << "as the desktop has it, after dark";
 }
 
 }  // namespace

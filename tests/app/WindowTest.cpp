@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <fstream>
 
 #include "database/OrvSchema.h"
 
@@ -11,6 +12,18 @@ namespace orv::test {
 QString WindowTest::text() {
   auto& box = find<QPlainTextEdit>("DataSourceTextBox");
   return box.isVisible() ? box.toPlainText() : QString();
+}
+
+int WindowTest::column(const QString& heading) {
+  for (int i = 0; i < columns(); ++i) {
+    if (grid().model()->headerData(i, Qt::Horizontal) == heading) return i;
+  }
+  return -1;
+}
+
+QString WindowTest::writeFile(const std::string& name, const std::string& text) {
+  std::ofstream(folder / name) << text;
+  return file(folder / name);
 }
 
 QString WindowTest::makeRows(const char* name, int panes) {
@@ -69,6 +82,20 @@ void WindowTest::selectNode(const QStringList& path) {
     item = found;
   }
   tree().setCurrentItem(item);
+}
+
+void WindowTest::clickCell(int row, int column, Qt::KeyboardModifiers modifiers) {
+  const QModelIndex index = grid().model()->index(row, column);
+  grid().scrollTo(index);
+  QTest::mouseClick(grid().viewport(), Qt::LeftButton, modifiers,
+                    grid().visualRect(index).center());
+}
+
+void WindowTest::clickItem(QTreeWidget& list, const QTreeWidgetItem* item, Qt::MouseButton button,
+                           Qt::KeyboardModifiers modifiers) {
+  list.scrollToItem(item);
+  const QPoint middle(list.viewport()->width() / 2, list.visualItemRect(item).center().y());
+  QTest::mouseClick(list.viewport(), button, modifiers, middle);
 }
 
 }  // namespace orv::test

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "store/jet/file/Bytes.h"
@@ -12,42 +11,41 @@
 
 namespace orv::test {
 
+/// Changes the first page of a Jet 4 file, of which a part is masked.
+template <class Change>
+void changeHeader(store::jet::File& file, const Change& change) {
+  using namespace store::jet;
+  store::Bytes page(kJet4.pageSize);
+  const auto masked = std::span(page).subspan(kJet4.header.masked, kJet4.header.maskedSize);
+  file.read(0, page.data(), page.size());
+  applyRc4(kHeaderKey, masked);
+  change(page);
+  applyRc4(kHeaderKey, masked);
+  file.write(0, page.data(), page.size());
+}
+
 /// Encodes all pages of a Jet 4 file as the format has it: each by RC4 with the key that the
 /// header names and its own number.
 inline void encodePages(store::jet::File& file, std::uint32_t key) {
   using namespace store::jet;
-  const Format& format = kJet4;
-  store::Bytes page(format.pageSize);
-  for (std::uint64_t at = 0; at < file.size(); at += format.pageSize) {
-    file.read(at, page.data(), page.size());
-    if (at == 0) {
-      const auto hidden = std::span(page).subspan(format.header.masked, format.header.maskedSize);
-      applyRc4(kHeaderKey, hidden);
-      store32(&page[format.header.encodingKey], key);
-      applyRc4(kHeaderKey, hidden);
-    } else {
-      applyRc4(key ^ static_cast<std::uint32_t>(at / format.pageSize), page);
-    }
-    file.write(at, page.data(), page.size());
+  changeHeader(file, [&](auto& page) { store32(&page[kJet4.header.encodingKey], key); });
+  store::Bytes page(kJet4.pageSize);
+  for (std::uint32_t number = 1; number < file.size() / page.size(); ++number) {
+    file.read(number * page.size(), page.data(), page.size());
+    applyRc4(key ^ number, page);
+    file.write(number * page.size(), page.data(), page.size());
   }
 }
 
 /// Gives a Jet 4 file that has none the password `password`, of no more than 20 ASCII characters.
 inline void setPassword(const std::filesystem::path& path, const std::string& password) {
   using namespace store::jet;
-  const auto& header = kJet4.header;
-  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-  store::Bytes page(kJet4.pageSize);
-  auto* bytes = reinterpret_cast<char*>(page.data());
-  file.read(bytes, static_cast<std::streamsize>(page.size()));
-  const auto hidden = std::span(page).subspan(header.masked, header.maskedSize);
-  applyRc4(kHeaderKey, hidden);
-  for (std::size_t i = 0; i < password.size(); ++i) {
-    page[header.password + 2 * i] ^= static_cast<std::uint8_t>(password[i]);
-  }
-  applyRc4(kHeaderKey, hidden);
-  file.seekp(0);
-  file.write(bytes, static_cast<std::streamsize>(page.size()));
+  const auto file = FileSystem::system().open(path, FileSystem::Open::existing);
+  changeHeader(*file, [&](auto& page) {
+    for (std::size_t i = 0; i < password.size(); ++i) {
+      page[kJet4.header.password + 2 * i] ^= static_cast<std::uint8_t>(password[i]);
+    }
+  });
 }
 
 }  // namespace orv::test

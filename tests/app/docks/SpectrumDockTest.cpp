@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMimeData>
-#include <QSignalSpy>
 #include <QTest>
 #include <QToolBar>
 #include <QWheelEvent>
@@ -61,7 +60,7 @@ class SpectrumDockTest : public testing::Test {
   SpectrumLegend* legend_;
 };
 
-TEST_F(SpectrumDockTest, SaysWhyThereIsNoPlot) {
+TEST_F(SpectrumDockTest, SaysWhyThereIsNoPlotAndCopiesOne) {
   EXPECT_EQ(emptyText(), "Select one or more records to see their spectra here.");
   EXPECT_FALSE(action("Save as…")->isEnabled());
   dock_.showPanes({makePane("bare", 0, {})});
@@ -70,11 +69,17 @@ TEST_F(SpectrumDockTest, SaysWhyThereIsNoPlot) {
   showTwoAngles();
   EXPECT_EQ(emptyText(), "");
   EXPECT_TRUE(action("Save as…")->isEnabled());
+  dock_.copy();
+  EXPECT_TRUE(QApplication::clipboard()->mimeData()->hasImage());
+  EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Wavelength (nm)\ta, 0° T\t"));
+  const auto& note = *dock_.findChild<QLabel*>("lblSpectrumNote");
+  EXPECT_TRUE(note.isVisibleTo(&dock_));
   dock_.clear();
+  EXPECT_FALSE(note.isVisibleTo(&dock_)) << "it was of other panes";
   EXPECT_EQ(emptyText(), "Select one or more records to see their spectra here.");
 }
 
-TEST_F(SpectrumDockTest, ShowsAndHidesCurves) {
+TEST_F(SpectrumDockTest, ShowsAndHidesCurvesOverAnAxisToChoose) {
   showTwoAngles();
   EXPECT_EQ(visibleCurves(), 6);
   action("Rf")->trigger();
@@ -90,6 +95,11 @@ TEST_F(SpectrumDockTest, ShowsAndHidesCurves) {
   EXPECT_EQ(visibleCurves(), 2);
   EXPECT_TRUE(legend_->topLevelItem(0)->isHidden());
   EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
+  action("Logarithmic wavelengths")->trigger();
+  EXPECT_NEAR(dock_.plot().range.right(), std::log10(25.0), 1e-4);
+  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (nm)");
+  dock_.setWavelengthUnit(kMicrons);
+  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (µm)");
 }
 
 TEST_F(SpectrumDockTest, DrawsDifferenceMeanAndWeighting) {
@@ -135,18 +145,17 @@ TEST_F(SpectrumDockTest, DrawsDifferenceMeanAndWeighting) {
   EXPECT_EQ(peak->y(), 1);
 }
 
-TEST_F(SpectrumDockTest, ChangesTheAxisWithoutTheData) {
+TEST_F(SpectrumDockTest, FollowsThePointerAndZoomsWithMouseAndKeys) {
   showTwoAngles();
-  EXPECT_NEAR(dock_.plot().range.right(), 25, 1e-4);
-  action("Logarithmic wavelengths")->trigger();
-  EXPECT_NEAR(dock_.plot().range.right(), std::log10(25.0), 1e-4);
-  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (nm)");
-  dock_.setWavelengthUnit(kMicrons);
-  EXPECT_EQ(view_->chart()->axes(Qt::Horizontal).first()->titleText(), "Wavelength (µm)");
-}
+  EXPECT_FALSE(view_->pointedWavelength());
+  QTest::mouseMove(view_->viewport(), view_->chart()->plotArea().center().toPoint());
+  ASSERT_TRUE(view_->pointedWavelength());
+  EXPECT_NEAR(*view_->pointedWavelength(), dock_.plot().range.center().x(), 0.1);
+  const QImage with = view_->grab().toImage();
+  view_->pointAt({-1, -1});
+  EXPECT_FALSE(view_->pointedWavelength());
+  EXPECT_NE(view_->grab().toImage(), with);
 
-TEST_F(SpectrumDockTest, ZoomsWithMouseAndKeys) {
-  showTwoAngles();
   const QRectF full = dock_.plot().range;
   EXPECT_FALSE(action("Show everything")->isEnabled());
 
@@ -161,11 +170,10 @@ TEST_F(SpectrumDockTest, ZoomsWithMouseAndKeys) {
   EXPECT_EQ(dock_.plot().range, full);
 
   const QRectF area = view_->chart()->plotArea();
-  const QPoint from = area.center().toPoint();
-  QTest::mousePress(view_->viewport(), Qt::LeftButton, {}, from);
-  QTest::mouseMove(view_->viewport(), area.bottomRight().toPoint() - QPoint(2, 2));
-  QTest::mouseRelease(view_->viewport(), Qt::LeftButton, {},
-                      area.bottomRight().toPoint() - QPoint(2, 2));
+  const QPoint corner = area.bottomRight().toPoint() - QPoint(2, 2);
+  QTest::mousePress(view_->viewport(), Qt::LeftButton, {}, area.center().toPoint());
+  QTest::mouseMove(view_->viewport(), corner);
+  QTest::mouseRelease(view_->viewport(), Qt::LeftButton, {}, corner);
   EXPECT_NEAR(dock_.plot().range.left(), full.center().x(), 0.2);
   EXPECT_NEAR(dock_.plot().range.bottom(), 0.5, 0.02);
   QTest::keyClick(view_, Qt::Key_0);
@@ -174,20 +182,7 @@ TEST_F(SpectrumDockTest, ZoomsWithMouseAndKeys) {
   EXPECT_EQ(dock_.plot().range, full) << "there is nothing beyond everything";
 }
 
-TEST_F(SpectrumDockTest, FollowsThePointer) {
-  showTwoAngles();
-  EXPECT_FALSE(view_->pointedWavelength());
-  const QRectF area = view_->chart()->plotArea();
-  QTest::mouseMove(view_->viewport(), area.center().toPoint());
-  ASSERT_TRUE(view_->pointedWavelength());
-  EXPECT_NEAR(*view_->pointedWavelength(), dock_.plot().range.center().x(), 0.1);
-  const QImage with = view_->grab().toImage();
-  view_->pointAt({-1, -1});
-  EXPECT_FALSE(view_->pointedWavelength());
-  EXPECT_NE(view_->grab().toImage(), with);
-}
-
-TEST_F(SpectrumDockTest, ListsStoredAndComputedValues) {
+TEST_F(SpectrumDockTest, ListsStoredValuesAndThoseOfTheChosenStandard) {
   auto* table = dock_.findChild<IntegratedTable*>();
   dock_.showPanes({makePane("bare", 0, {})});
   EXPECT_FALSE(table->isVisible());
@@ -205,11 +200,7 @@ TEST_F(SpectrumDockTest, ListsStoredAndComputedValues) {
   QTest::keySequence(table, QKeySequence::Copy);
   EXPECT_EQ(QApplication::clipboard()->text(),
             "\ta (stored)\ta (computed)\nVisible T, front\t0.885\t0.800\n");
-}
 
-TEST_F(SpectrumDockTest, ComputesByTheChosenStandard) {
-  showTwoAngles();
-  auto* table = dock_.findChild<IntegratedTable*>();
   auto* standards = dock_.findChild<QComboBox*>("cboSpectrumStandard");
   const int rows = table->rowCount();
   std::vector<optics::Standard> chosen;
@@ -222,18 +213,6 @@ TEST_F(SpectrumDockTest, ComputesByTheChosenStandard) {
   emit standards->activated(0);
   EXPECT_EQ(chosen, std::vector{optics::Standard::nfrc300});
   EXPECT_GT(table->rowCount(), rows) << "NFRC 300 has more values than EN 410";
-}
-
-TEST_F(SpectrumDockTest, CopiesPictureAndText) {
-  showTwoAngles();
-  dock_.copy();
-  const QMimeData* data = QApplication::clipboard()->mimeData();
-  EXPECT_TRUE(data->hasImage());
-  EXPECT_TRUE(data->text().startsWith("Wavelength (nm)\ta, 0° T\t"));
-  const auto& note = *dock_.findChild<QLabel*>("lblSpectrumNote");
-  EXPECT_TRUE(note.isVisibleTo(&dock_));
-  dock_.clear();
-  EXPECT_FALSE(note.isVisibleTo(&dock_)) << "it was of other panes";
 }
 
 }  // namespace

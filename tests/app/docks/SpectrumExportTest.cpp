@@ -1,12 +1,12 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include "app/docks/Panes.h"
 #include "app/docks/spectra/SpectrumCsv.h"
 #include "app/docks/spectra/SpectrumFigure.h"
+#include "support/ReadFile.h"
+#include "support/TemporaryFolder.h"
 
 namespace orv::app {
 namespace {
@@ -20,16 +20,13 @@ SpectrumPlot plotOfTwo() {
   return plot;
 }
 
-TEST(SpectrumExportTest, WritesOneRowAWavelength) {
+TEST(SpectrumExportTest, WritesWhatIsShownInTheUnitThatIsShown) {
   EXPECT_EQ(spectraAsText(plotOfTwo()),
             "Wavelength (nm),\"clear, 3 mm T\",\"clear, 3 mm Rf\",\"clear, 3 mm Rb\","
             "\"coated, 60° T\",\"coated, 60° Rf\",\"coated, 60° Rb\"\r\n"
             "300,0.1,0.05,0.06,,,\r\n"
             "500,0.9,0.08,0.09,0.5,0.25,0.3\r\n"
             "2500,,,,0.2,0.7,0.6\r\n");
-}
-
-TEST(SpectrumExportTest, WritesWhatIsShownInTheUnitThatIsShown) {
   SpectrumPlot plot = plotOfTwo();
   plot.scale.unit = kMicrons;
   plot.hidden[0] = true;
@@ -56,37 +53,27 @@ int count(const QImage& image, const QColor& colour) {
 }
 
 TEST(SpectrumExportTest, SavesPicturesAndTables) {
-  const QTemporaryDir folder;
+  const test::TemporaryFolder folder;
+  const auto file = [&](const char* name) { return QString::fromStdString(folder / name); };
   const SpectrumPlot plot = plotOfTwo();
   const SpectrumFigure figure(plot);
   QString reason;
-  ASSERT_TRUE(figure.savePng(folder.filePath("a.png"), reason)) << reason.toStdString();
-  ASSERT_TRUE(figure.saveSvg(folder.filePath("a.svg"), reason)) << reason.toStdString();
-  ASSERT_TRUE(figure.saveCsv(folder.filePath("a.csv"), reason)) << reason.toStdString();
+  ASSERT_TRUE(figure.savePng(file("a.png"), reason)) << reason.toStdString();
+  ASSERT_TRUE(figure.saveSvg(file("a.svg"), reason)) << reason.toStdString();
+  ASSERT_TRUE(figure.saveCsv(file("a.csv"), reason)) << reason.toStdString();
 
-  const QImage image(folder.filePath("a.png"));
+  const QImage image(file("a.png"));
   EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::white));
   EXPECT_GT(count(image, QColor(0x00, 0x72, 0xb2)), 500) << "the curves of the first pane";
   EXPECT_GT(count(image, QColor(0xd5, 0x5e, 0x00)), 500) << "the curves of the second pane";
 
-  QFile svg(folder.filePath("a.svg"));
-  ASSERT_TRUE(svg.open(QIODevice::ReadOnly));
-  const QByteArray drawing = svg.readAll();
-  EXPECT_TRUE(drawing.contains("<svg"));
-  for (const char* text :
-       {"#0072b2", "Wavelength (nm)", "Transmittance, reflectance", "clear, 3 mm", "1000", "0.5"}) {
-    EXPECT_TRUE(drawing.contains(text)) << text;
+  const std::string drawing = test::readFile(folder / "a.svg");
+  for (const char* text : {"<svg", "#0072b2", "Wavelength (nm)", "Transmittance, reflectance",
+                           "clear, 3 mm", "1000", "0.5"}) {
+    EXPECT_THAT(drawing, testing::HasSubstr(text));
   }
-
-  QFile csv(folder.filePath("a.csv"));
-  ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
-  EXPECT_EQ(QString::fromUtf8(csv.readAll()), spectraAsText(plot));
-}
-
-TEST(SpectrumExportTest, SaysWhyAFileCannotBeWritten) {
-  const SpectrumPlot plot = plotOfTwo();
-  QString reason;
-  EXPECT_FALSE(SpectrumFigure(plot).saveCsv("/no such folder/a.csv", reason));
+  EXPECT_EQ(test::readFile(folder / "a.csv"), spectraAsText(plot).toStdString());
+  EXPECT_FALSE(figure.saveCsv("/no such folder/a.csv", reason));
   EXPECT_FALSE(reason.isEmpty());
 }
 
