@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "commands/PasteRecords.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordList.h"
 #include "commands/RecordingUi.h"
@@ -22,9 +24,21 @@
 namespace orv::test {
 
 class CommandsTest : public ::testing::Test {
- protected:
+ public:
   using Node = commands::SourceOpener::Node;
 
+  static sources::RecordSelection select(const Node& node,
+                                         const std::vector<std::string>& identifiers) {
+    sources::RecordSelection selection;
+    selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
+    selection.DataSourcePtr(node);
+    for (std::size_t i = 0; i < identifiers.size(); ++i) {
+      selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
+    }
+    return selection;
+  }
+
+ protected:
   /// A new, empty ORV database of version 3.0.0, opened.
   Node newDatabase(const std::string& name = "new.mdb") {
     database::CreateEmptyDatabase((folder.path() / name).string());
@@ -50,12 +64,14 @@ class CommandsTest : public ::testing::Test {
     return opener.openAny(path);
   }
 
-  /// Sets a column of every row of a statement.
+  /// Sets a column of every row of a table, or of those that a condition names.
   static void setAll(store::Connection& dc, const std::string& table, const std::string& column,
-                     const store::Value& value) {
-    for (auto rows =
-             dc.openRecordset(table, store::CursorType::dynamic, store::LockType::optimistic);
-         !rows->eof(); rows->moveNext()) {
+                     const store::Value& value, const std::string& where = "") {
+    auto rows =
+        dc.openRecordset("SELECT * FROM " + table + (where.empty() ? "" : " WHERE ") + where,
+                         store::CursorType::keyset, store::LockType::optimistic);
+    ASSERT_FALSE(rows->eof()) << table << ' ' << where;
+    for (; !rows->eof(); rows->moveNext()) {
       rows->setValue(column, value);
       rows->update();
     }
@@ -82,18 +98,21 @@ class CommandsTest : public ::testing::Test {
     return commands::recordSetOf(source, kind);
   }
 
-  static sources::RecordSelection select(const Node& node, std::vector<std::string> identifiers) {
-    sources::RecordSelection selection;
-    selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
-    selection.DataSourcePtr(node);
-    for (std::size_t i = 0; i < identifiers.size(); ++i) {
-      selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
-    }
-    return selection;
-  }
-
   static sources::RecordSelection selectAll(const Node& node) {
     return select(node, commands::recordIdentifiers(*node));
+  }
+
+  /// Copies all records of a source, those that have no group into "Demo".
+  commands::PasteResult copyAll(const Node& from, const Node& to,
+                                const commands::PasteOptions& options = {}) {
+    ui.inputs = {"Demo"};
+    return commands::pasteRecords(session, selectAll(from), to, options);
+  }
+
+  static std::vector<std::string> linesOf(const commands::Notes& notes) {
+    std::vector<std::string> lines;
+    for (const auto& note : notes.list()) lines.push_back(note.line());
+    return lines;
   }
 
   /// The log without what the user sees in passing only.
@@ -110,6 +129,20 @@ class CommandsTest : public ::testing::Test {
   commands::Session session{ui};
   commands::SourceOpener opener{session};
 };
+
+/// A spectrum of points that are wavelength, Tf, Tb, Rf and Rb.
+inline std::shared_ptr<SpectralData> spectrumOf(const std::vector<std::array<float, 5>>& points) {
+  auto spectrum = std::make_shared<SpectralData>();
+  spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
+  for (std::int32_t i = 0; const auto& [wavelength, tf, tb, rf, rb] : points) {
+    spectrum->wl(i, wavelength);
+    spectrum->Tf(i, tf);
+    spectrum->Tb(i, tb);
+    spectrum->Rf(i, rf);
+    spectrum->Rb(i++, rb);
+  }
+  return spectrum;
+}
 
 /// A pane file of three points.
 inline std::string paneText(const std::string& product = "Clear") {

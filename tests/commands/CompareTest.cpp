@@ -3,7 +3,6 @@
 
 #include "commands/CommandsTest.h"
 #include "commands/IgdbPassword.h"
-#include "commands/PasteRecords.h"
 #include "commands/compare/Compare.h"
 #include "database/GlazingDatabase.h"
 #include "model/Raised.h"
@@ -20,7 +19,6 @@ using commands::compare::Match;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 using Lines = std::vector<std::string>;
 
@@ -32,17 +30,13 @@ class CompareTest : public CommandsTest {
     Lines lines;
     for (const auto& each : result.differences) {
       const auto& pair = result.pairs[each.pair];
-      lines.push_back(fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}", nameOf(pair.state),
-                                  commands::setName(pair.kind), fmt::join(pair.a, ","),
-                                  fmt::join(pair.b, ","), pair.name,
-                                  each.angle ? fmt::format("{}", *each.angle) : "", each.field,
-                                  textOf(each.a), textOf(each.b)));
+      lines.push_back(fmt::format(
+          "{}|{}|{}|{}|{}|{}|{}|{}|{}", nameOf(pair.state), commands::setName(pair.kind),
+          fmt::join(pair.a, ","), fmt::join(pair.b, ","), pair.name,
+          each.angle ? fmt::format("{}", *each.angle) : "", each.field,
+          each.a.isNull() ? "" : each.a.toText(), each.b.isNull() ? "" : each.b.toText()));
     }
     return lines;
-  }
-
-  static std::string textOf(const store::Value& value) {
-    return value.isNull() ? "" : value.toText();
   }
 
   void insert(const Node& node, const std::string& name, const std::string& group = "Demo",
@@ -53,17 +47,20 @@ class CompareTest : public CommandsTest {
     session.database.InsertPane(*pane, *node->ADOConnection());
   }
 
-  /// Sets a column where a statement finds rows.
   static void set(const Node& node, const std::string& table, const std::string& condition,
                   const std::string& column, const store::Value& value) {
-    auto rows = node->ADOConnection()->openRecordset(
-        "SELECT * FROM " + table + " WHERE " + condition, store::CursorType::keyset,
-        store::LockType::optimistic, store::SourceKind::sql);
-    ASSERT_FALSE(rows->eof()) << condition;
-    for (; !rows->eof(); rows->moveNext()) {
-      rows->setValue(column, value);
-      rows->update();
+    setAll(*node->ADOConnection(), table, column, value, condition);
+  }
+
+  /// "a-b", the identifiers of each pair, after a "?" where others would do as well.
+  Lines pairs(const CompareOptions& options) {
+    compare(a, b, options);
+    Lines lines;
+    for (const auto& pair : result.pairs) {
+      lines.push_back(fmt::format("{}{}-{}", pair.isAmbiguous ? "?" : "", fmt::join(pair.a, ","),
+                                  fmt::join(pair.b, ",")));
     }
+    return lines;
   }
 
   Comparison result;
@@ -131,10 +128,7 @@ TEST_F(CompareTest, EachFieldOfAPaneIsToldOnceAndKeysAreNot) {
   EXPECT_EQ(raisedBy([&] { compare(a, b, {.ignored = {"T", "speed"}}); }).number, kInvalidCall);
 
   // What is there of one source only.
-  auto rows = b->ADOConnection()->openRecordset(
-      "SELECT * FROM Pane_spectral_data WHERE PaneID = 2", store::CursorType::keyset,
-      store::LockType::optimistic, store::SourceKind::sql);
-  for (; !rows->eof(); rows->moveNext()) rows->deleteRow();
+  b->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 2");
   set(b, "Pane_integrated_data", "PaneID = 2", "angle", 30);
   EXPECT_EQ(compare(a, b, {.fields = {"integrated values", "spectrum"}}).front(),
             "changed|panes|1|2|same|0|integrated values|there|none");
@@ -204,10 +198,7 @@ TEST_F(CompareTest, PanesOfTheIgdbAreComparedAsACopyBringsThem) {
   const auto igdb = opener.openAny(path.string());
   ASSERT_EQ(igdb->DataType(), sources::DataType::igdb);
   ui.answers = {commands::Answer::yes, commands::Answer::no};  // the substrate of one is not there
-  EXPECT_EQ(commands::pasteRecords(session, selectAll(recordSet(igdb, RecordKind::panes)), b,
-                                   {.integrateBy = std::nullopt})
-                .copied,
-            4)
+  EXPECT_EQ(copyAll(recordSet(igdb, RecordKind::panes), b, {.integrateBy = std::nullopt}).copied, 4)
       << ::testing::PrintToString(messages());
   EXPECT_EQ(compare(igdb, b), Lines{});
   EXPECT_EQ(result.summary(), "4 records are the same, 0 added, 0 removed, 0 changed.");
@@ -280,20 +271,14 @@ TEST_F(CompareTest, RecordsArePutTogetherAsIsAskedFor) {
   insert(b, "two.TXT", "demo", 0, 0.8F);
   insert(b, "one.json", "New", 0, 0.7F);
   insert(b, "three.txt", "Demo", 0, 0.90005F);
-  const auto pairs = [&](Match match, double tolerance = 0) {
-    compare(a, b, {.match = match, .fields = {"group"}, .tolerance = tolerance});
-    Lines lines;
-    for (const auto& pair : result.pairs) {
-      lines.push_back(fmt::format("{}-{}", fmt::join(pair.a, ","), fmt::join(pair.b, ",")));
-    }
-    return lines;
-  };
-  EXPECT_THAT(pairs(Match::name), ElementsAre("1-", "2-1", "-2", "-3"));
-  EXPECT_THAT(pairs(Match::id), ElementsAre("1-1", "2-2", "-3"));
-  EXPECT_THAT(pairs(Match::filename), ElementsAre("1-2", "2-1", "-3"));
+  EXPECT_THAT(pairs({.match = Match::name}), ElementsAre("1-", "2-1", "-2", "-3"));
+  EXPECT_THAT(pairs({.match = Match::id}), ElementsAre("1-1", "2-2", "-3"));
+  EXPECT_THAT(pairs({.match = Match::filename, .fields = {"group"}}),
+              ElementsAre("1-2", "2-1", "-3"));
   EXPECT_EQ(result.differences[0].field, "group");
-  EXPECT_THAT(pairs(Match::spectrum), ElementsAre("1-", "2-1", "-2", "-3"));
-  EXPECT_THAT(pairs(Match::spectrum, 1e-4), ElementsAre("1-3", "2-1", "-2"));
+  EXPECT_THAT(pairs({.match = Match::spectrum}), ElementsAre("1-", "2-1", "-2", "-3"));
+  EXPECT_THAT(pairs({.match = Match::spectrum, .tolerance = 1e-4}),
+              ElementsAre("1-3", "2-1", "-2"));
 
   // Of one name in one group there are several only in shadings and in other makers' databases.
   for (const auto* name : {"x", "x", "y"}) {
@@ -315,15 +300,6 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   insert(a, "a");
   insert(b, "a");
   insert(b, "c");
-  const auto pairs = [&](const CompareOptions& options) {
-    compare(a, b, options);
-    Lines lines;
-    for (const auto& pair : result.pairs) {
-      lines.push_back(fmt::format("{}{}-{}", pair.isAmbiguous ? "?" : "", fmt::join(pair.a, ","),
-                                  fmt::join(pair.b, ",")));
-    }
-    return lines;
-  };
   EXPECT_THAT(pairs({.match = Match::spectrum}), ElementsAre("1-2", "2-1"));
   insert(a, "d");
   insert(b, "e");
@@ -343,8 +319,7 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
 
 TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
   const auto files = texts(TextFileKind::panes, {{"pane", paneText()}});
-  ui.inputs = {"Demo"};
-  commands::pasteRecords(session, selectAll(files), b);
+  copyAll(files, b);
   const auto add = [&](int direction) {
     addRow(*b->ADOConnection(), "Pane_spectral_data",
            {{"PaneID", 1}, {"angle", 0}, {"direction", direction}, {"wavelength", 500.0F}});
@@ -368,8 +343,7 @@ TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
   const auto twins =
       texts(TextFileKind::panes,
             {{"pane", paneText("Alpha")}, {"twin", "{ Record Name: pane }" + paneText("Alpha")}});
-  ui.inputs = {"Demo"};
-  commands::pasteRecords(session, selectAll(files), b);
+  copyAll(files, b);
   EXPECT_THAT(compare(files, b), IsEmpty());
   EXPECT_THAT(result.failures, ElementsAre(HasSubstr("bad cannot be read")));
   EXPECT_EQ(result.pairs.front().a, (Lines{"pane", "pane_30"}));
@@ -384,29 +358,6 @@ TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
   set(b, "Pane_spectral_data", "angle = 30 AND wavelength = 500", "reflection_indoor", 0.5F);
   EXPECT_EQ(compare(files, b),
             Lines{"changed|panes|pane,pane_30|1|pane|30|Rb|0.08 at 500 nm|0.5 at 500 nm (+0.42)"});
-}
-
-/// But for what a copy has no place for.
-TEST_F(CompareTest, ACopyDiffersInNothing) {
-  ORV_NEEDS_CORPUS();
-  for (const char* name : {"glazing.mdb", "orvdata-2.0.1.mdb", "orvdata-3.0.0.mdb"}) {
-    const auto source = foreign(name);
-    const auto copy = newDatabase(std::string("copy of ") + name);
-    for (const auto kind : {RecordKind::panes, RecordKind::frames, RecordKind::shadings}) {
-      const auto records = recordSet(source, kind);
-      if (!records) continue;
-      ui.inputs = {"Demo"};
-      commands::pasteRecords(session, selectAll(records), copy);
-    }
-    EXPECT_THAT(compare(source, copy, {.match = Match::filename, .isForCopy = true}), IsEmpty())
-        << name;
-  }
-  // Two of the products are one pane, of which the first is copied.
-  const auto products = opener.openAny((corpusFolder() / "products").string());
-  ui.inputs = {"Demo"};
-  commands::pasteRecords(session, selectAll(products), b);
-  EXPECT_THAT(compare(products, b),
-              ElementsAre(StartsWith("removed|panes|igsdb_v2_clear_3.json||")));
 }
 
 }  // namespace

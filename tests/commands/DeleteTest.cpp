@@ -35,17 +35,14 @@ TEST_F(DeleteTest, DeletesAfterAConfirmation) {
   EXPECT_EQ(commands::recordIdentifiers(*panes_), std::vector<std::string>{"2"});
 }
 
-TEST_F(DeleteTest, NoAndCancelChangeNothing) {
+TEST_F(DeleteTest, NothingSelectedNoAndCancelChangeNothing) {
+  commands::deleteRecords(session, sources::RecordSelection(), nullptr);
+  EXPECT_TRUE(ui.log.empty());
   ui.answers = {Answer::no, Answer::cancel};
   for (int i = 0; i < 2; ++i) {
     EXPECT_TRUE(commands::deleteRecords(session, select(panes_, {"1"}), panes_).cancelled);
   }
   EXPECT_EQ(commands::countRecords(*panes_), 3);
-}
-
-TEST_F(DeleteTest, NothingSelectedDoesNothing) {
-  commands::deleteRecords(session, sources::RecordSelection(), nullptr);
-  EXPECT_TRUE(ui.log.empty());
 }
 
 TEST_F(DeleteTest, OtherSourcesRefuse) {

@@ -1,7 +1,5 @@
 #include "commands/CommandsTest.h"
 #include "commands/ExportRecords.h"
-#include "commands/PasteRecords.h"
-#include "commands/RecordReader.h"
 #include "model/Raised.h"
 
 namespace orv::test {
@@ -21,16 +19,20 @@ class ExportTest : public CommandsTest {
 TEST_F(ExportTest, OneFileAnAngleAndNothingIsOverwrittenUnasked) {
   const auto database = newDatabase();
   auto& dc = *database->ADOConnection();
-  session.database.InsertPane(*makePane("one.dat"), dc);
+  session.database.InsertPane(*withSubstrate(makePane("one.dat")), dc);
   session.database.InsertPane(*makePane("many", 0), dc);
   session.database.InsertPane(*makePane("many", 60), dc);
-  const auto otherGroup = makePane("a/b:c");
-  session.database.InsertPane(*otherGroup, dc);
+  session.database.InsertPane(*makePane("a/b:c"), dc);
   const auto panes = recordSet(database, RecordKind::panes);
 
   const std::vector<std::string> first = {"one.dat", "many_0deg.txt", "many_60deg.txt",
                                           "a_b_c.txt"};
-  EXPECT_EQ(exportAll(panes).files, first);
+  const auto exported = exportAll(panes);
+  EXPECT_EQ(exported.files, first);
+  EXPECT_EQ(linesOf(exported.notKept),
+            (std::vector<std::string>{
+                "integrated values: one.dat, many_0deg.txt, many_60deg.txt, a_b_c.txt",
+                "curve of the substrate: one.dat"}));
   EXPECT_EQ(ui.log,
             (std::vector<std::string>{"progress: Exporting records...", "status: Exporting 1...",
                                       "status: Exporting 2...", "status: Exporting 3...",
@@ -39,25 +41,8 @@ TEST_F(ExportTest, OneFileAnAngleAndNothingIsOverwrittenUnasked) {
   EXPECT_EQ(exportAll(panes).files, (std::vector<std::string>{"one_2.dat", "many_0deg_2.txt",
                                                               "many_60deg_2.txt", "a_b_c_2.txt"}));
   EXPECT_EQ(exportAll(panes, true).files, first);
-}
-
-TEST_F(ExportTest, SaysWhatItHadToFillAndWhatItLeftOut) {
-  const auto database = newDatabase();
-  session.database.InsertPane(*withSubstrate(makePane("pane.txt")), *database->ADOConnection());
-  const auto result = exportAll(recordSet(database, RecordKind::panes));
-  std::vector<std::string> filled;
-  for (const auto& note : result.filled.list()) filled.push_back(note.line());
-  EXPECT_EQ(
-      filled,
-      (std::vector<std::string>{
-          "emissivity front = 0.84: pane.txt", "source of emissivity front = Text File: pane.txt",
-          "emissivity back = 0.1: pane.txt", "source of emissivity back = Text File: pane.txt",
-          "coating name = Unknown: pane.txt", "coated side = Unknown: pane.txt",
-          "film file = N/A: pane.txt", "substrate file = N/A: pane.txt", "material = N/A: pane.txt",
-          "type = Unknown: pane.txt"}));
-  std::vector<std::string> lost;
-  for (const auto& note : result.notKept.list()) lost.push_back(note.text);
-  EXPECT_EQ(lost, (std::vector<std::string>{"integrated values", "curve of the substrate"}));
+  EXPECT_EQ(raisedBy([&] { exportAll(recordSet(database, RecordKind::frames)); }).number,
+            kInvalidCall);
 }
 
 TEST_F(ExportTest, AnEmissivityThatIsNotThereIsNotWritten) {
@@ -112,10 +97,7 @@ TEST_F(ExportTest, AnExportReadBackIsTheSameDatabase) {
 
   const auto back = newDatabase("back.mdb");
   for (const auto& place : {target(), target() + "/blinds"}) {
-    ui.inputs = {"Demo"};
-    ui.log.clear();
-    const auto files = opener.openAny(place);
-    EXPECT_EQ(commands::pasteRecords(session, selectAll(files), back).copied, 2)
+    EXPECT_EQ(copyAll(opener.openAny(place), back).copied, 2)
         << ::testing::PrintToString(messages());
   }
   auto& copy = *back->ADOConnection();
@@ -132,25 +114,6 @@ TEST_F(ExportTest, AnExportReadBackIsTheSameDatabase) {
       "Pane_spectral_data ORDER BY angle, wavelength";
   EXPECT_EQ(rowsOf(copy, points), rowsOf(dc, points));
   EXPECT_EQ(rowsOf(copy, "SELECT name FROM Shading ORDER BY name"), "a/b Type 1.5 mm");
-}
-
-TEST_F(ExportTest, FramesAreRefused) {
-  const auto frames = recordSet(newDatabase(), RecordKind::frames);
-  EXPECT_EQ(raisedBy([&] { exportAll(frames); }).number, kInvalidCall);
-}
-
-TEST_F(ExportTest, ARecordThatCannotBeWrittenIsReported) {
-  const auto database = newDatabase();
-  const auto panes = recordSet(database, RecordKind::panes);
-  const auto result = commands::exportRecords(session, select(panes, {"7", "x"}), {target()});
-  EXPECT_EQ(result.failed, 2);
-  EXPECT_EQ(
-      messages(),
-      (std::vector<std::string>{
-          "failure (ORV database manager): The record 7 could not be exported: This record was "
-          "not found in its data source.",
-          "failure (ORV database manager): The record x could not be exported: \"x\" is not "
-          "the number of a record."}));
 }
 
 }  // namespace

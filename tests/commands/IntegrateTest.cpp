@@ -2,8 +2,6 @@
 #include "commands/CommandsTest.h"
 #include "commands/ExportRecords.h"
 #include "commands/IntegrateRecords.h"
-#include "commands/PasteRecords.h"
-#include "model/Raised.h"
 
 namespace orv::test {
 namespace {
@@ -26,24 +24,17 @@ std::string grey(int first, int last) {
 
 /// The same from 280 to 2500 nm as a record.
 std::shared_ptr<SpectralData> greySpectrum() {
-  constexpr std::int32_t kPoints = 223;
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(kPoints - 1);
-  for (std::int32_t i = 0; i < kPoints; ++i) {
-    spectrum->wl(i, 0.28F + 0.01F * static_cast<float>(i));
-    spectrum->Tf(i, 0.5F);
-    spectrum->Tb(i, 0.5F);
-    spectrum->Rf(i, 0.25F);
-    spectrum->Rb(i, 0.125F);
+  std::vector<std::array<float, 5>> points;
+  for (int i = 28; i <= 250; ++i) {
+    points.push_back({static_cast<float>(i) / 100, 0.5F, 0.5F, 0.25F, 0.125F});
   }
-  return spectrum;
+  return spectrumOf(points);
 }
 
 class IntegrateTest : public CommandsTest {
  protected:
   commands::PasteResult copy(const Node& from, const PasteOptions& options = {}) {
-    ui.inputs = {"Glass"};
-    return commands::pasteRecords(session, selectAll(from), to, options);
+    return copyAll(from, to, options);
   }
 
   std::vector<IntegratedRow> integrate(const Node& node, const IntegrationOptions& options = {}) {
@@ -60,12 +51,6 @@ class IntegrateTest : public CommandsTest {
                   "SELECT PaneID, angle, transmission_solar_outdoor, transmission_solar_indoor, "
                   "reflection_solar_indoor, reflection_visual_outdoor, transmission_UV_indoor FROM "
                   "Pane_integrated_data ORDER BY PaneID, angle");
-  }
-
-  static std::vector<std::string> linesOf(const commands::Notes& notes) {
-    std::vector<std::string> lines;
-    for (const auto& note : notes.list()) lines.push_back(note.line());
-    return lines;
   }
 
   Node to = newDatabase("to.mdb");
@@ -97,11 +82,7 @@ TEST_F(IntegrateTest, ACopyKeepsTheValuesOfADatabaseAndComputesWhereItHasNoRow) 
   auto& dc = *from->ADOConnection();
   session.database.InsertPane(*makePane("known"), dc);
   session.database.InsertPane(*makePane("rowless", 60), dc);
-  for (auto rows = dc.openRecordset("SELECT * FROM Pane_integrated_data WHERE PaneID = 2",
-                                    store::CursorType::keyset, store::LockType::optimistic);
-       !rows->eof(); rows->moveNext()) {
-    rows->deleteRow();
-  }
+  dc.deleteRows("Pane_integrated_data", "PaneID = 2");
   const auto source = recordSet(from, RecordKind::panes);
   EXPECT_EQ(copy(source, {.integrateBy = std::nullopt}).withoutData, 1);
   const auto computed = copy(source, {.ifThere = commands::IfThere::skip});
@@ -198,11 +179,7 @@ TEST_F(IntegrateTest, ASpectrumAtAnAngleWithoutValuesIsIntegratedAndNotCopied) {
   auto oblique = makePane("half", 60);
   oblique->SpectralData(greySpectrum());
   session.database.InsertPane(*oblique, dc);
-  for (auto rows = dc.openRecordset("SELECT * FROM Pane_integrated_data WHERE angle = 60",
-                                    store::CursorType::keyset, store::LockType::optimistic);
-       !rows->eof(); rows->moveNext()) {
-    rows->deleteRow();
-  }
+  dc.deleteRows("Pane_integrated_data", "angle = 60");
   const auto source = recordSet(from, RecordKind::panes);
   EXPECT_EQ(linesOf(copy(source).notes),
             std::vector<std::string>{"the spectrum at 60 degrees, where there are no integrated "
@@ -272,23 +249,6 @@ TEST_F(IntegrateTest, ProductsOfMakersKeepValuesThatTheirSpectraHave) {
     }
   }
   EXPECT_EQ(compared, 6U * kIntegratedColumns.size());
-}
-
-TEST_F(IntegrateTest, WhatCannotBeIntegratedOrStoredIsSaid) {
-  const auto files =
-      texts(TextFileKind::panes, {{"bad.txt", "no pane\n"}, {"visible.txt", grey(380, 780)}});
-  const auto rows = integrate(files);
-  ASSERT_EQ(rows.size(), 2U);
-  EXPECT_NE(rows[0].failure, "");
-  EXPECT_EQ(rows[0].note(), rows[0].failure);
-  EXPECT_FALSE(rows[1].isWhole());
-  EXPECT_EQ(result.incomplete, 2);
-  EXPECT_NE(raisedBy([&] { integrate(files, {.stores = true}); }).description.find("version 3.0.0"),
-            std::string::npos);
-  EXPECT_NE(raisedBy([&] {
-              integrate(recordSet(to, RecordKind::frames));
-            }).description.find("Only panes"),
-            std::string::npos);
 }
 
 }  // namespace

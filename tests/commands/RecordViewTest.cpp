@@ -93,13 +93,12 @@ TEST(RecordView, ComparesNumbersAsNumbers) {
 }
 
 TEST(RecordView, YesAndNoAreAlsoTrueAndFalse) {
-  for (const char* text : {"yes", "=Yes", "true", "=True"}) {
-    EXPECT_TRUE(CellFilter(text, false).accepts(store::Value(true), 6)) << text;
-    EXPECT_FALSE(CellFilter(text, false).accepts(store::Value(false), 6)) << text;
-  }
-  for (const char* text : {"no", "=No", "false", "=FALSE"}) {
-    EXPECT_TRUE(CellFilter(text, false).accepts(store::Value(false), 6)) << text;
-    EXPECT_FALSE(CellFilter(text, false).accepts(store::Value(true), 6)) << text;
+  for (const auto& [text, isYes] :
+       {std::pair("yes", true), std::pair("=Yes", true), std::pair("true", true),
+        std::pair("=True", true), std::pair("no", false), std::pair("=No", false),
+        std::pair("false", false), std::pair("=FALSE", false)}) {
+    EXPECT_EQ(CellFilter(text, false).accepts(Value(true), 6), isYes) << text;
+    EXPECT_EQ(CellFilter(text, false).accepts(Value(false), 6), !isYes) << text;
   }
 }
 
@@ -199,10 +198,7 @@ TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
   session.database.InsertPane(*test::makePane("1", 30), dc);
   test::addRow(dc, "Pane", {{"name", "2"}});
   session.database.InsertPane(*test::makePane("3"), dc);
-  const auto damaged = dc.openRecordset("SELECT * FROM Pane_integrated_data WHERE PaneID = 3",
-                                        store::CursorType::keyset, store::LockType::optimistic);
-  damaged->setValue("angle", Value());
-  damaged->update();
+  setAll(dc, "Pane_integrated_data", "angle", {}, "PaneID = 3");
   ValueColumns table(openRecordTable(node), session, node,
                      {.stored = true, .computedBy = optics::Standard::en410});
   const auto named = [&](const char* name) {

@@ -1,6 +1,5 @@
 // Copies of records that the destination has already.
 #include "commands/CommandsTest.h"
-#include "commands/PasteRecords.h"
 
 namespace orv::test {
 namespace {
@@ -9,6 +8,7 @@ using commands::IfThere;
 using commands::PasteResult;
 using commands::RecordKind;
 using commands::TextFileKind;
+using Lines = std::vector<std::string>;
 
 const char* const kRows =
     "SELECT Pane.PaneID, name, product_name, GroupName, i.angle, i.reflection_solar_outdoor FROM "
@@ -19,9 +19,7 @@ class ReplaceTest : public CommandsTest {
  protected:
   PasteResult copy(const Node& from, std::optional<IfThere> ifThere,
                    RecordKind kind = RecordKind::panes) {
-    ui.inputs = {"Glass"};
-    return commands::pasteRecords(session, selectAll(recordSet(from, kind)), to,
-                                  {.ifThere = ifThere, .integrateBy = std::nullopt});
+    return copyAll(recordSet(from, kind), to, {.ifThere = ifThere, .integrateBy = std::nullopt});
   }
 
   /// A database with a pane at some angles, told apart by its product and a value.
@@ -51,21 +49,16 @@ TEST_F(ReplaceTest, APaneOfADatabaseIsReplacedAsAWholeAndKeepsItsKey) {
   const PasteResult result = copy(fresh, IfThere::replace);
   EXPECT_EQ(result.summary(), "0 records copied, 1 replaced.");
   EXPECT_EQ(written(kRows),
-            "1|other|Other|Glass|0|0.5 2|PANE|New|Glass|0|0.125 2|PANE|New|Glass|60|0.125");
+            "1|other|Other|Demo|0|0.5 2|PANE|New|Demo|0|0.125 2|PANE|New|Demo|60|0.125");
   EXPECT_EQ(written("SELECT PaneID, angle, COUNT(*) FROM Pane_spectral_data GROUP BY PaneID, angle "
                     "ORDER BY PaneID, angle"),
             "1|0|5 2|0|5 2|60|5");
-  ASSERT_EQ(result.notes.list().size(), 1U);
-  EXPECT_EQ(result.notes.list()[0].line(),
-            "replaced; the data at 30 degrees, where the source has none, are gone: PANE");
+  EXPECT_EQ(linesOf(result.notes),
+            Lines{"replaced; the data at 30 degrees, where the source has none, are gone: PANE"});
 
   // What is refused at one angle leaves all that is there.
   setAll(*fresh->ADOConnection(), "Pane", "product_name", "Newest");
-  auto rows = fresh->ADOConnection()->openRecordset(
-      "Pane_spectral_data", store::CursorType::dynamic, store::LockType::optimistic);
-  rows->moveLast();
-  rows->setValue("reflection_outdoor", 1.5);
-  rows->update();
+  setAll(*fresh->ADOConnection(), "Pane_spectral_data", "reflection_outdoor", 1.5, "angle = 60");
   const std::string before = written(kRows);
   EXPECT_EQ(copy(fresh, IfThere::replace).summary(), "0 records copied, 1 failed.");
   EXPECT_EQ(written(kRows), before);
@@ -79,11 +72,11 @@ TEST_F(ReplaceTest, ATextFileReplacesItsAngleOnly) {
                                                  {"b.txt", entries + paneText("Twin")}});
   const PasteResult result = copy(files, IfThere::replace);
   EXPECT_EQ(result.summary(), "0 records copied, 1 replaced, 1 failed.");
-  EXPECT_EQ(written(kRows), "1|pane|New|Glass|0|0.25 1|pane|New|Glass|30|0");
+  EXPECT_EQ(written(kRows), "1|pane|New|Demo|0|0.25 1|pane|New|Demo|30|0");
   EXPECT_NE(messages().back().find("This copy has written the record a.txt under the same name"),
             std::string::npos)
       << messages().back();
-  EXPECT_EQ(result.notes.list()[0].line(),
+  EXPECT_EQ(linesOf(result.notes).front(),
             "replaced; the data at 0 degrees, where the source has none, are kept: pane");
 }
 
@@ -92,7 +85,7 @@ TEST_F(ReplaceTest, WhatIsThereIsPassedOverAndOtherAnglesAreAdded) {
   const std::size_t told = messages().size();
   const auto both = panes("new.mdb", "pane", "New", 0.125F, {0, 30});
   EXPECT_EQ(copy(both, IfThere::skip).summary(), "1 record copied.");
-  EXPECT_EQ(written(kRows), "1|pane|Old|Glass|0|0.25 1|pane|Old|Glass|30|0.125");
+  EXPECT_EQ(written(kRows), "1|pane|Old|Demo|0|0.25 1|pane|Old|Demo|30|0.125");
   EXPECT_EQ(copy(both, IfThere::skip).summary(), "0 records copied, 1 skipped.");
   EXPECT_EQ(messages().size(), told + 2) << "the questions for the group only";
   EXPECT_EQ(copy(both, {}).summary(), "0 records copied, 1 failed.");
@@ -105,7 +98,7 @@ TEST_F(ReplaceTest, TheAnswerOfTheUserIsFollowed) {
   EXPECT_EQ(copy(fresh, {}).summary(), "0 records copied, 1 skipped.");
   ui.existing = IfThere::replace;
   EXPECT_EQ(copy(fresh, {}).summary(), "0 records copied, 1 replaced.");
-  EXPECT_EQ(written(kRows), "1|pane|New|Glass|0|0.125 1|pane|New|Glass|30|0.125");
+  EXPECT_EQ(written(kRows), "1|pane|New|Demo|0|0.125 1|pane|New|Demo|30|0.125");
 }
 
 TEST_F(ReplaceTest, FramesAndShadingsKeepTheirKeysToo) {
@@ -121,10 +114,7 @@ TEST_F(ReplaceTest, FramesAndShadingsKeepTheirKeysToo) {
   shading.spectrum({{.wavelength = 300}, {.wavelength = 400}});
   session.database.InsertShading(shading, dc);
   for (const RecordKind kind : {RecordKind::frames, RecordKind::shadings}) {
-    EXPECT_EQ(
-        copy(from, kind == RecordKind::frames ? std::optional(IfThere::skip) : std::nullopt, kind)
-            .copied,
-        1);
+    EXPECT_EQ(copy(from, {}, kind).copied, 1);
     EXPECT_EQ(copy(from, IfThere::skip, kind).summary(), "0 records copied, 1 skipped.");
   }
   setAll(*to->ADOConnection(), "Frame", "product_name", "Old");

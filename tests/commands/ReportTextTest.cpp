@@ -1,8 +1,5 @@
 // What reports say, whole.
-#include <gtest/gtest.h>
-
-#include <array>
-
+#include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
 #include "commands/SpectraCsv.h"
 
@@ -51,26 +48,16 @@ TEST(ReportTexts, TellWhatARepairHasSavedAndLost) {
 }
 
 TEST(ReportTexts, OfSpectraHaveALineForEachWavelength) {
-  const auto spectrumOf = [](std::vector<std::array<float, 5>> points) {
-    auto spectrum = std::make_shared<SpectralData>();
-    spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
-    for (std::int32_t i = 0; const auto& [wavelength, tf, tb, rf, rb] : points) {
-      spectrum->wl(i, wavelength);
-      spectrum->Tf(i, tf);
-      spectrum->Tb(i, tb);
-      spectrum->Rf(i, rf);
-      spectrum->Rb(i++, rb);
-    }
-    return spectrum;
-  };
-  EXPECT_EQ(spectraCsv({{"a,b", spectrumOf({{0.5F, 0.25F, 0.375F, 0.5F, 0.625F},
-                                            {0.3F, 0.125F, 0, 1, 0.75F},
-                                            {0.5F, 0.0625F, 0.875F, 0.9375F, 0.03125F}})},
+  using test::spectrumOf;
+  EXPECT_EQ(spectraCsv({{"a,\"b\"", spectrumOf({{0.5F, 0.25F, 0.375F, 0.5F, 0.625F},
+                                                {0.3F, 0.125F, 0, 1, 0.75F},
+                                                {0.5F, 0.0625F, 0.875F, 0.9375F, 0.03125F}})},
                         {"", spectrumOf({{0.3000004F, 0.1F, 0.2F, 0.3F, 0.4F}})},
                         {"none", nullptr}}),
-            "wavelength (nm),\"a,b transmittance front (1)\",\"a,b transmittance back (1)\","
-            "\"a,b reflectance front (1)\",\"a,b reflectance back (1)\",transmittance front (1),"
-            "transmittance back (1),reflectance front (1),reflectance back (1),"
+            "wavelength (nm),\"a,\"\"b\"\" transmittance front (1)\",\"a,\"\"b\"\" transmittance "
+            "back (1)\",\"a,\"\"b\"\" reflectance front (1)\",\"a,\"\"b\"\" reflectance back (1)\","
+            "transmittance front (1),transmittance back (1),reflectance front (1),"
+            "reflectance back (1),"
             "none transmittance front (1),none transmittance back (1),none reflectance front (1),"
             "none reflectance back (1)\r\n"
             "300,0.125,0,1,0.75,0.1,0.2,0.3,0.4,,,,\r\n"

@@ -4,7 +4,6 @@
 #include "commands/CommandsTest.h"
 #include "commands/ExportRecords.h"
 #include "commands/IntegrateRecords.h"
-#include "commands/PasteRecords.h"
 #include "commands/RecordReader.h"
 #include "model/Raised.h"
 
@@ -21,14 +20,7 @@ using Lines = std::vector<std::string>;
 class WholeCopyTest : public CommandsTest {
  protected:
   PasteResult copyAll(const Node& from, RecordKind kind = RecordKind::panes) {
-    ui.inputs = {"Glass"};
-    return commands::pasteRecords(session, selectAll(recordSet(from, kind)), to);
-  }
-
-  static Lines linesOf(const commands::Notes& notes) {
-    Lines lines;
-    for (const auto& note : notes.list()) lines.push_back(note.line());
-    return lines;
+    return CommandsTest::copyAll(recordSet(from, kind), to);
   }
 
   void insert(const std::shared_ptr<GlazingData>& pane, const Node& node) {
@@ -127,11 +119,8 @@ TEST_F(WholeCopyTest, TheMarkOfMissingValuesIsNotCopiedAsAValue) {
   const auto from = newDatabase("from.mdb");
   insert(makePane("pane"), from);
   setAll(*from->ADOConnection(), "Pane_integrated_data", "reflection_solar_outdoor", -1);
-  ui.inputs = {"Glass"};
-  EXPECT_EQ(commands::pasteRecords(session, selectAll(recordSet(from, RecordKind::panes)), to,
-                                   {.integrateBy = std::nullopt})
-                .failed,
-            1);
+  const auto panes = recordSet(from, RecordKind::panes);
+  EXPECT_EQ(CommandsTest::copyAll(panes, to, {.integrateBy = std::nullopt}).failed, 1);
   EXPECT_NE(lastFailure().find("Correct reflection_solar_outdoor in the source."),
             std::string::npos);
   expectEmpty();
@@ -167,7 +156,7 @@ TEST_F(WholeCopyTest, NamesWithAnApostropheAreRefusedBeforeAnythingIsWritten) {
       "critical (ORV database manager): O''Neil is not a valid group name.\nThe group "
       "\"O''Neil\" holds an apostrophe ('), and databases cannot be searched for such a name. "
       "Leave the apostrophe out, or write ’ in its place.");
-  EXPECT_EQ(written("SELECT GroupName FROM Groups ORDER BY GroupID"), "Glass O’Neil");
+  EXPECT_EQ(written("SELECT GroupName FROM Groups ORDER BY GroupID"), "Demo O’Neil");
 
   const auto from = newDatabase("from.mdb");
   FrameDataClass frame;
@@ -234,9 +223,7 @@ TEST_F(WholeCopyTest, EachFailureNamesThePaneAndTheAngle) {
   const auto from = newDatabase("from.mdb");
   for (const std::int16_t angle : {0, 30, 60}) insert(makePane("pane", angle), from);
   insert(makePane("other"), from);
-  auto known = makePane("pane", 30);
-  known->group("Glass");
-  insert(known, to);
+  insert(makePane("pane", 30), to);
   const PasteResult some = copyAll(from);
   EXPECT_EQ(some.copied, 1);
   EXPECT_EQ(some.partly, 1);
@@ -276,11 +263,7 @@ TEST_F(WholeCopyTest, AnErrorWhileTheWorkIsCountedNamesTheRecord) {
   const auto from = newDatabase("from.mdb");
   insert(makePane("good"), from);
   insert(makePane("null"), from);
-  auto rows = from->ADOConnection()->openRecordset(
-      "Pane_integrated_data", store::CursorType::dynamic, store::LockType::optimistic);
-  rows->find("PaneID = 2");
-  rows->setValue("angle", store::Value());
-  rows->update();
+  setAll(*from->ADOConnection(), "Pane_integrated_data", "angle", {}, "PaneID = 2");
   const auto raised = raisedBy([&] { copyAll(from); });
   EXPECT_TRUE(raised.description.starts_with("The angles of the record 2 cannot be read: "))
       << raised.description;
@@ -335,8 +318,7 @@ TEST_F(WholeCopyTest, WhatIsDoubtfulIsTold) {
       TextFileKind::shadings,
       {{"coated.txt", "{ Units: Nanometers }{ Coated Side: Front }\n300 0 0 0 0 0 0 0 0\n"},
        {"unknown.txt", "{ Units: Nanometers }{ Coated Side: Unknown }\n300 0 0 0 0 0 0 0 0\n"}});
-  EXPECT_EQ(linesOf(copyAll(blinds, RecordKind::shadings).notKept),
-            Lines{"coated side: coated"});
+  EXPECT_EQ(linesOf(copyAll(blinds, RecordKind::shadings).notKept), Lines{"coated side: coated"});
 }
 
 TEST_F(WholeCopyTest, APictureThatIsATextIsKept) {
