@@ -15,6 +15,7 @@
 #include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
 #include "support/Corpus.h"
+#include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::test {
@@ -55,23 +56,12 @@ TEST(Conversion, KeepsAllThatFilesOfAccess97Hold) {
   }
 }
 
-/// Makes `content` ask for a password: what the header has of it is zeros under a mask.
-void setPassword(std::string& content, std::string_view password) {
-  for (std::size_t i = 0; i < password.size(); ++i) {
-    content[kJet3.header.password + i] ^= password[i];
-  }
-}
-
-std::string read(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 TEST(Conversion, KeepsThePassword) {
   ORV_NEEDS_CORPUS();
   const TemporaryFolder folder;
-  std::string content = read(accessFile("indexTestV1997.mdb"));
-  setPassword(content, "T\xfcr zu 97");
+  std::string content = readFile(accessFile("indexTestV1997.mdb"));
+  std::size_t at = kJet3.header.password;  // what the header has of it is zeros under a mask
+  for (const char letter : std::string_view("T\xfcr zu 97")) content[at++] ^= letter;
   std::ofstream(folder / "old.mdb", std::ios::binary) << content;
   const std::string password = "Tür zu 97";
   convertFile(folder / "old.mdb", password, folder / "new.mdb", Losses::refuse);
@@ -89,7 +79,7 @@ void expectRefused(const std::string& path, const std::string& target, const std
 
 /// A file of Jet 3 in which all texts of a table are sorted as in French.
 std::string inFrench(const std::string& path, const char* name) {
-  std::string content = read(path);
+  std::string content = readFile(path);
   const auto table = Database::open(path, "")->table(name);
   const std::size_t columns =
       table->definition().page * kJet3.pageSize + kJet3.definition.headerSize +
@@ -129,7 +119,7 @@ TEST(Conversion, NamesWhatCannotBeKept) {
 TEST(Conversion, CountsCharactersThatTheCodePageDoesNotHave) {
   ORV_NEEDS_CORPUS();
   const TemporaryFolder folder;
-  std::string content = read(accessFile("delTestV1997.mdb"));
+  std::string content = readFile(accessFile("delTestV1997.mdb"));
   content[kJet3.header.codePage] ^= 1252 ^ 1253;  // Greek, which has nothing at 0xD2
   content.replace(content.rfind("vu"), 2, "\xD2\xD2");
   std::ofstream(folder / "greek.mdb", std::ios::binary) << content;

@@ -6,15 +6,17 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <map>
 
 #include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
+#include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
@@ -39,10 +41,10 @@ class CreationTest : public testing::Test {
   /// Whatever a test did, the file that it leaves is sound.
   void TearDown() override {
     if (fs::exists(path_) && fs::file_size(path_) >= kJet4.pageSize) {
-      EXPECT_EQ(orv::test::expectSound(path_).lostPages, 0u);
+      EXPECT_EQ(test::expectSound(path_).lostPages, 0u);
       database_.reset();
       const auto sum = kSums.find(testing::UnitTest::GetInstance()->current_test_info()->name());
-      if (sum != kSums.end()) orv::test::expectBytes(path_, sum->second);
+      if (sum != kSums.end()) test::expectBytes(path_, sum->second);
     }
   }
 
@@ -52,22 +54,22 @@ class CreationTest : public testing::Test {
     createTable(*database_, design);
     table_ = database_->table(design.name);
   }
+  void insertRows(int count, const std::function<std::vector<Value>(int)>& row) {
+    Transaction transaction(database_->pager());
+    for (int i = 0; i < count; ++i) table_->insert(row(i));
+    transaction.commit();
+  }
   void openCopyOf(const char* file) {
-    fs::copy_file(orv::test::corpusFolder() / "access" / file, path_);
+    fs::copy_file(test::corpusFolder() / "access" / file, path_);
     fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
     database_ = Database::open(path_, "");
   }
 
-  const orv::test::TemporaryFolder folder_;
+  const test::TemporaryFolder folder_;
   const std::string path_ = folder_ / "new.mdb";
   std::shared_ptr<Database> database_;
   std::shared_ptr<Table> table_;
 };
-
-std::string bytesOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// The rows of a system table without dates and binary values.
 std::multiset<std::string> plainRows(Database& database, const std::string& name) {
@@ -87,7 +89,7 @@ TEST_F(CreationTest, AnEmptyFileIsLikeThoseOfTheEngineAndOfAccess) {
   ORV_NEEDS_CORPUS();
   database_ = createDatabase(path_);
   const auto mine = contentOf(path_);
-  const fs::path access = orv::test::corpusFolder() / "access";
+  const fs::path access = test::corpusFolder() / "access";
   for (const char* name : {"emptyJet4.mdb", "emptyV2000.mdb"}) {
     const auto theirs = contentOf(access / name);
     const auto theirDatabase = Database::open(access / name, "");
@@ -118,17 +120,13 @@ TEST_F(CreationTest, AnEmptyFileIsLikeThoseOfTheEngineAndOfAccess) {
 
 TEST_F(CreationTest, EveryColumnTypeReadsBackAfterReopening) {
   constexpr int kRows = 120;
-  const TableInfo design = orv::test::allTypes();
+  const TableInfo design = test::allTypes();
   create(design);
-  {
-    Transaction transaction(database_->pager());
-    for (int i = 0; i < kRows; ++i) {
-      std::vector<Value> row = orv::test::rowOfAllTypes(i);
-      row[0] = Value();
-      table_->insert(row);
-    }
-    transaction.commit();
-  }
+  insertRows(kRows, [](int i) {
+    std::vector<Value> row = test::rowOfAllTypes(i);
+    row[0] = Value();
+    return row;
+  });
   open();
   for (std::size_t i = 0; i < design.columns.size(); ++i) {
     const ColumnInfo found = describe(table_->definition().columns[i]);
@@ -141,8 +139,8 @@ TEST_F(CreationTest, EveryColumnTypeReadsBackAfterReopening) {
   }
   const auto rows = rowsOf(*table_);
   ASSERT_EQ(rows.size(), std::size_t{kRows});
-  for (int i = 0; i < kRows; ++i) EXPECT_EQ(rows[i], orv::test::rowOfAllTypes(i)) << i;
-  EXPECT_THROW(table_->insert(orv::test::rowOfAllTypes(5)), Error);
+  for (int i = 0; i < kRows; ++i) EXPECT_EQ(rows[i], test::rowOfAllTypes(i)) << i;
+  EXPECT_THROW(table_->insert(test::rowOfAllTypes(5)), Error);
 }
 
 TEST_F(CreationTest, WidestTableSpansSeveralPagesOfDefinitionAndMaps) {
@@ -161,15 +159,11 @@ TEST_F(CreationTest, WidestTableSpansSeveralPagesOfDefinitionAndMaps) {
                                           {design.columns[254].name, false}}});
   }
   create(design);
-  {
-    Transaction transaction(database_->pager());
-    for (int i = 0; i < 20; ++i) {
-      std::vector<Value> row(255, Value(std::int32_t{i}));
-      row[3] = std::string(5000, 'm');
-      table_->insert(row);
-    }
-    transaction.commit();
-  }
+  insertRows(20, [](int i) {
+    std::vector<Value> row(255, Value(i));
+    row[3] = std::string(5000, 'm');
+    return row;
+  });
   open();
   EXPECT_GT(table_->definition().morePages.size(), 5u);
   const auto rows = rowsOf(*table_);
@@ -212,19 +206,15 @@ TEST_F(CreationTest, ObjectsInAFileOfAccessGetThePermissionsThatAccessGives) {
 
 TEST_F(CreationTest, IndexesOverRowsThatAreThere) {
   constexpr int kRows = 1500;
-  TableInfo design = orv::test::allTypes();
+  TableInfo design = test::allTypes();
   design.indexes.clear();
   create(design);
-  {
-    Transaction rows(database_->pager());
-    for (int i = 0; i < kRows; ++i) {
-      std::vector<Value> row = orv::test::rowOfAllTypes(i * 7919 % kRows);
-      row[10] = row[11] = Value();
-      row[7] = i % 3 == 0 ? Value() : row[7];
-      table_->insert(row);
-    }
-    rows.commit();
-  }
+  insertRows(kRows, [](int i) {
+    std::vector<Value> row = test::rowOfAllTypes(i * 7919 % kRows);
+    row[10] = row[11] = Value();
+    row[7] = i % 3 == 0 ? Value() : row[7];
+    return row;
+  });
   createIndex(*database_, design.name, {.name = "PK", .columns = {{"ID"}}, .primary = true});
   // Long names make the definition grow over the end of its page.
   for (int i = 0; i < 20; ++i) {
@@ -237,7 +227,7 @@ TEST_F(CreationTest, IndexesOverRowsThatAreThere) {
   createIndex(*database_, design.name,
               {.name = "Times", .columns = {{"When"}}, .unique = true, .ignoreNulls = true});
   // The table that was open before knows them, and keeps them right: all are checked at the end.
-  const std::vector<Value> row = orv::test::rowOfAllTypes(5000);
+  const std::vector<Value> row = test::rowOfAllTypes(5000);
   table_->insert(row);
   EXPECT_THROW(table_->insert(row), Error);
   ASSERT_EQ(table_->definition().realIndexes.size(), 22u);
@@ -253,23 +243,19 @@ TEST_F(CreationTest, IndexThatRowsContradictIsRefusedAndNothingChanges) {
   for (const auto& [a, b] : {std::pair{Value(1), "x"}, {Value(2), "X"}, {Value(), "y"}}) {
     table_->insert(std::vector<Value>{a, b});
   }
-  const std::string before = bytesOf(path_);
-  const auto refusal = [&](const IndexInfo& design) -> std::string {
-    try {
-      createIndex(*database_, "T", design);
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number(), kDuplicateKey);
-      return error.description();
-    }
-    return "made";
+  const std::string before = test::readFile(path_);
+  const auto refusal = [&](const IndexInfo& design) {
+    const test::Raised raised = test::raisedBy([&] { createIndex(*database_, "T", design); });
+    EXPECT_EQ(raised.number, raised.description.empty() ? 0 : kDuplicateKey);
+    return raised.description;
   };
   EXPECT_THAT(refusal({.name = "B", .columns = {{"b"}}, .unique = true}),
               HasSubstr("several rows have the same values"));
   EXPECT_THAT(refusal({.name = "A", .columns = {{"a"}}, .primary = true}),
               HasSubstr("has no value"));
-  EXPECT_EQ(bytesOf(path_), before);
+  EXPECT_EQ(test::readFile(path_), before);
   EXPECT_TRUE(table_->definition().realIndexes.empty());
-  EXPECT_EQ(refusal({.name = "A", .columns = {{"a"}}, .unique = true}), "made");
+  EXPECT_EQ(refusal({.name = "A", .columns = {{"a"}}, .unique = true}), "");
 }
 
 TEST_F(CreationTest, IndexInAFileOfAccessLeavesItsOthersAsTheyAre) {
@@ -305,7 +291,7 @@ TEST_F(CreationTest, ImpossibleDesignsAreRefusedWithTheReason) {
   const ColumnInfo a{.name = "a", .type = longInteger};
   createTable(*database_, {.name = "Taken", .columns = {a}});
   createQuery(*database_, "qryTaken", {});
-  const std::string before = bytesOf(path_);
+  const std::string before = test::readFile(path_);
   const auto columns = [](std::size_t count, ColumnType type) {
     std::vector<ColumnInfo> list;
     for (std::size_t i = 0; i < count; ++i) {
@@ -313,61 +299,37 @@ TEST_F(CreationTest, ImpossibleDesignsAreRefusedWithTheReason) {
     }
     return list;
   };
-  struct Case {
-    TableInfo design;
-    std::int32_t number;
-    std::string reason;
+  const auto indexed = [&](std::vector<IndexInfo> indexes) {
+    return TableInfo{"T", {a}, std::move(indexes)};
   };
-  const Case cases[] = {
-      {{.name = "", .columns = {a}}, kInvalidDesign, "cannot be the name of a table"},
-      {{.name = " x", .columns = {a}}, kInvalidDesign, "do not begin with a blank"},
-      {{.name = std::string(65, 'x'), .columns = {a}}, kInvalidDesign, "1 to 64 characters"},
-      {{.name = "a.b", .columns = {a}}, kInvalidDesign, "cannot be the name"},
-      {{.name = "TAKEN", .columns = {a}}, kObjectExists, "has a table 'Taken' already"},
-      {{.name = "qrytaken", .columns = {a}}, kObjectExists, "has a query 'qryTaken' already"},
-      {{.name = "T", .columns = {}}, kInvalidDesign, "0 columns"},
-      {{.name = "T", .columns = columns(256, byte)}, kInvalidDesign, "256 columns"},
-      {{.name = "T", .columns = columns(255, numeric)}, kInvalidDesign, "at most 4060"},
-      {{.name = "T", .columns = columns(1, bigInteger)}, kNotSupported, "Jet 4 files do not have"},
-      {{.name = "T", .columns = {a, {.name = "A", .type = byte}}},
-       kInvalidDesign,
-       "two columns named 'A'"},
-      {{.name = "T", .columns = {{.name = "t", .type = text, .size = 256}}},
-       kInvalidDesign,
-       "Make it a memo"},
-      {{.name = "T", .columns = {{.name = "t", .type = text, .autoNumber = true}}},
-       kInvalidDesign,
-       "is no long integer"},
-      {{.name = "T", .columns = {a}, .indexes = {{.name = "i", .columns = {{"b"}}}}},
-       kInvalidDesign,
-       "has no such column"},
-      {{.name = "T", .columns = {a}, .indexes = {{.name = "i", .columns = {{"a"}, {"A"}}}}},
-       kInvalidDesign,
-       "twice"},
-      {{.name = "T",
-        .columns = {a},
-        .indexes = {{.name = "i", .columns = {{"a"}}}, {.name = "I", .columns = {{"a"}}}}},
-       kObjectExists,
-       "has an index 'I' already"},
-      {{.name = "T", .columns = columns(1, ole), .indexes = {{.name = "i", .columns = {{"c0"}}}}},
-       kInvalidDesign,
-       "OLE column"},
+  const std::pair<TableInfo, std::int32_t> cases[] = {
+      {{"", {a}}, kInvalidDesign},
+      {{" x", {a}}, kInvalidDesign},
+      {{std::string(65, 'x'), {a}}, kInvalidDesign},
+      {{"a.b", {a}}, kInvalidDesign},
+      {{"TAKEN", {a}}, kObjectExists},
+      {{"qrytaken", {a}}, kObjectExists},
+      {{"T", {}}, kInvalidDesign},
+      {{"T", columns(256, byte)}, kInvalidDesign},
+      {{"T", columns(255, numeric)}, kInvalidDesign},  // rows would not fit their pages
+      {{"T", columns(1, bigInteger)}, kNotSupported},
+      {{"T", {a, {"A", byte}}}, kInvalidDesign},
+      {{"T", {{"t", text, 256}}}, kInvalidDesign},
+      {{"T", {{"t", text, 0, true}}}, kInvalidDesign},  // numbers its rows
+      {indexed({{"i", {{"b"}}}}), kInvalidDesign},
+      {indexed({{"i", {{"a"}, {"A"}}}}), kInvalidDesign},
+      {indexed({{"i", {{"a"}}}, {"I", {{"a"}}}}), kObjectExists},
+      {{"T", columns(1, ole), {{"i", {{"c0"}}}}}, kInvalidDesign},
   };
   std::string told;
-  for (const Case& c : cases) {
-    try {
-      createTable(*database_, c.design);
-      ADD_FAILURE() << c.reason;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number(), c.number) << error.what();
-      EXPECT_THAT(error.description(), HasSubstr(c.reason));
-      const std::size_t path = error.description().find(path_);
-      told +=
-          error.description().substr(path == std::string::npos ? 0 : path + path_.size()) + '\n';
-    }
+  for (const auto& [design, number] : cases) {
+    const test::Raised raised = test::raisedBy([&, d = &design] { createTable(*database_, *d); });
+    EXPECT_EQ(raised.number, number) << raised.description;
+    const std::size_t path = raised.description.find(path_);
+    told += raised.description.substr(path == std::string::npos ? 0 : path + path_.size()) + '\n';
   }
-  EXPECT_EQ(orv::test::sumOf(told), 0x8992273bc6fbecfdu) << told;
-  EXPECT_EQ(bytesOf(path_), before);
+  EXPECT_EQ(test::sumOf(told), 0x8992273bc6fbecfdu) << told;
+  EXPECT_EQ(test::readFile(path_), before);
 }
 
 }  // namespace

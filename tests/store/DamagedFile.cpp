@@ -93,10 +93,10 @@ DamagedFile::MovedRow DamagedFile::movedRow(const std::string& table) {
   throw std::logic_error("no row of " + table + " has been moved");
 }
 
-std::uint8_t* DamagedFile::columnBlock(const std::string& table) {
-  const TableDefinition& definition = this->table(table);
-  return page(definition.page) + format().definition.headerSize +
-         definition.realIndexes.size() * format().definition.realIndexEntry;
+std::uint8_t* DamagedFile::columnBlock(const std::string& table, std::size_t column) {
+  return definition(table) + format().definition.headerSize +
+         this->table(table).realIndexes.size() * format().definition.realIndexEntry +
+         column * format().column.size;
 }
 
 std::vector<PageNumber> DamagedFile::leaves(const RealIndex& index) {
@@ -116,11 +116,6 @@ std::vector<Bytes> entriesOf(const IndexPage& page) {
   std::vector<Bytes> entries;
   for (std::size_t i = 0; i < page.count(); ++i) entries.push_back(page.entry(i));
   return entries;
-}
-
-RowId rowOfEntry(const Bytes& entry) {
-  const std::uint8_t* pointer = entry.data() + entry.size() - IndexPage::kPointerSize;
-  return {static_cast<PageNumber>(pointer[0] << 16 | pointer[1] << 8 | pointer[2]), pointer[3]};
 }
 
 }  // namespace orv::store::jet

@@ -10,6 +10,7 @@
 
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexPageEditor.h"
+#include "store/jet/page/UsageMap.h"
 
 namespace orv::store::jet {
 
@@ -53,8 +54,12 @@ class DamagedFile {
   };
   /// The first row of a table that has been moved.
   MovedRow movedRow(const std::string& table);
-  /// The block of the table's first column in its definition.
-  std::uint8_t* columnBlock(const std::string& table);
+  /// The first page of a table's definition, and the block of a column in it.
+  std::uint8_t* definition(const std::string& table) { return page(this->table(table).page); }
+  std::uint8_t* columnBlock(const std::string& table, std::size_t column = 0);
+  /// The page of a table's first row.
+  std::uint8_t* firstPage(const std::string& table) { return page(rows(table)[0].page); }
+  UsageMap ownedPages(const std::string& name) { return {pager(), table(name).ownedPages}; }
 
   /// The leaves of an index, in order.
   std::vector<PageNumber> leaves(const RealIndex& index);
@@ -70,7 +75,5 @@ class DamagedFile {
 };
 
 std::vector<Bytes> entriesOf(const IndexPage& page);
-/// The row that an entry of a leaf is for.
-RowId rowOfEntry(const Bytes& entry);
 
 }  // namespace orv::store::jet

@@ -27,11 +27,6 @@ Bytes contentOfHistory() {
   return bytes;
 }
 
-std::uint64_t sumOfHistory() {
-  const Bytes bytes = contentOfHistory();
-  return test::sumOf({bytes.begin(), bytes.end()});
-}
-
 class HistoryFileTest : public testing::Test {
  protected:
   void SetUp() override { FileSystem::current().open("a.mdb", FileSystem::Open::newOnly); }
@@ -62,7 +57,8 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
     }
     EXPECT_EQ(file->length(), contentOfHistory().size());
   }
-  EXPECT_EQ(sumOfHistory(), 0x972b61aabd7aeff5u);
+  const Bytes bytes = contentOfHistory();
+  EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0x972b61aabd7aeff5u);
   EXPECT_EQ(open(78).look(), Found::foreign);
   again.withdraw();
   EXPECT_EQ(history.look(), Found::sound);

@@ -17,6 +17,7 @@
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/file/LogFormat.h"
 #include "support/MemoryFiles.h"
+#include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
@@ -157,10 +158,6 @@ class LogBeside : public testing::Test {
   static std::uint32_t rowsOf(const std::string& path) {
     return Database::open(path, "")->table("Pane")->rowCount();
   }
-  std::string contentOf(const std::string& path) const {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
 
   test::TemporaryFolder folder_;
   std::string path_ = folder_ / "panes.mdb";
@@ -191,7 +188,7 @@ TEST_F(LogBeside, WhatIsNoLogOfOursIsRefusedAndLeftAsItIs) {
   std::ofstream(victim) << "dear colleague";
   const auto refuses = [&](const std::string& what) {
     EXPECT_THAT(refusalOf([&] { insert(*Database::open(path_, ""), 1); }), HasSubstr(what));
-    EXPECT_EQ(contentOf(victim), "dear colleague");
+    EXPECT_EQ(test::readFile(victim), "dear colleague");
     fs::remove_all(log_);
   };
   fs::create_symlink(victim, log_);
@@ -202,14 +199,14 @@ TEST_F(LogBeside, WhatIsNoLogOfOursIsRefusedAndLeftAsItIs) {
   refuses("a folder");
   fs::copy_file(victim, log_);
   EXPECT_THAT(refusalOf([&] { Database::open(path_, ""); }), HasSubstr(log_ + "-1"));
-  EXPECT_EQ(contentOf(log_ + "-1"), "dear colleague");
+  EXPECT_EQ(test::readFile(log_ + "-1"), "dear colleague");
   insert(*Database::open(path_, ""), 1);
   EXPECT_EQ(rowsOf(path_), 1U);
 }
 
 TEST_F(LogBeside, ADatabaseWithTwoNamesIsReadAndNotWritten) {
   fs::create_hard_link(path_, folder_ / "other.mdb");
-  const std::string before = contentOf(path_);
+  const std::string before = test::readFile(path_);
   EXPECT_EQ(rowsOf(folder_ / "other.mdb"), 0U);
   {
     const auto database = Database::open(path_, "");
@@ -218,7 +215,7 @@ TEST_F(LogBeside, ADatabaseWithTwoNamesIsReadAndNotWritten) {
     EXPECT_EQ(refusalOf([&] { insert(*database, 1); }), reason);
     EXPECT_FALSE(fs::exists(log_));
   }
-  EXPECT_EQ(contentOf(path_), before);
+  EXPECT_EQ(test::readFile(path_), before);
   fs::remove(folder_ / "other.mdb");
   insert(*Database::open(path_, ""), 1);
   EXPECT_EQ(rowsOf(path_), 1U);
@@ -238,7 +235,7 @@ TEST_F(LogBeside, AFileThatIsDeletedOrReplacedIsNoticedAtTheNextStep) {
   const std::string other = folder_ / "other.mdb";
   make(other);
   insert(*Database::open(other, ""), 7);
-  const std::string content = contentOf(other);
+  const std::string content = test::readFile(other);
   {
     const auto database = Database::open(path_, "");
     insert(*database, 1);
@@ -265,7 +262,7 @@ TEST_F(LogBeside, APageThatAnotherProgramChangedUnseenIsNotWrittenOver) {
   Transaction transaction(database->pager());
   table->insert(std::vector<Value>{2, "pane"});
   const fs::file_time_type time = fs::last_write_time(path_);
-  std::string content = contentOf(path_);
+  std::string content = test::readFile(path_);
   {
     std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
     for (std::size_t page = 0; page < content.size(); page += 4096) {
@@ -274,9 +271,9 @@ TEST_F(LogBeside, APageThatAnotherProgramChangedUnseenIsNotWrittenOver) {
     }
   }
   fs::last_write_time(path_, time);
-  content = contentOf(path_);
+  content = test::readFile(path_);
   EXPECT_THAT(refusalOf([&] { transaction.commit(); }), HasSubstr("another program"));
-  EXPECT_EQ(contentOf(path_), content);
+  EXPECT_EQ(test::readFile(path_), content);
 }
 
 TEST_F(LogBeside, ANewDatabaseNeverReplacesAFileNorTakesAnOldLog) {
@@ -291,8 +288,8 @@ TEST_F(LogBeside, ANewDatabaseNeverReplacesAFileNorTakesAnOldLog) {
               createDatabase(raced, [&](const auto&) { std::ofstream(raced) << "of the other"; });
             }),
             "");
-  EXPECT_EQ(contentOf(raced), "of the other");
-  EXPECT_EQ(contentOf(fresh + "-log-1"), "of a database that was here");
+  EXPECT_EQ(test::readFile(raced), "of the other");
+  EXPECT_EQ(test::readFile(fresh + "-log-1"), "of a database that was here");
   std::size_t files = 0;
   for (const auto& entry : fs::directory_iterator(folder_.path())) {
     files += entry.path().string().find("-new") == std::string::npos ? 1 : 100;

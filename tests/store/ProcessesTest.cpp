@@ -16,7 +16,9 @@
 #include <thread>
 
 #include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/Check.h"
+#include "store/FileContent.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/TemporaryFolder.h"
@@ -167,13 +169,6 @@ class Processes : public testing::Test {
  protected:
   Processes() { Ledger::create(path_); }
 
-  void expectSound() {
-    const CheckReport report = checkFile(path_, "");
-    for (const CheckFinding& fault : report.faults) {
-      ADD_FAILURE() << fault.toText();
-    }
-  }
-
   test::TemporaryFolder folder_;
   std::string path_ = folder_ / "shared.mdb";
 };
@@ -216,7 +211,7 @@ TEST_F(Processes, AWriterThatIsKilledLeavesWholeCommitsAndTheOtherGoesOn) {
       ++killedLast;  // it was killed between committing and telling
     }
     EXPECT_EQ(found, windowUpTo(killedLast));
-    expectSound();
+    test::expectSound(path_);
   }
   EXPECT_GT(killedLast, 0);
 }
@@ -244,7 +239,7 @@ TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
   EXPECT_NE(database->find("Later"), nullptr);
   EXPECT_THROW(table->insert(std::vector<Value>{1, 1, 2, "again"}), Error);
   table->erase(row);
-  expectSound();
+  test::expectSound(path_);
 }
 
 TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
@@ -258,16 +253,13 @@ TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
   const auto database = Database::open(path_, "");
   const auto table = database->table("Ledger");
   EXPECT_EQ(table->rowCount(), 0U) << "reading need not wait for a writer that only prepares";
-  try {
-    table->insert(std::vector<Value>{1, 1, 1, ""});
-    ADD_FAILURE() << "two processes hold the writer's lock";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number(), kStoreFailure);
-    EXPECT_THAT(error.description(),
-                testing::HasSubstr("(process " + std::to_string(other.id()) + ")"));
-  }
+  const auto insert = [&] { table->insert(std::vector<Value>{1, 1, 1, ""}); };
+  const test::Raised raised = test::raisedBy(insert);
+  EXPECT_EQ(raised.number, kStoreFailure);
+  EXPECT_THAT(raised.description,
+              testing::HasSubstr("(process " + std::to_string(other.id()) + ")"));
   other.kill();
-  table->insert(std::vector<Value>{1, 1, 1, ""});
+  insert();
 }
 
 /// A file system may have times of whole seconds, or a program may set them back.

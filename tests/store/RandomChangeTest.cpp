@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <set>
 
-#include "store/Check.h"
 #include "store/FileContent.h"
 #include "store/RandomTables.h"
 #include "store/jet/index/IndexKey.h"
@@ -67,10 +66,7 @@ void expectAsModel(const test::RandomTables& tables) {
   for (const test::ModelledTable& model : tables.tables()) {
     ASSERT_NO_FATAL_FAILURE(expectAsModel(model));
   }
-  const CheckReport report = checkFile(test::kFile, "");
-  for (const CheckFinding& fault : report.faults) {
-    ADD_FAILURE() << fault.toText();
-  }
+  test::expectSound(test::kFile);
 }
 
 /// One seed and 1,500 changes; in a long run (ORV_LONG_TESTS=1) 30 and 10,000 each.

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
 #include <set>
@@ -24,6 +23,7 @@
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
 #include "support/EncodedFile.h"
+#include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
@@ -170,11 +170,6 @@ void expectSaved(const std::map<std::string, FoundTable>& before, const std::str
   }
 }
 
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 class Repair : public testing::TestWithParam<const char*> {
  protected:
   void SetUp() override {
@@ -192,7 +187,7 @@ class Repair : public testing::TestWithParam<const char*> {
 };
 
 TEST_P(Repair, SavesWhatADamageLeaves) {
-  const std::string whole = contentOf(sound_);
+  const std::string whole = test::readFile(sound_);
   const auto before = readTables(sound_.string());
   const std::string path = folder_ / "damaged.mdb";
   const std::string repaired = folder_ / "repaired.mdb";
@@ -249,7 +244,7 @@ class RepairOfTheSample : public testing::Test {
 
   /// A copy of so many bytes of the sample, with some of the first ones changed.
   std::string damagedCopy(std::size_t size, std::string_view beginning) {
-    std::string content = contentOf(sound_);
+    std::string content = test::readFile(sound_);
     content.resize(std::min(size, content.size()));
     content.replace(0, beginning.size(), beginning);
     std::ofstream(folder_ / "damaged.mdb", std::ios::binary) << content;
