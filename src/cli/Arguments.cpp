@@ -286,13 +286,7 @@ sources::RecordSelection SourceArgument::select(Console& console, const Node& no
   } else if (identifiers.empty()) {
     chosen = commands::recordIdentifiers(*node);
   }
-  sources::RecordSelection selection;
-  selection.RecordsCount(static_cast<std::int32_t>(chosen.size()));
-  selection.DataSourcePtr(node);
-  for (std::size_t i = 0; i < chosen.size(); ++i) {
-    selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), chosen[i]);
-  }
-  return selection;
+  return sources::RecordSelection::of(node, chosen);
 }
 
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier) {

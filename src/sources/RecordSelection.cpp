@@ -6,6 +6,15 @@
 
 namespace orv::sources {
 
+RecordSelection RecordSelection::of(std::shared_ptr<datasource> node,
+                                    const std::vector<std::string>& identifiers) {
+  RecordSelection selection;
+  selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
+  selection.DataSourcePtr(std::move(node));
+  std::ranges::copy(identifiers, selection.identifiers_.begin());
+  return selection;
+}
+
 const std::string& RecordSelection::SelectedRecordID(std::int32_t index) const {
   return identifiers_[slot(index)];
 }

@@ -17,6 +17,9 @@ namespace orv::sources {
 /// after its source was removed from the list.
 class RecordSelection {
  public:
+  static RecordSelection of(std::shared_ptr<datasource> node,
+                            const std::vector<std::string>& identifiers);
+
   /// Identifier at a position from 1. Raises kSubscriptOutOfRange outside the array, which always
   /// has one slot at least.
   const std::string& SelectedRecordID(std::int32_t index) const;

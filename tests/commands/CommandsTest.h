@@ -29,13 +29,7 @@ class CommandsTest : public ::testing::Test {
 
   static sources::RecordSelection select(const Node& node,
                                          const std::vector<std::string>& identifiers) {
-    sources::RecordSelection selection;
-    selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
-    selection.DataSourcePtr(node);
-    for (std::size_t i = 0; i < identifiers.size(); ++i) {
-      selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
-    }
-    return selection;
+    return sources::RecordSelection::of(node, identifiers);
   }
 
  protected:

@@ -15,17 +15,6 @@ namespace orv::commands::compare {
 
 namespace {
 
-sources::RecordSelection selectionOf(const std::shared_ptr<sources::datasource>& node,
-                                     const std::vector<std::string>& identifiers) {
-  sources::RecordSelection selection;
-  selection.RecordsCount(static_cast<std::int32_t>(identifiers.size()));
-  selection.DataSourcePtr(node);
-  for (std::size_t i = 0; i < identifiers.size(); ++i) {
-    selection.SelectedRecordID(static_cast<std::int32_t>(i + 1), identifiers[i]);
-  }
-  return selection;
-}
-
 /// Which records those of A take the place of, and which are one with others.
 std::map<std::string, KnownRecord> knownOf(const Comparison& comparison,
                                            const std::vector<std::size_t>& pairs, RecordKind kind) {
@@ -107,7 +96,8 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
     options.ifThere = ifThere;
     options.known = knownOf(comparison, pairs, kind);
     const PasteResult result =
-        pasteRecords(session, selectionOf(partOf(a, kind), identifiers), partOf(b, kind), options);
+        pasteRecords(session, sources::RecordSelection::of(partOf(a, kind), identifiers),
+                     partOf(b, kind), options);
     each(result);
     total.add(result);
     if (result.refused || result.cancelled) break;
