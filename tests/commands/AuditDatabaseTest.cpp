@@ -1,0 +1,397 @@
+// Audits of databases: rules over rows, names and the records beside each other.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "commands/AuditFixture.h"
+#include "commands/audit/SourceRules.h"
+#include "model/Raised.h"
+
+namespace orv::test {
+namespace {
+
+using commands::RecordKind;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// Panes of a database: "good" from 1 on, with the values that their spectra have.
+class AuditDatabaseTest : public AuditFixture {
+ protected:
+  static std::shared_ptr<GlazingData> pane(const std::string& name, int number,
+                                           std::int16_t angle = 0) {
+    auto pane = makePane(name, angle);
+    pane->group("Demonstration");
+    pane->ORV_Emissivity_back(0.84);
+    std::vector<std::array<float, 5>> points;
+    for (const auto& [nm, T, Rf, Rb] : glass(number)) {
+      points.push_back({static_cast<float>(nm / 1000), static_cast<float>(T), static_cast<float>(T),
+                        static_cast<float>(Rf), static_cast<float>(Rb)});
+    }
+    pane->SpectralData(spectrumOf(points));
+    optics::store(optics::Integrator(optics::Standard::en410).integrate(*pane), *pane);
+    return pane;
+  }
+
+  void insert(const std::shared_ptr<GlazingData>& each) {
+    session.database.InsertPane(*each, *database->ADOConnection());
+  }
+
+  void SetUp() override {
+    for (int i = 1; i <= 3; ++i) insert(pane("good" + std::to_string(i), i));
+    ASSERT_THAT(found(), IsEmpty());
+  }
+
+  Lines found() { return linesOf(audit(database)); }
+
+  /// All that is found, each with its record.
+  Lines whole(const AuditOptions& options = {}) {
+    Lines lines;
+    for (const Finding& each : audit(database, options)) {
+      lines.push_back(
+          fmt::format("{} {} {}: {}", each.set, each.identifier, each.name, wholeOf(each)));
+    }
+    std::ranges::sort(lines);
+    return lines;
+  }
+
+  void set(const std::string& table, const std::string& column, const store::Value& value,
+           const std::string& where) {
+    setAll(dc(), table, column, value, where);
+  }
+  store::Connection& dc() { return *database->ADOConnection(); }
+
+  Node database = newDatabase();
+};
+
+TEST_F(AuditDatabaseTest, FaultsOfRowsAreFoundAtTheirPanes) {
+  set("Pane_integrated_data", "transmission_visual_outdoor", 0.1, "PaneID = 1");
+  set("Pane", "emission_IR_outdoor", -0.5, "PaneID = 2");
+  set("Pane_spectral_data", "reflection_indoor", -0.25, "PaneID = 3 AND wavelength = 500");
+  set("Pane_integrated_data", "reflection_solar_indoor", 0.5, "PaneID = 1");
+  EXPECT_EQ(
+      whole(),
+      (Lines{"panes 1 good1: absorptance 0|Tb_sol + Rb_sol|1.194|1 at most|The stored solar "
+             "absorptance is -0.1942",
+             "panes 1 good1: stored-values 0|Tf_vis|0.1|0.7279|The visible transmittance front is "
+             "0.1, but 0.7279 by the spectrum, whatever the standard; 2 values are off",
+             "panes 2 good2: emissivity |emissivity_front|-0.5|0 to 1|emissivity_front is -0.5, "
+             "which is no fraction",
+             "panes 3 good3: range 0|Rb|-0.25|0 to 1|Rb is no fraction at 500 nm, so that the pane "
+             "cannot be read"}));
+  EXPECT_THAT(linesOf(audit(database, {.without = {"range"}})),
+              ElementsAre("absorptance 1", "emissivity 2", "stored-values 1", "unreadable 3"));
+}
+
+TEST_F(AuditDatabaseTest, ValuesThatAreNoneAreFound) {
+  const auto black = pane("black", 4);
+  for (const auto& column : kIntegratedColumns) (black.get()->*column.pane)(0);
+  insert(black);
+  const auto bright = pane("bright", 5);
+  bright->spectral_pane(false);
+  bright->SpectralData(nullptr);
+  bright->Precalc_Rfsol(0.9F);
+  insert(bright);
+  EXPECT_EQ(whole(), (Lines{"panes 4 black: missing-values 0|Tf_vis|0|0.659|All integrated values "
+                            "are 0, though there is a spectrum",
+                            "panes 5 bright: absorptance 0|Tf_sol + Rf_sol|1.647|1 at most|The "
+                            "stored solar absorptance is -0.647"}));
+}
+
+TEST_F(AuditDatabaseTest, SpectraOfTwoPanesAreToldOnceWithTheirAngles) {
+  insert(pane("good1", 1, 60));
+  insert(pane("copy", 1));
+  insert(pane("copy", 1, 60));
+  const auto findings = audit(database);
+  ASSERT_THAT(linesOf(findings), ElementsAre("duplicates 4"));
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings.front().fault.message,
+            "The spectra are those of good1 (record 1), at 0, 60 degrees");
+
+  // Products tell transmittance from the back, too, by which alone they may differ.
+  commands::audit::SourceFacts facts;
+  for (const float Tb : {0.5F, 0.5F, 0.7F}) {
+    const auto name = std::to_string(facts.records.size());
+    facts.spectra.push_back({facts.records.size(), 0, 0, {0.5F, 0.1F, 0.1F, Tb}});
+    facts.records.push_back({.kind = RecordKind::panes, .identifier = name, .name = name});
+  }
+  EXPECT_EQ(commands::audit::duplicates(facts).size(), 1U);
+}
+
+TEST_F(AuditDatabaseTest, FlagsAndAnglesThatContradictTheDataAreFound) {
+  set("Pane", "spectral_pane", false, "PaneID = 1");
+  set("Pane_integrated_data", "angle", 60, "PaneID = 2");
+  insert(pane("grazing", 4, 120));
+  auto empty = pane("empty", 5);
+  empty->SpectralData(nullptr);
+  insert(empty);
+  EXPECT_EQ(whole(),
+            (Lines{"panes 1 good1: flags |spectral_pane|False|True|The pane is said not to be "
+                   "spectral, but it has a spectrum",
+                   "panes 2 good2: half-angles 0|angle|0||At 0 degrees there is a spectrum, but no "
+                   "row of integrated values",
+                   "panes 2 good2: half-angles 60|angle|60||At 60 degrees there are integrated "
+                   "values, but no spectrum",
+                   "panes 4 grazing: angle 120|angle|120|0 to 90|At 120 degrees nothing comes in",
+                   "panes 5 empty: flags |spectral_pane|True|False|The pane is said to be "
+                   "spectral, but it has no spectrum"}));
+}
+
+TEST_F(AuditDatabaseTest, FaultsOfNamesAreFound) {
+  set("Pane", "name", " ", "PaneID = 1");
+  set("Pane", "name", "GOOD3", "PaneID = 2");
+  auto other = pane("other", 4);
+  other->group("demonstrations");
+  insert(other);
+  FrameDataClass frame;
+  frame.name("frame");
+  frame.group("Demonstration");
+  frame.u_value(2);
+  frame.width(0.06);
+  session.database.InsertFrame(frame, dc());
+  EXPECT_EQ(whole(),
+            (Lines{"frames 1 frame: unknown-maker |supplier|Unknown||Nobody knows who makes it",
+                   "panes 1  : empty-name |name|||The name is empty",
+                   "panes 3 good3: same-name |name|good3||The name is that of the record 2, too in "
+                   "the group Demonstration",
+                   "panes 4 other: similar-groups |group|demonstrations|Demonstration|The group "
+                   "\"demonstrations\" is nearly \"Demonstration\", which is there, too"}));
+}
+
+TEST_F(AuditDatabaseTest, RowsWithoutTheirLikeAreFound) {
+  addRow(dc(), "Groups", {{"GroupName", "Nothing in it"}});
+  addRow(dc(), "Shading_spectral_data", {{"Shading_ID", 12}});
+  set("Pane_spectral_data", "PaneID", 99, "PaneID = 2 AND wavelength > 2480");
+  set("Pane", "supplierID", 77, "PaneID = 3");
+  addRow(dc(), "Suppliers", {{"SupplierName", "Nobody"}});
+  addRow(dc(), "FrameTypes", {{"FrameTypeName", "Ice"}});
+  EXPECT_EQ(
+      whole(),
+      (Lines{"FrameTypes 1 Ice: unused |FrameTypeName|Ice||No record uses it",
+             "Groups 2 Nothing in it: unused |GroupName|Nothing in it||No record uses it",
+             "Pane_spectral_data 99 : orphans |PaneID|99||Rows of a pane that is gone: 4",
+             "Shading_spectral_data 12 : orphans |Shading_ID|12||Rows of a shading that is gone: 1",
+             "Suppliers 2 Nobody: unused |SupplierName|Nobody||No record uses it",
+             "panes 3 good3: dangling |supplierID|77||Suppliers has no row 77",
+             "panes 3 good3: unknown-maker |supplier|||Nobody knows who makes it"}));
+
+  const auto ofKind = [&](RecordKind kind) {
+    std::vector<Finding> some;
+    commands::audit::auditSource(session, database, kind, {},
+                                 [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofKind(RecordKind::panes),
+              ElementsAre("dangling 3", "orphans 99", "unknown-maker 3", "unused 2"));
+  EXPECT_THAT(ofKind(RecordKind::shadings), ElementsAre("orphans 12", "unused 2"));
+
+  const auto ofRecords = [&](const Lines& identifiers, const char* rule) {
+    std::vector<Finding> some;
+    commands::audit::auditRecords(
+        session, select(recordSet(database, RecordKind::panes), identifiers), {.rules = {rule}},
+        [&](const Finding& each) { some.push_back(each); });
+    return linesOf(some);
+  };
+  EXPECT_THAT(ofRecords({"1", "3"}, "dangling"), ElementsAre("dangling 3"));
+  EXPECT_THAT(ofRecords({"1", "2"}, "dangling"), IsEmpty());
+  EXPECT_NE(raisedBy([&] { ofRecords({"1"}, "orphans"); }).description.find("all records"),
+            std::string::npos);
+}
+
+TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
+  for (int i = 4; i <= 14; ++i) insert(pane("good" + std::to_string(i), i));
+  auto thick = pane("thick", 15);
+  thick->Thickness(60);
+  insert(thick);
+  for (int i = 16; i <= 21; ++i) {
+    auto foil = pane("foil" + std::to_string(i), i);
+    foil->group("Foils");
+    foil->Thickness(i == 19 ? 1.5 : 5);
+    insert(foil);
+  }
+  EXPECT_EQ(whole(), (Lines{"panes 15 thick: outliers |thickness|60 mm|about 5.7 mm|The thickness "
+                            "is far from that of the others of the group Demonstration",
+                            "panes 19 foil19: outliers |thickness|1.5 mm|about 5 mm|The thickness "
+                            "is far from that of the others of the group Foils"}));
+}
+
+TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {
+  set("Pane", "emission_IR_outdoor", 1.5, "PaneID > 1");
+  addRow(dc(), "Groups", {{"GroupName", "Nothing in it"}});
+  std::vector<Finding> findings;
+  const auto some = select(recordSet(database, RecordKind::panes), {"1", "3", "8"});
+  result = commands::audit::auditRecords(session, some, {},
+                                         [&](const Finding& each) { findings.push_back(each); });
+  EXPECT_THAT(linesOf(findings), ElementsAre("emissivity 3", "unreadable 8"));
+  EXPECT_EQ(result.records, 3);
+
+  int asked = 0;
+  ui.cancelWhen = [&] { return ++asked == 2; };
+  EXPECT_THAT(found(), ElementsAre("emissivity 2"));
+  EXPECT_EQ(result.summary(), "2 records, then cancelled: 1 error, no warnings, no notes.");
+}
+
+TEST_F(AuditDatabaseTest, FaultsOfShadingsAndFramesAreFound) {
+  using Change = void (*)(ShadingDataClass&);
+  const std::pair<const char*, Change> ofShadings[] = {
+      {"", [](auto&) {}},
+      // On the good side of their bounds.
+      {"",
+       [](auto& s) {
+         s.Sol_refl_slat_surf_ind_BB(0.35), s.Sol_transm_slat_surf(0.01), s.permeability(1);
+         s.conduction(0.02), s.transmission_IR_indoor(0.26), s.typeID(4), s.angle(-90);
+         s.slat_length(3), s.slat_distance(6), s.slat_curvature(1.5);
+         s.integrated({{.angle = 0},
+                       {.angle = 90,
+                        .reflection_visual_outdoor = 0.5,
+                        .transmission_visual_outdoor = 0.51}});
+       }},
+      {"", [](auto& s) { s.conduction(430), s.slat_distance(50), s.slat_curvature(12.5); }},
+      {"", [](auto& s) { s.slat_length(1000); }},
+      {"", [](auto& s) { s.slat_distance(0), s.slat_length(0), s.thickness(100); }},
+      {"absorptance |Sol_refl_slat_surf_ind|1.05|1 at most|Sol_refl_slat_surf_ind: what is stored "
+       "adds up to 1.05",
+       [](auto& s) { s.Sol_refl_slat_surf_ind_BB(0.4); }},
+      {"absorptance |Vis_refl_slat_surf_outd|1.02|1 at most|Vis_refl_slat_surf_outd: what is "
+       "stored adds up to 1.02",
+       [](auto& s) { s.Vis_refl_slat_surf_outd(0.5), s.Vis_transm_slat_surf_BB(0.52); }},
+      {"absorptance 30|Tb_uv + Rb_uv|1.1|1 at most|Tb_uv + Rb_uv: what is stored adds up to 1.1",
+       [](auto& s) {
+         s.integrated({{.angle = 30, .reflection_UV_indoor = 0.6, .transmission_UV_indoor = 0.5}});
+       }},
+      {"absorptance 30|Tf_vis + Rf_vis|1.011|1 at most|Tf_vis + Rf_vis: what is stored adds up to "
+       "1.011",
+       [](auto& s) {
+         s.integrated({{.angle = 30,
+                        .reflection_visual_outdoor = 0.5,
+                        .transmission_visual_outdoor = 0.511}});
+       }},
+      {"stored-range 60|Tb_sol|-0.1|0 to 1|Tb_sol is -0.1, which is no fraction",
+       [](auto& s) { s.integrated({{.angle = 60, .transmission_solar_indoor = -0.1}}); }},
+      {"angle 91|angle|90.5|0 to 90|At 90.5 degrees nothing comes in",
+       [](auto& s) { s.integrated({{.angle = 90.5}}); }},
+      {"angle -1|angle|-1|0 to 90|At -1 degrees nothing comes in",
+       [](auto& s) { s.integrated({{.angle = -1}}); }},
+      {"conductivity |conduction|0.019 W/(m·K)|0.02 to 430 W/(m·K)|A conduction of 0.019 W/(m·K) "
+       "is none of a shading",
+       [](auto& s) { s.conduction(0.019); }},
+      {"conductivity |conduction|431 W/(m·K)|0.02 to 430 W/(m·K)|A conduction of 431 W/(m·K) is "
+       "none of a shading",
+       [](auto& s) { s.conduction(431); }},
+      {"emissivity |emission_IR_outdoor|1.2|0 to 1|emission_IR_outdoor is 1.2, which is no "
+       "fraction",
+       [](auto& s) { s.emission_IR_outdoor(1.2); }},
+      {"emissivity |emissivity_slat_surf_ind|1.5|0 to 1|emissivity_slat_surf_ind is 1.5, which is "
+       "no fraction",
+       [](auto& s) { s.emissivity_slat_surf_ind(1.5); }},
+      {"emissivity |emission_IR_indoor|1.02|1 at most|emission_IR_indoor: what is stored adds up "
+       "to 1.02",
+       [](auto& s) { s.transmission_IR_indoor(0.27); }},
+      {"emissivity |emission_IR_outdoor|1.02|1 at most|emission_IR_outdoor: what is stored adds up "
+       "to 1.02",
+       [](auto& s) { s.transmission_IR_outdoor(0.22); }},
+      {"flags |spectral|True|False|The shading is said to be spectral, but it has no spectrum",
+       [](auto& s) { s.spectral(true); }},
+      {"flags |spectral|False|True|The shading is said not to be spectral, but it has a spectrum",
+       [](auto& s) { s.spectrum({{.wavelength = 500}}); }},
+      {"flags |homogenious|True|False|The shading is said to be the same all over, but it has "
+       "slats",
+       [](auto& s) { s.homogenious(true); }},
+      {"flags |typeID|5|1 to 4|There is no such type of shadings", [](auto& s) { s.typeID(5); }},
+      {"flags |typeID|-1|1 to 4|There is no such type of shadings", [](auto& s) { s.typeID(-1); }},
+      {"missing-data |thickness|||There is no thickness", [](auto& s) { s.thickness(0); }},
+      {"missing-data |conduction|||There is no conductivity\nmissing-data "
+       "|emission_IR_outdoor|||There is no emissivity outdoors\nmissing-data "
+       "|emission_IR_indoor|||There is no emissivity indoors",
+       [](auto& s) { s.emission_IR_outdoor(0), s.emission_IR_indoor(0), s.conduction(0); }},
+      {"openness |permeability|1.1|0 to 1|permeability is 1.1, which is no fraction",
+       [](auto& s) { s.permeability(1.1); }},
+      {"slats |slat_length|2.9||Slats are not 2.9 mm wide",
+       [](auto& s) { s.slat_length(2.9), s.slat_distance(5), s.slat_curvature(1); }},
+      {"slats |slat_length|1001||Slats are not 1001 mm wide", [](auto& s) { s.slat_length(1001); }},
+      {"slats |slat_length|0||Slats are not 0 mm wide",
+       [](auto& s) { s.slat_length(0), s.slat_curvature(0); }},
+      {"slats |slat_distance|0||Slats have a distance", [](auto& s) { s.slat_distance(0); }},
+      {"slats |slat_distance|50.5||Slats of 25 mm, 50.5 mm apart, cover nothing",
+       [](auto& s) { s.slat_distance(50.5); }},
+      {"slats |thickness|20||Slats are thinner than their distance",
+       [](auto& s) { s.thickness(20); }},
+      {"slats |slat_curvature|12.6||The crown of a slat is no higher than half its width",
+       [](auto& s) { s.slat_curvature(12.6); }},
+      {"slats |slat_curvature|-1||The crown of a slat is no higher than half its width",
+       [](auto& s) { s.slat_curvature(-1); }},
+      {"slats |angle|-91||Slats turn from -90 to 90 degrees", [](auto& s) { s.angle(-91); }},
+      {"slats |angle|91||Slats turn from -90 to 90 degrees", [](auto& s) { s.angle(91); }},
+      {"slats |window_slat_distance|-1||A distance is not negative",
+       [](auto& s) { s.window_slat_distance(-1); }},
+      {"stored-range |Uv_refl_slat_surf_outd|-0.1|0 to 1|Uv_refl_slat_surf_outd is -0.1, which is "
+       "no fraction\nstored-range |Uv_refl_slat_surf_ind|-0.1|0 to 1|Uv_refl_slat_surf_ind is "
+       "-0.1, which is no fraction",
+       [](auto& s) { s.Uv_transm_slat_surf(-0.1); }},
+      {"stored-range |Vis_refl_slat_surf_ind|1.001|0 to 1|Vis_refl_slat_surf_ind is 1.001, which "
+       "is no fraction",
+       [](auto& s) { s.Vis_refl_slat_surf_ind_BB(1.001); }},
+      {"thickness |thickness|100.1 mm|0.01 to 100 mm|A thickness of 100.1 mm is none of a shading",
+       [](auto& s) { s.slat_distance(0), s.slat_length(0), s.thickness(100.1); }},
+      {"thickness |thickness|0.009 mm|0.01 to 100 mm|A thickness of 0.009 mm is none of a shading",
+       [](auto& s) { s.slat_distance(0), s.slat_length(0), s.thickness(0.009); }},
+  };
+  for (const auto& [finding, change] : ofShadings) {
+    ShadingDataClass blind;
+    blind.name("blind");
+    blind.group(fmt::format("Of blind {}", &finding - &ofShadings[0].first));
+    blind.supplier("Kestrel Bay");
+    blind.typeID(1);
+    blind.thickness(0.2);
+    blind.conduction(160);
+    blind.emission_IR_outdoor(0.8);
+    blind.emission_IR_indoor(0.75);
+    blind.slat_length(25);
+    blind.slat_distance(20);
+    blind.slat_curvature(2);
+    blind.angle(45);
+    blind.Sol_refl_slat_surf_ind(0.65);
+    change(blind);
+    session.database.InsertShading(blind, dc());
+  }
+  struct FrameCase {
+    const char* finding;
+    double uValue;
+    double width;
+  };
+  const FrameCase ofFrames[] = {
+      {"", 0.3, 0.005},
+      {"", 15, 0.5},
+      {"u-value |u_value|0.29 W/(m²·K)|0.3 to 15 W/(m²·K)|A u_value of 0.29 "
+       "W/(m²·K) is none of a frame",
+       0.29, 0.07},
+      {"u-value |u_value|15.1 W/(m²·K)|0.3 to 15 W/(m²·K)|A u_value of 15.1 "
+       "W/(m²·K) is none of a frame",
+       15.1, 0.08},
+      {"width |width|0.0049 m|0.005 to 0.5 m|A width of 0.0049 m is none of a frame", 1.6, 0.0049},
+      {"width |width|0.51 m|0.005 to 0.5 m|A width of 0.51 m is none of a frame", 1.5, 0.51},
+      {"missing-data |u_value|||There is no U value", 0, 0.06},
+      {"missing-data |width|||There is no width", 1.4, 0}};
+  for (const FrameCase& each : ofFrames) {
+    FrameDataClass frame;
+    frame.name(fmt::format("frame {}", &each - ofFrames));
+    frame.group("Demonstration");
+    frame.supplier("Kestrel Bay");
+    frame.u_value(each.uValue);
+    frame.width(each.width);
+    session.database.InsertFrame(frame, dc());
+  }
+  std::map<std::string, std::string> findings;
+  for (const Finding& each : audit(database, {.without = {"similar-groups", "too-short"}})) {
+    std::string& text = findings[each.set + each.identifier];
+    text += (text.empty() ? "" : "\n") + wholeOf(each);
+  }
+  for (std::size_t i = 0; i < std::size(ofShadings); ++i) {
+    EXPECT_EQ(findings[fmt::format("shadings{}", i + 1)], ofShadings[i].first) << i;
+  }
+  for (std::size_t i = 0; i < std::size(ofFrames); ++i) {
+    EXPECT_EQ(findings[fmt::format("frames{}", i + 1)], ofFrames[i].finding) << i;
+  }
+}
+
+}  // namespace
+}  // namespace orv::test
