@@ -315,6 +315,27 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   const Lines twins = compare(a, b);
   EXPECT_THAT(twins, ::testing::Contains("removed|panes|1||twin||||"));
   EXPECT_EQ(result.count(commands::compare::State::changed), 0U) << ::testing::PrintToString(twins);
+  set(a, "Pane", "PaneID = 1", "name", "solo");
+  set(b, "Pane", "PaneID = 1", "name", "twin");
+  EXPECT_THAT(pairs({}), ElementsAre("1-", "?2-1", "3-", "?-2", "-3"));
+
+  // What has no spectrum goes by its name, but not with one that has.
+  insert(a, "bare");
+  insert(b, "bare", "Demo", 0, 0.9F);
+  a->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 4");
+  EXPECT_THAT(pairs({.match = Match::spectrum}), ElementsAre("?1-2", "2-1", "3-3", "4-", "-4"));
+  EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("with it: solo."),
+                                          "1 record is without a spectrum: put together by name."));
+  b->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 4");
+  for (int i = 0; i < 11; ++i) {
+    insert(a, fmt::format("a{}", i));
+    insert(b, fmt::format("b{}", i));
+  }
+  pairs({.match = Match::spectrum});
+  EXPECT_THAT(
+      result.remarks,
+      ElementsAre(HasSubstr("with it: solo, d, a0, a1, a2, a3, a4, a5, a6, a7, and 2 more."),
+                  "2 records are without a spectrum: put together by name."));
 }
 
 TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
@@ -333,6 +354,9 @@ TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
   EXPECT_THAT(result.remarks,
               ::testing::Contains(HasSubstr("stays as it is in B (panes): spectra of other "
                                             "directions (1).")));
+  copyAll(recordSet(b, RecordKind::panes), a);
+  EXPECT_THAT(compare(b, a, {.isForCopy = true}), IsEmpty());
+  EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("spectra of other directions (1).")));
 }
 
 TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {
