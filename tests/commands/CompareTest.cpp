@@ -2,11 +2,14 @@
 #include <gmock/gmock.h>
 
 #include "commands/CommandsTest.h"
+#include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
 #include "commands/compare/Compare.h"
 #include "database/GlazingDatabase.h"
 #include "model/Raised.h"
+#include "support/CaseFile.h"
 #include "support/EncodedFile.h"
+#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
@@ -134,6 +137,51 @@ TEST_F(CompareTest, EachFieldOfAPaneIsToldOnceAndKeysAreNot) {
             "changed|panes|1|2|same|0|integrated values|there|none");
   EXPECT_THAT(compare(a, b), ::testing::Contains(
                                  "changed|panes|1|2|same|0|spectrum|5 points, 300 to 700 nm|none"));
+}
+
+TEST_F(CompareTest, EveryFieldIsToldThatIsAnother) {
+  const auto alterAll = [](const Node& node) {
+    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
+                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
+      auto rows = node->ADOConnection()->openRecordset(
+          table, store::CursorType::keyset, store::LockType::optimistic, store::SourceKind::table);
+      for (; !rows->eof(); rows->moveNext()) {
+        for (std::size_t i = 0; i < rows->fields().size(); ++i) {
+          const auto& column = rows->fields()[i];
+          if (!isKept(column.name)) rows->setValue(i, other(column, rows->value(i)));
+        }
+        rows->update();
+      }
+    }
+  };
+  const auto pane = fullPane();
+  pane->SubstrateReference()->SpectralData(spectrumOfTwo(302.5F));
+  session.database.InsertPane(*pane, *a->ADOConnection());
+  auto frame = fullFrame();
+  session.database.InsertFrame(frame, *a->ADOConnection());
+  auto shading = fullShading();
+  session.database.InsertShading(shading, *a->ADOConnection());
+  b->ADOConnection()->close();
+  std::filesystem::copy_file(folder.path() / "a.mdb", folder.path() / "b.mdb",
+                             std::filesystem::copy_options::overwrite_existing);
+  b = opener.openAny((folder.path() / "b.mdb").string());
+  alterAll(b);
+  const Lines all = compare(a, b);
+  Lines lines = all;
+  for (const RecordKind kind : {RecordKind::panes, RecordKind::shadings}) {
+    const auto files = folder.path() / commands::setName(kind);
+    std::filesystem::create_directory(files);
+    commands::exportRecords(session, selectAll(recordSet(a, kind)), {files, false});
+    for (std::string line : compare(opener.openAny(files.string()), b)) {
+      const auto id = line.find(result.pairs.front().a.front());
+      line.replace(id, result.pairs.front().a.front().size(), "1");
+      if (std::ranges::find(all, line) == all.end()) lines.push_back("of a file: " + line);
+    }
+    std::ranges::copy(result.remarks, std::back_inserter(lines));
+  }
+  std::vector<std::vector<std::string>> cases;
+  for (const std::string& line : lines) cases.push_back({line});
+  EXPECT_EQ(cases, casesOf("commands/compared-fields.txt", 1));
 }
 
 TEST_F(CompareTest, FramesAndShadingsAreCompared) {
