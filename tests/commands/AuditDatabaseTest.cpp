@@ -108,6 +108,25 @@ TEST_F(AuditDatabaseTest, FaultsOfRowsAreFoundAtTheirPanes) {
               ElementsAre("absorptance 1", "emissivity 2", "stored-values 1", "unreadable 3"));
 }
 
+TEST_F(AuditDatabaseTest, AnEmissivityIsHeldAgainstTheInfrared) {
+  const auto warm = pane("warm", 4);
+  std::vector<std::array<float, 5>> points;
+  for (const auto& [nm, T, Rf, Rb] : glass(4)) {
+    points.push_back({static_cast<float>(nm / 1000), static_cast<float>(T), static_cast<float>(T),
+                      static_cast<float>(Rf), static_cast<float>(Rb)});
+  }
+  for (float micron = 3; micron <= 25; micron += 0.5F) points.push_back({micron, 0, 0, 0.1F, 0.3F});
+  warm->SpectralData(spectrumOf(points));
+  warm->ORV_Emissivity_front(0.5);
+  warm->ORV_Emissivity_back(0.25);
+  insert(warm);
+  EXPECT_EQ(whole({.rules = {"emissivity-infrared"}}),
+            (Lines{"panes 4 warm: emissivity-infrared 0|emissivity_back|0.25|0.6632|The emissivity "
+                   "of the back is 0.25, but 0.6632 by the spectrum beyond 5 µm",
+                   "panes 4 warm: emissivity-infrared 0|emissivity_front|0.5|0.8463|The emissivity "
+                   "of the front is 0.5, but 0.8463 by the spectrum beyond 5 µm"}));
+}
+
 TEST_F(AuditDatabaseTest, ValuesThatAreNoneAreFound) {
   const auto black = pane("black", 4);
   for (const auto& column : kIntegratedColumns) (black.get()->*column.pane)(0);
@@ -181,6 +200,9 @@ TEST_F(AuditDatabaseTest, FaultsOfNamesAreFound) {
                    "the group Demonstration",
                    "panes 4 other: similar-groups |group|demonstrations|Demonstration|The group "
                    "\"demonstrations\" is nearly \"Demonstration\", which is there, too"}));
+  set("Pane", "groupID", 0, "PaneID > 1");
+  EXPECT_EQ(whole({.rules = {"same-name"}}),
+            (Lines{"panes 3 good3: same-name |name|good3||The name is that of the record 2, too"}));
 }
 
 TEST_F(AuditDatabaseTest, RowsWithoutTheirLikeAreFound) {
@@ -233,10 +255,13 @@ TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
     foil->group("Foils");
     foil->Thickness(i == 19 ? 1.5 : 5);
     insert(foil);
+    if (i == 21) continue;
+    foil->group("Few");
+    insert(foil);
   }
   EXPECT_EQ(whole(), (Lines{"panes 15 thick: outliers |thickness|60 mm|about 5.7 mm|The thickness "
                             "is far from that of the others of the group Demonstration",
-                            "panes 19 foil19: outliers |thickness|1.5 mm|about 5 mm|The thickness "
+                            "panes 22 foil19: outliers |thickness|1.5 mm|about 5 mm|The thickness "
                             "is far from that of the others of the group Foils"}));
 }
 

@@ -203,6 +203,7 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   EXPECT_EQ(refused({good, bad}),
             "1: conductivity has been changed meanwhile: it is \"1\" now, and was \"3\".\n");
   EXPECT_THROW(change(panes, 1, "solar transmittance front", "0.5"), Error) << "at which angle?";
+  EXPECT_EQ(raisedBy([&] { panes.place("nothing"); }).number, kInvalidCall);
   EXPECT_TRUE(panes.draft({{2, panes.place("group"), "DEMO"}}).changes.empty())
       << "names are those that the database has";
   setAll(dc, "ORVdata_version", "version", "2.0.1");
