@@ -4,7 +4,7 @@
 #include "commands/CommandsTest.h"
 #include "commands/IgdbPassword.h"
 #include "commands/compare/Compare.h"
-#include "database/GlazingDatabase.h"
+#include "database/SourceDatabases.h"
 #include "model/Raised.h"
 #include "support/EncodedFile.h"
 
