@@ -5,7 +5,7 @@
 #include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
 #include "commands/compare/Compare.h"
-#include "database/GlazingDatabase.h"
+#include "database/SourceDatabases.h"
 #include "model/Raised.h"
 #include "support/CaseFile.h"
 #include "support/EncodedFile.h"
