@@ -9,6 +9,7 @@
 #include <bit>
 
 #include "store/Check.h"
+#include "store/jet/catalog/SavedQuery.h"
 #include "store/jet/page/Text.h"
 #include "support/Corpus.h"
 
@@ -43,8 +44,8 @@ std::string valueText(const Value& value) {
   if (value.isNull()) return "Null";
   const Bytes* bytes = value.getIf<Bytes>();
   if (bytes == nullptr) return value.toText();
-  const std::string_view all(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-  return fmt::format("{} bytes {:x}", all.size(), std::hash<std::string_view>()(all));
+  if (bytes->size() <= 20) return fmt::format("0x{:02x}", fmt::join(*bytes, ""));
+  return fmt::format("{} bytes {:x}", bytes->size(), sumOf({bytes->begin(), bytes->end()}));
 }
 
 std::string lineOf(const Table& table, const std::vector<Value>& row, const Names& names) {
@@ -134,6 +135,7 @@ Content contentOf(const fs::path& file, const std::string& password) {
   for (const CatalogEntry& entry : std::vector(database->entries())) {
     if (entry.kind != CatalogEntry::Kind::query) continue;
     auto& lines = content["query " + entry.name] = {fmt::format("flags {}", entry.flags)};
+    lines.push_back(SavedQuery(entry.name, database->queryParts(entry)).sql());
     for (const QueryPart& part : database->queryParts(entry)) {
       lines.push_back(fmt::format("{}|{}|{}|{}|{}", part.attribute, part.flag, part.expression,
                                   part.name1, part.name2));
