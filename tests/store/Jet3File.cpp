@@ -7,6 +7,7 @@
 #include <span>
 #include <sstream>
 
+#include "store/Compact.h"
 #include "store/jet/page/Rc4.h"
 
 namespace orv::test {
@@ -432,6 +433,13 @@ std::vector<Jet3Table> jet3Sample() {
 
 std::string jet3File(const std::vector<Jet3Table>& tables, const Jet3Header& header) {
   return Jet3Writer().write(tables, header);
+}
+
+void makeConvertedFile(const std::filesystem::path& path) {
+  const std::string old = path.string() + "-97";
+  std::ofstream(old, std::ios::binary) << jet3File(jet3Sample());
+  store::convertFile(old, "", path.string(), store::Losses::accept);
+  std::filesystem::remove(old);
 }
 
 }  // namespace orv::test

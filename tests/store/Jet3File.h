@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,5 +52,8 @@ struct Jet3Header {
 
 /// A file of tables whose definitions begin on pages 2, 3 and so on. The last page is free.
 std::string jet3File(const std::vector<Jet3Table>& tables, const Jet3Header& header = {});
+
+/// Writes the sample, converted into a file of Jet 4: many kinds of things, and few of each.
+void makeConvertedFile(const std::filesystem::path& path);
 
 }  // namespace orv::test
