@@ -17,6 +17,7 @@
 #include "store/FileContent.h"
 #include "store/Jet3File.h"
 #include "store/StoreError.h"
+#include "store/jet/catalog/SavedQuery.h"
 #include "support/Corpus.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
@@ -35,6 +36,11 @@ std::string wholeOf(const std::string& file, const std::string& password = "") {
     if (subject == "header") continue;
     text += fmt::format("{}:{}{}\n", subject, isList ? " " : "\n  ",
                         fmt::join(lines, isList ? " " : "\n  "));
+  }
+  const auto database = jet::Database::open(file, password);
+  for (const jet::CatalogEntry& entry : std::vector(database->entries())) {
+    if (entry.kind != jet::CatalogEntry::Kind::query) continue;
+    text += jet::SavedQuery(entry.name, database->queryParts(entry)).sql() + '\n';
   }
   return std::regex_replace(text, std::regex("\\|20[2-9].-[^|]*"), "|now");
 }

@@ -9,7 +9,6 @@
 #include <bit>
 
 #include "store/Check.h"
-#include "store/jet/catalog/SavedQuery.h"
 #include "store/jet/page/Text.h"
 #include "support/Corpus.h"
 
@@ -135,7 +134,6 @@ Content contentOf(const fs::path& file, const std::string& password) {
   for (const CatalogEntry& entry : std::vector(database->entries())) {
     if (entry.kind != CatalogEntry::Kind::query) continue;
     auto& lines = content["query " + entry.name] = {fmt::format("flags {}", entry.flags)};
-    lines.push_back(SavedQuery(entry.name, database->queryParts(entry)).sql());
     for (const QueryPart& part : database->queryParts(entry)) {
       lines.push_back(fmt::format("{}|{}|{}|{}|{}", part.attribute, part.flag, part.expression,
                                   part.name1, part.name2));
