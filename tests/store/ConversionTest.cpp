@@ -94,7 +94,7 @@ TEST_F(Conversion, KeepsAllThatTheSampleHolds) {
   EXPECT_EQ(told(), expected('!'));
   EXPECT_EQ(wholeOf(old_), expected('-'));
   EXPECT_EQ(wholeOf(new_), expected('+'));
-  expectBytes(new_, 0x5474e5e49bd96f10);
+  expectBytes(new_, 0xbf7477ca8d05fd0);
 }
 
 TEST_F(Conversion, NamesTheIndexesAndRelationsThatCannotBeKept) {
