@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
@@ -83,33 +82,6 @@ TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   EXPECT_EQ(contentOf(test::kFile), contentOf("backup.mdb"));
   EXPECT_EQ(contentOf("orvdata.mdb-log-1"), contentOf("cut.log"));
   EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), states_[0]);
-}
-
-TEST_F(CutShort, ALogThatSomebodyMadeOrDamagedGivesWholeCommitsOrNothing) {
-  std::mt19937 random(5);
-  const Bytes log = contentOf("cut.log");
-  const std::string complete = test::describe(*Database::open(test::kFile, ""));
-  for (int round = 0; round < 150 && !HasFailure(); ++round) {
-    restore("cut.mdb");
-    Bytes forged = log;
-    // Most of what there is to be believed stands in the first pieces and in heads of records.
-    const std::size_t reach = round % 3 == 0 ? forged.size() : 1200;
-    for (int i = 1 + round % 4; i > 0; --i) {
-      forged[random() % reach] = static_cast<std::uint8_t>(round % 5 == 0 ? 0xff : random());
-    }
-    files_.open(kLog, FileSystem::Open::existing)->write(0, forged.data(), forged.size());
-    const Bytes before = contentOf(test::kFile);
-    const std::string refusal = refusalOf([] { Database::open(test::kFile, ""); });
-    if (refusal.empty() && contentOf(test::kFile) != before) {
-      // A damaged record is a torn one: the commits before it are completed.
-      const std::string found = test::describe(*Database::open(test::kFile, ""));
-      EXPECT_TRUE(found == complete || found == states_[1]) << "round " << round;
-    } else {
-      EXPECT_EQ(contentOf(test::kFile), before) << "round " << round;
-    }
-    files_.remove(kLog);
-    files_.remove(std::string(kLog) + "-1");
-  }
 }
 
 /// A log that is there must be understood by every later program.
@@ -284,19 +256,6 @@ TEST_F(LogBeside, ANewDatabaseNeverReplacesAFileNorTakesAnOldLog) {
     files += entry.path().string().find("-new") == std::string::npos ? 1 : 100;
   }
   EXPECT_EQ(files, 4U);
-}
-
-/// Many commits: the log begins anew, again and again, and does not grow without end.
-TEST_F(LogBeside, StaysShort) {
-  const auto database = Database::open(path_, "");
-  std::uintmax_t longest = 0;
-  for (int id = 0; id < 700; ++id) {
-    insert(*database, id);
-    longest = std::max(longest, fs::file_size(log_));
-  }
-  EXPECT_GT(longest, 1U << 20);
-  EXPECT_LT(longest, 12U << 20);
-  test::expectSound(path_);
 }
 
 }  // namespace
