@@ -1,5 +1,6 @@
 // The B-tree of an index against a sorted set, and against damage.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -285,12 +286,13 @@ TEST_F(IndexTreeTest, EntriesOfOneKeyThatStandApartShareIt) {
   erase({empty, {6, 1}});
 
   EntrySorter sorter;
-  for (const Entry& each : {Entry{empty, {6, 0}}, between, Entry{empty, {4, 0}}}) {
+  const RowId last{0x60504, 3};
+  for (const Entry& each : {Entry{empty, last}, between, Entry{empty, {4, 0}}}) {
     sorter.add(each.row, false,
                [&](Bytes& bytes) { bytes.insert(bytes.end(), each.key.begin(), each.key.end()); });
   }
   sorter.sort();
-  EXPECT_EQ(sorter.row(2), (RowId{6, 0}));
+  EXPECT_EQ(sorter.row(2), last);
   EXPECT_TRUE(!sorter.repeatsKey(1) && sorter.repeatsKey(2));
 }
 
@@ -426,8 +428,12 @@ class DamagedIndex : public IndexTreeTest {
   }
 };
 
-TEST_F(DamagedIndex, LinksThatRunInACircle) {
+TEST_F(DamagedIndex, LinksThatRunInACircleOrToNoLeaf) {
   const PageNumber first = firstLeaf();
+  const PageNumber last = StoredIndexPage(*pager_, kRoot, kTable).entries.tail();
+  store32(page(last) + kJet4.indexPage.next, kRoot);
+  EXPECT_THAT(test::raisedBy([&] { readAll(); }).description,
+              testing::HasSubstr("page 2: it should be a leaf of its index"));
   const PageNumber second = StoredIndexPage(*pager_, first, kTable).entries.next();
   store32(page(second) + kJet4.indexPage.next, first);
   expectDamage([&] { readAll(); });

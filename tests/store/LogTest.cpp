@@ -84,6 +84,32 @@ TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), states_[0]);
 }
 
+/// What another program changes is not of the log, which begins anew: else a loss of power would
+/// make it that of another content.
+TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
+  for (const bool grows : {false, true}) {
+    const auto database = Database::open(test::kFile, "");
+    const auto change = [&](int id) {
+      database->table("Notes")->insert(std::vector<Value>{id, "title", Value(), Value()});
+    };
+    const auto begun = [&] { return LogHeader::decode(contentOf(kLog))->number; };
+    change(1000);
+    const auto before = begun();
+    change(1001);
+    EXPECT_EQ(begun(), before);
+    Bytes content = contentOf(test::kFile);
+    if (grows) content.resize(content.size() + 4096);
+    files_.open(test::kFile, FileSystem::Open::existing)->write(0, content.data(), content.size());
+    change(1002);
+    EXPECT_GT(begun(), before);
+    files_.losePowerAt(5);
+    EXPECT_NE(refusalOf([&] { change(1003); }), "");
+    files_.restart(3);
+    EXPECT_EQ(refusalOf([] { Database::open(test::kFile, ""); }), "");
+    restore("cut.mdb");
+  }
+}
+
 /// A log that is there must be understood by every later program.
 TEST(LogFormat, IsReadAsItWasWritten) {
   const auto sum = [](const auto& bytes) { return test::sumOf({bytes.begin(), bytes.end()}); };

@@ -13,8 +13,10 @@
 #include "store/StoreError.h"
 #include "store/SystemCalls.h"
 #include "store/Waiting.h"
+#include "store/jet/catalog/Creation.h"
 #include "store/jet/file/File.h"
 #include "store/jet/file/FileLocks.h"
+#include "store/jet/file/NewFile.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -192,6 +194,9 @@ TEST_F(SystemFile, ACompanionBelongsToWhomItsDatabaseBelongs) {
     files_.createCompanion(third, path_);
     EXPECT_EQ(made.back(), "mode 664");
   }
+  ends = {{"fsetxattr", {0, EPERM}}};
+  attributes[database.inode] = {{list, listWithGroupRights('\4')}, {origin, "Labor 7"}};
+  EXPECT_THAT(NewFile::inPlaceOf(path_).attributesLacking(), ElementsAre(origin));
   attributes[database.inode] = {{origin, "Labor 8"}};
   EXPECT_THAT(files_.attributesLacking(other_, path_), ElementsAre(origin));
   if (::geteuid() == 0) {
@@ -270,6 +275,31 @@ TEST_F(Locks, AreGivenUpWhereTheUserDoesNotWait) {
   };
   EXPECT_EQ(told([&] { locks_.enterExclusive(); }), "");
   EXPECT_TRUE(holders_.empty() && dones_ == 1);
+}
+
+/// Changes wait for those who read or write, and fail as a whole where these do not end.
+TEST_F(Locks, AreTakenByEveryChange) {
+  files_.remove(path_);
+  createTable(*createDatabase(path_), {.name = "T", .columns = {{"n", ColumnType::longInteger}}});
+  const auto database = Database::open(path_, "");
+  const auto table = database->table("T");
+  const auto file = open();
+  FileLocks others(*file, path_);
+  patience_ = 0;
+  for (int n = 1; n < 4; ++n) {  // the first makes the log
+    others.enterShared();
+    EXPECT_EQ(told([&] { table->insert(std::vector<Value>{n}); }), busy_);
+    EXPECT_EQ(told([&] { EXPECT_EQ(table->rowCount(), static_cast<unsigned>(n - 1)); }), "");
+    others.leaveShared();
+    others.enterWriter();
+    EXPECT_EQ(told([&] { table->insert(std::vector<Value>{n}); }), busy_);
+    others.leaveWriter();
+    table->insert(std::vector<Value>{n});
+    others.enterExclusive();
+    EXPECT_EQ(told([&] { table->rowCount(); }), busy_);
+    others.leaveExclusive();
+    others.leaveShared();
+  }
 }
 
 TEST_F(Locks, AWriterComesBeforeWhoeverReadsNext) {

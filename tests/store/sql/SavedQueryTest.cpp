@@ -5,7 +5,7 @@
 #include <fstream>
 #include <map>
 
-#include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/jet/catalog/SavedQuery.h"
 #include "support/Corpus.h"
 
@@ -72,74 +72,42 @@ TEST(SavedQuery, TextOfANewQuery) {
   EXPECT_EQ(SavedQuery("all", SavedQuery::partsOf(design)).sql(), "SELECT * FROM Pane;");
 }
 
-/// The parts that each kind of query keeps, by the numbers of their clauses.
+/// Parts that queries keep, by the numbers of their clauses, parted by " / ", and of each its
+/// fields by ";"; and the text.
 TEST(SavedQuery, TextOfEveryKind) {
-  constexpr std::int16_t kAppended = -0x8000;
-  const std::pair<std::vector<QueryPart>, const char*> cases[] = {
-      {{{1, 1},
-        {2, 4, "", "[least]"},
-        {2, 10, "", "[name]"},
-        {2, 8, "", "[day]"},
-        {3, 0x02},
-        {5, 0, "", "A", "x"},
-        {6, 0, "x.kind"},
-        {6, 0, "Count(*)", "n"},
-        {8, 0, "x.size > [least]"},
-        {9, 0, "x.kind"},
-        {10, 0, "Count(*) > 2"},
-        {11, 0, "x.kind", "D"},
-        {11, 0, "n"}},
-       "PARAMETERS [least] Long, [name] Text, [day] DateTime; SELECT DISTINCT x.kind, Count(*) AS "
-       "n "
-       "FROM A AS x WHERE x.size > [least] GROUP BY x.kind HAVING Count(*) > 2 "
-       "ORDER BY x.kind DESC, n;"},
-      {{{1, 2, "", "New one"}, {3, 0x09}, {4, 0, "", "C:\\o.mdb"}, {5, 0, "", "A"}},
-       "SELECT DISTINCTROW * INTO [New one] FROM A IN 'C:\\o.mdb';"},
-      {{{1, 3, "", "T"}, {6, kAppended, "1", "", "a"}, {6, kAppended, "'x'", "", "order"}},
-       "INSERT INTO T (a, [order]) VALUES (1, 'x');"},
-      {{{1, 3, "", "T", "b.mdb"}, {5, 0, "", "A"}, {6, 0, "A.y", "", "a"}},
-       "INSERT INTO T (a) IN 'b.mdb' SELECT A.y FROM A;"},
-      {{{1, 4},
-        {5, 0, "", "A"},
-        {6, 0, "A.y + 1", "", "A.x"},
-        {6, 0, "2", "", "A.2 z"},
-        {8, 0, "A.x = 3"}},
-       "UPDATE A SET A.x = A.y + 1, A.[2 z] = 2 WHERE A.x = 3;"},
-      {{{1, 5}, {3, 0x01}, {5, 0, "", "A"}, {8, 0, "A.x = 3"}}, "DELETE * FROM A WHERE A.x = 3;"},
-      {{{1, 6},
-        {5, 0, "", "A"},
-        {6, 0, "Sum(A.v)", "total"},
-        {6, 2, "A.row"},
-        {6, 1, "A.col"},
-        {9, 2, "A.row"},
-        {9, 1, "A.col"}},
-       "TRANSFORM Sum(A.v) AS total SELECT A.row FROM A GROUP BY A.row PIVOT A.col;"},
-      {{{1, 9},
-        {3, 0x02},
-        {5, 0, "SELECT a\r\nFROM A;", "", "X7YZ_____1"},
-        {5, 0, "SELECT b FROM B", "", "X7YZ_____2"},
-        {11, 0, "a", "D"}},
-       "SELECT a FROM A UNION SELECT b FROM B ORDER BY a DESC;"},
-      {{{1, 7, "CREATE TABLE T (a LONG)"}}, "CREATE TABLE T (a LONG)"},
+  const auto split = [](const std::string& text, const std::string& mark) {
+    std::vector<std::string> parts;
+    for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + mark.size()) {
+      end = text.find(mark, at);
+      parts.push_back(text.substr(at, end - at));
+    }
+    return parts;
   };
-  for (const auto& [parts, text] : cases) EXPECT_EQ(SavedQuery("q", parts).sql(), text);
-}
-
-TEST(SavedQuery, OptionsAndJoinsThatDoNotFit) {
-  std::vector<QueryPart> parts = {{1, 1, "", "", ""},
-                                  {3, 0x34, "", "10", ""},
-                                  {5, 0, "", "A", ""},
-                                  {5, 0, "SELECT x FROM B", "", "sub"},
-                                  {6, 0, "A.x", "", ""}};
-  EXPECT_EQ(SavedQuery("q", parts).sql(),
-            "SELECT TOP 10 PERCENT A.x FROM A, (SELECT x FROM B) AS sub "
-            "WITH OWNERACCESS OPTION;");
-  parts.push_back({7, 1, "A.x = sub.x", "A", "sub"});
-  parts.push_back({7, 2, "A.x = sub.x", "A", "sub"});
-  EXPECT_THROW(SavedQuery("q", parts).sql(), Error);
-  parts.resize(5);
-  parts.push_back({7, 9, "A.x = sub.x", "A", "sub"});
-  EXPECT_THROW(SavedQuery("q", parts).sql(), Error);
+  std::ifstream table(ORV_SOURCE_DIR "/tests/store/sql/saved_queries.txt");
+  int queries = 0;
+  for (std::string line; std::getline(table, line);) {
+    const std::size_t arrow = line.find(" -> ");
+    if (arrow == std::string::npos) continue;
+    std::vector<QueryPart> parts;
+    for (const std::string& each : split(line.substr(0, arrow), " / ")) {
+      auto fields = split(each, ";");
+      fields.resize(5);
+      if (const auto at = fields[2].find("\\n"); at != std::string::npos) {
+        fields[2].replace(at, 2, "\r\n");
+      }
+      parts.push_back({static_cast<std::uint8_t>(std::stoi(fields[0])),
+                       static_cast<std::int16_t>(std::stoi(fields[1])), fields[2], fields[3],
+                       fields[4]});
+    }
+    std::string text;
+    const test::Raised raised = test::raisedBy([&] { text = SavedQuery("q", parts).sql(); });
+    if (raised.number != 0) {
+      text = "error " + std::to_string(raised.number) + ": " + raised.description;
+    }
+    EXPECT_EQ(text, line.substr(arrow + 4)) << line;
+    ++queries;
+  }
+  EXPECT_GT(queries, 20);
 }
 
 }  // namespace
