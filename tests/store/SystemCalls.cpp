@@ -2,15 +2,12 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstring>
 #include <ctime>
 
 namespace orv::test {
@@ -48,17 +45,6 @@ ssize_t endedInPart(const char* call, std::size_t length, const Made& made) {
 
 void note(const std::string& made) {
   if (inUse != nullptr) inUse->made.push_back(made);
-}
-
-template <class Arg>
-SystemCalls::Attributes* attributesOf(int (*look)(Arg, struct stat*), Arg file) {
-  struct stat status {};
-  return inUse != nullptr && look(file, &status) == 0 ? &inUse->attributes[status.st_ino] : nullptr;
-}
-
-ssize_t give(const std::string& bytes, void* to, std::size_t room) {
-  if (room > 0) std::memcpy(to, bytes.data(), std::min(room, bytes.size()));
-  return static_cast<ssize_t>(bytes.size());
 }
 
 }  // namespace
@@ -128,36 +114,15 @@ int fchown(int file, uid_t owner, gid_t group) noexcept {
   note(fmt::format("owner {} {}", static_cast<int>(owner), static_cast<int>(group)));
   return ended("fchown", [&] { return static_cast<int>(syscall(SYS_fchown, file, owner, group)); });
 }
-ssize_t listxattr(const char* path, char* list, std::size_t room) noexcept {
-  const auto* attributes = attributesOf(stat, path);
-  if (attributes == nullptr) return syscall(SYS_listxattr, path, list, room);
-  std::string names;
-  for (const auto& [name, value] : *attributes) names += name + '\0';
-  return ended("listxattr", [&] { return give(names, list, room); });
-}
-ssize_t getxattr(const char* path, const char* name, void* value, std::size_t room) noexcept {
-  const auto* attributes = attributesOf(stat, path);
-  if (attributes == nullptr) return syscall(SYS_getxattr, path, name, value, room);
-  const auto found = attributes->find(name);
-  return ended("getxattr", [&]() -> ssize_t {
-    return found == attributes->end() ? -1 : give(found->second, value, room);
-  });
-}
 int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept {
-  auto* attributes = attributesOf(fstat, file);
-  if (attributes == nullptr) {
-    return static_cast<int>(syscall(SYS_fsetxattr, file, name, value, size, flags));
-  }
   note(fmt::format("attribute {}", name));
   return ended("fsetxattr", [&] {
-    (*attributes)[name] = std::string(static_cast<const char*>(value), size);
-    return 0;
+    return static_cast<int>(syscall(SYS_fsetxattr, file, name, value, size, flags));
   });
 }
 int fremovexattr(int file, const char* name) noexcept {
-  if (inUse == nullptr) return static_cast<int>(syscall(SYS_fremovexattr, file, name));
   note(fmt::format("without {}", name));
-  return 0;
+  return static_cast<int>(syscall(SYS_fremovexattr, file, name));
 }
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -25,10 +24,6 @@ class SystemCalls {
   std::map<std::string, std::vector<int>> ends;
   /// Those of changes of owners, rights and attributes, with what they were given.
   std::vector<std::string> made;
-
-  using Attributes = std::map<std::string, std::string>;
-  /// Extended attributes, by the file's number, in place of those of the disk.
-  std::map<std::uint64_t, Attributes> attributes;
 
   /// Time passes by sleeping only.
   std::chrono::nanoseconds time{0};
