@@ -127,6 +127,8 @@ class Finder:
 
     def condition(self, cursor):
         for value in ('true', 'false'):
+            if self.flat(cursor) == value:
+                continue
             self.choice('branch dropped', cursor, value, 'static_cast<bool>({})')
 
     def statement(self, cursor):
