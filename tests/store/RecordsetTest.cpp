@@ -348,7 +348,7 @@ TEST_F(RecordsetTest, ValuesAreChangedOrRefusedAsTheirColumnsHoldThem) {
         {.name = "Note", .type = ColumnType::memo, .allowZeroLength = false},
         {.name = "Guid", .type = ColumnType::guid},
         {.name = "Fixed", .type = ColumnType::numeric, .precision = 5, .scale = 2}}});
-  auto rows = open(keyset, optimistic, "Values");
+  const auto rows = database_->openRecordset("Values", keyset, optimistic);
   const auto stored = [&](const std::string& column, const std::string& value) -> std::string {
     rows->addNew();
     rows->setValue(column, valueIn(value));
