@@ -136,7 +136,8 @@ class CopyVerb : public Verb {
 
   /// The group as the database can hold it, by the rules of an edit.
   void settleGroup(Console& console, const sources::datasource& destination) {
-    if (answers_.group.empty() || !destination.ADOConnection()) return;
+    const bool isFit = destination.DataType() == sources::DataType::orvDatabase3;
+    if (answers_.group.empty() || !isFit) return;  // what is unfit is refused by itself
     using namespace commands::edit;
     for (const EditField& field : editFields(EditSet::panes, *destination.ADOConnection())) {
       if (field.name != commands::kGroupField) continue;

@@ -80,7 +80,7 @@ class ShowVerb : public Verb {
   }
 
   void showPane(const commands::RecordReader& reader) {
-    const std::int16_t angle = chooseAngle(reader.angles(identifier_));
+    const std::int16_t angle = chooseAngle(reader.dataAngles(identifier_));
     const auto pane =
         reader.pane(identifier_, angle, chooseDirection(reader.directions(identifier_, angle)));
     reader.tellGroup(identifier_, *pane);
@@ -103,12 +103,17 @@ class ShowVerb : public Verb {
     spectrum_ ? writeSpectrum(*shading) : writeFields(commands::shadingDetails(*shading));
   }
 
+  template <class Number>
+  static std::string listOf(const std::vector<Number>& numbers) {
+    return numbers.empty() ? "none" : fmt::format("{}", fmt::join(numbers, ", "));
+  }
+
   /// The angle asked for, else the first of those that the pane has; 0 when it has none.
   std::int16_t chooseAngle(const std::vector<std::int16_t>& angles) const {
     if (!angle_) return angles.empty() ? std::int16_t{0} : angles.front();
     if (std::find(angles.begin(), angles.end(), *angle_) == angles.end()) {
-      throw wrongUse(fmt::format("The pane has no data at {} degrees, only at: {}.", *angle_,
-                                 fmt::join(angles, ", ")));
+      throw wrongUse(
+          fmt::format("The pane has no data at {} degrees, only at: {}.", *angle_, listOf(angles)));
     }
     return *angle_;
   }
@@ -124,7 +129,7 @@ class ShowVerb : public Verb {
     if (!direction_) return 0;
     if (std::find(directions.begin(), directions.end(), *direction_) == directions.end()) {
       throw wrongUse(fmt::format("The pane has no data of direction {}, only of: {}.", *direction_,
-                                 fmt::join(directions, ", ")));
+                                 listOf(directions)));
     }
     return *direction_;
   }

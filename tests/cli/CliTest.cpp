@@ -2,58 +2,12 @@
 
 #include <string>
 
-#include "store/jet/catalog/CatalogWriter.h"
+#include "store/jet/catalog/Database.h"
 #include "support/EncodedFile.h"
 #include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
-
-TEST_F(CliTest, FramesAreShownWholeAndHaveNothingToChooseFrom) {
-  orv("new db.mdb");
-  {
-    ScriptedQuestions questions;
-    database::ORV_DatabaseInterface database(questions);
-    auto frame = fullFrame();
-    database.InsertFrame(frame, *database.OpenDatabase((folder.path() / "db.mdb").string(), ""));
-  }
-  const Ended show = orv("show db.mdb --set frames --format tsv");
-  EXPECT_EQ(
-      show.out,
-      "field\tvalue\tunit\nid\t1\t\nname\tframe\t\nproduct name\t\t\nsupplier\tFrame maker\t\n"
-      "group\tTarven frames\t\nframe type\tWood\t\nU-value\t1.3\tW/(m²·K)\nwidth\t70\tm\n"
-      "picture\t3\tbytes\ninfo\tof oak\t\n")
-      << show.err;
-  EXPECT_EQ(orv("list db.mdb --set frames --format tsv").out,
-            "id\tname\tproduct\tgroup\tsupplier\n1\tframe\t\tTarven frames\tFrame maker\n");
-  for (const char* option : {"--spectrum", "--angle 0", "--direction 1"}) {
-    const Ended refused = orv(std::string("show db.mdb 1 --set frames ") + option);
-    EXPECT_EQ(refused.exit, 2) << option;
-    EXPECT_EQ(refused.out, "") << option;
-  }
-}
-
-TEST_F(CliTest, ThePolicyAnswersTheQuestionForTheSubstrate) {
-  orv("new source.mdb");
-  {
-    ScriptedQuestions questions;
-    database::ORV_DatabaseInterface database(questions);
-    const auto dc = database.OpenDatabase((folder.path() / "source.mdb").string(), "");
-    database.InsertPane(*withSubstrate(makePane("pane")), *dc);
-    auto row = dc->openRecordset("Pane_spectral_data", store::CursorType::keyset,
-                                 store::LockType::optimistic);
-    row->setValue("transmission_sub", 1.5);
-    row->update();
-  }
-  orv("new db.mdb");
-  const Ended refused = orv("copy source.mdb db.mdb --group G");
-  EXPECT_EQ(refused.exit, 1);
-  EXPECT_NE(refused.err.find("subtrate"), std::string::npos) << refused.err;
-  EXPECT_EQ(orv("copy source.mdb db.mdb --group G --substrate ask").exit, 2);
-  const Ended dropped = orv("copy source.mdb db.mdb --group H --substrate drop");
-  EXPECT_EQ(dropped.exit, 0) << dropped.err;
-  EXPECT_NE(dropped.err.find("without saving the substrate data? Yes."), std::string::npos);
-}
 
 /// Changes bytes of the database; `change` gets its table of panes.
 template <class Change>
@@ -130,35 +84,6 @@ TEST_F(CliTest, APasswordCanBeGiven) {
   }
 }
 
-/// Adds a table to the catalogue whose rows are in another database.
-void link(const std::string& database, const char* name) {
-  const auto connection = store::Connection::openFile(database);
-  const auto objects = connection->database().table("MSysObjects");
-  objects->insert(store::jet::systemRow(*objects, {{"Id", -2147483000},
-                                                   {"ParentId", store::jet::kTablesContainer},
-                                                   {"Name", name},
-                                                   {"Type", 6},
-                                                   {"Flags", 2097152},
-                                                   {"Database", "C:\\data\\shared.mdb"},
-                                                   {"ForeignName", "Origin"}}));
-}
-
-TEST_F(CliTest, LinkedTablesAreNamedAsSuch) {
-  orv("new db.mdb");
-  link((folder.path() / "db.mdb").string(), "Remarks");
-  const Ended info = orv("info db.mdb");
-  EXPECT_NE(info.out.find("Remarks (in C:\\data\\shared.mdb)"), std::string::npos) << info.out;
-  const Ended read = orv("sql db.mdb \"SELECT * FROM Remarks\"");
-  EXPECT_NE(read.exit, 0);
-  EXPECT_NE(read.err.find("linked table: its rows are in table 'Origin' of 'C:\\data\\shared.mdb'"),
-            std::string::npos)
-      << read.err;
-  { store::Connection::create((folder.path() / "front.mdb").string()); }
-  link((folder.path() / "front.mdb").string(), "ORVdata_version");
-  const Ended list = orv("list front.mdb");
-  EXPECT_NE(list.err.find("Open that database instead"), std::string::npos) << list.err;
-}
-
 TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   ORV_NEEDS_CORPUS();
   copyFromCorpus("glazing.mdb");
@@ -189,44 +114,6 @@ TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   const Ended refused = orv("copy glazing.mdb orvdata-2.0.1.mdb");
   EXPECT_EQ(refused.exit, 2);
   EXPECT_NE(refused.err.find("version 3 or higher"), std::string::npos);
-}
-
-TEST_F(CliTest, OptionsThatNothingUsesAreRefused) {
-  makeDatabase();
-  for (const char* arguments :
-       {"list db.mdb --text panes", "copy db.mdb db.mdb --text panes --group G",
-        "show db.mdb 1 --set frames --angle 0", "show db.mdb 1 --set shadings --direction 1",
-        "compact db.mdb new.mdb --force"}) {
-    EXPECT_EQ(orv(arguments).exit, 2) << arguments;
-  }
-  ORV_NEEDS_CORPUS();
-  copyFromCorpus("glazing.mdb");
-  const Ended refused = orv("copy glazing.mdb db.mdb --group G");
-  EXPECT_EQ(refused.exit, 2);
-  EXPECT_EQ(refused.err, "orv: The panes of the IGDB go into the group IGDB: leave --group out.\n");
-  const Ended told = orv("copy glazing.mdb a.txt db.mdb --group G");
-  EXPECT_EQ(told.exit, 0) << told.err;
-  EXPECT_NE(told.err.find("orv: The panes of the IGDB go into the group IGDB; G is for the "
-                          "others.\n"),
-            std::string::npos)
-      << told.err;
-}
-
-TEST_F(CliTest, IdentifiersOfFilesAreTextsAndJsonIsJson) {
-  folder.write("0012", paneText());
-  folder.write("caf\xE9", paneText());
-  const Ended list = orv("list . --format json");
-  EXPECT_EQ(list.out.substr(0, 17), "[\n  {\"id\": \"0012\"");
-  EXPECT_NE(list.out.find("{\"id\": \"caf\xEF\xBF\xBD\""), std::string::npos) << list.out;
-  const Ended show = orv("show . 0012 --format json");
-  for (const char* line :
-       {"{\"field\": \"thickness\", \"value\": 3, \"unit\": \"mm\"}",
-        "{\"field\": \"hidden\", \"value\": false, \"unit\": \"\"}",
-        "{\"field\": \"emissivity front\", \"value\": 0.84, \"unit\": \"\"}",
-        "{\"field\": \"name\", \"value\": \"0012\", \"unit\": \"\"}",
-        "{\"field\": \"IGDB checksum date\", \"value\": null, \"unit\": \"\"}"}) {
-    EXPECT_NE(show.out.find(line), std::string::npos) << line << show.out;
-  }
 }
 
 }  // namespace

@@ -1,16 +1,20 @@
 // Calls of the program with all that they write, as the files of `transcripts` show them.
 //
 // Behind "$ " stands a line for the shell. Its folder has a database db.mdb, the files a.txt and
-// b.txt of the panes in it, and the examples. Below it stand the standard output, the standard
-// error with "! " before each line, and the exit status in brackets, where it is not 0; "FOLDER"
-// stands for the folder.
+// b.txt of the panes in it, the examples, and of the databases full.mdb, old.mdb (of
+// version 2.0.1), glazing.mdb, optics5.mdb and linked.mdb and front.mdb (with linked tables) those
+// that the transcript names. Below it stand the standard output, the standard error with "! "
+// before each line, and the exit status in brackets, where it is not 0; "FOLDER" stands for the
+// folder.
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <sstream>
 
 #include "cli/CliTest.h"
+#include "database/SourceDatabases.h"
+#include "store/jet/catalog/CatalogWriter.h"
+#include "support/EncodedFile.h"
 
 namespace orv::test {
 namespace {
@@ -25,6 +29,18 @@ std::vector<std::string> filesWith(const std::string& extension) {
   return names;
 }
 
+/// Adds a table to the catalogue whose rows are in another database.
+void link(const store::Connection& connection, const char* name, const char* database) {
+  const auto objects = connection.database().table("MSysObjects");
+  objects->insert(store::jet::systemRow(*objects, {{"Id", -2147483000},
+                                                   {"ParentId", store::jet::kTablesContainer},
+                                                   {"Name", name},
+                                                   {"Type", 6},
+                                                   {"Flags", 2097152},
+                                                   {"Database", database},
+                                                   {"ForeignName", "Origin"}}));
+}
+
 class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std::string> {
  protected:
   void SetUp() override {
@@ -32,6 +48,26 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
     std::filesystem::create_directory_symlink(ORV_SOURCE_DIR "/examples",
                                               folder.path() / "examples");
     makeDatabase();
+  }
+
+  /// Makes the databases that a text names, but for db.mdb.
+  void makeSources(const std::string& text) const {
+    const auto isNamed = [&](const char* name) { return text.find(name) != std::string::npos; };
+    if (isNamed("full.mdb") || isNamed("old.mdb")) {
+      makeVersion2Of(*makeFullDatabase(folder / "full.mdb"), folder / "old.mdb");
+    }
+    if (isNamed("optics5.mdb")) makeGlazingDatabase(folder / "optics5.mdb");
+    if (isNamed("glazing.mdb")) {
+      makeGlazingDatabase(folder / "glazing.mdb");
+      setPassword(folder / "glazing.mdb", commands::kIgdbPassword);
+    }
+    if (isNamed("linked.mdb")) {
+      const auto dc = database::CreateEmptyDatabase(folder / "linked.mdb");
+      link(*dc, "Remarks", "C:\\data\\shared.mdb");
+    }
+    if (isNamed("front.mdb")) {
+      link(*store::Connection::create(folder / "front.mdb"), "ORVdata_version", "back.mdb");
+    }
   }
 
   std::string withoutFolder(std::string text) const {
@@ -54,11 +90,11 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
 };
 
 TEST_P(TranscriptTest, IsWhatTheProgramWrites) {
-  std::ifstream file(kTranscripts / (GetParam() + ".txt"));
-  std::string shown;
+  const std::string shown = readFile(kTranscripts / (GetParam() + ".txt"));
+  makeSources(shown);
+  std::istringstream lines(shown);
   std::string written;
-  for (std::string line; std::getline(file, line);) {
-    shown += line + "\n";
+  for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("$ ")) written += line + "\n" + given(line.substr(2));
   }
   EXPECT_EQ(written, shown);
@@ -71,8 +107,10 @@ INSTANTIATE_TEST_SUITE_P(All, TranscriptTest, ::testing::ValuesIn(filesWith(".tx
 class RefusalTest : public TranscriptTest {};
 
 TEST_P(RefusalTest, IsToldAndNothingIsWritten) {
-  std::ifstream file(kTranscripts / (GetParam() + ".tsv"));
-  for (std::string line; std::getline(file, line);) {
+  const std::string shown = readFile(kTranscripts / (GetParam() + ".tsv"));
+  makeSources(shown);
+  std::istringstream lines(shown);
+  for (std::string line; std::getline(lines, line);) {
     const std::string arguments = line.substr(0, line.find('\t'));
     Ended run = orv(arguments);
     if (const auto advice = run.err.find("Run with --help"); advice != std::string::npos) {

@@ -72,21 +72,5 @@ TEST_F(DeleteTest, AFailureCanBeRetriedIgnoredOrEndTheWork) {
   EXPECT_EQ(commands::recordIdentifiers(*panes_), std::vector<std::string>{"3"});
 }
 
-TEST_F(DeleteTest, FramesAndShadingsGoFromTheirTables) {
-  FrameDataClass frame;
-  frame.name("frame");
-  session.database.InsertFrame(frame, *database_->ADOConnection());
-  ShadingDataClass shading;
-  shading.name("blind");
-  session.database.InsertShading(shading, *database_->ADOConnection());
-  for (const RecordKind kind : {RecordKind::frames, RecordKind::shadings}) {
-    ui.answers = {Answer::yes};
-    const auto node = recordSet(database_, kind);
-    EXPECT_EQ(commands::deleteRecords(session, select(node, {"1"}), node).deleted, 1);
-    EXPECT_EQ(commands::countRecords(*node), 0);
-  }
-  EXPECT_EQ(commands::countRecords(*panes_), 3);
-}
-
 }  // namespace
 }  // namespace orv::test

@@ -221,18 +221,6 @@ TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {
   EXPECT_EQ(stored(), "1|0|0.13|0.14|0.12|0.15|0.22");
 }
 
-TEST_F(IntegrateTest, ASpectrumOfSeveralAnglesThatCannotBeToldApartHasNoValues) {
-  ORV_NEEDS_CORPUS();
-  for (const auto& row : integrate(recordSet(foreign("orvdata-2.0.1.mdb"), RecordKind::panes))) {
-    const bool hasTwoAngles = row.identifier == "5";
-    EXPECT_EQ(row.integration["Tf_vis"].has_value(), !hasTwoAngles) << row.identifier;
-    if (!hasTwoAngles) continue;
-    EXPECT_FALSE(row.isWhole());
-    EXPECT_EQ(row.note(),
-              "the spectrum is of several angles, which the source does not tell apart");
-  }
-}
-
 /// Makers compute by NFRC 300, some with a newer table of the sun. One product is there twice under
 /// one name; a blind and the table of expected values are no panes.
 TEST_F(IntegrateTest, ProductsOfMakersKeepValuesThatTheirSpectraHave) {

@@ -1,6 +1,8 @@
 // A user interface that keeps what it is shown and gives the answers that a test prepared.
 #pragma once
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <deque>
@@ -38,6 +40,11 @@ class RecordingUi : public commands::UserInterface {
 
   commands::Answer ask(const commands::Question& question) override {
     log.push_back("question (" + question.title + "): " + question.text);
+    if (tellsAll) {
+      log.back() += fmt::format(" {{buttons {}, by itself {}, details \"{}\"}}",
+                                static_cast<int>(question.buttons),
+                                static_cast<int>(question.defaultAnswer), question.details);
+    }
     if (answers.empty()) {
       ADD_FAILURE() << "unexpected question: " << question.text;
       return commands::Answer::no;
@@ -49,6 +56,10 @@ class RecordingUi : public commands::UserInterface {
 
   std::string input(const commands::InputRequest& request) override {
     log.push_back("input (" + request.title + "): " + request.prompt + " [" + request.preset + "]");
+    if (tellsAll) {
+      log.back() += fmt::format(" {{help \"{}\", {}, choices {}}}", request.help,
+                                request.isSecret ? "secret" : "seen", request.choices);
+    }
     if (inputs.empty()) {
       ADD_FAILURE() << "unexpected input: " << request.prompt;
       return {};
@@ -58,6 +69,7 @@ class RecordingUi : public commands::UserInterface {
     return text;
   }
 
+  bool tellsAll = false;  ///< whether the log has all of a question
   std::vector<std::string> log;
   std::vector<std::pair<int, int>> steps;
   std::deque<commands::Answer> answers;

@@ -1,9 +1,5 @@
 // What a copy leaves out or refuses, and that it says so.
-#include <gmock/gmock.h>
-
 #include "commands/CommandsTest.h"
-#include "commands/ExportRecords.h"
-#include "commands/IntegrateRecords.h"
 #include "commands/RecordReader.h"
 #include "model/Raised.h"
 
@@ -43,53 +39,6 @@ class WholeCopyTest : public CommandsTest {
 
   Node to = newDatabase("to.mdb");
 };
-
-TEST_F(WholeCopyTest, EachDirectionIsReadByItselfAndTheFirstIsCopied) {
-  const auto from = newDatabase("from.mdb");
-  auto& dc = *from->ADOConnection();
-  insert(makePane("pane"), from);
-  setAll(dc, "Pane_spectral_data", "direction", 2);
-  for (const double wavelength : {300.0, 700.0}) {
-    addRow(dc, "Pane_spectral_data",
-           {{"PaneID", 1},
-            {"angle", 0},
-            {"direction", 1},
-            {"wavelength", wavelength},
-            {"transmission_outdoor", 0.25},
-            {"reflection_outdoor", 0.125},
-            {"reflection_indoor", 0.0625},
-            {"transmission_sub", 0},
-            {"reflection_sub", 0}});
-  }
-  const RecordReader reader(session, recordSet(from, RecordKind::panes));
-  EXPECT_EQ(reader.directions("1", 0), (std::vector<std::int32_t>{1, 2}));
-  EXPECT_EQ(reader.pane("1", 0)->ORV_Direction(), 1) << "the first";
-  const auto sets = reader.dataSets("1");
-  ASSERT_EQ(sets.size(), 2U);
-  EXPECT_EQ(sets[0]->SpectralData()->count(), 2);
-  EXPECT_EQ(sets[1]->ORV_Direction(), 2);
-  EXPECT_EQ(sets[1]->SpectralData()->count(), 5);
-
-  const PasteResult result = copyAll(from);
-  EXPECT_EQ(result.copied, 1) << lastFailure();
-  EXPECT_EQ(written("SELECT wavelength, transmission_outdoor FROM Pane_spectral_data ORDER BY "
-                    "wavelength"),
-            "300|0.25 700|0.25");
-  EXPECT_EQ(linesOf(result.notes),
-            Lines{"of the spectra of the directions 1, 2 at 0 degrees only that of direction 1 is "
-                  "copied: pane"});
-  const auto panes = recordSet(from, RecordKind::panes);
-  commands::integrateRecords(session, selectAll(panes), {}, [](const auto& row) {
-    EXPECT_THAT(row.note(), ::testing::EndsWith("; without the spectrum of direction 2"));
-  });
-  for (const auto form : {commands::ExportForm::text, commands::ExportForm::csv}) {
-    const auto joined = commands::exportJoined(session, selectAll(panes), form);
-    EXPECT_EQ(linesOf(joined.notKept).front(), "spectrum of direction 2 at 0 degrees: pane");
-  }
-  const std::string folderName = (folder.path() / "out").string();
-  const auto files = commands::exportRecords(session, selectAll(panes), {folderName});
-  EXPECT_EQ(linesOf(files.notKept).front(), "spectrum of direction 2 at 0 degrees: pane");
-}
 
 TEST_F(WholeCopyTest, AnAngleThatIsNoWholeNumberIsRefusedByName) {
   const auto from = changedDatabase("from.mdb", [](store::TableInfo& table) {
@@ -186,39 +135,6 @@ TEST_F(WholeCopyTest, APaneWhoseSubstrateWasDroppedIsStoredAsOneWithout) {
   EXPECT_EQ(linesOf(result.notes), Lines{"copied without the data of the substrate: pane"});
 }
 
-TEST_F(WholeCopyTest, ARefusedPaneLeavesNothingAndIsCopiedOnceItIsRight) {
-  const auto files = texts(TextFileKind::panes,
-                           {{"a.txt", "SI Nanometers 3 1\n500 0.8 0.1 0.1\n600 0.7 1.25 0.1\n"}});
-  EXPECT_EQ(copyAll(files).failed, 1);
-  EXPECT_EQ(
-      lastFailure(),
-      "failure (ORV database manager): The record a.txt could not be copied: \nThe spectral "
-      "data of this pane is invalid. The values may be unphysical.\npoint 2, 600 nm: the "
-      "front reflectance is 1.25, not from 0 to 1\nIf this is a text file, check its format.");
-  expectEmpty();
-  folder.write("a.txt", "SI Nanometers 3 1\n500 0.8 0.1 0.1\n600 0.7 0.125 0.1\n");
-  EXPECT_EQ(copyAll(files).copied, 1);
-  EXPECT_EQ(written("SELECT reflection_outdoor FROM Pane_spectral_data WHERE wavelength = 600"),
-            "0.125");
-
-  folder.write("a.txt", "SI Nanometers 3 1\n500 0.8 0.1 0.1\n600 0.7 1.25 0.1\n");
-  copyAll(files);
-  EXPECT_NE(lastFailure().find("A record with this name (a.txt) already exists."),
-            std::string::npos)
-      << "that comes first";
-}
-
-TEST_F(WholeCopyTest, APaneOfMorePointsThanCanBeReadIsRefused) {
-  std::string text = "SI Nanometers 3 1\n";
-  for (int i = 0; i < 32768; ++i) text += std::to_string(300 + i) + " 0.5 0.1 0.2\n";
-  const auto files = texts(TextFileKind::panes, {{"long.txt", text}});
-  EXPECT_EQ(copyAll(files).failed, 1);
-  EXPECT_NE(lastFailure().find("The spectrum has 32768 points; 32767 is the most"),
-            std::string::npos)
-      << lastFailure();
-  expectEmpty();
-}
-
 TEST_F(WholeCopyTest, EachFailureNamesThePaneAndTheAngle) {
   const auto from = newDatabase("from.mdb");
   for (const std::int16_t angle : {0, 30, 60}) insert(makePane("pane", angle), from);
@@ -242,23 +158,6 @@ TEST_F(WholeCopyTest, EachFailureNamesThePaneAndTheAngle) {
   EXPECT_EQ(messages()[3], conflict("60"));
 }
 
-TEST_F(WholeCopyTest, WhatIsNotThereIsNamed) {
-  const auto from = newDatabase("from.mdb");
-  addRow(*from->ADOConnection(), "Pane", {{"name", "bare"}});
-  const auto panes = recordSet(from, RecordKind::panes);
-  const auto result = commands::pasteRecords(session, select(panes, {"1", "7"}), to);
-  EXPECT_EQ(result.withoutData, 1);
-  EXPECT_EQ(result.failed, 1);
-  const std::string ending = "\nIf this is a text file, check its format.";
-  EXPECT_EQ(messages(), (Lines{"failure (ORV database manager): The record 1 could not be copied: "
-                               "\nThe pane has data at no angle of incidence: there is nothing to "
-                               "copy." +
-                                   ending,
-                               "failure (ORV database manager): The record 7 could not be copied: "
-                               "\nThis record was not found in its data source." +
-                                   ending}));
-}
-
 TEST_F(WholeCopyTest, AnErrorWhileTheWorkIsCountedNamesTheRecord) {
   const auto from = newDatabase("from.mdb");
   insert(makePane("good"), from);
@@ -269,56 +168,6 @@ TEST_F(WholeCopyTest, AnErrorWhileTheWorkIsCountedNamesTheRecord) {
       << raised.description;
   EXPECT_TRUE(raised.description.ends_with(" Nothing was copied.")) << raised.description;
   expectEmpty();
-}
-
-TEST_F(WholeCopyTest, WhatTheSchemaHasNoPlaceForIsTold) {
-  const auto from = newDatabase("from.mdb");
-  insert(withSubstrate(makePane("pane")), from);
-  setAll(*from->ADOConnection(), "Pane", "Ra", 3);
-  EXPECT_EQ(linesOf(copyAll(from).notKept),
-            (Lines{"Ra: pane",
-                   "reflectance of the substrate (its transmittance takes its place): pane"}));
-  FrameDataClass frame;
-  frame.name("frame");
-  session.database.InsertFrame(frame, *from->ADOConnection());
-  setAll(*from->ADOConnection(), "Frame", "product_name", "Oak 68");
-  EXPECT_EQ(linesOf(copyAll(from, RecordKind::frames).notKept), Lines{"product name: frame"});
-
-  const auto files =
-      texts(TextFileKind::panes,
-            {{"a.txt",
-              "SI Microns 3 1\n{ Type: Coated }{ Material: N/A }{ Coating Name: Silver }{ NFRC "
-              "ID: 77 }{ Appearance: blue }{ Description: told }\n0.5 0.8 0.1 0.1\n"},
-             {"b.txt", paneText()},
-             {"c.txt", "SI Microns 3 1\nEmis= 0.84\n0.5 0.8 0.1 0.1\n"}});
-  const PasteResult result = copyAll(files);
-  EXPECT_EQ(linesOf(result.notKept), (Lines{"appearance: a.txt", "type: a.txt, b.txt",
-                                            "coating name: a.txt", "NFRC id: a.txt"}));
-  EXPECT_TRUE(result.notes.list().empty());
-  EXPECT_EQ(linesOf(result.zeros),
-            (Lines{"integrated values: a.txt, b.txt, c.txt", "emissivities: a.txt"}));
-  EXPECT_EQ(result.zeros.counts(), "integrated values (3), emissivities (1)");
-  EXPECT_EQ(result.zeros.list()[0].line(1), "integrated values: a.txt and 2 more");
-}
-
-TEST_F(WholeCopyTest, WhatIsDoubtfulIsTold) {
-  const std::string start = "SI Nanometers 3 1\nEmis= 0.84 0.84\n";
-  const auto files = texts(
-      TextFileKind::panes,
-      {{"back.txt", start + "500 0.875 0.125 0.1275\n"},
-       {"front.txt", start + "500 0.875 0.1275 0.125\n"},
-       {"right.txt", start + "{ Angle of Incidence: 90 }\n500 0.875 0.125 0.125\n"},
-       {"steep.txt", start + "{ Angle of Incidence: 91 }\n500 0.875 0.12505 0.125\n"},
-       {"twice.txt", start + "500 0.5 0.125 0.125\n600 0.5 0.1 0.1\n500 0.25 0.125 0.125\n"}});
-  EXPECT_EQ(linesOf(copyAll(files).notes),
-            (Lines{"transmittance and reflectance add up to more than 1: back.txt, front.txt",
-                   "91 degrees are no angle of incidence: steep.txt",
-                   "a wavelength occurs twice: twice.txt"}));
-  const auto blinds = texts(
-      TextFileKind::shadings,
-      {{"coated.txt", "{ Units: Nanometers }{ Coated Side: Front }\n300 0 0 0 0 0 0 0 0\n"},
-       {"unknown.txt", "{ Units: Nanometers }{ Coated Side: Unknown }\n300 0 0 0 0 0 0 0 0\n"}});
-  EXPECT_EQ(linesOf(copyAll(blinds, RecordKind::shadings).notKept), Lines{"coated side: coated"});
 }
 
 TEST_F(WholeCopyTest, APictureThatIsATextIsKept) {
@@ -361,33 +210,6 @@ TEST_F(WholeCopyTest, IntegratedColumnsOfAShadingAreFoundWhateverTheirCase) {
   EXPECT_EQ(copyAll(from, RecordKind::shadings).copied, 1) << lastFailure();
   EXPECT_EQ(written("SELECT Angle, Reflection_Solar_Outdoor FROM Shading_integrated_data_temp"),
             "45|0.375");
-}
-
-TEST_F(WholeCopyTest, TheFilesThatATextNamesAreReadWithIt) {
-  const std::string substrate = "SI Microns 4 1\n0.5 0.9 0.05 0.05\n0.6 0.85 0.04 0.04\n";
-  const auto coated = [](const std::string& named) {
-    return "SI Microns 4 1\n{ Substrate Filename: " + named +
-           " }\n0.5 0.7 0.1 0.2\n0.6 0.6 0.15 0.25\n";
-  };
-  folder.write("clear.txt", substrate);
-  const auto files = texts(TextFileKind::panes, {{"coated.txt", coated("CLEAR.TXT")},
-                                                 {"lost.txt", coated("gone.txt")},
-                                                 {"ring.txt", coated("ring2.txt")}});
-  folder.write("ring2.txt", coated("ring.txt"));
-  const PasteResult result = copyAll(files);
-  EXPECT_EQ(result.copied, 3) << lastFailure();
-  EXPECT_EQ(written("SELECT p.name, p.with_and_without_film, s.transmission_sub, s.reflection_sub "
-                    "FROM Pane AS p INNER JOIN Pane_spectral_data AS s ON p.PaneID = s.PaneID "
-                    "WHERE s.wavelength > 550 ORDER BY p.name"),
-            "coated.txt|True|0.85|0.04 lost.txt|False|0|0 ring.txt|False|0|0");
-  const Lines notes = linesOf(result.notes);
-  EXPECT_EQ(notes[0],
-            "copied without the files that it names: There is no file 'gone.txt' in the "
-            "folder '" +
-                folder.path().string() + "'. The file 'lost.txt' names it: lost.txt");
-  EXPECT_EQ(notes[1],
-            "copied without the files that it names: These files refer to each other in "
-            "a circle: ring.txt, ring2.txt, ring.txt: ring.txt");
 }
 
 }  // namespace

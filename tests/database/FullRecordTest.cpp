@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "database/DatabaseErrors.h"
-#include "database/TestDatabase.h"
+#include "database/SourceDatabases.h"
 #include "model/Raised.h"
-#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
@@ -41,38 +40,6 @@ class FullRecordTest : public DatabaseTest {
       database::CreateEmptyDatabase((folder.path() / "second.mdb").string());
 };
 
-/// A database of version 2.0.1 with the panes and frames of one of version 3.0.0, as far as it has
-/// columns for them.
-std::shared_ptr<store::Connection> version2Of(store::Connection& dc, const std::string& path) {
-  const std::map<std::string, std::string> names{
-      {"PaneID", "Pane_id"}, {"FrameID", "Frame_id"}, {"FrameTypeID", "material_type"},
-      {"product_name", ""},  {"supplierID", ""},      {"groupID", ""},
-      {"acceptance", ""},    {"direction", ""}};
-  auto old = store::Connection::create(path);
-  for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame"}) {
-    store::TableInfo design{table, {}};
-    FieldValues values;
-    for (store::ColumnInfo column : dc.table(table).columns) {
-      const auto name = names.find(column.name);
-      if (name != names.end() && name->second.empty()) continue;
-      values.emplace_back(column.name, store::Value());
-      if (name != names.end()) column.name = name->second;
-      if (column.name == "material_type") column = {.name = column.name, .size = 20};
-      column.autoNumber = false;
-      design.columns.push_back(column);
-    }
-    old->createTable(design);
-    for (auto rows = dc.openRecordset(table); !rows->eof(); rows->moveNext()) {
-      FieldValues row;
-      for (std::size_t i = 0; i < values.size(); ++i) {
-        row.emplace_back(design.columns[i].name, rows->value(values[i].first));
-      }
-      addRow(*old, table, row);
-    }
-  }
-  return old;
-}
-
 TEST_F(FullRecordTest, APaneStandsInItsColumnsAndComesBack) {
   const auto pane = fullPane();
   pane->SubstrateReference()->SpectralData(spectrumOfTwo(302.5F));
@@ -107,7 +74,7 @@ TEST_F(FullRecordTest, APaneStandsInItsColumnsAndComesBack) {
   insertPane(*back, *second);
   EXPECT_EQ(everyRow(*second), everyRow(*dc));
 
-  const auto old = version2Of(*dc, (folder.path() / "old.mdb").string());
+  const auto old = makeVersion2Of(*dc, (folder.path() / "old.mdb").string());
   EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_20(1, *old), (std::vector<std::int16_t>{37, 60}));
   for (const auto& [id, name] : {std::pair{1, ""}, std::pair{0, "file \"ä\".dat"}}) {
     const auto ofVersion2 = database.RetrievePaneORV_20(*old, id, name, 60, 0);
@@ -140,7 +107,7 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
   database.InsertFrame(*back, *second);
   EXPECT_EQ(everyRow(*second), everyRow(*dc));
 
-  const auto old = version2Of(*dc, (folder.path() / "old.mdb").string());
+  const auto old = makeVersion2Of(*dc, (folder.path() / "old.mdb").string());
   const auto ofVersion2 = database.RetrieveFrameORV_20(*old, 1, "");
   EXPECT_EQ(whole(*ofVersion2), whole(*database.RetrieveFrameORV_20(*old, 0, "frame")));
   EXPECT_EQ(raisedBy([&] { database.RetrieveFrameORV_20(*old, 0, ""); }).number,

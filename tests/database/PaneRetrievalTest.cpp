@@ -1,5 +1,5 @@
 #include "database/DatabaseErrors.h"
-#include "database/GlazingDatabase.h"
+#include "database/SourceDatabases.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "support/FullRecords.h"
@@ -58,38 +58,7 @@ TEST_F(PaneRetrievalTest, AnglesComeInTableOrder) {
 }
 
 TEST_F(PaneRetrievalTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
-  const auto igdb = makeGlazingDatabase((folder.path() / "igdb.mdb").string(),
-                                        {{{"GlazingID", 3},
-                                          {"FileName", "CLEAR.DAT"},
-                                          {"Type", "Monolithic"},
-                                          {"ProductName", "Clear ®"},
-                                          {"Manufacturer", "Maker 3"},
-                                          {"Acceptance", "#"},
-                                          {"Substrate_FileName", "N/A"},
-                                          {"Thickness", 4.5},
-                                          {"Conductivity", 1.25},
-                                          {"ef", 0.84},
-                                          {"eb", 0.75},
-                                          {"TIR", 0.125},
-                                          {"Precalc_Rfsol", 0.1},
-                                          {"Precalc_Rbsol", 0.2},
-                                          {"Precalc_Tsol", 0.3},
-                                          {"Precalc_Rfvis", 0.4},
-                                          {"Precalc_Rbvis", 0.5},
-                                          {"Precalc_Tvis", 0.6},
-                                          {"Precalc_Tuv", 0.7}},
-                                         {{"GlazingID", 4},
-                                          {"FileName", "COATED.DAT"},
-                                          {"Type", "COATED"},
-                                          {"Substrate_FileName", "clear.dat"}},
-                                         {{"GlazingID", 5},
-                                          {"FileName", "film.dat"},
-                                          {"Type", "Applied film"},
-                                          {"Substrate_FileName", "gone.dat"}},
-                                         {{"GlazingID", 6},
-                                          {"FileName", "stack.dat"},
-                                          {"Type", "laminate"},
-                                          {"Substrate_FileName", "Unknown"}}});
+  const auto igdb = makeGlazingDatabase((folder.path() / "igdb.mdb").string());
   const auto told = [&](const char* name) {
     std::string text = whole(*database.RetrievePaneIGDB(*igdb, name));
     std::replace(text.begin(), text.end(), '\n', '|');
