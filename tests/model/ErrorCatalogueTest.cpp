@@ -62,21 +62,6 @@ TEST(ErrorCatalogue, ComposesTheTextsOfAllNumbers) {
   }
 }
 
-TEST(ErrorCatalogue, RefusesAValueThatCannotBeShown) {
-  const auto raised = test::raisedBy([] { DescribeError(1001, nullptr); });
-  EXPECT_EQ(raised.number, 1000);
-  EXPECT_EQ(raised.description, "Invalid parameter into ASSERT");
-}
-
-TEST(ErrorCatalogue, RaisesOnlyWhenTheConditionFails) {
-  EXPECT_NO_THROW(RaiseUnless(true, 1001, nullptr));
-  EXPECT_NO_THROW(Assert(true));
-  const auto raised = test::raisedBy([] { RaiseUnless(false, 1013, "x", "TIR"); });
-  EXPECT_EQ(raised.number, 1013);
-  EXPECT_EQ(raised.description, "TIR:  'x' is not a number.  Expected a number");
-  EXPECT_EQ(test::raisedBy([] { Assert(false); }).number, kInvalidCall);
-}
-
 }  // namespace
 
 }  // namespace orv

@@ -55,18 +55,6 @@ TEST(BadInputTest, PublishedValuesAreFractions) {
   }
 }
 
-TEST(BadInputTest, InAListThePlaceBeginsWithTheProduct) {
-  const ProductFile file("[" + productWith("4.5", "true") + "]", "a.json");
-  EXPECT_EQ(raisedBy([&] { file.product("/0"); }).place,
-            "a.json, /0/measured_data/thickness: true");
-  for (const char* pointer : {"/1", "/-1", "/0/name", "/x", ""}) {
-    EXPECT_EQ(raisedBy([&] { file.product(pointer); }).number, kInvalidCall) << pointer;
-  }
-  const auto unknown = raisedBy([&] { file.angles("/1"); });
-  EXPECT_EQ(unknown.description, "There is no such product in this file");
-  EXPECT_EQ(unknown.place, "a.json, /1");
-}
-
 TEST(BadInputTest, FilesThatCannotBeReadAndDataThatAreNotThereAreRefused) {
   const Folder folder;
   const auto path = [&](const char* name) { return folder.path() / name; };

@@ -118,15 +118,6 @@ Product flatProduct(const std::string& keys) {
       .product("");
 }
 
-TEST(ProductFormsTest, KeysOfOurOwnCountMore) {
-  const auto pane = flatProduct(R"("measured_data": {"emissivity_front": 0.2}, "orv_record":
-      {"emissivity_front": 0.5, "file_date": "2026-01-31T23:59:59"},)")
-                        .pane;
-  EXPECT_EQ(pane->ef(), 0.5F);
-  EXPECT_EQ(pane->FileDate(),
-            std::chrono::local_days(std::chrono::year(2026) / 2 / 1) - std::chrono::seconds(1));
-}
-
 TEST(ProductFormsTest, TellsWhatIsNotGiven) {
   auto product = flatProduct(R"("measured_data": {"tir_back": 0, "emissivity_back": 0},)");
   std::set<std::string> missing = {"freeze",

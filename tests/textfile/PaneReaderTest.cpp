@@ -18,27 +18,6 @@ class PaneReader : public ::testing::Test {
   test::Folder folder_;
 };
 
-TEST_F(PaneReader, ReadsUnits) {
-  struct Case {
-    const char* words;
-    std::int32_t unit;
-    std::int32_t wavelengthUnit;
-  };
-  const Case cases[] = {{"SI Micron", kSI, kMicrons},
-                        {"IP Nanometer", kIP, kNanometers},
-                        {"SI nanometers", kSI, kNanometers}};
-  for (const Case& c : cases) {
-    const auto pane = parse(std::string(c.words) + " 3 1\n300 0.8 0.1 0.1\n");
-    EXPECT_EQ(pane->unit(), c.unit) << c.words;
-    EXPECT_TRUE(pane->use_estimation() && !pane->single_layer());
-    EXPECT_EQ(pane->SpectralData()->WavelengthUnit(), c.wavelengthUnit) << c.words;
-  }
-}
-
-TEST_F(PaneReader, ReadsTheAcceptanceOfTheNfrc) {
-  EXPECT_EQ(parse("NFRC accepted 2001\n#\nSI Microns 3 1\n0.3 0.8\n")->Acceptance(), "#");
-}
-
 TEST_F(PaneReader, CarriesValuesOverFromTheLineBefore) {
   const auto pane = parse(
       "SI Microns 3 1\n"

@@ -82,23 +82,6 @@ TEST_F(PaneWriter, WritesTheExactLayout) {
             "\r\n");
 }
 
-TEST_F(PaneWriter, LeavesOutWhatIsNotSet) {
-  const auto pane = coatedPane();
-  pane->ResetEb();
-  pane->eb_source(kMaterialSource);
-  pane->NFRC_id(-1);
-  pane->ClearStructures();
-  const std::string front = written(*pane);
-  EXPECT_NE(front.find("{ Emissivity, front } Emis= 0.84\r\n{ }\r\n"), std::string::npos);
-  EXPECT_NE(front.find("{ NFRC ID:  }"), std::string::npos);
-  EXPECT_NE(front.find("{ Structure:  }"), std::string::npos);
-  pane->ResetEf();
-  pane->ef_source(kMaterialSource);
-  EXPECT_NE(written(*pane).find("TIR=0\r\n{ }\r\n"), std::string::npos);
-  pane->WavelengthUnit(9);
-  EXPECT_TRUE(written(*pane).starts_with("{ Units, Wavelength Units } SI Wavenumber\r\n"));
-}
-
 TEST_F(PaneWriter, WithAllEntriesAddsWhatTheLayoutLeavesOutAndReadsBack) {
   const auto pane = coatedPane();
   GlazingData& p = *pane;
