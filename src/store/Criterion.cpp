@@ -5,6 +5,7 @@
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/page/Text.h"
+#include "store/sql/functions/DateText.h"
 
 namespace orv::store {
 namespace {
@@ -70,7 +71,7 @@ class Reader {
       if (!rest_.empty()) {
         raiseSyntax(text_, "something follows the value; an apostrophe within it must be doubled");
       }
-      return text;
+      return first == '#' ? dateIn(text) : Value(text);
     }
     while (rest_.back() == ' ' || rest_.back() == '\t') {
       rest_.remove_suffix(1);
@@ -87,6 +88,12 @@ class Reader {
   }
 
  private:
+  Value dateIn(const std::string& text) const {
+    const auto days = sql::parseDate(text);
+    if (!days) raiseSyntax(text_, "#" + text + "# is no date");
+    return Date{*days};
+  }
+
   void skipBlanks() {
     while (!rest_.empty() && (rest_.front() == ' ' || rest_.front() == '\t')) {
       rest_.remove_prefix(1);

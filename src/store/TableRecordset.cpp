@@ -83,12 +83,12 @@ void TableRecordset::standAtEnd() {
 
 bool TableRecordset::eof() const {
   needOpen();
-  return atEnd_ && !(edit_ && edit_->isNew);
+  return atEnd_ && !isAdding();
 }
 
 bool TableRecordset::bof() const {
   needOpen();
-  return beforeFirst_ || (atEnd_ && !rows_.at(0));
+  return !isAdding() && (beforeFirst_ || (atEnd_ && !rows_.at(0)));
 }
 
 void TableRecordset::moveLast() {
@@ -380,7 +380,7 @@ void TableRecordset::cancelUpdate() {
 
 void TableRecordset::deleteRow() {
   needUpdatable();
-  if (edit_ && edit_->isNew) {
+  if (isAdding()) {
     return cancelUpdate();
   }
   edit_.reset();

@@ -61,6 +61,7 @@ class TableRecordset final : public RecordsetBase {
   bool standOnRow(jet::RowId row, std::optional<std::size_t> position);
   void standAtEnd();
   void saveEdit();
+  bool isAdding() const { return edit_ && edit_->isNew; }
   void needUpdatable() const;
   std::vector<Value> currentValues() const;
   Value firstValue(const jet::Column& column) const;

@@ -161,6 +161,7 @@ Decimal Decimal::fromText(const std::string& text, std::uint8_t precision, std::
   if (digits.size() - leading > precision || digits.size() - leading > 38) {
     throw Error(kOverflow, "Overflow");
   }
+  decimal.negative = decimal.negative && leading < digits.size();
   for (char c : digits) {
     unsigned add = static_cast<unsigned>(c - '0');
     for (std::size_t i = decimal.magnitude.size(); i-- > 0;) {

@@ -23,11 +23,11 @@ Waiting::~Waiting() {
   if (currentWaiter != nullptr) currentWaiter->done();
 }
 
-bool Waiting::goesOn(const std::string& holder) {
+bool Waiting::goesOn(const std::function<std::string()>& holder) {
   if (currentWaiter == nullptr) return true;
   if (!isTold_) ++waitingsTold;
   isTold_ = true;
-  return currentWaiter->wait(holder);
+  return currentWaiter->wait(holder());
 }
 
 bool Waiting::isUnderWay() {

@@ -1,6 +1,7 @@
 // What is done while another program holds a file.
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace orv::store {
@@ -31,8 +32,9 @@ class Waiting {
   Waiting(const Waiting&) = delete;
   Waiting& operator=(const Waiting&) = delete;
 
-  /// False when the user does not want to wait any longer.
-  bool goesOn(const std::string& holder);
+  /// False when the user does not want to wait any longer. `holder` is asked where somebody is
+  /// told.
+  bool goesOn(const std::function<std::string()>& holder);
   /// Whether the store is waiting at this moment, and so must not be used.
   static bool isUnderWay();
 

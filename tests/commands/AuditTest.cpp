@@ -204,6 +204,9 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
        with(clear(), &Draft::maker, "unknown").text()},
       {"duplicates 0|spectrum|good1.txt||The spectrum is that of good1.txt (record good1.txt)",
        clear(1).text()},
+      {"duplicates 0|spectrum|good2.txt||The spectrum is, within 0.0001, that of good2.txt (record "
+       "good2.txt)",
+       changed(clear(2), 0, 9999, [](Point& at) { at.T += 1e-4; }).text()},
       {"duplicates 0|spectrum|good2.txt||The spectrum is, within 5e-05, that of good2.txt (record "
        "good2.txt)",
        changed(clear(2), 0, 9999, [](Point& at) { at.T += 5e-5; }).text()},
@@ -268,6 +271,14 @@ Draft spiked(double step) {
   return draft;
 }
 
+/// A few points, the last of which is far off.
+Draft raisedEnd(std::size_t count, double step) {
+  Draft draft = ramp(step);
+  draft.points.resize(count);
+  draft.points.back().T += 0.1;
+  return draft;
+}
+
 /// The first point is far off, but so is the curve behind it.
 Draft bent(double nm) {
   return changed(raised(300, 300, 0.07), nm, 9999, [](Point& at) { at.T += 0.018; });
@@ -302,6 +313,8 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
       {"jump", raised(300, 300, 0.0499), raised(300, 300, 0.0501)},
       {"jump", raised(2500, 2500, -0.0499), raised(2500, 2500, -0.0501)},
       {"jump", spiked(100.5), spiked(100)},
+      {"jump", raisedEnd(5, 101), raisedEnd(5, 100)},
+      {"jump", raisedEnd(4, 50), raisedEnd(5, 50)},
       {"jump", bent(315), raised(300, 300, 0.07)},
       {"jump", bent(320), raised(300, 300, 0.07)},
       {"detector-step", raised(860, 9999, 0.0099), raised(860, 9999, 0.01)},
@@ -343,6 +356,7 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
       {"conductivity", conducting(0.1), conducting(0.09)},
       {"conductivity", conducting(2), conducting(2.1)},
       {"uncoated-low-e", emitting(0.7), emitting(0.69)},
+      {"uncoated-low-e", with(ramp(), &Draft::front, 0.7), with(ramp(), &Draft::front, 0.4)},
       {"emissivity", emitting(1), emitting(1.001)},
       {"exchanged", onFront(0.84, 0.5), onFront(0.84, 0.49)},
       {"exchanged", onFront(0.69, 0.1), onFront(0.7, 0.1)},
@@ -396,6 +410,22 @@ TEST_F(AuditTest, NamesThatOneLetterTellsApartAreNoSlips) {
     ++number;
   }
   EXPECT_THAT(found(files), IsEmpty());
+  EXPECT_THAT(
+      found({{"1", with(clear(11), &Draft::maker, "Glas 7 West").text()},
+             {"2", with(clear(12), &Draft::maker, "Glas7 West").text()},
+             {"3", with(clear(13), &Draft::maker, "Glas.7 West").text()},
+             {"4", with(clear(14), &Draft::maker, "Glas 7 Wust").text()},
+             {"5", with(clear(15), &Draft::maker, "Glas 7 Wes").text()}}),
+      ElementsAre("similar-makers 1", "similar-makers 2", "similar-makers 3", "similar-makers 4"));
+}
+
+TEST_F(AuditTest, SpectraOfAFewPointsAreNoDuplicates) {
+  const auto text = [](std::size_t count) { return raisedEnd(count, 20).text(); };
+  EXPECT_THAT(
+      linesOf(audit(texts(TextFileKind::panes,
+                          {{"4a", text(4)}, {"4b", text(4)}, {"5a", text(5)}, {"5b", text(5)}}),
+                    {.rules = {"duplicates"}})),
+      ElementsAre("duplicates 5b"));
 }
 
 TEST_F(AuditTest, SpectraOfShadingsAreLookedAtToo) {

@@ -134,31 +134,6 @@ class ChangedCopyTest : public CommandsTest {
     }
   }
 
-  static bool isKept(const std::string& column) {
-    static const std::set<std::string> kept{"PaneID",     "FrameID", "Shading_id",
-                                            "Shading_ID", "groupID", "groupnameID",
-                                            "name",       "angle",   "wavelength"};
-    return kept.contains(column);
-  }
-
-  static store::Value other(const store::ColumnInfo& column, const store::Value& value) {
-    using store::ColumnType;
-    switch (column.type) {
-      case ColumnType::boolean:
-        return !value.toBoolean();
-      case ColumnType::integer:
-      case ColumnType::longInteger:
-        return value.isNull() || value.toLong() != 1 ? 1 : 2;
-      case ColumnType::single:
-      case ColumnType::double_:
-        return value.isNull() || value.toDouble() < 0.5 ? 0.625 : 0.03125;
-      case ColumnType::ole:
-        return store::Bytes{7, 8, 9};
-      default:
-        return text(value).substr(0, 3) + "~";
-    }
-  }
-
   /// A database with what others have, and a copy does not bring, or not at once.
   Node strange(const std::string& name) {
     const auto node = newDatabase(name);

@@ -6,6 +6,7 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,33 @@ class CommandsTest : public ::testing::Test {
     for (; !rows->eof(); rows->moveNext()) {
       rows->setValue(column, value);
       rows->update();
+    }
+  }
+
+  /// Whether a column says which record, or which row of it, a row is.
+  static bool isKept(const std::string& column) {
+    static const std::set<std::string> kept{"PaneID",     "FrameID", "Shading_id",
+                                            "Shading_ID", "groupID", "groupnameID",
+                                            "name",       "angle",   "wavelength"};
+    return kept.contains(column);
+  }
+
+  /// Another value for a column.
+  static store::Value other(const store::ColumnInfo& column, const store::Value& value) {
+    using store::ColumnType;
+    switch (column.type) {
+      case ColumnType::boolean:
+        return !value.toBoolean();
+      case ColumnType::integer:
+      case ColumnType::longInteger:
+        return value.isNull() || value.toLong() != 1 ? 1 : 2;
+      case ColumnType::single:
+      case ColumnType::double_:
+        return value.isNull() || value.toDouble() < 0.5 ? 0.625 : 0.03125;
+      case ColumnType::ole:
+        return store::Bytes{7, 8, 9};
+      default:
+        return (value.isNull() ? "" : value.toText().substr(0, 3)) + "~";
     }
   }
 

@@ -2,11 +2,14 @@
 #include <gmock/gmock.h>
 
 #include "commands/CommandsTest.h"
+#include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
 #include "commands/compare/Compare.h"
 #include "database/SourceDatabases.h"
 #include "model/Raised.h"
+#include "support/CaseFile.h"
 #include "support/EncodedFile.h"
+#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
@@ -134,6 +137,51 @@ TEST_F(CompareTest, EachFieldOfAPaneIsToldOnceAndKeysAreNot) {
             "changed|panes|1|2|same|0|integrated values|there|none");
   EXPECT_THAT(compare(a, b), ::testing::Contains(
                                  "changed|panes|1|2|same|0|spectrum|5 points, 300 to 700 nm|none"));
+}
+
+TEST_F(CompareTest, EveryFieldIsToldThatIsAnother) {
+  const auto alterAll = [](const Node& node) {
+    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
+                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
+      auto rows = node->ADOConnection()->openRecordset(
+          table, store::CursorType::keyset, store::LockType::optimistic, store::SourceKind::table);
+      for (; !rows->eof(); rows->moveNext()) {
+        for (std::size_t i = 0; i < rows->fields().size(); ++i) {
+          const auto& column = rows->fields()[i];
+          if (!isKept(column.name)) rows->setValue(i, other(column, rows->value(i)));
+        }
+        rows->update();
+      }
+    }
+  };
+  const auto pane = fullPane();
+  pane->SubstrateReference()->SpectralData(spectrumOfTwo(302.5F));
+  session.database.InsertPane(*pane, *a->ADOConnection());
+  auto frame = fullFrame();
+  session.database.InsertFrame(frame, *a->ADOConnection());
+  auto shading = fullShading();
+  session.database.InsertShading(shading, *a->ADOConnection());
+  b->ADOConnection()->close();
+  std::filesystem::copy_file(folder.path() / "a.mdb", folder.path() / "b.mdb",
+                             std::filesystem::copy_options::overwrite_existing);
+  b = opener.openAny((folder.path() / "b.mdb").string());
+  alterAll(b);
+  const Lines all = compare(a, b);
+  Lines lines = all;
+  for (const RecordKind kind : {RecordKind::panes, RecordKind::shadings}) {
+    const auto files = folder.path() / commands::setName(kind);
+    std::filesystem::create_directory(files);
+    commands::exportRecords(session, selectAll(recordSet(a, kind)), {files, false});
+    for (std::string line : compare(opener.openAny(files.string()), b)) {
+      const auto id = line.find(result.pairs.front().a.front());
+      line.replace(id, result.pairs.front().a.front().size(), "1");
+      if (std::ranges::find(all, line) == all.end()) lines.push_back("of a file: " + line);
+    }
+    std::ranges::copy(result.remarks, std::back_inserter(lines));
+  }
+  std::vector<std::vector<std::string>> cases;
+  for (const std::string& line : lines) cases.push_back({line});
+  EXPECT_EQ(cases, casesOf("commands/compared-fields.txt", 1));
 }
 
 TEST_F(CompareTest, FramesAndShadingsAreCompared) {
@@ -315,6 +363,27 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   const Lines twins = compare(a, b);
   EXPECT_THAT(twins, ::testing::Contains("removed|panes|1||twin||||"));
   EXPECT_EQ(result.count(commands::compare::State::changed), 0U) << ::testing::PrintToString(twins);
+  set(a, "Pane", "PaneID = 1", "name", "solo");
+  set(b, "Pane", "PaneID = 1", "name", "twin");
+  EXPECT_THAT(pairs({}), ElementsAre("1-", "?2-1", "3-", "?-2", "-3"));
+
+  // What has no spectrum goes by its name, but not with one that has.
+  insert(a, "bare");
+  insert(b, "bare", "Demo", 0, 0.9F);
+  a->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 4");
+  EXPECT_THAT(pairs({.match = Match::spectrum}), ElementsAre("?1-2", "2-1", "3-3", "4-", "-4"));
+  EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("with it: solo."),
+                                          "1 record is without a spectrum: put together by name."));
+  b->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 4");
+  for (int i = 0; i < 11; ++i) {
+    insert(a, fmt::format("a{}", i));
+    insert(b, fmt::format("b{}", i));
+  }
+  pairs({.match = Match::spectrum});
+  EXPECT_THAT(
+      result.remarks,
+      ElementsAre(HasSubstr("with it: solo, d, a0, a1, a2, a3, a4, a5, a6, a7, and 2 more."),
+                  "2 records are without a spectrum: put together by name."));
 }
 
 TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
@@ -333,6 +402,9 @@ TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
   EXPECT_THAT(result.remarks,
               ::testing::Contains(HasSubstr("stays as it is in B (panes): spectra of other "
                                             "directions (1).")));
+  copyAll(recordSet(b, RecordKind::panes), a);
+  EXPECT_THAT(compare(b, a, {.isForCopy = true}), IsEmpty());
+  EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("spectra of other directions (1).")));
 }
 
 TEST_F(CompareTest, FilesOfOnePaneAreOneRecord) {

@@ -14,6 +14,7 @@
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/History.h"
+#include "support/CaseFile.h"
 
 namespace orv::test {
 namespace {
@@ -26,6 +27,7 @@ using commands::edit::Editor;
 using commands::edit::EditSet;
 using commands::edit::FieldType;
 using store::History;
+using Lines = std::vector<std::string>;
 
 class EditTest : public CommandsTest {
  protected:
@@ -107,6 +109,32 @@ std::string otherText(const EditField& field, int number, bool present) {
   }
 }
 
+/// "set|name|column|shown column|type|range and unit|longest|marks"
+std::string lineOf(EditSet set, const EditField& field) {
+  constexpr const char* kTypes[] = {"text", "number", "whole", "flag", "choice"};
+  std::string range;
+  if (field.least) range = fmt::format("{} to {} [{}]", *field.least, *field.most, field.unit);
+  std::string marks;
+  if (field.choices) marks += fmt::format(",of {}", commands::edit::designOf(*field.choices).name);
+  if (field.mayBeEmpty) marks += ",may be empty";
+  if (field.perAngle) marks += ",at each angle";
+  if (field.isCapital) marks += ",capital";
+  if (field.isSingle) marks += ",single";
+  for (const auto& code : field.codes) marks += fmt::format(",{}={}", code.code, code.text);
+  return fmt::format("{}|{}|{}|{}|{}|{}|{}|{}", commands::edit::designOf(set).name, field.name,
+                     field.column, field.shownColumn, kTypes[static_cast<int>(field.type)], range,
+                     field.longest, marks);
+}
+
+TEST_F(EditTest, TheFieldsAreThoseOfTheTable) {
+  std::vector<std::vector<std::string>> lines;
+  for (const EditSet set : commands::edit::kEditSets) {
+    const Editor all = editor(set);
+    for (const EditField& field : all.fields()) lines.push_back({lineOf(set, field)});
+  }
+  EXPECT_EQ(lines, casesOf("commands/edit-fields.txt", 1));
+}
+
 TEST_F(EditTest, EveryFieldTakesAValueWhichShowTellsAndUndoTakesBack) {
   for (const EditSet set : commands::edit::kEditSets) {
     const auto before = dumpOf(dc);
@@ -175,6 +203,7 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   EXPECT_EQ(refused({good, bad}),
             "1: conductivity has been changed meanwhile: it is \"1\" now, and was \"3\".\n");
   EXPECT_THROW(change(panes, 1, "solar transmittance front", "0.5"), Error) << "at which angle?";
+  EXPECT_EQ(raisedBy([&] { panes.place("nothing"); }).number, kInvalidCall);
   EXPECT_TRUE(panes.draft({{2, panes.place("group"), "DEMO"}}).changes.empty())
       << "names are those that the database has";
   setAll(dc, "ORVdata_version", "version", "2.0.1");
@@ -198,6 +227,8 @@ TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
   const std::int32_t twins = session.database.InsertGroup("Twins", dc);
   EXPECT_THROW(commands::edit::mergeLookups(EditSet::groups, {twins}, 1, dc, ui), Error)
       << "two panes of one name";
+  const std::int32_t empty = session.database.InsertGroup("Empty", dc);
+  commands::edit::mergeLookups(EditSet::groups, {empty}, twins, dc, ui);  // those are no matter
 
   const auto reserved = session.database.InsertGroup("IGDB", dc);
   EXPECT_THROW(commands::edit::mergeLookups(EditSet::groups, {twins}, reserved, dc, ui), Error);
@@ -212,7 +243,7 @@ TEST_F(EditTest, NamesAreCountedMergedAndDeletedWhenUnused) {
   EXPECT_NE(reasons(names.save({change(names, 1, "name", "unknown")})), "")
       << "a name that another has";
   EXPECT_EQ(reasons(names.save({change(names, 1, "name", "MAKER A")})), "");
-  EXPECT_TRUE(History(dc).undo(6).conflicts.empty());
+  EXPECT_TRUE(History(dc).undo(8).conflicts.empty());
   EXPECT_EQ(dumpOf(dc), before);
 }
 
@@ -260,6 +291,37 @@ TEST_F(EditTest, UndoNeitherDoublesRowsNorLeavesThemAlone) {
   insert("e", 0, "New");
   byAnother([&] { insert("e", 60, "New"); });
   EXPECT_EQ(refusal(), "The pane 5 \"e\" has got other Pane_integrated_data since.");
+}
+
+TEST_F(EditTest, ConflictsAreToldAsRecordsOrAsRowsOfThem) {
+  using Kind = store::HistoryConflict::Kind;
+  const Lines columns{"PaneID", "name", "info"};
+  const std::vector<store::Value> wanted{7, "a", std::string(59, 'x') + "éé"};
+  const std::vector<store::Value> present{7, "b", store::Bytes(3)};
+  const auto conflict = [&](Kind kind, const char* table, const auto& is, const char* other = "") {
+    return store::HistoryConflict{table, columns, wanted, is, kind, other};
+  };
+  const std::vector<store::Value> gone;
+  EXPECT_EQ(
+      commands::edit::conflictTexts({{.table = "Old"},
+                                     conflict(Kind::changed, "PANE", present),
+                                     conflict(Kind::changed, "Pane", gone),
+                                     conflict(Kind::changed, "Pane", gone),
+                                     conflict(Kind::changed, "Rows", present),
+                                     conflict(Kind::isThere, "Pane", present),
+                                     conflict(Kind::isThere, "Rows", gone),
+                                     conflict(Kind::lacks, "Pane", gone, "Groups"),
+                                     conflict(Kind::used, "Pane", gone, "Rows")}),
+      (Lines{
+          "The table Old is gone, or has other columns now.",
+          "The pane 7 \"a\" has been changed since: name is \"b\" now and was \"a\", info is \"3 "
+          "bytes\" now and was \"" +
+              std::string(59, 'x') + "...\".",
+          "The pane 7 \"a\" has been deleted or changed since.",
+          "Rows: what belongs to PaneID 7 has been deleted or changed since.",
+          "The pane 7 \"a\" is there already.", "Rows: what belongs to PaneID 7 is there already.",
+          "The pane 7 \"a\" refers to one of the groups that is not there any more.",
+          "The pane 7 \"a\" has got other Rows since."}));
 }
 
 /// Changes of all kinds at random, each of which may come to nothing.

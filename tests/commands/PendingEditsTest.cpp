@@ -146,6 +146,8 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   pending.drop({pending.changes().back()});
   EXPECT_TRUE(pending.save().isFine());
   EXPECT_TRUE(pending.review().refusals.empty());
+  pending.drop({editor.change(1, editor.place("thickness"), "9")});  // which is none of them
+  EXPECT_FALSE(pending.canUndo());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "store/Check.h"
+#include "store/Compact.h"
 #include "store/FileContent.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
@@ -62,6 +63,9 @@ TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
   EXPECT_EQ(report.longValues, kRows + 1u);  // and the properties of the table
   EXPECT_GT(report.pages, 600u);
   test::expectBytes(path, 0x6b2629d20e5a2e70);
+  EXPECT_EQ(test::textOf(compactFile(path, "", folder / "new.mdb")),
+            "5 tables, 1527 rows, 1501 long values, 9 indexes, 7098368 -> 6729728: ; \n");
+  test::expectBytes(folder / "new.mdb", 0xb1f9bb446931260c);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "store/Check.h"
 #include "store/Compact.h"
 #include "store/FileContent.h"
+#include "store/Jet3File.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "support/TemporaryFolder.h"
@@ -40,7 +41,8 @@ void expectCompacted(const fs::path& before, const fs::path& after, const Compac
 TEST(Compact, KeepsAllThatFilesHold) {
   const TemporaryFolder folder;
   makeSampleFile(folder / "sample.mdb");
-  std::vector<fs::path> files{folder / "sample.mdb"};
+  makeConvertedFile(folder / "converted.mdb");
+  std::vector<fs::path> files{folder / "sample.mdb", folder / "converted.mdb"};
   for (const char* part : {"access", "foreign", "sources"}) {
     for (const fs::path& file : corpusFiles(part)) files.push_back(file);
   }
@@ -56,7 +58,8 @@ TEST(Compact, KeepsAllThatFilesHold) {
   }
   expectBytes(folder / "sample.mdb", 0x44683441be7ddd1d);
   expectBytes(folder / "new-sample.mdb", 0xa9160ecb2c874d94);
-  EXPECT_GE(compacted, files.size() == 1 ? 1u : 21u);
+  expectBytes(folder / "new-converted.mdb", 0xc4723c616e99fd0e);
+  EXPECT_GE(compacted, files.size() == 2 ? 2u : 22u);
 }
 
 /// An access control list that lets user 1234 read what its group may not.

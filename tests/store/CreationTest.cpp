@@ -237,25 +237,31 @@ TEST_F(CreationTest, IndexesOverRowsThatAreThere) {
 }
 
 TEST_F(CreationTest, IndexThatRowsContradictIsRefusedAndNothingChanges) {
-  create(
-      {.name = "T",
-       .columns = {{.name = "a", .type = longInteger}, {.name = "b", .type = text, .size = 10}}});
-  for (const auto& [a, b] : {std::pair{Value(1), "x"}, {Value(2), "X"}, {Value(), "y"}}) {
-    table_->insert(std::vector<Value>{a, b});
+  create({.name = "T",
+          .columns = {
+              {"a", longInteger}, {"b", text, 10}, {"c", binary, 4}, {"d", memo}, {"e", memo}}});
+  std::string many;
+  for (int i = 0; i < 127; ++i) many += "\U0001F600";
+  for (const auto& [a, b] : {std::pair{Value(1), "x"}, {Value(1), "X"}, {Value(), "y"}}) {
+    table_->insert(std::vector<Value>{a, b, Bytes{7}, many, many});
   }
   const std::string before = test::readFile(path_);
-  const auto refusal = [&](const IndexInfo& design) {
-    const test::Raised raised = test::raisedBy([&] { createIndex(*database_, "T", design); });
-    EXPECT_EQ(raised.number, raised.description.empty() ? 0 : kDuplicateKey);
-    return raised.description;
-  };
-  EXPECT_THAT(refusal({.name = "B", .columns = {{"b"}}, .unique = true}),
-              HasSubstr("several rows have the same values"));
-  EXPECT_THAT(refusal({.name = "A", .columns = {{"a"}}, .primary = true}),
-              HasSubstr("has no value"));
+  const std::pair<IndexInfo, const char*> cases[] = {
+      {{"B", {{"b"}, {"c"}, {"a", false}}, false, true},
+       "Index 'B' of table 'T' was not made, since several rows have the same values (X, (bytes), "
+       "1)."},
+      {{"A", {{"b"}, {"a"}}, true},
+       "Index 'A' of table 'T' was not made, since a row has no value in a column of it (y, "
+       "Null)."},
+      {{"D", {{"d"}, {"e", false}, {"b"}}, false, false},
+       "The values of an index's columns are too long together: their key takes 1535 bytes."}};
+  for (const auto& [design, told] : cases) {
+    EXPECT_EQ(test::raisedBy([&, d = &design] { createIndex(*database_, "T", *d); }).description,
+              told);
+  }
   EXPECT_EQ(test::readFile(path_), before);
   EXPECT_TRUE(table_->definition().realIndexes.empty());
-  EXPECT_EQ(refusal({.name = "A", .columns = {{"a"}}, .unique = true}), "");
+  createIndex(*database_, "T", {.name = "A", .columns = {{"a"}, {"b"}}});
 }
 
 TEST_F(CreationTest, IndexInAFileOfAccessLeavesItsOthersAsTheyAre) {

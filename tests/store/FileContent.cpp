@@ -43,8 +43,8 @@ std::string valueText(const Value& value) {
   if (value.isNull()) return "Null";
   const Bytes* bytes = value.getIf<Bytes>();
   if (bytes == nullptr) return value.toText();
-  const std::string_view all(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-  return fmt::format("{} bytes {:x}", all.size(), std::hash<std::string_view>()(all));
+  if (bytes->size() <= 20) return fmt::format("0x{:02x}", fmt::join(*bytes, ""));
+  return fmt::format("{} bytes {:x}", bytes->size(), sumOf({bytes->begin(), bytes->end()}));
 }
 
 std::string lineOf(const Table& table, const std::vector<Value>& row, const Names& names) {

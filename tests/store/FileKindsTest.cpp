@@ -10,12 +10,12 @@
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
+#include "store/Jet3File.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/CatalogWriter.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/FreePages.h"
-#include "support/Corpus.h"
 #include "support/EncodedFile.h"
 #include "support/MemoryFiles.h"
 #include "support/TemporaryFolder.h"
@@ -34,20 +34,64 @@ void expectError(std::int32_t number, const std::vector<std::string>& says,
 }
 
 TEST(FileKinds, AChangeOfAJet3FileIsRefusedWithWhatToDoInstead) {
-  ORV_NEEDS_CORPUS();
   test::MemoryFiles files;
-  files.load(test::corpusFolder() / "access" / "testV1997.mdb", "old.mdb");
+  const std::string content = test::jet3File(test::jet3Sample());
+  files.open("old.mdb", FileSystem::Open::newOnly)
+      ->write(0, reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
   const auto database = Database::open("old.mdb", "");
   const std::string before = test::describe(*database);
   const auto refused = [](const std::function<void()>& work) {
     expectError(kReadOnlyStore, {"old.mdb", "format Jet 3", "convert the file", "Jet 4"}, work);
   };
-  const auto table = database->table("Table1");
-  refused([&] { table->erase({2, 0}); });
+  const std::size_t calls = files.calls();
+  const auto table = database->table("Makers");
+  refused([&] { table->erase({22, 0}); });
   refused([&] { table->insert(std::vector<Value>(table->definition().columns.size())); });
   refused([&] { createTable(*database, {.name = "New", .columns = {{"a", text, 10}}}); });
-  EXPECT_EQ(files.calls(), 0U);
+  EXPECT_EQ(files.calls(), calls);
   EXPECT_EQ(test::describe(*database), before);
+}
+
+/// Of a later version are files that say so at their beginning.
+TEST(FileKinds, FilesOfLaterVersionsAreOnlyRead) {
+  test::MemoryFiles files;
+  createTable(*createDatabase("own.mdb"), {.name = "Rows", .columns = {{"a", text, 10}}});
+  Database::open("own.mdb", "")->table("Rows")->insert(std::vector<Value>{"one"});
+  const std::string content = test::describe(*Database::open("own.mdb", ""));
+  const auto begins = [&](std::string name, std::uint8_t version) {
+    name.push_back('\0');
+    name.push_back(static_cast<char>(version));
+    files.copy("own.mdb", "later.accdb");
+    const auto file = files.open("later.accdb", FileSystem::Open::existing);
+    file->write(4, reinterpret_cast<const std::uint8_t*>(name.data()), name.size());
+  };
+  const std::pair<std::uint8_t, const char*> names[] = {
+      {2, "ACE (Access 2007)"}, {3, "ACE (Access 2010)"}, {4, "ACE (Access 2013)"},
+      {5, "ACE (Access 2016)"}, {6, "ACE (Access 2019)"}, {7, "ACE (Access 2019)"}};
+  for (const auto& [version, name] : names) {
+    begins("Standard ACE DB", version);
+    const auto database = Database::open("later.accdb", "");
+    EXPECT_EQ(database->formatName(), name);
+    EXPECT_EQ(test::describe(*database), content);
+    expectError(kReadOnlyStore, {"later.accdb", "files of Access 2007 and later are only read"},
+                [&] { database->table("Rows")->insert(std::vector<Value>{"two"}); });
+  }
+  test::changeHeader(*files.open("later.accdb", FileSystem::Open::existing),
+                     [](auto& page) { store32(&page[kJet4.header.encodingKey], 1); });
+  expectError(kNotSupported, {"later.accdb", "is encrypted as Access 2007 and later do it"},
+              [] { Database::open("later.accdb", ""); });
+  for (const auto& [name, version] : {std::pair("Standard ACE DB", 1),
+                                      {"Standard Jet DB", 2},
+                                      {"Standard Jet DC", 1},
+                                      {"standard Jet DB", 1}}) {
+    begins(name, static_cast<std::uint8_t>(version));
+    expectError(kStoreFailure, {"'later.accdb' is not an Access database file."},
+                [] { Database::open("later.accdb", ""); });
+  }
+  begins("Standard Jet DB", 1);
+  files.open("later.accdb", FileSystem::Open::existing)->truncate(4095);
+  expectError(kStoreFailure, {"is cut short: not even its header page is whole"},
+              [] { Database::open("later.accdb", ""); });
 }
 
 /// Pages are encoded as the format's description has it; mdbtools and mdb-reader read such files.

@@ -91,6 +91,45 @@ TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
   }
 }
 
+/// Behind the last record stands nothing, less than a head, the beginning of a record or room for
+/// one; anything else is damage.
+TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
+  HistoryFile history = open();
+  for (const HistoryRecord& record : records_) history.append(record, true);
+  const std::uint64_t end = history.length();
+  const Bytes whole = contentOfHistory();
+  const auto file = FileSystem::current().openCompanion(history.path());
+  const auto found = [&](const Bytes& behind) {
+    file->truncate(end);
+    file->write(end, behind.data(), behind.size());
+    HistoryFile looked = open();
+    const Found what = looked.look();
+    EXPECT_EQ(looked.entries().size(), records_.size());
+    return what;
+  };
+  const auto record = whole.begin() + 64;
+  EXPECT_EQ(found(Bytes(63, 'x')), Found::sound);
+  EXPECT_EQ(found(Bytes(64, 'x')), Found::damaged);
+  EXPECT_EQ(found(Bytes(record, record + 64)), Found::sound);
+  EXPECT_EQ(found(Bytes(record, record + 79)), Found::sound);
+  for (const std::size_t room : {64, 1000, 65'536, 65'537, 140'000}) {
+    Bytes zeros(room);
+    EXPECT_EQ(found(zeros), Found::sound) << room;
+    zeros.back() = 1;
+    EXPECT_EQ(found(zeros), Found::damaged) << room;
+  }
+  // The next record takes the place of what was cut short; another file in its place is seen.
+  EXPECT_EQ(found(Bytes(200)), Found::sound);
+  EXPECT_TRUE(history.append(records_[1], true));
+  EXPECT_EQ(contentOfHistory().size(), history.length());
+  files_.rename(history.path(), "old");
+  EXPECT_EQ(history.look(), Found::absent);
+  files_.copy("old", history.path());
+  files_.open(history.path(), FileSystem::Open::existing)->truncate(end);
+  EXPECT_EQ(history.look(), Found::sound);
+  EXPECT_EQ(history.entries().size(), records_.size());
+}
+
 TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {
   const double none = std::numeric_limits<double>::quiet_NaN();
   const Guid guid{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};

@@ -1,5 +1,6 @@
 // The B-tree of an index against a sorted set, and against damage.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -238,6 +239,22 @@ TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
   expectPages({0x73551b3524910ed6, 0xed512b1c9370553, 0xd5a44545cf08fe82, 0x7c59d84bf89c3482});
 }
 
+/// A tree that has shrunk to one leaf below its root, at either end, grows again.
+TEST_P(IndexTreeShapes, GrowsAgainFromWhatIsLeft) {
+  std::set<Entry> all;
+  for (std::uint32_t i = 0; i < 1200; ++i) all.insert(entry(i));
+  for (const bool isFirst : {true, false}) {
+    for (const Entry& each : all) insert(each);
+    for (pages_ = 3; model_.size() > 40 || pages_ > 2;) {
+      erase(isFirst ? *model_.rbegin() : *model_.begin());
+      if (model_.size() <= 40) check();
+    }
+    for (const Entry& each : all) insert(each);
+    check();
+  }
+  expectPages({0xbe0a4de17cfeda8b, 0xbe39bab73f6f13e9, 0x46765c658dd6a240, 0x4c48a35828766e4b});
+}
+
 // Bursts of neighbours, up and down, from random places: most stay on a leaf, many cross its ends.
 TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
   for (int run = 0; run < 8; ++run) {
@@ -285,13 +302,15 @@ TEST_F(IndexTreeTest, EntriesOfOneKeyThatStandApartShareIt) {
   erase({empty, {6, 1}});
 
   EntrySorter sorter;
-  for (const Entry& each : {Entry{empty, {6, 0}}, between, Entry{empty, {4, 0}}}) {
+  const RowId last{0x60504, 3};
+  const Entry behind{{0x7f, 0, 0, 4, 0, 0}, {9, 0}};
+  for (const Entry& each : {Entry{empty, last}, between, behind, Entry{empty, {4, 0}}}) {
     sorter.add(each.row, false,
                [&](Bytes& bytes) { bytes.insert(bytes.end(), each.key.begin(), each.key.end()); });
   }
   sorter.sort();
-  EXPECT_EQ(sorter.row(2), (RowId{6, 0}));
-  EXPECT_TRUE(!sorter.repeatsKey(1) && sorter.repeatsKey(2));
+  EXPECT_TRUE(sorter.row(0) == (RowId{4, 0}) && sorter.row(3) == last);
+  EXPECT_TRUE(!sorter.repeatsKey(1) && !sorter.repeatsKey(2) && sorter.repeatsKey(3));
 }
 
 TEST_F(IndexTreeTest, CursorsOutliveChanges) {
@@ -393,7 +412,7 @@ TEST_F(IndexTreeTest, PrefixesOfNodesReachIntoRowPointers) {
     entries.push_back(
         Entry{longKey(7), {0x10300 + i / 200, static_cast<std::uint8_t>(i % 200)}}.bytes());
     for (const int shift : {24, 16, 8, 0}) {
-      entries.back().push_back(static_cast<std::uint8_t>((9000 + i) >> shift));
+      entries.back().push_back(static_cast<std::uint8_t>((0x12345000 + i) >> shift));
     }
   }
   Bytes page(kPageSize);
@@ -404,7 +423,10 @@ TEST_F(IndexTreeTest, PrefixesOfNodesReachIntoRowPointers) {
   ASSERT_TRUE(editor.insert(0, Bytes(entries.front()))) << "there is no room for another entry";
   editor.erase(0);
   editor.assign(entries);
-  for (std::size_t i = 0; i < entries.size(); ++i) ASSERT_EQ(editor.entry(i), entries[i]);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    ASSERT_EQ(editor.entry(i), entries[i]);
+    ASSERT_EQ(editor.child(i), 0x12345000 + i);
+  }
 }
 
 class DamagedIndex : public IndexTreeTest {
@@ -426,8 +448,12 @@ class DamagedIndex : public IndexTreeTest {
   }
 };
 
-TEST_F(DamagedIndex, LinksThatRunInACircle) {
+TEST_F(DamagedIndex, LinksThatRunInACircleOrToNoLeaf) {
   const PageNumber first = firstLeaf();
+  const PageNumber last = StoredIndexPage(*pager_, kRoot, kTable).entries.tail();
+  store32(page(last) + kJet4.indexPage.next, kRoot);
+  EXPECT_THAT(test::raisedBy([&] { readAll(); }).description,
+              testing::HasSubstr("page 2: it should be a leaf of its index"));
   const PageNumber second = StoredIndexPage(*pager_, first, kTable).entries.next();
   store32(page(second) + kJet4.indexPage.next, first);
   expectDamage([&] { readAll(); });

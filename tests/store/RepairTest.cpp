@@ -16,6 +16,7 @@
 #include "store/Compact.h"
 #include "store/Connection.h"
 #include "store/FileContent.h"
+#include "store/Jet3File.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
@@ -81,7 +82,8 @@ std::map<std::string, FoundTable> readTables(const std::string& path) {
 using Damage = std::set<PageNumber> (*)(std::string& content, std::mt19937& random);
 
 PageNumber anyPage(const std::string& content, std::mt19937& random) {
-  return static_cast<PageNumber>(1 + random() % (content.size() / kJet4.pageSize - 1));
+  const std::size_t pages = content.size() / kJet4.pageSize;
+  return static_cast<PageNumber>(1 + random() % (random() % 3 == 0 ? 12 : pages - 1));
 }
 
 std::set<PageNumber> changeBytes(std::string& content, std::mt19937& random) {
@@ -96,7 +98,7 @@ std::set<PageNumber> changeBytes(std::string& content, std::mt19937& random) {
 /// Where pages tell what they are and have.
 std::set<PageNumber> changeHead(std::string& content, std::mt19937& random) {
   const PageNumber page = anyPage(content, random);
-  content[page * kJet4.pageSize + random() % 80] ^= static_cast<char>(1 + random() % 255);
+  content[page * kJet4.pageSize + random() % 400] ^= static_cast<char>(1 + random() % 255);
   return {page};
 }
 
@@ -175,12 +177,15 @@ class Repair : public testing::TestWithParam<const char*> {
   void SetUp() override {
     if (isSample()) {
       orv::test::makeSampleFile(sound_);
+    } else if (isConverted()) {
+      orv::test::makeConvertedFile(sound_);
     } else {
       ORV_NEEDS_CORPUS();
       sound_ = test::corpusFolder() / GetParam();
     }
   }
   static bool isSample() { return std::string(GetParam()) == "sample"; }
+  static bool isConverted() { return std::string(GetParam()) == "converted"; }
 
   const test::TemporaryFolder folder_;
   fs::path sound_ = folder_ / "sound.mdb";
@@ -194,7 +199,7 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
   unsigned seed = 0;
   std::string told;
   const bool isLong = std::getenv("ORV_LONG_TESTS") != nullptr;
-  const int times = isLong ? 300 : isSample() ? 8 : 2;
+  const int times = isLong ? 300 : isSample() ? 4 : isConverted() ? 20 : 2;
   for (const Damage damage :
        {changeBytes, changeHead, clearPage, fillPage, copyPage, cutOff, overwriteHeader}) {
     for (int time = 0; time < times; ++time) {
@@ -210,11 +215,14 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
       told += std::to_string(refusal.number) + test::textOf(report);
       orv::test::expectSound(repaired);
       expectSaved(before, repaired, damaged, report);
+      if (isConverted()) {
+        told += std::to_string(test::sumOf(test::describe(*Database::open(repaired, ""))));
+      }
       if (HasFailure()) return;
     }
   }
-  if (isSample() && !isLong) {
-    EXPECT_EQ(test::sumOf(told), 0x371192ba676606b1u) << told;
+  if ((isSample() || isConverted()) && !isLong) {
+    EXPECT_EQ(test::sumOf(told), isSample() ? 0xeccf32e9096bff73u : 0x54acec1a1d8b4262u) << told;
   }
 }
 
@@ -231,7 +239,7 @@ TEST_P(Repair, OfASoundFileLosesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Repair,
-                         testing::Values("sample", "sources/orvdata-3.0.0.mdb",
+                         testing::Values("sample", "converted", "sources/orvdata-3.0.0.mdb",
                                          "access/overflowTestV2000.mdb",
                                          "access/queryTestV2000.mdb", "access/indexTestV2000.mdb"),
                          [](const auto& info) {

@@ -151,6 +151,21 @@ TEST(NameTest, CaseDoesNotTellNamesApart) {
   }
 }
 
+/// A zero byte changes between stretches of one byte and of two; what is cut off at the end is no
+/// character.
+TEST(TextTest, CompressedTextIsReadInStretches) {
+  const std::pair<Bytes, const char*> cases[] = {
+      {{0xff, 0xfe}, ""},
+      {{0xff, 0xfe, 'a', 0xe9}, "a\u00e9"},
+      {{0xff, 0xfe, 'a', 0, 0x53, 0x30, 0x42, 0x30, 0, 'b'}, "a\u3053\u3042b"},
+      {{0xff, 0xfe, 0, 0x3d, 0xd8, 0x01, 0xde, 0x41}, "\U0001f601"},
+      {{0xff, 0xfe, 0, 0x3d, 0xd8, 0x41, 0x42}, "\ufffd\u4241"},
+      {{0xff, 0xfe, 0, 0x01, 0xde, 0x3d, 0xd8}, "\ufffd\ufffd"},
+      {{0xff, 0xfd, 'a'}, "\ufdff"},
+      {{0xff}, ""}};
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(decodeUnicodeText(bytes), text);
+}
+
 /// The page that took the last row is not used any more when it was freed since: by the deletion
 /// of its rows, or by undoing what took it.
 TEST(FreedPage, TakesNoRows) {

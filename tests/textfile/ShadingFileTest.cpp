@@ -83,57 +83,6 @@ TEST_F(ShadingFile, SettlesWhatFollowsFromItsKeysUnlessItSaysOtherwise) {
   EXPECT_FALSE(parse("{ Product type: 1 }{ Width: 25 }" + row)->homogenious());
 }
 
-TEST_F(ShadingFile, RefusesMalformedFiles) {
-  const std::string units = "{ Units: Nanometers }";
-  struct Case {
-    std::string text;
-    std::int32_t number;
-    const char* description;
-    const char* place;
-    const char* source = "";
-  };
-  const Case cases[] = {
-      {"300 0 0 0 0 0 0 0 0", 5, "Units not recognized",
-       " has no such entry. It is { Units: Nanometers } or { Units: Microns }."},
-      {"{ Units: nm }", 5, "Units not recognized",
-       ", line 1, column 1: 'nm'. It is { Units: Nanometers } or { Units: Microns }."},
-      {"{ Units: Microns }", 9, "The file holds no spectral data", ""},
-      {units + "\n300 0 0 0 0 0 0 0\n", 1012,
-       "Spectral Data:  Received non-token when expected a token",
-       ", line 2, column 18. A line needs a wavelength and eight values."},
-      {units + "\n300 0 0 0 x 0 0 0 0\n", 1013,
-       "Spectral Data:  'x' is not a number.  Expected a number",
-       ", line 2, column 11. Put headings between braces: { ... }."},
-      {units + "\n300 0 0 0 -0.1 0 0 0 0\n", 5,
-       "'-0.1' is negative. No value of a shading is below 0", ", line 2, column 11"},
-      {units + "{ Product type: 5 }", 5, "Product Type (5) not recognized",
-       ", line 1, column 22: '5'. It is a number from 1 to 4."},
-      {units + "{ Product type: }", 5, "Product Type () not recognized",
-       ", line 1, column 22. It is a number from 1 to 4."},
-      {units + "{ Coated Side: left }", 5, "",
-       ", line 1, column 22: 'left'. It is Front, Back, Both, Neither or Unknown.",
-       "Coating side type not recognized"},
-      {units + "{ Orientation: askew }", 5,
-       "Orientation (askew) not recognized. It is Horizontal, Vertical or Both",
-       ", line 1, column 22: 'askew'"},
-      {units + "{ Width: wide }", 13, "Width 'wide' is not a number", ", line 1, column 22"},
-      {units + "{ freeze: 1 }", 13, "freeze '1' is neither True nor False", ", line 1, column 22"},
-      {units + "{ Integrated data: 0 1 2 }", 13, "Integrated data needs 13 numbers: '0 1 2'",
-       ", line 1, column 22"},
-      {"SI Microns\n{ Thickness } 3\n", 1013,
-       "Spectral Data:  'SI' is not a number.  Expected a number",
-       ", line 1, column 1. Put headings between braces: { ... }."},
-  };
-  for (const Case& c : cases) {
-    const auto raised = test::raisedBy(
-        [&] { parse(c.text + (c.text.starts_with(units + "{") ? "\n300 0 0 0 0 0 0 0 0" : "")); });
-    EXPECT_EQ(raised.number, c.number) << c.text;
-    EXPECT_EQ(raised.description, c.description) << c.text;
-    EXPECT_EQ(raised.source, c.source) << c.text;
-    EXPECT_EQ(raised.place, std::string("Blind 25.txt") + c.place) << c.text;
-  }
-}
-
 TEST_F(ShadingFile, ReadsBackWhatIsWritten) {
   ShadingDataClass shading = test::fullShading();
   for (const int ways : {0, 1, 2, 3}) {

@@ -46,6 +46,7 @@ class Finder:
         self.sites, self.seen = [], set()
         self.result, self.keyword, self.left = None, [], 0
         self.never_returns = False  # the compiler may take what follows a call of it for unreachable
+        self.last = None  # where the last statement of a function with a result begins
 
     def find(self):
         self.within(self.unit.cursor)
@@ -126,6 +127,8 @@ class Finder:
 
     def condition(self, cursor):
         for value in ('true', 'false'):
+            if self.flat(cursor) == value:
+                continue
             self.choice('branch dropped', cursor, value, 'static_cast<bool>({})')
 
     def statement(self, cursor):
@@ -134,6 +137,8 @@ class Finder:
         if self.behind(cursor) != b';' or inner.kind == K.DECL_STMT or inner.kind.is_statement() \
                 or self.never_returns:
             return
+        if cursor.extent.start.offset == self.last:
+            return  # a failure in place of a result: without it the compiler would complain
         text, children = self.flat(cursor), list(inner.get_children())
         arguments = list(inner.get_arguments()) if inner.kind == K.CALL_EXPR else []
         if inner.kind == K.CXX_THROW_EXPR or (
@@ -216,7 +221,7 @@ class Finder:
             self.within(cursor)
 
     def function(self, cursor):
-        outer = self.result, self.never_returns
+        outer = self.result, self.never_returns, self.last
         self.result = None if cursor.kind == K.LAMBDA_EXPR else cursor.result_type
         start = cursor.extent.start.offset
         self.never_returns |= self.bytes[:start].rstrip().endswith(b'[[noreturn]]')
@@ -224,8 +229,14 @@ class Finder:
             body = [c for c in cursor.get_children() if c.kind != K.PARM_DECL and not is_reference(c)
                     and c.extent.start.offset >= cursor.location.offset]  # not in the type of the result
             for child in body:
+                self.last = self.end_of(child)
                 self.visit(child)
-        self.result, self.never_returns = outer
+        self.result, self.never_returns, self.last = outer
+
+    def end_of(self, body):
+        statements = list(body.get_children()) if body.kind == K.COMPOUND_STMT else []
+        has_result = self.result is not None and self.result.get_canonical().kind != T.VOID
+        return statements[-1].extent.start.offset if statements and has_result else None
 
     def variable(self, cursor):
         head = self.between(cursor.extent.start.offset, cursor.location.offset)

@@ -39,12 +39,6 @@ std::vector<double> wavelengthsOf(const SpectralData& data) {
   return wavelengths;
 }
 
-optics::Surfaces withoutEmissivities(optics::Surfaces surfaces) {
-  surfaces.front.emissivity.reset();
-  surfaces.back.emissivity.reset();
-  return surfaces;
-}
-
 }  // namespace
 
 AuditReader::AuditReader(Session& session, const std::shared_ptr<sources::datasource>& node)
@@ -112,7 +106,7 @@ std::shared_ptr<const FrameDataClass> AuditReader::frame(const std::string& iden
 void AuditReader::integrate(DataSet& set) {
   set.units = unitFaultOf(set.spectrum);
   if (!set.hasSpectrum() || set.units != UnitFault::none) return;
-  const auto surfaces = withoutEmissivities(optics::surfacesOf(*set.pane));
+  const auto surfaces = optics::surfacesOf(*set.pane);
   for (auto& integrator : integrators_) {
     set.integrations.push_back(integrator.integrate(set.spectrum, surfaces));
   }

@@ -90,7 +90,7 @@ class PaneRemarks {
     auto rows = database::openSql(
         database_,
         fmt::format("SELECT MAX(wavelength) FROM Pane_spectral_data WHERE PaneID = {}", pane_));
-    return rows->eof() ? 0 : database::FieldToDouble(rows->value(std::size_t{0}));
+    return database::FieldToDouble(rows->value(std::size_t{0}));
   }
 
   bool reachesInfrared() {

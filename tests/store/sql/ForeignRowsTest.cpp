@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "errors/Error.h"
 #include "store/Check.h"
 #include "store/jet/catalog/Creation.h"
@@ -60,6 +62,44 @@ TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
     EXPECT_EQ(numbers("City <= 'Gro\u00dfr\u00e4schen' AND City > 'Gro\u00dfr\u00e4'"), "1")
         << table;
     EXPECT_EQ(numbers("City = 'Gro\u00dfr\u00e4'"), "0") << table;
+  }
+}
+
+/// A leaf in the middle is damaged: rows behind it are found in the table, in the order of the
+/// index.
+TEST_F(ForeignRows, OfADamagedIndexAreFoundInTheTable) {
+  jet::createTable(*database_,
+                   {.name = "Numbers",
+                    .columns = {{.name = "n", .type = ColumnType::longInteger}},
+                    .indexes = {{.name = "ByNumber", .columns = {{"n"}}, .ignoreNulls = true}}});
+  {
+    const auto table = database_->table("Numbers");
+    jet::Transaction transaction(database_->pager());
+    for (int i = 0; i < 2000; ++i) table->insert(std::vector<Value>{i * 1999 % 2003});
+    for (int i = 0; i < 5; ++i) table->insert(std::vector<Value>{Value()});
+    const jet::RealIndex& index = table->definition().realIndexes.front();
+    const jet::PageNumber leaf =
+        jet::StoredIndexPage(database_->pager(), index.root, table->definition().page)
+            .entries.child(1);
+    database_->pager().modify(leaf)[0] = 9;
+    transaction.commit();
+  }
+  std::set<int> numbers;
+  for (int i = 0; i < 2000; ++i) numbers.insert(i * 1999 % 2003);
+  std::string up, down;
+  for (auto n = numbers.find(6); n != numbers.find(1990); ++n) {
+    up += (up.empty() ? "" : ", ") + std::to_string(*n);
+    down = std::to_string(*n) + (down.empty() ? "" : ", ") + down;
+  }
+  for (const auto& [order, expected] : {std::pair("n", &up), std::pair("n DESC", &down)}) {
+    database_.reset();
+    database_ = jet::Database::open("rows.mdb", "");
+    const std::string where = " FROM Numbers WHERE n >= 6 AND n < 1990";
+    for (int i = 0; i < 2; ++i) {  // at first from the index, then without it
+      EXPECT_EQ(select("SELECT n" + where + " ORDER BY " + order), *expected);
+      EXPECT_EQ(database_->tablesWithoutIndex(), std::vector<std::string>{"Numbers"});
+    }
+    EXPECT_EQ(select("SELECT n FROM Numbers WHERE n = 1000"), "1000");
   }
 }
 

@@ -1,12 +1,15 @@
 // Saved queries: their parts in a file, their text, and parts of new ones.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 
-#include "errors/Error.h"
+#include "model/Raised.h"
 #include "store/jet/catalog/SavedQuery.h"
+#include "store/sql/TranslatedDatabase.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {
@@ -72,74 +75,34 @@ TEST(SavedQuery, TextOfANewQuery) {
   EXPECT_EQ(SavedQuery("all", SavedQuery::partsOf(design)).sql(), "SELECT * FROM Pane;");
 }
 
-/// The parts that each kind of query keeps, by the numbers of their clauses.
-TEST(SavedQuery, TextOfEveryKind) {
-  constexpr std::int16_t kAppended = -0x8000;
-  const std::pair<std::vector<QueryPart>, const char*> cases[] = {
-      {{{1, 1},
-        {2, 4, "", "[least]"},
-        {2, 10, "", "[name]"},
-        {2, 8, "", "[day]"},
-        {3, 0x02},
-        {5, 0, "", "A", "x"},
-        {6, 0, "x.kind"},
-        {6, 0, "Count(*)", "n"},
-        {8, 0, "x.size > [least]"},
-        {9, 0, "x.kind"},
-        {10, 0, "Count(*) > 2"},
-        {11, 0, "x.kind", "D"},
-        {11, 0, "n"}},
-       "PARAMETERS [least] Long, [name] Text, [day] DateTime; SELECT DISTINCT x.kind, Count(*) AS "
-       "n "
-       "FROM A AS x WHERE x.size > [least] GROUP BY x.kind HAVING Count(*) > 2 "
-       "ORDER BY x.kind DESC, n;"},
-      {{{1, 2, "", "New one"}, {3, 0x09}, {4, 0, "", "C:\\o.mdb"}, {5, 0, "", "A"}},
-       "SELECT DISTINCTROW * INTO [New one] FROM A IN 'C:\\o.mdb';"},
-      {{{1, 3, "", "T"}, {6, kAppended, "1", "", "a"}, {6, kAppended, "'x'", "", "order"}},
-       "INSERT INTO T (a, [order]) VALUES (1, 'x');"},
-      {{{1, 3, "", "T", "b.mdb"}, {5, 0, "", "A"}, {6, 0, "A.y", "", "a"}},
-       "INSERT INTO T (a) IN 'b.mdb' SELECT A.y FROM A;"},
-      {{{1, 4},
-        {5, 0, "", "A"},
-        {6, 0, "A.y + 1", "", "A.x"},
-        {6, 0, "2", "", "A.2 z"},
-        {8, 0, "A.x = 3"}},
-       "UPDATE A SET A.x = A.y + 1, A.[2 z] = 2 WHERE A.x = 3;"},
-      {{{1, 5}, {3, 0x01}, {5, 0, "", "A"}, {8, 0, "A.x = 3"}}, "DELETE * FROM A WHERE A.x = 3;"},
-      {{{1, 6},
-        {5, 0, "", "A"},
-        {6, 0, "Sum(A.v)", "total"},
-        {6, 2, "A.row"},
-        {6, 1, "A.col"},
-        {9, 2, "A.row"},
-        {9, 1, "A.col"}},
-       "TRANSFORM Sum(A.v) AS total SELECT A.row FROM A GROUP BY A.row PIVOT A.col;"},
-      {{{1, 9},
-        {3, 0x02},
-        {5, 0, "SELECT a\r\nFROM A;", "", "X7YZ_____1"},
-        {5, 0, "SELECT b FROM B", "", "X7YZ_____2"},
-        {11, 0, "a", "D"}},
-       "SELECT a FROM A UNION SELECT b FROM B ORDER BY a DESC;"},
-      {{{1, 7, "CREATE TABLE T (a LONG)"}}, "CREATE TABLE T (a LONG)"},
-  };
-  for (const auto& [parts, text] : cases) EXPECT_EQ(SavedQuery("q", parts).sql(), text);
+/// A query of parts as queries.txt has them, joined by " / ".
+SavedQuery queryOf(std::string text) {
+  constexpr std::pair<std::string_view, char> kCharacters[] = {
+      {"\\r", '\r'}, {"\\n", '\n'}, {"\\t", '\t'}, {"\\0", '\0'}};
+  for (const auto& [written, meant] : kCharacters) {
+    for (std::size_t at = text.find(written); at != text.npos; at = text.find(written)) {
+      text.replace(at, 2, 1, meant);
+    }
+  }
+  std::vector<QueryPart> parts;
+  for (std::size_t at = 0; at < text.size();) {
+    std::istringstream part(text.substr(at, text.find(" / ", at) - at));
+    at += part.str().size() + 3;
+    std::string field[5];
+    for (int i = 0; i < 5; ++i) std::getline(part, field[i], i < 2 ? ':' : '|');
+    parts.push_back({static_cast<std::uint8_t>(std::stoi(field[0])),
+                     static_cast<std::int16_t>(std::stoi(field[1])), field[2], field[3], field[4]});
+  }
+  return {"q", parts};
 }
 
-TEST(SavedQuery, OptionsAndJoinsThatDoNotFit) {
-  std::vector<QueryPart> parts = {{1, 1, "", "", ""},
-                                  {3, 0x34, "", "10", ""},
-                                  {5, 0, "", "A", ""},
-                                  {5, 0, "SELECT x FROM B", "", "sub"},
-                                  {6, 0, "A.x", "", ""}};
-  EXPECT_EQ(SavedQuery("q", parts).sql(),
-            "SELECT TOP 10 PERCENT A.x FROM A, (SELECT x FROM B) AS sub "
-            "WITH OWNERACCESS OPTION;");
-  parts.push_back({7, 1, "A.x = sub.x", "A", "sub"});
-  parts.push_back({7, 2, "A.x = sub.x", "A", "sub"});
-  EXPECT_THROW(SavedQuery("q", parts).sql(), Error);
-  parts.resize(5);
-  parts.push_back({7, 9, "A.x = sub.x", "A", "sub"});
-  EXPECT_THROW(SavedQuery("q", parts).sql(), Error);
+TEST(SavedQuery, TextOfParts) {
+  for (const auto& [parts, text] : sql::casesOf("queries.txt")) {
+    std::string told;
+    const test::Raised raised = test::raisedBy([&] { told = queryOf(parts).sql(); });
+    if (raised.number != 0) told = fmt::format("error {}: {}", raised.number, raised.description);
+    EXPECT_EQ(told, text) << parts;
+  }
 }
 
 }  // namespace

@@ -1,59 +1,55 @@
 // Statements that differ in their values only, run by one that is kept.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "errors/Error.h"
+#include <fstream>
+
+#include "model/Raised.h"
 #include "store/Connection.h"
-#include "store/StoreError.h"
 #include "store/sql/SqlEngine.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::sql {
 namespace {
 
-using testing::ElementsAre;
-using testing::Gt;
-using testing::IsEmpty;
-using testing::Lt;
-
-/// Panes 1 to `count`, of the groups 1 to 3 in turn, each a day after the one before.
-class StatementReuse : public testing::Test {
- protected:
+/// A table of panes and an engine, which carry out the lines of reuse.txt.
+class StatementReuse {
+ public:
+  /// Panes of the groups 1 to 3 in turn, each a day after the one before.
   void add(int count) {
     const auto rows = connection_->openRecordset("Pane", CursorType::static_,
                                                  LockType::batchOptimistic, SourceKind::table);
-    for (int i = 0; i < count; ++i) {
-      ++last_;
+    for (const int end = last_ + count; last_ < end; ++last_) {
       rows->addNew();
-      rows->setValue("id", last_);
-      rows->setValue("grp", (last_ - 1) % 3 + 1);
-      rows->setValue("name", "pane " + std::to_string(last_));
-      rows->setValue("made", Date{43830.0 + last_});
+      rows->setValue("id", last_ + 1);
+      rows->setValue("grp", last_ % 3 + 1);
+      rows->setValue("name", "pane " + std::to_string(last_ + 1));
+      rows->setValue("made", Date{43831.0 + last_});
     }
     rows->updateBatch();
   }
-  std::vector<int> ids(const std::string& condition) {
-    return idsOf(*engine_->open("SELECT * FROM Pane WHERE " + condition));
+  /// The first values of the rows that are left, and how many rows were visited for them.
+  std::string rest(SqlCursor& cursor, std::uint64_t visited) {
+    std::string ids;
+    while (cursor.step()) ids += cursor.value(0).toText() + " ";
+    return ids + "of " + std::to_string(engine_->rowsRead() - visited);
   }
-  static std::vector<int> idsOf(SqlCursor& cursor) {
-    std::vector<int> ids;
-    while (cursor.step()) ids.push_back(cursor.value(0).toLong());
-    return ids;
-  }
-  std::int32_t errorOf(const std::string& condition) {
-    try {
-      ids(condition);
-    } catch (const Error& error) {
-      return error.number();
+  std::string run(const std::string& verb, const std::string& argument) {
+    const std::uint64_t visited = engine_->rowsRead();
+    if (verb == "add") return add(std::stoi(argument)), "";
+    if (verb == "index") {
+      return connection_->createIndex("Pane", {.name = argument, .columns = {{"grp"}, {"id"}}}), "";
     }
-    return 0;
-  }
-  std::uint64_t rowsVisited(const std::string& condition) {
-    const std::uint64_t before = engine_->rowsRead();
-    ids(condition);
-    return engine_->rowsRead() - before;
+    if (verb == "where")
+      return rest(*engine_->open("SELECT * FROM Pane WHERE " + argument), visited);
+    if (verb == "select") return rest(*engine_->open("SELECT " + argument), visited);
+    if (verb == "begin") {
+      under_ = engine_->open("SELECT * FROM Pane WHERE " + argument);
+      return under_->step() ? under_->value(0).toText() : "none";
+    }
+    return rest(*under_, visited);
   }
 
+ private:
   const test::TemporaryFolder folder_;
   const std::shared_ptr<Connection> connection_ =
       Connection::create(folder_ / "panes.mdb", [](Connection& made) {
@@ -65,57 +61,25 @@ class StatementReuse : public testing::Test {
       });
   const std::shared_ptr<SqlEngine> engine_ =
       SqlEngine::create(jet::Database::open(folder_ / "panes.mdb", ""));
+  std::unique_ptr<SqlCursor> under_;
   int last_ = 0;
 };
 
-TEST_F(StatementReuse, GivesTheRowsOfItsOwnValues) {
-  add(7);
-  EXPECT_THAT(ids("grp = 1 AND id > 1"), ElementsAre(4, 7));
-  EXPECT_THAT(ids("grp = 2 AND id > 2"), ElementsAre(5));
-  EXPECT_THAT(ids("grp = 2 AND id > 1"), ElementsAre(2, 5));
-  EXPECT_THAT(ids("name = 'pane 3'"), ElementsAre(3));
-  EXPECT_THAT(ids("name = 'PANE 6' OR id = 003"), ElementsAre(3, 6));
-  EXPECT_THAT(ids("name = '3'"), IsEmpty());
-  EXPECT_THAT(ids("id < 4 ORDER BY 2 DESC"), ElementsAre(3, 2, 1));
-  EXPECT_THAT(ids("id < 4 ORDER BY 1"), ElementsAre(1, 2, 3));
-  EXPECT_THAT(ids("id < 4.5 AND id >= 3"), ElementsAre(3, 4));
-  // Two that run at the same time.
-  const auto first = engine_->open("SELECT * FROM Pane WHERE grp = 1");
-  ASSERT_TRUE(first->step());
-  EXPECT_THAT(ids("grp = 3"), ElementsAre(3, 6));
-  EXPECT_THAT(idsOf(*first), ElementsAre(4, 7));
-}
-
-TEST_F(StatementReuse, LetsExpressionsThatStandTwiceBeAlike) {
-  add(6);
-  const auto grouped =
-      engine_->open("SELECT grp = 2 AS f, Count(*) FROM Pane GROUP BY grp = 2 ORDER BY 2");
-  ASSERT_TRUE(grouped->step());
-  EXPECT_EQ(grouped->value(1).toLong(), 2);
-  const auto top = engine_->open("SELECT DISTINCT TOP 3 id > 5 AS f FROM Pane ORDER BY id > 5");
-  EXPECT_TRUE(top->step());
-}
-
-TEST_F(StatementReuse, ReadsTextThatStandsForADateOrANumberAnew) {
-  add(5);
-  EXPECT_THAT(ids("made = '1/3/2020'"), ElementsAre(3));
-  EXPECT_THAT(ids("made = '1/4/2020'"), ElementsAre(4));
-  EXPECT_EQ(errorOf("made = 'yesterday'"), kTypeMismatch);
-  EXPECT_THAT(ids("id = '2'"), ElementsAre(2));
-  EXPECT_EQ(errorOf("id = 'two'"), kTypeMismatch);
-  EXPECT_THAT(ids("id = '5'"), ElementsAre(5));
-}
-
-TEST_F(StatementReuse, IsPlannedAnewForATableThatHasGrownOrGotAnIndex) {
-  add(3);
-  EXPECT_THAT(ids("id = 2"), ElementsAre(2));
-  add(297);
-  EXPECT_THAT(rowsVisited("id = 250"), Gt(100u));  // the first of two makes no lookup yet
-  EXPECT_THAT(rowsVisited("id = 251"), Lt(5u));
-  connection_->createIndex("Pane", {.name = "byGroup", .columns = {{"grp"}, {"id"}}});
-  EXPECT_THAT(rowsVisited("grp = 2 AND id = 251"), Lt(5u));
-  EXPECT_THAT(ids("grp = 2 AND id = 251"), ElementsAre(251));
-  EXPECT_EQ(errorOf("grp = 1 AND nothing = 1"), kItemNotFound);
+TEST(StatementReuse, GivesTheRowsOfItsOwnValues) {
+  std::ifstream script(ORV_SOURCE_DIR "/tests/store/sql/reuse.txt");
+  std::optional<StatementReuse> panes;
+  for (std::string line; std::getline(script, line);) {
+    if (line.starts_with("# ")) panes.emplace();
+    const std::size_t arrow = line.find(" -> ");
+    if (arrow == std::string::npos) continue;
+    const std::size_t blank = line.find(' ');
+    std::string found;
+    const test::Raised raised = test::raisedBy([&] {
+      found = panes->run(line.substr(0, blank), line.substr(blank + 1, arrow - blank - 1));
+    });
+    if (raised.number != 0) found = "error " + std::to_string(raised.number);
+    EXPECT_EQ(found, line.substr(arrow + 4)) << line;
+  }
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ DefinitionEditor::DefinitionEditor(const Format& format, Bytes& bytes, PageNumbe
   std::size_t at = d.headerSize + realIndexes_ * d.realIndexEntry + columns * format.column.size;
   const auto skipNames = [&](std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
-      at += d.nameLengthSize + (d.nameLengthSize == 1 ? view.u8(at) : view.u16(at));
+      at += d.nameLengthSize + view.u16(at);
     }
   };
   skipNames(columns);
@@ -68,7 +68,7 @@ Bytes DefinitionEditor::withoutIndexes(const Format& format, const Bytes& bytes,
   const std::size_t columns = d.headerSize + view.u32(d.realIndexCount) * d.realIndexEntry;
   std::size_t end = columns + view.u16(d.columnCount) * format.column.size;
   for (std::size_t i = 0; i < view.u16(d.columnCount); ++i) {
-    end += d.nameLengthSize + (d.nameLengthSize == 1 ? view.u8(end) : view.u16(end));
+    end += d.nameLengthSize + view.u16(end);
   }
   const auto header = view.span(0, d.headerSize);
   const auto described = view.span(columns, end - columns);

@@ -232,9 +232,10 @@ std::vector<std::string> unconvertedObjects(Database& source) {
   }
   const std::size_t owned = countOfWorkgroup(source, "MSysObjects", "Owner");
   if (owned > 0) {
+    const std::size_t rights = countOfWorkgroup(source, "MSysACEs", "SID");
     names.push_back(fmt::format(
-        "what users of a workgroup own: {} objects, which the admin user gets, and {} rights",
-        owned, countOfWorkgroup(source, "MSysACEs", "SID")));
+        "what users of a workgroup own: {} object{}, which the admin user gets, and {} right{}",
+        owned, owned == 1 ? "" : "s", rights, rights == 1 ? "" : "s"));
   }
   return names;
 }

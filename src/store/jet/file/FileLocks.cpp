@@ -32,7 +32,7 @@ void FileLocks::wait(LockKind kind, bool exclusive) {
     const auto waited = std::chrono::steady_clock::now() - start;
     const bool isPatient = waited < patienceFor(kind);
     const auto holder = [&] { return "'" + path_ + "' is in use by " + file_.lockHolder(kind); };
-    if (!isPatient || (waited > kMoment && !waiting.goesOn(holder()))) {
+    if (!isPatient || (waited > kMoment && !waiting.goesOn(holder))) {
       throw Error(kStoreFailure, holder() +
                                      ". Wait until it has finished or close the file there, then "
                                      "try again.");

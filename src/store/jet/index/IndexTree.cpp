@@ -341,13 +341,10 @@ void IndexTree::removePage(const Path& path) {
 
 /// Takes a page out of the chain of its level and frees it.
 void IndexTree::unlink(PageNumber number) {
-  PageNumber before = 0;
-  PageNumber after = 0;
-  {
+  const auto [before, after] = [&] {
     const StoredIndexPage page = load(number);
-    before = page.entries.previous();
-    after = page.entries.next();
-  }
+    return std::pair(page.entries.previous(), page.entries.next());
+  }();
   if (before != 0) {
     load(before);
     IndexPageEditor(pager_, before).setNext(after);

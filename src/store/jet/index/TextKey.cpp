@@ -160,7 +160,6 @@ void appendJet4(Bytes& key, const IndexedText& text, const TextCodes& codes, Exp
   for (const char16_t unit : text) {
     const CharacterCode& code = codes[unit];
     append(key, codes.primary(code));
-    if (code.kind == Kind::ignored) continue;
     if (code.kind != Kind::letter || code.accentSize > 0) {
       later.add(code, codes.accent(code), letters);
     }

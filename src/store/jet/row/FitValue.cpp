@@ -83,6 +83,9 @@ Changed fitBytes(const std::string& table, const Column& column, const Value& va
 Changed fitByType(const std::string& table, const Column& column, const Value& value) {
   using Longs = std::numeric_limits<std::int32_t>;
   switch (column.type) {
+    case ColumnType::boolean:
+      if (value.getIf<bool>() != nullptr) return {};
+      return value.toBoolean();
     case ColumnType::byte:
       return fitWhole(table, column, value, 0, 255);
     case ColumnType::integer:
@@ -118,11 +121,8 @@ Changed fitByType(const std::string& table, const Column& column, const Value& v
 
 std::optional<Value> changedToFit(const std::string& table, const Column& column,
                                   const Value& value) {
-  if (column.type == ColumnType::boolean) {
-    if (value.getIf<bool>() != nullptr) return {};
-    return !value.isNull() && value.toBoolean();
-  }
   if (value.isNull()) {
+    if (column.type == ColumnType::boolean) return false;
     if (column.required) raiseFor(table, column, kDuplicateKey, "must have a value");
     return {};
   }
@@ -130,7 +130,9 @@ std::optional<Value> changedToFit(const std::string& table, const Column& column
     return fitByType(table, column, value);
   } catch (const Error& error) {
     if (error.description().find("Column '") == 0) throw;
-    raiseFor(table, column, error.number(), "cannot hold '" + value.toText() + "'");
+    const bool isText = value.getIf<Bytes>() == nullptr;
+    raiseFor(table, column, error.number(),
+             "cannot hold " + (isText ? "'" + value.toText() + "'" : "bytes"));
   }
 }
 

@@ -29,7 +29,7 @@ void concat(const Arguments& a, Result& result) {
     result.null();
     return;
   }
-  result.text((a.isNull(0) ? "" : a.text(0)) + (a.isNull(1) ? "" : a.text(1)));
+  result.text(a.text(0) + a.text(1));  // of Null nothing
 }
 
 /// `+` between operands of which at least one may be text: joins text with text, adds otherwise.

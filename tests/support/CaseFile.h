@@ -1,0 +1,36 @@
+// Tables of cases that lie beside the tests as files.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace orv::test {
+
+/// The lines of a file of `tests`, without those that begin with "# ": cells that are parted by
+/// tabs, of which \n, \r and \xNN stand for what they do in C++. A line has at least `columns`.
+inline std::vector<std::vector<std::string>> casesOf(const std::string& file, std::size_t columns) {
+  std::vector<std::vector<std::string>> cases;
+  std::ifstream in(ORV_SOURCE_DIR "/tests/" + file);
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("# ")) continue;
+    std::vector<std::string>& cells = cases.emplace_back();
+    std::istringstream tabbed(line);
+    for (std::string cell; std::getline(tabbed, cell, '\t'); cells.push_back(cell)) {
+      for (std::size_t at = 0; (at = cell.find('\\', at)) != std::string::npos; ++at) {
+        const char what = cell[at + 1];
+        if (what == 'n' || what == 'r') cell.replace(at, 2, what == 'n' ? "\n" : "\r");
+        if (what != 'x') continue;
+        cell.replace(at, 4, 1, static_cast<char>(std::stoi(cell.substr(at + 2, 2), nullptr, 16)));
+      }
+    }
+    cells.resize(std::max(columns, cells.size()));
+  }
+  EXPECT_GT(cases.size(), 10U) << file;
+  return cases;
+}
+
+}  // namespace orv::test
