@@ -184,7 +184,7 @@ std::vector<Value> TableRecordset::currentValues() const {
 
 std::optional<std::size_t> TableRecordset::indexFor(std::size_t field) const {
   for (const jet::RealIndex& index : table_->definition().realIndexes) {
-    if (!index.columns.empty() && index.columns.front().column == field && !index.ignoreNulls &&
+    if (!index.columns.empty() && index.columns.front().column == field &&
         !table_->distrusted().contains(index.number)) {
       return index.number;
     }

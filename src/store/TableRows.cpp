@@ -1,7 +1,7 @@
 #include "store/TableRows.h"
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
 namespace orv::store {
 
@@ -12,6 +12,10 @@ TableRows::TableRows(std::shared_ptr<jet::Table> table, const std::vector<jet::R
     : table_(std::move(table)), whole_(false), known_(rows.begin(), rows.end()) {}
 
 void TableRows::readTo(std::size_t position) {
+  if (scan_ && std::exchange(hasMore_, false)) {
+    scan_ = table_->scan();
+    if (!known_.empty()) scan_->seekAfter(known_.back());
+  }
   while (scan_ && known_.size() <= position) {
     if (!scan_->next()) {
       scan_.reset();
@@ -70,8 +74,9 @@ void TableRows::add(jet::RowId row) {
     return;
   }
   const auto place = std::lower_bound(known_.begin(), known_.end(), row);
-  // What lies beyond the rows read so far will be come upon in its turn.
-  if ((place != known_.end() && *place != row) || (place == known_.end() && !scan_)) {
+  if (place == known_.end() && scan_) {
+    hasMore_ = true;  // It will be come upon in its turn.
+  } else if (place == known_.end() || *place != row) {
     known_.insert(place, row);
   }
 }

@@ -38,6 +38,7 @@ class TableRows {
   std::shared_ptr<jet::Table> table_;
   bool whole_;
   std::optional<jet::TableScan> scan_;  ///< stands on the last of `known_`; none at the end
+  bool hasMore_ = false;  ///< rows have been added since to a page that the scan may have read
   std::optional<jet::TableScan> walk_;  ///< stands on the row that after() gave last
   std::deque<jet::RowId> known_;        ///< whose first ones are removed as cheaply as its last
   std::optional<std::size_t> counted_;  ///< rows of the whole table

@@ -174,50 +174,44 @@ TEST_F(LogFile, RecordsEndWhereOneDoesNotFit) {
 }
 
 TEST_F(LogFile, GrowsByStepsAndBeginsAnew) {
-  EXPECT_EQ(file_->size(), kMegabyte);
   const LogCounter before = log_.counter();
   const Bytes after = page("ab");
-  const auto commit = [&](std::size_t pages) {
-    log_.append(0, static_cast<PageNumber>(pages),
-                std::vector<LoggedPage>(pages, {1, nullptr, after.data()}));
+  const auto append = [&](std::uint64_t end) {  // so that the log ends just behind that
+    const auto pages = (end - log_.state().end) / (kPage + 24) + 1;
+    log_.append(0, 9, std::vector<LoggedPage>(pages, {1, nullptr, after.data()}));
   };
-  const std::size_t most = (kMegabyte - log_.state().end - LogRecord::kHeadSize) / (kPage + 24);
-  commit(most);
+  append(kMegabyte - 2 * kPage);
   EXPECT_EQ(file_->size(), kMegabyte);
   log_.withdraw();
   EXPECT_FALSE(log_.state().busy);
-  commit(most + 1);
+  append(kMegabyte);
   EXPECT_TRUE(state().busy);
   EXPECT_EQ(file_->size(), 2 * kMegabyte);
   log_.finish({});
   EXPECT_EQ(state().encode(), log_.state().encode());
   EXPECT_EQ(log_.counter().number, before.number + 1);
-  for (const std::size_t megabytes : {4, 6, 8, 9}) {
-    files_.limitSpace(11 * kMegabyte + 5000);
+  files_.limitSpace(11 * kMegabyte + 5000);
+  for (const std::size_t megabytes : {4, 8, 9}) {
     EXPECT_EQ(log_.isLong(), megabytes == 9);
-    commit(megabytes * kMegabyte / (kPage + 24) - log_.state().end / (kPage + 24) + 1);
+    append(megabytes * kMegabyte);
     log_.finish({});
   }
-  EXPECT_NE(test::raisedBy([&] { commit(2 * kMegabyte / kPage); }).number, 0);
+  EXPECT_NE(test::raisedBy([&] { append(11 * kMegabyte); }).number, 0);
   EXPECT_EQ(file_->size(), 10 * kMegabyte);
   files_.limitSpace(UINT64_MAX);
-  log_.beginAnew({.size = 5, .modified = 6});
-  EXPECT_EQ(file_->size(), 10 * kMegabyte);
-  commit(7 * kMegabyte / kPage);
-  log_.finish({});
-  commit(7 * kMegabyte / kPage);
-  log_.finish({});
-  const std::uint64_t number = log_.counter().number;
-  EXPECT_EQ(file_->size(), 15 * kMegabyte);
-  commit(2 * kMegabyte / kPage);
-  log_.beginAnew({.size = 5, .modified = 6});
-  EXPECT_EQ(file_->size(), 8 * kMegabyte);
-  EXPECT_EQ(log_.counter(), (LogCounter{before.origin, number + 1}));
-  EXPECT_EQ(log_.state().encode(),
-            (LogState{header().generation, number + 1, kLogRecords, false, 5, 6}).encode());
-  EXPECT_EQ(header().number, number + 1);
-  log_.look();
-  EXPECT_EQ(records(log_), "");
+  for (const std::size_t megabytes : {15, 16}) {
+    append(megabytes * kMegabyte);
+    EXPECT_EQ(file_->size(), (megabytes + 1) * kMegabyte);
+    const std::uint64_t number = log_.counter().number;
+    log_.beginAnew({.size = 5, .modified = 6});
+    EXPECT_EQ(file_->size(), (megabytes == 15 ? 16 : 8) * kMegabyte);
+    EXPECT_EQ(log_.counter(), (LogCounter{before.origin, number + 1}));
+    EXPECT_EQ(log_.state().encode(),
+              (LogState{header().generation, number + 1, kLogRecords, false, 5, 6}).encode());
+    EXPECT_EQ(header().number, number + 1);
+    EXPECT_EQ(log_.look(), Log::Found::sound);
+    EXPECT_EQ(records(log_), "");
+  }
 }
 
 TEST_F(LogFile, GetsAnotherNameOrNone) {

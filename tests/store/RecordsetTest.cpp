@@ -132,6 +132,7 @@ std::string call(Recordset& rows, const std::string& verb, const std::string& ar
   if (verb == "position") return std::to_string(rows.position());
   if (verb == "field") return std::to_string(rows.fieldIndex(argument));
   if (verb == "value") return rows.value(std::stoul(argument)).toText();
+  if (verb == "bof") return Value(rows.bof()).toText();
   if (verb == "names") return names(rows);
   if (verb == "search") return search(rows, argument);
   if (verb == "first") rows.moveFirst();

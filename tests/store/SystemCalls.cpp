@@ -17,8 +17,8 @@ SystemCalls* inUse = nullptr;
 
 /// How the next call is to end.
 int endOf(const char* call) {
-  const auto found = inUse == nullptr ? decltype(inUse->ends)::iterator{} : inUse->ends.find(call);
-  if (inUse == nullptr || found == inUse->ends.end()) return 0;
+  if (inUse == nullptr || !inUse->ends.contains(call)) return 0;
+  const auto found = inUse->ends.find(call);
   const int end = found->second.front();
   found->second.erase(found->second.begin());
   if (found->second.empty()) inUse->ends.erase(found);
@@ -26,13 +26,11 @@ int endOf(const char* call) {
 }
 
 /// The call, or its failure.
-template <class Made>
-auto ended(const char* call, const Made& made) -> decltype(made()) {
-  if (const int error = endOf(call); error != 0) {
-    errno = error;
-    return -1;
-  }
-  return made();
+template <class... Arguments>
+int made(const char* call, long number, Arguments... arguments) {
+  const int error = endOf(call);
+  errno = error;
+  return error != 0 ? -1 : static_cast<int>(syscall(number, arguments...));
 }
 
 template <class Made>
@@ -43,8 +41,8 @@ ssize_t endedInPart(const char* call, std::size_t length, const Made& made) {
   return end != 0 ? -1 : made(length);
 }
 
-void note(const std::string& made) {
-  if (inUse != nullptr) inUse->made.push_back(made);
+void note(const std::string& what) {
+  if (inUse != nullptr) inUse->made.push_back(what);
 }
 
 }  // namespace
@@ -74,55 +72,45 @@ int open(const char* path, int flags, ...) {
   va_start(more, flags);
   const auto mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
   va_end(more);
-  return ended("open",
-               [&] { return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode)); });
+  return made("open", SYS_openat, AT_FDCWD, path, flags, mode);
 }
 int fcntl(int file, int command, ...) {
   va_list more;
   va_start(more, command);
   void* const argument = va_arg(more, void*);
   va_end(more);
-  return ended("fcntl",
-               [&] { return static_cast<int>(syscall(SYS_fcntl, file, command, argument)); });
+  return made("fcntl", SYS_fcntl, file, command, argument);
 }
 int ftruncate(int file, off_t size) noexcept {
-  return ended("ftruncate", [&] { return static_cast<int>(syscall(SYS_ftruncate, file, size)); });
+  return made("ftruncate", SYS_ftruncate, file, size);
 }
 int fdatasync(int file) {
-  return ended("fdatasync", [&] { return static_cast<int>(syscall(SYS_fdatasync, file)); });
+  return made("fdatasync", SYS_fdatasync, file);
 }
-int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
-              unsigned flags) noexcept {
-  return ended("renameat2", [&] {
-    return static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
-  });
+int renameat2(int from, const char* name, int to, const char* other, unsigned flags) noexcept {
+  return made("renameat2", SYS_renameat2, from, name, to, other, flags);
 }
 int rename(const char* from, const char* to) noexcept {
-  return ended("rename", [&] {
-    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
-  });
+  return made("rename", SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 int unlink(const char* path) noexcept {
-  return ended("unlink",
-               [&] { return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0)); });
+  return made("unlink", SYS_unlinkat, AT_FDCWD, path, 0);
 }
 int fchmod(int file, mode_t mode) noexcept {
   note(fmt::format("mode {:o}", mode));
-  return ended("fchmod", [&] { return static_cast<int>(syscall(SYS_fchmod, file, mode)); });
+  return made("fchmod", SYS_fchmod, file, mode);
 }
 int fchown(int file, uid_t owner, gid_t group) noexcept {
   note(fmt::format("owner {} {}", static_cast<int>(owner), static_cast<int>(group)));
-  return ended("fchown", [&] { return static_cast<int>(syscall(SYS_fchown, file, owner, group)); });
+  return made("fchown", SYS_fchown, file, owner, group);
 }
 int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept {
   note(fmt::format("attribute {}", name));
-  return ended("fsetxattr", [&] {
-    return static_cast<int>(syscall(SYS_fsetxattr, file, name, value, size, flags));
-  });
+  return made("fsetxattr", SYS_fsetxattr, file, name, value, size, flags);
 }
 int fremovexattr(int file, const char* name) noexcept {
   note(fmt::format("without {}", name));
-  return static_cast<int>(syscall(SYS_fremovexattr, file, name));
+  return made("fremovexattr", SYS_fremovexattr, file, name);
 }
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept {
