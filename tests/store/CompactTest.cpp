@@ -95,7 +95,12 @@ TEST(Compact, PutsTheNewFileInPlaceWithPermissionsAndAttributesOfTheOldOne) {
   fs::permissions(file, fs::perms(0600));
   const std::string backup = folder / "old.mdb";
   const std::string target = folder / "new.mdb";
-  const CompactReport report = compactInPlace(file, "", backup);
+  std::string progress;
+  const CompactReport report =
+      compactInPlace(file, "", backup, [&](std::size_t done, std::size_t all) {
+        progress += std::to_string(done) + "/" + std::to_string(all) + " ";
+      });
+  EXPECT_EQ(progress, "64/462 128/462 154/462 218/462 282/462 372/462 436/462 439/462 ");
   EXPECT_LT(report.sizeAfter, report.sizeBefore);
   expectCompacted(backup, file, report);
   compactFile(file, "", target);

@@ -80,7 +80,11 @@ class Conversion : public testing::Test {
     fs::remove(new_);
     std::string text =
         raised.number == 0 ? "" : fmt::format("{}: {}\n", raised.number, raised.description);
-    text += textOf(convertFile(old_, password, new_, Losses::accept));
+    std::string progress;
+    text += textOf(convertFile(
+        old_, password, new_, Losses::accept,
+        [&](std::size_t done, std::size_t all) { progress += fmt::format(" {}/{}", done, all); }));
+    text += progress + '\n';
     return std::regex_replace(text, std::regex("/[^ ]*/"), "");
   }
 

@@ -215,6 +215,8 @@ TEST(FileKinds, ALinkedTableIsNamedAsSuch) {
               [&] { database->table("shared"); });
   expectError(kNotSupported, {"'Remote'", "linked table", "ODBC"},
               [&] { database->table("Remote"); });
+  expectError(kObjectNotFound, {"There is no table 'none' in 'front.mdb'."},
+              [&] { database->table("none"); });
   ASSERT_EQ(database->linkedTables().size(), 2U);
   EXPECT_EQ(database->linkedTables()[0].database, "C:\\data\\shared.mdb");
   test::expectSound("front.mdb");

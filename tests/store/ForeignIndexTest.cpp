@@ -9,6 +9,7 @@
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Check.h"
+#include "store/Compact.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
@@ -136,6 +137,9 @@ TEST_F(ForeignIndex, SortOrderKnownInPart) {
     rows.push_back(insert(i, i % 2 == 0 ? "\u6771\u4eac" : "Glass " + std::to_string(i)));
   changeColumn(1, kJet4.column.sortOrder, 1041);
   EXPECT_EQ(check().remarkCount, 2U);  // one for each index, of whose keys some are not compared
+  compactFile("foreign.mdb", "", "new.mdb");
+  EXPECT_EQ(test::difference(test::contentOf("foreign.mdb"), test::contentOf("new.mdb")), "");
+  EXPECT_EQ(test::expectSound("new.mdb").remarkCount, 2U);
   const RowId added = insert(7, "Added");
   EXPECT_EQ(table_->index(0).find(*makeSearchKey(table_->definition().columns[1], "ADDED", true)),
             added);

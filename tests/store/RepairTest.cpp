@@ -227,13 +227,17 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
 }
 
 TEST_P(Repair, OfASoundFileLosesNothing) {
-  const CompactReport report = repairFile(sound_.string(), "", folder_ / "repaired.mdb");
+  std::string progress;
+  const CompactReport report = repairFile(
+      sound_.string(), "", folder_ / "repaired.mdb",
+      [&](std::size_t done, std::size_t all) { progress += fmt::format("{}/{} ", done, all); });
   EXPECT_TRUE(report.isWhole() && report.salvaged.empty() && report.notes.empty());
   expectSaved(readTables(sound_.string()), folder_ / "repaired.mdb", {}, report);
   if (isSample()) {
     EXPECT_EQ(orv::test::difference(orv::test::contentOf(sound_),
                                     orv::test::contentOf(folder_ / "repaired.mdb")),
               "");
+    EXPECT_EQ(progress, "64/308 128/308 218/308 282/308 ");
     orv::test::expectBytes(folder_ / "repaired.mdb", 0xa9160ecb2c874d94);
   }
 }

@@ -5,7 +5,7 @@
 
 namespace orv::store::jet {
 
-const Format kJet3 = {
+constexpr Format kJet3 = {
     .name = "Jet 3",
     .pageSize = 2048,
     .unicodeText = false,
@@ -79,7 +79,7 @@ const Format kJet3 = {
     .maxFileSize = std::size_t{1} << 30,
 };
 
-const Format kJet4 = {
+constexpr Format kJet4 = {
     .name = "Jet 4",
     .pageSize = 4096,
     .unicodeText = true,
