@@ -259,10 +259,24 @@ TEST_F(AuditDatabaseTest, RecordsFarOutsideTheirGroupAreFound) {
     foil->group("Few");
     insert(foil);
   }
-  EXPECT_EQ(whole(), (Lines{"panes 15 thick: outliers |thickness|60 mm|about 5.7 mm|The thickness "
-                            "is far from that of the others of the group Demonstration",
-                            "panes 22 foil19: outliers |thickness|1.5 mm|about 5 mm|The thickness "
-                            "is far from that of the others of the group Foils"}));
+  for (const auto& [group, count] : {std::pair("Clear", 12), std::pair("Eleven", 11)}) {
+    for (int number = 0; number < count; ++number) {
+      const auto clear = pane(fmt::format("{} {}", group, number), 1);
+      clear->group(group);
+      for (int at = 0; at < clear->SpectralData()->count() && number == 0; ++at) {
+        clear->SpectralData()->Tf(at, 0.125F);
+      }
+      insert(clear);
+    }
+  }
+  EXPECT_EQ(
+      whole({.rules = {"outliers"}}),
+      (Lines{"panes 15 thick: outliers |thickness|60 mm|about 5.7 mm|The thickness is far "
+             "from that of the others of the group Demonstration",
+             "panes 22 foil19: outliers |thickness|1.5 mm|about 5 mm|The thickness is far "
+             "from that of the others of the group Foils",
+             "panes 27 Clear 0: outliers |Tf_vis|0.125|about 0.7279|The Tf_vis is far from that "
+             "of the others of the group Clear"}));
 }
 
 TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {

@@ -187,6 +187,10 @@ TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {
       {"exchanged |emissivity_front|0.84|0.05|The coating is said to be on the front, but it is "
        "the back that has a low emissivity",
        with(changed(coated(), 0, 9999, dimmer), &Draft::side, "Front").text()},
+      {"exchanged |emissivity_back|0.84|0.05|The coating is said to be on the back, but it is the "
+       "front that has a low emissivity",
+       with(with(changed(coated(), 0, 9999, dimmer), &Draft::front, 0.05), &Draft::back, 0.84)
+           .text()},
       {"uncoated-low-e |emissivity_back|0.4|0.7 at least|The back has no coating, but an "
        "emissivity of 0.4",
        with(clear(), &Draft::back, 0.4).text()},
@@ -318,6 +322,8 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
       {"jump", bent(315), raised(300, 300, 0.07)},
       {"jump", bent(320), raised(300, 300, 0.07)},
       {"detector-step", raised(860, 9999, 0.0099), raised(860, 9999, 0.01)},
+      {"detector-step", changed(raised(860, 9999, 0.02), 865, 865, [](Point& at) { at.nm += 0.1; }),
+       raised(860, 9999, 0.02)},
       {"detector-step", raised(700, 9999, 0.02), raised(705, 9999, 0.02)},
       {"detector-step", raised(1110, 9999, 0.02), raised(1105, 9999, 0.02)},
       {"constant", even(450, 545, 0.5, 0.1), even(450, 550, 0.5, 0.1)},

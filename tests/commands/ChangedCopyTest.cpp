@@ -16,6 +16,7 @@ using commands::RecordKind;
 using commands::TextFileKind;
 using commands::compare::Comparison;
 using commands::compare::State;
+using ::testing::Contains;
 using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -187,6 +188,8 @@ TEST_F(ChangedCopyTest, WritesWhatItTellsAndIsDone) {
   left_.push_back("spectrum");  // some of it is not read, and two directions are one too many
   const auto b = newDatabase("b.mdb");
   proveCopy(a, b);
+  EXPECT_THAT(compare(a, b, {.isForCopy = true}).remarks,
+              Contains(HasSubstr("R of the substrate (1)")));
   alter(b);
   proveCopy(a, b);
   // Of which columns are of double precision, and other names.
@@ -229,9 +232,9 @@ TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
                                                  {"c.txt", paneText("Other")}});
   const auto b = newDatabase("b.mdb");
   const Comparison told = compare(files, b, {.group = group_, .isForCopy = true});
-  EXPECT_THAT(told.remarks,
-              ::testing::Contains(
-                  HasSubstr("a.txt and b.txt are files of one pane and differ in product name")));
+  EXPECT_THAT(
+      told.remarks,
+      Contains(HasSubstr("a.txt and b.txt are files of one pane and differ in product name")));
   EXPECT_EQ(copyChanged(files, b, told).summary().substr(0, 17), "2 records copied.");
   alter(b, {"direction"});
   const Comparison changed = compare(files, b, {.group = group_, .isForCopy = true});

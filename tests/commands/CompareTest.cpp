@@ -5,6 +5,7 @@
 #include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
 #include "commands/compare/Compare.h"
+#include "commands/compare/CopyChanges.h"
 #include "database/SourceDatabases.h"
 #include "model/Raised.h"
 #include "support/CaseFile.h"
@@ -304,6 +305,10 @@ TEST_F(CompareTest, NumbersAreToldAsFarAsTheyDiffer) {
             (Lines{"changed|panes|1|1|pane|0|Rb|0.22 at 500 nm|0.22000003 at 500 nm (+2.98e-08)"}));
   EXPECT_EQ(result.remarks, (Lines{"Different, but not brought by a copy, so that it stays as it "
                                    "is in B (panes): direction (1)."}));
+  // A curve that is 0 all over is none of the others'.
+  set(b, "Pane_spectral_data", "PaneID = 1", "reflection_indoor", 0);
+  EXPECT_EQ(compare(a, b, {.fields = {"Rb"}}),
+            (Lines{"changed|panes|1|1|pane|0|Rb|0.24000001 at 700 nm|0 at 700 nm (-0.24)"}));
   // Without a row of values the spectrum is there all the same.
   b->ADOConnection()->deleteRows("Pane_integrated_data", "PaneID = 1");
   EXPECT_EQ(compare(b, a, {.fields = {"integrated values"}, .isForCopy = true}),
@@ -327,6 +332,11 @@ TEST_F(CompareTest, RecordsArePutTogetherAsIsAskedFor) {
   EXPECT_THAT(pairs({.match = Match::spectrum}), ElementsAre("1-", "2-1", "-2", "-3"));
   EXPECT_THAT(pairs({.match = Match::spectrum, .tolerance = 1e-4}),
               ElementsAre("1-3", "2-1", "-2"));
+
+  for (const char* name : {"Float 4.0 mm", "v1.5", ".net", "bare", "last."}) insert(a, name);
+  for (const char* name : {"Float 4.1 mm", "v1.6", ".dat", "bare.dat", "last"}) insert(b, name);
+  EXPECT_THAT(pairs({.match = Match::filename}), ElementsAre("1-2", "2-1", "3-", "4-", "5-", "6-7",
+                                                             "7-", "-3", "-4", "-5", "-6", "-8"));
 
   // Of one name in one group there are several only in shadings and in other makers' databases.
   for (const auto* name : {"x", "x", "y"}) {
@@ -363,6 +373,10 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   const Lines twins = compare(a, b);
   EXPECT_THAT(twins, ::testing::Contains("removed|panes|1||twin||||"));
   EXPECT_EQ(result.count(commands::compare::State::changed), 0U) << ::testing::PrintToString(twins);
+  EXPECT_THAT(
+      commands::compare::copyablePairs(result, "").remarks(),
+      ElementsAre(HasSubstr("of this name, of which nobody knows which would be replaced (of "
+                            "those in other groups --group tells): twin.")));
   set(a, "Pane", "PaneID = 1", "name", "solo");
   set(b, "Pane", "PaneID = 1", "name", "twin");
   EXPECT_THAT(pairs({}), ElementsAre("1-", "?2-1", "3-", "?-2", "-3"));
@@ -375,6 +389,11 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("with it: solo."),
                                           "1 record is without a spectrum: put together by name."));
   b->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 4");
+  insert(a, "odd", "Demo", 0, 0.8F);
+  insert(b, "odd");
+  b->ADOConnection()->deleteRows("Pane_spectral_data", "PaneID = 5");
+  EXPECT_THAT(pairs({.match = Match::spectrum}),
+              ElementsAre("?1-2", "2-1", "3-3", "4-4", "5-", "-5"));
   for (int i = 0; i < 11; ++i) {
     insert(a, fmt::format("a{}", i));
     insert(b, fmt::format("b{}", i));
@@ -383,7 +402,7 @@ TEST_F(CompareTest, OfSeveralAlikeThoseThatAreTheSameGoTogether) {
   EXPECT_THAT(
       result.remarks,
       ElementsAre(HasSubstr("with it: solo, d, a0, a1, a2, a3, a4, a5, a6, a7, and 2 more."),
-                  "2 records are without a spectrum: put together by name."));
+                  "3 records are without a spectrum: put together by name."));
 }
 
 TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {

@@ -119,6 +119,59 @@ TEST(RecordView, SortsTheFilteredRowsAndKeepsEqualOnesInOrder) {
   EXPECT_EQ(names(view).front(), "clear 10");
 }
 
+TEST(RecordView, TextsHaveTheDigitsAndCodesTheirNames) {
+  RecordView view(
+      std::make_unique<MemoryTable>(
+          std::vector<RecordColumn>{recordColumn("name", false), recordColumn("typeID", true),
+                                    recordColumn("thickness", true)},
+          MemoryTable::Rows{{"b", 3, 1.23456}, {"a", Value(), 12.3456}, {"c", 1, 0.5}}),
+      3);
+  const auto shown = [&] {
+    while (!view.isComplete()) view.advance(1);
+    std::string text;
+    for (std::size_t i = 0; i < view.count() * 3; ++i) text += view.text(i / 3, i % 3) + "|";
+    return text;
+  };
+  EXPECT_EQ(shown(), "b|Screen (3)|1.23|a||12.3|c|Venetian blind (1)|0.5|");
+  view.digits(5);
+  EXPECT_EQ(view.count(), 0U) << "it begins anew";
+  EXPECT_EQ(shown(), "b|Screen (3)|1.2346|a||12.346|c|Venetian blind (1)|0.5|");
+  EXPECT_EQ(view.find("346", 0, true), 2U);
+  EXPECT_EQ(view.find("346", 3, true), 5U);
+  EXPECT_EQ(view.find("", 0, true), std::nullopt);
+  view.filter({"", "BLIND"});
+  EXPECT_EQ(shown(), "c|Venetian blind (1)|0.5|");
+  EXPECT_EQ(view.value(0, 1).toLong(), 1);
+  view.filter({"", "", "1.2346", "more than there are columns"});
+  EXPECT_EQ(shown(), "b|Screen (3)|1.2346|");
+  EXPECT_THAT(view.identifiersRead(), ElementsAre("b", "a", "c"));
+  EXPECT_TRUE(view.isFilled());
+  EXPECT_FALSE(view.fillNext());
+  view.filter({"nothing"});
+  EXPECT_EQ(shown(), "");
+  EXPECT_EQ(view.find("b", 0, true), std::nullopt);
+}
+
+TEST(RecordView, SortsEachKindOfValueByItsOwnOrder) {
+  const auto sorted = [](const std::vector<Value>& values, bool readsNumbers) {
+    MemoryTable::Rows rows;
+    for (const Value& value : values) rows.push_back({value});
+    RecordView view(std::make_unique<MemoryTable>(
+                        std::vector<RecordColumn>{recordColumn("name", false)}, std::move(rows)),
+                    9);
+    view.sort({{.column = 0, .readsNumbers = readsNumbers}});
+    std::string text;
+    for (const std::string& name : names(view)) text += name + "|";
+    return text;
+  };
+  EXPECT_EQ(sorted({"b", store::Date{1.0}, 2.5, Value(), "A", -3, true}, false),
+            "|-3|1899-12-31|2.5|A|b|Yes|");
+  const std::vector<Value> numbered{"p10", "p9", "p09",  "P1",    "p",
+                                    "10",  "9a", "p1.5", "p1.10", "p0"};
+  EXPECT_EQ(sorted(numbered, false), "10|9a|p|p0|p09|P1|p1.10|p1.5|p10|p9|");
+  EXPECT_EQ(sorted(numbered, true), "9a|10|p|p0|P1|p1.5|p1.10|p9|p09|p10|");
+}
+
 TEST(RecordView, FindsAroundTheEnds) {
   RecordView view = glazings();
   EXPECT_EQ(view.find("10", 0, true), 0U);

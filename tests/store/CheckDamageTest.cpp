@@ -131,6 +131,12 @@ const std::vector<Damage> kLongValueDamage{
 };
 
 const std::vector<Damage> kPageDamage{
+    {"not marked as the header", [](auto& file) { *file.page(0) = 1; }},
+    {"serves something else too",
+     [](auto& file) {
+       store32(file.definition("Pane") + kJet4.definition.freePages,
+               file.table("Pane").ownedPages.toPointer());
+     }},
     {"map of pages is of an unknown kind",
      [](auto& file) { *file.rowBytes(file.table("Pane").ownedPages) = 7; }},
     {"map of pages is of an unknown kind",
@@ -174,6 +180,15 @@ void renumber(DamagedFile& file, const std::string& column, std::uint32_t number
   store32(file.field("MSysObjects", shading, column).data(), number);
 }
 
+/// The part of a definition for an index tree, behind the columns and their names (of two bytes a
+/// letter); behind the last tree those for the names of indexes begin.
+std::uint8_t* indexBlock(DamagedFile& file, const std::string& table, std::size_t number) {
+  const auto& columns = file.table(table).columns;
+  std::uint8_t* at = file.columnBlock(table, columns.size());
+  for (const Column& column : columns) at += 2 + 2 * column.name.size();
+  return at + number * kJet4.index.realSize;
+}
+
 const std::vector<Damage> kCatalogDamage{
     {"has the id of",
      [](auto& file) {
@@ -195,12 +210,8 @@ const std::vector<Damage> kCatalogDamage{
     {"belongs to an object that is not", [](auto& file) { renumber(file, "ParentId", 4711); }},
     {"on page 777, but there is none",
      [](auto& file) {
-       const TableDefinition& groups = file.table("Groups");
-       // Behind the columns, their names (of two bytes a letter) and the parts of real indexes.
-       std::uint8_t* at = file.columnBlock("Groups", groups.columns.size());
-       for (const Column& column : groups.columns) at += 2 + 2 * column.name.size();
-       at += groups.realIndexes.size() * kJet4.index.realSize;
-       store32(at + kJet4.index.logicalRelationTable, 777);
+       std::uint8_t* named = indexBlock(file, "Groups", file.table("Groups").realIndexes.size());
+       store32(named + kJet4.index.logicalRelationTable, 777);
      }},
 };
 
@@ -236,6 +247,19 @@ PageNumber addPage(DamagedFile& file) {
 }
 
 const std::vector<Damage> kIndexDamage{
+    {"has Null in a column that the index requires",
+     [](auto& file) {  // and several rows with the same group, of which the index is made the key
+       const RealIndex& index = file.index("Pane", "Groups");
+       indexBlock(file, "Pane", index.number)[kJet4.index.realFlags] = 0x89;
+       std::uint8_t* named = indexBlock(file, "Pane", file.table("Pane").realIndexes.size());
+       for (; load32(named + kJet4.index.logicalReal) != index.number;) named += 28;
+       named[kJet4.index.logicalType] = 1;
+     }},
+    {"leads to no leaf of the index",
+     [](auto& file) {
+       std::uint8_t* root = file.page(spectraPage(file, -1));
+       std::fill(root + kJet4.indexPage.tail, root + kJet4.pageSize, std::uint8_t{0});
+     }},
     {"is out of order",
      [](auto& file) {
        changeEntries(file, spectraPage(file, 1), [](auto& all) { std::swap(all[3], all[4]); });
@@ -397,7 +421,7 @@ TEST(CheckDamage, OfLongValuesIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, OfPagesIsFoundAndNamed) {
-  expectFound(kPageDamage, true, 0x250154082943caa2);
+  expectFound(kPageDamage, true, 0x99e741473203f74a);
 }
 
 TEST(CheckDamage, OfTheCatalogueIsFoundAndNamed) {
@@ -405,7 +429,7 @@ TEST(CheckDamage, OfTheCatalogueIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, OfIndexesIsFoundAndNamed) {
-  expectFound(kIndexDamage, true, 0x13da2d9ac3b8b751);
+  expectFound(kIndexDamage, true, 0x3fb0c151ff44206b);
 }
 
 TEST(CheckDamage, IsARemarkWhereNoRowIsLost) {

@@ -53,7 +53,8 @@ struct Jet3Header {
 /// A file of tables whose definitions begin on pages 2, 3 and so on. The last page is free.
 std::string jet3File(const std::vector<Jet3Table>& tables, const Jet3Header& header = {});
 
-/// Writes the sample, converted into a file of Jet 4: many kinds of things, and few of each.
+/// Writes the sample, converted into a file of Jet 4: many kinds of things, and few of each. Most
+/// rows of Panes are deleted, so that pages are free.
 void makeConvertedFile(const std::filesystem::path& path);
 
 }  // namespace orv::test

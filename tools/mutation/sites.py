@@ -4,6 +4,7 @@ A site does not change the text but wraps pieces of it, so that one program hold
 environment variable says which of them is on: `a < b` becomes `(orvMutant(7) ? (a <= b) : (a < b))`.
 """
 import re
+import sys
 from dataclasses import dataclass, field
 
 from clang.cindex import CursorKind as K, Index, LinkageKind, TypeKind as T
@@ -35,7 +36,7 @@ class Site:
     rule: str
     what: str
     wraps: list
-    keyword: list = field(default_factory=list)  # the `constexpr` of the variable that it is in
+    keyword: list = field(default_factory=list)  # the `constexpr` or `const` of the variable that it is in
 
 
 class Finder:
@@ -244,6 +245,11 @@ class Finder:
         found = re.search(r'\bconstexpr\b', head)
         if found and not self.keyword and cursor.linkage == LinkageKind.EXTERNAL:
             return  # other files may need its value before this one has run
+        plain = re.search(r'\bconst\b', head)
+        if plain and not found and not self.keyword and self.is_constant_of_a_file(cursor):
+            start = cursor.extent.start.offset + len(head[:plain.start()].encode())
+            self.keyword = [start, start + len('const'), 'const']
+            self.left = sys.maxsize
         if found and not self.keyword:
             start = cursor.extent.start.offset + len(head[:found.start()].encode())
             member = cursor.semantic_parent.kind in (K.CLASS_DECL, K.STRUCT_DECL, K.CLASS_TEMPLATE)
@@ -253,6 +259,11 @@ class Finder:
             if child.extent.start.offset >= cursor.location.offset and child.kind.is_expression():
                 self.visit(child)
         self.keyword, self.left = outer
+
+    def is_constant_of_a_file(self, cursor):
+        """Whether the compiler may evaluate it, though nothing asks for that, and without its faults."""
+        scope = cursor.semantic_parent.kind in (K.NAMESPACE, K.TRANSLATION_UNIT)
+        return scope and not re.search(r'\[[^]]*\] *(\(|{)', self.text(cursor))  # no lambdas
 
     def branch(self, cursor):
         if self.text(cursor).startswith('if constexpr'):

@@ -69,7 +69,8 @@ struct Header {
 Header mendHeader(const Bytes& beginning) {
   Header header{Bytes(beginning.begin(), beginning.begin() + kPageSize)};
   int engineVersion = 0;
-  const bool isNamed = detectFormat({header.page, 0}, engineVersion) == &kJet4;
+  const bool isNamed = detectFormat({header.page, 0}, engineVersion) == &kJet4 &&
+                       header.page[0] == static_cast<std::uint8_t>(PageType::header);
   const Bytes plain = unmasked(header.page);
   const std::string password = passwordIn(kJet4, plain);
   header.keepsHidden = load32(&plain[kJet4.header.encodingKey]) == 0 &&
