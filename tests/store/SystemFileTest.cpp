@@ -18,6 +18,7 @@
 #include "store/jet/file/File.h"
 #include "store/jet/file/FileLocks.h"
 #include "store/jet/file/NewFile.h"
+#include "store/jet/history/HistoryFile.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -133,6 +134,16 @@ TEST_F(SystemFile, IsOpenedForReadingWhereWritingIsRefused) {
       EXPECT_EQ(file->size(), 10U);
     }
   }
+}
+
+TEST_F(SystemFile, AHistoryThatIsReadOnlyIsNotWritten) {
+  const HistoryRecord record{.work = 5, .title = "work"};
+  EXPECT_TRUE(HistoryFile(path_, 7).append(record, true));
+  const std::string before = content("file.orv-history");
+  ends["open"] = {EACCES};
+  EXPECT_EQ(told([&] { HistoryFile(path_, 7).append(record, true); }),
+            "'~/file.orv-history' cannot be written: it is read-only for this user.");
+  EXPECT_EQ(content("file.orv-history"), before);
 }
 
 TEST_F(SystemFile, GetsANewNameThatNothingHas) {

@@ -65,6 +65,33 @@ TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
   }
 }
 
+/// An index in another sort order than that of the database, and one whose keys are not known.
+TEST_F(ForeignRows, OfAnotherSortOrderAreFoundInTheTable) {
+  for (const std::uint16_t language : {1045, 1036}) {
+    const std::string name = "Names" + std::to_string(language);
+    jet::createTable(*database_, {.name = name,
+                                  .columns = {{.name = "n", .size = 20}},
+                                  .indexes = {{.name = "ByName", .columns = {{"n"}}}}});
+    const auto table = database_->table(name);
+    for (const char* text : {"b", "\u00e9", "A", "c"}) table->insert(std::vector<Value>{text});
+    jet::Transaction transaction(database_->pager());
+    const auto& format = jet::kJet4;
+    jet::store16(database_->pager().modify(table->definition().page) +
+                     format.definition.headerSize + format.definition.realIndexEntry +
+                     format.column.sortOrder,
+                 language);
+    transaction.commit();
+  }
+  database_.reset();
+  database_ = jet::Database::open("rows.mdb", "");
+  for (const char* name : {"Names1045", "Names1036"}) {
+    const std::string from = std::string("SELECT n FROM ") + name;
+    EXPECT_EQ(select(from + " WHERE n = 'a'"), "A");
+    EXPECT_EQ(select(from + " WHERE n > 'b' ORDER BY n"), "c, \u00e9");
+    EXPECT_EQ(select(from + " ORDER BY n DESC"), "\u00e9, c, b, A");
+  }
+}
+
 /// A leaf in the middle is damaged: rows behind it are found in the table, in the order of the
 /// index.
 TEST_F(ForeignRows, OfADamagedIndexAreFoundInTheTable) {

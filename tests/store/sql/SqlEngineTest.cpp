@@ -5,10 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <fstream>
-#include <set>
-#include <utility>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
@@ -22,35 +19,20 @@
 namespace orv::store::sql {
 namespace {
 
-using test::corpusFolder;
 using testing::ElementsAre;
-using testing::Lt;
 
 class QueriedFile {
  public:
   explicit QueriedFile(const std::filesystem::path& file)
       : database_(jet::Database::open(file.string(), "")), engine_(SqlEngine::create(database_)) {}
 
+  /// The first values of the rows.
   std::vector<std::string> rows(const std::string& sql) {
-    const auto cursor = engine_->open(sql);
-    std::vector<std::string> rows;
-    while (cursor->step()) {
-      std::string row;
-      for (std::size_t i = 0; i < cursor->columns().size(); ++i) {
-        const Value& value = cursor->value(i);
-        row += (i > 0 ? "|" : "") + (value.isNull()         ? "-"
-                                     : value.getIf<Bytes>() ? "bytes"
-                                                            : value.toText());
-      }
-      rows.push_back(row);
+    std::vector<std::string> values;
+    for (const auto cursor = engine_->open(sql); cursor->step();) {
+      values.push_back(cursor->value(0).toText());
     }
-    return rows;
-  }
-  /// Rows that a query visits.
-  std::uint64_t cost(const std::string& sql) {
-    const std::uint64_t before = engine_->rowsRead();
-    rows(sql);
-    return engine_->rowsRead() - before;
+    return values;
   }
   SqlEngine& engine() { return *engine_; }
   jet::Database& database() { return *database_; }
@@ -67,27 +49,11 @@ class SqlEngineTest : public testing::Test {
 
   QueriedFile sample() { return QueriedFile(folder_ / "sample.mdb"); }
 
-  template <typename Work>
-  void forEachFile(std::initializer_list<const char*> corpus, Work work) {
-    QueriedFile own = sample();
-    work(own);
-    for (const char* name : corpus) {
-      if (!test::haveCorpus()) break;
-      SCOPED_TRACE(name);
-      QueriedFile file(corpusFolder() / name);
-      work(file);
-    }
-  }
-
   test::TemporaryFolder folder_;
 };
 
-TEST_F(SqlEngineTest, RunsASavedQueryWithConditionsOfItsCaller) {
+TEST_F(SqlEngineTest, RunsASavedQuery) {
   QueriedFile file = sample();
-  EXPECT_THAT(file.rows("Select * FROM qryPanes WHERE name LIKE '*7.txt'"),
-              ElementsAre("pane37.txt|Clear", "pane27.txt|Tinted", "pane17.txt|Clear",
-                          "pane07.txt|Tinted"));
-  EXPECT_THAT(file.cost("Select * FROM qryPanes WHERE name = 'PANE08.TXT'"), Lt(10));
   const auto cursor = file.engine().openQuery("QRYPANES");
   EXPECT_EQ(cursor->columns().size(), 2u);
   EXPECT_EQ(cursor->columns()[1].name, "grp");
@@ -130,10 +96,16 @@ void compareWithTables(QueriedFile& file) {
 }
 
 TEST_F(SqlEngineTest, GivesEveryValueOfEveryType) {
-  forEachFile({"access/testV2000.mdb", "access/testV1997.mdb", "access/test2V2000.mdb",
-               "access/fixedNumericTestV2000.mdb", "access/testIndexCodesV1997.mdb",
-               "access/delColTestV2000.mdb", "sources/orvdata-2.0.1.mdb"},
-              compareWithTables);
+  QueriedFile own = sample();
+  compareWithTables(own);
+  for (const char* name : {"access/testV2000.mdb", "access/testV1997.mdb", "access/test2V2000.mdb",
+                           "access/fixedNumericTestV2000.mdb", "access/testIndexCodesV1997.mdb",
+                           "access/delColTestV2000.mdb", "sources/orvdata-2.0.1.mdb"}) {
+    if (!test::haveCorpus()) break;
+    SCOPED_TRACE(name);
+    QueriedFile file(test::corpusFolder() / name);
+    compareWithTables(file);
+  }
 }
 
 /// A table with an index over each column of numbers, some of them descending, whose values come to

@@ -36,6 +36,9 @@ TEST(TextOrder, AgreesWithTheKeysOfIndexes) {
   }
   EXPECT_LT(order.compare(std::string(300, 'a'), std::string(299, 'a') + "b"), 0);
   EXPECT_EQ(order.compare(std::string(300, 'a'), std::string(300, 'A')), 0);
+  // What keys do not cover is in the order of its characters' numbers.
+  EXPECT_LT(order.compare(std::string(255, 'a') + "1", std::string(255, 'a') + "_"), 0);
+  EXPECT_GT(order.compare(std::string(254, 'a') + "1", std::string(254, 'a') + "_"), 0);
 }
 
 TEST(Decimals, CompareByValue) {
