@@ -154,7 +154,9 @@ std::string call(Recordset& rows, const std::string& verb, const std::string& ar
   }
   if (verb == "add" || verb == "store") rows.update();
   if (verb == "store") return rows.value(argument.substr(0, argument.find(' '))).toText();
-  return shown(rows);
+  std::string shows;
+  const test::Raised raised = test::raisedBy([&] { shows = shown(rows); });
+  return raised.number == 0 ? shows : "done; then " + raised.description;
 }
 
 class RecordsetTest : public testing::Test {
