@@ -31,9 +31,9 @@ class SqlRecordset final : public RecordsetBase {
   Value value(std::size_t field) const override;
   void setValue(std::size_t field, Value value) override;
   void addNew() override;
-  void update() override {}
-  void updateBatch() override {}
-  void cancelUpdate() override {}
+  void update() override { needOpen(); }
+  void updateBatch() override { needOpen(); }
+  void cancelUpdate() override { needOpen(); }
   void deleteRow() override;
   void close() override;
 

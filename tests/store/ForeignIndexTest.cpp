@@ -127,6 +127,7 @@ TEST_F(ForeignIndex, RowsWithoutAnEntryCanBeDeleted) {
     transaction.commit();
   }
   EXPECT_FALSE(checkFile("foreign.mdb", "").sound());
+  EXPECT_FALSE(table_->row({row.page, 200}));
   table_->erase(row);
   check();
 }

@@ -472,5 +472,17 @@ TEST_F(DamagedIndex, NodesThatLeadToThemselvesOrToNothing) {
   expectDamage([&] { readAll(); });
 }
 
+TEST_F(DamagedIndex, EntriesThatAreOutOfOrder) {
+  std::vector<Bytes> entries;
+  for (std::uint32_t i = 0; i < 401; ++i) entries.push_back(numberEntry(i).bytes());
+  std::swap(entries[100], entries[101]);
+  IndexTree::initializeRoot(*pager_, kRoot, kTable);
+  writePage(page(kRoot), entries, 0);
+  EXPECT_THAT(test::raisedBy([&] {
+                tree().insert(longKey(5), {9, 9});
+              }).description,
+              testing::HasSubstr("page 2: its index entries are out of order"));
+}
+
 }  // namespace
 }  // namespace orv::store::jet

@@ -241,6 +241,25 @@ TEST_F(LogBeside, AFileThatIsDeletedOrReplacedIsNoticedAtTheNextStep) {
   EXPECT_FALSE(fs::exists(log_));
 }
 
+/// Another program that knows no locks changes a row.
+TEST_F(LogBeside, WhatAnotherProgramChangedIsRead) {
+  const auto database = Database::open(path_, "");
+  insert(*database, 1);
+  const auto table = database->table("Pane");
+  TableScan scan = table->scan();
+  ASSERT_TRUE(scan.next());
+  const auto name = [&] { return table->row(scan.rowId())->value(table->definition().columns[1]); };
+  EXPECT_EQ(name(), Value("pane"));
+  const std::size_t at = test::readFile(path_).find("\xff\xfepane");
+  ASSERT_NE(at, std::string::npos);
+  {
+    std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(static_cast<std::streamoff>(at + 2));
+    file.put('l');
+  }
+  EXPECT_EQ(name(), Value("lane"));
+}
+
 /// Another program that knows no locks changes a page, and leaves the file's time as it was.
 TEST_F(LogBeside, APageThatAnotherProgramChangedUnseenIsNotWrittenOver) {
   const auto database = Database::open(path_, "");

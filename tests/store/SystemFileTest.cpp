@@ -146,6 +146,16 @@ TEST_F(SystemFile, AHistoryThatIsReadOnlyIsNotWritten) {
   EXPECT_EQ(content("file.orv-history"), before);
 }
 
+TEST_F(SystemFile, ADatabaseThatIsReadOnlySaysSo) {
+  const std::string path = folder_ / "new.mdb";
+  createDatabase(path);
+  ends["open"] = {EROFS};
+  EXPECT_EQ(Database::open(path, "")->pager().whyReadOnly(),
+            "'" + path +
+                "' cannot be changed: the file is read-only. Give yourself permission to "
+                "write it, or work on a copy.");
+}
+
 TEST_F(SystemFile, GetsANewNameThatNothingHas) {
   for (const int missing : {0, EINVAL, ENOSYS}) {
     std::ofstream(other_) << "other";

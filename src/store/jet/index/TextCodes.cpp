@@ -140,7 +140,7 @@ void TextCodes::addRow(const char* text) {
       if (const CodeBytes given = row.code(); given.size > 0) primary = given;
       if (row.skip('/')) accent = row.code();
       code.letters = primary.letters;
-    } else if (code.kind != Kind::ignored) {
+    } else {
       accent = row.code();
     }
     const unsigned step = row.numberAfter('+', 0);
