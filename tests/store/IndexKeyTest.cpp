@@ -194,19 +194,5 @@ TEST(SortOrders, AreNamed) {
   EXPECT_EQ(test::sumOf(names), 0x55e707257918dd65u) << names;
 }
 
-TEST(IndexKey, IndexesThatLeaveOutNulls) {
-  RealIndex index;
-  index.columns = {{0, true}, {1, false}};
-  const std::vector<Value> none{Value(), Value(), 1};
-  const std::vector<Value> one{Value(), 5, Value()};
-  EXPECT_TRUE(hasEntry(index, none));
-  index.ignoreNulls = true;
-  EXPECT_FALSE(hasEntry(index, none));
-  EXPECT_TRUE(hasEntry(index, one));
-  TableDefinition table;
-  table.columns = {column(ColumnType::longInteger), column(ColumnType::byte)};
-  EXPECT_EQ(hex(makeKey(table, index, one)), "0080fa");
-}
-
 }  // namespace
 }  // namespace orv::store::jet
