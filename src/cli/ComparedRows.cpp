@@ -4,7 +4,6 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace orv::cli {
 
@@ -25,12 +24,6 @@ store::Value identifiersValue(const Node& source, commands::RecordKind kind,
     return identifierValue(*commands::compare::partOf(source, kind), identifiers.front());
   }
   return fmt::format("{}", fmt::join(identifiers, ", "));
-}
-
-store::Value angleValue(const std::optional<double>& angle) {
-  if (!angle) return {};
-  const double whole = std::nearbyint(*angle);
-  return whole == *angle ? store::Value(static_cast<std::int32_t>(whole)) : store::Value(*angle);
 }
 
 bool continuesCharacter(const std::string& text, std::size_t at) {
@@ -71,7 +64,7 @@ std::vector<store::Value> ComparedRows::cells(std::string_view state, const Comp
           identifiersValue(a_, pair.kind, pair.a),
           identifiersValue(b_, pair.kind, pair.b),
           pair.name,
-          angleValue(difference.angle),
+          difference.angle ? store::Value(*difference.angle) : store::Value(),
           difference.field,
           shown(difference.a),
           shown(difference.b)};

@@ -68,16 +68,5 @@ TEST(RowWriterTest, DatesHaveTheirTimeUnlessTheyAreNone) {
   EXPECT_EQ(cellText(store::Date{45000.25}), "2023-03-15 06:00:00");
 }
 
-TEST(RowWriterTest, NoRowsAreStillAResult) {
-  const auto empty = [](Format format) {
-    std::ostringstream out;
-    makeRowWriter(format, {"id"}, out)->end();
-    return out.str();
-  };
-  EXPECT_EQ(empty(Format::table), "id\n--\n");
-  EXPECT_EQ(empty(Format::tsv), "id\n");
-  EXPECT_EQ(empty(Format::json), "[]\n");
-}
-
 }  // namespace
 }  // namespace orv::cli
