@@ -16,22 +16,6 @@ TEST_F(FrameTest, AnyOtherGroupIsUnknown) {
   EXPECT_EQ(database.RetrieveFrameORV_30(*dc, 0, "frame", "no group"), nullptr);
 }
 
-TEST_F(FrameTest, TheSameNameInTheSameGroupIsRefusedAndNothingWritten) {
-  FrameDataClass frame = fullFrame();
-  database.InsertFrame(frame, *dc);
-  FrameDataClass again = fullFrame();
-  again.name("FRAME");
-  again.supplier("Someone else");
-  EXPECT_EQ(raisedBy([&] { database.InsertFrame(again, *dc); }).number, database::kRecordExists);
-  EXPECT_EQ(rowCount("Frame"), 1);
-  EXPECT_EQ(rowCount("Suppliers"), 1);
-}
-
-TEST_F(FrameTest, WithoutKeyAndNameNothingCanBeRetrieved) {
-  EXPECT_EQ(raisedBy([&] { database.RetrieveFrameORV_30(*dc, 0, "", "g"); }).number,
-            database::kRetrievalFailed);
-}
-
 using ShadingTest = DatabaseTest;
 
 TEST_F(ShadingTest, WhatADatabaseHasNoColumnForKeepsItsDefault) {

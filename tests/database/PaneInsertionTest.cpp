@@ -23,54 +23,6 @@ TEST_F(PaneInsertionTest, NamesThatAreMissingBecomeUnknown) {
   EXPECT_EQ(rowsOf(*dc, "SELECT groupID, supplierID FROM Pane"), "1|1");
 }
 
-TEST_F(PaneInsertionTest, TheInfoIsTheDescriptionElseTheAppearance) {
-  const auto both = makePane("both");
-  both->description("described");
-  both->Appearance("blue");
-  database.InsertPane(*both, *dc);
-  const auto appearance = makePane("appearance");
-  appearance->Appearance("blue");
-  database.InsertPane(*appearance, *dc);
-  const auto neither = makePane("neither");
-  database.InsertPane(*neither, *dc);
-
-  EXPECT_EQ(valueOf("SELECT info FROM Pane WHERE name = 'both'").toText(), "described");
-  EXPECT_EQ(valueOf("SELECT info FROM Pane WHERE name = 'appearance'").toText(),
-            "Appearance: blue");
-  EXPECT_EQ(retrieve(neither->id())->description(), "");
-}
-
-TEST_F(PaneInsertionTest, AnotherAngleGoesToTheSamePaneAndTheSameAngleIsRefused) {
-  const auto first = makePane("pane", 0);
-  database.InsertPane(*first, *dc);
-  const auto second = makePane("pane", 30);
-  database.InsertPane(*second, *dc);
-  EXPECT_EQ(second->id(), first->id());
-  EXPECT_EQ(rowCount("Pane"), 1);
-  EXPECT_EQ(rowCount("Pane_integrated_data"), 2);
-  EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
-
-  const auto again = makePane("pane", 30);
-  const Raised raised = raisedBy([&] { database.InsertPane(*again, *dc); });
-  EXPECT_EQ(raised.number, database::kRecordExists);
-  EXPECT_EQ(raised.description, "This record already exists.");
-  EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
-
-  const auto otherGroup = makePane("pane", 30);
-  otherGroup->group("Other");
-  database.InsertPane(*otherGroup, *dc);
-  EXPECT_EQ(rowCount("Pane"), 2);
-}
-
-TEST_F(PaneInsertionTest, APaneThatIsNotSpectralHasNoSpectralRows) {
-  const auto pane = makePane("pane");
-  pane->spectral_pane(false);
-  pane->SpectralData()->Tf(0, 7);
-  database.InsertPane(*pane, *dc);
-  EXPECT_EQ(rowCount("Pane_integrated_data"), 1);
-  EXPECT_EQ(rowCount("Pane_spectral_data"), 0);
-}
-
 TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) {
   struct Case {
     const char* what;
@@ -112,34 +64,6 @@ TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) 
     EXPECT_EQ(rowCount("Pane_integrated_data"), panes);
     EXPECT_EQ(rowCount("Pane_spectral_data"), spectralRows + (each.isRefused ? 0 : 5));
   }
-}
-
-TEST_F(PaneInsertionTest, ASpectrumThatTheStoreRefusesLeavesTheRowsBeforeIt) {
-  dc->createIndex(
-      "Pane_spectral_data",
-      {.name = "once", .columns = {{"PaneID"}, {"angle"}, {"wavelength"}}, .unique = true});
-  const auto twice = makePane("twice");
-  twice->SpectralData()->wl(3, twice->SpectralData()->wl(1));
-  EXPECT_EQ(raisedBy([&] { database.InsertPane(*twice, *dc); }).number, store::kDuplicateKey);
-  const auto next = makePane("next");
-  database.InsertPane(*next, *dc);
-
-  EXPECT_NE(next->id(), twice->id());
-  const auto again = store::Connection::openFile(path);
-  dc->close();
-  EXPECT_EQ(again->table("Pane").rowCount, 2);
-  EXPECT_EQ(again->table("Pane_integrated_data").rowCount, 2);
-  EXPECT_EQ(again->table("Pane_spectral_data").rowCount, 5);
-  EXPECT_EQ(again->table("Suppliers").rowCount, 1);
-  const auto retrieved = database.RetrievePaneORV_30(*again, twice->id(), "", "", 0, 0);
-  EXPECT_EQ(retrieved->productname(), "Product twice");
-  EXPECT_FLOAT_EQ(retrieved->Precalc_Rfsol(), 0.11F);
-  EXPECT_TRUE(store::checkFile(path, "").sound());
-}
-
-TEST_F(PaneInsertionTest, ANameWithAnApostropheFailsAndWritesNothing) {
-  EXPECT_NE(raisedBy([&] { database.InsertPane(*makePane("it's"), *dc); }).number, 0);
-  EXPECT_EQ(rowCount("Pane"), 0);
 }
 
 TEST_F(PaneInsertionTest, APaneIsPreparedByWhatItsInsertionWouldRefuse) {

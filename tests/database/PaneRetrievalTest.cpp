@@ -27,14 +27,6 @@ TEST_F(PaneRetrievalTest, LooksUpByKeyElseByNameAndGroup) {
   EXPECT_NE(raisedBy([&] { find(0, "it's", ""); }).number, 0);
 }
 
-TEST_F(PaneRetrievalTest, WithoutIntegratedDataTheMarkerIsMinusOne) {
-  database.InsertPane(*makePane("pane", 0), *dc);
-  const auto pane = retrieve(1, 60);
-  EXPECT_EQ(pane->Precalc_Rfsol(), -1);
-  EXPECT_EQ(pane->Precalc_Tfsol(), 0);
-  EXPECT_EQ(pane->SpectralData(), nullptr) << "no rows at this angle";
-}
-
 TEST_F(PaneRetrievalTest, DirectionZeroMeansAny) {
   database.InsertPane(*makePane("pane"), *dc);
   addRow("Pane_spectral_data",

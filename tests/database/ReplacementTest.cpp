@@ -194,32 +194,6 @@ of two|True|AB|#; Pane_integrated_data + 3|0|0.19249997|0.20549996|0.16649997|0.
             "Pane could not be found!");
 }
 
-TEST_F(ReplacementTest, NumbersThatAreNearEnoughStay) {
-  const auto pane = paneAt(60);
-  pane->unit(kSI);
-  pane->Thickness(1.75F);
-  pane->Conductivity(0.5F);
-  pane->ORV_Frozen(false);
-  pane->SpectralData()->Tf(1, 0.5F);
-  pane->Precalc_Rfsol(0.5F);
-  EXPECT_EQ(
-      replace({pane}, {.tolerance = 0.25}),
-      R"(37,; Pane conduction 0.15316693>0.5 freeze True>False; Pane_integrated_data reflection_solar_outdoor 0.19249997>0.5)");
-}
-
-TEST_F(ReplacementTest, IntegratedValuesAreStoredAtTheirAngles) {
-  const auto pane = paneAt(37);
-  pane->id(1);
-  pane->Precalc_Tbuv(0.5F);
-  const auto added = makePane("other", 10);
-  added->id(2);
-  EXPECT_EQ(
-      changesOf([&] {
-        database.StoreIntegratedData({pane, added}, *dc);
-      }),
-      R"(Pane_integrated_data transmission_UV_indoor 0.4135001>0.5; Pane_integrated_data + 2|10|0.11|0.12|0.13|0.14|0.15|0.16|0.17|0.18|0.19|0.2|0.21|0.22)");
-}
-
 TEST_F(ReplacementTest, AFrameIsReplacedOrAdded) {
   FrameDataClass frame = fullFrame();
   frame.picture({'3'});
