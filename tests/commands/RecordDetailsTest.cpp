@@ -1,4 +1,5 @@
-// Every field of a record in words, each with a value of its own.
+// Every field of a pane in words, each with a value of its own. Those of frames and shadings are in
+// what `orv show` writes.
 #include <gtest/gtest.h>
 
 #include "commands/RecordDetails.h"
@@ -79,33 +80,6 @@ TEST(RecordDetails, OfAPane) {
                            "integrated values = none at this angle\n", "spectral points = 0"}) {
     EXPECT_NE(lines.find(part), std::string::npos) << part;
   }
-}
-
-TEST(RecordDetails, OfAFrame) {
-  FrameDataClass frame = fullFrame();
-  frame.id(3);
-  frame.productname("Product");
-  EXPECT_EQ(linesOf(commands::frameDetails(frame)),
-            "Frame: id = 3; name = frame; product name = Product; supplier = Frame maker; group = "
-            "Tarven frames; frame type = Wood; U-value = 1.3 W/(m²·K); width = 70 m; picture = "
-            "3 bytes; info = of oak");
-  frame.pictureText("C:\\picture.bmp");
-  EXPECT_NE(linesOf(commands::frameDetails(frame)).find("picture = C:\\picture.bmp;"),
-            std::string::npos);
-}
-
-/// The section of each field; what the fields are is told by the command line, and tried there.
-TEST(RecordDetails, OfAShadingAreInSections) {
-  std::string begins, section;
-  for (const commands::DetailField& field : commands::shadingDetails(fullShading())) {
-    if (field.section != section)
-      begins += (section = field.section) + " from " + field.name + "; ";
-  }
-  EXPECT_EQ(
-      begins,
-      "Shading from id; Slats from window slat distance; Surface of the slats from emissivity "
-      "outdoor; Surface of the slats, beam from solar reflectance outdoor; Integrated values "
-      "from reflection_solar_outdoor at 30°; Spectrum from spectral points; ");
 }
 
 }  // namespace
