@@ -19,6 +19,7 @@
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/StoreError.h"
+#include "support/CaseFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store {
@@ -372,13 +373,9 @@ TEST_F(RecordsetTest, ValuesAreChangedOrRefusedAsTheirColumnsHoldThem) {
     rows->cancelUpdate();
     return fmt::format("error {}: {}", raised.number, raised.description);
   };
-  std::ifstream in(ORV_SOURCE_DIR "/tests/store/values.txt");
-  for (std::string line; std::getline(in, line);) {
-    const std::size_t blank = line.find(' ');
-    const std::size_t arrow = line.find(" -> ");
-    if (line.empty() || line[0] == '-') continue;
-    const std::string value = line.substr(blank + 1, arrow - blank - 1);
-    EXPECT_EQ(stored(line.substr(0, blank), value), line.substr(arrow + 4)) << line;
+  for (const auto& [left, found] : test::examplesOf("store/values.txt")) {
+    const std::size_t blank = left.find(' ');
+    EXPECT_EQ(stored(left.substr(0, blank), left.substr(blank + 1)), found) << left;
   }
 }
 

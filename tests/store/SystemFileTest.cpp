@@ -19,6 +19,7 @@
 #include "store/jet/file/FileLocks.h"
 #include "store/jet/file/NewFile.h"
 #include "store/jet/history/HistoryFile.h"
+#include "support/CaseFile.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -104,20 +105,16 @@ TEST_F(SystemFile, TellsWhatFailedAndWhy) {
       {"ENOLCK", ENOLCK}, {"ENOSPC", ENOSPC}, {"ENOSYS", ENOSYS}, {"EPERM", EPERM},
       {"EROFS", EROFS},   {"ESTALE", ESTALE}, {"EXDEV", EXDEV}};
   const auto file = open();
-  std::ifstream cases(ORV_SOURCE_DIR "/tests/store/failures.txt");
-  int tried = 0;
-  for (std::string line; std::getline(cases, line); ++tried) {
-    const std::size_t arrow = line.find(" -> ");
-    std::istringstream words(line.substr(0, arrow));
+  for (const auto& [call, failure] : test::examplesOf("store/failures.txt", 30)) {
+    std::istringstream words(call);
     std::string word, a, b;
     while (words >> word && word.find('=') != std::string::npos) {
       const std::size_t at = word.find('=');
       ends[word.substr(0, at)].push_back(errors.at(word.substr(at + 1)));
     }
     words >> a >> b;
-    EXPECT_EQ(told([&] { make(*file, word, a, b); }), line.substr(arrow + 4)) << line;
+    EXPECT_EQ(told([&] { make(*file, word, a, b); }), failure) << call;
   }
-  EXPECT_GT(tried, 30);
   EXPECT_FALSE(std::filesystem::exists(folder_ / "new"));
   EXPECT_EQ(content("other"), "other");
   EXPECT_EQ(files_.openCompanion(folder_ / "none"), nullptr);

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orv::test {
@@ -31,6 +33,22 @@ inline std::vector<std::vector<std::string>> casesOf(const std::string& file, st
   }
   EXPECT_GT(cases.size(), 10U) << file;
   return cases;
+}
+
+/// The lines "left -> right" of a file of `tests`, of which there are more than `count`; $ stands
+/// for an empty text on the right.
+inline std::vector<std::pair<std::string, std::string>> examplesOf(const std::string& file,
+                                                                   std::size_t count = 50) {
+  std::vector<std::pair<std::string, std::string>> examples;
+  std::ifstream in(ORV_SOURCE_DIR "/tests/" + file);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t arrow = line.rfind(" -> ");
+    if (arrow == std::string::npos || line.starts_with("# ")) continue;
+    const std::string right = line.substr(arrow + 4);
+    examples.emplace_back(line.substr(0, arrow), right == "$" ? "" : right);
+  }
+  EXPECT_GT(examples.size(), count) << file;
+  return examples;
 }
 
 }  // namespace orv::test

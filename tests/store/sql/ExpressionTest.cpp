@@ -4,6 +4,7 @@
 
 #include "errors/Error.h"
 #include "store/sql/TranslatedDatabase.h"
+#include "support/CaseFile.h"
 
 namespace orv::store::sql {
 namespace {
@@ -19,7 +20,7 @@ std::string valueOrError(TranslatedDatabase& db, const std::string& expression) 
 
 TEST(Expression, GivesWhatTheTableOfExamplesSays) {
   TranslatedDatabase db;
-  for (const auto& [expression, value] : casesOf("expressions.txt")) {
+  for (const auto& [expression, value] : test::examplesOf("store/sql/expressions.txt")) {
     EXPECT_EQ(valueOrError(db, expression), value) << expression;
   }
   const std::string percents(200, '%');

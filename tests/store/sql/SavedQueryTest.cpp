@@ -10,6 +10,7 @@
 #include "model/Raised.h"
 #include "store/jet/catalog/SavedQuery.h"
 #include "store/sql/TranslatedDatabase.h"
+#include "support/CaseFile.h"
 #include "support/Corpus.h"
 
 namespace orv::store::jet {
@@ -97,7 +98,7 @@ SavedQuery queryOf(std::string text) {
 }
 
 TEST(SavedQuery, TextOfParts) {
-  for (const auto& [parts, text] : sql::casesOf("queries.txt")) {
+  for (const auto& [parts, text] : test::examplesOf("store/sql/queries.txt")) {
     std::string told;
     const test::Raised raised = test::raisedBy([&] { told = queryOf(parts).sql(); });
     if (raised.number != 0) told = fmt::format("error {}: {}", raised.number, raised.description);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "store/sql/TranslatedDatabase.h"
+#include "support/CaseFile.h"
 
 namespace orv::store::sql {
 namespace {
@@ -24,7 +25,7 @@ TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
   const std::map<std::string, ColumnType> types{
       {"longInteger", longInteger}, {"dateTime", dateTime}, {"currency", currency},
       {"boolean", boolean},         {"double", double_},    {"text", text}};
-  for (const auto& [expression, type] : casesOf("types.txt")) {
+  for (const auto& [expression, type] : test::examplesOf("store/sql/types.txt")) {
     rows("SELECT " + expression + " FROM Panes WHERE id < 0");
     EXPECT_EQ(db_.columns[0].typed, type != "unknown") << expression;
     EXPECT_EQ(db_.columns[0].info.type, type == "unknown" ? text : types.at(type)) << expression;
@@ -35,7 +36,7 @@ TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
 TEST_F(SelectTest, GivesWhatTheTableOfExamplesSays) {
   db_.queries["thick"] = "SELECT id, name, price FROM Panes WHERE thickness > 5 ORDER BY id DESC;";
   db_.queries["thick and dear"] = "SELECT * FROM thick WHERE price > 9";
-  for (const auto& [sql, expected] : casesOf("select.txt")) {
+  for (const auto& [sql, expected] : test::examplesOf("store/sql/select.txt")) {
     const auto found = rows(sql);
     EXPECT_EQ(fmt::format("{}: {}", fmt::join(names(), ", "), fmt::join(found, " ; ")), expected)
         << sql;

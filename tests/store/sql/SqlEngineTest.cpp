@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
@@ -13,6 +12,7 @@
 #include "store/StoreError.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/sql/SqlEngine.h"
+#include "support/CaseFile.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 
@@ -157,13 +157,9 @@ void makeBounds(jet::Database& database) {
 TEST_F(SqlEngineTest, ReadsAsManyRowsAsTheTableOfCostsSays) {
   QueriedFile file = sample();
   makeBounds(file.database());
-  std::ifstream table(ORV_SOURCE_DIR "/tests/store/sql/costs.txt");
-  int statements = 0;
-  for (std::string line; std::getline(table, line);) {
-    const std::size_t arrow = line.find(" -> ");
-    if (arrow == std::string::npos) continue;
+  for (const auto& [statement, costs] : test::examplesOf("store/sql/costs.txt", 60)) {
     const std::uint64_t before = file.engine().rowsRead();
-    const auto cursor = file.engine().open("SELECT " + line.substr(0, arrow));
+    const auto cursor = file.engine().open("SELECT " + statement);
     int rows = 0;
     std::string first = "none";
     std::uint64_t read = 0;
@@ -173,11 +169,9 @@ TEST_F(SqlEngineTest, ReadsAsManyRowsAsTheTableOfCostsSays) {
       read = file.engine().rowsRead() - before;
     }
     EXPECT_EQ(fmt::format("{} of {}; {}, {}", first, rows, read, file.engine().rowsRead() - before),
-              line.substr(arrow + 4))
-        << line;
-    ++statements;
+              costs)
+        << statement;
   }
-  EXPECT_GT(statements, 60);
 }
 
 TEST_F(SqlEngineTest, SeesWhatWasCommittedMeanwhile) {

@@ -9,6 +9,7 @@
 #include "store/StoreError.h"
 #include "store/sql/TranslatedDatabase.h"
 #include "store/sql/syntax/Text.h"
+#include "support/CaseFile.h"
 
 namespace orv::store::sql {
 namespace {
@@ -19,7 +20,7 @@ TEST(StatementError, IsRaised) {
   db.queries["b"] = "SELECT * FROM A";
   db.queries["wrong"] = "SELECT nothing FROM Panes";
   db.queries["asks"] = "PARAMETERS x Long; SELECT id FROM Panes WHERE id = x";
-  for (auto [sql, told] : casesOf("refused.txt")) {
+  for (auto [sql, told] : test::examplesOf("store/sql/refused.txt")) {
     if (const std::size_t mark = sql.find("¦"); mark != std::string::npos) {
       sql.erase(mark, std::strlen("¦"));
       told += fmt::format(" (at character {} of the statement)",

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <fstream>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -19,20 +18,6 @@
 #include "store/sql/translate/QueryWriter.h"
 
 namespace orv::store::sql {
-
-/// The lines "left -> right" of a file beside the tests; $ stands for an empty text on the right.
-inline std::vector<std::pair<std::string, std::string>> casesOf(const std::string& file) {
-  std::vector<std::pair<std::string, std::string>> cases;
-  std::ifstream in(ORV_SOURCE_DIR "/tests/store/sql/" + file);
-  for (std::string line; std::getline(in, line);) {
-    const std::size_t arrow = line.rfind(" -> ");
-    if (arrow == std::string::npos || line.starts_with("# ")) continue;
-    const std::string right = line.substr(arrow + 4);
-    cases.emplace_back(line.substr(0, arrow), right == "$" ? "" : right);
-  }
-  EXPECT_GT(cases.size(), 50U) << file;
-  return cases;
-}
 
 /// Panes, Suppliers and Orders with a few rows each.
 class TranslatedDatabase final : public Catalog {
