@@ -191,6 +191,10 @@ class PaneTransfer {
     for (const PanePtr& each : panes) work_.wrote(nameOf(*each), identifier);
     if (!replaced.otherAngles.empty()) {
       others_.emplace_back(panes.front()->filename(), replaced.otherAngles);
+      if (replaced.lostSubstrate && isFile()) {
+        tell("replaced by a pane without a substrate: that of other angles is not read any more",
+             *panes.front());
+      }
     }
     return replaced.wasThere;
   }

@@ -50,6 +50,8 @@ struct ReplacedPane {
   bool wasThere = false;
   /// Values that were computed, of GivenAngle::computed, have been stored in the old pane.
   bool tookComputed = false;
+  /// The old pane had a substrate, and the new one has none.
+  bool lostSubstrate = false;
   /// Angles at which only the old pane had data.
   std::vector<std::int16_t> otherAngles = {};
 };

@@ -140,7 +140,7 @@ class ORV_DatabaseInterface {
 
  private:
   void insertPaneRow(GlazingData& data, store::Connection& dc) const;
-  void replacePaneRow(const GlazingData& data, const Replacement& how, store::Connection& dc) const;
+  bool replacePaneRow(const GlazingData& data, const Replacement& how, store::Connection& dc) const;
   PanePtr findPane(const GlazingData& data, store::Connection& dc) const;
 
   /// What is to become of a pane's spectrum.

@@ -173,7 +173,7 @@ ReplacedPane ORV_DatabaseInterface::ReplacePane(const Panes& angles, const Repla
       first.id(known.key);
       result.otherAngles = otherAngles(angles, known, dc);
       if (how.others == OtherAngles::deleted) deleteAngles(result.otherAngles, known.key, dc);
-      replacePaneRow(first, known, dc);
+      result.lostSubstrate = replacePaneRow(first, known, dc);
     } else {
       insertPaneRow(first, dc);
     }
@@ -197,10 +197,11 @@ void ORV_DatabaseInterface::StoreIntegratedData(const Panes& angles, store::Conn
 }
 
 /// The group, by which the pane was found, and the colour rendering index, of which no pane that is
-/// copied tells, stay as they are.
-void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, const Replacement& how,
+/// copied tells, stay as they are. True when the pane has lost its substrate.
+bool ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, const Replacement& how,
                                            store::Connection& dc) const {
   auto row = findRecord(dc, "Pane", "PaneID", data.id());
+  const bool hadSubstrate = row->value("with_and_without_film").toBoolean();
   const std::string maker = SupplierNameById(FieldToLong(row->value("supplierID")), dc);
   RowUpdate update(*row, "Pane", how);
   setPaneColumns(data,
@@ -210,6 +211,7 @@ void ORV_DatabaseInterface::replacePaneRow(const GlazingData& data, const Replac
     update.set("supplierID", InsertSupplier(data.supplier(), dc), true);
   }
   update.store();
+  return hadSubstrate && !row->value("with_and_without_film").toBoolean();
 }
 
 }  // namespace orv::database
