@@ -174,8 +174,8 @@ bool CliUserInterface::acceptRisk(const std::string& warning) {
 void CliUserInterface::draw() {
   if (!showsBar_ || !working_ || answers_.quiet) return;
   const int filled = total_ > 0 ? done_ * kBarWidth / total_ : 0;
-  const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
-  steer(fmt::format("\r\033[K[{}] {}/{} {}", bar, done_, total_, shortened(oneLine(text_))));
+  steer(fmt::format("\r\033[K[{:.<{}}] {}/{} {}", std::string(filled, '#'), kBarWidth, done_,
+                    total_, shortened(oneLine(text_))));
 }
 
 void CliUserInterface::clear() {

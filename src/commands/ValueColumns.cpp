@@ -71,7 +71,7 @@ ValueColumns::RowValues ValueColumns::valuesOf(const std::string& identifier) {
       for (const char* name : kNames) values.push_back(computed[name]);
     }
   } catch (const Error&) {
-    values.clear();  // commands on the pane say why
+    // Commands on the pane say why.
   }
   values.resize(columns_.size() - table_->columns().size());
   return values;

@@ -2,10 +2,10 @@
 //
 // Behind "$ " stands a line for the shell. Its folder has a database db.mdb, the files a.txt and
 // b.txt of the panes in it, the examples, and of the databases full.mdb, old.mdb (of
-// version 2.0.1), glazing.mdb, optics5.mdb and linked.mdb and front.mdb (with linked tables) those
-// that the transcript names. Below it stand the standard output, the standard error with "! "
-// before each line, and the exit status in brackets, where it is not 0; "FOLDER" stands for the
-// folder.
+// version 2.0.1), glazing.mdb, optics5.mdb, linked.mdb and front.mdb (with linked tables) and
+// access97.mdb those that the transcript names. Below it stand the standard output, the standard
+// error with "! " before each line, and the exit status in brackets, where it is not 0; "FOLDER"
+// stands for the folder.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 
 #include "cli/CliTest.h"
 #include "database/SourceDatabases.h"
+#include "store/Jet3File.h"
 #include "store/jet/catalog/CatalogWriter.h"
 #include "support/EncodedFile.h"
 
@@ -61,6 +62,7 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
       makeGlazingDatabase(folder / "glazing.mdb");
       setPassword(folder / "glazing.mdb", commands::kIgdbPassword);
     }
+    if (isNamed("access97.mdb")) folder.write("access97.mdb", jet3File(jet3Sample()));
     if (isNamed("linked.mdb")) {
       const auto dc = database::CreateEmptyDatabase(folder / "linked.mdb");
       link(*dc, "Remarks", "C:\\data\\shared.mdb");
