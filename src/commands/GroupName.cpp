@@ -33,8 +33,7 @@ std::string groupNameRefusal(const std::string& name, bool strict) {
 
 std::optional<std::string> groupOfSource(const sources::datasource& recordSet) {
   const auto database = recordSet.Parent();
-  const bool isIgdb = recordSet.DataType() == sources::DataType::optics5Panes && database &&
-                      database->DataType() == sources::DataType::igdb;
+  const bool isIgdb = database && database->DataType() == sources::DataType::igdb;
   return isIgdb ? std::optional<std::string>("IGDB") : std::nullopt;
 }
 

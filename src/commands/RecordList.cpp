@@ -36,19 +36,15 @@ const char* listStatement(sources::DataTypeCode type) {
              "Suppliers.SupplierName FROM (Shading LEFT JOIN Groups ON Shading.groupnameID = "
              "Groups.GroupID) LEFT JOIN Suppliers ON Shading.supplierID = Suppliers.supplierID "
              "ORDER BY Shading.Shading_id";
-    case DataType::optics5Panes:
+    default:  // optics5Panes
       return "SELECT FileName, FileName AS name, ProductName, '' AS GroupName, Manufacturer "
              "FROM qryOptics5Grid ORDER BY FileName";
-    default:
-      return nullptr;
   }
 }
 
 std::vector<RecordListEntry> listDatabaseRecords(const sources::datasource& node) {
   std::vector<RecordListEntry> entries;
-  const char* statement = listStatement(node.DataType());
-  if (!statement) return entries;
-  auto rows = node.ADOConnection()->openRecordset(statement);
+  auto rows = node.ADOConnection()->openRecordset(listStatement(node.DataType()));
   const auto text = [&](std::size_t field) {
     return field < rows->fields().size() ? FieldToString(rows->value(field)) : std::string();
   };

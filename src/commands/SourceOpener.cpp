@@ -100,9 +100,8 @@ SourceOpener::Node SourceOpener::openTextFiles(const std::string& folder,
                                                TextFileKind kind) {
   const DataTypeCode type =
       kind == TextFileKind::panes ? DataType::paneTextFile : DataType::shadingTextFile;
-  const bool isInput = folder == session_.inputFolder;
   const Node node = session_.MainDataSources.AddDataSource(
-      DataType::textFolder, isInput ? "standard input" : folder, nullptr, folder, "");
+      DataType::textFolder, folder, nullptr, folder, "");
   for (const std::string& filename : filenames) {
     for (const std::string& identifier : identifiersIn(session_, folder, filename)) {
       node->DataSources()

@@ -19,7 +19,7 @@ TEST_F(CliTest, OutputThatCannotBeWrittenIsAFailure) {
           << arguments << output << run.err;
     }
   }
-  EXPECT_EQ(orv("copy a.txt db.mdb --group Other >&-").exit, 3) << "the file is no output";
+  EXPECT_EQ(orv("copy a.txt db.mdb --group Other <&- >&-").exit, 3) << "the file is no output";
   EXPECT_EQ(orv("check db.mdb").exit, 0);
   EXPECT_EQ(orv("sql db.mdb \"SELECT PaneID FROM Pane\" --format tsv").out, "PaneID\n1\n2\n3\n");
 }

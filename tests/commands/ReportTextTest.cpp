@@ -1,7 +1,15 @@
 // What reports say, whole.
+#include <map>
+#include <stdexcept>
+
+#include "commands/ColumnTitle.h"
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
+#include "commands/ErrorText.h"
+#include "commands/IntegrateRecords.h"
 #include "commands/SpectraCsv.h"
+#include "errors/Error.h"
+#include "store/StoreError.h"
 
 namespace orv::commands {
 namespace {
@@ -45,6 +53,41 @@ TEST(ReportTexts, TellWhatARepairHasSavedAndLost) {
   }
   EXPECT_TRUE((store::SalvagedTable{.table = "T", .rowsSaved = 1, .places = {"x"}, .notes = {"y"}})
                   .isWhole());
+}
+
+TEST(ReportTexts, OfIntegrationsNameWhatWasLeft) {
+  const auto summary = [](IntegrationResult result) {
+    return result.summary(optics::Standard::en410);
+  };
+  EXPECT_EQ(summary({.written = 1}), "1 row of integrated values written by EN 410.");
+  EXPECT_EQ(
+      summary({.cancelled = true, .incomplete = 3, .written = 2, .frozen = 4, .present = 5}),
+      "2 rows of integrated values written by EN 410, 5 left with the values that they have, "
+      "4 left alone since the pane is frozen, 3 with too little of a spectrum or failed, then "
+      "cancelled.");
+}
+
+TEST(ReportTexts, OfColumnsAreTheWordsOfTheirNames) {
+  for (const auto& [column, title] : std::map<std::string, std::string>{{"slatWidth", "Slat width"},
+                                                                        {"meanUV", "Mean UV"},
+                                                                        {"theURL_of", "The URL of"},
+                                                                        {"maker_id", "Maker ID"},
+                                                                        {"aB", "A B"},
+                                                                        {"GLASS", "GLASS"},
+                                                                        {"FILENAME", "File name"}}) {
+    EXPECT_EQ(columnTitle(column).text, title);
+  }
+}
+
+TEST(ReportTexts, OfErrorsAreTheirDescriptionsElseTheirSourcesElseThoseOfTheirNumbers) {
+  EXPECT_EQ(describe(Error(7, "told", "from", "there")), "told\nthere");
+  EXPECT_EQ(describe(Error(7, "", "from", "there")), "from\nthere");
+  EXPECT_EQ(describe(Error(kOverflow, "", "", "there")), "Overflow\nthere");
+  EXPECT_EQ(describe(Error(77)), "Error 77");
+  EXPECT_EQ(describe(std::runtime_error("plain")), "plain");
+  EXPECT_TRUE(isDamage(Error(store::kCorruptFile)));
+  EXPECT_FALSE(isDamage(Error(kOverflow)));
+  EXPECT_FALSE(isDamage(std::runtime_error("plain")));
 }
 
 TEST(ReportTexts, OfSpectraHaveALineForEachWavelength) {
