@@ -117,7 +117,7 @@ SourceOpener::Node SourceOpener::openGlazingDatabase(DataTypeCode type, const st
                                                      const std::string& filename,
                                                      const std::string& password) {
   auto connection = connect(folder, filename, password);
-  connection->openRecordset(kGlazingQuery)->close();
+  connection->openRecordset(kGlazingQuery);
   return registerDatabase(type, folder, filename, std::move(connection));
 }
 

@@ -56,7 +56,6 @@ void writeChanges(const Session& session, store::Connection& database, EditSet s
                                       : change->after);
     }
     row->update();
-    row->close();
   }
 }
 

@@ -64,14 +64,12 @@ void redirect(const Reference& reference, const std::set<std::int32_t>& from, st
     rows->setValue(reference.column, into);
     rows->update();
   }
-  rows->close();
 }
 
 void deleteName(EditSet names, std::int32_t id, store::Connection& database) {
   const SetDesign& design = designOf(names);
   auto row = database::findRecord(database, design.table, design.key, id);
   row->deleteRow();
-  row->close();
 }
 
 }  // namespace

@@ -65,7 +65,6 @@ const std::vector<StoredRecords::AngleRow>& StoredRecords::angleRows(std::int32_
     const std::int32_t angle = FieldToLong(rows->value("angle"));
     found.push_back({static_cast<std::int16_t>(angle), valuesOf(*rows)});
   }
-  rows->close();
   return found;
 }
 
