@@ -115,8 +115,7 @@ std::unique_ptr<Recordset> Connection::openRecordset(const std::string& source, 
     sql::SelectedRows rows = engine().selectRows(source);
     return std::make_unique<TableRecordset>(std::move(rows.table), std::move(rows.rows), lock);
   }
-  const CatalogEntry* entry = database.find(source);
-  if (entry != nullptr && entry->kind == CatalogEntry::Kind::query) {
+  if (database.find(source, CatalogEntry::Kind::query)) {
     return std::make_unique<SqlRecordset>(engine().openQuery(source), cursor);
   }
   return std::make_unique<TableRecordset>(database.table(source), cursor, lock);
@@ -169,8 +168,8 @@ std::vector<std::string> Connection::queryNames() const {
 }
 
 std::string Connection::querySql(const std::string& name) const {
-  const CatalogEntry* entry = database().find(name);
-  if (entry == nullptr || entry->kind != CatalogEntry::Kind::query) {
+  const CatalogEntry* entry = database().find(name, CatalogEntry::Kind::query);
+  if (entry == nullptr) {
     throw Error(kObjectNotFound, "There is no saved query '" + name + "' in '" + path_ + "'.");
   }
   return jet::SavedQuery(entry->name, database().queryParts(*entry)).sql();

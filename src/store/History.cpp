@@ -279,8 +279,7 @@ std::vector<HistoryChange> History::changes(const HistoryWork& work) {
     if (entry.head.work != work.id || entry.head.kind != HistoryRecord::Kind::changes) continue;
     for (jet::RowChange& change : jet::readRowChanges(recorder_->file().changes(entry))) {
       HistoryChange& told = all.emplace_back();
-      const jet::CatalogEntry* table = database.find(change.table);
-      if (table && table->kind == jet::CatalogEntry::Kind::table) {
+      if (database.find(change.table, jet::CatalogEntry::Kind::table)) {
         for (const jet::Column& column : database.table(change.table)->definition().columns) {
           told.columns.push_back(column.name);
         }
@@ -355,7 +354,10 @@ std::optional<HistoryWork> History::reversedAlready(std::size_t passed, bool bac
   const KeptWork last = lastWorks(stateOf(recorder_->file()), passed + 1, back).back();
   if (!canBeReversed(last, database, *recorder_, !back, jet::Likeness::key)) return std::nullopt;
   if (wanted == Wanted::done) {
-    recorder_->file().append({.kind = kindOf(back), .work = last.work.id, .title = last.work.title},
+    recorder_->file().append({.kind = kindOf(back),
+                              .work = last.work.id,
+                              .time = std::time(nullptr),
+                              .title = last.work.title},
                              true);
   }
   return last.work;

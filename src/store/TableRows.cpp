@@ -61,11 +61,10 @@ std::size_t TableRows::count() {
     return known_.size();
   }
   const jet::Pager& pager = table_->pager();
-  if (!counted_ || countedVersion_ != pager.version() || pager.inTransaction()) {
-    counted_ = table_->countRows();
-    countedVersion_ = pager.version();
+  if (!counted_ || counted_->version != pager.version() || pager.inTransaction()) {
+    counted_ = Counted{table_->countRows(), pager.version()};
   }
-  return *counted_;
+  return counted_->rows;
 }
 
 void TableRows::add(jet::RowId row) {

@@ -41,8 +41,11 @@ class TableRows {
   bool hasMore_ = false;  ///< rows have been added since to a page that the scan may have read
   std::optional<jet::TableScan> walk_;  ///< stands on the row that after() gave last
   std::deque<jet::RowId> known_;        ///< whose first ones are removed as cheaply as its last
-  std::optional<std::size_t> counted_;  ///< rows of the whole table
-  std::uint64_t countedVersion_ = 0;    ///< of the file when they were counted
+  struct Counted {
+    std::size_t rows;
+    std::uint64_t version;  ///< of the file when they were counted
+  };
+  std::optional<Counted> counted_;  ///< of the whole table
 };
 
 }  // namespace orv::store

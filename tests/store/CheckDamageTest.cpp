@@ -73,6 +73,12 @@ const std::vector<Damage> kRowDamage{
      [](auto& file) { store16(file.firstPage(kSpectra) + kJet4.data.freeSpace, 1234); }},
     {"its table of rows is longer than the page",
      [](auto& file) { store16(file.firstPage("Frame") + kJet4.data.rowCount, 3000); }},
+    {"its table of rows is longer than the page",
+     [](auto& file) {
+       std::uint8_t* page = file.firstPage("Frame");
+       store16(page + kJet4.data.rowTable, 0x1fff);
+       store16(page + kJet4.data.rowCount, 3000);
+     }},
     {"says that it belongs to the table defined on page",
      [](auto& file) {
        store32(file.firstPage(kSpectra) + kJet4.data.owner, file.table("Pane").page);
@@ -91,6 +97,13 @@ const std::vector<Damage> kRowDamage{
        const std::size_t mask = (file.table("Suppliers").maxColumns + 7u) / 8;
        // The end of the first variable column, after the number of them and the first's begin.
        store16(file.rowBytes(row) + length - mask - 6, 0x0fff);
+     }},
+    {"a row has more variable columns than its table",
+     [](auto& file) {
+       const RowId row = file.rows("Suppliers")[1];
+       const std::size_t length =
+           DataPage(file.format(), file.pager().read(row.page).view()).slot(row.row).length;
+       store16(file.rowBytes(row) + length - 3, file.table("Suppliers").variableColumns + 1u);
      }},
     {"row 200",
      [](auto& file) {
@@ -143,6 +156,12 @@ const std::vector<Damage> kPageDamage{
      [](auto& file) { *file.rowBytes(file.table("Pane").ownedPages) = 7; }},
     {"map of pages is of an unknown kind",
      [](auto& file) { *file.rowBytes(FreePages::kPlace) = 7; }},
+    {"a map of pages is too short",
+     [](auto& file) {
+       const RowId map = file.table("Pane").ownedPages;
+       DataPageEditor(kJet4, file.page(map.page), map.page)
+           .replace(map.row, Bytes(5), SlotKind::row);
+     }},
     {"used twice: by the rows of table 'Groups'",
      [](auto& file) { file.ownedPages("Suppliers").add(file.rows("Groups")[0].page); }},
     {"not listed as one of its pages",
@@ -201,6 +220,8 @@ const std::vector<Damage> kCatalogDamage{
      [](auto& file) { giveNameOf(file, "Moved", "Frame"); }},
     {"has the name of another table or query",
      [](auto& file) { giveNameOf(file, "MSysQueries", "MSysObjects"); }},
+    {"query 'MSysACEs' has the name of another table or query",
+     [](auto& file) { giveNameOf(file, "MSysACEs", "qryPanes"); }},
     {"has no parts",
      [](auto& file) {
        for (const RowId row : file.rows("MSysQueries")) eraseRow(file, row);
@@ -416,7 +437,7 @@ TEST(CheckDamage, OfDefinitionsIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, OfRowsIsFoundAndNamed) {
-  expectFound(kRowDamage, true, 0x3f96d09a8ac0766c);
+  expectFound(kRowDamage, true, 0xf53f73f4849d8322);
 }
 
 TEST(CheckDamage, OfLongValuesIsFoundAndNamed) {
@@ -424,11 +445,11 @@ TEST(CheckDamage, OfLongValuesIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, OfPagesIsFoundAndNamed) {
-  expectFound(kPageDamage, true, 0x4bec9abaf575b858);
+  expectFound(kPageDamage, true, 0x85c03e0c20980d1c);
 }
 
 TEST(CheckDamage, OfTheCatalogueIsFoundAndNamed) {
-  expectFound(kCatalogDamage, true, 0xec1d3d53e1c1b636);
+  expectFound(kCatalogDamage, true, 0x744e6705223df70);
 }
 
 TEST(CheckDamage, OfIndexesIsFoundAndNamed) {

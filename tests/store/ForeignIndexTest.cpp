@@ -172,9 +172,13 @@ TEST_F(ForeignIndex, AutomaticGuids) {
     made.insert(table_->row(insert(i, "b"))->value(table_->definition().columns[2]).toText());
   }
   EXPECT_EQ(made.size(), 50U);
+  std::set<char> digits[2];
   for (const std::string& each : made) {  // {xxxxxxxx-xxxx-4xxx-[89AB]xxx-xxxxxxxxxxxx}: random
     EXPECT_TRUE(each.at(15) == '4' && std::string("89AB").find(each.at(20)) != std::string::npos);
+    digits[0].insert(each.at(16));
+    digits[1].insert(each.at(21));
   }
+  EXPECT_TRUE(digits[0].size() > 8 && digits[1].size() > 8);
   const RowId given = table_->insert(std::vector<Value>{1, "c", Guid{{9}}});
   EXPECT_EQ(table_->row(given)->value(table_->definition().columns[2]), Value(Guid{{9}}));
   check();

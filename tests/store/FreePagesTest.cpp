@@ -1,5 +1,6 @@
 // Maps of free pages as other programs leave them: no page that is in use is taken for a free one.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -11,6 +12,7 @@
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
+#include "store/jet/page/PageCache.h"
 #include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 
@@ -197,6 +199,35 @@ TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
   EXPECT_NE(free.contains(first), free.contains(second)) << "one of them has the bits";
   EXPECT_EQ(pager.pageCount(), beyond + 1);
   transaction.commit();
+}
+
+TEST(PageCache, GivesUpThePageThatWasUsedLongestAgo) {
+  PageCache cache(3);
+  const auto put = [&](PageNumber page, std::uint8_t byte) {
+    const auto bytes = std::make_shared<std::uint8_t[]>(1);
+    bytes[0] = byte;
+    cache.put(page, bytes);
+  };
+  const auto kept = [&] {
+    std::string pages;
+    for (PageNumber page = 1; page < 7; ++page) {
+      if (const PageBytes bytes = cache.find(page)) pages += fmt::format(" {}:{}", page, bytes[0]);
+    }
+    return pages;
+  };
+  for (const PageNumber page : {3, 1, 2}) put(page, 10);
+  EXPECT_EQ(kept(), " 1:10 2:10 3:10");
+  put(4, 11);
+  EXPECT_EQ(kept(), " 2:10 3:10 4:11");
+  put(2, 12);
+  cache.find(2);
+  put(5, 13);
+  put(6, 14);
+  EXPECT_EQ(kept(), " 2:12 5:13 6:14");
+  cache.clear();
+  EXPECT_EQ(kept(), "");
+  put(5, 15);
+  EXPECT_EQ(kept(), " 5:15");
 }
 
 const auto nameOf = [](const auto& info) { return info.param.name; };

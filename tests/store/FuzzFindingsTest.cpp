@@ -53,8 +53,16 @@ TEST_F(FuzzFindings, DefinitionWhoseColumnsHaveNoPlaceInRows) {
   column.variableIndex = 0;
   column.number = 40;
   EXPECT_EQ(refusal("text"), kCorruptFile);
-  column = {.name = "Place", .type = ColumnType::double_, .length = 2, .fixed = true};
+  column = {.name = "Place", .type = ColumnType::double_, .length = 7, .fixed = true};
   EXPECT_EQ(refusal(1.5), kCorruptFile);
+  column.length = 8;
+  EXPECT_EQ(refusal(1.5), 0);
+  // Text of a fixed length, which no column has that is made here, is filled up with blanks.
+  column.type = ColumnType::text;
+  table.variableColumns = 0;
+  EXPECT_EQ(encodeRow(database->pager(), table, std::vector<Value>{"abc"}),
+            (Bytes{3, 0, 'a', 0, 'b', 0, 'c', 0, ' ', 0, 1}));
+  EXPECT_EQ(refusal("abcde"), kCorruptFile);
 }
 
 }  // namespace

@@ -1,17 +1,24 @@
 // The file of a history on the disk, and the rows in it: one that is there now must be read by
 // every later program.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <sstream>
+#include <tuple>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/jet/catalog/Creation.h"
+#include "store/jet/file/LogFormat.h"
 #include "store/jet/history/HistoryFile.h"
+#include "store/jet/history/ReferenceCheck.h"
 #include "store/jet/history/RowCode.h"
+#include "support/CaseFile.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
@@ -91,6 +98,37 @@ TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
   }
 }
 
+/// Fields of the last record but one, with the checksum that goes with them.
+TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
+  HistoryFile history = open();
+  for (const HistoryRecord& record : records_) history.append(record, true);
+  const HistoryEntry& entry = history.entries()[4];
+  const Bytes whole = contentOfHistory();
+  const auto file = FileSystem::current().openCompanion(history.path());
+  const std::uint64_t room = whole.size() - entry.place;
+  const std::tuple<std::size_t, std::uint64_t, Found, std::size_t> cases[] = {
+      {0, 0x43455249, Found::damaged, 4},
+      {4, 0, Found::damaged, 4},
+      {4, 1, Found::sound, 6},
+      {4, 5, Found::sound, 6},
+      {4, 6, Found::damaged, 4},
+      {24, 63, Found::damaged, 4},
+      {24, room, Found::sound, 5},
+      {24, room + 1, Found::sound, 4},
+      {32, entry.size - 64, Found::sound, 6},
+      {32, entry.size - 63, Found::damaged, 4}};
+  for (const auto& [at, value, found, count] : cases) {
+    Bytes head(whole.begin() + static_cast<std::ptrdiff_t>(entry.place),
+               whole.begin() + static_cast<std::ptrdiff_t>(entry.place) + 64);
+    at < 8 ? store32(&head[at], static_cast<std::uint32_t>(value)) : store64(&head[at], value);
+    store64(&head[56], checksumOf(std::span(head).first(56)));
+    file->write(entry.place, head.data(), head.size());
+    HistoryFile changed = open();
+    EXPECT_EQ(changed.look(), found) << at << ": " << value;
+    EXPECT_EQ(changed.entries().size(), count) << at << ": " << value;
+  }
+}
+
 /// Behind the last record stands nothing, less than a head, the beginning of a record or room for
 /// one; anything else is damage.
 TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
@@ -128,6 +166,51 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   files_.open(history.path(), FileSystem::Open::existing)->truncate(end);
   EXPECT_EQ(history.look(), Found::sound);
   EXPECT_EQ(history.entries().size(), records_.size());
+  const auto again = files_.open(history.path(), FileSystem::Open::existing);
+  again->truncate(0);
+  EXPECT_EQ(open().look(), Found::absent);
+  again->write(0, whole.data(), 63);
+  EXPECT_EQ(open().look(), Found::foreign);
+}
+
+/// A reference, a row of a table that came (+) or went (-), and what does not hold then: its kind,
+/// the table and the key of the row, and the other table.
+TEST(ReferenceCheck, TellsTheRowsThatAReferenceDoesNotHoldFor) {
+  using enum ColumnType;
+  test::MemoryFiles files;
+  const auto database = createDatabase("references.mdb");
+  createTable(
+      *database,
+      {"Panes", {{"Id", longInteger}, {"Group", longInteger}}, {{"ByGroup", {{"Group", false}}}}});
+  createTable(*database, {"Groups", {{"Key", longInteger}}, {{"K", {{"Key"}}}}});
+  createTable(*database, {"Marks", {{"Pane", longInteger}}});
+  createQuery(*database, "Chosen", {});
+  const auto insert = [&](const char* table, const std::vector<Value>& row) {
+    database->table(table)->insert(row);
+  };
+  for (const int group : {7, 8, 0}) insert("Panes", {group - 6, group});
+  for (const int key : {7, 10}) insert("Groups", {key});
+  for (const int pane : {1, 9}) insert("Marks", {pane});
+  for (const auto& [left, told] : test::examplesOf("store/references.txt", 20)) {
+    std::istringstream words(left);
+    RowReference reference;
+    std::string what, table, value;
+    words >> reference.table >> reference.column >> reference.target >> reference.key;
+    ReferenceCheck check(*database, {&reference, 1});
+    while (words >> what >> table) {
+      std::vector<Value> row;
+      while (words >> value && value != "and") row.push_back(std::stoi(value));
+      what == "+" ? check.rowCame(*database->table(table), row)
+                  : check.rowWent(*database->table(table), row);
+    }
+    std::string found;
+    for (const HistoryConflict& each : check.violations()) {
+      found += fmt::format("{}{} {} {} {} of {} columns", found.empty() ? "" : "; ",
+                           static_cast<int>(each.kind), each.table, each.wanted[0].toText(),
+                           each.other, each.columns.size());
+    }
+    EXPECT_EQ(found, told) << left;
+  }
 }
 
 TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {

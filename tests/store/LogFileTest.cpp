@@ -214,6 +214,17 @@ TEST_F(LogFile, GrowsByStepsAndBeginsAnew) {
   }
 }
 
+TEST_F(LogFile, KeepsNothingOfWhatWasWithdrawn) {
+  const Bytes before = page("fd"), after = page("xx");
+  log_.append(5, 5, {{1, before.data(), after.data()}});
+  log_.withdraw();
+  files_.restart(1);
+  file_ = files_.open("a.mdb-log", FileSystem::Open::existing);
+  Log again("a.mdb", kPage);
+  again.look();
+  EXPECT_EQ(records(again), "1:13 2:134 ");
+}
+
 TEST_F(LogFile, GetsAnotherNameOrNone) {
   for (const char* name : {"a.mdb-log-1", "a.mdb-log-2"}) {
     EXPECT_EQ(log_.look(), Log::Found::sound);

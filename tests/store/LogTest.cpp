@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -39,11 +37,10 @@ class CutShort : public testing::Test {
   void SetUp() override {
     scenario_.prepare(test::kFile);
     files_.copy(test::kFile, "backup.mdb");  // of yesterday
-    states_.push_back(test::describe(*Database::open(test::kFile, "")));
+    before_ = test::describe(*Database::open(test::kFile, ""));
     scenario_.commits[0](*Database::open(test::kFile, ""));
     const auto database = Database::open(test::kFile, "");
     scenario_.commits[1](*database);
-    states_.push_back(test::describe(*database));
     // The record is in the log; the pages are not all in the database.
     files_.losePowerAt(5);
     EXPECT_NE(refusalOf([&] { scenario_.commits[2](*database); }), "");
@@ -64,15 +61,8 @@ class CutShort : public testing::Test {
 
   test::MemoryFiles files_;
   test::CrashScenario scenario_ = test::changesOfRows();
-  std::vector<std::string> states_;
+  std::string before_;
 };
-
-TEST_F(CutShort, TheCommitIsCompletedByWhoeverOpensTheFile) {
-  const auto database = Database::open(test::kFile, "");
-  EXPECT_EQ(states_.end(), std::find(states_.begin(), states_.end(), test::describe(*database)));
-  EXPECT_NE(contentOf(test::kFile), contentOf("cut.mdb"));
-  test::expectSound(test::kFile);
-}
 
 TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   restore("backup.mdb");
@@ -81,7 +71,7 @@ TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   EXPECT_THAT(refusal, HasSubstr("orvdata.mdb-log-1"));
   EXPECT_EQ(contentOf(test::kFile), contentOf("backup.mdb"));
   EXPECT_EQ(contentOf("orvdata.mdb-log-1"), contentOf("cut.log"));
-  EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), states_[0]);
+  EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), before_);
 }
 
 /// What another program changes is not of the log, which begins anew: else a loss of power would
@@ -161,25 +151,6 @@ class LogBeside : public testing::Test {
   std::string path_ = folder_ / "panes.mdb";
   std::string log_ = path_ + "-log";
 };
-
-TEST_F(LogBeside, IsMadeLikeTheDatabaseAndRemovedByTheLastWhoClosesIt) {
-  constexpr gid_t kGroup = 61234;
-  ASSERT_EQ(::chmod(path_.c_str(), 0664), 0);
-  if (::geteuid() == 0) {
-    ASSERT_EQ(::chown(path_.c_str(), 0, kGroup), 0);
-  }
-  {
-    const auto database = Database::open(path_, "");
-    EXPECT_FALSE(fs::exists(log_)) << "reading needs no log";
-    insert(*database, 1);
-    struct stat made {};
-    ASSERT_EQ(::stat(log_.c_str(), &made), 0);
-    EXPECT_EQ(made.st_mode & 0777, 0664U);
-    EXPECT_TRUE(::geteuid() != 0 || made.st_gid == kGroup) << "others of the group recover it";
-  }
-  EXPECT_FALSE(fs::exists(log_));
-  EXPECT_EQ(rowsOf(path_), 1U);
-}
 
 TEST_F(LogBeside, WhatIsNoLogOfOursIsRefusedAndKept) {
   const std::string victim = folder_ / "letter.txt";

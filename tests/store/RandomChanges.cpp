@@ -18,11 +18,6 @@ using namespace store;
 using namespace store::jet;
 using enum ColumnType;
 
-bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
-  return std::any_of(index.columns.begin(), index.columns.end(),
-                     [&](const IndexColumn& key) { return values[key.column].isNull(); });
-}
-
 /// The key of a row, where the values have one that a unique index compares: no Null, no text in
 /// an order that the store does not know.
 std::optional<Bytes> comparedKey(const TableDefinition& definition, const RealIndex& index,

@@ -36,13 +36,27 @@ TEST(StoreConnection, OpensFilesAndTellsStatementsFromNames) {
     for (const char* name : {"b", "select", "A", "Update x"}) {
       made.createTable({name, {{"Id", ColumnType::longInteger}}});
     }
+    made.createTable({"Keyed",
+                      {{"a", ColumnType::byte}, {"b", ColumnType::byte}},
+                      {{"A", {{"a"}}, true},
+                       {"B", {{"b", false}, {"a"}}, false, true},
+                       {"C", {{"b"}}, false, false, true},
+                       {"D", {{"a"}}, false, false, false, true}}});
     made.createQuery({.name = "zwei", .outputs = {{"*"}}, .tables = {"A"}});
     made.createQuery({.name = "Eins", .outputs = {{"b.Id", "n"}}, .tables = {"b"}});
   });
   EXPECT_EQ(test::raisedBy([&] { Connection::open("Provider=x;Data Sources=" + path); }).number,
             kStoreFailure);
   const auto database = Connection::open("Provider=x;data source=" + path + ";a;Data Source=y");
-  EXPECT_THAT(database->tableNames(), ElementsAre("A", "b", "select", "Update x"));
+  EXPECT_THAT(database->tableNames(), ElementsAre("A", "b", "Keyed", "select", "Update x"));
+  std::string indexes;
+  for (const IndexInfo& each : database->table("keyed").indexes) {
+    indexes += fmt::format("{}{:d}{:d}{:d}{:d}{:d}", each.name, each.primary, each.unique,
+                           each.ignoreNulls, each.required, each.ofRelation);
+    for (const auto& [name, ascending] : each.columns) indexes += (ascending ? " " : " -") + name;
+    indexes += "; ";
+  }
+  EXPECT_EQ(indexes, "A11010 a; B01000 -b a; C00100 b; D00010 a; ");
   EXPECT_THAT(database->queryNames(), ElementsAre("Eins", "zwei"));
   EXPECT_EQ(database->querySql("EINS"), "SELECT b.Id AS n FROM b;");
   for (const char* none : {"A", "none"}) {

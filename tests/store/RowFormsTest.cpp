@@ -1,8 +1,11 @@
 // Rows and values as Access leaves them: of tables whose columns were added or deleted, of forms
 // that only Access writes; and rows that a page or a file can lose.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
 #include <vector>
 
 #include "errors/Error.h"
@@ -16,6 +19,7 @@
 #include "store/jet/page/Text.h"
 #include "store/jet/row/CalculatedValue.h"
 #include "store/jet/row/Row.h"
+#include "support/CaseFile.h"
 #include "support/MemoryFiles.h"
 #include "support/TemporaryFolder.h"
 
@@ -51,6 +55,15 @@ class RowForms : public testing::Test {
   std::shared_ptr<Table> table_;
   RowId firstRow_{};
 };
+
+/// Bytes in hexadecimal, parted by blanks as one likes.
+Bytes bytesOf(const std::string& text) {
+  Bytes bytes;
+  for (std::size_t at = 0; (at = text.find_first_not_of(' ', at)) != text.npos; at += 2) {
+    bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(at, 2), nullptr, 16)));
+  }
+  return bytes;
+}
 
 /// Number of columns, a long integer, a double and the mask: nothing of variable columns.
 Bytes rowOfNumbers(std::uint16_t columns, std::int32_t whole, double fraction) {
@@ -98,8 +111,9 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
                       {.name = "fraction", .type = ColumnType::double_}},
           .indexes = {{.name = "whole", .columns = {{"whole"}}, .primary = true}}});
   Rows rows;
+  const auto tiny = std::bit_cast<double>(std::uint64_t{0xffff} << 32);
   for (int i = 0; i < 4; ++i) {
-    rows.push_back({i, i * 0.1});
+    rows.push_back({i, i == 3 ? tiny : i * 0.1});
     const RowId row = table_->insert(rows.back());
     firstRow_ = i == 0 ? row : firstRow_;
   }
@@ -108,6 +122,7 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
   store16(definition + kJet4.definition.maxColumns, 3);
   store16(definition + kJet4.definition.variableColumns, 1);
   rewriteRow(1, rowOfNumbers(3, 1, 0.1));    // written when the column was gone
+  rewriteRow(3, rowOfNumbers(3, 3, tiny));   // the same; it seems to have an empty variable part
   Bytes withText = rowOfNumbers(3, 2, 0.2);  // written when it was there
   withText.pop_back();
   const Bytes variablePart{'t', 'e', 'x', 't', 18, 0, 14, 0, 1, 0};
@@ -120,6 +135,41 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
   rows.push_back({4, 0.4});
   table_->insert(rows.back());
   expectRows(rows);
+}
+
+/// Rows of a table of a number and a text, and what is read of them.
+TEST_F(RowForms, RowsAreReadAsFarAsTheirBytesReach) {
+  create({.name = "Forms",
+          .columns = {{.name = "whole", .type = ColumnType::longInteger},
+                      {.name = "name", .type = ColumnType::text, .size = 50}}});
+  firstRow_ = table_->insert(std::vector<Value>{1, "a"});
+  for (const auto& [bytes, expected] : test::examplesOf("store/rows.txt", 15)) {
+    {
+      Transaction transaction(database_->pager());
+      rewriteRow(firstRow_.row, bytesOf(bytes));
+      transaction.commit();
+    }
+    std::string told;
+    const auto note = [&](const auto& read) {
+      try {
+        read();
+      } catch (const DamagedPage& damage) {
+        if (damage.fault() != told) told += (told.empty() ? "" : "; ") + damage.fault();
+      }
+    };
+    note([&] {
+      const Rows rows = test::rowsOf(*table_);
+      for (const Value& value : rows.at(0)) {
+        told += (told.empty() ? "" : "|") + (value.isNull() ? "-" : value.toText());
+      }
+    });
+    note([&] {
+      TableScan scan = table_->scan();
+      scan.next();
+      scan.row().checkLayout();
+    });
+    EXPECT_EQ(told, expected) << bytes;
+  }
 }
 
 // A count of rows in a file is a hint, whatever it is.
@@ -149,21 +199,6 @@ TEST(NameTest, CaseDoesNotTellNamesApart) {
     EXPECT_FALSE(sameName("PaneID", other)) << other;
     EXPECT_FALSE(sameName(other, "PaneID")) << other;
   }
-}
-
-/// A zero byte changes between stretches of one byte and of two; what is cut off at the end is no
-/// character.
-TEST(TextTest, CompressedTextIsReadInStretches) {
-  const std::pair<Bytes, const char*> cases[] = {
-      {{0xff, 0xfe}, ""},
-      {{0xff, 0xfe, 'a', 0xe9}, "a\u00e9"},
-      {{0xff, 0xfe, 'a', 0, 0x53, 0x30, 0x42, 0x30, 0, 'b'}, "a\u3053\u3042b"},
-      {{0xff, 0xfe, 0, 0x3d, 0xd8, 0x01, 0xde, 0x41}, "\U0001f601"},
-      {{0xff, 0xfe, 0, 0x3d, 0xd8, 0x41, 0x42}, "\ufffd\u4241"},
-      {{0xff, 0xfe, 0, 0x01, 0xde, 0x3d, 0xd8}, "\ufffd\ufffd"},
-      {{0xff, 0xfd, 'a'}, "\ufdff"},
-      {{0xff}, ""}};
-  for (const auto& [bytes, text] : cases) EXPECT_EQ(decodeUnicodeText(bytes), text);
 }
 
 /// The page that took the last row is not used any more when it was freed since: by the deletion
@@ -207,63 +242,38 @@ TEST(CutTable, LosesNoRowsInSilence) {
   EXPECT_GT(damaged, 0U);
 }
 
-/// What a row of Access 2010 holds of a calculated value: the header, the length, the value and its
-/// end.
-Bytes stored(const Bytes& value) {
-  Bytes bytes(20);
-  bytes[16] = static_cast<std::uint8_t>(value.size());
-  bytes.insert(bytes.end(), value.begin(), value.end());
-  bytes.resize(bytes.size() + 3);
-  return bytes;
-}
-
-TEST(CalculatedValue, IsReadFromBehindItsHeader) {
+/// Values as files hold them. Before a calculated one stand a header and its length, behind it
+/// three bytes.
+TEST(StoredValue, IsReadAsTheTableOfExamplesSays) {
+  const std::map<std::string, ColumnType> types{
+      {"boolean", ColumnType::boolean}, {"long", ColumnType::longInteger},
+      {"big", ColumnType::bigInteger},  {"double", ColumnType::double_},
+      {"text", ColumnType::text},       {"memo", ColumnType::memo},
+      {"numeric", ColumnType::numeric}, {"extended", ColumnType::extendedDate}};
   Bytes file = emptyDatabase();
-  const auto pager = Pager::overMemory(file, "calculated.accdb");
-  const auto decode = [&](ColumnType type, const Bytes& value) {
+  const auto pager = Pager::overMemory(file, "stored.accdb");
+  for (const auto& [left, expected] : test::examplesOf("store/stored.txt", 30)) {
+    std::istringstream words(left);
+    std::string kind, type, content;
+    words >> kind >> type;
+    std::getline(words >> std::ws, content);
     Column column;
-    column.type = type;
-    return decodeCalculated(*pager, column, stored(value), 1);
-  };
-  EXPECT_EQ(decode(ColumnType::boolean, {0xff}), Value(true));
-  EXPECT_EQ(decode(ColumnType::boolean, {0}), Value(false));
-  EXPECT_EQ(decode(ColumnType::boolean, {}), Value(false));
-  EXPECT_EQ(decode(ColumnType::longInteger, {0x0c, 0, 0, 0}), Value(12));
-  EXPECT_EQ(decode(ColumnType::double_, {0, 0, 0, 0, 0, 0, 0xf0, 0x3f}), Value(1.0));
-  EXPECT_EQ(decode(ColumnType::text, {'d', 0, 0xf6, 0}), Value("dö"));
-  EXPECT_EQ(decode(ColumnType::memo, {}), Value(""));
-  // The calculation of a number has failed.
-  EXPECT_TRUE(decode(ColumnType::double_, {}).isNull());
-  EXPECT_TRUE(decode(ColumnType::numeric, {}).isNull());
-  EXPECT_EQ(decode(ColumnType::numeric, {0x0e, 0, 2, 0, 0, 0, 0, 0, 0x39, 0x30, 0, 0, 0, 0, 0, 0}),
-            Value(Decimal::fromText("123.45", 28, 2)));
-  EXPECT_EQ(
-      decode(ColumnType::numeric, {0x0e, 0, 0, 0x80, 1, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0}).toText(),
-      "-18446744073709551618");
-}
-
-/// Dates of the type "Date/Time Extended".
-TEST(ExtendedDate, IsADate) {
-  Bytes file = emptyDatabase();
-  const auto pager = Pager::overMemory(file, "dates.accdb");
-  Column column;
-  column.type = ColumnType::extendedDate;
-  EXPECT_EQ(describe(column).type, ColumnType::dateTime);
-  const auto textOf = [&](std::string text) {
-    text.push_back('\0');
-    const Bytes bytes(text.begin(), text.end());
-    return decodeValue(*pager, column, bytes, 9).toText();
-  };
-  EXPECT_EQ(textOf("0000000000000737424:0000000450610000000:7"), "2020-01-01 12:31:01");
-  EXPECT_EQ(textOf("0000000000000000000:0000000000000000000:7"), "0001-01-01");
-  EXPECT_EQ(textOf("0000000000000693592:0000000216000000000:7"), "1899-12-29 06:00:00");
-  EXPECT_EQ(textOf("0000000000000737424:0000000450609000000:7"), "2020-01-01 12:31:01");
-  EXPECT_EQ(textOf("0000000000003652058:0000000863990000000:7"), "9999-12-31 23:59:59");
-  for (const char* wrong :
-       {"0000000000000737425", "00000000000007374x5:0000000450610000000:7",
-        "-000000000000737425:0000000450610000000:7", "0000000000003652059:0000000000000000000:7",
-        "0000000000000737425:0000000864000000000:7"}) {
-    EXPECT_EQ(test::raisedBy([&] { textOf(wrong); }).number, kCorruptFile) << wrong;
+    column.type = types.at(type);
+    Bytes bytes = kind == "digits" ? Bytes(content.begin(), content.end()) : bytesOf(content);
+    Value value;
+    const auto raised = test::raisedBy([&] {
+      if (kind != "calculated") return void(value = decodeValue(*pager, column, bytes, 9));
+      const auto length = static_cast<std::uint8_t>(bytes.size());
+      bytes.insert(bytes.begin(),
+                   {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, length, 0, 0, 0});
+      bytes.resize(bytes.size() + 3);
+      value = decodeCalculated(*pager, column, bytes, 1);
+    });
+    EXPECT_EQ(raised.number != 0 ? fmt::format("error {}", raised.number)
+              : value.isNull()   ? "Null"
+                                 : value.toText(),
+              expected)
+        << left;
   }
 }
 

@@ -134,7 +134,7 @@ TEST_F(SystemFile, IsOpenedForReadingWhereWritingIsRefused) {
 }
 
 TEST_F(SystemFile, AHistoryThatIsReadOnlyIsNotWritten) {
-  const HistoryRecord record{.work = 5, .title = "work"};
+  const HistoryRecord record{.work = 5, .time = 1, .title = "work"};
   EXPECT_TRUE(HistoryFile(path_, 7).append(record, true));
   const std::string before = content("file.orv-history");
   ends["open"] = {EACCES};

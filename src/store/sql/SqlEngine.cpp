@@ -155,8 +155,7 @@ void SqlEngine::fail() {
 }
 
 std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name) {
-  const jet::CatalogEntry* entry = database_.find(name);
-  if (entry == nullptr || entry->kind == jet::CatalogEntry::Kind::query) {
+  if (database_.find(name) == nullptr || isQuery(name)) {
     return std::nullopt;
   }
   const std::shared_ptr<jet::Table> table = database_.table(name);
@@ -169,13 +168,12 @@ std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name
 }
 
 bool SqlEngine::JetCatalog::isQuery(const std::string& name) {
-  const jet::CatalogEntry* entry = database_.find(name);
-  return entry != nullptr && entry->kind == jet::CatalogEntry::Kind::query;
+  return database_.find(name, jet::CatalogEntry::Kind::query) != nullptr;
 }
 
 std::optional<std::string> SqlEngine::JetCatalog::queryText(const std::string& name) {
-  const jet::CatalogEntry* entry = database_.find(name);
-  if (entry == nullptr || entry->kind != jet::CatalogEntry::Kind::query) {
+  const jet::CatalogEntry* entry = database_.find(name, jet::CatalogEntry::Kind::query);
+  if (entry == nullptr) {
     return std::nullopt;
   }
   namesQuery = true;

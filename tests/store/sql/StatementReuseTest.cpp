@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <map>
 
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/sql/SqlEngine.h"
+#include "store/sql/syntax/StatementShape.h"
+#include "support/CaseFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::sql {
@@ -33,12 +36,27 @@ class StatementReuse {
     while (cursor.step()) ids += cursor.value(0).toText() + " ";
     return ids + "of " + std::to_string(engine_->rowsRead() - visited);
   }
+  /// Gives the saved query another condition, as another program does.
+  void changeQuery(const std::string& condition) {
+    const auto parts = connection_->database().table("MSysQueries");
+    const std::size_t expression = parts->definition().findColumn("Expression").value();
+    std::vector<Value> row;
+    for (jet::TableScan scan = parts->scan(); scan.next(); row.clear()) {
+      for (const jet::Column& each : parts->definition().columns) {
+        row.push_back(scan.row().value(each));
+      }
+      if (row[expression].isNull() || !row[expression].toText().starts_with("id =")) continue;
+      row[expression] = condition;
+      return parts->update(scan.rowId(), row);
+    }
+  }
   std::string run(const std::string& verb, const std::string& argument) {
     const std::uint64_t visited = engine_->rowsRead();
     if (verb == "add") return add(std::stoi(argument)), "";
     if (verb == "index") {
       return connection_->createIndex("Pane", {.name = argument, .columns = {{"grp"}, {"id"}}}), "";
     }
+    if (verb == "condition") return changeQuery(argument), "";
     if (verb == "where")
       return rest(*engine_->open("SELECT * FROM Pane WHERE " + argument), visited);
     if (verb == "select") return rest(*engine_->open("SELECT " + argument), visited);
@@ -58,12 +76,34 @@ class StatementReuse {
                                       {.name = "grp", .type = ColumnType::longInteger},
                                       {.name = "name", .size = 20},
                                       {.name = "made", .type = ColumnType::dateTime}}});
+        made.createQuery(
+            {.name = "Chosen", .outputs = {{"*"}}, .tables = {"Pane"}, .where = "id = 1"});
       });
   const std::shared_ptr<SqlEngine> engine_ =
       SqlEngine::create(jet::Database::open(folder_ / "panes.mdb", ""));
   std::unique_ptr<SqlCursor> under_;
   int last_ = 0;
 };
+
+TEST(StatementShape, HasParametersForWhatIsCompared) {
+  std::map<std::string, std::size_t> shapes;
+  for (const auto& [statement, expected] : test::examplesOf("store/sql/shapes.txt", 30)) {
+    std::vector<Token> tokens = tokenize(SqlText{statement});
+    const StatementShape shape = takeParameters(tokens);
+    std::string told =
+        std::to_string(shapes.try_emplace(shape.key, shapes.size() + 1).first->second);
+    for (const char* parting = ": "; const Token& token : tokens) {
+      if (token.kind == Token::Kind::end) continue;
+      told += parting + (token.parameter > 0 ? "?" + std::to_string(token.parameter) : token.text);
+      parting = " ";
+    }
+    for (const char* parting = " | "; const Token& parameter : shape.parameters) {
+      told += parting + parameter.text;
+      parting = ", ";
+    }
+    EXPECT_EQ(told, expected) << statement;
+  }
+}
 
 TEST(StatementReuse, GivesTheRowsOfItsOwnValues) {
   std::ifstream script(ORV_SOURCE_DIR "/tests/store/sql/reuse.txt");

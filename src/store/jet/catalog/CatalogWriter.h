@@ -21,7 +21,7 @@ inline constexpr std::int32_t kDatabaseObject = 0x10000000;
 
 /// A row for MSysObjects.
 struct CatalogObject {
-  std::int32_t id = 0;  ///< for a table, the page of its definition
+  std::int32_t id;  ///< for a table, the page of its definition
   std::int32_t parentId = kTablesContainer;
   std::string name;
   CatalogEntry::Kind kind = CatalogEntry::Kind::table;

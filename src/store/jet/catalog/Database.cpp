@@ -153,9 +153,8 @@ void Database::refreshCatalog() {
 
 void Database::keepTablesInUse(const std::map<PageNumber, std::shared_ptr<Table>>& tables) {
   for (const auto& [page, table] : tables) {
-    const CatalogEntry* entry = find(table->name());
-    if (table.use_count() == 1 || entry == nullptr || entry->kind != CatalogEntry::Kind::table ||
-        static_cast<PageNumber>(entry->id) != page) {
+    const CatalogEntry* entry = find(table->name(), CatalogEntry::Kind::table);
+    if (table.use_count() == 1 || entry == nullptr || static_cast<PageNumber>(entry->id) != page) {
       continue;
     }
     const auto definition = loadDefinition(entry->name, page, entry);
@@ -170,6 +169,11 @@ const CatalogEntry* Database::find(std::string_view name) {
   refreshCatalog();
   const auto found = byName_.find(foldName(name));
   return found == byName_.end() ? nullptr : &entries_[found->second];
+}
+
+const CatalogEntry* Database::find(std::string_view name, CatalogEntry::Kind kind) {
+  const CatalogEntry* entry = find(name);
+  return entry != nullptr && entry->kind == kind ? entry : nullptr;
 }
 
 std::shared_ptr<Table> Database::table(std::string_view name) {

@@ -29,20 +29,21 @@ struct CatalogEntry {
     linkedTable = 6,
     relationship = 8,
   };
-  std::int32_t id = 0;  ///< for a table, the page of its definition
-  std::int32_t parentId = 0;
+  std::int32_t id;  ///< for a table, the page of its definition
+  std::int32_t parentId;
   std::string name;
-  Kind kind = Kind::table;
-  std::uint32_t flags = 0;
+  Kind kind;
+  std::uint32_t flags;
   RowId row{};
 
   bool isSystem() const { return (flags & 0x80000002u) != 0; }
-  bool isHiddenQuery() const { return kind == Kind::query && !name.empty() && name[0] == '~'; }
+  /// Whether a query is part of a form or report.
+  bool isHiddenQuery() const { return name.starts_with('~'); }
 };
 
 /// A row of MSysQueries: one part of a saved query.
 struct QueryPart {
-  std::uint8_t attribute = 0;
+  std::uint8_t attribute;
   std::int16_t flag = 0;
   std::string expression{};
   std::string name1{};
@@ -76,6 +77,8 @@ class Database {
   /// The entry of a table (system, linked or plain) or query of this name, without regard to
   /// case; null when there is none.
   const CatalogEntry* find(std::string_view name);
+  /// The same, of this kind only.
+  const CatalogEntry* find(std::string_view name, CatalogEntry::Kind kind);
   /// A table by name (system tables too). One object a table for all connections.
   /// Raises kObjectNotFound; kNotSupported for a linked table, naming it as such.
   std::shared_ptr<Table> table(std::string_view name);

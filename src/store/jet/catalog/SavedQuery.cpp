@@ -104,8 +104,16 @@ struct JoinedTables {
 };
 
 const char* joinWord(int kind) {
-  constexpr const char* kWords[] = {" INNER JOIN ", " LEFT JOIN ", " RIGHT JOIN "};
-  return kind >= 1 && kind <= 3 ? kWords[kind - 1] : nullptr;
+  switch (kind) {
+    case 1:
+      return " INNER JOIN ";
+    case 2:
+      return " LEFT JOIN ";
+    case 3:
+      return " RIGHT JOIN ";
+    default:
+      return nullptr;
+  }
 }
 
 }  // namespace

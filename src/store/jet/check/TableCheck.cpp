@@ -16,16 +16,6 @@ std::uint32_t storedRowCount(Pager& pager, const TableDefinition& table) {
   return pager.read(table.page).view().u32(pager.format().definition.rowCount);
 }
 
-/// Access's own tables have columns of types within this range that no other table has.
-bool isPossible(ColumnType type) {
-  return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
-}
-
-bool anyNull(const RealIndex& index, const std::vector<Value>& values) {
-  return std::ranges::any_of(
-      index.columns, [&](const IndexColumn& column) { return values[column.column].isNull(); });
-}
-
 }  // namespace
 
 TableCheck::TableCheck(CheckContext& context, const TableDefinition& table)
@@ -94,7 +84,7 @@ void TableCheck::checkColumn(const Column& column) {
     context_.log.fault(place_.onPage(table_.page), Harm::table,
                        fmt::format("the definition of column '{}' {}", column.name, what));
   };
-  if (!isPossible(column.type)) {
+  if (!isColumnType(column.type)) {
     const std::string what =
         fmt::format("has a type that there is not: {}", static_cast<int>(column.type));
     // Each Access since 2007 has brought types.

@@ -22,10 +22,8 @@ Names columnsOf(const TableDefinition& table, const LogicalIndex& index) {
 
 /// Whether the table of a relation has an index over its columns that names the other table.
 bool isServed(Database& database, const RelationInfo& relation) {
-  const CatalogEntry* table = database.find(relation.table);
   const CatalogEntry* other = database.find(relation.referencedTable);
-  using Kind = CatalogEntry::Kind;
-  if (table == nullptr || other == nullptr || table->kind != Kind::table) return false;
+  if (other == nullptr || !database.find(relation.table, CatalogEntry::Kind::table)) return false;
   Names columns;
   for (const std::string& column : relation.columns) columns.insert(foldName(column));
   const auto otherPage = static_cast<PageNumber>(other->id);

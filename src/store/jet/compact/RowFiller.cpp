@@ -27,7 +27,7 @@ void RowFiller::closePage(std::size_t leastRoom) {
     return;
   }
   const DataPage page(target_.pager().format(), {bytes_, page_});
-  if (page.freeSpace() >= leastRoom && page.rowCount() < kMaxRowsOnPage) {
+  if (page.hasRoom(leastRoom)) {
     pagesWithRoom_.push_back(page_);
   }
   pages_.push_back(page_);
@@ -39,7 +39,7 @@ RowId RowFiller::add(std::span<const std::uint8_t> row) {
   const Format& format = target_.pager().format();
   if (page_ != 0) {
     const DataPage page(format, {bytes_, page_});
-    if (page.rowCount() >= kMaxRowsOnPage || !DataPage::fits(page.freeSpace(), row.size())) {
+    if (!page.takes(row.size())) {
       closePage(format.pageSize / kShareOfPassed);
     }
   }

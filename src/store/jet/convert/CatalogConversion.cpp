@@ -151,21 +151,21 @@ class CatalogRows {
     const auto from = source_.table("MSysObjects");
     const auto to = target_.table("MSysObjects");
     const auto formerColumn = from->definition().findColumn("LvProp");
-    const auto column = to->definition().findColumn("LvProp");
+    const std::size_t column = to->definition().findColumn("LvProp").value();
     const auto former = findDatabase(source_);
-    const auto now = findDatabase(target_);
-    if (!former || !now || !formerColumn || !column) {
+    const RowId now = findDatabase(target_).value();
+    if (!former || !formerColumn) {
       return;
     }
     const auto formerRow = from->row(*former);
-    const auto row = to->row(*now);
+    const auto row = to->row(now);
     std::vector<Value> values;
     for (const Column& each : to->definition().columns) {
       values.push_back(row->value(each));
     }
-    values[*column] = convertProperties(
-        source_.pager(), formerRow->value(from->definition().columns[*formerColumn]));
-    to->update(*now, values);
+    values[column] = convertProperties(source_.pager(),
+                                       formerRow->value(from->definition().columns[*formerColumn]));
+    to->update(now, values);
   }
 
  private:

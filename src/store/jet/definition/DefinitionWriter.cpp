@@ -227,7 +227,6 @@ void addIndexName(const Format& format, Bytes& definition, const TableDefinition
   const auto& d = format.definition;
   const ByteView view(definition, table.page);
   const IndexPlaces places = findPlaces(format, view, logical.name);
-  definition.resize(findEnd(view, places.afterNames));
   insert(definition, places.name, nameBytes(logical.name));
   insert(definition, places.logical, logicalIndexBytes(format, logical));
   store32(&definition[d.indexCount], load32(&definition[d.indexCount]) + 1);

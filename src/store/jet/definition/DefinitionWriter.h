@@ -17,7 +17,7 @@ Bytes encodeDefinition(const Format& format, const TableDefinition& table);
 /// off.
 void addTree(const Format& format, Bytes& definition, const TableDefinition& table,
              const RealIndex& real, std::uint32_t keyCount);
-/// The same with a named index, whose tree the definition has.
+/// The same with a named index, whose tree addTree() has put there.
 void addIndexName(const Format& format, Bytes& definition, const TableDefinition& table,
                   const LogicalIndex& logical);
 

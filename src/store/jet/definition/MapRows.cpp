@@ -23,8 +23,7 @@ MapRows::MapRows(Pager& pager, const TableDefinition& table) : pager_(pager) {
 bool MapRows::takes(PageNumber page) const {
   const PageRef ref = pager_.read(page);
   const DataPage data(pager_.format(), ref.view());
-  return data.owner() == 0 && data.rowCount() < kMaxRowsOnPage &&
-         DataPage::fits(data.freeSpace(), UsageMap::emptyRow(pager_.format()).size());
+  return data.owner() == 0 && data.takes(UsageMap::emptyRow(pager_.format()).size());
 }
 
 RowId MapRows::add() {

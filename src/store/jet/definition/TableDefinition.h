@@ -17,6 +17,12 @@ namespace orv::store::jet {
 
 class Pager;
 
+/// Whether a column can be of the type. Access's own tables have columns of types within this range
+/// that no other table has.
+constexpr bool isColumnType(ColumnType type) {
+  return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
+}
+
 struct Column {
   std::string name;
   ColumnType type = ColumnType::text;

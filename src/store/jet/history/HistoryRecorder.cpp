@@ -121,18 +121,20 @@ void HistoryRecorder::rolledBack() {
 }
 
 std::uint64_t HistoryRecorder::committing() noexcept {
-  if (next_ != HistoryRecord::Kind::changes || largest_ == 0) return 0;
-  if (depth_ == 0) work_ = newWork();
-  if (isLost_ || changes_.bytes().empty()) return 0;
+  const bool isKept = next_ == HistoryRecord::Kind::changes && largest_ > 0;
+  if (isKept && depth_ == 0) work_ = newWork();
+  if (isKept && !isLost_ && !changes_.bytes().empty()) keepChanges();
+  return isPending_ ? file_.length() : 0;
+}
+
+void HistoryRecorder::keepChanges() noexcept {
   try {
     isPending_ = append(HistoryRecord::Kind::changes, work_, changes_.bytes());
     hasBegun_ = true;
-    return isPending_ ? file_.length() : 0;
   } catch (const Error& error) {
     failure_ = error.description();
     isLost_ = true;
   }
-  return 0;
 }
 
 void HistoryRecorder::committed() noexcept {

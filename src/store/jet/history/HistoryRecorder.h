@@ -58,6 +58,7 @@ class HistoryRecorder final : public ChangeObserver {
  private:
   explicit HistoryRecorder(HistoryFile file) : file_(std::move(file)) {}
 
+  void keepChanges() noexcept;
   void writeCommit();
   bool append(HistoryRecord::Kind kind, std::uint64_t work, Bytes changes = {});
 

@@ -74,8 +74,7 @@ std::vector<HistoryConflict> ReferenceCheck::violations() {
 
 /// Whether a row of the table has a key in a column.
 bool ReferenceCheck::has(const std::string& name, const std::string& columnName, std::int32_t key) {
-  const CatalogEntry* entry = database_.find(name);
-  if (!entry || entry->kind != CatalogEntry::Kind::table) return false;
+  if (!database_.find(name, CatalogEntry::Kind::table)) return false;
   const auto table = database_.table(name);
   const Column* column = columnNamed(*table, columnName);
   if (!column) return false;

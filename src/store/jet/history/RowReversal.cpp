@@ -34,8 +34,9 @@ const RealIndex* ReversedTable::indexFor(std::span<const Value> row) const {
 std::vector<Value> ReversedTable::valuesAt(RowId id) const {
   const auto view = table_->row(id);
   std::vector<Value> values;
-  if (!view) return values;
-  for (const Column& column : table_->definition().columns) values.push_back(view->value(column));
+  for (const Column& column : table_->definition().columns) {
+    if (view) values.push_back(view->value(column));
+  }
   return values;
 }
 
@@ -176,8 +177,7 @@ void RowReversal::apply(const RowChange& change, bool back) {
 ReversedTable* RowReversal::table(const RowChange& change) {
   auto known = tables_.find(change.table);
   if (known == tables_.end()) {
-    const CatalogEntry* entry = database_.find(change.table);
-    if (entry == nullptr || entry->kind != CatalogEntry::Kind::table) {
+    if (!database_.find(change.table, CatalogEntry::Kind::table)) {
       conflicts_.push_back({.table = change.table});
       isBroken_ = true;
       return nullptr;

@@ -33,7 +33,7 @@ class IndexLoader {
  private:
   /// The page of one level that is being filled.
   struct Level {
-    PageNumber page = 0;
+    PageNumber page;
     PageNumber previous = 0;
     PageNumber tail = 0;
     std::size_t prefix = 0;             ///< bytes that all entries begin with

@@ -60,8 +60,8 @@ class IndexTree {
  private:
   friend class IndexRun;
   struct Step {
-    PageNumber page = 0;
-    std::size_t at = 0;  ///< in a node, the entry of the child, or their number for the tail
+    PageNumber page;
+    std::size_t at;  ///< in a node, the entry of the child, or their number for the tail
   };
   /// The way from the root to a leaf.
   struct Path {

@@ -79,7 +79,7 @@ std::uint8_t DataPageEditor::add(std::span<const std::uint8_t> row, SlotKind kin
   const std::uint16_t number = page.rowCount();
   const std::size_t end = number == 0 ? format_.pageSize : page.slot(number - 1).offset;
   const std::size_t tableEnd = format_.data.rowTable + std::size_t{2} * (number + 1);
-  if (number >= kMaxRowsOnPage || end < tableEnd + row.size()) {
+  if (end < tableEnd + row.size()) {
     raiseDamaged(page_, "it has less room than it says");
   }
   const std::size_t begin = end - row.size();
@@ -96,13 +96,12 @@ void DataPageEditor::replace(std::uint8_t row, std::span<const std::uint8_t> con
   const Slot slot = page.slot(row);
   const std::uint16_t last = page.rowCount() - 1;
   const std::size_t lowest = page.slot(last).offset;
-  const std::size_t end = slot.offset + slot.length;
-  const std::size_t begin = end - content.size();
-  const std::size_t newLowest = lowest + begin - slot.offset;
   const std::size_t tableEnd = format_.data.rowTable + std::size_t{2} * page.rowCount();
-  if (content.size() > end || newLowest > format_.pageSize || newLowest < tableEnd) {
+  if (content.size() > slot.length + lowest - tableEnd) {
     raiseDamaged(page_, "it has less room than it says");
   }
+  const std::size_t begin = slot.offset + slot.length - content.size();
+  const std::size_t newLowest = lowest + begin - slot.offset;
   std::memmove(bytes_ + newLowest, bytes_ + lowest, slot.offset - lowest);
   std::copy(content.begin(), content.end(), bytes_ + begin);
   store16(entry(row), static_cast<std::uint32_t>(begin) | flagsOf(kind));

@@ -42,8 +42,12 @@ class DataPage {
   Slot slot(std::uint16_t row) const;
   std::span<const std::uint8_t> bytes(std::uint16_t row) const;
 
-  /// Whether `freeSpace` bytes take a row of `length` bytes (and its entry in the table).
-  static bool fits(std::size_t freeSpace, std::size_t length) { return freeSpace >= length + 2; }
+  /// Whether another row of `length` bytes, with its entry in the table, has room.
+  bool takes(std::size_t length) const { return hasRoom(length + 2); }
+  /// Whether there is as much room as that for more rows.
+  bool hasRoom(std::size_t bytes) const {
+    return freeSpace() >= bytes && rowCount_ < kMaxRowsOnPage;
+  }
 
  private:
   const Format* format_ = nullptr;
@@ -61,7 +65,7 @@ class DataPageEditor {
   void initialize(std::uint32_t owner);
   DataPage read() const { return {format_, {{bytes_, format_.pageSize}, page_}}; }
 
-  /// Adds a row (there must be room) and returns its number.
+  /// Adds a row, which the page takes(), and returns its number.
   std::uint8_t add(std::span<const std::uint8_t> row, SlotKind kind = SlotKind::row);
   /// Gives a row new content (there must be room for the growth) and kind.
   void replace(std::uint8_t row, std::span<const std::uint8_t> content, SlotKind kind);

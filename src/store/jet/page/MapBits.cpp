@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "errors/Error.h"
 #include "store/jet/page/DataPage.h"
@@ -92,16 +93,21 @@ std::optional<PageRef> MapBits::mapPage(const Shape& map, std::size_t index) con
   return page;
 }
 
-std::optional<bool> MapBits::find(PageNumber page) const {
-  const Shape map = shape();
+std::optional<MapBits::Place> MapBits::placeOf(PageNumber page) const {
+  Shape map = shape();
   if (!map.pointers) {
-    const bool covered = page >= map.start && page - map.start < map.size * 8;
-    return covered ? std::optional(bitAt(map.page.data() + map.offset, page - map.start))
-                   : std::nullopt;
+    const std::size_t at = page - map.start;  // of those before the first: beyond all
+    if (at >= map.size * 8) return std::nullopt;
+    return Place{std::move(map.page), map.offset * 8 + at};
   }
-  const auto bits = mapPage(map, page / bitsPerMapPage());
-  return bits ? std::optional(bitAt(bits->data() + kMapPageHeader, page % bitsPerMapPage()))
-              : std::nullopt;
+  auto bits = mapPage(map, page / bitsPerMapPage());
+  if (!bits) return std::nullopt;
+  return Place{*std::move(bits), kMapPageHeader * 8 + page % bitsPerMapPage()};
+}
+
+std::optional<bool> MapBits::find(PageNumber page) const {
+  const auto place = placeOf(page);
+  return place ? std::optional(bitAt(place->page.data(), place->bit)) : std::nullopt;
 }
 
 std::optional<PageNumber> MapBits::next(PageNumber from, PageNumber end) const {
@@ -109,9 +115,7 @@ std::optional<PageNumber> MapBits::next(PageNumber from, PageNumber end) const {
   if (!map.pointers) {
     const PageNumber first = std::max(from, map.start);
     const std::size_t bits = map.size * 8;
-    const std::size_t found = first - map.start < bits
-                                  ? nextBit(map.page.data() + map.offset, first - map.start, bits)
-                                  : bits;
+    const std::size_t found = nextBit(map.page.data() + map.offset, first - map.start, bits);
     return found < bits && map.start + found < end
                ? std::optional(static_cast<PageNumber>(map.start + found))
                : std::nullopt;
@@ -133,20 +137,9 @@ std::optional<PageNumber> MapBits::next(PageNumber from, PageNumber end) const {
 }
 
 bool MapBits::set(PageNumber page, bool value) {
-  const Shape map = shape();
-  if (!map.pointers) {
-    if (page < map.start || page - map.start >= map.size * 8) {
-      return false;
-    }
-    setBit(pager_.modify(location_.page) + map.offset, page - map.start, value);
-    return true;
-  }
-  const auto bits = mapPage(map, page / bitsPerMapPage());
-  if (!bits) {
-    return false;
-  }
-  setBit(pager_.modify(bits->number()) + kMapPageHeader, page % bitsPerMapPage(), value);
-  return true;
+  const auto place = placeOf(page);
+  if (place) setBit(pager_.modify(place->page.number()), place->bit, value);
+  return place.has_value();
 }
 
 bool MapBits::moveStart(PageNumber page) {

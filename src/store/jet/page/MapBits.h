@@ -70,7 +70,15 @@ class MapBits {
     PageNumber start;  ///< bitmap: the page of its first bit
   };
 
+  /// Where a bit is.
+  struct Place {
+    PageRef page;
+    std::size_t bit;  ///< counted from the beginning of the page
+  };
+
   Shape shape() const;
+  /// Of a page; none when the map keeps none for it.
+  std::optional<Place> placeOf(PageNumber page) const;
   std::size_t bitsPerMapPage() const { return (pager_.format().pageSize - kMapPageHeader) * 8; }
   PageNumber pointer(const Shape& map, std::size_t index) const;
   bool leadsToBits(PageNumber page) const;

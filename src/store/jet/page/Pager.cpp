@@ -76,9 +76,7 @@ Pager::~Pager() = default;
 void Pager::readHeader() {
   const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(file_.size(), kLargestPage));
   header_.resize(size);
-  if (size > 0) {
-    file_.read(0, header_.data(), size);
-  }
+  file_.read(0, header_.data(), size);
   format_ = detectFormat({header_, 0}, engineVersion_);
   if (format_ == nullptr) {
     throw Error(kStoreFailure, "'" + path() + "' is not an Access database file.");
@@ -363,9 +361,7 @@ Savepoint::~Savepoint() {
 
 void Savepoint::commit() {
   transaction_.commit();
-  if (isWithin_) {
-    ++pager_.version_;
-  }
+  ++pager_.version_;  // of an outer one, which is not told
   done_ = true;
 }
 

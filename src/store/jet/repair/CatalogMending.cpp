@@ -24,9 +24,9 @@ SecurityIds idsOf(const Table& objects) {
 
 /// Hides the ids in a column as new files do. Those of a workgroup, which are longer, stay.
 void hideAnew(Table& table, std::string_view name, const SecurityIds& former) {
-  const auto column = table.definition().findColumn(name);
+  const std::size_t column = table.definition().findColumn(name).value();
   std::vector<RowId> rows;
-  for (TableScan scan = table.scan(); column && scan.next();) {
+  for (TableScan scan = table.scan(); scan.next();) {
     rows.push_back(scan.rowId());
   }
   for (const RowId id : rows) {
@@ -35,9 +35,9 @@ void hideAnew(Table& table, std::string_view name, const SecurityIds& former) {
     for (const Column& each : table.definition().columns) {
       values.push_back(row->value(each));
     }
-    const Bytes* user = values[*column].getIf<Bytes>();
+    const Bytes* user = values[column].getIf<Bytes>();
     if (user != nullptr && user->size() == SecurityIds::kSize) {
-      values[*column] = former.translate(*user, SecurityIds::ofNewFiles());
+      values[column] = former.translate(*user, SecurityIds::ofNewFiles());
       table.update(id, values);
     }
   }

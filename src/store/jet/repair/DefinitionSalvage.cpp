@@ -16,12 +16,8 @@
 namespace orv::store::jet {
 namespace {
 
-bool isPossible(ColumnType type) {
-  return type >= ColumnType::boolean && type <= ColumnType::extendedDate;
-}
-
 bool canBeIndexed(ColumnType type) {
-  return isPossible(type) && type != ColumnType::ole && type != ColumnType::extendedDate &&
+  return isColumnType(type) && type != ColumnType::ole && type != ColumnType::extendedDate &&
          type != ColumnType{0x0d} && type != ColumnType{0x0e} && type != ColumnType{0x11};
 }
 
@@ -31,7 +27,7 @@ std::string columnFault(const TableDefinition& table) {
   std::set<std::uint16_t> places;
   for (const Column& column : table.columns) {
     const bool isVariable = !column.fixed && column.type != ColumnType::boolean;
-    if (!isPossible(column.type)) {
+    if (!isColumnType(column.type)) {
       return fmt::format("column '{}' has a type that there is not", column.name);
     }
     if (column.name.empty() || !numbers.insert(column.number).second ||
@@ -94,7 +90,7 @@ void mendColumns(const Format& format, Bytes& bytes, const TableDefinition& tabl
   store16(&bytes[d.variableColumns], std::min(variable, kMost));
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     std::uint8_t& type = bytes[d.headerSize + i * format.column.size + format.column.type];
-    type = isPossible(ColumnType{type}) ? type : kBytes;
+    type = isColumnType(ColumnType{type}) ? type : kBytes;
   }
 }
 

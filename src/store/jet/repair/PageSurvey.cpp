@@ -59,9 +59,7 @@ void PageSurvey::readFreePages(Pager& pager) {
 
 std::size_t PageSurvey::bytesThere(PageNumber page) const {
   const std::uint64_t begin = std::uint64_t{page} * pageSize_;
-  return begin >= fileSize_
-             ? 0
-             : static_cast<std::size_t>(std::min<std::uint64_t>(pageSize_, fileSize_ - begin));
+  return static_cast<std::size_t>(std::min<std::uint64_t>(pageSize_, fileSize_ - begin));
 }
 
 const std::vector<PageNumber>& PageSurvey::pagesOf(PageNumber table) const {

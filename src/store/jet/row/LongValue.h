@@ -20,7 +20,7 @@ struct LongValueDefinition {
   static constexpr std::uint32_t kLengthMask = 0x3fffffff;
   enum class Form : std::uint32_t { chain = 0, onePart = 0x40000000, inRow = 0x80000000 };
 
-  std::uint32_t length = 0;
+  std::uint32_t length;
   Form form = Form::inRow;
   RowId first{};
 

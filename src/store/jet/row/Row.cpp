@@ -107,8 +107,8 @@ const char* RowView::variableFault() const {
   if (variableCount_ > definition_->variableColumns) {
     return "a row has more variable columns than its table";
   }
-  std::size_t last = 0;
-  for (std::size_t i = 0; i <= variableCount_; ++i) {
+  std::size_t last = variableOffset(0);
+  for (std::size_t i = 1; i <= variableCount_; ++i) {
     const std::size_t offset = variableOffset(i);
     if (offset < last) {
       return "the table of variable columns of a row is out of order";

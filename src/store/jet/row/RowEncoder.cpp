@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
+#include <span>
 
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -95,11 +95,9 @@ void storeFixed(const TableDefinition& table, const Column& column, const Value&
                 std::uint8_t* out) {
   std::array<std::uint8_t, 8> number{};
   const std::size_t size = storeNumber(number.data(), column.type, value);
-  if (size > 0 && size <= column.length) {
-    std::memcpy(out, number.data(), size);
-    return;
-  }
-  const Bytes bytes = encodeValue(column, value);
+  const Bytes other = size == 0 ? encodeValue(column, value) : Bytes();
+  const auto bytes =
+      size == 0 ? std::span(other) : std::span<const std::uint8_t>(number).first(size);
   if (bytes.size() > column.length) {
     raiseDamaged(table.page, "column '" + column.name + "' of table '" + table.name +
                                  "' has less room than its type takes");

@@ -28,8 +28,7 @@ bool RowSpace::takes(PageNumber page, std::size_t length) const {
     return false;
   }
   const DataPage data(pager_.format(), ref.view());
-  return data.owner() == owner_ && data.rowCount() < kMaxRowsOnPage &&
-         DataPage::fits(data.freeSpace(), length);
+  return data.owner() == owner_ && data.takes(length);
 }
 
 PageNumber RowSpace::findPage(std::size_t length, PageNumber hint) {
@@ -58,8 +57,7 @@ PageNumber RowSpace::findPage(std::size_t length, PageNumber hint) {
 }
 
 void RowSpace::updateFreeMap(PageNumber page, const DataPage& data) {
-  const bool useful =
-      data.freeSpace() >= leastUsefulRoom(pager_.format()) && data.rowCount() < kMaxRowsOnPage;
+  const bool useful = data.hasRoom(leastUsefulRoom(pager_.format()));
   UsageMap free(pager_, free_);
   if (free.contains(page) != useful) {
     useful ? free.addIfItFits(page) : free.remove(page);
@@ -70,9 +68,7 @@ RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber
   finish();
   if (last_ != 0) {
     const DataPage data = DataPageEditor(pager_.format(), pager_.modify(last_), last_).read();
-    const bool takesIt =
-        data.rowCount() < kMaxRowsOnPage && DataPage::fits(data.freeSpace(), row.size());
-    if (takesIt) return put(last_, row, kind);
+    if (data.takes(row.size())) return put(last_, row, kind);
   }
   last_ = findPage(row.size(), hint);
   return put(last_, row, kind);
@@ -81,8 +77,7 @@ RowId RowSpace::add(std::span<const std::uint8_t> row, SlotKind kind, PageNumber
 RowId RowSpace::put(PageNumber page, std::span<const std::uint8_t> row, SlotKind kind) {
   DataPageEditor editor(pager_.format(), pager_.modify(page), page);
   const RowId place{page, editor.add(row, kind)};
-  if (const DataPage data = editor.read();
-      data.freeSpace() < leastUsefulRoom(pager_.format()) || data.rowCount() >= kMaxRowsOnPage) {
+  if (const DataPage data = editor.read(); !data.hasRoom(leastUsefulRoom(pager_.format()))) {
     updateFreeMap(page, data);
   }
   return place;

@@ -11,8 +11,10 @@ Guid makeGuid() {
     byte = static_cast<std::uint8_t>(random());
   }
   // The first three parts stand little-endian, so the version is in the last byte of the third.
-  guid.bytes[7] = static_cast<std::uint8_t>(0x40 | (guid.bytes[7] & 0x0f));
-  guid.bytes[8] = static_cast<std::uint8_t>(0x80 | (guid.bytes[8] & 0x3f));
+  std::uint8_t& version = guid.bytes[7];
+  std::uint8_t& variant = guid.bytes[8];
+  version = static_cast<std::uint8_t>(0x40 | (version & 0x0f));
+  variant = static_cast<std::uint8_t>(0x80 | (variant & 0x3f));
   return guid;
 }
 

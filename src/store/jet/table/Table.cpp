@@ -91,6 +91,7 @@ bool TableScan::nextPage() {
     readAhead();
   }
   if (ahead_.empty()) {
+    rows_ = {};
     return false;
   }
   DamagedFileScope scope(pager_->path());
@@ -106,7 +107,6 @@ void TableScan::seekAfter(RowId row) {
   ahead_.clear();
   aheadUsed_ = 0;
   rows_ = {};
-  nextRow_ = 0;
   if (nextPage() && page_.number() == row.page) {
     nextRow_ = static_cast<std::uint16_t>(row.row + 1);
   }
@@ -116,8 +116,6 @@ bool TableScan::next() {
   while (true) {
     while (nextRow_ >= rows_.rowCount()) {
       if (!nextPage()) {
-        rows_ = {};
-        nextRow_ = 0;
         return false;
       }
     }

@@ -176,25 +176,26 @@ Calendar toCalendar(double days) {
   std::int64_t day = static_cast<std::int64_t>(date) + seconds / 86400;
   seconds %= 86400;
 
-  Calendar result;
-  result.hour = static_cast<int>(seconds / 3600);
-  result.minute = static_cast<int>(seconds / 60 % 60);
-  result.second = static_cast<int>(seconds % 60);
-  result.weekday = static_cast<int>(((day + 6) % 7 + 7) % 7) + 1;
+  const int weekday = static_cast<int>(((day + 6) % 7 + 7) % 7) + 1;
   day += kDaysBeforeEpoch;
-  int year = static_cast<int>(day / 366) + 1;
+  int year = static_cast<int>(day / 366);  // at most one too few for each of a leap year
   while (daysBeforeYear(year + 1) <= day) {
     ++year;
   }
-  result.year = year;
   day -= daysBeforeYear(year);
-  result.dayOfYear = static_cast<int>(day) + 1;
-  result.month = 1;
-  while (day >= daysOfMonth(year, result.month)) {
-    day -= daysOfMonth(year, result.month++);
+  const int dayOfYear = static_cast<int>(day) + 1;
+  int month = 1;
+  while (day >= daysOfMonth(year, month)) {
+    day -= daysOfMonth(year, month++);
   }
-  result.day = static_cast<int>(day) + 1;
-  return result;
+  return {.year = year,
+          .month = month,
+          .day = static_cast<int>(day) + 1,
+          .hour = static_cast<int>(seconds / 3600),
+          .minute = static_cast<int>(seconds / 60 % 60),
+          .second = static_cast<int>(seconds % 60),
+          .weekday = weekday,
+          .dayOfYear = dayOfYear};
 }
 
 double fromDate(int year, int month, int day) {

@@ -9,14 +9,14 @@ namespace orv::store::sql {
 
 /// The parts of a date and time, rounded to the second.
 struct Calendar {
-  int year = 1899;
-  int month = 12;
-  int day = 30;
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  int weekday = 7;  ///< 1 Sunday to 7 Saturday
-  int dayOfYear = 364;
+  int year;
+  int month;
+  int day;
+  int hour;
+  int minute;
+  int second;
+  int weekday;  ///< 1 Sunday to 7 Saturday
+  int dayOfYear;
 };
 
 /// Raises kOverflow for a date outside of the years 100 to 9999.

@@ -10,9 +10,9 @@ enum class ResultType { text, whole, number, date, boolean, currency, ofArgument
 
 struct FunctionInfo {
   std::string_view name;  ///< in upper case
-  int least = 0;          ///< number of arguments
-  int most = 0;
-  ResultType result = ResultType::unknown;
+  int least;              ///< number of arguments
+  int most;
+  ResultType result;
   std::string_view sqlName;  ///< as it is registered with SQLite
   /// Whether a date that is given to it is to become text first, as `Left(#2020-01-31#, 4)` wants.
   bool wantsText = false;

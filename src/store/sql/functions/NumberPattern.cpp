@@ -164,9 +164,7 @@ std::string NumberPattern::write(const Section& section, double magnitude) {
         text += token.text;
         break;
       case Kind::point:
-        if (section.wholeDigits == 0) {
-          writeWhole(whole.size());
-        }
+        writeWhole(whole.size());  // of a section without a place for them
         text += '.';
         break;
       case Kind::exponent:

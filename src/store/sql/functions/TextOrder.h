@@ -26,7 +26,7 @@ class TextOrder {
  private:
   /// The code of an ASCII character that has nothing but one; no size for others.
   struct Code {
-    std::uint8_t size = 0;
+    std::uint8_t size;
     std::array<std::uint8_t, 3> bytes{};
   };
   int compareKeys(std::string_view a, std::string_view b) const;

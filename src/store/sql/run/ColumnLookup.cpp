@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "store/jet/index/IndexKey.h"
+#include "store/sql/run/KeyBound.h"
 
 namespace orv::store::sql {
 namespace {
@@ -12,19 +13,9 @@ namespace {
 /// A hash of the value's index key: values that compare equal have the same.
 std::uint32_t hashOf(const jet::Column& column, const Value& value, Bytes& key) {
   key.clear();
-  const double* number = value.getIf<double>();
-  const float* single = value.getIf<float>();
-  const Date* date = value.getIf<Date>();
   // -0 and 0 are equal but have different keys.
-  if (number != nullptr && *number == 0) {
-    jet::appendKey(key, column, Value(0.0), true);
-  } else if (single != nullptr && *single == 0) {
-    jet::appendKey(key, column, Value(0.0F), true);
-  } else if (date != nullptr && date->days == 0) {
-    jet::appendKey(key, column, Value(Date{0}), true);
-  } else {
-    jet::appendKey(key, column, value, true);
-  }
+  const bool isZero = hasTwoZeros(column.type) && value.toDouble() == 0;
+  if (!isZero) jet::appendKey(key, column, value, true);
   const std::string_view bytes(reinterpret_cast<const char*>(key.data()), key.size());
   return static_cast<std::uint32_t>(std::hash<std::string_view>()(bytes));
 }

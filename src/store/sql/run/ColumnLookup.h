@@ -20,8 +20,8 @@ class ColumnLookup {
   ColumnLookup(const jet::Table& table, std::size_t column);
 
   struct Entry {
-    std::uint32_t hash = 0;
-    std::uint32_t pointer = 0;
+    std::uint32_t hash;
+    std::uint32_t pointer;
     auto operator<=>(const Entry&) const = default;
   };
   /// The rows that may have the value, in the order of the table.

@@ -13,14 +13,14 @@ namespace orv::store::sql {
 /// A constraint as SQLite offers it.
 struct Constraint {
   enum class Kind { equal, isNull, lower, upper };
-  int position = 0;  ///< in SQLite's list
-  std::size_t column = 0;
-  Kind kind = Kind::equal;
+  int position;  ///< in SQLite's list
+  std::size_t column;
+  Kind kind;
 };
 
 struct SortTerm {
-  std::size_t column = 0;
-  bool descending = false;
+  std::size_t column;
+  bool descending;
 };
 
 /// A way of reading the rows of a table.
@@ -35,8 +35,8 @@ struct IndexPlan {
   std::vector<Constraint> used{};
   bool ordered = false;  ///< rows come as the sort terms ask
   bool unique = false;   ///< the index finds at most one row
-  double cost = 0;
-  double rows = 0;
+  double cost;
+  double rows;
 };
 
 /// The cheapest plan. An index on text serves only if it has the sort order by which SQLite

@@ -20,9 +20,9 @@ struct Token {
     guid,    ///< `text` as "{...}"
     symbol,  ///< an operator or a mark of punctuation
   };
-  Kind kind = Kind::end;
+  Kind kind;
   std::string text;
-  std::size_t at = 0;  ///< byte of the statement where it begins
+  std::size_t at;     ///< byte of the statement where it begins
   int parameter = 0;  ///< of a number or text that is given when the statement runs, counted from 1
 
   bool isSymbol(std::string_view symbol) const { return kind == Kind::symbol && text == symbol; }

@@ -25,7 +25,7 @@ std::string QueryWriter::writeSources(const Select& select, Scope& scope) {
   for (const Source& source : select.from) {
     const std::string written = writeSource(source, scope);
     // A join binds tighter than the comma, which SQLite reads from left to right.
-    const bool join = source.kind == Source::Kind::join && select.from.size() > 1;
+    const bool join = source.kind == Source::Kind::join;
     sql += fmt::format("{}{}{}{}", sql.empty() ? " FROM " : ", ", join ? "(" : "", written,
                        join ? ")" : "");
   }

@@ -15,7 +15,7 @@ namespace orv::store::sql {
 /// A column of an output or of a source. The type is unknown for some expressions.
 struct TypedColumn {
   ColumnInfo info;
-  bool typed = true;
+  bool typed;
 };
 
 class Scope {
@@ -23,12 +23,12 @@ class Scope {
   struct Member {
     std::string name;     ///< by which the statement calls it: its alias, or the table's name
     std::string sqlName;  ///< the alias that SQLite sees
-    bool baseTable = false;
+    bool baseTable;
     std::vector<TypedColumn> columns;
   };
   struct Found {
-    const Member* member = nullptr;
-    std::size_t column = 0;
+    const Member* member;
+    std::size_t column;
     std::string sql() const;
     const TypedColumn& typed() const { return member->columns[column]; }
   };
