@@ -107,53 +107,17 @@ TEST_F(RecordsTest, PipesAreNotWaitedForAndPasswordsAreAskedFor) {
   EXPECT_NE(given.err.find("is a database, but no ORV database"), std::string::npos) << given.err;
 }
 
-TEST_F(RecordsTest, CompletionsKnowEveryVerbAndOption) {
-  for (const char* shell : {"bash", "zsh", "fish"}) {
-    const std::string script = orv(std::string("completion ") + shell).out;
-    for (const char* word : {"copy", "tables", "skip-existing", "password-file", "columns"}) {
-      EXPECT_NE(script.find(word), std::string::npos) << shell << word;
-    }
-  }
-  const Ended bash = shell(
-      "orv completion bash > orv.bash; bash -c '. ./orv.bash; "
-      "complete() { COMP_WORDS=(orv $@); COMP_CWORD=$#; _orv; echo \"${COMPREPLY[@]}\"; }; "
-      "complete copy --repl; complete tab; complete audit x --severity wa; "
-      "complete audit x --without units,ener; complete list --format \"\"'");
-  EXPECT_EQ(bash.out, "--replace\ntables\nwarning\nunits,energy\ncsv json table tsv\n") << bash.err;
-  EXPECT_NE(orv("completion zsh").out.find("'copy --standard') values=(en410 iso9050 nfrc300)"),
-            std::string::npos);
-  EXPECT_NE(orv("completion fish").out.find(" -x -a 'csv json text'"), std::string::npos);
-}
-
-TEST_F(RecordsTest, TheStandardInputIsAFileOfRecords) {
-  folder.write("a.txt", paneText("Alpha"));
+TEST_F(RecordsTest, TheStandardInputIsKeptForAsLongAsItIsRead) {
+  makeDatabase();
   std::string filmed = paneText("Filmed");
   filmed += "{ Substrate Filename: nowhere.txt }\n";
   folder.write("filmed.txt", filmed);
-  orv("new db.mdb");
-  const Ended copied = shell("orv copy - db.mdb --name one.txt --group Demo <a.txt");
-  EXPECT_EQ(copied.exit, 0) << copied.err;
-  EXPECT_EQ(orv("list db.mdb --columns name --format csv").out, "name\none.txt\n");
-  EXPECT_EQ(shell("orv list - --format csv <a.txt").out,
-            "id,name,product,group,supplier\nstdin.txt,stdin.txt,Alpha,,\n");
-  const Ended shown = shell("orv show - --spectrum --format csv <a.txt");
-  EXPECT_NE(shown.out.find("\n500,0.8,0.8,0.07,0.08\n"), std::string::npos) << shown.err;
-  EXPECT_NE(shell("orv info - <a.txt").out.find("standard input\n"), std::string::npos);
-  const Ended products = shell(
-      "orv new to.mdb; orv export db.mdb --form json --single - --quiet | "
-      "orv copy - a.txt to.mdb --group Demo");
-  EXPECT_NE(products.out.find("2 records copied."), std::string::npos) << products.err;
-  EXPECT_EQ(orv("list to.mdb --columns name,NAME --format csv").out, "name\na.txt\none.txt\n");
-  const Ended named = shell(
-      "(printf '\\357\\273\\277'; orv export db.mdb --form json --single - --quiet) | "
-      "orv list - --name two --columns Filename --format csv");
-  EXPECT_EQ(named.out, "Filename\ntwo.json\n") << named.err;
   const Ended missing = shell("orv copy - db.mdb --name f.txt --group Demo <filmed.txt");
   EXPECT_NE(missing.err.find("'nowhere.txt' in the folder '.'"), std::string::npos) << missing.err;
 
-  setPassword(folder.path() / "to.mdb", "Sesame 7");
-  EXPECT_EQ(shell("echo 'Sesame 7' | orv info to.mdb --password-file -").exit, 0);
-  EXPECT_EQ(shell("echo 'Sesame 8' | orv info to.mdb --password-file -").exit, 3);
+  setPassword(folder.path() / "db.mdb", "Sesame 7");
+  EXPECT_EQ(shell("echo 'Sesame 7' | orv info db.mdb --password-file -").exit, 0);
+  EXPECT_EQ(shell("echo 'Sesame 8' | orv info db.mdb --password-file -").exit, 3);
   for (int i = 0; i < kPoints * 10; ++i)
     filmed += fmt::format("{} 0.5 0.25 0.125\n", 3 + i * 0.001);
   folder.write("long.txt", filmed);

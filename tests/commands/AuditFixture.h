@@ -35,9 +35,10 @@ class AuditFixture : public CommandsTest {
   using AuditOptions = commands::audit::AuditOptions;
   using Lines = std::vector<std::string>;
 
-  std::vector<Finding> audit(const Node& source, const AuditOptions& options = {}) {
+  std::vector<Finding> audit(const Node& source, const AuditOptions& options = {},
+                             std::optional<commands::RecordKind> kind = {}) {
     std::vector<Finding> findings;
-    result = commands::audit::auditSource(session, source, {}, options,
+    result = commands::audit::auditSource(session, source, kind, options,
                                           [&](const Finding& each) { findings.push_back(each); });
     return findings;
   }
@@ -53,12 +54,24 @@ class AuditFixture : public CommandsTest {
     return lines;
   }
 
-  /// "rule angle|field|value|expected|message"
-  static std::string wholeOf(const Finding& each) {
+  /// "rule angle@wavelength|field|value|expected|message"
+  static std::string faultOf(const Finding& each) {
     const auto& fault = each.fault;
-    return fmt::format("{} {}|{}|{}|{}|{}", each.rule,
-                       fault.angle ? std::to_string(*fault.angle) : "", fault.field, fault.value,
-                       fault.expected, fault.message);
+    return fmt::format("{} {}{}|{}|{}|{}|{}", each.rule,
+                       fault.angle ? std::to_string(*fault.angle) : "",
+                       fault.wavelength ? fmt::format("@{}", *fault.wavelength) : "", fault.field,
+                       fault.value, fault.expected, fault.message);
+  }
+
+  /// Findings with their records, in the order of the texts.
+  static Lines whole(const std::vector<Finding>& findings) {
+    Lines lines;
+    for (const Finding& each : findings) {
+      lines.push_back(
+          fmt::format("{} {} {}: {}", each.set, each.identifier, each.name, faultOf(each)));
+    }
+    std::ranges::sort(lines);
+    return lines;
   }
 
   commands::audit::AuditResult result;

@@ -248,61 +248,6 @@ TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
   EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT coatingcode, thickness FROM Pane"), "L|3 L|3");
 }
 
-TEST_F(ChangedCopyTest, WhatAFileDoesNotSayStays) {
-  const auto b = newDatabase("b.mdb");
-  const auto prove = [&](const Node& files, const char* table,
-                         const std::map<std::string, store::Value>& values) {
-    group_ = "Stra\u00DFe";
-    proveCopy(files, b);
-    for (const auto& [column, value] : values) setAll(*b->ADOConnection(), table, column, value);
-    const std::size_t written = written_;
-    group_ = "STRASSE ";  // the same one
-    proveCopy(files, b);
-    EXPECT_EQ(written_, written) << table;
-  };
-  prove(texts(TextFileKind::panes, {{"bare.txt", "SI Microns\n3\n1\n0.4 0.1 0.2 0.3\n"}}), "Pane",
-        {{"product_name", "Known"},
-         {"supplierID", 1},
-         {"emission_IR_outdoor", 0.5},
-         {"emission_IR_indoor", 0.75},
-         {"transmission_IR_outdoor", 0.25F},
-         {"transmission_IR_indoor", 0.125F},
-         {"single_layer", true},
-         {"use_estimation", false},
-         {"0_30_60", true},
-         {"film_outdoor_side", true},
-         {"freeze", true},
-         {"info", "known"}});
-  std::map<std::string, store::Value> ofShadings{{"supplierID", 1}, {"Supplier_dataID", 77},
-                                                 {"typeID", 2},     {"freeze", true},
-                                                 {"Info", "known"}, {"horizontal", true}};
-  for (const char* column : {"thickness", "conduction", "emission_IR_outdoor", "slat_distance",
-                             "transmission_IR_indoor", "emissivity_slat_surf_ind"}) {
-    ofShadings[column] = 0.0625 * static_cast<double>(ofShadings.size());
-  }
-  prove(texts(TextFileKind::shadings,
-              {{"bare.txt", "{ Units: Nanometers }\n400 .1 .1 .1 .1 .1 .1 .1 .1\n"}}),
-        "Shading", ofShadings);
-  EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT COUNT(*) FROM Groups"), "1");
-}
-
-TEST_F(ChangedCopyTest, OnlyValuesThatAreStoredAreSaidToBeComputed) {
-  group_ = "Demo";
-  const auto files = std::filesystem::path(ORV_SOURCE_DIR) / "examples" / "panes";
-  const auto a = opener.openAny((files / "clear_4.txt").string());
-  const auto b = newDatabase("b.mdb");
-  const auto copied = [&] {
-    const Comparison told = compare(a, b, {.group = group_, .isForCopy = true});
-    return copyChanged(a, b, told).summary();
-  };
-  const std::string computed = " Integrated values of 1 pane computed by EN 410.";
-  EXPECT_EQ(copied(), "1 record copied." + computed);
-  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
-  EXPECT_EQ(copied(), "0 records copied, 1 replaced.");
-  setAll(*b->ADOConnection(), "Pane_spectral_data", "transmission_outdoor", 0.5F);
-  EXPECT_EQ(copied(), "0 records copied, 1 replaced." + computed);
-}
-
 /// The guide tells of all that is not brought.
 TEST(CopyRulesTest, TheGuideNamesWhatIsNotBrought) {
   std::ifstream guide(std::filesystem::path(ORV_SOURCE_DIR) / "docs" / "user-guide.md");

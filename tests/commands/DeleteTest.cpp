@@ -45,32 +45,5 @@ TEST_F(DeleteTest, NothingSelectedNoAndCancelChangeNothing) {
   EXPECT_EQ(commands::countRecords(*panes_), 3);
 }
 
-TEST_F(DeleteTest, OtherSourcesRefuse) {
-  const auto files = texts(commands::TextFileKind::panes, {{"a.txt", paneText()}});
-  for (const Node& shown : {files, database_, Node()}) {
-    ui.log.clear();
-    EXPECT_TRUE(commands::deleteRecords(session, select(files, {"a.txt"}), shown).refused);
-    EXPECT_EQ(ui.log, Log{"critical (ORV database manager): This datasource does not allow "
-                          "deleting any records."});
-  }
-}
-
-TEST_F(DeleteTest, AFailureCanBeRetriedIgnoredOrEndTheWork) {
-  const std::string failed =
-      "question (ORV database manager): The record 9 could not be deleted: Pane could not be "
-      "found!";
-  ui.answers = {Answer::yes, Answer::retry, Answer::ignore};
-  auto result = commands::deleteRecords(session, select(panes_, {"9", "1"}), panes_);
-  EXPECT_EQ(messages(), (Log{kConfirm, failed, failed}));
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_EQ(result.deleted, 1);
-
-  ui.answers = {Answer::yes, Answer::abort};
-  result = commands::deleteRecords(session, select(panes_, {"2", "9", "3"}), panes_);
-  EXPECT_TRUE(result.cancelled);
-  EXPECT_EQ(result.deleted, 1);
-  EXPECT_EQ(commands::recordIdentifiers(*panes_), std::vector<std::string>{"3"});
-}
-
 }  // namespace
 }  // namespace orv::test

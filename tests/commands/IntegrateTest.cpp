@@ -1,6 +1,5 @@
 // Integrated values on their way into a database, and into one that has the pane already.
 #include "commands/CommandsTest.h"
-#include "commands/ExportRecords.h"
 #include "commands/IntegrateRecords.h"
 
 namespace orv::test {
@@ -10,19 +9,9 @@ using commands::IntegratedRow;
 using commands::IntegrationOptions;
 using commands::PasteOptions;
 using commands::RecordKind;
-using commands::TextFileKind;
 using optics::Standard;
 
-/// A pane that is grey from `first` to `last`, in nm: T 0.5, Rf 0.25, Rb 0.125 everywhere.
-std::string grey(int first, int last) {
-  std::string text = "SI Microns 3 1\nTIR=0\nEmis= 0.84 0.84\n";
-  for (int at = first; at <= last; at += 10) {
-    text += std::to_string(at / 1000.0) + " 0.5 0.25 0.125\n";
-  }
-  return text;
-}
-
-/// The same from 280 to 2500 nm as a record.
+/// From 280 to 2500 nm T 0.5, Rf 0.25 and Rb 0.125 everywhere.
 std::shared_ptr<SpectralData> greySpectrum() {
   std::vector<std::array<float, 5>> points;
   for (int i = 28; i <= 250; ++i) {
@@ -56,48 +45,6 @@ class IntegrateTest : public CommandsTest {
   Node to = newDatabase("to.mdb");
   commands::IntegrationResult result;
 };
-
-TEST_F(IntegrateTest, ACopyComputesWhatATextDoesNotGive) {
-  const auto files = texts(TextFileKind::panes, {{"ir.txt", grey(2500, 40000)},
-                                                 {"visible.txt", grey(380, 780)},
-                                                 {"whole.txt", grey(280, 2500)}});
-  const auto first = copy(files);
-  EXPECT_EQ(first.summary(), "3 records copied. Integrated values of 2 panes computed by EN 410.");
-  EXPECT_EQ(stored(), "1|0|0|0|0|0|0 2|0|0|0|0|0.25|0 3|0|0.5|0.5|0.125|0.25|0.5");
-  EXPECT_EQ(linesOf(first.zeros),
-            (std::vector<std::string>{"integrated values: ir.txt", "solar values: visible.txt",
-                                      "ultraviolet values: visible.txt"}));
-  const auto again =
-      copy(files, {.ifThere = commands::IfThere::replace, .integrateBy = Standard::iso9050});
-  EXPECT_EQ(again.summary(),
-            "0 records copied, 3 replaced. Integrated values of 2 panes computed by ISO 9050.");
-  const auto plain =
-      copy(files, {.ifThere = commands::IfThere::replace, .integrateBy = std::nullopt});
-  EXPECT_EQ(plain.summary(), "0 records copied, 3 replaced.");
-  EXPECT_EQ(stored(), "1|0|0|0|0|0|0 2|0|0|0|0|0|0 3|0|0|0|0|0|0");
-}
-
-TEST_F(IntegrateTest, ACopyKeepsTheValuesOfADatabaseAndComputesWhereItHasNoRow) {
-  const auto from = newDatabase("from.mdb");
-  auto& dc = *from->ADOConnection();
-  session.database.InsertPane(*makePane("known"), dc);
-  session.database.InsertPane(*makePane("rowless", 60), dc);
-  dc.deleteRows("Pane_integrated_data", "PaneID = 2");
-  const auto source = recordSet(from, RecordKind::panes);
-  EXPECT_EQ(copy(source, {.integrateBy = std::nullopt}).withoutData, 1);
-  const auto computed = copy(source, {.ifThere = commands::IfThere::skip});
-  EXPECT_EQ(computed.summary(),
-            "1 record copied, 1 skipped. Integrated values of 1 pane computed by EN 410.");
-  auto both = computed;
-  both.add(copy(source, {.ifThere = commands::IfThere::skip}));
-  EXPECT_EQ(both.summary(),
-            "1 record copied, 3 skipped. Integrated values of 1 pane computed by EN 410.");
-  // The spectrum ends at 700 nm: no solar values, reflectance as at 555 nm, none of the
-  // ultraviolet, in which it has nothing between 300 and 400 nm.
-  const std::string rows = stored();
-  EXPECT_TRUE(rows.starts_with("1|0|0.13|0.14|0.12|0.15|0.22 2|60|0|0|0|0.12")) << rows;
-  EXPECT_EQ(rows.substr(rows.rfind('|') + 1), "0");
-}
 
 TEST_F(IntegrateTest, ValuesAreStoredWhereTheyAreMissingOrEverywhereButInFrozenPanes) {
   auto& dc = *to->ADOConnection();
@@ -170,29 +117,6 @@ TEST_F(IntegrateTest, ACopyFillsTheValuesThatAProductDoesNotGiveAndTellsGaps) {
             "0 records copied, 1 replaced. Integrated values of 1 pane computed by EN 410.");
   EXPECT_EQ(stored(), "1|0|0.75|0.75|0.125|0.375|0.5");
   EXPECT_THAT(linesOf(filled.notes), ::testing::Contains("nothing between 600 and 640 nm: a"));
-}
-
-TEST_F(IntegrateTest, ASpectrumAtAnAngleWithoutValuesIsIntegratedAndNotCopied) {
-  const auto from = newDatabase("from.mdb");
-  auto& dc = *from->ADOConnection();
-  session.database.InsertPane(*makePane("half", 0), dc);
-  auto oblique = makePane("half", 60);
-  oblique->SpectralData(greySpectrum());
-  session.database.InsertPane(*oblique, dc);
-  dc.deleteRows("Pane_integrated_data", "angle = 60");
-  const auto source = recordSet(from, RecordKind::panes);
-  EXPECT_EQ(linesOf(copy(source).notes),
-            std::vector<std::string>{"the spectrum at 60 degrees, where there are no integrated "
-                                     "values, is not copied: half"});
-  EXPECT_EQ(stored(), "1|0|0.13|0.14|0.12|0.15|0.22");
-  const auto computed = integrate(source);
-  ASSERT_EQ(computed.size(), 2U);
-  EXPECT_EQ(computed[1].angle, 60);
-  EXPECT_NEAR(*computed[1].integration["Rb_sol"], 0.125, 1e-7);
-  const auto exported = commands::exportRecords(
-      session, selectAll(source),
-      {.folder = (folder.path() / "out").string(), .form = commands::ExportForm::json});
-  EXPECT_EQ(exported.files.size(), 2U);
 }
 
 TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -49,6 +50,28 @@ inline std::vector<std::pair<std::string, std::string>> examplesOf(const std::st
   }
   EXPECT_GT(examples.size(), count) << file;
   return examples;
+}
+
+/// A text of blocks that are parted by empty lines, each what is given and, indented, what comes of
+/// it: the same text with what `comes` of the lines that are given now, to be compared with it.
+inline std::string retold(
+    const std::string& text,
+    const std::function<std::vector<std::string>(const std::vector<std::string>&)>& comes) {
+  std::string told;
+  std::vector<std::string> given;
+  const auto endBlock = [&] {
+    if (given.empty()) return;
+    for (const std::string& line : comes(std::exchange(given, {}))) told += "  " + line + "\n";
+  };
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("  ")) continue;
+    if (line.empty()) endBlock();
+    if (!line.empty() && !line.starts_with("# ")) given.push_back(line);
+    told += line + "\n";
+  }
+  endBlock();
+  return told;
 }
 
 }  // namespace orv::test
