@@ -102,12 +102,16 @@ TEST_F(TerminalTest, RowsAreSpelledOutInEveryFormat) {
 TEST_F(TerminalTest, TheBarIsDrawnAndWhatItNamesIsSpelledOut) {
   const std::string name = "a\x1b[31m.txt";
   const std::string longest = "Ωμ" + std::string(60, 'x') + "ñandú.txt";
+  makeDatabase();
   folder.write(name, paneText());
-  orv("new db.mdb");
   const Ended copy = onTerminal("copy '" + name + "' db.mdb --group Demo");
   EXPECT_NE(copy.out.find("\r\x1b[K[#"), std::string::npos) << copy.out;
   EXPECT_NE(copy.out.find("Writing a\\u001b[31m.txt"), std::string::npos) << copy.out;
   EXPECT_EQ(copy.out.find("\x1b[31m"), std::string::npos);
+  const Ended two = onTerminal("copy a.txt b.txt db.mdb --group Two");
+  EXPECT_NE(two.out.find("\r\x1b[K[############............] 1/2 "), std::string::npos);
+  const Ended compact = onTerminal("compact db.mdb new.mdb");
+  EXPECT_NE(compact.out.find("[........................] 0/"), std::string::npos);
   folder.write(longest, paneText());
   const Ended cut = onTerminal("copy '" + longest + "' db.mdb --group Demo");
   EXPECT_NE(cut.out.find("Writing Ωμ" + std::string(36, 'x') + "\r"), std::string::npos) << cut.out;

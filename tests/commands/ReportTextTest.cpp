@@ -1,4 +1,5 @@
 // What reports say, whole.
+#include <functional>
 #include <map>
 #include <stdexcept>
 
@@ -6,6 +7,7 @@
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
 #include "commands/ErrorText.h"
+#include "commands/ExportLosses.h"
 #include "commands/IntegrateRecords.h"
 #include "commands/SpectraCsv.h"
 #include "errors/Error.h"
@@ -68,15 +70,35 @@ TEST(ReportTexts, OfIntegrationsNameWhatWasLeft) {
 }
 
 TEST(ReportTexts, OfColumnsAreTheWordsOfTheirNames) {
-  for (const auto& [column, title] : std::map<std::string, std::string>{{"slatWidth", "Slat width"},
-                                                                        {"meanUV", "Mean UV"},
-                                                                        {"theURL_of", "The URL of"},
-                                                                        {"maker_id", "Maker ID"},
-                                                                        {"aB", "A B"},
-                                                                        {"GLASS", "GLASS"},
-                                                                        {"FILENAME", "File name"}}) {
+  for (const auto& [column, title] :
+       std::map<std::string, std::string>{{"slatWidth", "Slat width"},
+                                          {"meanUV", "Mean UV"},
+                                          {"theURL_of", "The URL of"},
+                                          {"maker_id", "Maker ID"},
+                                          {"aB", "A B"},
+                                          {"GLASS", "GLASS"},
+                                          {"FILENAME", "File name"}}) {
     EXPECT_EQ(columnTitle(column).text, title);
   }
+}
+
+TEST(ReportTexts, OfExportsNameWhatNoKeyHolds) {
+  using Losses = std::vector<std::string>;
+  const auto lossesOf = [](const std::function<void(GlazingData&)>& set) {
+    GlazingData pane;
+    set(pane);
+    return exportLossesOf(pane);
+  };
+  EXPECT_EQ(lossesOf([](auto& p) { p.LaminateFilename("l.txt"); }), Losses{"laminate"});
+  EXPECT_EQ(lossesOf([](auto& p) { p.LaminateMaterial("PVB"); }), Losses{"laminate"});
+  EXPECT_EQ(lossesOf([](auto& p) { p.group("Demo"); }), Losses{"group"});
+  EXPECT_EQ(lossesOf([](auto& p) { p.group("Unknown"); }), Losses());
+  EXPECT_EQ(lossesOf([](auto& p) { p.group("N/A"); }), Losses());
+  EXPECT_EQ(lossesOf([](auto& p) { p.IGDBChecksumDate(Date()); }),
+            Losses{"date of the IGDB checksum"});
+  EXPECT_EQ(lossesOf([](auto& p) { p.description("a } b"); }), Losses{"braces of the description"});
+  EXPECT_EQ(lossesOf([](auto& p) { p.SubstrateReference(std::make_shared<GlazingData>()); }),
+            Losses());
 }
 
 TEST(ReportTexts, OfErrorsAreTheirDescriptionsElseTheirSourcesElseThoseOfTheirNumbers) {
