@@ -484,6 +484,34 @@ TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {
   }
 }
 
+/// Bytes of an index are changed; what changes of entries come to then, and what cursors find.
+TEST_F(DamagedIndex, AnyByteOfIt) {
+  std::string told;
+  const auto note = [&](const auto& work) { told += test::raisedBy(work).description + "\n"; };
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    const Savepoint undone(*pager_);
+    std::mt19937 random(seed);
+    std::uint8_t* const bytes = page(kRoot + random() % (pager_->pageCount() - kRoot));
+    const std::size_t end = seed % 3 == 0 ? kPageSize : seed % 3 == 1 ? 40 : 600;
+    for (unsigned i = 0; i <= seed % 2; ++i) bytes[random() % end] ^= 1 + random() % 255;
+    note([&] {
+      for (int i = 0; i < 80; ++i) {
+        const Entry each = numberEntry(random() % 2300);
+        const auto change =
+            i % 2 == 0 ? tree().insert(each.key, each.row) : tree().erase(each.key, each.row);
+        told += std::to_string(static_cast<int>(change));
+      }
+    });
+    note([&] {
+      for (IndexCursor cursor = tree().first(); cursor.next();) told += cursor.key().back();
+    });
+    note([&] {
+      for (IndexCursor cursor = tree().last(); cursor.previous();) told += cursor.key().back();
+    });
+  }
+  EXPECT_EQ(test::sumOf(told), 0xbf1858d9e3bc68cau) << told;
+}
+
 TEST_F(DamagedIndex, EntriesThatAreOutOfOrder) {
   std::vector<Bytes> entries;
   for (std::uint32_t i = 0; i < 401; ++i) entries.push_back(numberEntry(i).bytes());
