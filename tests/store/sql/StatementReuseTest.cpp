@@ -38,17 +38,11 @@ class StatementReuse {
   }
   /// Gives the saved query another condition, as another program does.
   void changeQuery(const std::string& condition) {
-    const auto parts = connection_->database().table("MSysQueries");
-    const std::size_t expression = parts->definition().findColumn("Expression").value();
-    std::vector<Value> row;
-    for (jet::TableScan scan = parts->scan(); scan.next(); row.clear()) {
-      for (const jet::Column& each : parts->definition().columns) {
-        row.push_back(scan.row().value(each));
-      }
-      if (row[expression].isNull() || !row[expression].toText().starts_with("id =")) continue;
-      row[expression] = condition;
-      return parts->update(scan.rowId(), row);
-    }
+    const auto parts =
+        connection_->openRecordset("SELECT * FROM MSysQueries WHERE Expression Like 'id =*'",
+                                   CursorType::keyset, LockType::optimistic);
+    parts->setValue("Expression", condition);
+    parts->update();
   }
   std::string run(const std::string& verb, const std::string& argument) {
     const std::uint64_t visited = engine_->rowsRead();
