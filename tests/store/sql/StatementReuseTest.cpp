@@ -6,6 +6,7 @@
 
 #include "model/Raised.h"
 #include "store/Connection.h"
+#include "store/TableDesign.h"
 #include "store/sql/SqlEngine.h"
 #include "store/sql/syntax/StatementShape.h"
 #include "support/CaseFile.h"
@@ -65,11 +66,8 @@ class StatementReuse {
   const test::TemporaryFolder folder_;
   const std::shared_ptr<Connection> connection_ =
       Connection::create(folder_ / "panes.mdb", [](Connection& made) {
-        made.createTable({.name = "Pane",
-                          .columns = {{.name = "id", .type = ColumnType::longInteger},
-                                      {.name = "grp", .type = ColumnType::longInteger},
-                                      {.name = "name", .size = 20},
-                                      {.name = "made", .type = ColumnType::dateTime}}});
+        made.createTable(
+            test::design("Pane", "id longInteger, grp longInteger, name text 20, made dateTime"));
         made.createQuery(
             {.name = "Chosen", .outputs = {{"*"}}, .tables = {"Pane"}, .where = "id = 1"});
       });
