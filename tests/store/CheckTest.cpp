@@ -5,6 +5,7 @@
 #include "store/Check.h"
 #include "store/Compact.h"
 #include "store/FileContent.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
@@ -32,15 +33,8 @@ TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
   const std::string path = folder / "many-pages.mdb";
   constexpr int kRows = 1500;
   const std::shared_ptr<jet::Database> database = jet::createDatabase(path);
-  jet::createTable(
-      *database,
-      {.name = "Notes",
-       .columns = {{.name = "Number", .type = ColumnType::longInteger},
-                   {.name = "Name", .type = ColumnType::text, .size = 250},
-                   {.name = "Note", .type = ColumnType::memo}},
-       .indexes = {
-           {.name = "Key", .columns = {{.name = "Number"}}, .primary = true, .unique = true},
-           {.name = "ByName", .columns = {{.name = "Name"}}}}});
+  jet::createTable(*database, test::design("Notes", "Number longInteger, Name text 250, Note memo",
+                                           "Key primary unique: Number; ByName: Name"));
   {
     jet::Transaction transaction(database->pager());
     const std::shared_ptr<jet::Table> table = database->table("Notes");

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/index/IndexKey.h"
 
@@ -17,10 +18,8 @@ using namespace store::jet;
 using enum ColumnType;
 
 TableInfo notesTable(const std::string& name) {
-  return {.name = name,
-          .columns = {{"id", longInteger}, {"title", text, 100}, {"note", memo}, {"picture", ole}},
-          .indexes = {{.name = "PrimaryKey", .columns = {{"id"}}, .primary = true},
-                      {.name = "title", .columns = {{"title"}, {"id", false}}}}};
+  return design(name, "id longInteger, title text 100, note memo, picture ole",
+                "PrimaryKey primary: id; title: title, id-");
 }
 
 std::vector<Value> note(int id, std::size_t noteLength = 0, std::size_t pictureLength = 0) {

@@ -13,6 +13,7 @@
 #include "store/Jet3File.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/CatalogWriter.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/FreePages.h"
@@ -162,9 +163,7 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   const test::TemporaryFolder folder;
   const std::string path = folder / "large.mdb";
   createTable(*createDatabase(path),
-              {.name = "Pictures",
-               .columns = {{"id", longInteger}, {"picture", ole}},
-               .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
+              test::design("Pictures", "id longInteger, picture ole", "id primary: id"));
   const auto database = enlarge(path, kJet4.maxFileSize / kJet4.pageSize - 300);
   const auto table = database->table("Pictures");
   const auto insert = [&](int id, std::size_t length) {

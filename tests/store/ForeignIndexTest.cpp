@@ -12,6 +12,7 @@
 #include "store/Compact.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexKey.h"
@@ -24,12 +25,8 @@ class ForeignIndex : public testing::Test {
  protected:
   void SetUp() override {
     database_ = createDatabase("foreign.mdb");
-    createTable(*database_, {.name = "Makers",
-                             .columns = {{.name = "ID", .type = ColumnType::longInteger},
-                                         {.name = "Name", .type = ColumnType::text, .size = 80},
-                                         {.name = "Key", .type = ColumnType::guid}},
-                             .indexes = {{.name = "ByName", .columns = {{"Name"}}},
-                                         {.name = "Twice", .columns = {{"Name", false}, {"ID"}}}}});
+    createTable(*database_, test::design("Makers", "ID longInteger, Name text 80, Key guid",
+                                         "ByName: Name; Twice: Name-, ID"));
     table_ = database_->table("Makers");
   }
 
@@ -104,9 +101,7 @@ TEST_F(ForeignIndex, KeysThatCountExpandedLettersAsOne) {
 }
 
 TEST_F(ForeignIndex, BothFormsAreUniqueAndReplaced) {
-  createTable(*database_, {.name = "Cities",
-                           .columns = {{.name = "City", .type = ColumnType::text, .size = 40}},
-                           .indexes = {{.name = "ByCity", .columns = {{"City"}}, .unique = true}}});
+  createTable(*database_, test::design("Cities", "City text 40", "ByCity unique: City"));
   const auto cities = database_->table("Cities");
   const std::string city = "Gro\u00dfr\u00e4schen";
   const RowId foreign = cities->insert(std::vector<Value>{city});

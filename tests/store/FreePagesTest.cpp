@@ -9,6 +9,7 @@
 
 #include "store/Check.h"
 #include "store/FileContent.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
@@ -97,10 +98,7 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
  protected:
   void SetUp() override {
     createTable(*createDatabase(test::kFile),
-                {.name = "Notes",
-                 .columns = {{.name = "id", .type = ColumnType::longInteger},
-                             {.name = "note", .type = ColumnType::memo}},
-                 .indexes = {{.name = "id", .columns = {{"id"}}, .primary = true}}});
+                test::design("Notes", "id longInteger, note memo", "id primary: id"));
     open();
     change([&] {
       for (int id = 0; id < 300; ++id) insert(id);

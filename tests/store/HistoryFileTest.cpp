@@ -13,6 +13,7 @@
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/file/LogFormat.h"
 #include "store/jet/history/HistoryFile.h"
@@ -179,11 +180,10 @@ TEST(ReferenceCheck, TellsTheRowsThatAReferenceDoesNotHoldFor) {
   using enum ColumnType;
   test::MemoryFiles files;
   const auto database = createDatabase("references.mdb");
-  createTable(
-      *database,
-      {"Panes", {{"Id", longInteger}, {"Group", longInteger}}, {{"ByGroup", {{"Group", false}}}}});
-  createTable(*database, {"Groups", {{"Key", longInteger}}, {{"K", {{"Key"}}}}});
-  createTable(*database, {"Marks", {{"Pane", longInteger}}});
+  createTable(*database,
+              test::design("Panes", "Id longInteger, Group longInteger", "ByGroup: Group-"));
+  createTable(*database, test::design("Groups", "Key longInteger", "K: Key"));
+  createTable(*database, test::design("Marks", "Pane longInteger"));
   createQuery(*database, "Chosen", {});
   const auto insert = [&](const char* table, const std::vector<Value>& row) {
     database->table(table)->insert(row);

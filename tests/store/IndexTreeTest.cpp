@@ -18,6 +18,7 @@
 #include "store/jet/index/IndexRun.h"
 #include "store/jet/index/IndexTree.h"
 #include "store/jet/page/DataPage.h"
+#include "store/jet/page/PageAllocator.h"
 #include "store/jet/page/Rc4.h"
 #include "store/jet/page/UsageMap.h"
 #include "support/MemoryFiles.h"
@@ -331,12 +332,23 @@ TEST_F(IndexTreeTest, CursorsOutliveChanges) {
   check();
   EXPECT_TRUE(cursor.previous());
   EXPECT_EQ(cursor.rowId(), model_.rbegin()->row);
-  // Each is erased, and pages are joined, while a cursor goes backward.
-  for (IndexCursor back = tree().last(); !model_.empty();) {
-    ASSERT_TRUE(back.previous());
-    ASSERT_EQ(back.rowId(), model_.rbegin()->row);
-    erase(Entry(*model_.rbegin()));
+}
+
+/// The leaf before the one that a cursor stands on goes, with nearly all entries.
+TEST_F(IndexTreeTest, CursorsOutliveTheLeafBefore) {
+  for (std::uint32_t i = 0; i < 3000; ++i) insert(numberEntry(i));
+  const PageNumber leaf = StoredIndexPage(*pager_, kRoot, kTable).entries.child(2);
+  const Bytes first = StoredIndexPage(*pager_, leaf, kTable).entries.entry(0);
+  IndexCursor cursor = tree().upperBound(std::span(first).first(first.size() - 4));
+  ASSERT_TRUE(cursor.previous());
+  const auto at = std::ranges::find(model_, cursor.rowId(), &Entry::row);
+  const Entry kept = *at, before = *std::prev(at);
+  for (const Entry& each : std::set(model_)) {
+    if (each != kept && each != before) erase(each);
   }
+  for (int i = 0; i < 20; ++i) PageAllocator(*pager_).allocate();  // its page serves something else
+  ASSERT_TRUE(cursor.previous());
+  EXPECT_EQ(cursor.rowId(), before.row);
 }
 
 /// An entry is found by its row, whatever its key, on any leaf.
@@ -482,6 +494,34 @@ TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {
     expectDamage([&] { change(1, adds); });
     EXPECT_EQ(StoredIndexPage(*pager_, other, kTable + 1).entries.next(), 0u) << adds;
   }
+}
+
+/// Bytes of an index are changed; what changes of entries come to then, and what cursors find.
+TEST_F(DamagedIndex, AnyByteOfIt) {
+  std::string told;
+  const auto note = [&](const auto& work) { told += test::raisedBy(work).description + "\n"; };
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    const Savepoint undone(*pager_);
+    std::mt19937 random(seed);
+    std::uint8_t* const bytes = page(kRoot + random() % (pager_->pageCount() - kRoot));
+    const std::size_t end = seed % 3 == 0 ? kPageSize : seed % 3 == 1 ? 40 : 600;
+    for (unsigned i = 0; i <= seed % 2; ++i) bytes[random() % end] ^= 1 + random() % 255;
+    note([&] {
+      for (int i = 0; i < 80; ++i) {
+        const Entry each = numberEntry(random() % 2300);
+        const auto change =
+            i % 2 == 0 ? tree().insert(each.key, each.row) : tree().erase(each.key, each.row);
+        told += std::to_string(static_cast<int>(change));
+      }
+    });
+    note([&] {
+      for (IndexCursor cursor = tree().first(); cursor.next();) told += cursor.key().back();
+    });
+    note([&] {
+      for (IndexCursor cursor = tree().last(); cursor.previous();) told += cursor.key().back();
+    });
+  }
+  EXPECT_EQ(test::sumOf(told), 0xbf1858d9e3bc68cau) << told;
 }
 
 TEST_F(DamagedIndex, EntriesThatAreOutOfOrder) {

@@ -20,6 +20,7 @@
 #include "store/Check.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "support/TemporaryFolder.h"
 
@@ -104,15 +105,9 @@ class Ledger {
 
   static void create(const std::string& path) {
     createTable(*createDatabase(path),
-                {.name = "Ledger",
-                 .columns = {{"writer", longInteger},
-                             {"batch", longInteger},
-                             {"number", longInteger},
-                             {"note", memo}},
-                 .indexes = {{.name = "PrimaryKey",
-                              .columns = {{"writer"}, {"batch"}, {"number"}},
-                              .primary = true},
-                             {.name = "newest", .columns = {{"batch", false}}}}});
+                test::design("Ledger",
+                             "writer longInteger, batch longInteger, number longInteger, note memo",
+                             "PrimaryKey primary: writer, batch, number; newest: batch-"));
   }
 
   static int sizeOf(int batch) { return 1 + batch * 7 % 90; }

@@ -1,5 +1,6 @@
 // Thousands of random changes on tables with every kind of index, compared with a model in memory.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <set>
 
 #include "store/FileContent.h"
+#include "store/History.h"
 #include "store/RandomTables.h"
 #include "store/jet/index/IndexKey.h"
 #include "support/MemoryFiles.h"
@@ -85,6 +87,34 @@ TEST(RandomChanges, KeepRowsAndIndexesAsAModelInMemory) {
     expectAsModel(tables);
     if (!isLong) test::expectBytes(test::kFile, 0xc05aad21a1a29a62);
   }
+}
+
+TEST(RandomChanges, AreTakenBackAndMadeAgain) {
+  test::MemoryFiles files;
+  test::RandomTables tables(test::kFile, 5);
+  const auto connection = Connection::openFile(test::kFile);
+  History history(*connection);
+  history.keep();
+  std::vector<std::string> states;
+  const auto state = [&] { return test::describe(connection->database()); };
+  for (int work = 0; work < 12; ++work) {
+    states.push_back(state());
+    const History::Scope scope(*connection, fmt::format("work {}", work));
+    tables.change(5 + 6 * work);
+  }
+  states.push_back(state());
+  std::size_t at = 12;
+  for (const int step : {-1, -1, 2, -3, 1, -4, -5, 3, 7, -2, -9, 12}) {
+    const auto count = static_cast<std::size_t>(std::abs(step));
+    at = static_cast<std::size_t>(static_cast<int>(at) + step);
+    const UndoResult result = step < 0 ? history.undo(count) : history.redo(count);
+    EXPECT_TRUE(result.conflicts.empty() && result.already == 0) << step;
+    EXPECT_EQ(result.works.size(), count);
+    EXPECT_TRUE(state() == states[at]) << "after work " << at;
+    EXPECT_EQ(history.works().at(at < 12 ? at : 11).isUndone, at < 12);
+  }
+  EXPECT_EQ(history.takeFailure(), "");
+  test::expectSound(test::kFile);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "store/RandomTables.h"
 
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 
 namespace orv::test {
@@ -13,24 +14,12 @@ constexpr const char* kNewOrder = "title2010";  // sorts as since Access 2010
 
 /// Columns of every type, each but the picture with an index of its own in one direction.
 TableInfo everyType(const std::string& name, bool ascending) {
-  TableInfo table{.name = name,
-                  .columns = {{"id", longInteger, 0, true},
-                              {"flag", boolean},
-                              {"tiny", byte},
-                              {"small", integer},
-                              {"large", longInteger},
-                              {"amount", currency},
-                              {"rough", single},
-                              {"fine", double_},
-                              {"moment", dateTime},
-                              {"code", binary, 20},
-                              {"guid", guid},
-                              {.name = "exact", .type = numeric, .precision = 15, .scale = 4},
-                              {"title", text, 255},
-                              {kNewOrder, text, 60},
-                              {"note", memo},
-                              {"picture", ole}},
-                  .indexes = {{.name = "PrimaryKey", .columns = {{"id"}}, .primary = true}}};
+  TableInfo table = design(
+      name,
+      "id longInteger auto, flag boolean, tiny byte, small integer, large longInteger, "
+      "amount currency, rough single, fine double, moment dateTime, code binary 20, guid guid, "
+      "exact numeric 15.4, title text 255, title2010 text 60, note memo, picture ole",
+      "PrimaryKey primary: id");
   for (std::size_t i = 1; i + 1 < table.columns.size(); ++i) {
     const std::string& column = table.columns[i].name;
     table.indexes.push_back(
@@ -41,26 +30,13 @@ TableInfo everyType(const std::string& name, bool ascending) {
 
 /// Keys over several columns, and columns that refuse values.
 TableInfo keysTable() {
-  return {
-      .name = "Keys",
-      .columns = {{.name = "name", .type = text, .size = 40, .required = true},
-                  {"day", dateTime},
-                  {"number", longInteger},
-                  {"amount", currency},
-                  {"tiny", byte},
-                  {.name = "exact", .type = numeric, .precision = 15, .scale = 4},
-                  {.name = "title", .type = text, .size = 80, .allowZeroLength = false},
-                  {kNewOrder, text, 40},
-                  {"flag", boolean},
-                  {"rough", single},
-                  {"note", memo}},
-      .indexes = {{.name = "PrimaryKey",
-                   .columns = {{"name"}, {"day", false}, {"number"}},
-                   .primary = true},
-                  {.name = "price", .columns = {{"amount", false}, {"tiny"}}, .unique = true},
-                  {.name = "exactly", .columns = {{"exact"}}, .unique = true, .ignoreNulls = true},
-                  {.name = "titled", .columns = {{"title", false}}, .required = true},
-                  {.name = "mixed", .columns = {{"flag"}, {kNewOrder}, {"rough", false}}}}};
+  return design(
+      "Keys",
+      "name text 40 required, day dateTime, number longInteger, amount currency, tiny byte, "
+      "exact numeric 15.4, title text 80 filled, title2010 text 40, flag boolean, rough single, "
+      "note memo",
+      "PrimaryKey primary: name, day-, number; price unique: amount-, tiny; "
+      "exactly unique ignoreNulls: exact; titled required: title-; mixed: flag, title2010, rough-");
 }
 
 /// Gives a column the order of Access 2010, which tables in files of Access have.

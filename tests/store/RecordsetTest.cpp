@@ -19,6 +19,7 @@
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "support/CaseFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -36,12 +37,9 @@ TEST(StoreConnection, OpensFilesAndTellsStatementsFromNames) {
     for (const char* name : {"b", "select", "A", "Update x"}) {
       made.createTable({name, {{"Id", ColumnType::longInteger}}});
     }
-    made.createTable({"Keyed",
-                      {{"a", ColumnType::byte}, {"b", ColumnType::byte}},
-                      {{"A", {{"a"}}, true},
-                       {"B", {{"b", false}, {"a"}}, false, true},
-                       {"C", {{"b"}}, false, false, true},
-                       {"D", {{"a"}}, false, false, false, true}}});
+    made.createTable(
+        test::design("Keyed", "a byte, b byte",
+                     "A primary: a; B unique: b-, a; C ignoreNulls: b; D required: a"));
     made.createQuery({.name = "zwei", .outputs = {{"*"}}, .tables = {"A"}});
     made.createQuery({.name = "Eins", .outputs = {{"b.Id", "n"}}, .tables = {"b"}});
   });
@@ -182,24 +180,14 @@ class RecordsetTest : public testing::Test {
   /// numbers.
   static void fill(Connection& made) {
     using enum ColumnType;
-    made.createTable(
-        {"Panes",
-         {{"Id", longInteger, 0, true},
-          {.name = "Name", .size = 20, .required = true, .defaultValue = R"("say ""so""")"},
-          {.name = "Size", .type = integer, .defaultValue = "=7"},
-          {.name = "Price", .type = currency},
-          {.name = "Day", .type = dateTime},
-          {.name = "On", .type = boolean, .defaultValue = "Yes"},
-          {.name = "Note", .type = memo}},
-         {{"Key", {{"Id"}}, true, true},
-          {"Names", {{"Name"}}, false, true},
-          {"Sizes", {{"Size", false}}}}});
-    made.createTable({"Numbers",
-                      {{.name = "Byte", .type = byte},
-                       {.name = "Long", .type = longInteger},
-                       {.name = "Money", .type = currency},
-                       {.name = "Fixed", .type = numeric, .precision = 5, .scale = 2},
-                       {.name = "Single", .type = single}}});
+    made.createTable(test::design(
+        "Panes",
+        "Id longInteger auto, Name text 20 required =\"say \"\"so\"\"\", Size integer ==7, "
+        "Price currency, Day dateTime, On boolean =Yes, Note memo",
+        "Key primary unique: Id; Names unique: Name; Sizes: Size-"));
+    made.createTable(test::design(
+        "Numbers",
+        "Byte byte, Long longInteger, Money currency, Fixed numeric 5.2, Single single"));
   }
 
   void begin() {
@@ -209,18 +197,8 @@ class RecordsetTest : public testing::Test {
   }
   /// The value of a column of a type ("text") by its default, in a table of its own.
   std::string byDefault(const std::string& argument) {
-    static const std::map<std::string, ColumnType> types{{"text", ColumnType::text},
-                                                         {"long", ColumnType::longInteger},
-                                                         {"double", ColumnType::double_},
-                                                         {"yes/no", ColumnType::boolean}};
-    const std::size_t blank = argument.find(' ');
     const std::string table = "Default " + std::to_string(++defaults_);
-    const ColumnType type = types.at(argument.substr(0, blank));
-    database_->createTable({table,
-                            {{.name = "It",
-                              .type = type,
-                              .size = type == ColumnType::text ? 20U : 0U,
-                              .defaultValue = argument.substr(blank + 1)}}});
+    database_->createTable(test::design(table, fmt::format("It {}", argument)));
     const auto rows = database_->openRecordset(table, keyset, optimistic);
     rows->addNew();
     return shown(*rows);
@@ -271,10 +249,8 @@ TEST_F(RecordsetTest, AnswersCallsAsTheScriptSays) {
 
 TEST_F(RecordsetTest, DefaultsCanBeOfTheMoment) {
   using enum ColumnType;
-  database_->createTable({"Moments",
-                          {{.name = "Now", .type = dateTime, .defaultValue = "=Now()"},
-                           {.name = "Date", .type = dateTime, .defaultValue = "date()"},
-                           {.name = "Time", .type = dateTime, .defaultValue = "Time()"}}});
+  database_->createTable(test::design(
+      "Moments", "Now dateTime ==Now(), Date dateTime =date(), Time dateTime =Time()"));
   const auto rows = database_->openRecordset("Moments", keyset, optimistic);
   ::setenv("TZ", "XXX-05:30", 1);
   ::tzset();
@@ -357,22 +333,11 @@ Value valueIn(const std::string& text) {
 }
 
 TEST_F(RecordsetTest, ValuesAreChangedOrRefusedAsTheirColumnsHoldThem) {
-  database_->createTable(
-      {"Values",
-       {{.name = "Flag", .type = ColumnType::boolean},
-        {.name = "Byte", .type = ColumnType::byte},
-        {.name = "Small", .type = ColumnType::integer},
-        {.name = "Long", .type = ColumnType::longInteger},
-        {.name = "Money", .type = ColumnType::currency},
-        {.name = "Single", .type = ColumnType::single},
-        {.name = "Double", .type = ColumnType::double_},
-        {.name = "Day", .type = ColumnType::dateTime},
-        {.name = "Key", .type = ColumnType::binary, .size = 4},
-        {.name = "Name", .type = ColumnType::text, .size = 4},
-        {.name = "Picture", .type = ColumnType::ole},
-        {.name = "Note", .type = ColumnType::memo, .allowZeroLength = false},
-        {.name = "Guid", .type = ColumnType::guid},
-        {.name = "Fixed", .type = ColumnType::numeric, .precision = 5, .scale = 2}}});
+  database_->createTable(test::design(
+      "Values",
+      "Flag boolean, Byte byte, Small integer, Long longInteger, Money currency, Single single, "
+      "Double double, Day dateTime, Key binary 4, Name text 4, Picture ole, Note memo filled, "
+      "Guid guid, Fixed numeric 5.2"));
   const auto rows = database_->openRecordset("Values", keyset, optimistic);
   const auto stored = [&](const std::string& column, const std::string& value) -> std::string {
     rows->addNew();

@@ -13,6 +13,7 @@
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/EmptyDatabase.h"
 #include "store/jet/page/DataPage.h"
@@ -76,13 +77,8 @@ Bytes rowOfNumbers(std::uint16_t columns, std::int32_t whole, double fraction) {
 }
 
 TEST_F(RowForms, RowsOfBeforeTheFirstTextColumnHaveNoVariablePart) {
-  create({.name = "Forms",
-          .columns = {{.name = "whole", .type = ColumnType::longInteger},
-                      {.name = "fraction", .type = ColumnType::double_},
-                      {.name = "name", .type = ColumnType::text, .size = 50},
-                      {.name = "note", .type = ColumnType::memo}},
-          .indexes = {{.name = "whole", .columns = {{"whole"}}, .primary = true},
-                      {.name = "name", .columns = {{"name"}}}}});
+  create(test::design("Forms", "whole longInteger, fraction double, name text 50, note memo",
+                      "whole primary: whole; name: name"));
   Rows rows;
   for (int i = 0; i < 6; ++i) {
     const Value text = i < 4 ? Value() : Value("text " + std::to_string(i));
@@ -106,10 +102,7 @@ TEST_F(RowForms, RowsOfBeforeTheFirstTextColumnHaveNoVariablePart) {
 }
 
 TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
-  create({.name = "Forms",
-          .columns = {{.name = "whole", .type = ColumnType::longInteger},
-                      {.name = "fraction", .type = ColumnType::double_}},
-          .indexes = {{.name = "whole", .columns = {{"whole"}}, .primary = true}}});
+  create(test::design("Forms", "whole longInteger, fraction double", "whole primary: whole"));
   Rows rows;
   const auto tiny = std::bit_cast<double>(std::uint64_t{0xffff} << 32);
   for (int i = 0; i < 4; ++i) {
@@ -139,9 +132,7 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
 
 /// Rows of a table of a number and a text, and what is read of them.
 TEST_F(RowForms, RowsAreReadAsFarAsTheirBytesReach) {
-  create({.name = "Forms",
-          .columns = {{.name = "whole", .type = ColumnType::longInteger},
-                      {.name = "name", .type = ColumnType::text, .size = 50}}});
+  create(test::design("Forms", "whole longInteger, name text 50"));
   firstRow_ = table_->insert(std::vector<Value>{1, "a"});
   for (const auto& [bytes, expected] : test::examplesOf("store/rows.txt", 15)) {
     {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "store/Connection.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Database.h"
 
 namespace orv::test {
@@ -26,22 +27,16 @@ void makeTable(Connection& database, const TableInfo& design, const Rows& rows) 
   for (const std::vector<Value>& row : rows) table->insert(row);
 }
 
-IndexInfo primaryKey(const std::string& column) {
-  return {"PrimaryKey", {{column}}, true, true};
-}
-
 /// A table of names with their keys.
 void makeNames(Connection& database, const std::string& table, const std::string& column,
                const std::vector<std::string>& names) {
   Rows rows;
   for (const std::string& name : names) rows.push_back({Value(), name, Value()});
-  makeTable(database,
-            {table,
-             {{.name = column + "ID", .type = longInteger, .autoNumber = true},
-              {.name = column + "Name", .size = 40},
-              {.name = "Remark", .size = 40}},
-             {primaryKey(column + "ID")}},
-            rows);
+  makeTable(
+      database,
+      design(table, fmt::format("{0}ID longInteger auto, {0}Name text 40, Remark text 40", column),
+             fmt::format("PrimaryKey primary unique: {}ID", column)),
+      rows);
 }
 
 void makePanes(Connection& database) {
@@ -51,23 +46,15 @@ void makePanes(Connection& database) {
     rows.push_back({Value(), fmt::format("pane{:02}.txt", i), 2 + i % 3, group, 4.0 + i, i % 2 == 0,
                     Value(), Value(Currency{3'000'000 + 50'000 * i}), Value(Date{45'000.25 + i})});
   }
-  makeTable(database,
-            {"Pane",
-             {{.name = "PaneID", .type = longInteger, .autoNumber = true},
-              {.name = "name", .size = 120},
-              {.name = "SupplierID", .type = longInteger},
-              {.name = "GroupID", .type = longInteger},
-              {.name = "thickness", .type = double_},
-              {.name = "single_layer", .type = boolean},
-              {.name = "Info", .type = memo},
-              {.name = "price", .type = currency},
-              {.name = "measured", .type = dateTime}},
-             {primaryKey("PaneID"),
-              {"NameGroup", {{"name"}, {"GroupID"}}},
-              {"Groups", {{"GroupID", false}}, false, false, true},
-              {"Thickness", {{"thickness", false}}},
-              {"Measured", {{"measured"}}, false, true}}},
-            rows);
+  makeTable(
+      database,
+      design("Pane",
+             "PaneID longInteger auto, name text 120, SupplierID longInteger, GroupID longInteger, "
+             "thickness double, single_layer boolean, Info memo, price currency, measured dateTime",
+             "PrimaryKey primary unique: PaneID; NameGroup: name, GroupID; Groups ignoreNulls: "
+             "GroupID-; "
+             "Thickness: thickness-; Measured unique: measured"),
+      rows);
 }
 
 void makeSpectra(Connection& database) {
@@ -77,14 +64,12 @@ void makeSpectra(Connection& database) {
       rows.push_back({pane, i % 2 == 0 ? 0 : 60, 300.0 + 5 * i, i / 1000.0});
     }
   }
-  makeTable(database,
-            {"Pane_spectral_data",
-             {{.name = "PaneID", .type = longInteger},
-              {.name = "angle", .type = integer},
-              {.name = "wavelength", .type = double_},
-              {.name = "transmission_outdoor", .type = double_}},
-             {{"PaneAngle", {{"PaneID"}, {"angle"}}}}},
-            rows);
+  makeTable(
+      database,
+      design("Pane_spectral_data",
+             "PaneID longInteger, angle integer, wavelength double, transmission_outdoor double",
+             "PaneAngle: PaneID, angle"),
+      rows);
 }
 
 void makeFrames(Connection& database) {
@@ -94,20 +79,15 @@ void makeFrames(Connection& database) {
   }
   makeTable(
       database,
-      {"Frame",
-       {{.name = "FrameID", .type = longInteger, .autoNumber = true},
-        {.name = "name", .size = 50},
-        {.name = "width", .type = double_},
-        {.name = "colour", .size = 20},
-        {.name = "picture", .type = ole}},
-       {primaryKey("FrameID"), {"Names", {{"name"}}}}},
+      design("Frame",
+             "FrameID longInteger auto, name text 50, width double, colour text 20, picture ole",
+             "PrimaryKey primary unique: FrameID; Names: name"),
       {{Value(), "plain", 60.5, "white", Value()}, {Value(), "pictured", 80.0, Value(), picture}});
 }
 
 /// Rows that no longer fit where they were.
 void makeMovedRows(Connection& database) {
-  makeTable(database, {"Moved", {{.name = "A", .type = longInteger}, {.name = "B", .size = 250}}},
-            {});
+  makeTable(database, design("Moved", "A longInteger, B text 250"), {});
   const auto table = database.database().table("Moved");
   std::vector<jet::RowId> places;
   for (int i = 0; i < 120; ++i) {
@@ -139,29 +119,12 @@ void makeAllTypes(Connection& database) {
 }  // namespace
 
 TableInfo allTypes() {
-  return {.name = "All types",
-          .columns = {{.name = "ID", .type = longInteger, .autoNumber = true},
-                      {.name = "Flag", .type = boolean},
-                      {.name = "Tiny", .type = byte},
-                      {.name = "Small", .type = integer, .defaultValue = "7"},
-                      {.name = "Price", .type = currency},
-                      {.name = "Single", .type = single},
-                      {.name = "Double", .type = double_},
-                      {.name = "When", .type = dateTime},
-                      {.name = "Key", .type = binary, .size = 20},
-                      {.name = "Name",
-                       .type = text,
-                       .size = 50,
-                       .required = true,
-                       .allowZeroLength = false,
-                       .defaultValue = "\"Unknown\""},
-                      {.name = "Picture", .type = ole},
-                      {.name = "Remark", .type = memo},
-                      {.name = "Guid", .type = guid},
-                      {.name = "Decimal", .type = numeric, .precision = 10, .scale = 2}},
-          .indexes = {{.name = "PrimaryKey", .columns = {{"ID"}}, .primary = true},
-                      {.name = "ByName", .columns = {{"Name", false}, {"Small"}}, .unique = true},
-                      {.name = "ByRemark", .columns = {{"Remark"}}}}};
+  return design("All types",
+                "ID longInteger auto, Flag boolean, Tiny byte, Small integer =7, Price currency, "
+                "Single single, Double double, When dateTime, Key binary 20, "
+                "Name text 50 required filled =\"Unknown\", Picture ole, Remark memo, Guid guid, "
+                "Decimal numeric 10.2",
+                "PrimaryKey primary: ID; ByName unique: Name-, Small; ByRemark: Remark");
 }
 
 std::vector<Value> rowOfAllTypes(int i) {
@@ -189,9 +152,8 @@ void makeSampleFile(const std::filesystem::path& path) {
     makeNames(database, "Suppliers", "Supplier", {"Unknown", "Glasbau", "Verre & Fils"});
     makeNames(database, "FrameTypes", "FrameType", {"Unknown", "Wood", "Aluminium"});
     makeTable(database,
-              {"Shading",
-               {{.name = "ShadingID", .type = longInteger}, {.name = "name", .size = 50}},
-               {primaryKey("ShadingID")}},
+              design("Shading", "ShadingID longInteger, name text 50",
+                     "PrimaryKey primary unique: ShadingID"),
               {});
     makePanes(database);
     makeSpectra(database);

@@ -6,6 +6,7 @@
 
 #include "errors/Error.h"
 #include "store/Check.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexKey.h"
@@ -33,12 +34,8 @@ class ForeignRows : public testing::Test {
 TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
   for (const bool unique : {false, true}) {
     const std::string table = unique ? "Unique" : "Plain";
-    jet::createTable(
-        *database_,
-        {.name = table,
-         .columns = {{.name = "City", .type = ColumnType::text, .size = 40},
-                     {.name = "Number", .type = ColumnType::longInteger}},
-         .indexes = {{.name = "ByCity", .columns = {{"City", unique}}, .unique = unique}}});
+    jet::createTable(*database_, test::design(table, "City text 40, Number longInteger",
+                                              unique ? "ByCity unique: City" : "ByCity: City-"));
     const auto cities = database_->table(table);
     const std::vector<Value> foreign{"Gro\u00dfr\u00e4schen", 1};
     const jet::RowId row = cities->insert(foreign);
@@ -69,9 +66,7 @@ TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
 TEST_F(ForeignRows, OfAnotherSortOrderAreFoundInTheTable) {
   for (const std::uint16_t language : {1045, 1036}) {
     const std::string name = "Names" + std::to_string(language);
-    jet::createTable(*database_, {.name = name,
-                                  .columns = {{.name = "n", .size = 20}},
-                                  .indexes = {{.name = "ByName", .columns = {{"n"}}}}});
+    jet::createTable(*database_, test::design(name, "n text 20", "ByName: n"));
     const auto table = database_->table(name);
     for (const char* text : {"b", "\u00e9", "A", "c"}) table->insert(std::vector<Value>{text});
     jet::Transaction transaction(database_->pager());
@@ -95,10 +90,7 @@ TEST_F(ForeignRows, OfAnotherSortOrderAreFoundInTheTable) {
 /// A leaf in the middle is damaged: rows behind it are found in the table, in the order of the
 /// index.
 TEST_F(ForeignRows, OfADamagedIndexAreFoundInTheTable) {
-  jet::createTable(*database_,
-                   {.name = "Numbers",
-                    .columns = {{.name = "n", .type = ColumnType::longInteger}},
-                    .indexes = {{.name = "ByNumber", .columns = {{"n"}}, .ignoreNulls = true}}});
+  jet::createTable(*database_, test::design("Numbers", "n longInteger", "ByNumber ignoreNulls: n"));
   {
     const auto table = database_->table("Numbers");
     jet::Transaction transaction(database_->pager());
@@ -134,10 +126,7 @@ TEST_F(ForeignRows, OfADamagedIndexAreFoundInTheTable) {
 TEST_F(ForeignRows, ExtendedDatesAreCompared) {
   const std::string text("0000000000000737424:0000000450611234567:7\0", 42);
   {
-    jet::createTable(*database_,
-                     {.name = "Events",
-                      .columns = {{.name = "ID", .type = ColumnType::longInteger},
-                                  {.name = "At", .type = ColumnType::binary, .size = 42}}});
+    jet::createTable(*database_, test::design("Events", "ID longInteger, At binary 42"));
     const auto table = database_->table("Events");
     table->insert(std::vector<Value>{1, Bytes(text.begin(), text.end())});
     table->insert(std::vector<Value>{2, Value()});

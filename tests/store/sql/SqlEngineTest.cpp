@@ -10,6 +10,7 @@
 #include "model/Raised.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/sql/SqlEngine.h"
 #include "support/CaseFile.h"
@@ -95,26 +96,16 @@ TEST_F(SqlEngineTest, GivesEveryValueOfEveryType) {
 /// the bounds of their types.
 void makeBounds(jet::Database& database) {
   using enum ColumnType;
-  jet::createTable(database, {"Bounds",
-                              {{.name = "Tiny", .type = byte},
-                               {.name = "Small", .type = integer},
-                               {.name = "Whole", .type = longInteger},
-                               {.name = "Single", .type = single},
-                               {.name = "Double", .type = double_},
-                               {.name = "When", .type = dateTime},
-                               {.name = "Name", .size = 255},
-                               {.name = "Note", .type = memo},
-                               {.name = "Bare single", .type = single},
-                               {.name = "Bare double", .type = double_},
-                               {.name = "Bare day", .type = dateTime}},
-                              {{"A", {{"Tiny"}, {"Small"}}},
-                               {"B", {{"Small", false}, {"Tiny", false}}},
-                               {"C", {{"Whole", false}}, false, false, true},
-                               {"D", {{"Single"}}},
-                               {"E", {{"Double", false}}},
-                               {"F", {{"When"}, {"Whole"}}},
-                               {"G", {{"Name", false}}},
-                               {"H", {{"Note"}}}}});
+  jet::createTable(
+      database,
+      test::design(
+          "Bounds",
+          "Tiny byte, Small integer, Whole longInteger, Single single, Double double, When "
+          "dateTime, "
+          "Name text 255, Note memo, BareSingle single, BareDouble double, BareDay dateTime",
+          "A: Tiny, Small; B: Small-, Tiny-; C ignoreNulls: Whole-; D: Single; E: Double-; F: "
+          "When, Whole; "
+          "G: Name-; H: Note"));
   const auto table = database.table("Bounds");
   const std::vector<double> bounds{0,   -0.0,   1,     2.5,          -0.5,          255,
                                    256, -32768, 32767, 2147483647.0, -2147483648.0, 0.1};

@@ -6,6 +6,7 @@
 
 #include "model/Raised.h"
 #include "store/Connection.h"
+#include "store/TableDesign.h"
 #include "store/sql/SqlEngine.h"
 #include "store/sql/syntax/StatementShape.h"
 #include "support/CaseFile.h"
@@ -38,17 +39,11 @@ class StatementReuse {
   }
   /// Gives the saved query another condition, as another program does.
   void changeQuery(const std::string& condition) {
-    const auto parts = connection_->database().table("MSysQueries");
-    const std::size_t expression = parts->definition().findColumn("Expression").value();
-    std::vector<Value> row;
-    for (jet::TableScan scan = parts->scan(); scan.next(); row.clear()) {
-      for (const jet::Column& each : parts->definition().columns) {
-        row.push_back(scan.row().value(each));
-      }
-      if (row[expression].isNull() || !row[expression].toText().starts_with("id =")) continue;
-      row[expression] = condition;
-      return parts->update(scan.rowId(), row);
-    }
+    const auto parts =
+        connection_->openRecordset("SELECT * FROM MSysQueries WHERE Expression Like 'id =*'",
+                                   CursorType::keyset, LockType::optimistic);
+    parts->setValue("Expression", condition);
+    parts->update();
   }
   std::string run(const std::string& verb, const std::string& argument) {
     const std::uint64_t visited = engine_->rowsRead();
@@ -71,11 +66,8 @@ class StatementReuse {
   const test::TemporaryFolder folder_;
   const std::shared_ptr<Connection> connection_ =
       Connection::create(folder_ / "panes.mdb", [](Connection& made) {
-        made.createTable({.name = "Pane",
-                          .columns = {{.name = "id", .type = ColumnType::longInteger},
-                                      {.name = "grp", .type = ColumnType::longInteger},
-                                      {.name = "name", .size = 20},
-                                      {.name = "made", .type = ColumnType::dateTime}}});
+        made.createTable(
+            test::design("Pane", "id longInteger, grp longInteger, name text 20, made dateTime"));
         made.createQuery(
             {.name = "Chosen", .outputs = {{"*"}}, .tables = {"Pane"}, .where = "id = 1"});
       });

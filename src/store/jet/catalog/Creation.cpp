@@ -134,7 +134,7 @@ void createIndex(Database& database, const std::string& table, const IndexInfo& 
 }
 
 void createQuery(Database& database, const std::string& name, const std::vector<QueryPart>& parts) {
-  checkName("query", name);
+  checkName("a query", name);
   Transaction transaction(database.pager());
   refuseTakenName(database, name);
   const std::int32_t id = nextObjectId(database);

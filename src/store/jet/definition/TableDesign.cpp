@@ -140,7 +140,7 @@ void defineColumns(TableDefinition& table, const TableInfo& design) {
   }
   std::set<std::string> names;
   for (const ColumnInfo& column : design.columns) {
-    checkName("column", column.name);
+    checkName("a column", column.name);
     if (!names.insert(foldName(column.name)).second) {
       refuse(
           fmt::format("Table '{}' is to have two columns named '{}'.", design.name, column.name));
@@ -177,14 +177,14 @@ void checkName(std::string_view what, const std::string& name) {
   if (units.empty() || units.size() > kMaxNameLength || units.front() == u' ' ||
       std::any_of(units.begin(), units.end(), isForbidden)) {
     refuse(
-        fmt::format("'{}' cannot be the name of a {}: names have 1 to {} characters, do not "
+        fmt::format("'{}' cannot be the name of {}: names have 1 to {} characters, do not "
                     "begin with a blank, and have none of . ! ` [ ] in them.",
                     name, what, kMaxNameLength));
   }
 }
 
 TableDefinition defineTable(const TableInfo& design) {
-  checkName("table", design.name);
+  checkName("a table", design.name);
   TableDefinition table;
   table.name = design.name;
   defineColumns(table, design);
@@ -195,7 +195,7 @@ TableDefinition defineTable(const TableInfo& design) {
 }
 
 void defineIndex(TableDefinition& table, const IndexInfo& design) {
-  checkName("index", design.name);
+  checkName("an index", design.name);
   if (table.realIndexes.size() >= kMaxTableIndexes) {
     refuse(fmt::format("Table '{}' has {} indexes already, and can have no more.", table.name,
                        table.realIndexes.size()));

@@ -13,7 +13,7 @@ inline constexpr std::size_t kMaxNameLength = 64;  ///< characters
 inline constexpr std::size_t kMaxTableColumns = 255;
 inline constexpr std::size_t kMaxTableIndexes = 32;
 
-/// Raises kInvalidDesign unless `name` can be the name of a `what` ("table", "column", ...): 1 to
+/// Raises kInvalidDesign unless `name` can be the name of `what` ("a table", "an index", ...): 1 to
 /// 64 characters, no blank at the start, none of . ! ` [ ] and no control character.
 void checkName(std::string_view what, const std::string& name);
 
