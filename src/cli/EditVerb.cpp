@@ -41,9 +41,9 @@ class EditVerb : public Verb {
     source_.addWhere(command());
     command()
         .add_option("--from", from_,
-                    "Table of changes, with commas, semicolons or tabs: its first line has \"id\" "
-                    "and the names of fields, each further one a record. An empty cell empties a "
-                    "text")
+                    "Table of changes, - for the standard input, with commas, semicolons or tabs: "
+                    "its first line has \"id\" and the names of fields, each further one a record. "
+                    "An empty cell empties a text")
         ->type_name("FILE");
     command().add_flag("--dry-run", isRehearsal_, "Show the changes and make none");
     command().add_flag("--yes", answers_.yes, "Do not ask for a confirmation");
@@ -96,7 +96,7 @@ class EditVerb : public Verb {
 
   std::vector<TypedValue> typedValues(Console& console, const Node& source,
                                       const Editor& editor) const {
-    return from_.empty() ? ofAssignments(console, source, editor) : ofFile(editor);
+    return from_.empty() ? ofAssignments(console, source, editor) : ofFile(console, editor);
   }
 
   std::vector<TypedValue> ofAssignments(Console& console, const Node& source,
@@ -121,9 +121,10 @@ class EditVerb : public Verb {
     return recordNumbers(chosen);
   }
 
-  std::vector<TypedValue> ofFile(const Editor& editor) const {
+  std::vector<TypedValue> ofFile(Console& console, const Editor& editor) const {
+    const std::string file = source_.withInput(console, {from_}).front();
     const auto rows =
-        opening([&] { return usedRightly([&] { return commands::edit::readCsvFile(from_); }); });
+        opening([&] { return usedRightly([&] { return commands::edit::readCsvFile(file); }); });
     if (rows.empty()) throw wrongUse("\"" + from_ + "\" is empty.");
     const auto& names = rows.front();
     if (names.size() < 2 || !isIdentifier(editor, names.front())) {
