@@ -56,14 +56,15 @@ class Trial {
                       report.faults.front().toText()));
       return;
     }
-    const orv::store::Bytes before = content();
+    const orv::store::Bytes before = files_.content(kFile);
     if (const std::string reason = whyReadOnly(); !reason.empty()) {
       say("cannot be written: " + reason);
     } else {
       database_.reset();
       change(tables, changes);
     }
-    if (made_ == 0 && content() != before) fail("the file was changed though no change was made");
+    if (made_ == 0 && files_.content(kFile) != before)
+      fail("the file was changed though no change was made");
   }
 
   bool failed() const { return failed_; }
@@ -113,11 +114,6 @@ class Trial {
     }
   }
 
-  Bytes content() {
-    Bytes bytes(static_cast<std::size_t>(files_.size(kFile)));
-    files_.open(kFile, jet::FileSystem::Open::existing)->read(0, bytes.data(), bytes.size());
-    return bytes;
-  }
   void writeRows(const RandomChanges& tables, const char* name) const {
     std::ofstream out(folder_ / name);
     orv::test::writeRows(tables.tables(), out);

@@ -135,8 +135,7 @@ TEST(FileKinds, AnEncodedFileWithAPasswordIsReadChangedAndRecoveredAsAnyOther) {
   files.restart(3);
   EXPECT_TRUE(test::describe(*open("encoded.mdb")) == state);
 
-  Bytes content(static_cast<std::size_t>(files.size("encoded.mdb")));
-  files.open("encoded.mdb", FileSystem::Open::existing)->read(0, content.data(), content.size());
+  const Bytes& content = files.content("encoded.mdb");
   const Bytes readable(60, 'x');
   EXPECT_EQ(std::search(content.begin(), content.end(), readable.begin(), readable.end()),
             content.end());

@@ -199,33 +199,22 @@ TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
   transaction.commit();
 }
 
+/// Pages are put (with a letter), looked for, and all shown (?) or forgotten (0).
 TEST(PageCache, GivesUpThePageThatWasUsedLongestAgo) {
   PageCache cache(3);
-  const auto put = [&](PageNumber page, std::uint8_t byte) {
-    const auto bytes = std::make_shared<std::uint8_t[]>(1);
-    bytes[0] = byte;
-    cache.put(page, bytes);
-  };
-  const auto kept = [&] {
-    std::string pages;
-    for (PageNumber page = 1; page < 7; ++page) {
-      if (const PageBytes bytes = cache.find(page)) pages += fmt::format(" {}:{}", page, bytes[0]);
+  std::string kept;
+  for (const std::string step :
+       {"3a", "1a", "2a", "?", "4b", "?", "2c", "2", "5d", "6e", "?", "0", "?", "5f", "?"}) {
+    const auto page = static_cast<PageNumber>(step[0] - '0');
+    if (step.size() == 2) cache.put(page, std::make_shared<std::uint8_t[]>(1, step[1]));
+    if (step.size() == 1 && page < 7) cache.find(page);
+    if (step == "0") cache.clear();
+    if (step == "?") kept += ' ';
+    for (PageNumber each = 1; step == "?" && each < 7; ++each) {
+      if (const PageBytes bytes = cache.find(each)) kept += fmt::format("{}{:c}", each, bytes[0]);
     }
-    return pages;
-  };
-  for (const PageNumber page : {3, 1, 2}) put(page, 10);
-  EXPECT_EQ(kept(), " 1:10 2:10 3:10");
-  put(4, 11);
-  EXPECT_EQ(kept(), " 2:10 3:10 4:11");
-  put(2, 12);
-  cache.find(2);
-  put(5, 13);
-  put(6, 14);
-  EXPECT_EQ(kept(), " 2:12 5:13 6:14");
-  cache.clear();
-  EXPECT_EQ(kept(), "");
-  put(5, 15);
-  EXPECT_EQ(kept(), " 5:15");
+  }
+  EXPECT_EQ(kept, " 1a2a3a 2a3a4b 2c5d6e  5f");
 }
 
 const auto nameOf = [](const auto& info) { return info.param.name; };

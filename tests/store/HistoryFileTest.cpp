@@ -28,13 +28,6 @@ namespace {
 using Kind = HistoryRecord::Kind;
 using Found = HistoryFile::Found;
 
-Bytes contentOfHistory() {
-  const auto file = FileSystem::current().openCompanion("a.mdb.orv-history");
-  Bytes bytes(static_cast<std::size_t>(file->size()));
-  file->read(0, bytes.data(), bytes.size());
-  return bytes;
-}
-
 class HistoryFileTest : public testing::Test {
  protected:
   void SetUp() override { FileSystem::current().open("a.mdb", FileSystem::Open::newOnly); }
@@ -63,9 +56,9 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
                 std::tie(records_[i].kind, records_[i].work, records_[i].time, records_[i].title));
       EXPECT_EQ(file->changes(entry), records_[i].changes);
     }
-    EXPECT_EQ(file->length(), contentOfHistory().size());
+    EXPECT_EQ(file->length(), files_.content("a.mdb.orv-history").size());
   }
-  const Bytes bytes = contentOfHistory();
+  const Bytes bytes = files_.content("a.mdb.orv-history");
   EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0x972b61aabd7aeff5u);
   EXPECT_EQ(open(78).look(), Found::foreign);
   again.withdraw();
@@ -78,7 +71,7 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
 TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
   HistoryFile history = open();
   for (const HistoryRecord& record : records_) history.append(record, true);
-  const Bytes whole = contentOfHistory();
+  const Bytes whole = files_.content("a.mdb.orv-history");
   const auto file = FileSystem::current().openCompanion(history.path());
   for (std::size_t at = 0; at < whole.size(); ++at) {
     const auto& all = history.entries();
@@ -104,7 +97,7 @@ TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
   HistoryFile history = open();
   for (const HistoryRecord& record : records_) history.append(record, true);
   const HistoryEntry& entry = history.entries()[4];
-  const Bytes whole = contentOfHistory();
+  const Bytes whole = files_.content("a.mdb.orv-history");
   const auto file = FileSystem::current().openCompanion(history.path());
   const std::uint64_t room = whole.size() - entry.place;
   const std::tuple<std::size_t, std::uint64_t, Found, std::size_t> cases[] = {
@@ -136,7 +129,7 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   HistoryFile history = open();
   for (const HistoryRecord& record : records_) history.append(record, true);
   const std::uint64_t end = history.length();
-  const Bytes whole = contentOfHistory();
+  const Bytes whole = files_.content("a.mdb.orv-history");
   const auto file = FileSystem::current().openCompanion(history.path());
   const auto found = [&](const Bytes& behind) {
     file->truncate(end);
@@ -160,7 +153,7 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   // The next record takes the place of what was cut short; another file in its place is seen.
   EXPECT_EQ(found(Bytes(200)), Found::sound);
   EXPECT_TRUE(history.append(records_[1], true));
-  EXPECT_EQ(contentOfHistory().size(), history.length());
+  EXPECT_EQ(files_.content("a.mdb.orv-history").size(), history.length());
   files_.rename(history.path(), "old");
   EXPECT_EQ(history.look(), Found::absent);
   files_.copy("old", history.path());

@@ -5,13 +5,13 @@
 
 #include <algorithm>
 #include <fstream>
-#include <map>
 #include <sstream>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
 #include "store/jet/index/IndexKey.h"
 #include "store/jet/index/SortOrders.h"
 #include "store/jet/page/Text.h"
@@ -56,23 +56,15 @@ Bytes bytesOf(const std::string& hex) {
   return bytes;
 }
 
-/// "long", or "text LANGUAGE VERSION", where version 3 is that of Jet 3.
+/// "longInteger", or "text LANGUAGE VERSION", where version 3 is that of Jet 3.
 Column columnOf(const std::string& kind) {
-  static const std::map<std::string, ColumnType> types{
-      {"boolean", ColumnType::boolean},   {"byte", ColumnType::byte},
-      {"integer", ColumnType::integer},   {"long", ColumnType::longInteger},
-      {"complex", ColumnType::complex},   {"big", ColumnType::bigInteger},
-      {"currency", ColumnType::currency}, {"single", ColumnType::single},
-      {"double", ColumnType::double_},    {"date", ColumnType::dateTime},
-      {"numeric", ColumnType::numeric},   {"guid", ColumnType::guid},
-      {"binary", ColumnType::binary},     {"ole", ColumnType::ole}};
   std::istringstream words(kind);
   std::string word;
   int language = 0, version = 0;
   words >> word >> language >> version;
   Column made = word == "text" ? textColumn({static_cast<std::uint16_t>(language),
                                              static_cast<std::uint8_t>(version % 3), version == 3})
-                               : column(types.at(word));
+                               : column(test::design("", "c " + word).columns[0].type);
   made.scale = 4;
   return made;
 }

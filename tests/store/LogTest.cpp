@@ -53,11 +53,6 @@ class CutShort : public testing::Test {
     files_.copy(database, test::kFile);
     files_.copy("cut.log", kLog);
   }
-  Bytes contentOf(const std::string& name) {
-    Bytes bytes(static_cast<std::size_t>(files_.size(name)));
-    files_.open(name, FileSystem::Open::existing)->read(0, bytes.data(), bytes.size());
-    return bytes;
-  }
 
   test::MemoryFiles files_;
   test::CrashScenario scenario_ = test::changesOfRows();
@@ -69,8 +64,8 @@ TEST_F(CutShort, ABackupPutBackIsNotTouchedAndTheLogIsKept) {
   const std::string refusal = refusalOf([] { Database::open(test::kFile, ""); });
   EXPECT_THAT(refusal, HasSubstr("'orvdata.mdb'"));
   EXPECT_THAT(refusal, HasSubstr("orvdata.mdb-log-1"));
-  EXPECT_EQ(contentOf(test::kFile), contentOf("backup.mdb"));
-  EXPECT_EQ(contentOf("orvdata.mdb-log-1"), contentOf("cut.log"));
+  EXPECT_EQ(files_.content(test::kFile), files_.content("backup.mdb"));
+  EXPECT_EQ(files_.content("orvdata.mdb-log-1"), files_.content("cut.log"));
   EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), before_);
 }
 
@@ -82,12 +77,12 @@ TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
     const auto change = [&](int id) {
       database->table("Notes")->insert(std::vector<Value>{id, "title", Value(), Value()});
     };
-    const auto begun = [&] { return LogHeader::decode(contentOf(kLog))->number; };
+    const auto begun = [&] { return LogHeader::decode(files_.content(kLog))->number; };
     change(1000);
     const auto before = begun();
     change(1001);
     EXPECT_EQ(begun(), before);
-    Bytes content = contentOf(test::kFile);
+    Bytes content = files_.content(test::kFile);
     if (grows) content.resize(content.size() + 4096);
     files_.open(test::kFile, FileSystem::Open::existing)->write(0, content.data(), content.size());
     change(1002);

@@ -62,6 +62,7 @@ class MemoryFiles final : public store::jet::FileSystem {
   void syncFolder(const std::string& path) override;
   /// Size in bytes; -1 when there is no such file.
   std::int64_t size(const std::string& path) const;
+  const store::Bytes& content(const std::string& path) const { return files_.at(path)->content; }
 
  private:
   friend class MemoryFile;
