@@ -162,6 +162,8 @@ TEST_F(CompareTest, EachStepOfTheWorkIsTold) {
                            "status: Reading Shadings...", "status: Comparing shadings...",
                            "status: Ready", "progress ends"}));
   EXPECT_EQ(ui.steps.back(), std::pair(9, 9));
+  compare(recordSet(a, RecordKind::panes), b);
+  EXPECT_EQ(result.summary(), "1 record is the same, 0 added, 0 removed, 0 changed.");
   EXPECT_EQ(raisedBy([&] {
               compare(recordSet(a, RecordKind::frames), recordSet(b, RecordKind::panes));
             }).number,

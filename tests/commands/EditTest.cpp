@@ -165,6 +165,19 @@ TEST_F(EditTest, EveryFieldTakesAValueWhichShowTellsAndUndoTakesBack) {
   }
 }
 
+TEST_F(EditTest, FieldsAreCalledByTheirNamesColumnsAndTitles) {
+  const Editor panes = editor(EditSet::panes);
+  for (const auto& [called, name] : {std::pair("Group-Name", "group"),
+                                     {"emission_IR_outdoor", "database emissivity front"},
+                                     {"Emissivity IR outdoor", "database emissivity front"}}) {
+    EXPECT_EQ(panes.place(called).field->name, name);
+  }
+  const auto raised = raisedBy([&] { editor(EditSet::shadings).place("solar transmittance"); });
+  EXPECT_EQ(raised.description,
+            "Several fields are \"solar transmittance\". Name one: Surface of the slats: solar "
+            "transmittance, Surface of the slats, beam: solar transmittance.");
+}
+
 /// What has been drafted is looked at once more when it is saved.
 TEST_F(EditTest, OneWrongValueChangesNothing) {
   const auto before = dumpOf(dc);

@@ -254,13 +254,18 @@ TEST_F(SourcesTest, WhatCannotBeOpenedIsTold) {
   const auto tellAll = [&](const std::vector<std::string>& names) {
     std::vector<std::string> paths;
     for (const std::string& name : names) paths.push_back(folder / name);
-    for (const auto& node : open.openAll(paths)) tell(node->key() + " " + node->text());
+    for (const auto& node : open.openAll(paths)) {
+      tell(node->key() + " " + node->text());
+      const bool isFolder = node->DataType() == sources::DataType::textFolder;
+      if (isFolder) tell(fmt::format("  {} files", node->DataSources().count()));
+    }
     tellLog();
   };
   folder.write("damaged.mdb", std::string("\0\1\0\0Standard Jet DB\0\1", 21));
   store::Connection::create(folder / "other.mdb")->close();
   tellAll({"none.mdb"});
   tellAll({"none.mdb", "panes", "other.mdb"});
+  tellAll({"panes/b.txt", "blinds/d.txt", "panes/a.txt"});
   tellAll({"damaged.mdb"});
   std::filesystem::copy_file(folder / "full.mdb", folder / "secret.mdb");
   setPassword(folder / "secret.mdb", "Sesame 7");
