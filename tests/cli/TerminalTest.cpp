@@ -112,6 +112,7 @@ TEST_F(TerminalTest, TheBarIsDrawnAndWhatItNamesIsSpelledOut) {
   EXPECT_NE(two.out.find("\r\x1b[K[############............] 1/2 "), std::string::npos);
   const Ended compact = onTerminal("compact db.mdb new.mdb");
   EXPECT_NE(compact.out.find("[........................] 0/"), std::string::npos);
+  EXPECT_NE(onTerminal("check new.mdb").out.find("[########################] "), std::string::npos);
   folder.write(longest, paneText());
   const Ended cut = onTerminal("copy '" + longest + "' db.mdb --group Demo");
   EXPECT_NE(cut.out.find("Writing Ωμ" + std::string(36, 'x') + "\r"), std::string::npos) << cut.out;

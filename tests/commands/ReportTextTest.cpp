@@ -1,14 +1,18 @@
 // What reports say, whole.
 #include <functional>
+#include <limits>
 #include <map>
 #include <stdexcept>
+#include <tuple>
 
+#include "commands/CellText.h"
 #include "commands/ColumnTitle.h"
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
 #include "commands/ErrorText.h"
 #include "commands/ExportLosses.h"
 #include "commands/IntegrateRecords.h"
+#include "commands/PasteRecords.h"
 #include "commands/SpectraCsv.h"
 #include "errors/Error.h"
 #include "store/StoreError.h"
@@ -79,6 +83,53 @@ TEST(ReportTexts, OfColumnsAreTheWordsOfTheirNames) {
                                           {"GLASS", "GLASS"},
                                           {"FILENAME", "File name"}}) {
     EXPECT_EQ(columnTitle(column).text, title);
+  }
+}
+
+TEST(ReportTexts, OfCopiesCountWhatBecameOfRecords) {
+  PasteResult all{.copied = 2,
+                  .replaced = 3,
+                  .skipped = 4,
+                  .partly = 5,
+                  .failed = 6,
+                  .withoutData = 7,
+                  .integrated = 1,
+                  .standard = "EN 410"};
+  EXPECT_EQ(all.summary(),
+            "2 records copied, 3 replaced, 4 skipped, 5 in part, 6 failed, 7 without data at any "
+            "angle. Integrated values of 1 pane computed by EN 410.");
+  const PasteResult one{.cancelled = true, .copied = 1};
+  EXPECT_EQ(one.summary(true), "1 record copied, 0 failed, then cancelled.");
+  PasteResult sum = one;
+  all.notes.add("lost", "a");
+  for (const PasteResult& each : {all, all}) sum.add(each);
+  EXPECT_EQ(
+      sum.summary(),
+      "5 records copied, 6 replaced, 8 skipped, 10 in part, 12 failed, 14 without data at any "
+      "angle, then cancelled. Integrated values of 2 panes computed by EN 410.");
+  sum.notes.add("lost", "b");
+  sum.notes.add("gone", "b");
+  EXPECT_EQ(sum.notes.counts(), "lost (2), gone (1)");
+  EXPECT_EQ(sum.notes.list().front().line(), "lost: a, b");
+  EXPECT_EQ(sum.notes.list().front().line(1), "lost: a and 1 more");
+}
+
+TEST(ReportTexts, OfNumbersAreAsShortAsTheyCanBeRead) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const auto& [number, digits, text] : std::vector<std::tuple<double, int, const char*>>{
+           {0.0001, 3, "0.0001"},
+           {0.00001234, 3, "1.23e-05"},
+           {9999999, 3, "9999999"},
+           {1e7, 3, "1e+07"},
+           {123456.7, 3, "123457"},
+           {1.0 / 3, 3, "0.333"},
+           {-0.0004, 1, "-0.0004"},
+           {0.5, 3, "0.5"},
+           {99.96, 3, "100"},
+           {1.0 / 3, kAllDigits, "0.3333333333333333"},
+           {-0.0, 3, "0"},
+           {kInfinity, 3, "inf"}}) {
+    EXPECT_EQ(numberText(number, digits), text);
   }
 }
 
