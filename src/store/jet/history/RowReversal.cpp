@@ -33,10 +33,9 @@ const RealIndex* ReversedTable::indexFor(std::span<const Value> row) const {
 
 std::vector<Value> ReversedTable::valuesAt(RowId id) const {
   const auto view = table_->row(id);
+  if (!view) return {};
   std::vector<Value> values;
-  for (const Column& column : table_->definition().columns) {
-    if (view) values.push_back(view->value(column));
-  }
+  for (const Column& column : table_->definition().columns) values.push_back(view->value(column));
   return values;
 }
 
