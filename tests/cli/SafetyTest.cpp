@@ -140,7 +140,7 @@ TEST_F(SafetyTest, ADatabaseThatAccessHoldsIsNotChanged) {
                       fs::file_time_type::clock::now() - std::chrono::hours(30));
   const int held = open((folder / "DB.LDB").c_str(), O_RDWR);
   struct flock lock {};
-  lock.l_type = F_WRLCK;
+  lock.l_type = F_RDLCK;
   lock.l_start = 0x10000001;
   lock.l_len = 1;
   ASSERT_EQ(fcntl(held, F_SETLK, &lock), 0);
