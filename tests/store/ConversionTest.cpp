@@ -138,6 +138,37 @@ TEST_F(Conversion, ReadsTheCodePageThePasswordAndTheKey) {
             "The text of the file is in code page 12345, which is not known here.");
 }
 
+/// A row of more than 256 bytes needs a table of jumps, of more than 512 one of two entries.
+TEST_F(Conversion, ReadsRowsOfAllLengthsAboutThoseThatNeedJumps) {
+  std::vector<Jet3Table> tables = jet3Sample();
+  Jet3Table& makers = *std::ranges::find(tables, "Makers", &Jet3Table::name);
+  makers.indexes.clear();
+  makers.rows.clear();
+  for (std::size_t i = 0; i < 3; ++i) makers.columns[i].size = 255;
+  std::vector<std::string> expected;
+  for (std::size_t size : {225, 480}) {
+    for (const std::size_t end = size + 30; size < end; ++size) {
+      const std::size_t first = size / 3 - size % 7, second = size / 3;
+      const std::string parts[] = {std::string(first, 'a'), std::string(second, 'b'),
+                                   std::string(size - first - second, 'c')};
+      makers.rows.push_back({parts[0], parts[1], parts[2], std::string("\7\0\0\0", 4)});
+      expected.push_back(fmt::format("{}|{}|{}|7", parts[0], parts[1], parts[2]));
+    }
+  }
+  write(tables);
+  told();
+  for (const std::string& file : {old_, new_}) {
+    std::vector<std::string> found;
+    const auto connection = Connection::openFile(file);
+    for (const auto rows = connection->openRecordset("Makers"); !rows->eof(); rows->moveNext()) {
+      std::vector<std::string> cells;
+      for (std::size_t i = 0; i < 4; ++i) cells.push_back(rows->value(i).toText());
+      found.push_back(fmt::format("{}", fmt::join(cells, "|")));
+    }
+    EXPECT_EQ(found, expected);
+  }
+}
+
 TEST_F(Conversion, CountsCharactersThatTheCodePageDoesNotHave) {
   std::vector<Jet3Table> tables = jet3Sample();
   tables[7].rows[0][9] = "\xd2";
