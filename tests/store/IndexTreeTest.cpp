@@ -334,6 +334,34 @@ TEST_F(IndexTreeTest, CursorsOutliveChanges) {
   EXPECT_EQ(cursor.rowId(), model_.rbegin()->row);
 }
 
+/// Three of the longest, and what a node has of each besides, still fill no page.
+TEST_F(IndexTreeTest, LongestKeysArePartedAndLongerOnesRefused) {
+  const auto key = [](std::size_t size, std::uint8_t first) {
+    Bytes bytes(size, 7);
+    bytes.front() = first;
+    return bytes;
+  };
+  std::size_t longest = 1000;
+  const auto refused = [&] {
+    const Savepoint undone(*pager_);
+    return test::raisedBy([&] { tree().insert(key(longest + 1, 0), {1, 0}); });
+  };
+  while (refused().number == 0) ++longest;
+  EXPECT_EQ(longest, 1197u) << "a third of 3616 bytes, less 8";
+  EXPECT_EQ(refused().description, fmt::format("The values of an index's columns are too long "
+                                               "together: their key takes {} bytes.",
+                                               longest + 1));
+  std::set<int> expected;
+  for (std::uint8_t i = 0; i < 40; ++i) {
+    const auto first = static_cast<std::uint8_t>(i * 37);
+    tree().insert(key(longest, first), {i, 0});
+    expected.insert(first);
+  }
+  std::vector<int> found;
+  for (IndexCursor cursor = tree().first(); cursor.next();) found.push_back(cursor.key()[0]);
+  EXPECT_EQ(found, std::vector<int>(expected.begin(), expected.end()));
+}
+
 /// The leaf before the one that a cursor stands on goes, with nearly all entries.
 TEST_F(IndexTreeTest, CursorsOutliveTheLeafBefore) {
   for (std::uint32_t i = 0; i < 3000; ++i) insert(numberEntry(i));
