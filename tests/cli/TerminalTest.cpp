@@ -62,6 +62,7 @@ TEST_F(TerminalTest, APasswordIsAskedForAndNotShown) {
 
 TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
   makeDatabase();
+  folder.write("coated.txt", "SI Microns 3 1\n{ Substrate Filename: a.txt }\n0.5 0.8 0.1 0.1\n");
   const std::string question = "(yes/NO/cancel) ";
   const struct {
     const char* arguments;
@@ -83,6 +84,11 @@ TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
       {"edit db.mdb 2 thickness=4", {{question, "YES"}}, 0, "1 change made."},
       {"copy a.txt db.mdb", {{"records: ", " Typed "}}, 0, "1 record copied."},
       {"list db.mdb --columns name,GroupName --format csv", {}, 0, "a.txt,Typed"},
+      {"copy coated.txt db.mdb --group Demo", {{"(YES/no) ", "n"}}, 1, "copied, 1 failed."},
+      {"copy coated.txt db.mdb --group Demo",
+       {{"no) ", ""}, {"no) ", "no"}},
+       0,
+       "1 record copied."},
   };
   for (const auto& [arguments, answers, exit, end] : cases) {
     const Ended run = onTerminal(arguments, answers);
