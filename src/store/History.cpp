@@ -1,5 +1,7 @@
 #include "store/History.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <ctime>
 #include <set>
@@ -181,10 +183,11 @@ std::vector<KeptWork> lastWorks(const HistoryState& state, std::size_t count, bo
   const std::vector<KeptWork>& works = back ? state.done : state.undone;
   const char* what = back ? "taken back" : "made again";
   if (works.size() < count) {
-    throw Error(kInvalidCall, works.empty()
-                                  ? "There is no change that can be " + std::string(what) + "."
-                                  : "There are only " + std::to_string(works.size()) +
-                                        " changes that can be " + what + ".");
+    const std::string there = works.empty() ? "is no change"
+                              : works.size() == 1
+                                  ? "is only 1 change"
+                                  : fmt::format("are only {} changes", works.size());
+    throw Error(kInvalidCall, fmt::format("There {} that can be {}.", there, what));
   }
   std::vector<KeptWork> last(works.rbegin(), works.rbegin() + static_cast<std::ptrdiff_t>(count));
   for (const KeptWork& kept : last) {

@@ -81,6 +81,7 @@ TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
        1,
        "0 records deleted, 2 failed, then cancelled."},
       {"edit db.mdb 2 thickness=4", {{question, "no"}}, 1, question.c_str()},
+      {"delete db.mdb 1 --set groups", {{question, "no"}}, 1, question.c_str()},
       {"edit db.mdb 2 thickness=4", {{question, "YES"}}, 0, "1 change made."},
       {"copy a.txt db.mdb", {{"records: ", " Typed "}}, 0, "1 record copied."},
       {"list db.mdb --columns name,GroupName --format csv", {}, 0, "a.txt,Typed"},

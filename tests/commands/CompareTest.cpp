@@ -227,8 +227,9 @@ TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
   EXPECT_THAT(compare(files, b), IsEmpty());
   changeTable(*b->ADOConnection(),
               "+Pane_spectral_data PaneID=1, angle=0, direction=2, wavelength=500");
-  EXPECT_THAT(compare(files, b), ElementsAre("changed|panes|pane|1|pane|0|spectrum|none|1 points, "
-                                             "500 to 500 nm"));
+  EXPECT_THAT(
+      compare(files, b),
+      ElementsAre("changed|panes|pane|1|pane|0|spectrum, direction 2|none|1 point, 500 nm"));
   EXPECT_THAT(compare(files, b, {.isForCopy = true}), IsEmpty());
   EXPECT_THAT(result.remarks,
               ::testing::Contains(HasSubstr("stays as it is in B (panes): spectra of other "

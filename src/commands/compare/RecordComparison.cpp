@@ -77,7 +77,13 @@ bool isUntold(const Curves& curves) {
   return curves.direction.value_or(database::kAnyDirection) == database::kAnyDirection;
 }
 
+/// What is told of it behind the name of a field.
+std::string directionOf(const Curves& curves) {
+  return isUntold(curves) ? "" : fmt::format(", direction {}", *curves.direction);
+}
+
 std::string extentOf(const std::vector<double>& wavelengths) {
+  if (wavelengths.size() == 1) return fmt::format("1 point, {:g} nm", wavelengths.front());
   return fmt::format("{} points, {:g} to {:g} nm", wavelengths.size(), wavelengths.front(),
                      wavelengths.back());
 }
@@ -264,7 +270,7 @@ void RecordComparison::tellDirections(const Curves& a, const Curves& b) {
 void RecordComparison::tellMissing(const Curves& curves, bool isInA) {
   if (!choice_.has(kSpectrum)) return;
   store::Value there = extentOf(*curves.grid);
-  tell(angle_, kSpectrum, isInA ? there : store::Value("none"),
+  tell(angle_, std::string(kSpectrum) + directionOf(curves), isInA ? there : store::Value("none"),
        isInA ? store::Value("none") : there);
 }
 
@@ -279,9 +285,7 @@ bool RecordComparison::haveSubstrate() const {
 }
 
 void RecordComparison::compareMeasurements(const Curves& a, const Curves& b) {
-  const std::string direction = a.direction.value_or(0) != 0 && a.direction == b.direction
-                                    ? fmt::format(", direction {}", *a.direction)
-                                    : "";
+  const std::string direction = a.direction == b.direction ? directionOf(a) : "";
   if (a.grid != b.grid && choice_.has(kWavelengths)) {
     tell(angle_, std::string(kWavelengths) + direction, ownWavelengths(*a.grid, *b.grid),
          ownWavelengths(*b.grid, *a.grid));
