@@ -528,6 +528,9 @@ TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {
 TEST_F(DamagedIndex, AnyByteOfIt) {
   std::string told;
   const auto note = [&](const auto& work) { told += test::raisedBy(work).description + "\n"; };
+  const auto lastOf = [](const IndexCursor& cursor) {
+    return cursor.key().empty() ? '-' : static_cast<char>(cursor.key().back());
+  };
   for (unsigned seed = 0; seed < 300; ++seed) {
     const Savepoint undone(*pager_);
     std::mt19937 random(seed);
@@ -543,13 +546,13 @@ TEST_F(DamagedIndex, AnyByteOfIt) {
       }
     });
     note([&] {
-      for (IndexCursor cursor = tree().first(); cursor.next();) told += cursor.key().back();
+      for (IndexCursor cursor = tree().first(); cursor.next();) told += lastOf(cursor);
     });
     note([&] {
-      for (IndexCursor cursor = tree().last(); cursor.previous();) told += cursor.key().back();
+      for (IndexCursor cursor = tree().last(); cursor.previous();) told += lastOf(cursor);
     });
   }
-  EXPECT_EQ(test::sumOf(told), 0xbf1858d9e3bc68cau) << told;
+  EXPECT_EQ(test::sumOf(told), 0x4386e14a7ff58faeu) << told;
 }
 
 TEST_F(DamagedIndex, EntriesThatAreOutOfOrder) {
