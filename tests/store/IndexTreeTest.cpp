@@ -348,6 +348,7 @@ TEST_F(IndexTreeTest, LongestKeysArePartedAndLongerOnesRefused) {
   };
   while (refused().number == 0) ++longest;
   EXPECT_EQ(longest, 1197u) << "a third of 3616 bytes, less 8";
+  EXPECT_EQ(refused().number, kNotSupported);
   EXPECT_EQ(refused().description, fmt::format("The values of an index's columns are too long "
                                                "together: their key takes {} bytes.",
                                                longest + 1));
