@@ -11,12 +11,12 @@ namespace orv::store {
 
 /// One thing that a check has found in a file, and where.
 struct CheckFinding {
-  std::string table;   ///< empty where it is of no table
-  std::string index;   ///< empty where it is of no index
-  std::uint32_t page;  ///< 0 where it is on no one page, or on the header page
-  int row;             ///< number of the row on the page; -1 where it is of no one row
-  std::string what;    ///< what it is, without the place: "the page is used twice"
-  std::string advice;  ///< what is lost, and what to do; empty for a remark
+  std::string table;       ///< empty where it is of no table
+  std::string index;       ///< empty where it is of no index
+  std::uint32_t page = 0;  ///< 0 where it is on no one page, or on the header page
+  int row = -1;            ///< number of the row on the page; -1 where it is of no one row
+  std::string what;        ///< what it is, without the place: "the page is used twice"
+  std::string advice;      ///< what is lost, and what to do; empty for a remark
 
   /// Place, finding and advice in one line.
   std::string toText() const;

@@ -19,10 +19,10 @@ class HistoryRecorder;
 
 /// What a user sees as one change: the commits of one command.
 struct HistoryWork {
-  std::uint64_t id;
-  std::int64_t time;  ///< of its first commit, in seconds since 1970
+  std::uint64_t id = 0;
+  std::int64_t time = 0;  ///< of its first commit, in seconds since 1970
   std::string title;
-  int commits;
+  int commits = 0;
   bool isUndone = false;    ///< it has been taken back, and can be made again
   bool isLost = false;      ///< it was too large to be kept, and cannot be taken back
   bool isFinished = false;  ///< else its program is at it, or has ended in the middle of it

@@ -155,7 +155,8 @@ void SqlEngine::fail() {
 }
 
 std::optional<TableBinding> SqlEngine::JetCatalog::table(const std::string& name) {
-  if (database_.find(name) == nullptr || isQuery(name)) {
+  const jet::CatalogEntry* entry = database_.find(name);
+  if (entry == nullptr || entry->kind == jet::CatalogEntry::Kind::query) {
     return std::nullopt;
   }
   const std::shared_ptr<jet::Table> table = database_.table(name);

@@ -84,8 +84,8 @@ class Log {
   std::string databasePath_;
   std::size_t pageSize_;
   std::unique_ptr<File> file_;
-  LogHeader header_{};
-  LogState state_{};
+  LogHeader header_;
+  LogState state_;
   std::uint64_t size_ = 0;      ///< of the file
   std::uint64_t appended_ = 0;  ///< size of the record that is not finished yet
   std::uint64_t companion_ = 0;

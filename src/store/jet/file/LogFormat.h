@@ -28,10 +28,10 @@ struct LogCounter {
 
 /// The first piece of a log. It changes only when the log begins anew.
 struct LogHeader {
-  std::uint32_t pageSize;
-  std::uint64_t origin;
-  std::uint64_t generation;  ///< a random number: records of before the beginning have another
-  std::uint64_t number;      ///< of the last commit before the beginning
+  std::uint32_t pageSize = 0;
+  std::uint64_t origin = 0;
+  std::uint64_t generation = 0;  ///< a random number: records of before the beginning have another
+  std::uint64_t number = 0;      ///< of the last commit before the beginning
 
   std::array<std::uint8_t, kPieceSize> encode() const;
   /// None when these bytes are no header.
@@ -41,10 +41,10 @@ struct LogHeader {
 /// The second piece of a log: how far its commits are in the database. It holds as long as the
 /// system runs, and means nothing after a loss of power, since nobody waits for it.
 struct LogState {
-  std::uint64_t generation;  ///< that of the header, or the state means nothing
-  std::uint64_t number;      ///< of the last commit that is in the database
-  std::uint64_t end;         ///< where the next record goes
-  bool busy;                 ///< a commit has begun; whoever sees it has outlived its program
+  std::uint64_t generation = 0;  ///< that of the header, or the state means nothing
+  std::uint64_t number = 0;      ///< of the last commit that is in the database
+  std::uint64_t end = 0;         ///< where the next record goes
+  bool busy = false;             ///< a commit has begun; whoever sees it has outlived its program
   // The database as it was after the last commit: else another program has changed it since.
   std::uint64_t databaseSize = 0;
   std::int64_t databaseModified = 0;
@@ -70,12 +70,12 @@ struct LoggedPage {
 struct LogRecord {
   struct Head {
     std::uint32_t pages = 0;
-    std::uint64_t generation;
-    std::uint64_t number;
-    std::uint32_t pageCountBefore;  ///< of the database
-    std::uint32_t pageCountAfter;
+    std::uint64_t generation = 0;
+    std::uint64_t number = 0;
+    std::uint32_t pageCountBefore = 0;  ///< of the database
+    std::uint32_t pageCountAfter = 0;
     std::uint64_t size = 0;  ///< of the record, in bytes
-    std::uint64_t companion;
+    std::uint64_t companion = 0;
     std::uint64_t checksum = 0;
   };
   static constexpr std::size_t kHeadSize = 64;

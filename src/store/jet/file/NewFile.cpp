@@ -72,6 +72,9 @@ NewFile::NewFile(std::string path, const std::string& former, Mode mode)
 
 NewFile::~NewFile() {
   forget();
+  if (written_.empty()) {
+    return;
+  }
   try {
     FileSystem::current().remove(written_);
   } catch (const Error&) {  // What made it useless is the failure to be told.

@@ -61,7 +61,7 @@ Bytes encodeRecord(const HistoryRecord& record) {
 /// The head of a record of at most `room` bytes, without its title; none where these bytes are no
 /// head.
 std::optional<HistoryEntry> decodeHead(std::span<const std::uint8_t> bytes, std::uint64_t room) {
-  HistoryEntry entry{};
+  HistoryEntry entry;
   const std::uint32_t kind = load32(&bytes[4]);
   entry.size = load64(&bytes[24]);
   const bool isHead = load32(bytes.data()) == kRecordMagic && kind >= 1 && kind <= 5 &&

@@ -23,17 +23,17 @@ struct HistoryRecord {
     ended = 5,   ///< all commits of the work were made
   };
   Kind kind = Kind::changes;
-  std::uint64_t work;
-  std::int64_t time;    ///< seconds since 1970
-  std::string title{};  ///< of the work
-  Bytes changes{};      ///< as RowChangeWriter has written them
+  std::uint64_t work = 0;
+  std::int64_t time = 0;  ///< seconds since 1970
+  std::string title{};    ///< of the work
+  Bytes changes{};        ///< as RowChangeWriter has written them
 };
 
 /// A record without its changes, and its place in the file.
 struct HistoryEntry {
   HistoryRecord head;
-  std::uint64_t place;
-  std::uint64_t size;  ///< in the file
+  std::uint64_t place = 0;
+  std::uint64_t size = 0;  ///< in the file
 };
 
 /// "NAME.mdb.orv-history": a header, then a record after the other. Each has checksums, so that one

@@ -79,7 +79,7 @@ std::uint8_t DataPageEditor::add(std::span<const std::uint8_t> row, SlotKind kin
   const std::uint16_t number = page.rowCount();
   const std::size_t end = number == 0 ? format_.pageSize : page.slot(number - 1).offset;
   const std::size_t tableEnd = format_.data.rowTable + std::size_t{2} * (number + 1);
-  if (end < tableEnd + row.size()) {
+  if (number >= kMaxRowsOnPage || end < tableEnd + row.size()) {
     raiseDamaged(page_, "it has less room than it says");
   }
   const std::size_t begin = end - row.size();

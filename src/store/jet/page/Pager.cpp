@@ -361,7 +361,9 @@ Savepoint::~Savepoint() {
 
 void Savepoint::commit() {
   transaction_.commit();
-  ++pager_.version_;  // of an outer one, which is not told
+  if (isWithin_) {
+    ++pager_.version_;
+  }
   done_ = true;
 }
 

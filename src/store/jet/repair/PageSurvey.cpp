@@ -58,7 +58,7 @@ void PageSurvey::readFreePages(Pager& pager) {
 }
 
 std::size_t PageSurvey::bytesThere(PageNumber page) const {
-  const std::uint64_t begin = std::uint64_t{page} * pageSize_;
+  const std::uint64_t begin = std::min(std::uint64_t{page} * pageSize_, fileSize_);
   return static_cast<std::size_t>(std::min<std::uint64_t>(pageSize_, fileSize_ - begin));
 }
 
