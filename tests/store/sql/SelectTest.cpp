@@ -22,11 +22,19 @@ class SelectTest : public testing::Test {
 
 TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
   using enum ColumnType;
-  const std::map<std::string, ColumnType> types{
-      {"longInteger", longInteger}, {"dateTime", dateTime}, {"currency", currency},
-      {"boolean", boolean},         {"double", double_},    {"text", text}};
+  const std::map<std::string, ColumnType> types{{"longInteger", longInteger},
+                                                {"dateTime", dateTime},
+                                                {"currency", currency},
+                                                {"boolean", boolean},
+                                                {"double", double_},
+                                                {"text", text},
+                                                {"byte", byte},
+                                                {"integer", integer},
+                                                {"single", single},
+                                                {"numeric", numeric},
+                                                {"memo", memo}};
   for (const auto& [expression, type] : test::examplesOf("store/sql/types.txt")) {
-    rows("SELECT " + expression + " FROM Panes WHERE id < 0");
+    rows("SELECT " + expression + " FROM Panes, Kinds WHERE id < 0");
     EXPECT_EQ(db_.columns[0].typed, type != "unknown") << expression;
     EXPECT_EQ(db_.columns[0].info.type, type == "unknown" ? text : types.at(type)) << expression;
   }

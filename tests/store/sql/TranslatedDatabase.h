@@ -19,7 +19,7 @@
 
 namespace orv::store::sql {
 
-/// Panes, Suppliers and Orders with a few rows each.
+/// Panes, Suppliers, Orders, and Kinds of columns, with a few rows each.
 class TranslatedDatabase final : public Catalog {
  public:
   TranslatedDatabase() {
@@ -41,6 +41,14 @@ class TranslatedDatabase final : public Catalog {
     run("INSERT INTO Suppliers VALUES (1,'Glas & Co'),(2,'Verre'),(4,'Nobody')");
     addTable("Orders", {{"pane", longInteger}, {"supplier", longInteger}, {"count", integer}});
     run("INSERT INTO Orders VALUES (1,1,10),(1,2,20),(2,2,5),(3,9,7)");
+    addTable("Kinds", {{"byte", byte},
+                       {"single", single},
+                       {"exact", numeric},
+                       {"big", bigInteger},
+                       {"memo", memo},
+                       {"small", integer}});
+    run("INSERT INTO Kinds VALUES (7,0.1,'12.345',9007199254740993,'Memo',-3),"
+        "(8,-2.5,'-12.345',-9000000000000001,'8',4),(NULL,16777216,'0.000',12,NULL,300)");
   }
   ~TranslatedDatabase() override { sqlite3_close(db_); }
 

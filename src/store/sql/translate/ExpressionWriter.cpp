@@ -243,7 +243,7 @@ SqlPiece ExpressionWriter::unary(const Expression& e) {
   }
   SqlPiece operand = value(e.operands[0]);
   const std::string sql = asNumber(operand);
-  if (operand.type == ColumnType::boolean) {
+  if (isWhole(operand)) {
     operand.type = ColumnType::longInteger;
   } else if (!isNumber(operand) && operand.type != ColumnType::dateTime) {
     operand.type = ColumnType::double_;

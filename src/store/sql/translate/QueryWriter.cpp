@@ -15,12 +15,21 @@ namespace {
 
 using Kind = Expression::Kind;
 
+bool selectsAggregates(const Select& select) {
+  return std::ranges::any_of(select.items, [](const SelectItem& item) {
+    return ExpressionWriter::containsAggregate(item.expression);
+  });
+}
+
 bool hasAggregates(const Select& select) {
-  return std::any_of(select.items.begin(), select.items.end(),
-                     [](const SelectItem& item) {
-                       return ExpressionWriter::containsAggregate(item.expression);
-                     }) ||
+  return selectsAggregates(select) ||
          (select.having && ExpressionWriter::containsAggregate(*select.having));
+}
+
+/// All rows are one group to a HAVING without GROUP BY. SQLite takes it only where what is selected
+/// has an aggregate function.
+bool needsAggregate(const Select& select) {
+  return select.having && select.groupBy.empty() && !selectsAggregates(select);
 }
 
 /// The position that a whole number in ORDER BY stands for; 0 for other expressions.
@@ -102,7 +111,10 @@ Translation QueryWriter::writeSelect(const Select& select, const std::vector<Ord
   const std::string from = writeSources(select, scope);
   ExpressionWriter expressions(text_, scope, *this, select.items);
 
-  const std::vector<Output> outputs = writeItems(select, scope, expressions);
+  std::vector<Output> outputs = writeItems(select, scope, expressions);
+  if (needsAggregate(select)) {
+    outputs.front().sql = fmt::format("CASE WHEN count(*) >= 0 THEN {} END", outputs.front().sql);
+  }
   std::string head = select.distinct ? "SELECT DISTINCT " : "SELECT ";
   Translation result;
   for (std::size_t i = 0; i < outputs.size(); ++i) {
