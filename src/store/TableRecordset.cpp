@@ -53,13 +53,20 @@ TableRecordset::TableRecordset(std::shared_ptr<jet::Table> table,
 
 void TableRecordset::standOn(std::size_t position) {
   while (const auto id = rows_.at(position)) {
-    // Without positions the places of the rows that are passed need not be kept.
-    if (standOnRow(*id, forwardOnly_ ? std::nullopt : std::optional(position))) {
+    if (standAt(position, *id)) {
       return;
     }
-    rows_.remove(position);
   }
   standAtEnd();
+}
+
+bool TableRecordset::standAt(std::size_t position, jet::RowId row) {
+  // Without positions the places of the rows that are passed need not be kept.
+  if (standOnRow(row, forwardOnly_ ? std::nullopt : std::optional(position))) {
+    return true;
+  }
+  rows_.remove(position);
+  return false;
 }
 
 bool TableRecordset::standOnRow(jet::RowId row, std::optional<std::size_t> position) {
@@ -127,13 +134,14 @@ void TableRecordset::movePrevious() {
   if (beforeFirst_) {
     raiseNoCurrentRecord();
   }
-  const auto at = static_cast<std::size_t>(position());
-  if (at == 0) {
-    row_.reset();
-    beforeFirst_ = true;
-    return;
+  for (auto at = static_cast<std::size_t>(position()); at-- > 0;) {
+    const auto row = rows_.at(at);
+    if (row && standAt(at, *row)) {
+      return;
+    }
   }
-  standOn(at - 1);
+  row_.reset();
+  beforeFirst_ = true;
 }
 
 std::int64_t TableRecordset::recordCount() {

@@ -58,6 +58,8 @@ class TableRecordset final : public RecordsetBase {
   };
 
   void standOn(std::size_t position);
+  /// False for a row that has been deleted, whose position what follows takes.
+  bool standAt(std::size_t position, jet::RowId row);
   bool standOnRow(jet::RowId row, std::optional<std::size_t> position);
   void standAtEnd();
   void saveEdit();

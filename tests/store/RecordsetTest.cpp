@@ -99,6 +99,7 @@ Value valueOf(const std::string& text) {
   if (text == "Null") return {};
   if (text == "True" || text == "False") return text == "True";
   if (text[0] == '\'') return text.substr(1, text.size() - 2);
+  if (text[0] == '^') return Bytes(text.begin() + 1, text.end());
   if (text[0] == '@') return Date{std::stod(text.substr(1))};
   if (text[0] == '$') return Currency{std::llround(std::stod(text.substr(1)) * 10'000)};
   return text.find_first_of(".e") == std::string::npos && text.size() < 11
@@ -188,6 +189,8 @@ class RecordsetTest : public testing::Test {
     made.createTable(test::design(
         "Numbers",
         "Byte byte, Long longInteger, Money currency, Fixed numeric 5.2, Single single"));
+    made.createTable(
+        test::design("Bytes", "Id longInteger auto, Raw binary 10, Pic ole, Key guid"));
   }
 
   void begin() {
