@@ -144,12 +144,31 @@ void makeGrown(jet::Database& database) {
   }
 }
 
+/// Columns of other types, each with an index: most are not searched by it.
+void makeOthers(jet::Database& database) {
+  jet::createTable(
+      database,
+      test::design("Others",
+                   "Id longInteger auto, Amount currency, Exact numeric 8.2, Flag boolean, "
+                   "Raw binary 4, Once longInteger, Pair longInteger, Code text 9",
+                   "A: Amount; X: Exact; F: Flag; R: Raw; O unique: Once; P unique "
+                   "ignoreNulls: Pair, Once; C unique required: Code"));
+  const auto table = database.table("Others");
+  for (int i = 0; i < 50; ++i) {
+    table->insert(std::vector<Value>{Value(), Currency{i * 5000},
+                                     Decimal::fromText(fmt::format("{}.25", i / 2), 8, 2),
+                                     i % 3 == 0, Bytes{0, static_cast<std::uint8_t>(i)}, i,
+                                     i % 10 == 0 ? Value() : Value(i / 5), fmt::format("C{}", i)});
+  }
+}
+
 /// Of each statement the first row, how many rows it has, and how many were visited for the first
 /// batch and for all.
 TEST_F(SqlEngineTest, ReadsAsManyRowsAsTheTableOfCostsSays) {
   QueriedFile file = sample();
   makeBounds(file.database());
   makeGrown(file.database());
+  makeOthers(file.database());
   for (const auto& [statement, costs] : test::examplesOf("store/sql/costs.txt", 60)) {
     const std::uint64_t before = file.engine().rowsRead();
     const auto cursor = file.engine().open("SELECT " + statement);
