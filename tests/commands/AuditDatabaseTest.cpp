@@ -46,6 +46,7 @@ class AuditDatabaseTest : public AuditFixture {
   ///   pane NAME NUMBER ANGLE         a pane more, of the curves of this number
   ///   panes NAME FIRST LAST NUMBER   several, each of its own curves or all of those of a number
   ///   infrared PANE                  points from 3 to 25 µm
+  ///   made without NAME NAME         no tables and columns of these names; "2.0.1": what that has
   void change(const std::string& statement) {
     std::istringstream words(statement);
     std::string what, name;
@@ -69,6 +70,8 @@ class AuditDatabaseTest : public AuditFixture {
                 {"reflection_outdoor", 0.1},
                 {"reflection_indoor", 0.3}});
       }
+    } else if (what == "made") {
+      database = remade(database, rest.substr(8));
     } else {
       changeTable(dc(), statement);
     }
@@ -84,7 +87,9 @@ class AuditDatabaseTest : public AuditFixture {
       if (statement.starts_with("only ")) {
         options.rules = {statement.substr(5)};
       } else if (statement.starts_with("of ")) {
-        kind = statement == "of panes" ? RecordKind::panes : RecordKind::shadings;
+        kind = statement == "of panes"    ? RecordKind::panes
+               : statement == "of frames" ? RecordKind::frames
+                                          : RecordKind::shadings;
       } else {
         change(statement);
       }
@@ -123,6 +128,11 @@ TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {
   EXPECT_THAT(linesOf(findings),
               ElementsAre("dangling 3", "emissivity 3", "unknown-maker 3", "unreadable 8"));
   EXPECT_EQ(result.records, 3);
+  findings.clear();
+  change("Pane_spectral_data reflection_indoor=-0.5 where PaneID = 3");  // which nobody looks at
+  commands::audit::auditRecords(session, some, {.rules = {"dangling"}},
+                                [&](const Finding& each) { findings.push_back(each); });
+  EXPECT_THAT(linesOf(findings), ElementsAre("dangling 3"));
 
   int asked = 0;
   ui.cancelWhen = [&] { return ++asked == 2; };

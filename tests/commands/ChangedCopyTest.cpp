@@ -246,6 +246,15 @@ TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
   setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
   proveCopy(files, b);
   EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT coatingcode, thickness FROM Pane"), "L|3 L|3");
+  // What is changed is not replaced any more when the user has ended the work before.
+  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
+  setAll(*b->ADOConnection(), "Pane", "name", "d.txt", "name = 'c.txt'");
+  const Comparison both = compare(files, b, {.group = group_, .isForCopy = true});
+  ui.cancelWhen = [] { return true; };
+  int works = 0;
+  commands::compare::copyPairs(session, files, b, both, {0, 1}, {.group = group_},
+                               [&](const auto& each) { works += each.cancelled ? 1 : 100; });
+  EXPECT_EQ(works, 1);
 }
 
 /// The guide tells of all that is not brought.

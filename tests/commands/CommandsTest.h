@@ -17,6 +17,7 @@
 #include "commands/Session.h"
 #include "commands/SourceOpener.h"
 #include "database/OrvSchema.h"
+#include "database/SourceDatabases.h"
 #include "database/TestDatabase.h"
 #include "sources/RecordSelection.h"
 #include "support/Corpus.h"
@@ -56,6 +57,18 @@ class CommandsTest : public ::testing::Test {
       addRow(*other, "ORVdata_version", {{"version", "3.0.0"}});
     }
     std::filesystem::remove(folder.path() / "ours.mdb");
+    return opener.openAny(path);
+  }
+
+  /// A database with the tables of another one, but for those and the columns that are named, or
+  /// one of version 2.0.1.
+  Node remade(const Node& node, const std::string& without) {
+    const std::string path = folder / fmt::format("remade{}.mdb", ++remakes_);
+    NewNames names;
+    std::istringstream words(without);
+    for (std::string each; words >> each;) names[each] = "";
+    without == "2.0.1" ? makeVersion2Of(*node->ADOConnection(), path)
+                       : makeRenamed(*node->ADOConnection(), path, names, "3.0.0");
     return opener.openAny(path);
   }
 
@@ -150,6 +163,9 @@ class CommandsTest : public ::testing::Test {
   RecordingUi ui;
   commands::Session session{ui};
   commands::SourceOpener opener{session};
+
+ private:
+  int remakes_ = 0;
 };
 
 /// A spectrum of points that are wavelength, Tf, Tb, Rf and Rb.

@@ -2,12 +2,12 @@
 #include <gmock/gmock.h>
 
 #include "commands/CommandsTest.h"
+#include "commands/CompactDatabase.h"
 #include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
 #include "commands/TableChanges.h"
 #include "commands/compare/Compare.h"
 #include "commands/compare/CopyChanges.h"
-#include "database/SourceDatabases.h"
 #include "model/Raised.h"
 #include "support/CaseFile.h"
 #include "support/EncodedFile.h"
@@ -60,8 +60,17 @@ class CompareTest : public CommandsTest {
     return lines;
   }
 
-  /// "pane NAME, group=NAME, angle=DEGREES, T=VALUE", or what `changeTable` does.
-  void change(const Node& node, const std::string& statement) {
+  /// "pane NAME, group=NAME, angle=DEGREES, T=VALUE", "made without NAMES", or what `changeTable`
+  /// does; after a number so many times.
+  void change(Node& node, const std::string& statement) {
+    if (const int times = std::atoi(statement.c_str()); times > 0) {
+      for (int i = 0; i < times; ++i) change(node, statement.substr(statement.find(' ') + 1));
+      return;
+    }
+    if (statement.starts_with("made without ")) {
+      node = remade(node, statement.substr(13));
+      return;
+    }
     auto& dc = *node->ADOConnection();
     if (!statement.starts_with("pane ")) return changeTable(dc, statement);
     const auto values = valuesOf(statement.substr(5));
@@ -103,6 +112,7 @@ class CompareTest : public CommandsTest {
     if (raised.number != 0) return {raised.description};
     if (statement.starts_with("pairs")) lines = {pairs()};
     std::ranges::copy(result.remarks, std::back_inserter(lines));
+    std::ranges::copy(result.failures, std::back_inserter(lines));
     if (options.isForCopy) {
       const auto copied = commands::compare::copyablePairs(result);
       for (const std::string& remark : copied.remarks()) lines.push_back("Copied: " + remark);
@@ -121,14 +131,14 @@ class CompareTest : public CommandsTest {
     return text;
   }
 
-  /// Statements: "new", for two empty databases; "glazing", for A as a database of that kind and B
-  /// with a copy of its panes; changes of "a", "b", or "ab"; a comparison.
+  /// Statements: "new", for two empty databases; "glazing", for A as a database of that kind, maybe
+  /// with a change, and B with a copy of its panes; changes of "a", "b", or "ab"; a comparison.
   Lines told(const Lines& statements) {
     Lines lines;
     for (const std::string& statement : statements) {
       const std::string rest = statement.substr(statement.find(' ') + 1);
       if (statement == "new") begin();
-      if (statement == "glazing") copyGlazings();
+      if (statement.starts_with("glazing")) copyGlazings(rest);
       if (statement.starts_with("a ") || statement.starts_with("ab ")) change(a, rest);
       if (statement.starts_with("b ") || statement.starts_with("ab ")) change(b, rest);
       if (statement.starts_with("compare") || statement.starts_with("pairs")) {
@@ -138,11 +148,14 @@ class CompareTest : public CommandsTest {
     return lines;
   }
 
-  void copyGlazings() {
-    makeGlazingDatabase(folder / "igdb.mdb")->close();
-    setPassword(folder / "igdb.mdb", commands::kIgdbPassword);
-    a = opener.openAny(folder / "igdb.mdb");
-    ui.answers = {commands::Answer::yes, commands::Answer::no};  // the substrate of one is missing
+  void copyGlazings(const std::string& change) {
+    const std::string path = folder / fmt::format("igdb{}.mdb", databases);
+    const auto made = makeGlazingDatabase(path);
+    if (change != "glazing") changeTable(*made, change);
+    made->close();
+    setPassword(path, commands::kIgdbPassword);
+    a = opener.openAny(path);
+    ui.answers.assign(9, commands::Answer::yes);  // to copy those without their substrate
     EXPECT_EQ(copyAll(recordSet(a, RecordKind::panes), b, {.integrateBy = std::nullopt}).failed, 0)
         << ::testing::PrintToString(messages());
   }
@@ -153,7 +166,7 @@ class CompareTest : public CommandsTest {
 };
 
 TEST_F(CompareTest, EachStepOfTheWorkIsTold) {
-  for (const auto& node : {a, b}) change(node, "pane same");
+  for (Node* node : {&a, &b}) change(*node, "pane same");
   compare(a, b);
   EXPECT_EQ(ui.log, (Lines{"progress: Comparing records...", "status: Reading Panes...",
                            "status: Reading Panes...", "status: Comparing panes...",
@@ -164,10 +177,23 @@ TEST_F(CompareTest, EachStepOfTheWorkIsTold) {
   EXPECT_EQ(ui.steps.back(), std::pair(9, 9));
   compare(recordSet(a, RecordKind::panes), b);
   EXPECT_EQ(result.summary(), "1 record is the same, 0 added, 0 removed, 0 changed.");
+  for (const char* thickness : {"9", "10"}) {
+    const Comparison before = result;
+    compare(a, b);
+    EXPECT_TRUE(result.hasSameLines(before));
+    change(b, fmt::format("Pane thickness={} where PaneID = 1", thickness));
+    compare(a, b);
+    EXPECT_FALSE(result.hasSameLines(before));
+  }
   EXPECT_EQ(raisedBy([&] {
               compare(recordSet(a, RecordKind::frames), recordSet(b, RecordKind::panes));
             }).number,
             kInvalidCall);
+  for (const int last : {1, 2, 3}) {
+    int asked = 0;
+    ui.cancelWhen = [&] { return ++asked == last; };
+    EXPECT_THROW(compare(a, b), commands::Cancelled) << last;
+  }
 }
 
 TEST_F(CompareTest, WhatDiffersIsToldOnceAndKeysAreNot) {

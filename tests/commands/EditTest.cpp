@@ -165,17 +165,15 @@ TEST_F(EditTest, EveryFieldTakesAValueWhichShowTellsAndUndoTakesBack) {
   }
 }
 
-TEST_F(EditTest, FieldsAreCalledByTheirNamesColumnsAndTitles) {
+TEST_F(EditTest, ColumnsOfTheListHaveFieldsAndNamesToChooseFrom) {
   const Editor panes = editor(EditSet::panes);
-  for (const auto& [called, name] : {std::pair("Group-Name", "group"),
-                                     {"emission_IR_outdoor", "database emissivity front"},
-                                     {"Emissivity IR outdoor", "database emissivity front"}}) {
-    EXPECT_EQ(panes.place(called).field->name, name);
-  }
-  const auto raised = raisedBy([&] { editor(EditSet::shadings).place("solar transmittance"); });
-  EXPECT_EQ(raised.description,
-            "Several fields are \"solar transmittance\". Name one: Surface of the slats: solar "
-            "transmittance, Surface of the slats, beam: solar transmittance.");
+  EXPECT_EQ(panes.fieldOfColumn("groupname")->name, "group");
+  EXPECT_EQ(panes.fieldOfColumn("PaneID"), nullptr);
+  EXPECT_EQ(panes.fieldOfColumn(""), nullptr) << "values at each angle are in no column";
+  session.database.InsertGroup("early", dc);
+  const Lines names{"Demo", "early", "Frames", "Unknown"};
+  EXPECT_EQ(panes.choices(*panes.fieldOfColumn("GroupName")), names);
+  EXPECT_EQ(panes.choices(*panes.fieldOfColumn("name")), Lines());
 }
 
 /// What has been drafted is looked at once more when it is saved.
@@ -184,10 +182,9 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   Editor panes = editor(EditSet::panes);
   const Change good = change(panes, 1, "thickness", "4,5");
   EXPECT_EQ(good.after, store::Value(4.5F));
-  const auto refusal = [&](const char* field, const store::Value& after) {
-    Change bad = change(panes, 2, field, "0.5");
-    bad.after = after;
-    const auto review = panes.save({good, bad});
+  const auto refusal = [&](const char* name, const store::Value& after) {
+    const EditField& field = *panes.place(name).field;
+    const auto review = panes.save({good, {2, field.name, {}, panes.value(2, field), after}});
     EXPECT_EQ(dumpOf(dc), before);
     return reasons(review);
   };
@@ -195,10 +192,13 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
             "1: There would be two panes \"a \" in the group \"Demo\" (2 and 1).\n");
   EXPECT_NE(refusal("name", "it's").find("apostrophe"), std::string::npos);
   EXPECT_EQ(refusal("group", "IGDB 3"), "1: IGDB 3 is not a valid group name.\n");
-  EXPECT_EQ(refusal("acceptance", std::string(21, 'x')),
-            "1: acceptance has room for 20 characters, and this is 21 long.\n");
   EXPECT_EQ(refusal("emission_IR_outdoor", 1.5),
             "1: database emissivity front is from 0 to 1, and 1.5 is not.\n");
+  EXPECT_EQ(refusal("acceptance", 1.5), "1: acceptance is a text.\n");
+  EXPECT_EQ(refusal("frozen", "yes"), "1: frozen is yes or no.\n");
+  for (const store::Value& none : {store::Value(), store::Value("4"), store::Value(true)}) {
+    EXPECT_EQ(refusal("thickness", none), "1: thickness is a number.\n");
+  }
   Change stale = good;
   stale.before = 3.0F;
   EXPECT_EQ(reasons(panes.save({stale})),
@@ -207,6 +207,25 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   EXPECT_EQ(dumpOf(dc), before);
   EXPECT_TRUE(panes.draft({{2, panes.place("group"), "DEMO"}}).changes.empty())
       << "names are those that the database has";
+  // What another program does meanwhile.
+  const Change atAngle = change(panes, 1, "solar transmittance front at 60", "0.5");
+  const auto other = opener.openAny(folder / "new.mdb");
+  Editor others(session, other->ADOConnection(), EditSet::panes);
+  EXPECT_EQ(reasons(others.save({change(others, 1, "thickness", "6")})), "");
+  EXPECT_EQ(reasons(panes.save({good})),
+            "0: thickness has been changed meanwhile: it is \"6\" now, and was \"5.7\".\n");
+  other->ADOConnection()->deleteRows("Pane_integrated_data", "angle = 60");
+  EXPECT_EQ(reasons(panes.save({atAngle})), "0: The pane 1 has no values at 60 degrees.\n");
+  session.database.DeleteGlazing(1, *other->ADOConnection());
+  EXPECT_EQ(reasons(panes.save({good, atAngle})),
+            "0: There is no pane 1.\n1: There is no pane 1.\n");
+  // Groups that are not there.
+  setAll(dc, "Pane", "groupID", 77);
+  EXPECT_EQ(reasons(panes.save({change(panes, 3, "name", "B")})),
+            "0: There would be two panes \"B\" in the group \"\" (3 and 2).\n");
+  const auto old = remade(node, "2.0.1");
+  EXPECT_EQ(raisedBy([&] { Editor(session, old->ADOConnection(), EditSet::panes); }).description,
+            "Records are edited in ORV databases of version 3.0.0 only.");
 }
 
 TEST_F(EditTest, UndoNeitherDoublesRowsNorLeavesThemAlone) {

@@ -115,6 +115,11 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
             }).description,
             "pane 1: thickness is a number, and \"x\" is none.\npane 1: frozen is yes or no, and "
             "\"z\" is neither.\npane 2: supplier cannot be empty.\n... and 2 more.");
+  const TypedValue wrong = typed(1, "frozen", "z");
+  EXPECT_EQ(raisedBy([&] {
+              pending.type({wrong, wrong, wrong});
+            }).description.find("more"),
+            std::string::npos);
 
   pending.type({typed(2, "product name", "mine"), typed(3, "product name", "mine")});
   for (const auto& [record, text] : {std::pair(1, "6"), std::pair(2, "theirs")}) {
@@ -127,6 +132,8 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   EXPECT_EQ(pending.review().refusals[1].present, Value("theirs"));
   EXPECT_FALSE(pending.save().isFine());
   EXPECT_NE(stored()[std::pair(3, "product name")], "mine");
+  EXPECT_EQ(pending.type({typed(1, "thickness", "7.5")}), 1U) << "what is told is not refused";
+  pending.undo();
 
   pending.leaveToOthers();
   ASSERT_EQ(pending.changes().size(), 1U);
@@ -141,14 +148,24 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
   session.database.DeleteGlazing(4, dc);
   EXPECT_EQ(pending.type({typed(3, "thickness", "2"), typed(1, "thickness", "2")}), 2U);
   pending.overrideOthers();
+  pending.leaveToOthers();
   EXPECT_EQ(pending.review().refusals.size(), 1U) << "nobody has another value of it";
   EXPECT_FALSE(pending.save().isFine());
-  EXPECT_EQ(pending.name(4), "d");
+  EXPECT_EQ(pending.name(4) + pending.name(9), "d");
+  EXPECT_EQ(*pending.find(4, "thickness"), Value(5.0F));
+  EXPECT_EQ(pending.find(4, "thickness", std::int16_t{0}), nullptr);
   pending.drop({pending.changes().back()});
   EXPECT_TRUE(pending.save().isFine());
   EXPECT_TRUE(pending.review().refusals.empty());
   pending.drop({editor.change(1, editor.place("thickness"), "9")});  // which is none of them
   EXPECT_FALSE(pending.canUndo());
+
+  // What others have made the same is no change any more.
+  pending.type({typed(1, "thickness", "8")});
+  ASSERT_TRUE(editor.save({editor.change(1, editor.place("thickness"), "8")}).isFine());
+  pending.lookAgain();
+  pending.overrideOthers();
+  EXPECT_TRUE(pending.isEmpty());
 }
 
 }  // namespace

@@ -14,6 +14,7 @@ namespace orv::test {
 inline store::Value valueOf(const std::string& text) {
   if (text == "True" || text == "False") return text == "True";
   if (text == "Null") return {};
+  if (text.starts_with("bytes ")) return store::Bytes(text.begin() + 6, text.end());
   char* end = nullptr;
   const double number = std::strtod(text.c_str(), &end);
   return text.empty() || *end != '\0' ? store::Value(text) : store::Value(number);

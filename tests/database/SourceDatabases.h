@@ -92,7 +92,7 @@ inline std::shared_ptr<store::Connection> makeRenamed(store::Connection& dc,
     store::TableInfo design{table, {}};
     FieldValues values;
     for (store::ColumnInfo column : dc.table(table).columns) {
-      if (nameOf(column.name).empty()) continue;
+      if (nameOf(column.name).empty() || nameOf(table + "." + column.name).empty()) continue;
       values.emplace_back(column.name, store::Value());
       column.name = nameOf(column.name);
       if (column.name == "material_type") column = {.name = column.name, .size = 20};

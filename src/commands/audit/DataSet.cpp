@@ -71,7 +71,7 @@ AuditedPane AuditReader::pane(const std::string& identifier) {
 DataSet AuditReader::dataSet(const std::shared_ptr<GlazingData>& pane) {
   DataSet set{.pane = pane};
   const auto& data = pane->SpectralData();
-  if (!data || data->count() == 0) return set;
+  if (!data) return set;
   set.mixesAngles = data->MixesAngles();
   if (set.mixesAngles) return set;
   set.wavelengths = wavelengthsOf(*data);

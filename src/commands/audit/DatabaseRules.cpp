@@ -117,21 +117,18 @@ bool isAskedFor(const SourceFacts& source, RecordKind kind) {
   return source.kind.value_or(kind) == kind;
 }
 
-/// The records of a kind that are audited, where that is not all of them.
-std::optional<std::set<std::string>> someOf(const SourceFacts& source, RecordKind kind) {
+/// The records that are audited, where that is not all of them; they are of one kind.
+std::optional<std::set<std::string>> someOf(const SourceFacts& source) {
   if (source.isWhole) return std::nullopt;
   std::set<std::string> some;
-  for (const RecordFacts& record : source.records) {
-    if (record.kind == kind) some.insert(record.identifier);
-  }
+  for (const RecordFacts& record : source.records) some.insert(record.identifier);
   return some;
 }
 
-bool isUsed(const Tables& tables, const Lookup& lookup, std::int32_t key,
+bool isUsed(const Lookup& lookup, std::int32_t key,
             const std::vector<std::pair<const Reference*, Keys>>& uses) {
   return std::ranges::any_of(uses, [&](const auto& use) {
-    return use.first->target == std::string_view(lookup.table) && use.second.contains(key) &&
-           tables.has(use.first->table);
+    return use.first->target == std::string_view(lookup.table) && use.second.contains(key);
   });
 }
 
@@ -155,7 +152,7 @@ std::vector<PlacedFault> unusedNames(const SourceFacts& source) {
         fmt::format("SELECT [{}], [{}] FROM [{}]", lookup.key, lookup.name, lookup.table));
     for (; !rows->eof(); rows->moveNext()) {
       const auto key = database::FieldToLong(rows->value(std::size_t{0}));
-      if (isUsed(*tables, lookup, key, uses)) continue;
+      if (isUsed(lookup, key, uses)) continue;
       const auto name = database::FieldToString(rows->value(std::size_t{1}));
       faults.push_back(
           {.set = lookup.table,
@@ -200,10 +197,10 @@ std::vector<PlacedFault> orphans(const SourceFacts& source) {
 std::vector<PlacedFault> danglingKeys(const SourceFacts& source) {
   const auto tables = tablesOf(source);
   if (!tables) return {};
+  const auto some = someOf(source);
   std::vector<PlacedFault> faults;
   for (const Reference& each : kReferences) {
     if (!isAskedFor(source, each.kind)) continue;
-    const auto some = someOf(source, each.kind);
     if (!tables->has(each.table) || !tables->has(each.target)) continue;
     const Keys known = tables->keysOf(each.target, each.targetKey);
     const auto rows = tables->open(fmt::format("SELECT [{}], [name], [{}] FROM [{}]",

@@ -132,7 +132,7 @@ class SimilarNames {
     }
     for (const std::string& rest : shortened(core)) {
       if (const auto shorter = cores_.find(rest.substr(0, rest.find('\0')));
-          shorter != cores_.end() && coreOf(shorter->second).text.length() >= kLeastLength) {
+          shorter != cores_.end() && core.text.length() > kLeastLength) {
         return shorter->second;
       }
       if (const auto other = rests_.find(rest); other != rests_.end()) return other->second;

@@ -17,9 +17,8 @@ constexpr double kLeastOfGlass = 0.7F;
 /// A coating for low emissivity emits no more.
 constexpr double kMostOfCoating = 0.5;
 
-std::optional<double> known(double ofDatabase, float ofFile) {
-  if (ofDatabase > 0) return ofDatabase;
-  return ofFile > 0 ? std::optional<double>(ofFile) : std::nullopt;
+std::optional<double> known(double stated) {
+  return stated > 0 ? std::optional(stated) : std::nullopt;
 }
 
 struct Side {
@@ -43,10 +42,9 @@ std::array<Side, 2> sidesOf(const GlazingData& pane) {
                 surface.coating == optics::Coating::coated,
                 emissivity};
   };
-  return {side("front", "emissivity_front", "ef", surfaces.front,
-               known(pane.ORV_Emissivity_front(), pane.ef())),
-          side("back", "emissivity_back", "eb", surfaces.back,
-               known(pane.ORV_Emissivity_back(), pane.eb()))};
+  return {
+      side("front", "emissivity_front", "ef", surfaces.front, known(pane.ORV_Emissivity_front())),
+      side("back", "emissivity_back", "eb", surfaces.back, known(pane.ORV_Emissivity_back()))};
 }
 
 /// Where no emissivity is stated, that of the spectrum.
@@ -138,16 +136,12 @@ std::vector<Fault> notAFraction(const AuditedPane& pane) {
   const GlazingData& record = pane.record();
   const Quantity all[] = {{"emissivity_front", record.ORV_Emissivity_front()},
                           {"emissivity_back", record.ORV_Emissivity_back()},
-                          {"emissivity_front", record.ef()},
-                          {"emissivity_back", record.eb()},
                           {"TfIR", record.TfIR()},
                           {"TbIR", record.TbiR()}};
   constexpr double kNotSet = -1;
   std::vector<Fault> faults;
   for (const Quantity& each : all) {
     if (each.value == kNotSet || (each.value >= 0 && each.value <= 1)) continue;
-    const bool isTold = std::ranges::find(faults, each.field, &Fault::field) != faults.end();
-    if (isTold) continue;
     faults.push_back({.field = each.field,
                       .value = shortNumber(each.value),
                       .expected = "0 to 1",

@@ -77,7 +77,8 @@ class Work {
 
   RecordSet read(const Node& node, RecordKind kind) {
     session_.ui.status("Reading " + node->text() + "...");
-    const bool wantsCurves = choice_.hasAnyCurve(kind) || options_.match == Match::spectrum;
+    const bool wantsCurves = choice_.hasAnyCurve(kind) || options_.match == Match::spectrum ||
+                             (kind == RecordKind::panes && choice_.has(kFilmField));
     RecordSet set = readRecordSet({.session = session_,
                                    .node = node,
                                    .kind = kind,

@@ -25,10 +25,10 @@ Cell plain(const GlazingData& pane) {
   return store::Value((pane.*member)());
 }
 
-/// As a copy stores it.
+/// As a copy stores it; one of the two is there.
 Cell description(const GlazingData& pane) {
-  const bool isAppearance = pane.description().empty() && !pane.Appearance().empty();
-  return store::Value(isAppearance ? "Appearance: " + pane.Appearance() : pane.description());
+  return store::Value(pane.description().empty() ? "Appearance: " + pane.Appearance()
+                                                 : pane.description());
 }
 
 /// Which panes hold in single precision.
@@ -60,7 +60,7 @@ const std::vector<PaneField>& paneFields() {
       {{"frozen", "freeze"}, plain<&P::ORV_Frozen>},
       {{"single layer", "single_layer"}, plain<&P::single_layer>},
       {{"spectral pane", "spectral_pane"}, plain<&P::spectral_pane>},
-      {{"with and without film", "with_and_without_film"}, plain<&P::with_and_without_film>},
+      {{kFilmField, "with_and_without_film"}, plain<&P::with_and_without_film>},
       {{"film on outdoor side", "film_outdoor_side"}, plain<&P::film_outdoor_side>},
       {{"data at 0, 30 and 60 degrees", "0_30_60"}, plain<&P::Use_0_30_60>},
       {{"use estimation", "use_estimation"}, plain<&P::use_estimation>},

@@ -32,6 +32,8 @@ const std::vector<Field>& fieldsOf(RecordKind kind);
 /// The position of the field of a column. Raises nothing: there is such a field.
 std::size_t positionOf(RecordKind kind, std::string_view column);
 inline constexpr std::string_view kFilmColumn = "with_and_without_film";
+/// The field of it, which of some sources their curves tell.
+inline constexpr const char* kFilmField = "with and without film";
 
 /// The fields of records that are read by themselves. Of the columns that such sources do not give,
 /// "Table.column", nothing is known.

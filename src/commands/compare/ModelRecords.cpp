@@ -42,10 +42,9 @@ std::optional<IntegratedRow> integratedOf(const GlazingData& pane) {
 
 void addCurves(const GlazingData& pane, std::size_t record, CurveRows& curves) {
   const auto& spectrum = pane.SpectralData();
-  if (!spectrum || spectrum->count() == 0) return;
+  if (!spectrum) return;
   const SpectralData* substrate =
       pane.HasSubstrate() ? pane.SubstrateReference()->SpectralData().get() : nullptr;
-  if (substrate != nullptr && substrate->count() != spectrum->count()) substrate = nullptr;
   CurveKey key{.record = record, .angle = pane.ORV_Angle()};
   if (pane.ORV_Direction() != database::kAnyDirection) key.direction = pane.ORV_Direction();
   for (std::int32_t i = 0; i < spectrum->count(); ++i) {

@@ -141,10 +141,8 @@ class PairMaker {
       // More are not one name by chance, and comparing all with all would take long.
       constexpr std::size_t kMostComparisons = 1U << 16;
       if (alike.a.size() * alike.b.size() <= kMostComparisons) pairThose(alike, tools_.areSame);
-      if (a_.isOfOrvDatabase && b_.isOfOrvDatabase) {
-        pairThose(alike,
-                  [](const Record& a, const Record& b) { return a.identifiers == b.identifiers; });
-      }
+      pairThose(alike,
+                [](const Record& a, const Record& b) { return a.identifiers == b.identifiers; });
     }
     const std::size_t pairs = std::min(alike.a.size(), alike.b.size());
     for (std::size_t k = 0; k < pairs; ++k) take(alike.a[k], alike.b[k]);

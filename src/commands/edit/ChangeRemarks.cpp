@@ -133,7 +133,7 @@ std::vector<std::string> remarksOn(const std::vector<Change>& changes, EditSet s
   RemarkList remarks;
   PaneRemarks ofPanes(database, records, remarks);
   for (const Change& change : changes) {
-    if (set == EditSet::panes) ofPanes.lookAt(change, *findField(fields, change.field));
+    if (set == EditSet::panes) ofPanes.lookAt(change, fieldNamed(fields, change.field));
     if (set == EditSet::shadings) lookForSameShading(change, records, remarks, database);
   }
   return remarks.take();

@@ -14,21 +14,8 @@
 
 namespace orv::commands::edit {
 
-namespace {
-
-bool areSame(const store::Value& a, const store::Value& b) {
-  if (a == b) return true;
-  const auto isNumber = [](const store::Value& value) {
-    return value.getIf<float>() || value.getIf<double>() || value.getIf<std::int32_t>();
-  };
-  return isNumber(a) && isNumber(b) && a.toDouble() == b.toDouble();
-}
-
-}  // namespace
-
-const EditField* findField(const std::vector<EditField>& fields, const std::string& name) {
-  const auto found = std::ranges::find(fields, name, &EditField::name);
-  return found == fields.end() ? nullptr : &*found;
+const EditField& fieldNamed(const std::vector<EditField>& fields, const std::string& name) {
+  return *std::ranges::find(fields, name, &EditField::name);
 }
 
 Review ChangeReview::of(const std::vector<Change>& changes) {
@@ -48,36 +35,26 @@ Review ChangeReview::of(const std::vector<Change>& changes) {
 /// A change by itself.
 void ChangeReview::lookAt(const std::vector<Change>& changes, std::size_t at) {
   const Change& change = changes[at];
-  const EditField* field = findField(fields_, change.field);
-  if (!field) {
-    review_.refusals.push_back({at, fmt::format("There is no field \"{}\".", change.field)});
-    return;
-  }
-  if (field->perAngle != change.angle.has_value()) {
-    const char* what = field->perAngle ? "has a value for each angle: say at which"
-                                       : "does not depend on the angle";
-    review_.refusals.push_back({at, fmt::format("{} {}.", field->name, what)});
-    return;
-  }
+  const EditField& field = fieldNamed(fields_, change.field);
   store::Value present;
   try {
-    present = records_.value(change.record, *field, change.angle);
+    present = records_.value(change.record, field, change.angle);
   } catch (const Error& error) {
     if (error.number() != kInvalidCall) throw;
     review_.refusals.push_back({at, error.description()});
     return;
   }
-  if (!areSame(present, change.before)) {
+  if (present != change.before) {
     review_.refusals.push_back(
         {at,
-         fmt::format("{} has been changed meanwhile: it is \"{}\" now, and was \"{}\".",
-                     field->name, fieldText(present), fieldText(change.before)),
+         fmt::format("{} has been changed meanwhile: it is \"{}\" now, and was \"{}\".", field.name,
+                     fieldText(present), fieldText(change.before)),
          present});
     return;
   }
-  std::string reason = valueRefusal(*field, change.after);
+  std::string reason = valueRefusal(field, change.after);
   if (reason.empty() && change.after.getIf<std::string>()) {
-    reason = nameRefusal(*field, *change.after.getIf<std::string>());
+    reason = nameRefusal(field, *change.after.getIf<std::string>());
   }
   if (!reason.empty()) review_.refusals.push_back({at, reason});
 }

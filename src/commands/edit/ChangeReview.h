@@ -42,8 +42,8 @@ class ChangeReview {
   Review review_;
 };
 
-/// The field of this name; null where there is none.
-const EditField* findField(const std::vector<EditField>& fields, const std::string& name);
+/// The field of this name, of fields that have one of it.
+const EditField& fieldNamed(const std::vector<EditField>& fields, const std::string& name);
 
 /// What the changes make untrue elsewhere, a sentence each.
 std::vector<std::string> remarksOn(const std::vector<Change>& changes, EditSet set,

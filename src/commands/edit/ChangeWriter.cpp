@@ -29,11 +29,9 @@ std::int32_t keyOf(const Session& session, store::Connection& database, EditSet 
 /// The one row of values at an angle.
 database::RecordsetPtr openAngle(store::Connection& database, EditSet set, std::int32_t record,
                                  std::int16_t angle) {
-  auto row = database::openForChange(
+  return database::openForChange(
       database, fmt::format("SELECT * FROM {} WHERE {} = {} AND angle = {}", angleTable(set),
                             designOf(set).key, record, angle));
-  if (row->eof()) throw Error(kInvalidCall, "The values at this angle have been deleted.");
-  return row;
 }
 
 }  // namespace
@@ -49,7 +47,7 @@ void writeChanges(const Session& session, store::Connection& database, EditSet s
     auto row = angle ? openAngle(database, set, record, *angle)
                      : database::findRecord(database, design.table, design.key, record);
     for (const Change* change : ofRow) {
-      const EditField& field = *findField(fields, change->field);
+      const EditField& field = fieldNamed(fields, change->field);
       row->setValue(field.column, field.choices
                                       ? store::Value(keyOf(session, database, *field.choices,
                                                            change->after.toText()))

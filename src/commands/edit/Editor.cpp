@@ -126,12 +126,12 @@ Change Editor::change(StoredRecords& records, std::int32_t record, const FieldPl
   Change change{record, field.name, place.angle, {}, {}};
   if (field.perAngle && !change.angle) {
     const auto angles = records.angles(record);
-    if (angles.size() != 1) {
+    if (angles.size() > 1) {
       throw Error(kInvalidCall,
                   fmt::format("The {} {} has values at {} angles: say at which, as in \"{} at 0\".",
                               designOf(set_).one, record, angles.size(), field.name));
     }
-    change.angle = angles.front();
+    change.angle = angles.empty() ? std::int16_t{0} : angles.front();
   }
   change.before = records.value(record, field, change.angle);
   const bool staysEmpty = trimmed(text).empty() && fieldText(change.before).empty();

@@ -71,7 +71,7 @@ std::string textRefusal(const EditField& field, const std::string& text) {
 }
 
 std::string numberRefusal(const EditField& field, double number) {
-  if ((field.least && number < *field.least) || (field.most && number > *field.most)) {
+  if (number < *field.least || number > *field.most) {
     return fmt::format("{} is {}, and {} is not.", field.name, limitsOf(field), numberText(number));
   }
   if (field.type == FieldType::whole && number != std::floor(number)) {

@@ -101,7 +101,10 @@ void PendingEdits::redo() {
 void PendingEdits::overrideOthers() {
   const std::vector<Change> all = changes();
   for (const Refusal& refusal : review_.refusals) {
-    if (refusal.present) before_[keyOf(all[refusal.change])] = *refusal.present;
+    if (!refusal.present) continue;
+    const Key key = keyOf(all[refusal.change]);
+    before_[key] = *refusal.present;
+    put(key, wanted(key));
   }
   lookAgain();
 }
