@@ -51,7 +51,7 @@ std::set<std::optional<double>> anglesOf(const Record& a, const Record& b) {
   if (angles.size() < 2 || angles.erase(std::nullopt) == 0) return angles;
   // One of them tells its angles, and the other does not.
   for (const Record* record : {&a, &b}) {
-    if (record->curves.front().angle) continue;
+    if (record->curves.empty() || record->curves.front().angle) continue;
     angles.insert(kUsualAngle);
     for (const IntegratedRow& row : record->integrated.value_or(std::vector<IntegratedRow>())) {
       angles.insert(row.angle);
