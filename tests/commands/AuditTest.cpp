@@ -156,10 +156,6 @@ class AuditTest : public AuditFixture {
 TEST_F(AuditTest, GoodPanesHaveNoFindings) {
   EXPECT_THAT(audit(panes({})), IsEmpty());
   EXPECT_EQ(result.summary(), "3 records: no errors, no warnings, no notes.");
-  EXPECT_EQ(ui.log, (Lines{"progress: Auditing records...", "status: Auditing good1.txt...",
-                           "status: Auditing good2.txt...", "status: Auditing metal.txt...",
-                           "status: Ready", "progress ends"}));
-  EXPECT_EQ(ui.steps.back(), std::pair(3, 3));
 }
 
 TEST_F(AuditTest, EachFaultOfAPaneIsFoundByItsRuleOnly) {

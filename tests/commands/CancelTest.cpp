@@ -70,8 +70,10 @@ class CancelTest : public CommandsTest {
       const auto result = copyAll(records, to_);
       return fmt::format("{} {}", result.cancelled, result.summary(true)) + tables(to_);
     }
-    if (work == "delete") {
-      ui.answers = {commands::Answer::yes};
+    if (work == "delete" || work == "keep" || work == "think") {
+      ui.answers = {work == "delete" ? commands::Answer::yes
+                    : work == "keep" ? commands::Answer::no
+                                     : commands::Answer::cancel};
       const auto result = commands::deleteRecords(session, selectAll(records), records);
       return fmt::format("{} {}", result.cancelled, result.summary(true)) + tables(full_);
     }

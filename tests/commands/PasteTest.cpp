@@ -11,9 +11,6 @@ using commands::TextFileKind;
 
 using Log = std::vector<std::string>;
 
-const std::string kAskGroup =
-    "input (ORV database manager): Supply a new groupname for all of these records: []";
-
 class PasteTest : public CommandsTest {
  protected:
   commands::PasteResult paste(const sources::RecordSelection& selection, const Node& to) {
@@ -43,33 +40,6 @@ TEST_F(PasteTest, ReservedGroupNamesAreTakenWhereThatIsAllowed) {
   session.strictGroupNames = false;
   ui.inputs = {"TARVEN"};
   EXPECT_EQ(paste(selectAll(files), database).copied, 1);
-}
-
-TEST_F(PasteTest, APaneIsReadAndWrittenOnceAnAngleAndTheGroupAskedForOnce) {
-  const auto source = newDatabase("source.mdb");
-  const auto panes = recordSet(source, RecordKind::panes);
-  for (const std::int16_t angle : {0, 30}) {
-    session.database.InsertPane(*withSubstrate(makePane("pane", angle)), *source->ADOConnection());
-  }
-  session.database.InsertPane(*makePane("other"), *source->ADOConnection());
-  const auto database = newDatabase();
-  ui.inputs = {"Glass"};
-  const auto result = paste(selectAll(panes), recordSet(database, RecordKind::panes));
-  EXPECT_EQ(result.copied, 2);
-  EXPECT_EQ(ui.log,
-            (Log{"progress: Pasting records...", "progress: Opening database...",
-                 "status: Reading 1...", "status: Reading pane, angle = 0 degrees...", kAskGroup,
-                 "status: Writing pane angle = 0 degrees...", "status: Reading 1...",
-                 "status: Reading pane, angle = 30 degrees...",
-                 "status: Writing pane angle = 30 degrees...", "status: Reading 2...",
-                 "status: Reading other, angle = 0 degrees...",
-                 "status: Writing other angle = 0 degrees...", "status: Ready", "progress ends"}));
-  EXPECT_EQ(ui.steps.back(), std::pair(2, 2));
-  EXPECT_EQ(rowsOf(*database->ADOConnection(),
-                   "SELECT name, angle, GroupName FROM (Pane INNER JOIN Pane_integrated_data ON "
-                   "Pane.PaneID = Pane_integrated_data.PaneID) INNER JOIN Groups ON Pane.groupID = "
-                   "Groups.GroupID ORDER BY Pane.PaneID, angle"),
-            "pane|0|Glass pane|30|Glass other|0|Glass");
 }
 
 TEST_F(PasteTest, TheCopyOutlivesItsSourceInTheList) {
