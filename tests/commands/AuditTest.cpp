@@ -170,14 +170,6 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
   }
 }
 
-TEST_F(AuditTest, AProductOfAShadingIsNoFault) {
-  std::filesystem::create_directory(folder.path() / "products");
-  folder.write("products/blind.json", R"({"type": "SHADING", "name": "Blind"})");
-  folder.write("products/none.json", R"({"type": "GLAZING", "name": "None"})");
-  EXPECT_THAT(linesOf(audit(opener.openAny((folder.path() / "products").string()))),
-              ElementsAre("not-read blind.json", "unreadable none.json"));
-}
-
 TEST_F(AuditTest, ASpectrumOfSeveralAnglesIsOnlyNoted) {
   ORV_NEEDS_CORPUS();
   const auto path = folder.path() / "old.mdb";

@@ -170,6 +170,9 @@ TEST_F(EditTest, ColumnsOfTheListHaveFieldsAndNamesToChooseFrom) {
   EXPECT_EQ(panes.fieldOfColumn("groupname")->name, "group");
   EXPECT_EQ(panes.fieldOfColumn("PaneID"), nullptr);
   EXPECT_EQ(panes.fieldOfColumn(""), nullptr) << "values at each angle are in no column";
+  const auto lean = remade(node, "acceptance Pane_integrated_data.reflection_UV_indoor");
+  EXPECT_EQ(Editor(session, lean->ADOConnection(), EditSet::panes).fields().size() + 2,
+            panes.fields().size());
   session.database.InsertGroup("early", dc);
   const Lines names{"Demo", "early", "Frames", "Unknown"};
   EXPECT_EQ(panes.choices(*panes.fieldOfColumn("GroupName")), names);

@@ -20,9 +20,10 @@ constexpr std::size_t kFirstOfSubstrate = 3;
 /// Where a copy puts a spectrum for which no angle is told.
 constexpr double kUsualAngle = 0;
 
+/// Of a record with integrated values.
 bool hasRowAt(const Record& record, double angle) {
-  return record.integrated && std::ranges::find(*record.integrated, angle, &IntegratedRow::angle) !=
-                                  record.integrated->end();
+  return std::ranges::find(*record.integrated, angle, &IntegratedRow::angle) !=
+         record.integrated->end();
 }
 
 /// Whether a record has one spectrum for all of its angles, and this is one of them.
