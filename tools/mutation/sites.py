@@ -250,7 +250,9 @@ class Finder:
             self.keyword = [start, start + len('constexpr'), 'inline const' if member else 'const']
             self.left = FAULTS_OF_A_TABLE
         for child in cursor.get_children():
-            if child.extent.start.offset >= cursor.location.offset and child.kind.is_expression():
+            before = self.between(cursor.location.offset, max(cursor.location.offset, child.extent.start.offset))
+            is_bound = before.rstrip().endswith('[')  # of an array, which the compiler settles
+            if before and child.kind.is_expression() and not is_bound:
                 self.visit(child)
         self.keyword, self.left = outer
 
