@@ -30,11 +30,8 @@ void deleteRecord(Session& session, const sources::datasource& node,
     case DataType::orv3Frames:
       session.database.DeleteFrame(recordNumber(identifier), connection);
       break;
-    case DataType::orv3Shadings:
+    default:  // orv3Shadings
       session.database.DeleteShading(recordNumber(identifier), connection);
-      break;
-    default:
-      break;
   }
 }
 
