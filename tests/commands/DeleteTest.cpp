@@ -27,8 +27,8 @@ class DeleteTest : public CommandsTest {
 TEST_F(DeleteTest, DeletesAfterAConfirmation) {
   ui.answers = {Answer::yes};
   const auto result = commands::deleteRecords(session, select(panes_, {"1", "3"}), panes_);
-  EXPECT_EQ(result.deleted, 2);
-  EXPECT_EQ(ui.steps.back(), std::pair(2, 2));
+  EXPECT_EQ(ui.steps, (std::vector<std::pair<int, int>>{{0, 2}, {1, 2}, {2, 2}}));
+  EXPECT_EQ(result.summary(true), "2 records deleted, 0 failed.");
   EXPECT_EQ(ui.log, (Log{kConfirm, "progress: Deleting records...", "status: Opening database...",
                          "status: Deleting 1...", "status: Deleting 3...", "status: Ready",
                          "progress ends"}));
