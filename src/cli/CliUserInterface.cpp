@@ -59,16 +59,11 @@ std::vector<Choice> choicesOf(Buttons buttons) {
     case Buttons::yesNoCancel:
       return {{'y', "yes", Answer::yes}, {'n', "no", Answer::no}, {'c', "cancel", Answer::cancel}};
     case Buttons::abortRetryIgnore:
-      return {{'a', "abort", Answer::abort},
-              {'r', "retry", Answer::retry},
-              {'i', "ignore", Answer::ignore}};
+      break;
   }
-  return {};
-}
-
-/// The answer when nobody can be asked: the one that changes least and lets the work go on.
-Answer unaskedAnswer(Buttons buttons) {
-  return buttons == Buttons::abortRetryIgnore ? Answer::ignore : Answer::no;
+  return {{'a', "abort", Answer::abort},
+          {'r', "retry", Answer::retry},
+          {'i', "ignore", Answer::ignore}};
 }
 
 /// Reads lines until one is an answer; the end of the input gives up.
@@ -104,7 +99,6 @@ void CliUserInterface::status(const std::string& text) {
 }
 
 void CliUserInterface::beginProgress(const std::string& text) {
-  working_ = true;
   done_ = total_ = 0;
   interrupts_.emplace();
   progressText(text);
@@ -123,12 +117,11 @@ void CliUserInterface::progressSteps(int done, int total) {
 
 void CliUserInterface::endProgress() {
   clear();
-  working_ = false;
   interrupts_.reset();
 }
 
 bool CliUserInterface::cancelled() {
-  return interrupts_ && Interrupts::happened();
+  return Interrupts::happened();
 }
 
 void CliUserInterface::message(commands::MessageKind kind, const std::string& text,
@@ -137,16 +130,17 @@ void CliUserInterface::message(commands::MessageKind kind, const std::string& te
   print("orv: " + text);
 }
 
+/// Where nobody can be asked, the answer is the one that changes least and lets the work go on.
 Answer CliUserInterface::ask(const commands::Question& question) {
   if (question.buttons == Buttons::yesNoCancel && answers_.yes) return Answer::yes;
   const bool asks = canAsk();
   print(asks ? question.text : "orv: " + question.text);
-  return asks ? readAnswer(question) : unaskedAnswer(question.buttons);
+  if (asks) return readAnswer(question);
+  return question.buttons == Buttons::abortRetryIgnore ? Answer::ignore : Answer::no;
 }
 
 std::string CliUserInterface::input(const commands::InputRequest& request) {
   if (!answers_.group.empty()) return answers_.group;
-  if (!canAsk()) return {};
   clear();
   const InterruptsEnd interruptsEnd;
   std::cerr << request.prompt << ' ' << std::flush;
@@ -172,14 +166,14 @@ bool CliUserInterface::acceptRisk(const std::string& warning) {
 }
 
 void CliUserInterface::draw() {
-  if (!showsBar_ || !working_ || answers_.quiet) return;
+  if (!showsBar_ || answers_.quiet) return;
   const int filled = total_ > 0 ? done_ * kBarWidth / total_ : 0;
   steer(fmt::format("\r\033[K[{:.<{}}] {}/{} {}", std::string(filled, '#'), kBarWidth, done_,
                     total_, shortened(oneLine(text_))));
 }
 
 void CliUserInterface::clear() {
-  if (showsBar_ && working_) steer("\r\033[K");
+  if (showsBar_ && interrupts_ && !answers_.quiet) steer("\r\033[K");
 }
 
 /// Above the bar, which is drawn again with the next text.

@@ -58,7 +58,6 @@ class CliUserInterface : public commands::UserInterface {
 
   Answers answers_;
   bool showsBar_;
-  bool working_ = false;
   std::string text_;
   int done_ = 0;
   int total_ = 0;

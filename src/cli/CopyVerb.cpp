@@ -106,7 +106,7 @@ class CopyVerb : public Verb {
     }
     commands::PasteResult total;
     std::optional<commands::HistoryScope> history;
-    if (nodes.size() > 1 && destination->ADOConnection()) {
+    if (nodes.size() > 1) {
       history.emplace(console.ui, *destination->ADOConnection(),
                       "Copy the records of " + counted(nodes.size(), "source"));
     }
@@ -199,8 +199,7 @@ class CopyVerb : public Verb {
     if (!identifiers.empty() || source_.hasConditions()) {
       throw wrongUse("--changed chooses the records by itself: leave identifiers and --where out.");
     }
-    if (!destination->ADOConnection() ||
-        destination->DataType() != sources::DataType::orvDatabase3) {
+    if (destination->DataType() != sources::DataType::orvDatabase3) {
       throw wrongUse("Changes can only be copied into an ORV database of version 3.0.0.");
     }
     commands::PasteOptions pasting = options();

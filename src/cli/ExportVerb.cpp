@@ -61,7 +61,6 @@ class ExportVerb : public Verb {
       throw wrongUse("Where to write has to be given: --to FOLDER or --single FILE.");
     }
     const Node node = source_.openRecordSet(console);
-    refuseOthersThanPanes(*node, !file.empty());
     console.ui.answers(answers_);
     const auto records = source_.select(console, node, identifiers_);
     return file.empty() ? exportSeparately(console, records)
@@ -69,19 +68,9 @@ class ExportVerb : public Verb {
   }
 
  private:
-  void refuseOthersThanPanes(const sources::datasource& node, bool isOneFile) const {
-    const auto kind = commands::recordKind(node);
-    if (kind == commands::RecordKind::frames) {
-      throw wrongUse("Frames cannot be written as files, only panes and shadings.");
-    }
-    if (kind == commands::RecordKind::shadings &&
-        (isOneFile || options_.form != ExportForm::text)) {
-      throw wrongUse("Shadings are written as text files only, each into one of its own.");
-    }
-  }
-
   ExitCode exportSeparately(Console& console, const sources::RecordSelection& records) {
-    const auto result = commands::exportRecords(console.session, records, options_);
+    const auto result =
+        usedRightly([&] { return commands::exportRecords(console.session, records, options_); });
     for (const std::string& file : result.files) std::cout << file << '\n';
     if (!answers_.quiet) {
       tell(result);

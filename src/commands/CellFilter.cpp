@@ -24,10 +24,8 @@ std::optional<double> numberIn(std::string_view text) {
 
 /// A field in single precision stands for the number that its shortest text says.
 double numberOf(const store::Value& value) {
-  if (value.getIf<float>() != nullptr) {
-    if (const auto number = numberIn(value.toText())) return *number;
-  }
-  return value.toDouble();
+  const double number = value.toDouble();
+  return value.getIf<float>() != nullptr ? numberIn(value.toText()).value_or(number) : number;
 }
 
 }  // namespace
@@ -77,7 +75,7 @@ bool CellFilter::accepts(const store::Value& value, int digits) const {
   }
   switch (kind_) {
     case Kind::all:
-      return true;
+      break;
     case Kind::range: {
       if (!isNumber(value)) return false;
       const double number = numberOf(value);

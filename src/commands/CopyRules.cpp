@@ -92,13 +92,9 @@ std::vector<std::string> lossesAmong(const Unbrought<Record> (&table)[count],
   return names;
 }
 
-/// Where databases of version 2.0.1 have the text itself in place of a key.
-bool isGivenAsText(const std::string& table, const std::string& column,
-                   const std::vector<store::ColumnInfo>& there) {
-  const bool isFrameType = table == "Frame" && column == "FrameTypeID";
-  return isFrameType && std::ranges::any_of(there, [](const store::ColumnInfo& each) {
-           return equalIgnoringCase(each.name, "material_type");
-         });
+/// Databases of version 2.0.1 have the text itself in place of a key.
+bool isGivenAsText(const std::string& table, const std::string& column) {
+  return table == "Frame" && column == "FrameTypeID";
 }
 
 }  // namespace
@@ -150,7 +146,7 @@ std::set<std::string> columnsNotGiven(const sources::datasource& recordSet) {
       const bool isThere = std::ranges::any_of(there, [&](const store::ColumnInfo& each) {
         return equalIgnoringCase(each.name, column.name);
       });
-      const bool isGiven = isThere || isGivenAsText(design.name, column.name, there);
+      const bool isGiven = isThere || isGivenAsText(design.name, column.name);
       if (!isGiven) missing.insert(design.name + "." + column.name);
     }
   }

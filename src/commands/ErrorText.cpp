@@ -7,6 +7,7 @@ namespace orv::commands {
 
 namespace {
 
+/// Of the numbers that are raised without a description.
 std::string standardText(std::int32_t number) {
   switch (number) {
     case kInvalidCall:
@@ -15,16 +16,6 @@ std::string standardText(std::int32_t number) {
       return "Overflow";
     case kSubscriptOutOfRange:
       return "Subscript out of range";
-    case kTypeMismatch:
-      return "Type mismatch";
-    case kFileNotFound:
-      return "File not found";
-    case kDeviceIo:
-      return "Device I/O error";
-    case kPermissionDenied:
-      return "Permission denied";
-    case kInvalidUseOfNull:
-      return "Invalid use of Null";
     default:
       return "Error " + std::to_string(number);
   }

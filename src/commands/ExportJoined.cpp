@@ -61,9 +61,7 @@ std::string paneText(const Session& session, GlazingData& pane, JoinedExport& re
 
 JoinedExport exportJoined(Session& session, const sources::RecordSelection& records,
                           ExportForm form) {
-  if (requireExportable(records, form) != RecordKind::panes) {
-    throw Error(kInvalidCall, "Only panes can be written into one file.");
-  }
+  requireExportable(records, form, true);
   JoinedExport result;
   const RecordReader reader(session, records.DataSourcePtr());
   std::vector<DataSet> sets;

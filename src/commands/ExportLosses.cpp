@@ -24,7 +24,7 @@ std::vector<std::string> exportLossesOf(GlazingData& pane) {
   };
   const bool hasGroup =
       !pane.group().empty() && pane.group() != kUnknown && pane.group() != kNotApplicable;
-  add("integrated values", hasIntegratedData(pane) && !lacksIntegratedValues(pane));
+  add("integrated values", !lacksIntegratedValues(pane));
   add("curve of the substrate", pane.HasSubstrate() && pane.SubstrateReference()->SpectralData());
   add("laminate", !pane.LaminateFilename().empty() || !pane.LaminateMaterial().empty());
   add("date of the IGDB checksum", pane.IGDBChecksumDate().has_value());

@@ -101,15 +101,16 @@ class Export {
 
 }  // namespace
 
-RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form) {
+RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form,
+                             bool isOneFile) {
   const auto kind = recordKind(*records.DataSourcePtr());
-  if (!kind || kind == RecordKind::frames) {
+  if (kind == RecordKind::frames) {
     throw Error(kInvalidCall, "Frames cannot be written as files, only panes and shadings.");
   }
-  if (kind == RecordKind::shadings && form != ExportForm::text) {
-    throw Error(kInvalidCall, "Shadings can be written as text files only.");
+  if (kind == RecordKind::shadings && (isOneFile || form != ExportForm::text)) {
+    throw Error(kInvalidCall, "Shadings are written as text files only, each into one of its own.");
   }
-  return *kind;
+  return kind.value();
 }
 
 std::vector<std::int16_t> requireAngles(const RecordReader& reader, const std::string& identifier) {
@@ -142,7 +143,7 @@ std::shared_ptr<GlazingData> paneForFile(const RecordReader& reader, const std::
 
 ExportResult exportRecords(Session& session, const sources::RecordSelection& records,
                            const ExportOptions& options) {
-  const RecordKind kind = requireExportable(records, options.form);
+  const RecordKind kind = requireExportable(records, options.form, false);
   return Export(session, records, options).run(records, kind);
 }
 

@@ -13,8 +13,10 @@
 
 namespace orv::commands {
 
-/// What the records are. Raises kInvalidCall for those that no file of the form can hold.
-RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form);
+/// What the records are. Raises kInvalidCall for those that no file of the form can hold, or not
+/// several in one.
+RecordKind requireExportable(const sources::RecordSelection& records, ExportForm form,
+                             bool isOneFile);
 
 /// The angles of a pane; raises kInvalidCall where there is none, and kRetrievalFailed where there
 /// is no such pane.

@@ -24,7 +24,7 @@ std::string portable(std::string name) {
 std::string extensionOf(const std::string& name) {
   constexpr std::size_t kLongest = 4;
   const std::size_t dot = name.rfind('.');
-  if (dot == std::string::npos || dot == 0) return {};
+  if (dot == std::string::npos) return {};
   const std::string extension = name.substr(dot);
   const bool isOne = extension.size() > 1 && extension.size() <= 1 + kLongest &&
                      std::isalpha(static_cast<unsigned char>(extension[1])) != 0 &&

@@ -26,9 +26,9 @@ class NearSpectra {
     cells_[{place, cellOf(means)}].push_back(std::move(item));
   }
 
+  /// Of one that was added.
   void remove(const Place& place, const CurveMeans& means, const Item& item) {
-    const auto cell = cells_.find({place, cellOf(means)});
-    if (cell != cells_.end()) std::erase(cell->second, item);
+    std::erase(cells_.at({place, cellOf(means)}), item);
   }
 
   /// Shows those that may be alike, until `look` is true of one; whether it was.

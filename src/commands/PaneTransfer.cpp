@@ -187,7 +187,7 @@ class PaneTransfer {
     }
     noteUnread(identifier, panes, how);
     const auto replaced = work_.session().database.ReplacePane(panes, how, work_.destination());
-    if (isByComparison && replaced.wasThere) isIntegrated_ &= replaced.tookComputed;
+    if (isByComparison) isIntegrated_ &= replaced.tookComputed;
     for (const PanePtr& each : panes) work_.wrote(nameOf(*each), identifier);
     if (!replaced.otherAngles.empty()) {
       others_.emplace_back(panes.front()->filename(), replaced.otherAngles);

@@ -18,9 +18,7 @@ namespace {
 /// The node itself; for a database of version 3.0.0 its record set of the kind of the records.
 Node resolveDestination(const Node& current, const Node& source) {
   if (!current || current->DataType() != DataType::orvDatabase3) return current;
-  const auto kind = recordKind(*source);
-  const Node recordSet = kind ? recordSetOf(current, *kind) : nullptr;
-  return recordSet ? recordSet : current;
+  return recordSetOf(current, recordKind(*source).value());
 }
 
 /// Why records of `source` cannot be copied to `destination`; empty when they can.

@@ -39,12 +39,9 @@ const char* setName(RecordKind kind) {
 }
 
 std::string countedRecords(const sources::datasource& node, std::int32_t count) {
-  const auto kind = recordKind(node);
-  const char* one = !kind                         ? "record"
-                    : *kind == RecordKind::panes  ? "pane"
-                    : *kind == RecordKind::frames ? "frame"
-                                                  : "shading";
-  return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+  std::string several = setName(recordKind(node).value());
+  if (count == 1) several.pop_back();
+  return std::to_string(count) + " " + several;
 }
 
 std::shared_ptr<sources::datasource> recordSetOf(const std::shared_ptr<sources::datasource>& node,

@@ -90,10 +90,8 @@ const char* identifierColumn(sources::DataTypeCode type) {
     case DataType::orv2Shadings:
     case DataType::orv3Shadings:
       return "Shading_id";
-    case DataType::optics5Panes:
+    default:  // optics5Panes
       return "FileName";
-    default:
-      return "";
   }
 }
 

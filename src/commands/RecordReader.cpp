@@ -295,16 +295,14 @@ std::unique_ptr<store::Recordset> RecordReader::rowsOf(const char* table, std::i
 
 std::vector<std::string> RecordReader::unreadColumns(const std::string& identifier,
                                                      const GlazingData& pane) const {
+  if (!isOrvPanes()) return {};
   std::vector<std::string> unread;
-  if (!isOrvPanes()) return unread;
   const std::int32_t id = recordNumber(identifier);
   const auto holdsSomething = [](const store::Recordset& row, const char* column) {
     const auto field = database::findField(row, column);
     return field && database::FieldToDouble(row.value(*field)) != 0;
   };
-  if (const auto row = rowsOf("Pane", id); !row->eof() && holdsSomething(*row, "Ra")) {
-    unread.emplace_back(kColourRendering);
-  }
+  if (holdsSomething(*rowsOf("Pane", id), "Ra")) unread.emplace_back(kColourRendering);
   if (!pane.HasSubstrate()) return unread;
   for (const auto row = rowsOf("Pane_spectral_data", id); !row->eof(); row->moveNext()) {
     if (!holdsSomething(*row, "reflection_sub")) continue;
@@ -380,7 +378,6 @@ std::string RecordReader::storedGroup(const std::string& identifier) const {
       return {};
   }
   const auto row = connection().openRecordset(statement + std::to_string(recordNumber(identifier)));
-  if (row->eof()) return {};
   return database::GroupNameById(database::FieldToLong(row->value(std::size_t{0})), connection());
 }
 

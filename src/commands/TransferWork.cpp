@@ -103,7 +103,7 @@ void TransferWork::count(Outcome outcome) {
       result_.copied += result_.cancelled ? 0 : 1;
       break;
     case Outcome::replaced:
-      result_.replaced += result_.cancelled ? 0 : 1;
+      ++result_.replaced;
       break;
     case Outcome::skipped:
       ++result_.skipped;

@@ -60,30 +60,6 @@ TEST_F(CliTest, ACheckFailsForFaultsAndListsRemarksWhenAskedTo) {
   EXPECT_NE(faulty.err.find(" and 1 remark in "), std::string::npos) << faulty.err;
 }
 
-TEST_F(CliTest, APasswordCanBeGiven) {
-  makeDatabase();
-  setPassword(folder.path() / "db.mdb", "Sesame 7");
-  orv("new to.mdb");
-  folder.write("secret", "Sesame 7\r\nsomething else\n");
-  folder.write("empty", "");
-  for (const char* arguments : {"sql db.mdb --queries", "check db.mdb", "list db.mdb",
-                                "copy db.mdb to.mdb --group G --skip-existing",
-                                "copy a.txt db.mdb --group Demo --skip-existing"}) {
-    const std::pair<const char*, int> passwords[] = {{"", 3},
-                                                     {" --password 'sesame 7'", 3},
-                                                     {" --password 'Sesame 7'", 0},
-                                                     {" --password-file secret", 0},
-                                                     {" --password-file empty", 3},
-                                                     {" --password-file absent", 3},
-                                                     {" --password-file secret --password x", 2}};
-    for (const auto& [password, exit] : passwords) {
-      EXPECT_EQ(orv(std::string(arguments) + password).exit, exit) << arguments << password;
-    }
-    EXPECT_EQ(orv(std::string(arguments) + " --password-file empty").err,
-              "orv: No password can be read from \"empty\".\n");
-  }
-}
-
 TEST_F(CliTest, ForeignSourcesCopyAsWhole) {
   ORV_NEEDS_CORPUS();
   copyFromCorpus("glazing.mdb");

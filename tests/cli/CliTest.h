@@ -25,7 +25,7 @@ class CliTest : public ::testing::Test {
   /// Runs a line of the shell in the test's folder, where `orv` is the program.
   Ended shell(const std::string& line) {
     const std::string command = "cd '" + folder.path().string() +
-                                "' && { orv() { '" ORV_PROGRAM "' \"$@\"; }; " + line +
+                                "' && { PATH='" ORV_PROGRAM_FOLDER "':$PATH; " + line +
                                 "; } >.stdout 2>.stderr </dev/null";
     const int status = std::system(command.c_str());
     return {WEXITSTATUS(status), folder.read(".stdout"), folder.read(".stderr")};

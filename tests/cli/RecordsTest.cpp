@@ -1,4 +1,4 @@
-// Records that are there, files that are not as they should be, and the choice of records.
+// A database with a damaged index.
 #include <fmt/format.h>
 
 #include <fstream>
@@ -80,53 +80,6 @@ TEST_F(RecordsTest, ADamagedIndexDoesNotHideRecords) {
   EXPECT_EQ(orv("show to.mdb 2 --spectrum --format tsv").out, before);
   EXPECT_EQ(orv("sql to.mdb \"SELECT COUNT(*) AS n FROM Pane_spectral_data\" --format tsv").out,
             fmt::format("n\n{}\n", 2 * (kPoints + 3)));
-}
-
-TEST_F(RecordsTest, PipesAreNotWaitedForAndPasswordsAreAskedFor) {
-  orv("new db.mdb");
-  for (const char* arguments :
-       {"list pipe", "sql pipe Pane", "check pipe", "copy pipe db.mdb --group G"}) {
-    const Ended run =
-        shell(std::string("[ -e pipe ] || mkfifo pipe; timeout 20 '" ORV_PROGRAM "' ") + arguments);
-    EXPECT_EQ(run.exit, 3) << arguments;
-    EXPECT_NE(run.err.find("is no file, but a pipe or a device."), std::string::npos) << run.err;
-  }
-  const Ended inside = orv("compact . new.mdb");
-  EXPECT_EQ(inside.exit, 3);
-  EXPECT_EQ(inside.err, "orv: \".\" is no file, but a folder.\n");
-  { store::Connection::create((folder.path() / "secret.mdb").string()); }
-  setPassword(folder.path() / "secret.mdb", "password");
-  for (const char* verb : {"info", "list", "sql", "tables", "check"}) {
-    const std::string call = std::string(verb) + " secret.mdb";
-    const Ended none = orv(verb == std::string("sql") ? call + " --queries" : call);
-    EXPECT_EQ(none.exit, 3) << verb;
-    EXPECT_NE(none.err.find("needs a password: give it with --password-file"), std::string::npos)
-        << none.err;
-  }
-  const Ended given = orv("list secret.mdb --password password");
-  EXPECT_NE(given.err.find("is a database, but no ORV database"), std::string::npos) << given.err;
-}
-
-TEST_F(RecordsTest, TheStandardInputIsKeptForAsLongAsItIsRead) {
-  makeDatabase();
-  std::string filmed = paneText("Filmed");
-  filmed += "{ Substrate Filename: nowhere.txt }\n";
-  folder.write("filmed.txt", filmed);
-  const Ended missing = shell("orv copy - db.mdb --name f.txt --group Demo <filmed.txt");
-  EXPECT_NE(missing.err.find("'nowhere.txt' in the folder '.'"), std::string::npos) << missing.err;
-
-  setPassword(folder.path() / "db.mdb", "Sesame 7");
-  EXPECT_EQ(shell("echo 'Sesame 7' | orv info db.mdb --password-file -").exit, 0);
-  EXPECT_EQ(shell("echo 'Sesame 8' | orv info db.mdb --password-file -").exit, 3);
-  for (int i = 0; i < kPoints * 10; ++i)
-    filmed += fmt::format("{} 0.5 0.25 0.125\n", 3 + i * 0.001);
-  folder.write("long.txt", filmed);
-  const Ended unread = shell(
-      "TMPDIR=$PWD; export TMPDIR; orv list - <a.txt; "
-      "(sleep 0.1; orv show - --spectrum <long.txt; echo $? >ended) | true; cat ended; ls -d "
-      "orv-*");
-  EXPECT_NE(unread.out.find("\n141\n"), std::string::npos) << unread.out << unread.err;
-  EXPECT_EQ(unread.exit, 2) << "nothing is left behind: " << unread.out;
 }
 
 }  // namespace

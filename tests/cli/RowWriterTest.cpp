@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "cli/RowWriter.h"
@@ -11,36 +12,36 @@ namespace {
 std::string written(Format format) {
   std::ostringstream out;
   const auto writer = makeRowWriter(format, {"id", "näme", "data"}, out);
-  writer->row({5, "a\tb\\\n\"ä\"", store::Bytes{0x0a, 0xff}});
+  writer->row({5, "a\tb\\\r\n\"ä\"", store::Bytes{0x0a, 0xff}});
   writer->row({120, store::Value(), store::Bytes(40)});
-  writer->row({store::Value(), true, store::Date{45000.75}});
+  writer->row({HUGE_VAL, true, store::Date{45000.75}});
   writer->end();
   return out.str();
 }
 
 TEST(RowWriterTest, TablesLineUpAndPutNumbersToTheRight) {
   EXPECT_EQ(written(Format::table),
-            " id  näme      data\n"
-            "---  --------  -------------------\n"
-            "  5  a b\\ \"ä\"  0x0aff\n"
-            "120            (40 bytes)\n"
-            "     True      2023-03-15 18:00:00\n");
+            " id  näme       data\n"
+            "---  ---------  -------------------\n"
+            "  5  a b\\  \"ä\"  0x0aff\n"
+            "120             (40 bytes)\n"
+            "inf  True       2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, TsvHasALineARowWhateverTheValuesHold) {
-  EXPECT_EQ(written(Format::tsv), "id\tnäme\tdata\n5\ta\\tb\\\\\\n\"ä\"\t0x0aff\n120\t\t0x" +
-                                      std::string(80, '0') + "\n\tTrue\t2023-03-15 18:00:00\n");
+  EXPECT_EQ(written(Format::tsv), "id\tnäme\tdata\n5\ta\\tb\\\\\\r\\n\"ä\"\t0x0aff\n120\t\t0x" +
+                                      std::string(80, '0') + "\ninf\tTrue\t2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, CsvQuotesWhatWouldPartFields) {
-  EXPECT_EQ(written(Format::csv), "id,näme,data\n5,\"a\tb\\\n\"\"ä\"\"\",0x0aff\n120,,0x" +
-                                      std::string(80, '0') + "\n,True,2023-03-15 18:00:00\n");
+  EXPECT_EQ(written(Format::csv), "id,näme,data\n5,\"a\tb\\\r\n\"\"ä\"\"\",0x0aff\n120,,0x" +
+                                      std::string(80, '0') + "\ninf,True,2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, JsonKeepsNumbersTruthAndNull) {
   EXPECT_EQ(written(Format::json),
             "[\n"
-            "  {\"id\": 5, \"näme\": \"a\\tb\\\\\\n\\\"ä\\\"\", \"data\": \"0x0aff\"},\n"
+            "  {\"id\": 5, \"näme\": \"a\\tb\\\\\\r\\n\\\"ä\\\"\", \"data\": \"0x0aff\"},\n"
             "  {\"id\": 120, \"näme\": null, \"data\": \"0x" +
                 std::string(80, '0') +
                 "\"},\n"
@@ -65,6 +66,7 @@ TEST(RowWriterTest, LongTablesAreWrittenWhileTheirRowsCome) {
 TEST(RowWriterTest, DatesHaveTheirTimeUnlessTheyAreNone) {
   EXPECT_EQ(cellText(store::Date{45000.0}), "2023-03-15 00:00:00");
   EXPECT_EQ(cellText(store::Date{-1e151}), "-1e+151");
+  EXPECT_EQ(cellText(store::Date{1e151}), "1e+151");
   EXPECT_EQ(cellText(store::Date{45000.25}), "2023-03-15 06:00:00");
 }
 

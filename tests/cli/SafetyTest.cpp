@@ -121,20 +121,6 @@ TEST_F(SafetyTest, ACopyWithoutRoomLeavesNoPartOfAPane) {
   EXPECT_EQ(wholePanes(), 90);
 }
 
-TEST_F(SafetyTest, AnExportWithoutRoomLeavesNoPartOfAFile) {
-  makeDatabase();
-  const Ended full = shell(
-      "mkdir -p full; echo mine >full/a.txt; trap '' XFSZ; ulimit -f 1; "
-      "orv export db.mdb --to full --overwrite");
-  EXPECT_EQ(full.exit, 1);
-  EXPECT_NE(full.err.find("a.txt' cannot be written: File too large"), std::string::npos)
-      << full.err;
-  EXPECT_EQ(shell("ls -A full").out, "a.txt\n");
-  EXPECT_EQ(folder.read("full/a.txt"), "mine\n");
-  shell("ulimit -f 1; orv export db.mdb --to killed");
-  EXPECT_EQ(shell("ls killed").out, "") << "what is seen of a file is whole";
-}
-
 TEST_F(SafetyTest, ADatabaseThatAccessHoldsIsNotChanged) {
   makeDatabase();
   folder.write("DB.LDB", std::string(64, ' '));
@@ -151,23 +137,6 @@ TEST_F(SafetyTest, ADatabaseThatAccessHoldsIsNotChanged) {
   EXPECT_NE(inUse.err.find("which another program holds"), std::string::npos) << inUse.err;
   close(held);
   EXPECT_EQ(orv("delete db.mdb 1 --yes").exit, 0);
-}
-
-TEST_F(SafetyTest, ASemicolonInThePathOfADatabaseIsRefusedBeforeAnythingIsOpened) {
-  makeDatabase();
-  fs::rename(folder.path() / "db.mdb", folder.path() / "a.mdb");
-  fs::copy_file(folder.path() / "a.mdb", folder.path() / "a.mdb;b.mdb");
-  const std::string before = folder.read("a.mdb");
-  for (const char* arguments :
-       {"delete 'a.mdb;b.mdb' 1 --yes", "copy a.txt 'a.mdb;b.mdb' --group Other",
-        "list 'a.mdb;b.mdb'", "sql 'a.mdb;b.mdb' Pane", "check 'a.mdb;b.mdb'", "new 'c;d.mdb'",
-        "new 'e;f/g.mdb'"}) {
-    const Ended run = orv(arguments);
-    EXPECT_EQ(run.exit, 3) << arguments;
-    EXPECT_NE(run.err.find("semicolon"), std::string::npos) << run.err;
-  }
-  EXPECT_EQ(folder.read("a.mdb"), before);
-  EXPECT_FALSE(fs::exists(folder.path() / "c;d.mdb"));
 }
 
 TEST_F(SafetyTest, NamesCannotSteerWhoReadsThem) {

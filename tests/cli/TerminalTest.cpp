@@ -83,7 +83,12 @@ TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
       {"edit db.mdb 2 thickness=4", {{question, "no"}}, 1, question.c_str()},
       {"delete db.mdb 1 --set groups", {{question, "no"}}, 1, question.c_str()},
       {"edit db.mdb 2 thickness=4", {{question, "YES"}}, 0, "1 change made."},
+      {"copy b.txt db.mdb --changed", {{question, "no"}}, 1, "0 records copied, then cancelled."},
+      {"delete db.mdb 1 2>err", {}, 2, ""},
+      {"copy a.txt db.mdb", {{"records: ", ""}}, 1, "0 records copied, then cancelled."},
+      {"copy a.txt db.mdb --replace", {{"records: ", ""}}, 1, "0 records copied, then cancelled."},
       {"copy a.txt db.mdb", {{"records: ", " Typed "}}, 0, "1 record copied."},
+      {"merge db.mdb 2 --set groups --into 1", {{question, "no"}}, 1, question.c_str()},
       {"list db.mdb --columns name,GroupName --format csv", {}, 0, "a.txt,Typed"},
       {"copy coated.txt db.mdb --group Demo", {{"(YES/no) ", "n"}}, 1, "copied, 1 failed."},
       {"copy coated.txt db.mdb --group Demo",
@@ -108,14 +113,15 @@ TEST_F(TerminalTest, RowsAreSpelledOutInEveryFormat) {
 }
 
 TEST_F(TerminalTest, TheBarIsDrawnAndWhatItNamesIsSpelledOut) {
-  const std::string name = "a\x1b[31m.txt";
+  const std::string name = "a\t\n\x1b[31m.txt";
   const std::string longest = "Ωμ" + std::string(60, 'x') + "ñandú.txt";
   makeDatabase();
   folder.write(name, paneText());
   const Ended copy = onTerminal("copy '" + name + "' db.mdb --group Demo");
   EXPECT_NE(copy.out.find("\r\x1b[K[#"), std::string::npos) << copy.out;
-  EXPECT_NE(copy.out.find("Writing a\\u001b[31m.txt"), std::string::npos) << copy.out;
+  EXPECT_NE(copy.out.find("Writing a  \\u001b[31m.txt"), std::string::npos) << copy.out;
   EXPECT_EQ(copy.out.find("\x1b[31m"), std::string::npos);
+  EXPECT_EQ(onTerminal("copy a.txt db.mdb --group Quiet --quiet").out, "");
   const Ended two = onTerminal("copy a.txt b.txt db.mdb --group Two");
   EXPECT_NE(two.out.find("\r\x1b[K[############............] 1/2 "), std::string::npos);
   for (const char* verb : {"compact db.mdb new.mdb", "check db.mdb"}) {

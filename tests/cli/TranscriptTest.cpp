@@ -2,10 +2,11 @@
 //
 // Behind "$ " stands a line for the shell. Its folder has a database db.mdb, the files a.txt and
 // b.txt of the panes in it, the examples, and of the databases full.mdb, old.mdb (of
-// version 2.0.1), glazing.mdb, optics5.mdb, linked.mdb and front.mdb (with linked tables) and
-// access97.mdb those that the transcript names. Below it stand the standard output, the standard
-// error with "! " before each line, and the exit status in brackets, where it is not 0; "FOLDER"
-// stands for the folder.
+// version 2.0.1), few.mdb (of that version without the tables of shadings' data), glazing.mdb,
+// optics5.mdb, secret.mdb (with the password "Sesame 7"), linked.mdb and front.mdb (with linked
+// tables) and access97.mdb those that the transcript names. Below it stand the standard output, the
+// standard error with "! " before each line, and the exit status in brackets, where it is not 0;
+// "FOLDER" stands for the folder.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -30,16 +31,17 @@ std::vector<std::string> filesWith(const std::string& extension) {
   return names;
 }
 
-/// Adds a table to the catalogue whose rows are in another database.
+/// Adds a table to the catalogue whose rows are in another database, or in none that has a name.
 void link(const store::Connection& connection, const char* name, const char* database) {
   const auto objects = connection.database().table("MSysObjects");
-  objects->insert(store::jet::systemRow(*objects, {{"Id", -2147483000},
-                                                   {"ParentId", store::jet::kTablesContainer},
-                                                   {"Name", name},
-                                                   {"Type", 6},
-                                                   {"Flags", 2097152},
-                                                   {"Database", database},
-                                                   {"ForeignName", "Origin"}}));
+  objects->insert(store::jet::systemRow(
+      *objects, {{"Id", -2147483000 - static_cast<int>(std::string(name).size())},
+                 {"ParentId", store::jet::kTablesContainer},
+                 {"Name", name},
+                 {"Type", 6},
+                 {"Flags", 2097152},
+                 {"Database", database},
+                 {"ForeignName", "Origin"}}));
 }
 
 class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std::string> {
@@ -55,7 +57,14 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
   void makeSources(const std::string& text) const {
     const auto isNamed = [&](const char* name) { return text.find(name) != std::string::npos; };
     if (isNamed("full.mdb") || isNamed("old.mdb")) {
-      makeVersion2Of(*makeFullDatabase(folder / "full.mdb"), folder / "old.mdb");
+      const auto full = makeFullDatabase(folder / "full.mdb");
+      makeVersion2Of(*full, folder / "old.mdb");
+      const NewNames missing{{"Shading_spectral_data", ""}, {"Shading_integrated_data_temp", ""}};
+      if (isNamed("few.mdb")) makeVersion2Of(*full, folder / "few.mdb", missing);
+    }
+    if (isNamed("secret.mdb")) {
+      std::filesystem::copy_file(folder / "db.mdb", folder / "secret.mdb");
+      setPassword(folder / "secret.mdb", "Sesame 7");
     }
     if (isNamed("optics5.mdb")) makeGlazingDatabase(folder / "optics5.mdb");
     if (isNamed("glazing.mdb")) {
@@ -66,6 +75,7 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
     if (isNamed("linked.mdb")) {
       const auto dc = database::CreateEmptyDatabase(folder / "linked.mdb");
       link(*dc, "Remarks", "C:\\data\\shared.mdb");
+      link(*dc, "Ledger", "");
     }
     if (isNamed("front.mdb")) {
       link(*store::Connection::create(folder / "front.mdb"), "ORVdata_version", "back.mdb");

@@ -137,6 +137,9 @@ TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {
   for (const IntegratedRow& row : rows) EXPECT_EQ(row.storing, commands::Storing::failed);
   EXPECT_EQ(result.written, 0);
   EXPECT_EQ(result.incomplete, 2);
+  const auto missing = integrate(panes(), {.stores = true, .onlyMissing = true});
+  EXPECT_EQ(missing[0].storing, commands::Storing::isThere);
+  EXPECT_EQ(missing[1].storing, commands::Storing::failed);
   EXPECT_EQ(stored(), "1|0|0.13|0.14|0.12|0.15|0.22");
 }
 

@@ -5,6 +5,7 @@
 namespace orv::test {
 namespace {
 
+using commands::IfThere;
 using commands::pasteRecords;
 using commands::RecordKind;
 using commands::TextFileKind;
@@ -40,6 +41,28 @@ TEST_F(PasteTest, ReservedGroupNamesAreTakenWhereThatIsAllowed) {
   session.strictGroupNames = false;
   ui.inputs = {"TARVEN"};
   EXPECT_EQ(paste(selectAll(files), database).copied, 1);
+}
+
+TEST_F(PasteTest, WithoutAGroupNothingIsCopiedAndWhatIsThereIsNamedOrReplaced) {
+  makeFullDatabase(folder / "full.mdb");
+  const auto full = opener.openAny(folder / "full.mdb");
+  const auto to = newDatabase();
+  const auto summary = [&](RecordKind kind, const char* group, std::optional<IfThere> ifThere) {
+    ui.inputs = {group};
+    const auto records = select(recordSet(full, kind), {"1"});
+    return pasteRecords(session, records, to, {.ifThere = ifThere}).summary();
+  };
+  for (const auto kind : {RecordKind::panes, RecordKind::frames, RecordKind::shadings}) {
+    for (const auto ifThere : {std::optional<IfThere>(), std::optional(IfThere::replace)}) {
+      EXPECT_EQ(summary(kind, "", ifThere), "0 records copied, then cancelled.");
+    }
+    EXPECT_EQ(summary(kind, "Demo", IfThere::fail), "1 record copied.");
+    EXPECT_EQ(summary(kind, "Demo", IfThere::fail), "0 records copied, 1 failed.");
+    EXPECT_NE(messages().back().find("already exists."), std::string::npos) << messages().back();
+    ui.existing = IfThere::replace;  // of shadings there may be several
+    EXPECT_EQ(summary(kind, "Demo", {}),
+              kind == RecordKind::shadings ? "1 record copied." : "0 records copied, 1 replaced.");
+  }
 }
 
 TEST_F(PasteTest, TheCopyOutlivesItsSourceInTheList) {

@@ -19,7 +19,7 @@ std::string linesOf(const std::vector<commands::DetailField>& fields) {
   return text;
 }
 
-TEST(RecordDetails, OfAPane) {
+TEST(RecordDetails, OfAPaneAndOfAFrameWithATextForAPicture) {
   const auto pane = fullPane();
   const auto layer = std::make_shared<GlazingData>();
   layer->productname("Layer");
@@ -69,6 +69,9 @@ TEST(RecordDetails, OfAPane) {
       "standard; calculated = 2011-01-26 01:00:00\n"
       "Spectrum: spectral points = 2; first wavelength = 302.5 nm; last wavelength = 302.83334 nm; "
       "spectrum of the substrate = yes");
+  FrameDataClass frame;
+  frame.pictureText("oak.bmp");
+  EXPECT_NE(linesOf(commands::frameDetails(frame)).find("; picture = oak.bmp;"), std::string::npos);
   GlazingData bare;
   bare.unit(kIP);
   bare.Thickness(0.25F);

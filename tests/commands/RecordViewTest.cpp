@@ -156,8 +156,10 @@ TEST(RecordView, SortsEachKindOfValueByItsOwnOrder) {
     for (std::size_t row = 0; row < view.count(); ++row) text += view.text(row, 0) + "|";
     return text;
   };
-  EXPECT_EQ(sorted({"b", store::Date{1.0}, 2.5, Value(), "A", -3, true}, false),
-            "|-3|1899-12-31|2.5|A|b|Yes|");
+  EXPECT_EQ(sorted({"b", store::Date{1.0}, 2.5, Value(), "A", -3, true, store::Currency{22500},
+                    store::Decimal::fromText("10.5", 3, 1)},
+                   false),
+            "|-3|1899-12-31|2.2500|2.5|10.5|A|b|Yes|");
   const std::vector<Value> numbered{"p10", "p9", "p09",  "P1",    "p",
                                     "10",  "9a", "p1.5", "p1.10", "p0"};
   EXPECT_EQ(sorted(numbered, false), "10|9a|p|p0|p09|P1|p1.10|p1.5|p10|p9|");
@@ -187,13 +189,16 @@ TEST(CellText, RoundsFractionsAndLeavesWholeNumbersAlone) {
 class RecordTableTest : public test::CommandsTest {};
 
 TEST_F(RecordTableTest, AFileThatIsGoneHasNoText) {
-  const auto files = texts(TextFileKind::panes, {{"a.txt", "text of a"}});
+  const auto files = texts(TextFileKind::panes, {{"a.txt", "text of a"}, {"b.json", "{"}});
   const auto first = files->DataSources().Item(1);
   EXPECT_EQ(nodeText(first.get()), "text of a");
+  EXPECT_EQ(nodeText(files->DataSources().Item(2).get()), "{");
   std::filesystem::remove(folder.path() / "a.txt");
   EXPECT_EQ(nodeText(first.get()), "This file could not be read.");
-  first->DataType(20);
-  EXPECT_EQ(nodeView(first.get()), NodeView::nothing);
+  for (const int unknown : {1, 20}) {
+    first->DataType(unknown);
+    EXPECT_EQ(nodeView(first.get()), NodeView::nothing);
+  }
 }
 
 TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
@@ -215,6 +220,7 @@ TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
   EXPECT_TRUE(table.columns()[named("Tf_vis stored")].isNumber);
   for (int row = 0; row < 3; ++row) EXPECT_TRUE(table.fillNext());
   EXPECT_FALSE(table.fillNext());
+  EXPECT_EQ(cellText(table.value(1, named("name")), 4), "2");
   EXPECT_EQ(cellText(table.value(0, named("Tf_sol stored")), 4), "0.13");
   EXPECT_EQ(cellText(table.value(0, named("Rb_vis stored")), 4), "0.16");
   EXPECT_EQ(cellText(table.value(0, named("Rb_vis computed")), 4), "0.2257");

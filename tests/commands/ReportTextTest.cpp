@@ -156,6 +156,8 @@ TEST(ReportTexts, OfErrorsAreTheirDescriptionsElseTheirSourcesElseThoseOfTheirNu
   EXPECT_EQ(describe(Error(7, "told", "from", "there")), "told\nthere");
   EXPECT_EQ(describe(Error(7, "", "from", "there")), "from\nthere");
   EXPECT_EQ(describe(Error(kOverflow, "", "", "there")), "Overflow\nthere");
+  EXPECT_EQ(describe(Error(kInvalidCall)), "Invalid procedure call or argument");
+  EXPECT_EQ(describe(Error(kSubscriptOutOfRange)), "Subscript out of range");
   EXPECT_EQ(describe(Error(77)), "Error 77");
   EXPECT_EQ(describe(std::runtime_error("plain")), "plain");
   EXPECT_TRUE(isDamage(Error(store::kCorruptFile)));

@@ -114,14 +114,23 @@ inline std::shared_ptr<store::Connection> makeRenamed(store::Connection& dc,
 }
 
 /// Makes a database of version 2.0.1 with the records of one of version 3.0.0, as far as it has
-/// columns for them.
+/// columns for them, with these names besides.
 inline std::shared_ptr<store::Connection> makeVersion2Of(store::Connection& dc,
-                                                         const std::string& path) {
-  const NewNames names{
-      {"PaneID", "Pane_id"}, {"FrameID", "Frame_id"}, {"FrameTypeID", "material_type"},
-      {"product_name", ""},  {"supplierID", ""},      {"groupID", ""},
-      {"acceptance", ""},    {"direction", ""},       {"groupnameID", ""},
-      {"Groups", ""},        {"Suppliers", ""},       {"FrameTypes", ""}};
+                                                         const std::string& path,
+                                                         const NewNames& others = {}) {
+  NewNames names = others;
+  names.insert({{"PaneID", "Pane_id"},
+                {"FrameID", "Frame_id"},
+                {"FrameTypeID", "material_type"},
+                {"product_name", ""},
+                {"supplierID", ""},
+                {"groupID", ""},
+                {"acceptance", ""},
+                {"direction", ""},
+                {"groupnameID", ""},
+                {"Groups", ""},
+                {"Suppliers", ""},
+                {"FrameTypes", ""}});
   return makeRenamed(dc, path, names, "2.0.1");
 }
 
