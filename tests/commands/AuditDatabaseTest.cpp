@@ -3,7 +3,6 @@
 
 #include "commands/AuditFixture.h"
 #include "commands/TableChanges.h"
-#include "commands/audit/SourceRules.h"
 #include "support/CaseFile.h"
 #include "support/ReadFile.h"
 
@@ -105,17 +104,6 @@ TEST_F(AuditDatabaseTest, EachFaultIsFoundByItsRuleOnly) {
   EXPECT_THAT(audit(database), IsEmpty());
   const std::string expected = readFile(ORV_SOURCE_DIR "/tests/commands/audited-databases.txt");
   EXPECT_EQ(retold(expected, [&](const Lines& changes) { return foundAfter(changes); }), expected);
-}
-
-/// Products tell transmittance from the back, too, by which alone they may differ.
-TEST_F(AuditDatabaseTest, SpectraDifferByTheTransmittanceFromTheBack) {
-  commands::audit::SourceFacts facts;
-  for (const float Tb : {0.5F, 0.5F, 0.7F}) {
-    const auto name = std::to_string(facts.records.size());
-    facts.spectra.push_back({facts.records.size(), 0, 0, {0.5F, 0.1F, 0.1F, Tb}});
-    facts.records.push_back({.kind = RecordKind::panes, .identifier = name, .name = name});
-  }
-  EXPECT_EQ(commands::audit::duplicates(facts).size(), 1U);
 }
 
 TEST_F(AuditDatabaseTest, SomeRecordsAreAuditedByThemselves) {

@@ -170,15 +170,6 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
   }
 }
 
-TEST_F(AuditTest, ASpectrumOfSeveralAnglesIsOnlyNoted) {
-  ORV_NEEDS_CORPUS();
-  const auto path = folder.path() / "old.mdb";
-  std::filesystem::copy_file(corpusFolder() / "sources" / "orvdata-2.0.1.mdb", path);
-  auto lines = linesOf(audit(opener.openAny(path.string())));
-  std::erase_if(lines, [](const std::string& line) { return !line.ends_with(" 5"); });
-  EXPECT_THAT(lines, ElementsAre("mixed-angles 5"));
-}
-
 /// Published measurements have few findings.
 TEST_F(AuditTest, MeasuredPanesAndTheExamplesAreGood) {
   ORV_NEEDS_CORPUS();

@@ -1,5 +1,5 @@
 // The differences of two sources: which records belong together, and what is told of them.
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
@@ -18,13 +18,9 @@ namespace orv::test {
 namespace {
 
 using commands::RecordKind;
-using commands::TextFileKind;
 using commands::compare::CompareOptions;
 using commands::compare::Comparison;
 using commands::compare::Match;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using Lines = std::vector<std::string>;
 
 /// "a|b" as a list.
@@ -244,25 +240,6 @@ TEST_F(CompareTest, EveryFieldIsToldThatIsAnother) {
   std::vector<std::vector<std::string>> cases;
   for (const std::string& line : lines) cases.push_back({line});
   EXPECT_EQ(cases, casesOf("commands/compared-fields.txt", 1));
-}
-
-TEST_F(CompareTest, ACurveIsToldOnceWhateverItsDirection) {
-  const auto files = texts(TextFileKind::panes, {{"pane", paneText()}});
-  copyAll(files, b);
-  changeTable(*b->ADOConnection(), "Pane_spectral_data direction=1 where PaneID = 1");
-  EXPECT_THAT(compare(files, b), IsEmpty());
-  changeTable(*b->ADOConnection(),
-              "+Pane_spectral_data PaneID=1, angle=0, direction=2, wavelength=500");
-  EXPECT_THAT(
-      compare(files, b),
-      ElementsAre("changed|panes|pane|1|pane|0|spectrum, direction 2|none|1 point, 500 nm"));
-  EXPECT_THAT(compare(files, b, {.isForCopy = true}), IsEmpty());
-  EXPECT_THAT(result.remarks,
-              ::testing::Contains(HasSubstr("stays as it is in B (panes): spectra of other "
-                                            "directions (1).")));
-  copyAll(recordSet(b, RecordKind::panes), a);
-  EXPECT_THAT(compare(b, a, {.isForCopy = true}), IsEmpty());
-  EXPECT_THAT(result.remarks, ElementsAre(HasSubstr("spectra of other directions (1).")));
 }
 
 }  // namespace

@@ -291,6 +291,7 @@ TEST_F(EditTest, ConflictsAreToldAsRecordsOrAsRowsOfThem) {
                                      conflict(Kind::changed, "PANE", present),
                                      conflict(Kind::changed, "Pane", gone),
                                      conflict(Kind::changed, "Pane", gone),
+                                     conflict(Kind::changed, "Pane", std::vector<store::Value>{8}),
                                      conflict(Kind::changed, "Rows", present),
                                      conflict(Kind::isThere, "Pane", present),
                                      conflict(Kind::isThere, "Rows", gone),
@@ -302,10 +303,21 @@ TEST_F(EditTest, ConflictsAreToldAsRecordsOrAsRowsOfThem) {
           "bytes\" now and was \"" +
               std::string(59, 'x') + "...\".",
           "The pane 7 \"a\" has been deleted or changed since.",
+          "The pane 7 \"a\" has been changed since: PaneID is \"8\" now and was \"7\".",
           "Rows: what belongs to PaneID 7 has been deleted or changed since.",
           "The pane 7 \"a\" is there already.", "Rows: what belongs to PaneID 7 is there already.",
           "The pane 7 \"a\" refers to one of the groups that is not there any more.",
           "The pane 7 \"a\" has got other Rows since."}));
+  Lines told;
+  for (const auto& each :
+       commands::edit::historyDetails({{"Rows", {}, {}, {}},
+                                       {"pane", {"PaneID"}, {7, "a"}, {7, "b", 1}},
+                                       {"Pane", columns, {}, {8}}})) {
+    told.push_back(fmt::format("{}|{}|{}|{}|{}|{}", each.set, each.id, each.name, each.field,
+                               each.before, each.after));
+  }
+  EXPECT_EQ(told, (Lines{"Rows|||||1 row added", "panes|7||?|a|b", "panes|8||||added"}))
+      << "of a history that is not whole what there is";
 }
 
 /// Changes of all kinds at random, each of which may come to nothing.
