@@ -25,7 +25,9 @@ class SourcesTest : public CommandsTest {
  protected:
   SourcesTest() {
     ui.tellsAll = true;
-    makeVersion2Of(*makeFullDatabase(folder / "full.mdb"), folder / "old.mdb");
+    const auto full = makeFullDatabase(folder / "full.mdb");
+    addPoint(*full, 2, 0, 0, 640);
+    makeVersion2Of(*full, folder / "old.mdb");
     makeGlazingDatabase(folder / "glazing.mdb");
     makeGlazingDatabase(folder / "optics5.mdb");
     for (const char* name : {"panes", "blinds"}) std::filesystem::create_directory(folder / name);

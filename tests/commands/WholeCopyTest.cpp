@@ -1,6 +1,7 @@
 // What a copy leaves out or refuses, and that it says so.
 #include "commands/CommandsTest.h"
 #include "commands/RecordReader.h"
+#include "model/Raised.h"
 
 namespace orv::test {
 namespace {
@@ -51,6 +52,8 @@ TEST_F(WholeCopyTest, AnAngleThatIsNoWholeNumberIsRefusedByName) {
   setAll(*from->ADOConnection(), "Pane_spectral_data", "angle", 30.4);
   const PasteResult result = copyAll(from);
   EXPECT_EQ(result.failed, 1);
+  const RecordReader reader(session, recordSet(from, RecordKind::panes));
+  EXPECT_EQ(raisedBy([&] { reader.pane("1", 30); }).number, kTypeMismatch);
   EXPECT_EQ(lastFailure(),
             "failure (ORV database manager): The record 1 could not be copied: \nThe pane "
             "\"pane\" has data at 30.4 degrees, and only whole degrees can be read. Change the "
