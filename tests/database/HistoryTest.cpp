@@ -195,30 +195,6 @@ TEST_F(HistoryTest, IsBoundedByItsOldestWorks) {
   EXPECT_TRUE(history.undo(works.size()).conflicts.empty());
   EXPECT_EQ(dc->openRecordset("Pane", store::CursorType::static_)->recordCount(),
             41 - static_cast<std::int64_t>(works.size()));
-
-  // One that nearly fills it is kept, and the others go for it.
-  {
-    const History::Scope work(*dc, "Much");
-    FrameDataClass frame;
-    frame.name("large");
-    frame.picture(store::Bytes(7'000, 0x5A));
-    database_.InsertFrame(frame, *dc);
-  }
-  ASSERT_EQ(history.works().size(), 1U);
-  EXPECT_TRUE(history.undo().conflicts.empty());
-  EXPECT_EQ(history.takeFailure(), "");
-
-  // One that is larger than all there may be is known not to be whole.
-  {
-    const History::Scope work(*dc, "Many");
-    for (int i = 0; i < 60; ++i) {
-      database_.InsertPane(*makePane("many " + std::to_string(i)), *dc);
-    }
-  }
-  ASSERT_EQ(history.works().size(), 1U);
-  EXPECT_TRUE(history.works()[0].isLost);
-  EXPECT_NE(history.takeFailure(), "");
-  EXPECT_THROW(history.undo(), Error);
 }
 
 /// Its records, which begin behind a header of 64 bytes, each with its size at its byte 24.
@@ -323,17 +299,19 @@ TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {
     change(*dc);
   }
   files_.copy(kHistoryFile, "other.mdb.orv-history");
-  {
-    const auto other = Connection::create("other.mdb", [](Connection& dc) {
-      dc.createTable({.name = "Frame", .columns = {{.name = "name"}}});
-    });
+  Connection::create("other.mdb", [](Connection& dc) {
+    dc.createTable({.name = "Frame", .columns = {{.name = "name"}}});
+  });
+  const auto setAge = [](const char* file, double ofThird) {
+    const auto dc = Connection::openFile(file);
     auto age =
-        other->openRecordset("MSysObjects", store::CursorType::keyset, store::LockType::optimistic);
-    for (; !age->eof(); age->moveNext()) {
-      age->setValue("DateCreate", store::Date{40000});
+        dc->openRecordset("MSysObjects", store::CursorType::keyset, store::LockType::optimistic);
+    for (int i = 1; !age->eof(); age->moveNext(), ++i) {
+      age->setValue("DateCreate", store::Date{i == 3 ? ofThird : 40000});
       age->update();
     }
-  }
+  };
+  setAge("other.mdb", 40000);
   const auto other = Connection::openFile("other.mdb");
   History history(*other);
   history.keep();
@@ -344,6 +322,13 @@ TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {
   EXPECT_EQ(history.takeNameOfUnusable(), "other.mdb.orv-history-1");
   EXPECT_EQ(history.works().size(), 1U);
   EXPECT_EQ(files_.size("other.mdb.orv-history-1"), files_.size(kHistoryFile));
+  // It is known by the age of the oldest of its objects.
+  files_.copy("other.mdb", "third.mdb");
+  files_.copy("other.mdb.orv-history", "third.mdb.orv-history");
+  for (const auto& [age, works] : {std::pair(40001, 1U), std::pair(39999, 0U)}) {
+    setAge("third.mdb", age);
+    EXPECT_EQ(History(*Connection::openFile("third.mdb")).works().size(), works);
+  }
 }
 
 }  // namespace

@@ -28,6 +28,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace store;
 
+constexpr const char* kNow = "\\|20[2-9].-[^|]*";
+
 /// All that a file says of itself, but for its header and times of this test.
 std::string wholeOf(const std::string& file, const std::string& password = "") {
   std::string text = textOf(expectSound(file, password));
@@ -42,7 +44,7 @@ std::string wholeOf(const std::string& file, const std::string& password = "") {
     if (entry.kind != jet::CatalogEntry::Kind::query) continue;
     text += jet::SavedQuery(entry.name, database->queryParts(entry)).sql() + '\n';
   }
-  return std::regex_replace(text, std::regex("\\|20[2-9].-[^|]*"), "|now");
+  return std::regex_replace(text, std::regex(kNow), "|now");
 }
 
 /// The lines of content.txt with a mark: what is said or held where that mark stands for.
@@ -108,14 +110,69 @@ TEST_F(Conversion, NamesTheIndexesAndRelationsThatCannotBeKept) {
       if (table.name == "Makers" || column.name == "Maker") column.language = 0x40c;  // French
     }
   }
-  write(tables, {.language = 0x407});
-  std::string text = told();
-  const Content content = contentOf(new_);
-  for (const char* subject : {"Makers indexes", "Panes indexes", "relation MakersPanes"}) {
-    text += fmt::format("{}\n", fmt::join(content.at(subject), "\n"));
+  std::string text;
+  const auto convert = [&] {
+    write(tables, {.language = 0x407});
+    text += told();
+    const Content content = contentOf(new_);
+    for (const char* subject : {"Makers indexes", "Panes indexes", "relation MakersPanes"}) {
+      text += fmt::format("{}\n", fmt::join(content.at(subject), "\n"));
+    }
+    EXPECT_EQ(content.at("Panes rows"), contentOf(old_).at("Panes rows"));
+    fs::remove(new_);
+  };
+  convert();
+  // One in the middle, and a relation with a table that is not converted.
+  for (const std::size_t table : {5, 6}) {
+    for (Jet3Column& column : tables[table].columns) column.language = 0x409;
   }
+  tables[6].columns[0].language = 0x40c;
+  tables[6].columns[2].language = 0x40c;
+  convert();
+  tables[6].indexes[3].relation[5] = 6;
+  convert();
   EXPECT_EQ(text, expected('F'));
-  EXPECT_EQ(content.at("Panes rows"), contentOf(old_).at("Panes rows"));
+}
+
+/// What users of a workgroup own and may do, objects without an owner, what the database itself
+/// has.
+TEST_F(Conversion, TellsWhatIsOfAWorkgroup) {
+  std::string text;
+  const std::string user(80, 'Z');
+  const auto convert = [&](const auto& change) {
+    std::vector<Jet3Table> tables = jet3Sample();
+    std::erase_if(tables[0].rows, [](const auto& row) { return row[2] == "Entry"; });
+    change(tables);
+    write(tables);
+    text += told();
+    Content content = contentOf(new_);
+    for (const char* table : {"MSysObjects", "MSysACEs", "MSysQueries"}) {
+      const auto& rows = content.at(fmt::format("{} rows", table));
+      const std::string all = fmt::format("{}", fmt::join(rows, "\n"));
+      text += fmt::format("{}: {} {:x}\n", table, rows.size(),
+                          sumOf(std::regex_replace(all, std::regex(kNow), "|now")));
+    }
+    fs::remove(new_);
+  };
+  convert([&](auto& tables) {
+    tables[0].rows[9][6] = user;
+    tables[0].rows[10][6].reset();
+    tables[1].rows.pop_back();
+  });
+  convert([&](auto& tables) {
+    for (auto& row : tables[0].rows) row[6]->resize(2);
+    tables[0].rows[12][6].reset();
+    std::erase_if(tables[1].rows, [&](const auto& row) { return row[1] == user; });
+    tables[1].rows[0][0].reset();
+    tables[1].rows[1][1].reset();
+  });
+  convert([&](auto& tables) {
+    std::erase_if(tables[0].rows, [](const auto& row) { return row[2] == "MSysDb"; });
+    tables[2].columns[6].type = 4;
+    for (auto& row : tables[2].rows) *row[6] += std::string(2, '\0');
+  });
+  convert([&](auto& tables) { tables[0].columns[14].name = "Other"; });
+  EXPECT_EQ(text, expected('W'));
 }
 
 TEST_F(Conversion, ReadsTheCodePageThePasswordAndTheKey) {

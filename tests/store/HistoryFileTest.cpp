@@ -92,7 +92,7 @@ TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
   }
 }
 
-/// Fields of the last record but one, with the checksum that goes with them.
+/// Fields of the last record but one, which has no changes, with the checksum that goes with them.
 TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
   HistoryFile history = open();
   for (const HistoryRecord& record : records_) history.append(record, true);
@@ -100,18 +100,22 @@ TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
   const Bytes whole = files_.content("a.mdb.orv-history");
   const auto file = FileSystem::current().openCompanion(history.path());
   const std::uint64_t room = whole.size() - entry.place;
-  const std::tuple<std::size_t, std::uint64_t, Found, std::size_t> cases[] = {
-      {0, 0x43455249, Found::damaged, 4},
-      {4, 0, Found::damaged, 4},
-      {4, 1, Found::sound, 6},
-      {4, 5, Found::sound, 6},
-      {4, 6, Found::damaged, 4},
-      {24, 63, Found::damaged, 4},
-      {24, room, Found::sound, 5},
-      {24, room + 1, Found::sound, 4},
-      {32, entry.size - 64, Found::sound, 6},
-      {32, entry.size - 63, Found::damaged, 4}};
-  for (const auto& [at, value, found, count] : cases) {
+  const std::tuple<std::size_t, std::uint64_t, Found, std::size_t, int> cases[] = {
+      {0, 0x43455249, Found::damaged, 4, 0},
+      {4, 0, Found::damaged, 4, 0},
+      {4, 1, Found::sound, 6, 0},
+      {4, 5, Found::sound, 6, 0},
+      {4, 6, Found::damaged, 4, 0},
+      {24, 63, Found::damaged, 4, 0},
+      {24, 71, Found::damaged, 5, kCorruptFile},
+      {24, room, Found::sound, 5, kCorruptFile},
+      {24, room + 1, Found::sound, 4, 0},
+      {32, 0, Found::sound, 6, 0},
+      {32, entry.size - 64, Found::sound, 6, 0},
+      {32, entry.size - 63, Found::damaged, 4, 0},
+      {40, 1, Found::sound, 6, kCorruptFile},
+      {40, UINT64_MAX, Found::sound, 6, kCorruptFile}};
+  for (const auto& [at, value, found, count, error] : cases) {
     Bytes head(whole.begin() + static_cast<std::ptrdiff_t>(entry.place),
                whole.begin() + static_cast<std::ptrdiff_t>(entry.place) + 64);
     at < 8 ? store32(&head[at], static_cast<std::uint32_t>(value)) : store64(&head[at], value);
@@ -120,6 +124,9 @@ TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
     HistoryFile changed = open();
     EXPECT_EQ(changed.look(), found) << at << ": " << value;
     EXPECT_EQ(changed.entries().size(), count) << at << ": " << value;
+    EXPECT_TRUE(count < 5 ||
+                test::raisedBy([&] { changed.changes(changed.entries()[4]); }).number == error)
+        << at << ": " << value;
   }
 }
 
@@ -154,8 +161,11 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   EXPECT_EQ(found(Bytes(200)), Found::sound);
   EXPECT_TRUE(history.append(records_[1], true));
   EXPECT_EQ(files_.content("a.mdb.orv-history").size(), history.length());
+  history.append(records_[2], false);
   files_.rename(history.path(), "old");
   EXPECT_EQ(history.look(), Found::absent);
+  history.withdraw();
+  history.sync();  // there is nothing to be waited for any more
   files_.copy("old", history.path());
   files_.open(history.path(), FileSystem::Open::existing)->truncate(end);
   EXPECT_EQ(history.look(), Found::sound);
@@ -165,6 +175,58 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   EXPECT_EQ(open().look(), Found::absent);
   again->write(0, whole.data(), 63);
   EXPECT_EQ(open().look(), Found::foreign);
+  again->write(0, whole.data(), 64);
+  HistoryFile empty = open();
+  empty.withdraw();
+  EXPECT_EQ(empty.look(), Found::sound);
+  EXPECT_EQ(files_.content(history.path()).size(), 64u);
+}
+
+/// What is no history of the database gets the first name that nothing has, if there is one.
+TEST_F(HistoryFileTest, WhatIsOfAnotherDatabaseIsSetAside) {
+  const std::string path = open().path();
+  for (int number = 1; number < 1000; ++number) {
+    files_.remove(path);
+    open(78).append(records_[0], true);
+    HistoryFile history = open();
+    EXPECT_TRUE(history.append(records_[1], true));
+    EXPECT_EQ(history.takeNameOfUnusable(), path + "-" + std::to_string(number));
+    EXPECT_EQ(history.takeNameOfUnusable(), "");
+  }
+  files_.remove(path);
+  open(78).append(records_[0], true);
+  EXPECT_EQ(test::raisedBy([&] { open().append(records_[1], true); }).description,
+            "'" + path + "' cannot be used, and cannot be renamed either.");
+}
+
+TEST_F(HistoryFileTest, TheOldestWorksGoForNewOnes) {
+  const std::string letters = " curle";  // in the order of the kinds
+  for (const auto& [given, told] : test::examplesOf("store/histories.txt", 15)) {
+    files_.remove(open().path());
+    HistoryFile history = open();
+    std::istringstream words(given);
+    std::uint64_t largest = 0;
+    words >> largest;
+    bool isKept = true;
+    for (std::string word; words >> word;) {
+      const std::size_t plus = std::min(word.find('+'), word.size() - 1);
+      const HistoryRecord record{static_cast<Kind>(letters.find(word[0])), word[1] - 0UL, 7, "",
+                                 Bytes(std::strtoul(&word[plus + 1], nullptr, 10), 1)};
+      if (words.eof()) history.setLargest(largest);
+      isKept = history.append(record, false);
+    }
+    HistoryFile again = open();
+    EXPECT_EQ(again.look(), Found::sound);
+    EXPECT_EQ(again.length(), history.length());
+    std::string found = fmt::format("{}, {} of {}:", isKept ? "kept" : "lost",
+                                    files_.size(again.path()), again.length());
+    for (const HistoryEntry& entry : again.entries()) {
+      found += fmt::format(" {}{:c}", letters[static_cast<std::size_t>(entry.head.kind)],
+                           static_cast<char>(entry.head.work));
+      if (entry.size > 64) found += fmt::format("+{}", entry.size - 64);
+    }
+    EXPECT_EQ(found, told) << given;
+  }
 }
 
 /// A reference, a row of a table that came (+) or went (-), and what does not hold then: its kind,
@@ -235,6 +297,7 @@ TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {
   writer.add("Frame", {}, std::vector<Value>{2});
   const Bytes& bytes = writer.bytes();
   EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0xc5109bd76841566u);
+  writer.add("Frame", std::vector<Value>{2, 2}, {});  // which has got a column more
   RowChangeWriter again;
   std::string tables;
   for (const RowChange& change : readRowChanges(bytes)) {
@@ -242,7 +305,7 @@ TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {
     tables += change.table + (change.before.empty() ? "+" : change.after.empty() ? "-" : "=");
   }
   EXPECT_EQ(again.bytes(), bytes);
-  EXPECT_EQ(tables, "Pane+Pane=Pane-Frame+");
+  EXPECT_EQ(tables, "Pane+Pane=Pane-Frame+Frame-");
   EXPECT_EQ(encodeRowValues(readRowChanges(bytes)[1].after), encodeRowValues(other));
   std::size_t whole = 0;
   for (std::size_t end = 0; end < bytes.size(); ++end) {
@@ -250,7 +313,7 @@ TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {
     EXPECT_TRUE(error.number == 0 || error.number == kCorruptFile) << end;
     whole += error.number == 0 ? 1 : 0;
   }
-  EXPECT_EQ(whole, 6u) << "of the cuts those between changes";
+  EXPECT_EQ(whole, 8u) << "of the cuts those between changes";
   for (const Bytes& wrong : {Bytes{0, 1, 0, 0, 0, 'T', 1, 0, 0, 0, 2, 0, 12},
                              Bytes{0, 1, 0, 0, 0, 'T', 0xff, 0xff, 0, 0}}) {
     EXPECT_EQ(test::raisedBy([&] { readRowChanges(wrong); }).number, kCorruptFile);

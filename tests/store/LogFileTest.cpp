@@ -198,6 +198,9 @@ TEST_F(LogFile, GrowsByStepsAndBeginsAnew) {
   }
   EXPECT_NE(test::raisedBy([&] { append(11 * kMegabyte); }).number, 0);
   EXPECT_EQ(file_->size(), 10 * kMegabyte);
+  const std::size_t calls = files_.calls();
+  log_.withdraw();  // nothing has been added
+  EXPECT_EQ(files_.calls(), calls);
   files_.limitSpace(UINT64_MAX);
   for (const std::size_t megabytes : {15, 16}) {
     append(megabytes * kMegabyte);
@@ -241,9 +244,18 @@ TEST_F(LogFile, GetsAnotherNameOrNone) {
   log_.remove();
   EXPECT_EQ(files_.size("a.mdb-log"), -1);
   log_.remove();
-  files_.failAt(2);
-  EXPECT_NE(test::raisedBy([&] { log_.begin({}); }).number, 0);
-  EXPECT_EQ(files_.size("a.mdb-log"), -1) << "one that was not begun is none";
+  for (const bool isThere : {false, true}) {
+    if (isThere) files_.open("a.mdb-log", FileSystem::Open::newOnly);
+    files_.failAt(2);
+    EXPECT_NE(test::raisedBy([&] { log_.begin({}); }).number, 0);
+    EXPECT_EQ(files_.size("a.mdb-log") != -1, isThere) << "one that was not begun is none";
+  }
+  log_.begin({});
+  const LogCounter begun = log_.counter();
+  log_.begin({});
+  EXPECT_EQ(log_.counter(), begun);
+  files_.remove("a.mdb-log");
+  EXPECT_EQ(log_.look(), Log::Found::absent);
 }
 
 /// Every state that the pages may be in after a loss of power, others, and every size.

@@ -3,14 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/CrashScenario.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
+#include "store/SystemCalls.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/file/LogFormat.h"
 #include "support/MemoryFiles.h"
@@ -95,12 +98,59 @@ TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
   }
 }
 
+/// On the real disk, where the files cannot be written, or the database has a second name; and one
+/// of another content, where the log cannot get another name.
+TEST_F(CutShort, IsCompletedWhereItCanBeWritten) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder / "a.mdb", log = path + "-log", second = folder / "b.mdb";
+  files_.save("cut.mdb", path);
+  files_.save("cut.log", log);
+  FileSystem::setCurrent(nullptr);
+  const auto refusal = [&](const std::map<std::string, std::vector<int>>& ends) {
+    test::SystemCalls calls;
+    calls.ends = ends;
+    const std::string before = test::readFile(path) + test::readFile(log);
+    std::string text = refusalOf([&] { Database::open(path, ""); });
+    EXPECT_EQ(test::readFile(path) + test::readFile(log), before);
+    for (std::size_t at; (at = text.find(folder.path())) != std::string::npos;) {
+      text.replace(at, folder.path().string().size(), "~");
+    }
+    return text;
+  };
+  const auto cut = [](const std::string& why) {
+    return "The last change of '~/a.mdb' was cut short when a program or the system stopped. What "
+           "is "
+           "missing stands in '~/a.mdb-log', but " +
+           why + ". Copy both into one folder elsewhere and open the copy, which completes it.";
+  };
+  EXPECT_EQ(refusal({{"open", {EACCES, 0, EACCES}}}), cut("here these files cannot be written"));
+  EXPECT_EQ(refusal({{"open", {0, EACCES}}}), cut("here these files cannot be written"));
+  fs::create_hard_link(path, second);
+  EXPECT_EQ(refusal({}), cut("the database has a second name (a hard link)"));
+  fs::remove(second);
+  EXPECT_EQ(refusalOf([&] { Database::open(path, ""); }), "");
+  files_.save("backup.mdb", path);
+  files_.save("cut.log", log);
+  const std::string foreign =
+      "'~/a.mdb-log' is not the log of '~/a.mdb' as it is now: the database has been restored, "
+      "replaced or changed by another program since the log was written, and has not been touched. "
+      "Move that file away. Run 'orv check' on the database, then open it again.";
+  EXPECT_EQ(refusal({{"renameat2", {EACCES}}}), foreign);
+  EXPECT_EQ(refusal({{"open", {EACCES}}}), foreign);
+}
+
 /// A log that is there must be understood by every later program.
 TEST(LogFormat, IsReadAsItWasWritten) {
   const auto sum = [](const auto& bytes) { return test::sumOf({bytes.begin(), bytes.end()}); };
   const auto header = LogHeader{4096, 11, 12, 13}.encode();
   EXPECT_EQ(sum(header), 0xfe552abaf19f99d5u);
   EXPECT_EQ(LogHeader::decode(header)->encode(), header);
+  for (std::size_t at = 0; at < header.size(); ++at) {
+    auto wrong = header;
+    wrong[at] ^= 1;
+    EXPECT_FALSE(LogHeader::decode(wrong)) << at;
+    EXPECT_FALSE(LogHeader::decode(std::span(header).first(at)));
+  }
   const auto state = LogState{21, 22, 23, true, 24, -25}.encode();
   EXPECT_EQ(sum(state), 0x6952a13cf033988u);
   EXPECT_EQ(LogState::decode(state).encode(), state);
@@ -117,6 +167,8 @@ TEST(LogFormat, IsReadAsItWasWritten) {
             std::tuple(2u, 31u, 32u, 33u, 34u, record.size(), 35u));
   ASSERT_EQ(LogRecord::decode(record, head, 4096)->at(1).number, 33u);
   EXPECT_FALSE(LogRecord::decodeHead(record, 2048));
+  EXPECT_FALSE(LogRecord::decodeHead(std::span(record).first(LogRecord::kHeadSize - 1), 4096));
+  EXPECT_FALSE(LogRecord::decode(std::span(record).first(record.size() - 1), head, 4096));
   for (std::size_t at = 0; at < record.size(); at += at < 100 ? 1 : 501) {
     Bytes wrong = record;
     wrong[at] ^= 1;

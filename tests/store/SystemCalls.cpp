@@ -58,6 +58,10 @@ SystemCalls::~SystemCalls() {
 extern "C" {
 
 ssize_t pread(int file, void* bytes, std::size_t length, off_t offset) {
+  if (inUse != nullptr && inUse->isBad(file, offset)) {
+    errno = EIO;
+    return -1;
+  }
   return endedInPart("pread", length, [&](std::size_t part) {
     return syscall(SYS_pread64, file, bytes, part, offset);
   });

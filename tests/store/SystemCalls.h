@@ -2,6 +2,8 @@
 // says how they end.
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <functional>
 #include <map>
@@ -22,6 +24,8 @@ class SystemCalls {
   static constexpr int kInPart = -1;
   /// The next ones of `call` ("pread") end with these errors; 0 for one that is made.
   std::map<std::string, std::vector<int>> ends;
+  /// Whether the disk does not give what stands there in a file that is open.
+  std::function<bool(int file, off_t place)> isBad = [](int, off_t) { return false; };
   /// Those of changes of owners, rights and attributes, with what they were given.
   std::vector<std::string> made;
 

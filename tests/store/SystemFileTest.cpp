@@ -168,6 +168,34 @@ TEST_F(SystemFile, GetsANewNameThatNothingHas) {
   EXPECT_EQ(content("other"), "0123456789");
 }
 
+/// Of more than four the last ones are not found by who ends the program.
+TEST_F(SystemFile, NewFilesAreRemovedWhenTheProgramIsEnded) {
+  const auto there = [&] {
+    std::ptrdiff_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
+      count += entry.path().string().find("-new-") != std::string::npos ? 1 : 0;
+    }
+    return count;
+  };
+  std::vector<std::unique_ptr<NewFile>> made;
+  for (int i = 0; i < 6; ++i) {
+    made.push_back(std::make_unique<NewFile>(folder_ / std::to_string(i)));
+  }
+  made.erase(made.begin() + 1);
+  EXPECT_EQ(there(), 5);
+  made.push_back(std::make_unique<NewFile>(folder_ / "7"));
+  NewFile::removeAll();
+  EXPECT_EQ(there(), 2);
+  // What another has made under the name meanwhile stays.
+  std::ofstream(folder_ / "5") << "of another";
+  EXPECT_EQ(told([&] { made[4]->putInPlace(); }),
+            "The file '~/5' exists already and is left as it is. Choose another name, or remove it "
+            "first.");
+  EXPECT_EQ(content("5"), "of another");
+  made.clear();
+  EXPECT_EQ(there(), 0);
+}
+
 /// An access control list of the owner, the owning group, what it grants at most, and others.
 std::string listWithGroupRights(char rights) {
   std::string list("\2\0\0\0", 4);
@@ -205,6 +233,9 @@ TEST_F(SystemFile, ACompanionBelongsToWhomItsDatabaseBelongs) {
   EXPECT_TRUE(ends.empty());
   EXPECT_THAT(files_.attributesLacking(third, path_),
               UnorderedElementsAre(list, origin, "rights of the group"));
+  EXPECT_THAT(files_.attributesLacking(folder_ / "none", path_),
+              UnorderedElementsAre(list, origin));
+  EXPECT_THAT(files_.attributesLacking(path_, folder_ / "none"), ElementsAre());
   ends = {{"fsetxattr", {EPERM, EPERM}}};
   EXPECT_EQ(NewFile::inPlaceOf(path_).attributesLacking().size(), 3U);
   ASSERT_EQ(put(origin, "Labor 8"), 0);

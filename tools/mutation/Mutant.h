@@ -10,13 +10,17 @@
 
 #pragma GCC diagnostic ignored "-Wnarrowing"
 
-/// Whether fault `site` is on: that which ORV_MUTANT names. Where ORV_MUTANTS_REACHED names a file,
-/// the byte of each site that is come by is set there, also by processes that are killed later.
-inline bool orvMutantNow(int site) {
+/// The fault that ORV_MUTANT names.
+inline int orvMutantChosen() {
   static const int chosen = [] {
     const char* text = std::getenv("ORV_MUTANT");
     return text != nullptr ? std::atoi(text) : -1;
   }();
+  return chosen;
+}
+
+/// The bytes of the file that ORV_MUTANTS_REACHED names, if it names one.
+inline char* orvMutantsReached() {
   static char* const reached = []() -> char* {
     const char* path = std::getenv("ORV_MUTANTS_REACHED");
     const int file = path != nullptr ? ::open(path, O_RDWR | O_CLOEXEC) : -1;
@@ -26,8 +30,18 @@ inline bool orvMutantNow(int site) {
     ::close(file);
     return bytes != MAP_FAILED ? static_cast<char*>(bytes) : nullptr;
   }();
-  if (reached != nullptr) reached[site] = 1;
-  return site == chosen;
+  return reached;
+}
+
+/// That file is opened before main() begins: a site may be between a call of the system and the
+/// look at its error, and a test may have said how calls of the system end.
+inline const char* const orvMutantsReachedAtStart = orvMutantsReached();
+
+/// Whether fault `site` is on. The byte of each site that is come by is set in that file, also by
+/// processes that are killed later.
+inline bool orvMutantNow(int site) {
+  if (char* const reached = orvMutantsReached()) reached[site] = 1;
+  return site == orvMutantChosen();
 }
 
 /// The same where the compiler may evaluate the expression, which is then without fault.

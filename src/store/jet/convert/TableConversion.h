@@ -21,7 +21,6 @@ class TableConversion {
                   std::shared_ptr<Pager> target);
 
   const std::string& name() const { return former_->name; }
-  PageNumber formerPage() const { return former_->page; }
   PageNumber page() const { return table_->page; }
   std::size_t indexCount() const { return table_->realIndexes.size(); }
 

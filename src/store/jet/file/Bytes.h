@@ -82,7 +82,6 @@ class ByteView {
   PageNumber page() const { return page_; }
   std::uint8_t u8(std::size_t at) const { return *need(at, 1); }
   std::uint16_t u16(std::size_t at) const { return load16(need(at, 2)); }
-  std::uint32_t u24(std::size_t at) const { return load24(need(at, 3)); }
   std::uint32_t u32(std::size_t at) const { return load32(need(at, 4)); }
   std::uint64_t u64(std::size_t at) const { return load64(need(at, 8)); }
   std::span<const std::uint8_t> span(std::size_t at, std::size_t length) const {

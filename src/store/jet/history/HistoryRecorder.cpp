@@ -77,12 +77,13 @@ void HistoryRecorder::beginWork(const std::string& title) {
 void HistoryRecorder::endWork(bool isLocked) noexcept {
   if (--depth_ > 0) return;
   try {
-    if (isLocked && hasBegun_ && !isLost_) append(HistoryRecord::Kind::ended, work_);
+    if (isLocked) append(HistoryRecord::Kind::ended, work_);
     file_.sync();
   } catch (const Error& error) {
     failure_ = error.description();
   }
   title_.clear();
+  isLost_ = isLossTold_ = false;
 }
 
 void HistoryRecorder::nextIs(HistoryRecord::Kind kind, std::vector<std::uint64_t> works) {
@@ -144,6 +145,7 @@ void HistoryRecorder::committed() noexcept {
   } catch (const Error& error) {
     failure_ = error.description();
   }
+  if (depth_ == 0) isLost_ = isLossTold_ = false;
   changes_.cut(0);
   next_ = HistoryRecord::Kind::changes;
 }
@@ -154,18 +156,17 @@ void HistoryRecorder::writeCommit() {
     return;
   }
   if (largest_ == 0) return;
-  const bool isLost = std::exchange(isLost_, depth_ > 0 && isLost_);
-  if (isLost) {
-    if (!std::exchange(isLossTold_, depth_ > 0)) append(HistoryRecord::Kind::lost, work_);
+  if (isLost_) {
+    if (!std::exchange(isLossTold_, true)) append(HistoryRecord::Kind::lost, work_);
   } else if (depth_ == 0 && !changes_.bytes().empty()) {
     append(HistoryRecord::Kind::ended, work_);
   }
 }
 
-/// False when the work is lost for it.
+/// False when the work is lost for it, which it was not before.
 bool HistoryRecorder::append(HistoryRecord::Kind kind, std::uint64_t work, Bytes changes) {
   HistoryRecord record{kind, work, std::time(nullptr), title_, std::move(changes)};
-  if (file_.append(record, depth_ == 0)) return true;
+  if (file_.append(record, depth_ == 0) || kind == HistoryRecord::Kind::lost) return true;
   isLost_ = isLossTold_ = true;
   failure_ = kTooLarge;
   return false;

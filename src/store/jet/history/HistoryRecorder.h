@@ -33,8 +33,8 @@ class HistoryRecorder final : public ChangeObserver {
 
   /// The commits from here to endWork() belong together. Works within a work join it.
   void beginWork(const std::string& title);
-  /// What belongs to the work is on the disk afterwards. That it has ended is only noted where the
-  /// caller holds the database's lock for writing.
+  /// What belongs to the work is on the disk afterwards. That it has ended is only noted where it
+  /// has to be, and the caller holds the database's lock for writing.
   void endWork(bool isLocked) noexcept;
   /// Whether the work has to be noted as ended when it ends now.
   bool hasToEnd() const { return depth_ == 1 && hasBegun_ && !isLost_; }

@@ -24,11 +24,6 @@ void append32(Bytes& bytes, std::uint32_t number) {
   store32(&bytes[bytes.size() - 4], number);
 }
 
-void append64(Bytes& bytes, std::uint64_t number) {
-  bytes.resize(bytes.size() + 8);
-  store64(&bytes[bytes.size() - 8], number);
-}
-
 /// A type and a number of `size` bytes, in one piece: most values are of these.
 void appendTyped(Bytes& bytes, std::uint8_t type, std::uint64_t number, std::size_t size) {
   std::array<std::uint8_t, 9> piece{type};
@@ -42,16 +37,21 @@ void appendSized(Bytes& bytes, const Container& content) {
   bytes.insert(bytes.end(), content.begin(), content.end());
 }
 
-/// Appends what a value of each type is.
+/// Appends the type of a value, and what it is.
 struct ValueWriter {
   Bytes& bytes;
+  std::uint8_t type;
 
-  void operator()(std::monostate) const {}
-  void operator()(bool v) const { bytes.push_back(v ? 1 : 0); }
-  void operator()(std::int32_t v) const { append32(bytes, static_cast<std::uint32_t>(v)); }
-  void operator()(std::int64_t v) const { append64(bytes, static_cast<std::uint64_t>(v)); }
-  void operator()(float v) const { append32(bytes, std::bit_cast<std::uint32_t>(v)); }
-  void operator()(double v) const { append64(bytes, std::bit_cast<std::uint64_t>(v)); }
+  void operator()(std::monostate) const { bytes.push_back(type); }
+  void operator()(bool v) const { appendTyped(bytes, type, v ? 1 : 0, 1); }
+  void operator()(std::int32_t v) const {
+    appendTyped(bytes, type, static_cast<std::uint32_t>(v), 4);
+  }
+  void operator()(std::int64_t v) const {
+    appendTyped(bytes, type, static_cast<std::uint64_t>(v), 8);
+  }
+  void operator()(float v) const { appendTyped(bytes, type, std::bit_cast<std::uint32_t>(v), 4); }
+  void operator()(double v) const { appendTyped(bytes, type, std::bit_cast<std::uint64_t>(v), 8); }
   void operator()(Currency v) const { (*this)(v.tenThousandths); }
   void operator()(Date v) const { (*this)(v.days); }
   void operator()(const Decimal& v) const {
@@ -60,10 +60,18 @@ struct ValueWriter {
     bytes.insert(bytes.end(), v.magnitude.begin(), v.magnitude.end());
   }
   void operator()(const Guid& v) const {
+    bytes.push_back(type);
     bytes.insert(bytes.end(), v.bytes.begin(), v.bytes.end());
   }
-  void operator()(const std::string& v) const { appendSized(bytes, v); }
-  void operator()(const Bytes& v) const { appendSized(bytes, v); }
+  void operator()(const std::string& v) const { append(v); }
+  void operator()(const Bytes& v) const { append(v); }
+
+ private:
+  template <class Container>
+  void append(const Container& content) const {
+    bytes.push_back(type);
+    appendSized(bytes, content);
+  }
 };
 
 /// Takes bytes from the front, as many as there are.
@@ -164,14 +172,7 @@ std::vector<Value> takeImage(ByteReader& reader, const std::vector<Value>& last)
 
 void encodeValue(Bytes& bytes, const Value& value) {
   const auto type = static_cast<std::uint8_t>(value.variant().index());
-  if (const auto* single = value.getIf<float>()) {
-    appendTyped(bytes, type, std::bit_cast<std::uint32_t>(*single), 4);
-  } else if (const auto* number = value.getIf<std::int32_t>()) {
-    appendTyped(bytes, type, static_cast<std::uint32_t>(*number), 4);
-  } else {
-    bytes.push_back(type);
-    std::visit(ValueWriter{bytes}, value.variant());
-  }
+  std::visit(ValueWriter{bytes, type}, value.variant());
 }
 
 Bytes encodeRowValues(std::span<const Value> values) {

@@ -12,7 +12,7 @@ namespace {
 
 using Kind = CatalogEntry::Kind;
 
-/// The values of some columns of a system table's rows.
+/// The values of some columns of a system table's rows, which every file has.
 class Fields {
  public:
   explicit Fields(const TableDefinition& table) : table_(table) {}
@@ -30,8 +30,7 @@ class Fields {
 
  private:
   Value valueOf(const RowView& row, std::string_view name) const {
-    const auto column = table_.findColumn(name);
-    return column ? row.value(table_.columns[*column]) : Value();
+    return row.value(table_.columns[table_.findColumn(name).value()]);
   }
 
   const TableDefinition& table_;
@@ -124,19 +123,19 @@ void CatalogSalvage::addFixedTables() {
 }
 
 /// Definitions with rows that the catalogue does not name are tables that it has lost, where it has
-/// lost something, or of former days.
+/// lost something, or of former days, also where it is not known which pages are free.
 void CatalogSalvage::addLostTables() {
   const SalvagedTable catalog = tables_.at(kCatalogPage).rows->report();
   const bool hasLost = !report_.lost.empty() || !catalog.isWhole() ||
                        !tables_.at(kCatalogPage).definition.fault.empty() ||
                        catalog.rowsSaved < tables_.at(kCatalogPage).rows->rowsSaid();
   for (const PageNumber page : survey_.definitions()) {
-    const bool mayBeLost = !tables_.contains(page) && !survey_.isFree(page) &&
-                           !survey_.pagesOf(page).empty() && survey_.knowsFreePages();
+    const bool mayBeLost =
+        !tables_.contains(page) && !survey_.isFree(page) && !survey_.pagesOf(page).empty();
     if (!mayBeLost) {
       continue;
     }
-    if (!hasLost) {
+    if (!hasLost || !survey_.knowsFreePages()) {
       report_.notes.push_back(
           fmt::format("page {} defines a table that the catalogue does not "
                       "name; it was left out",
@@ -156,12 +155,9 @@ void CatalogSalvage::addLostTables() {
 void CatalogSalvage::fitQueries() {
   constexpr std::int32_t kBegin = 0;
   constexpr std::int32_t kEnd = 255;
-  const auto found = tables_.find(kQueriesPage);
-  if (found == tables_.end()) {
-    return;
-  }
-  const Fields fields(*found->second.definition.table);
-  RowSalvage& parts = *found->second.rows;
+  const SalvagedTableContent& queries = tables_.at(kQueriesPage);
+  const Fields fields(*queries.definition.table);
+  RowSalvage& parts = *queries.rows;
   std::set<std::int32_t> begun;
   std::set<std::int32_t> ended;
   for (const RowSalvage::Place& place : parts.rows()) {

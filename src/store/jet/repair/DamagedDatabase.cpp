@@ -95,21 +95,21 @@ void tellLog(File& file, const std::string& path, CompactReport& report) {
   if (log.look() != Log::Found::sound) return;
   std::size_t commits = 0;
   log.forEachRecord([&](const auto&, const auto&) { ++commits; });
+  const std::string last =
+      commits == 1 ? "the last change" : fmt::format("the last {} changes", commits);
   switch (LogRecovery(log, file, kPageSize).compare()) {
     case LogRecovery::Outcome::complete:
       break;
     case LogRecovery::Outcome::missing:
       report.lost.push_back(fmt::format(
-          "parts of the last {} changes, which only '{}' has. To have them, put the first {} bytes "
-          "of a copy from before the damage in place of those of the damaged file, with that log "
-          "beside it, and open it (orv info)",
-          commits, log.path(), kPageSize));
+          "parts of {}, which only '{}' has. To have them, put the first {} bytes of a copy from "
+          "before the damage in place of those of the damaged file, with that log beside it, and "
+          "open it (orv info)",
+          last, log.path(), kPageSize));
       break;
     case LogRecovery::Outcome::foreign:
       report.lost.push_back(fmt::format(
-          "the last {} changes, as far as they are only in '{}', which does not fit the file as it "
-          "is now",
-          commits, log.path()));
+          "what only '{}' has of {}: it does not fit the file as it is now", log.path(), last));
       break;
   }
 }

@@ -28,8 +28,9 @@ CompactReport Repair::writeTo(const std::string& target) {
   report_.sizeBefore = source_.size();
   const PageSurvey survey(pager, source_.size(), progress_);
   if (!survey.unreadable().empty()) {
-    report_.notes.push_back(fmt::format("{} pages cannot be read from the disk, the first is {}",
-                                        survey.unreadable().size(), survey.unreadable().front()));
+    const std::size_t count = survey.unreadable().size();
+    report_.notes.push_back(fmt::format("{} page{} cannot be read from the disk, the first is {}",
+                                        count, count == 1 ? "" : "s", survey.unreadable().front()));
   }
   const CatalogSalvage catalog(pager, survey, report_);
   const PageRef header = pager.read(0);

@@ -16,6 +16,10 @@ namespace {
 constexpr int kMostPointers = 16;
 constexpr std::size_t kMostListed = 20;  // places that are named; the others are counted
 
+std::string rowsWere(std::size_t count) {
+  return count == 1 ? "1 row was" : fmt::format("{} rows were", count);
+}
+
 }  // namespace
 
 void checkDecodes(const TableDefinition& table, const RowView& row) {
@@ -204,19 +208,18 @@ void RowSalvage::addStrayPages() {
   if (isSure_ && areMissing) {
     rows_.insert(rows_.end(), stray.begin(), stray.end());
     report_.notes.push_back(
-        fmt::format("{} rows were put back from pages that no map names, the "
-                    "first of them page {}",
-                    stray.size(), pages.front()));
+        fmt::format("{} put back from pages that no map names, the first of them page {}",
+                    rowsWere(stray.size()), pages.front()));
     return;
   }
   report_.rowsLost = lostBefore;
   report_.places = placesBefore;
   pagesLost_ = pagesLostBefore;
-  report_.notes.push_back(fmt::format(
-      "{} rows on pages that no map names, the first of them page {}, were left out: {}",
-      stray.size(), pages.front(),
-      areMissing ? "the definition of the table is not sure"
-                 : fmt::format("the table lacks {}", rowsMissing())));
+  report_.notes.push_back(
+      fmt::format("{} left out that are on pages that no map names, the first of them page {}: {}",
+                  rowsWere(stray.size()), pages.front(),
+                  areMissing ? "the definition of the table is not sure"
+                             : fmt::format("the table lacks {}", rowsMissing())));
 }
 
 /// Rows that were moved, and whose homes are gone.
@@ -226,7 +229,7 @@ void RowSalvage::addStrayMovedRows() {
     return;
   }
   report_.notes.push_back(fmt::format(
-      "{} rows were put back that had been moved, and whose first places are gone", moved_.size()));
+      "{} put back that had been moved, and whose first places are gone", rowsWere(moved_.size())));
   for (const RowId id : moved_) {
     try {
       const PageRef page = pageAt(id.page);
