@@ -288,6 +288,32 @@ TEST_F(CreationTest, QueriesKeepTheirParts) {
   EXPECT_NE(database_->find("FIRST")->id, database_->find("second")->id);
 }
 
+/// Tables that are open follow what is undone.
+TEST_F(CreationTest, WhatIsUndoneIsNotThere) {
+  create(test::design("T", "a longInteger"));
+  std::shared_ptr<Table> undone;
+  {
+    const Transaction transaction(database_->pager());
+    createIndex(*database_, "T", {.name = "A", .columns = {{"a"}}});
+    createTable(*database_, test::design("U", "b text 9"));
+    undone = database_->table("U");
+    EXPECT_EQ(table_->definition().realIndexes.size(), 1u);
+  }
+  EXPECT_EQ(database_->find("U"), nullptr);
+  EXPECT_EQ(table_->definition().realIndexes.size(), 0u);
+  EXPECT_EQ(database_->table("T"), table_);
+  table_->insert(std::vector<Value>{1});
+  {
+    const Transaction transaction(database_->pager());
+    createTable(*database_, test::design("First", "b text 9"));
+    createTable(*database_, test::design("U", "b text 9"));
+    undone = database_->table("U");
+  }
+  create(test::design("U", "c byte, d byte"));
+  EXPECT_NE(table_, undone);
+  EXPECT_EQ(table_->definition().columns.size(), 2u);
+}
+
 /// A block of properties is cut at each byte, and each is changed.
 TEST(Properties, AreReadAsFarAsTheyCanBe) {
   Bytes file = emptyDatabase();
@@ -319,6 +345,23 @@ TEST(Properties, AreReadAsFarAsTheyCanBe) {
     }
   }
   EXPECT_EQ(test::sumOf(damaged), 0x2cbafe4b322d6bedu) << damaged;
+
+  TableDefinition table;
+  table.columns = {{.name = "plain"}, {.name = "made", .calculated = true}, {.name = "empty"}};
+  table.columns[2].calculated = table.columns[2].required = true;
+  applyProperties(*pager,
+                  {{"", {{"Required", boolean, {1}}}},
+                   {"PLAIN", {{"ResultType", byte, {4}}, {"AllowZeroLength", boolean, {0}}}},
+                   {"none", {{"Required", boolean, {1}}}},
+                   {"made", {{"ResultType", byte, {7, 0}}, {"Required", boolean, {1}}}},
+                   {"empty", {{"ResultType", byte, {}}, {"Required", boolean, {}}}}},
+                  table);
+  std::string applied;
+  for (const Column& column : table.columns) {
+    applied += fmt::format("{} {} {} {}, ", column.name, static_cast<int>(column.type),
+                           column.required, column.allowZeroLength);
+  }
+  EXPECT_EQ(applied, "plain 10 false false, made 7 true true, empty 10 false true, ");
 }
 
 TEST_F(CreationTest, DesignsAtTheirBoundsAreTaken) {
@@ -333,6 +376,11 @@ TEST_F(CreationTest, DesignsAtTheirBoundsAreTaken) {
       test::design("Row with text",
                    "235*c# numeric, d235 guid, d236 double, d237 integer, d238 text, d239 byte"));
   insertRows(2, [](int) { return std::vector<Value>(240); });
+  std::vector<Value> tooLong(240);
+  tooLong[238] = "a";
+  EXPECT_EQ(test::raisedBy([&] { table_->insert(tooLong); }).description,
+            "A row of table 'Row with text' would take 4062 bytes; at most 4060 are possible. "
+            "Shorten its texts.");
   create(
       test::design("Keys", "10*c# byte", "i primary: c0, c1-, c2, c3-, c4, c5-, c6, c7-, c8, c9-"));
 }

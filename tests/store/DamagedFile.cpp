@@ -39,8 +39,9 @@ const RealIndex& DamagedFile::index(const std::string& table, const std::string&
   throw std::logic_error("there is no index " + index);
 }
 
-std::vector<RowId> DamagedFile::rows(const std::string& table) {
-  std::vector<RowId> rows;
+const std::vector<RowId>& DamagedFile::rows(const std::string& table) {
+  std::vector<RowId>& rows = rows_[table];
+  if (!rows.empty()) return rows;
   for (TableScan scan = database_->table(table)->scan(); scan.next();) rows.push_back(scan.rowId());
   return rows;
 }
@@ -82,11 +83,11 @@ DamagedFile::LongValuePlace DamagedFile::longValue(const std::string& table,
   throw std::logic_error("no value of " + column + " is long");
 }
 
-DamagedFile::MovedRow DamagedFile::movedRow(const std::string& table) {
+DamagedFile::MovedRow DamagedFile::movedRow(const std::string& table, std::size_t number) {
   for (const RowId row : rows(table)) {
     const PageRef page = pager().read(row.page);
     const Slot slot = DataPage(format(), page.view()).slot(row.row);
-    if (slot.kind == SlotKind::pointer) {
+    if (slot.kind == SlotKind::pointer && number-- == 0) {
       return {row, RowId::fromPointer(page.view().u32(slot.offset))};
     }
   }

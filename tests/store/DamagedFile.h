@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -34,8 +35,8 @@ class DamagedFile {
 
   /// The bytes of a page, to be changed.
   std::uint8_t* page(PageNumber number) { return pager().modify(number); }
-  /// The places of a table's rows.
-  std::vector<RowId> rows(const std::string& table);
+  /// The places of a table's rows, as they are when they are asked for at first.
+  const std::vector<RowId>& rows(const std::string& table);
   /// The entry of a row in its page's table of offsets.
   std::uint8_t* rowEntry(RowId row);
   /// The bytes of a row.
@@ -52,13 +53,11 @@ class DamagedFile {
     RowId row;
     RowId content;
   };
-  /// The first row of a table that has been moved.
-  MovedRow movedRow(const std::string& table);
+  /// A row of a table that has been moved: the first one, or one after it.
+  MovedRow movedRow(const std::string& table, std::size_t number = 0);
   /// The first page of a table's definition, and the block of a column in it.
   std::uint8_t* definition(const std::string& table) { return page(this->table(table).page); }
   std::uint8_t* columnBlock(const std::string& table, std::size_t column = 0);
-  /// The page of a table's first row.
-  std::uint8_t* firstPage(const std::string& table) { return page(rows(table)[0].page); }
   UsageMap ownedPages(const std::string& name) { return {pager(), table(name).ownedPages}; }
 
   /// The leaves of an index, in order.
@@ -72,6 +71,7 @@ class DamagedFile {
   std::filesystem::path path_;
   std::shared_ptr<Database> database_;
   std::optional<Transaction> transaction_;
+  std::map<std::string, std::vector<RowId>> rows_;
 };
 
 std::vector<Bytes> entriesOf(const IndexPage& page);

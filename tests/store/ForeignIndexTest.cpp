@@ -123,6 +123,13 @@ TEST_F(ForeignIndex, RowsWithoutAnEntryCanBeDeleted) {
   }
   EXPECT_FALSE(checkFile("foreign.mdb", "").sound());
   EXPECT_FALSE(table_->row({row.page, 200}));
+  const RowId other = insert(3, "\u00df");
+  {
+    Transaction undone(database_->pager());  // an entry whose key is of no form of the row's text
+    table_->index(0).eraseRow(other);
+    table_->index(0).insert(Bytes{0x7f, 0x4a, 1, 0}, other);
+    EXPECT_EQ(checkFile("foreign.mdb", "").faultCount, 2U);
+  }
   table_->erase(row);
   check();
 }
@@ -161,6 +168,9 @@ TEST_F(ForeignIndex, SortOrderKnownInPart) {
 TEST_F(ForeignIndex, AutomaticGuids) {
   const Column& column = table_->definition().columns[2];
   EXPECT_TRUE(table_->row(insert(1, "a"))->isNull(column));
+  changeColumn(1, kJet4.column.flags, 0x42);  // which is but for GUIDs
+  EXPECT_TRUE(
+      table_->row(table_->insert(std::vector<Value>(3)))->isNull(table_->definition().columns[1]));
   changeColumn(2, kJet4.column.flags, 0x43);
   std::set<std::string> made;
   for (int i = 0; i < 50; ++i) {

@@ -6,14 +6,20 @@
 #include <functional>
 #include <map>
 #include <ostream>
+#include <set>
 
+#include "model/Raised.h"
 #include "store/Check.h"
 #include "store/FileContent.h"
+#include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
+#include "store/jet/compact/CopyTarget.h"
+#include "store/jet/file/MemoryFile.h"
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
 #include "store/jet/page/PageCache.h"
+#include "store/jet/page/UsageMap.h"
 #include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 
@@ -197,6 +203,72 @@ TEST(FreePages, TheFirstPageBeyondTheBitmapLosesNoFreePage) {
   EXPECT_NE(free.contains(first), free.contains(second)) << "one of them has the bits";
   EXPECT_EQ(pager.pageCount(), beyond + 1);
   transaction.commit();
+}
+
+/// Pages are listed in a row's bits where those reach, else on pages of bits: as they are added,
+/// and as a copy lists them.
+TEST(UsageMap, ListsPagesAtTheBoundsOfItsBits) {
+  test::MemoryFiles files;
+  const auto database = createDatabase(test::kFile);
+  createTable(*database, test::design("T", "a byte"));
+  Pager& pager = database->pager();
+  const Transaction undone(pager);
+  const RowId place = database->table("T")->definition().ownedPages;
+  const PageRef header = pager.read(0);
+  Bytes copy;
+  PageNumber copied = 0;
+  CopyTarget target(std::make_unique<MemoryFile>(copy), "copy.mdb", {header.data(), header.size()},
+                    [&](PageNumber pages) { copied = pages; });
+  const std::pair<std::vector<PageNumber>, bool> cases[] = {
+      {{}, false},        {{13, 14}, false},
+      {{9, 519}, false},  {{9, 520}, true},
+      {{519, 9}, false},  {{16, 9, 521}, true},
+      {{3, 32735}, true}, {{3, 32735, 32736, 70000, 556511}, true}};
+  std::vector<RowId> copies;
+  for (const auto& [pages, hasPointers] : cases) {
+    const Savepoint emptied(pager);
+    UsageMap map(pager, place);
+    for (const PageNumber page : pages) map.add(page);
+    std::vector<PageNumber> sorted = pages, listed;
+    std::ranges::sort(sorted);
+    for (auto page = map.next(0, kEndOfPages); page; page = map.next(*page + 1, kEndOfPages))
+      listed.push_back(*page);
+    EXPECT_EQ(listed, sorted);
+    EXPECT_EQ(MapBits(pager, place, MapBits::BadPointer::damage).hasPointers(), hasPointers);
+    copies.push_back(target.addMap(sorted));
+  }
+  target.finish();
+  EXPECT_EQ(copied, target.pager().pageCount());
+  for (std::size_t i = 0; i < copies.size(); ++i) {
+    const UsageMap map(target.pager(), copies[i]);
+    std::set<PageNumber> listed;
+    for (auto page = map.next(0, kEndOfPages); page; page = map.next(*page + 1, kEndOfPages))
+      listed.insert(*page);
+    EXPECT_EQ(listed, std::set(cases[i].first.begin(), cases[i].first.end()));
+  }
+  UsageMap full(pager, place);
+  full.add(3);
+  EXPECT_EQ(test::raisedBy([&] { full.add(17 * 32736); }).number, kCorruptFile);
+  EXPECT_EQ(test::raisedBy([&] { full.add(17 * 32736 - 1); }).number, 0);
+}
+
+/// What a change comes to of which a part has failed: it is undone whole.
+TEST(Pager, ATransactionThatFailedInPartIsNotCommitted) {
+  test::MemoryFiles files;
+  const auto database = createDatabase(test::kFile);
+  Pager& pager = database->pager();
+  EXPECT_EQ(test::raisedBy([&] { pager.modify(2); }).number, kStoreFailure);
+  {
+    Transaction whole(pager);
+    pager.append();
+    { const Transaction failed(pager); }
+    EXPECT_EQ(test::raisedBy([&] { whole.commit(); }).number, kStoreFailure);
+  }
+  Transaction next(pager);
+  const PageNumber page = pager.append();
+  next.commit();
+  EXPECT_EQ(pager.pageCount(), page + 1);
+  EXPECT_EQ(files.size(test::kFile), (page + 1) * kJet4.pageSize);
 }
 
 /// Pages are put (with a letter), looked for, and all shown (?) or forgotten (0).

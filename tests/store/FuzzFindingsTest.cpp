@@ -57,7 +57,16 @@ TEST_F(FuzzFindings, DefinitionWhoseColumnsHaveNoPlaceInRows) {
   EXPECT_EQ(refusal(1.5), kCorruptFile);
   column.length = 8;
   EXPECT_EQ(refusal(1.5), 0);
-  // Text of a fixed length, which no column has that is made here, is filled up with blanks.
+  column.fixed = false;  // as no column of numbers is
+  EXPECT_EQ(encodeRow(database->pager(), table, std::vector<Value>{1.5}),
+            (Bytes{3, 0, 0, 0, 0, 0, 0, 0, 0xf8, 0x3f, 10, 0, 2, 0, 1, 0, 1}));
+  column.type = ColumnType::boolean;
+  column.variableIndex = 1;
+  EXPECT_EQ(encodeRow(database->pager(), table, std::vector<Value>{true}),
+            (Bytes{3, 0, 2, 0, 2, 0, 1, 0, 1}));
+  column.fixed = column.compressible = true;
+  // Text of a fixed length, which no column has that is made here, is filled up with blanks, and
+  // never compressed.
   column.type = ColumnType::text;
   table.variableColumns = 0;
   EXPECT_EQ(encodeRow(database->pager(), table, std::vector<Value>{"abc"}),

@@ -98,10 +98,12 @@ Value valueOf(const Column& column, const std::string& text) {
     case ColumnType::ole:
       return bytesOf(text);
     case ColumnType::text: {
-      std::string repeated = text;  // "abc*255": that many of the last letter
+      std::string repeated = text;  // "abc*255d": that many of the letter before
       if (const std::size_t star = text.rfind('*'); star != std::string::npos && star > 0) {
-        const auto count = std::stoul(text.substr(star + 1));
-        repeated = text.substr(0, star) + std::string(count - 1, text[star - 1]);
+        std::size_t digits = 0;
+        const auto count = std::stoul(text.substr(star + 1), &digits);
+        repeated = text.substr(0, star) + std::string(count - 1, text[star - 1]) +
+                   text.substr(star + 1 + digits);
       }
       return repeated;
     }
@@ -147,6 +149,9 @@ TEST(IndexKey, LettersThatExpandCanCountAsOne) {
   Bytes oneLetter;
   appendTextKey(oneLetter, "\u00df-\u00e9", kLegacyOrder, true, Expansion::oneLetter);
   EXPECT_EQ(hex(oneLetter), "6b6b5101020e010101800b068200");
+  EXPECT_EQ(makeSearchKey(textColumn({1053, 0, false}), "a", true), std::nullopt);
+  EXPECT_EQ(test::raisedBy([] { makeSearchKey(textColumn(kLegacyOrder), 7, true); }).number,
+            kTypeMismatch);
 }
 
 /// Of each order the keys of all characters between others, and their bytes as texts and in files.

@@ -259,6 +259,7 @@ TEST_P(IndexTreeShapes, GrowsAgainFromWhatIsLeft) {
 TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
   for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
+    std::vector<PageRef> read;  // by somebody who keeps them as they are
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
     for (int burst = 0; burst < 12; ++burst) {
       const bool erases = random_() % 8 < static_cast<unsigned>(run);
@@ -266,6 +267,9 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
       std::uint32_t number = 500 + random_() % 2000;
       for (int i = 0; i < 100; ++i, number += step) {
         const Entry chosen = entry(number);
+        for (PageNumber page = kRoot; i == 70 && page < pager_->pageCount(); ++page) {
+          read.push_back(pager_->read(page));
+        }
         if (erases) {
           const bool wasThere = model_.erase(chosen) == 1;
           ASSERT_EQ(entries.erase(chosen.key, chosen.row),
@@ -311,6 +315,50 @@ TEST_F(IndexTreeTest, EntriesOfOneKeyThatStandApartShareIt) {
   sorter.sort();
   EXPECT_TRUE(sorter.row(0) == (RowId{4, 0}) && sorter.row(3) == last);
   EXPECT_TRUE(!sorter.repeatsKey(1) && !sorter.repeatsKey(2) && sorter.repeatsKey(3));
+}
+
+/// Leaves that another program has emptied hide no entries of a key from each other.
+TEST_F(IndexTreeTest, EmptyLeavesHideNoKey) {
+  const Bytes key = longKey(7);
+  insert({longKey(1), {1, 0}});
+  for (std::uint32_t i = 0; i < 6000; ++i) insert({key, rowOf(i)});
+  insert({longKey(9), {1, 1}});
+  const auto leaf = [&](std::size_t child) {
+    return IndexPageEditor(*pager_, StoredIndexPage(*pager_, kRoot, kTable).entries.child(child));
+  };
+  const std::size_t last = StoredIndexPage(*pager_, kRoot, kTable).entries.childCount() - 1;
+  ASSERT_GT(last, 3u);
+  for (const bool isBefore : {true, false}) {
+    const Savepoint undone(*pager_);
+    IndexPageEditor end = leaf(isBefore ? 0 : last), beside = leaf(isBefore ? 1 : last - 1);
+    isBefore ? end.erase(1, end.count()) : end.erase(0, end.count() - 1);
+    beside.erase(0, beside.count());
+    const RowId row = rowOf(isBefore ? 1 : 5999);
+    EXPECT_EQ(IndexRun(*pager_, index_, kTable).insert(key, row, IndexRun::SameKey::refuse),
+              kNoChange);
+    EXPECT_EQ(IndexRun(*pager_, index_, kTable).insert(longKey(8), row, IndexRun::SameKey::refuse),
+              IndexTree::Change::key);
+  }
+}
+
+/// The last entries of leaves go, and nodes have no room for those before them, which are longer.
+TEST_F(IndexTreeTest, NodesKeepEntriesThatHaveNoRoomForLongerOnes) {
+  const auto entry = [](std::uint32_t number, bool isLong) {
+    Entry made = numberEntry(number);
+    made.key.resize(isLong ? 1000 : 6, isLong ? 7 : 8);
+    return made;
+  };
+  for (std::uint32_t i = 0; i < 120; ++i) {
+    insert(entry(i, true));
+    insert(entry(i, false));
+  }
+  for (std::uint32_t i = 0; i < 120; ++i) erase(entry(i, false));
+  check();
+  EXPECT_EQ(pages_, 41u);
+  EXPECT_EQ(StoredIndexPage(*pager_, kRoot, kTable).entries.separator(30),
+            entry(92, false).bytes());
+  for (std::uint32_t i = 120; i-- > 0;) insert(entry(i, false));
+  check();
 }
 
 TEST_F(IndexTreeTest, CursorsOutliveChanges) {
@@ -455,6 +503,65 @@ TEST_F(IndexTreeTest, PrefixesOfNodesReachIntoRowPointers) {
   }
 }
 
+/// Above a leaf of three long entries nodes, each of which has entries of keys of these sizes,
+/// which lead to an empty leaf, before its tail, which leads on; the root is the highest. What
+/// adding a fourth entry to the full leaf comes to.
+class HighIndex : public IndexTreeTest {
+ protected:
+  test::Raised grow(std::size_t levels, std::vector<std::size_t> sizes) {
+    const Savepoint undone(*pager_);
+    const PageNumber other = PageAllocator(*pager_).allocate();
+    IndexTree::initializeRoot(*pager_, other, kTable);
+    PageNumber child = 0;
+    for (std::size_t level = 0; level <= levels; ++level) {
+      const PageNumber page = level == levels ? kRoot : PageAllocator(*pager_).allocate();
+      IndexPageEditor::initialize(kJet4, pager_->modify(page), kTable, level);
+      const bool isLeaf = level == 0;
+      std::vector<Bytes> entries;
+      for (const std::size_t size : isLeaf ? std::vector<std::size_t>(3, 1190) : sizes) {
+        Entry entry{Bytes(size, static_cast<std::uint8_t>(entries.size())), {9, 0}};
+        entry.key[0] = isLeaf ? 0x80 : 0x10;
+        entries.push_back(entry.bytes());
+        if (!isLeaf) entries.back().insert(entries.back().end(), {0, 0, 0, std::uint8_t(other)});
+      }
+      IndexPageEditor editor(*pager_, page);
+      editor.assign(entries);
+      if (!isLeaf) editor.setTail(child);
+      child = page;
+    }
+    Bytes key(1190, 9);
+    key[0] = 0x80;
+    const auto raised = test::raisedBy([&] { tree().insert(key, {9, 1}); });
+    const bool isThere = raised.number == 0 && tree().find(key) == RowId{9, 1};
+    EXPECT_EQ(isThere, raised.number == 0);
+    deepest_ = test::raisedBy([&] { tree().last(); }).description;
+    return raised;
+  }
+  std::string deepest_;
+};
+
+TEST_F(HighIndex, HasAtMostSoManyLevels) {
+  constexpr std::size_t kMost = 16;
+  const std::vector<std::size_t> full(3, 1180);
+  EXPECT_EQ(grow(kMost - 1, full).number, 0);
+  EXPECT_EQ(grow(kMost, {1180, 1180}).number, 0);
+  const auto tooMany = testing::HasSubstr("page 2: its index has too many levels");
+  EXPECT_THAT(grow(kMost, full).description, tooMany);
+  EXPECT_EQ(deepest_, "");
+  EXPECT_THAT(grow(kMost + 1, {1180}).description,
+              testing::HasSubstr("its index has too many levels"));
+  EXPECT_THAT(deepest_, testing::HasSubstr("it leads to no leaf of its index"));
+}
+
+/// Another program may write entries of which a page has no room for three.
+TEST_F(HighIndex, EntriesThatAreTooLongAreNotParted) {
+  EXPECT_EQ(grow(2, {1700, 1700}).number, 0);
+  EXPECT_THAT(grow(2, {3500}).description,
+              testing::HasSubstr("its index entries are too long to be parted"));
+  EXPECT_THAT(grow(1, {3500}).description,
+              testing::HasSubstr("its index entries are too long to be parted"));
+}
+
 class DamagedIndex : public IndexTreeTest {
  protected:
   void SetUp() override {
@@ -496,6 +603,9 @@ TEST_F(DamagedIndex, NodesThatLeadToThemselvesOrToNothing) {
   expectDamage([&] { (void)tree().last(); });
   store32(page(firstLeaf()) + layout.owner, kTable + 1);
   expectDamage([&] { readAll(); });
+  std::fill(page(kRoot) + layout.tail, page(kRoot) + kPageSize, std::uint8_t{0});
+  expectDamage([&] { readAll(); });
+  expectDamage([&] { tree().insert(longKey(7), {9, 9}); });
 }
 
 /// A page that a leaf names as its neighbour, but that is another index's, is not changed.

@@ -20,6 +20,7 @@
 #include "store/jet/page/Text.h"
 #include "store/jet/row/CalculatedValue.h"
 #include "store/jet/row/Row.h"
+#include "store/jet/table/RowChanges.h"
 #include "support/CaseFile.h"
 #include "support/MemoryFiles.h"
 #include "support/TemporaryFolder.h"
@@ -203,6 +204,17 @@ TEST(FreedPage, TakesNoRows) {
   table->erase(insert("deleted"));
   insert("kept");
   EXPECT_EQ(test::rowsOf(*table).size(), 1U);
+  createTable(*database, {.name = "More", .columns = {{"text", ColumnType::text, 255}}});
+  const auto more = database->table("More");
+  {
+    Transaction both(database->pager());
+    RowChanges changes(*more);
+    changes.erase(changes.insert(std::vector<Value>{"deleted"}));
+    changes.insert(std::vector<Value>{"kept"});
+    changes.finish();
+    both.commit();
+  }
+  EXPECT_EQ(test::rowsOf(*more).size(), 1U);
   {
     Transaction undone(database->pager());
     for (int i = 0; i < 500; ++i) insert("a row of a batch that is undone, so long that it fills");
@@ -210,6 +222,39 @@ TEST(FreedPage, TakesNoRows) {
   insert("kept too");
   EXPECT_EQ(test::rowsOf(*table).size(), 2U);
   test::expectSound("freed.mdb");
+}
+
+/// Rows that go and come while others are visited, on pages that were read ahead.
+TEST(TableScan, ShowsRowsAsTheyAreThen) {
+  test::MemoryFiles files;
+  const auto database = createDatabase("scan.mdb");
+  createTable(*database, {.name = "Notes", .columns = {{"text", ColumnType::text, 255}}});
+  const auto table = database->table("Notes");
+  std::vector<RowId> rows;
+  while (rows.empty() || rows.back().page == rows.front().page || rows.size() < 45) {
+    rows.push_back(table->insert(std::vector<Value>{std::string(250, 'x')}));
+  }
+  const PageNumber second = rows[20].page, third = rows.back().page;
+  ASSERT_TRUE(rows[0].page < second && second < third);
+  TableScan scan = table->scan();
+  EXPECT_TRUE(scan.next());
+  const auto eraseOn = [&](PageNumber page) {
+    for (const RowId row : rows) {
+      if (row.page == page) table->erase(row);
+    }
+  };
+  eraseOn(second);
+  for (PageNumber page = rows[0].page; page == rows[0].page; page = scan.rowId().page) {
+    ASSERT_TRUE(scan.next());
+  }
+  EXPECT_EQ(scan.rowId(), (RowId{third, 0}));
+  TableScan again = table->scan();
+  again.seekAfter({second, 3});  // which is gone
+  EXPECT_TRUE(again.next() && again.rowId() == (RowId{third, 0}));
+  eraseOn(third);
+  again.seekAfter({third, 0});
+  EXPECT_FALSE(again.next());
+  EXPECT_EQ(table->countRows(), test::rowsOf(*table).size());
 }
 
 /// What is missing at the end of a file is not taken for rows that were never there.

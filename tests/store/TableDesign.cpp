@@ -37,10 +37,10 @@ std::vector<std::string> partsOf(std::string_view text, std::string_view mark) {
 
 ColumnInfo columnOf(std::string_view text) {
   static const std::map<std::string, int> types{
-      {"boolean", 1},  {"byte", 2},     {"integer", 3},  {"longInteger", 4},
-      {"currency", 5}, {"single", 6},   {"double", 7},   {"dateTime", 8},
-      {"binary", 9},   {"text", 10},    {"ole", 11},     {"memo", 12},
-      {"guid", 15},    {"numeric", 16}, {"complex", 18}, {"bigInteger", 19}};
+      {"boolean", 1},     {"byte", 2},         {"integer", 3},  {"longInteger", 4}, {"currency", 5},
+      {"single", 6},      {"double", 7},       {"dateTime", 8}, {"binary", 9},      {"text", 10},
+      {"ole", 11},        {"memo", 12},        {"guid", 15},    {"numeric", 16},    {"complex", 18},
+      {"bigInteger", 19}, {"extendedDate", 20}};
   ColumnInfo column;
   const bool hasDefault = text.find(" =") != text.npos;
   std::istringstream rest(take(text, " ="));

@@ -68,6 +68,8 @@ TEST(SavedQuery, TextOfANewQuery) {
             "Pane.GroupID = [Group].GroupID) LEFT JOIN [Supplier list] ON "
             "Pane.SupplierID = [Supplier list].SupplierID WHERE Pane.freeze = False "
             "ORDER BY Pane.name, Pane.PaneID DESC;");
+  design.joins[1].kind = JoinKind::right;
+  EXPECT_EQ(SavedQuery::partsOf(design)[9].flag, 3);
   design.outputs = {{"*"}};
   design.joins.clear();
   design.tables = {"Pane"};

@@ -27,7 +27,6 @@ class SavedQuery {
  public:
   SavedQuery(std::string name, std::vector<QueryPart> parts);
 
-  const std::string& name() const { return name_; }
   /// A query whose parts do not say it is a SELECT.
   QueryKind kind() const { return kind_; }
 

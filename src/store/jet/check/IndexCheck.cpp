@@ -74,7 +74,6 @@ void IndexCheck::checkNode(const StoredIndexPage& node, std::size_t depth) {
     raiseDamaged(place.page, "the page leads to no leaf of the index");
   }
   for (std::size_t i = 0; i < entries.childCount(); ++i) {
-    broken_ = false;
     walk(entries.child(i), depth + 1);
     if (!broken_ && i < entries.count()) {
       checkSeparator(node, i);
@@ -146,6 +145,7 @@ void IndexCheck::checkLinks(const StoredIndexPage& leaf) {
   }
   lastLeaf_ = number;
   lastLeafsNext_ = leaf.entries.next();
+  broken_ = false;
 }
 
 void IndexCheck::checkEntry(const CheckPlace& place, std::size_t at) {
@@ -220,9 +220,7 @@ void IndexCheck::checkMap() {
       }
     }
     context_.pages.forEachPageOf(user_, [&](PageNumber page) {
-      // The map's own pages are the index's too, but not the tree's.
-      const bool isMap = context_.pager.read(page).type() == PageType::usageMap;
-      if (!isMap && !listed.contains(page)) {
+      if (!listed.contains(page)) {
         context_.log.fault(place_.onPage(page), Harm::counts,
                            "the page is part of the index, but not listed as one of its pages");
       }

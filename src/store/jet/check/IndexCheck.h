@@ -49,7 +49,7 @@ class IndexCheck {
   Bytes entry_{};                        ///< the current entry of a leaf
   Bytes previous_{};                     ///< the one before it; empty before the first
   std::vector<Separator> separators_{};  ///< that the next entry must come after
-  bool broken_ = false;                  ///< part of the tree could not be read before this place
+  bool broken_ = false;                  ///< what comes just before this place could not be read
   std::optional<std::size_t> leafDepth_{};
   PageNumber lastLeaf_ = 0;
   PageNumber lastLeafsNext_ = 0;

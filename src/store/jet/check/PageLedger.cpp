@@ -89,7 +89,7 @@ bool PageLedger::claim(User user, PageNumber page) {
     return false;
   }
   users_[page] = user;
-  if (++claimed_ % kClaimsPerReport == 0 && progress_) {
+  if (++claimed_ % kClaimsPerReport == 0) {
     progress_(claimed_, users_.size());
   }
   return true;
@@ -139,9 +139,7 @@ void PageLedger::finish(CheckReport& report) {
     }
   });
   noteUnused();
-  if (progress_) {
-    progress_(users_.size(), users_.size());
-  }
+  progress_(users_.size(), users_.size());
 }
 
 void PageLedger::compareWithFreePages(CheckReport& report) {

@@ -190,11 +190,11 @@ void TableCheck::readColumns(RowId id, const RowView& row) {
   for (std::size_t i = 0; i < table_.columns.size(); ++i) {
     const Column& column = table_.columns[i];
     values_[i] = Value();
-    if (column.calculated) {
-      continue;  // follows from other columns; its type is not known from here
-    }
     if (column.isLongValue() && !row.isNull(column)) {
       longValues_.check(column, row, id);
+    }
+    if (column.calculated) {
+      continue;  // follows from other columns; its type is not known from here
     }
     if (!column.isLongValue() || isKey_[i]) {
       values_[i] = row.value(column);

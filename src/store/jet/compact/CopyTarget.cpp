@@ -44,9 +44,7 @@ PageNumber CopyTarget::newPage() {
     transaction_->commit();
     transaction_.emplace(*pager_);
   }
-  if (pageAdded_) {
-    pageAdded_(page + 1);
-  }
+  pageAdded_(page + 1);
   return page;
 }
 

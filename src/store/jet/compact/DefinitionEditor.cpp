@@ -98,6 +98,15 @@ void DefinitionEditor::changeLongValueMaps(
   }
 }
 
+void DefinitionEditor::needLongValueMaps(std::uint16_t column) {
+  std::size_t at = longValueMaps_;
+  for (; load16(&bytes_[at]) != kNoColumn; at += kLongValueMapsSize) {
+    if (load16(&bytes_[at]) == column) return;
+  }
+  bytes_.insert(bytes_.begin() + static_cast<std::ptrdiff_t>(at), kLongValueMapsSize, 0);
+  store16(&bytes_[at], column);
+}
+
 void DefinitionEditor::changeRelations(const std::function<void(PageNumber&)>& change) {
   for (std::size_t i = 0; i < logicalIndexes_; ++i) {
     std::uint8_t* place =

@@ -23,6 +23,8 @@ class DefinitionEditor {
   void setIndex(std::size_t realIndex, PageNumber root, RowId pages, std::uint32_t keys);
   /// Lets an index allow rows with the same values, and rows with Null.
   void allow(std::size_t realIndex, bool repeated, bool nulls);
+  /// Makes room for the two maps of a long column, by its number, where there is none.
+  void needLongValueMaps(std::uint16_t column);
   /// Gives the two maps of each long column that has them to `change`, by the column's number.
   void changeLongValueMaps(
       const std::function<void(std::uint16_t column, RowId& pages, RowId& pagesWithRoom)>& change);

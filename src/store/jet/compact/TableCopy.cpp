@@ -237,6 +237,9 @@ void TableCopy::writeDefinition() {
   editor_.setRowCount(rowCount_);
   const RowId pages = target_.addMap(rows_.pages());
   editor_.setRowMaps(pages, target_.addMap(rows_.pagesWithRoom()));
+  for (const LongColumn& column : longColumns_) {
+    if (!column.pages.pages().empty()) editor_.needLongValueMaps(column.column->number);
+  }
   editor_.changeLongValueMaps([&](std::uint16_t number, RowId& maps, RowId& withRoom) {
     const auto column = std::ranges::find(
         longColumns_, number, [](const LongColumn& each) { return each.column->number; });

@@ -87,7 +87,7 @@ PageNumber IndexPage::next() const {
   return page_.u32(format_.indexPage.next);
 }
 PageNumber IndexPage::tail() const {
-  return leaf_ ? 0 : page_.u32(format_.indexPage.tail);
+  return page_.u32(format_.indexPage.tail);
 }
 std::uint8_t IndexPage::level() const {
   return page_.u8(format_.indexPage.mask - 1);

@@ -33,7 +33,7 @@ class IndexPage {
   PageNumber owner() const;     ///< page of the table's definition
   PageNumber previous() const;  ///< neighbour of the same level; 0 for none
   PageNumber next() const;
-  PageNumber tail() const;     ///< 0 for none
+  PageNumber tail() const;     ///< of a node; 0 for none
   std::uint8_t level() const;  ///< 0 for leaves; not every program writes it
 
   std::size_t count() const { return count_; }

@@ -45,10 +45,6 @@ OrderKnowledge knowledgeOf(const SortOrder& order) {
 }
 
 bool isKnownIn(const SortOrder& order, std::string_view text) {
-  const OrderKnowledge knowledge = knowledgeOf(order);
-  if (knowledge != OrderKnowledge::ascii) {
-    return knowledge == OrderKnowledge::all;
-  }
   const AsciiOrder& known = *findAsciiOrder(order);
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool own = std::ranges::any_of(known.ownLetters, [&](std::string_view letter) {
@@ -63,11 +59,9 @@ bool isKnownIn(const SortOrder& order, std::string_view text) {
 
 std::string describeKnownText(const SortOrder& order) {
   std::string without;
-  if (const AsciiOrder* known = findAsciiOrder(order)) {
-    for (const std::string_view letter : known->ownLetters) {
-      if (!letter.empty()) {
-        without += fmt::format("{} \"{}\"", without.empty() ? " without" : " and", letter);
-      }
+  for (const std::string_view letter : findAsciiOrder(order)->ownLetters) {
+    if (!letter.empty()) {
+      without += fmt::format("{} \"{}\"", without.empty() ? " without" : " and", letter);
     }
   }
   return "only ASCII text" + without;

@@ -23,10 +23,10 @@ enum class OrderKnowledge {
 };
 OrderKnowledge knowledgeOf(const SortOrder& order);
 
-/// Whether the codes of a text (UTF-8) in a sort order are known.
+/// Whether the codes of a text (UTF-8) are known in a sort order of which ASCII text is.
 bool isKnownIn(const SortOrder& order, std::string_view text);
 
-/// What text an index in a sort order takes, to be told to somebody who has given other text:
+/// What text an index in such a sort order takes, to be told to somebody who has given other text:
 /// `only ASCII text without "ch" and "ll"`.
 std::string describeKnownText(const SortOrder& order);
 

@@ -146,7 +146,7 @@ void TextCodes::addRow(const char* text) {
     const unsigned step = row.numberAfter('+', 0);
     const unsigned accentStep = row.numberAfter('^', 0);
     const unsigned count = row.numberAfter('*', 1);
-    for (unsigned i = 0; i < count; ++i) {
+    for (unsigned i = 0;; ++i) {
       set(unit++, code, isLetter(code) ? primary : CodeBytes{}, accent);
       if (i + 1 == count) break;
       advancePrimary(primary, step);

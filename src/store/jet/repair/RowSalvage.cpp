@@ -147,8 +147,11 @@ RowId RowSalvage::follow(RowId home) {
       raiseDamaged(home.page, "the row has been moved to where no row of the table is");
     }
     checkIsThere(at, slot);
-    if (slot.kind != SlotKind::pointer) {
+    if (slot.kind == SlotKind::hidden) {
       return at;
+    }
+    if (slot.kind == SlotKind::row) {
+      raiseDamaged(home.page, "the row has been moved to where another row is");
     }
     at = RowId::fromPointer(ByteView(page.bytes(at.row), at.page).u32(0));
   }

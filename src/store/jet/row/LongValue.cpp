@@ -139,8 +139,12 @@ void eraseLongValue(Pager& pager, const Column& column, std::span<const std::uin
                     PageNumber page) {
   std::vector<RowId> parts;
   forEachLongValuePart(pager, definition, page, [&](RowId part) { parts.push_back(part); });
-  RowSpace space(pager, kLongValueOwner, column.longValuePages.value(),
-                 column.longValueFreePages.value());
+  if (parts.empty()) return;
+  if (!column.longValuePages || !column.longValueFreePages) {
+    raiseDamaged(page,
+                 "column '" + column.name + "' has a value outside its row, but no pages for such");
+  }
+  RowSpace space(pager, kLongValueOwner, *column.longValuePages, *column.longValueFreePages);
   for (const RowId part : parts) space.erase(part);
   space.finish();
 }

@@ -25,9 +25,8 @@ std::size_t jumpEntries(std::size_t rowLength) {
 Jumps jumpsOf(std::size_t rowLength, std::size_t maskLength, std::size_t variableCount) {
   const std::size_t stored = jumpEntries(rowLength);
   // The table's own bytes can make the row need one entry more than its data: that one is unused.
-  const std::size_t tail = maskLength + 1 + stored;
-  const std::size_t eodPlace = rowLength > tail ? rowLength - 1 - tail : 0;
-  const std::size_t reach = eodPlace > variableCount ? (eodPlace - variableCount) / 256 : 0;
+  // A row that has a part for variable columns has all that is taken off here.
+  const std::size_t reach = (rowLength - 2 - maskLength - stored - variableCount) / 256;
   return {stored, reach < stored ? stored - 1 : stored};
 }
 

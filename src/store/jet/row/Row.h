@@ -44,9 +44,6 @@ class RowView {
   /// Reads it over another value, which takes fewer steps for numbers.
   void read(const Column& column, Value& value) const;
 
-  /// Whether this stands for a row at all.
-  explicit operator bool() const { return data_ != nullptr; }
-
  private:
   /// Finds the part for variable columns. What is wrong with it, or null.
   const char* findVariablePart();
