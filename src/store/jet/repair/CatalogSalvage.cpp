@@ -100,11 +100,13 @@ void CatalogSalvage::readTables() {
       return false;
     }
     leftOut_.insert(entry.row);
-    report_.lost.push_back(fmt::format(
-        "table '{}': its definition on page {} cannot be read{}", entry.name, page,
-        survey_.pagesOf(page).empty() ? ""
-                                      : fmt::format(", so that the rows on {} pages mean nothing",
-                                                    survey_.pagesOf(page).size())));
+    const std::size_t pages = survey_.pagesOf(page).size();
+    const std::string rows = pages == 0
+                                 ? ""
+                                 : fmt::format(", so that the rows on {} page{} mean nothing",
+                                               pages, pages == 1 ? "" : "s");
+    report_.lost.push_back(fmt::format("table '{}': its definition on page {} cannot be read{}",
+                                       entry.name, page, rows));
     return true;
   });
 }
