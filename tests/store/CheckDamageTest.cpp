@@ -17,6 +17,8 @@
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
+#include "store/TableDesign.h"
+#include "store/jet/catalog/Creation.h"
 #include "store/jet/page/ChangeObserver.h"
 #include "store/jet/table/RowReader.h"
 #include "support/CaseFile.h"
@@ -78,18 +80,20 @@ std::string repeated(const std::string& text, std::size_t times) {
   return all;
 }
 
-/// "insert TABLE ROW COLUMN VALUE" (a copy of the row), "update" likewise, "delete TABLE ROW": a
-/// row is one of the sound file. Of a value, "m*250" are many letters; "-" is Null.
+/// "insert TABLE ROW COLUMN VALUE" (a copy of the row), "update" likewise, "delete TABLE ROW",
+/// "create TABLE": a row is one of the sound file. Of a value, "m*250" are many letters; "-" is
+/// Null.
 std::string change(Database& database, const std::map<std::string, std::vector<RowId>>& rows,
                    const std::string& step) {
   std::istringstream words(step.substr(5));
   std::string what, name, column, text;
   std::size_t number = 0;
   words >> what >> name >> number >> column >> text;
-  const RowId id = rows.at(name).at(number);
   const auto observer = std::make_shared<UnreadRows>();
   database.pager().observe(observer);
   const auto raised = raisedBy([&] {
+    if (what == "create") return createTable(database, orv::test::design(name, "a byte"));
+    const RowId id = rows.at(name).at(number);
     const auto table = database.table(name);
     const TableDefinition& definition = table->definition();
     if (what == "delete") return table->erase(id);
@@ -152,10 +156,19 @@ std::vector<std::string> foundOf(const std::string& sound, const orv::test::Cont
     }
   };
   SCOPED_TRACE(steps.front());
-  std::map<std::string, std::vector<RowId>> rows;
-  for (const char* table : {"Groups", "Pane", "Frame", "Moved", "Pane_spectral_data"})
-    rows[table] = file.rows(table);
   const auto isChange = [](const std::string& step) { return step.starts_with("then "); };
+  std::map<std::string, std::vector<RowId>> rows;
+  const auto tableOf = [](const std::string& change) {
+    std::istringstream words(change);
+    std::string name;
+    for (int i = 0; i < 3; ++i) words >> name;
+    return name;
+  };
+  for (const std::string& step : steps) {
+    if (isChange(step) && file.database().find(tableOf(step)) != nullptr) {
+      rows[tableOf(step)] = file.rows(tableOf(step));
+    }
+  }
   for (const std::string& step : steps) {
     if (!isChange(step)) inflict(file, step);
   }
@@ -170,10 +183,7 @@ std::vector<std::string> foundOf(const std::string& sound, const orv::test::Cont
     }
     const CheckReport after = checkFile(path, "");
     note(fmt::format("then {} faults, {} remarks", after.faultCount, after.remarkCount));
-    std::istringstream words(steps.back());
-    std::string name;
-    for (int i = 0; i < 3; ++i) words >> name;
-    const auto table = database->table(name);
+    const auto table = database->table(tableOf(steps.back()));
     std::string keys = fmt::format("{} rows, keys", table->rowCount());
     for (std::size_t i = 0; i < table->definition().realIndexes.size(); ++i) {
       keys += fmt::format(" {}", table->keyCount(i));

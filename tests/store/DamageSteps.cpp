@@ -146,49 +146,57 @@ std::uint8_t* placeOf(DamagedFile& file, const std::string& kind, Words& words) 
   return file.rowBytes(row) + length;
 }
 
-const std::map<std::string, std::size_t> kFields{
-    {"definition rowCount", kJet4.definition.rowCount},
-    {"definition nextPage", kJet4.definition.nextPage},
-    {"definition length", kJet4.definition.length},
-    {"definition columnCount", kJet4.definition.columnCount},
-    {"definition indexCount", kJet4.definition.indexCount},
-    {"definition realIndexCount", kJet4.definition.realIndexCount},
-    {"definition ownedPages", kJet4.definition.ownedPages},
-    {"definition freePages", kJet4.definition.freePages},
-    {"definition autoNumber", kJet4.definition.autoNumber},
-    {"column type", kJet4.column.type},
-    {"column number", kJet4.column.number},
-    {"column variableIndex", kJet4.column.variableIndex},
-    {"column sortOrder", kJet4.column.sortOrder},
-    {"column sortVersion", kJet4.column.sortVersion},
-    {"column flags", kJet4.column.flags},
-    {"column extraFlags", kJet4.column.extraFlags},
-    {"column length", kJet4.column.length},
-    {"tree columns", kJet4.index.realColumns},
-    {"tree flags", kJet4.index.realFlags},
-    {"named tree", kJet4.index.logicalReal},
-    {"named type", kJet4.index.logicalType},
-    {"named relationTable", kJet4.index.logicalRelationTable},
-    {"page freeSpace", kJet4.data.freeSpace},
-    {"page owner", kJet4.data.owner},
-    {"page rowCount", kJet4.data.rowCount},
-    {"page rowTable", kJet4.data.rowTable},
-    {"index freeSpace", kJet4.indexPage.freeSpace},
-    {"index owner", kJet4.indexPage.owner},
-    {"index previous", kJet4.indexPage.previous},
-    {"index next", kJet4.indexPage.next},
-    {"index tail", kJet4.indexPage.tail},
-    {"index prefixLength", kJet4.indexPage.prefixLength},
-    {"index mask", kJet4.indexPage.mask}};
+/// Where a field of a place is.
+std::ptrdiff_t offsetOf(const std::string& field) {
+  const auto& d = kJet4.definition;
+  const auto& c = kJet4.column;
+  const auto& x = kJet4.index;
+  const auto& p = kJet4.indexPage;
+  static const std::map<std::string, std::size_t> fields{
+      {"definition rowCount", d.rowCount},
+      {"definition nextPage", d.nextPage},
+      {"definition length", d.length},
+      {"definition columnCount", d.columnCount},
+      {"definition indexCount", d.indexCount},
+      {"definition realIndexCount", d.realIndexCount},
+      {"definition ownedPages", d.ownedPages},
+      {"definition freePages", d.freePages},
+      {"definition autoNumber", d.autoNumber},
+      {"column type", c.type},
+      {"column number", c.number},
+      {"column variableIndex", c.variableIndex},
+      {"column sortOrder", c.sortOrder},
+      {"column sortVersion", c.sortVersion},
+      {"column flags", c.flags},
+      {"column extraFlags", c.extraFlags},
+      {"column length", c.length},
+      {"tree columns", x.realColumns},
+      {"tree flags", x.realFlags},
+      {"named tree", x.logicalReal},
+      {"named type", x.logicalType},
+      {"named relationTable", x.logicalRelationTable},
+      {"page freeSpace", kJet4.data.freeSpace},
+      {"page owner", kJet4.data.owner},
+      {"page rowCount", kJet4.data.rowCount},
+      {"page rowTable", kJet4.data.rowTable},
+      {"index freeSpace", p.freeSpace},
+      {"index owner", p.owner},
+      {"index previous", p.previous},
+      {"index next", p.next},
+      {"index tail", p.tail},
+      {"index prefixLength", p.prefixLength},
+      {"index mask", p.mask}};
+  const auto found = fields.find(field);
+  return found != fields.end() ? static_cast<std::ptrdiff_t>(found->second)
+                               : std::stol(field.substr(field.find(' ')));
+}
 
 void changeBytes(DamagedFile& file, const std::string& kind, const std::string& step) {
   Words words(step);
   word(words);
   placeOf(file, kind, words);
   const std::string field = word(words), sign = word(words);
-  const auto named = kFields.find(kind + " " + field);
-  const std::ptrdiff_t at =
-      named != kFields.end() ? static_cast<std::ptrdiff_t>(named->second) : std::stol(field);
+  const std::ptrdiff_t at = offsetOf(kind + " " + field);
   Bytes bytes = bytesOf(file, word(words));
   Words again(step);
   word(again);
