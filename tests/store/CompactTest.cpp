@@ -63,24 +63,6 @@ TEST(Compact, KeepsAllThatFilesHold) {
   EXPECT_GE(compacted, files.size() == 2 ? 2u : 22u);
 }
 
-/// A definition may keep the maps of a memo column that is no more.
-TEST(Compact, KeepsPlacesOfMapsThatNoColumnHas) {
-  const TemporaryFolder folder;
-  makeSampleFile(folder / "sample.mdb");
-  {
-    const auto database = jet::Database::open(folder / "sample.mdb", "");
-    const jet::TableDefinition& pane = database->table("Pane")->definition();
-    jet::Transaction change(database->pager());
-    std::uint8_t* page = database->pager().modify(pane.page);
-    std::uint8_t pointer[4];
-    jet::store32(pointer, pane.columns[6].longValuePages->toPointer());
-    jet::store16(std::search(page, page + 4096, pointer, pointer + 4) - 2, 77);
-    change.commit();
-  }
-  const std::string target = folder / "new.mdb";
-  expectCompacted(folder / "sample.mdb", target, compactFile(folder / "sample.mdb", "", target));
-}
-
 /// An access control list that lets user 1234 read what its group may not.
 std::string accessList() {
   std::string list(4, '\0');

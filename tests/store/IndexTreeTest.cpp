@@ -569,44 +569,12 @@ class DamagedIndex : public IndexTreeTest {
     for (std::uint32_t i = 0; i < 2000; ++i) insert(numberEntry(i));
   }
   std::uint8_t* page(PageNumber number) { return pager_->modify(number); }
-  PageNumber firstLeaf() { return StoredIndexPage(*pager_, kRoot, kTable).entries.child(0); }
 
   /// Everything that reads the index ends in an error of a damaged file.
   void expectDamage(const std::function<void()>& use) {
     EXPECT_EQ(test::raisedBy(use).number, kCorruptFile);
   }
-  void readAll() {
-    for (IndexCursor cursor = tree().first(); cursor.next();) {
-    }
-  }
 };
-
-TEST_F(DamagedIndex, LinksThatRunInACircleOrToNoLeaf) {
-  const PageNumber first = firstLeaf();
-  const PageNumber last = StoredIndexPage(*pager_, kRoot, kTable).entries.tail();
-  store32(page(last) + kJet4.indexPage.next, kRoot);
-  EXPECT_THAT(test::raisedBy([&] { readAll(); }).description,
-              testing::HasSubstr("page 2: it should be a leaf of its index"));
-  const PageNumber second = StoredIndexPage(*pager_, first, kTable).entries.next();
-  store32(page(second) + kJet4.indexPage.next, first);
-  expectDamage([&] { readAll(); });
-}
-
-TEST_F(DamagedIndex, NodesThatLeadToThemselvesOrToNothing) {
-  const auto& layout = kJet4.indexPage;
-  store32(page(kRoot) + layout.tail, kRoot);
-  expectDamage([&] { tree().insert(longKey(1 << 30), {9, 9}); });
-  expectDamage([&] { (void)tree().last(); });
-  store32(page(kRoot) + layout.tail, 123456);
-  expectDamage([&] { (void)tree().last(); });
-  store32(page(kRoot) + layout.tail, kMaps);
-  expectDamage([&] { (void)tree().last(); });
-  store32(page(firstLeaf()) + layout.owner, kTable + 1);
-  expectDamage([&] { readAll(); });
-  std::fill(page(kRoot) + layout.tail, page(kRoot) + kPageSize, std::uint8_t{0});
-  expectDamage([&] { readAll(); });
-  expectDamage([&] { tree().insert(longKey(7), {9, 9}); });
-}
 
 /// A page that a leaf names as its neighbour, but that is another index's, is not changed.
 TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {

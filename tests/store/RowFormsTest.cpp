@@ -164,25 +164,6 @@ TEST_F(RowForms, RowsAreReadAsFarAsTheirBytesReach) {
   }
 }
 
-// A count of rows in a file is a hint, whatever it is.
-TEST_F(RowForms, RowsAreCountedByThePages) {
-  create({.name = "Forms", .columns = {{.name = "whole", .type = ColumnType::longInteger}}});
-  for (int i = 0; i < 5; ++i) table_->insert(std::vector<Value>{i});
-  for (const std::uint32_t said : {0xffffffffU, 0U, 3U}) {
-    Transaction transaction(database_->pager());
-    store32(database_->pager().modify(table_->definition().page) + kJet4.definition.rowCount, said);
-    transaction.commit();
-    EXPECT_EQ(table_->countRows(), 5U);
-    EXPECT_EQ(test::expectSound(test::kFile).remarkCount, 1U);
-  }
-  while (table_->countRows() > 0) {
-    TableScan scan = table_->scan();
-    scan.next();
-    table_->erase(scan.rowId());
-    EXPECT_LE(table_->rowCount(), 3U) << "a deletion made few rows billions";
-  }
-}
-
 TEST(NameTest, CaseDoesNotTellNamesApart) {
   EXPECT_TRUE(sameName("PaneID", "paneid"));
   EXPECT_TRUE(sameName("Größe", "GRÖSSE"));
@@ -255,27 +236,6 @@ TEST(TableScan, ShowsRowsAsTheyAreThen) {
   again.seekAfter({third, 0});
   EXPECT_FALSE(again.next());
   EXPECT_EQ(table->countRows(), test::rowsOf(*table).size());
-}
-
-/// What is missing at the end of a file is not taken for rows that were never there.
-TEST(CutTable, LosesNoRowsInSilence) {
-  const test::TemporaryFolder folder;
-  test::makeSampleFile(folder / "sample.mdb");
-  test::MemoryFiles files;
-  files.load(folder / "sample.mdb", "cut.mdb");
-  files.open("cut.mdb", FileSystem::Open::existing)->truncate(files.size("cut.mdb") / 8192 * 4096);
-  const auto database = Database::open("cut.mdb", "");
-  std::size_t damaged = 0;
-  for (const CatalogEntry& entry : database->entries()) {
-    if (entry.kind != CatalogEntry::Kind::table) continue;
-    const std::int32_t error = test::raisedBy([&] {
-                                 const auto table = database->table(entry.name);
-                                 EXPECT_EQ(test::rowsOf(*table).size(), table->rowCount());
-                               }).number;
-    EXPECT_TRUE(error == 0 || error == kCorruptFile) << entry.name << error;
-    damaged += error != 0 ? 1 : 0;
-  }
-  EXPECT_GT(damaged, 0U);
 }
 
 /// Values as files hold them. Before a calculated one stand a header and its length, behind it
