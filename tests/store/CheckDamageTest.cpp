@@ -239,6 +239,11 @@ const std::vector<Damage> kRowDamage{
        file.ownedPages("Groups").remove(file.rows("Groups")[0].page);
        makeUnsure(file, "Groups");
      }},
+    {"not listed as one of its pages",  // with more rows than the table lacks
+     [](auto& file) {
+       file.ownedPages("Groups").remove(file.rows("Groups")[0].page);
+       store32(file.definition("Groups") + kJet4.definition.rowCount, 3);
+     }},
     {"says that it has 255 rows, but 0",  // as many as a page may have, and one more
      [](auto& file) {
        store32(file.definition("Groups") + kJet4.definition.rowCount, 255);
@@ -345,6 +350,12 @@ void renumber(DamagedFile& file, const std::string& column, std::uint32_t number
   store32(file.field("MSysObjects", shading, column).data(), number);
 }
 
+/// Deletes the entry of table "Groups". So many entries there are to have been.
+void loseEntry(DamagedFile& file, std::uint32_t count) {
+  eraseRow(file, file.database().find("Groups")->row);
+  store32(file.definition("MSysObjects") + kJet4.definition.rowCount, count);
+}
+
 const std::vector<Damage> kCatalogDamage{
     {"has the id of",
      [](auto& file) {
@@ -372,6 +383,28 @@ const std::vector<Damage> kCatalogDamage{
        const CatalogEntry groups = *file.database().find("Groups");
        FreePages(file.pager()).add(static_cast<PageNumber>(groups.id));
        eraseRow(file, groups.row);
+     }},
+    {"leads to a row that is not there", [](auto& file) { loseEntry(file, 18); }},
+    {"leads to a row that is not there", [](auto& file) { loseEntry(file, 17); }},
+    {"leads to a row that is not there",
+     [](auto& file) {
+       loseEntry(file, 17);
+       FreePages(file.pager()).add(2);
+     }},
+    {"leads to a row that is not there",  // and where the catalogue has lost more
+     [](auto& file) {
+       loseEntry(file, 17);
+       renumber(file, "Id", 99999);
+     }},
+    {"outside the page's rows",
+     [](auto& file) {
+       store16(file.rowEntry(file.database().find("Shading")->row), 0x1fff);
+       loseEntry(file, 16);
+     }},
+    {"leads to a row that is not there",
+     [](auto& file) {
+       loseEntry(file, 17);
+       file.columnBlock("MSysObjects", 7)[kJet4.column.type] = 6;
      }},
     {"map of pages is of an unknown kind",  // and where it is not known which pages are free
      [](auto& file) {
@@ -551,6 +584,11 @@ const std::vector<Damage> kOddities{
        const PageNumber page = file.rows("Groups")[0].page;
        DataPageEditor(kJet4, file.page(page), page).add(Bytes(20, 0x55), SlotKind::hidden);
      }},
+    {"its former place does not lead to it",  // and the table lacks no row
+     [](auto& file) {
+       eraseRow(file, file.movedRow("Moved").row);
+       store32(file.definition("Moved") + kJet4.definition.rowCount, 119);
+     }},
     {"should go on on page 32768, but does not",
      [](auto& file) {
        std::uint8_t* map = file.rowBytes(FreePages::kPlace);
@@ -597,7 +635,7 @@ TEST(CheckDamage, OfDefinitionsThatOnlyARepairMinds) {
 }
 
 TEST(CheckDamage, OfRowsIsFoundAndNamed) {
-  expectFound(kRowDamage, true, 0xbf39bfce6302c62b);
+  expectFound(kRowDamage, true, 0x2d7aff3166e1a29f);
 }
 
 TEST(CheckDamage, OfLongValuesIsFoundAndNamed) {
@@ -609,7 +647,7 @@ TEST(CheckDamage, OfPagesIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, OfTheCatalogueIsFoundAndNamed) {
-  expectFound(kCatalogDamage, true, 0x4824f748ec4c1a3e);
+  expectFound(kCatalogDamage, true, 0x5e3bca35706d7f6f);
 }
 
 TEST(CheckDamage, OfIndexesIsFoundAndNamed) {
@@ -617,7 +655,7 @@ TEST(CheckDamage, OfIndexesIsFoundAndNamed) {
 }
 
 TEST(CheckDamage, IsARemarkWhereNoRowIsLost) {
-  expectFound(kOddities, false, 0x3c522069c6aee12f);
+  expectFound(kOddities, false, 0x6f40a0d32844229f);
 }
 
 }  // namespace

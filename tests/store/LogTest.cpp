@@ -98,6 +98,22 @@ TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
   }
 }
 
+/// A commit that fails leaves each byte as it was, however far it has come.
+TEST_F(CutShort, ALaterCommitThatFailsIsTakenBack) {
+  const auto database = Database::open(test::kFile, "");
+  for (std::size_t call = 0, size = 0; size == 0; ++call) {
+    const Bytes before = files_.content(test::kFile);
+    files_.failAt(call);
+    const std::string told = refusalOf([&] {
+      database->table("Notes")->insert(
+          std::vector<Value>{1000, "title", std::string(30'000, 'x'), Value()});
+    });
+    if (told.empty()) size = before.size();
+    EXPECT_EQ(files_.content(test::kFile) == before, !told.empty()) << call << told;
+    EXPECT_LT(call, 99u);
+  }
+}
+
 /// On the real disk, where the files cannot be written, or the database has a second name; and one
 /// of another content, where the log cannot get another name.
 TEST_F(CutShort, IsCompletedWhereItCanBeWritten) {
