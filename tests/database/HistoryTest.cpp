@@ -114,47 +114,6 @@ TEST_F(HistoryTest, BearsEveryFailureOfTheDisk) {
   tryEverywhere([&](std::size_t call) { files_.failAt(call); }, [&] { files_.failAt(0, 0); });
 }
 
-TEST_F(HistoryTest, WhatWasChangedSinceIsToldAndLeftAlone) {
-  {
-    const auto dc = open();
-    change(*dc);
-  }
-  {
-    const auto dc = Connection::openFile(kKept);  // another program, which keeps no history
-    auto frames =
-        dc->openRecordset("Frame", store::CursorType::keyset, store::LockType::optimistic);
-    frames->setValue("u_value", 1.75);
-    frames->update();
-  }
-  const auto dc = open();
-  const auto since = dumpOf(*dc);
-  const auto result = History(*dc).undo();
-  ASSERT_EQ(result.conflicts.size(), 1U);
-  EXPECT_EQ(result.conflicts[0].table, "Frame");
-  EXPECT_NE(result.conflicts[0].present, result.conflicts[0].wanted);
-  EXPECT_EQ(dumpOf(*dc), since);
-}
-
-TEST_F(HistoryTest, WorksAreTakenBackAndMadeAgainInOrder) {
-  const auto dc = open();
-  change(*dc);
-  const auto first = dumpOf(*dc);
-  database_.InsertPane(*makePane("second"), *dc);
-  const auto second = dumpOf(*dc);
-  History history(*dc);
-  EXPECT_THROW(history.undo(3), Error);
-  history.undo(2);
-  EXPECT_EQ(dumpOf(*dc), before_);
-  history.redo();
-  EXPECT_EQ(dumpOf(*dc), first);
-  history.redo();
-  EXPECT_EQ(dumpOf(*dc), second);
-  history.undo();
-  database_.InsertPane(*makePane("third"), *dc);
-  EXPECT_THROW(history.redo(), Error) << "after another change nothing is made again";
-  EXPECT_EQ(history.works().size(), 2U);
-}
-
 TEST_F(HistoryTest, AnUndoneSavepointLeavesNoTrace) {
   const auto dc = open();
   database_.InsertPane(*makePane("second"), *dc);
@@ -275,22 +234,6 @@ TEST_F(HistoryTest, ADamagedHistoryIsToldAndSetAside) {
   EXPECT_EQ(history.whyUnusable(), "");
   EXPECT_TRUE(history.undo().conflicts.empty());
   EXPECT_EQ(dumpOf(*dc), there);
-}
-
-TEST_F(HistoryTest, DeletedRowsComeBackInTheirOrder) {
-  const auto dc = open();
-  for (const char* name : {"a", "b", "c"}) database_.InsertPane(*makePane(name), *dc);
-  const auto order = [&] {
-    return rowsOf(*dc, "SELECT PaneID FROM Pane_integrated_data") + "; " +
-           rowsOf(*dc, "SELECT PaneID, wavelength FROM Pane_spectral_data");
-  };
-  const auto before = order();
-  {
-    const History::Scope work(*dc, "Delete");
-    for (const int pane : {2, 3, 4}) database_.DeleteGlazing(pane, *dc);
-  }
-  EXPECT_TRUE(History(*dc).undo().conflicts.empty());
-  EXPECT_EQ(order(), before);
 }
 
 TEST_F(HistoryTest, AnotherDatabasesHistoryIsNotUsed) {

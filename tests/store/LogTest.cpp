@@ -98,6 +98,22 @@ TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
   }
 }
 
+/// A commit that fails leaves each byte as it was, however far it has come.
+TEST_F(CutShort, ALaterCommitThatFailsIsTakenBack) {
+  const auto database = Database::open(test::kFile, "");
+  for (std::size_t call = 0, size = 0; size == 0; ++call) {
+    const Bytes before = files_.content(test::kFile);
+    files_.failAt(call);
+    const std::string told = refusalOf([&] {
+      database->table("Notes")->insert(
+          std::vector<Value>{1000, "title", std::string(30'000, 'x'), Value()});
+    });
+    if (told.empty()) size = before.size();
+    EXPECT_EQ(files_.content(test::kFile) == before, !told.empty()) << call << told;
+    EXPECT_LT(call, 99u);
+  }
+}
+
 /// On the real disk, where the files cannot be written, or the database has a second name; and one
 /// of another content, where the log cannot get another name.
 TEST_F(CutShort, IsCompletedWhereItCanBeWritten) {
@@ -278,26 +294,26 @@ TEST_F(LogBeside, WhatAnotherProgramChangedIsRead) {
   EXPECT_EQ(name(), Value("lane"));
 }
 
-/// Another program that knows no locks changes a page, and leaves the file's time as it was.
-TEST_F(LogBeside, APageThatAnotherProgramChangedUnseenIsNotWrittenOver) {
+/// Another program that knows no locks changes pages and leaves the file's time as it was, or only
+/// the time, or makes the file longer.
+TEST_F(LogBeside, AFileThatAnotherProgramChangedUnseenIsNotWrittenOver) {
   const auto database = Database::open(path_, "");
   insert(*database, 1);
   const auto table = database->table("Pane");
-  Transaction transaction(database->pager());
-  table->insert(std::vector<Value>{2, "pane"});
-  const fs::file_time_type time = fs::last_write_time(path_);
-  std::string content = test::readFile(path_);
-  {
-    std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
-    for (std::size_t page = 0; page < content.size(); page += 4096) {
-      file.seekp(static_cast<std::streamoff>(page + 4000));
-      file.put(static_cast<char>(content[page + 4000] ^ 0x20));
+  for (const std::string what : {"pages", "time", "size"}) {
+    Transaction transaction(database->pager());
+    table->insert(std::vector<Value>{2, "pane"});
+    const fs::file_time_type time = fs::last_write_time(path_);
+    std::string content = test::readFile(path_);
+    for (std::size_t at = 4000; what == "pages" && at < content.size(); at += 4096) {
+      content[at] = static_cast<char>(content[at] ^ 0x20);
     }
+    if (what == "size") content.resize(content.size() + 4096);
+    std::fstream(path_, std::ios::binary | std::ios::in | std::ios::out) << content;
+    fs::last_write_time(path_, what == "time" ? time + std::chrono::seconds(1) : time);
+    EXPECT_THAT(refusalOf([&] { transaction.commit(); }), HasSubstr("another program")) << what;
+    EXPECT_EQ(test::readFile(path_), content);
   }
-  fs::last_write_time(path_, time);
-  content = test::readFile(path_);
-  EXPECT_THAT(refusalOf([&] { transaction.commit(); }), HasSubstr("another program"));
-  EXPECT_EQ(test::readFile(path_), content);
 }
 
 TEST_F(LogBeside, ANewDatabaseNeverReplacesAFileNorTakesAnOldLog) {

@@ -388,16 +388,18 @@ TEST_F(RepairOfTheSample, IsRefusedWhereNothingSaysThatItIsADatabase) {
 TEST_F(RepairOfTheSample, KeepsTheIdsOfWorkgroups) {
   const auto owners = [](const std::string& path) {
     const auto database = Database::open(path, "");
-    const SecurityIds ids = SecurityIds::of(*database->table("MSysObjects"));
+    const SecurityIds ids = SecurityIds::of(*database->table("MSysObjects")), plain(0);
     std::string text;
     for (const char* name : {"MSysObjects", "MSysACEs"}) {
       const auto table = database->table(name);
       const std::size_t column = *table->definition().findColumn(name[4] == 'O' ? "Owner" : "SID");
       for (const auto& row : test::rowsOf(*table)) {
         const auto* id = row[column].getIf<Bytes>();
-        text += id == nullptr        ? "nobody "
-                : *id == ids.admin() ? "admin "
-                                     : fmt::format("{} ", id->size());
+        text += id == nullptr ? "nobody "
+                              : fmt::format("{:02x} ", fmt::join(id->size() == SecurityIds::kSize
+                                                                     ? ids.translate(*id, plain)
+                                                                     : *id,
+                                                                 ""));
       }
     }
     return text;
@@ -450,6 +452,12 @@ TEST_F(RepairOfTheSample, TellsOfPagesThatTheDiskDoesNotGive) {
   for (const PageNumber page : {0, 1, 2, 3, 17, 18, 19, 20, 21, 37, 46, 111, 115, 120, 124, 152}) {
     text += fmt::format("{}: ", page) + told({page});
   }
+  // Where the new file cannot be written, there is none.
+  test::SystemCalls calls;
+  calls.ends["pwrite"] = {0, 0, ENOSPC};
+  const auto full = test::raisedBy([&] { repairFile(sound_, "", folder_ / "new.mdb"); });
+  EXPECT_NE(full.description.find("No space left on device"), std::string::npos);
+  EXPECT_FALSE(fs::exists(folder_ / "new.mdb"));
   text = std::regex_replace(text, std::regex("/[^ ]*/"), "");
   EXPECT_EQ(test::sumOf(text), 0x4fb67b1b505f23efu) << text;
 }

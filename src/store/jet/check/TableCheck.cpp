@@ -68,14 +68,16 @@ void TableCheck::checkDefinition() {
                                    page.view().u32(layout.length), room));
   }
   std::set<std::uint16_t> numbers;
+  std::set<std::uint16_t> places;
   for (const Column& column : table_.columns) {
     checkColumn(column);
-    if (!numbers.insert(column.number).second) {
-      context_.log.fault(place_.onPage(table_.page), Harm::table,
-                         fmt::format("the definition of column '{}' has the number of another "
-                                     "column",
-                                     column.name));
-    }
+    const bool isVariable = !column.fixed && column.type != ColumnType::boolean;
+    const bool hasNumber = numbers.insert(column.number).second;
+    const bool hasPlace = !isVariable || places.insert(column.variableIndex).second;
+    if (hasNumber && hasPlace) continue;
+    context_.log.fault(place_.onPage(table_.page), Harm::table,
+                       fmt::format("the definition of column '{}' has the {} of another column",
+                                   column.name, hasNumber ? "place" : "number"));
   }
 }
 

@@ -16,6 +16,12 @@ const Column* columnNamed(const Table& table, const std::string& name) {
   return found == columns.end() ? nullptr : &*found;
 }
 
+/// Keys are whole numbers.
+bool holdsKeys(const Column& column) {
+  return column.type == ColumnType::byte || column.type == ColumnType::integer ||
+         column.type == ColumnType::longInteger;
+}
+
 /// The key that a row has in a column; none where it refers to nothing.
 std::optional<std::int32_t> keyIn(const Table& table, std::span<const Value> row,
                                   const std::string& column) {
@@ -77,18 +83,17 @@ bool ReferenceCheck::has(const std::string& name, const std::string& columnName,
   if (!database_.find(name, CatalogEntry::Kind::table)) return false;
   const auto table = database_.table(name);
   const Column* column = columnNamed(*table, columnName);
-  if (!column) return false;
+  if (!column || !holdsKeys(*column)) return false;
   const auto number = static_cast<std::size_t>(column - table->definition().columns.data());
   for (const RealIndex& index : table->definition().realIndexes) {
     const bool serves = !index.columns.empty() && index.columns.front().column == number &&
                         !table->distrusted().contains(index.number);
     if (!serves) continue;
-    const auto bytes = makeSearchKey(*column, key, index.columns.front().ascending);
-    if (!bytes) continue;
-    IndexCursor cursor = table->index(index.number).lowerBound(*bytes);
+    const Bytes bytes = makeSearchKey(*column, key, index.columns.front().ascending).value();
+    IndexCursor cursor = table->index(index.number).lowerBound(bytes);
     return cursor.next() &&
-           std::ranges::equal(cursor.key().first(std::min(cursor.key().size(), bytes->size())),
-                              *bytes);
+           std::ranges::equal(cursor.key().first(std::min(cursor.key().size(), bytes.size())),
+                              bytes);
   }
   return keysOf(*table, *column).contains(key);
 }
