@@ -45,13 +45,14 @@ class AuditVerb : public Verb {
         ->type_name("SEVERITY");
     command().add_flag("--strict", isStrict_, "Exit with 1 for warnings, too");
     command().add_flag("--rules", listsRules_, "List the rules, and what each is for");
-    addQuiet(command(), isQuiet_);
+    addQuiet(command(), answers_.quiet);
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& console) override {
     if (listsRules_) return listRules();
     if (sourceOption_->count() == 0) throw wrongUse("SOURCE is required, or --rules.");
+    console.ui.answers(answers_);
     const Node source = source_.open(console);
     std::unique_ptr<RowWriter> writer;  // which begins to write when it is made
     const auto begin = [&] {
@@ -65,7 +66,7 @@ class AuditVerb : public Verb {
     });
     begin();
     writer->end();
-    if (!isQuiet_) std::cerr << "orv: " << result.summary() << '\n';
+    if (!answers_.quiet) std::cerr << "orv: " << result.summary() << '\n';
     const bool isFaulty =
         result.count(Severity::error) > 0 || (isStrict_ && result.count(Severity::warning) > 0);
     return isFaulty || result.cancelled ? kRecordsFailed : kAllWell;
@@ -135,7 +136,7 @@ class AuditVerb : public Verb {
   Format format_ = Format::table;
   bool isStrict_ = false;
   bool listsRules_ = false;
-  bool isQuiet_ = false;
+  Answers answers_;
 };
 
 }  // namespace

@@ -87,7 +87,6 @@ void ChangedCopy::show(const Request& request, const Comparison& comparison,
   } else if (!request.isQuiet && format_ == Format::table) {
     std::cout << "There is nothing to copy.\n";
   }
-  std::cout << std::flush;
 }
 
 bool ChangedCopy::isConfirmed(Console& console, const Comparison& comparison,

@@ -83,7 +83,6 @@ class DeleteVerb : public Verb {
       if (identifiers.contains(table->value(row, 0).toText())) rows.push_back(row);
     }
     columns_.write(*table, rows, Format::table, std::cout);
-    std::cout << std::flush;
   }
 
   SourceArgument source_;

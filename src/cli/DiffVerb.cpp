@@ -52,12 +52,13 @@ class DiffVerb : public Verb {
         .add_option("--tolerance", options_.tolerance,
                     "How far apart numbers may be that count as the same (default: 0)")
         ->type_name("X");
-    addQuiet(command(), isQuiet_);
+    addQuiet(command(), answers_.quiet);
     addFormat(command(), format_);
   }
 
   ExitCode run(Console& console) override {
     source_.applyTo(console);
+    console.ui.answers(answers_);
     options_.kind = source_.kind();
     const auto paths = source_.withInput(console, {a_, b_});
     const Node a = open(console, paths[0]);
@@ -69,7 +70,7 @@ class DiffVerb : public Verb {
     });
     ComparedRows(a, b).write(comparison, format_, std::cout);
     tellFailures(comparison.failures);
-    if (!isQuiet_) {
+    if (!answers_.quiet) {
       tellFailures(comparison.remarks);
       std::cerr << "orv: " << comparison.summary() << '\n';
     }
@@ -91,7 +92,7 @@ class DiffVerb : public Verb {
   SourceArgument source_;
   CompareOptions options_;
   Format format_ = Format::table;
-  bool isQuiet_ = false;
+  Answers answers_;
 };
 
 }  // namespace

@@ -165,7 +165,6 @@ class EditVerb : public Verb {
       if (!answers_.quiet) std::cerr << "orv: " << remark << '\n';
     }
     if (isRehearsal_) return kAllWell;
-    std::cout << std::flush;
     const commands::Question question{"Make " + counted(draft.changes.size(), "change") + "?",
                                       commands::kApplicationTitle, commands::Buttons::yesNoCancel,
                                       commands::Answer::no};

@@ -60,8 +60,8 @@ class ExportVerb : public Verb {
     if (file.empty() && options_.folder.empty()) {
       throw wrongUse("Where to write has to be given: --to FOLDER or --single FILE.");
     }
-    const Node node = source_.openRecordSet(console);
     console.ui.answers(answers_);
+    const Node node = source_.openRecordSet(console);
     const auto records = source_.select(console, node, identifiers_);
     return file.empty() ? exportSeparately(console, records)
                         : exportIntoOne(console, records, file);

@@ -46,8 +46,8 @@ class IntegrateVerb : public Verb {
   }
 
   ExitCode run(Console& console) override {
-    const Node node = source_.openRecordSet(console);
     console.ui.answers(answers_);
+    const Node node = source_.openRecordSet(console);
     columns_ = columnsOf(format_, options_.standard);
     std::unique_ptr<RowWriter> writer;  // which begins to write when it is made
     const auto begin = [&] {

@@ -59,9 +59,15 @@ constexpr Unbrought<P> kOfPanes[] = {
     {"coating file", Fate::lost, hasText<&P::CoatingFilename>},
     {"substrate file", Fate::lost, hasText<&P::SubstrateFilename>},
     {"film file", Fate::lost, hasText<&P::FilmFilename>},
+    {"laminate", Fate::lost,
+     [](const P& pane) {
+       return isKnownText(pane.LaminateFilename()) || isKnownText(pane.LaminateMaterial());
+     }},
     {"layers", Fate::lost, [](const P& pane) { return pane.StructureCount() > 0; }},
     {"NFRC id", Fate::lost, [](const P& pane) { return pane.NFRC_id() > 0; }},
     {"IGDB checksum", Fate::lost, [](const P& pane) { return pane.IGDBChecksum() != 0; }},
+    {"date of the IGDB checksum", Fate::lost,
+     [](const P& pane) { return pane.IGDBChecksumDate().has_value(); }},
     {"sources of the emissivities", Fate::lost,
      [](const P& pane) {
        return pane.ef_source() != kUnknownSource && pane.ef_source() != kTextFileSource;

@@ -12,8 +12,10 @@ namespace {
 std::string written(Format format) {
   std::ostringstream out;
   const auto writer = makeRowWriter(format, {"id", "näme", "data"}, out);
-  writer->row({5, "a\tb\\\r\n\"ä\"", store::Bytes{0x0a, 0xff}});
-  writer->row({120, store::Value(), store::Bytes(40)});
+  store::Bytes bytes(16, 0xff);
+  bytes.front() = 0x0a;
+  writer->row({5, "a\tb\\\r\n\"ä\"", bytes});
+  writer->row({120, store::Value(), store::Bytes(17)});
   writer->row({HUGE_VAL, true, store::Date{45000.75}});
   writer->end();
   return out.str();
@@ -22,28 +24,32 @@ std::string written(Format format) {
 TEST(RowWriterTest, TablesLineUpAndPutNumbersToTheRight) {
   EXPECT_EQ(written(Format::table),
             " id  näme       data\n"
-            "---  ---------  -------------------\n"
-            "  5  a b\\  \"ä\"  0x0aff\n"
-            "120             (40 bytes)\n"
+            "---  ---------  ----------------------------------\n"
+            "  5  a b\\  \"ä\"  0x0affffffffffffffffffffffffffffff\n"
+            "120             (17 bytes)\n"
             "inf  True       2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, TsvHasALineARowWhateverTheValuesHold) {
-  EXPECT_EQ(written(Format::tsv), "id\tnäme\tdata\n5\ta\\tb\\\\\\r\\n\"ä\"\t0x0aff\n120\t\t0x" +
-                                      std::string(80, '0') + "\ninf\tTrue\t2023-03-15 18:00:00\n");
+  EXPECT_EQ(
+      written(Format::tsv),
+      "id\tnäme\tdata\n5\ta\\tb\\\\\\r\\n\"ä\"\t0x0affffffffffffffffffffffffffffff\n120\t\t0x" +
+          std::string(34, '0') + "\ninf\tTrue\t2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, CsvQuotesWhatWouldPartFields) {
-  EXPECT_EQ(written(Format::csv), "id,näme,data\n5,\"a\tb\\\r\n\"\"ä\"\"\",0x0aff\n120,,0x" +
-                                      std::string(80, '0') + "\ninf,True,2023-03-15 18:00:00\n");
+  EXPECT_EQ(written(Format::csv),
+            "id,näme,data\n5,\"a\tb\\\r\n\"\"ä\"\"\",0x0affffffffffffffffffffffffffffff\n120,,0x" +
+                std::string(34, '0') + "\ninf,True,2023-03-15 18:00:00\n");
 }
 
 TEST(RowWriterTest, JsonKeepsNumbersTruthAndNull) {
   EXPECT_EQ(written(Format::json),
             "[\n"
-            "  {\"id\": 5, \"näme\": \"a\\tb\\\\\\r\\n\\\"ä\\\"\", \"data\": \"0x0aff\"},\n"
+            "  {\"id\": 5, \"näme\": \"a\\tb\\\\\\r\\n\\\"ä\\\"\", \"data\": "
+            "\"0x0affffffffffffffffffffffffffffff\"},\n"
             "  {\"id\": 120, \"näme\": null, \"data\": \"0x" +
-                std::string(80, '0') +
+                std::string(34, '0') +
                 "\"},\n"
                 "  {\"id\": null, \"näme\": true, \"data\": \"2023-03-15 18:00:00\"}\n"
                 "]\n");

@@ -14,19 +14,19 @@ TEST_F(ExportTest, ARecordIsToldOnItsWayAndEachAngleIsAFile) {
   auto& dc = *database->ADOConnection();
   session.database.InsertPane(*makePane("many", 0), dc);
   session.database.InsertPane(*makePane("many", 60), dc);
-  for (const char* name : {"a/b:c", ".dat", "\x1f\x20.12", "type 1.d-t", "b.data1"}) {
+  for (const char* name : {"a/b:c", ".dat", "\x1f\x20.12", "type 1.d-t", "b.data1", "c.Dat4"}) {
     session.database.InsertPane(*makePane(name), dc);
   }
   const auto panes = selectAll(recordSet(database, RecordKind::panes));
   using Lines = std::vector<std::string>;
   EXPECT_EQ(commands::exportRecords(session, panes, {folder / "out"}).files,
             (Lines{"many_0deg.txt", "many_60deg.txt", "a_b_c.txt", "_.dat", "_ .12.txt",
-                   "type 1.d-t.txt", "b.data1.txt"}));
+                   "type 1.d-t.txt", "b.data1.txt", "c.Dat4"}));
   EXPECT_EQ((Lines{ui.log.begin(), ui.log.begin() + 3}),
             (Lines{"progress: Exporting records...", "status: Exporting 1...",
                    "status: Exporting 2..."}));
   EXPECT_EQ((Lines{ui.log.end() - 2, ui.log.end()}), (Lines{"status: Ready", "progress ends"}));
-  EXPECT_EQ(ui.steps.back(), std::pair(6, 6));
+  EXPECT_EQ(ui.steps.back(), std::pair(7, 7));
 }
 
 /// Through files of each form into another database: names that no file can have, several angles,
