@@ -56,11 +56,19 @@ class CompareTest : public CommandsTest {
     return lines;
   }
 
-  /// "pane NAME, group=NAME, angle=DEGREES, T=VALUE", "made without NAMES", or what `changeTable`
-  /// does; after a number so many times.
+  /// "pane NAME, group=NAME, angle=DEGREES, T=VALUE", "made without NAMES", "single COLUMN" for an
+  /// empty database with such a column, or what `changeTable` does; after a number so many times.
   void change(Node& node, const std::string& statement) {
     if (const int times = std::atoi(statement.c_str()); times > 0) {
       for (int i = 0; i < times; ++i) change(node, statement.substr(statement.find(' ') + 1));
+      return;
+    }
+    if (statement.starts_with("single ")) {
+      node = changedDatabase(fmt::format("single{}.mdb", databases), [&](auto& table) {
+        for (auto& column : table.columns) {
+          if (column.name == statement.substr(7)) column.type = store::ColumnType::single;
+        }
+      });
       return;
     }
     if (statement.starts_with("made without ")) {
