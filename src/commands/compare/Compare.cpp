@@ -198,17 +198,8 @@ class Work {
 }  // namespace
 
 std::string_view nameOf(State state) {
-  switch (state) {
-    case State::same:
-      return "same";
-    case State::added:
-      return "added";
-    case State::removed:
-      return "removed";
-    case State::changed:
-      break;
-  }
-  return "changed";
+  constexpr std::string_view kNames[] = {"same", "added", "removed", "changed"};
+  return kNames[static_cast<std::size_t>(state)];
 }
 
 Node partOf(const Node& node, RecordKind kind) {

@@ -106,7 +106,6 @@ class GlazingRecords {
           positions_.find(store::textKey(database::FieldToString(rows->value("FileName"))));
       if (found == positions_.end()) continue;
       keys_.emplace(rows->value("GlazingID").toLong(), found->second);
-      if (!reading_.wantsIntegrated) continue;
       GlazingData pane;
       database::readIgdbIntegrated(pane, *rows);
       auto& integrated = result_.records[found->second].integrated.emplace();
