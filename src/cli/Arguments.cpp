@@ -6,6 +6,7 @@
 #include <charconv>
 #include <fstream>
 #include <iostream>
+#include <set>
 
 #include "cli/Failure.h"
 #include "commands/FileTable.h"
@@ -296,6 +297,7 @@ store::Value identifierValue(const sources::datasource& node, const std::string&
 
 std::vector<std::int32_t> recordNumbers(const std::vector<std::string>& identifiers) {
   std::vector<std::int32_t> numbers;
+  std::set<std::int32_t> known;
   for (const std::string& identifier : identifiers) {
     std::int32_t number = 0;
     const char* end = identifier.data() + identifier.size();
@@ -303,7 +305,7 @@ std::vector<std::int32_t> recordNumbers(const std::vector<std::string>& identifi
     if (error != std::errc() || last != end) {
       throw wrongUse("\"" + identifier + "\" is no identifier: they are numbers, as list shows.");
     }
-    numbers.push_back(number);
+    if (known.insert(number).second) numbers.push_back(number);
   }
   return numbers;
 }

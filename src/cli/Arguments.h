@@ -203,7 +203,7 @@ class SourceArgument {
 /// the IGDB texts.
 store::Value identifierValue(const sources::datasource& node, const std::string& identifier);
 
-/// Identifiers of records of an ORV database. Raises Failure for a text that is none.
+/// Identifiers of records of an ORV database, each once. Raises Failure for a text that is none.
 std::vector<std::int32_t> recordNumbers(const std::vector<std::string>& identifiers);
 
 /// Says on standard error what cannot be read.

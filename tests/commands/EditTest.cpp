@@ -204,7 +204,7 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   }
   Change stale = good;
   stale.before = 3.0F;
-  EXPECT_EQ(reasons(panes.save({stale})),
+  EXPECT_EQ(reasons(panes.save({stale, change(panes, 2, "name", "a")})),
             "0: thickness has been changed meanwhile: it is \"5.7\" now, and was \"3\".\n");
   EXPECT_NE(reasons(panes.save({good, good})).find("in the list already"), std::string::npos);
   EXPECT_EQ(dumpOf(dc), before);

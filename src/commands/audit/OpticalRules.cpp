@@ -138,10 +138,9 @@ std::vector<Fault> notAFraction(const AuditedPane& pane) {
                           {"emissivity_back", record.ORV_Emissivity_back()},
                           {"TfIR", record.TfIR()},
                           {"TbIR", record.TbiR()}};
-  constexpr double kNotSet = -1;
   std::vector<Fault> faults;
   for (const Quantity& each : all) {
-    if (each.value == kNotSet || (each.value >= 0 && each.value <= 1)) continue;
+    if (each.value >= 0 && each.value <= 1) continue;
     faults.push_back({.field = each.field,
                       .value = shortNumber(each.value),
                       .expected = "0 to 1",

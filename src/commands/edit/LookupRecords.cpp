@@ -144,7 +144,7 @@ void deleteLookups(EditSet names, const std::vector<std::int32_t>& ids, store::C
                   fmt::format("There are records with: {}. Merge them into another {} instead.",
                               fmt::join(used, ", "), designOf(names).one));
     }
-    for (const std::int32_t id : std::set(ids.begin(), ids.end())) deleteName(names, id, database);
+    for (const std::int32_t id : ids) deleteName(names, id, database);
   });
 }
 

@@ -30,7 +30,8 @@ std::vector<LookupRecord> lookupRecords(EditSet names, store::Connection& databa
 void mergeLookups(EditSet names, const std::vector<std::int32_t>& from, std::int32_t into,
                   store::Connection& database, UserInterface& ui);
 
-/// Deletes names in one commit. Raises kInvalidCall, with the list, where a record has one.
+/// Deletes names, each given once, in one commit. Raises kInvalidCall, with the list, where a record
+/// has one.
 void deleteLookups(EditSet names, const std::vector<std::int32_t>& ids, store::Connection& database,
                    UserInterface& ui);
 
