@@ -132,8 +132,8 @@ std::shared_ptr<GlazingData> paneForFile(const RecordReader& reader, const std::
                 name);
   }
   if (!hasIntegratedData(*pane)) pane->Precalc_Rfsol(0);  // files have no mark for that
+  if (form != ExportForm::csv) reader.tellGroup(identifier, *pane);
   if (form == ExportForm::json) {
-    reader.tellGroup(identifier, *pane);
     // A product holds its substrate, a text file only the name of it.
     const std::string failure = reader.readReferences(identifier, pane);
     if (!failure.empty()) notKept.add("the files that it names: " + failure, name);
