@@ -98,20 +98,41 @@ TEST_F(CutShort, ALogBeginsAnewBehindAChangeOfAnotherProgram) {
   }
 }
 
-/// A commit that fails leaves each byte as it was, however far it has come.
+/// A commit that fails leaves each byte as it was, however far it has come; where it cannot be
+/// taken back at once, it is made or not before anything else is, also while somebody reads.
 TEST_F(CutShort, ALaterCommitThatFailsIsTakenBack) {
   const auto database = Database::open(test::kFile, "");
+  const auto notes = database->table("Notes");
   for (std::size_t call = 0, size = 0; size == 0; ++call) {
     const Bytes before = files_.content(test::kFile);
     files_.failAt(call);
     const std::string told = refusalOf([&] {
-      database->table("Notes")->insert(
-          std::vector<Value>{1000, "title", std::string(30'000, 'x'), Value()});
+      notes->insert(std::vector<Value>{1000, "title", std::string(30'000, 'x'), Value()});
     });
     if (told.empty()) size = before.size();
     EXPECT_EQ(files_.content(test::kFile) == before, !told.empty()) << call << told;
     EXPECT_LT(call, 99u);
   }
+  const Pager::ReadLock lock(database->pager());
+  std::uint32_t made = 0;
+  for (int call = 0; call < 12; ++call) {
+    const std::uint32_t before = notes->rowCount();
+    files_.failAt(static_cast<std::size_t>(call), 9);
+    EXPECT_NE(
+        refusalOf([&] {
+          notes->insert(std::vector<Value>{2000 + call, "t", std::string(9000, 'y'), Value()});
+        }),
+        "");
+    files_.failAt(0, 0);
+    EXPECT_EQ(refusalOf([&] { made += notes->rowCount() - before; }), "") << call;
+    EXPECT_EQ(refusalOf([&] {
+                notes->insert(std::vector<Value>{3000 + call, "u", Value(), Value()});
+              }),
+              "");
+    EXPECT_EQ(test::describe(*Database::open(test::kFile, "")), test::describe(*database));
+  }
+  EXPECT_TRUE(made > 0 && made < 12) << made;
+  test::expectSound(test::kFile);
 }
 
 /// On the real disk, where the files cannot be written, or the database has a second name; and one

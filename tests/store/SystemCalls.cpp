@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -84,6 +85,9 @@ int fcntl(int file, int command, ...) {
   void* const argument = va_arg(more, void*);
   va_end(more);
   return made("fcntl", SYS_fcntl, file, command, argument);
+}
+int fstat(int file, struct stat* status) noexcept {
+  return made("fstat", SYS_fstat, file, status);
 }
 int ftruncate(int file, off_t size) noexcept {
   return made("ftruncate", SYS_ftruncate, file, size);
