@@ -143,7 +143,7 @@ std::string shortened(const CheckReport& report) {
 std::vector<std::string> foundOf(const std::string& sound, const orv::test::Content& content,
                                  const std::vector<std::string>& steps) {
   std::vector<std::string> found;
-  DamagedFile file(sound, "damaged");
+  DamagedFile file(sound);
   const std::string path = file.path().string();
   const auto note = [&](std::string text) {
     for (std::size_t at = 0; (at = text.find(path)) != text.npos;)

@@ -1,7 +1,5 @@
 #include "store/DamagedFile.h"
 
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 #include "store/jet/page/DataPage.h"
@@ -11,8 +9,7 @@ namespace orv::store::jet {
 
 namespace fs = std::filesystem;
 
-DamagedFile::DamagedFile(const fs::path& sound, const std::string& name)
-    : path_(fs::path(testing::TempDir()) / (name + ".mdb")) {
+DamagedFile::DamagedFile(const fs::path& sound) {
   fs::copy_file(sound, path_, fs::copy_options::overwrite_existing);
   fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
   database_ = Database::open(path_.string(), "");
@@ -22,7 +19,6 @@ DamagedFile::DamagedFile(const fs::path& sound, const std::string& name)
 DamagedFile::~DamagedFile() {
   transaction_.reset();
   database_.reset();
-  fs::remove(path_);
 }
 
 void DamagedFile::save() {

@@ -12,14 +12,15 @@
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexPageEditor.h"
 #include "store/jet/page/UsageMap.h"
+#include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
 
 /// Places are found with the store's own readers, and changed page by page beneath them.
 class DamagedFile {
  public:
-  /// Copies `sound` under `name` into the folder for tests' files.
-  DamagedFile(const std::filesystem::path& sound, const std::string& name);
+  /// Copies `sound` into a folder of its own.
+  explicit DamagedFile(const std::filesystem::path& sound);
   ~DamagedFile();
   DamagedFile(const DamagedFile&) = delete;
   DamagedFile& operator=(const DamagedFile&) = delete;
@@ -68,7 +69,8 @@ class DamagedFile {
   void save();
 
  private:
-  std::filesystem::path path_;
+  orv::test::TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_ / "damaged.mdb";
   std::shared_ptr<Database> database_;
   std::optional<Transaction> transaction_;
   std::map<std::string, std::vector<RowId>> rows_;
