@@ -157,6 +157,13 @@ void eraseRow(DamagedFile& file, RowId row) {
   DataPageEditor(file.format(), file.page(row.page), row.page).erase(row.row);
 }
 
+/// A page at the end of the file that is neither free nor used.
+PageNumber addPage(DamagedFile& file) {
+  const PageNumber page = file.pager().append();
+  FreePages(file.pager()).remove(page);
+  return page;
+}
+
 const std::vector<Damage> kRowDamage{
     {"outside the page's rows",
      [](auto& file) { store16(file.rowEntry(file.rows(kSpectra)[10]), 0x1fff); }},
@@ -253,6 +260,15 @@ const std::vector<Damage> kRowDamage{
      [](auto& file) {
        store32(file.definition("Groups") + kJet4.definition.rowCount, 256);
        store32(file.firstPage("Groups") + kJet4.data.owner, 4711);
+     }},
+    {"Page 154: row 0 lies outside the page's rows",  // of former days, and no row of it can be
+                                                      // read
+     [](auto& file) {
+       const PageNumber page = addPage(file);
+       std::copy_n(file.firstPage("Groups"), kJet4.pageSize, file.page(page));
+       for (std::size_t row = 0; row < 4; ++row) {
+         store16(file.page(page) + kJet4.data.rowTable + 2 * row, 0x1fff);
+       }
      }},
     {"more faults",
      [](auto& file) {
@@ -443,13 +459,6 @@ void changeEntries(DamagedFile& file, PageNumber page,
   editor.assign(entries);
 }
 
-/// A page at the end of the file that is neither free nor used.
-PageNumber addPage(DamagedFile& file) {
-  const PageNumber page = file.pager().append();
-  FreePages(file.pager()).remove(page);
-  return page;
-}
-
 const std::vector<Damage> kIndexDamage{
     {"has Null in a column that the index requires",
      [](auto& file) {  // and several rows with the same group, of which the index is made the key
@@ -635,7 +644,7 @@ TEST(CheckDamage, OfDefinitionsThatOnlyARepairMinds) {
 }
 
 TEST(CheckDamage, OfRowsIsFoundAndNamed) {
-  expectFound(kRowDamage, true, 0x2d7aff3166e1a29f);
+  expectFound(kRowDamage, true, 0xcf224d540a99f450);
 }
 
 TEST(CheckDamage, OfLongValuesIsFoundAndNamed) {
