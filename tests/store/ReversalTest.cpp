@@ -22,7 +22,7 @@ namespace orv::store {
 namespace {
 
 /// The values up to a word that is no value, or the end.
-std::vector<Value> rowIn(std::istream& words) {
+std::vector<Value> valuesIn(std::istream& words) {
   std::vector<Value> row;
   for (std::string word; words >> word && word != ";" && word != ">";) {
     const bool isNumber = std::isdigit(static_cast<unsigned char>(word[0])) != 0;
@@ -31,7 +31,7 @@ std::vector<Value> rowIn(std::istream& words) {
   return row;
 }
 
-std::string textOf(const std::vector<Value>& row) {
+std::string textOfRow(const std::vector<Value>& row) {
   std::vector<std::string> cells;
   for (const Value& value : row) cells.push_back(value.isNull() ? "~" : value.toText());
   return cells.empty() ? "nothing" : fmt::format("{}", fmt::join(cells, " "));
@@ -43,7 +43,7 @@ jet::RowId placeOf(const jet::Table& table, const std::vector<Value>& row) {
     for (const auto& column : table.definition().columns) there.push_back(scan.row().value(column));
     if (there == row) return scan.rowId();
   }
-  throw std::logic_error("there is no row " + textOf(row));
+  throw std::logic_error("there is no row " + textOfRow(row));
 }
 
 class Reversal {
@@ -96,10 +96,10 @@ class Reversal {
     for (std::string name; words >> name;) {
       const bool isNamed = name[0] != '+' && name[0] != '-';
       const auto table = database.table(isNamed ? name : name.substr(1));
-      const std::vector<Value> row = rowIn(words);
+      const std::vector<Value> row = valuesIn(words);
       if (name[0] == '+') table->insert(row);
       if (name[0] == '-') table->erase(placeOf(*table, row));
-      if (isNamed) table->update(placeOf(*table, row), rowIn(words));
+      if (isNamed) table->update(placeOf(*table, row), valuesIn(words));
     }
     transaction.commit();
   }
@@ -121,8 +121,8 @@ class Reversal {
     std::string text = result.already > 0 ? "was so already; " : "";
     for (const HistoryConflict& each : result.conflicts) {
       text += fmt::format("{} of {} columns: kind {}, wanted {}, present {}; ", each.table,
-                          each.columns.size(), static_cast<int>(each.kind), textOf(each.wanted),
-                          textOf(each.present));
+                          each.columns.size(), static_cast<int>(each.kind), textOfRow(each.wanted),
+                          textOfRow(each.present));
     }
     History history(*database_);
     if (const std::string failure = history.takeFailure(); !failure.empty()) text += failure + " ";
@@ -132,7 +132,7 @@ class Reversal {
     for (const std::string& name : database_->tableNames()) {
       std::vector<std::string> rows;
       for (const auto& row : test::rowsOf(*database_->database().table(name))) {
-        rows.push_back(textOf(row));
+        rows.push_back(textOfRow(row));
       }
       text += fmt::format("| {}: {} ", name, fmt::join(rows, ", "));
     }
