@@ -333,7 +333,7 @@ TEST_F(IndexTreeTest, EmptyLeavesHideNoKey) {
     IndexPageEditor end = leaf(isBefore ? 0 : last), beside = leaf(isBefore ? 1 : last - 1);
     isBefore ? end.erase(1, end.count()) : end.erase(0, end.count() - 1);
     beside.erase(0, beside.count());
-    const RowId row = rowOf(isBefore ? 1 : 5999);
+    const RowId row = rowOf(isBefore ? 1 : 6001);
     EXPECT_EQ(IndexRun(*pager_, index_, kTable).insert(key, row, IndexRun::SameKey::refuse),
               kNoChange);
     EXPECT_EQ(IndexRun(*pager_, index_, kTable).insert(longKey(8), row, IndexRun::SameKey::refuse),
