@@ -28,7 +28,6 @@
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
 #include "support/EncodedFile.h"
-#include "support/MemoryFiles.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -229,59 +228,6 @@ TEST_P(Repair, SavesWhatADamageLeaves) {
   if ((isSample() || isConverted()) && !isLong) {
     EXPECT_EQ(test::sumOf(told), isSample() ? 0x48f047a2948f14dbu : 0x39c0e1bdf1cc450eu) << told;
   }
-}
-
-/// Deletes a row of each table, adds it again and gives another one its values. What is told of it,
-/// and what the file holds then.
-std::string changeRows() {
-  std::string told;
-  const auto note = [&](const auto& work) { told += test::raisedBy(work).description + "\n"; };
-  std::shared_ptr<Database> database;
-  note([&] { database = Database::open(test::kFile, ""); });
-  if (!database) return told;
-  std::vector<CatalogEntry> entries;
-  note([&] { entries = database->entries(); });
-  for (const CatalogEntry& entry : entries) {
-    std::shared_ptr<Table> table;
-    std::vector<RowId> rows;
-    std::vector<Value> values;
-    note([&] {
-      if (entry.kind != CatalogEntry::Kind::table || entry.isSystem()) return;
-      table = database->table(entry.name);
-      for (TableScan scan = table->scan(); scan.next();) rows.push_back(scan.rowId());
-      const auto row = rows.empty() ? std::nullopt : table->row(rows[rows.size() / 2]);
-      for (const Column& column : table->definition().columns) {
-        if (row) values.push_back(row->value(column));
-      }
-    });
-    if (values.empty()) continue;
-    note([&] { table->erase(rows[rows.size() / 2]); });
-    note([&] { table->insert(values); });
-    note([&] { table->update(rows[0], values); });
-    note([&] { table->erase(rows.back()); });
-  }
-  note([&] { told += std::to_string(test::sumOf(test::describe(*database))); });
-  return told;
-}
-
-/// A change of a damaged file ends in what is told of it, or is right.
-TEST(DamagedFiles, AreChangedAsFarAsTheyCanBeRead) {
-  test::TemporaryFolder folder;
-  test::makeConvertedFile(folder / "sound.mdb");
-  const std::string whole = test::readFile(folder / "sound.mdb");
-  std::string told;
-  for (unsigned seed = 0; seed < 150; ++seed) {
-    std::mt19937 random(seed);
-    std::string content = whole;
-    constexpr Damage kDamages[] = {changeBytes, changeHead, changeHead, copyPage, cutOff};
-    kDamages[seed % std::size(kDamages)](content, random);
-    test::MemoryFiles files;
-    files.open(test::kFile, FileSystem::Open::newOnly)
-        ->write(0, reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
-    told += changeRows();
-    told += test::raisedBy([&] { told += test::textOf(checkFile(test::kFile, "")); }).description;
-  }
-  EXPECT_EQ(test::sumOf(told), 0x3c031f2c6c9725d0u) << told;
 }
 
 TEST_P(Repair, OfASoundFileLosesNothing) {
