@@ -259,7 +259,7 @@ TEST_P(IndexTreeShapes, GrowsAgainFromWhatIsLeft) {
 TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
   for (int run = 0; run < 8; ++run) {
     IndexRun entries(*pager_, index_, kTable);
-    std::vector<PageRef> read;  // by somebody who keeps them as they are
+    std::vector<std::pair<PageRef, Bytes>> read;  // by somebody who keeps pages as they are
     const auto sameKey = run % 2 == 0 ? IndexRun::SameKey::add : IndexRun::SameKey::refuse;
     for (int burst = 0; burst < 12; ++burst) {
       const bool erases = random_() % 8 < static_cast<unsigned>(run);
@@ -268,7 +268,8 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
       for (int i = 0; i < 100; ++i, number += step) {
         const Entry chosen = entry(number);
         for (PageNumber page = kRoot; i == 70 && page < pager_->pageCount(); ++page) {
-          read.push_back(pager_->read(page));
+          const PageRef ref = pager_->read(page);
+          read.emplace_back(ref, Bytes(ref.data(), ref.data() + ref.size()));
         }
         if (erases) {
           const bool wasThere = model_.erase(chosen) == 1;
@@ -284,6 +285,9 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
       }
     }
     entries.finish();
+    for (const auto& [ref, bytes] : read) {
+      ASSERT_TRUE(std::equal(bytes.begin(), bytes.end(), ref.data())) << ref.number();
+    }
     check();
   }
   expectPages({0x804f9a7163bb6466, 0xfe3020290c1a8193, 0x9a264b66dc9cde4d, 0x118753a5de0e4130});
