@@ -4,9 +4,9 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "commands/CellFilter.h"
+#include "commands/CellText.h"
 #include "errors/Error.h"
 #include "model/Text.h"
 
@@ -58,7 +58,6 @@ std::size_t columnNamed(const RecordTable& table, const std::string& name) {
 
 std::vector<std::size_t> matchingRows(RecordTable& table,
                                       const std::vector<ColumnCondition>& conditions) {
-  constexpr int kAllDigits = std::numeric_limits<float>::max_digits10;
   struct Filter {
     std::size_t column;
     CellFilter cells;
