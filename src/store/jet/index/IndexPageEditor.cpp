@@ -63,6 +63,7 @@ void IndexPageEditor::insertInPlace(std::size_t at, std::span<const std::uint8_t
 }
 
 void IndexPageEditor::erase(std::size_t from, std::size_t to) {
+  if (from == to) return;
   const std::size_t first = begin(from);
   const std::size_t size = ends_[to - 1] - first;
   const std::size_t end = used();
