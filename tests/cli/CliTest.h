@@ -31,10 +31,6 @@ class CliTest : public ::testing::Test {
     return {WEXITSTATUS(status), folder.read(".stdout"), folder.read(".stderr")};
   }
 
-  void copyFromCorpus(const std::string& name) {
-    std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
-  }
-
   /// A database with the panes a.txt and b.txt in the group Demo.
   void makeDatabase() {
     folder.write("a.txt", paneText("Alpha"));

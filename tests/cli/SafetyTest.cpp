@@ -139,20 +139,5 @@ TEST_F(SafetyTest, ADatabaseThatAccessHoldsIsNotChanged) {
   EXPECT_EQ(orv("delete db.mdb 1 --yes").exit, 0);
 }
 
-TEST_F(SafetyTest, NamesCannotSteerWhoReadsThem) {
-  const std::string name = "a\x1b]0;title\x07\u202Etxt";
-  folder.write(name, paneText("Red \x1b[31m glass\u202E"));
-  orv("new db.mdb");
-  EXPECT_EQ(orv("copy '" + name + "' db.mdb --group Demo").exit, 0);
-  EXPECT_EQ(orv("list db.mdb").out.find('\x1b'), std::string::npos);
-  EXPECT_NE(orv("list db.mdb").out.find("a\\u001b]0;title\\u0007\\u202etxt"), std::string::npos);
-  const Ended again = orv("copy '" + name + "' db.mdb --group Demo");
-  EXPECT_NE(again.err.find("a\\u001b]0;title\\u0007\\u202etxt"), std::string::npos) << again.err;
-  EXPECT_EQ(again.err.find('\x1b'), std::string::npos);
-  EXPECT_EQ(orv("list db.mdb --format tsv").out, "id\tname\tproduct\tgroup\tsupplier\n1\t" + name +
-                                                     "\tRed \x1b[31m glass\u202E\tDemo\tUnknown\n")
-      << "data for other programs stay as they are";
-}
-
 }  // namespace
 }  // namespace orv::test

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "cli/CliTest.h"
+#include "support/CaseFile.h"
 #include "support/EncodedFile.h"
 
 namespace orv::test {
@@ -63,48 +64,12 @@ TEST_F(TerminalTest, APasswordIsAskedForAndNotShown) {
 TEST_F(TerminalTest, QuestionsAreAskedUntilTheyAreAnswered) {
   makeDatabase();
   folder.write("coated.txt", "SI Microns 3 1\n{ Substrate Filename: a.txt }\n0.5 0.8 0.1 0.1\n");
-  const std::string question = "(yes/NO/cancel) ";
-  const struct {
-    const char* arguments;
+  for (const auto& cells : casesOf("cli/questions.tsv", 12)) {
     std::vector<std::pair<std::string, std::string>> answers;
-    int exit;
-    const char* end;
-  } cases[] = {
-      {"delete db.mdb 1", {{question, ""}}, 1, "0 records deleted, then cancelled."},
-      {"delete db.mdb 1", {{question, "\x04"}}, 1, "0 records deleted, then cancelled."},
-      {"delete db.mdb 1", {{question, "what"}, {question, " Y "}}, 0, "1 record deleted."},
-      {"delete db.mdb 9 1 2",
-       {{question, "yes"},
-        {"(ABORT/retry/ignore) ", "r"},
-        {"(ABORT/retry/ignore) ", "ignore"},
-        {"(ABORT/retry/ignore) ", ""}},
-       1,
-       "0 records deleted, 2 failed, then cancelled."},
-      {"edit db.mdb 2 thickness=4", {{question, "no"}}, 1, "3    4\r\norv: The spectrum"},
-      {"delete db.mdb 1 --set groups", {{question, "no"}}, 1, question.c_str()},
-      {"edit db.mdb 2 thickness=4", {{question, "YES"}}, 0, "1 change made."},
-      {"copy b.txt db.mdb --changed", {{question, "no"}}, 1, "0 records copied, then cancelled."},
-      {"copy b.txt db.mdb --changed", {{question, ""}}, 1, "3  4\r\nAdd 0 records and replace 1?"},
-      {"delete db.mdb 2 --columns name", {{question, ""}}, 1, "b.txt\r\nAre you sure"},
-      {"delete db.mdb 1 2>err", {}, 2, ""},
-      {"copy a.txt db.mdb", {{"records: ", ""}}, 1, "0 records copied, then cancelled."},
-      {"copy a.txt db.mdb --replace", {{"records: ", ""}}, 1, "0 records copied, then cancelled."},
-      {"copy a.txt db.mdb",
-       {{"records: ", "igdb 2"}, {"records: ", " Typed "}},
-       0,
-       "1 record copied."},
-      {"merge db.mdb 2 --set groups --into 1", {{question, "no"}}, 1, question.c_str()},
-      {"list db.mdb --columns name,GroupName --format csv", {}, 0, "a.txt,Typed"},
-      {"copy coated.txt db.mdb --group Demo", {{"(YES/no) ", "n"}}, 1, "copied, 1 failed."},
-      {"copy coated.txt db.mdb --group Demo",
-       {{"no) ", ""}, {"no) ", "no"}},
-       0,
-       "1 record copied."},
-  };
-  for (const auto& [arguments, answers, exit, end] : cases) {
-    const Ended run = onTerminal(arguments, answers);
-    EXPECT_EQ(run.exit, exit) << arguments;
-    EXPECT_NE(run.out.find(end), std::string::npos) << arguments << run.out;
+    for (std::size_t i = 3; !cells[i].empty(); i += 2) answers.emplace_back(cells[i], cells[i + 1]);
+    const Ended run = onTerminal(cells[0], answers);
+    EXPECT_EQ(std::to_string(run.exit), cells[1]) << cells[0];
+    EXPECT_NE(run.out.find(cells[2]), std::string::npos) << cells[0] << run.out;
   }
 }
 

@@ -82,14 +82,6 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
     }
   }
 
-  std::string withoutFolder(std::string text) const {
-    const std::string place = folder.path().string();
-    for (std::size_t at = 0; (at = text.find(place, at)) != std::string::npos;) {
-      text.replace(at, place.size(), "FOLDER");
-    }
-    return text;
-  }
-
   /// What a line of the shell gives, as a transcript has it.
   std::string given(const std::string& line) {
     const Ended run = shell(line);
@@ -97,7 +89,7 @@ class TranscriptTest : public CliTest, public ::testing::WithParamInterface<std:
     std::istringstream errors(run.err);
     for (std::string error; std::getline(errors, error);) text += "! " + error + "\n";
     if (run.exit != 0) text += "[" + std::to_string(run.exit) + "]\n";
-    return withoutFolder(text);
+    return folder.hiddenIn(text);
   }
 };
 
@@ -129,7 +121,7 @@ TEST_P(RefusalTest, IsToldAndNothingIsWritten) {
       run.err.resize(advice);
     }
     std::ranges::replace(run.err, '\n', ' ');
-    EXPECT_EQ(fmt::format("{}\t{}\t{}", arguments, run.exit, withoutFolder(run.err)), line + " ");
+    EXPECT_EQ(fmt::format("{}\t{}\t{}", arguments, run.exit, folder.hiddenIn(run.err)), line + " ");
     EXPECT_EQ(run.out, "") << arguments;
   }
 }

@@ -3,9 +3,8 @@
 #include "database/SpectralValidation.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
-#include "store/Check.h"
-#include "store/StoreError.h"
 #include "store/jet/catalog/Database.h"
+#include "support/CaseFile.h"
 
 namespace orv::test {
 namespace {
@@ -23,46 +22,40 @@ TEST_F(PaneInsertionTest, NamesThatAreMissingBecomeUnknown) {
   EXPECT_EQ(rowsOf(*dc, "SELECT groupID, supplierID FROM Pane"), "1|1");
 }
 
+/// Gives a spectrum another number of points, "points 3", or values: "Rb 2 1; Rf 2 0".
+void spoil(GlazingData& pane, const std::string& changes) {
+  if (changes == "none") return pane.SpectralData(nullptr);
+  SpectralData& spectrum = *pane.SpectralData();
+  std::istringstream words(changes);
+  std::string curve;
+  float value = 0;
+  for (std::int32_t at = 0; words >> curve >> at; words.ignore()) {
+    if (curve == "points") return spectrum.Allocate(at - 1);
+    words >> value;
+    if (curve == "wl") spectrum.wl(at, value);
+    if (curve == "Tf") spectrum.Tf(at, value);
+    if (curve == "Tb") spectrum.Tb(at, value);
+    if (curve == "Rf") spectrum.Rf(at, value);
+    if (curve == "Rb") spectrum.Rb(at, value);
+  }
+}
+
 TEST_F(PaneInsertionTest, UnphysicalSpectraAreRefusedAndLeaveTheRowsBeforeThem) {
-  struct Case {
-    const char* what;
-    void (*spoil)(SpectralData&);
-    bool isRefused;
-    const char* place = "";
-  };
-  const Case cases[] = {
-      {"50 nm", [](SpectralData& s) { s.wl(0, 0.05F); }, true,
-       "point 1, 50 nm: the wavelength is not between 50 nm and 100 µm"},
-      {"50.1 nm", [](SpectralData& s) { s.wl(0, 0.0501F); }, false},
-      {"100 microns", [](SpectralData& s) { s.wl(4, 100); }, true},
-      {"99.9 microns", [](SpectralData& s) { s.wl(4, 99.9F); }, false},
-      {"transmittance", [](SpectralData& s) { s.Tf(2, 1.001F); }, true,
-       "point 3, 500 nm: the transmittance is 1.001, not from 0 to 1"},
-      {"back transmittance", [](SpectralData& s) { s.Tb(2, 1.001F); }, true,
-       "point 3, 500 nm: the back transmittance is 1.001"},
-      {"reflectance", [](SpectralData& s) { s.Rf(2, 1.001F); }, true,
-       "point 3, 500 nm: the front reflectance is 1.001"},
-      {"back reflectance", [](SpectralData& s) { s.Rb(2, 1.001F); }, true,
-       "point 3, 500 nm: the back reflectance is 1.001"},
-      {"limits",
-       [](SpectralData& s) {
-         s.Rb(2, 1);
-         s.Rf(2, 0);
-       },
-       false},
-  };
   std::int64_t panes = 0;
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.what);
-    const auto pane = makePane(each.what);
-    each.spoil(*pane->SpectralData());
+  for (const auto& cells : casesOf("database/refused-spectra.tsv", 4)) {
+    const std::string name = cells[0] + ": " + cells[1];
+    SCOPED_TRACE(name);
+    const auto pane = cells[0] == "pane" ? makePane(name) : withSubstrate(makePane(name));
+    spoil(cells[0] == "pane" ? *pane : *pane->SubstrateReference(), cells[1]);
+    const bool isRefused = cells[2] != "0";
+    if (cells[0] == "substrate" && isRefused) questions.answers = {false};
     const std::int64_t spectralRows = rowCount("Pane_spectral_data");
     const Raised raised = raisedBy([&] { database.InsertPane(*pane, *dc); });
-    EXPECT_EQ(raised.number, each.isRefused ? database::kInvalidSpectrum : 0);
-    EXPECT_TRUE(raised.place.starts_with(each.place)) << raised.place;
+    EXPECT_EQ(std::to_string(raised.number), cells[2]);
+    EXPECT_EQ(raised.place, cells[3]);
     EXPECT_EQ(rowCount("Pane"), ++panes);
     EXPECT_EQ(rowCount("Pane_integrated_data"), panes);
-    EXPECT_EQ(rowCount("Pane_spectral_data"), spectralRows + (each.isRefused ? 0 : 5));
+    EXPECT_EQ(rowCount("Pane_spectral_data"), spectralRows + (isRefused ? 0 : 5));
   }
 }
 
@@ -187,37 +180,6 @@ TEST_F(SubstrateTest, TwiceYesAsksNeverAgain) {
   database.InsertPane(*badPane("second"), *dc);
   EXPECT_EQ(questions.asked.size(), 2U);
   EXPECT_EQ(rowCount("Pane_spectral_data"), 10);
-}
-
-TEST_F(SubstrateTest, EachFaultHasItsNumber) {
-  struct Case {
-    const char* what;
-    void (*spoil)(GlazingData& substrate);
-    std::int32_t number;
-    const char* place = "";
-  };
-  const Case cases[] = {
-      {"no spectrum", [](GlazingData& s) { s.SpectralData(nullptr); },
-       database::kSubstrateWavelengthsDiffer, "5 points, the substrate has 0"},
-      {"fewer points", [](GlazingData& s) { s.SpectralData()->Allocate(3); },
-       database::kSubstrateWavelengthsDiffer, "5 points, the substrate has 4"},
-      {"transmittance", [](GlazingData& s) { s.SpectralData()->Tf(1, 1.5F); },
-       database::kInvalidSubstrateSpectrum,
-       "substrate, point 2, 400 nm: the transmittance is 1.5, not from 0 to 1"},
-      {"reflectance", [](GlazingData& s) { s.SpectralData()->Rf(1, 1.5F); },
-       database::kInvalidSubstrateSpectrum,
-       "substrate, point 2, 400 nm: the front reflectance is 1.5, not from 0 to 1"},
-      {"back reflectance, which is not looked at",
-       [](GlazingData& s) { s.SpectralData()->Rb(1, 1.5F); }, 0}};
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.what);
-    const auto pane = withSubstrate(makePane(each.what));
-    each.spoil(*pane->SubstrateReference());
-    if (each.number != 0) questions.answers = {false};
-    const Raised raised = raisedBy([&] { database.InsertPane(*pane, *dc); });
-    EXPECT_EQ(raised.number, each.number);
-    EXPECT_EQ(raised.place, each.place);
-  }
 }
 
 }  // namespace

@@ -2,84 +2,58 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <sstream>
+
 #include "optics/Coverage.h"
 #include "optics/Surfaces.h"
+#include "support/CaseFile.h"
+#include "support/ReadFile.h"
 
 namespace orv::optics {
 
 namespace {
 
-using Wavelengths = std::vector<double>;
-
-/// Weights of 1 at every `step`, and a spectrum with points there.
-std::vector<tables::Point> evenTable(double first, double last, double step) {
+/// What spectra of points at some wavelengths cover of a table, and where they have gaps:
+///
+///   weights 300 1 310 2    a table of weights at wavelengths
+///   even 400 440 1         one of 1 at each step
+///   at 300 310 320         a spectrum
+std::vector<std::string> coverages(const std::vector<std::string>& statements) {
   std::vector<tables::Point> table;
-  for (double at = first; at <= last; at += step) table.push_back({at, 1});
-  return table;
+  double sum = 0;
+  std::vector<std::string> lines;
+  for (const std::string& statement : statements) {
+    std::istringstream words(statement);
+    std::string what;
+    words >> what;
+    const std::vector<double> n(std::istream_iterator<double>(words), {});
+    if (what == "even") {
+      for (double at = n.at(0); at <= n.at(1); at += n.at(2), ++sum) table.push_back({at, 1});
+    } else if (what == "weights") {
+      for (std::size_t i = 0; i < n.size(); sum += n.at(i + 1), i += 2) {
+        table.push_back({n[i], n.at(i + 1)});
+      }
+    } else {
+      const Coverage found = coverageOf(table, n);
+      lines.push_back(fmt::format("{:.6g} of {:.6g}; missing [{}]; gaps [{}]", sum * found.covered,
+                                  sum * found.reached, found.missing(), told(found.gaps)));
+    }
+  }
+  return lines;
 }
 
 TEST(Coverage, CountsWeightsBetweenPointsThatAreNotTooFarApart) {
-  const std::vector<tables::Point> table{{300, 1}, {310, 2},  {320, 4},
-                                         {400, 8}, {410, 16}, {1800, 1}};
-  struct Case {
-    Wavelengths at;
-    const char* text;
-  };
-  const Case cases[] = {
-      {{300, 310, 320, 400, 410, 1800}, "32 of 32; missing 320 to 400 nm and 410 to 1800 nm"},
-      {{310, 400}, "10 of 14; missing 300 to 310 nm and 310 to 400 nm and 400 to 1800 nm"},
-      {{300, 350, 410, 420}, "23 of 31; missing 350 to 410 nm and 420 to 1800 nm"},
-      {{300, 350.02, 410},
-       "17 of 31; missing 300 to 350.02 nm and 350.02 to 410 nm and 410 to "
-       "1800 nm"},
-      {{295, 305, 315, 325, 399.9, 499.9},
-       "7 of 31; missing 325 to 399.9 nm and 399.9 to 499.9 nm and 499.9 to 1800 nm"},
-      {{400}, "8 of 8; missing 300 to 400 nm and 400 to 1800 nm"},
-      {{200, 299}, "0 of 0; missing 300 to 1800 nm"},
-      {{1801, 1900}, "0 of 0; missing 300 to 1800 nm"},
-  };
-  for (const Case& c : cases) {
-    const Coverage coverage = coverageOf(table, c.at);
-    EXPECT_EQ(fmt::format("{} of {}; missing {}", 32 * coverage.covered, 32 * coverage.reached,
-                          coverage.missing()),
-              c.text);
-  }
-  const auto wide = [](double from, double to) {
-    return coverageOf(evenTable(from, to, to - from), Wavelengths{from, to}).wideGaps.size() == 1;
-  };
-  EXPECT_TRUE(wide(399, 449.02) && wide(400, 500.02) && wide(999, 1099.02) && wide(1000, 1500.02));
-  EXPECT_FALSE(wide(399, 449) || wide(400, 500) || wide(999, 1099) || wide(1000, 1500));
+  const std::string expected = test::readFile(ORV_SOURCE_DIR "/tests/optics/coverages.txt");
+  EXPECT_EQ(test::retold(expected, coverages), expected);
 }
 
-TEST(Coverage, TellsGapsThatAreUnusual) {
-  const auto gaps = [](std::span<const tables::Point> table, const Wavelengths& at) {
-    return told(coverageOf(table, at).gaps);
-  };
-  const auto fine = evenTable(400, 440, 1);
-  EXPECT_EQ(gaps(fine, {400, 404, 408, 414, 418, 422, 426, 430, 434, 438, 442}), "");
-  EXPECT_EQ(gaps(fine, {400, 404, 408, 414.02, 418, 422, 426, 430, 434, 438, 442}),
-            "nothing between 408 and 414.02 nm");
-  // Beyond either end of the table nothing is asked for.
-  EXPECT_EQ(gaps(fine, {300, 390, 400, 410, 420, 430, 439, 500}), "");
-  EXPECT_EQ(gaps(fine, {300, 390, 400, 410, 420, 430, 438.9, 500}),
-            "nothing between 438.9 and 500 nm");
-  EXPECT_EQ(gaps(fine, {300, 401, 410, 420, 430, 440, 500}), "nothing between 300 and 401 nm");
-  // No wider than the table's own step, of those that it touches the widest.
-  const std::vector<tables::Point> coarse{{400, 1}, {410, 1}, {450, 1}, {460, 1}};
-  EXPECT_EQ(gaps(coarse, {400, 405, 445, 455, 460}), "");
-  EXPECT_EQ(gaps(coarse, {400, 405, 445.02, 455, 460}), "nothing between 405 and 445.02 nm");
-  EXPECT_EQ(gaps(coarse, {400, 410, 430, 450, 460}), "");
-  EXPECT_EQ(gaps(evenTable(995, 1100, 5), {995, 1000, 1050, 1100}), "");
-  EXPECT_EQ(gaps(evenTable(995, 1100, 5), {995, 1000, 1050.02, 1100}),
-            "nothing between 1000 and 1050.02 nm");
-
-  const Wavelengths growing{0, 1, 3, 6, 10, 15, 21, 28, 36};
-  EXPECT_EQ(usualStep(growing, 1), 3);
-  EXPECT_EQ(usualStep(growing, 2), 3);
-  EXPECT_EQ(usualStep(growing, 3), 4);
-  EXPECT_EQ(usualStep(growing, 4), 4);
-  EXPECT_EQ(usualStep(growing, 5), 5);
-  EXPECT_EQ(usualStep(growing, 8), 7);
+TEST(Coverage, GoesByTheStepsAroundAGap) {
+  const std::vector<double> growing{0, 1, 3, 6, 10, 15, 21, 28, 36};
+  std::vector<double> steps;
+  for (const std::size_t right : {1U, 2U, 3U, 4U, 5U, 8U})
+    steps.push_back(usualStep(growing, right));
+  EXPECT_EQ(steps, (std::vector<double>{3, 3, 4, 4, 5, 7}));
 }
 
 TEST(Coverage, NamesTheFirstOfManyGaps) {

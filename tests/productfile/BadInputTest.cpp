@@ -1,5 +1,4 @@
 // Input that is no product, or a wrong one: what is told, and where.
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -33,25 +32,6 @@ TEST(BadInputTest, IsToldWithItsPlace) {
     EXPECT_EQ(std::to_string(raised.number), cells[2]) << text;
     EXPECT_EQ(raised.description, cells[3]) << text;
     EXPECT_EQ(raised.place, "a.json" + cells[4]) << text;
-  }
-}
-
-TEST(BadInputTest, PublishedValuesAreFractions) {
-  for (const auto& [value, description] :
-       {std::pair{"83.4", "This is no fraction. Values are between 0 and 1"},
-        std::pair{"2.01", "This is no fraction. Values are between 0 and 1"}, std::pair{"2", ""},
-        std::pair{"-1", "This is negative, and no such value is below 0"}}) {
-    const ProductFile file(fmt::format(R"({{"spectral_data": {{"spectral_data": [
-        {{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}}]}},
-        "integrated_results_summary": [{{"rfsol": {}, "tspf": 10.9}}]}})",
-                                       value),
-                           "a.json");
-    const auto raised = raisedBy([&] { file.product(""); });
-    EXPECT_EQ(raised.description, description);
-    EXPECT_EQ(raised.place,
-              raised.number == 0
-                  ? ""
-                  : fmt::format("a.json, /integrated_results_summary/0/rfsol: {}", value));
   }
 }
 

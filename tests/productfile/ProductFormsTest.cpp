@@ -5,7 +5,9 @@
 #include <set>
 
 #include "productfile/ProductFile.h"
+#include "support/CaseFile.h"
 #include "support/FullRecords.h"
+#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
@@ -65,31 +67,23 @@ void fillCommon(GlazingData& p) {
   p.SpectralData(spectrum);
 }
 
+/// The product of a file beside this one.
+Product productOfFile(const std::string& file) {
+  return ProductFile(readFile(ORV_SOURCE_DIR "/tests/productfile/" + file), "a.json").product("");
+}
+
 TEST(ProductFormsTest, EachKeyFillsItsFieldOfTheRecord) {
   GlazingData flat;
   fillCommon(flat);
   flat.id(7), flat.description("D"), flat.GlazingType(kCoated), flat.CoatedSide(kBackSide);
   flat.IGDBChecksum(-2147483647 - 1), flat.Precalc_StandardName("S"), flat.Precalc_Tfsol(0.21F);
-  flat.Precalc_Tbsol(0.22F), flat.Precalc_Rfsol(0.23F), flat.Precalc_RbSol(0.24F);
+  flat.Precalc_Tbsol(0.22F), flat.Precalc_Rfsol(2), flat.Precalc_RbSol(0.24F);
   flat.Precalc_Tfvis(0.31F), flat.Precalc_Tbvis(0.32F), flat.Precalc_Rfvis(0.33F);
   flat.Precalc_Rbvis(0.34F), flat.Precalc_Tfuv(0.41F), flat.Precalc_Tbuv(0.41F);
   flat.Precalc_Tdw(0.42F), flat.Precalc_TSPF(10.5F), flat.Precalc_TCIEX(51), flat.Precalc_TCIEY(52);
   flat.Precalc_TCIEZ(53), flat.Precalc_RfCIEX(54), flat.Precalc_RfCIEY(55);
   flat.Precalc_RfCIEZ(56);
-  const auto ofFlat = ProductFile(R"({"id": 0, "product_id": 7, "name": "N", "product_name": "P",
-    "data_file_name": "F", "nfrc_id": 2147483647, "acceptance": "#", "appearance": "grey",
-    "manufacturer_name": "M", "short_description": "D", "type": "GLAZING",
-    "subtype": "Coated Glass", "coating_name": "C", "coated_side": "Back",
-    "igdb_checksum": -2147483648, "measured_data": {"thickness": 4.5, "conductivity": 1.25,
-      "tir_front": 0.01, "tir_back": 0.02, "emissivity_front": 0.83, "emissivity_back": " 0.04 "},
-    "spectral_data": {"spectral_data": [
-      {"wavelength": 0.5, "T": 0.11, "Tb": 0.12, "Rf": 0.13, "Rb": 0.14}]},
-    "integrated_results_summary": [{"calculation_standard_name": "S", "tfsol": 0.21, "tbsol": 0.22,
-      "rfsol": 0.23, "rbsol": 0.24, "tfvis": 0.31, "tbvis": 0.32, "rfvis": 0.33, "rbvis": 0.34,
-      "tuv": 0.41, "tdw": 0.42, "tspf": 10.5, "tciex": 51, "tciey": 52, "tciez": 53,
-      "rfciex": 54, "rfciey": 55, "rfciez": 56}]})",
-                                  "a.json")
-                          .product("");
+  const auto ofFlat = productOfFile("flat.json");
   EXPECT_EQ(whole(*ofFlat.pane), whole(flat));
   const std::set<std::string> neverGiven = {"freeze", "film_outdoor_side", "0_30_60"};
   EXPECT_EQ(ofFlat.notGiven, neverGiven);
@@ -97,15 +91,7 @@ TEST(ProductFormsTest, EachKeyFillsItsFieldOfTheRecord) {
   GlazingData checked;
   fillCommon(checked);
   checked.unit(kIP), checked.GlazingType(kLaminate), checked.CoatedSide(kBothSides);
-  const auto ofChecker = ProductFile(R"({"unit_system": "IP", "product_name": "P", "filename": "F",
-    "nfrc_id": 2147483647, "acceptance": "#", "appearance": "grey", "manufacturer": "M",
-    "product_type": "LAMINATE", "coating_properties": {"coating_name": "C", "coated_side": "both"},
-    "measured_data": {"thickness": 4.5, "bulk_properties_override": {"thermal_conductivity": 1.25},
-      "tir_front": 0.01, "tir_back": 0.02, "emissivity_front": 0.83, "emissivity_back": 0.04,
-      "spectral_data": {"unit": "Microns", "angle_block": [{"incidence_angle": 0,
-        "wavelength_data": [{"w": 0.5, "tf": 0.11, "tb": 0.12, "rf": 0.13, "rb": 0.14}]}]}}})",
-                                     "a.json")
-                             .product("");
+  const auto ofChecker = productOfFile("checked.json");
   EXPECT_EQ(whole(*ofChecker.pane), whole(checked));
   EXPECT_EQ(ofChecker.notGiven, neverGiven);
 }
@@ -119,42 +105,29 @@ Product flatProduct(const std::string& keys) {
 }
 
 TEST(ProductFormsTest, TellsWhatIsNotGiven) {
-  auto product = flatProduct(R"("measured_data": {"tir_back": 0, "emissivity_back": 0},)");
-  std::set<std::string> missing = {"freeze",
-                                   "film_outdoor_side",
-                                   "0_30_60",
-                                   "product_name",
-                                   "supplierID",
-                                   "thickness",
-                                   "conduction",
-                                   "emission_IR_outdoor",
-                                   "single_layer",
-                                   "use_estimation",
-                                   "transmission_IR_outdoor"};
-  EXPECT_EQ(product.notGiven, missing);
+  const auto product = flatProduct(R"("measured_data": {"tir_back": 0, "emissivity_back": 0},)");
+  const auto missing = [](const Product& of) {
+    return fmt::format("{}", fmt::join(of.notGiven, " "));
+  };
+  EXPECT_EQ(missing(product),
+            "0_30_60 conduction emission_IR_outdoor film_outdoor_side freeze product_name "
+            "single_layer supplierID thickness transmission_IR_outdoor use_estimation");
   EXPECT_THAT(product.notes, ElementsAre("no thickness is given, 0 is taken",
                                          "no conductivity is given, 0 is taken"));
-  missing.insert({"transmission_IR_indoor", "emission_IR_indoor"});
-  EXPECT_EQ(flatProduct("").notGiven, missing);
+  EXPECT_EQ(missing(flatProduct("")),
+            "0_30_60 conduction emission_IR_indoor emission_IR_outdoor film_outdoor_side freeze "
+            "product_name single_layer supplierID thickness transmission_IR_indoor "
+            "transmission_IR_outdoor use_estimation");
 }
 
 TEST(ProductFormsTest, KnowsTheWordsOfTheForms) {
-  for (const auto& [word, type] :
-       {std::pair{"Monolithic", kMonolithic}, std::pair{"coated", kCoated},
-        std::pair{"COATED_GLASS", kCoated}, std::pair{"applied film", kAppliedFilm},
-        std::pair{"film", kFilm}, std::pair{" laminate ", kLaminate},
-        std::pair{"interlayer", kInterlayer}, std::pair{"brick", kUnknownType}}) {
-    const auto pane = flatProduct(fmt::format(R"("type": "{}",)", word)).pane;
-    EXPECT_EQ(pane->GlazingType(), type) << word;
-    EXPECT_EQ(pane->single_layer(), type == kMonolithic) << word;
-    EXPECT_EQ(pane->use_estimation(), type != kMonolithic) << word;
-  }
-  for (const auto& [word, side] :
-       {std::pair{"front", kFrontSide}, std::pair{"Back", kBackSide}, std::pair{"BOTH", kBothSides},
-        std::pair{"na", kNeitherSide}, std::pair{"neither", kNeitherSide},
-        std::pair{"N/A", kNeitherSide}, std::pair{"unknown", kUnknownSide},
-        std::pair{"", kSideNotSet}}) {
-    EXPECT_EQ(flatProduct(fmt::format(R"("coated_side": "{}",)", word)).pane->CoatedSide(), side);
+  for (const auto& [keys, told] : examplesOf("productfile/words.txt", 15)) {
+    const auto pane = flatProduct(keys + ",").pane;
+    EXPECT_EQ(fmt::format("type {}, side {}{}{}", pane->GlazingType(), pane->CoatedSide(),
+                          pane->single_layer() ? ", single layer" : "",
+                          pane->use_estimation() ? ", estimated" : ""),
+              told)
+        << keys;
   }
   for (const char* word : {"microns", "Micron", "micrometers", "um", "\u00B5m", "\u03BCm",
                            "nanometers", "NANOMETER", "nm"}) {

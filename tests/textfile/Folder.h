@@ -18,6 +18,14 @@ class Folder : public TemporaryFolder {
     std::ofstream(path() / name, std::ios::binary) << text;
   }
 
+  /// A text with "FOLDER" where it names the folder.
+  std::string hiddenIn(std::string text) const {
+    for (std::size_t at = 0; (at = text.find(path().string(), at)) != std::string::npos;) {
+      text.replace(at, path().string().size(), "FOLDER");
+    }
+    return text;
+  }
+
   std::string read(const std::string& name) const { return readFile(path() / name); }
 };
 

@@ -52,23 +52,13 @@ TEST_F(Repairs, MakeLaboratoryFilesReadable) {
 }
 
 /// What has two readings, or none, stays as it is, comments do anyway, and so does the number of
-/// the line that an error names.
+/// the line that an error names; a number of two has one where no share is as large.
 TEST_F(Repairs, LeaveAloneWhatIsNotCertain) {
-  for (const std::string text :
-       {"SI Nanometers 4 1\n300,0,1,0\n400,0,1,0\n", "SI Nanometers 4 1\n300,0 0,1\n400,0 0,1\n",
-        "300;0,1;0,05\n", "{ unclosed\nSI nm 4 1\n",
-        "{ Info: 1,5; 20% nm }\nSI Microns 4 1\n0.3 * 0\n", "SI Microns 4 1\n0.5 0.1\n0.4 *\n",
-        "SI Nanometers 4 1\n500 0.1 0.1\n500 0.2 0.2\n", "SI Microns 4 1\n0.5 0.1\n0.4 0.1\n",
-        "SI Microns 4 1\n0.3 0.1 0.1\nwords\n0.4 0 0\n", "SI Microns 4 1\n0.5 0.1 0.1\n0.4 * 0\n",
-        "SI Microns 4,0 1\n300,0,1,0\n400,0,1,0\n"}) {
-    std::string mended = text;
-    const std::string done = textfile::repair(mended);
-    EXPECT_EQ(mended, text) << done;
-    EXPECT_EQ(done, "");
+  for (const auto& cells : test::casesOf("textfile/left-alone.tsv", 3)) {
+    std::string mended = cells[0];
+    EXPECT_EQ(textfile::repair(mended), cells[2]) << cells[0];
+    EXPECT_EQ(mended, cells[1]);
   }
-  std::string twoColumns = "SI Nanometers 4 1\n300,5 0,1\n";  // no share is as large as 5
-  textfile::repair(twoColumns);
-  EXPECT_EQ(twoColumns, "SI Nanometers 4 1\n300.5 0.1\n");
   std::string repairs;
   const auto raised =
       test::raisedBy([&] { read("words\nSI nm 4 1\nmore words\n300;0,1\n400;x\n", repairs); });

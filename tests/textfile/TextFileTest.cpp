@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "model/Raised.h"
+#include "support/CaseFile.h"
 #include "textfile/Folder.h"
 #include "textfile/GivenEntries.h"
 #include "textfile/Likeness.h"
@@ -98,17 +99,9 @@ TEST(TextFile, IsReplacedWhole) {
 }
 
 TEST(TextFile, IsLikeAPaneOrAShading) {
-  for (const char* text : {"SI", "\r\n{ x }\n\nip Microns", "nfrc"}) {
-    EXPECT_EQ(likenessOf(text), Likeness::pane) << text;
-  }
-  for (const char* text :
-       {"1 2 3 4 5 6 7 8 9", "\n1 2 3 4 5 6 7 8 9 10\n", "words { product TYPE: }",
-        "{ Crown height: 1 }", "{ Pitch: 1 }", "{ Permeability: 1 }", "{ Units: 1 }"}) {
-    EXPECT_EQ(likenessOf(text), Likeness::shading) << text;
-  }
-  for (const char* text : {"", "1 SI", "1 2 3 4 5 6 7 8\n9", "1 2 3 4 5 6 7 8 9 x",
-                           "{ Pitch }{ Pitch of it: 1 }", "{ Pitch: 1 "}) {
-    EXPECT_EQ(likenessOf(text), Likeness::neither) << text;
+  constexpr const char* kNames[] = {"neither", "pane", "shading"};
+  for (const auto& cells : test::casesOf("textfile/likenesses.tsv", 2)) {
+    EXPECT_EQ(kNames[static_cast<int>(likenessOf(cells[0]))], cells[1]) << cells[0];
   }
 }
 
