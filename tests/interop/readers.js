@@ -4,10 +4,9 @@ import MDBReader from 'mdb-reader';
 import {execFileSync} from 'node:child_process';
 import {readFileSync, statSync} from 'node:fs';
 
-const kLargest = 1 << 30;
 const kOptions = {
   encoding: 'utf8',
-  maxBuffer: kLargest,
+  maxBuffer: 1 << 30,
   stdio: ['ignore', 'pipe', 'pipe']
 };
 const run = (program, args) => execFileSync(program, args, kOptions);

@@ -5,7 +5,7 @@ import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {parseArgs} from 'node:util';
 
-import {firstDifference, toldBy} from './checks.js';
+import {attempt, firstDifference, toldBy} from './checks.js';
 import {mdbReader, mdbtools, tablesOf} from './readers.js';
 
 const {values: options, positionals: folders} = parseArgs({
@@ -19,15 +19,6 @@ const {values: options, positionals: folders} = parseArgs({
 });
 const kReaders = [mdbtools, mdbReader];
 const load = (file) => JSON.parse(readFileSync(file, 'utf8'));
-
-/** What `work` gives; where it throws, what `failed` makes of the first line of the reason. */
-function attempt(work, failed) {
-  try {
-    return work();
-  } catch (error) {
-    return failed(String(error.stderr || error.message).split('\n')[0]);
-  }
-}
 
 /** What each reader finds in each table: rows, or a text that says why it cannot read it. */
 function readAll(database, say) {

@@ -1,6 +1,7 @@
 #include "outside/Content.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <vector>
 
@@ -12,46 +13,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char kFieldEnd = '\x1f';
-constexpr char kRowEnd = '\x1e';
-
-using Row = std::map<std::string, std::string>;  ///< by the columns' names in small letters
-
-struct Table {
-  std::vector<Row> rows;
-  bool isRead = false;
-};
-
-std::vector<std::string> split(const std::string& text, char end) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, end);) parts.push_back(part);
-  return parts;
-}
+/// By the columns' names in small letters, without what is null.
+using Row = std::map<std::string, std::string>;
 
 std::string small(std::string text) {
   std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
   return text;
-}
-
-Table tableOf(const fs::path& database, const std::string& name) {
-  const Command command = {ORV_MDB_EXPORT,
-                           {"-Q", "-b", "hex", "-d", std::string(1, kFieldEnd), "-R",
-                            std::string(1, kRowEnd), database.string(), name}};
-  const Ended ended = run(command, {.folder = database.parent_path(), .isWatched = false});
-  std::vector<std::string> lines = split(ended.out, kRowEnd);
-  Table table;
-  table.isRead = ended.exit == 0 && !lines.empty();
-  if (!table.isRead) return table;
-  const std::vector<std::string> columns = split(small(lines[0]), kFieldEnd);
-  for (std::size_t i = 1; i < lines.size(); ++i) {
-    std::vector<std::string> fields = split(lines[i], kFieldEnd);
-    fields.resize(columns.size());
-    Row row;
-    for (std::size_t c = 0; c < columns.size(); ++c) row[columns[c]] = fields[c];
-    table.rows.push_back(std::move(row));
-  }
-  return table;
 }
 
 std::string textOf(const Row& row) {
@@ -92,8 +59,8 @@ class Reader {
     for (const Row& row : rowsOf("ORVdata_version"))
       content_.records["database"].insert(textOf(row));
     for (const Lookup& lookup : kLookups) {
-      for (const Row& row : rowsOf(lookup.table)) {
-        names_[lookup.table][row.at(lookup.key)] = row.at(lookup.name);
+      for (Row& row : rowsOf(lookup.table)) {
+        names_[lookup.table][row[lookup.key]] = row[lookup.name];
       }
     }
     for (const Kind& kind : kKinds) readRecords(kind);
@@ -110,9 +77,18 @@ class Reader {
   using Details = std::map<std::string, std::multiset<std::string>>;
 
   std::vector<Row> rowsOf(const std::string& name) {
-    Table table = tableOf(database_, name);
-    if (!table.isRead) content_.strays.insert("The table " + name + " cannot be read.");
-    return std::move(table.rows);
+    const Ended ended = run({ORV_MDB_JSON, database_.string(), name},
+                            {.folder = database_.parent_path(), .isWatched = false});
+    std::vector<Row> rows;
+    std::istringstream lines(ended.out);
+    for (std::string line; ended.exit == 0 && std::getline(lines, line);) {
+      Row& row = rows.emplace_back();
+      const auto fields = nlohmann::json::parse(line);
+      for (const auto& [column, value] : fields.items())
+        row[small(column)] = value.is_string() ? value.get<std::string>() : value.dump();
+    }
+    if (ended.exit != 0) content_.strays.insert("The table " + name + " cannot be read.");
+    return rows;
   }
 
   void readRecords(const Kind& kind) {
@@ -139,9 +115,9 @@ class Reader {
     }
   }
 
-  void addRecord(const Kind& kind, const Row& row, const Details& parts) {
-    const std::string group = row.contains("groupid") ? row.at("groupid") : row.at("groupnameid");
-    const std::string title = std::string(kind.table) + " " + row.at("name") + " of " + group;
+  void addRecord(const Kind& kind, Row row, const Details& parts) {
+    const std::string group = row["groupid"] + row["groupnameid"];  // it has one of them
+    const std::string title = std::string(kind.table) + " " + row["name"] + " of " + group;
     if (parts.empty()) content_.records[title].insert(textOf(row));
     for (const auto& [part, texts] : parts) {
       std::string text = textOf(row);
@@ -175,12 +151,6 @@ class Reader {
 
 using Parts = std::multiset<std::string>;
 
-const Parts& partsOf(const Content& content, const std::string& title) {
-  static const Parts none;
-  const auto found = content.records.find(title);
-  return found != content.records.end() ? found->second : none;
-}
-
 std::string shortened(const std::string& text) {
   return text.size() <= 300 ? text : text.substr(0, 300) + "...";
 }
@@ -213,11 +183,11 @@ std::size_t recordCount(const Content& content) {
   return content.records.size() - content.records.count("database");
 }
 
-std::string difference(const Content& expected, const Content& found) {
+std::string difference(Content expected, Content found) {
   std::string text;
   for (const std::string& title : titlesOf({&expected, &found})) {
-    const Parts& wanted = partsOf(expected, title);
-    const Parts& there = partsOf(found, title);
+    const Parts& wanted = expected.records[title];
+    const Parts& there = found.records[title];
     if (wanted != there) text += title + ": " + sizesOf(there) + ", not " + sizesOf(wanted) + "\n";
   }
   for (const std::string& stray : found.strays) {
@@ -226,13 +196,12 @@ std::string difference(const Content& expected, const Content& found) {
   return text;
 }
 
-std::uint64_t progress(const Content& before, const Content& after, const Content& now,
-                       std::string& faults) {
+std::uint64_t progress(Content before, Content after, Content now, std::string& faults) {
   std::uint64_t done = 0;
   for (const std::string& title : titlesOf({&before, &after, &now})) {
-    const Parts& first = partsOf(before, title);
-    const Parts& last = partsOf(after, title);
-    const Parts& there = partsOf(now, title);
+    const Parts& first = before.records[title];
+    const Parts& last = after.records[title];
+    const Parts& there = now.records[title];
     const bool grows = std::ranges::includes(there, first) && std::ranges::includes(last, there);
     if (there != first && !grows && there != last) {
       faults += title + ": " + sizesOf(there) + ", of " + sizesOf(last) + "\n";

@@ -16,8 +16,6 @@ struct Content {
   std::map<std::string, std::multiset<std::string>> records;
   /// Rows that belong to no record: details without their record, lookup rows that none names.
   std::multiset<std::string> strays;
-
-  bool operator==(const Content&) const = default;
 };
 
 /// Reads a database with mdbtools. Where there is no file, nothing; a table that cannot be read is
@@ -28,11 +26,10 @@ Content contentOf(const std::filesystem::path& database);
 std::size_t recordCount(const Content& content);
 
 /// How two contents differ, in a few lines; empty when they do not.
-std::string difference(const Content& expected, const Content& found);
+std::string difference(Content expected, Content found);
 
 /// How much of a work is done whose beginning and end are known, in records. What is not whole, or
 /// of neither, is told in `faults`.
-std::uint64_t progress(const Content& before, const Content& after, const Content& now,
-                       std::string& faults);
+std::uint64_t progress(Content before, Content after, Content now, std::string& faults);
 
 }  // namespace orv::test

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 
 #include "support/ReadFile.h"
@@ -12,18 +13,6 @@
 namespace orv::test {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-constexpr std::size_t kPiece = 512;
-
-std::uint64_t numberOf(const fs::path& file) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) != 0) throw std::runtime_error("no file " + file.string());
-  return status.st_ino;
-}
-
-}  // namespace
 
 std::vector<Call> readRecording(const fs::path& recording) {
   const std::string bytes = readFile(recording);
@@ -47,71 +36,17 @@ std::vector<Call> readRecording(const fs::path& recording) {
   return calls;
 }
 
-/// What happens to each thing that was not synced.
-class Disk::Outcome {
- public:
-  Outcome(Luck luck, std::uint32_t seed)
-      : luck_(luck), random_(seed), share_(std::uniform_int_distribution(1, 9)(random_)) {}
-
-  bool isThere() {
-    if (luck_ != Luck::mixed) return luck_ == Luck::good;
-    return std::uniform_int_distribution(0, 9)(random_) < share_;
-  }
-
-  std::string contentOf(const File& file) {
-    std::string content = file.certain;
-    for (const Write& write : file.pending) {
-      if (write.isResize) {
-        if (isThere()) perform(content, write);
-        continue;
-      }
-      std::uint64_t offset = write.offset;
-      for (std::size_t done = 0; done < write.data.size();) {
-        const std::size_t length =
-            std::min<std::size_t>(kPiece - offset % kPiece, write.data.size() - done);
-        if (isThere()) perform(content, {offset, write.data.substr(done, length), false});
-        done += length;
-        offset += length;
-      }
-    }
-    return content;
-  }
-
- private:
-  Luck luck_;
-  std::mt19937 random_;
-  int share_;  ///< in tenths
-};
-
 Disk::Disk(const fs::path& folder) {
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    auto file = std::make_shared<File>();
-    file->certain = readFile(entry.path());
-    files_[numberOf(entry.path())] = file;
-    certainNames_[entry.path().filename().string()] = std::move(file);
+    struct stat status {};
+    if (!entry.is_regular_file() || ::stat(entry.path().c_str(), &status) != 0) continue;
+    certainNames_[entry.path().filename().string()] = add(status.st_ino, readFile(entry.path()));
   }
 }
 
-Disk::Disk(const Disk& other)
-    : files_(other.files_), certainNames_(other.certainNames_), pendingNames_(other.pendingNames_) {
-  std::map<FilePointer, FilePointer> copies;
-  const auto replace = [&](FilePointer& file) {
-    FilePointer& copy = copies[file];
-    if (copy == nullptr) copy = std::make_shared<File>(*file);
-    file = copy;
-  };
-  for (auto& [number, file] : files_) replace(file);
-  for (auto& [name, file] : certainNames_) replace(file);
-  for (NameChange& change : pendingNames_) replace(change.file);
-}
-
-const Disk::FilePointer& Disk::fileOf(const Call& call) {
-  const auto found = files_.find(call.file);
-  if (found == files_.end()) {
-    throw std::runtime_error("'" + call.name + "' was changed, but its making was not recorded");
-  }
-  return found->second;
+std::size_t Disk::add(std::uint64_t number, std::string content) {
+  files_.push_back({std::move(content)});
+  return places_[number] = files_.size() - 1;
 }
 
 void Disk::perform(std::string& content, const Write& write) {
@@ -124,57 +59,70 @@ void Disk::perform(std::string& content, const Write& write) {
 }
 
 /// A name goes only where the file still has it.
-void Disk::perform(std::map<std::string, FilePointer>& names, const NameChange& change) {
+void Disk::perform(Names& names, const NameChange& change) {
   const auto old = names.find(change.removed);
   if (old != names.end() && old->second == change.file) names.erase(old);
   if (!change.added.empty()) names[change.added] = change.file;
 }
 
 void Disk::apply(const Call& call) {
-  switch (call.kind) {
-    case CallKind::create:
-      files_[call.file] = std::make_shared<File>();
-      pendingNames_.push_back({"", call.name, files_[call.file]});
-      break;
-    case CallKind::write:
-      fileOf(call)->pending.push_back({call.offset, call.data, false});
-      break;
-    case CallKind::resize:
-      fileOf(call)->pending.push_back({call.offset, "", true});
-      break;
-    case CallKind::sync: {
-      File& file = *fileOf(call);
-      for (const Write& write : file.pending) perform(file.certain, write);
-      file.pending.clear();
-      break;
+  constexpr std::size_t kPiece = 512;
+  if (call.kind == CallKind::report) return;
+  if (call.kind == CallKind::syncFolder) {
+    for (const NameChange& change : pendingNames_) perform(certainNames_, change);
+    pendingNames_.clear();
+    return;
+  }
+  if (call.kind == CallKind::create) {
+    pendingNames_.push_back({"", call.name, add(call.file, "")});
+    return;
+  }
+  const auto place = places_.find(call.file);
+  if (place == places_.end()) {
+    throw std::runtime_error("'" + call.name + "' was changed, but its making was not recorded");
+  }
+  File& file = files_[place->second];
+  if (call.kind == CallKind::write) {
+    for (std::size_t at = 0, length = 0; at < call.data.size(); at += length) {
+      length = std::min(kPiece - (call.offset + at) % kPiece, call.data.size() - at);
+      file.pending.push_back({call.offset + at, call.data.substr(at, length)});
     }
-    case CallKind::syncFolder:
-      for (const NameChange& change : pendingNames_) perform(certainNames_, change);
-      pendingNames_.clear();
-      break;
-    case CallKind::rename:
-      pendingNames_.push_back({call.name, call.other, fileOf(call)});
-      break;
-    case CallKind::remove:
-      pendingNames_.push_back({call.name, "", fileOf(call)});
-      break;
-    case CallKind::report:
-      break;
+  } else if (call.kind == CallKind::resize) {
+    file.pending.push_back({call.offset, "", true});
+  } else if (call.kind == CallKind::sync) {
+    for (const Write& write : file.pending) perform(file.certain, write);
+    file.pending.clear();
+  } else {  // a renaming, or a removal, after which there is no other name
+    pendingNames_.push_back({call.name, call.other, place->second});
   }
 }
 
-void Disk::leaveIn(const fs::path& folder, Luck luck, std::uint32_t seed) const {
-  Outcome outcome(luck, seed);
-  std::map<std::string, FilePointer> names = certainNames_;
+std::map<std::string, std::string> Disk::left(Luck luck, std::uint32_t seed) const {
+  std::mt19937 random(seed);
+  const int share = std::uniform_int_distribution(1, 9)(random);  // in tenths
+  const auto isThere = [&] {
+    if (luck != Luck::mixed) return luck == Luck::good;
+    return std::uniform_int_distribution(0, 9)(random) < share;
+  };
+  Names names = certainNames_;
   for (const NameChange& change : pendingNames_) {
-    if (outcome.isThere()) perform(names, change);
+    if (isThere()) perform(names, change);
   }
-  std::map<const File*, std::string> contents;  // a file with two names has one content
+  std::map<std::size_t, std::string> contents;  // a file with two names has one content
+  std::map<std::string, std::string> files;
   for (const auto& [name, file] : names) {
-    if (!contents.contains(file.get())) contents[file.get()] = outcome.contentOf(*file);
-    const std::string& content = contents[file.get()];
-    std::ofstream(folder / name, std::ios::binary)
-        .write(content.data(), static_cast<std::streamsize>(content.size()));
+    const auto [content, isNew] = contents.try_emplace(file, files_[file].certain);
+    for (const Write& write : files_[file].pending) {
+      if (isNew && isThere()) perform(content->second, write);
+    }
+    files[name] = content->second;
+  }
+  return files;
+}
+
+void Disk::leaveIn(const fs::path& folder, Luck luck, std::uint32_t seed) const {
+  for (const auto& [name, content] : left(luck, seed)) {
+    std::ofstream(folder / name, std::ios::binary) << content;
   }
 }
 

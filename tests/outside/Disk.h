@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -38,39 +36,38 @@ class Disk {
 
   /// Holds what the folder holds now; it is watched from now on.
   explicit Disk(const std::filesystem::path& folder);
-  /// Has files of its own.
-  Disk(const Disk& other);
-  Disk& operator=(const Disk&) = delete;
 
   void apply(const Call& call);
-  /// Writes what the disk may hold into a folder.
+  /// The files that the disk may hold then, by their names.
+  std::map<std::string, std::string> left(Luck luck, std::uint32_t seed) const;
+  /// Writes them into a folder.
   void leaveIn(const std::filesystem::path& folder, Luck luck, std::uint32_t seed) const;
 
  private:
   struct Write {
     std::uint64_t offset;
     std::string data;
-    bool isResize;  ///< to `offset`
+    bool isResize = false;  ///< to `offset`
   };
   struct File {
     std::string certain;
-    std::vector<Write> pending;
+    std::vector<Write> pending = {};
   };
-  using FilePointer = std::shared_ptr<File>;
+  using Names = std::map<std::string, std::size_t>;  ///< which of `files_` has it
   struct NameChange {
     std::string removed;  ///< a name that goes; none when empty
     std::string added;    ///< a name that the file gets; none when empty
-    FilePointer file;
+    std::size_t file;
   };
 
-  class Outcome;
-
   static void perform(std::string& content, const Write& write);
-  static void perform(std::map<std::string, FilePointer>& names, const NameChange& change);
-  const FilePointer& fileOf(const Call& call);
+  static void perform(Names& names, const NameChange& change);
+  /// Adds a file that has this number in the file system; gives its place in `files_`.
+  std::size_t add(std::uint64_t number, std::string content);
 
-  std::map<std::uint64_t, FilePointer> files_;
-  std::map<std::string, FilePointer> certainNames_;
+  std::vector<File> files_;
+  std::map<std::uint64_t, std::size_t> places_;  ///< by the numbers of the files
+  Names certainNames_;
   std::vector<NameChange> pendingNames_;
 };
 

@@ -19,36 +19,41 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
 #include <string>
-#include <vector>
 
 #include "outside/FileCall.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace orv::test;
 
-/// The C library's function of this name.
+/// The C library's function of this name, which has the type of ours.
 template <class Function>
-Function* real(const char* name) {
+Function* real(Function* /*ours*/, const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 int realOpen(const char* path, int flags, mode_t mode = 0) {
-  static auto* const function = real<int(const char*, int, ...)>("open64");
+  static auto* const function = real(open64, "open64");
   return function(path, flags, mode);
 }
 
-ssize_t realPwrite(int descriptor, const void* bytes, std::size_t length, off64_t offset) {
-  static auto* const function = real<ssize_t(int, const void*, std::size_t, off64_t)>("pwrite64");
-  return function(descriptor, bytes, length, offset);
-}
-
 ssize_t realWrite(int descriptor, const void* bytes, std::size_t length) {
-  static auto* const function = real<ssize_t(int, const void*, std::size_t)>("write");
+  static auto* const function = real(write, "write");
   return function(descriptor, bytes, length);
 }
+
+/// A call that changes a file, as it is noted.
+struct Change {
+  CallKind kind;
+  std::uint64_t file = 0;
+  std::uint64_t offset = 0;
+  std::string data = {};
+  std::string other = {};
+  bool isCutShort = false;  ///< whether half of the data is to be written
+};
 
 std::string variable(const char* name) {
   const char* value = std::getenv(name);
@@ -70,10 +75,15 @@ class Instructions {
   bool plans(const char* word, std::uint64_t number) const {
     return word_ == word && number >= first_ && number - first_ < count_;
   }
-  /// How many of the calls that are to fail were before this one; -1 when this is not to fail.
-  std::int64_t position(std::uint64_t number) const {
-    return number >= first_ && number - first_ < count_ ? static_cast<std::int64_t>(number - first_)
-                                                        : -1;
+
+  /// The error with which the call is to fail; 0 when it is to be made.
+  int error(CallKind kind, std::uint64_t number) const {
+    if (plans(kInputOutputError, number)) return EIO;
+    const bool needsSpace = kind != CallKind::remove && kind != CallKind::syncFolder;
+    const bool isWrittenInPart =
+        kind == CallKind::write && word_ == kShortWrite && number == first_;
+    const bool isFull = plans(kNoSpace, number) || plans(kShortWrite, number);
+    return needsSpace && isFull && !isWrittenInPart ? ENOSPC : 0;
   }
 
   /// The name that a path has in the folder; empty for the folder itself; null elsewhere.
@@ -83,14 +93,15 @@ class Instructions {
     return path[folder_.size()] == '/' ? path.c_str() + folder_.size() + 1 : nullptr;
   }
 
-  void record(CallHeader header, const std::string& name, const std::string& other,
-              const std::string& data) const {
+  void record(const Change& change, const std::string& name) const {
     if (recording_ < 0) return;
-    header.nameLength = static_cast<std::uint32_t>(name.size());
-    header.otherLength = static_cast<std::uint32_t>(other.size());
-    header.dataLength = static_cast<std::uint32_t>(data.size());
+    const auto length = [](const std::string& text) {
+      return static_cast<std::uint32_t>(text.size());
+    };
+    const CallHeader header{change.kind,         length(name), length(change.other),
+                            length(change.data), change.file,  change.offset};
     std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
-    bytes += name + other + data;
+    bytes += name + change.other + change.data;
     if (realWrite(recording_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
       abort();
     }
@@ -130,30 +141,23 @@ std::string pathOf(int descriptor) {
 
 /// The full path of a name that need not be there.
 std::string pathOf(int folder, const char* name) {
-  std::string path = name;
-  if (path.empty()) return pathOf(folder);
-  if (path[0] != '/') {
-    path = (folder == AT_FDCWD ? std::string(".") : pathOf(folder)) + "/" + path;
-  }
-  const std::size_t slash = path.rfind('/');
-  char parent[PATH_MAX];
-  const std::string before = slash == 0 ? "/" : path.substr(0, slash);
-  return realpath(before.c_str(), parent) != nullptr ? parent + path.substr(slash) : path;
+  std::error_code error;
+  const fs::path start = folder == AT_FDCWD ? fs::current_path(error) : fs::path(pathOf(folder));
+  const fs::path path = start / name;
+  const fs::path parent = fs::canonical(path.parent_path(), error);
+  return error ? path : parent / path.filename();
 }
 
-bool exists(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0;
-}
-
+/// The number of the file in the file system; 0 where there is none.
 std::uint64_t fileAt(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
 
-std::uint64_t fileOf(int descriptor) {
+struct stat statusOf(int descriptor) {
   struct stat status {};
-  return fstat(descriptor, &status) == 0 ? status.st_ino : 0;
+  fstat(descriptor, &status);
+  return status;
 }
 
 [[noreturn]] void die() {
@@ -161,134 +165,32 @@ std::uint64_t fileOf(int descriptor) {
   abort();
 }
 
-/// One call that is counted: what happens before it, and after it.
-class Counted {
- public:
-  Counted(CallKind kind, const char* name) : kind_(kind), name_(name) {
-    auto& instructions = Instructions::get();
-    number_ = instructions.count();
-    if (instructions.plans(kKillBefore, number_)) die();
-  }
-
-  /// The error with which the call is to fail; 0 when it is to be made.
-  int error() const {
-    auto& instructions = Instructions::get();
-    if (instructions.plans(kInputOutputError, number_)) return EIO;
-    const bool needsSpace = kind_ != CallKind::remove && kind_ != CallKind::syncFolder;
-    if (instructions.plans(kNoSpace, number_) && needsSpace) return ENOSPC;
-    const bool isWrittenInPart = kind_ == CallKind::write && instructions.position(number_) == 0;
-    return instructions.plans(kShortWrite, number_) && needsSpace && !isWrittenInPart ? ENOSPC : 0;
-  }
-
-  /// How much of a write of this length is to be made.
-  std::size_t length(std::size_t whole) const {
-    return Instructions::get().plans(kShortWrite, number_) ? whole / 2 : whole;
-  }
-
-  /// To be called when the call was made, with success.
-  void done(std::uint64_t file, std::uint64_t offset = 0, const std::string& data = "",
-            const char* other = "") const {
-    auto& instructions = Instructions::get();
-    instructions.record({kind_, 0, 0, 0, file, offset}, name_, other, data);
-    if (instructions.plans(kKillAfter, number_)) die();
-  }
-
- private:
-  CallKind kind_;
-  std::string name_;
-  std::uint64_t number_;
-};
-
-/// Makes a call that gives 0 or -1, when it concerns the folder counted.
+/// Makes a call, which gives -1 when it fails: as the plan has it, where it concerns the folder.
 template <class Call>
-int counted(CallKind kind, const std::string& path, std::uint64_t file, std::uint64_t offset,
-            const Call& call) {
-  const char* name = Instructions::get().nameOf(path);
-  if (name == nullptr) return call();
-  const Counted turn(kind, name);
-  if (const int error = turn.error(); error != 0) {
+auto counted(Change change, const std::string& path, const Call& call) {
+  auto& instructions = Instructions::get();
+  const char* name = instructions.nameOf(path);
+  if (name == nullptr) return call(change);
+  const std::uint64_t number = instructions.count();
+  if (instructions.plans(kKillBefore, number)) die();
+  if (const int error = instructions.error(change.kind, number); error != 0) {
     errno = error;
-    return -1;
+    return decltype(call(change)){-1};
   }
-  const int result = call();
-  if (result == 0) turn.done(file, offset);
+  change.isCutShort = instructions.plans(kShortWrite, number);
+  const auto result = call(change);
+  if (result >= 0) {
+    instructions.record(change, name);
+    if (instructions.plans(kKillAfter, number)) die();
+  }
   return result;
 }
 
-template <class Call>
-int countedOpen(const std::string& path, int flags, const Call& call) {
-  const char* name = Instructions::get().nameOf(path);
-  const bool isThere = name != nullptr && exists(path);
-  const bool creates = (flags & O_CREAT) != 0 && !isThere;
-  const bool cuts = (flags & O_TRUNC) != 0 && isThere;
-  if (name == nullptr || (!creates && !cuts)) return call();
-  const Counted turn(creates ? CallKind::create : CallKind::resize, name);
-  if (const int error = turn.error(); error != 0) {
-    errno = error;
-    return -1;
-  }
-  const int descriptor = call();
-  if (descriptor >= 0) turn.done(fileOf(descriptor));
-  return descriptor;
-}
-
-ssize_t countedWrite(int descriptor, const char* bytes, std::size_t length, off64_t offset) {
-  const Counted turn(CallKind::write, Instructions::get().nameOf(pathOf(descriptor)));
-  if (const int error = turn.error(); error != 0) {
-    errno = error;
-    return -1;
-  }
-  const ssize_t written = realPwrite(descriptor, bytes, turn.length(length), offset);
-  if (written >= 0) {
-    turn.done(fileOf(descriptor), static_cast<std::uint64_t>(offset),
-              std::string(bytes, static_cast<std::size_t>(written)));
-  }
-  return written;
-}
-
-bool concerns(int descriptor) {
-  return Instructions::get().nameOf(pathOf(descriptor)) != nullptr;
-}
-
-/// A write where the file's own position is.
-ssize_t writeAtPosition(int descriptor, const char* bytes, std::size_t length) {
-  if (descriptor == STDOUT_FILENO || descriptor == STDERR_FILENO) {
-    Instructions::get().record({CallKind::report, 0, 0, 0, 0, 0}, "", "",
-                               std::string(bytes, length));
-  } else if (concerns(descriptor)) {
-    const off64_t offset = lseek64(descriptor, 0, SEEK_CUR);
-    const ssize_t written = countedWrite(descriptor, bytes, length, offset);
-    if (written > 0) lseek64(descriptor, offset + written, SEEK_SET);
-    return written;
-  }
-  return realWrite(descriptor, bytes, length);
-}
-
-int countedSync(int descriptor) {
-  struct stat status {};
-  fstat(descriptor, &status);
-  const CallKind kind = S_ISDIR(status.st_mode) ? CallKind::syncFolder : CallKind::sync;
-  return counted(kind, pathOf(descriptor), status.st_ino, 0, [] { return 0; });
-}
-
-template <class Call>
-int countedRename(const std::string& from, const std::string& to, const Call& call) {
-  const char* name = Instructions::get().nameOf(from);
-  const char* other = Instructions::get().nameOf(to);
-  if (other == nullptr) return call();
-  const Counted turn(CallKind::rename, name != nullptr ? name : "");
-  if (const int error = turn.error(); error != 0) {
-    errno = error;
-    return -1;
-  }
-  const int result = call();
-  if (result == 0) turn.done(fileAt(to), 0, "", other);
-  return result;
-}
-
-int countedRemove(const std::string& path, int (*call)(const char*), const char* argument) {
-  if (!exists(path)) return call(argument);
-  return counted(CallKind::remove, path, fileAt(path), 0, [&] { return call(argument); });
+int countedRemove(const char* path, int (*call)(const char*)) {
+  const std::string whole = pathOf(AT_FDCWD, path);
+  const std::uint64_t file = fileAt(whole);
+  if (file == 0) return call(path);
+  return counted({CallKind::remove, file}, whole, [&](Change&) { return call(path); });
 }
 
 }  // namespace
@@ -301,19 +203,45 @@ int open64(const char* path, int flags, ...) {
   va_start(arguments, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return countedOpen(pathOf(AT_FDCWD, path), flags, [&] { return realOpen(path, flags, mode); });
+  const std::string whole = pathOf(AT_FDCWD, path);
+  const bool isThere = fileAt(whole) != 0;
+  if ((flags & (isThere ? O_TRUNC : O_CREAT)) == 0) return realOpen(path, flags, mode);
+  return counted({isThere ? CallKind::resize : CallKind::create}, whole, [&](Change& change) {
+    const int descriptor = realOpen(path, flags, mode);
+    if (descriptor >= 0) change.file = statusOf(descriptor).st_ino;
+    return descriptor;
+  });
 }
 
-int open(const char* path, int flags, ...) {
-  va_list arguments;
-  va_start(arguments, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-  va_end(arguments);
-  return open64(path, flags, mode);
+int open(const char* path, int flags, ...) __attribute__((alias("open64")));
+
+ssize_t pwrite64(int descriptor, const void* bytes, std::size_t length, off64_t offset) {
+  static auto* const function = real(pwrite64, "pwrite64");
+  const auto call = [&](Change& change) {
+    const std::size_t part = change.isCutShort ? length / 2 : length;
+    const ssize_t written = function(descriptor, bytes, part, offset);
+    if (written > 0) change.data.assign(static_cast<const char*>(bytes), written);
+    return written;
+  };
+  return counted({CallKind::write, statusOf(descriptor).st_ino, static_cast<std::uint64_t>(offset)},
+                 pathOf(descriptor), call);
 }
 
+ssize_t pwrite(int descriptor, const void* bytes, std::size_t length, off_t offset)
+    __attribute__((alias("pwrite64")));
+
+/// Writes where the file's own position is.
 ssize_t write(int descriptor, const void* bytes, std::size_t length) {
-  return writeAtPosition(descriptor, static_cast<const char*>(bytes), length);
+  const auto& instructions = Instructions::get();
+  if (descriptor == STDOUT_FILENO || descriptor == STDERR_FILENO) {
+    instructions.record({CallKind::report, 0, 0, {static_cast<const char*>(bytes), length}}, "");
+  } else if (instructions.nameOf(pathOf(descriptor)) != nullptr) {
+    const off64_t offset = lseek64(descriptor, 0, SEEK_CUR);
+    const ssize_t written = pwrite64(descriptor, bytes, length, offset);
+    if (written > 0) lseek64(descriptor, offset + written, SEEK_SET);
+    return written;
+  }
+  return realWrite(descriptor, bytes, length);
 }
 
 ssize_t writev(int descriptor, const iovec* parts, int count) {
@@ -321,42 +249,33 @@ ssize_t writev(int descriptor, const iovec* parts, int count) {
   for (int i = 0; i < count; ++i) {
     bytes.append(static_cast<const char*>(parts[i].iov_base), parts[i].iov_len);
   }
-  return writeAtPosition(descriptor, bytes.data(), bytes.size());
-}
-
-ssize_t pwrite64(int descriptor, const void* bytes, std::size_t length, off64_t offset) {
-  if (!concerns(descriptor)) return realPwrite(descriptor, bytes, length, offset);
-  return countedWrite(descriptor, static_cast<const char*>(bytes), length, offset);
-}
-
-ssize_t pwrite(int descriptor, const void* bytes, std::size_t length, off_t offset) {
-  return pwrite64(descriptor, bytes, length, offset);
+  return write(descriptor, bytes.data(), bytes.size());
 }
 
 int fsync(int descriptor) {
-  return countedSync(descriptor);
+  const struct stat status = statusOf(descriptor);
+  const CallKind kind = S_ISDIR(status.st_mode) ? CallKind::syncFolder : CallKind::sync;
+  return counted({kind, status.st_ino}, pathOf(descriptor), [](Change&) { return 0; });
 }
 
-int fdatasync(int descriptor) {
-  return countedSync(descriptor);
-}
+int fdatasync(int descriptor) __attribute__((alias("fsync")));
 
 int ftruncate64(int descriptor, off64_t size) noexcept {
-  static auto* const function = real<int(int, off64_t)>("ftruncate64");
-  return counted(CallKind::resize, pathOf(descriptor), fileOf(descriptor),
-                 static_cast<std::uint64_t>(size), [&] { return function(descriptor, size); });
+  static auto* const function = real(ftruncate64, "ftruncate64");
+  return counted({CallKind::resize, statusOf(descriptor).st_ino, static_cast<std::uint64_t>(size)},
+                 pathOf(descriptor), [&](Change&) { return function(descriptor, size); });
 }
 
-int ftruncate(int descriptor, off_t size) noexcept {
-  return ftruncate64(descriptor, size);
-}
+int ftruncate(int descriptor, off_t size) noexcept __attribute__((alias("ftruncate64")));
 
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned int flags) noexcept {
-  static auto* const function =
-      real<int(int, const char*, int, const char*, unsigned int)>("renameat2");
-  return countedRename(pathOf(fromFolder, from), pathOf(toFolder, to),
-                       [&] { return function(fromFolder, from, toFolder, to, flags); });
+  static auto* const function = real(renameat2, "renameat2");
+  const std::string path = pathOf(fromFolder, from);
+  const std::string target = pathOf(toFolder, to);
+  const char* name = Instructions::get().nameOf(target);
+  return counted({CallKind::rename, fileAt(path), 0, "", name != nullptr ? name : ""}, path,
+                 [&](Change&) { return function(fromFolder, from, toFolder, to, flags); });
 }
 
 int rename(const char* from, const char* to) noexcept {
@@ -364,17 +283,15 @@ int rename(const char* from, const char* to) noexcept {
 }
 
 int unlink(const char* path) noexcept {
-  static auto* const function = real<int(const char*)>("unlink");
-  return countedRemove(pathOf(AT_FDCWD, path), function, path);
+  return countedRemove(path, real(unlink, "unlink"));
 }
 
 int remove(const char* path) noexcept {
-  static auto* const function = real<int(const char*)>("remove");
-  return countedRemove(pathOf(AT_FDCWD, path), function, path);
+  return countedRemove(path, real(remove, "remove"));
 }
 
 int isatty(int descriptor) noexcept {
-  static auto* const function = real<int(int)>("isatty");
+  static auto* const function = real(isatty, "isatty");
   static const bool pretends = std::getenv(kTerminalVariable) != nullptr;
   return descriptor == STDERR_FILENO && pretends ? 1 : function(descriptor);
 }

@@ -1,20 +1,16 @@
 // The power goes: from a recording of a program's calls, folders as a disk may hold them.
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "outside/Work.h"
-#include "support/Corpus.h"
 
 namespace orv::test {
 namespace {
 
 constexpr std::uint32_t kSeeds = 8;  ///< outcomes of each loss in a long run
 
-class PowerLoss : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override {
-    if (needsCorpus(GetParam())) ORV_NEEDS_CORPUS();
-  }
-};
+using PowerLoss = WorkTest;
 
 Disk::Luck luckOf(std::uint32_t seed) {
   return seed % kSeeds == 0   ? Disk::Luck::bad
@@ -23,10 +19,10 @@ Disk::Luck luckOf(std::uint32_t seed) {
 }
 
 std::vector<std::uint32_t> seedsAt(std::uint64_t call) {
-  std::vector<std::uint32_t> seeds;
-  const auto first = static_cast<std::uint32_t>(call * kSeeds);
-  if (!isLongRun()) return {static_cast<std::uint32_t>(call + call / kSeeds)};
-  for (std::uint32_t seed = 0; seed < kSeeds; ++seed) seeds.push_back(first + seed);
+  const auto number = static_cast<std::uint32_t>(call);
+  if (!isLongRun()) return {number + number / kSeeds};
+  std::vector<std::uint32_t> seeds(kSeeds);
+  std::iota(seeds.begin(), seeds.end(), number * kSeeds);
   return seeds;
 }
 
@@ -56,12 +52,11 @@ void loseAgain(const Rehearsal& rehearsal, const std::filesystem::path& left,
     const TemporaryFolder folder;
     after(recovery, call).first.leaveIn(folder.path(), luckOf(seed + 2), seed);
     recovery.judge(folder.path(), reported);
-    recovery.complete(folder.path());
   }
 }
 
 TEST_P(PowerLoss, LeavesNothingHalfDoneAndAllThatWasReported) {
-  const Rehearsal rehearsal(workNamed(GetParam()));
+  const Rehearsal rehearsal(GetParam());
   for (const std::uint64_t call : sampled(rehearsal.calls(), 3)) {
     for (const std::uint32_t seed : seedsAt(call)) {
       SCOPED_TRACE("the power goes after call " + std::to_string(call) + " of " +
@@ -73,14 +68,13 @@ TEST_P(PowerLoss, LeavesNothingHalfDoneAndAllThatWasReported) {
       const bool again = std::filesystem::exists(folder / kDatabase) && seed % 4 == 2;
       if (again) loseAgain(rehearsal, folder.path(), reported, seed);
       rehearsal.judge(folder.path(), reported);
-      rehearsal.complete(folder.path());
       if (HasFailure() && !isLongRun()) return;
     }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Works, PowerLoss, testing::ValuesIn(workNames()),
-                         [](const auto& info) { return info.param; });
+INSTANTIATE_TEST_SUITE_P(Works, PowerLoss, testing::ValuesIn(works()),
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace orv::test

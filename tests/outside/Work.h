@@ -2,16 +2,19 @@
 // judged after each disturbance.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <filesystem>
-#include <functional>
-#include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "outside/Content.h"
 #include "outside/Disk.h"
 #include "outside/Program.h"
+#include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::test {
@@ -21,32 +24,21 @@ inline constexpr const char* kDatabase = "glass.mdb";
 
 struct Work {
   std::string name;
-  /// Makes what is in the folder before.
-  std::function<void(const std::filesystem::path& folder)> prepare;
-  Command command;
-  /// What completes the work that was cut short.
-  Command completion;
-  /// Whether completing does again what was done already (shadings have no names of their own).
-  bool repeats = false;
-  /// Whether a file is written under another name until it is whole, so that there is nothing to
-  /// recover; and whether the content is what it was before.
-  bool writesAnew = false;
-  bool keepsContent = false;
+  std::set<std::string> marks;          ///< what is special about it; see works.txt
+  std::vector<Command> beginning = {};  ///< makes what is in the folder before
+  Command command = {};
+  Command completion = {};  ///< what completes the work that was cut short
 };
 
-/// The works by their names; see the table in Work.cpp. Some need the corpus.
-std::vector<std::string> workNames();
-Work workNamed(const std::string& name);
-bool needsCorpus(const std::string& workName);
+inline void PrintTo(const Work& work, std::ostream* out) {
+  *out << work.name;
+}
 
-/// A folder with panes as text files, made once; and such a folder for each other source.
-std::filesystem::path sourceFolder();
+/// The works of works.txt.
+std::vector<Work> works();
 
-/// Puts a database with two panes into a folder.
-void prepareDatabase(const std::filesystem::path& folder);
-
-/// Runs `orv`, and raises when it does not succeed.
-void mustRun(const std::filesystem::path& folder, const Command& command);
+/// Makes what is in the folder before a work.
+void prepare(const Work& work, const std::filesystem::path& folder);
 
 /// How many records a program has reported as done, by its progress display or at its end.
 std::uint64_t reportedBy(const std::string& printed);
@@ -54,46 +46,53 @@ std::uint64_t reportedBy(const std::string& printed);
 /// A work, its beginning and what it comes to.
 class Rehearsal {
  public:
-  explicit Rehearsal(Work work);
+  explicit Rehearsal(const Work& work);
   /// A work that begins in a folder as it is, and comes to what `of` comes to.
   Rehearsal(const Rehearsal& of, const std::filesystem::path& start, const Command& command);
 
-  const Work& work() const { return work_; }
-  const Content& before() const { return before_; }
-  const Content& after() const { return after_; }
   std::uint64_t calls() const { return calls_; }
   /// With the reports between the calls.
   const std::vector<Call>& recording() const { return recording_; }
   /// What a disk holds before the first call.
   const Disk& disk() const { return *disk_; }
 
-  /// Puts the beginning into a folder.
-  void begin(const std::filesystem::path& folder) const;
-  /// The work in such a folder, disturbed.
+  /// Puts the beginning into a folder and does the work there, disturbed.
   Ended disturbed(const std::filesystem::path& folder, const Plan& plan) const;
 
   /// Expects that the folder is as a work may leave it that was cut short: the check clean, every
-  /// record whole or absent, as many done as were reported. Gives how many are done.
-  std::uint64_t judge(const std::filesystem::path& folder, std::uint64_t reported) const;
-  /// Expects that the work can be completed from there, and comes to what it should.
-  void complete(const std::filesystem::path& folder) const;
+  /// record whole or absent, as many done as were reported; and that the work can be completed from
+  /// there, and comes to what it should; that it has come to that already where `isDone`.
+  void judge(const std::filesystem::path& folder, std::uint64_t reported,
+             bool isDone = false) const;
+
+  /// How many folders were judged in this test.
+  static inline int judged = 0;
 
  private:
   void rehearse();
+  void complete(const std::filesystem::path& folder, const Content& left) const;
 
   Work work_;
   TemporaryFolder start_;
-  TemporaryFolder notes_;
   Content before_;
   Content after_;
   std::uint64_t calls_ = 0;
   std::vector<Call> recording_;
-  std::unique_ptr<Disk> disk_;
+  std::optional<Disk> disk_;
 };
 
 /// Whether every call is tried (ORV_LONG_TESTS=1), or some.
 bool isLongRun();
 /// Numbers from 1 to `last`: all, or about `count` of them in the short form.
 std::vector<std::uint64_t> sampled(std::uint64_t last, std::uint64_t count);
+
+/// A test that is made with each work.
+class WorkTest : public testing::TestWithParam<Work> {
+ protected:
+  void SetUp() override {
+    Rehearsal::judged = 0;
+    if (GetParam().marks.contains("corpus")) ORV_NEEDS_CORPUS();
+  }
+};
 
 }  // namespace orv::test
