@@ -1,7 +1,8 @@
 // Works that the user ends: what was done until then, and all that the user sees.
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <map>
+#include <sstream>
 
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
@@ -70,12 +71,14 @@ class CancelTest : public CommandsTest {
       const auto result = copyAll(records, to_);
       return fmt::format("{} {}", result.cancelled, result.summary(true)) + tables(to_);
     }
-    if (work == "delete" || work == "keep" || work == "think") {
-      ui.answers = {work == "delete" ? commands::Answer::yes
-                    : work == "keep" ? commands::Answer::no
-                                     : commands::Answer::cancel};
+    if (kAnswers.contains(work)) {
+      ui.answers = {kAnswers.at(work)};
       const auto result = commands::deleteRecords(session, selectAll(records), records);
       return fmt::format("{} {}", result.cancelled, result.summary(true)) + tables(full_);
+    }
+    if (work == "nothing") {
+      const auto result = commands::deleteRecords(session, {}, nullptr);
+      return fmt::format("{} {}", result.cancelled, result.summary(true));
     }
     if (work == "export") {
       const auto result = commands::exportRecords(session, selectAll(records), {folder / "out"});
@@ -124,6 +127,11 @@ class CancelTest : public CommandsTest {
     return text;
   }
 
+  /// What a user says who is asked whether to delete.
+  inline static const std::map<std::string, commands::Answer> kAnswers{
+      {"delete", commands::Answer::yes},
+      {"keep", commands::Answer::no},
+      {"think", commands::Answer::cancel}};
   Node full_, to_;
   int left_ = 0;
 };

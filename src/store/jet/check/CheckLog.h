@@ -60,7 +60,7 @@ class CheckLog {
         throw;
       }
       std::string why = error.description();
-      why.pop_back();  // the full stop
+      if (why.ends_with('.')) why.pop_back();
       remarkOnce(place, "not compared: " + why);
     }
     return false;
