@@ -103,7 +103,7 @@ std::string otherText(const EditField& field, int number, bool present) {
     case FieldType::whole:
       return std::to_string(number);
     case FieldType::number:
-      return std::to_string(*field.least + (*field.most - *field.least) * (number % 97 + 1) / 128);
+      return std::to_string(field.least + (field.most - field.least) * (number % 97 + 1) / 128);
     default:
       return field.name + " " + std::to_string(number);
   }
@@ -113,7 +113,7 @@ std::string otherText(const EditField& field, int number, bool present) {
 std::string lineOf(EditSet set, const EditField& field) {
   constexpr const char* kTypes[] = {"text", "number", "whole", "flag", "choice"};
   std::string range;
-  if (field.least) range = fmt::format("{} to {} [{}]", *field.least, *field.most, field.unit);
+  if (field.least < field.most) range = fmt::format("{} to {} [{}]", field.least, field.most, field.unit);
   std::string marks;
   if (field.choices) marks += fmt::format(",of {}", commands::edit::designOf(*field.choices).name);
   if (field.mayBeEmpty) marks += ",may be empty";

@@ -30,8 +30,8 @@ struct EditField {
   std::string unit;
   FieldType type = FieldType::text;
   std::size_t longest = 0;  ///< of a text, in characters; 0: any length, and several lines
-  std::optional<double> least{};
-  std::optional<double> most{};
+  double least = 0;         ///< of a number, with `most`
+  double most = 0;
   std::optional<EditSet> choices{};  ///< of a choice: groups, suppliers or frame types
   bool mayBeEmpty = true;
   bool perAngle = false;              ///< a value for each angle of incidence

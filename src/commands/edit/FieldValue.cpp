@@ -36,7 +36,7 @@ std::optional<bool> flagIn(const std::string& text) {
 /// "from 0 to 1000 mm"
 std::string limitsOf(const EditField& field) {
   const std::string unit = field.unit.empty() ? "" : " " + field.unit;
-  return fmt::format("from {} to {}{}", numberText(*field.least), numberText(*field.most), unit);
+  return fmt::format("from {} to {}{}", numberText(field.least), numberText(field.most), unit);
 }
 
 std::size_t charactersOf(const std::string& text) {
@@ -71,7 +71,7 @@ std::string textRefusal(const EditField& field, const std::string& text) {
 }
 
 std::string numberRefusal(const EditField& field, double number) {
-  if (number < *field.least || number > *field.most) {
+  if (number < field.least || number > field.most) {
     return fmt::format("{} is {}, and {} is not.", field.name, limitsOf(field), numberText(number));
   }
   if (field.type == FieldType::whole && number != std::floor(number)) {
