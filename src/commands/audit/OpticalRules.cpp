@@ -129,24 +129,12 @@ std::vector<Fault> emissivityAgainstInfrared(const DataSet& set) {
 }
 
 std::vector<Fault> notAFraction(const AuditedPane& pane) {
-  struct Quantity {
-    const char* field;
-    double value;
-  };
   const GlazingData& record = pane.record();
-  const Quantity all[] = {{"emissivity_front", record.ORV_Emissivity_front()},
-                          {"emissivity_back", record.ORV_Emissivity_back()},
-                          {"TfIR", record.TfIR()},
-                          {"TbIR", record.TbiR()}};
   std::vector<Fault> faults;
-  for (const Quantity& each : all) {
-    if (each.value >= 0 && each.value <= 1) continue;
-    faults.push_back({.field = each.field,
-                      .value = shortNumber(each.value),
-                      .expected = "0 to 1",
-                      .message = fmt::format("{} is {}, which is no fraction", each.field,
-                                             shortNumber(each.value))});
-  }
+  addUnlessFraction(faults, "emissivity_front", record.ORV_Emissivity_front(), {});
+  addUnlessFraction(faults, "emissivity_back", record.ORV_Emissivity_back(), {});
+  addUnlessFraction(faults, "TfIR", record.TfIR(), {});
+  addUnlessFraction(faults, "TbIR", record.TbiR(), {});
   return faults;
 }
 

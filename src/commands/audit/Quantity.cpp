@@ -21,12 +21,12 @@ void addUnlessFraction(std::vector<Fault>& faults, const char* field, double val
                        std::optional<std::int16_t> angle) {
   constexpr double kRounding = 1e-6;  // of 32-bit floats
   if (value >= -kRounding && value <= 1 + kRounding) return;
-  faults.push_back(
-      {.field = field,
-       .value = shortNumber(value),
-       .expected = "0 to 1",
-       .message = fmt::format("{} is {}, which is no fraction", field, shortNumber(value)),
-       .angle = angle});
+  const std::string text = fmt::format("{:.7g}", value);  // a short one may be 1 itself
+  faults.push_back({.field = field,
+                    .value = text,
+                    .expected = "0 to 1",
+                    .message = fmt::format("{} is {}, which is no fraction", field, text),
+                    .angle = angle});
 }
 
 std::optional<double> nearest(const DataSet& set, std::string_view name, double stored) {
