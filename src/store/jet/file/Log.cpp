@@ -83,8 +83,8 @@ void Log::begin(const FileStatus& database) {
     }
     header_ = {static_cast<std::uint32_t>(pageSize_), randomNumber(), 0, 0};
     growTo(kStep);
+    files.syncFolder(path_);  // before anybody takes it for a log
     beginAnew(database);
-    files.syncFolder(path_);
   } catch (const Error&) {
     if (isNew && file_ != nullptr) {
       file_.reset();
