@@ -67,11 +67,11 @@ void CatalogWriter::addUserObject(const CatalogObject& object) {
   std::map<Bytes, std::int32_t> granted;
   for (TableScan scan = permissions_->scan(); scan.next();) {
     const RowView& row = scan.row();
-    const Value user = row.value(sid);
+    const Value user = row.value(sid), rights = row.value(acm);
     if (row.value(objectId) == Value(object.parentId) && row.value(inheritable).toBoolean() &&
-        user.getIf<Bytes>() != nullptr) {
+        user.getIf<Bytes>() != nullptr && !rights.isNull()) {
       const bool own = *user.getIf<Bytes>() == ids_.creator();
-      granted[own ? ids_.admin() : *user.getIf<Bytes>()] |= row.value(acm).toLong();
+      granted[own ? ids_.admin() : *user.getIf<Bytes>()] |= rights.toLong();
     }
   }
   for (const auto& [user, rights] : granted) {

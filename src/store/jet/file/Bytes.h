@@ -30,7 +30,8 @@ class DamagedPage : public Error {
 [[noreturn]] void raiseDamaged(PageNumber page, const std::string& what);
 
 /// While it lives, damage that this thread finds is reported of the file at `path` (which must
-/// outlive it). The pager's locks hold one, so that code that knows only bytes can say whose.
+/// outlive it). The pager's locks for reading and changes of rows hold one, so that code that knows
+/// only bytes can say whose.
 class DamagedFileScope {
  public:
   explicit DamagedFileScope(const std::string& path);

@@ -58,6 +58,7 @@ RowChanges::RowChanges(Table& table)
 // Rows --------------------------------------------------------------------------------------
 
 RowId RowChanges::insert(std::span<const Value> values) {
+  const DamagedFileScope scope(pager_.path());
   const std::span<const Value> row = fit(values, true);
   const RowId id =
       space_.add(encodeRow(pager_, definition_, row), SlotKind::row, table_.insertHint_);
@@ -72,6 +73,7 @@ RowId RowChanges::insert(std::span<const Value> values) {
 }
 
 void RowChanges::update(RowId id, std::span<const Value> values) {
+  const DamagedFileScope scope(pager_.path());
   const auto found = table_.find(id);
   if (!found) {
     throw Error(kNoCurrentRecord, "The row of table '" + table_.name() + "' has been deleted.");
@@ -89,6 +91,7 @@ void RowChanges::update(RowId id, std::span<const Value> values) {
 }
 
 void RowChanges::erase(RowId id) {
+  const DamagedFileScope scope(pager_.path());
   auto found = table_.find(id);
   if (!found) {
     throw Error(kNoCurrentRecord,
@@ -105,6 +108,7 @@ void RowChanges::erase(RowId id) {
 }
 
 void RowChanges::finish() {
+  const DamagedFileScope scope(pager_.path());
   space_.finish();
   for (Index& index : indexes_) {
     index.run.finish();
