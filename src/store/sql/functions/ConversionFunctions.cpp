@@ -93,11 +93,7 @@ void val(const Arguments& a, Result& result) {
   const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
   const char* end = text.data() + text.size();
   double number = 0;
-  const bool starts =
-      begin != end && std::string_view("0123456789.-").find(*begin) != std::string_view::npos;
-  if (!starts || std::from_chars(begin, end, number).ec != std::errc()) {
-    number = 0;
-  }
+  if (std::from_chars(begin, end, number).ec != std::errc()) number = 0;
   result.number(std::isfinite(number) ? number : 0);
 }
 
