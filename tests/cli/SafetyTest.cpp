@@ -27,6 +27,8 @@ class SafetyTest : public CliTest {
   pid_t start(const std::string& arguments) {
     const pid_t child = fork();
     if (child == 0) {
+      // Tests that run in the background, or without a terminal, may ignore these.
+      for (const int number : {SIGINT, SIGHUP}) ::signal(number, SIG_DFL);
       // Slower than the test, also on a busy machine: it is not to end before its signal.
       const std::string line = "cd '" + folder.path().string() +
                                "' && exec nice -n 19 '" ORV_PROGRAM "' " + arguments +

@@ -55,7 +55,8 @@ def run(command, seconds, worker=0, **environment):
              'QT_QPA_PLATFORM': 'offscreen', **{k: str(v) for k, v in environment.items()}}
 
     def bounded():
-        signal.signal(signal.SIGINT, signal.SIG_DFL)  # programs in the background ignore it
+        for ignored in signal.SIGINT, signal.SIGHUP:  # by programs in the background
+            signal.signal(ignored, signal.SIG_DFL)
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
         resource.setrlimit(resource.RLIMIT_FSIZE, (FILE, FILE))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
