@@ -320,8 +320,4 @@ void tellNotKept(const commands::Notes& notes, const char* destination) {
                            notes.counts());
 }
 
-std::string counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 }  // namespace orv::cli

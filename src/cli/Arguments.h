@@ -212,7 +212,4 @@ void tellFailures(const std::vector<std::string>& failures);
 /// Says on standard error what the records hold and `destination` has no place for.
 void tellNotKept(const commands::Notes& notes, const char* destination);
 
-/// "1 record", "2 records".
-std::string counted(std::size_t count, const std::string& noun);
-
 }  // namespace orv::cli

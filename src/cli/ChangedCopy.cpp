@@ -7,6 +7,7 @@
 
 #include "cli/ComparedRows.h"
 #include "commands/compare/CopyChanges.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

@@ -6,6 +6,7 @@
 #include "cli/Verb.h"
 #include "commands/IgdbPassword.h"
 #include "commands/LongWork.h"
+#include "errors/Counted.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
 

@@ -12,6 +12,7 @@
 #include "commands/GroupName.h"
 #include "commands/PasteRecords.h"
 #include "commands/edit/Field.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

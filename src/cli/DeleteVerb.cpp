@@ -7,6 +7,7 @@
 #include "commands/AccessUse.h"
 #include "commands/DeleteRecords.h"
 #include "commands/edit/LookupRecords.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

@@ -5,6 +5,7 @@
 #include "commands/AccessUse.h"
 #include "commands/edit/CsvTable.h"
 #include "commands/edit/Editor.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

@@ -5,6 +5,7 @@
 #include "cli/ColumnsArgument.h"
 #include "cli/Verb.h"
 #include "commands/ExportRecords.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

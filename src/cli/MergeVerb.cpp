@@ -7,6 +7,7 @@
 #include "cli/Verb.h"
 #include "commands/AccessUse.h"
 #include "commands/edit/LookupRecords.h"
+#include "errors/Counted.h"
 
 namespace orv::cli {
 

@@ -8,6 +8,7 @@
 #include "commands/IgdbPassword.h"
 #include "commands/LongWork.h"
 #include "commands/SourceOpener.h"
+#include "errors/Counted.h"
 #include "store/Compact.h"
 
 namespace orv::commands {
@@ -24,10 +25,6 @@ std::string backupName(const std::string& path) {
     name = real + ".bak-" + std::to_string(number);
   }
   return name;
-}
-
-std::string counted(std::size_t count, const char* one, const char* several) {
-  return fmt::format("{} {}", count, count == 1 ? one : several);
 }
 
 const char* nameOf(CompactRequest::Work work) {
@@ -89,9 +86,9 @@ std::vector<std::string> describeSalvage(const store::CompactReport& report) {
   for (const std::string& what : report.lost) lines.push_back("Lost: " + what + ".");
   for (const store::SalvagedTable& table : report.salvaged) {
     std::string line = fmt::format("Table '{}': {} saved, {} lost", table.table,
-                                   counted(table.rowsSaved, "row", "rows"), table.rowsLost);
+                                   counted(table.rowsSaved, "row"), table.rowsLost);
     if (table.pagesLost > 0) {
-      line += ", " + counted(table.pagesLost, "page", "pages") + " unreadable";
+      line += ", " + counted(table.pagesLost, "page") + " unreadable";
     }
     if (table.valuesCut > 0) {
       line +=
@@ -108,9 +105,8 @@ std::vector<std::string> describeSalvage(const store::CompactReport& report) {
 
 std::string describe(const store::CompactReport& report) {
   return fmt::format("{} to {}: {}, {}, {}", sizeText(report.sizeBefore),
-                     sizeText(report.sizeAfter), counted(report.tables, "table", "tables"),
-                     counted(report.rows, "row", "rows"),
-                     counted(report.indexes, "index", "indexes"));
+                     sizeText(report.sizeAfter), counted(report.tables, "table"),
+                     counted(report.rows, "row"), counted(report.indexes, "index", "indexes"));
 }
 
 }  // namespace orv::commands

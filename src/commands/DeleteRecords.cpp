@@ -8,6 +8,7 @@
 #include "commands/LongWork.h"
 #include "commands/RecordKind.h"
 #include "commands/RecordReader.h"
+#include "errors/Counted.h"
 
 namespace orv::commands {
 
@@ -62,7 +63,7 @@ DeletionOutcome deleteWithRetries(Session& session, const sources::datasource& n
 }  // namespace
 
 std::string DeletionResult::summary(bool saysNoneFailed) const {
-  std::string text = fmt::format("{} record{} deleted", deleted, deleted == 1 ? "" : "s");
+  std::string text = counted(deleted, "record") + " deleted";
   if (failed > 0 || saysNoneFailed) text += fmt::format(", {} failed", failed);
   return text + (cancelled ? ", then cancelled." : ".");
 }

@@ -10,6 +10,7 @@
 #include "commands/RecordKind.h"
 #include "commands/RecordReader.h"
 #include "commands/StoredValues.h"
+#include "errors/Counted.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands {
@@ -168,8 +169,8 @@ std::string IntegratedRow::note() const {
 }
 
 std::string IntegrationResult::summary(optics::Standard standard) const {
-  std::string text = fmt::format("{} row{} of integrated values written by {}", written,
-                                 written == 1 ? "" : "s", optics::nameOf(standard).name);
+  std::string text = fmt::format("{} of integrated values written by {}", counted(written, "row"),
+                                 optics::nameOf(standard).name);
   if (present > 0) text += fmt::format(", {} left with the values that they have", present);
   if (frozen > 0) text += fmt::format(", {} left alone since the pane is frozen", frozen);
   if (incomplete > 0)

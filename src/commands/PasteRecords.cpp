@@ -6,6 +6,7 @@
 #include "commands/ChangeHistory.h"
 #include "commands/RecordKind.h"
 #include "commands/Transfer.h"
+#include "errors/Counted.h"
 
 namespace orv::commands {
 
@@ -50,7 +51,7 @@ void PasteResult::add(const PasteResult& other) {
 }
 
 std::string PasteResult::summary(bool saysNoneFailed) const {
-  std::string text = fmt::format("{} record{} copied", copied, copied == 1 ? "" : "s");
+  std::string text = counted(copied, "record") + " copied";
   if (replaced > 0) text += fmt::format(", {} replaced", replaced);
   if (skipped > 0) text += fmt::format(", {} skipped", skipped);
   if (partly > 0) text += fmt::format(", {} in part", partly);
@@ -58,8 +59,8 @@ std::string PasteResult::summary(bool saysNoneFailed) const {
   if (withoutData > 0) text += fmt::format(", {} without data at any angle", withoutData);
   text += cancelled ? ", then cancelled." : ".";
   if (integrated == 0) return text;
-  return text + fmt::format(" Integrated values of {} pane{} computed by {}.", integrated,
-                            integrated == 1 ? "" : "s", standard);
+  return text + fmt::format(" Integrated values of {} computed by {}.", counted(integrated, "pane"),
+                            standard);
 }
 
 PasteResult pasteRecords(Session& session, const sources::RecordSelection& pending,

@@ -9,6 +9,7 @@
 #include "commands/LongWork.h"
 #include "commands/RecordList.h"
 #include "commands/audit/SourceRules.h"
+#include "errors/Counted.h"
 #include "model/IntegratedColumns.h"
 
 namespace orv::commands::audit {
@@ -307,18 +308,17 @@ Node databaseOf(const Node& node) {
   return type == DataType::orvDatabase2 || type == DataType::orvDatabase3 ? source : nullptr;
 }
 
-std::string counted(int count, const std::string& noun) {
-  return fmt::format("{} {}{}", count == 0 ? "no" : std::to_string(count), noun,
-                     count == 1 ? "" : "s");
+std::string countedOrNo(std::size_t count, const char* noun) {
+  return count == 0 ? fmt::format("no {}s", noun) : counted(count, noun);
 }
 
 }  // namespace
 
 std::string AuditResult::summary() const {
-  return fmt::format("{}{}: {}, {}, {}.", counted(records, "record"),
-                     cancelled ? ", then cancelled" : "", counted(count(Severity::error), "error"),
-                     counted(count(Severity::warning), "warning"),
-                     counted(count(Severity::note), "note"));
+  return fmt::format(
+      "{}{}: {}, {}, {}.", countedOrNo(records, "record"), cancelled ? ", then cancelled" : "",
+      countedOrNo(count(Severity::error), "error"),
+      countedOrNo(count(Severity::warning), "warning"), countedOrNo(count(Severity::note), "note"));
 }
 
 AuditResult auditSource(Session& session, const std::shared_ptr<sources::datasource>& source,

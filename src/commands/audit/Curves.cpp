@@ -1,5 +1,7 @@
 #include "commands/audit/Curves.h"
 
+#include "errors/Counted.h"
+
 namespace orv::commands::audit {
 
 std::string place(double nanometers) {
@@ -19,7 +21,7 @@ void WorstPoint::add(double wavelength, double value, double badness) {
 std::string WorstPoint::where() const {
   const std::string text = " at " + place(wavelength_);
   if (count_ == 1) return text;
-  return text + fmt::format(", and at {} more wavelength{}", count_ - 1, count_ == 2 ? "" : "s");
+  return text + ", and at " + counted(count_ - 1, "more wavelength");
 }
 
 }  // namespace orv::commands::audit

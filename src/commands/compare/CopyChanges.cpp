@@ -10,6 +10,7 @@
 #include "commands/ChangeHistory.h"
 #include "commands/RecordReader.h"
 #include "commands/compare/Pairing.h"
+#include "errors/Counted.h"
 
 namespace orv::commands::compare {
 
@@ -86,8 +87,7 @@ PasteResult copyPairs(Session& session, const std::shared_ptr<sources::datasourc
   std::optional<HistoryScope> history;
   if (b->ADOConnection()) {
     history.emplace(session.ui, *b->ADOConnection(),
-                    fmt::format("Copy what differs of {} record{}", pairs.size(),
-                                pairs.size() == 1 ? "" : "s"));
+                    "Copy what differs of " + counted(pairs.size(), "record"));
   }
   PasteResult total;
   for (const auto& [place, identifiers] : byGroup) {

@@ -7,6 +7,7 @@
 
 #include "commands/edit/EditSet.h"
 #include "commands/edit/Field.h"
+#include "errors/Counted.h"
 #include "model/Text.h"
 
 namespace orv::commands::edit {
@@ -95,8 +96,7 @@ class Details {
       details_.push_back(std::move(detail));
     }
     ++rows_;
-    details_.back().after =
-        fmt::format("{} row{} {}", rows_, rows_ == 1 ? "" : "s", isAdded ? "added" : "deleted");
+    details_.back().after = counted(rows_, "row") + (isAdded ? " added" : " deleted");
   }
 
   std::vector<HistoryDetail> details_;

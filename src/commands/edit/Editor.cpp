@@ -14,6 +14,7 @@
 #include "commands/edit/ChangeWriter.h"
 #include "commands/edit/StoredRecords.h"
 #include "database/OrvSchema.h"
+#include "errors/Counted.h"
 #include "errors/Error.h"
 #include "model/Text.h"
 
@@ -171,8 +172,8 @@ Review Editor::review(const std::vector<Change>& changes) const {
 std::string Editor::titleOf(const std::vector<Change>& changes) const {
   std::set<std::int32_t> records;
   for (const Change& change : changes) records.insert(change.record);
-  return fmt::format("Edit {} value{} of {} {}{}", changes.size(), changes.size() == 1 ? "" : "s",
-                     records.size(), designOf(set_).one, records.size() == 1 ? "" : "s");
+  return fmt::format("Edit {} of {}", counted(changes.size(), "value"),
+                     counted(records.size(), designOf(set_).one));
 }
 
 Review Editor::save(const std::vector<Change>& changes) {

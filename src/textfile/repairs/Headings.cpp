@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "errors/Counted.h"
 #include "textfile/repairs/Repair.h"
 
 namespace orv::textfile {
@@ -21,7 +22,7 @@ class Headings : public Repair {
       ++lines;
     }
     if (lines == 0) return {};
-    return fmt::format("{} line{} of words left out", lines, lines == 1 ? "" : "s");
+    return counted(lines, "line") + " of words left out";
   }
 };
 

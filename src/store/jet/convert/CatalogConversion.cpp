@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "errors/Counted.h"
 #include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/catalog/SecurityIds.h"
 #include "store/jet/definition/Properties.h"
@@ -233,9 +234,9 @@ std::vector<std::string> unconvertedObjects(Database& source) {
   const std::size_t owned = countOfWorkgroup(source, "MSysObjects", "Owner");
   if (owned > 0) {
     const std::size_t rights = countOfWorkgroup(source, "MSysACEs", "SID");
-    names.push_back(fmt::format(
-        "what users of a workgroup own: {} object{}, which the admin user gets, and {} right{}",
-        owned, owned == 1 ? "" : "s", rights, rights == 1 ? "" : "s"));
+    names.push_back(
+        fmt::format("what users of a workgroup own: {}, which the admin user gets, and {}",
+                    counted(owned, "object"), counted(rights, "right")));
   }
   return names;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "errors/Counted.h"
 #include "store/jet/catalog/FixedObjects.h"
 #include "store/jet/page/Text.h"
 
@@ -101,10 +102,9 @@ void CatalogSalvage::readTables() {
     }
     leftOut_.insert(entry.row);
     const std::size_t pages = survey_.pagesOf(page).size();
-    const std::string rows = pages == 0
-                                 ? ""
-                                 : fmt::format(", so that the rows on {} page{} mean nothing",
-                                               pages, pages == 1 ? "" : "s");
+    const std::string rows =
+        pages == 0 ? ""
+                   : fmt::format(", so that the rows on {} mean nothing", counted(pages, "page"));
     report_.lost.push_back(fmt::format("table '{}': its definition on page {} cannot be read{}",
                                        entry.name, page, rows));
     return true;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "errors/Counted.h"
 #include "errors/Error.h"
 #include "store/StoreError.h"
 #include "store/jet/check/FileCheck.h"
@@ -28,9 +29,9 @@ CompactReport Repair::writeTo(const std::string& target) {
   report_.sizeBefore = source_.size();
   const PageSurvey survey(pager, source_.size(), progress_);
   if (!survey.unreadable().empty()) {
-    const std::size_t count = survey.unreadable().size();
-    report_.notes.push_back(fmt::format("{} page{} cannot be read from the disk, the first is {}",
-                                        count, count == 1 ? "" : "s", survey.unreadable().front()));
+    report_.notes.push_back(fmt::format("{} cannot be read from the disk, the first is {}",
+                                        counted(survey.unreadable().size(), "page"),
+                                        survey.unreadable().front()));
   }
   const CatalogSalvage catalog(pager, survey, report_);
   const PageRef header = pager.read(0);

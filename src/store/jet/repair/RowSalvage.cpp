@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "errors/Counted.h"
 #include "errors/Error.h"
 #include "store/jet/page/UsageMap.h"
 #include "store/jet/repair/Fault.h"
@@ -17,7 +18,7 @@ constexpr int kMostPointers = 16;
 constexpr std::size_t kMostListed = 20;  // places that are named; the others are counted
 
 std::string rowsWere(std::size_t count) {
-  return count == 1 ? "1 row was" : fmt::format("{} rows were", count);
+  return counted(count, "row was", "rows were");
 }
 
 }  // namespace
