@@ -62,8 +62,10 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
   EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0x972b61aabd7aeff5u);
   EXPECT_EQ(open(78).look(), Found::foreign);
   again.withdraw();
-  EXPECT_EQ(history.look(), Found::sound);
-  EXPECT_EQ(history.entries().size(), records_.size() - 1);
+  for (HistoryFile* file : {&history, &again}) {
+    EXPECT_EQ(file->look(), Found::sound);
+    EXPECT_EQ(file->entries().size(), records_.size() - 1);
+  }
 }
 
 /// A byte that is changed in the head of a record hides that and those behind it; one in its

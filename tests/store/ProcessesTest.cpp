@@ -252,7 +252,7 @@ TEST_F(Processes, AFileThatAnotherKeepsLockedIsSaidToBeInUseByIt) {
   const test::Raised raised = test::raisedBy(insert);
   EXPECT_EQ(raised.number, kStoreFailure);
   EXPECT_THAT(raised.description,
-              testing::HasSubstr("(process " + std::to_string(other.id()) + ")"));
+              testing::HasSubstr("by store_test (process " + std::to_string(other.id()) + ")"));
   other.kill();
   insert();
 }

@@ -23,11 +23,14 @@
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
 #include "store/SystemCalls.h"
+#include "store/TableDesign.h"
+#include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/catalog/SecurityIds.h"
 #include "store/jet/row/LongValue.h"
 #include "support/Corpus.h"
 #include "support/EncodedFile.h"
+#include "support/MemoryFiles.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -406,6 +409,28 @@ TEST_F(RepairOfTheSample, TellsOfPagesThatTheDiskDoesNotGive) {
   EXPECT_FALSE(fs::exists(folder_ / "new.mdb"));
   text = std::regex_replace(text, std::regex("/[^ ]*/"), "");
   EXPECT_EQ(test::sumOf(text), 0xd5cae06d1878bf19u) << text;
+}
+
+/// What is wrong with the new file is no damage of the old one.
+TEST(RepairOfALargeFile, EndsWhereTheDiskFails) {
+  test::MemoryFiles files;
+  {
+    const auto database = createDatabase("large.mdb");
+    createTable(*database, test::design("Pictures", "id longInteger, picture ole", "id: id"));
+    for (const int id : {1, 2, 3}) {
+      database->table("Pictures")->insert(std::vector<Value>{id, Bytes(3'000'000, 0x5A)});
+    }
+  }
+  const auto repaired = [] { return repairFile("large.mdb", "", "new.mdb"); };
+  const std::size_t before = files.calls();
+  repaired();
+  const std::size_t calls = files.calls() - before;
+  files.remove("new.mdb");
+  for (std::size_t i = 0; i < 20; ++i) {
+    files.failAt(i * calls / 20);
+    EXPECT_EQ(test::raisedBy(repaired).number, kStoreFailure) << i;
+    EXPECT_EQ(files.status("new.mdb"), std::nullopt) << i;
+  }
 }
 
 /// What a log has is lost only where the file lacks it.

@@ -78,6 +78,7 @@ void SystemFile::make(File& file, const std::string& call, const std::string& a,
   std::uint8_t byte = 0;
   if (call == "open") files_.open(a[0] == '/' ? a : folder_ / a, Open::existing);
   if (call == "new") files_.open(folder_ / a, Open::newOnly);
+  if (call == "newFile") NewFile(folder_ / a);
   if (call == "companion") files_.openCompanion(folder_ / a);
   if (call == "newCompanion") files_.createCompanion(folder_ / a, folder_ / b);
   if (call == "remove") files_.remove(folder_ / a);
