@@ -113,7 +113,8 @@ std::string otherText(const EditField& field, int number, bool present) {
 std::string lineOf(EditSet set, const EditField& field) {
   constexpr const char* kTypes[] = {"text", "number", "whole", "flag", "choice"};
   std::string range;
-  if (field.least < field.most) range = fmt::format("{} to {} [{}]", field.least, field.most, field.unit);
+  if (field.least < field.most)
+    range = fmt::format("{} to {} [{}]", field.least, field.most, field.unit);
   std::string marks;
   if (field.choices) marks += fmt::format(",of {}", commands::edit::designOf(*field.choices).name);
   if (field.mayBeEmpty) marks += ",may be empty";
