@@ -208,10 +208,10 @@ void HistoryFile::sync() {
 void HistoryFile::beginNew() {
   FileSystem& files = FileSystem::current();
   if (file_ == nullptr) file_ = files.createCompanion(path_, databasePath_);
+  files.syncFolder(path_);  // before anybody takes it for a history
   gone_ = 0;
   const auto header = encodeHeader(identity_, gone_);
   file_->write(0, header.data(), header.size());
-  files.syncFolder(path_);
   end_ = kHeaderSize;
   entries_.clear();
 }
