@@ -222,7 +222,7 @@ std::string QueryWriter::unionOrder(const std::vector<Ordering>& orderBy,
       const auto found = std::find_if(
           columns.begin(), columns.end(),
           [&](const TypedColumn& column) { return sameName(column.info.name, e.path.back()); });
-      position = found == columns.end() ? 0 : static_cast<std::size_t>(found - columns.begin()) + 1;
+      position = static_cast<std::size_t>(found - columns.begin()) + 1;  // one behind if none
     }
     if (position == 0 || position > columns.size()) {
       text_.fail(kSyntaxError, "ORDER BY of a UNION takes the columns of its first SELECT", e.at);
