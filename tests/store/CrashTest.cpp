@@ -85,13 +85,15 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
   /// there whole. In the end the file is closed, or the power goes.
   void runWithFurtherTries(int failures, bool endsWell, const std::string& when) {
     const auto database = insist([] { return Database::open(test::kFile, ""); });
+    const auto other = insist([] { return Database::open(test::kFile, ""); });
     for (std::size_t i = 0; i < scenario_.commits.size();) {
       try {
         scenario_.commits[i](*database);
         ++i;
       } catch (const Error& error) {
         EXPECT_EQ(error.number(), kStoreFailure) << error.what();
-        const std::string found = insist([&] { return test::describe(*database); });
+        const std::string found = insist([&] { return test::describe(*other); });
+        EXPECT_EQ(insist([&] { return test::describe(*database); }), found);
         const bool isThere = failures > 1 && found == states_[i + 1];
         ASSERT_TRUE(isThere || found == states_[i]) << when << ", commit " << i;
         i += isThere ? 1 : 0;
