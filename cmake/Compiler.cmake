@@ -46,6 +46,7 @@ endif()
 
 if(ORV_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)  # subscripts of strings, vectors and spans
   add_link_options(-fsanitize=address,undefined)
 endif()
 

@@ -230,7 +230,8 @@ TEST(SameValuesTest, AreThoseThatADatabaseHoldsAlike) {
   using database::areSameNames;
   EXPECT_TRUE(areSameNames("", "Unknown") && areSameNames("unknown", "") &&
               areSameNames("Gro\u00dfe", "grosse"));
-  EXPECT_FALSE(areSameNames("a", "b") || areSameNames("", "a"));
+  EXPECT_FALSE(areSameNames("a", "b") || areSameNames("", "a") ||
+               areSameNames("\u7389", "\u738b") || areSameNames("\U0001F600", "\U0001F601"));
 }
 
 }  // namespace

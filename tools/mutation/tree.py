@@ -16,6 +16,7 @@ ROOT = HERE.parent.parent
 WORK = ROOT / 'build' / 'mutate'
 TREE = WORK / 'tree'
 BUILD = TREE / 'build' / 'release'
+SANITIZED = TREE / 'build' / 'sanitize'
 
 
 def sources(folder):
@@ -101,14 +102,16 @@ def with_faults(content, sites):
     return include + render(0, len(content), pieces)
 
 
-def configure():
-    subprocess.run(['cmake', '--preset', 'release', '-DBUILD_TESTING=ON', '-DORV_WERROR=OFF'],
+def configure(folder=BUILD):
+    subprocess.run(['cmake', '--preset', folder.name, '-DBUILD_TESTING=ON', '-DORV_WERROR=OFF'],
                    cwd=TREE, check=True, stdout=subprocess.DEVNULL)
 
 
-def build(targets, jobs):
+def build(targets, jobs, folder=BUILD):
     """Builds; gives the places, (file, line), that the compiler complained of, or none."""
-    run = subprocess.run(['cmake', '--build', str(BUILD), f'-j{jobs}', '--target', *targets, '--',
+    if not (folder / 'build.ninja').exists():
+        configure(folder)
+    run = subprocess.run(['cmake', '--build', str(folder), f'-j{jobs}', '--target', *targets, '--',
                           '-k', '0'], capture_output=True, text=True)
     if run.returncode == 0:
         return []

@@ -8,12 +8,13 @@ import signal
 import subprocess
 import time
 from collections import defaultdict
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 from pathlib import Path
 
-from tree import BUILD, TREE, WORK
+from tree import BUILD, SANITIZED, TREE, WORK
 
 MEMORY, FILE = 8 << 30, 4 << 30  # bytes that a faulty program may take, and write into one file
+SLOWER = 12  # a test with sanitizers, about
 SKIPPED = 77  # what tests that are commands end with where they cannot be run
 
 
@@ -57,7 +58,8 @@ def run(command, seconds, worker=0, **environment):
     def bounded():
         for ignored in signal.SIGINT, signal.SIGHUP:  # by programs in the background
             signal.signal(ignored, signal.SIG_DFL)
-        resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+        if SANITIZED not in Path(command[0]).parents:  # those map what they never use
+            resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
         resource.setrlimit(resource.RLIMIT_FSIZE, (FILE, FILE))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
@@ -76,6 +78,12 @@ def command_of(batch, *options):
     if batch[0].name is None:
         return batch[0].command
     return [*batch[0].command, '--gtest_filter=' + ':'.join(c.name for c in batch), *options]
+
+
+def sanitized(case):
+    """The same test in the build with sanitizers, which takes longer."""
+    return replace(case, command=[case.command[0].replace(str(BUILD), str(SANITIZED))],
+                   seconds=SLOWER * case.seconds)
 
 
 def survey(case, sites, worker):
