@@ -17,10 +17,6 @@ namespace {
 constexpr int kMostPointers = 16;
 constexpr std::size_t kMostListed = 20;  // places that are named; the others are counted
 
-std::string rowsWere(std::size_t count) {
-  return counted(count, "row was", "rows were");
-}
-
 }  // namespace
 
 void checkDecodes(const TableDefinition& table, const RowView& row) {
@@ -213,7 +209,7 @@ void RowSalvage::addStrayPages() {
     rows_.insert(rows_.end(), stray.begin(), stray.end());
     report_.notes.push_back(
         fmt::format("{} put back from pages that no map names, the first of them page {}",
-                    rowsWere(stray.size()), pages.front()));
+                    counted(stray.size(), "row was", "rows were"), pages.front()));
     return;
   }
   report_.rowsLost = lostBefore;
@@ -221,7 +217,7 @@ void RowSalvage::addStrayPages() {
   pagesLost_ = pagesLostBefore;
   report_.notes.push_back(
       fmt::format("{} left out that are on pages that no map names, the first of them page {}: {}",
-                  rowsWere(stray.size()), pages.front(),
+                  counted(stray.size(), "row was", "rows were"), pages.front(),
                   areMissing ? "the definition of the table is not sure"
                              : fmt::format("the table lacks {}", rowsMissing())));
 }
@@ -232,8 +228,9 @@ void RowSalvage::addStrayMovedRows() {
   if (moved_.empty() || moved_.size() > rowsMissing() || !isSure_) {
     return;
   }
-  report_.notes.push_back(fmt::format(
-      "{} put back that had been moved, and whose first places are gone", rowsWere(moved_.size())));
+  report_.notes.push_back(
+      fmt::format("{} put back that had been moved, and whose first places are gone",
+                  counted(moved_.size(), "row was", "rows were")));
   for (const RowId id : moved_) {
     try {
       const PageRef page = pageAt(id.page);
