@@ -13,6 +13,7 @@ TEST(ShownText, SpellsOutWhatSteersATerminalOrTheOrderOfLetters) {
       {"\u0080\u009b31m\u009f\u00a0", "\\u0080\\u009b31m\\u009f\u00a0"},
       {"gpj.\u202Eexe\u202A\u2066\u2069", "gpj.\\u202eexe\\u202a\\u2066\\u2069"},
       {"a\u2028b\u2029", "a\\u2028b\\u2029"},
+      {"\u2027\u202F\u2065\u206A", "\u2027\u202F\u2065\u206A"},
       {"\x9b"
        "31m \xc3",
        "\\x9b31m \\xc3"}};

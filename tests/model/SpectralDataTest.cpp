@@ -69,14 +69,16 @@ TEST(SpectralData, CopiesItsPoints) {
   spectrum.Tb(1, 0.2F);
   spectrum.Rf(1, 0.3F);
   spectrum.Rb(1, 0.4F);
-  std::array<double, 2> wl{}, tf{}, tb{}, rf{}, rb{};
-  spectrum.GetDataArraysAsDoubles(kMicrons, wl, tf, tb, rf, rb);
-  EXPECT_THAT((std::vector{wl[1], tf[1], tb[1], rf[1], rb[1]}),
-              ElementsAre(0.4, 0.1F, 0.2F, 0.3F, 0.4F));
-  std::array<float, 2> wl32{}, tf32{}, tb32{}, rf32{}, rb32{};
-  spectrum.GetDataArrays(kMicrons, wl32, tf32, tb32, rf32, rb32);
-  EXPECT_THAT((std::vector{wl32[1], tf32[1], tb32[1], rf32[1], rb32[1]}),
-              ElementsAre(0.4F, 0.1F, 0.2F, 0.3F, 0.4F));
+  std::array<double, 2> tf{}, tb{}, rf{}, rb{};
+  std::array<double, 3> wl{};
+  spectrum.GetDataArraysAsDoubles(kMicrons, std::span(wl).first(2), tf, tb, rf, rb);
+  EXPECT_THAT((std::vector{wl[1], tf[1], tb[1], rf[1], rb[1], wl[2]}),
+              ElementsAre(0.4, 0.1F, 0.2F, 0.3F, 0.4F, 0));
+  std::array<float, 2> tf32{}, tb32{}, rf32{}, rb32{};
+  std::array<float, 3> wl32{};
+  spectrum.GetDataArrays(kMicrons, std::span(wl32).first(2), tf32, tb32, rf32, rb32);
+  EXPECT_THAT((std::vector{wl32[1], tf32[1], tb32[1], rf32[1], rb32[1], wl32[2]}),
+              ElementsAre(0.4F, 0.1F, 0.2F, 0.3F, 0.4F, 0));
 
   const auto clone = spectrum.ShallowClone();
   spectrum.Rb(1, 0.9F);

@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "model/Raised.h"
 #include "support/CaseFile.h"
 #include "textfile/Folder.h"
@@ -71,6 +73,13 @@ TEST(TextFile, RefusesWhatIsNoTextOrCannotBeReadOrWritten) {
   EXPECT_EQ(refused("none.txt", read), "57 cannot be read: No such file or directory");
   EXPECT_EQ(refused("none/a.txt", write), "57 cannot be written: No such file or directory");
   EXPECT_EQ(refused("", write), "57 cannot be written: Is a directory");
+
+  // The system gives this file a size, and no more than a line of it.
+  const std::filesystem::path shorter = "/sys/kernel/uevent_seqnum";
+  if (!std::filesystem::exists(shorter)) return;
+  errno = ENOENT;  // of some call before
+  EXPECT_EQ(test::raisedBy([&] { read(shorter); }).description,
+            "The file '" + shorter.string() + "' cannot be read: Input/output error");
 }
 
 TEST(TextFile, IsReplacedWhole) {
