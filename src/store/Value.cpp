@@ -20,14 +20,18 @@ struct Overloaded : Ts... {
 template <class... Ts>
 Overloaded(Ts...) -> Overloaded<Ts...>;
 
-[[noreturn]] void raiseTypeMismatch() {
-  throw Error(kTypeMismatch, "Type mismatch");
+[[noreturn]] void raiseNoNumber(std::string_view what) {
+  throw Error(kTypeMismatch, fmt::format("Type mismatch: {} is no number", what));
+}
+[[noreturn]] void raiseNoText() {
+  throw Error(kTypeMismatch, "Type mismatch: binary data is no text");
 }
 [[noreturn]] void raiseNull() {
   throw Error(kInvalidUseOfNull, "Invalid use of Null");
 }
 
-double numberFromText(std::string_view text) {
+double numberFromText(std::string_view whole) {
+  std::string_view text = whole;
   while (!text.empty() && text.front() == ' ') {
     text.remove_prefix(1);
   }
@@ -40,7 +44,7 @@ double numberFromText(std::string_view text) {
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size() || text.empty()) {
-    raiseTypeMismatch();
+    raiseNoNumber(fmt::format("\"{}\"", whole));
   }
   return number;
 }
@@ -216,9 +220,9 @@ double Value::toDouble() const {
                         [](Currency v) { return static_cast<double>(v.tenThousandths) / 10000.0; },
                         [](Date v) { return v.days; },
                         [](const Decimal& v) { return v.toDouble(); },
-                        [](const Guid&) -> double { raiseTypeMismatch(); },
+                        [](const Guid& v) -> double { raiseNoNumber(v.toText()); },
                         [](const std::string& v) { return numberFromText(v); },
-                        [](const Bytes&) -> double { raiseTypeMismatch(); },
+                        [](const Bytes&) -> double { raiseNoNumber("binary data"); },
                     },
                     v_);
 }
@@ -236,7 +240,7 @@ std::string Value::toText() const {
                         [](const Decimal& v) { return v.toText(); },
                         [](const Guid& v) { return v.toText(); },
                         [](const std::string& v) { return v; },
-                        [](const Bytes&) -> std::string { raiseTypeMismatch(); },
+                        [](const Bytes&) -> std::string { raiseNoText(); },
                     },
                     v_);
 }

@@ -24,6 +24,7 @@ bool hasDecimalComma(std::string_view word) {
          word.find('.') == std::string_view::npos;
 }
 
+/// "Emis=0,84" is one word, too.
 std::string withPoint(std::string_view word) {
   std::string result(word);
   if (hasDecimalComma(word)) std::ranges::replace(result, ',', '.');
@@ -127,17 +128,10 @@ class Separators : public Repair {
     for (const Part part : {Part::scalars, Part::infrared, Part::data}) {
       if (part == Part::data && !withData) continue;
       for (SpectralText::Piece* piece : text.pieces(part)) {
-        changed = changeWords(piece->text, mendWord) || changed;
+        changed = changeWords(piece->text, withPoint) || changed;
       }
     }
     return changed;
-  }
-
-  /// "Emis=0,84" is one word here.
-  static std::string mendWord(std::string_view word) {
-    const auto sign = word.find('=');
-    const auto start = sign == std::string_view::npos ? 0 : sign + 1;
-    return std::string(word.substr(0, start)) + withPoint(word.substr(start));
   }
 };
 
