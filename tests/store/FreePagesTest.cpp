@@ -252,7 +252,7 @@ TEST(UsageMap, ListsPagesAtTheBoundsOfItsBits) {
   EXPECT_EQ(test::raisedBy([&] { full.add(17 * 32736 - 1); }).number, 0);
 }
 
-/// What a change comes to of which a part has failed: it is undone whole.
+/// A change is undone whole when a part of it has failed, or when it is given up behind its parts.
 TEST(Pager, ATransactionThatFailedInPartIsNotCommitted) {
   test::MemoryFiles files;
   const auto database = createDatabase(test::kFile);
@@ -264,8 +264,17 @@ TEST(Pager, ATransactionThatFailedInPartIsNotCommitted) {
     { const Transaction failed(pager); }
     EXPECT_EQ(test::raisedBy([&] { whole.commit(); }).number, kStoreFailure);
   }
+  const std::uint64_t size = files.size(test::kFile);
+  {
+    const Transaction given(pager);
+    Transaction part(pager);
+    pager.append();
+    part.commit();
+    EXPECT_EQ(files.size(test::kFile), size) << "a part is written with the whole";
+  }
   Transaction next(pager);
   const PageNumber page = pager.append();
+  EXPECT_EQ(page * kJet4.pageSize, size);
   next.commit();
   EXPECT_EQ(pager.pageCount(), page + 1);
   EXPECT_EQ(files.size(test::kFile), (page + 1) * kJet4.pageSize);

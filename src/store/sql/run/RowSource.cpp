@@ -72,9 +72,8 @@ class RangeBuilder {
       exact = kinds[at] == Constraint::Kind::isNull ? addNull() : addEqual(values[at]);
       ++at;
     }
-    const Bytes prefix = range_.lower;
     for (; exact && at < kinds.size(); ++at) {
-      addBound(prefix, kinds[at], values[at]);
+      addBound(kinds[at], values[at]);
     }
     return std::move(range_);
   }
@@ -104,9 +103,8 @@ class RangeBuilder {
     }
     const bool zeros = hasTwoZeros(column().type) && bound.value.toDouble() == 0;
     if (zeros) {
-      const Bytes prefix = range_.lower;
-      addBound(prefix, Constraint::Kind::lower, value);
-      addBound(prefix, Constraint::Kind::upper, value);
+      addBound(Constraint::Kind::lower, value);
+      addBound(Constraint::Kind::upper, value);
       return false;
     }
     const bool isWhole = append(range_.lower, bound.value);
@@ -115,7 +113,8 @@ class RangeBuilder {
     return isWhole;
   }
 
-  void addBound(const Bytes& prefix, Constraint::Kind kind, sqlite3_value* value) {
+  /// Of each kind there is one at the most.
+  void addBound(Constraint::Kind kind, sqlite3_value* value) {
     const bool isLower = kind == Constraint::Kind::lower;
     const KeyBound bound = keyBound(column(), value, isLower ? BoundSide::lower : BoundSide::upper);
     range_.empty = range_.empty || bound.kind == KeyBound::Kind::nothing;
@@ -123,9 +122,7 @@ class RangeBuilder {
       return;
     }
     // In a descending column great values come first.
-    Bytes& key = isLower == ascending() ? range_.lower : range_.upper;
-    key = prefix;
-    append(key, bound.value);
+    append(isLower == ascending() ? range_.lower : range_.upper, bound.value);
   }
 
   const jet::TableDefinition& table_;
