@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <map>
-#include <ostream>
 #include <set>
 
 #include "model/Raised.h"
@@ -35,10 +34,6 @@ struct Form {
   std::function<Bytes(Pager&, Bytes)> rewrite;
   bool lies = false;
 };
-
-std::ostream& operator<<(std::ostream& out, const Form& form) {
-  return out << form.name;
-}
 
 Bytes pointers(std::size_t size, const std::map<std::size_t, PageNumber>& places) {
   Bytes row(size, 0);
