@@ -215,9 +215,7 @@ TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
   ASSERT_EQ(other.wait(), 0);
   EXPECT_EQ(noteOf().toText(), "after");
   EXPECT_EQ(table->rowCount(), 2U);
-  std::size_t rows = 0;
-  for (TableScan scan = table->scan(); scan.next();) ++rows;
-  EXPECT_EQ(rows, 2U);
+  EXPECT_EQ(test::rowsOf(*table).size(), 2U);
   EXPECT_NE(database->find("Later"), nullptr);
   EXPECT_THROW(table->insert(std::vector<Value>{1, 1, 2, "again"}), Error);
   table->erase(row);
