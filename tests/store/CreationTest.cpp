@@ -66,13 +66,12 @@ class CreationTest : public testing::Test {
     transaction.commit();
   }
   void openCopyOf(const char* file) {
-    fs::copy_file(test::corpusFolder() / "access" / file, path_);
-    fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
+    path_ = folder_.copyOf(test::corpusFolder() / "access" / file);
     database_ = Database::open(path_, "");
   }
 
   const test::TemporaryFolder folder_;
-  const std::string path_ = folder_ / "new.mdb";
+  std::string path_ = folder_ / "new.mdb";
   std::shared_ptr<Database> database_;
   std::shared_ptr<Table> table_;
 };

@@ -209,7 +209,8 @@ void changeBytes(DamagedFile& file, const std::string& kind, const std::string& 
 /// AT is negative), "copyEntry PAGE NUMBER FROM", "dropEntry PAGE NUMBER".
 void changeEntries(DamagedFile& file, const std::string& kind, Words& words) {
   IndexPageEditor editor = file.indexPage(indexPage(file, word(words)));
-  std::vector<Bytes> entries = entriesOf(editor);
+  std::vector<Bytes> entries;
+  for (std::size_t i = 0; i < editor.count(); ++i) entries.push_back(editor.entry(i));
   const auto at = entries.begin() + static_cast<std::ptrdiff_t>(number(word(words)));
   if (kind == "dropEntry") entries.erase(at);
   if (kind == "insertEntry") entries.insert(at, bytesOf(file, word(words)));
