@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/xattr.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iterator>
 

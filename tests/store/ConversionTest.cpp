@@ -9,7 +9,6 @@
 #include <random>
 #include <regex>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/Compact.h"
@@ -70,12 +69,12 @@ Content usersContent(const fs::path& file) {
 
 class Conversion : public testing::Test {
  protected:
-  std::string write(const std::vector<Jet3Table>& tables, const Jet3Header& header = {}) {
+  void write(const std::vector<Jet3Table>& tables, const Jet3Header& header = {}) {
     std::ofstream(old_, std::ios::binary) << jet3File(tables, header);
-    return old_;
   }
   /// What is said of losses where they are refused, and then where they are accepted.
   std::string told(const std::string& password = "") {
+    fs::remove(new_);
     const Raised raised = raisedBy([&] { convertFile(old_, password, new_, Losses::refuse); });
     EXPECT_FALSE(raised.number == kNotSupported && fs::exists(new_));
     fs::remove(new_);
@@ -118,7 +117,6 @@ TEST_F(Conversion, NamesTheIndexesAndRelationsThatCannotBeKept) {
       text += fmt::format("{}\n", fmt::join(content.at(subject), "\n"));
     }
     EXPECT_EQ(content.at("Panes rows"), contentOf(old_).at("Panes rows"));
-    fs::remove(new_);
   };
   convert();
   // One in the middle, and a relation with a table that is not converted.
@@ -151,7 +149,6 @@ TEST_F(Conversion, TellsWhatIsOfAWorkgroup) {
       text += fmt::format("{}: {} {:x}\n", table, rows.size(),
                           sumOf(std::regex_replace(all, std::regex(kNow), "|now")));
     }
-    fs::remove(new_);
   };
   convert([&](auto& tables) {
     tables[0].rows[9][6] = user;
@@ -187,7 +184,6 @@ TEST_F(Conversion, ReadsTheCodePageThePasswordAndTheKey) {
       EXPECT_NE(contentOf(file, password).at("Types rows")[0].find(text), std::string::npos);
       EXPECT_EQ(readFile(file).find("Glas"), std::string::npos);
     }
-    fs::remove(new_);
   }
   write(jet3Sample(), {.codePage = 12345});
   EXPECT_EQ(raisedBy([&] { contentOf(old_); }).description,

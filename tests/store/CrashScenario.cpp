@@ -3,9 +3,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string_view>
-
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/index/IndexKey.h"

@@ -14,7 +14,6 @@
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/EmptyDatabase.h"
@@ -30,7 +29,6 @@ namespace {
 namespace fs = std::filesystem;
 using orv::test::contentOf;
 using orv::test::rowsOf;
-using testing::HasSubstr;
 using enum ColumnType;
 
 /// Of the files that tests leave.

@@ -18,7 +18,6 @@
 #include "store/jet/page/FreePages.h"
 #include "store/jet/page/PageCache.h"
 #include "store/jet/page/UsageMap.h"
-#include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {

@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <sstream>
 #include <tuple>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"

@@ -8,7 +8,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"

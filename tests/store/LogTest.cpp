@@ -9,11 +9,9 @@
 #include <map>
 #include <regex>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/CrashScenario.h"
 #include "store/FileContent.h"
-#include "store/StoreError.h"
 #include "store/SystemCalls.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/file/LogFormat.h"

@@ -15,7 +15,6 @@
 #include <string>
 #include <vector>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/StoreError.h"

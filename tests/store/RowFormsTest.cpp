@@ -8,11 +8,8 @@
 #include <sstream>
 #include <vector>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
-#include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/EmptyDatabase.h"
@@ -23,7 +20,6 @@
 #include "store/jet/table/RowChanges.h"
 #include "support/CaseFile.h"
 #include "support/MemoryFiles.h"
-#include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 

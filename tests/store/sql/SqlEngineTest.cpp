@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
