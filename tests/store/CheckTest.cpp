@@ -55,12 +55,10 @@ TEST(Check, FindsNoFaultInOwnFileOfManyPages) {
     EXPECT_TRUE(told <= done && all == fs::file_size(path) / 4096);
     told = done;
   });
-  EXPECT_EQ(report.faultCount, 0u) << test::textOf(report);
   EXPECT_EQ(report.pages, told);
-  EXPECT_EQ(report.pages, fs::file_size(path) / 4096);
-  EXPECT_EQ(report.lostPages, 0u);
-  EXPECT_EQ(report.longValues, kRows + 1u);  // and the properties of the table
-  EXPECT_GT(report.pages, 600u);
+  EXPECT_EQ(test::textOf(report),
+            "2157 pages, 0 free, 0 lost, 5 tables, 1927 rows, 1901 long values, 3836 entries, "
+            "0 queries\n");
   test::expectBytes(path, 0x24d6aacae2bf1c4);
   std::string progress;
   const auto note = [&](std::size_t done, std::size_t all) {

@@ -3,9 +3,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string_view>
-
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/index/IndexKey.h"
@@ -36,27 +33,28 @@ void insert(Database& database, const char* table, int from, int to, std::size_t
   all.commit();
 }
 
+std::vector<RowId> rowsWhere(const Table& table, const std::function<bool(int)>& isMeant) {
+  std::vector<RowId> rows;
+  for (TableScan scan = table.scan(); scan.next();) {
+    if (isMeant(scan.row().value(table.definition().columns[0]).toLong())) {
+      rows.push_back(scan.rowId());
+    }
+  }
+  return rows;
+}
+
 /// Deletes the rows whose number `isDoomed`.
 void erase(Database& database, const char* table, const std::function<bool(int)>& isDoomed) {
   Transaction all(database.pager());
   const auto target = database.table(table);
-  std::vector<RowId> doomed;
-  for (TableScan scan = target->scan(); scan.next();) {
-    if (isDoomed(scan.row().value(target->definition().columns[0]).toLong())) {
-      doomed.push_back(scan.rowId());
-    }
-  }
-  for (const RowId row : doomed) target->erase(row);
+  for (const RowId row : rowsWhere(*target, isDoomed)) target->erase(row);
   all.commit();
 }
 
 void update(Database& database, const char* table, int id, const std::vector<Value>& values) {
   const auto target = database.table(table);
-  for (TableScan scan = target->scan(); scan.next();) {
-    if (scan.row().value(target->definition().columns[0]).toLong() == id) {
-      return target->update(scan.rowId(), values);
-    }
-  }
+  const auto rows = rowsWhere(*target, [&](int each) { return each == id; });
+  target->update(rows.at(0), values);
 }
 
 void makeNotes(const std::string& path, int rows) {

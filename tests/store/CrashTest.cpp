@@ -21,9 +21,6 @@ constexpr const char* kPrepared = "prepared.mdb";
 bool isLongRun() {
   return std::getenv("ORV_LONG_TESTS") != nullptr;
 }
-unsigned outcomes() {
-  return isLongRun() ? 8 : 1;
-}
 
 class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
  protected:
@@ -119,8 +116,9 @@ class Crash : public testing::TestWithParam<test::CrashScenario (*)()> {
 };
 
 TEST_P(Crash, LossOfPowerAtEveryCallLosesNoCommit) {
+  const unsigned outcomes = isLongRun() ? 8 : 1;
   for (std::size_t call = 0; call < calls_; call += step_) {
-    for (unsigned seed = 0; seed < outcomes() && !HasFailure(); ++seed) {
+    for (unsigned seed = 0; seed < outcomes && !HasFailure(); ++seed) {
       startAnew();
       files_.losePowerAt(call);
       const std::size_t returned = run();

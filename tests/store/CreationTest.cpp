@@ -14,7 +14,6 @@
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/EmptyDatabase.h"
@@ -30,7 +29,6 @@ namespace {
 namespace fs = std::filesystem;
 using orv::test::contentOf;
 using orv::test::rowsOf;
-using testing::HasSubstr;
 using enum ColumnType;
 
 /// Of the files that tests leave.
@@ -66,13 +64,12 @@ class CreationTest : public testing::Test {
     transaction.commit();
   }
   void openCopyOf(const char* file) {
-    fs::copy_file(test::corpusFolder() / "access" / file, path_);
-    fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
+    path_ = folder_.copyOf(test::corpusFolder() / "access" / file);
     database_ = Database::open(path_, "");
   }
 
   const test::TemporaryFolder folder_;
-  const std::string path_ = folder_ / "new.mdb";
+  std::string path_ = folder_ / "new.mdb";
   std::shared_ptr<Database> database_;
   std::shared_ptr<Table> table_;
 };

@@ -209,7 +209,8 @@ void changeBytes(DamagedFile& file, const std::string& kind, const std::string& 
 /// AT is negative), "copyEntry PAGE NUMBER FROM", "dropEntry PAGE NUMBER".
 void changeEntries(DamagedFile& file, const std::string& kind, Words& words) {
   IndexPageEditor editor = file.indexPage(indexPage(file, word(words)));
-  std::vector<Bytes> entries = entriesOf(editor);
+  std::vector<Bytes> entries;
+  for (std::size_t i = 0; i < editor.count(); ++i) entries.push_back(editor.entry(i));
   const auto at = entries.begin() + static_cast<std::ptrdiff_t>(number(word(words)));
   if (kind == "dropEntry") entries.erase(at);
   if (kind == "insertEntry") entries.insert(at, bytesOf(file, word(words)));
@@ -228,6 +229,13 @@ PageNumber addPage(DamagedFile& file) {
   return page;
 }
 
+/// "list MAP PAGE": the page has a number, or is that of a row.
+template <auto kChange>
+void changeMap(DamagedFile& file, Words& words) {
+  UsageMap map(file.pager(), rowOf(file, word(words)));
+  (map.*kChange)(pageOf(file, word(words)));
+}
+
 using Deed = std::function<void(DamagedFile&, Words&)>;
 
 const std::map<std::string, Deed> kDeeds{
@@ -236,17 +244,8 @@ const std::map<std::string, Deed> kDeeds{
        const RowId row = rowOf(file, word(words));
        DataPageEditor(kJet4, file.page(row.page), row.page).erase(row.row);
      }},
-    // "list MAP PAGE": the page has a number, or is that of a row.
-    {"list",
-     [](auto& file, auto& words) {
-       UsageMap map(file.pager(), rowOf(file, word(words)));
-       map.add(pageOf(file, word(words)));
-     }},
-    {"unlist",
-     [](auto& file, auto& words) {
-       UsageMap map(file.pager(), rowOf(file, word(words)));
-       map.remove(pageOf(file, word(words)));
-     }},
+    {"list", changeMap<&UsageMap::add>},
+    {"unlist", changeMap<&UsageMap::remove>},
     {"shortenMap",
      [](auto& file, auto& words) {
        const RowId map = rowOf(file, word(words));

@@ -9,9 +9,7 @@ namespace orv::store::jet {
 
 namespace fs = std::filesystem;
 
-DamagedFile::DamagedFile(const fs::path& sound) {
-  fs::copy_file(sound, path_, fs::copy_options::overwrite_existing);
-  fs::permissions(path_, fs::perms::owner_write, fs::perm_options::add);
+DamagedFile::DamagedFile(const fs::path& sound) : path_(folder_.copyOf(sound)) {
   database_ = Database::open(path_.string(), "");
   transaction_.emplace(database_->pager());
 }
@@ -107,12 +105,6 @@ std::vector<PageNumber> DamagedFile::leaves(const RealIndex& index) {
     level = below;
   }
   return level;
-}
-
-std::vector<Bytes> entriesOf(const IndexPage& page) {
-  std::vector<Bytes> entries;
-  for (std::size_t i = 0; i < page.count(); ++i) entries.push_back(page.entry(i));
-  return entries;
 }
 
 }  // namespace orv::store::jet

@@ -70,12 +70,10 @@ class DamagedFile {
 
  private:
   orv::test::TemporaryFolder folder_;
-  std::filesystem::path path_ = folder_ / "damaged.mdb";
+  const std::filesystem::path path_;
   std::shared_ptr<Database> database_;
   std::optional<Transaction> transaction_;
   std::map<std::string, std::vector<RowId>> rows_;
 };
-
-std::vector<Bytes> entriesOf(const IndexPage& page);
 
 }  // namespace orv::store::jet

@@ -188,10 +188,9 @@ TEST(FileKinds, AFileAtItsLargestSizeRefusesToGrowAndStaysWhole) {
   insert(0, 90000);  // and so has one that takes the room of another
   const auto again = Database::open(path, "")->table("Pictures");
   EXPECT_EQ(again->rowCount(), static_cast<std::uint32_t>(rows) + 1);
-  for (TableScan scan = again->scan(); scan.next();) {
-    const int id = scan.row().value(again->definition().columns[0]).toLong();
-    const std::size_t length = id == rows ? 10 : id == 0 ? 90000 : 100000;
-    EXPECT_EQ(scan.row().value(again->definition().columns[1]), Value(Bytes(length, 0x5a))) << id;
+  for (const auto& row : test::rowsOf(*again)) {
+    const int id = row[0].toLong();
+    EXPECT_EQ(row[1], Value(Bytes(id == rows ? 10 : id == 0 ? 90000 : 100000, 0x5a))) << id;
   }
   // It can be emptied, though no bit and no list has a place for the pages that become free.
   std::vector<RowId> all;

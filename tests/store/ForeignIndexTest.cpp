@@ -11,11 +11,10 @@
 #include "store/Check.h"
 #include "store/Compact.h"
 #include "store/FileContent.h"
+#include "store/ForeignForms.h"
 #include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
-#include "store/jet/catalog/Database.h"
-#include "store/jet/index/IndexKey.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
@@ -38,17 +37,7 @@ class ForeignIndex : public testing::Test {
   }
   /// Changes a column in the table's definition, and opens the file anew.
   void changeColumn(std::size_t column, std::size_t offset, std::uint16_t number) {
-    Pager& pager = database_->pager();
-    const Format& format = pager.format();
-    {
-      Transaction transaction(pager);
-      std::uint8_t* definition = pager.modify(table_->definition().page);
-      store16(definition + format.definition.headerSize +
-                  table_->definition().realIndexes.size() * format.definition.realIndexEntry +
-                  column * format.column.size + offset,
-              number);
-      transaction.commit();
-    }
+    test::changeColumn(*table_, column, offset, number);
     table_.reset();
     database_.reset();
     database_ = Database::open("foreign.mdb", "");
@@ -66,28 +55,13 @@ class ForeignIndex : public testing::Test {
   std::shared_ptr<Table> table_;
 };
 
-/// Gives the entries of a row the keys of a program that counts letters that expand as one.
-void countAsOne(const Table& table, RowId row) {
-  std::vector<Value> values;
-  for (const Column& column : table.definition().columns) {
-    values.push_back(table.row(row)->value(column));
-  }
-  Transaction transaction(table.pager());
-  for (const RealIndex& index : table.definition().realIndexes) {
-    IndexTree tree = table.index(index.number);
-    EXPECT_NE(tree.erase(makeKey(table.definition(), index, values), row), IndexTree::Change::none);
-    tree.insert(makeOtherForm(table.definition(), index, values).value(), row);
-  }
-  transaction.commit();
-}
-
 TEST_F(ForeignIndex, KeysThatCountExpandedLettersAsOne) {
   std::vector<RowId> rows;
   for (int i = 0; i < 40; ++i) {
     rows.push_back(
         insert(i, i % 2 == 0 ? "Gro\u00dfm\u00e4rkte " + std::to_string(i % 5) : "Groove"));
   }
-  for (std::size_t i = 0; i < rows.size(); i += 2) countAsOne(*table_, rows[i]);
+  for (std::size_t i = 0; i < rows.size(); i += 2) test::countAsOne(*table_, rows[i]);
   const CheckReport before = check();
   EXPECT_EQ(before.remarkCount, 40U);
   ASSERT_FALSE(before.remarks.empty());
@@ -105,7 +79,7 @@ TEST_F(ForeignIndex, BothFormsAreUniqueAndReplaced) {
   const auto cities = database_->table("Cities");
   const std::string city = "Gro\u00dfr\u00e4schen";
   const RowId foreign = cities->insert(std::vector<Value>{city});
-  countAsOne(*cities, foreign);
+  test::countAsOne(*cities, foreign);
   EXPECT_THROW(cities->insert(std::vector<Value>{city}), Error);
   // The text may have another key, or the same: that of the entry is neither.
   cities->update(foreign, std::vector<Value>{"Grossr\u00e4schen"});

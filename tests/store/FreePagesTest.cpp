@@ -5,8 +5,6 @@
 
 #include <functional>
 #include <map>
-#include <ostream>
-#include <set>
 
 #include "model/Raised.h"
 #include "store/Check.h"
@@ -20,7 +18,6 @@
 #include "store/jet/page/FreePages.h"
 #include "store/jet/page/PageCache.h"
 #include "store/jet/page/UsageMap.h"
-#include "support/Corpus.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
@@ -35,10 +32,6 @@ struct Form {
   std::function<Bytes(Pager&, Bytes)> rewrite;
   bool lies = false;
 };
-
-std::ostream& operator<<(std::ostream& out, const Form& form) {
-  return out << form.name;
-}
 
 Bytes pointers(std::size_t size, const std::map<std::size_t, PageNumber>& places) {
   Bytes row(size, 0);
@@ -142,13 +135,12 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
 
   void expectSound() {
     open();
-    std::size_t found = 0;
-    for (TableScan scan = table_->scan(); scan.next(); ++found) {
-      const int id = scan.row().value(table_->definition().columns[0]).toLong();
-      ASSERT_TRUE(rows_.contains(id));
-      ASSERT_EQ(scan.row().value(table_->definition().columns[1]), Value(note(id))) << id;
+    for (const auto& [id, place] : rows_) {
+      const RowView row = table_->row(place).value();
+      ASSERT_EQ(row.value(table_->definition().columns[0]), Value(id));
+      ASSERT_EQ(row.value(table_->definition().columns[1]), Value(note(id))) << id;
     }
-    EXPECT_EQ(found, rows_.size());
+    EXPECT_EQ(test::rowsOf(*table_).size(), rows_.size());
     const CheckReport report = checkFile(test::kFile, "");
     for (const CheckFinding& fault : report.faults) {
       EXPECT_TRUE(GetParam().lies && fault.page == 1 && fault.row == 0) << fault.toText();
@@ -224,28 +216,25 @@ TEST(UsageMap, ListsPagesAtTheBoundsOfItsBits) {
       {{9, 519}, false},  {{9, 520}, true},
       {{519, 9}, false},  {{520, 9}, true},
       {{3, 32735}, true}, {{3, 32735, 32736, 70000, 556511}, true}};
-  std::vector<RowId> copies;
-  for (const auto& [pages, hasPointers] : cases) {
+  const auto listed = [](const UsageMap& map) {
+    std::vector<PageNumber> pages;
+    for (auto page = map.next(0, kEndOfPages); page; page = map.next(*page + 1, kEndOfPages))
+      pages.push_back(*page);
+    return pages;
+  };
+  std::vector<std::pair<RowId, std::vector<PageNumber>>> copies;
+  for (auto [pages, hasPointers] : cases) {
     const Savepoint emptied(pager);
     UsageMap map(pager, place);
     for (const PageNumber page : pages) map.add(page);
-    std::vector<PageNumber> sorted = pages, listed;
-    std::ranges::sort(sorted);
-    for (auto page = map.next(0, kEndOfPages); page; page = map.next(*page + 1, kEndOfPages))
-      listed.push_back(*page);
-    EXPECT_EQ(listed, sorted);
+    std::ranges::sort(pages);
+    EXPECT_EQ(listed(map), pages);
     EXPECT_EQ(MapBits(pager, place, MapBits::BadPointer::damage).hasPointers(), hasPointers);
-    copies.push_back(target.addMap(sorted));
+    copies.emplace_back(target.addMap(pages), pages);
   }
   target.finish();
   EXPECT_EQ(copied, target.pager().pageCount());
-  for (std::size_t i = 0; i < copies.size(); ++i) {
-    const UsageMap map(target.pager(), copies[i]);
-    std::set<PageNumber> listed;
-    for (auto page = map.next(0, kEndOfPages); page; page = map.next(*page + 1, kEndOfPages))
-      listed.insert(*page);
-    EXPECT_EQ(listed, std::set(cases[i].first.begin(), cases[i].first.end()));
-  }
+  for (const auto& [map, pages] : copies) EXPECT_EQ(listed({target.pager(), map}), pages);
   UsageMap full(pager, place);
   full.add(3);
   EXPECT_EQ(test::raisedBy([&] { full.add(17 * 32736); }).number, kCorruptFile);

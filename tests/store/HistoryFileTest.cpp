@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <sstream>
 #include <tuple>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
@@ -31,7 +29,7 @@ using Found = HistoryFile::Found;
 class HistoryFileTest : public testing::Test {
  protected:
   void SetUp() override { FileSystem::current().open("a.mdb", FileSystem::Open::newOnly); }
-  HistoryFile open(std::uint64_t identity = 77) const { return {"a.mdb", identity}; }
+  static HistoryFile open(std::uint64_t identity = 77) { return {"a.mdb", identity}; }
 
   const std::vector<HistoryRecord> records_{{Kind::changes, 9, 1'700'000'001, "first", {1, 2, 3}},
                                             {Kind::changes, 9, 1'700'000'002, "", Bytes(8, 4)},
@@ -42,13 +40,26 @@ class HistoryFileTest : public testing::Test {
   test::MemoryFiles files_;
 };
 
-TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
-  HistoryFile history = open();
-  EXPECT_EQ(history.look(), Found::absent);
-  for (const HistoryRecord& record : records_) EXPECT_TRUE(history.append(record, true));
+/// One of all of these records.
+class WrittenHistory : public HistoryFileTest {
+ protected:
+  void SetUp() override {
+    HistoryFileTest::SetUp();
+    EXPECT_EQ(history_.look(), Found::absent);
+    for (const HistoryRecord& record : records_) EXPECT_TRUE(history_.append(record, true));
+    whole_ = files_.content("a.mdb.orv-history");
+    file_ = files_.openCompanion("a.mdb.orv-history");
+  }
+
+  HistoryFile history_ = open();
+  Bytes whole_;
+  std::unique_ptr<File> file_;
+};
+
+TEST_F(WrittenHistory, IsReadAsItWasWritten) {
   HistoryFile again = open();
   ASSERT_EQ(again.look(), Found::sound);
-  for (HistoryFile* file : {&history, &again}) {
+  for (HistoryFile* file : {&history_, &again}) {
     ASSERT_EQ(file->entries().size(), records_.size());
     for (std::size_t i = 0; i < records_.size(); ++i) {
       const HistoryEntry& entry = file->entries()[i];
@@ -56,13 +67,12 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
                 std::tie(records_[i].kind, records_[i].work, records_[i].time, records_[i].title));
       EXPECT_EQ(file->changes(entry), records_[i].changes);
     }
-    EXPECT_EQ(file->length(), files_.content("a.mdb.orv-history").size());
+    EXPECT_EQ(file->length(), whole_.size());
   }
-  const Bytes bytes = files_.content("a.mdb.orv-history");
-  EXPECT_EQ(test::sumOf({bytes.begin(), bytes.end()}), 0x972b61aabd7aeff5u);
+  EXPECT_EQ(test::sumOf({whole_.begin(), whole_.end()}), 0x972b61aabd7aeff5u);
   EXPECT_EQ(open(78).look(), Found::foreign);
   again.withdraw();
-  for (HistoryFile* file : {&history, &again}) {
+  for (HistoryFile* file : {&history_, &again}) {
     EXPECT_EQ(file->look(), Found::sound);
     EXPECT_EQ(file->entries().size(), records_.size() - 1);
   }
@@ -70,18 +80,14 @@ TEST_F(HistoryFileTest, IsReadAsItWasWritten) {
 
 /// A byte that is changed in the head of a record hides that and those behind it; one in its
 /// content is found when that is read.
-TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
-  HistoryFile history = open();
-  for (const HistoryRecord& record : records_) history.append(record, true);
-  const Bytes whole = files_.content("a.mdb.orv-history");
-  const auto file = FileSystem::current().openCompanion(history.path());
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    const auto& all = history.entries();
+TEST_F(WrittenHistory, ADamageAnywhereIsNoticed) {
+  for (std::size_t at = 0; at < whole_.size(); ++at) {
+    const auto& all = history_.entries();
     const auto next = std::ranges::upper_bound(all, at, {}, &HistoryEntry::place);
     const auto before = static_cast<std::size_t>(next - all.begin());
     const bool isHead = before > 0 && at - all[before - 1].place < 64;
-    const std::uint8_t wrong = whole[at] ^ 0x10;
-    file->write(at, &wrong, 1);
+    const std::uint8_t wrong = whole_[at] ^ 0x10;
+    file_->write(at, &wrong, 1);
     HistoryFile changed = open();
     EXPECT_EQ(changed.look(), before == 0 ? Found::foreign
                               : isHead    ? Found::damaged
@@ -90,18 +96,14 @@ TEST_F(HistoryFileTest, ADamageAnywhereIsNoticed) {
     EXPECT_TRUE(before == 0 || isHead || test::raisedBy([&] {
                                            changed.changes(changed.entries()[before - 1]);
                                          }).number == kCorruptFile);
-    file->write(at, &whole[at], 1);
+    file_->write(at, &whole_[at], 1);
   }
 }
 
 /// Fields of the last record but one, which has no changes, with the checksum that goes with them.
-TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
-  HistoryFile history = open();
-  for (const HistoryRecord& record : records_) history.append(record, true);
-  const HistoryEntry& entry = history.entries()[4];
-  const Bytes whole = files_.content("a.mdb.orv-history");
-  const auto file = FileSystem::current().openCompanion(history.path());
-  const std::uint64_t room = whole.size() - entry.place;
+TEST_F(WrittenHistory, AFieldThatCannotBeIsNoticed) {
+  const HistoryEntry& entry = history_.entries()[4];
+  const std::uint64_t room = whole_.size() - entry.place;
   const std::tuple<std::size_t, std::uint64_t, Found, std::size_t, int> cases[] = {
       {0, 0x43455249, Found::damaged, 4, 0},
       {4, 0, Found::damaged, 4, 0},
@@ -118,11 +120,11 @@ TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
       {40, 1, Found::sound, 6, kCorruptFile},
       {40, UINT64_MAX, Found::sound, 6, kCorruptFile}};
   for (const auto& [at, value, found, count, error] : cases) {
-    Bytes head(whole.begin() + static_cast<std::ptrdiff_t>(entry.place),
-               whole.begin() + static_cast<std::ptrdiff_t>(entry.place) + 64);
+    Bytes head(whole_.begin() + static_cast<std::ptrdiff_t>(entry.place),
+               whole_.begin() + static_cast<std::ptrdiff_t>(entry.place) + 64);
     at < 8 ? store32(&head[at], static_cast<std::uint32_t>(value)) : store64(&head[at], value);
     store64(&head[56], checksumOf(std::span(head).first(56)));
-    file->write(entry.place, head.data(), head.size());
+    file_->write(entry.place, head.data(), head.size());
     HistoryFile changed = open();
     EXPECT_EQ(changed.look(), found) << at << ": " << value;
     EXPECT_EQ(changed.entries().size(), count) << at << ": " << value;
@@ -134,21 +136,17 @@ TEST_F(HistoryFileTest, AFieldThatCannotBeIsNoticed) {
 
 /// Behind the last record stands nothing, less than a head, the beginning of a record or room for
 /// one; anything else is damage.
-TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
-  HistoryFile history = open();
-  for (const HistoryRecord& record : records_) history.append(record, true);
-  const std::uint64_t end = history.length();
-  const Bytes whole = files_.content("a.mdb.orv-history");
-  const auto file = FileSystem::current().openCompanion(history.path());
+TEST_F(WrittenHistory, WhatWasCutShortIsNoDamage) {
+  const std::uint64_t end = history_.length();
   const auto found = [&](const Bytes& behind) {
-    file->truncate(end);
-    file->write(end, behind.data(), behind.size());
+    file_->truncate(end);
+    file_->write(end, behind.data(), behind.size());
     HistoryFile looked = open();
     const Found what = looked.look();
     EXPECT_EQ(looked.entries().size(), records_.size());
     return what;
   };
-  const auto record = whole.begin() + 64;
+  const auto record = whole_.begin() + 64;
   EXPECT_EQ(found(Bytes(63, 'x')), Found::sound);
   EXPECT_EQ(found(Bytes(64, 'x')), Found::damaged);
   EXPECT_EQ(found(Bytes(record, record + 64)), Found::sound);
@@ -161,27 +159,27 @@ TEST_F(HistoryFileTest, WhatWasCutShortIsNoDamage) {
   }
   // The next record takes the place of what was cut short; another file in its place is seen.
   EXPECT_EQ(found(Bytes(200)), Found::sound);
-  EXPECT_TRUE(history.append(records_[1], true));
-  EXPECT_EQ(files_.content("a.mdb.orv-history").size(), history.length());
-  history.append(records_[2], false);
-  files_.rename(history.path(), "old");
-  EXPECT_EQ(history.look(), Found::absent);
-  history.withdraw();
-  history.sync();  // there is nothing to be waited for any more
-  files_.copy("old", history.path());
-  files_.open(history.path(), FileSystem::Open::existing)->truncate(end);
-  EXPECT_EQ(history.look(), Found::sound);
-  EXPECT_EQ(history.entries().size(), records_.size());
-  const auto again = files_.open(history.path(), FileSystem::Open::existing);
+  EXPECT_TRUE(history_.append(records_[1], true));
+  EXPECT_EQ(files_.content("a.mdb.orv-history").size(), history_.length());
+  history_.append(records_[2], false);
+  files_.rename(history_.path(), "old");
+  EXPECT_EQ(history_.look(), Found::absent);
+  history_.withdraw();
+  history_.sync();  // there is nothing to be waited for any more
+  files_.copy("old", history_.path());
+  files_.open(history_.path(), FileSystem::Open::existing)->truncate(end);
+  EXPECT_EQ(history_.look(), Found::sound);
+  EXPECT_EQ(history_.entries().size(), records_.size());
+  const auto again = files_.open(history_.path(), FileSystem::Open::existing);
   again->truncate(0);
   EXPECT_EQ(open().look(), Found::absent);
-  again->write(0, whole.data(), 63);
+  again->write(0, whole_.data(), 63);
   EXPECT_EQ(open().look(), Found::foreign);
-  again->write(0, whole.data(), 64);
+  again->write(0, whole_.data(), 64);
   HistoryFile empty = open();
   empty.withdraw();
   EXPECT_EQ(empty.look(), Found::sound);
-  EXPECT_EQ(files_.content(history.path()).size(), 64u);
+  EXPECT_EQ(files_.content(history_.path()).size(), 64u);
 }
 
 /// What is no history of the database gets the first name that nothing has, if there is one.
@@ -251,14 +249,7 @@ TEST(ReferenceCheck, TellsTheRowsThatAReferenceDoesNotHoldFor) {
   for (const int key : {7, 10}) insert("Groups", {key});
   for (const int pane : {1, 9}) insert("Marks", {pane});
   insert("Names", {"7", 7, 8});
-  auto examples = test::examplesOf("store/references.txt", 20);
-  const std::size_t count = examples.size();
-  for (std::size_t i = 0; i < count; ++i) examples.push_back(examples[i]);
-  for (std::size_t i = 0; i < 2 * count; ++i) {
-    if (i == count) {  // once more where the indexes are out of order
-      for (const char* table : {"Panes", "Groups"}) database->table(table)->distrust(0);
-    }
-    const auto& [left, told] = examples[i];
+  const auto expectTold = [&](const std::string& left, const std::string& told) {
     std::istringstream words(left);
     RowReference reference;
     std::string what, table, value;
@@ -277,7 +268,12 @@ TEST(ReferenceCheck, TellsTheRowsThatAReferenceDoesNotHoldFor) {
                            each.other, each.columns.size());
     }
     EXPECT_EQ(found, told) << left;
-  }
+  };
+  const auto examples = test::examplesOf("store/references.txt", 20);
+  for (const auto& [left, told] : examples) expectTold(left, told);
+  // Once more where the indexes are out of order.
+  for (const char* table : {"Panes", "Groups"}) database->table(table)->distrust(0);
+  for (const auto& [left, told] : examples) expectTold(left, told);
 }
 
 TEST(RowCode, ValuesOfEveryTypeAreKeptToTheBit) {

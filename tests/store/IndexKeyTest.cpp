@@ -1,13 +1,13 @@
 // Keys of single values, and their order.
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <fstream>
 #include <sstream>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
@@ -19,9 +19,7 @@
 namespace orv::store::jet {
 namespace {
 
-constexpr SortOrder kJet3Order{1033, 0, true};
 constexpr SortOrder kLegacyOrder{1033, 0, false};
-constexpr SortOrder kOrderOf2010{1033, 1, false};
 
 Column column(ColumnType type) {
   Column column;
@@ -43,9 +41,7 @@ Bytes key(const Column& column, const Value& value, bool ascending = true) {
 }
 
 std::string hex(const Bytes& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) text += fmt::format("{:02x}", byte);
-  return text;
+  return fmt::format("{:02x}", fmt::join(bytes, ""));
 }
 
 Bytes bytesOf(const std::string& hex) {
@@ -156,9 +152,10 @@ TEST(IndexKey, LettersThatExpandCanCountAsOne) {
 
 /// Of each order the keys of all characters between others, and their bytes as texts and in files.
 TEST(IndexKey, EveryCharacterHasItsKey) {
-  const std::pair<SortOrder, std::uint64_t> sums[] = {{kJet3Order, 0xc66c8d04243115ef},
-                                                      {kLegacyOrder, 0x1a220fb8020ddcf6},
-                                                      {kOrderOf2010, 0x499508eeea3221b1}};
+  const std::pair<SortOrder, std::uint64_t> sums[] = {
+      {{1033, 0, true}, 0xc66c8d04243115ef},  // of Jet 3
+      {kLegacyOrder, 0x1a220fb8020ddcf6},
+      {{1033, 1, false}, 0x499508eeea3221b1}};  // since Access 2010
   for (const auto& [order, sum] : sums) {
     std::string keys;
     for (std::uint32_t unit = 0; unit < 0x10000; ++unit) {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <functional>
 #include <random>
+#include <ranges>
 #include <set>
 
 #include "model/Raised.h"
@@ -76,49 +77,42 @@ class IndexTreeTest : public testing::Test {
   }
 
   IndexTree tree() { return {*pager_, index_, kTable}; }
+  IndexPageEditor root() { return {*pager_, kRoot}; }
   void insert(const Entry& entry) {
-    const bool isNew = !hasKey(entry.key);
-    const IndexTree::Change expected = model_.insert(entry).second ? changeOf(isNew) : kNoChange;
-    EXPECT_EQ(tree().insert(entry.key, entry.row), expected);
+    EXPECT_EQ(tree().insert(entry.key, entry.row), addToModel(entry));
   }
-  void erase(Entry entry) {
-    const bool wasThere = model_.erase(entry) == 1;
-    EXPECT_EQ(tree().erase(entry.key, entry.row),
-              wasThere ? changeOf(!hasKey(entry.key)) : kNoChange);
+  void erase(Entry entry) {  // which may be one of the model
+    EXPECT_EQ(tree().erase(entry.key, entry.row), takeFromModel(entry));
   }
 
   static constexpr auto kNoChange = IndexTree::Change::none;
-  static IndexTree::Change changeOf(bool onlyOne) {
-    return onlyOne ? IndexTree::Change::key : IndexTree::Change::entry;
+  /// What adding or erasing an entry comes to.
+  IndexTree::Change addToModel(const Entry& entry) {
+    if (!model_.insert(entry).second) return kNoChange;
+    keys_.insert(entry.key);
+    return changeOf(entry);
   }
-  /// Keys that begin with one another may stand among its entries.
-  bool hasKey(const Bytes& key) const {
-    for (auto at = model_.lower_bound({key, {}}); at != model_.end(); ++at) {
-      if (at->key == key) return true;
-      if (!std::equal(key.begin(), key.end(), at->key.begin(),
-                      at->key.begin() +
-                          static_cast<std::ptrdiff_t>(std::min(key.size(), at->key.size())))) {
-        break;
-      }
-    }
-    return false;
+  IndexTree::Change takeFromModel(const Entry& entry) {
+    const IndexTree::Change change = changeOf(entry);
+    if (model_.erase(entry) == 0) return kNoChange;
+    keys_.erase(keys_.find(entry.key));
+    return change;
+  }
+  /// Whether an entry that is there is the only one of its key.
+  IndexTree::Change changeOf(const Entry& entry) const {
+    return keys_.count(entry.key) == 1 ? IndexTree::Change::key : IndexTree::Change::entry;
   }
 
   /// Checks cursors both ways against the model. The form of trees is for checkFile() to judge.
   void check() {
-    IndexCursor forward = tree().first();
-    for (const Entry& entry : model_) {
-      ASSERT_TRUE(forward.next());
-      ASSERT_TRUE(std::ranges::equal(forward.key(), entry.key));
-      ASSERT_EQ(forward.rowId(), entry.row);
-    }
-    EXPECT_FALSE(forward.next());
-    IndexCursor backward = tree().last();
-    for (auto entry = model_.rbegin(); entry != model_.rend(); ++entry) {
-      ASSERT_TRUE(backward.previous());
-      ASSERT_EQ(backward.rowId(), entry->row);
-    }
-    EXPECT_FALSE(backward.previous());
+    std::vector<Entry> forward, backward;
+    const auto note = [](std::vector<Entry>& found, const IndexCursor& at) {
+      found.push_back({Bytes(at.key().begin(), at.key().end()), at.rowId()});
+    };
+    for (IndexCursor at = tree().first(); at.next();) note(forward, at);
+    for (IndexCursor at = tree().last(); at.previous();) note(backward, at);
+    EXPECT_TRUE(std::ranges::equal(forward, model_));
+    EXPECT_TRUE(std::ranges::equal(backward, model_ | std::views::reverse));
     pages_ = 1;  // the root
     UsageMap map(*pager_, index_.ownedPages);
     for (auto page = map.next(0); page; page = map.next(*page + 1)) ++pages_;
@@ -129,6 +123,7 @@ class IndexTreeTest : public testing::Test {
   std::optional<Transaction> transaction_;
   RealIndex index_;
   std::set<Entry> model_;
+  std::multiset<Bytes> keys_;  ///< of the model
   std::mt19937 random_{12345};
   std::size_t pages_ = 0;
 };
@@ -196,11 +191,7 @@ TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
   check();
   for (int i = 0; i < 5000; ++i) {
     const Entry chosen = entry(random_() % kNumbers);
-    if (random_() % 2 == 0) {
-      insert(chosen);
-    } else {
-      erase(chosen);
-    }
+    random_() % 2 == 0 ? insert(chosen) : erase(chosen);
   }
   check();
   for (int i = 0; i < 200; ++i) {
@@ -210,9 +201,7 @@ TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
     EXPECT_EQ(tree().find(chosen.key), exists ? std::optional(at->row) : std::nullopt);
     IndexCursor cursor = tree().lowerBound(chosen.key);
     ASSERT_EQ(cursor.next(), at != model_.end());
-    if (at != model_.end()) {
-      EXPECT_EQ(cursor.rowId(), at->row);
-    }
+    EXPECT_TRUE(at == model_.end() || cursor.rowId() == at->row);
   }
   while (!model_.empty()) {
     auto victim = model_.lower_bound(entry(random_() % kNumbers));
@@ -224,35 +213,27 @@ TEST_P(IndexTreeShapes, HoldsWhatASetHolds) {
   expectPages({0xe4a0e11824236b2f, 0x34d4d1fbaa6643a5, 0xc6036bf92b26f063, 0xec075a078766b456});
 }
 
+/// A tree that has shrunk to one leaf below its root, at either end, grows again, and goes.
 TEST_P(IndexTreeShapes, GrowsAndShrinksInOrder) {
   std::set<Entry> all;
   for (std::uint32_t i = 0; i < 1200; ++i) all.insert(entry(i));
-  for (const Entry& each : all) insert(each);
-  check();
-  for (auto each = all.rbegin(); each != all.rend(); ++each) erase(*each);
-  check();
-  for (auto each = all.rbegin(); each != all.rend(); ++each) insert(*each);
-  check();
-  for (const Entry& each : all) erase(each);
-  check();
-  EXPECT_EQ(pages_, 1u);
-  expectPages({0x73551b3524910ed6, 0xed512b1c9370553, 0xd5a44545cf08fe82, 0x7c59d84bf89c3482});
-}
-
-/// A tree that has shrunk to one leaf below its root, at either end, grows again.
-TEST_P(IndexTreeShapes, GrowsAgainFromWhatIsLeft) {
-  std::set<Entry> all;
-  for (std::uint32_t i = 0; i < 1200; ++i) all.insert(entry(i));
-  for (const bool isFirst : {true, false}) {
-    for (const Entry& each : all) insert(each);
+  const auto inOrder = [&](bool isUp, const auto& change) {
+    std::vector<Entry> entries(all.begin(), all.end());
+    if (!isUp) std::ranges::reverse(entries);
+    for (const Entry& each : entries) change(each);
+    check();
+  };
+  for (const bool isUp : {true, false}) {
+    inOrder(isUp, [&](const Entry& each) { insert(each); });
     for (pages_ = 3; model_.size() > 40 || pages_ > 2;) {
-      erase(isFirst ? *model_.rbegin() : *model_.begin());
+      erase(isUp ? *model_.rbegin() : *model_.begin());
       if (model_.size() <= 40) check();
     }
-    for (const Entry& each : all) insert(each);
-    check();
+    inOrder(isUp, [&](const Entry& each) { insert(each); });
+    inOrder(!isUp, [&](const Entry& each) { erase(each); });
+    EXPECT_EQ(pages_, 1u);
   }
-  expectPages({0xbe0a4de17cfeda8b, 0xbe39bab73f6f13e9, 0x46765c658dd6a240, 0x4c48a35828766e4b});
+  expectPages({0x73551b3524910ed6, 0xed512b1c9370553, 0xd5a44545cf08fe82, 0x7c59d84bf89c3482});
 }
 
 // Bursts of neighbours, up and down, from random places: most stay on a leaf, many cross its ends.
@@ -271,16 +252,12 @@ TEST_P(IndexTreeShapes, TakesRunsOfEntriesAsItTakesSingleOnes) {
           const PageRef ref = pager_->read(page);
           read.emplace_back(ref, Bytes(ref.data(), ref.data() + ref.size()));
         }
+        const bool isRefused = sameKey == IndexRun::SameKey::refuse && keys_.contains(chosen.key);
         if (erases) {
-          const bool wasThere = model_.erase(chosen) == 1;
-          ASSERT_EQ(entries.erase(chosen.key, chosen.row),
-                    wasThere ? changeOf(!hasKey(chosen.key)) : kNoChange);
+          ASSERT_EQ(entries.erase(chosen.key, chosen.row), takeFromModel(chosen));
         } else {
-          const bool isNew = !hasKey(chosen.key);
-          const bool isRefused = sameKey == IndexRun::SameKey::refuse && !isNew;
-          const bool isAdded = !isRefused && model_.insert(chosen).second;
           ASSERT_EQ(entries.insert(chosen.key, chosen.row, sameKey),
-                    isAdded ? changeOf(isNew) : kNoChange);
+                    isRefused ? kNoChange : addToModel(chosen));
         }
       }
     }
@@ -328,9 +305,9 @@ TEST_F(IndexTreeTest, EmptyLeavesHideNoKey) {
   for (std::uint32_t i = 0; i < 6000; ++i) insert({key, rowOf(i)});
   insert({longKey(9), {1, 1}});
   const auto leaf = [&](std::size_t child) {
-    return IndexPageEditor(*pager_, StoredIndexPage(*pager_, kRoot, kTable).entries.child(child));
+    return IndexPageEditor(*pager_, root().child(child));
   };
-  const std::size_t last = StoredIndexPage(*pager_, kRoot, kTable).entries.childCount() - 1;
+  const std::size_t last = root().childCount() - 1;
   ASSERT_GT(last, 3u);
   for (const bool isBefore : {true, false}) {
     const Savepoint undone(*pager_);
@@ -359,8 +336,7 @@ TEST_F(IndexTreeTest, NodesKeepEntriesThatHaveNoRoomForLongerOnes) {
   for (std::uint32_t i = 0; i < 120; ++i) erase(entry(i, false));
   check();
   EXPECT_EQ(pages_, 41u);
-  EXPECT_EQ(StoredIndexPage(*pager_, kRoot, kTable).entries.separator(30),
-            entry(92, false).bytes());
+  EXPECT_EQ(root().separator(30), entry(92, false).bytes());
   for (std::uint32_t i = 120; i-- > 0;) insert(entry(i, false));
   check();
 }
@@ -404,21 +380,16 @@ TEST_F(IndexTreeTest, LongestKeysArePartedAndLongerOnesRefused) {
   EXPECT_EQ(refused().description, fmt::format("The values of an index's columns are too long "
                                                "together: their key takes {} bytes.",
                                                longest + 1));
-  std::set<int> expected;
   for (std::uint8_t i = 0; i < 40; ++i) {
-    const auto first = static_cast<std::uint8_t>(i * 37);
-    tree().insert(key(longest, first), {i, 0});
-    expected.insert(first);
+    insert({key(longest, static_cast<std::uint8_t>(i * 37)), {i, 0}});
   }
-  std::vector<int> found;
-  for (IndexCursor cursor = tree().first(); cursor.next();) found.push_back(cursor.key()[0]);
-  EXPECT_EQ(found, std::vector<int>(expected.begin(), expected.end()));
+  check();
 }
 
 /// The leaf before the one that a cursor stands on goes, with nearly all entries.
 TEST_F(IndexTreeTest, CursorsOutliveTheLeafBefore) {
   for (std::uint32_t i = 0; i < 3000; ++i) insert(numberEntry(i));
-  const PageNumber leaf = StoredIndexPage(*pager_, kRoot, kTable).entries.child(2);
+  const PageNumber leaf = root().child(2);
   const Bytes first = StoredIndexPage(*pager_, leaf, kTable).entries.entry(0);
   IndexCursor cursor = tree().upperBound(std::span(first).first(first.size() - 4));
   ASSERT_TRUE(cursor.previous());
@@ -437,8 +408,7 @@ TEST_F(IndexTreeTest, ErasesTheEntriesOfARow) {
   for (std::uint32_t i = 0; i < 3000; ++i) insert(duplicateEntry(i));
   EXPECT_EQ(tree().eraseRow(rowOf(3001)), kNoChange);
   for (std::uint32_t i = 0; i < 3000; i += 250) {
-    EXPECT_EQ(tree().eraseRow(rowOf(i)), IndexTree::Change::entry);
-    model_.erase(duplicateEntry(i));
+    EXPECT_EQ(tree().eraseRow(rowOf(i)), takeFromModel(duplicateEntry(i)));
   }
   check();
 }
@@ -462,18 +432,14 @@ void writePage(std::uint8_t* page, const std::vector<Bytes>& entries, std::size_
 TEST_F(IndexTreeTest, PrefixesReachIntoRowPointers) {
   for (const Entry& added : {Entry{longKey(6), {1, 1}}, Entry{longKey(7), {0x10301, 99}},
                              Entry{longKey(8), {1, 1}}, Entry{Bytes(1100, 0x30), {1, 2}}}) {
-    std::vector<Bytes> entries;
-    model_.clear();
     for (std::uint32_t i = 0; i < 1804; ++i) {
-      const Entry entry{longKey(7),
-                        {0x10300 + i / 250, static_cast<std::uint8_t>(i % 250 / 2 * 2)}};
-      if (model_.insert(entry).second) entries.push_back(entry.bytes());
+      addToModel({longKey(7), {0x10300 + i / 250, static_cast<std::uint8_t>(i % 250 / 2 * 2)}});
     }
-    for (std::uint32_t i = 0; entries.size() < 1804; ++i) {
-      const Entry entry{longKey(7), {0x10340 + i / 250, static_cast<std::uint8_t>(i % 250)}};
-      model_.insert(entry);
-      entries.push_back(entry.bytes());
+    for (std::uint32_t i = 0; model_.size() < 1804; ++i) {
+      addToModel({longKey(7), {0x10340 + i / 250, static_cast<std::uint8_t>(i % 250)}});
     }
+    std::vector<Bytes> entries;
+    for (const Entry& each : model_) entries.push_back(each.bytes());
     IndexTree::initializeRoot(*pager_, kRoot, kTable);
     writePage(pager_->modify(kRoot), entries, 7);
     insert(added);
@@ -560,10 +526,10 @@ TEST_F(HighIndex, HasAtMostSoManyLevels) {
 /// Another program may write entries of which a page has no room for three.
 TEST_F(HighIndex, EntriesThatAreTooLongAreNotParted) {
   EXPECT_EQ(grow(2, {1700, 1700}).number, 0);
-  EXPECT_THAT(grow(2, {3500}).description,
-              testing::HasSubstr("its index entries are too long to be parted"));
-  EXPECT_THAT(grow(1, {3500}).description,
-              testing::HasSubstr("its index entries are too long to be parted"));
+  for (const std::size_t levels : {1, 2}) {
+    EXPECT_THAT(grow(levels, {3500}).description,
+                testing::HasSubstr("its index entries are too long to be parted"));
+  }
 }
 
 class DamagedIndex : public IndexTreeTest {
@@ -573,23 +539,15 @@ class DamagedIndex : public IndexTreeTest {
     for (std::uint32_t i = 0; i < 2000; ++i) insert(numberEntry(i));
   }
   std::uint8_t* page(PageNumber number) { return pager_->modify(number); }
-
-  /// Everything that reads the index ends in an error of a damaged file.
-  void expectDamage(const std::function<void()>& use) {
-    EXPECT_EQ(test::raisedBy(use).number, kCorruptFile);
-  }
 };
 
 /// A page that a leaf names as its neighbour, but that is another index's, is not changed.
 TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {
   const PageNumber other = pager_->append();
   IndexPageEditor::initialize(kJet4, page(other), kTable + 1, 0);
-  const auto leafAt = [&](std::size_t child) {
-    return StoredIndexPage(*pager_, kRoot, kTable).entries.child(child);
-  };
   // Adds or erases among the entries of a leaf, but not at its ends.
   const auto change = [&](std::size_t child, bool adds) {
-    const StoredIndexPage leaf(*pager_, leafAt(child), kTable);
+    const StoredIndexPage leaf(*pager_, root().child(child), kTable);
     for (std::size_t i = 1; i + 1 < leaf.entries.count(); ++i) {
       Bytes key = leaf.entries.entry(i);
       const RowId row{key[key.size() - 2], key.back()};
@@ -600,9 +558,9 @@ TEST_F(DamagedIndex, NeighboursThatAreAnotherIndexs) {
   };
   for (const bool adds : {false, true}) {
     const Savepoint undone(*pager_);
-    store32(page(leafAt(1)) + kJet4.indexPage.previous, other);
+    store32(page(root().child(1)) + kJet4.indexPage.previous, other);
     if (!adds) change(2, false);
-    expectDamage([&] { change(1, adds); });
+    EXPECT_EQ(test::raisedBy([&] { change(1, adds); }).number, kCorruptFile);
     EXPECT_EQ(StoredIndexPage(*pager_, other, kTable + 1).entries.next(), 0u) << adds;
   }
 }
@@ -644,10 +602,8 @@ TEST_F(DamagedIndex, EntriesThatAreOutOfOrder) {
   std::swap(entries[100], entries[101]);
   IndexTree::initializeRoot(*pager_, kRoot, kTable);
   writePage(page(kRoot), entries, 0);
-  EXPECT_THAT(test::raisedBy([&] {
-                tree().insert(longKey(5), {9, 9});
-              }).description,
-              testing::HasSubstr("page 2: its index entries are out of order"));
+  const auto raised = test::raisedBy([&] { tree().insert(longKey(5), {9, 9}); });
+  EXPECT_THAT(raised.description, testing::HasSubstr("page 2: its index entries are out of order"));
 }
 
 }  // namespace

@@ -7,15 +7,12 @@
 #include <functional>
 
 #include "model/Raised.h"
-#include "store/StoreError.h"
 #include "store/jet/file/Log.h"
 #include "store/jet/file/LogRecovery.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::store::jet {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr std::size_t kPage = 1024;  // two pieces
 constexpr std::uint64_t kMegabyte = 1 << 20;

@@ -7,12 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/CrashScenario.h"
 #include "store/FileContent.h"
-#include "store/StoreError.h"
 #include "store/SystemCalls.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/file/LogFormat.h"
@@ -147,12 +146,9 @@ TEST_F(CutShort, IsCompletedWhereItCanBeWritten) {
     test::SystemCalls calls;
     calls.ends = ends;
     const std::string before = test::readFile(path) + test::readFile(log);
-    std::string text = refusalOf([&] { Database::open(path, ""); });
+    const std::string text = refusalOf([&] { Database::open(path, ""); });
     EXPECT_EQ(test::readFile(path) + test::readFile(log), before);
-    for (std::size_t at; (at = text.find(folder.path())) != std::string::npos;) {
-      text.replace(at, folder.path().string().size(), "~");
-    }
-    return text;
+    return std::regex_replace(text, std::regex(folder.path().string()), "~");
   };
   const auto cut = [](const std::string& why) {
     return "The last change of '~/a.mdb' was cut short when a program or the system stopped. What "
@@ -307,11 +303,8 @@ TEST_F(LogBeside, WhatAnotherProgramChangedIsRead) {
   EXPECT_EQ(name(), Value("pane"));
   const std::size_t at = test::readFile(path_).find("\xff\xfepane");
   ASSERT_NE(at, std::string::npos);
-  {
-    std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
-    file.seekp(static_cast<std::streamoff>(at + 2));
-    file.put('l');
-  }
+  const std::uint8_t letter = 'l';
+  FileSystem::system().open(path_, FileSystem::Open::existing)->write(at + 2, &letter, 1);
   EXPECT_EQ(name(), Value("lane"));
 }
 

@@ -1,5 +1,6 @@
 // Two processes with the same file: both write, one is killed; what one changes the other sees.
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -10,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <random>
 #include <set>
 #include <thread>
@@ -18,6 +18,7 @@
 #include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Check.h"
+#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/StoreError.h"
 #include "store/TableDesign.h"
@@ -100,8 +101,7 @@ constexpr int kWindow = 5;  // batches of a writer that are there at a time
 /// deletes the batch that is kWindow older.
 class Ledger {
  public:
-  explicit Ledger(const std::string& path)
-      : database_(Database::open(path, "")), table_(database_->table("Ledger")) {}
+  explicit Ledger(const std::string& path) : file_(Connection::openFile(path)) {}
 
   static void create(const std::string& path) {
     createTable(*createDatabase(path),
@@ -113,44 +113,31 @@ class Ledger {
   static int sizeOf(int batch) { return 1 + batch * 7 % 90; }
 
   void commit(int writer, int batch) {
-    Transaction transaction(database_->pager());
-    std::vector<RowId> old;
-    for (TableScan scan = table_->scan(); scan.next();) {
-      if (number(scan.row(), 0) == writer && number(scan.row(), 1) <= batch - kWindow) {
-        old.push_back(scan.rowId());
+    file_->inOneCommit([&] {
+      file_->deleteRows("Ledger",
+                        fmt::format("writer = {} AND batch <= {}", writer, batch - kWindow));
+      const auto table = file_->database().table("Ledger");
+      for (int i = 0; i < sizeOf(batch); ++i) {
+        const std::string note(i % 9 == 0 ? 200 * static_cast<std::size_t>(i) : 20, 'n');
+        table->insert(std::vector<Value>{writer, batch, i, note});
       }
-    }
-    for (const RowId row : old) table_->erase(row);
-    for (int i = 0; i < sizeOf(batch); ++i) {
-      const std::string note(i % 9 == 0 ? 200 * static_cast<std::size_t>(i) : 20, 'n');
-      table_->insert(std::vector<Value>{writer, batch, i, note});
-    }
-    transaction.commit();
+    });
   }
 
   /// The batches of a writer; each must be whole.
   std::set<int> batchesOf(int writer) {
-    std::map<int, std::set<int>> rows;
-    for (TableScan scan = table_->scan(); scan.next();) {
-      if (number(scan.row(), 0) == writer) {
-        rows[number(scan.row(), 1)].insert(number(scan.row(), 2));
-      }
-    }
     std::set<int> batches;
-    for (const auto& [batch, numbers] : rows) {
-      EXPECT_EQ(numbers.size(), static_cast<std::size_t>(sizeOf(batch))) << "batch " << batch;
-      batches.insert(batch);
+    const auto rows = file_->openRecordset(
+        fmt::format("SELECT batch, Count(*) FROM Ledger WHERE writer = {} GROUP BY batch", writer));
+    for (; !rows->eof(); rows->moveNext()) {
+      const int batch = *batches.insert(rows->value(0).toLong()).first;
+      EXPECT_EQ(rows->value(1).toLong(), sizeOf(batch)) << "batch " << batch;
     }
     return batches;
   }
 
  private:
-  int number(const RowView& row, std::size_t column) const {
-    return row.value(table_->definition().columns[column]).toLong();
-  }
-
-  std::shared_ptr<Database> database_;
-  std::shared_ptr<Table> table_;
+  std::shared_ptr<Connection> file_;
 };
 
 /// The batches that are there when `last` was the last to be committed.
@@ -228,9 +215,7 @@ TEST_F(Processes, WhatOneChangesTheOtherReadsAnew) {
   ASSERT_EQ(other.wait(), 0);
   EXPECT_EQ(noteOf().toText(), "after");
   EXPECT_EQ(table->rowCount(), 2U);
-  std::size_t rows = 0;
-  for (TableScan scan = table->scan(); scan.next();) ++rows;
-  EXPECT_EQ(rows, 2U);
+  EXPECT_EQ(test::rowsOf(*table).size(), 2U);
   EXPECT_NE(database->find("Later"), nullptr);
   EXPECT_THROW(table->insert(std::vector<Value>{1, 1, 2, "again"}), Error);
   table->erase(row);

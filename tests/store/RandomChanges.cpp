@@ -65,9 +65,7 @@ std::string refusal(const ModelledTable& model, const std::vector<Value>& values
     if (anyNull(index, values)) {
       const bool isLeft =
           before == nullptr && isMade(definition.columns[index.columns.front().column]);
-      if (index.required && !isLeft) {
-        return fmt::format("Null in index {}", index.number);
-      }
+      if (index.required && !isLeft) return fmt::format("Null in index {}", index.number);
       continue;
     }
     const std::optional<Bytes> key = comparedKey(definition, index, values);
@@ -250,9 +248,7 @@ void RandomChanges::changeInOneTransaction(std::size_t most) {
     for (std::size_t i = 0; i < count; ++i) changeOnce(tables_[below(tables_.size())], false);
     if (!isUndone) transaction.commit();
   }
-  if (isUndone) {
-    tables_ = before;
-  }
+  if (isUndone) tables_ = before;
 }
 
 /// One change of a table. Rows that must be refused are only tried `alone`: within a transaction
@@ -273,9 +269,7 @@ void RandomChanges::changeOnce(ModelledTable& model, bool alone) {
     return;
   }
   const auto chosen = anyRow(model);
-  if (action < (grows ? 7 : 6)) {
-    return write(model, Action::erase, chosen->first, {});
-  }
+  if (action < (grows ? 7 : 6)) return write(model, Action::erase, chosen->first, {});
   std::vector<Value> values = chosen->second;
   for (std::size_t changes = 1 + below(3); changes > 0; --changes) {
     const std::size_t at = below(values.size());
@@ -329,17 +323,10 @@ void RandomChanges::expectRefusal(ModelledTable& model, Action action, RowId row
                                   const std::vector<Value>& values) {
   ++refused_;
   try {
-    if (action == Action::insert) {
-      model.table->insert(values);
-    } else {
-      model.table->update(row, values);
-    }
+    action == Action::insert ? void(model.table->insert(values)) : model.table->update(row, values);
   } catch (const Error& error) {
-    if (isBeyondStore(error)) {
-      ++model.unsupported[error.description()];
-    } else if (error.number() != kDuplicateKey) {
-      throw;
-    }
+    if (!isBeyondStore(error) && error.number() != kDuplicateKey) throw;
+    if (isBeyondStore(error)) ++model.unsupported[error.description()];
     return;
   }
   throw std::logic_error("a row of " + model.table->name() + " was taken in spite of " +

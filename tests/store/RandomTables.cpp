@@ -1,5 +1,6 @@
 #include "store/RandomTables.h"
 
+#include "store/ForeignForms.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 
@@ -9,8 +10,6 @@ namespace {
 using namespace store;
 using namespace store::jet;
 using enum ColumnType;
-
-constexpr const char* kNewOrder = "title2010";  // sorts as since Access 2010
 
 /// Columns of every type, each but the picture with an index of its own in one direction.
 TableInfo everyType(const std::string& name, bool ascending) {
@@ -39,26 +38,15 @@ TableInfo keysTable() {
       "exactly unique ignoreNulls: exact; titled required: title-; mixed: flag, title2010, rough-");
 }
 
-/// Gives a column the order of Access 2010, which tables in files of Access have.
-void useNewOrder(Database& database, const std::string& table) {
-  const auto target = database.table(table);
-  const TableDefinition& definition = target->definition();
-  const Format& format = database.format();
-  const std::size_t at = format.definition.headerSize +
-                         definition.realIndexes.size() * format.definition.realIndexEntry +
-                         *definition.findColumn(kNewOrder) * format.column.size +
-                         format.column.sortVersion;
-  Transaction transaction(database.pager());
-  database.pager().modify(definition.page)[at] = 1;
-  transaction.commit();
-}
-
+/// Of which the columns `title2010` sort as since Access 2010.
 std::shared_ptr<Database> makeDatabase(const std::string& path) {
   return createDatabase(path, [](const std::shared_ptr<Database>& database) {
     for (const TableInfo& table :
          {everyType("Ascending", true), everyType("Descending", false), keysTable()}) {
       createTable(*database, table);
-      useNewOrder(*database, table.name);
+      const auto made = database->table(table.name);
+      const std::size_t column = *made->definition().findColumn("title2010");
+      changeColumn(*made, column, kJet4.column.sortVersion, std::uint8_t{1});
     }
   });
 }

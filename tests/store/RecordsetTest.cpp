@@ -15,7 +15,6 @@
 #include <string>
 #include <vector>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/StoreError.h"
@@ -94,17 +93,29 @@ std::string shown(const Recordset& rows) {
   return text;
 }
 
-/// Null, True, 5, 2.5, $1.005 (currency), @45000.5 (a date), 'text'.
+/// A value as the scripts have it: a whole number, one with a point or exponent, a 'text', a #date#
+/// or $amount in their smallest parts, x and bytes, a {guid}, a word.
 Value valueOf(const std::string& text) {
+  switch (text[0]) {
+    case '\'':
+      return text.substr(1, text.size() - 2);
+    case '#':
+      return Date{std::stod(text.substr(1))};
+    case '$':
+      return Currency{std::stoll(text.substr(1))};
+    case 'x':
+      return Bytes(text.begin() + 1, text.end());
+    case '{':
+      return Guid{{static_cast<std::uint8_t>(text[1])}};
+    case 'f':
+      return std::stof(text.substr(1));
+    default:
+      break;
+  }
   if (text == "Null") return {};
   if (text == "True" || text == "False") return text == "True";
-  if (text[0] == '\'') return text.substr(1, text.size() - 2);
-  if (text[0] == '^') return Bytes(text.begin() + 1, text.end());
-  if (text[0] == '@') return Date{std::stod(text.substr(1))};
-  if (text[0] == '$') return Currency{std::llround(std::stod(text.substr(1)) * 10'000)};
-  return text.find_first_of(".e") == std::string::npos && text.size() < 11
-             ? Value(static_cast<std::int32_t>(std::stol(text)))
-             : Value(std::stod(text));
+  return text.find_first_of(".e") == text.npos && text.size() < 11 ? Value(std::stoi(text))
+                                                                   : Value(std::stod(text));
 }
 
 std::vector<std::string> partsOf(const std::string& text) {
@@ -132,6 +143,13 @@ std::string search(Recordset& rows, const std::string& criterion) {
     rows.moveNext();
   }
   return found;
+}
+
+/// As values.txt has it.
+std::string stored(const Value& value) {
+  const Bytes* bytes = value.getIf<Bytes>();
+  if (bytes != nullptr) return 'x' + std::string(bytes->begin(), bytes->end());
+  return value.isNull() ? "Null" : value.toText();
 }
 
 std::string names(Recordset& rows) {
@@ -169,7 +187,7 @@ std::string call(Recordset& rows, const std::string& verb, const std::string& ar
     set(rows, {argument.substr(0, at).c_str()}, argument.substr(at + 3));
   }
   if (verb == "add" || verb == "store") rows.update();
-  if (verb == "store") return rows.value(argument.substr(0, argument.find(' '))).toText();
+  if (verb == "store") return stored(rows.value(argument.substr(0, argument.find(' '))));
   std::string shows;
   const test::Raised raised = test::raisedBy([&] { shows = shown(rows); });
   return raised.number == 0 ? shows : "done; then " + raised.description;
@@ -312,52 +330,15 @@ TEST_F(RecordsetTest, ValuesAtTheBoundsReadBackFromTheFile) {
             static_cast<std::int64_t>(notes.size() - 3));
 }
 
-/// A value as values.txt has it: a whole number, one with a point or exponent, a 'text', a #date#
-/// or $amount in their smallest parts, x and bytes, a {guid}, a word.
-Value valueIn(const std::string& text) {
-  switch (text[0]) {
-    case '\'':
-      return text.substr(1, text.size() - 2);
-    case '#':
-      return Date{std::stod(text.substr(1))};
-    case '$':
-      return Currency{std::stoll(text.substr(1))};
-    case 'x':
-      return Bytes(text.begin() + 1, text.end());
-    case '{':
-      return Guid{{static_cast<std::uint8_t>(text[1])}};
-    case 'f':
-      return std::stof(text.substr(1));
-    default:
-      break;
-  }
-  if (text == "Null" || text == "True") return text == "Null" ? Value() : Value(true);
-  return text.find_first_of(".e") == text.npos ? Value(std::stoi(text)) : Value(std::stod(text));
-}
-
 TEST_F(RecordsetTest, ValuesAreChangedOrRefusedAsTheirColumnsHoldThem) {
   database_->createTable(test::design(
       "Values",
       "Flag boolean, Byte byte, Small integer, Long longInteger, Money currency, Single single, "
       "Double double, Day dateTime, Key binary 4, Name text 4, Picture ole, Note memo filled, "
       "Guid guid, Fixed numeric 5.2"));
-  const auto rows = database_->openRecordset("Values", keyset, optimistic);
-  const auto stored = [&](const std::string& column, const std::string& value) -> std::string {
-    rows->addNew();
-    rows->setValue(column, valueIn(value));
-    const test::Raised raised = test::raisedBy([&] { rows->update(); });
-    if (raised.number == 0) {
-      const Value found = rows->value(column);
-      const Bytes* bytes = found.getIf<Bytes>();
-      if (bytes != nullptr) return 'x' + std::string(bytes->begin(), bytes->end());
-      return found.isNull() ? "Null" : found.toText();
-    }
-    rows->cancelUpdate();
-    return fmt::format("error {}: {}", raised.number, raised.description);
-  };
+  run("a.open k o Values");
   for (const auto& [left, found] : test::examplesOf("store/values.txt")) {
-    const std::size_t blank = left.find(' ');
-    EXPECT_EQ(stored(left.substr(0, blank), left.substr(blank + 1)), found) << left;
+    EXPECT_EQ(run("a.store " + left), found) << left;
   }
 }
 

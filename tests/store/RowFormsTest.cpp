@@ -9,12 +9,9 @@
 #include <sstream>
 #include <vector>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/Connection.h"
 #include "store/FileContent.h"
-#include "store/SampleFile.h"
-#include "store/StoreError.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
 #include "store/jet/catalog/EmptyDatabase.h"
@@ -25,7 +22,6 @@
 #include "store/jet/table/RowChanges.h"
 #include "support/CaseFile.h"
 #include "support/MemoryFiles.h"
-#include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
 namespace {
@@ -44,8 +40,7 @@ class RowForms : public testing::Test {
   }
   /// Gives the row `number` of the table's only page other bytes.
   void rewriteRow(std::uint8_t number, const Bytes& bytes) {
-    const PageNumber page = firstRow_.page;
-    DataPageEditor(kJet4, database_->pager().modify(page), page)
+    DataPageEditor(kJet4, database_->pager().modify(page_), page_)
         .replace(number, bytes, SlotKind::row);
   }
   void expectRows(const Rows& expected) {
@@ -57,7 +52,7 @@ class RowForms : public testing::Test {
   test::MemoryFiles files_;
   std::shared_ptr<Database> database_;
   std::shared_ptr<Table> table_;
-  RowId firstRow_{};
+  PageNumber page_ = 0;
 };
 
 /// Bytes in hexadecimal, parted by blanks as one likes.
@@ -86,15 +81,14 @@ TEST_F(RowForms, RowsOfBeforeTheFirstTextColumnHaveNoVariablePart) {
   for (int i = 0; i < 6; ++i) {
     const Value text = i < 4 ? Value() : Value("text " + std::to_string(i));
     rows.push_back({i, i / 8.0, text, text});
-    const RowId row = table_->insert(rows.back());
-    firstRow_ = i == 0 ? row : firstRow_;
+    page_ = table_->insert(rows.back()).page;
   }
   Transaction transaction(database_->pager());
   for (std::uint8_t i = 0; i < 4; ++i) rewriteRow(i, rowOfNumbers(2, i, i / 8.0));
   transaction.commit();
   expectRows(rows);
 
-  const auto row = [&](std::uint8_t number) { return RowId{firstRow_.page, number}; };
+  const auto row = [&](std::uint8_t number) { return RowId{page_, number}; };
   rows[1] = {1, 0.5, "added", std::string(300, 'n')};
   rows[2] = {20, 0.25, Value(), Value()};
   table_->update(row(1), rows[1]);
@@ -110,8 +104,7 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
   const auto tiny = std::bit_cast<double>(std::uint64_t{0xffff} << 32);
   for (int i = 0; i < 4; ++i) {
     rows.push_back({i, i == 3 ? tiny : i * 0.1});
-    const RowId row = table_->insert(rows.back());
-    firstRow_ = i == 0 ? row : firstRow_;
+    page_ = table_->insert(rows.back()).page;
   }
   Transaction transaction(database_->pager());
   std::uint8_t* definition = database_->pager().modify(table_->definition().page);
@@ -169,11 +162,11 @@ TEST_F(RowForms, NewRowsGetAGuidWhereTheColumnAsksForOne) {
 /// Rows of a table of a number and a text, and what is read of them.
 TEST_F(RowForms, RowsAreReadAsFarAsTheirBytesReach) {
   create(test::design("Forms", "whole longInteger, name text 50"));
-  firstRow_ = table_->insert(std::vector<Value>{1, "a"});
+  page_ = table_->insert(std::vector<Value>{1, "a"}).page;
   for (const auto& [bytes, expected] : test::examplesOf("store/rows.txt", 15)) {
     {
       Transaction transaction(database_->pager());
-      rewriteRow(firstRow_.row, bytesOf(bytes));
+      rewriteRow(0, bytesOf(bytes));
       transaction.commit();
     }
     std::string told;

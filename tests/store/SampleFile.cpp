@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,16 +14,17 @@ namespace {
 
 using enum store::ColumnType;
 
-using store::jet::RowId;
 using namespace store;
 
 using Rows = std::vector<std::vector<Value>>;
 
-/// Makes a table with its rows, of one value a column.
-void makeTable(Connection& database, const TableInfo& design, const Rows& rows) {
+/// Makes a table with its rows, of one value a column. Gives the places of these.
+std::vector<jet::RowId> makeTable(Connection& database, const TableInfo& design, const Rows& rows) {
   database.createTable(design);
   const auto table = database.database().table(design.name);
-  for (const std::vector<Value>& row : rows) table->insert(row);
+  std::vector<jet::RowId> places;
+  for (const std::vector<Value>& row : rows) places.push_back(table->insert(row));
+  return places;
 }
 
 /// A table of names with their keys.
@@ -87,12 +87,10 @@ void makeFrames(Connection& database) {
 
 /// Rows that no longer fit where they were.
 void makeMovedRows(Connection& database) {
-  makeTable(database, design("Moved", "A longInteger, B text 250"), {});
+  Rows rows;
+  for (int i = 0; i < 120; ++i) rows.push_back({i, std::string(40, 'm')});
+  const auto places = makeTable(database, design("Moved", "A longInteger, B text 250"), rows);
   const auto table = database.database().table("Moved");
-  std::vector<jet::RowId> places;
-  for (int i = 0; i < 120; ++i) {
-    places.push_back(table->insert(std::vector<Value>{i, std::string(40, 'm')}));
-  }
   for (int i = 0; i < 120; i += 10) {
     table->update(places[static_cast<std::size_t>(i)],
                   std::vector<Value>{i, std::string(240, 'M')});
@@ -109,11 +107,8 @@ void makeAllTypes(Connection& database) {
     }
     rows.push_back(std::move(row));
   }
-  makeTable(database, allTypes(), rows);
-  const auto table = database.database().table("All types");
-  jet::RowId last{};
-  for (jet::TableScan scan = table->scan(); scan.next();) last = scan.rowId();
-  table->erase(last);
+  const auto places = makeTable(database, allTypes(), rows);
+  database.database().table("All types")->erase(places.back());
 }
 
 }  // namespace

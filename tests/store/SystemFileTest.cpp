@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "model/Raised.h"
@@ -42,11 +43,8 @@ class SystemFile : public testing::Test, protected test::SystemCalls {
   std::string told(const Work& work) {
     const test::Raised raised = test::raisedBy(work);
     EXPECT_TRUE(raised.number == 0 || raised.number == kStoreFailure) << raised.number;
-    std::string text = raised.description;
-    const std::string folder = folder_.path().string();
-    for (std::size_t at; (at = text.find(folder)) != std::string::npos;) {
-      text.replace(at, folder.size(), "~");
-    }
+    std::string text =
+        std::regex_replace(raised.description, std::regex(folder_.path().string()), "~");
     for (const auto& [call, left] : ends) text += " (not made: " + call + ")";
     ends.clear();
     return text;

@@ -6,10 +6,9 @@
 
 #include "errors/Error.h"
 #include "store/Check.h"
+#include "store/ForeignForms.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
-#include "store/jet/catalog/Database.h"
-#include "store/jet/index/IndexKey.h"
 #include "store/sql/SqlEngine.h"
 #include "support/MemoryFiles.h"
 
@@ -37,20 +36,12 @@ TEST_F(ForeignRows, AreFoundUnderBothFormsOfTheirKeys) {
     jet::createTable(*database_, test::design(table, "City text 40, Number longInteger",
                                               unique ? "ByCity unique: City" : "ByCity: City-"));
     const auto cities = database_->table(table);
-    const std::vector<Value> foreign{"Gro\u00dfr\u00e4schen", 1};
-    const jet::RowId row = cities->insert(foreign);
+    const jet::RowId row = cities->insert(std::vector<Value>{"Gro\u00dfr\u00e4schen", 1});
     cities->insert(std::vector<Value>{"Gro\u00dfr\u00e4", 0});
     for (int i = 2; i < 300; ++i) {
       cities->insert(std::vector<Value>{"Town " + std::to_string(i), i});
     }
-    {
-      const jet::RealIndex& index = cities->definition().realIndexes.front();
-      jet::Transaction transaction(cities->pager());
-      cities->index(0).erase(jet::makeKey(cities->definition(), index, foreign), row);
-      cities->index(0).insert(jet::makeOtherForm(cities->definition(), index, foreign).value(),
-                              row);
-      transaction.commit();
-    }
+    test::countAsOne(*cities, row);
     const auto numbers = [&](const std::string& where) {
       return select("SELECT Number FROM [" + table + "] WHERE " + where);
     };
@@ -69,13 +60,7 @@ TEST_F(ForeignRows, OfAnotherSortOrderAreFoundInTheTable) {
     jet::createTable(*database_, test::design(name, "n text 20", "ByName: n"));
     const auto table = database_->table(name);
     for (const char* text : {"b", "\u00e9", "A", "c"}) table->insert(std::vector<Value>{text});
-    jet::Transaction transaction(database_->pager());
-    const auto& format = jet::kJet4;
-    jet::store16(database_->pager().modify(table->definition().page) +
-                     format.definition.headerSize + format.definition.realIndexEntry +
-                     format.column.sortOrder,
-                 language);
-    transaction.commit();
+    test::changeColumn(*table, 0, jet::kJet4.column.sortOrder, language);
   }
   database_.reset();
   database_ = jet::Database::open("rows.mdb", "");
@@ -130,13 +115,8 @@ TEST_F(ForeignRows, ExtendedDatesAreCompared) {
     const auto table = database_->table("Events");
     table->insert(std::vector<Value>{1, Bytes(text.begin(), text.end())});
     table->insert(std::vector<Value>{2, Value()});
-    jet::Transaction transaction(database_->pager());
-    std::uint8_t* type = database_->pager().modify(table->definition().page) +
-                         jet::kJet4.definition.headerSize + jet::kJet4.column.size +
-                         jet::kJet4.column.type;
-    ASSERT_EQ(*type, static_cast<std::uint8_t>(ColumnType::binary));
-    *type = static_cast<std::uint8_t>(ColumnType::extendedDate);
-    transaction.commit();
+    test::changeColumn(*table, 1, jet::kJet4.column.type,
+                       static_cast<std::uint8_t>(ColumnType::extendedDate));
   }
   database_.reset();
   database_ = jet::Database::open("rows.mdb", "");

@@ -54,15 +54,14 @@ TEST(SavedQuery, TextOfEveryQueryOfTheCorpus) {
 }
 
 TEST(SavedQuery, TextOfANewQuery) {
-  QueryDesign design;
-  design.name = "qryPaneImport";
-  design.outputs = {{"Pane.PaneID"}, {"Pane.[0_30_60]", "angles"}};
-  design.tables = {"Pane", "Group", "Supplier list"};
-  design.joins = {
-      {JoinKind::inner, "Pane", "Group", "Pane.GroupID = [Group].GroupID"},
-      {JoinKind::left, "Pane", "Supplier list", "Pane.SupplierID = [Supplier list].SupplierID"}};
-  design.where = "Pane.freeze = False";
-  design.orderBy = {{"Pane.name"}, {"Pane.PaneID", true}};
+  QueryDesign design{.name = "qryPaneImport",
+                     .outputs = {{"Pane.PaneID"}, {"Pane.[0_30_60]", "angles"}},
+                     .tables = {"Pane", "Group", "Supplier list"},
+                     .joins = {{JoinKind::inner, "Pane", "Group", "Pane.GroupID = [Group].GroupID"},
+                               {JoinKind::left, "Pane", "Supplier list",
+                                "Pane.SupplierID = [Supplier list].SupplierID"}},
+                     .where = "Pane.freeze = False",
+                     .orderBy = {{"Pane.name"}, {"Pane.PaneID", true}}};
   EXPECT_EQ(SavedQuery(design.name, SavedQuery::partsOf(design)).sql(),
             "SELECT Pane.PaneID, Pane.[0_30_60] AS angles FROM (Pane INNER JOIN [Group] ON "
             "Pane.GroupID = [Group].GroupID) LEFT JOIN [Supplier list] ON "
@@ -70,12 +69,8 @@ TEST(SavedQuery, TextOfANewQuery) {
             "ORDER BY Pane.name, Pane.PaneID DESC;");
   design.joins[1].kind = JoinKind::right;
   EXPECT_EQ(SavedQuery::partsOf(design)[9].flag, 3);
-  design.outputs = {{"*"}};
-  design.joins.clear();
-  design.tables = {"Pane"};
-  design.where.clear();
-  design.orderBy.clear();
-  EXPECT_EQ(SavedQuery("all", SavedQuery::partsOf(design)).sql(), "SELECT * FROM Pane;");
+  const QueryDesign all{.name = "all", .outputs = {{"*"}}, .tables = {"Pane"}};
+  EXPECT_EQ(SavedQuery("all", SavedQuery::partsOf(all)).sql(), "SELECT * FROM Pane;");
 }
 
 /// A query of parts as queries.txt has them, joined by " / ".

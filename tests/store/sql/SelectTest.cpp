@@ -9,18 +9,8 @@
 namespace orv::store::sql {
 namespace {
 
-class SelectTest : public testing::Test {
- protected:
-  std::vector<std::string> rows(const std::string& sql) { return db_.rows(sql); }
-  std::vector<std::string> names() const {
-    std::vector<std::string> list;
-    for (const TypedColumn& column : db_.columns) list.push_back(column.info.name);
-    return list;
-  }
-  TranslatedDatabase db_;
-};
-
-TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
+TEST(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
+  TranslatedDatabase db;
   using enum ColumnType;
   const std::map<std::string, ColumnType> types{{"longInteger", longInteger},
                                                 {"dateTime", dateTime},
@@ -34,19 +24,22 @@ TEST_F(SelectTest, KeepsTheTypesOfColumnsAndGivesTypesToExpressions) {
                                                 {"numeric", numeric},
                                                 {"memo", memo}};
   for (const auto& [expression, type] : test::examplesOf("store/sql/types.txt")) {
-    rows("SELECT " + expression + " FROM Panes, Kinds WHERE id < 0");
-    EXPECT_EQ(db_.columns[0].typed, type != "unknown") << expression;
-    EXPECT_EQ(db_.columns[0].info.type, type == "unknown" ? text : types.at(type)) << expression;
+    db.rows("SELECT " + expression + " FROM Panes, Kinds WHERE id < 0");
+    EXPECT_EQ(db.columns[0].typed, type != "unknown") << expression;
+    EXPECT_EQ(db.columns[0].info.type, type == "unknown" ? text : types.at(type)) << expression;
   }
 }
 
 /// The names of the columns, and the rows.
-TEST_F(SelectTest, GivesWhatTheTableOfExamplesSays) {
-  db_.queries["thick"] = "SELECT id, name, price FROM Panes WHERE thickness > 5 ORDER BY id DESC;";
-  db_.queries["thick and dear"] = "SELECT * FROM thick WHERE price > 9";
+TEST(SelectTest, GivesWhatTheTableOfExamplesSays) {
+  TranslatedDatabase db;
+  db.queries["thick"] = "SELECT id, name, price FROM Panes WHERE thickness > 5 ORDER BY id DESC;";
+  db.queries["thick and dear"] = "SELECT * FROM thick WHERE price > 9";
   for (const auto& [sql, expected] : test::examplesOf("store/sql/select.txt")) {
-    const auto found = rows(sql);
-    EXPECT_EQ(fmt::format("{}: {}", fmt::join(names(), ", "), fmt::join(found, " ; ")), expected)
+    const auto found = db.rows(sql);
+    std::vector<std::string> names;
+    for (const TypedColumn& column : db.columns) names.push_back(column.info.name);
+    EXPECT_EQ(fmt::format("{}: {}", fmt::join(names, ", "), fmt::join(found, " ; ")), expected)
         << sql;
   }
 }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/SampleFile.h"
 #include "store/StoreError.h"
@@ -46,11 +45,13 @@ class QueriedFile {
 /// The sample of our own, and the files of others where there are such.
 class SqlEngineTest : public testing::Test {
  protected:
-  void SetUp() override { test::makeSampleFile(folder_ / "sample.mdb"); }
+  static std::filesystem::path makeSample(const test::TemporaryFolder& folder) {
+    test::makeSampleFile(folder / "sample.mdb");
+    return folder / "sample.mdb";
+  }
 
-  QueriedFile sample() { return QueriedFile(folder_ / "sample.mdb"); }
-
-  test::TemporaryFolder folder_;
+  const test::TemporaryFolder folder_;
+  QueriedFile file_{makeSample(folder_)};
 };
 
 /// Every value of every table, as the store has it and as a query gives it.
@@ -80,8 +81,7 @@ void compareWithTables(QueriedFile& file) {
 }
 
 TEST_F(SqlEngineTest, GivesEveryValueOfEveryType) {
-  QueriedFile own = sample();
-  compareWithTables(own);
+  compareWithTables(file_);
   for (const char* name : {"access/testV2000.mdb", "access/testV1997.mdb", "access/test2V2000.mdb",
                            "access/fixedNumericTestV2000.mdb", "access/testIndexCodesV1997.mdb",
                            "access/delColTestV2000.mdb", "sources/orvdata-2.0.1.mdb"}) {
@@ -165,30 +165,29 @@ void makeOthers(jet::Database& database) {
 /// Of each statement the first row, how many rows it has, and how many were visited for the first
 /// batch and for all.
 TEST_F(SqlEngineTest, ReadsAsManyRowsAsTheTableOfCostsSays) {
-  QueriedFile file = sample();
-  makeBounds(file.database());
-  makeGrown(file.database());
-  makeOthers(file.database());
+  makeBounds(file_.database());
+  makeGrown(file_.database());
+  makeOthers(file_.database());
   for (const auto& [statement, costs] : test::examplesOf("store/sql/costs.txt", 60)) {
-    const std::uint64_t before = file.engine().rowsRead();
-    const auto cursor = file.engine().open("SELECT " + statement);
+    const std::uint64_t before = file_.engine().rowsRead();
+    const auto cursor = file_.engine().open("SELECT " + statement);
     int rows = 0;
     std::string first = "none";
     std::uint64_t read = 0;
     for (; cursor->step(); ++rows) {
       if (rows > 0) continue;
       first = cursor->value(0).isNull() ? "-" : cursor->value(0).toText();
-      read = file.engine().rowsRead() - before;
+      read = file_.engine().rowsRead() - before;
     }
-    EXPECT_EQ(fmt::format("{} of {}; {}, {}", first, rows, read, file.engine().rowsRead() - before),
-              costs)
+    EXPECT_EQ(
+        fmt::format("{} of {}; {}, {}", first, rows, read, file_.engine().rowsRead() - before),
+        costs)
         << statement;
   }
 }
 
 /// Batches grow with the rows, and end where their values become large or one cannot be made.
 TEST_F(SqlEngineTest, ReadsRowsInBatches) {
-  QueriedFile file = sample();
   const std::pair<const char*, const char*> cases[] = {
       {"* FROM Pane_spectral_data", "64 256 1024 1024 1024 1024 1024 560 0 0"},
       {"String(IIf(PaneID = 3, 499999, 500000), 'x') FROM Pane WHERE PaneID < 9", "2 3 2 1 0 0"},
@@ -196,7 +195,7 @@ TEST_F(SqlEngineTest, ReadsRowsInBatches) {
       {"Left('a', 790 - wavelength) FROM Pane_spectral_data", "64 error 5 0 0"},
       {"* FROM Shading", "0 0"}};
   for (const auto& [statement, batches] : cases) {
-    const auto cursor = file.engine().open(fmt::format("SELECT {}", statement));
+    const auto cursor = file_.engine().open(fmt::format("SELECT {}", statement));
     std::string found;
     std::vector<Value> values;
     for (int ends = 0; ends < 2;) {
@@ -213,26 +212,25 @@ TEST_F(SqlEngineTest, ReadsRowsInBatches) {
 }
 
 TEST_F(SqlEngineTest, SeesWhatWasCommittedMeanwhile) {
-  QueriedFile file = sample();
   const char* sql =
       "SELECT Count(*) FROM FrameTypes a INNER JOIN FrameTypes b "
       "ON a.FrameTypeName = b.FrameTypeName";
-  EXPECT_THAT(file.rows(sql), ElementsAre("3"));
-  const auto open = file.engine().open("SELECT * FROM FrameTypes");
+  EXPECT_THAT(file_.rows(sql), ElementsAre("3"));
+  const auto open = file_.engine().open("SELECT * FROM FrameTypes");
   ASSERT_TRUE(open->step());
   // Rows that an index leads to are fetched ahead, and anew after a commit.
   const auto spectra =
-      file.engine().open("SELECT wavelength FROM Pane_spectral_data WHERE PaneID = 3");
+      file_.engine().open("SELECT wavelength FROM Pane_spectral_data WHERE PaneID = 3");
   ASSERT_TRUE(spectra->step());
   const auto sorted =
-      file.engine().open("SELECT * FROM Pane_spectral_data WHERE PaneID > 38 ORDER BY wavelength");
+      file_.engine().open("SELECT * FROM Pane_spectral_data WHERE PaneID > 38 ORDER BY wavelength");
   ASSERT_TRUE(sorted->step());
   {
-    const jet::Pager::ReadLock lock(file.database().pager());
-    file.database().table("FrameTypes")->insert(std::vector<Value>{Value(), "Steel", Value()});
-    const auto data = file.database().table("Pane_spectral_data");
+    const jet::Pager::ReadLock lock(file_.database().pager());
+    file_.database().table("FrameTypes")->insert(std::vector<Value>{Value(), "Steel", Value()});
+    const auto data = file_.database().table("Pane_spectral_data");
     for (const jet::RowId row :
-         file.engine().selectRows("SELECT * FROM Pane_spectral_data WHERE PaneID = 40").rows) {
+         file_.engine().selectRows("SELECT * FROM Pane_spectral_data WHERE PaneID = 40").rows) {
       data->erase(row);
     }
   }
@@ -244,13 +242,12 @@ TEST_F(SqlEngineTest, SeesWhatWasCommittedMeanwhile) {
   for (; spectra->step(); ++count) last += spectra->value(0).toDouble();
   EXPECT_EQ(count, 150);
   EXPECT_EQ(last, 150 * 300.0 + 5 * 149 * 75);
-  EXPECT_THAT(file.rows(sql), ElementsAre("4"));
-  EXPECT_THAT(file.rows("SELECT FrameTypeID FROM FrameTypes WHERE FrameTypeName = 'STEEL'"),
+  EXPECT_THAT(file_.rows(sql), ElementsAre("4"));
+  EXPECT_THAT(file_.rows("SELECT FrameTypeID FROM FrameTypes WHERE FrameTypeName = 'STEEL'"),
               ElementsAre("4"));
 }
 
 TEST_F(SqlEngineTest, RefusesByNameWhatCannotRun) {
-  QueriedFile file = sample();
   const std::tuple<const char*, std::vector<jet::QueryPart>, std::int32_t, const char*> cases[] = {
       {"Pass",
        {{1, 8, "exec x"}},
@@ -266,16 +263,16 @@ TEST_F(SqlEngineTest, RefusesByNameWhatCannotRun) {
        "character 1 of the saved query \"Append\")"},
       {"None", {}, kObjectNotFound, "There is no saved query \"None\"."}};
   for (const auto& [name, parts, number, description] : cases) {
-    if (!parts.empty()) jet::createQuery(file.database(), name, parts);
-    const test::Raised raised = test::raisedBy([&] { file.engine().openQuery(name); });
+    if (!parts.empty()) jet::createQuery(file_.database(), name, parts);
+    const test::Raised raised = test::raisedBy([&] { file_.engine().openQuery(name); });
     EXPECT_EQ(raised.number, number) << raised.description;
     EXPECT_EQ(raised.description, description);
   }
-  EXPECT_EQ(test::raisedBy([&] { file.engine().selectRows("SELECT name FROM Pane"); }).description,
+  EXPECT_EQ(test::raisedBy([&] { file_.engine().selectRows("SELECT name FROM Pane"); }).description,
             "Only rows of a SELECT * over one table, with or without WHERE and ORDER BY, can be "
             "changed (at character 1 of the statement)");
   EXPECT_EQ(test::raisedBy([&] {
-              file.rows(
+              file_.rows(
                   "SELECT * FROM FrameTypes x, FrameTypes y WHERE "
                   "InStr(x.FrameTypeID - 1, 'a', 'a') = 1");
             }).description,

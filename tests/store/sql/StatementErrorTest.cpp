@@ -4,7 +4,6 @@
 
 #include <cstring>
 
-#include "errors/Error.h"
 #include "model/Raised.h"
 #include "store/StoreError.h"
 #include "store/sql/TranslatedDatabase.h"
