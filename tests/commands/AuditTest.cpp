@@ -2,17 +2,13 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <iterator>
-#include <map>
 
 #include "commands/AuditFixture.h"
 #include "support/CaseFile.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
 
-using commands::TextFileKind;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -135,7 +131,7 @@ class AuditTest : public AuditFixture {
     for (char name = 'a'; const std::string& draft : drafts) {
       files.emplace_back(std::string(1, name++) + ".txt", Draft(draft).text());
     }
-    return texts(TextFileKind::panes, files);
+    return texts(commands::TextFileKind::panes, files);
   }
 
   /// What is found of panes; before them "only RULE" may say what is asked for.
@@ -148,7 +144,7 @@ class AuditTest : public AuditFixture {
 
   /// Whether a rule finds a fault of a pane that lies by itself.
   bool finds(const std::string& rule, const std::string& draft) {
-    const Node pane = texts(TextFileKind::panes, {{"a.txt", Draft(draft).text()}});
+    const Node pane = texts(commands::TextFileKind::panes, {{"a.txt", Draft(draft).text()}});
     return !audit(pane, {.rules = {rule}}).empty();
   }
 };

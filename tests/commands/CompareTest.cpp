@@ -1,18 +1,13 @@
 // The differences of two sources: which records belong together, and what is told of them.
-#include <gtest/gtest.h>
-
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
 #include "commands/ExportRecords.h"
 #include "commands/IgdbPassword.h"
-#include "commands/TableChanges.h"
 #include "commands/compare/Compare.h"
 #include "commands/compare/CopyChanges.h"
 #include "model/Raised.h"
 #include "support/CaseFile.h"
 #include "support/EncodedFile.h"
-#include "support/FullRecords.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
@@ -206,20 +201,6 @@ TEST_F(CompareTest, WhatDiffersIsToldOnceAndKeysAreNot) {
 }
 
 TEST_F(CompareTest, EveryFieldIsToldThatIsAnother) {
-  const auto alterAll = [](const Node& node) {
-    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
-                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
-      auto rows = node->ADOConnection()->openRecordset(
-          table, store::CursorType::keyset, store::LockType::optimistic, store::SourceKind::table);
-      for (; !rows->eof(); rows->moveNext()) {
-        for (std::size_t i = 0; i < rows->fields().size(); ++i) {
-          const auto& column = rows->fields()[i];
-          if (!isKept(column.name)) rows->setValue(i, other(column, rows->value(i)));
-        }
-        rows->update();
-      }
-    }
-  };
   const auto pane = fullPane();
   pane->SubstrateReference()->SpectralData(spectrumOfTwo(302.5F));
   session.database.InsertPane(*pane, *a->ADOConnection());
@@ -231,7 +212,12 @@ TEST_F(CompareTest, EveryFieldIsToldThatIsAnother) {
   std::filesystem::copy_file(folder.path() / "a1.mdb", folder.path() / "b1.mdb",
                              std::filesystem::copy_options::overwrite_existing);
   b = opener.openAny(folder / "b1.mdb");
-  alterAll(b);
+  changeRows(b, [](store::Recordset& row) {
+    for (std::size_t i = 0; i < row.fields().size(); ++i) {
+      const auto& column = row.fields()[i];
+      if (!isKept(column.name)) row.setValue(i, other(column, row.value(i)));
+    }
+  });
   const Lines all = compare(a, b);
   Lines lines = all;
   for (const RecordKind kind : {RecordKind::panes, RecordKind::shadings}) {

@@ -6,9 +6,6 @@ namespace orv::test {
 namespace {
 
 using commands::IntegratedRow;
-using commands::IntegrationOptions;
-using commands::PasteOptions;
-using commands::RecordKind;
 using optics::Standard;
 
 /// From 280 to 2500 nm T 0.5, Rf 0.25 and Rb 0.125 everywhere.
@@ -22,18 +19,19 @@ std::shared_ptr<SpectralData> greySpectrum() {
 
 class IntegrateTest : public CommandsTest {
  protected:
-  commands::PasteResult copy(const Node& from, const PasteOptions& options = {}) {
+  commands::PasteResult copy(const Node& from, const commands::PasteOptions& options = {}) {
     return copyAll(from, to, options);
   }
 
-  std::vector<IntegratedRow> integrate(const Node& node, const IntegrationOptions& options = {}) {
+  std::vector<IntegratedRow> integrate(const Node& node,
+                                       const commands::IntegrationOptions& options = {}) {
     std::vector<IntegratedRow> rows;
     result = commands::integrateRecords(session, selectAll(node), options,
                                         [&](const IntegratedRow& row) { rows.push_back(row); });
     return rows;
   }
 
-  Node panes() const { return recordSet(to, RecordKind::panes); }
+  Node panes() const { return recordSet(to, commands::RecordKind::panes); }
 
   std::string stored() {
     return rowsOf(*to->ADOConnection(),
@@ -123,13 +121,11 @@ TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {
   pane->SpectralData(greySpectrum());
   session.database.InsertPane(*pane, *to->ADOConnection());
   for (double at = 300; at <= 800; at += 50) {
-    addRow(*to->ADOConnection(), "Pane_spectral_data",
-           {{"PaneID", 1},
-            {"angle", 60},
-            {"wavelength", at},
-            {"transmission_outdoor", 0.25},
-            {"reflection_outdoor", 0.125},
-            {"reflection_indoor", 0.0625}});
+    changeTable(*to->ADOConnection(),
+                fmt::format("+Pane_spectral_data PaneID=1, angle=60, wavelength={}, "
+                            "transmission_outdoor=0.25, reflection_outdoor=0.125, "
+                            "reflection_indoor=0.0625",
+                            at));
   }
   const auto rows = integrate(panes(), {.stores = true});
   ASSERT_EQ(rows.size(), 2U);

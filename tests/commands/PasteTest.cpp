@@ -1,21 +1,17 @@
 #include "commands/CommandsTest.h"
 #include "commands/CopyRecords.h"
-#include "database/SourceDatabases.h"
 
 namespace orv::test {
 namespace {
 
 using commands::IfThere;
-using commands::pasteRecords;
 using commands::RecordKind;
 using commands::TextFileKind;
-
-using Log = std::vector<std::string>;
 
 class PasteTest : public CommandsTest {
  protected:
   commands::PasteResult paste(const sources::RecordSelection& selection, const Node& to) {
-    return pasteRecords(session, selection, to);
+    return commands::pasteRecords(session, selection, to);
   }
 
   static std::int64_t count(const Node& database, RecordKind kind) {
@@ -25,8 +21,9 @@ class PasteTest : public CommandsTest {
 
 TEST_F(PasteTest, CopyClonesTheSelectionOrSaysThatThereIsNone) {
   EXPECT_FALSE(commands::copyRecords(sources::RecordSelection(), ui).has_value());
-  EXPECT_EQ(ui.log, Log{"information (ORV database manager): No records selected. Please select "
-                        "one or more data records first."});
+  EXPECT_EQ(ui.log.back(),
+            "information (ORV database manager): No records selected. Please select one or more "
+            "data records first.");
   const auto database = newDatabase();
   sources::RecordSelection current = select(recordSet(database, RecordKind::panes), {"1"});
   const auto pending = commands::copyRecords(current, ui);
@@ -50,7 +47,7 @@ TEST_F(PasteTest, WithoutAGroupNothingIsCopiedAndWhatIsThereIsNamedOrReplaced) {
   const auto summary = [&](RecordKind kind, const char* group, std::optional<IfThere> ifThere) {
     ui.inputs = {group};
     const auto records = select(recordSet(full, kind), {"1"});
-    return pasteRecords(session, records, to, {.ifThere = ifThere}).summary();
+    return commands::pasteRecords(session, records, to, {.ifThere = ifThere}).summary();
   };
   for (const auto kind : {RecordKind::panes, RecordKind::frames, RecordKind::shadings}) {
     for (const auto ifThere : {std::optional<IfThere>(), std::optional(IfThere::replace)}) {

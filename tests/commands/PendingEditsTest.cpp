@@ -122,10 +122,8 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
             std::string::npos);
 
   pending.type({typed(2, "product name", "mine"), typed(3, "product name", "mine")});
-  for (const auto& [record, text] : {std::pair(1, "6"), std::pair(2, "theirs")}) {
-    const char* field = record == 1 ? "thickness" : "product name";
-    ASSERT_TRUE(editor.save({editor.change(record, editor.place(field), text)}).isFine());
-  }
+  ASSERT_TRUE(editor.save({editor.change(1, editor.place("thickness"), "6")}).isFine());
+  ASSERT_TRUE(editor.save({editor.change(2, editor.place("product name"), "theirs")}).isFine());
   pending.lookAgain();
   ASSERT_EQ(pending.review().refusals.size(), 2U);
   EXPECT_EQ(pending.review().refusals[0].present, Value(6.0F));

@@ -1,7 +1,5 @@
 // Records with another value in every field, in the columns that they should be in, and back.
 
-#include <gtest/gtest.h>
-
 #include "database/DatabaseErrors.h"
 #include "database/SourceDatabases.h"
 #include "model/Raised.h"
@@ -135,7 +133,7 @@ TEST_F(FullRecordTest, OfAFrameAnyOtherGroupIsUnknown) {
 TEST_F(FullRecordTest, WhatADatabaseHasNoColumnForKeepsItsDefault) {
   const auto old = store::Connection::create((folder.path() / "old.mdb").string());
   old->createTable({"Shading", {{"Shading_id", store::ColumnType::longInteger}, {"name"}}});
-  test::addRow(*old, "Shading", {{"Shading_id", 7}, {"name", "blind"}});
+  addRow(*old, "Shading", {{"Shading_id", 7}, {"name", "blind"}});
   ShadingDataClass expected;
   expected.name("blind");
   expected.group("Unknown");

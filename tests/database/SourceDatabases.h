@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "database/TestDatabase.h"
-#include "support/FullRecords.h"
 
 namespace orv::test {
 
@@ -49,16 +48,10 @@ inline std::shared_ptr<store::Connection> makeFullDatabase(const std::string& pa
   }
   for (const double wavelength : {310, 420}) addPoint(*dc, 3, 15, 0, wavelength);
   for (const double wavelength : {3200, 400, 400}) addPoint(*dc, 4, 95, 0, wavelength);
-  for (const auto& [table, column, value, where] :
-       {std::tuple{"Pane", "spectral_pane", store::Value(false), "PaneID = 3"},
-        {"Pane", "freeze", store::Value(true), "PaneID = 3"},
-        {"Pane", "Ra", store::Value(97), "PaneID = 4"},
-        {"Pane_spectral_data", "reflection_sub", store::Value(0.25), "angle = 60"}}) {
-    auto rows = dc->openRecordset(fmt::format("SELECT * FROM {} WHERE {}", table, where),
-                                  store::CursorType::keyset, store::LockType::optimistic);
-    rows->setValue(column, value);
-    rows->update();
-  }
+  changeTable(*dc, "Pane spectral_pane=False, freeze=True where PaneID = 3");
+  changeTable(*dc, "Pane Ra=97 where PaneID = 4");
+  changeTable(*dc,
+              "Pane_spectral_data reflection_sub=0.25 where angle = 60 AND wavelength < 302.6");
   FrameDataClass frame = fullFrame();
   database.InsertFrame(frame, *dc);
   for (const char* name : {"sash", "it's"}) {
@@ -137,18 +130,12 @@ inline std::shared_ptr<store::Connection> makeVersion2Of(store::Connection& dc,
 /// Panes of every kind: of glass, coated on it, with a film whose glass is not there, of layers,
 /// and of a kind that is not known.
 inline std::vector<FieldValues> glazingPanes() {
-  FieldValues clear{{"GlazingID", 3},
-                    {"FileName", "CLEAR.DAT"},
-                    {"Type", "Monolithic"},
-                    {"ProductName", "Clear ®"},
-                    {"Manufacturer", "Maker 3"},
-                    {"Acceptance", "#"},
-                    {"Substrate_FileName", "N/A"}};
-  const std::vector<std::pair<const char*, double>> numbers{
-      {"Thickness", 4.5},     {"Conductivity", 1.25}, {"ef", 0.84},           {"eb", 0.75},
-      {"TIR", 0.125},         {"Precalc_Rfsol", 0.1}, {"Precalc_Rbsol", 0.2}, {"Precalc_Tsol", 0.3},
-      {"Precalc_Rfvis", 0.4}, {"Precalc_Rbvis", 0.5}, {"Precalc_Tvis", 0.6},  {"Precalc_Tuv", 0.7}};
-  for (const auto& [column, value] : numbers) clear.emplace_back(column, value);
+  const FieldValues clear = valuesOf(
+      "GlazingID=3, FileName=CLEAR.DAT, Type=Monolithic, ProductName=Clear ®, Manufacturer=Maker "
+      "3, "
+      "Acceptance=#, Substrate_FileName=N/A, Thickness=4.5, Conductivity=1.25, ef=0.84, eb=0.75, "
+      "TIR=0.125, Precalc_Rfsol=0.1, Precalc_Rbsol=0.2, Precalc_Tsol=0.3, Precalc_Rfvis=0.4, "
+      "Precalc_Rbvis=0.5, Precalc_Tvis=0.6, Precalc_Tuv=0.7");
   const auto pane = [](int id, const char* name, const char* type, const char* substrate) {
     return FieldValues{
         {"GlazingID", id}, {"FileName", name}, {"Type", type}, {"Substrate_FileName", substrate}};

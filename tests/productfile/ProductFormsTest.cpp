@@ -1,6 +1,5 @@
 // What the rules of the forms make of rows, angles, lists and integrated values.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <set>
 
@@ -27,14 +26,8 @@ TEST(ProductFormsTest, RowsWithoutAValueAreSkippedAndRowsPutInOrder) {
     "measured_data": {"thickness": 4, "conductivity": 1}})",
                          "a.json");
   const auto product = file.product("");
-  const SpectralData& spectrum = *product.pane->SpectralData();
-  ASSERT_EQ(spectrum.count(), 2);
-  EXPECT_THAT(
-      (std::vector{spectrum.wl(0), spectrum.Tf(0), spectrum.Tb(0), spectrum.Rf(0), spectrum.Rb(0)}),
-      ElementsAre(0.3F, 0.21F, 0.21F, 0.23F, 0.24F));
-  EXPECT_THAT(
-      (std::vector{spectrum.wl(1), spectrum.Tf(1), spectrum.Tb(1), spectrum.Rf(1), spectrum.Rb(1)}),
-      ElementsAre(0.5F, 0.11F, 0.12F, 0.13F, 0.14F));
+  EXPECT_EQ(listOf(*product.pane->SpectralData()),
+            "unit 0; 0.3 0.21 0.21 0.23 0.24; 0.5 0.11 0.12 0.13 0.14");
   EXPECT_THAT(product.notes, ElementsAre("the rows of the spectrum were put in order",
                                          "2 rows without a value skipped"));
 }
@@ -60,11 +53,7 @@ void fillCommon(GlazingData& p) {
   p.TfIR(0.01F), p.TbiR(0.02F), p.ef(0.83F), p.eb(0.04F), p.ORV_Emissivity_front(0.83F);
   p.ORV_Emissivity_back(0.04F), p.ef_source(kTextFileSource), p.eb_source(kTextFileSource);
   p.spectral_pane(true), p.use_estimation(true), p.WavelengthUnit(kMicrons);
-  const auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(0);
-  spectrum->wl(0, 0.5F), spectrum->Tf(0, 0.11F), spectrum->Tb(0, 0.12F);
-  spectrum->Rf(0, 0.13F), spectrum->Rb(0, 0.14F);
-  p.SpectralData(spectrum);
+  p.SpectralData(spectrumOf({{0.5F, 0.11F, 0.12F, 0.13F, 0.14F}}));
 }
 
 /// The product of a file beside this one.
