@@ -5,7 +5,6 @@
 #include <QDockWidget>
 #include <QPushButton>
 #include <QToolButton>
-#include <functional>
 
 #include "app/WindowTest.h"
 #include "commands/edit/Editor.h"
@@ -27,7 +26,8 @@ class EditingTest : public WindowTest {
 
   /// Selects rows, and puts the cursor into a column of the first.
   void choose(int low, int high, int column) {
-    grid().selectRows({low, high});
+    selectRows(low, high);
+    grid().setFocus();
     grid().selectionModel()->setCurrentIndex(grid().model()->index(low, column),
                                              QItemSelectionModel::NoUpdate);
   }
@@ -42,14 +42,6 @@ class EditingTest : public WindowTest {
       if (each->isVisible()) return each;
     }
     return nullptr;
-  }
-  void press(Qt::Key key) { QTest::keyClick(editor() ? editor() : &grid(), key); }
-  /// Each key goes to what has the keyboard then.
-  void type(const QString& text) {
-    for (const QChar c : text) {
-      QWidget* target = editor() ? editor() : &grid();
-      QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(c), Qt::NoModifier);
-    }
   }
   /// An empty text where the reason is not to be seen.
   QString refusal() {
@@ -183,12 +175,11 @@ TEST_F(EditingTest, AWrongValueKeepsItsEditorOpenWithTheReason) {
 
 TEST_F(EditingTest, AReplacementIsShownBeforeItIsMade) {
   choose(0, 0, kProduct);
-  const auto typeInto = [](QWidget& dialog, const char* name, const QString& text) {
+  const auto typeInto = [this](QWidget& dialog, const char* name, const QString& text) {
     auto* edit = dialog.findChild<QLineEdit*>(name);
-    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
-    for (const QChar c : text) {
-      QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
-    }
+    edit->setFocus();
+    edit->selectAll();
+    type(text);
   };
   dialogs.then([&](QWidget& dialog) {
     auto* list = dialog.findChild<QTreeWidget*>();

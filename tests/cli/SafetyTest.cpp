@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "cli/CliTest.h"

@@ -137,7 +137,6 @@ TEST(Integration, TakesPointsInAnyOrderAndUnitAndTellsWhatIsUnusual) {
   points.push_back({400, std::nan(""), 0, 0, 0});
   std::erase_if(points, [](const At& at) { return at.wavelength > 600 && at.wavelength < 700; });
   const auto odd = integrate(Standard::en410, spectrum(points));
-  EXPECT_THAT(odd.remarks, Contains("2 points at 500 nm, of which the mean is taken"));
   EXPECT_THAT(odd.remarks, Contains("values outside 0 to 1"));
   EXPECT_THAT(odd.remarks, Contains("points that are no numbers are left out"));
   EXPECT_THAT(odd.remarks, Contains("nothing between 600 and 700 nm"));
@@ -194,11 +193,11 @@ TEST(Integration, DoesNotCountWideGapsAsCovered) {
 }
 
 TEST(Integration, HoldsTheValuesOfTheEndsBeyondThem) {
-  auto ends = filled({{320, 0.2, 0.9, 0.1, 0}, {1900, 0.9, 0.1, 0, 0.1}});
-  auto held = filled({{280, 0.2, 0.9, 0.1, 0}, {320, 0.2, 0.9, 0.1, 0}});
-  held.insert(held.end(), ends.begin() + 1, ends.end());
-  const auto last = filled({{1900, 0.9, 0.1, 0, 0.1}, {2500, 0.9, 0.1, 0, 0.1}});
-  held.insert(held.end(), last.begin() + 1, last.end());
+  const auto ends = filled({{320, 0.2, 0.9, 0.1, 0}, {1900, 0.9, 0.1, 0, 0.1}});
+  auto held = filled({{280, 0.2, 0.9, 0.1, 0},
+                      {320, 0.2, 0.9, 0.1, 0},
+                      {1900, 0.9, 0.1, 0, 0.1},
+                      {2500, 0.9, 0.1, 0, 0.1}});
   for (const StandardName& standard : kStandardNames) {
     const auto a = integrate(standard.standard, spectrum(ends));
     const auto b = integrate(standard.standard, spectrum(held));
