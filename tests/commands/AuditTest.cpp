@@ -9,9 +9,6 @@
 namespace orv::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 /// A pane file, made of statements that are parted by ";", one after the other:
 ///
 ///   glass 9               smooth curves from 300 to 2500 nm, others for each number
@@ -150,7 +147,7 @@ class AuditTest : public AuditFixture {
 };
 
 TEST_F(AuditTest, GoodPanesHaveNoFindings) {
-  EXPECT_THAT(audit(panes({})), IsEmpty());
+  EXPECT_THAT(audit(panes({})), ::testing::IsEmpty());
   EXPECT_EQ(result.summary(), "3 records: no errors, no warnings, no notes.");
 }
 
@@ -170,7 +167,7 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
 TEST_F(AuditTest, MeasuredPanesAndTheExamplesAreGood) {
   ORV_NEEDS_CORPUS();
   EXPECT_THAT(linesOf(audit(opener.openAny((corpusFolder() / "panes").string()))),
-              ElementsAre("detector-step CLEAR5.LOF"));
+              ::testing::ElementsAre("detector-step CLEAR5.LOF"));
   audit(opener.openAny((corpusFolder() / "products").string()), {.without = {"unreadable"}});
   EXPECT_EQ(result.summary(), "9 records: no errors, 2 warnings, 2 notes.");
 }

@@ -32,15 +32,15 @@ class CommandsTest : public ::testing::Test {
  protected:
   /// A new, empty ORV database of version 3.0.0, opened.
   Node newDatabase(const std::string& name = "new.mdb") {
-    database::CreateEmptyDatabase((folder.path() / name).string());
+    database::CreateEmptyDatabase(folder / name);
     return opener.openOrvDatabase(folder.path().string(), name);
   }
 
   /// An ORV database as other makers have them: the tables of ours, changed.
   Node changedDatabase(const std::string& name,
                        const std::function<void(store::TableInfo&)>& change) {
-    const auto ours = database::CreateEmptyDatabase((folder.path() / "ours.mdb").string());
-    const auto path = (folder.path() / name).string();
+    const auto ours = database::CreateEmptyDatabase(folder / "ours.mdb");
+    const auto path = folder / name;
     {
       const auto other = store::Connection::create(path);
       for (const std::string& table : ours->tableNames()) {
@@ -110,7 +110,7 @@ class CommandsTest : public ::testing::Test {
   /// A copy of a file of the corpus, opened as what it is.
   Node foreign(const std::string& name) {
     std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
-    return opener.openAny((folder.path() / name).string());
+    return opener.openAny(folder / name);
   }
 
   /// A folder of text files with these texts.

@@ -440,7 +440,7 @@ TEST_F(EditTest, RandomChangesAreUndoneInReverseOrderTableByTable) {
     }
   }
   EXPECT_GT(states.size(), isLong ? 600U : 35U);
-  const std::string path = (folder.path() / "new.mdb").string();
+  const std::string path = folder / "new.mdb";
   while (states.size() > 1) {
     states.pop_back();
     const auto result = history.undo();

@@ -101,9 +101,8 @@ TEST_F(IntegrateTest, ACopyFillsTheValuesThatAProductDoesNotGiveAndTellsGaps) {
       "integrated_results_summary": [{"calculation_standard_name": "NFRC", "tfsol": 0.75,
         "rfvis": 0.375}], "spectral_data": {"spectral_data": [)" +
                              rows + "]}}");
-  const auto node = opener.openAny((folder.path() / "a.json").string());
-  const auto given = copy(node, {.integrateBy = std::nullopt});
-  EXPECT_EQ(given.summary(), "1 record copied.");
+  const auto node = opener.openAny(folder / "a.json");
+  EXPECT_EQ(copy(node, {.integrateBy = std::nullopt}).summary(), "1 record copied.");
   EXPECT_EQ(stored(), "1|0|0.75|0.75|0|0.375|0");
   const auto filled = copy(node, {.ifThere = commands::IfThere::replace});
   EXPECT_EQ(filled.summary(),

@@ -8,8 +8,6 @@
 namespace orv::test {
 namespace {
 
-using commands::edit::Editor;
-using commands::edit::EditSet;
 using commands::edit::PendingEdits;
 using commands::edit::TypedValue;
 using store::Value;
@@ -50,7 +48,7 @@ class PendingEditsTest : public CommandsTest {
   static constexpr const char* kFields[] = {"thickness", "product name", "supplier", "frozen"};
   Node node = newDatabase();
   store::Connection& dc = *node->ADOConnection();
-  Editor editor{session, node->ADOConnection(), EditSet::panes};
+  commands::edit::Editor editor{session, node->ADOConnection(), commands::edit::EditSet::panes};
   PendingEdits pending{editor};
 };
 

@@ -237,15 +237,14 @@ TEST_F(RecordTableTest, ReadsTheRowsInSteps) {
   test::makeGlazingDatabase(folder / "glazing.mdb", panes);
   const auto node = recordSet(opener.openAny(folder / "glazing.mdb"), RecordKind::panes);
   const auto table = openRecordTable(node);
-  for (const auto& [asked, read] : {std::pair{7, 7}, {5, 7}, {8, 8}, {23, 23}, {24, 23}}) {
+  for (const auto& [asked, read] : {std::pair{7U, 7U}, {5, 7}, {8, 8}, {23, 23}, {24, 23}}) {
     EXPECT_FALSE(table->isComplete());
-    table->readTo(static_cast<std::size_t>(asked));
-    EXPECT_EQ(table->rowsRead(), static_cast<std::size_t>(read)) << asked;
+    table->readTo(asked);
+    EXPECT_EQ(table->rowsRead(), read) << asked;
   }
   EXPECT_TRUE(table->isComplete());
-  for (const int row : {22, 3, 0}) {
-    EXPECT_EQ(cellText(table->value(static_cast<std::size_t>(row), 1), 4),
-              std::to_string(23 - row));
+  for (const std::size_t row : {22U, 3U, 0U}) {
+    EXPECT_EQ(cellText(table->value(row, 1), 4), std::to_string(23 - row));
   }
 }
 

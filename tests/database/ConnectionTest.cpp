@@ -30,9 +30,7 @@ TEST_F(ConnectionTest, OpensAndClosesAndRefusesWhatIsNoDatabase) {
 
   EXPECT_NE(raisedBy([&] { database.OpenDatabase(path + ".not", ""); }).number, 0);
   folder.write("text.mdb", "no database");
-  EXPECT_NE(
-      raisedBy([&] { database.OpenDatabase((folder.path() / "text.mdb").string(), ""); }).number,
-      0);
+  EXPECT_NE(raisedBy([&] { database.OpenDatabase(folder / "text.mdb", ""); }).number, 0);
 }
 
 // A count of rows in a file is a hint: other programs do not always keep it.
@@ -65,7 +63,7 @@ TEST_F(ConnectionTest, ARecordSetHasTheRowsOfItsTableWhateverTheTableSays) {
 }
 
 TEST_F(ConnectionTest, ASemicolonInAPathBreaksTheConnectionString) {
-  const auto odd = (folder.path() / "a;b.mdb").string();
+  const auto odd = folder / "a;b.mdb";
   database::CreateEmptyDatabase(odd);
   EXPECT_NE(raisedBy([&] { database.OpenDatabase(odd, ""); }).number, 0);
 }

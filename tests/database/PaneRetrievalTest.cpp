@@ -48,7 +48,7 @@ TEST_F(PaneRetrievalTest, AnglesComeInTableOrder) {
 }
 
 TEST_F(PaneRetrievalTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
-  const auto igdb = makeGlazingDatabase((folder.path() / "igdb.mdb").string());
+  const auto igdb = makeGlazingDatabase(folder / "igdb.mdb");
   std::string told;
   for (const char* name : {"clear.DAT", "coated.dat", "film.dat", "stack.dat"}) {
     told += whole(*database.RetrievePaneIGDB(*igdb, name)) + "\n";

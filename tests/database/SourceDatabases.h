@@ -12,14 +12,12 @@ namespace orv::test {
 /// Adds a point of a pane's spectrum; all that is measured there follows from the wavelength.
 inline void addPoint(store::Connection& dc, std::int32_t pane, int angle, int direction,
                      double wavelength) {
-  addRow(dc, "Pane_spectral_data",
-         {{"PaneID", pane},
-          {"angle", angle},
-          {"direction", direction},
-          {"wavelength", wavelength},
-          {"transmission_outdoor", wavelength / 4000 + angle / 1000.0},
-          {"reflection_outdoor", wavelength / 8000 + direction / 100.0},
-          {"reflection_indoor", wavelength / 16000}});
+  changeTable(dc,
+              fmt::format("+Pane_spectral_data PaneID={}, angle={}, direction={}, "
+                          "wavelength={}, transmission_outdoor={}, reflection_outdoor={}, "
+                          "reflection_indoor={}",
+                          pane, angle, direction, wavelength, wavelength / 4000 + angle / 1000.0,
+                          wavelength / 8000 + direction / 100.0, wavelength / 16000));
 }
 
 /// Makes a database of version 3.0.0 with panes of several angles and directions, without data, and
@@ -112,18 +110,11 @@ inline std::shared_ptr<store::Connection> makeVersion2Of(store::Connection& dc,
                                                          const std::string& path,
                                                          const NewNames& others = {}) {
   NewNames names = others;
-  names.insert({{"PaneID", "Pane_id"},
-                {"FrameID", "Frame_id"},
-                {"FrameTypeID", "material_type"},
-                {"product_name", ""},
-                {"supplierID", ""},
-                {"groupID", ""},
-                {"acceptance", ""},
-                {"direction", ""},
-                {"groupnameID", ""},
-                {"Groups", ""},
-                {"Suppliers", ""},
-                {"FrameTypes", ""}});
+  names.insert({{"PaneID", "Pane_id"}, {"FrameID", "Frame_id"}, {"FrameTypeID", "material_type"}});
+  for (const char* missing : {"product_name", "supplierID", "groupID", "acceptance", "direction",
+                              "groupnameID", "Groups", "Suppliers", "FrameTypes"}) {
+    names.insert({missing, ""});
+  }
   return makeRenamed(dc, path, names, "2.0.1");
 }
 
@@ -177,12 +168,9 @@ inline std::shared_ptr<store::Connection> makeGlazingDatabase(
     addRow(*dc, "GlazingProperties", pane);
     const double id = pane.front().second.toDouble();
     for (const double wavelength : {2.5, 0.5, 0.3}) {
-      addRow(*dc, "SpectralData",
-             {{"GlazingID", id},
-              {"Wavelength", wavelength},
-              {"T", wavelength / 4 + id / 100},
-              {"Rf", wavelength / 8 + id / 100},
-              {"Rb", wavelength / 16 + id / 100}});
+      changeTable(*dc, fmt::format("+SpectralData GlazingID={}, Wavelength={}, T={}, Rf={}, Rb={}",
+                                   id, wavelength, wavelength / 4 + id / 100,
+                                   wavelength / 8 + id / 100, wavelength / 16 + id / 100));
     }
   }
   return dc;

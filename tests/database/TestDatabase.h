@@ -83,9 +83,10 @@ inline void changeTable(store::Connection& dc, const std::string& change) {
   ASSERT_FALSE(rows->eof()) << change;
   for (; !rows->eof(); rows->moveNext()) {
     for (const auto& [name, value] : valuesOf(rest.substr(0, where))) {
+      if (!name.ends_with('_')) rows->setValue(name, value);
       for (const auto& column : rows->fields()) {
         const bool isMeant = name.ends_with('_') && column.name.starts_with(name);
-        if (isMeant || column.name == name) rows->setValue(column.name, value);
+        if (isMeant) rows->setValue(column.name, value);
       }
     }
     rows->update();
@@ -206,7 +207,7 @@ class DatabaseTest : public ::testing::Test {
   }
 
   Folder folder;
-  std::string path = (folder.path() / "orvdata.mdb").string();
+  std::string path = folder / "orvdata.mdb";
   std::shared_ptr<store::Connection> dc = database::CreateEmptyDatabase(path);
   ScriptedQuestions questions;
   database::ORV_DatabaseInterface database{questions};

@@ -13,9 +13,7 @@ namespace {
 
 using productfile::Product;
 using productfile::ProductFile;
-using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 TEST(ProductFormsTest, RowsWithoutAValueAreSkippedAndRowsPutInOrder) {
   const ProductFile file(R"({"name": "a", "spectral_data": {"spectral_data": [
@@ -135,16 +133,12 @@ TEST(ProductFormsTest, KnowsTheWordsOfTheForms) {
 }
 
 TEST(ProductFormsTest, TheFirstStandardWithValuesCounts) {
-  const ProductFile file(R"({"name": "a",
-    "spectral_data": {"spectral_data": [{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]},
-    "measured_data": {"thickness": 4, "conductivity": 1},
+  const auto product = flatProduct(R"("measured_data": {"thickness": 4, "conductivity": 1},
     "composition": [{"child_product": {}}],
     "integrated_results_summary": [
       {"calculation_standard_name": "EMPTY", "tfsol": null},
       {"calculation_standard_name": "NFRC", "tfsol": 0.7, "tbsol": 0.6, "tfvis": 0.5},
-      {"tfsol": 0.8}]})",
-                         "a.json");
-  const auto product = file.product("");
+      {"tfsol": 0.8}],)");
   EXPECT_EQ(product.pane->Precalc_Tfsol(), 0.7F);
   EXPECT_EQ(product.pane->Precalc_Tbsol(), 0.6F);
   EXPECT_EQ(product.pane->Precalc_Tbvis(), 0.5F);
@@ -173,8 +167,8 @@ TEST(ProductFormsTest, PublishedValuesAreOfNormalIncidenceOrOfTheOnlyAngle) {
   const auto oblique = two.product("", 60);
   EXPECT_EQ(oblique.pane->Precalc_Tfsol(), 0);
   EXPECT_EQ(oblique.pane->Precalc_StandardName(), "");
-  EXPECT_THAT(oblique.notes, Contains("the integrated values of the product, of normal "
-                                      "incidence, are left out at 60 degrees"));
+  EXPECT_THAT(oblique.notes, ::testing::Contains("the integrated values of the product, of normal "
+                                                 "incidence, are left out at 60 degrees"));
   const auto one = fileOf(R"({"incidence_angle": 60, )" + rows).product("");
   EXPECT_EQ(one.pane->Precalc_Tbsol(), 0.7F);
   EXPECT_THAT(one.notes, ElementsAre("1 row without a value skipped",
@@ -187,7 +181,7 @@ TEST(ProductFormsTest, AListHasAnIdentifierAProduct) {
     "spectral_data": {"spectral_data": [{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]}})";
   const ProductFile file("\xEF\xBB\xBF[" + flat + ", 5, " + flat + "]", "list.json");
   EXPECT_THAT(file.pointers(), ElementsAre("/0", "/1", "/2"));
-  EXPECT_THAT(file.product("/2").notes, IsEmpty());
+  EXPECT_THAT(file.product("/2").notes, ::testing::IsEmpty());
   EXPECT_EQ(file.product("/2").pane->filename(), "NAME");
 
   const auto name = productfile::ProductName::of("a#/b.json#/12");
