@@ -5,6 +5,7 @@
 #include <QDockWidget>
 #include <QPushButton>
 #include <QToolButton>
+#include <functional>
 
 #include "app/WindowTest.h"
 #include "commands/edit/Editor.h"
@@ -26,8 +27,7 @@ class EditingTest : public WindowTest {
 
   /// Selects rows, and puts the cursor into a column of the first.
   void choose(int low, int high, int column) {
-    selectRows(low, high);
-    grid().setFocus();
+    grid().selectRows({low, high});
     grid().selectionModel()->setCurrentIndex(grid().model()->index(low, column),
                                              QItemSelectionModel::NoUpdate);
   }
@@ -42,6 +42,14 @@ class EditingTest : public WindowTest {
       if (each->isVisible()) return each;
     }
     return nullptr;
+  }
+  void press(Qt::Key key) { QTest::keyClick(editor() ? editor() : &grid(), key); }
+  /// Each key goes to what has the keyboard then.
+  void type(const QString& text) {
+    for (const QChar c : text) {
+      QWidget* target = editor() ? editor() : &grid();
+      QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
   }
   /// An empty text where the reason is not to be seen.
   QString refusal() {
@@ -175,11 +183,12 @@ TEST_F(EditingTest, AWrongValueKeepsItsEditorOpenWithTheReason) {
 
 TEST_F(EditingTest, AReplacementIsShownBeforeItIsMade) {
   choose(0, 0, kProduct);
-  const auto typeInto = [this](QWidget& dialog, const char* name, const QString& text) {
+  const auto typeInto = [](QWidget& dialog, const char* name, const QString& text) {
     auto* edit = dialog.findChild<QLineEdit*>(name);
-    edit->setFocus();
-    edit->selectAll();
-    type(text);
+    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+    for (const QChar c : text) {
+      QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
   };
   dialogs.then([&](QWidget& dialog) {
     auto* list = dialog.findChild<QTreeWidget*>();
