@@ -1,7 +1,6 @@
 // The Database menu: whole files compacted and repaired.
 #include <QCheckBox>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <fstream>

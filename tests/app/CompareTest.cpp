@@ -125,14 +125,8 @@ TEST_F(CompareWindowTest, TickedRecordsAreCopiedToTheRight) {
   trigger("mnuCompareCopyRight");
   EXPECT_THAT(dialogs.texts().back(), Begins("1 field of 1 record of "));
   EXPECT_EQ(shown().size(), 5);
-  {
-    const auto outside = store::Connection::openFile(folder / "left.mdb");
-    auto panes =
-        outside->openRecordset("Pane", store::CursorType::dynamic, store::LockType::optimistic);
-    panes->find("name = 'changed'");
-    panes->setValue("thickness", 7.0F);
-    panes->update();
-  }
+  changeTable(*store::Connection::openFile(folder / "left.mdb"),
+              "Pane thickness=7 where name = 'changed'");
   dialogs.press("Discard").press("OK");
   trigger("mnuCompareCopyRight");
   EXPECT_THAT(dialogs.texts().back(), Begins("Nothing is copied: records have changed since"));

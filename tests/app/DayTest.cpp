@@ -8,19 +8,14 @@
 #include <QPlainTextEdit>
 #include <QProxyStyle>
 #include <QStyleOptionHeader>
-#include <QTimer>
 #include <map>
 
 #include "app/WindowTest.h"
 #include "app/dialogs/ProgressDialog.h"
 #include "app/docks/audit/FindingsTree.h"
-#include "app/docks/details/DetailsTree.h"
 #include "app/docks/spectra/SpectrumDock.h"
 #include "database/TestDatabase.h"
-#include "model/IntegratedColumns.h"
-#include "store/Connection.h"
 #include "store/jet/file/File.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 
@@ -168,30 +163,6 @@ TEST_F(DayTest, ChangesByOthersAreSeen) {
   ASSERT_TRUE(QFile::remove(path));
   EXPECT_TRUE(QTest::qWaitFor([&] { return text().contains("deleted or moved"); }));
   EXPECT_EQ(find<QPlainTextEdit>("DataSourceTextBox").lineWrapMode(), QPlainTextEdit::WidgetWidth);
-}
-
-TEST_F(DayTest, ValuesThatAreNotStoredAreNoZeros) {
-  const QString path = makeRows("a.mdb", 1);
-  const auto connection = store::Connection::openFile(path.toStdString());
-  const auto pane = makePane("b.txt");
-  for (const IntegratedColumn& value : kIntegratedColumns) (*pane.*value.pane)(0.0F);
-  session.database.InsertPane(*pane, *connection);
-  connection->close();
-  resize(1366, 768);
-  window.openPaths({path});
-  find<QDockWidget>("DetailsDock").show();
-  ASSERT_EQ(rows(), 2);
-  const int row = cell(0, 1) == "b.txt" ? 0 : 1;
-  selectRows(row, row);
-  auto& details = *window.findChild<app::DetailsTree*>();
-  const auto line = [&] {
-    for (const QString& each : details.text(false).split('\n')) {
-      if (each.startsWith("Solar transmittance front")) return each;
-    }
-    return QString();
-  };
-  EXPECT_TRUE(QTest::qWaitFor([&] { return line().contains("not stored"); }))
-      << details.text(false).toStdString();
 }
 
 TEST_F(DayTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {

@@ -1,6 +1,5 @@
 // Whether everything that a user can use says what it is: to the eye, which no text is cut off for,
 // to What's This and to a screen reader.
-#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
@@ -8,7 +7,6 @@
 #include <QDockWidget>
 #include <QGraphicsView>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -18,8 +16,6 @@
 #include <QTableView>
 #include <QToolBar>
 #include <QToolButton>
-#include <functional>
-#include <set>
 
 #include "app/WindowTest.h"
 #include "app/dialogs/CompareDialog.h"

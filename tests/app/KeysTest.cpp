@@ -1,8 +1,6 @@
 // Whoever has no mouse: the whole window by keys alone.
 #include <QApplication>
 #include <QDockWidget>
-#include <QTimer>
-#include <set>
 
 #include "app/WindowTest.h"
 

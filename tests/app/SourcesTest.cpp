@@ -194,13 +194,4 @@ TEST_F(WindowTest, OpensFilesThatAreDroppedOnIt) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return tree().topLevelItemCount() == 2; }));
 }
 
-TEST_F(WindowTest, AFileThatCannotBeOpenedDoesNotKeepOthersOut) {
-  dialogs.press("OK").press("OK");
-  window.openPaths({writeFile("bad.mdb"), writeFile("good.txt")});
-  EXPECT_TRUE(dialogs.isDone());
-  EXPECT_THAT(dialogs.texts().back(), Contains("\n\nOne or more files may not have been added"));
-  ASSERT_EQ(tree().topLevelItemCount(), 1);
-  EXPECT_EQ(tree().currentItem()->text(0), "good.txt");
-}
-
 }  // namespace orv::test

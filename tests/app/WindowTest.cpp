@@ -1,7 +1,6 @@
 #include "app/WindowTest.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <fstream>
 

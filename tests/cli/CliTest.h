@@ -1,7 +1,6 @@
 // The program as users run it, without a terminal.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "cli/CliTest.h"
@@ -55,7 +53,7 @@ class SafetyTest : public CliTest {
 
   /// Number of panes in the database, each of which must be whole.
   int wholePanes() {
-    const auto dc = store::Connection::openFile((folder.path() / "db.mdb").string());
+    const auto dc = store::Connection::openFile(folder / "db.mdb");
     const auto panes = dc->table("Pane").rowCount;
     EXPECT_EQ(dc->table("Pane_integrated_data").rowCount, panes);
     EXPECT_EQ(dc->table("Pane_spectral_data").rowCount, 3 * panes);

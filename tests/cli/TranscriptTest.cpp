@@ -7,13 +7,10 @@
 // tables) and access97.mdb those that the transcript names. Below it stand the standard output, the
 // standard error with "! " before each line, and the exit status in brackets, where it is not 0;
 // "FOLDER" stands for the folder.
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <sstream>
 
 #include "cli/CliTest.h"
-#include "database/SourceDatabases.h"
 #include "store/Jet3File.h"
 #include "store/jet/catalog/CatalogWriter.h"
 #include "support/EncodedFile.h"

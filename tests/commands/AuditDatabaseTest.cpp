@@ -2,9 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "commands/AuditFixture.h"
-#include "commands/TableChanges.h"
 #include "support/CaseFile.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
@@ -62,12 +60,9 @@ class AuditDatabaseTest : public AuditFixture {
       }
     } else if (what == "infrared") {
       for (int nm = 3000; nm <= 25000; nm += 500) {
-        addRow(dc(), "Pane_spectral_data",
-               {{"PaneID", valueOf(rest)},
-                {"angle", 0},
-                {"wavelength", nm},
-                {"reflection_outdoor", 0.1},
-                {"reflection_indoor", 0.3}});
+        changeTable(dc(), fmt::format("+Pane_spectral_data PaneID={}, angle=0, wavelength={}, "
+                                      "reflection_outdoor=0.1, reflection_indoor=0.3",
+                                      rest, nm));
       }
     } else if (what == "made") {
       database = remade(database, rest.substr(8));

@@ -2,19 +2,12 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <iterator>
-#include <map>
 
 #include "commands/AuditFixture.h"
 #include "support/CaseFile.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
-
-using commands::TextFileKind;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// A pane file, made of statements that are parted by ";", one after the other:
 ///
@@ -135,7 +128,7 @@ class AuditTest : public AuditFixture {
     for (char name = 'a'; const std::string& draft : drafts) {
       files.emplace_back(std::string(1, name++) + ".txt", Draft(draft).text());
     }
-    return texts(TextFileKind::panes, files);
+    return texts(commands::TextFileKind::panes, files);
   }
 
   /// What is found of panes; before them "only RULE" may say what is asked for.
@@ -148,13 +141,13 @@ class AuditTest : public AuditFixture {
 
   /// Whether a rule finds a fault of a pane that lies by itself.
   bool finds(const std::string& rule, const std::string& draft) {
-    const Node pane = texts(TextFileKind::panes, {{"a.txt", Draft(draft).text()}});
+    const Node pane = texts(commands::TextFileKind::panes, {{"a.txt", Draft(draft).text()}});
     return !audit(pane, {.rules = {rule}}).empty();
   }
 };
 
 TEST_F(AuditTest, GoodPanesHaveNoFindings) {
-  EXPECT_THAT(audit(panes({})), IsEmpty());
+  EXPECT_THAT(audit(panes({})), ::testing::IsEmpty());
   EXPECT_EQ(result.summary(), "3 records: no errors, no warnings, no notes.");
 }
 
@@ -174,7 +167,7 @@ TEST_F(AuditTest, AFaultBeginsBeyondItsBound) {
 TEST_F(AuditTest, MeasuredPanesAndTheExamplesAreGood) {
   ORV_NEEDS_CORPUS();
   EXPECT_THAT(linesOf(audit(opener.openAny((corpusFolder() / "panes").string()))),
-              ElementsAre("detector-step CLEAR5.LOF"));
+              ::testing::ElementsAre("detector-step CLEAR5.LOF"));
   audit(opener.openAny((corpusFolder() / "products").string()), {.without = {"unreadable"}});
   EXPECT_EQ(result.summary(), "9 records: no errors, 2 warnings, 2 notes.");
 }

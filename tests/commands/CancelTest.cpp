@@ -1,9 +1,4 @@
 // Works that the user ends: what was done until then, and all that the user sees.
-#include <gtest/gtest.h>
-
-#include <map>
-#include <sstream>
-
 #include "commands/CommandsTest.h"
 #include "commands/CompactDatabase.h"
 #include "commands/DeleteRecords.h"
@@ -12,10 +7,8 @@
 #include "commands/audit/Audit.h"
 #include "commands/compare/Compare.h"
 #include "commands/compare/CopyChanges.h"
-#include "database/SourceDatabases.h"
 #include "errors/Error.h"
 #include "support/CaseFile.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {

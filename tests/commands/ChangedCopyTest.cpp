@@ -1,10 +1,6 @@
 // The copying of what differs: it ends, and writes what the list before it tells, and nothing else.
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <map>
-#include <set>
-
 #include "commands/CommandsTest.h"
 #include "commands/CopyRules.h"
 #include "commands/compare/CopyChanges.h"
@@ -13,14 +9,11 @@ namespace orv::test {
 namespace {
 
 using commands::RecordKind;
-using commands::TextFileKind;
 using commands::compare::Comparison;
 using commands::compare::State;
 using ::testing::Contains;
-using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using Lines = std::vector<std::string>;
 
 class ChangedCopyTest : public CommandsTest {
@@ -58,10 +51,6 @@ class ChangedCopyTest : public CommandsTest {
     return lines;
   }
 
-  static std::string text(const store::Value& value) {
-    return value.isNull() ? "" : value.toText();
-  }
-
   Lines linesOf(const Comparison& comparison) const {
     Lines lines;
     for (const auto& each : comparison.differences) {
@@ -71,17 +60,17 @@ class ChangedCopyTest : public CommandsTest {
                           commands::fateOf(pair.kind, each.field) != commands::Fate::brought;
       if (isLeft) continue;
       // Computed where the source has none.
-      if (each.field == "integrated values" && text(each.a) == "none") continue;
+      if (each.field == "integrated values" && textOf(each.a) == "none") continue;
       lines.push_back(fmt::format("{} {} {} {} {}: {} | {}", nameOf(pair.state),
                                   commands::setName(pair.kind), pair.name, each.angle.value_or(-1),
-                                  each.field, text(each.a), text(each.b)));
+                                  each.field, textOf(each.a), textOf(each.b)));
     }
     return lines;
   }
 
   Node copyOf(const Node& b, const std::string& name) {
     std::filesystem::copy_file(folder.path() / b->filename(), folder.path() / name);
-    return opener.openAny((folder.path() / name).string());
+    return opener.openAny(folder / name);
   }
 
   commands::PasteResult copyChanged(const Node& a, const Node& b, const Comparison& told) {
@@ -120,57 +109,47 @@ class ChangedCopyTest : public CommandsTest {
 
   /// Gives one value of each row another: that of another column in each row.
   static void alter(const Node& node, const std::set<std::string>& spared = {}) {
-    auto& dc = *node->ADOConnection();
-    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
-                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
-      auto rows = dc.openRecordset(table, store::CursorType::keyset, store::LockType::optimistic,
-                                   store::SourceKind::table);
-      std::size_t column = 0;
-      for (; !rows->eof(); rows->moveNext()) {
-        do column = (column + 1) % rows->fields().size();
-        while (isKept(rows->fields()[column].name) || spared.contains(rows->fields()[column].name));
-        rows->setValue(column, other(rows->fields()[column], rows->value(column)));
-        rows->update();
-      }
-    }
+    std::size_t at = 0;
+    changeRows(node, [&](store::Recordset& row) {
+      const auto isLeft = [&](const std::string& column) {
+        return isKept(column) || spared.contains(column);
+      };
+      do at = (at + 1) % row.fields().size();
+      while (isLeft(row.fields()[at].name));
+      row.setValue(at, other(row.fields()[at], row.value(at)));
+    });
   }
 
   /// A database with what others have, and a copy does not bring, or not at once.
   Node strange(const std::string& name) {
     const auto node = newDatabase(name);
     auto& dc = *node->ADOConnection();
-    const auto insert = [&](const std::string& pane, std::int16_t angle = 0, bool film = false) {
+    const auto insert = [&](const std::string& pane, std::int16_t angle = 0) {
       auto data = makePane(pane, angle);
       data->ORV_CoatingClass("A");
-      if (film) withSubstrate(data);
+      if (pane == "filmed") withSubstrate(data);
       session.database.InsertPane(*data, dc);
     };
-    insert("filmed", 0, true);
-    insert("several");
+    for (const char* pane : {"filmed", "several", "two ways", "one way", "half read", "unread",
+                             "spectrum only", "no data"}) {
+      insert(pane);
+    }
     insert("several", 30);
-    insert("two ways");
-    insert("one way");
-    insert("half read", 0);
     insert("half read", 60);
-    insert("unread");
-    insert("spectrum only");
-    insert("no data");
-    setAll(dc, "Pane", "Ra", 97);
-    setAll(dc, "Pane", "coatingcode", "low-e", "name = 'several'");
-    setAll(dc, "Pane", "spectral_pane", false, "name = 'unread'");
-    setAll(dc, "Pane_spectral_data", "reflection_sub", 0.05F, "PaneID = 1");
-    setAll(dc, "Pane_spectral_data", "direction", 2, "PaneID = 4");
-    dc.deleteRows("Pane_integrated_data", "PaneID = 5 AND angle = 60");
-    dc.deleteRows("Pane_integrated_data", "PaneID IN (7, 8)");
-    dc.deleteRows("Pane_spectral_data", "PaneID = 8");
+    for (const char* change :
+         {"Pane Ra=97", "Pane coatingcode=low-e where name = 'several'",
+          "Pane spectral_pane=False where name = 'unread'",
+          "Pane_spectral_data reflection_sub=0.05 where PaneID = 1",
+          "Pane_spectral_data direction=2 where PaneID = 4",
+          "-Pane_integrated_data PaneID = 5 AND angle = 60",
+          "-Pane_integrated_data PaneID IN (7, 8)", "-Pane_spectral_data PaneID = 8"}) {
+      changeTable(dc, change);
+    }
     for (const int direction : {1, 2}) {
       for (const float wavelength : {400.0F, 500.0F}) {
-        addRow(dc, "Pane_spectral_data",
-               {{"PaneID", 3},
-                {"angle", 0},
-                {"direction", direction},
-                {"wavelength", wavelength},
-                {"transmission_outdoor", 0.25F * static_cast<float>(direction)}});
+        changeTable(dc, fmt::format("+Pane_spectral_data PaneID=3, angle=0, direction={}, "
+                                    "wavelength={}, transmission_outdoor={}",
+                                    direction, wavelength, 0.25 * direction));
       }
     }
     return node;
@@ -204,7 +183,7 @@ TEST_F(ChangedCopyTest, WritesWhatItTellsAndIsDone) {
   proveCopy(doubles, b);
   EXPECT_GT(written_, 10U);
   const auto same = compare(a, copyOf(a, "same.mdb"), {.isForCopy = true});
-  EXPECT_THAT(same.remarks, Each(Not(HasSubstr("spectrum ("))));
+  EXPECT_THAT(same.remarks, ::testing::Each(::testing::Not(HasSubstr("spectrum ("))));
 }
 
 TEST_F(ChangedCopyTest, IsDoneWhateverTheSourceIs) {
@@ -227,9 +206,10 @@ TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
   const auto entries = [](const char* angle) {
     return std::string("{ Record Name: pane }{ Angle of Incidence: ") + angle + " }\n";
   };
-  const auto files = texts(TextFileKind::panes, {{"a.txt", entries("0") + paneText("First")},
-                                                 {"b.txt", entries("30") + paneText("Second")},
-                                                 {"c.txt", paneText("Other")}});
+  const auto files =
+      texts(commands::TextFileKind::panes, {{"a.txt", entries("0") + paneText("First")},
+                                            {"b.txt", entries("30") + paneText("Second")},
+                                            {"c.txt", paneText("Other")}});
   const auto b = newDatabase("b.mdb");
   const Comparison told = compare(files, b, {.group = group_, .isForCopy = true});
   EXPECT_THAT(
@@ -242,19 +222,9 @@ TEST_F(ChangedCopyTest, FilesOfOnePaneAreCopiedAsOne) {
             "0 records copied, 2 replaced.");
   proveCopy(files, b);
   // What a file does not say is not taken from the record.
-  setAll(*b->ADOConnection(), "Pane", "coatingcode", "L");
-  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
+  changeTable(*b->ADOConnection(), "Pane coatingcode=L, thickness=9");
   proveCopy(files, b);
   EXPECT_EQ(rowsOf(*b->ADOConnection(), "SELECT coatingcode, thickness FROM Pane"), "L|3 L|3");
-  // What is changed is not replaced any more when the user has ended the work before.
-  setAll(*b->ADOConnection(), "Pane", "thickness", 9.0F);
-  setAll(*b->ADOConnection(), "Pane", "name", "d.txt", "name = 'c.txt'");
-  const Comparison both = compare(files, b, {.group = group_, .isForCopy = true});
-  ui.cancelWhen = [] { return true; };
-  int works = 0;
-  commands::compare::copyPairs(session, files, b, both, {0, 1}, {.group = group_},
-                               [&](const auto& each) { works += each.cancelled ? 1 : 100; });
-  EXPECT_EQ(works, 1);
 }
 
 /// The guide tells of all that is not brought.

@@ -1,8 +1,6 @@
 // A session with data sources of every kind.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -16,12 +14,9 @@
 #include "commands/RecordingUi.h"
 #include "commands/Session.h"
 #include "commands/SourceOpener.h"
-#include "database/OrvSchema.h"
 #include "database/SourceDatabases.h"
-#include "database/TestDatabase.h"
 #include "sources/RecordSelection.h"
 #include "support/Corpus.h"
-#include "textfile/Folder.h"
 
 namespace orv::test {
 
@@ -37,15 +32,15 @@ class CommandsTest : public ::testing::Test {
  protected:
   /// A new, empty ORV database of version 3.0.0, opened.
   Node newDatabase(const std::string& name = "new.mdb") {
-    database::CreateEmptyDatabase((folder.path() / name).string());
+    database::CreateEmptyDatabase(folder / name);
     return opener.openOrvDatabase(folder.path().string(), name);
   }
 
   /// An ORV database as other makers have them: the tables of ours, changed.
   Node changedDatabase(const std::string& name,
                        const std::function<void(store::TableInfo&)>& change) {
-    const auto ours = database::CreateEmptyDatabase((folder.path() / "ours.mdb").string());
-    const auto path = (folder.path() / name).string();
+    const auto ours = database::CreateEmptyDatabase(folder / "ours.mdb");
+    const auto path = folder / name;
     {
       const auto other = store::Connection::create(path);
       for (const std::string& table : ours->tableNames()) {
@@ -72,16 +67,16 @@ class CommandsTest : public ::testing::Test {
     return opener.openAny(path);
   }
 
-  /// Sets a column of every row of a table, or of those that a condition names.
-  static void setAll(store::Connection& dc, const std::string& table, const std::string& column,
-                     const store::Value& value, const std::string& where = "") {
-    auto rows =
-        dc.openRecordset("SELECT * FROM " + table + (where.empty() ? "" : " WHERE ") + where,
-                         store::CursorType::keyset, store::LockType::optimistic);
-    ASSERT_FALSE(rows->eof()) << table << ' ' << where;
-    for (; !rows->eof(); rows->moveNext()) {
-      rows->setValue(column, value);
-      rows->update();
+  /// Changes each row of the tables of records.
+  static void changeRows(const Node& node, const std::function<void(store::Recordset&)>& change) {
+    for (const char* table : {"Pane", "Pane_integrated_data", "Pane_spectral_data", "Frame",
+                              "Shading", "Shading_integrated_data_temp", "Shading_spectral_data"}) {
+      auto rows = node->ADOConnection()->openRecordset(
+          table, store::CursorType::keyset, store::LockType::optimistic, store::SourceKind::table);
+      for (; !rows->eof(); rows->moveNext()) {
+        change(*rows);
+        rows->update();
+      }
     }
   }
 
@@ -115,7 +110,7 @@ class CommandsTest : public ::testing::Test {
   /// A copy of a file of the corpus, opened as what it is.
   Node foreign(const std::string& name) {
     std::filesystem::copy_file(corpusFolder() / "sources" / name, folder.path() / name);
-    return opener.openAny((folder.path() / name).string());
+    return opener.openAny(folder / name);
   }
 
   /// A folder of text files with these texts.
@@ -167,20 +162,6 @@ class CommandsTest : public ::testing::Test {
  private:
   int remakes_ = 0;
 };
-
-/// A spectrum of points that are wavelength, Tf, Tb, Rf and Rb.
-inline std::shared_ptr<SpectralData> spectrumOf(const std::vector<std::array<float, 5>>& points) {
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
-  for (std::int32_t i = 0; const auto& [wavelength, tf, tb, rf, rb] : points) {
-    spectrum->wl(i, wavelength);
-    spectrum->Tf(i, tf);
-    spectrum->Tb(i, tb);
-    spectrum->Rf(i, rf);
-    spectrum->Rb(i++, rb);
-  }
-  return spectrum;
-}
 
 /// A pane file of three points.
 inline std::string paneText(const std::string& product = "Clear") {

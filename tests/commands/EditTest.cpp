@@ -4,7 +4,6 @@
 #include "commands/CommandsTest.h"
 #include "commands/DeleteRecords.h"
 #include "commands/IntegrateRecords.h"
-#include "commands/PasteRecords.h"
 #include "commands/RecordDetails.h"
 #include "commands/RecordReader.h"
 #include "commands/edit/EditHistory.h"
@@ -13,13 +12,11 @@
 #include "database/DatabaseDump.h"
 #include "model/Raised.h"
 #include "store/Check.h"
-#include "store/History.h"
 #include "support/CaseFile.h"
 
 namespace orv::test {
 namespace {
 
-using commands::Answer;
 using commands::RecordKind;
 using commands::edit::Change;
 using commands::edit::EditField;
@@ -39,14 +36,9 @@ class EditTest : public CommandsTest {
       pane->ORV_Angle(60);
       session.database.InsertPane(*pane, dc);
     }
-    FrameDataClass frame;
-    frame.name("frame");
-    frame.group("Frames");
-    frame.frametype("Wood");
+    auto frame = fullFrame();
     session.database.InsertFrame(frame, dc);
-    ShadingDataClass shading;
-    shading.name("blind");
-    shading.integrated({{.angle = 0}, {.angle = 60}});
+    auto shading = fullShading();
     session.database.InsertShading(shading, dc);
   }
 
@@ -175,7 +167,7 @@ TEST_F(EditTest, ColumnsOfTheListHaveFieldsAndNamesToChooseFrom) {
   EXPECT_EQ(Editor(session, lean->ADOConnection(), EditSet::panes).fields().size() + 2,
             panes.fields().size());
   session.database.InsertGroup("early", dc);
-  const Lines names{"Demo", "early", "Frames", "Unknown"};
+  const Lines names{"Demo", "early", "Shades", "Tarven frames"};
   EXPECT_EQ(panes.choices(*panes.fieldOfColumn("GroupName")), names);
   EXPECT_EQ(panes.choices(*panes.fieldOfColumn("name")), Lines());
 }
@@ -224,7 +216,7 @@ TEST_F(EditTest, OneWrongValueChangesNothing) {
   EXPECT_EQ(reasons(panes.save({good, atAngle})),
             "0: There is no pane 1.\n1: There is no pane 1.\n");
   // Groups that are not there.
-  setAll(dc, "Pane", "groupID", 77);
+  changeTable(dc, "Pane groupID=77");
   EXPECT_EQ(reasons(panes.save({change(panes, 3, "name", "B")})),
             "0: There would be two panes \"B\" in the group \"\" (3 and 2).\n");
   const auto old = remade(node, "2.0.1");
@@ -268,7 +260,7 @@ TEST_F(EditTest, UndoNeitherDoublesRowsNorLeavesThemAlone) {
   // A name that others have got, or that is gone, and rows that belong to a record.
   insert("d", 0, "New");
   byAnother([&] { edit(1, "supplier", "New"); });
-  EXPECT_EQ(refusal().substr(0, 14), "The supplier 5");
+  EXPECT_EQ(refusal().substr(0, 14), "The supplier 6");
   session.database.DeleteGlazing(2, dc);
   byAnother([&] { commands::edit::deleteLookups(EditSet::suppliers, {2}, dc, ui); });
   EXPECT_EQ(refusal(),
@@ -324,26 +316,18 @@ TEST_F(EditTest, ConflictsAreToldAsRecordsOrAsRowsOfThem) {
 /// Changes of all kinds at random, each of which may come to nothing.
 class RandomWorks {
  public:
-  RandomWorks(commands::Session& session, RecordingUi& ui, std::shared_ptr<sources::datasource> to,
-              std::shared_ptr<sources::datasource> from)
+  using Node = CommandsTest::Node;
+
+  RandomWorks(commands::Session& session, RecordingUi& ui, Node to, Node from)
       : session_(session), ui_(ui), to_(std::move(to)), from_(std::move(from)) {}
 
   void make() {
     ++number_;
+    constexpr std::array kWorks{&RandomWorks::remove, &RandomWorks::copy, &RandomWorks::copy,
+                                &RandomWorks::merge, &RandomWorks::integrate};
+    const std::size_t work = upTo(9);
     try {
-      switch (upTo(9)) {
-        case 0:
-          return remove();
-        case 1:
-        case 2:
-          return copy();
-        case 3:
-          return merge();
-        case 4:
-          return integrate();
-        default:
-          return edit();
-      }
+      work < kWorks.size() ? (this->*kWorks[work])() : edit();
     } catch (const Error& error) {
       ASSERT_EQ(error.number(), kInvalidCall) << error.what();
     }
@@ -352,13 +336,13 @@ class RandomWorks {
  private:
   std::size_t upTo(std::size_t end) { return random_() % end; }
 
-  std::shared_ptr<sources::datasource> anySet(const std::shared_ptr<sources::datasource>& of) {
+  Node anySet(const Node& of) {
     constexpr std::array kKinds{RecordKind::panes, RecordKind::panes, RecordKind::frames,
                                 RecordKind::shadings};
     return commands::recordSetOf(of, kKinds[upTo(kKinds.size())]);
   }
 
-  sources::RecordSelection someOf(const std::shared_ptr<sources::datasource>& set) {
+  sources::RecordSelection someOf(const Node& set) {
     auto identifiers = commands::recordIdentifiers(*set);
     std::ranges::shuffle(identifiers, random_);
     identifiers.resize(std::min(identifiers.size(), 1 + upTo(3)));
@@ -367,7 +351,7 @@ class RandomWorks {
 
   void remove() {
     const auto set = anySet(to_);
-    ui_.answers = {Answer::yes};
+    ui_.answers = {commands::Answer::yes};
     commands::deleteRecords(session_, someOf(set), set);
     ui_.answers.clear();
   }
@@ -417,8 +401,7 @@ class RandomWorks {
 
   commands::Session& session_;
   RecordingUi& ui_;
-  std::shared_ptr<sources::datasource> to_;
-  std::shared_ptr<sources::datasource> from_;
+  Node to_, from_;
   std::mt19937 random_{20261126};
   int number_ = 0;
 };
@@ -457,7 +440,7 @@ TEST_F(EditTest, RandomChangesAreUndoneInReverseOrderTableByTable) {
     }
   }
   EXPECT_GT(states.size(), isLong ? 600U : 35U);
-  const std::string path = (folder.path() / "new.mdb").string();
+  const std::string path = folder / "new.mdb";
   while (states.size() > 1) {
     states.pop_back();
     const auto result = history.undo();

@@ -9,7 +9,7 @@ using commands::RecordKind;
 
 class ExportTest : public CommandsTest {};
 
-TEST_F(ExportTest, ARecordIsToldOnItsWayAndEachAngleIsAFile) {
+TEST_F(ExportTest, EachAngleIsAFileWithANameThatFilesCanHave) {
   const auto database = newDatabase();
   auto& dc = *database->ADOConnection();
   session.database.InsertPane(*makePane("many", 0), dc);
@@ -18,15 +18,9 @@ TEST_F(ExportTest, ARecordIsToldOnItsWayAndEachAngleIsAFile) {
     session.database.InsertPane(*makePane(name), dc);
   }
   const auto panes = selectAll(recordSet(database, RecordKind::panes));
-  using Lines = std::vector<std::string>;
   EXPECT_EQ(commands::exportRecords(session, panes, {folder / "out"}).files,
-            (Lines{"many_0deg.txt", "many_60deg.txt", "a_b_c.txt", "_.dat", "_ .12.txt",
-                   "type 1.d-t.txt", "b.data1.txt", "c.Dat4"}));
-  EXPECT_EQ((Lines{ui.log.begin(), ui.log.begin() + 3}),
-            (Lines{"progress: Exporting records...", "status: Exporting 1...",
-                   "status: Exporting 2..."}));
-  EXPECT_EQ((Lines{ui.log.end() - 2, ui.log.end()}), (Lines{"status: Ready", "progress ends"}));
-  EXPECT_EQ(ui.steps.back(), std::pair(7, 7));
+            (std::vector<std::string>{"many_0deg.txt", "many_60deg.txt", "a_b_c.txt", "_.dat",
+                                      "_ .12.txt", "type 1.d-t.txt", "b.data1.txt", "c.Dat4"}));
 }
 
 /// Through files of each form into another database: names that no file can have, several angles,
@@ -39,24 +33,24 @@ TEST_F(ExportTest, AnExportReadBackIsTheSameDatabase) {
     const auto database = newDatabase(std::string(name) + ".mdb");
     auto& dc = *database->ADOConnection();
     for (const std::int16_t angle : {0, 45}) {
-      const auto pane = makePane("Type 1.5 mm/grey", angle);
-      if (form == ExportForm::json) withSubstrate(pane);
+      const auto pane = fullPane();
+      pane->filename("Type 1.5 mm/grey");
+      pane->group("Demo");
+      pane->ORV_Angle(angle);
+      pane->SubstrateReference()->SpectralData(pane->SpectralData()->ShallowClone());
+      if (form ==
+          ExportForm::text) {  // which keeps no substrate, and no more than single precision
+        pane->SubstrateReference(nullptr);
+        pane->with_and_without_film(false);
+        pane->ORV_Emissivity_front(0.75);
+        pane->ORV_Emissivity_back(0.125);
+      }
       pane->description("described\r\nin two lines");
-      pane->ORV_CoatingClass("AB");
-      pane->Acceptance("#");
-      pane->ORV_Emissivity_front(0.75);
-      pane->ORV_Emissivity_back(0.125);
-      pane->single_layer(true);
-      pane->use_estimation(true);
-      pane->Use_0_30_60(true);
-      pane->film_outdoor_side(true);
-      pane->ORV_Frozen(true);
       pane->SpectralData()->Tf(1, 0.123456F + static_cast<float>(angle) / 1000);
-      pane->SpectralData()->Rb(4, 1e-7F);
       session.database.InsertPane(*pane, dc);
     }
     const auto panes = selectAll(recordSet(database, RecordKind::panes));
-    const auto place = (folder.path() / name).string();
+    const auto place = folder / name;
     if (place.ends_with("joined.json")) {
       const auto joined = commands::exportJoined(session, panes, form);
       EXPECT_EQ(joined.dataSets, 2U);

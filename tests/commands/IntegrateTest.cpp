@@ -6,9 +6,6 @@ namespace orv::test {
 namespace {
 
 using commands::IntegratedRow;
-using commands::IntegrationOptions;
-using commands::PasteOptions;
-using commands::RecordKind;
 using optics::Standard;
 
 /// From 280 to 2500 nm T 0.5, Rf 0.25 and Rb 0.125 everywhere.
@@ -22,18 +19,19 @@ std::shared_ptr<SpectralData> greySpectrum() {
 
 class IntegrateTest : public CommandsTest {
  protected:
-  commands::PasteResult copy(const Node& from, const PasteOptions& options = {}) {
+  commands::PasteResult copy(const Node& from, const commands::PasteOptions& options = {}) {
     return copyAll(from, to, options);
   }
 
-  std::vector<IntegratedRow> integrate(const Node& node, const IntegrationOptions& options = {}) {
+  std::vector<IntegratedRow> integrate(const Node& node,
+                                       const commands::IntegrationOptions& options = {}) {
     std::vector<IntegratedRow> rows;
     result = commands::integrateRecords(session, selectAll(node), options,
                                         [&](const IntegratedRow& row) { rows.push_back(row); });
     return rows;
   }
 
-  Node panes() const { return recordSet(to, RecordKind::panes); }
+  Node panes() const { return recordSet(to, commands::RecordKind::panes); }
 
   std::string stored() {
     return rowsOf(*to->ADOConnection(),
@@ -103,9 +101,8 @@ TEST_F(IntegrateTest, ACopyFillsTheValuesThatAProductDoesNotGiveAndTellsGaps) {
       "integrated_results_summary": [{"calculation_standard_name": "NFRC", "tfsol": 0.75,
         "rfvis": 0.375}], "spectral_data": {"spectral_data": [)" +
                              rows + "]}}");
-  const auto node = opener.openAny((folder.path() / "a.json").string());
-  const auto given = copy(node, {.integrateBy = std::nullopt});
-  EXPECT_EQ(given.summary(), "1 record copied.");
+  const auto node = opener.openAny(folder / "a.json");
+  EXPECT_EQ(copy(node, {.integrateBy = std::nullopt}).summary(), "1 record copied.");
   EXPECT_EQ(stored(), "1|0|0.75|0.75|0|0.375|0");
   const auto filled = copy(node, {.ifThere = commands::IfThere::replace});
   EXPECT_EQ(filled.summary(),
@@ -123,13 +120,11 @@ TEST_F(IntegrateTest, TheValuesOfAPaneAreStoredAllOrNone) {
   pane->SpectralData(greySpectrum());
   session.database.InsertPane(*pane, *to->ADOConnection());
   for (double at = 300; at <= 800; at += 50) {
-    addRow(*to->ADOConnection(), "Pane_spectral_data",
-           {{"PaneID", 1},
-            {"angle", 60},
-            {"wavelength", at},
-            {"transmission_outdoor", 0.25},
-            {"reflection_outdoor", 0.125},
-            {"reflection_indoor", 0.0625}});
+    changeTable(*to->ADOConnection(),
+                fmt::format("+Pane_spectral_data PaneID=1, angle=60, wavelength={}, "
+                            "transmission_outdoor=0.25, reflection_outdoor=0.125, "
+                            "reflection_indoor=0.0625",
+                            at));
   }
   const auto rows = integrate(panes(), {.stores = true});
   ASSERT_EQ(rows.size(), 2U);

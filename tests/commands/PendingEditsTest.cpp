@@ -8,8 +8,6 @@
 namespace orv::test {
 namespace {
 
-using commands::edit::Editor;
-using commands::edit::EditSet;
 using commands::edit::PendingEdits;
 using commands::edit::TypedValue;
 using store::Value;
@@ -50,7 +48,7 @@ class PendingEditsTest : public CommandsTest {
   static constexpr const char* kFields[] = {"thickness", "product name", "supplier", "frozen"};
   Node node = newDatabase();
   store::Connection& dc = *node->ADOConnection();
-  Editor editor{session, node->ADOConnection(), EditSet::panes};
+  commands::edit::Editor editor{session, node->ADOConnection(), commands::edit::EditSet::panes};
   PendingEdits pending{editor};
 };
 
@@ -122,10 +120,8 @@ TEST_F(PendingEditsTest, WrongValuesAreNotTakenAndThoseOfOthersAreTold) {
             std::string::npos);
 
   pending.type({typed(2, "product name", "mine"), typed(3, "product name", "mine")});
-  for (const auto& [record, text] : {std::pair(1, "6"), std::pair(2, "theirs")}) {
-    const char* field = record == 1 ? "thickness" : "product name";
-    ASSERT_TRUE(editor.save({editor.change(record, editor.place(field), text)}).isFine());
-  }
+  ASSERT_TRUE(editor.save({editor.change(1, editor.place("thickness"), "6")}).isFine());
+  ASSERT_TRUE(editor.save({editor.change(2, editor.place("product name"), "theirs")}).isFine());
   pending.lookAgain();
   ASSERT_EQ(pending.review().refusals.size(), 2U);
   EXPECT_EQ(pending.review().refusals[0].present, Value(6.0F));

@@ -1,21 +1,15 @@
 // Tables of records, filtered and sorted.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "commands/CellText.h"
 #include "commands/CommandsTest.h"
 #include "commands/NodeContent.h"
 #include "commands/RecordView.h"
 #include "commands/ValueColumns.h"
-#include "database/SourceDatabases.h"
 #include "support/CaseFile.h"
-#include "support/ReadFile.h"
 
 namespace orv::commands {
 namespace {
 
 using store::Value;
-using ::testing::ElementsAre;
 
 /// A table in memory that notes how far it was read.
 class MemoryTable : public RecordTable {
@@ -135,7 +129,7 @@ TEST(RecordView, TextsHaveTheDigitsAndCodesTheirNames) {
   EXPECT_EQ(view.value(0, 1).toLong(), 1);
   view.filter({"", "", "1.2346", "more than there are columns"});
   EXPECT_EQ(shown(), "b|Screen (3)|1.2346|");
-  EXPECT_THAT(view.identifiersRead(), ElementsAre("b", "a", "c"));
+  EXPECT_EQ(view.identifiersRead(), (std::vector<std::string>{"b", "a", "c"}));
   EXPECT_TRUE(view.isFilled());
   EXPECT_FALSE(view.fillNext());
   view.filter({"nothing"});
@@ -207,7 +201,7 @@ TEST_F(RecordTableTest, FillsTheValuesOfPanesThatCanBeRead) {
   session.database.InsertPane(*test::makePane("1", 30), dc);
   test::addRow(dc, "Pane", {{"name", "2"}});
   session.database.InsertPane(*test::makePane("3"), dc);
-  setAll(dc, "Pane_integrated_data", "angle", {}, "PaneID = 3");
+  test::changeTable(dc, "Pane_integrated_data angle=Null where PaneID = 3");
   ValueColumns table(openRecordTable(node), session, node,
                      {.stored = true, .computedBy = optics::Standard::en410});
   const auto named = [&](const char* name) {
@@ -243,15 +237,14 @@ TEST_F(RecordTableTest, ReadsTheRowsInSteps) {
   test::makeGlazingDatabase(folder / "glazing.mdb", panes);
   const auto node = recordSet(opener.openAny(folder / "glazing.mdb"), RecordKind::panes);
   const auto table = openRecordTable(node);
-  for (const auto& [asked, read] : {std::pair{7, 7}, {5, 7}, {8, 8}, {23, 23}, {24, 23}}) {
+  for (const auto& [asked, read] : {std::pair{7U, 7U}, {5, 7}, {8, 8}, {23, 23}, {24, 23}}) {
     EXPECT_FALSE(table->isComplete());
-    table->readTo(static_cast<std::size_t>(asked));
-    EXPECT_EQ(table->rowsRead(), static_cast<std::size_t>(read)) << asked;
+    table->readTo(asked);
+    EXPECT_EQ(table->rowsRead(), read) << asked;
   }
   EXPECT_TRUE(table->isComplete());
-  for (const int row : {22, 3, 0}) {
-    EXPECT_EQ(cellText(table->value(static_cast<std::size_t>(row), 1), 4),
-              std::to_string(23 - row));
+  for (const std::size_t row : {22U, 3U, 0U}) {
+    EXPECT_EQ(cellText(table->value(row, 1), 4), std::to_string(23 - row));
   }
 }
 

@@ -1,7 +1,5 @@
 // What reports say, whole.
-#include <functional>
 #include <limits>
-#include <map>
 #include <stdexcept>
 #include <tuple>
 
@@ -12,7 +10,6 @@
 #include "commands/ErrorText.h"
 #include "commands/ExportLosses.h"
 #include "commands/IntegrateRecords.h"
-#include "commands/PasteRecords.h"
 #include "commands/SpectraCsv.h"
 #include "errors/Error.h"
 #include "store/StoreError.h"

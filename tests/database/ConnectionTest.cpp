@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "database/DatabaseErrors.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
@@ -13,9 +11,9 @@ using ConnectionTest = DatabaseTest;
 
 TEST_F(ConnectionTest, TheLastRowOfTheVersionTableCountsAndOneThereHasToBe) {
   EXPECT_EQ(database.LookupDatabaseVersion(*dc), "3.0.0");
-  addRow("ORVdata_version", {{"version", "9.9.9 "}});
+  addRow(*dc, "ORVdata_version", {{"version", "9.9.9 "}});
   EXPECT_EQ(database.LookupDatabaseVersion(*dc), "9.9.9 ") << "neither trimmed nor changed";
-  addRow("ORVdata_version", {{"version", store::Value()}});
+  addRow(*dc, "ORVdata_version", {{"version", store::Value()}});
   EXPECT_EQ(raisedBy([&] { database.LookupDatabaseVersion(*dc); }).number, kInvalidUseOfNull);
   dc->deleteRows("ORVdata_version", "version > '' OR version IS NULL");
   const Raised raised = raisedBy([&] { database.LookupDatabaseVersion(*dc); });
@@ -32,14 +30,12 @@ TEST_F(ConnectionTest, OpensAndClosesAndRefusesWhatIsNoDatabase) {
 
   EXPECT_NE(raisedBy([&] { database.OpenDatabase(path + ".not", ""); }).number, 0);
   folder.write("text.mdb", "no database");
-  EXPECT_NE(
-      raisedBy([&] { database.OpenDatabase((folder.path() / "text.mdb").string(), ""); }).number,
-      0);
+  EXPECT_NE(raisedBy([&] { database.OpenDatabase(folder / "text.mdb", ""); }).number, 0);
 }
 
 // A count of rows in a file is a hint: other programs do not always keep it.
 TEST_F(ConnectionTest, ARecordSetHasTheRowsOfItsTableWhateverTheTableSays) {
-  addRow("ORVdata_version", {{"version", "last"}});
+  addRow(*dc, "ORVdata_version", {{"version", "last"}});
   const auto say = [&](std::uint32_t count) {
     store::jet::Pager& pager = dc->database().pager();
     store::jet::Transaction transaction(pager);
@@ -67,7 +63,7 @@ TEST_F(ConnectionTest, ARecordSetHasTheRowsOfItsTableWhateverTheTableSays) {
 }
 
 TEST_F(ConnectionTest, ASemicolonInAPathBreaksTheConnectionString) {
-  const auto odd = (folder.path() / "a;b.mdb").string();
+  const auto odd = folder / "a;b.mdb";
   database::CreateEmptyDatabase(odd);
   EXPECT_NE(raisedBy([&] { database.OpenDatabase(odd, ""); }).number, 0);
 }

@@ -1,7 +1,5 @@
 // Records with another value in every field, in the columns that they should be in, and back.
 
-#include <gtest/gtest.h>
-
 #include "database/DatabaseErrors.h"
 #include "database/SourceDatabases.h"
 #include "model/Raised.h"
@@ -42,7 +40,7 @@ class FullRecordTest : public DatabaseTest {
   }
 
   const std::shared_ptr<store::Connection> second =
-      database::CreateEmptyDatabase((folder.path() / "second.mdb").string());
+      database::CreateEmptyDatabase(folder / "second.mdb");
 };
 
 TEST_F(FullRecordTest, APaneStandsInItsColumnsAndComesBack) {
@@ -66,7 +64,7 @@ TEST_F(FullRecordTest, APaneStandsInItsColumnsAndComesBack) {
   insertPane(*back, *second);
   EXPECT_EQ(everyRow(*second), everyRow(*dc));
 
-  const auto old = makeVersion2Of(*dc, (folder.path() / "old.mdb").string());
+  const auto old = makeVersion2Of(*dc, folder / "old.mdb");
   EXPECT_EQ(database.RetrieveAnglesOfPaneDataORV_20(1, *old), (std::vector<std::int16_t>{37, 60}));
   for (const auto& [id, name] : {std::pair{1, ""}, std::pair{0, "file \"ä\".dat"}}) {
     const auto ofVersion2 = database.RetrievePaneORV_20(*old, id, name, 60, 0);
@@ -97,7 +95,7 @@ TEST_F(FullRecordTest, AFrameStandsInItsColumnsAndComesBack) {
   database.InsertFrame(*back, *second);
   EXPECT_EQ(everyRow(*second), everyRow(*dc));
 
-  const auto old = makeVersion2Of(*dc, (folder.path() / "old.mdb").string());
+  const auto old = makeVersion2Of(*dc, folder / "old.mdb");
   const auto ofVersion2 = database.RetrieveFrameORV_20(*old, 1, "");
   EXPECT_EQ(whole(*ofVersion2), whole(*database.RetrieveFrameORV_20(*old, 0, "frame")));
   EXPECT_EQ(raisedBy([&] { database.RetrieveFrameORV_20(*old, 0, ""); }).number,
@@ -133,9 +131,9 @@ TEST_F(FullRecordTest, OfAFrameAnyOtherGroupIsUnknown) {
 }
 
 TEST_F(FullRecordTest, WhatADatabaseHasNoColumnForKeepsItsDefault) {
-  const auto old = store::Connection::create((folder.path() / "old.mdb").string());
+  const auto old = store::Connection::create(folder / "old.mdb");
   old->createTable({"Shading", {{"Shading_id", store::ColumnType::longInteger}, {"name"}}});
-  test::addRow(*old, "Shading", {{"Shading_id", 7}, {"name", "blind"}});
+  addRow(*old, "Shading", {{"Shading_id", 7}, {"name", "blind"}});
   ShadingDataClass expected;
   expected.name("blind");
   expected.group("Unknown");

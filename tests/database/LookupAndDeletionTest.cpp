@@ -6,6 +6,7 @@ namespace orv::test {
 namespace {
 
 using LookupTest = DatabaseTest;
+using DeletionTest = DatabaseTest;
 
 TEST_F(LookupTest, InsertsANameOnceAndFindsItAgain) {
   const auto insert = [&] {
@@ -20,9 +21,9 @@ TEST_F(LookupTest, InsertsANameOnceAndFindsItAgain) {
   EXPECT_EQ(changesOf(insert),
             "Groups + 1|Demo; Groups + 2|Other; Groups + 3|Gro\u00df; FrameTypes + 1|Wood; "
             "Suppliers + 1|Maker");
-  addRow("Groups", {{"GroupName", "Other"}});
-  addRow("FrameTypes", {{"FrameTypeName", "Steel"}});
-  addRow("Suppliers", {{"SupplierName", "b"}});
+  addRow(*dc, "Groups", {{"GroupName", "Other"}});
+  addRow(*dc, "FrameTypes", {{"FrameTypeName", "Steel"}});
+  addRow(*dc, "Suppliers", {{"SupplierName", "b"}});
   EXPECT_EQ(database::GroupNameById(2, *dc), "Other");
   EXPECT_EQ(database::GroupIdByName("other", *dc), 2) << "the first of two";
   EXPECT_EQ(database::FrameTypeNameById(2, *dc), "Steel");
@@ -40,8 +41,6 @@ TEST_F(LookupTest, InsertsANameOnceAndFindsItAgain) {
       "");
 }
 
-using DeletionTest = DatabaseTest;
-
 TEST_F(DeletionTest, APaneGoesWithItsDetailRowsAndNoOthers) {
   for (const std::int16_t angle : {0, 30}) {
     for (const char* name : {"first", "second"}) {
@@ -51,7 +50,7 @@ TEST_F(DeletionTest, APaneGoesWithItsDetailRowsAndNoOthers) {
       database.InsertPane(*pane, *dc);
     }
   }
-  addRow("Pane", {{"name", "bare"}});
+  addRow(*dc, "Pane", {{"name", "bare"}});
   const std::string values = "|0.11|0.12|0.13|0.14|0.15|0.16|0.17|0.18|0.19|0.2|0.21|0.22; ";
   const std::string pane =
       "|1|1|5.7|1|0.84|0.1|0.125|0.25|False|False|False|True|False|False|0||False||";

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include "database/OrvSchema.h"
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 
@@ -31,9 +30,9 @@ TEST_F(OrvSchemaTest, TablesHaveTheseColumnsAndIndexes) {
 }
 
 TEST_F(OrvSchemaTest, TheSavedQueriesShowAlsoRecordsWithoutGroupAndSupplier) {
-  addRow("Pane", {{"name", "pane"}, {"groupID", 77}});
-  addRow("Frame", {{"name", "frame"}});
-  addRow("Shading", {{"name", "shading"}});
+  addRow(*dc, "Pane", {{"name", "pane"}, {"groupID", 77}});
+  addRow(*dc, "Frame", {{"name", "frame"}});
+  addRow(*dc, "Shading", {{"name", "shading"}});
   for (const auto& [query, key] : {std::pair{"qryPaneImport", "PaneID"},
                                    {"qryFrameImport", "FrameID"},
                                    {"qryShadingImport", "Shading_id"}}) {

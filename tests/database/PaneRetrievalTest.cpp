@@ -1,8 +1,6 @@
 #include "database/DatabaseErrors.h"
 #include "database/SourceDatabases.h"
-#include "database/TestDatabase.h"
 #include "model/Raised.h"
-#include "support/FullRecords.h"
 
 namespace orv::test {
 namespace {
@@ -29,7 +27,7 @@ TEST_F(PaneRetrievalTest, LooksUpByKeyElseByNameAndGroup) {
 
 TEST_F(PaneRetrievalTest, DirectionZeroMeansAny) {
   database.InsertPane(*makePane("pane"), *dc);
-  addRow("Pane_spectral_data",
+  addRow(*dc, "Pane_spectral_data",
          {{"PaneID", 1}, {"angle", 0}, {"direction", 2}, {"wavelength", 350.0}});
   EXPECT_EQ(retrieve(1, 0, 0)->SpectralData()->count(), 6);
   EXPECT_EQ(retrieve(1, 0, 0)->SpectralData()->wl(1), 350);
@@ -38,7 +36,7 @@ TEST_F(PaneRetrievalTest, DirectionZeroMeansAny) {
 }
 
 TEST_F(PaneRetrievalTest, ADanglingSupplierIsEmpty) {
-  addRow("Pane", {{"name", "pane"}, {"supplierID", 77}});
+  addRow(*dc, "Pane", {{"name", "pane"}, {"supplierID", 77}});
   EXPECT_EQ(retrieve(1)->supplier(), "");
 }
 
@@ -50,7 +48,7 @@ TEST_F(PaneRetrievalTest, AnglesComeInTableOrder) {
 }
 
 TEST_F(PaneRetrievalTest, TheIgdbGivesKindsSubstratesAndOneValueForBothSides) {
-  const auto igdb = makeGlazingDatabase((folder.path() / "igdb.mdb").string());
+  const auto igdb = makeGlazingDatabase(folder / "igdb.mdb");
   std::string told;
   for (const char* name : {"clear.DAT", "coated.dat", "film.dat", "stack.dat"}) {
     told += whole(*database.RetrievePaneIGDB(*igdb, name)) + "\n";

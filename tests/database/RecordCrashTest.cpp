@@ -1,13 +1,10 @@
 // Whatever fails while a record is written or deleted, or a database made: it is there entirely, or
 // not at all.
 
-#include <gtest/gtest.h>
-
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/StoreError.h"
-#include "support/FullRecords.h"
 #include "support/MemoryFiles.h"
 
 namespace orv::test {

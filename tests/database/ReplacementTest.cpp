@@ -4,8 +4,6 @@
 #include "database/TestDatabase.h"
 #include "model/Raised.h"
 #include "support/CaseFile.h"
-#include "support/FullRecords.h"
-#include "support/ReadFile.h"
 
 namespace orv::test {
 namespace {
@@ -131,16 +129,11 @@ TEST_F(ReplacementTest, ValuesThatWereComputedFollowTheSpectrum) {
 }
 
 TEST_F(ReplacementTest, OneOfSeveralDirectionsIsReplaced) {
-  const auto add = [&](int angle, int direction, double transmission) {
-    addRow("Pane_spectral_data", {{"PaneID", 1},
-                                  {"angle", angle},
-                                  {"direction", direction},
-                                  {"wavelength", 302.5},
-                                  {"transmission_outdoor", transmission}});
-  };
-  add(60, 1, 0.125);
-  add(60, 2, 0.25);
-  add(37, 3, 0.5);
+  for (const std::string place : {"angle=60, direction=1, transmission_outdoor=0.125",
+                                  "angle=60, direction=2, transmission_outdoor=0.25",
+                                  "angle=37, direction=3, transmission_outdoor=0.5"}) {
+    changeTable(*dc, "+Pane_spectral_data PaneID=1, wavelength=302.5, " + place);
+  }
   tell(replace({paneAt(60)}));
   tell(replace({paneAt(60)}, {.angles = {{60, {.direction = 2}}}}));
   dc->deleteRows("Pane_spectral_data", "direction = 0 OR angle = 60");
@@ -189,8 +182,8 @@ TEST_F(ReplacementTest, AShadingIsReplacedOrAdded) {
   ShadingDataClass shading = fullShading();
   EXPECT_FALSE(database.ReplaceShading(shading, {}, *dc));
   tell(changesOf([&] { EXPECT_TRUE(database.ReplaceShading(shading, {}, *dc)); }));
-  for (const auto& [column, field] : shadingNumbers()) (shading.*field)(0.5 + (shading.*field)());
-  for (const auto& [column, field] : shadingFlags()) (shading.*field)(!(shading.*field)());
+  for (const auto field : shadingNumbers()) (shading.*field)(0.5 + (shading.*field)());
+  for (const auto field : shadingFlags()) (shading.*field)(!(shading.*field)());
   shading.productname("b"), shading.typeID(5), shading.Supplier_dataID(-7), shading.supplier("c");
   shading.integrated({{30, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 0.5}});
   shading.spectrum({{300.1, 0.8, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 1 / 3.0},

@@ -6,21 +6,18 @@
 #include <vector>
 
 #include "database/TestDatabase.h"
-#include "support/FullRecords.h"
 
 namespace orv::test {
 
 /// Adds a point of a pane's spectrum; all that is measured there follows from the wavelength.
 inline void addPoint(store::Connection& dc, std::int32_t pane, int angle, int direction,
                      double wavelength) {
-  addRow(dc, "Pane_spectral_data",
-         {{"PaneID", pane},
-          {"angle", angle},
-          {"direction", direction},
-          {"wavelength", wavelength},
-          {"transmission_outdoor", wavelength / 4000 + angle / 1000.0},
-          {"reflection_outdoor", wavelength / 8000 + direction / 100.0},
-          {"reflection_indoor", wavelength / 16000}});
+  changeTable(dc,
+              fmt::format("+Pane_spectral_data PaneID={}, angle={}, direction={}, "
+                          "wavelength={}, transmission_outdoor={}, reflection_outdoor={}, "
+                          "reflection_indoor={}",
+                          pane, angle, direction, wavelength, wavelength / 4000 + angle / 1000.0,
+                          wavelength / 8000 + direction / 100.0, wavelength / 16000));
 }
 
 /// Makes a database of version 3.0.0 with panes of several angles and directions, without data, and
@@ -49,16 +46,10 @@ inline std::shared_ptr<store::Connection> makeFullDatabase(const std::string& pa
   }
   for (const double wavelength : {310, 420}) addPoint(*dc, 3, 15, 0, wavelength);
   for (const double wavelength : {3200, 400, 400}) addPoint(*dc, 4, 95, 0, wavelength);
-  for (const auto& [table, column, value, where] :
-       {std::tuple{"Pane", "spectral_pane", store::Value(false), "PaneID = 3"},
-        {"Pane", "freeze", store::Value(true), "PaneID = 3"},
-        {"Pane", "Ra", store::Value(97), "PaneID = 4"},
-        {"Pane_spectral_data", "reflection_sub", store::Value(0.25), "angle = 60"}}) {
-    auto rows = dc->openRecordset(fmt::format("SELECT * FROM {} WHERE {}", table, where),
-                                  store::CursorType::keyset, store::LockType::optimistic);
-    rows->setValue(column, value);
-    rows->update();
-  }
+  changeTable(*dc, "Pane spectral_pane=False, freeze=True where PaneID = 3");
+  changeTable(*dc, "Pane Ra=97 where PaneID = 4");
+  changeTable(*dc,
+              "Pane_spectral_data reflection_sub=0.25 where angle = 60 AND wavelength < 302.6");
   FrameDataClass frame = fullFrame();
   database.InsertFrame(frame, *dc);
   for (const char* name : {"sash", "it's"}) {
@@ -119,36 +110,23 @@ inline std::shared_ptr<store::Connection> makeVersion2Of(store::Connection& dc,
                                                          const std::string& path,
                                                          const NewNames& others = {}) {
   NewNames names = others;
-  names.insert({{"PaneID", "Pane_id"},
-                {"FrameID", "Frame_id"},
-                {"FrameTypeID", "material_type"},
-                {"product_name", ""},
-                {"supplierID", ""},
-                {"groupID", ""},
-                {"acceptance", ""},
-                {"direction", ""},
-                {"groupnameID", ""},
-                {"Groups", ""},
-                {"Suppliers", ""},
-                {"FrameTypes", ""}});
+  names.insert({{"PaneID", "Pane_id"}, {"FrameID", "Frame_id"}, {"FrameTypeID", "material_type"}});
+  for (const char* missing : {"product_name", "supplierID", "groupID", "acceptance", "direction",
+                              "groupnameID", "Groups", "Suppliers", "FrameTypes"}) {
+    names.insert({missing, ""});
+  }
   return makeRenamed(dc, path, names, "2.0.1");
 }
 
 /// Panes of every kind: of glass, coated on it, with a film whose glass is not there, of layers,
 /// and of a kind that is not known.
 inline std::vector<FieldValues> glazingPanes() {
-  FieldValues clear{{"GlazingID", 3},
-                    {"FileName", "CLEAR.DAT"},
-                    {"Type", "Monolithic"},
-                    {"ProductName", "Clear ®"},
-                    {"Manufacturer", "Maker 3"},
-                    {"Acceptance", "#"},
-                    {"Substrate_FileName", "N/A"}};
-  const std::vector<std::pair<const char*, double>> numbers{
-      {"Thickness", 4.5},     {"Conductivity", 1.25}, {"ef", 0.84},           {"eb", 0.75},
-      {"TIR", 0.125},         {"Precalc_Rfsol", 0.1}, {"Precalc_Rbsol", 0.2}, {"Precalc_Tsol", 0.3},
-      {"Precalc_Rfvis", 0.4}, {"Precalc_Rbvis", 0.5}, {"Precalc_Tvis", 0.6},  {"Precalc_Tuv", 0.7}};
-  for (const auto& [column, value] : numbers) clear.emplace_back(column, value);
+  const FieldValues clear = valuesOf(
+      "GlazingID=3, FileName=CLEAR.DAT, Type=Monolithic, ProductName=Clear ®, Manufacturer=Maker "
+      "3, "
+      "Acceptance=#, Substrate_FileName=N/A, Thickness=4.5, Conductivity=1.25, ef=0.84, eb=0.75, "
+      "TIR=0.125, Precalc_Rfsol=0.1, Precalc_Rbsol=0.2, Precalc_Tsol=0.3, Precalc_Rfvis=0.4, "
+      "Precalc_Rbvis=0.5, Precalc_Tvis=0.6, Precalc_Tuv=0.7");
   const auto pane = [](int id, const char* name, const char* type, const char* substrate) {
     return FieldValues{
         {"GlazingID", id}, {"FileName", name}, {"Type", type}, {"Substrate_FileName", substrate}};
@@ -190,12 +168,9 @@ inline std::shared_ptr<store::Connection> makeGlazingDatabase(
     addRow(*dc, "GlazingProperties", pane);
     const double id = pane.front().second.toDouble();
     for (const double wavelength : {2.5, 0.5, 0.3}) {
-      addRow(*dc, "SpectralData",
-             {{"GlazingID", id},
-              {"Wavelength", wavelength},
-              {"T", wavelength / 4 + id / 100},
-              {"Rf", wavelength / 8 + id / 100},
-              {"Rb", wavelength / 16 + id / 100}});
+      changeTable(*dc, fmt::format("+SpectralData GlazingID={}, Wavelength={}, T={}, Rf={}, Rb={}",
+                                   id, wavelength, wavelength / 4 + id / 100,
+                                   wavelength / 8 + id / 100, wavelength / 16 + id / 100));
     }
   }
   return dc;

@@ -1,16 +1,16 @@
 // An ORV database of its own for each test, and records to put into it.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "database/ORV_DatabaseInterface.h"
 #include "database/OrvSchema.h"
 #include "store/History.h"
+#include "support/FullRecords.h"
 #include "textfile/Folder.h"
 
 namespace orv::test {
@@ -42,6 +42,55 @@ inline void addRow(store::Connection& dc, const std::string& table, const FieldV
   rows->addNew();
   for (const auto& [column, value] : values) rows->setValue(column, value);
   rows->update();
+}
+
+inline store::Value valueOf(const std::string& text) {
+  if (text == "True" || text == "False") return text == "True";
+  if (text == "Null") return {};
+  if (text.starts_with("bytes ")) return store::Bytes(text.begin() + 6, text.end());
+  char* end = nullptr;
+  const double number = std::strtod(text.c_str(), &end);
+  return text.empty() || *end != '\0' ? store::Value(text) : store::Value(number);
+}
+
+/// "column=value, column=value"
+inline FieldValues valuesOf(const std::string& text) {
+  FieldValues values;
+  std::istringstream parts(text);
+  for (std::string each; std::getline(parts >> std::ws, each, ',');) {
+    const std::size_t sign = each.find('=');
+    values.emplace_back(each.substr(0, sign), valueOf(each.substr(sign + 1)));
+  }
+  return values;
+}
+
+/// Makes a change:
+///
+///   +TABLE COLUMN=VALUE, ...                   a row more
+///   -TABLE CONDITION                           rows less
+///   TABLE COLUMN=VALUE, ... where CONDITION    other values, in all rows without a condition;
+///                                              "reflection_" stands for all columns whose names
+///                                              begin so
+inline void changeTable(store::Connection& dc, const std::string& change) {
+  const std::size_t blank = change.find(' ');
+  const std::string table = change.substr(0, blank);
+  const std::string rest = change.substr(blank + 1);
+  if (table.starts_with('+')) return addRow(dc, table.substr(1), valuesOf(rest));
+  if (table.starts_with('-')) return dc.deleteRows(table.substr(1), rest);
+  const std::size_t where = std::min(rest.find(" where "), rest.size());
+  const auto rows = dc.openRecordset("SELECT * FROM " + table + rest.substr(where),
+                                     store::CursorType::keyset, store::LockType::optimistic);
+  ASSERT_FALSE(rows->eof()) << change;
+  for (; !rows->eof(); rows->moveNext()) {
+    for (const auto& [name, value] : valuesOf(rest.substr(0, where))) {
+      if (!name.ends_with('_')) rows->setValue(name, value);
+      for (const auto& column : rows->fields()) {
+        const bool isMeant = name.ends_with('_') && column.name.starts_with(name);
+        if (isMeant) rows->setValue(column.name, value);
+      }
+    }
+    rows->update();
+  }
 }
 
 inline std::string textOf(const store::Value& value) {
@@ -104,17 +153,12 @@ inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16
   pane->Precalc_Rbuv(0.2F);
   pane->Precalc_Tfuv(0.21F);
   pane->Precalc_Tbuv(0.22F);
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(4);
-  for (std::int32_t i = 0; i < 5; ++i) {
-    const auto step = static_cast<float>(i);
-    spectrum->wl(i, 0.3F + 0.1F * step);
-    spectrum->Tf(i, 0.5F + 0.01F * step);
-    spectrum->Tb(i, 0.5F + 0.01F * step);
-    spectrum->Rf(i, 0.1F + 0.01F * step);
-    spectrum->Rb(i, 0.2F + 0.01F * step);
+  std::vector<std::array<float, 5>> points;
+  for (float i = 0; i < 5; ++i) {
+    const float step = 0.01F * i;
+    points.push_back({0.3F + 0.1F * i, 0.5F + step, 0.5F + step, 0.1F + step, 0.2F + step});
   }
-  pane->SpectralData(spectrum);
+  pane->SpectralData(spectrumOf(points));
   return pane;
 }
 
@@ -143,16 +187,6 @@ class DatabaseTest : public ::testing::Test {
     return dc->openRecordset(table, store::CursorType::static_)->recordCount();
   }
 
-  /// The one value of a statement.
-  store::Value valueOf(const std::string& statement) {
-    auto rows = dc->openRecordset(statement);
-    return rows->eof() ? store::Value() : rows->value(std::size_t{0});
-  }
-
-  void addRow(const std::string& table, const FieldValues& values) {
-    test::addRow(*dc, table, values);
-  }
-
   /// The rows that it writes, parted by "; ".
   std::string changesOf(const std::function<void()>& work) {
     store::History history(*dc);
@@ -173,7 +207,7 @@ class DatabaseTest : public ::testing::Test {
   }
 
   Folder folder;
-  std::string path = (folder.path() / "orvdata.mdb").string();
+  std::string path = folder / "orvdata.mdb";
   std::shared_ptr<store::Connection> dc = database::CreateEmptyDatabase(path);
   ScriptedQuestions questions;
   database::ORV_DatabaseInterface database{questions};

@@ -1,9 +1,5 @@
 // What of a table a spectrum covers, and what a record says of its surfaces.
 #include <fmt/format.h>
-#include <gtest/gtest.h>
-
-#include <iterator>
-#include <sstream>
 
 #include "optics/Coverage.h"
 #include "optics/Surfaces.h"

@@ -1,10 +1,5 @@
 // Values that others publish for products whose spectra are in the corpus.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <sstream>
 
 #include "optics/Integrator.h"
 #include "productfile/ProductFile.h"

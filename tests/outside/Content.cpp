@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
-#include <vector>
 
 #include "outside/Program.h"
 

@@ -1,6 +1,4 @@
 // Several processes with one file at a time.
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <future>
 

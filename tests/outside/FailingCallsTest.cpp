@@ -1,7 +1,4 @@
 // Calls that change a file fail: with an input or output error, for want of space, in part.
-#include <gtest/gtest.h>
-
-#include "outside/FileCall.h"
 #include "outside/Work.h"
 
 namespace orv::test {

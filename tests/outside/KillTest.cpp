@@ -1,7 +1,4 @@
 // The programs are killed at calls that change a file.
-#include <gtest/gtest.h>
-
-#include "outside/FileCall.h"
 #include "outside/Work.h"
 
 namespace orv::test {

@@ -1,6 +1,4 @@
 // The power goes: from a recording of a program's calls, folders as a disk may hold them.
-#include <gtest/gtest.h>
-
 #include <numeric>
 
 #include "outside/Work.h"

@@ -5,7 +5,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 
 #include "outside/FileCall.h"
 #include "support/ReadFile.h"

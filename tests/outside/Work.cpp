@@ -1,7 +1,6 @@
 #include "outside/Work.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <regex>

@@ -2,8 +2,6 @@
 // judged after each disturbance.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <optional>

@@ -1,6 +1,4 @@
 // Input that is no product, or a wrong one: what is told, and where.
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <ctime>

@@ -1,6 +1,5 @@
 // What the rules of the forms make of rows, angles, lists and integrated values.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <set>
 
@@ -14,9 +13,7 @@ namespace {
 
 using productfile::Product;
 using productfile::ProductFile;
-using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 TEST(ProductFormsTest, RowsWithoutAValueAreSkippedAndRowsPutInOrder) {
   const ProductFile file(R"({"name": "a", "spectral_data": {"spectral_data": [
@@ -27,14 +24,8 @@ TEST(ProductFormsTest, RowsWithoutAValueAreSkippedAndRowsPutInOrder) {
     "measured_data": {"thickness": 4, "conductivity": 1}})",
                          "a.json");
   const auto product = file.product("");
-  const SpectralData& spectrum = *product.pane->SpectralData();
-  ASSERT_EQ(spectrum.count(), 2);
-  EXPECT_THAT(
-      (std::vector{spectrum.wl(0), spectrum.Tf(0), spectrum.Tb(0), spectrum.Rf(0), spectrum.Rb(0)}),
-      ElementsAre(0.3F, 0.21F, 0.21F, 0.23F, 0.24F));
-  EXPECT_THAT(
-      (std::vector{spectrum.wl(1), spectrum.Tf(1), spectrum.Tb(1), spectrum.Rf(1), spectrum.Rb(1)}),
-      ElementsAre(0.5F, 0.11F, 0.12F, 0.13F, 0.14F));
+  EXPECT_EQ(listOf(*product.pane->SpectralData()),
+            "unit 0; 0.3 0.21 0.21 0.23 0.24; 0.5 0.11 0.12 0.13 0.14");
   EXPECT_THAT(product.notes, ElementsAre("the rows of the spectrum were put in order",
                                          "2 rows without a value skipped"));
 }
@@ -60,11 +51,7 @@ void fillCommon(GlazingData& p) {
   p.TfIR(0.01F), p.TbiR(0.02F), p.ef(0.83F), p.eb(0.04F), p.ORV_Emissivity_front(0.83F);
   p.ORV_Emissivity_back(0.04F), p.ef_source(kTextFileSource), p.eb_source(kTextFileSource);
   p.spectral_pane(true), p.use_estimation(true), p.WavelengthUnit(kMicrons);
-  const auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(0);
-  spectrum->wl(0, 0.5F), spectrum->Tf(0, 0.11F), spectrum->Tb(0, 0.12F);
-  spectrum->Rf(0, 0.13F), spectrum->Rb(0, 0.14F);
-  p.SpectralData(spectrum);
+  p.SpectralData(spectrumOf({{0.5F, 0.11F, 0.12F, 0.13F, 0.14F}}));
 }
 
 /// The product of a file beside this one.
@@ -146,16 +133,12 @@ TEST(ProductFormsTest, KnowsTheWordsOfTheForms) {
 }
 
 TEST(ProductFormsTest, TheFirstStandardWithValuesCounts) {
-  const ProductFile file(R"({"name": "a",
-    "spectral_data": {"spectral_data": [{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]},
-    "measured_data": {"thickness": 4, "conductivity": 1},
+  const auto product = flatProduct(R"("measured_data": {"thickness": 4, "conductivity": 1},
     "composition": [{"child_product": {}}],
     "integrated_results_summary": [
       {"calculation_standard_name": "EMPTY", "tfsol": null},
       {"calculation_standard_name": "NFRC", "tfsol": 0.7, "tbsol": 0.6, "tfvis": 0.5},
-      {"tfsol": 0.8}]})",
-                         "a.json");
-  const auto product = file.product("");
+      {"tfsol": 0.8}],)");
   EXPECT_EQ(product.pane->Precalc_Tfsol(), 0.7F);
   EXPECT_EQ(product.pane->Precalc_Tbsol(), 0.6F);
   EXPECT_EQ(product.pane->Precalc_Tbvis(), 0.5F);
@@ -184,8 +167,8 @@ TEST(ProductFormsTest, PublishedValuesAreOfNormalIncidenceOrOfTheOnlyAngle) {
   const auto oblique = two.product("", 60);
   EXPECT_EQ(oblique.pane->Precalc_Tfsol(), 0);
   EXPECT_EQ(oblique.pane->Precalc_StandardName(), "");
-  EXPECT_THAT(oblique.notes, Contains("the integrated values of the product, of normal "
-                                      "incidence, are left out at 60 degrees"));
+  EXPECT_THAT(oblique.notes, ::testing::Contains("the integrated values of the product, of normal "
+                                                 "incidence, are left out at 60 degrees"));
   const auto one = fileOf(R"({"incidence_angle": 60, )" + rows).product("");
   EXPECT_EQ(one.pane->Precalc_Tbsol(), 0.7F);
   EXPECT_THAT(one.notes, ElementsAre("1 row without a value skipped",
@@ -198,7 +181,7 @@ TEST(ProductFormsTest, AListHasAnIdentifierAProduct) {
     "spectral_data": {"spectral_data": [{"wavelength": 1, "T": 0, "Rf": 0, "Rb": 0}]}})";
   const ProductFile file("\xEF\xBB\xBF[" + flat + ", 5, " + flat + "]", "list.json");
   EXPECT_THAT(file.pointers(), ElementsAre("/0", "/1", "/2"));
-  EXPECT_THAT(file.product("/2").notes, IsEmpty());
+  EXPECT_THAT(file.product("/2").notes, ::testing::IsEmpty());
   EXPECT_EQ(file.product("/2").pane->filename(), "NAME");
 
   const auto name = productfile::ProductName::of("a#/b.json#/12");

@@ -48,11 +48,7 @@ TEST(ProductWriterTest, WritesTheExactText) {
   pane.spectral_pane(true);
   pane.ORV_Emissivity_front(0.125);
   pane.Precalc_Tfvis(0.25F);
-  const auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(0);
-  spectrum->wl(0, 0.5F), spectrum->Tf(0, 0.1F), spectrum->Tb(0, 0.2F), spectrum->Rf(0, 0.3F);
-  spectrum->Rb(0, 0.4F);
-  pane.SpectralData(spectrum);
+  pane.SpectralData(spectrumOf({{0.5F, 0.1F, 0.2F, 0.3F, 0.4F}}));
   const auto product = productfile::productOf(pane);
   std::string expected = readFile(ORV_SOURCE_DIR "/tests/productfile/written.json");
   std::erase(expected, '\n');

@@ -21,21 +21,15 @@ TEST_F(DataSourcesTest, NeverUsesAKeyAgain) {
 }
 
 TEST_F(DataSourcesTest, DerivesTheRecordSetsFromTheType) {
-  const std::vector<std::tuple<DataTypeCode, std::string, std::string>> expected = {
-      {2, "", ""},
-      {3, "", ""},
+  std::vector<std::tuple<DataTypeCode, std::string, std::string>> expected = {
       {6, "Pane", "Pane"},
       {7, "Frame", "Frame"},
       {8, "Pane", "qryPaneImport"},
       {9, "Frame", "qryFrameImport"},
       {10, "qryOptics5Grid", "qryOptics5Grid"},
-      {11, "", ""},
-      {12, "", ""},
-      {15, "", ""},
       {16, "Shading", "Shading"},
-      {17, "Shading", "qryShadingImport"},
-      {18, "", ""},
-      {99, "", ""}};
+      {17, "Shading", "qryShadingImport"}};
+  for (const DataTypeCode none : {2, 3, 11, 12, 15, 18, 99}) expected.emplace_back(none, "", "");
   for (const auto& [type, recordSet, display] : expected) {
     const auto node = add(top_, type);
     EXPECT_EQ(node->RecordSetName(), recordSet) << type;

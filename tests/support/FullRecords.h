@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,38 +27,37 @@ inline std::string dateText(const OptionalDate& date) {
   return date ? std::to_string(date->time_since_epoch().count()) : "none";
 }
 
+/// The values, a line each.
+template <class... Values>
+std::string inLines(const Values&... values) {
+  return (fmt::format("{}\n", values) + ...);
+}
+
 /// Every property, a line each.
 inline std::string whole(const GlazingData& p) {
-  std::string text = fmt::format(
-      "{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n", p.filename(), dateText(p.FileDate()),
-      p.NFRC_id(), p.productname(), p.supplier(), p.group(), p.description(), p.Appearance(),
-      p.Acceptance(), p.IGDBChecksum(), dateText(p.IGDBChecksumDate()), p.Hidden(), p.id());
-  text += fmt::format("{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n", p.unit(), p.WavelengthUnit(),
-                      p.Thickness(), p.Conductivity(), p.TfIR(), p.TbiR(), p.ef(), p.ef_source(),
-                      p.eb(), p.eb_source());
-  text += fmt::format("{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n{}\n", p.GlazingType(), p.material(),
-                      p.CoatingName(), p.CoatingID(), p.CoatedSide(), p.CoatingFilename(),
-                      p.SubstrateFilename(), p.LaminateFilename(), p.FilmFilename(),
-                      p.LaminateMaterial());
+  std::string text =
+      inLines(p.filename(), dateText(p.FileDate()), p.NFRC_id(), p.productname(), p.supplier(),
+              p.group(), p.description(), p.Appearance(), p.Acceptance(), p.IGDBChecksum(),
+              dateText(p.IGDBChecksumDate()), p.Hidden(), p.id(), p.unit(), p.WavelengthUnit(),
+              p.Thickness(), p.Conductivity(), p.TfIR(), p.TbiR(), p.ef(), p.ef_source(), p.eb(),
+              p.eb_source(), p.GlazingType(), p.material(), p.CoatingName(), p.CoatingID(),
+              p.CoatedSide(), p.CoatingFilename(), p.SubstrateFilename(), p.LaminateFilename(),
+              p.FilmFilename(), p.LaminateMaterial());
   for (std::int32_t i = 1; i <= p.UsesCount(); ++i) text += p.uses(i) + "\n";
   for (std::int32_t i = 1; i <= p.AvailabilityCount(); ++i) {
-    const auto& entry = *p.Availability(i);
-    text += entry.Region() + " " + entry.AlternateProductName() + "\n";
+    text += inLines(p.Availability(i)->Region(), p.Availability(i)->AlternateProductName());
   }
   for (std::int32_t i = 0; i < p.StructureCount(); ++i) {
     const auto& layer = *p.structure(i);
-    text += fmt::format("{} {} {}\n", layer.filename(), layer.Thickness(), layer.Flipped());
+    text += inLines(layer.filename(), layer.Thickness(), layer.Flipped());
   }
-  text += fmt::format(
-      "{}\n{}\n{} {} {} {}\n{} {} {} {}\n{} {} {}\n{} {} {}\n{} {} {}\n{} {} {} {} {} {}\n",
-      p.Precalc_StandardName(), dateText(p.Precalc_Time()), p.Precalc_Tfsol(), p.Precalc_Tbsol(),
-      p.Precalc_Rfsol(), p.Precalc_RbSol(), p.Precalc_Tfvis(), p.Precalc_Tbvis(), p.Precalc_Rfvis(),
-      p.Precalc_Rbvis(), p.Precalc_TfIR(), p.Precalc_ef(), p.Precalc_eb(), p.Precalc_TCIEX(),
-      p.Precalc_TCIEY(), p.Precalc_TCIEZ(), p.Precalc_RfCIEX(), p.Precalc_RfCIEY(),
-      p.Precalc_RfCIEZ(), p.Precalc_Tdw(), p.Precalc_Tfuv(), p.Precalc_Tbuv(), p.Precalc_Rfuv(),
-      p.Precalc_Rbuv(), p.Precalc_TSPF());
-  text +=
-      fmt::format("{}\n{}\n{}\n{}\n{}\n{}{}{}{}{}{}{}\n", p.ORV_Emissivity_back(),
+  text += inLines(p.Precalc_StandardName(), dateText(p.Precalc_Time()), p.Precalc_Tfsol(),
+                  p.Precalc_Tbsol(), p.Precalc_Rfsol(), p.Precalc_RbSol(), p.Precalc_Tfvis(),
+                  p.Precalc_Tbvis(), p.Precalc_Rfvis(), p.Precalc_Rbvis(), p.Precalc_TfIR(),
+                  p.Precalc_ef(), p.Precalc_eb(), p.Precalc_TCIEX(), p.Precalc_TCIEY(),
+                  p.Precalc_TCIEZ(), p.Precalc_RfCIEX(), p.Precalc_RfCIEY(), p.Precalc_RfCIEZ(),
+                  p.Precalc_Tdw(), p.Precalc_Tfuv(), p.Precalc_Tbuv(), p.Precalc_Rfuv(),
+                  p.Precalc_Rbuv(), p.Precalc_TSPF(), p.ORV_Emissivity_back(),
                   p.ORV_Emissivity_front(), p.ORV_CoatingClass(), p.ORV_Angle(), p.ORV_Direction(),
                   p.ORV_Frozen(), p.with_and_without_film(), p.film_outdoor_side(),
                   p.single_layer(), p.spectral_pane(), p.Use_0_30_60(), p.use_estimation());
@@ -66,18 +66,25 @@ inline std::string whole(const GlazingData& p) {
   return text;
 }
 
-inline std::shared_ptr<SpectralData> spectrumOfTwo(float first) {
+/// A spectrum of points that are wavelength, Tf, Tb, Rf and Rb.
+inline std::shared_ptr<SpectralData> spectrumOf(const std::vector<std::array<float, 5>>& points) {
   auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(1);
-  for (std::int32_t i = 0; i < 2; ++i) {
-    const auto shift = static_cast<float>(i) / 3;
-    spectrum->wl(i, first + shift);
-    spectrum->Tf(i, 0.1F + shift);
-    spectrum->Tb(i, 0.2F + shift);
-    spectrum->Rf(i, 0.3F + shift);
-    spectrum->Rb(i, 1e-8F + shift);
+  spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
+  for (std::int32_t i = 0; const auto& [wavelength, tf, tb, rf, rb] : points) {
+    spectrum->wl(i, wavelength);
+    spectrum->Tf(i, tf);
+    spectrum->Tb(i, tb);
+    spectrum->Rf(i, rf);
+    spectrum->Rb(i++, rb);
   }
   return spectrum;
+}
+
+inline std::shared_ptr<SpectralData> spectrumOfTwo(float first) {
+  constexpr float kShift = 1.0F / 3;
+  return spectrumOf(
+      {{first, 0.1F, 0.2F, 0.3F, 1e-8F},
+       {first + kShift, 0.1F + kShift, 0.2F + kShift, 0.3F + kShift, 1e-8F + kShift}});
 }
 
 /// Another value in every field that has more than two.
@@ -136,78 +143,64 @@ inline FrameDataClass fullFrame() {
 }
 
 inline std::string whole(const FrameDataClass& f) {
-  return fmt::format("{} {} {} {} {} {} {} {} {}", f.name(), f.productname(), f.group(),
-                     f.supplier(), f.frametype(), f.u_value(), f.width(),
-                     fmt::join(f.picture(), ","), f.Info());
+  return inLines(f.name(), f.productname(), f.group(), f.supplier(), f.frametype(), f.u_value(),
+                 f.width(), fmt::format("{}", fmt::join(f.picture(), ",")), f.Info());
 }
 
-/// The numbers, flags and texts of a shading, by the names that databases have for them.
-template <class Type>
-using ShadingFields = std::vector<std::pair<const char*, Property<Type> ShadingDataClass::*>>;
-
-inline const ShadingFields<double>& shadingNumbers() {
+/// The numbers, flags and texts of a shading, these with names.
+constexpr auto shadingNumbers() {
   using S = ShadingDataClass;
-  static const ShadingFields<double> fields{
-      {"thickness", &S::thickness},
-      {"conduction", &S::conduction},
-      {"emission_IR_outdoor", &S::emission_IR_outdoor},
-      {"emission_IR_indoor", &S::emission_IR_indoor},
-      {"transmission_IR_outdoor", &S::transmission_IR_outdoor},
-      {"transmission_IR_indoor", &S::transmission_IR_indoor},
-      {"emissivity_slat_surf_outd", &S::emissivity_slat_surf_outd},
-      {"emissivity_slat_surf_ind", &S::emissivity_slat_surf_ind},
-      {"transmissivity_slat_surf", &S::transmissivity_slat_surf},
-      {"permeability", &S::permeability},
-      {"window_slat_distance", &S::window_slat_distance},
-      {"slat_curvature", &S::slat_curvature},
-      {"slat_length", &S::slat_length},
-      {"slat_distance", &S::slat_distance},
-      {"angle", &S::angle},
-      {"Sol_refl_slat_surf_outd", &S::Sol_refl_slat_surf_outd},
-      {"Sol_refl_slat_surf_ind", &S::Sol_refl_slat_surf_ind},
-      {"Sol_transm_slat_surf", &S::Sol_transm_slat_surf},
-      {"Vis_refl_slat_surf_outd", &S::Vis_refl_slat_surf_outd},
-      {"Vis_refl_slat_surf_ind", &S::Vis_refl_slat_surf_ind},
-      {"Vis_transm_slat_surf", &S::Vis_transm_slat_surf},
-      {"Uv_refl_slat_surf_outd", &S::Uv_refl_slat_surf_outd},
-      {"Uv_refl_slat_surf_ind", &S::Uv_refl_slat_surf_ind},
-      {"Uv_transm_slat_surf", &S::Uv_transm_slat_surf},
-      {"Sol_refl_slat_surf_outd_BB", &S::Sol_refl_slat_surf_outd_BB},
-      {"Sol_refl_slat_surf_ind_BB", &S::Sol_refl_slat_surf_ind_BB},
-      {"Sol_transm_slat_surf_BB", &S::Sol_transm_slat_surf_BB},
-      {"Vis_refl_slat_surf_outd_BB", &S::Vis_refl_slat_surf_outd_BB},
-      {"Vis_refl_slat_surf_ind_BB", &S::Vis_refl_slat_surf_ind_BB},
-      {"Vis_transm_slat_surf_BB", &S::Vis_transm_slat_surf_BB},
-      {"Uv_refl_slat_surf_outd_BB", &S::Uv_refl_slat_surf_outd_BB},
-      {"Uv_refl_slat_surf_ind_BB", &S::Uv_refl_slat_surf_ind_BB},
-      {"Uv_transm_slat_surf_BB", &S::Uv_transm_slat_surf_BB}};
-  return fields;
+  return std::array{&S::thickness,
+                    &S::conduction,
+                    &S::emission_IR_outdoor,
+                    &S::emission_IR_indoor,
+                    &S::transmission_IR_outdoor,
+                    &S::transmission_IR_indoor,
+                    &S::emissivity_slat_surf_outd,
+                    &S::emissivity_slat_surf_ind,
+                    &S::transmissivity_slat_surf,
+                    &S::permeability,
+                    &S::window_slat_distance,
+                    &S::slat_curvature,
+                    &S::slat_length,
+                    &S::slat_distance,
+                    &S::angle,
+                    &S::Sol_refl_slat_surf_outd,
+                    &S::Sol_refl_slat_surf_ind,
+                    &S::Sol_transm_slat_surf,
+                    &S::Vis_refl_slat_surf_outd,
+                    &S::Vis_refl_slat_surf_ind,
+                    &S::Vis_transm_slat_surf,
+                    &S::Uv_refl_slat_surf_outd,
+                    &S::Uv_refl_slat_surf_ind,
+                    &S::Uv_transm_slat_surf,
+                    &S::Sol_refl_slat_surf_outd_BB,
+                    &S::Sol_refl_slat_surf_ind_BB,
+                    &S::Sol_transm_slat_surf_BB,
+                    &S::Vis_refl_slat_surf_outd_BB,
+                    &S::Vis_refl_slat_surf_ind_BB,
+                    &S::Vis_transm_slat_surf_BB,
+                    &S::Uv_refl_slat_surf_outd_BB,
+                    &S::Uv_refl_slat_surf_ind_BB,
+                    &S::Uv_transm_slat_surf_BB};
 }
-inline const ShadingFields<bool>& shadingFlags() {
+constexpr auto shadingFlags() {
   using S = ShadingDataClass;
-  static const ShadingFields<bool> fields{
-      {"measured", &S::measured}, {"single_layer", &S::single_layer},
-      {"spectral", &S::spectral}, {"horizontal", &S::horizontal},
-      {"vertical", &S::vertical}, {"homogenious", &S::homogenious},
-      {"3D", &S::ThreeD},         {"freeze", &S::freeze}};
-  return fields;
+  return std::array{&S::measured, &S::single_layer, &S::spectral, &S::horizontal,
+                    &S::vertical, &S::homogenious,  &S::ThreeD,   &S::freeze};
 }
-inline const ShadingFields<std::string>& shadingTexts() {
+inline auto shadingTexts() {
   using S = ShadingDataClass;
-  static const ShadingFields<std::string> fields{{"name", &S::name},
-                                                 {"productname", &S::productname},
-                                                 {"appearance", &S::appearance},
-                                                 {"Info", &S::Info},
-                                                 {"reference", &S::reference}};
-  return fields;
+  return std::array{std::pair{"name", &S::name}, std::pair{"productname", &S::productname},
+                    std::pair{"appearance", &S::appearance}, std::pair{"Info", &S::Info},
+                    std::pair{"reference", &S::reference}};
 }
 
 /// Numbers are sevenths, the first 1/7; texts their names; flags alternate.
 inline ShadingDataClass fullShading() {
   ShadingDataClass shading;
-  for (double next = 0; const auto& [name, field] : shadingNumbers()) (shading.*field)(++next / 7);
-  for (bool next = false; const auto& [name, field] : shadingFlags())
-    (shading.*field)(next = !next);
+  for (double next = 0; const auto field : shadingNumbers()) (shading.*field)(++next / 7);
+  for (bool next = false; const auto field : shadingFlags()) (shading.*field)(next = !next);
   for (const auto& [name, field] : shadingTexts()) (shading.*field)(std::string("the ® ") + name);
   shading.group("Shades");
   shading.supplier("Shade maker");
@@ -224,25 +217,22 @@ inline ShadingDataClass fullShading() {
 }
 
 inline std::string whole(const ShadingDataClass& s) {
-  std::string text = fmt::format("{} {} {} {} {} {} {}", s.group(), s.supplier(), s.material(),
-                                 s.position(), s.typeID(), s.CoatedSide(), s.Supplier_dataID());
-  for (const auto& [name, field] : shadingNumbers())
-    text += fmt::format("\n{} {}", name, (s.*field)());
-  for (const auto& [name, field] : shadingFlags())
-    text += fmt::format("\n{} {}", name, (s.*field)());
-  for (const auto& [name, field] : shadingTexts())
-    text += fmt::format("\n{} {}", name, (s.*field)());
+  std::string text = inLines(s.group(), s.supplier(), s.material(), s.position(), s.typeID(),
+                             s.CoatedSide(), s.Supplier_dataID());
+  for (const auto field : shadingNumbers()) text += inLines((s.*field)());
+  for (const auto field : shadingFlags()) text += inLines((s.*field)());
+  for (const auto& [name, field] : shadingTexts()) text += inLines((s.*field)());
   for (const ShadingIntegratedData& row : s.integrated()) {
-    text += fmt::format(
-        "\n{} {} {} {} {} {} {} {} {} {} {} {} {}", row.angle, row.reflection_solar_outdoor,
-        row.reflection_solar_indoor, row.transmission_solar_outdoor, row.transmission_solar_indoor,
-        row.reflection_visual_outdoor, row.reflection_visual_indoor,
-        row.transmission_visual_outdoor, row.transmission_visual_indoor, row.reflection_UV_outdoor,
-        row.reflection_UV_indoor, row.transmission_UV_outdoor, row.transmission_UV_indoor);
+    text += inLines(row.angle, row.reflection_solar_outdoor, row.reflection_solar_indoor,
+                    row.transmission_solar_outdoor, row.transmission_solar_indoor,
+                    row.reflection_visual_outdoor, row.reflection_visual_indoor,
+                    row.transmission_visual_outdoor, row.transmission_visual_indoor,
+                    row.reflection_UV_outdoor, row.reflection_UV_indoor,
+                    row.transmission_UV_outdoor, row.transmission_UV_indoor);
   }
   for (const ShadingSpectralPoint& at : s.spectrum()) {
-    text += fmt::format("\n{} {} {} {} {} {} {} {} {}", at.wavelength, at.T_out_BB, at.T_in_BB,
-                        at.R_out_BB, at.R_in_BB, at.T_out_BD, at.T_in_BD, at.R_out_BD, at.R_in_BD);
+    text += inLines(at.wavelength, at.T_out_BB, at.T_in_BB, at.R_out_BB, at.R_in_BB, at.T_out_BD,
+                    at.T_in_BD, at.R_out_BD, at.R_in_BD);
   }
   return text;
 }

@@ -1,11 +1,7 @@
 // Panes for the tests of the docks.
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "model/GlazingData.h"
+#include "support/FullRecords.h"
 
 namespace orv::app {
 
@@ -23,18 +19,9 @@ inline std::shared_ptr<GlazingData> makePane(const std::string& name, std::int16
   pane->filename(name);
   pane->ORV_Angle(angle);
   pane->WavelengthUnit(kNanometers);
-  if (points.size() == 0) return pane;
-  auto spectrum = std::make_shared<SpectralData>();
-  spectrum->Allocate(static_cast<std::int32_t>(points.size()) - 1);
-  std::int32_t i = 0;
-  for (const Point& point : points) {
-    spectrum->wl(i, point.wavelength);
-    spectrum->Tf(i, point.transmittance);
-    spectrum->Rf(i, point.frontReflectance);
-    spectrum->Rb(i, point.backReflectance);
-    ++i;
-  }
-  pane->SpectralData(spectrum);
+  std::vector<std::array<float, 5>> rows;
+  for (const auto& [wavelength, t, rf, rb] : points) rows.push_back({wavelength, t, 0, rf, rb});
+  if (!rows.empty()) pane->SpectralData(test::spectrumOf(rows));
   return pane;
 }
 
