@@ -10,6 +10,7 @@
 #include "model/Raised.h"
 #include "store/Check.h"
 #include "store/Compact.h"
+#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/ForeignForms.h"
 #include "store/StoreError.h"
@@ -160,6 +161,15 @@ TEST_F(ForeignIndex, AutomaticGuids) {
   EXPECT_TRUE(digits[0].size() > 8 && digits[1].size() > 8);
   const RowId given = table_->insert(std::vector<Value>{1, "c", Guid{{9}}});
   EXPECT_EQ(table_->row(given)->value(table_->definition().columns[2]), Value(Guid{{9}}));
+  const auto records =
+      Connection::openFile("foreign.mdb")
+          ->openRecordset("Makers", CursorType::keyset, LockType::optimistic, SourceKind::table);
+  records->addNew();
+  const Value shown = records->value("Key");
+  EXPECT_TRUE(made.insert(shown.toText()).second);
+  records->setValue("ID", 7);
+  records->update();
+  EXPECT_EQ(records->value("Key"), shown) << "a row has the GUID from its beginning";
   check();
 }
 

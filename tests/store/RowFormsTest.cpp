@@ -5,12 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <set>
 #include <sstream>
 #include <vector>
 
 #include "model/Raised.h"
-#include "store/Connection.h"
 #include "store/FileContent.h"
 #include "store/TableDesign.h"
 #include "store/jet/catalog/Creation.h"
@@ -124,39 +122,6 @@ TEST_F(RowForms, RowsOfATableWhoseOnlyTextColumnWasDeletedTellByTheirBytes) {
   rows.push_back({4, 0.4});
   table_->insert(rows.back());
   expectRows(rows);
-}
-
-TEST_F(RowForms, NewRowsGetAGuidWhereTheColumnAsksForOne) {
-  create(test::design("Forms", "Id longInteger auto, Key guid, Other guid"));
-  {
-    Transaction transaction(database_->pager());
-    std::uint8_t* definition = database_->pager().modify(table_->definition().page);
-    definition[kJet4.definition.headerSize + kJet4.column.size + kJet4.column.flags] |= 0x40;
-    transaction.commit();
-  }
-  table_.reset();
-  database_.reset();
-  open();
-  const Guid given{{1, 2, 3}};
-  table_->insert(std::vector<Value>{{}, {}, {}});
-  table_->insert(std::vector<Value>{{}, given, {}});
-  const auto rows =
-      Connection::openFile(test::kFile)
-          ->openRecordset("Forms", CursorType::keyset, LockType::optimistic, SourceKind::table);
-  rows->addNew();
-  const Value shown = rows->value("Key");
-  rows->update();
-  std::set<std::string> keys;
-  for (const std::vector<Value>& row : test::rowsOf(*table_)) {
-    const std::string key = row[1].toText();
-    keys.insert(key);
-    const bool isRandom = row[1] != Value(given);
-    EXPECT_EQ(key.substr(15, 1), isRandom ? "4" : "0") << key << " tells how it was made";
-    EXPECT_TRUE(row[2].isNull());
-  }
-  EXPECT_EQ(keys.size(), 3);
-  EXPECT_TRUE(keys.contains(shown.toText()));
-  EXPECT_TRUE(keys.contains(given.toText()));
 }
 
 /// Rows of a table of a number and a text, and what is read of them.
