@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -170,11 +171,9 @@ TEST_F(SystemFile, GetsANewNameThatNothingHas) {
 /// Of more than four the last ones are not found by who ends the program.
 TEST_F(SystemFile, NewFilesAreRemovedWhenTheProgramIsEnded) {
   const auto there = [&] {
-    std::ptrdiff_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
-      count += entry.path().string().find("-new-") != std::string::npos ? 1 : 0;
-    }
-    return count;
+    return std::ranges::count_if(
+        std::filesystem::directory_iterator(folder_.path()),
+        [](const auto& entry) { return entry.path().string().find("-new-") != std::string::npos; });
   };
   std::vector<std::unique_ptr<NewFile>> made;
   for (int i = 0; i < 6; ++i) {
