@@ -110,12 +110,15 @@ void addTable(Content& content, Database& database, const std::string& name, con
 
 }  // namespace
 
+std::vector<Value> valuesOf(const Table& table, const RowView& row) {
+  std::vector<Value> values;
+  for (const Column& column : table.definition().columns) values.push_back(row.value(column));
+  return values;
+}
+
 Rows rowsOf(const Table& table) {
   Rows rows;
-  for (TableScan scan = table.scan(); scan.next();) {
-    std::vector<Value>& row = rows.emplace_back();
-    for (const Column& column : table.definition().columns) row.push_back(scan.row().value(column));
-  }
+  for (TableScan scan = table.scan(); scan.next();) rows.push_back(valuesOf(table, scan.row()));
   return rows;
 }
 

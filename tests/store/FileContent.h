@@ -14,7 +14,8 @@ namespace orv::test {
 
 using Rows = std::vector<std::vector<store::Value>>;
 
-/// The rows of a table in the order of its pages, each with the values of its columns.
+/// A row with the values of its table's columns, and the rows of a table in the order of its pages.
+std::vector<store::Value> valuesOf(const store::jet::Table& table, const store::jet::RowView& row);
 Rows rowsOf(const store::jet::Table& table);
 
 /// Lines by their subject: "header", "Pane columns", "Pane numbers" (of its columns), "Pane

@@ -1,6 +1,7 @@
 // What a damage does not touch, a repair saves; and the repaired file is sound.
 
-#include <fmt/ranges.h>
+#include <fmt/format.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -38,6 +39,8 @@ namespace orv::store::jet {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 /// A row of a table and the pages that it needs.
 struct FoundRow {
@@ -71,13 +74,12 @@ std::map<std::string, FoundTable> readTables(const std::string& path) {
       }
       for (const Column& column : table->definition().columns) {
         const auto stored = scan.row().bytes(column);
+        Bytes value(stored.begin(), stored.end());
         if (column.isLongValue() && !stored.empty()) {
           forEachLongValuePart(pager, stored, 0, [&](RowId part) { row.pages.insert(part.page); });
-          const Bytes value = readLongValue(pager, stored, 0);
-          row.text.append(value.begin(), value.end());
-        } else {
-          row.text.append(stored.begin(), stored.end());
+          value = readLongValue(pager, stored, 0);
         }
+        row.text.append(value.begin(), value.end());
         row.text += scan.row().isNull(column) ? "-" : "|";
       }
     }
@@ -88,42 +90,37 @@ std::map<std::string, FoundTable> readTables(const std::string& path) {
 /// A way to damage the content of a file.
 using Damage = void (*)(std::string& content, std::mt19937& random);
 
-PageNumber anyPage(const std::string& content, std::mt19937& random) {
+/// Where a page begins that is not the first.
+std::size_t anyPage(const std::string& content, std::mt19937& random) {
   const std::size_t pages = content.size() / kJet4.pageSize;
-  return static_cast<PageNumber>(1 + random() % (random() % 3 == 0 ? 12 : pages - 1));
+  return (1 + random() % (random() % 3 == 0 ? 12 : pages - 1)) * kJet4.pageSize;
 }
 
 void changeBytes(std::string& content, std::mt19937& random) {
-  const PageNumber page = anyPage(content, random);
+  const std::size_t page = anyPage(content, random);
   for (unsigned i = 0; i <= random() % 3; ++i) {
-    content[page * kJet4.pageSize + random() % kJet4.pageSize] ^=
-        static_cast<char>(1 + random() % 255);
+    content[page + random() % kJet4.pageSize] ^= static_cast<char>(1 + random() % 255);
   }
 }
 
 /// Where pages tell what they are and have.
 void changeHead(std::string& content, std::mt19937& random) {
-  const PageNumber page = anyPage(content, random);
-  content[page * kJet4.pageSize + random() % 400] ^= static_cast<char>(1 + random() % 255);
+  const std::size_t page = anyPage(content, random);
+  content[page + random() % 400] ^= static_cast<char>(1 + random() % 255);
 }
 
 void clearPage(std::string& content, std::mt19937& random) {
-  const PageNumber page = anyPage(content, random);
-  content.replace(page * kJet4.pageSize, kJet4.pageSize, kJet4.pageSize, '\0');
+  content.replace(anyPage(content, random), kJet4.pageSize, kJet4.pageSize, '\0');
 }
 
 void fillPage(std::string& content, std::mt19937& random) {
-  const PageNumber page = anyPage(content, random);
-  for (std::size_t i = 0; i < kJet4.pageSize; ++i) {
-    content[page * kJet4.pageSize + i] = static_cast<char>(random());
-  }
+  const std::size_t page = anyPage(content, random);
+  for (std::size_t i = 0; i < kJet4.pageSize; ++i) content[page + i] = static_cast<char>(random());
 }
 
 void copyPage(std::string& content, std::mt19937& random) {
-  const PageNumber from = anyPage(content, random);
-  const PageNumber to = anyPage(content, random);
-  content.replace(to * kJet4.pageSize, kJet4.pageSize,
-                  content.substr(from * kJet4.pageSize, kJet4.pageSize));
+  const std::string page = content.substr(anyPage(content, random), kJet4.pageSize);
+  content.replace(anyPage(content, random), kJet4.pageSize, page);
 }
 
 void cutOff(std::string& content, std::mt19937& random) {
@@ -164,17 +161,13 @@ void expectSaved(const std::map<std::string, FoundTable>& before, const std::str
     ASSERT_NE(found, after.end()) << name << " is gone";
     std::multiset<std::string> saved;
     for (const FoundRow& row : found->second.rows) saved.insert(row.text);
-    std::size_t missing = 0;
     for (const FoundRow& row : table.rows) {
       const auto same = saved.find(row.text);
-      if (same == saved.end() && !meet(row.pages, damaged)) ++missing;
+      EXPECT_TRUE(same != saved.end() || meet(row.pages, damaged)) << "a sound row of " << name;
       if (same != saved.end()) saved.erase(same);
     }
-    EXPECT_EQ(missing, 0u) << "sound rows of " << name << " are gone";
-    if (found->second.rows.size() < table.rows.size()) {
-      EXPECT_FALSE(report.isWhole() && report.salvaged.empty())
-          << name << " has lost rows, and nothing is said of it";
-    }
+    const bool tellsOfLosses = !report.isWhole() || !report.salvaged.empty();
+    EXPECT_TRUE(found->second.rows.size() >= table.rows.size() || tellsOfLosses) << name;
   }
 }
 
@@ -291,9 +284,7 @@ TEST_F(RepairOfTheSample, KeepsThePasswordOrTellsThatItIsLost) {
   }
 
   const std::string empty = damagedCopy(SIZE_MAX, std::string(kJet4.pageSize, '\0'));
-  const CompactReport report = repairFile(empty, "", folder_ / "open.mdb");
-  ASSERT_EQ(report.lost.size(), 1u);
-  EXPECT_NE(report.lost[0].find("password"), std::string::npos) << report.lost[0];
+  EXPECT_THAT(repairFile(empty, "", folder_ / "open.mdb").lost, ElementsAre(HasSubstr("password")));
   EXPECT_EQ(readTables(folder_ / "open.mdb").size(), 9u);
   // The ids of users go with the date of the new header.
   const SecurityIds ids =
@@ -337,20 +328,17 @@ TEST_F(RepairOfTheSample, KeepsTheIdsOfWorkgroups) {
   const auto owners = [](const std::string& path) {
     const auto database = Database::open(path, "");
     const SecurityIds ids = SecurityIds::of(*database->table("MSysObjects")), plain(0);
-    std::string text;
-    for (const char* name : {"MSysObjects", "MSysACEs"}) {
+    std::vector<Value> found;
+    for (const auto& [name, column] : {std::pair("MSysObjects", "Owner"), {"MSysACEs", "SID"}}) {
       const auto table = database->table(name);
-      const std::size_t column = *table->definition().findColumn(name[4] == 'O' ? "Owner" : "SID");
       for (const auto& row : test::rowsOf(*table)) {
-        const auto* id = row[column].getIf<Bytes>();
-        text += id == nullptr ? "nobody "
-                              : fmt::format("{:02x} ", fmt::join(id->size() == SecurityIds::kSize
-                                                                     ? ids.translate(*id, plain)
-                                                                     : *id,
-                                                                 ""));
+        const Value& owner = row[*table->definition().findColumn(column)];
+        const auto* id = owner.getIf<Bytes>();
+        const bool isHidden = id != nullptr && id->size() == SecurityIds::kSize;
+        found.push_back(isHidden ? Value(ids.translate(*id, plain)) : owner);
       }
     }
-    return text;
+    return found;
   };
   {
     const auto database = Database::open(sound_, "");
@@ -360,19 +348,17 @@ TEST_F(RepairOfTheSample, KeepsTheIdsOfWorkgroups) {
         {"Pane", Value()}, {"Frame", Bytes(80, 'Z')}, {"Groups", Bytes(3, 'Z')}};
     for (const auto& [name, owner] : owned) {
       const RowId id = database->find(name)->row;
-      std::vector<Value> values;
-      for (const Column& each : objects->definition().columns) {
-        values.push_back(each.name == "Owner" ? owner : objects->row(id)->value(each));
-      }
+      std::vector<Value> values = test::valuesOf(*objects, objects->row(id).value());
+      values[*objects->definition().findColumn("Owner")] = owner;
       objects->update(id, values);
     }
     transaction.commit();
   }
-  const std::string before = owners(sound_);
+  const std::vector<Value> before = owners(sound_);
   const std::string damaged = damagedCopy(SIZE_MAX, std::string(kJet4.pageSize, '\0'));
   repairFile(damaged, "", folder_ / "new.mdb");
   EXPECT_EQ(owners(folder_ / "new.mdb"), before);
-  EXPECT_NE(before.find("nobody"), std::string::npos);
+  EXPECT_TRUE(std::ranges::count(before, Value()) > 0);
 }
 
 TEST_F(RepairOfTheSample, TellsOfPagesThatTheDiskDoesNotGive) {
@@ -404,7 +390,7 @@ TEST_F(RepairOfTheSample, TellsOfPagesThatTheDiskDoesNotGive) {
   test::SystemCalls calls;
   calls.ends["pwrite"] = {0, 0, ENOSPC};
   const auto full = test::raisedBy([&] { repairFile(sound_, "", folder_ / "new.mdb"); });
-  EXPECT_NE(full.description.find("No space left on device"), std::string::npos);
+  EXPECT_THAT(full.description, HasSubstr("No space left on device"));
   EXPECT_FALSE(fs::exists(folder_ / "new.mdb"));
   text = std::regex_replace(text, std::regex("/[^ ]*/"), "");
   EXPECT_EQ(test::sumOf(text), 0xd5cae06d1878bf19u) << text;
@@ -484,11 +470,9 @@ TEST_F(RepairOfTheSample, TakesTheRowsThatTheLastPartOfAPageHas) {
   const std::string cut = damagedCopy((last + 1) * kJet4.pageSize - 1, "");
   const CompactReport report = repairFile(cut, "", folder_ / "repaired.mdb");
   orv::test::expectSound(folder_ / "repaired.mdb");
-  EXPECT_EQ(readTables(folder_ / "repaired.mdb").at(table).rows.size(),
-            before.at(table).rows.size() - 1);
-  const auto told = std::ranges::find(report.salvaged, table, &SalvagedTable::table);
-  ASSERT_NE(told, report.salvaged.end());
-  EXPECT_EQ(told->rowsLost, 1u);
+  const std::size_t left = before.at(table).rows.size() - 1;
+  EXPECT_EQ(readTables(folder_ / "repaired.mdb").at(table).rows.size(), left);
+  EXPECT_THAT(test::textOf(report), HasSubstr(fmt::format("{}: {} saved, 1 lost", table, left)));
 
   // Of a definition all is there, or nothing.
   const PageNumber page = Database::open(sound_, "")->table("Groups")->definition().page;
@@ -507,9 +491,8 @@ TEST_F(RepairOfTheSample, TakesTheRowsThatTheLastPartOfAPageHas) {
   const std::string whole = damagedCopy(SIZE_MAX, "");
   test::encodePages(*FileSystem::system().open(whole, FileSystem::Open::existing), 0x1234567);
   fs::resize_file(whole, fs::file_size(whole) - 100);
-  const CompactReport encoded = repairFile(whole, "", folder_ / "decoded.mdb");
-  ASSERT_FALSE(encoded.lost.empty());
-  EXPECT_NE(encoded.lost[0].find("3996 bytes"), std::string::npos) << encoded.lost[0];
+  EXPECT_THAT(repairFile(whole, "", folder_ / "decoded.mdb").lost,
+              ElementsAre(HasSubstr("3996 bytes")));
 }
 
 }  // namespace

@@ -39,9 +39,7 @@ std::string textOfRow(const std::vector<Value>& row) {
 
 jet::RowId placeOf(const jet::Table& table, const std::vector<Value>& row) {
   for (jet::TableScan scan = table.scan(); scan.next();) {
-    std::vector<Value> there;
-    for (const auto& column : table.definition().columns) there.push_back(scan.row().value(column));
-    if (there == row) return scan.rowId();
+    if (test::valuesOf(table, scan.row()) == row) return scan.rowId();
   }
   throw std::logic_error("there is no row " + textOfRow(row));
 }
