@@ -27,8 +27,6 @@ void expectCompacted(const fs::path& before, const fs::path& after, const Compac
   const CheckReport report = expectSound(after, password);
   EXPECT_EQ(report.lostPages + report.freePages, 0u) << before;
   const CheckReport former = checkFile(before.string(), password);
-  EXPECT_EQ(report.rows, former.rows);
-  EXPECT_EQ(report.longValues, former.longValues);
   EXPECT_EQ(told.tables, former.tables);
   EXPECT_EQ(told.rows, former.rows) << before;
   EXPECT_EQ(told.indexes, former.indexes) << before;
@@ -48,6 +46,9 @@ TEST(Compact, KeepsAllThatFilesHold) {
   }
   std::size_t compacted = 0;
   for (const fs::path& file : files) {
+    for (const CheckFinding& remark : expectSound(file, passwordOf(file)).remarks) {
+      EXPECT_EQ(remark.what.find("not compared"), std::string::npos) << file << remark.toText();
+    }
     const std::string target = folder / ("new-" + file.filename().string());
     const Raised raised = raisedBy([&] {
       expectCompacted(file, target, compactFile(file.string(), passwordOf(file), target));
