@@ -33,6 +33,11 @@ struct Form {
   bool lies = false;
 };
 
+Bytes resized(Bytes row, std::size_t size) {
+  row.resize(size, 0xff);
+  return row;
+}
+
 Bytes pointers(std::size_t size, const std::map<std::size_t, PageNumber>& places) {
   Bytes row(size, 0);
   row[0] = 1;
@@ -50,15 +55,8 @@ PageNumber pageOfRows(Pager& pager) {
 const std::vector<Form> kForms{
     {"AsItIs", 0xaba439915ddc6f97, [](Pager&, Bytes row) { return row; }},
     {"LengthenedRow", 0xab83b16e4cbfd5eb,
-     [](Pager&, Bytes row) {
-       row.resize(row.size() + 32, 0xff);
-       return row;
-     }},
-    {"ShortRow", 0xf206b33b2874354a,
-     [](Pager&, Bytes row) {
-       row.resize(5 + 16);
-       return row;
-     }},
+     [](Pager&, const Bytes& row) { return resized(row, row.size() + 32); }},
+    {"ShortRow", 0xf206b33b2874354a, [](Pager&, const Bytes& row) { return resized(row, 5 + 16); }},
     {"BeginsPastTheFirstPages", 0x44469555a87b9a9f,
      [](Pager& pager, Bytes row) {
        const PageNumber start = pager.pageCount() / 2 / 8 * 8;
@@ -99,10 +97,10 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
     createTable(*createDatabase(test::kFile),
                 test::design("Notes", "id longInteger, note memo", "id primary: id"));
     open();
-    change([&] {
-      for (int id = 0; id < 300; ++id) insert(id);
-      for (int id = 0; id < 300; id += 10) erase(id);
-    });
+    Transaction filled(database_->pager());
+    for (int id = 0; id < 300; ++id) insert(id);
+    for (int id = 0; id < 300; id += 10) erase(id);
+    filled.commit();
     change([&] {
       Pager& pager = database_->pager();
       DataPageEditor maps(pager.format(), pager.modify(FreePages::kPlace.page),
@@ -120,10 +118,12 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
     database_ = Database::open(test::kFile, "");
     table_ = database_->table("Notes");
   }
+  /// Makes a change, after which all is as before but for it.
   void change(const std::function<void()>& work) {
     Transaction transaction(database_->pager());
     work();
     transaction.commit();
+    expectSound();
   }
 
   static std::string note(int id) { return std::string(1900, static_cast<char>('a' + id % 26)); }
@@ -156,25 +156,20 @@ class ForeignFreePages : public testing::TestWithParam<Form> {
 
 // Grows the file past the end of its bitmap, and frees pages that the map has no bit for.
 TEST_P(ForeignFreePages, GiveNoPageThatIsInUse) {
-  expectSound();
   change([&] {
     for (int id = 1; id < 300; id += 10) erase(id);
     for (int id = 1000; id < 1100; ++id) insert(id);
   });
-  expectSound();
   change([&] {
     for (int id = 1100; id < 1400; ++id) insert(id);
   });
-  expectSound();
   EXPECT_GT(database_->pager().pageCount(), 8 * (kOwnRow - 5));
   change([&] {
     while (!rows_.empty()) erase(rows_.begin()->first);
   });
-  expectSound();
   change([&] {
     for (int id = 0; id < 200; ++id) insert(id);
   });
-  expectSound();
   test::expectBytes(test::kFile, GetParam().sum);
 }
 
