@@ -141,20 +141,15 @@ TEST(FileKinds, AnEncodedFileWithAPasswordIsReadChangedAndRecoveredAsAnyOther) {
             content.end());
 }
 
-/// Takes the pages that the file has from the map of free pages. Those that it has no bit for are
-/// in use as it is.
-void useAllPages(Pager& pager) {
-  Transaction transaction(pager);
-  FreePages free(pager);
-  for (std::optional<PageNumber> page = free.first(); page; page = free.first()) free.remove(*page);
-  transaction.commit();
-}
-
-/// A file of `most` pages that is mostly a hole: no disk is filled and no memory.
+/// A file of `most` pages that is mostly a hole: no disk is filled and no memory. Its pages are
+/// taken from the map of free pages; those that it has no bit for are in use as it is.
 std::shared_ptr<Database> enlarge(const std::string& path, std::uint64_t most) {
   std::filesystem::resize_file(path, most * kJet4.pageSize);
   auto database = Database::open(path, "");
-  useAllPages(database->pager());
+  Transaction transaction(database->pager());
+  FreePages free(database->pager());
+  for (std::optional<PageNumber> page = free.first(); page; page = free.first()) free.remove(*page);
+  transaction.commit();
   return database;
 }
 
