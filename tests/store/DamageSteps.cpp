@@ -6,6 +6,7 @@
 
 #include "store/jet/page/DataPage.h"
 #include "store/jet/page/FreePages.h"
+#include "store/jet/page/UsageMap.h"
 #include "store/jet/row/RowSpace.h"
 
 namespace orv::store::jet {
@@ -44,7 +45,7 @@ RowId rowOf(DamagedFile& file, const std::string& text) {
   if (kind == "room") return file.table(one).freePages;
   if (kind == "tree") return file.index(one, two).ownedPages;
   if (kind == "object") return file.database().find(one)->row;
-  if (kind == "part") return file.longValue("Frame", "picture").parts.at(number(one));
+  if (kind == "part") return file.longValue("Frame", "picture").at(number(one));
   if (kind == "moved") return file.movedRow("Moved", number(one)).row;
   if (kind == "content") return file.movedRow("Moved", number(one)).content;
   return one == "last" ? file.rows(kind).back() : file.rows(kind).at(number(one));

@@ -14,11 +14,6 @@ DamagedFile::DamagedFile(const fs::path& sound) : path_(folder_.copyOf(sound)) {
   transaction_.emplace(database_->pager());
 }
 
-DamagedFile::~DamagedFile() {
-  transaction_.reset();
-  database_.reset();
-}
-
 void DamagedFile::save() {
   transaction_->commit();
   transaction_.reset();
@@ -62,17 +57,16 @@ std::span<std::uint8_t> DamagedFile::field(const std::string& table, RowId row,
   return {page(row.page) + offset, size};
 }
 
-DamagedFile::LongValuePlace DamagedFile::longValue(const std::string& table,
-                                                   const std::string& column) {
+std::vector<RowId> DamagedFile::longValue(const std::string& table, const std::string& column) {
   const TableDefinition& definition = this->table(table);
   const Column& wanted = definition.columns[definition.findColumn(column).value()];
   for (TableScan scan = database_->table(table)->scan(); scan.next();) {
-    LongValuePlace place{scan.rowId(), {}};
+    std::vector<RowId> parts;
     if (!scan.row().isNull(wanted)) {
       forEachLongValuePart(pager(), scan.row().bytes(wanted), scan.rowId().page,
-                           [&](RowId part) { place.parts.push_back(part); });
+                           [&](RowId part) { parts.push_back(part); });
     }
-    if (place.parts.size() > 1) return place;
+    if (parts.size() > 1) return parts;
   }
   throw std::logic_error("no value of " + column + " is long");
 }

@@ -11,7 +11,6 @@
 
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexPageEditor.h"
-#include "store/jet/page/UsageMap.h"
 #include "support/TemporaryFolder.h"
 
 namespace orv::store::jet {
@@ -21,9 +20,6 @@ class DamagedFile {
  public:
   /// Copies `sound` into a folder of its own.
   explicit DamagedFile(const std::filesystem::path& sound);
-  ~DamagedFile();
-  DamagedFile(const DamagedFile&) = delete;
-  DamagedFile& operator=(const DamagedFile&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
   Pager& pager() { return database_->pager(); }
@@ -44,12 +40,8 @@ class DamagedFile {
   std::uint8_t* rowBytes(RowId row);
   /// The bytes that a row has for a column.
   std::span<std::uint8_t> field(const std::string& table, RowId row, const std::string& column);
-  struct LongValuePlace {
-    RowId row;
-    std::vector<RowId> parts;
-  };
-  /// The first value of a column that has more than one part.
-  LongValuePlace longValue(const std::string& table, const std::string& column);
+  /// The parts of the first value of a column that has more than one.
+  std::vector<RowId> longValue(const std::string& table, const std::string& column);
   struct MovedRow {
     RowId row;
     RowId content;
@@ -59,7 +51,6 @@ class DamagedFile {
   /// The first page of a table's definition, and the block of a column in it.
   std::uint8_t* definition(const std::string& table) { return page(this->table(table).page); }
   std::uint8_t* columnBlock(const std::string& table, std::size_t column = 0);
-  UsageMap ownedPages(const std::string& name) { return {pager(), table(name).ownedPages}; }
 
   /// The leaves of an index, in order.
   std::vector<PageNumber> leaves(const RealIndex& index);

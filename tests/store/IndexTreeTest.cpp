@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <functional>
 #include <random>
 #include <ranges>
 #include <set>
@@ -71,10 +70,6 @@ class IndexTreeTest : public testing::Test {
     index_.root = kRoot;
     index_.ownedPages = {kMaps, 1};
   }
-  void TearDown() override {
-    transaction_.reset();
-    pager_.reset();
-  }
 
   IndexTree tree() { return {*pager_, index_, kTable}; }
   IndexPageEditor root() { return {*pager_, kRoot}; }
@@ -138,9 +133,6 @@ RowId rowOf(std::uint32_t number) {
   return {100 + number / 200, static_cast<std::uint8_t>(number % 200)};
 }
 
-/// Makes the entry of a number; of one shape.
-using Shape = std::function<Entry(std::uint32_t)>;
-
 Entry numberEntry(std::uint32_t number) {
   return {longKey(number * 7), rowOf(number)};
 }
@@ -171,8 +163,9 @@ Entry mixedEntry(std::uint32_t number) {
 class IndexTreeShapes : public IndexTreeTest, public testing::WithParamInterface<int> {
  protected:
   Entry entry(std::uint32_t number) const {
-    static const Shape shapes[] = {numberEntry, duplicateEntry, pathEntry, mixedEntry};
-    return shapes[GetParam()](number);
+    constexpr Entry (*kShapes[])(std::uint32_t) = {numberEntry, duplicateEntry, pathEntry,
+                                                   mixedEntry};
+    return kShapes[GetParam()](number);
   }
   /// Expects the pages that a test leaves, of each shape, to have this sum.
   void expectPages(const std::array<std::uint64_t, 4>& sums) {
