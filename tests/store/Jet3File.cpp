@@ -307,9 +307,7 @@ class Jet3Writer {
 
   void writeTable(const Jet3Table& table, std::size_t number) {
     const std::string owner = littleEndian(number, 4);
-    Pages pages;
-    Pages others;
-    Pages places;
+    Pages pages, others, places;
     std::map<std::size_t, Pages> longPages;
     if (table.worn) addRow(pages, owner, "deleted", 0xc000);
     for (const auto& cells : table.rows) {
@@ -351,8 +349,7 @@ class Jet3Writer {
 
   static void addColumns(std::string& definition, const Jet3Table& table) {
     std::string names;
-    std::size_t fixed = 0;
-    std::size_t variable = 0;
+    std::size_t fixed = 0, variable = 0;
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
       const Jet3Column& column = table.columns[i];
       const std::size_t size = std::max(column.size, kSizes[column.type]);
@@ -371,8 +368,7 @@ class Jet3Writer {
 
   void addIndexes(std::string& definition, const Jet3Table& table, std::size_t number,
                   const Pages& places) {
-    std::string names;
-    std::string uses;
+    std::string names, uses;
     for (std::size_t i = 0; i < table.indexes.size(); ++i) {
       const Jet3Index& index = table.indexes[i];
       std::vector<std::string> entries;
