@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "store/FileContent.h"
 #include "store/jet/catalog/Database.h"
 #include "store/jet/index/IndexKey.h"
 
@@ -28,7 +27,10 @@ void changeColumn(store::jet::Table& table, std::size_t column, std::size_t offs
 
 /// Gives the entries of a row the keys of a program that counts letters that expand as one.
 inline void countAsOne(store::jet::Table& table, store::jet::RowId row) {
-  const std::vector<store::Value> values = valuesOf(table, table.row(row).value());
+  std::vector<store::Value> values;
+  for (const auto& column : table.definition().columns) {
+    values.push_back(table.row(row)->value(column));
+  }
   store::jet::Transaction transaction(table.pager());
   for (const auto& index : table.definition().realIndexes) {
     auto tree = table.index(index.number);
