@@ -81,12 +81,15 @@ inline void changeTable(store::Connection& dc, const std::string& change) {
   const auto rows = dc.openRecordset("SELECT * FROM " + table + rest.substr(where),
                                      store::CursorType::keyset, store::LockType::optimistic);
   ASSERT_FALSE(rows->eof()) << change;
+  const auto values = valuesOf(rest.substr(0, where));
   for (; !rows->eof(); rows->moveNext()) {
-    for (const auto& [name, value] : valuesOf(rest.substr(0, where))) {
-      if (!name.ends_with('_')) rows->setValue(name, value);
+    for (const auto& [name, value] : values) {
+      if (!name.ends_with('_')) {
+        rows->setValue(name, value);
+        continue;
+      }
       for (const auto& column : rows->fields()) {
-        const bool isMeant = name.ends_with('_') && column.name.starts_with(name);
-        if (isMeant) rows->setValue(column.name, value);
+        if (column.name.starts_with(name)) rows->setValue(column.name, value);
       }
     }
     rows->update();
